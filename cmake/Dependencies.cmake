@@ -1,0 +1,31 @@
+# SPDX-License-Identifier: MIT
+# Every third-party package, once; targets link the names made here.
+find_package(Threads REQUIRED)
+set(OpenGL_GL_PREFERENCE GLVND)
+find_package(OpenGL REQUIRED COMPONENTS OpenGL EGL)
+find_package(PkgConfig REQUIRED)
+find_library(ORBIVUE_LIB3DS 3ds REQUIRED)
+
+# CMake's wx module has no imported target; its headers are SYSTEM, or they give us over 1,000 warnings.
+function(orbivue_find_wx target)
+  find_package(wxWidgets 3.2 REQUIRED COMPONENTS ${ARGN})
+  add_library(${target} INTERFACE)
+  target_include_directories(${target} SYSTEM INTERFACE ${wxWidgets_INCLUDE_DIRS})
+  target_compile_definitions(${target} INTERFACE ${wxWidgets_DEFINITIONS})
+  target_link_libraries(${target} INTERFACE ${wxWidgets_LIBRARIES})
+endfunction()
+# orbivue_wximage: wxBase and wxImage, which need no display. Only sources may include them.
+orbivue_find_wx(orbivue_wximage core base)
+if(ORBIVUE_GUI)
+  find_package(OpenGL REQUIRED COMPONENTS OpenGL GLX)
+  # orbivue_wx: windows. Only ..._ui targets and src/app link it.
+  orbivue_find_wx(orbivue_wx gl core base)
+endif()
+
+if(ORBIVUE_TESTS)
+  find_package(GTest REQUIRED)
+  include(GoogleTest)
+endif()
+if(ORBIVUE_BENCH)
+  find_package(benchmark REQUIRED)
+endif()

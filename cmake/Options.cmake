@@ -1,0 +1,44 @@
+# SPDX-License-Identifier: MIT
+# orbivue_options: warnings and sanitizers. Every target of ours links it and nothing else sets flags.
+add_library(orbivue_options INTERFACE)
+target_include_directories(orbivue_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_compile_options(orbivue_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
+  -Wcast-align -Wconversion -Wsign-conversion -Wformat=2)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(orbivue_options INTERFACE
+    -Wduplicated-cond -Wduplicated-branches -Wlogical-op)
+else()
+  # clang calls -Wshadow=local plain -Wshadow.
+  target_compile_options(orbivue_options INTERFACE -Wno-unknown-warning-option -Wno-unused-command-line-argument)
+endif()
+if(ORBIVUE_WERROR)
+  target_compile_options(orbivue_options INTERFACE -Werror)
+endif()
+if(ORBIVUE_SANITIZE)
+  target_compile_options(orbivue_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_link_options(orbivue_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(ORBIVUE_FUZZ)
+  target_compile_options(orbivue_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
+# The floor that our arithmetic is tuned for; a distribution may override it.
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64")
+  target_compile_options(orbivue_options INTERFACE -march=x86-64-v2)
+endif()
+
+# orbivue_add_library(NAME SOURCES... ): a static library with our options.
+function(orbivue_add_library name)
+  add_library(${name} STATIC ${ARGN})
+  target_link_libraries(${name} PUBLIC orbivue_options)
+endfunction()
+
+# orbivue_add_tests(NAME LABEL SOURCES...): a GoogleTest program whose tests CTest lists one by one.
+function(orbivue_add_tests name label)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE orbivue_options GTest::gtest_main)
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  gtest_discover_tests(${name} PROPERTIES LABELS "${label}" TIMEOUT 120 DISCOVERY_TIMEOUT 60)
+endfunction()
