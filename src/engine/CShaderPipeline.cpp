@@ -26,8 +26,8 @@ CVec3 BaseColor(const CMaterialLook& look, CVec3 ambientLight) {
 /** Which channels make a map's value. */
 std::array<float, 4> Weight(EMapKind kind, const CPreparedMap& map, const CPreparedMaterial& material) {
     switch (kind) {
-        case EMapKind::Texture:
-        case EMapKind::Texture2: return {0, 0, 0, map.ignoreAlpha ? 0.0f : 1.0f};
+        case EMapKind::Texture: return {0, 0, map.decal ? 1.0f : 0.0f, map.AlphaIsOpacity() ? 1.0f : 0.0f};
+        case EMapKind::Texture2: return {0, 0, map.ignoreAlpha ? 0.0f : 1.0f, 0};
         case EMapKind::Specular: return {material.shininessStrength, 0, 0, 0};
         default: break;
     }

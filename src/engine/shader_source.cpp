@@ -123,7 +123,7 @@ void main() {
     {
         vec2 at = Coordinates(0, vUv);
         vec4 color = texture2D(uMap0, at);
-        float amount = Amount(0, at);
+        float amount = Amount(0, at) * mix(1.0, color.a, uMapWeight[0].z);
         diffuse = mix(diffuse, Colour(0, color), amount);
         ambient = mix(ambient, Colour(0, color), amount);
         opacity *= mix(1.0, color.a, amount * uMapWeight[0].w);
@@ -133,7 +133,7 @@ void main() {
     {
         vec2 at = Coordinates(1, vUv);
         vec4 color = texture2D(uMap1, at);
-        float amount = Amount(1, at) * mix(1.0, color.a, uMapWeight[1].w);
+        float amount = Amount(1, at) * mix(1.0, color.a, uMapWeight[1].z);
         diffuse = mix(diffuse, Colour(1, color), amount);
         ambient = mix(ambient, Colour(1, color), amount);
     }
