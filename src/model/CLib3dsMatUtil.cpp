@@ -48,9 +48,10 @@ std::vector<std::string> CLib3dsMatUtil::MapNames(const Lib3dsFile& file) {
     std::unordered_set<std::string> keys;
     for (const Lib3dsMaterial* m = file.materials; m; m = m->next) {
         for (const Lib3dsTextureMap* map :
-             {&m->texture1_map, &m->texture1_mask, &m->texture2_map, &m->texture2_mask, &m->opacity_map, &m->opacity_mask,
-              &m->bump_map, &m->bump_mask, &m->specular_map, &m->specular_mask, &m->shininess_map, &m->shininess_mask,
-              &m->self_illum_map, &m->self_illum_mask, &m->reflection_map, &m->reflection_mask}) {
+             {&m->texture1_map, &m->texture1_mask, &m->texture2_map, &m->texture2_mask, &m->opacity_map,
+              &m->opacity_mask, &m->bump_map, &m->bump_mask, &m->specular_map, &m->specular_mask,
+              &m->shininess_map, &m->shininess_mask, &m->self_illum_map, &m->self_illum_mask,
+              &m->reflection_map, &m->reflection_mask}) {
             const std::string name(map->name, strnlen(map->name, sizeof map->name));
             if (!name.empty() && keys.insert(texture_name::FoldKey(name)).second) names.push_back(name);
         }
@@ -58,7 +59,8 @@ std::vector<std::string> CLib3dsMatUtil::MapNames(const Lib3dsFile& file) {
     return names;
 }
 
-void CLib3dsMatUtil::GetMatTextures(Lib3dsFile* file, CImageDataTextVec& textures, const CTextureLocator& locator) {
+void CLib3dsMatUtil::GetMatTextures(Lib3dsFile* file, CImageDataTextVec& textures,
+                                    const CTextureLocator& locator) {
     if (!file) return;
     for (const std::string& reference : MapNames(*file)) {
         const auto hit = locator.Find(reference);
