@@ -75,7 +75,6 @@ void CViewGestures::FinishDrag(int x, int y) {
 void CViewGestures::Wheel(int rotation) {
     if (m_dragState != EDragState::Idle) return;
     m_target.ZoomModel(rotation < 1 ? kWheelStep : -kWheelStep);
-    m_target.EndWork();
 }
 
 void CViewGestures::LongPress(int x, int y) {

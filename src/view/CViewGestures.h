@@ -37,6 +37,7 @@ class CViewGestures {
     void LeftDown(int x, int y, bool controlDown);
     void Move(int x, int y, bool leftDown);
     void LeftUp(int x, int y);
+    /** Asks for no repaint: a canvas repaints after every turn of the wheel. */
     void Wheel(int rotation);
     /** The long-press timer ran out with the mouse at (x, y). */
     void LongPress(int x, int y);
