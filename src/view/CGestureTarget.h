@@ -4,8 +4,8 @@
 #include "platform/C2DRect.h"
 #include "view/CViewToolState.h"
 
-/** What mouse gestures act upon: the scene that is shown, and the window round it. Coordinates are window pixels,
- *  origin top left. */
+/** What mouse gestures act upon: the scene that is shown, and the window round it. Coordinates are window
+ * pixels, origin top left. */
 class CGestureTarget {
   public:
     virtual ~CGestureTarget() = default;

@@ -2,8 +2,8 @@
 #pragma once
 
 /**
- * Who owns the 3D view hears from it through this: keys that arrive while the view has the focus, and presses of
- * the mouse buttons. Called on the thread of the windows. The three operations stand in a fixed order.
+ * Who owns the 3D view hears from it through this: keys that arrive while the view has the focus, and presses
+ * of the mouse buttons. Called on the thread of the windows. The three operations stand in a fixed order.
  */
 class CKeyDownListener {
   public:

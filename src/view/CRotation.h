@@ -6,8 +6,8 @@
 #include "view/CVec3d.h"
 
 /**
- * A rotation as a unit quaternion. Products are brought back to unit length, so any number of them stays a rotation:
- * a matrix multiplied onto itself for an hour of dragging would shear.
+ * A rotation as a unit quaternion. Products are brought back to unit length, so any number of them stays a
+ * rotation: a matrix multiplied onto itself for an hour of dragging would shear.
  */
 class CRotation {
   public:
@@ -15,8 +15,8 @@ class CRotation {
 
     /** Counter-clockwise by angle (radians) about a unit axis; the zero axis gives no rotation. */
     [[nodiscard]] static CRotation About(CVec3d axis, double angle);
-    /** The shortest turn that carries one unit vector onto another; none where there is no single one (opposite or
-     *  zero vectors). */
+    /** The shortest turn that carries one unit vector onto another; none where there is no single one
+     * (opposite or zero vectors). */
     [[nodiscard]] static CRotation Between(CVec3d from, CVec3d to);
 
     /** a * b turns by b first. */

@@ -9,7 +9,9 @@ namespace {
 
 using CMatrix = std::array<double, 16>;
 
-constexpr std::size_t At(std::size_t row, std::size_t column) { return column * 4 + row; }
+constexpr std::size_t At(std::size_t row, std::size_t column) {
+    return column * 4 + row;
+}
 
 CMatrix Product(const CMatrix& a, const CMatrix& b) {
     CMatrix c{};
@@ -50,7 +52,8 @@ std::optional<CMatrix> Inverse(CMatrix m) {
             }
         }
     }
-    const bool finite = std::all_of(inverse.begin(), inverse.end(), [](double d) { return std::isfinite(d); });
+    const bool finite =
+        std::all_of(inverse.begin(), inverse.end(), [](double d) { return std::isfinite(d); });
     return finite ? std::optional(inverse) : std::nullopt;
 }
 
@@ -66,12 +69,16 @@ std::optional<CVec3d> CSavedView::Unproject(double x, double y, double depth) co
 }
 
 // The eye is where a perspective projection divides by zero: the one point whose x, y and w all vanish.
-std::optional<CVec3d> CSavedView::Eye() const { return FromClip(0, 0, 1, 0); }
+std::optional<CVec3d> CSavedView::Eye() const {
+    return FromClip(0, 0, 1, 0);
+}
 
 std::optional<CVec3d> CSavedView::FromClip(double x, double y, double z, double w) const {
     if (!m_inverse) return std::nullopt;
     const CMatrix& m = *m_inverse;
-    const auto row = [&](std::size_t r) { return m[At(r, 0)] * x + m[At(r, 1)] * y + m[At(r, 2)] * z + m[At(r, 3)] * w; };
+    const auto row = [&](std::size_t r) {
+        return m[At(r, 0)] * x + m[At(r, 1)] * y + m[At(r, 2)] * z + m[At(r, 3)] * w;
+    };
     const double divisor = row(3);
     const CVec3d point{row(0) / divisor, row(1) / divisor, row(2) / divisor};
     return divisor != 0 && IsFinite(point) ? std::optional(point) : std::nullopt;

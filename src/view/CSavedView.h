@@ -19,7 +19,8 @@ class CSavedView {
     CSavedView() = default;
     explicit CSavedView(const CViewMatrices& matrices);
 
-    /** Window coordinates with y upwards, depth 0 near to 1 far. Nothing where the matrices have no inverse. */
+    /** Window coordinates with y upwards, depth 0 near to 1 far. Nothing where the matrices have no inverse.
+     */
     [[nodiscard]] std::optional<CVec3d> Unproject(double x, double y, double depth) const;
     /** The point that all rays come from; nothing for a parallel projection. */
     [[nodiscard]] std::optional<CVec3d> Eye() const;

@@ -10,7 +10,9 @@ namespace {
 constexpr double kTwoPi = 2 * std::numbers::pi;
 
 /** The same direction in (-pi, pi]: the short way round. */
-double Wrapped(double angle) { return std::remainder(angle, kTwoPi); }
+double Wrapped(double angle) {
+    return std::remainder(angle, kTwoPi);
+}
 
 /** Any unit vector at right angles to a unit vector. */
 CVec3d Perpendicular(CVec3d v) {
@@ -29,17 +31,21 @@ CVec3d OrbitAxis(std::string_view cameraName) {
 
 CTrackBallMotion::CTrackBallMotion(bool overlayEnabled) : m_overlayEnabled(overlayEnabled) {}
 
-void CTrackBallMotion::Reset() { *this = CTrackBallMotion(m_overlayEnabled); }
+void CTrackBallMotion::Reset() {
+    *this = CTrackBallMotion(m_overlayEnabled);
+}
 
 void CTrackBallMotion::SetBall(float size, CVec3 view, const CViewMatrices& matrices) {
     m_saved = CSavedView(matrices);
     const double radius = 0.5 * static_cast<double>(size);
     m_radius = std::isfinite(radius) && radius > 0 ? radius : 0;
-    // With a pivot offset, a scale or an orbit the rays start elsewhere than at the camera's own eye; the matrices
-    // know where. A parallel projection has no such point.
+    // With a pivot offset, a scale or an orbit the rays start elsewhere than at the camera's own eye; the
+    // matrices know where. A parallel projection has no such point.
     const CVec3d given{view.x, view.y, view.z};
     // In radii of the ball, so that a model of any size turns alike.
-    const auto inRadii = [this](CVec3d v) { return m_radius > 0 && IsFinite(v) ? v * (1.0 / m_radius) : CVec3d{}; };
+    const auto inRadii = [this](CVec3d v) {
+        return m_radius > 0 && IsFinite(v) ? v * (1.0 / m_radius) : CVec3d{};
+    };
     m_view = inRadii(given);
     m_eye = inRadii(m_saved.Eye().value_or(given));
     m_sight = Normalized(m_eye);

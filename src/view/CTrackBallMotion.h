@@ -12,12 +12,13 @@
 /**
  * The mathematics of the trackball: turns mouse drags into a rotation of the model about its centre.
  *
- * A drag that begins on the ball (as large as the model's bounding sphere) keeps the grabbed point under the mouse.
- * A drag that begins beside it spins the model about the line of sight, and counts the spin as orbit angle. When the
- * mouse crosses the ball's outline the drag ends there (Drag returns false) and is begun anew by the caller.
+ * A drag that begins on the ball (as large as the model's bounding sphere) keeps the grabbed point under the
+ * mouse. A drag that begins beside it spins the model about the line of sight, and counts the spin as orbit
+ * angle. When the mouse crosses the ball's outline the drag ends there (Drag returns false) and is begun anew
+ * by the caller.
  *
- * Coordinates are those of the model-view matrix that SetBall was given, which is centred on the ball. Angles are in
- * radians. Whatever the matrices, the rotation stays a rotation of finite numbers.
+ * Coordinates are those of the model-view matrix that SetBall was given, which is centred on the ball. Angles
+ * are in radians. Whatever the matrices, the rotation stays a rotation of finite numbers.
  */
 class CTrackBallMotion {
   public:
@@ -26,9 +27,9 @@ class CTrackBallMotion {
     /** Back to how it was made: no rotation, no orbit, no drag. */
     void Reset();
     /**
-     * size is twice the model's radius, view the eye as seen from the centre. The rays start at the eye of the
-     * matrices, which is the same unless a pivot offset, a scale or an orbit moved it; view says how the overlay is
-     * seen, and serves the rays where the matrices have no eye (a parallel projection).
+     * size is twice the model's radius, view the eye as seen from the centre. The rays start at the eye of
+     * the matrices, which is the same unless a pivot offset, a scale or an orbit moved it; view says how the
+     * overlay is seen, and serves the rays where the matrices have no eye (a parallel projection).
      */
     void SetBall(float size, CVec3 view, const CViewMatrices& matrices);
     /** Starts a drag at a window point whose y counts upwards. */
@@ -39,8 +40,8 @@ class CTrackBallMotion {
     void Release(int x, int y);
 
     /**
-     * Turns a vector from the look-at point to the eye about the axis that belongs to the camera's name, by the sum
-     * of all orbit angles. Only a sum above zero turns it.
+     * Turns a vector from the look-at point to the eye about the axis that belongs to the camera's name, by
+     * the sum of all orbit angles. Only a sum above zero turns it.
      */
     void OrbitEye(std::string_view cameraName, float (&eye)[3]) const;
 
@@ -82,15 +83,15 @@ class CTrackBallMotion {
     std::array<float, 16> m_matrix{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 
     double m_radius = 0;
-    CVec3d m_view;          ///< as given, in radii
-    CVec3d m_eye;           ///< where the rays start, in radii
-    CVec3d m_sight;         ///< unit vector towards the eye
-    CVec3d m_right, m_up;   ///< with m_sight a right-handed frame, from which azimuths are measured
+    CVec3d m_view;         ///< as given, in radii
+    CVec3d m_eye;          ///< where the rays start, in radii
+    CVec3d m_sight;        ///< unit vector towards the eye
+    CVec3d m_right, m_up;  ///< with m_sight a right-handed frame, from which azimuths are measured
     CSavedView m_saved;
 
     CVec3d m_begin, m_current;
     double m_azimuth = 0;
-    double m_spin = 0;      ///< of the drag under way, any number of turns
+    double m_spin = 0;  ///< of the drag under way, any number of turns
     bool m_beganMissed = false;
     bool m_missed = false;
     bool m_dragging = false;

@@ -3,7 +3,8 @@
 
 #include <cmath>
 
-/** A vector of doubles for the mathematics of rays, which lose too much in floats near the clipping planes. */
+/** A vector of doubles for the mathematics of rays, which lose too much in floats near the clipping planes.
+ */
 struct CVec3d {
     double x = 0, y = 0, z = 0;
 
@@ -13,12 +14,18 @@ struct CVec3d {
     friend bool operator==(const CVec3d&, const CVec3d&) = default;
 };
 
-inline double Dot(CVec3d a, CVec3d b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
+inline double Dot(CVec3d a, CVec3d b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
 inline CVec3d Cross(CVec3d a, CVec3d b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
-inline double Length(CVec3d a) { return std::sqrt(Dot(a, a)); }
-inline bool IsFinite(CVec3d a) { return std::isfinite(a.x) && std::isfinite(a.y) && std::isfinite(a.z); }
+inline double Length(CVec3d a) {
+    return std::sqrt(Dot(a, a));
+}
+inline bool IsFinite(CVec3d a) {
+    return std::isfinite(a.x) && std::isfinite(a.y) && std::isfinite(a.z);
+}
 /** a / |a|; a vector shorter than 0.0001 gives the zero vector instead of dividing by next to nothing. */
 inline CVec3d Normalized(CVec3d a) {
     const double length = Length(a);

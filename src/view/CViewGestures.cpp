@@ -78,7 +78,8 @@ void CViewGestures::Wheel(int rotation) {
 }
 
 void CViewGestures::LongPress(int x, int y) {
-    if (std::abs(x - m_pressPoint.x) > kLongPressSlopPx || std::abs(y - m_pressPoint.y) > kLongPressSlopPx) return;
+    if (std::abs(x - m_pressPoint.x) > kLongPressSlopPx || std::abs(y - m_pressPoint.y) > kLongPressSlopPx)
+        return;
     const char* node = m_target.PickNode(m_pressPoint.x, m_pressPoint.y);
     if (!node) return;
     // No EndWork: the node is to disappear with the next paint, whatever asks for it.

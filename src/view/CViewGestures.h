@@ -17,11 +17,11 @@ struct CPixel {
 enum class EDragState { Idle = 0, Pending = 1, Dragging = 2 };
 
 /**
- * Turns presses, moves and wheel turns into a trackball drag, a zoom box, the use of a tool or the deletion of a node.
- * Knows no window: it is told what happened and acts upon its target.
+ * Turns presses, moves and wheel turns into a trackball drag, a zoom box, the use of a tool or the deletion
+ * of a node. Knows no window: it is told what happened and acts upon its target.
  *
- * A drag starts in the first frame drawn after the press, because the trackball needs that frame's matrices: whoever
- * draws asks TakePendingDrag and starts the trackball there.
+ * A drag starts in the first frame drawn after the press, because the trackball needs that frame's matrices:
+ * whoever draws asks TakePendingDrag and starts the trackball there.
  */
 class CViewGestures {
   public:

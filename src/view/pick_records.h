@@ -8,8 +8,8 @@
 inline constexpr int kSelectionWords = 512;
 
 /**
- * The name in the nearest of the hit records that OpenGL's selection mode left in a buffer. Each record is four words:
- * name count, least depth, largest depth, name. Of records equally near the first one wins.
+ * The name in the nearest of the hit records that OpenGL's selection mode left in a buffer. Each record is
+ * four words: name count, least depth, largest depth, name. Of records equally near the first one wins.
  *
  * hits is what glRenderMode answered: below 1 there is nothing (-1 is an overflow of the buffer).
  */

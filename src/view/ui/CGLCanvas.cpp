@@ -37,7 +37,8 @@ CGLCanvasI* CGLCanvasI::Create(CGLWindowHandler* handler, wxWindow* parent) {
 }
 
 CGLCanvas::CGLCanvas(CGLWindowHandler* handler, wxWindow* parent, const wxGLAttributes& attributes)
-    : wxGLCanvas(parent, attributes, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxWANTS_CHARS | wxFULL_REPAINT_ON_RESIZE),
+    : wxGLCanvas(parent, attributes, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                 wxWANTS_CHARS | wxFULL_REPAINT_ON_RESIZE),
       m_handler(handler),
       m_context(this),
       m_rotationTimer(this, wxWindow::NewControlId()),
@@ -74,13 +75,19 @@ void CGLCanvas::BindEvents() {
     Bind(wxEVT_MOTION, &CGLCanvas::Move, this);
     Bind(wxEVT_MOUSEWHEEL, &CGLCanvas::Wheel, this);
     Bind(wxEVT_KEY_DOWN, &CGLCanvas::KeyDown, this);
-    Bind(wxEVT_TIMER, [this](wxTimerEvent&) { RotationTick(); }, m_rotationTimer.GetId());
-    Bind(wxEVT_TIMER, [this](wxTimerEvent&) { AnimationTick(); }, m_animationTimer.GetId());
+    Bind(
+        wxEVT_TIMER, [this](wxTimerEvent&) { RotationTick(); }, m_rotationTimer.GetId());
+    Bind(
+        wxEVT_TIMER, [this](wxTimerEvent&) { AnimationTick(); }, m_animationTimer.GetId());
 }
 
-void CGLCanvas::BeginGL() { SetCurrent(m_context); }
+void CGLCanvas::BeginGL() {
+    SetCurrent(m_context);
+}
 
-void CGLCanvas::EndGL() { Refresh(false); }
+void CGLCanvas::EndGL() {
+    Refresh(false);
+}
 
 void CGLCanvas::OnModelOpened() {
     m_animating = true;
@@ -97,7 +104,8 @@ void CGLCanvas::SetRotating(bool rotating) {
 
 CGLCanvas::CPoint CGLCanvas::InPixels(wxPoint position) const {
     const double scale = GetContentScaleFactor();
-    return {static_cast<int>(std::floor(position.x * scale)), static_cast<int>(std::floor(position.y * scale))};
+    return {static_cast<int>(std::floor(position.x * scale)),
+            static_cast<int>(std::floor(position.y * scale))};
 }
 
 void CGLCanvas::Paint() {

@@ -66,7 +66,9 @@ void CTrackBall::SetBall(float r, float ex, float ey, float ez) {
     CTrackBallMotion::SetBall(r, {ex, ey, ez}, matrices);
 }
 
-void CTrackBall::ApplyMatrix() const { glMultMatrixf(Matrix().data()); }
+void CTrackBall::ApplyMatrix() const {
+    glMultMatrixf(Matrix().data());
+}
 
 void CTrackBall::DrawOverlay() const {
     if (!IsDragging() || !IsOverlayEnabled() || Radius() <= 0) return;
@@ -176,7 +178,8 @@ void CTrackBall::DrawOutline() const {
     const double distance = Length(View());
     if (!(distance > 1)) return;
     const CVec3d sight = Normalized(View());
-    const CVec3d right = Normalized(Cross(std::abs(sight.z) > 0.9 ? CVec3d{0, 1, 0} : CVec3d{0, 0, 1}, sight));
+    const CVec3d right =
+        Normalized(Cross(std::abs(sight.z) > 0.9 ? CVec3d{0, 1, 0} : CVec3d{0, 0, 1}, sight));
     const double plane = 1 / distance;
     const double rim = std::sqrt(1 - plane * plane) * Radius();
     DrawCircle(sight * (plane * Radius()), right * rim, Cross(sight, right) * rim);

@@ -20,26 +20,36 @@ namespace {
 
 wxCursor CursorOf(EToolCursor cursor) {
     switch (cursor) {
-        case EToolCursor::Color: return wxCursor(wxCURSOR_PAINT_BRUSH);
-        case EToolCursor::Shininess: return wxCursor(wxCURSOR_SPRAYCAN);
-        case EToolCursor::Transparency: return wxCursor(wxCURSOR_MAGNIFIER);
-        case EToolCursor::ReplaceNode: return wxCursor(wxCURSOR_HAND);
-        case EToolCursor::Standard: break;
+        case EToolCursor::Color:
+            return wxCursor(wxCURSOR_PAINT_BRUSH);
+        case EToolCursor::Shininess:
+            return wxCursor(wxCURSOR_SPRAYCAN);
+        case EToolCursor::Transparency:
+            return wxCursor(wxCURSOR_MAGNIFIER);
+        case EToolCursor::ReplaceNode:
+            return wxCursor(wxCURSOR_HAND);
+        case EToolCursor::Standard:
+            break;
     }
     return wxCursor(wxCURSOR_ARROW);
 }
 
-std::wstring TextOrNothing(const wchar_t* text) { return text ? text : L""; }
+std::wstring TextOrNothing(const wchar_t* text) {
+    return text ? text : L"";
+}
 
 }  // namespace
 
 CViewer3DSWindowHandler::CViewer3DSWindowHandler(wxWindow* parent, CViewToolState* tools)
     : m_gestures(*this, m_trackBall, tools), m_longPressTimer(this, wxWindow::NewControlId()) {
     SetCanvas(std::unique_ptr<CGLCanvasI>(CGLCanvasI::Create(this, parent)));
-    Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnLongPress(); }, m_longPressTimer.GetId());
+    Bind(
+        wxEVT_TIMER, [this](wxTimerEvent&) { OnLongPress(); }, m_longPressTimer.GetId());
 }
 
-CViewer3DSWindowHandler::~CViewer3DSWindowHandler() { m_longPressTimer.Stop(); }
+CViewer3DSWindowHandler::~CViewer3DSWindowHandler() {
+    m_longPressTimer.Stop();
+}
 
 // --- opening ---------------------------------------------------------------------------------------------
 
@@ -94,16 +104,30 @@ void CViewer3DSWindowHandler::AfterSceneChange() {
     GetCanvas()->OnModelOpened();
 }
 
-std::wstring CViewer3DSWindowHandler::GetFileName() const { return file_util_ex::GetFileName(m_path); }
+std::wstring CViewer3DSWindowHandler::GetFileName() const {
+    return file_util_ex::GetFileName(m_path);
+}
 
 // --- how it is shown -------------------------------------------------------------------------------------
 
-void CViewer3DSWindowHandler::SetTopCamera() { SetCamera(&C3dsDisplayWrap::SetTopCameraModel); }
-void CViewer3DSWindowHandler::SetLeftCamera() { SetCamera(&C3dsDisplayWrap::SetLeftCameraModel); }
-void CViewer3DSWindowHandler::SetRightCamera() { SetCamera(&C3dsDisplayWrap::SetRightCameraModel); }
-void CViewer3DSWindowHandler::SetFrontCamera() { SetCamera(&C3dsDisplayWrap::SetFrontCameraModel); }
-void CViewer3DSWindowHandler::SetBackCamera() { SetCamera(&C3dsDisplayWrap::SetBackCameraModel); }
-void CViewer3DSWindowHandler::SetIsoCamera() { SetCamera(&C3dsDisplayWrap::SetIsoCameraModel); }
+void CViewer3DSWindowHandler::SetTopCamera() {
+    SetCamera(&C3dsDisplayWrap::SetTopCameraModel);
+}
+void CViewer3DSWindowHandler::SetLeftCamera() {
+    SetCamera(&C3dsDisplayWrap::SetLeftCameraModel);
+}
+void CViewer3DSWindowHandler::SetRightCamera() {
+    SetCamera(&C3dsDisplayWrap::SetRightCameraModel);
+}
+void CViewer3DSWindowHandler::SetFrontCamera() {
+    SetCamera(&C3dsDisplayWrap::SetFrontCameraModel);
+}
+void CViewer3DSWindowHandler::SetBackCamera() {
+    SetCamera(&C3dsDisplayWrap::SetBackCameraModel);
+}
+void CViewer3DSWindowHandler::SetIsoCamera() {
+    SetCamera(&C3dsDisplayWrap::SetIsoCameraModel);
+}
 
 void CViewer3DSWindowHandler::SetCamera(void (C3dsDisplayWrap::*preset)()) {
     m_gestures.ResetTrackBall();
@@ -112,9 +136,13 @@ void CViewer3DSWindowHandler::SetCamera(void (C3dsDisplayWrap::*preset)()) {
     EndWork();
 }
 
-void CViewer3DSWindowHandler::ResetView() { m_gestures.ResetTrackBall(); }
+void CViewer3DSWindowHandler::ResetView() {
+    m_gestures.ResetTrackBall();
+}
 
-void CViewer3DSWindowHandler::SetWireframe(bool wireframe) { m_wireframe = wireframe; }
+void CViewer3DSWindowHandler::SetWireframe(bool wireframe) {
+    m_wireframe = wireframe;
+}
 
 void CViewer3DSWindowHandler::SetPivotOffset(double x, double y, double z) {
     m_pivot[0] = x;
@@ -133,7 +161,9 @@ void CViewer3DSWindowHandler::SetRotate(bool rotate) {
     if (GetCanvas()) GetCanvas()->SetRotating(m_rotate && GetEngine().Prepared());
 }
 
-void CViewer3DSWindowHandler::Redraw() { EndWork(); }
+void CViewer3DSWindowHandler::Redraw() {
+    EndWork();
+}
 
 const char* CViewer3DSWindowHandler::PickNode(int x, int y) {
     BeginWork();
@@ -149,19 +179,29 @@ const char* CViewer3DSWindowHandler::PickNode(int x, int y) {
 
 // --- slots of the canvas ---------------------------------------------------------------------------------
 
-void CViewer3DSWindowHandler::OnPaint() { DrawFrame(GL_RENDER, -1, -1); }
+void CViewer3DSWindowHandler::OnPaint() {
+    DrawFrame(GL_RENDER, -1, -1);
+}
 
-void CViewer3DSWindowHandler::OnLeftDown(int x, int y) { m_gestures.LeftDown(x, y, wxGetKeyState(WXK_CONTROL)); }
+void CViewer3DSWindowHandler::OnLeftDown(int x, int y) {
+    m_gestures.LeftDown(x, y, wxGetKeyState(WXK_CONTROL));
+}
 
-void CViewer3DSWindowHandler::OnMouseMove(int x, int y, const bool& leftDown) { m_gestures.Move(x, y, leftDown); }
+void CViewer3DSWindowHandler::OnMouseMove(int x, int y, const bool& leftDown) {
+    m_gestures.Move(x, y, leftDown);
+}
 
-void CViewer3DSWindowHandler::OnLeftUp(int x, int y) { m_gestures.LeftUp(x, y); }
+void CViewer3DSWindowHandler::OnLeftUp(int x, int y) {
+    m_gestures.LeftUp(x, y);
+}
 
 void CViewer3DSWindowHandler::OnRightDown(int, int) {
     if (m_owner) m_owner->OnViewRightButtonDown();
 }
 
-void CViewer3DSWindowHandler::OnWheel(int rotation) { m_gestures.Wheel(rotation); }
+void CViewer3DSWindowHandler::OnWheel(int rotation) {
+    m_gestures.Wheel(rotation);
+}
 
 void CViewer3DSWindowHandler::OnKeyDown(int keyCode) {
     if (m_owner) m_owner->OnViewKeyDown(keyCode);
@@ -172,7 +212,8 @@ void CViewer3DSWindowHandler::OnLongPress() {
     wxWindow* window = GetCanvas()->GetWindow();
     const wxPoint mouse = window->ScreenToClient(wxGetMousePosition());
     const double scale = window->GetContentScaleFactor();
-    m_gestures.LongPress(static_cast<int>(std::floor(mouse.x * scale)), static_cast<int>(std::floor(mouse.y * scale)));
+    m_gestures.LongPress(static_cast<int>(std::floor(mouse.x * scale)),
+                         static_cast<int>(std::floor(mouse.y * scale)));
 }
 
 // --- what gestures act upon ------------------------------------------------------------------------------
@@ -182,17 +223,25 @@ int CViewer3DSWindowHandler::ViewHeight() const {
     return static_cast<int>(std::abs(view.bottom - view.top));
 }
 
-void CViewer3DSWindowHandler::ZoomModel(int step) { GetEngine().ZoomModel(step); }
+void CViewer3DSWindowHandler::ZoomModel(int step) {
+    GetEngine().ZoomModel(step);
+}
 
-void CViewer3DSWindowHandler::ZoomModel(const C2DRect& box) { GetEngine().ZoomModel(box); }
+void CViewer3DSWindowHandler::ZoomModel(const C2DRect& box) {
+    GetEngine().ZoomModel(box);
+}
 
 void CViewer3DSWindowHandler::DeleteNode(const char* name) {
     (void)GetEngine().DeleteNode(name);  // a node that is gone already is no worse
 }
 
-void CViewer3DSWindowHandler::StartLongPress(int periodMs) { m_longPressTimer.StartOnce(periodMs); }
+void CViewer3DSWindowHandler::StartLongPress(int periodMs) {
+    m_longPressTimer.StartOnce(periodMs);
+}
 
-void CViewer3DSWindowHandler::StopLongPress() { m_longPressTimer.Stop(); }
+void CViewer3DSWindowHandler::StopLongPress() {
+    m_longPressTimer.Stop();
+}
 
 void CViewer3DSWindowHandler::ShowCursor(EToolCursor cursor) {
     if (cursor == m_cursor || !GetCanvas()) return;

@@ -18,11 +18,11 @@ class wxWindow;
 struct Lib3dsFile;
 
 /**
- * The 3D view of the main window: owns the display engine and the OpenGL canvas, draws every frame, and passes what
- * the mouse does to CViewGestures.
+ * The 3D view of the main window: owns the display engine and the OpenGL canvas, draws every frame, and
+ * passes what the mouse does to CViewGestures.
  *
- * Mouse positions are pixels of the framebuffer, origin top left. Must be deleted before the window that the canvas was
- * made in. All calls come from the thread of the windows.
+ * Mouse positions are pixels of the framebuffer, origin top left. Must be deleted before the window that the
+ * canvas was made in. All calls come from the thread of the windows.
  */
 class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHandler, private CGestureTarget {
   public:

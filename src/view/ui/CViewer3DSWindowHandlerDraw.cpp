@@ -11,9 +11,9 @@
 void CViewer3DSWindowHandler::DrawFrame(int renderMode, int x, int y) {
     const CGlAttribGuard attributes;
     glEnable(GL_POLYGON_SMOOTH);
-    for (const GLenum hint :
-         {GL_POLYGON_SMOOTH_HINT, GL_POINT_SMOOTH_HINT, GL_PERSPECTIVE_CORRECTION_HINT, GL_LINE_SMOOTH_HINT})
-        glHint(hint, GL_NICEST);
+    constexpr GLenum kHints[] = {GL_POLYGON_SMOOTH_HINT, GL_POINT_SMOOTH_HINT, GL_PERSPECTIVE_CORRECTION_HINT,
+                                 GL_LINE_SMOOTH_HINT};
+    for (const GLenum hint : kHints) glHint(hint, GL_NICEST);
     if (!GetEngine().InitDrawings(renderMode, x, y)) return;
 
     SetUpCamera();
@@ -36,16 +36,18 @@ void CViewer3DSWindowHandler::DrawFrame(int renderMode, int x, int y) {
 void CViewer3DSWindowHandler::SetUpCamera() {
     const C3dsDisplayWrap& engine = GetEngine();
     const float origin[3] = {engine.GetXOrg(), engine.GetYOrg(), engine.GetZOrg()};
-    // The eye turns about an axis through the look-at point: about any other its distance would change, and with it
-    // what the engine's near and far planes cut off.
-    float view[3] = {engine.GetEyeX() - origin[0], engine.GetEyeY() - origin[1], engine.GetEyeZ() - origin[2]};
+    // The eye turns about an axis through the look-at point: about any other its distance would change, and
+    // with it what the engine's near and far planes cut off.
+    float view[3] = {engine.GetEyeX() - origin[0], engine.GetEyeY() - origin[1],
+                     engine.GetEyeZ() - origin[2]};
     m_trackBall.OrbitEye(engine.GetCameraName(), view);
     glMatrixMode(GL_PROJECTION);
     gluLookAt(origin[0] + view[0], origin[1] + view[1], origin[2] + view[2], origin[0], origin[1], origin[2],
               engine.GetUpX(), engine.GetUpY(), engine.GetUpZ());
 }
 
-/** The model turns about the look-at point shifted by the pivot offset, and is scaled about that same point. */
+/** The model turns about the look-at point shifted by the pivot offset, and is scaled about that same point.
+ */
 void CViewer3DSWindowHandler::SetUpModel(int renderMode) {
     const C3dsDisplayWrap& engine = GetEngine();
     glTranslated(m_pivot[0], m_pivot[1], m_pivot[2]);
