@@ -57,16 +57,19 @@ class CSceneEdits {
     struct CTarget {
         Lib3dsNode* node = nullptr;  ///< null for a mesh without one
         Lib3dsMesh* mesh = nullptr;  ///< null for a dummy
-        CMat4 fixedWorld;            ///< of a mesh without a node
+        bool isPlacedByMesh = false; ///< as in CPreparedNode
+        CMat4 fixedWorld;
     };
 
     [[nodiscard]] CTarget* Find(std::string_view node);
     void Index(const CPreparedScene& prepared);
-    [[nodiscard]] std::string_view MaterialAsked(const char* name) const;
-    [[nodiscard]] bool MeshIsShared(const CTarget& target) const;
+    [[nodiscard]] bool Answers(std::string_view material, std::string_view asked) const;
+    [[nodiscard]] bool IsShared(const Lib3dsMesh* mesh) const;
     [[nodiscard]] bool OwnMesh(CTarget& target);
     [[nodiscard]] Lib3dsMaterial* OwnMaterial(Lib3dsMesh& mesh, const std::string& material);
+    [[nodiscard]] CStatus TransformMesh(CTarget& target, const CMat4& transform);
     void DropMesh(Lib3dsMesh* mesh);
+    void HideMorphTargets(const Lib3dsNode& node);
     void PutMesh(CTarget& target, Lib3dsMesh* mesh, CVec3 pivot, const CMat4& meshToNode);
     void TakeMaterials(CScene& from, Lib3dsMesh& mesh);
     void Changed();

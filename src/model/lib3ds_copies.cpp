@@ -92,15 +92,6 @@ std::string UnusedMaterialName(Lib3dsFile& file, std::string_view name) { return
 
 std::string UnusedMeshName(Lib3dsFile& file, std::string_view name) { return UnusedName(file.meshes, name); }
 
-std::size_t CountNodesOfMesh(const Lib3dsNode* nodes, std::string_view meshName) {
-    std::size_t count = 0;
-    for (; nodes != nullptr; nodes = nodes->next) {
-        if (nodes->type == LIB3DS_OBJECT_NODE && meshName == nodes->name) ++count;
-        count += CountNodesOfMesh(nodes->childs, meshName);
-    }
-    return count;
-}
-
 bool UsedByOtherMeshes(const Lib3dsFile& file, const Lib3dsMesh& mesh, std::string_view material) {
     for (const Lib3dsMesh* other = file.meshes; other != nullptr; other = other->next) {
         if (other == &mesh) continue;

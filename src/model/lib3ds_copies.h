@@ -8,8 +8,7 @@
 #include "lib3ds/types.h"
 
 /**
- * Copies of a scene's parts, and what the parts of a Lib3dsFile mean to each other: faces name materials and
- * nodes name meshes. Where names occur twice, the first one in file order is meant.
+ * Copies of a scene's parts, under names that fit the structures and that nothing else has.
  */
 namespace lib3ds_copies {
 
@@ -29,8 +28,6 @@ void SetName(char (&field)[64], std::string_view text);
 [[nodiscard]] std::string UnusedMaterialName(Lib3dsFile& file, std::string_view name);
 [[nodiscard]] std::string UnusedMeshName(Lib3dsFile& file, std::string_view name);
 
-/** How many object nodes, at any depth, show the mesh of that name. */
-[[nodiscard]] std::size_t CountNodesOfMesh(const Lib3dsNode* nodes, std::string_view meshName);
 /** True when a face of any mesh but this one has the material. */
 [[nodiscard]] bool UsedByOtherMeshes(const Lib3dsFile& file, const Lib3dsMesh& mesh, std::string_view material);
 

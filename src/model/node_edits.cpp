@@ -6,6 +6,7 @@
 #include <lib3ds/quat.h>
 #include <lib3ds/tracks.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
@@ -77,7 +78,6 @@ void MoveTracks(Lib3dsNode& node, CVec3 offset) {
     if (data.pos_track.keyL == nullptr) {
         Lib3dsLin3Key* key = lib3ds_lin3_key_new();
         if (key == nullptr) return;
-        std::memcpy(key->value, data.pos, sizeof key->value);
         lib3ds_lin3_track_insert(&data.pos_track, key);
     }
     for (Lib3dsLin3Key* key = data.pos_track.keyL; key != nullptr; key = key->next) {
