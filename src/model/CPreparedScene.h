@@ -53,7 +53,6 @@ struct CPreparedMesh {
     std::vector<CPreparedBatch> batches;
     CBox bounds;            ///< of the vertices, in the file's coordinates
     CMat4 toLocal;          ///< file coordinates to object coordinates: inverse of the mesh matrix, un-mirrored
-    bool castsNothing = false;
 
     [[nodiscard]] std::uint32_t IndexCount() const {
         return static_cast<std::uint32_t>(indices16.empty() ? indices32.size() : indices16.size());
@@ -75,7 +74,8 @@ struct CPreparedNode {
     int parent = -1;                ///< index into nodes, or -1
     int mesh = -1;                  ///< index into meshes, or -1
     Lib3dsNode* source = nullptr;   ///< not owned; null for a node made up for a mesh without one
-    CMat4 fixedWorld;               ///< world when source is null
+    bool isPlacedByMesh = false;    ///< no keys say where it is: fixedWorld does, which shows the points as the file has them
+    CMat4 fixedWorld;               ///< world when isPlacedByMesh
     CMat4 meshToNode;               ///< T(-pivot) * mesh.toLocal; constant
     CMat4 world;                    ///< node coordinates to scene, at the evaluated frame
     CMat4 meshToWorld;              ///< world * meshToNode: what the vertices are multiplied with
@@ -91,7 +91,8 @@ struct CPreparedMap {
     CVec2 scale{1, 1};
     CVec2 offset;
     float rotationDeg = 0;      ///< about the middle of the map, counter-clockwise
-    bool tile = true;           ///< false: the map is drawn once (decal) and the colour shows beside it
+    bool tile = true;           ///< false: the map is drawn once and the material's own colour shows beside it
+    bool decal = false;         ///< where the picture's alpha is low the material's own colour shows
     bool mirror = false;        ///< every other tile is mirrored
     bool negative = false;      ///< the picture's values are inverted
     bool alphaSource = false;   ///< the value is the picture's alpha, not its intensity
@@ -101,6 +102,9 @@ struct CPreparedMap {
      *  s = t[0] u + t[2] v + t[4], t = t[1] u + t[3] v + t[5]. */
     [[nodiscard]] std::array<float, 6> UvTransform() const;
     [[nodiscard]] bool HasEffect() const { return texture >= 0 && amount > 0; }
+    /** For the diffuse map: its picture's alpha makes the surface transparent, as game models expect, unless the file
+     *  says that alpha is ignored or lets the material's colour through (decal). */
+    [[nodiscard]] bool AlphaIsOpacity() const { return !ignoreAlpha && !decal; }
 };
 
 enum class EShading { Wire, Flat, Gouraud, Phong, Metal };

@@ -76,9 +76,12 @@ class CScene {
     void DropArrays();
 
   private:
-    friend class CSceneReader;
+    friend class C3dsParser;
+    explicit CScene(CLib3dsFilePtr file) : m_file(std::move(file)) {}
+
     CLib3dsFilePtr m_file;
-    std::vector<std::byte> m_bytes;     ///< what m_meshes points into; repaired in place
+    std::vector<std::byte> m_bytes;                     ///< what m_meshes points into; repaired in place
+    std::vector<std::vector<std::byte>> m_patches;      ///< lists that were too short in m_bytes
     std::vector<CMeshView> m_meshes;
     bool m_complete = true;
     CTextureLocator m_textures;

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "model/CNoteList.h"
+
+#include <string_view>
+
+void CNoteList::Add(CSceneNote::EKind kind, std::string text) {
+    if (const auto found = m_indexOfText.find(text); found != m_indexOfText.end()) {
+        ++m_notes[found->second].second;
+        return;
+    }
+    if (m_notes.size() >= kMaxNotes) {
+        ++m_dropped;
+        return;
+    }
+    m_indexOfText.emplace(text, m_notes.size());
+    m_notes.push_back({CSceneNote{kind, std::move(text)}, 1});
+}
+
+std::vector<CSceneNote> CNoteList::Take() {
+    std::vector<CSceneNote> result;
+    result.reserve(m_notes.size() + 1);
+    for (auto& [note, count] : m_notes) {
+        if (count > 1) note.text += " (" + std::to_string(count) + " times)";
+        result.push_back(std::move(note));
+    }
+    if (m_dropped > 0) {
+        result.push_back({CSceneNote::EKind::Limited, std::to_string(m_dropped) + " more notes were left out"});
+    }
+    *this = {};
+    return result;
+}
+
+namespace {
+/** Length of the UTF-8 sequence that starts here, 0 when there is none. */
+std::size_t SequenceLength(std::string_view text) {
+    const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned lead = byteAt(0);
+    const std::size_t length = lead < 0x80 ? 1 : (lead >= 0xC2 && lead < 0xE0) ? 2 : (lead >= 0xE0 && lead < 0xF0) ? 3
+                               : (lead >= 0xF0 && lead < 0xF5) ? 4 : 0;
+    if (length == 0 || length > text.size()) return 0;
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((byteAt(i) & 0xC0u) != 0x80u) return 0;
+    }
+    return length;
+}
+}  // namespace
+
+std::string CNoteList::Printable(std::string_view name) {
+    constexpr std::size_t kMaxBytes = 80;
+    std::string result;
+    while (!name.empty() && result.size() < kMaxBytes) {
+        const std::size_t length = SequenceLength(name);
+        const bool control = static_cast<unsigned char>(name[0]) < 0x20 || name[0] == 0x7F;
+        if (length == 0 || control) {
+            result += '?';
+            name.remove_prefix(1);
+        } else {
+            result += name.substr(0, length);
+            name.remove_prefix(length);
+        }
+    }
+    if (!name.empty()) result += "...";
+    return result;
+}

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/CPreparedScene.h"
+
+class CScene;
+struct Lib3dsMaterial;
+
+/**
+ * Fills materials (the file's in order, then the default one) and textures (each picture that a material names once;
+ * not loaded yet, see LoadTextures).
+ */
+void PrepareMaterials(const CScene& scene, CPreparedScene& prepared);
+
+/** Finds and decodes all textures, on all cores; what was not found or not readable is noted. */
+void LoadTextures(const CScene& scene, unsigned threads, CPreparedScene& prepared);
+
+/** Sets needsBlending of all materials from their values and the loaded textures. */
+void DecideBlending(CPreparedScene& prepared);

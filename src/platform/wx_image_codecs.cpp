@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "platform/wx_image_codecs.h"
+
+#include <wx/imagbmp.h>
+#include <wx/image.h>
+#include <wx/imaggif.h>
+#include <wx/imagpcx.h>
+#include <wx/imagtga.h>
+#include <wx/imagtiff.h>
+#include <wx/log.h>
+#include <wx/mstream.h>
+
+#include <exception>
+
+namespace {
+
+using image_probe::EFormat;
+
+// The handlers keep no state between calls, so one of each serves all threads and the toolkit's list is not
+// touched.
+wxImageHandler* HandlerOf(EFormat format) {
+    static wxTGAHandler tga;
+    static wxBMPHandler bmp;
+    static wxGIFHandler gif;
+    static wxTIFFHandler tiff;
+    static wxPCXHandler pcx;
+    switch (format) {
+        case EFormat::Tga:
+            return &tga;
+        case EFormat::Bmp:
+            return &bmp;
+        case EFormat::Gif:
+            return &gif;
+        case EFormat::Tiff:
+            return &tiff;
+        case EFormat::Pcx:
+            return &pcx;
+        default:
+            return nullptr;
+    }
+}
+
+// Many old programs left the fourth byte 0 and meant nothing by it.
+bool IsWhollyTransparent(const wxImage& image) {
+    const unsigned char* alpha = image.GetAlpha();
+    const std::size_t count =
+        static_cast<std::size_t>(image.GetWidth()) * static_cast<std::size_t>(image.GetHeight());
+    for (std::size_t i = 0; i < count; ++i) {
+        if (alpha[i] != 0) return false;
+    }
+    return true;
+}
+
+void Interleave(const wxImage& image, CImage& out) {
+    const bool useAlpha = image.HasAlpha() && !IsWhollyTransparent(image);
+    out.width = image.GetWidth();
+    out.height = image.GetHeight();
+    const std::size_t count = static_cast<std::size_t>(out.width) * static_cast<std::size_t>(out.height);
+    out.rgba.resize(count * 4);
+    const unsigned char* rgb = image.GetData();
+    const unsigned char* alpha = image.GetAlpha();
+    std::uint8_t* to = out.rgba.data();
+    for (std::size_t i = 0; i < count; ++i, to += 4, rgb += 3) {
+        to[0] = rgb[0];
+        to[1] = rgb[1];
+        to[2] = rgb[2];
+        to[3] = useAlpha ? alpha[i] : std::uint8_t{255};
+    }
+}
+
+}  // namespace
+
+extern "C" bool OrbivueDecodeWithWx(EFormat format, const std::byte* bytes, std::size_t size, CImage* out);
+
+extern "C" bool OrbivueDecodeWithWx(EFormat format, const std::byte* bytes, std::size_t size, CImage* out) {
+    const wxLogNull silence;
+    wxImageHandler* handler = HandlerOf(format);
+    if (handler == nullptr) return false;
+    try {
+        wxMemoryInputStream stream(bytes, size);
+        wxImage image;
+        if (!handler->LoadFile(&image, stream, false, 0) || !image.IsOk()) return false;
+        if (image.HasMask()) image.InitAlpha();
+        Interleave(image, *out);
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
