@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "make_samples/picture_file.h"
 
-#include <wx/image.h>
-
 #include <algorithm>
 #include <fstream>
 #include <stdexcept>
+
+#include "platform/image_writer.h"
 
 namespace {
 
@@ -37,21 +37,6 @@ bool WriteTga(const CImage& image, const std::filesystem::path& path) {
     return file.good();
 }
 
-bool WriteWithWx(const CImage& image, const std::filesystem::path& path, bool jpeg) {
-    wxImage picture(image.width, image.height);
-    unsigned char* rgb = picture.GetData();
-    for (std::size_t i = 0;
-         i < static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height); ++i) {
-        std::copy_n(&image.rgba[i * 4], 3, rgb + i * 3);
-    }
-    if (wxImage::FindHandler(wxBITMAP_TYPE_PNG) == nullptr) {
-        wxImage::AddHandler(new wxPNGHandler);
-        wxImage::AddHandler(new wxJPEGHandler);
-    }
-    picture.SetOption(wxIMAGE_OPTION_QUALITY, 88);
-    return picture.SaveFile(wxString::FromUTF8(path.string()), jpeg ? wxBITMAP_TYPE_JPEG : wxBITMAP_TYPE_PNG);
-}
-
 }  // namespace
 
 CImage Paint(int width, int height, const CPainter& painter) {
@@ -73,7 +58,8 @@ CImage Paint(int width, int height, const CPainter& painter) {
 void SavePicture(const CImage& image, const std::filesystem::path& path) {
     if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path());
     const std::string extension = LowerExtension(path);
-    const bool written =
-        extension == ".tga" ? WriteTga(image, path) : WriteWithWx(image, path, extension != ".png");
+    const bool written = extension == ".tga"   ? WriteTga(image, path)
+                         : extension == ".png" ? image_codec::WritePng(path.string(), image, false).HasValue()
+                                               : image_codec::WriteJpeg(path.string(), image, 88).HasValue();
     if (!written) throw std::runtime_error("could not write " + path.string());
 }
