@@ -233,9 +233,15 @@ CDepthRange CViewCamera::DepthRange(const CSphere& model, std::span<const CSpher
 CMat4 CViewCamera::ViewMatrix() const {
     const CFrame f = FrameOf(m_back, m_up);
     const CVec3 eye = Eye();
+    // In double, as the parts of a dot product far from the scene's origin are much larger than their sum.
+    const auto along = [eye](CVec3 axis) {
+        return -static_cast<float>(static_cast<double>(axis.x) * static_cast<double>(eye.x) +
+                                   static_cast<double>(axis.y) * static_cast<double>(eye.y) +
+                                   static_cast<double>(axis.z) * static_cast<double>(eye.z));
+    };
     CMat4 v;
     v.m = {f.right.x, f.up.x, f.back.x, 0, f.right.y, f.up.y, f.back.y, 0, f.right.z, f.up.z, f.back.z, 0,
-           -Dot(f.right, eye), -Dot(f.up, eye), -Dot(f.back, eye), 1};
+           along(f.right), along(f.up), along(f.back), 1};
     return v;
 }
 
