@@ -23,11 +23,16 @@ CVec3 BaseColor(const CMaterialLook& look, CVec3 ambientLight) {
     return d + CVec3{a.x * ambientLight.x, a.y * ambientLight.y, a.z * ambientLight.z};
 }
 
+/** Where the angle of a reflection jumps by a whole turn, and at the poles, mipmapping would take a level too coarse. */
+ETextureFilter FilterFor(EMapKind kind, ETextureFilter wanted) {
+    return kind == EMapKind::Reflection && wanted == ETextureFilter::Trilinear ? ETextureFilter::Bilinear : wanted;
+}
+
 /** Which channels make a map's value. */
 std::array<float, 4> Weight(EMapKind kind, const CPreparedMap& map, const CPreparedMaterial& material) {
     switch (kind) {
-        case EMapKind::Texture:
-        case EMapKind::Texture2: return {0, 0, 0, map.ignoreAlpha ? 0.0f : 1.0f};
+        case EMapKind::Texture: return {0, 0, map.decal ? 1.0f : 0.0f, map.AlphaIsOpacity() ? 1.0f : 0.0f};
+        case EMapKind::Texture2: return {0, 0, map.ignoreAlpha ? 0.0f : 1.0f, 0};
         case EMapKind::Specular: return {material.shininessStrength, 0, 0, 0};
         default: break;
     }
@@ -160,7 +165,7 @@ void CShaderPipeline::SetMaps(CGlCurrent& gl, const CVariantProgram& program, co
         const auto kind = static_cast<EMapKind>(i);
         const CPreparedMap& map = *maps[at];
         if (!look.surface.Has(kind)) continue;
-        m_frame->textures.Find(map)->Bind(gl, i, m_frame->filter);
+        m_frame->textures.Find(kind, map)->Bind(gl, i, FilterFor(kind, m_frame->filter));
         const CMapRows rows = MapRows(map);
         s[at] = rows.s;
         t[at] = rows.t;

@@ -33,11 +33,12 @@ struct CShaderVariant {
  * uNormal (mat3); uViewer (CFrameView::viewer); uBase, uDiffuse (with opacity in w), uAmbient, uSelf,
  * uSpecular (exponent in w); uAmbientLight; uLightPosition (cosOuter in w), uLightDirection (cosInner in w),
  * uLightColor, uLightRange; for map number i: uMap<i>, uMapS[i] and uMapT[i] (rows of the coordinates' transform),
- * uMapValue[i] (amount, sign, bias, 1 for a decal), uMapWeight[i] (the value is the weighted sum of the channels; of a
- * texture w is 1 where its alpha counts, of a specular map x is the strength).
+ * uMapValue[i] (amount, sign, bias, 1 when not tiled), uMapWeight[i] (the value is the weighted sum of the channels; of a
+ * texture w is 1 where its alpha makes transparent, z where it lets the colour below show; of a specular map x is the
+ * strength).
  *
- * How maps act: texture and texture2 replace the colour by their amount; the first one's alpha makes transparent, the
- * second one's alpha lets the first show. Opacity and self-illumination maps replace the material's value by their
+ * How maps act: texture and texture2 replace the colour by their amount; the first one's alpha makes transparent or,
+ * of a decal, lets the colour show; the second one's alpha lets the first show. Opacity and self-illumination maps replace the material's value by their
  * amount, specular maps its highlight colour; shininess maps scale the highlight; reflections are added.
  */
 [[nodiscard]] std::string VertexShaderSource(const CShaderVariant& variant);
