@@ -52,7 +52,8 @@ struct CPreparedMesh {
     std::vector<std::uint32_t> indices32;
     std::vector<CPreparedBatch> batches;
     CBox bounds;            ///< of the vertices, in the file's coordinates
-    CMat4 toLocal;          ///< file coordinates to object coordinates: inverse of the mesh matrix, un-mirrored
+    CMat4 toLocal;          ///< file coordinates to object coordinates; see ResolveMirroring
+    bool matrixMirrors = false;  ///< the mesh matrix has a negative determinant
 
     [[nodiscard]] std::uint32_t IndexCount() const {
         return static_cast<std::uint32_t>(indices16.empty() ? indices32.size() : indices16.size());
@@ -76,6 +77,7 @@ struct CPreparedNode {
     Lib3dsNode* source = nullptr;   ///< not owned; null for a node made up for a mesh without one
     bool isPlacedByMesh = false;    ///< no keys say where it is: fixedWorld does, which shows the points as the file has them
     CMat4 fixedWorld;               ///< world when isPlacedByMesh
+    CVec3 pivot;                    ///< in object coordinates
     CMat4 meshToNode;               ///< T(-pivot) * mesh.toLocal; constant
     CMat4 world;                    ///< node coordinates to scene, at the evaluated frame
     CMat4 meshToWorld;              ///< world * meshToNode: what the vertices are multiplied with

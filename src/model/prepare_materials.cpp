@@ -86,7 +86,7 @@ CPreparedMaterial PrepareMaterial(const Lib3dsMaterial& material, CTextureList& 
 }
 
 CResult<CImage> LoadImage(const CTextureHit& hit, const std::string& reference) {
-    return hit.data ? DecodeImage(*hit.data, reference) : ReadImageFile(hit.foundAt);
+    return hit.data ? image_codec::DecodeImage(*hit.data, reference) : image_codec::ReadImageFile(hit.foundAt);
 }
 
 bool HasTranslucency(const CImage& image) {

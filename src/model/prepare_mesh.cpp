@@ -268,8 +268,7 @@ CPreparedMesh PrepareMesh(const CMeshView& view, std::uint32_t defaultMaterial, 
     mesh.name = view.mesh->name;
     const CMat4 matrix = CMat4::FromLib3ds(view.mesh->matrix);
     mesh.toLocal = matrix.AffineInverse();
-    // In object coordinates a mirrored mesh is the right way round: what mirrors it is left to the node.
-    if (matrix.Determinant3() < 0) mesh.toLocal = CMat4::Scale({-1, 1, 1}) * mesh.toLocal;
-    if (!view.pointsUnflipped) mesh.toLocal = mesh.toLocal * FlipOfMesh(*view.mesh);
+    mesh.matrixMirrors = matrix.Determinant3() < 0;
+    if (mesh.matrixMirrors && !view.pointsUnflipped) mesh.toLocal = mesh.toLocal * FlipOfMesh(*view.mesh);
     return mesh;
 }

@@ -114,5 +114,6 @@ CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options)
     PrepareFrames(file, prepared);
     CountTriangles(prepared);
     EvaluateNodes(prepared, scene, prepared.currentFrame);
+    if (ResolveMirroring(prepared)) EvaluateNodes(prepared, scene, prepared.currentFrame);
     return prepared;
 }

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+/**
+ * Every value of section "Settings" of settings.ini. The program reads them once at its start, changes them
+ * in memory and writes them once at its end. One thread at a time.
+ */
+struct CSettings {
+    /** The command identifier of the camera "ISO Camera". */
+    static constexpr int kIsoCamera = 32776;
+
+    /** The process's one object; made with the defaults below at the first call, and it lives until the end.
+     */
+    [[nodiscard]] static CSettings& Instance();
+
+    /** Loads the file into the store. False when there is none that can be read, which leaves the defaults in
+     * force. */
+    static bool LoadFile();
+    /**
+     * Takes the values from the store. Without its key a field keeps its value, except lastCamera, the
+     * background colour and the two factors, which then get their defaults. A colour keeps its low eight
+     * bits; a factor whose text does not begin with a number becomes 0.
+     */
+    void ReadAll();
+    /** Puts all values into the store and saves the file. False when it could not be written. */
+    bool WriteAll() const;
+
+    std::wstring language = L"en";
+    bool showCameras = false;
+    bool showLights = false;
+    bool showAxis = false;
+    bool rotate = false;
+    bool showToolBar = true;
+    std::int32_t lastCamera = kIsoCamera;  ///< command identifier of the preset camera last chosen
+    std::uint8_t bkColorR = 0;             ///< clear colour of the view, 0..255
+    std::uint8_t bkColorG = 0;
+    std::uint8_t bkColorB = 0;
+    bool showBounds = false;
+    bool wireFrame = false;
+    bool povOutputTex = true;
+    bool povPreviewBack = false;
+    bool povUseLastName = false;
+    bool povRadiosity = false;
+    std::wstring povLastName;  ///< path of the last POV-Ray file
+    float povDiffuse = 0.6F;
+    float povSelfDiff = 0.1F;
+    bool autoUpdate = true;
+    bool closeOnEsc = false;
+
+    bool operator==(const CSettings&) const = default;
+};
