@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "engine/CPictureTest.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <numbers>
+#include <utility>
+
+#include "engine/CGlCurrent.h"
+#include "engine/gl_api.h"
+#include "platform/image_codec.h"
+
+namespace {
+
+constexpr int kWidth = 320, kHeight = 240;
+const std::filesystem::path kGolden = std::filesystem::path(ORBIVUE_SOURCE_DIR) / "tests/engine/golden";
+const std::filesystem::path kActual = std::filesystem::path(ORBIVUE_BINARY_DIR) / "pictures";
+
+void Save(const CImage& image, const std::string& name) {
+    std::filesystem::create_directories(kActual);
+    // The assertion that follows fails in any case and says where to look.
+    (void)image_codec::WritePng((kActual / name).string(), image, false);
+}
+
+}  // namespace
+
+void CPictureTest::SetUp() {
+    Context();
+    LookFrom({0, 0, 5});
+}
+
+void CPictureTest::TearDown() { m_renderer.Clear(Gl()); }
+
+COffscreenContext& CPictureTest::Context() {
+    static COffscreenContext s_context = [] {
+        CResult<COffscreenContext> made = COffscreenContext::Create(kWidth, kHeight);
+        if (!made) {
+            ADD_FAILURE() << made.Error().Text();
+            std::abort();
+        }
+        return std::move(made).Value();
+    }();
+    return s_context;
+}
+
+CGlCurrent& CPictureTest::Gl() { return Context().MakeCurrent(); }
+
+CMatrix4d CameraMatrix(CVec3 eye, CVec3 target, float fovYDeg, float aspect) {
+    const CVec3 back = Normalized(eye - target);
+    const CVec3 upwards = std::abs(back.z) > 0.999f ? CVec3{0, 1, 0} : CVec3{0, 0, 1};
+    const CVec3 right = Normalized(Cross(upwards, back)), up = Cross(back, right);
+    const CMat4 turn{{right.x, up.x, back.x, 0, right.y, up.y, back.y, 0, right.z, up.z, back.z, 0, 0, 0, 0, 1}};
+    const double f = 1 / std::tan(static_cast<double>(fovYDeg) * std::numbers::pi / 360), n = 0.1, z = 100;
+    CMatrix4d lens;
+    lens.m = {f / static_cast<double>(aspect), 0, 0, 0, 0, f, 0, 0, 0, 0, (z + n) / (n - z), -1, 0, 0, 2 * z * n / (n - z), 0};
+    return lens * CMatrix4d::From(turn) * CMatrix4d::From(CMat4::Translation(-eye));
+}
+
+void CPictureTest::LookFrom(CVec3 eye, CVec3 target) {
+    m_projection = CameraMatrix(eye, target, 45, static_cast<float>(kWidth) / kHeight);
+}
+
+CImage CPictureTest::Draw(const CDrawOptions& options) {
+    CGlCurrent& gl = Gl();
+    m_renderer.Upload(gl, m_builder.Scene());
+    glMatrixMode(GL_PROJECTION);
+    glLoadMatrixf(m_projection.ToFloat().data());
+    glMatrixMode(GL_MODELVIEW);
+    glLoadMatrixf(m_turn.ToFloat().data());
+    glClearColor(0.2f, 0.2f, 0.2f, 1);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    return DrawAgain(options);
+}
+
+CImage CPictureTest::DrawAgain(const CDrawOptions& options) {
+    m_renderer.Draw(Gl(), m_builder.Scene(), options);
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+    CResult<CImage> image = Context().ReadPixels();
+    EXPECT_TRUE(image);
+    return image ? std::move(image).Value() : CImage{};
+}
+
+testing::AssertionResult MatchesGolden(const CImage& image, const std::string& name) {
+    const std::string file = name + ".png";
+    const CResult<CImage> golden = image_codec::ReadImageFile((kGolden / file).string());
+    if (!golden) {
+        Save(image, file);
+        return testing::AssertionFailure() << golden.Error().Text() << "; look at " << (kActual / file);
+    }
+    const CImage& expected = golden.Value();
+    if (expected.width != image.width || expected.height != image.height) {
+        Save(image, file);
+        return testing::AssertionFailure() << "another size; look at " << (kActual / file);
+    }
+    CImage difference = image;
+    int largest = 0;
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < image.rgba.size(); ++i) {
+        const int d = i % 4 == 3 ? 0 : std::abs(image.rgba[i] - expected.rgba[i]);
+        largest = std::max(largest, d);
+        count += d != 0;
+        difference.rgba[i] = static_cast<std::uint8_t>(i % 4 == 3 ? 255 : std::min(255, d * 8));
+    }
+    if (largest == 0) return testing::AssertionSuccess();
+    Save(image, file);
+    Save(difference, name + ".difference.png");
+    return testing::AssertionFailure() << count << " values differ, by up to " << largest << "; look at "
+                                       << (kActual / file);
+}
+
+CColor ColorAt(const CImage& image, int x, int y) {
+    const std::uint8_t* pixel = image.Pixel(x, y);
+    return {pixel[0], pixel[1], pixel[2]};
+}
+
+testing::AssertionResult HasColor(const CImage& image, int x, int y, CColor expected, int tolerance) {
+    const CColor actual = ColorAt(image, x, y);
+    for (std::size_t c = 0; c < 3; ++c) {
+        if (std::abs(actual[c] - expected[c]) > tolerance) {
+            return testing::AssertionFailure()
+                   << "(" << actual[0] << ", " << actual[1] << ", " << actual[2] << ") at " << x << ", " << y
+                   << " is not (" << expected[0] << ", " << expected[1] << ", " << expected[2] << ")";
+        }
+    }
+    return testing::AssertionSuccess();
+}
+
+int CountDrawn(const CImage& image) {
+    int count = 0;
+    for (int y = 0; y < image.height; ++y) {
+        for (int x = 0; x < image.width; ++x) count += ColorAt(image, x, y) != ColorAt(image, 0, 0);
+    }
+    return count;
+}
