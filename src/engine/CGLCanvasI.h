@@ -23,6 +23,8 @@ class CGLCanvasI {
     [[nodiscard]] virtual wxWindow* GetWindow() = 0;
     /** Told after every attempt to open a model, before EndGL. */
     virtual void OnModelOpened() = 0;
+    /** Whether the handler gets rotation ticks. Off at first. */
+    virtual void SetRotating(bool rotating) = 0;
 
     /** Makes the canvas as a child of parent, with its events going to handler (not owned). Null when the system
      *  has no OpenGL window to give. Defined by the window layer. */
