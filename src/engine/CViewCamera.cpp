@@ -60,6 +60,9 @@ bool IsFiniteRect(const C2DRect& r) {
     return std::isfinite(r.left) && std::isfinite(r.top) && std::isfinite(r.right) && std::isfinite(r.bottom);
 }
 
+/** A distance that a float can surely tell from none at this place. */
+float FinestAt(CVec3 p) { return std::max({std::abs(p.x), std::abs(p.y), std::abs(p.z)}) * 1e-6f; }
+
 /** Widens an extent about its middle to at least size. */
 void Widen(double& low, double& high, double factor) {
     const double middle = (low + high) / 2;
@@ -87,9 +90,7 @@ void CViewCamera::SetModel(const CSphere& sphere) {
     m_model.center = IsFinite(sphere.center) ? sphere.center : CVec3{};
     const bool usable = std::isfinite(sphere.radius) && sphere.radius > 0;
     // Smaller than what a float resolves at the centre, it could not be looked at: eye and target would be one.
-    const float reach =
-        std::max({std::abs(m_model.center.x), std::abs(m_model.center.y), std::abs(m_model.center.z)});
-    m_model.radius = std::max(usable ? sphere.radius : 1.0f, reach * 1e-6f);
+    m_model.radius = std::max(usable ? sphere.radius : 1.0f, FinestAt(m_model.center));
 }
 
 void CViewCamera::SetViewSize(double width, double height) {
@@ -149,7 +150,8 @@ void CViewCamera::Zoom(int step) {
     const double radius = static_cast<double>(m_model.radius);
     const double tanY = TanHalfFovY();
     // A camera of the file may stand beyond the limits: it is not pulled back, only kept from going further.
-    const double nearest = std::min(now, radius * std::max(kSmallestSeen / tanY, kNearestEye));
+    const double finest = static_cast<double>(FinestAt(m_target));
+    const double nearest = std::min(now, std::max(finest, radius * std::max(kSmallestSeen / tanY, kNearestEye)));
     const double farthest = std::max(now, radius * kLargestSeen / tanY);
     m_zoom *= std::clamp(now * factor, nearest, farthest) / now;
 }
