@@ -12,6 +12,7 @@
 #include "model/CScene.h"
 #include "model/CSceneReader.h"
 #include "model/lib3ds_copies.h"
+#include "model/mesh_access.h"
 #include "model/node_edits.h"
 #include "model/prepare_scene.h"
 #include "model/rotation_of_angles.h"
@@ -190,18 +191,18 @@ CStatus CSceneEdits::ReplaceNode(std::string_view name, std::string_view path, s
     CResult<CScene> read = CSceneReader::ReadFile(path);
     if (!read) return read.Error();
     CScene& other = read.Value();
-    (void)other.File();  // first, as it turns the points of mirrored meshes over
     const CPreparedScene prepared = PrepareScene(other, {.threads = 0, .loadTextures = false});
     const CPreparedNode* chosen = Choose(prepared, newNode, name);
     if (chosen == nullptr)
         return CError{EErrorCode::NotFound, "the file has no such object", std::string(path)};
+    (void)other.File();
     (void)m_scene.File();
     const Lib3dsMesh& source = *other.Meshes()[static_cast<std::size_t>(chosen->mesh)].mesh;
     Lib3dsMesh* mesh =
         lib3ds_copies::CopyMesh(source, lib3ds_copies::UnusedMeshName(*m_scene.Header(), source.name));
     if (mesh == nullptr) return NoMemory();
     TakeMaterials(other, *mesh);
-    PutMesh(*target, mesh, chosen->meshToNode);
+    PutMesh(*target, mesh, chosen->meshToNode * FlipOfMesh(source));
     Changed();
     return CDone{};
 }
