@@ -7,8 +7,8 @@
 #include "model/CPreparedScene.h"
 
 namespace {
-/** An object this many times smaller than the picture is a dot of some ten pixels. */
-constexpr float kSmallestShare = 1.0f / 40;
+/** An object this many times smaller than the picture is a dot of some twenty pixels. */
+constexpr float kSmallestShare = 1.0f / 20;
 /** Objects belong together whose distance is at most so many radii of the group. */
 constexpr float kReach = 4;
 

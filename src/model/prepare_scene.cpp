@@ -7,9 +7,11 @@
 #include <algorithm>
 
 #include "model/CScene.h"
+#include "model/facing.h"
 #include "model/prepare_materials.h"
 #include "model/prepare_mesh.h"
 #include "model/prepare_nodes.h"
+#include "model/resolve_placement.h"
 #include "platform/parallel_for.h"
 
 namespace {
@@ -131,5 +133,7 @@ CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options)
     CountTriangles(prepared);
     EvaluateNodes(prepared, scene, prepared.currentFrame);
     if (ResolveMirroring(prepared)) EvaluateNodes(prepared, scene, prepared.currentFrame);
+    if (ResolvePlacedTwice(prepared)) EvaluateNodes(prepared, scene, prepared.currentFrame);
+    ShowBothSidesIfTurnedAway(prepared);
     return prepared;
 }
