@@ -20,9 +20,13 @@ using CStdStr = std::basic_string<T>;
 /**
  * The display engine: one 3DS scene at a time, drawn with OpenGL into the current context, and edited.
  *
- * Every operation that draws, opens or closes needs the canvas's context to be current (its caller sees to that);
- * cameras, getters and edits do not. Loading and editing report failure by their bool; LastError() then says why.
- * Not thread-safe: one thread calls it.
+ * Every operation that draws needs the canvas's context to be current (its caller sees to that), and so does opening
+ * or closing when a scene has been drawn before; cameras, getters and edits do not. Buffers and textures are made by
+ * the first drawing. Loading and editing report failure by their bool; LastError() then says why. Names are UTF-8 or
+ * the file's bytes; null stands for an empty one. Not thread-safe: one thread at a time calls it.
+ *
+ * Edits change the scene in memory, and take effect at the next drawing. Nodes and materials go on answering to the
+ * names they had when the scene was opened.
  */
 class C3dsDisplayWrap {
   public:
@@ -47,18 +51,40 @@ class C3dsDisplayWrap {
     [[nodiscard]] const CPreparedScene* Prepared() const;
     [[nodiscard]] const CError& LastError() const;
 
+    /** For programs that only draw, set before opening: what only edits, picking, saving and other frames need is given
+     *  back as soon as it can be. Edits, SaveAs, Get3dsFile and picking then fail or find nothing, and the frame is
+     *  chosen before the first drawing. */
+    void SetViewingOnly(bool viewingOnly);
+    /** How long the last successful open took, in milliseconds: reading, and preparing to draw. */
+    [[nodiscard]] double GetReadMs() const;
+    [[nodiscard]] double GetPrepareMs() const;
+
     // --- drawing ----------------------------------------------------------------------------------------
+    /** Sets the viewport, clears, and leaves the perspective projection as the current matrix. GL_SELECT restricts it to
+     *  the 5 x 5 pixels round (x, y), origin top left. False without a scene: then it only clears. */
     [[nodiscard]] bool InitDrawings(int renderMode, int x, int y);
+    /** Draws with the current matrices and polygon mode: turns by the rotation angles about the origin point, then the
+     *  nodes; in GL_RENDER the overlays too, in GL_SELECT each node under its identifier, its index in Prepared(). Where
+     *  the caller's model-view matrix carries the scene out of the depth range, the range is widened for this call. */
     void DrawModel(int renderMode);
+    /** A whole frame with the engine's own camera, in the polygon mode that is set. */
     void PaintModel();
+    /** Goes one frame on, from the last one back to the first. Draws nothing itself, as only the caller knows how the
+     *  view is turned: who gets true repaints. False when nothing is animated. */
     bool DrawAnimations();
     void SetPreviewSize(const C2DRect& rect);
     [[nodiscard]] const C2DRect& GetPreviewSize() const;
+    /** Turns by dx degrees more about the scene's vertical (Z) and by dy about its horizontal (X) axis, see
+     *  RotationOfAngles. Opening a scene and choosing a camera set all angles to 0. */
     void UpdateRotAngles(float dx, float dy);
+    /** See CViewCamera::Zoom for both. */
     void ZoomModel(int step);
     void ZoomModel(const C2DRect& rect);
     void SetBkColors(float r, float g, float b);
+    /** 0 trilinear with anisotropy, 1 bilinear, 2 nearest, 3 no textures; others are as 0. */
     void SetTextureRenderMode(int mode);
+    /** False: the lights of the file are not used, only a headlight at the eye. */
+    void SetUseFileLights(bool use);
 
     // --- overlays (drawn by DrawModel in render mode, after the scene) -------------------------------------
     void SetShowBounds(bool show);
@@ -103,7 +129,7 @@ class C3dsDisplayWrap {
     /** Shows the scene at a frame of its animation. */
     void SetFrame(float frame);
 
-    // --- edits ------------------------------------------------------------------------------------------
+    // --- edits: see CSceneEdits and material_edits. Values that are not finite are refused ------------------
     [[nodiscard]] const char* GetNodeNameById(int id) const;
     [[nodiscard]] bool DeleteNode(const char* node);
     [[nodiscard]] bool ReplaceNode(const char* node, const wchar_t* file, const char* newNode);

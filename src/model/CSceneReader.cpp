@@ -4,19 +4,34 @@
 #include <new>
 
 #include "model/C3dsParser.h"
+#include "model/zip_scene.h"
+#include "platform/CZipReader.h"
 #include "platform/file_util_ex.h"
 
 namespace {
 /** The format's sizes are 32-bit. */
 constexpr std::size_t kMaxFileBytes = 0xFFFFFFFFu;
+
+bool IsZip(const std::vector<std::byte>& bytes) {
+    return CZipReader::LooksLikeZip({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+}
+
+CResult<CScene> ReadContents(std::string_view path) {
+    CResult<std::vector<std::byte>> bytes = file_util_ex::ReadWholeFile(path, kMaxFileBytes);
+    if (!bytes) return bytes.Error();
+    if (IsZip(bytes.Value())) return ReadZipScene(std::move(bytes).Value(), path);
+    return CSceneReader::ReadBytes(std::move(bytes).Value(), CTextureLocator::BesideModel(path));
+}
 }  // namespace
 
 CResult<CScene> CSceneReader::ReadFile(std::string_view path) {
-    CResult<std::vector<std::byte>> bytes = file_util_ex::ReadWholeFile(path, kMaxFileBytes);
-    if (!bytes) return bytes.Error();
-    CResult<CScene> scene = ReadBytes(std::move(bytes).Value(), CTextureLocator::BesideModel(path));
-    if (!scene) return CError{scene.Error().code, scene.Error().message, std::string(path)};
-    return scene;
+    try {
+        CResult<CScene> scene = ReadContents(path);
+        if (scene || !scene.Error().where.empty()) return scene;
+        return CError{scene.Error().code, scene.Error().message, std::string(path)};
+    } catch (const std::bad_alloc&) {
+        return CError{EErrorCode::TooLarge, "There is not enough memory for this scene", std::string(path)};
+    }
 }
 
 CResult<CScene> CSceneReader::ReadBytes(std::vector<std::byte> bytes, CTextureLocator textures) {

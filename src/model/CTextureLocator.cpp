@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "model/CTextureLocator.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include "model/CTextureFolders.h"
 #include "model/CTexturesInMemory.h"
@@ -21,6 +23,9 @@ CTextureLocator CTextureLocator::InMemory(CImageDataTextVec textures) {
 }
 
 std::optional<CTextureHit> CTextureLocator::Find(std::string_view reference) const {
+    const auto added = std::find_if(m_added.rbegin(), m_added.rend(),
+                                    [reference](const auto& texture) { return texture->name == reference; });
+    if (added != m_added.rend()) return CTextureHit{(*added)->name, &(*added)->data};
     if (!m_memory && !m_folders) return std::nullopt;
     const CTextureQuery query(reference);
     if (m_memory) {
@@ -31,4 +36,8 @@ std::optional<CTextureHit> CTextureLocator::Find(std::string_view reference) con
     const auto found = m_folders->Find(query);
     if (!found) return std::nullopt;
     return CTextureHit{found->native(), nullptr};
+}
+
+void CTextureLocator::Add(CImageDataText texture) {
+    m_added.push_back(std::make_shared<const CImageDataText>(std::move(texture)));
 }

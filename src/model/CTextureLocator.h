@@ -49,7 +49,12 @@ class CTextureLocator {
      */
     [[nodiscard]] std::optional<CTextureHit> Find(std::string_view reference) const;
 
+    /** From now on this object finds the picture wherever its exact name is asked for, before all others. Copies made
+     *  earlier do not. */
+    void Add(CImageDataText texture);
+
   private:
+    std::vector<std::shared_ptr<const CImageDataText>> m_added;  ///< shared with copies, as the rest
     std::shared_ptr<CTextureFolders> m_folders;
     std::shared_ptr<const CTexturesInMemory> m_memory;
 };

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "engine/C3dsDisplayWrap.h"
+#include "engine/CSceneRenderer.h"
+#include "engine/CViewCamera.h"
+#include "engine/overlays.h"
+#include "model/CPreparedScene.h"
+#include "model/CScene.h"
+#include "model/CSceneEdits.h"
+
+/** What C3dsDisplayWrap holds; private to its sources. */
+struct C3dsDisplayWrap::CState {
+    enum class EGpu { Nothing, NeedsUpload, NeedsRefresh, Ready };
+
+    std::optional<CScene> scene;
+    CPreparedScene prepared;                ///< ask Fresh() for it
+    std::unique_ptr<CSceneEdits> edits;     ///< refers to scene; made by the first edit
+    float frame = 0;
+    bool viewingOnly = false;
+    double readMs = 0, prepareMs = 0;
+    CError lastError;
+
+    CSceneRenderer renderer;
+    EGpu gpu = EGpu::Nothing;
+    CDrawOptions options;
+    COverlays overlays;
+    CVec3 background;
+    CDepthRange depthRange;                 ///< of the last InitDrawings
+
+    CViewCamera camera;
+    C2DRect preview{0, 0, 640, 480};
+    float rotX = 0, rotY = 0, rotZ = 0;
+
+    /** Shows a scene that was read in readMs. */
+    void Show(CScene opened, double milliseconds);
+    /** The prepared scene, prepared anew when edits made it out of date. A scene must be open. */
+    CPreparedScene& Fresh();
+    /** Evaluates nodes at the current frame; the file's camera in use moves along. */
+    void Evaluate();
+    void SyncGpu(CGlCurrent& gl);
+    void DropWhatWasUploaded();
+    void SetPreset(ECameraPreset preset);
+    /** Keeps the failure for LastError. */
+    bool Fail(CError error);
+    bool Answer(const CStatus& status);
+    /** Runs an edit of the open scene; without one, and on any exception, it fails. */
+    bool Edit(const std::function<CStatus(CSceneEdits&)>& edit);
+    /** Changes a material: of one node, or of the whole scene where node is null. */
+    bool EditMaterial(const char* node, const char* material, const CSceneEdits::CMaterialChange& change);
+    bool EditTexture(const char* node, const char* material, const CStdStr<wchar_t>& imagePath);
+
+  private:
+    void PrepareAgain();
+};

@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: MIT
+#include "engine/C3dsDisplayWrap.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstring>
+#include <exception>
+#include <new>
+#include <utility>
+
+#include "engine/C3dsDisplayState.h"
+#include "engine/CGlCurrent.h"
+#include "model/CSceneReader.h"
+#include "model/prepare_scene.h"
+#include "model/write_scene.h"
+#include "platform/file_util_ex.h"
+
+namespace {
+
+class CStopwatch {
+  public:
+    [[nodiscard]] double Ms() const {
+        return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - m_start).count();
+    }
+
+  private:
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+std::string Utf8(const wchar_t* path) {
+    return path == nullptr ? std::string() : file_util_ex::ConvertToUTF8(path);
+}
+
+/** What presets are placed round: the model, or else the lights and cameras of a scene that has nothing more. */
+CSphere ViewedSphere(const CPreparedScene& scene) {
+    if (scene.boundingSphere.radius > 0) return scene.boundingSphere;
+    CBox box = scene.bounds;
+    for (const CPreparedLight& light : scene.lights) box.Add(light.position);
+    for (const CPreparedCamera& camera : scene.cameras) box.Add(camera.position);
+    return {box.Center(), box.IsEmpty() ? 0.0f : Length(box.max - box.min) * 0.5f};
+}
+
+template <class T>
+bool SameBytes(const std::vector<T>& a, const std::vector<T>& b) {
+    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0);
+}
+
+}  // namespace
+
+void C3dsDisplayWrap::CState::Show(CScene opened, double milliseconds) {
+    const CStopwatch watch;
+    CPreparedScene made = PrepareScene(opened);
+    if (viewingOnly) opened.DropArrays();
+    scene.emplace(std::move(opened));
+    prepared = std::move(made);
+    prepareMs = watch.Ms();
+    readMs = milliseconds;
+    frame = prepared.currentFrame;
+    gpu = EGpu::NeedsUpload;
+    SetPreset(ECameraPreset::Iso);
+}
+
+CPreparedScene& C3dsDisplayWrap::CState::Fresh() {
+    if (edits && edits->NeedsPreparing()) PrepareAgain();
+    return prepared;
+}
+
+void C3dsDisplayWrap::CState::PrepareAgain() {
+    CPreparedScene made = PrepareScene(*scene);
+    // Vertices that are as before keep their place in memory: by it the renderer knows what it has.
+    for (std::size_t i = 0; i < std::min(made.meshes.size(), prepared.meshes.size()); ++i) {
+        CPreparedMesh& now = made.meshes[i];
+        CPreparedMesh& before = prepared.meshes[i];
+        if (SameBytes(now.vertices, before.vertices) && SameBytes(now.texCoords, before.texCoords)) {
+            now.vertices.swap(before.vertices);
+            now.texCoords.swap(before.texCoords);
+        }
+    }
+    prepared = std::move(made);
+    edits->Renew(prepared);
+    // Twice without a drawing between, and new vertices may lie where drawn ones lay.
+    if (gpu == EGpu::NeedsRefresh) gpu = EGpu::NeedsUpload;
+    if (gpu == EGpu::Ready) gpu = EGpu::NeedsRefresh;
+    Evaluate();
+}
+
+void C3dsDisplayWrap::CState::Evaluate() {
+    if (frame != prepared.currentFrame || edits) EvaluateNodes(prepared, *scene, frame);
+    for (const CPreparedCamera& fileCamera : prepared.cameras) {
+        if (fileCamera.name == camera.Name()) return camera.Follow(fileCamera);
+    }
+}
+
+void C3dsDisplayWrap::CState::SetPreset(ECameraPreset preset) {
+    camera.SetModel(scene ? ViewedSphere(Fresh()) : CSphere{{}, 1});
+    camera.SetPreset(preset);
+    rotX = rotY = rotZ = 0;
+}
+
+bool C3dsDisplayWrap::CState::Fail(CError error) {
+    lastError = std::move(error);
+    return false;
+}
+
+bool C3dsDisplayWrap::CState::Answer(const CStatus& status) { return status.HasValue() || Fail(status.Error()); }
+
+C3dsDisplayWrap::C3dsDisplayWrap() : m_state(std::make_unique<CState>()) {}
+C3dsDisplayWrap::~C3dsDisplayWrap() { CloseModel(); }
+void C3dsDisplayWrap::UpdateModelOnZoom() {}
+
+bool C3dsDisplayWrap::OpenModel(const wchar_t* path) {
+    CloseModel();
+    try {
+        const CStopwatch watch;
+        CResult<CScene> read = CSceneReader::ReadFile(Utf8(path));
+        if (!read) return m_state->Fail(read.Error());
+        m_state->Show(std::move(read).Value(), watch.Ms());
+        return true;
+    } catch (const std::exception&) {
+        return m_state->Fail({EErrorCode::TooLarge, "not enough memory to open it", Utf8(path)});
+    }
+}
+
+bool C3dsDisplayWrap::OpenModelStruct(Lib3dsFile* file) {
+    CLib3dsFilePtr owned(file);
+    CloseModel();
+    if (!owned) return m_state->Fail({EErrorCode::BadArgument, "there is no scene", {}});
+    try {
+        const CStopwatch watch;
+        CScene scene = CScene::Adopt(std::move(owned));
+        m_state->Show(std::move(scene), watch.Ms());
+        return true;
+    } catch (const std::exception&) {
+        return m_state->Fail({EErrorCode::TooLarge, "not enough memory to show it", {}});
+    }
+}
+
+bool C3dsDisplayWrap::OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures) {
+    CloseModel();
+    if (data == nullptr || size <= 0) return m_state->Fail({EErrorCode::BadFormat, "the model is empty", {}});
+    try {
+        const CStopwatch watch;
+        const auto* bytes = reinterpret_cast<const std::byte*>(data);
+        CResult<CScene> read =
+            CSceneReader::ReadBytes({bytes, bytes + size}, CTextureLocator::InMemory(textures));
+        if (!read) return m_state->Fail(read.Error());
+        m_state->Show(std::move(read).Value(), watch.Ms());
+        return true;
+    } catch (const std::exception&) {
+        return m_state->Fail({EErrorCode::TooLarge, "not enough memory to open it", {}});
+    }
+}
+
+void C3dsDisplayWrap::CloseModel() {
+    if (m_state->gpu == CState::EGpu::Ready || m_state->gpu == CState::EGpu::NeedsRefresh) {
+        CGlCurrent gl;
+        m_state->renderer.Clear(gl);
+    }
+    m_state->gpu = CState::EGpu::Nothing;
+    m_state->edits.reset();
+    m_state->prepared = {};
+    m_state->scene.reset();
+}
+
+bool C3dsDisplayWrap::SaveAs(const wchar_t* path) {
+    if (!m_state->scene || m_state->viewingOnly) return m_state->Fail({EErrorCode::NotFound, "no model is open", {}});
+    return m_state->Answer(WriteScene(*m_state->scene, Utf8(path)));
+}
+
+Lib3dsFile* C3dsDisplayWrap::Get3dsFile() {
+    if (!m_state->scene || m_state->viewingOnly) return nullptr;
+    try {
+        return m_state->scene->File();
+    } catch (const std::bad_alloc&) {
+        (void)m_state->Fail({EErrorCode::TooLarge, "not enough memory for the whole scene", {}});
+        return nullptr;
+    }
+}
+
+const CPreparedScene* C3dsDisplayWrap::Prepared() const { return m_state->scene ? &m_state->Fresh() : nullptr; }
+const CError& C3dsDisplayWrap::LastError() const { return m_state->lastError; }
+void C3dsDisplayWrap::SetViewingOnly(bool viewingOnly) { m_state->viewingOnly = viewingOnly; }
+double C3dsDisplayWrap::GetReadMs() const { return m_state->readMs; }
+double C3dsDisplayWrap::GetPrepareMs() const { return m_state->prepareMs; }
+
+bool C3dsDisplayWrap::HasAnimation() const { return m_state->scene && m_state->Fresh().animated; }
+float C3dsDisplayWrap::GetFrame() const { return m_state->frame; }
+
+void C3dsDisplayWrap::SetFrame(float frame) {
+    if (!m_state->scene || !std::isfinite(frame)) return;
+    const CPreparedScene& scene = m_state->Fresh();
+    m_state->frame = std::clamp(frame, scene.firstFrame, std::max(scene.firstFrame, scene.lastFrame));
+    m_state->Evaluate();
+}
+
+bool C3dsDisplayWrap::DrawAnimations() {
+    if (!HasAnimation()) return false;
+    const float next = m_state->frame + 1;
+    SetFrame(next > m_state->prepared.lastFrame ? m_state->prepared.firstFrame : next);
+    return true;
+}

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <cmath>
+
+#include "engine/C3dsDisplayState.h"
+#include "engine/CGlCurrent.h"
+#include "engine/gl_api.h"
+#include "model/rotation_of_angles.h"
+
+namespace {
+
+constexpr float kPickPixels = 5;
+constexpr float kNearOfFar = 1.0f / 4000.0f;
+
+int Pixels(double extent) { return static_cast<int>(std::clamp(std::abs(extent), 1.0, 65536.0)); }
+
+/** Blows the pixels round a point, in OpenGL's bottom-up coordinates, up to the whole view. */
+void RestrictTo(float x, float y, int width, int height) {
+    const float w = static_cast<float>(width), h = static_cast<float>(height);
+    glTranslatef((w - 2 * x) / kPickPixels, (h - 2 * y) / kPickPixels, 0);
+    glScalef(w / kPickPixels, h / kPickPixels, 1);
+}
+
+/** Holds the projection matrix widened in depth where the spheres, as the model-view matrix carries them, would be cut
+ *  off. Set back by hand: its stack may have no room left. */
+class CWidenedDepth {
+  public:
+    CWidenedDepth(CDepthRange range, const std::vector<CSphere>& spheres) {
+        glGetFloatv(GL_PROJECTION_MATRIX, m_projection.m.data());
+        const CDepthRange needed = Needed(range, spheres);
+        if (needed.nearPlane >= range.nearPlane && needed.farPlane <= range.farPlane) return;
+        const double n = static_cast<double>(needed.nearPlane), f = static_cast<double>(needed.farPlane);
+        const float scale = static_cast<float>((f + n) / (f - n));
+        CMat4 widened = m_projection;
+        for (std::size_t column = 0; column < 4; ++column) {
+            widened.m[column * 4 + 2] = scale * m_projection.m[column * 4 + 3];
+        }
+        widened.m[14] -= static_cast<float>(2 * f * n / (f - n));
+        Load(widened);
+    }
+    CWidenedDepth(const CWidenedDepth&) = delete;
+    CWidenedDepth& operator=(const CWidenedDepth&) = delete;
+    ~CWidenedDepth() { Load(m_projection); }
+
+  private:
+    [[nodiscard]] CDepthRange Needed(CDepthRange range, const std::vector<CSphere>& spheres) const {
+        CMat4 model;
+        glGetFloatv(GL_MODELVIEW_MATRIX, model.m.data());
+        const auto& p = m_projection.m;
+        const float unit = Length({p[3], p[7], p[11]});
+        float scale = 0;
+        for (std::size_t c = 0; c < 12; c += 4) scale = std::max(scale, Length({model.m[c], model.m[c + 1], model.m[c + 2]}));
+        if (!(unit > 0)) return range;  // no perspective
+        float nearest = range.nearPlane, farthest = range.farPlane;
+        for (const CSphere& sphere : spheres) {
+            const CVec3 at = model.TransformPoint(sphere.center);
+            const float depth = (p[3] * at.x + p[7] * at.y + p[11] * at.z + p[15]) / unit;
+            if (!std::isfinite(depth)) continue;
+            nearest = std::min(nearest, depth - sphere.radius * scale);
+            farthest = std::max(farthest, depth + sphere.radius * scale);
+        }
+        return {std::min(range.nearPlane, std::max(nearest, farthest * kNearOfFar)), farthest};
+    }
+    static void Load(const CMat4& projection) {
+        glMatrixMode(GL_PROJECTION);
+        glLoadMatrixf(projection.m.data());
+        glMatrixMode(GL_MODELVIEW);
+    }
+
+    CMat4 m_projection;
+};
+
+}  // namespace
+
+void C3dsDisplayWrap::CState::SyncGpu(CGlCurrent& gl) {
+    const CPreparedScene& now = Fresh();
+    if (gpu == EGpu::NeedsRefresh) {
+        renderer.Refresh(gl, now);
+    } else if (gpu == EGpu::NeedsUpload) {
+        renderer.Upload(gl, now);
+    }
+    const bool uploaded = gpu != EGpu::Ready;
+    gpu = EGpu::Ready;
+    if (uploaded && viewingOnly) DropWhatWasUploaded();
+}
+
+void C3dsDisplayWrap::CState::DropWhatWasUploaded() {
+    for (CPreparedMesh& mesh : prepared.meshes) {
+        const auto blends = [this](const CPreparedBatch& batch) { return prepared.materials[batch.material].needsBlending; };
+        if (std::any_of(mesh.batches.begin(), mesh.batches.end(), blends)) continue;  // sorted anew for each view
+        mesh.vertices = {};
+        mesh.texCoords = {};
+        mesh.indices16 = {};
+        mesh.indices32 = {};
+    }
+    for (CPreparedTexture& texture : prepared.textures) texture.image.rgba = {};
+}
+
+bool C3dsDisplayWrap::InitDrawings(int renderMode, int x, int y) {
+    CGlCurrent gl;
+    const int width = Pixels(m_state->preview.right - m_state->preview.left);
+    const int height = Pixels(m_state->preview.bottom - m_state->preview.top);
+    glViewport(0, 0, width, height);
+    glClearColor(m_state->background.x, m_state->background.y, m_state->background.z, 1);
+    glClearDepth(1);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    glDepthMask(GL_TRUE);
+    glDisable(GL_SCISSOR_TEST);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LESS);
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    if (!m_state->scene) return false;
+
+    m_state->SyncGpu(gl);
+    if (renderMode == GL_SELECT) {
+        RestrictTo(static_cast<float>(x) + 0.5f, static_cast<float>(height - y) - 0.5f, width, height);
+    }
+    m_state->depthRange = m_state->camera.DepthRange(m_state->prepared.boundingSphere,
+                                                     OverlayExtents(m_state->prepared, m_state->overlays));
+    glMultMatrixf(m_state->camera.ProjectionMatrix(m_state->depthRange).m.data());
+    return true;
+}
+
+void C3dsDisplayWrap::DrawModel(int renderMode) {
+    if (!m_state->scene) return;
+    CGlCurrent gl;
+    m_state->SyncGpu(gl);
+    const CPreparedScene& scene = m_state->prepared;
+    glPushAttrib(GL_TRANSFORM_BIT);
+    glMatrixMode(GL_MODELVIEW);
+    glPushMatrix();
+    const CVec3 origin = m_state->camera.Target();
+    const CMat4 turn = RotationOfAngles(m_state->rotX, m_state->rotY, m_state->rotZ);
+    glMultMatrixf((CMat4::Translation(origin) * turn * CMat4::Translation(-origin)).m.data());
+    {
+        std::vector<CSphere> extents = OverlayExtents(scene, m_state->overlays);
+        extents.push_back(scene.boundingSphere);
+        const CWidenedDepth depth(m_state->depthRange, extents);
+        if (renderMode == GL_SELECT) {
+            m_state->renderer.DrawForSelection(gl, scene);
+        } else {
+            m_state->renderer.Draw(gl, scene, m_state->options);
+            DrawOverlays(gl, scene, m_state->overlays);
+        }
+    }
+    glPopMatrix();
+    glPopAttrib();
+}
+
+void C3dsDisplayWrap::PaintModel() {
+    if (!InitDrawings(GL_RENDER, -1, -1)) return;
+    glMultMatrixf(m_state->camera.ViewMatrix().m.data());
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    DrawModel(GL_RENDER);
+}
+
+void C3dsDisplayWrap::SetBkColors(float r, float g, float b) {
+    const CVec3 color{r, g, b};
+    if (!IsFinite(color)) return;
+    m_state->background = {std::clamp(r, 0.0f, 1.0f), std::clamp(g, 0.0f, 1.0f), std::clamp(b, 0.0f, 1.0f)};
+}
+
+void C3dsDisplayWrap::SetTextureRenderMode(int mode) { m_state->options.textureRenderMode = mode; }
+void C3dsDisplayWrap::SetUseFileLights(bool use) { m_state->options.useFileLights = use; }
+void C3dsDisplayWrap::SetShowBounds(bool show) { m_state->overlays.bounds = show; }
+void C3dsDisplayWrap::SetShowCameras(bool show) { m_state->overlays.cameras = show; }
+void C3dsDisplayWrap::SetShowLights(bool show) { m_state->overlays.lights = show; }
+void C3dsDisplayWrap::SetShowAxis(bool show) { m_state->overlays.axes = show; }

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/**
+ * What an OpenGL canvas tells whoever draws into it. Every slot does nothing unless it is overridden.
+ * Mouse positions are window pixels with the origin at the top left. One thread, the canvas's, calls all slots.
+ * The order of the slots is fixed; new ones go to the end.
+ */
+class CGLWindowHandler {
+  public:
+    CGLWindowHandler() = default;
+    CGLWindowHandler(const CGLWindowHandler&) = delete;
+    CGLWindowHandler& operator=(const CGLWindowHandler&) = delete;
+    virtual ~CGLWindowHandler() = default;
+
+    /** Draws a frame; the canvas's context is current and its buffers are swapped afterwards. */
+    virtual void OnPaint() {}
+    virtual void OnLeftDown(int /*x*/, int /*y*/) {}
+    virtual void OnMouseMove(int /*x*/, int /*y*/, const bool& /*leftDown*/) {}
+    virtual void OnLeftUp(int /*x*/, int /*y*/) {}
+    virtual void OnRightDown(int /*x*/, int /*y*/) {}
+    virtual void OnRightUp(int /*x*/, int /*y*/) {}
+    /** rotation is positive when the wheel turns away from the user. */
+    virtual void OnWheel(int /*rotation*/) {}
+    virtual void OnSize(int /*width*/, int /*height*/) {}
+    virtual void OnKeyDown(int /*keyCode*/) {}
+    /** One step of the automatic rotation. */
+    virtual void OnRotationTick() {}
+    /** One frame of the animation. True while there is animation to play: the canvas then repaints. */
+    virtual bool OnAnimationTick() { return false; }
+};

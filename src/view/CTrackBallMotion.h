@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+#include "model/geometry.h"
+#include "view/CRotation.h"
+#include "view/CSavedView.h"
+
+/**
+ * The mathematics of the trackball: turns mouse drags into a rotation of the model about its centre.
+ *
+ * A drag that begins on the ball (as large as the model's bounding sphere) keeps the grabbed point under the
+ * mouse. A drag that begins beside it spins the model about the line of sight, and counts the spin as orbit
+ * angle. When the mouse crosses the ball's outline the drag ends there (Drag returns false) and is begun anew
+ * by the caller.
+ *
+ * Coordinates are those of the model-view matrix that SetBall was given, which is centred on the ball. Angles
+ * are in radians. Whatever the matrices, the rotation stays a rotation of finite numbers.
+ */
+class CTrackBallMotion {
+  public:
+    explicit CTrackBallMotion(bool overlayEnabled);
+
+    /** Back to how it was made: no rotation, no orbit, no drag. */
+    void Reset();
+    /**
+     * size is twice the model's radius, view the eye as seen from the centre. The rays start at the eye of
+     * the matrices, which is the same unless a pivot offset, a scale or an orbit moved it; view says how the
+     * overlay is seen, and serves the rays where the matrices have no eye (a parallel projection).
+     */
+    void SetBall(float size, CVec3 view, const CViewMatrices& matrices);
+    /** Starts a drag at a window point whose y counts upwards. */
+    void Begin(int x, int y);
+    /** Follows the mouse. False when it crossed the outline: the drag has gone as far as it can. */
+    [[nodiscard]] bool Drag(int x, int y);
+    /** Follows the mouse once more, ends the drag and adds its orbit angle to those before. */
+    void Release(int x, int y);
+
+    /**
+     * Turns a vector from the look-at point to the eye about the axis that belongs to the camera's name, by
+     * the sum of all orbit angles. Only a sum above zero turns it.
+     */
+    void OrbitEye(std::string_view cameraName, float (&eye)[3]) const;
+
+    /** Column by column, as glMultMatrixf takes it. */
+    [[nodiscard]] const std::array<float, 16>& Matrix() const { return m_matrix; }
+    [[nodiscard]] bool IsDragging() const { return m_dragging; }
+    /** The mouse is beside the ball. */
+    [[nodiscard]] bool IsMissed() const { return m_missed; }
+    [[nodiscard]] double OrbitAngle() const { return m_orbitAngle; }
+    [[nodiscard]] double AccumulatedOrbitAngle() const { return m_accumulatedOrbitAngle; }
+    [[nodiscard]] bool IsOverlayEnabled() const { return m_overlayEnabled; }
+
+  protected:
+    /** Radius of the ball, half of the size that it was given. */
+    [[nodiscard]] double Radius() const { return m_radius; }
+    /** The vector that SetBall was given, in radii of the ball. */
+    [[nodiscard]] CVec3d View() const { return m_view; }
+    /** Unit vectors from the centre to the grabbed point and to the point under the mouse. */
+    [[nodiscard]] CVec3d BeginVector() const { return m_begin; }
+    [[nodiscard]] CVec3d CurrentVector() const { return m_current; }
+
+  private:
+    /** Where the ray through a window point meets the ball, or passes it. */
+    struct CGrab {
+        CVec3d vector;       ///< unit, from the centre to the point on the ball or on its outline
+        double azimuth = 0;  ///< about the line of sight, counter-clockwise as the eye sees it
+        bool missed = false;
+        bool hasAzimuth = false;  ///< false where the ray runs along the line of sight
+    };
+    [[nodiscard]] std::optional<CGrab> GrabAt(int x, int y) const;
+    [[nodiscard]] CVec3d OutlinePoint(CVec3d sideways) const;
+    void StartAt(int x, int y);
+    void Spin(const CGrab& grab);
+    void SetRotation(const CRotation& rotation);
+
+    bool m_overlayEnabled;
+    CRotation m_rotation;
+    CRotation m_dragStartRotation;
+    std::array<float, 16> m_matrix{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+
+    double m_radius = 0;
+    CVec3d m_view;         ///< as given, in radii
+    CVec3d m_eye;          ///< where the rays start, in radii
+    CVec3d m_sight;        ///< unit vector towards the eye
+    CVec3d m_right, m_up;  ///< with m_sight a right-handed frame, from which azimuths are measured
+    CSavedView m_saved;
+
+    CVec3d m_begin, m_current;
+    double m_azimuth = 0;
+    double m_spin = 0;  ///< of the drag under way, any number of turns
+    bool m_beganMissed = false;
+    bool m_missed = false;
+    bool m_dragging = false;
+    double m_orbitAngle = 0;
+    double m_accumulatedOrbitAngle = 0;
+};

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "view/CViewGestures.h"
+
+#include <cstdlib>
+#include <string>
+
+CViewGestures::CViewGestures(CGestureTarget& target, CTrackBallMotion& trackBall, CViewToolState* tools)
+    : m_target(target), m_trackBall(trackBall), m_tools(tools) {}
+
+void CViewGestures::LeftDown(int x, int y, bool controlDown) {
+    if (controlDown) {
+        m_zoomBox = C2DRect(x, y, x, y);
+    } else if (m_dragState == EDragState::Idle && !UseTool(x, y)) {
+        m_dragState = EDragState::Pending;
+        m_dragPoint = Flipped(x, y);
+    }
+    m_target.TellLeftButtonDown();
+    m_target.EndWork();
+}
+
+/** True when a tool took the press. */
+bool CViewGestures::UseTool(int x, int y) {
+    if (!m_tools) return false;
+    if (!m_tools->IsActive()) {
+        m_pressPoint = {x, y};
+        m_target.StartLongPress(kLongPressMs);
+        return false;
+    }
+    const char* node = m_target.PickNode(x, y);
+    if (!node) return false;
+    m_tools->Apply(node);
+    return true;
+}
+
+void CViewGestures::Move(int x, int y, bool leftDown) {
+    if (!leftDown && m_dragState != EDragState::Idle) FinishDrag(x, y);
+    if (m_dragState == EDragState::Dragging) {
+        Follow(Flipped(x, y));
+    } else if (m_zoomBox) {
+        m_zoomBox->right = x;
+        m_zoomBox->bottom = y;
+        m_target.EndWork();
+    }
+    if (m_tools) m_target.ShowCursor(m_tools->GetCursor());
+}
+
+void CViewGestures::Follow(CPixel point) {
+    if (!m_trackBall.Drag(point.x, point.y)) {
+        m_trackBall.Release(point.x, point.y);
+        m_dragState = EDragState::Pending;
+    }
+    m_dragPoint = point;
+    m_target.EndWork();
+}
+
+void CViewGestures::LeftUp(int x, int y) {
+    m_target.StopLongPress();
+    if (m_dragState != EDragState::Idle) FinishDrag(x, y);
+    if (!m_zoomBox) return;
+    // The box ends where the mouse was last seen moving, not where the button came up.
+    const C2DRect box = m_zoomBox->Normalized();
+    m_zoomBox.reset();
+    m_target.ZoomModel(box);
+    m_target.EndWork();
+}
+
+void CViewGestures::FinishDrag(int x, int y) {
+    const CPixel point = Flipped(x, y);
+    m_trackBall.Release(point.x, point.y);
+    m_dragState = EDragState::Idle;
+    m_dragPoint = {};
+    m_target.EndWork();
+}
+
+void CViewGestures::Wheel(int rotation) {
+    if (m_dragState != EDragState::Idle) return;
+    m_target.ZoomModel(rotation < 1 ? kWheelStep : -kWheelStep);
+}
+
+void CViewGestures::LongPress(int x, int y) {
+    if (std::abs(x - m_pressPoint.x) > kLongPressSlopPx || std::abs(y - m_pressPoint.y) > kLongPressSlopPx)
+        return;
+    const char* node = m_target.PickNode(m_pressPoint.x, m_pressPoint.y);
+    if (!node) return;
+    // No EndWork: the node is to disappear with the next paint, whatever asks for it.
+    const std::string name = node;  // the scene owns the other one, and loses it
+    m_target.BeginWork();
+    m_target.DeleteNode(name.c_str());
+}
+
+void CViewGestures::ResetTrackBall() {
+    m_dragState = EDragState::Idle;
+    m_dragPoint = {};
+    m_trackBall.Reset();
+}
+
+std::optional<CPixel> CViewGestures::TakePendingDrag() {
+    if (m_dragState != EDragState::Pending) return std::nullopt;
+    m_dragState = EDragState::Dragging;
+    return m_dragPoint;
+}

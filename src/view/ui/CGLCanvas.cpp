@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include "view/ui/CGLCanvas.h"
+
+#include <wx/dcclient.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+#include "engine/CGLWindowHandler.h"
+
+namespace {
+
+wxGLAttributes Attributes(int samples) {
+    wxGLAttributes attributes;
+    attributes.RGBA().DoubleBuffer().Depth(24).Stencil(0);
+    if (samples > 0) attributes.SampleBuffers(1).Samplers(samples);
+    attributes.EndList();
+    return attributes;
+}
+
+/** What is left of a period, at least 1: a timer of 0 would never let the window paint. */
+int Rest(int periodMs, const wxStopWatch& sinceLast) {
+    return static_cast<int>(std::clamp<long>(periodMs - sinceLast.Time(), 1, periodMs));
+}
+
+}  // namespace
+
+CGLCanvasI* CGLCanvasI::Create(CGLWindowHandler* handler, wxWindow* parent) {
+    for (const int samples : {4, 2, 0}) {
+        const wxGLAttributes attributes = Attributes(samples);
+        if (!wxGLCanvas::IsDisplaySupported(attributes)) continue;
+        auto canvas = std::make_unique<CGLCanvas>(handler, parent, attributes);
+        if (canvas->HasContext()) return canvas.release();
+    }
+    return nullptr;
+}
+
+CGLCanvas::CGLCanvas(CGLWindowHandler* handler, wxWindow* parent, const wxGLAttributes& attributes)
+    : wxGLCanvas(parent, attributes, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                 wxWANTS_CHARS | wxFULL_REPAINT_ON_RESIZE),
+      m_handler(handler),
+      m_context(this),
+      m_rotationTimer(this, wxWindow::NewControlId()),
+      m_animationTimer(this, wxWindow::NewControlId()) {
+    SetBackgroundStyle(wxBG_STYLE_PAINT);
+    BindEvents();
+}
+
+CGLCanvas::~CGLCanvas() {
+    // The handler is being deleted too; nothing that happens to a dying window may reach it.
+    m_handler = nullptr;
+    m_rotationTimer.Stop();
+    m_animationTimer.Stop();
+    if (HasCapture()) ReleaseMouse();
+}
+
+void CGLCanvas::BindEvents() {
+    Bind(wxEVT_PAINT, [this](wxPaintEvent&) { Paint(); });
+    Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
+        TakeSize();
+        event.Skip();
+    });
+    Bind(wxEVT_LEFT_DOWN, &CGLCanvas::LeftDown, this);
+    Bind(wxEVT_LEFT_DCLICK, &CGLCanvas::LeftDown, this);
+    Bind(wxEVT_LEFT_UP, &CGLCanvas::LeftUp, this);
+    Bind(wxEVT_MOUSE_CAPTURE_LOST, [this](wxMouseCaptureLostEvent&) { EndPress(); });
+    Bind(wxEVT_RIGHT_DOWN, &CGLCanvas::RightDown, this);
+    Bind(wxEVT_RIGHT_DCLICK, &CGLCanvas::RightDown, this);
+    Bind(wxEVT_RIGHT_UP, [this](wxMouseEvent& event) {
+        const CPoint p = InPixels(event.GetPosition());
+        if (m_handler) m_handler->OnRightUp(p.x, p.y);
+        event.Skip();
+    });
+    Bind(wxEVT_MOTION, &CGLCanvas::Move, this);
+    Bind(wxEVT_MOUSEWHEEL, &CGLCanvas::Wheel, this);
+    Bind(wxEVT_KEY_DOWN, &CGLCanvas::KeyDown, this);
+    Bind(
+        wxEVT_TIMER, [this](wxTimerEvent&) { RotationTick(); }, m_rotationTimer.GetId());
+    Bind(
+        wxEVT_TIMER, [this](wxTimerEvent&) { AnimationTick(); }, m_animationTimer.GetId());
+}
+
+bool CGLCanvas::IsReady() const {
+#if defined(__WXGTK__) && !wxUSE_GLCANVAS_EGL
+    return GetXWindow() != 0;
+#else
+    return IsShownOnScreen();
+#endif
+}
+
+void CGLCanvas::BeginGL() {
+    if (IsReady()) SetCurrent(m_context);
+}
+
+void CGLCanvas::EndGL() {
+    Refresh(false);
+}
+
+void CGLCanvas::OnModelOpened() {
+    m_animating = true;
+    Refresh(false);
+}
+
+void CGLCanvas::SetRotating(bool rotating) {
+    m_rotating = rotating;
+    if (rotating)
+        Refresh(false);  // the frame after which ticks begin
+    else
+        m_rotationTimer.Stop();
+}
+
+CGLCanvas::CPoint CGLCanvas::InPixels(wxPoint position) const {
+    const double scale = GetContentScaleFactor();
+    return {static_cast<int>(std::floor(position.x * scale)),
+            static_cast<int>(std::floor(position.y * scale))};
+}
+
+void CGLCanvas::Paint() {
+    const wxPaintDC dc(this);  // without one the toolkit would ask for the same paint again
+    if (!m_handler || !IsReady() || !SetCurrent(m_context)) return;
+    m_handler->OnPaint();
+    SwapBuffers();
+    ArmTicks();
+}
+
+void CGLCanvas::TakeSize() {
+    const wxSize size = GetClientSize();
+    const CPoint pixels = InPixels({size.x, size.y});
+    if (m_handler) m_handler->OnSize(pixels.x, pixels.y);
+    Refresh(false);
+}
+
+void CGLCanvas::ArmTicks() {
+    if (m_rotating && !m_rotationTimer.IsRunning())
+        m_rotationTimer.StartOnce(Rest(kRotationPeriodMs, m_sinceRotation));
+    if (m_animating && !m_animationTimer.IsRunning())
+        m_animationTimer.StartOnce(Rest(kAnimationPeriodMs, m_sinceAnimation));
+}
+
+void CGLCanvas::RotationTick() {
+    m_sinceRotation.Start();
+    if (!m_handler || !m_rotating) return;
+    m_handler->OnRotationTick();
+    Refresh(false);
+}
+
+void CGLCanvas::AnimationTick() {
+    m_sinceAnimation.Start();
+    if (!m_handler || !m_animating) return;
+    m_animating = m_handler->OnAnimationTick();
+    if (m_animating) Refresh(false);
+}
+
+void CGLCanvas::LeftDown(wxMouseEvent& event) {
+    SetFocus();
+    if (!HasCapture()) CaptureMouse();
+    m_pressed = true;
+    m_mouse = InPixels(event.GetPosition());
+    if (m_handler) m_handler->OnLeftDown(m_mouse.x, m_mouse.y);
+}
+
+void CGLCanvas::LeftUp(wxMouseEvent& event) {
+    m_mouse = InPixels(event.GetPosition());
+    if (HasCapture()) ReleaseMouse();
+    EndPress();
+}
+
+/** The button came up, or the system took the mouse away: it counts as released where it was last seen. */
+void CGLCanvas::EndPress() {
+    if (!m_pressed) return;
+    m_pressed = false;
+    if (m_handler) m_handler->OnLeftUp(m_mouse.x, m_mouse.y);
+}
+
+void CGLCanvas::RightDown(wxMouseEvent& event) {
+    SetFocus();
+    const CPoint p = InPixels(event.GetPosition());
+    if (m_handler) m_handler->OnRightDown(p.x, p.y);
+    event.Skip();
+}
+
+void CGLCanvas::Move(wxMouseEvent& event) {
+    m_mouse = InPixels(event.GetPosition());
+    if (m_handler) m_handler->OnMouseMove(m_mouse.x, m_mouse.y, event.LeftIsDown());
+}
+
+void CGLCanvas::Wheel(wxMouseEvent& event) {
+    if (event.GetWheelAxis() != wxMOUSE_WHEEL_VERTICAL || !m_handler) return;
+    const int notches = m_wheel.Add(event.GetWheelRotation(), event.GetWheelDelta());
+    for (int i = 0; i < std::abs(notches); ++i)
+        m_handler->OnWheel(notches > 0 ? event.GetWheelDelta() : -event.GetWheelDelta());
+    if (notches != 0) Refresh(false);
+}
+
+void CGLCanvas::KeyDown(wxKeyEvent& event) {
+    if (m_handler) m_handler->OnKeyDown(event.GetKeyCode());
+    event.Skip();  // menus hear of their keys, too
+}

@@ -1,0 +1,272 @@
+// SPDX-License-Identifier: MIT
+#include "view/ui/CViewer3DSWindowHandler.h"
+
+#include <GL/gl.h>
+#include <wx/cursor.h>
+#include <wx/utils.h>
+#include <wx/window.h>
+
+#include <array>
+#include <cmath>
+#include <utility>
+
+#include "engine/C3dsDisplayWrap.h"
+#include "engine/CGLCanvasI.h"
+#include "model/CScene.h"
+#include "platform/file_util_ex.h"
+#include "view/CKeyDownListener.h"
+#include "view/pick_records.h"
+
+namespace {
+
+wxCursor CursorOf(EToolCursor cursor) {
+    switch (cursor) {
+        case EToolCursor::Color:
+            return wxCursor(wxCURSOR_PAINT_BRUSH);
+        case EToolCursor::Shininess:
+            return wxCursor(wxCURSOR_SPRAYCAN);
+        case EToolCursor::Transparency:
+            return wxCursor(wxCURSOR_MAGNIFIER);
+        case EToolCursor::ReplaceNode:
+            return wxCursor(wxCURSOR_HAND);
+        case EToolCursor::Standard:
+            break;
+    }
+    return wxCursor(wxCURSOR_ARROW);
+}
+
+std::wstring TextOrNothing(const wchar_t* text) {
+    return text ? text : L"";
+}
+
+}  // namespace
+
+CViewer3DSWindowHandler::CViewer3DSWindowHandler(wxWindow* parent, CViewToolState* tools)
+    : m_gestures(*this, m_trackBall, tools), m_longPressTimer(this, wxWindow::NewControlId()) {
+    SetCanvas(std::unique_ptr<CGLCanvasI>(CGLCanvasI::Create(this, parent)));
+    Bind(
+        wxEVT_TIMER, [this](wxTimerEvent&) { OnLongPress(); }, m_longPressTimer.GetId());
+}
+
+CViewer3DSWindowHandler::~CViewer3DSWindowHandler() {
+    m_longPressTimer.Stop();
+}
+
+void CViewer3DSWindowHandler::WhenReady(std::function<void()> work) {
+    if (GetCanvas() && GetCanvas()->IsReady())
+        work();
+    else
+        m_whenReady = std::move(work);
+}
+
+// --- opening ---------------------------------------------------------------------------------------------
+
+bool CViewer3DSWindowHandler::OpenModel(const wchar_t* path) {
+    const std::wstring name = TextOrNothing(path);
+    return OpenNamed(name, [&] { return GetEngine().OpenModel(name.c_str()); });
+}
+
+bool CViewer3DSWindowHandler::OpenModelStruct(Lib3dsFile* scene, const wchar_t* name) {
+    CLib3dsFilePtr owned(scene);
+    return OpenNamed(TextOrNothing(name), [&] { return GetEngine().OpenModelStruct(owned.release()); });
+}
+
+bool CViewer3DSWindowHandler::OpenNamed(const std::wstring& name, const std::function<bool()>& open) {
+    if (!name.empty() && name == m_path) return true;
+    m_path.clear();
+    if (name.empty() || !Open(open)) return false;
+    m_path = name;
+    return true;
+}
+
+bool CViewer3DSWindowHandler::OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures,
+                                              const wchar_t* name) {
+    if (!Open([&] { return GetEngine().OpenBufferModel(data, size, textures); })) return false;
+    m_path = TextOrNothing(name);
+    return true;
+}
+
+bool CViewer3DSWindowHandler::Open(const std::function<bool()>& open) {
+    SetPivotOffset(0, 0, 0);
+    SetScale(1, 1, 1);
+    m_gestures.ResetTrackBall();
+    BeginWork();
+    const bool opened = open();
+    AfterSceneChange();
+    EndWork();
+    return opened;
+}
+
+void CViewer3DSWindowHandler::CloseModel() {
+    m_path.clear();
+    m_gestures.ResetTrackBall();
+    BeginWork();
+    GetEngine().CloseModel();
+    AfterSceneChange();
+    EndWork();
+}
+
+void CViewer3DSWindowHandler::AfterSceneChange() {
+    if (!GetCanvas()) return;
+    GetCanvas()->SetRotating(m_rotate && GetEngine().Prepared());
+    GetCanvas()->OnModelOpened();
+}
+
+std::wstring CViewer3DSWindowHandler::GetFileName() const {
+    return file_util_ex::GetFileName(m_path);
+}
+
+// --- how it is shown -------------------------------------------------------------------------------------
+
+void CViewer3DSWindowHandler::SetTopCamera() {
+    SetCamera(&C3dsDisplayWrap::SetTopCameraModel);
+}
+void CViewer3DSWindowHandler::SetLeftCamera() {
+    SetCamera(&C3dsDisplayWrap::SetLeftCameraModel);
+}
+void CViewer3DSWindowHandler::SetRightCamera() {
+    SetCamera(&C3dsDisplayWrap::SetRightCameraModel);
+}
+void CViewer3DSWindowHandler::SetFrontCamera() {
+    SetCamera(&C3dsDisplayWrap::SetFrontCameraModel);
+}
+void CViewer3DSWindowHandler::SetBackCamera() {
+    SetCamera(&C3dsDisplayWrap::SetBackCameraModel);
+}
+void CViewer3DSWindowHandler::SetIsoCamera() {
+    SetCamera(&C3dsDisplayWrap::SetIsoCameraModel);
+}
+
+void CViewer3DSWindowHandler::SetCamera(void (C3dsDisplayWrap::*preset)()) {
+    m_gestures.ResetTrackBall();
+    BeginWork();
+    (GetEngine().*preset)();
+    EndWork();
+}
+
+void CViewer3DSWindowHandler::ResetView() {
+    m_gestures.ResetTrackBall();
+}
+
+void CViewer3DSWindowHandler::SetWireframe(bool wireframe) {
+    m_wireframe = wireframe;
+}
+
+void CViewer3DSWindowHandler::SetPivotOffset(double x, double y, double z) {
+    m_pivot[0] = x;
+    m_pivot[1] = y;
+    m_pivot[2] = z;
+}
+
+void CViewer3DSWindowHandler::SetScale(double x, double y, double z) {
+    m_scale[0] = x;
+    m_scale[1] = y;
+    m_scale[2] = z;
+}
+
+void CViewer3DSWindowHandler::SetRotate(bool rotate) {
+    m_rotate = rotate;
+    if (GetCanvas()) GetCanvas()->SetRotating(m_rotate && GetEngine().Prepared());
+}
+
+void CViewer3DSWindowHandler::Redraw() {
+    EndWork();
+}
+
+const char* CViewer3DSWindowHandler::PickNode(int x, int y) {
+    BeginWork();
+    std::array<GLuint, kSelectionWords> words{};
+    glSelectBuffer(kSelectionWords, words.data());
+    (void)glRenderMode(GL_SELECT);  // answers how the mode before ended, which was plain drawing
+    glInitNames();
+    glPushName(0xFFFFFFFFu);
+    DrawFrame(GL_SELECT, x, y);
+    const auto name = NearestName(glRenderMode(GL_RENDER), words);
+    return name ? GetEngine().GetNodeNameById(*name) : nullptr;
+}
+
+// --- slots of the canvas ---------------------------------------------------------------------------------
+
+void CViewer3DSWindowHandler::OnPaint() {
+    DrawFrame(GL_RENDER, -1, -1);
+    // Not from inside a paint: the work may take long, and the empty frame is to be seen meanwhile.
+    if (m_whenReady) CallAfter([work = std::exchange(m_whenReady, nullptr)] { work(); });
+}
+
+void CViewer3DSWindowHandler::OnLeftDown(int x, int y) {
+    m_gestures.LeftDown(x, y, wxGetKeyState(WXK_CONTROL));
+}
+
+void CViewer3DSWindowHandler::OnMouseMove(int x, int y, const bool& leftDown) {
+    m_gestures.Move(x, y, leftDown);
+}
+
+void CViewer3DSWindowHandler::OnLeftUp(int x, int y) {
+    m_gestures.LeftUp(x, y);
+}
+
+void CViewer3DSWindowHandler::OnRightDown(int, int) {
+    if (m_owner) m_owner->OnViewRightButtonDown();
+}
+
+void CViewer3DSWindowHandler::OnWheel(int rotation) {
+    m_gestures.Wheel(rotation);
+}
+
+void CViewer3DSWindowHandler::OnKeyDown(int keyCode) {
+    if (m_owner) m_owner->OnViewKeyDown(keyCode);
+}
+
+void CViewer3DSWindowHandler::OnLongPress() {
+    if (!GetCanvas()) return;
+    wxWindow* window = GetCanvas()->GetWindow();
+    const wxPoint mouse = window->ScreenToClient(wxGetMousePosition());
+    const double scale = window->GetContentScaleFactor();
+    m_gestures.LongPress(static_cast<int>(std::floor(mouse.x * scale)),
+                         static_cast<int>(std::floor(mouse.y * scale)));
+}
+
+// --- what gestures act upon ------------------------------------------------------------------------------
+
+int CViewer3DSWindowHandler::ViewHeight() const {
+    const C2DRect& view = GetEngine().GetPreviewSize();
+    return static_cast<int>(std::abs(view.bottom - view.top));
+}
+
+void CViewer3DSWindowHandler::ZoomModel(int step) {
+    GetEngine().ZoomModel(step);
+}
+
+void CViewer3DSWindowHandler::ZoomModel(const C2DRect& box) {
+    GetEngine().ZoomModel(box);
+}
+
+void CViewer3DSWindowHandler::DeleteNode(const char* name) {
+    (void)GetEngine().DeleteNode(name);  // a node that is gone already is no worse
+}
+
+void CViewer3DSWindowHandler::StartLongPress(int periodMs) {
+    m_longPressTimer.StartOnce(periodMs);
+}
+
+void CViewer3DSWindowHandler::StopLongPress() {
+    m_longPressTimer.Stop();
+}
+
+void CViewer3DSWindowHandler::ShowCursor(EToolCursor cursor) {
+    if (cursor == m_cursor || !GetCanvas()) return;
+    m_cursor = cursor;
+    GetCanvas()->GetWindow()->SetCursor(CursorOf(cursor));
+}
+
+void CViewer3DSWindowHandler::TellLeftButtonDown() {
+    if (m_owner) m_owner->OnViewLeftButtonDown();
+}
+
+void CViewer3DSWindowHandler::BeginWork() {
+    if (GetCanvas()) GetCanvas()->BeginGL();
+}
+
+void CViewer3DSWindowHandler::EndWork() {
+    if (GetCanvas()) GetCanvas()->EndGL();
+}

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <wx/event.h>
+#include <wx/timer.h>
+
+#include <functional>
+#include <string>
+
+#include "engine/C3DSWindowHandler.h"
+#include "model/CTextureLocator.h"
+#include "view/CGestureTarget.h"
+#include "view/CViewGestures.h"
+#include "view/ui/CTrackBall.h"
+
+class CKeyDownListener;
+class wxWindow;
+struct Lib3dsFile;
+
+/**
+ * The 3D view of the main window: owns the display engine and the OpenGL canvas, draws every frame, and
+ * passes what the mouse does to CViewGestures.
+ *
+ * Mouse positions are pixels of the framebuffer, origin top left. Must be deleted before the window that the
+ * canvas was made in. All calls come from the thread of the windows.
+ */
+class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHandler, private CGestureTarget {
+  public:
+    /** Makes the canvas as a child of parent. tools may be null and must outlive the view. */
+    CViewer3DSWindowHandler(wxWindow* parent, CViewToolState* tools);
+    ~CViewer3DSWindowHandler() override;
+
+    /** Who hears of keys and buttons; null for nobody. */
+    void SetOwner(CKeyDownListener* owner) { m_owner = owner; }
+
+    /** Runs work as soon as scenes can be opened: now, or after the window's first paint. Only the last work given
+     *  before that is run. */
+    void WhenReady(std::function<void()> work);
+
+    // --- opening -----------------------------------------------------------------------------------------
+    /** Opening what is shown already is a success that does nothing. After a failure nothing is shown and the
+     *  current path is empty. */
+    [[nodiscard]] bool OpenModel(const wchar_t* path);
+    /** As OpenModel, with a scene in memory, which it takes whatever the outcome. */
+    [[nodiscard]] bool OpenModelStruct(Lib3dsFile* scene, const wchar_t* name);
+    /** Opens the bytes of a file whatever is shown; after a failure the current path stays. */
+    [[nodiscard]] bool OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures,
+                                       const wchar_t* name);
+    /** Shows nothing and forgets the path. Harmless when nothing is shown. */
+    void CloseModel();
+    /** The file name part of the current path; empty when there is none. */
+    [[nodiscard]] std::wstring GetFileName() const;
+    [[nodiscard]] const std::wstring& GetPath() const { return m_path; }
+
+    // --- how it is shown ---------------------------------------------------------------------------------
+    void SetTopCamera();
+    void SetLeftCamera();
+    void SetRightCamera();
+    void SetFrontCamera();
+    void SetBackCamera();
+    void SetIsoCamera();
+    /** Takes the trackball's rotation back, nothing else. */
+    void ResetView();
+    void SetWireframe(bool wireframe);
+    [[nodiscard]] bool IsWireframe() const { return m_wireframe; }
+    /** What the model turns about, as seen from the look-at point. */
+    void SetPivotOffset(double x, double y, double z);
+    void SetScale(double x, double y, double z);
+    /** The model turns by itself while one is shown. */
+    void SetRotate(bool rotate);
+    [[nodiscard]] bool IsRotating() const { return m_rotate; }
+    /** Has the canvas repainted, after a change of the engine that draws differently. */
+    void Redraw();
+
+    /** The name of the node seen at a point, owned by the engine; null for none. */
+    [[nodiscard]] const char* PickNode(int x, int y) override;
+    [[nodiscard]] const CTrackBall& GetTrackBall() const { return m_trackBall; }
+    [[nodiscard]] EDragState GetDragState() const { return m_gestures.DragState(); }
+
+    // --- slots of the canvas -----------------------------------------------------------------------------
+    void OnPaint() override;
+    void OnLeftDown(int x, int y) override;
+    void OnMouseMove(int x, int y, const bool& leftDown) override;
+    void OnLeftUp(int x, int y) override;
+    void OnRightDown(int x, int y) override;
+    void OnWheel(int rotation) override;
+    void OnKeyDown(int keyCode) override;
+
+  private:
+    [[nodiscard]] int ViewHeight() const override;
+    void ZoomModel(int step) override;
+    void ZoomModel(const C2DRect& box) override;
+    void DeleteNode(const char* name) override;
+    void StartLongPress(int periodMs) override;
+    void StopLongPress() override;
+    void ShowCursor(EToolCursor cursor) override;
+    void TellLeftButtonDown() override;
+    void BeginWork() override;
+    void EndWork() override;
+
+    [[nodiscard]] bool OpenNamed(const std::wstring& name, const std::function<bool()>& open);
+    [[nodiscard]] bool Open(const std::function<bool()>& open);
+    void AfterSceneChange();
+    void SetCamera(void (C3dsDisplayWrap::*preset)());
+    void OnLongPress();
+
+    void DrawFrame(int renderMode, int x, int y);
+    void SetUpCamera();
+    void SetUpModel(int renderMode);
+    void StartTrackBall(CPixel point);
+    void DrawOverlays();
+
+    CKeyDownListener* m_owner = nullptr;
+    std::wstring m_path;
+    bool m_wireframe = false;
+    bool m_rotate = false;
+    double m_pivot[3] = {0, 0, 0};
+    double m_scale[3] = {1, 1, 1};
+    CTrackBall m_trackBall{true};
+    CViewGestures m_gestures;
+    std::function<void()> m_whenReady;
+    EToolCursor m_cursor = EToolCursor::Standard;
+    wxTimer m_longPressTimer;
+};

@@ -1,0 +1,282 @@
+// SPDX-License-Identifier: MIT
+#include "view/CTrackBallMotion.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <random>
+
+#include "view/view_matrices.h"
+
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+
+CVec3 Floats(CVec3d v) {
+    return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
+}
+
+/** A unit ball seen from the front, its outline a circle of 146 pixels round (200, 150). */
+CTrackBallMotion FromTheFront() {
+    CTrackBallMotion ball(true);
+    const CVec3d eye{0, -2.7, 0};
+    ball.SetBall(2, Floats(eye), view_matrices::Looking(eye, {0, 0, 1}));
+    return ball;
+}
+
+CVec3d Turned(const CTrackBallMotion& ball, CVec3d v) {
+    const auto& m = ball.Matrix();
+    return {m[0] * v.x + m[4] * v.y + m[8] * v.z, m[1] * v.x + m[5] * v.y + m[9] * v.z,
+            m[2] * v.x + m[6] * v.y + m[10] * v.z};
+}
+
+/** How far the matrix is from a rotation; not a number when it holds one. */
+double Distortion(const CTrackBallMotion& ball) {
+    const CVec3d x = Turned(ball, {1, 0, 0}), y = Turned(ball, {0, 1, 0}), z = Turned(ball, {0, 0, 1});
+    return std::abs(Dot(x, x) - 1) + std::abs(Dot(y, y) - 1) + std::abs(Dot(x, y)) + Length(Cross(x, y) - z);
+}
+
+void ExpectNear(CVec3d actual, CVec3d expected, double tolerance) {
+    EXPECT_NEAR(actual.x, expected.x, tolerance);
+    EXPECT_NEAR(actual.y, expected.y, tolerance);
+    EXPECT_NEAR(actual.z, expected.z, tolerance);
+}
+
+// --- a drag on the ball --------------------------------------------------------------------------------
+
+struct CGrabCase {
+    const char* name;
+    CVec3d eye, up;
+    double radius;
+    CVec3d pivot{0, 0, 0};
+    double scale = 1;
+};
+
+class CTrackBallGrabTest : public testing::TestWithParam<CGrabCase> {};
+
+/** Nearest point of the ball under a window point, found by walking along the ray instead of solving for it.
+ */
+CVec3d PointUnder(const CViewMatrices& m, double radius, double x, double y) {
+    const CSavedView view(m);
+    const CVec3d from = *view.Unproject(x, y, 0), to = *view.Unproject(x, y, 1);
+    for (double t = 0; t <= 1; t += 1e-6)
+        if (const CVec3d p = from + (to - from) * t; Length(p) <= radius) return p;
+    return {};
+}
+
+TEST_P(CTrackBallGrabTest, KeepsTheGrabbedPointUnderTheMouse) {
+    const CGrabCase& c = GetParam();
+    CViewMatrices m = view_matrices::Looking(c.eye, c.up, 0.3 * c.radius, 20 * c.radius);
+    m.modelView = {c.scale, 0, 0, 0, 0, c.scale, 0, 0, 0, 0, c.scale, 0, c.pivot.x, c.pivot.y, c.pivot.z, 1};
+    CTrackBallMotion ball(true);
+    for (const auto& [x0, y0, x1, y1] : {std::array{200, 150, 240, 160}, std::array{170, 120, 230, 190}}) {
+        ball.Reset();
+        ball.SetBall(static_cast<float>(2 * c.radius), Floats(c.eye), m);
+        const CVec3d grabbed = PointUnder(m, c.radius, x0, y0);
+        ASSERT_NE(grabbed, CVec3d{});
+        ball.Begin(x0, y0);
+        EXPECT_TRUE(ball.Drag(x0 + 20, y0 - 15));  // the way there must not matter
+        EXPECT_TRUE(ball.Drag(x1, y1));
+        const CVec3d shown = view_matrices::Project(m, Turned(ball, grabbed));
+        EXPECT_NEAR(shown.x, x1, 0.05);
+        EXPECT_NEAR(shown.y, y1, 0.05);
+        EXPECT_EQ(ball.OrbitAngle(), 0);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cameras, CTrackBallGrabTest,
+    testing::Values(CGrabCase{"Front", {0, -2.7, 0}, {0, 0, 1}, 1},
+                    CGrabCase{"Top", {0, 0, 2.7}, {0, 1, 0}, 1}, CGrabCase{"Iso", {2, -2, 2}, {0, 0, 1}, 1.2},
+                    CGrabCase{"Near", {0, -1.3, 0.2}, {0, 0, 1}, 1},
+                    CGrabCase{"TinyModel", {0, -2.7e-6, 0}, {0, 0, 1}, 1e-6},
+                    CGrabCase{"HugeModel", {0, -2.7e8, 0}, {0, 0, 1}, 1e8},
+                    CGrabCase{"PivotOffset", {0, -2.7, 0}, {0, 0, 1}, 1, {0.1, 0.3, -0.1}},
+                    CGrabCase{"Scaled", {0, -2.7, 0}, {0, 0, 1}, 1, {0, 0, 0}, 0.8}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(CTrackBallMotionTest, DragsAddUp) {
+    CTrackBallMotion once = FromTheFront(), twice = FromTheFront();
+    once.Begin(200, 150);
+    once.Release(230, 150);
+    twice.Begin(200, 150);
+    twice.Release(230, 150);
+    twice.Begin(200, 150);
+    twice.Release(230, 150);
+    ExpectNear(Turned(twice, {0, -1, 0}), Turned(once, Turned(once, {0, -1, 0})), 1e-6);
+}
+
+TEST(CTrackBallMotionTest, MovesWithoutADragChangeNothing) {
+    CTrackBallMotion ball = FromTheFront();
+    EXPECT_TRUE(ball.Drag(300, 100));
+    ball.Release(250, 150);
+    EXPECT_EQ(ball.Matrix(), CTrackBallMotion(true).Matrix());
+    EXPECT_FALSE(ball.IsDragging());
+}
+
+// --- beside the ball -----------------------------------------------------------------------------------
+
+using CPath = std::vector<std::array<int, 2>>;
+constexpr std::array<int, 2> kRight{390, 150}, kTop{200, 299}, kLeft{10, 150}, kBottom{200, 1};
+
+struct CSpinCase {
+    const char* name;
+    CPath path;
+    CVec3d right;  ///< where the model's point at the right ends
+    double orbit;  ///< accumulated
+};
+
+class CTrackBallSpinTest : public testing::TestWithParam<CSpinCase> {};
+
+TEST_P(CTrackBallSpinTest, TurnsAboutTheLineOfSight) {
+    const CSpinCase& c = GetParam();
+    CTrackBallMotion ball = FromTheFront();
+    ball.Begin(c.path[0][0], c.path[0][1]);
+    EXPECT_TRUE(ball.IsMissed());
+    for (const auto& [x, y] : c.path) EXPECT_TRUE(ball.Drag(x, y));
+    EXPECT_NEAR(ball.OrbitAngle(), c.orbit, 1e-9);
+    ball.Release(c.path.back()[0], c.path.back()[1]);
+    EXPECT_EQ(ball.OrbitAngle(), 0);
+    EXPECT_NEAR(ball.AccumulatedOrbitAngle(), c.orbit, 1e-9);
+    ExpectNear(Turned(ball, {1, 0, 0}), c.right, 1e-6);
+    ExpectNear(Turned(ball, {0, 1, 0}), {0, 1, 0}, 1e-6);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Paths, CTrackBallSpinTest,
+    testing::Values(
+        CSpinCase{"QuarterCounterClockwise", {kRight, kTop}, {0, 0, 1}, -kPi / 2},
+        CSpinCase{"QuarterClockwise", {kRight, kBottom}, {0, 0, -1}, kPi / 2},
+        CSpinCase{"HalfClockwise", {kRight, kBottom, kLeft}, {-1, 0, 0}, kPi},
+        CSpinCase{"OverTheSeam", {kTop, kLeft, kBottom}, {-1, 0, 0}, -kPi},
+        CSpinCase{"WholeTurnAndBack", {kTop, kLeft, kBottom, kRight, kBottom, kLeft, kTop}, {1, 0, 0}, 0},
+        CSpinCase{"WholeTurn", {kRight, kBottom, kLeft, kTop, kRight}, {1, 0, 0}, 2 * kPi}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(CTrackBallMotionTest, CannotFollowAcrossTheOutline) {
+    CTrackBallMotion ball = FromTheFront();
+    ball.Begin(200, 150);
+    EXPECT_TRUE(ball.Drag(330, 150));
+    EXPECT_FALSE(ball.Drag(390, 150));
+    EXPECT_TRUE(ball.IsMissed());
+    // The grabbed point went as far as the outline, 1 / 2.7 before the centre.
+    const CVec3d rim{std::sqrt(1 - 1 / (2.7 * 2.7)), -1 / 2.7, 0};
+    ExpectNear(Turned(ball, {0, -1, 0}), rim, 0.01);
+    ball.Release(390, 150);
+    ExpectNear(Turned(ball, {0, -1, 0}), rim, 0.01);
+
+    ball.Begin(390, 150);
+    EXPECT_TRUE(ball.Drag(10, 160));
+    EXPECT_FALSE(ball.Drag(200, 160));
+    EXPECT_FALSE(ball.IsMissed());
+}
+
+// --- the orbit of the eye ------------------------------------------------------------------------------
+
+struct COrbitCase {
+    const char* name;
+    const char* camera;
+    CPath path;
+    CVec3d eye, expected;
+};
+
+class CTrackBallOrbitTest : public testing::TestWithParam<COrbitCase> {};
+
+TEST_P(CTrackBallOrbitTest, TurnsTheEye) {
+    const COrbitCase& c = GetParam();
+    CTrackBallMotion ball = FromTheFront();
+    ball.Begin(c.path[0][0], c.path[0][1]);
+    for (const auto& [x, y] : c.path) (void)ball.Drag(x, y);
+    float eye[3] = {static_cast<float>(c.eye.x), static_cast<float>(c.eye.y), static_cast<float>(c.eye.z)};
+    ball.OrbitEye(c.camera, eye);  // the drag under way counts
+    ExpectNear({eye[0], eye[1], eye[2]}, c.expected, 1e-5);
+
+    ball.Reset();
+    float still[3] = {1, 2, 3};
+    ball.OrbitEye(c.camera, still);
+    ExpectNear({still[0], still[1], still[2]}, {1, 2, 3}, 0);
+}
+
+const CPath kQuarter{kRight, kBottom}, kQuarterBack{kRight, kTop};
+const double kThird = 1 / std::sqrt(3.0);
+
+INSTANTIATE_TEST_SUITE_P(
+    Cameras, CTrackBallOrbitTest,
+    testing::Values(COrbitCase{"Front", "frt_cam", kQuarter, {1, 5, 0}, {0, 5, 1}},
+                    COrbitCase{"Top", "top_cam", kQuarter, {1, 0, 5}, {0, 1, 5}},
+                    COrbitCase{"IsoAlongItsAxis", "iso_cam", kQuarter, {2, -2, 2}, {2, -2, 2}},
+                    COrbitCase{"IsoAcross", "iso_cam", kQuarter, {1, 1, 0}, {-kThird, kThird, 2 * kThird}},
+                    COrbitCase{"Other", "Camera01", kQuarter, {5, 1, 0}, {5, 0, 1}},
+                    COrbitCase{"NamesAreExact", "FRT_CAM", kQuarter, {5, 1, 0}, {5, 0, 1}},
+                    COrbitCase{"Nameless", "", kQuarter, {5, 1, 0}, {5, 0, 1}},
+                    COrbitCase{"NegativeAnglesDoNot", "top_cam", kQuarterBack, {1, 0, 5}, {1, 0, 5}}),
+    [](const auto& row) { return row.param.name; });
+
+// --- numbers that make no sense ------------------------------------------------------------------------
+
+struct COddCase {
+    const char* name;
+    float size;
+    CVec3 view;
+    CViewMatrices matrices;
+};
+
+class CTrackBallOddTest : public testing::TestWithParam<COddCase> {};
+
+TEST_P(CTrackBallOddTest, StaysARotation) {
+    const COddCase& c = GetParam();
+    CTrackBallMotion ball(true);
+    std::mt19937 random(7);
+    const auto pixel = [&random] { return static_cast<int>(random() % 1000) - 300; };
+    for (int drag = 0; drag < 300; ++drag) {
+        ball.SetBall(c.size, c.view, c.matrices);
+        ball.Begin(pixel(), pixel());
+        for (int i = 0; i < 10; ++i) (void)ball.Drag(pixel(), pixel());
+        ball.Release(pixel(), pixel());
+        ASSERT_LT(Distortion(ball), 1e-6) << "after drag " << drag;
+    }
+    float eye[3] = {1, 2, 3};
+    ball.OrbitEye("top_cam", eye);
+    EXPECT_TRUE(std::isfinite(eye[0] + eye[1] + eye[2]));
+}
+
+CViewMatrices WithViewport(std::array<int, 4> viewport) {
+    CViewMatrices m = view_matrices::Looking({0, -2.7, 0}, {0, 0, 1});
+    m.viewport = viewport;
+    return m;
+}
+
+CViewMatrices WithScale(double scale) {
+    CViewMatrices m = view_matrices::Looking({0, -2.7, 0}, {0, 0, 1});
+    m.modelView[0] = m.modelView[5] = m.modelView[10] = scale;
+    return m;
+}
+
+constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+
+INSTANTIATE_TEST_SUITE_P(
+    Inputs, CTrackBallOddTest,
+    testing::Values(
+        COddCase{"AnHourOfDragging", 2, {0, -2.7f, 0}, view_matrices::Looking({0, -2.7, 0}, {0, 0, 1})},
+        COddCase{"EyeInside", 2, {0, -0.5f, 0}, view_matrices::Looking({0, -0.5, 0}, {0, 0, 1}, 0.01)},
+        COddCase{"EyeAtTheCentre", 2, {0, 0, 0}, view_matrices::Looking({0, -1e-9, 0}, {0, 0, 1}, 0.01)},
+        COddCase{"EyeOnTheBall", 2, {0, -1, 0}, view_matrices::Looking({0, -1, 0}, {0, 0, 1}, 0.01)},
+        COddCase{"BallBehindTheEye", 2, {0, 3, 0}, view_matrices::Looking({0, -2.7, 0}, {0, 0, 1})},
+        COddCase{"NoMatrices", 2, {0, -2.7f, 0}, {}}, COddCase{"FlatScene", 2, {0, -2.7f, 0}, WithScale(0)},
+        COddCase{"NanMatrices", 2, {0, -2.7f, 0}, WithScale(static_cast<double>(kNan))},
+        COddCase{"NanEye", 2, {kNan, 0, 0}, {}}, COddCase{"NoViewport", 2, {0, -2.7f, 0}, WithViewport({})},
+        COddCase{"NoRadius", 0, {0, -2.7f, 0}, view_matrices::Looking({0, -2.7, 0}, {0, 0, 1})},
+        COddCase{"NanRadius", kNan, {0, -2.7f, 0}, view_matrices::Looking({0, -2.7, 0}, {0, 0, 1})}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(CTrackBallMotionTest, FromInsideTheWallAheadFollowsTheMouse) {
+    const CVec3d eye{0, -0.5, 0};
+    const CViewMatrices m = view_matrices::Looking(eye, {0, 0, 1}, 0.01);
+    CTrackBallMotion ball(true);
+    ball.SetBall(2, Floats(eye), m);
+    ball.Begin(200, 150);
+    EXPECT_TRUE(ball.Drag(260, 150));
+    EXPECT_NEAR(view_matrices::Project(m, Turned(ball, {0, 1, 0})).x, 260, 0.05);
+}
+
+}  // namespace
