@@ -58,7 +58,8 @@ CDrawList CDrawList::Build(CGlCurrent& gl, const CPreparedScene& scene, const CF
             const CPreparedMaterial& material = scene.materials[batch.material];
             if (batch.indexCount == 0 || IsInvisible(material)) continue;
             CDrawItem item{n, b, batch.material, keys.Of(batch.material, hasTexCoords), middle, false};
-            if (IsBlended(material) && !material.additive && CSortedBatches::Sorts(batch)) {
+            if (IsBlended(material) && !material.additive && !mesh.vertices.empty() &&
+                CSortedBatches::Sorts(batch)) {
                 item.depth = sorted.Sort(gl, n, b, mesh, row).Middle();
                 item.sorted = true;
             }

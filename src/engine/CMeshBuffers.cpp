@@ -35,6 +35,7 @@ void CMeshBuffers::Upload(CGlCurrent& gl, const CPreparedMesh& mesh) {
 }
 
 bool CMeshBuffers::HoldsVerticesOf(const CPreparedMesh& mesh) const {
+    if (m_vertexCount == 0) return false;
     return m_source == mesh.vertices.data() && m_vertexCount == mesh.vertices.size();
 }
 

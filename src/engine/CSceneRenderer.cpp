@@ -79,14 +79,15 @@ void CSceneRenderer::CState::UpdateMeshes(CGlCurrent& gl, const CPreparedScene& 
     for (std::size_t i = 0; i < meshes.size(); ++i) {
         const CPreparedMesh& mesh = scene.meshes[i];
         const auto holds = [&](const CMeshBuffers& buffers) { return buffers.HoldsVerticesOf(mesh); };
+        const bool givenBack = mesh.vertices.empty() && !mesh.batches.empty();
         // Meshes mostly keep their place, so that is where to look first.
-        auto found = i < before.size() && holds(before[i])
+        auto found = i < before.size() && (givenBack || holds(before[i]))
                          ? before.begin() + static_cast<std::ptrdiff_t>(i)
                          : std::find_if(before.begin(), before.end(), holds);
         if (found != before.end()) {
             meshes[i] = std::move(*found);
             *found = {};
-            meshes[i].RefreshIndices(gl, mesh);
+            if (!givenBack) meshes[i].RefreshIndices(gl, mesh);
         } else if (!mesh.vertices.empty() && mesh.IndexCount() > 0) {
             meshes[i].Upload(gl, mesh);
         }

@@ -8,6 +8,11 @@
 
 namespace {
 
+/** Never read, or given back after it was uploaded. */
+bool IsGone(const CImage& image) {
+    return image.IsEmpty() || image.rgba.empty();
+}
+
 CImage Multiplied(const CImage& image) {
     CImage result = image;
     for (std::size_t i = 0; i + 3 < result.rgba.size(); i += 4) {
@@ -31,7 +36,7 @@ CTextureSet::CKey CTextureSet::KeyOf(EMapKind slot, const CPreparedMap& map) {
 
 bool CTextureSet::IsOf(const CEntry& entry, const CPreparedTexture& source) {
     if (entry.reference != source.reference || entry.foundAt != source.foundAt) return false;
-    if (source.image.IsEmpty()) return !entry.foundAt.empty();
+    if (IsGone(source.image)) return !entry.foundAt.empty();
     return entry.pixels == source.image.rgba.data() && entry.width == source.image.width &&
            entry.height == source.image.height;
 }
@@ -53,7 +58,7 @@ void CTextureSet::Update(CGlCurrent& gl, const CGlCapabilities& can, const CPrep
     for (const CKey& key : used) {
         const CPreparedTexture& source = scene.textures[static_cast<std::size_t>(std::get<int>(key))];
         const CImage& image = source.image;
-        if (m_textures.contains(key) || image.IsEmpty()) continue;
+        if (m_textures.contains(key) || IsGone(image)) continue;
         CEntry& entry = m_textures[key];
         entry = {source.reference, source.foundAt, image.rgba.data(), image.width, image.height, {}};
         const bool multiply = source.hasTranslucency && std::get<EAlphaUse>(key) == EAlphaUse::Multiplied;

@@ -71,6 +71,7 @@ void DrawSelectable(CGlCurrent&, const CPreparedScene& scene, const CFrameView& 
         const CPreparedNode& node = scene.nodes[n];
         if (!node.visible || node.mesh < 0 || !view.MayShow(node.worldBounds)) continue;
         const CPreparedMesh& mesh = scene.meshes[static_cast<std::size_t>(node.mesh)];
+        if (mesh.vertices.empty()) continue;
         const CMatrix4d eyeModelView = view.EyeModelView(node.meshToWorld);
         ClassifyVertices(mesh, view.eyeProjection * eyeModelView, beyond);
         glLoadName(n);
