@@ -40,28 +40,34 @@ CBytes Rotation(std::initializer_list<CBytes> keys) {
     }
     return Track(0xB021, static_cast<std::uint32_t>(keys.size()), all);
 }
-CBytes Instance(std::string_view name) { return Chunk(0xB011, Text(name)); }
+CBytes Instance(std::string_view name) {
+    return Chunk(0xB011, Text(name));
+}
 CBytes DiffuseColor(std::uint8_t r, std::uint8_t g, std::uint8_t b) {
     return Chunk(0xA020, Chunk(0x0011, Values<std::uint8_t>({r, g, b})));
 }
 
 /** One node of each kind that is moved in its own way. "Child" hangs on a turned and stretched parent. */
 CBytes ZooFile() {
-    const CBytes meshes = Material("Red", DiffuseColor(255, 0, 0)) + Material("Blue") + RedCube("Keyed") + RedCube("Animated") +
-                          RedCube("Parent") + RedCube("Child") + RedCube("Unkeyed", Matrix({1, 0, 0, 0, 1, 0, 0, 0, 1, 5, 6, 7})) +
+    const CBytes meshes = Material("Red", DiffuseColor(255, 0, 0)) + Material("Blue") + RedCube("Keyed") +
+                          RedCube("Animated") + RedCube("Parent") + RedCube("Child") +
+                          RedCube("Unkeyed", Matrix({1, 0, 0, 0, 1, 0, 0, 0, 1, 5, 6, 7})) +
                           RedCube("NoNode");
     const CBytes turned = Rotation({Floats({0.5f, 0, 0, 1})}) + Track(0xB022, 1, Key(0, {2, 1, 3}));
     const CBytes moving = Track(0xB020, 2, Key(0, {10, 0, 0}) + Key(10, {20, 5, 0})) +
                           Rotation({Floats({0.3f, 1, 0, 0}), Floats({kHalfPi, 0, 1, 0})});
-    return Scene(meshes, Keyframer(ObjectNode(0, "Keyed", 65535, AtPosition(1, 2, 3)) + ObjectNode(1, "Animated", 65535, moving) +
-                                   ObjectNode(2, "Parent", 65535, AtPosition(-9, 0, 0) + turned) +
-                                   ObjectNode(3, "Child", 2, AtPosition(3, 0, 0)) + ObjectNode(4, "Unkeyed", 65535)));
+    return Scene(meshes,
+                 Keyframer(ObjectNode(0, "Keyed", 65535, AtPosition(1, 2, 3)) +
+                           ObjectNode(1, "Animated", 65535, moving) +
+                           ObjectNode(2, "Parent", 65535, AtPosition(-9, 0, 0) + turned) +
+                           ObjectNode(3, "Child", 2, AtPosition(3, 0, 0)) + ObjectNode(4, "Unkeyed", 65535)));
 }
 
 /** A scene under edit, as the engine keeps it. */
 class CEdited {
   public:
-    explicit CEdited(const CBytes& file) : m_scene(Read(file)), m_prepared(PrepareScene(m_scene)), m_edits(m_scene, m_prepared) {}
+    explicit CEdited(const CBytes& file)
+        : m_scene(Read(file)), m_prepared(PrepareScene(m_scene)), m_edits(m_scene, m_prepared) {}
 
     CSceneEdits& Edits() { return m_edits; }
     CScene& Scene() { return m_scene; }
@@ -83,7 +89,9 @@ class CEdited {
         EvaluateNodes(prepared, *m_reopened, frame);
         return prepared;
     }
-    Lib3dsMaterial* Material(const char* name) { return lib3ds_file_material_by_name(m_scene.Header(), name); }
+    Lib3dsMaterial* Material(const char* name) {
+        return lib3ds_file_material_by_name(m_scene.Header(), name);
+    }
 
   private:
     static CScene Read(const CBytes& file) {
@@ -111,12 +119,14 @@ std::array<CVec3, 4> Marks(const CPreparedScene& scene, std::string_view name) {
     // Corners are known by their distance order in the file; the mesh's points are the same before and after.
     const CPreparedMesh& mesh = scene.meshes[static_cast<std::size_t>(node->mesh)];
     std::array<CVec3, 4> marks;
-    for (std::size_t i = 0; i < 4; ++i) marks[i] = node->meshToWorld.TransformPoint(mesh.vertices[i * 5].Position());
+    for (std::size_t i = 0; i < 4; ++i)
+        marks[i] = node->meshToWorld.TransformPoint(mesh.vertices[i * 5].Position());
     return marks;
 }
 
 void ExpectMapped(const std::array<CVec3, 4>& before, const std::array<CVec3, 4>& after, const CMat4& by) {
-    for (std::size_t i = 0; i < before.size(); ++i) EXPECT_LT(Length(after[i] - by.TransformPoint(before[i])), 2e-4f);
+    for (std::size_t i = 0; i < before.size(); ++i)
+        EXPECT_LT(Length(after[i] - by.TransformPoint(before[i])), 2e-4f);
 }
 
 std::string MaterialNameOf(const CPreparedScene& scene, std::string_view node) {
@@ -150,14 +160,16 @@ TEST_P(CSceneEditsPlace, TurnsAboutItsOwnOriginAtEveryFrameAndInTheFile) {
         const auto before = Marks(scene.At(frame), GetParam());
         // A mesh whose matrix says nothing turns about its middle, which is the origin here.
         const CVec3 origin = NodeOf(scene.At(frame), GetParam())->world.TransformPoint({});
-        const CMat4 by = CMat4::Translation(origin) * RotationOfAngles(30, -50, 110) * CMat4::Translation(-origin);
+        const CMat4 by =
+            CMat4::Translation(origin) * RotationOfAngles(30, -50, 110) * CMat4::Translation(-origin);
         ASSERT_TRUE(scene.Edits().RotateNode(scene.At(0), GetParam(), {30, -50, 110}));
         ExpectMapped(before, Marks(scene.At(frame), GetParam()), by);
         ExpectMapped(before, Marks(scene.Reopened(frame), GetParam()), by);
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Nodes, CSceneEditsPlace, testing::Values("Keyed", "Animated", "Parent", "Unkeyed", "NoNode"),
+INSTANTIATE_TEST_SUITE_P(Nodes, CSceneEditsPlace,
+                         testing::Values("Keyed", "Animated", "Parent", "Unkeyed", "NoNode"),
                          [](const auto& row) { return std::string(row.param); });
 
 TEST(CSceneEditsTest, ChildMovesInSceneCoordinatesWhateverItsParentIs) {
@@ -182,7 +194,8 @@ TEST(CSceneEditsTest, UnknownNodesAndNumbersThatAreNoneAreRefused) {
     const float nan = std::nanf("");
     EXPECT_EQ(scene.Edits().MoveNode(scene.At(), "keyed", {1, 1, 1}).Error().code, EErrorCode::NotFound);
     EXPECT_EQ(scene.Edits().MoveNode(scene.At(), "Keyed", {nan, 1, 1}).Error().code, EErrorCode::BadArgument);
-    EXPECT_EQ(scene.Edits().RotateNode(scene.At(), "Keyed", {1, INFINITY, 1}).Error().code, EErrorCode::BadArgument);
+    EXPECT_EQ(scene.Edits().RotateNode(scene.At(), "Keyed", {1, INFINITY, 1}).Error().code,
+              EErrorCode::BadArgument);
     EXPECT_FALSE(scene.Edits().DeleteNode(""));
     EXPECT_FALSE(scene.Edits().ChangeNodeMaterial("Keyed", "Green", Paint({})));
     EXPECT_FALSE(scene.Edits().ChangeMaterial("Green", Paint({})));
@@ -230,7 +243,8 @@ TEST(CSceneEditsTest, PaintingOneInstanceLeavesTheOtherAndBothNames) {
     CEdited scene(TwinsFile());
     ASSERT_TRUE(scene.Edits().ChangeNodeMaterial("Box.Two", "Red", Paint({0, 1, 0})));
     // By the names of before, as a list of edits has them.
-    ASSERT_TRUE(scene.Edits().ChangeNodeMaterial("Box.Two", "Red", [](Lib3dsMaterial& m) { material_edits::SetTransparency(m, 0.5f); }));
+    ASSERT_TRUE(scene.Edits().ChangeNodeMaterial(
+        "Box.Two", "Red", [](Lib3dsMaterial& m) { material_edits::SetTransparency(m, 0.5f); }));
     EXPECT_EQ(ColorOf(scene.At(), "Box"), (CVec3{1, 0, 0}));
     EXPECT_EQ(ColorOf(scene.At(), "Box.Two"), (CVec3{0, 1, 0}));
     EXPECT_EQ(scene.At().materials.size(), 3u);  // Red, its copy and the default one: split once
@@ -259,10 +273,12 @@ TEST(CSceneEditsTest, MaterialFormReachesSplitPartsToo) {
 }
 
 TEST(CSceneEditsTest, FacesWithoutAMaterialGetOneOfTheirOwn) {
-    CEdited scene(Scene(Mesh("Half", CubePoints() + CubeFaces(Group("Red", {0, 1}))) + Material("Red") + Cube("Bare")));
+    CEdited scene(
+        Scene(Mesh("Half", CubePoints() + CubeFaces(Group("Red", {0, 1}))) + Material("Red") + Cube("Bare")));
     ASSERT_TRUE(scene.Edits().ChangeNodeMaterial("Half", "", Paint({0, 1, 0})));
     const CPreparedScene& now = scene.At();
-    for (const CPreparedBatch& batch : now.meshes[0].batches) EXPECT_EQ(now.materials[batch.material].diffuse, (CVec3{0, 1, 0}));
+    for (const CPreparedBatch& batch : now.meshes[0].batches)
+        EXPECT_EQ(now.materials[batch.material].diffuse, (CVec3{0, 1, 0}));
     EXPECT_NE(ColorOf(now, "Bare"), (CVec3{0, 1, 0}));
 }
 
@@ -299,7 +315,8 @@ TEST(CSceneEditsTest, TexturesFromElsewhereAreFoundUnderNamesOfTheirOwn) {
     EXPECT_EQ(material_edits::AddTextureFile(scene.Scene(), first).Value(), "wood.png");  // known already
     EXPECT_EQ(scene.Scene().Textures().Find("wood#2.png")->data->size(), 6u);
     EXPECT_FALSE(material_edits::AddTextureFile(scene.Scene(), folder / "none.png"));
-    const auto longName = material_edits::AddTextureFile(scene.Scene(), folder.Add(std::string(90, 'x') + ".png", "long"));
+    const auto longName =
+        material_edits::AddTextureFile(scene.Scene(), folder.Add(std::string(90, 'x') + ".png", "long"));
     ASSERT_TRUE(longName);
     EXPECT_EQ(longName.Value().size(), 63u);
     EXPECT_TRUE(longName.Value().ends_with(".png"));
@@ -309,9 +326,11 @@ TEST(CSceneEditsTest, TexturesFromElsewhereAreFoundUnderNamesOfTheirOwn) {
 std::string AddReplacement(const CTestFolder& folder) {
     const CBytes points = Chunk(0x4110, Words({4}) + Floats({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}));
     const CBytes faces = Chunk(0x4120, Words({2, 0, 1, 2, 7, 0, 2, 3, 7}) + Group("Red", {0, 1}));
-    const CBytes file = Scene(Material("Red", DiffuseColor(128, 0, 0)) + Cube("Other") + Mesh("Square", points + faces),
-                              Keyframer(ObjectNode(0, "Other", 65535, AtPosition(0, 0, 0)) +
-                                        ObjectNode(1, "Square", 65535, AtPosition(50, 60, 70) + Chunk(0xB013, Floats({0.5f, 0.5f, 0})))));
+    const CBytes file =
+        Scene(Material("Red", DiffuseColor(128, 0, 0)) + Cube("Other") + Mesh("Square", points + faces),
+              Keyframer(ObjectNode(0, "Other", 65535, AtPosition(0, 0, 0)) +
+                        ObjectNode(1, "Square", 65535,
+                                   AtPosition(50, 60, 70) + Chunk(0xB013, Floats({0.5f, 0.5f, 0})))));
     return folder.Add("new.3ds", {reinterpret_cast<const char*>(file.data()), file.size()});
 }
 
@@ -339,7 +358,8 @@ TEST_P(CSceneEditsReplace, TakesTheMeshIntoThePlaceOfTheOldOne) {
     EXPECT_TRUE(scene.Edits().DeleteNode(GetParam()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Nodes, CSceneEditsReplace, testing::Values("Keyed", "Animated", "Child", "Unkeyed", "NoNode"),
+INSTANTIATE_TEST_SUITE_P(Nodes, CSceneEditsReplace,
+                         testing::Values("Keyed", "Animated", "Child", "Unkeyed", "NoNode"),
                          [](const auto& row) { return std::string(row.param); });
 
 TEST(CSceneEditsTest, ReplacementIsChosenByNameOrElseTheFirst) {

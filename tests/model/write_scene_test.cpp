@@ -28,9 +28,10 @@ const std::string kLongName(63, 'n');
 CBytes FullFile() {
     const CBytes mirrored = Matrix({-1, 0, 0, 0, 1, 0, 0, 0, 1, 4, 0, 0});
     const CBytes moving = Track(0xB020, 2, Key(0, {0, 0, 0}) + Key(20, {9, 0, 0}));
-    return Scene(Material(kLongName) + Cube(kLongName) + Mesh("Mirror", CubePoints() + CubeFaces() + mirrored) +
-                     Mesh("MirrorFree", CubePoints() + CubeFaces() + mirrored),
-                 Keyframer(ObjectNode(0, kLongName, 65535, moving) + ObjectNode(1, "Mirror", 0, AtPosition(1, 2, 3))));
+    return Scene(
+        Material(kLongName) + Cube(kLongName) + Mesh("Mirror", CubePoints() + CubeFaces() + mirrored) +
+            Mesh("MirrorFree", CubePoints() + CubeFaces() + mirrored),
+        Keyframer(ObjectNode(0, kLongName, 65535, moving) + ObjectNode(1, "Mirror", 0, AtPosition(1, 2, 3))));
 }
 
 TEST(write_scene, SceneComesBackAsItWas) {
