@@ -95,10 +95,14 @@ bool C3dsDisplayWrap::CState::Fail(CError error) {
     return false;
 }
 
-bool C3dsDisplayWrap::CState::Answer(const CStatus& status) { return status.HasValue() || Fail(status.Error()); }
+bool C3dsDisplayWrap::CState::Answer(const CStatus& status) {
+    return status.HasValue() || Fail(status.Error());
+}
 
 C3dsDisplayWrap::C3dsDisplayWrap() : m_state(std::make_unique<CState>()) {}
-C3dsDisplayWrap::~C3dsDisplayWrap() { CloseModel(); }
+C3dsDisplayWrap::~C3dsDisplayWrap() {
+    CloseModel();
+}
 void C3dsDisplayWrap::UpdateModelOnZoom() {}
 
 bool C3dsDisplayWrap::OpenModel(const wchar_t* path) {
@@ -156,7 +160,8 @@ void C3dsDisplayWrap::CloseModel() {
 }
 
 bool C3dsDisplayWrap::SaveAs(const wchar_t* path) {
-    if (!m_state->scene || m_state->viewingOnly) return m_state->Fail({EErrorCode::NotFound, "no model is open", {}});
+    if (!m_state->scene || m_state->viewingOnly)
+        return m_state->Fail({EErrorCode::NotFound, "no model is open", {}});
     return m_state->Answer(WriteScene(*m_state->scene, Utf8(path)));
 }
 
@@ -170,14 +175,28 @@ Lib3dsFile* C3dsDisplayWrap::Get3dsFile() {
     }
 }
 
-const CPreparedScene* C3dsDisplayWrap::Prepared() const { return m_state->scene ? &m_state->Fresh() : nullptr; }
-const CError& C3dsDisplayWrap::LastError() const { return m_state->lastError; }
-void C3dsDisplayWrap::SetViewingOnly(bool viewingOnly) { m_state->viewingOnly = viewingOnly; }
-double C3dsDisplayWrap::GetReadMs() const { return m_state->readMs; }
-double C3dsDisplayWrap::GetPrepareMs() const { return m_state->prepareMs; }
+const CPreparedScene* C3dsDisplayWrap::Prepared() const {
+    return m_state->scene ? &m_state->Fresh() : nullptr;
+}
+const CError& C3dsDisplayWrap::LastError() const {
+    return m_state->lastError;
+}
+void C3dsDisplayWrap::SetViewingOnly(bool viewingOnly) {
+    m_state->viewingOnly = viewingOnly;
+}
+double C3dsDisplayWrap::GetReadMs() const {
+    return m_state->readMs;
+}
+double C3dsDisplayWrap::GetPrepareMs() const {
+    return m_state->prepareMs;
+}
 
-bool C3dsDisplayWrap::HasAnimation() const { return m_state->scene && m_state->Fresh().animated; }
-float C3dsDisplayWrap::GetFrame() const { return m_state->frame; }
+bool C3dsDisplayWrap::HasAnimation() const {
+    return m_state->scene && m_state->Fresh().animated;
+}
+float C3dsDisplayWrap::GetFrame() const {
+    return m_state->frame;
+}
 
 void C3dsDisplayWrap::SetFrame(float frame) {
     if (!m_state->scene || !std::isfinite(frame)) return;

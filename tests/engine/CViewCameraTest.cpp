@@ -99,9 +99,10 @@ TEST(CViewCameraTest, PresetsLookFromTheirSides) {
         CVec3 from, up;
     };
     constexpr float k = 0.57735026f;
-    for (const CSide& side : {CSide{"top", {0, 0, 1}, {0, 1, 0}}, CSide{"left", {-1, 0, 0}, {0, 0, 1}},
-                              CSide{"right", {1, 0, 0}, {0, 0, 1}}, CSide{"front", {0, -1, 0}, {0, 0, 1}},
-                              CSide{"bck_cam", {0, 1, 0}, {0, 0, 1}}, CSide{"iso_cam", {k, -k, k}, {0, 0, 1}}}) {
+    for (const CSide& side :
+         {CSide{"top", {0, 0, 1}, {0, 1, 0}}, CSide{"left", {-1, 0, 0}, {0, 0, 1}},
+          CSide{"right", {1, 0, 0}, {0, 0, 1}}, CSide{"front", {0, -1, 0}, {0, 0, 1}},
+          CSide{"bck_cam", {0, 1, 0}, {0, 0, 1}}, CSide{"iso_cam", {k, -k, k}, {0, 0, 1}}}) {
         ECameraPreset preset{};
         ASSERT_TRUE(PresetOfName(side.word, preset));
         camera.SetPreset(preset);
@@ -142,7 +143,8 @@ TEST_P(CViewCameraHostile, AnswersStayUsable) {
     camera.SetViewSize(GetParam().width, GetParam().height);
     for (const ECameraPreset preset : kPresets) {
         camera.SetPreset(preset);
-        for (const int step : {0, -20, 20, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+        for (const int step :
+             {0, -20, 20, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
             camera.Zoom(step);
             EXPECT_TRUE(IsFinite(camera.Eye()));
             EXPECT_GT(Length(camera.Eye() - camera.Target()), 0);
@@ -228,8 +230,10 @@ TEST_P(CViewCameraBox, BoxFillsTheViewFromTheSamePlace) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Boxes, CViewCameraBox,
-                         testing::Values(CBoxCase{"Middle", 400, 300, 200, 150}, CBoxCase{"Corner", 700, 80, 180, 120},
-                                         CBoxCase{"Flat", 300, 400, 400, 40}, CBoxCase{"Upright", 200, 300, 30, 300}),
+                         testing::Values(CBoxCase{"Middle", 400, 300, 200, 150},
+                                         CBoxCase{"Corner", 700, 80, 180, 120},
+                                         CBoxCase{"Flat", 300, 400, 400, 40},
+                                         CBoxCase{"Upright", 200, 300, 30, 300}),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(CViewCameraTest, BoxesWithoutAreaOrOutsideChangeNothing) {
@@ -277,7 +281,8 @@ TEST_P(CViewCameraFile, SeesAsLib3dsDoes) {
     CViewCamera camera;
     camera.SetFileCamera(FileCamera(c.position, c.target, c.rollDeg));
     Lib3dsMatrix matrix;  // looks along its y, up is z
-    Lib3dsVector position{c.position.x, c.position.y, c.position.z}, target{c.target.x, c.target.y, c.target.z};
+    Lib3dsVector position{c.position.x, c.position.y, c.position.z},
+        target{c.target.x, c.target.y, c.target.z};
     lib3ds_matrix_camera(matrix, position, target, c.rollDeg * std::numbers::pi_v<float> / 180);
     const CMat4 expected = CMat4::FromLib3ds(matrix);
     for (const CVec3 point : PointsOf({{1, 2, 3}, 10})) {
