@@ -88,9 +88,9 @@ void NoteWhatIsMissing(const CObjGeometry& geometry, CNoteList& notes) {
 CResult<CLib3dsFilePtr> MakeScene(const CObjGeometry& geometry, const CMtlLibrary& library,
                                   CNoteList& notes) {
     if (geometry.faceEnds.empty()) return CError{EErrorCode::BadFormat, "The file has no faces", {}};
+    NoteWhatIsMissing(geometry, notes);  // first, as the number of notes is bounded
     CLib3dsFilePtr file = CObjSceneMaker(geometry, library, notes).Make();
     if (!file->meshes) return CError{EErrorCode::BadFormat, "No face of the file can be drawn", {}};
-    NoteWhatIsMissing(geometry, notes);
     return file;
 }
 
