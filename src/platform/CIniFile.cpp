@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/CIniFile.h"
 
+// The header holds the whole library where it is asked to; the shared one brings a Unicode library of 30 MB
+// along.
+#define SI_IMPLEMENTATION
 #define SI_NO_CONVERSION
 #include <SimpleIni.h>
 
@@ -10,6 +13,10 @@
 #include "platform/file_util_ex.h"
 
 namespace {
+
+// A type of our own, so that this code never meets the shared library's in one program.
+struct CNameLess : SI_GenericNoCase<char> {};
+using CParser = CSimpleIniTempl<char, CNameLess, SI_ConvertA<char>>;
 
 constexpr std::size_t kMaxBytes = 16 << 20;
 constexpr std::ptrdiff_t kMaxLines = 200'000;  // each costs some 200 bytes once it is read
@@ -79,15 +86,41 @@ bool IsName(std::string_view name, std::string_view forbidden) {
            name.find_first_of(forbidden) == name.npos;
 }
 
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+bool IsBrokenLine(std::string_view line) {
+    line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+    if (line.starts_with(kByteOrderMark)) return true;
+    if (!line.starts_with('[')) return false;
+    const std::size_t end = line.find(']');
+    return end == line.npos || line.substr(1, end - 1).find_first_not_of(" \t") == line.npos;
+}
+
+// The text without section lines that lack their ']' or name. The library would take what follows for the
+// name, and lose it when it saves.
+std::string WithoutBrokenLines(std::string_view text) {
+    while (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+    // The library takes one mark away; were it not ours, it could be one that a dropped line has uncovered.
+    std::string kept(kByteOrderMark);
+    kept.reserve(kept.size() + text.size());
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find_first_of("\r\n", at), text.size() - 1);
+        const std::string_view line = text.substr(at, end - at + 1);
+        if (!IsBrokenLine(line.substr(0, line.find_first_of("\r\n")))) kept += line;
+        at = end + 1;
+    }
+    return kept;
+}
+
 bool IsKeyName(std::string_view key) {
-    return IsName(key, "=") && key.find_first_of("[;#") != 0;
+    return IsName(key, "=") && key.find_first_of("[;#") != 0 && !key.starts_with(kByteOrderMark);
 }
 
 }  // namespace
 
 struct CIniFile::CContent {
     CContent() { ini.SetSpaces(false); }
-    CSimpleIniA ini{true, false, false};  // UTF-8, one value a key, no multi-line values
+    CParser ini{true, false, false};  // UTF-8, one value a key, no multi-line values
 };
 
 CIniFile::CIniFile() : m_content(std::make_unique<CContent>()) {}
@@ -100,7 +133,8 @@ CStatus CIniFile::Parse(std::string_view text) {
         return CError{EErrorCode::TooLarge, "too large for settings", {}};
     }
     if (HasNul(text)) return CError{EErrorCode::BadFormat, "not a text", {}};
-    if (!text.empty() && m_content->ini.LoadData(text.data(), text.size()) < 0) {
+    const std::string sound = WithoutBrokenLines(text);
+    if (m_content->ini.LoadData(sound.data(), sound.size()) < 0) {
         m_content = std::make_unique<CContent>();
         return CError{EErrorCode::BadFormat, "not readable as settings", {}};
     }
@@ -143,10 +177,10 @@ bool CIniFile::Set(std::string_view section, std::string_view key, std::string_v
 }
 
 std::vector<std::string> CIniFile::Sections() const {
-    CSimpleIniA::TNamesDepend names;
+    CParser::TNamesDepend names;
     m_content->ini.GetAllSections(names);
-    names.sort(CSimpleIniA::Entry::LoadOrder());
+    names.sort(CParser::Entry::LoadOrder());
     std::vector<std::string> sections;
-    for (const CSimpleIniA::Entry& name : names) sections.emplace_back(name.pItem);
+    for (const CParser::Entry& name : names) sections.emplace_back(name.pItem);
     return sections;
 }
