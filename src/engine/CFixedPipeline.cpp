@@ -107,7 +107,7 @@ void CFixedPipeline::UseTexture(CGlCurrent& gl, const CPreparedMaterial& materia
         glDisable(GL_TEXTURE_2D);
         return;
     }
-    CGlTexture& texture = *m_frame->textures.Find(material.texture);
+    CGlTexture& texture = *m_frame->textures.Find(EMapKind::Texture, material.texture);
     texture.Bind(gl, 0, m_frame->filter);
     if (!material.texture.tile) texture.SetBorder(gl, Four(look.diffuse));
     glEnable(GL_TEXTURE_2D);

@@ -15,10 +15,13 @@ class CGLCanvasI {
     CGLCanvasI& operator=(const CGLCanvasI&) = delete;
     virtual ~CGLCanvasI() = default;
 
-    /** Makes the canvas's context current. */
+    /** Makes the canvas's context current; does nothing before the canvas is ready. */
     virtual void BeginGL() = 0;
     /** Ends work begun with BeginGL and has the window repainted. */
     virtual void EndGL() = 0;
+    /** False until the window exists for the display server, which is some time after it was first shown: until
+     *  then no context can be made current. */
+    [[nodiscard]] virtual bool IsReady() const = 0;
     /** The window that shows the picture: mouse positions and the cursor refer to it. */
     [[nodiscard]] virtual wxWindow* GetWindow() = 0;
     /** Told after every attempt to open a model, before EndGL. */

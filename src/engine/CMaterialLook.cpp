@@ -13,8 +13,9 @@ std::uint32_t UsableMaps(const CPreparedMaterial& material, const CTextureSet& t
     std::uint32_t result = 0;
     const std::array<const CPreparedMap*, kMapKinds> maps = MapsOf(material);
     for (unsigned i = 0; i < maps.size(); ++i) {
-        const bool reflection = i == static_cast<unsigned>(EMapKind::Reflection);
-        if (maps[i]->HasEffect() && (hasTexCoords || reflection) && textures.Has(*maps[i])) result |= 1u << i;
+        const auto kind = static_cast<EMapKind>(i);
+        const bool placed = hasTexCoords || kind == EMapKind::Reflection;
+        if (placed && maps[i]->HasEffect() && textures.Has(kind, *maps[i])) result |= 1u << i;
     }
     return result;
 }

@@ -23,6 +23,11 @@ CVec3 BaseColor(const CMaterialLook& look, CVec3 ambientLight) {
     return d + CVec3{a.x * ambientLight.x, a.y * ambientLight.y, a.z * ambientLight.z};
 }
 
+/** Where the angle of a reflection jumps by a whole turn, and at the poles, mipmapping would take a level too coarse. */
+ETextureFilter FilterFor(EMapKind kind, ETextureFilter wanted) {
+    return kind == EMapKind::Reflection && wanted == ETextureFilter::Trilinear ? ETextureFilter::Bilinear : wanted;
+}
+
 /** Which channels make a map's value. */
 std::array<float, 4> Weight(EMapKind kind, const CPreparedMap& map, const CPreparedMaterial& material) {
     switch (kind) {
@@ -160,7 +165,7 @@ void CShaderPipeline::SetMaps(CGlCurrent& gl, const CVariantProgram& program, co
         const auto kind = static_cast<EMapKind>(i);
         const CPreparedMap& map = *maps[at];
         if (!look.surface.Has(kind)) continue;
-        m_frame->textures.Find(map)->Bind(gl, i, m_frame->filter);
+        m_frame->textures.Find(kind, map)->Bind(gl, i, FilterFor(kind, m_frame->filter));
         const CMapRows rows = MapRows(map);
         s[at] = rows.s;
         t[at] = rows.t;

@@ -6,9 +6,26 @@
 #include "engine/CMaterialLook.h"
 #include "model/CPreparedScene.h"
 
-CTextureSet::CKey CTextureSet::KeyOf(const CPreparedMap& map) {
-    if (!map.tile) return {map.texture, ETextureWrap::Clamp};
-    return {map.texture, map.mirror ? ETextureWrap::Mirror : ETextureWrap::Repeat};
+namespace {
+
+CImage Multiplied(const CImage& image) {
+    CImage result = image;
+    for (std::size_t i = 0; i + 3 < result.rgba.size(); i += 4) {
+        const unsigned alpha = result.rgba[i + 3];
+        for (std::size_t c = i; c < i + 3; ++c) {
+            result.rgba[c] = static_cast<std::uint8_t>((result.rgba[c] * alpha + 127) / 255);
+        }
+    }
+    return result;
+}
+
+}  // namespace
+
+CTextureSet::CKey CTextureSet::KeyOf(EMapKind slot, const CPreparedMap& map) {
+    const ETextureWrap going = map.mirror ? ETextureWrap::Mirror : ETextureWrap::Repeat;
+    const bool weighs = slot == EMapKind::Texture ? map.decal || map.AlphaIsOpacity()
+                                                  : slot == EMapKind::Texture2 && !map.ignoreAlpha;
+    return {map.texture, map.tile ? going : ETextureWrap::Clamp, weighs ? EAlphaUse::Multiplied : EAlphaUse::Separate};
 }
 
 bool CTextureSet::IsOf(const CEntry& entry, const CPreparedTexture& source) {
@@ -21,30 +38,33 @@ bool CTextureSet::IsOf(const CEntry& entry, const CPreparedTexture& source) {
 void CTextureSet::Update(CGlCurrent& gl, const CGlCapabilities& can, const CPreparedScene& scene) {
     std::set<CKey> used;
     for (const CPreparedMaterial& material : scene.materials) {
-        for (const CPreparedMap* map : MapsOf(material)) {
-            if (map->HasEffect() && static_cast<std::size_t>(map->texture) < scene.textures.size()) {
-                used.insert(KeyOf(*map));
-            }
+        const std::array<const CPreparedMap*, kMapKinds> maps = MapsOf(material);
+        for (std::size_t i = 0; i < maps.size(); ++i) {
+            if (!maps[i]->HasEffect() || static_cast<std::size_t>(maps[i]->texture) >= scene.textures.size()) continue;
+            used.insert(KeyOf(static_cast<EMapKind>(i), *maps[i]));
         }
     }
     std::erase_if(m_textures, [&](const auto& item) {
         return !used.contains(item.first) ||
-               !IsOf(item.second, scene.textures[static_cast<std::size_t>(item.first.first)]);
+               !IsOf(item.second, scene.textures[static_cast<std::size_t>(std::get<int>(item.first))]);
     });
     for (const CKey& key : used) {
-        const CPreparedTexture& source = scene.textures[static_cast<std::size_t>(key.first)];
+        const CPreparedTexture& source = scene.textures[static_cast<std::size_t>(std::get<int>(key))];
         const CImage& image = source.image;
         if (m_textures.contains(key) || image.IsEmpty()) continue;
         CEntry& entry = m_textures[key];
         entry = {source.reference, source.foundAt, image.rgba.data(), image.width, image.height, {}};
-        entry.texture.Fill(gl, can, image, key.second);
+        const bool multiply = source.hasTranslucency && std::get<EAlphaUse>(key) == EAlphaUse::Multiplied;
+        entry.texture.Fill(gl, can, multiply ? Multiplied(image) : image, std::get<ETextureWrap>(key));
     }
 }
 
-bool CTextureSet::Has(const CPreparedMap& map) const { return m_textures.contains(KeyOf(map)); }
+bool CTextureSet::Has(EMapKind slot, const CPreparedMap& map) const {
+    return m_textures.contains(KeyOf(slot, map));
+}
 
-CGlTexture* CTextureSet::Find(const CPreparedMap& map) {
-    const auto found = m_textures.find(KeyOf(map));
+CGlTexture* CTextureSet::Find(EMapKind slot, const CPreparedMap& map) {
+    const auto found = m_textures.find(KeyOf(slot, map));
     return found == m_textures.end() ? nullptr : &found->second.texture;
 }
 

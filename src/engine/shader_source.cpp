@@ -123,6 +123,8 @@ void main() {
     {
         vec2 at = Coordinates(0, vUv);
         vec4 color = texture2D(uMap0, at);
+        // Colours are multiplied by an alpha that counts, so that what is transparent does not bleed into its edge.
+        color.rgb /= max(mix(1.0, color.a, uMapWeight[0].z + uMapWeight[0].w), 0.004);
         float amount = Amount(0, at) * mix(1.0, color.a, uMapWeight[0].z);
         diffuse = mix(diffuse, Colour(0, color), amount);
         ambient = mix(ambient, Colour(0, color), amount);
@@ -133,6 +135,7 @@ void main() {
     {
         vec2 at = Coordinates(1, vUv);
         vec4 color = texture2D(uMap1, at);
+        color.rgb /= max(mix(1.0, color.a, uMapWeight[1].z), 0.004);
         float amount = Amount(1, at) * mix(1.0, color.a, uMapWeight[1].z);
         diffuse = mix(diffuse, Colour(1, color), amount);
         ambient = mix(ambient, Colour(1, color), amount);
@@ -204,9 +207,6 @@ void main() {
     {
         vec3 R = reflect(-V, N);
         vec2 at = vec2(atan(R.y, R.x) * 0.15915494, asin(clamp(R.z, -1.0, 1.0)) * 0.31830989);
-        // The angle jumps behind the viewer, and the jump must not choose the coarsest mipmap level.
-        float turned = fract(at.x) - 0.5;
-        at.x = fwidth(turned) < fwidth(at.x) ? turned + 0.5 : at.x;
         at = Coordinates(7, at + 0.5);
         color += Colour(7, texture2D(uMap7, at)) * Amount(7, at);
     }

@@ -33,14 +33,22 @@ bool ReadClean(std::span<const std::byte> bytes, const C3dsChunk& chunk, CNoteLi
 
 std::uint32_t ObjectFlag(std::uint16_t id) {
     switch (id) {
-        case LIB3DS_OBJ_HIDDEN: return LIB3DS_OBJECT_HIDDEN;
-        case LIB3DS_OBJ_VIS_LOFTER: return LIB3DS_OBJECT_VIS_LOFTER;
-        case LIB3DS_OBJ_DOESNT_CAST: return LIB3DS_OBJECT_DOESNT_CAST;
-        case LIB3DS_OBJ_MATTE: return LIB3DS_OBJECT_MATTE;
-        case LIB3DS_OBJ_DONT_RCVSHADOW: return LIB3DS_OBJECT_DONT_RCVSHADOW;
-        case LIB3DS_OBJ_FAST: return LIB3DS_OBJECT_FAST;
-        case LIB3DS_OBJ_FROZEN: return LIB3DS_OBJECT_FROZEN;
-        default: return 0;
+        case LIB3DS_OBJ_HIDDEN:
+            return LIB3DS_OBJECT_HIDDEN;
+        case LIB3DS_OBJ_VIS_LOFTER:
+            return LIB3DS_OBJECT_VIS_LOFTER;
+        case LIB3DS_OBJ_DOESNT_CAST:
+            return LIB3DS_OBJECT_DOESNT_CAST;
+        case LIB3DS_OBJ_MATTE:
+            return LIB3DS_OBJECT_MATTE;
+        case LIB3DS_OBJ_DONT_RCVSHADOW:
+            return LIB3DS_OBJECT_DONT_RCVSHADOW;
+        case LIB3DS_OBJ_FAST:
+            return LIB3DS_OBJECT_FAST;
+        case LIB3DS_OBJ_FROZEN:
+            return LIB3DS_OBJECT_FROZEN;
+        default:
+            return 0;
     }
 }
 
@@ -74,7 +82,8 @@ CStatus C3dsParser::ReadMain() {
     CByteCursor header(Bytes(), 0, size);
     const auto id = header.Read<std::uint16_t>();
     const std::size_t claimed = header.Read<std::uint32_t>();
-    if (header.RanOut()) return CError{EErrorCode::BadFormat, "The file is too short to be a 3D Studio file", ""};
+    if (header.RanOut())
+        return CError{EErrorCode::BadFormat, "The file is too short to be a 3D Studio file", ""};
     if (id == LIB3DS_MDATA) {
         m_notes.Repaired("The file begins with its mesh section");
         ReadSections({0, 0, size});
@@ -84,8 +93,8 @@ CStatus C3dsParser::ReadMain() {
     // A wrong size of the main chunk is common; what follows tells better where the scene ends.
     if (claimed != size) m_notes.Repaired("The file's size is not what its first chunk says");
     ReadSections({id, CChunkWalker::kHeaderSize, size});
-    if (!m_scene.m_file->meshes && !m_scene.m_file->nodes && !m_scene.m_file->materials && !m_scene.m_file->cameras &&
-        !m_scene.m_file->lights && claimed != size) {
+    if (!m_scene.m_file->meshes && !m_scene.m_file->nodes && !m_scene.m_file->materials &&
+        !m_scene.m_file->cameras && !m_scene.m_file->lights && claimed != size) {
         return CError{EErrorCode::BadFormat, "Nothing in this file can be read as a 3D Studio scene", ""};
     }
     return CDone{};
@@ -96,23 +105,39 @@ void C3dsParser::ReadSections(const C3dsChunk& main) {
     for (C3dsChunk section; sections.Next(section);) {
         CByteCursor in(Bytes(), section.begin, section.end);
         switch (section.id) {
-            case LIB3DS_M3D_VERSION: m_scene.m_file->mesh_version = in.Read<std::uint32_t>(); break;
-            case LIB3DS_MDATA: ReadMeshData(section); break;
-            case LIB3DS_KFDATA: ReadKeyframer(Bytes(), section, *m_scene.m_file, m_notes); break;
-            default: break;
+            case LIB3DS_M3D_VERSION:
+                m_scene.m_file->mesh_version = in.Read<std::uint32_t>();
+                break;
+            case LIB3DS_MDATA:
+                ReadMeshData(section);
+                break;
+            case LIB3DS_KFDATA:
+                ReadKeyframer(Bytes(), section, *m_scene.m_file, m_notes);
+                break;
+            default:
+                break;
         }
     }
-    if (sections.End() != CChunkWalker::EEnd::Clean) m_notes.Repaired("The file ends inside a chunk, or with bytes that are none");
+    if (sections.End() != CChunkWalker::EEnd::Clean)
+        m_notes.Repaired("The file ends inside a chunk, or with bytes that are none");
 }
 
 void C3dsParser::ReadMeshData(const C3dsChunk& chunk) {
     CChunkWalker parts(Bytes(), chunk.begin, chunk.end);
     for (C3dsChunk part; parts.Next(part);) {
         switch (part.id) {
-            case LIB3DS_MAT_ENTRY: ReadMaterial(part); break;
-            case LIB3DS_NAMED_OBJECT: ReadNamedObject(part); break;
-            case LIB3DS_KFDATA: ReadKeyframer(Bytes(), part, *m_scene.m_file, m_notes); break;
-            default: ReadSetting(part); break;
+            case LIB3DS_MAT_ENTRY:
+                ReadMaterial(part);
+                break;
+            case LIB3DS_NAMED_OBJECT:
+                ReadNamedObject(part);
+                break;
+            case LIB3DS_KFDATA:
+                ReadKeyframer(Bytes(), part, *m_scene.m_file, m_notes);
+                break;
+            default:
+                ReadSetting(part);
+                break;
         }
     }
     if (parts.End() != CChunkWalker::EEnd::Clean) m_notes.Repaired("A chunk does not fit into its parent");
@@ -131,25 +156,29 @@ void C3dsParser::ReadSetting(const C3dsChunk& chunk) {
     std::memcpy(header + 2, &size, 4);
     clean.insert(clean.begin(), std::begin(header), std::end(header));
     CLib3dsMemoryReader reader(clean);
-    if (!lib3ds_file_read(m_scene.m_file.get(), reader.Io())) m_notes.Repaired("A setting of the scene could not be read");
+    if (!lib3ds_file_read(m_scene.m_file.get(), reader.Io()))
+        m_notes.Repaired("A setting of the scene could not be read");
 }
 
 void C3dsParser::ReadMaterial(const C3dsChunk& chunk) {
     constexpr std::size_t kMaxMaterials = CMeshView::kNoMaterial;
-    if (m_materialCount >= kMaxMaterials) return m_notes.Limited("There are more than 65,534 materials; the rest is not used");
+    if (m_materialCount >= kMaxMaterials)
+        return m_notes.Limited("There are more than 65,534 materials; the rest is not used");
     Lib3dsMaterial* material = lib3ds_material_new();
     if (!material) return;
     AppendToList(m_nextMaterial, material);
     ++m_materialCount;
     const auto read = [material](Lib3dsIo* io) { return lib3ds_material_read(material, io); };
-    if (!ReadClean(Bytes(), chunk, m_notes, read)) m_notes.Repaired("A material could not be read completely");
+    if (!ReadClean(Bytes(), chunk, m_notes, read))
+        m_notes.Repaired("A material could not be read completely");
 }
 
 void C3dsParser::ReadNamedObject(const C3dsChunk& chunk) {
     CByteCursor in(Bytes(), chunk.begin, chunk.end);
     std::string name = in.ReadString();
     if (name.size() > 63) {
-        m_notes.Repaired("A name of " + std::to_string(name.size()) + " characters was cut: " + CNoteList::Printable(name));
+        m_notes.Repaired("A name of " + std::to_string(name.size()) +
+                         " characters was cut: " + CNoteList::Printable(name));
         name.resize(63);
     }
     std::uint32_t flags = 0;
@@ -157,7 +186,8 @@ void C3dsParser::ReadNamedObject(const C3dsChunk& chunk) {
     CChunkWalker walker(Bytes(), in.Position(), chunk.end);
     for (C3dsChunk part; walker.Next(part);) {
         flags |= ObjectFlag(part.id);
-        if (part.id == LIB3DS_N_TRI_OBJECT || part.id == LIB3DS_N_CAMERA || part.id == LIB3DS_N_DIRECT_LIGHT) parts.push_back(part);
+        if (part.id == LIB3DS_N_TRI_OBJECT || part.id == LIB3DS_N_CAMERA || part.id == LIB3DS_N_DIRECT_LIGHT)
+            parts.push_back(part);
     }
     if (walker.End() != CChunkWalker::EEnd::Clean) m_notes.Repaired("A chunk does not fit into its parent");
 
@@ -167,8 +197,10 @@ void C3dsParser::ReadNamedObject(const C3dsChunk& chunk) {
             Lib3dsCamera* camera = lib3ds_camera_new(name.c_str());
             camera->object_flags = flags;
             const auto read = [camera](Lib3dsIo* io) { return lib3ds_camera_read(camera, io); };
-            if (ReadClean(Bytes(), part, m_notes, read)) AppendToList(m_nextCamera, camera);
-            else lib3ds_camera_free(camera);
+            if (ReadClean(Bytes(), part, m_notes, read))
+                AppendToList(m_nextCamera, camera);
+            else
+                lib3ds_camera_free(camera);
         }
         if (part.id == LIB3DS_N_DIRECT_LIGHT) {
             Lib3dsLight* light = lib3ds_light_new(name.c_str());
@@ -176,8 +208,10 @@ void C3dsParser::ReadNamedObject(const C3dsChunk& chunk) {
             light->color[0] = light->color[1] = light->color[2] = 1;  // as 3D Studio makes new lights
             light->multiplier = 1;
             const auto read = [light](Lib3dsIo* io) { return lib3ds_light_read(light, io); };
-            if (ReadClean(Bytes(), part, m_notes, read)) AppendToList(m_nextLight, light);
-            else lib3ds_light_free(light);
+            if (ReadClean(Bytes(), part, m_notes, read))
+                AppendToList(m_nextLight, light);
+            else
+                lib3ds_light_free(light);
         }
     }
 }

@@ -14,9 +14,10 @@
 /**
  * Turns the bytes of a 3DS file into a CScene: the guard in front of lib3ds, which trusts its input.
  *
- * The chunk tree is walked inside its bounds. Small chunks are handed to lib3ds as clean copies (clean_chunks.h);
- * the large arrays of meshes are left where they lie and mended there; key lists and the node tree are built directly.
- * Source of the format: lib3ds 1.3's reader and the 3D Studio File Format (3DSFF).
+ * The chunk tree is walked inside its bounds. Small chunks are handed to lib3ds as clean copies
+ * (clean_chunks.h); the large arrays of meshes are left where they lie and mended there; key lists and the
+ * node tree are built directly. Source of the format: lib3ds 1.3's reader and the 3D Studio File Format
+ * (3DSFF).
  */
 class C3dsParser {
   public:
@@ -37,7 +38,7 @@ class C3dsParser {
 
     CScene m_scene;
     CNoteList m_notes;
-    std::vector<CMeshChunk> m_meshChunks;           ///< one for each mesh of the file, in order
+    std::vector<CMeshChunk> m_meshChunks;  ///< one for each mesh of the file, in order
     struct Lib3dsMaterial** m_nextMaterial;
     struct Lib3dsMesh** m_nextMesh;
     struct Lib3dsCamera** m_nextCamera;

@@ -14,7 +14,8 @@ struct C3dsChunk {
     std::size_t end = 0;    ///< never past the parent's end
 };
 
-/** Reads numbers and strings from [begin, end) of some bytes; past the end it gives zeros and says so. Little endian. */
+/** Reads numbers and strings from [begin, end) of some bytes; past the end it gives zeros and says so. Little
+ * endian. */
 class CByteCursor {
   public:
     CByteCursor(std::span<const std::byte> bytes, std::size_t begin, std::size_t end)
@@ -62,10 +63,10 @@ class CByteCursor {
 class CChunkWalker {
   public:
     enum class EEnd {
-        Clean,     ///< the last chunk ended where the parent does
-        Overrun,   ///< a chunk claimed to reach past its parent and was cut there
-        BadSize,   ///< a chunk claimed less than its own header: what follows it cannot be found
-        Rest,      ///< fewer bytes than a header were left
+        Clean,    ///< the last chunk ended where the parent does
+        Overrun,  ///< a chunk claimed to reach past its parent and was cut there
+        BadSize,  ///< a chunk claimed less than its own header: what follows it cannot be found
+        Rest,     ///< fewer bytes than a header were left
     };
 
     CChunkWalker(std::span<const std::byte> bytes, std::size_t begin, std::size_t end)

@@ -27,7 +27,8 @@ void KeepLonger(CArraySpan& current, const CArraySpan& found) {
 void ReadMatrix(CByteCursor in, CMeshChunk& mesh, CNoteList& notes) {
     float values[12];
     for (float& value : values) value = in.Read<float>();
-    const bool finite = std::all_of(std::begin(values), std::end(values), [](float v) { return std::isfinite(v); });
+    const bool finite =
+        std::all_of(std::begin(values), std::end(values), [](float v) { return std::isfinite(v); });
     if (in.RanOut() || !finite) {
         notes.Repaired("A mesh matrix is short or not finite and was left out");
         return;
@@ -68,21 +69,43 @@ void ReadSmoothing(const C3dsChunk& chunk, CMeshChunk& mesh) {
 
 void ReadFaces(std::span<const std::byte> bytes, const C3dsChunk& chunk, CMeshChunk& mesh, CNoteList& notes);
 
-/** Chunks of the mesh and of its face list alike: one real exporter writes the latter's beside it, not in it. */
+/** Chunks of the mesh and of its face list alike: one real exporter writes the latter's beside it, not in it.
+ */
 void ReadPart(std::span<const std::byte> bytes, const C3dsChunk& chunk, CMeshChunk& mesh, CNoteList& notes) {
     CByteCursor in(bytes, chunk.begin, chunk.end);
     switch (chunk.id) {
-        case LIB3DS_POINT_ARRAY: KeepLonger(mesh.points, ReadArray(in, 12, "vertices", notes)); break;
-        case LIB3DS_POINT_FLAG_ARRAY: KeepLonger(mesh.pointFlags, ReadArray(in, 2, "vertex flags", notes)); break;
-        case LIB3DS_TEX_VERTS: KeepLonger(mesh.texels, ReadArray(in, 8, "texture coordinates", notes)); break;
-        case LIB3DS_FACE_ARRAY: ReadFaces(bytes, chunk, mesh, notes); break;
-        case LIB3DS_SMOOTH_GROUP: ReadSmoothing(chunk, mesh); break;
-        case LIB3DS_MSH_MAT_GROUP: ReadGroup(in, mesh, notes); break;
-        case LIB3DS_MSH_BOXMAP: ReadBoxMap(in, mesh); break;
-        case LIB3DS_MESH_MATRIX: ReadMatrix(in, mesh, notes); break;
-        case LIB3DS_MESH_COLOR: mesh.color = in.Read<std::uint8_t>(); break;
-        case LIB3DS_MESH_TEXTURE_INFO: ReadMapping(in, mesh); break;
-        default: break;
+        case LIB3DS_POINT_ARRAY:
+            KeepLonger(mesh.points, ReadArray(in, 12, "vertices", notes));
+            break;
+        case LIB3DS_POINT_FLAG_ARRAY:
+            KeepLonger(mesh.pointFlags, ReadArray(in, 2, "vertex flags", notes));
+            break;
+        case LIB3DS_TEX_VERTS:
+            KeepLonger(mesh.texels, ReadArray(in, 8, "texture coordinates", notes));
+            break;
+        case LIB3DS_FACE_ARRAY:
+            ReadFaces(bytes, chunk, mesh, notes);
+            break;
+        case LIB3DS_SMOOTH_GROUP:
+            ReadSmoothing(chunk, mesh);
+            break;
+        case LIB3DS_MSH_MAT_GROUP:
+            ReadGroup(in, mesh, notes);
+            break;
+        case LIB3DS_MSH_BOXMAP:
+            ReadBoxMap(in, mesh);
+            break;
+        case LIB3DS_MESH_MATRIX:
+            ReadMatrix(in, mesh, notes);
+            break;
+        case LIB3DS_MESH_COLOR:
+            mesh.color = in.Read<std::uint8_t>();
+            break;
+        case LIB3DS_MESH_TEXTURE_INFO:
+            ReadMapping(in, mesh);
+            break;
+        default:
+            break;
     }
 }
 

@@ -33,10 +33,11 @@ struct CMeshChunk {
     std::vector<std::string> boxMap;  ///< six names, or none
     float matrix[4][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, 0}};
     std::uint8_t color = 0;
-    bool hasMapping = false;          ///< the next are set
+    bool hasMapping = false;  ///< the next are set
     std::uint16_t mapType = 0;
-    float mapping[21] = {};           ///< tile u v, position, scale, 4x3 matrix, planar size, cylinder height
+    float mapping[21] = {};  ///< tile u v, position, scale, 4x3 matrix, planar size, cylinder height
 
     /** Finds everything in the chunk; counts that claim more than is there are cut, and noted. */
-    [[nodiscard]] static CMeshChunk Parse(std::span<const std::byte> bytes, const C3dsChunk& chunk, CNoteList& notes);
+    [[nodiscard]] static CMeshChunk Parse(std::span<const std::byte> bytes, const C3dsChunk& chunk,
+                                          CNoteList& notes);
 };

@@ -24,7 +24,8 @@ std::vector<CSceneNote> CNoteList::Take() {
         result.push_back(std::move(note));
     }
     if (m_dropped > 0) {
-        result.push_back({CSceneNote::EKind::Limited, std::to_string(m_dropped) + " more notes were left out"});
+        result.push_back(
+            {CSceneNote::EKind::Limited, std::to_string(m_dropped) + " more notes were left out"});
     }
     *this = {};
     return result;
@@ -35,8 +36,11 @@ namespace {
 std::size_t SequenceLength(std::string_view text) {
     const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned lead = byteAt(0);
-    const std::size_t length = lead < 0x80 ? 1 : (lead >= 0xC2 && lead < 0xE0) ? 2 : (lead >= 0xE0 && lead < 0xF0) ? 3
-                               : (lead >= 0xF0 && lead < 0xF5) ? 4 : 0;
+    const std::size_t length = lead < 0x80                     ? 1
+                               : (lead >= 0xC2 && lead < 0xE0) ? 2
+                               : (lead >= 0xE0 && lead < 0xF0) ? 3
+                               : (lead >= 0xF0 && lead < 0xF5) ? 4
+                                                               : 0;
     if (length == 0 || length > text.size()) return 0;
     for (std::size_t i = 1; i < length; ++i) {
         if ((byteAt(i) & 0xC0u) != 0x80u) return 0;

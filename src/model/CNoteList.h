@@ -8,17 +8,20 @@
 
 #include "model/CSceneNote.h"
 
-/** Collects notes while a scene is read: equal ones are counted, not repeated, and their number is bounded. */
+/** Collects notes while a scene is read: equal ones are counted, not repeated, and their number is bounded.
+ */
 class CNoteList {
   public:
     void Add(CSceneNote::EKind kind, std::string text);
     void Repaired(std::string text) { Add(CSceneNote::EKind::Repaired, std::move(text)); }
     void Limited(std::string text) { Add(CSceneNote::EKind::Limited, std::move(text)); }
 
-    /** In the order of their first occurrence, "(n times)" appended where there were several. Empties the list. */
+    /** In the order of their first occurrence, "(n times)" appended where there were several. Empties the
+     * list. */
     [[nodiscard]] std::vector<CSceneNote> Take();
 
-    /** Names come from files: control characters and bytes that are no UTF-8 become '?', long ones are cut. */
+    /** Names come from files: control characters and bytes that are no UTF-8 become '?', long ones are cut.
+     */
     [[nodiscard]] static std::string Printable(std::string_view name);
 
   private:

@@ -14,7 +14,9 @@ namespace {
 // Counts stay below this: a text of less than 2 GB has under 2^30 entries of any kind.
 constexpr std::int32_t kBackwards = std::int32_t{1} << 30;
 
-CObjCollector& Self(void* user) { return *static_cast<CObjCollector*>(user); }
+CObjCollector& Self(void* user) {
+    return *static_cast<CObjCollector*>(user);
+}
 
 std::string_view TrimmedName(std::string_view name) {
     const std::size_t first = name.find_first_not_of(" \t\r");
@@ -49,12 +51,18 @@ tinyobj::callback_t CObjCollector::Callbacks() {
     callbacks.vertex_cb = [](void* user, real_t x, real_t y, real_t z, real_t) {
         Self(user).positions.push_back({x, y, z});
     };
-    callbacks.normal_cb = [](void* user, real_t x, real_t y, real_t z) { Self(user).normals.push_back({x, y, z}); };
-    callbacks.texcoord_cb = [](void* user, real_t u, real_t v, real_t) { Self(user).texCoords.push_back({u, v}); };
+    callbacks.normal_cb = [](void* user, real_t x, real_t y, real_t z) {
+        Self(user).normals.push_back({x, y, z});
+    };
+    callbacks.texcoord_cb = [](void* user, real_t u, real_t v, real_t) {
+        Self(user).texCoords.push_back({u, v});
+    };
     callbacks.index_cb = [](void* user, tinyobj::index_t* corners, int count) {
         Self(user).AddFace(corners, static_cast<std::size_t>(count));
     };
-    callbacks.usemtl_cb = [](void* user, const char* name, int) { Self(user).AddName(EChange::Material, name); };
+    callbacks.usemtl_cb = [](void* user, const char* name, int) {
+        Self(user).AddName(EChange::Material, name);
+    };
     callbacks.group_cb = [](void* user, const char** names, int count) {
         std::string joined;
         for (int i = 0; i < count && joined.size() < 256; ++i) joined.append(i ? " " : "").append(names[i]);
@@ -62,7 +70,8 @@ tinyobj::callback_t CObjCollector::Callbacks() {
     };
     callbacks.object_cb = [](void* user, const char* name) {
         const std::string_view text = TrimmedName(name);
-        if (!text.starts_with(CObjLineFilter::kSmoothingMark)) return Self(user).AddName(EChange::Object, text);
+        if (!text.starts_with(CObjLineFilter::kSmoothingMark))
+            return Self(user).AddName(EChange::Object, text);
         Self(user).SetPending(EChange::Smoothing, SmoothingNumber(text.substr(1)));
     };
     return callbacks;
@@ -91,8 +100,8 @@ void CObjCollector::AddFace(const tinyobj::index_t* corners, std::size_t count) 
     }
     bool anyTexCoord = !cornerTexCoords.empty(), anyNormal = !cornerNormals.empty();
     for (std::size_t i = 0; i < count; ++i) {
-        cornerPositions.push_back(corners[i].vertex_index == 0 ? kInvalid
-                                                               : Encode(corners[i].vertex_index, positions.size()));
+        cornerPositions.push_back(
+            corners[i].vertex_index == 0 ? kInvalid : Encode(corners[i].vertex_index, positions.size()));
         anyTexCoord = anyTexCoord || corners[i].texcoord_index != 0;
         anyNormal = anyNormal || corners[i].normal_index != 0;
     }

@@ -16,9 +16,9 @@ struct index_t;
 }  // namespace tinyobj
 
 /**
- * One part of an OBJ text as tinyobjloader calls it out. Parts are read on different threads, so what depends on the
- * parts before is left open: indices counted back from the end are kept as such (see Encode), and a part does not
- * know the names in force at its beginning.
+ * One part of an OBJ text as tinyobjloader calls it out. Parts are read on different threads, so what depends
+ * on the parts before is left open: indices counted back from the end are kept as such (see Encode), and a
+ * part does not know the names in force at its beginning.
  */
 class CObjCollector {
   public:
@@ -31,15 +31,16 @@ class CObjCollector {
         std::uint32_t value = 0;
     };
 
-    static constexpr std::int32_t kNone = INT32_MIN;        ///< corner without such an index
-    static constexpr std::int32_t kInvalid = INT32_MAX;     ///< an index that nothing can have
+    static constexpr std::int32_t kNone = INT32_MIN;     ///< corner without such an index
+    static constexpr std::int32_t kInvalid = INT32_MAX;  ///< an index that nothing can have
 
     /** Reads the text to its end. */
     void Read(std::string_view text);
 
     /** An index as the file has it, where `count` entries were read in this part so far. */
     [[nodiscard]] static std::int32_t Encode(int index, std::size_t count);
-    /** The index from 0 for an encoded one, where `before` entries stand in earlier parts; not range-checked. */
+    /** The index from 0 for an encoded one, where `before` entries stand in earlier parts; not range-checked.
+     */
     [[nodiscard]] static std::int64_t Decode(std::int32_t encoded, std::size_t before);
 
     std::vector<CVec3> positions;

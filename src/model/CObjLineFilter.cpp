@@ -10,7 +10,9 @@ constexpr std::size_t kMaxLibraries = 64;
 constexpr std::size_t kMaxName = 1024;
 constexpr std::string_view kBlanks = " \t";
 
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t';
+}
 
 std::string_view WithoutLineEnd(std::string_view line) {
     while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.remove_suffix(1);
@@ -23,7 +25,9 @@ std::string_view Trimmed(std::string_view text) {
     return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
 }
 
-bool IsContinued(std::string_view line) { return WithoutLineEnd(line).ends_with('\\'); }
+bool IsContinued(std::string_view line) {
+    return WithoutLineEnd(line).ends_with('\\');
+}
 
 /** True where one of the three coordinates has an n in it: nan, inf, 1.#QNAN, 1.#IND. */
 bool HasNonNumber(std::string_view coordinates) {
@@ -45,7 +49,7 @@ std::size_t CObjLineFilter::CutAfter(std::string_view text, std::size_t position
         std::size_t end = text.find_first_of("\r\n", position);
         if (end == std::string_view::npos) return text.size();
         const bool continued = end > 0 && text[end - 1] == '\\';
-        end += text.substr(end, 2) == "\r\n" ? 2 : 1;
+        end += text.substr(end, 2) == "\r\n" ? 2u : 1u;
         if (!continued) return end;
         position = end;
     }
@@ -85,13 +89,14 @@ CObjLineFilter::int_type CObjLineFilter::Show(std::string_view text) {
 /** The line with its end: a line feed, a carriage return, or both. */
 std::string_view CObjLineFilter::NextLine() {
     const auto look = [this](std::size_t& place, char what) {
-        if (place < m_position || m_position == 0) place = std::min(m_text.find(what, m_position), m_text.size());
+        if (place < m_position || m_position == 0)
+            place = std::min(m_text.find(what, m_position), m_text.size());
     };
     look(m_lineFeed, '\n');
     look(m_return, '\r');
     const std::size_t begin = m_position;
     std::size_t end = std::min(m_lineFeed, m_return);
-    if (end < m_text.size()) end += end == m_return && m_lineFeed == m_return + 1 ? 2 : 1;
+    if (end < m_text.size()) end += end == m_return && m_lineFeed == m_return + 1 ? 2u : 1u;
     m_position = end;
     return m_text.substr(begin, end - begin);
 }
@@ -112,7 +117,9 @@ CObjLineFilter::EUse CObjLineFilter::JudgeKind(std::string_view line) {
         m_replacement = std::move(text);
         return EUse::Replaced;
     };
-    const auto rest = [body](std::size_t first) { return std::string(Trimmed(body.substr(first, kMaxName))); };
+    const auto rest = [body](std::size_t first) {
+        return std::string(Trimmed(body.substr(first, kMaxName)));
+    };
     if (isKind("v") || isKind("vt") || isKind("vn")) return JudgeVertex(line);
     if (isKind("f")) return IsContinued(line) ? Join(line) : EUse::Pass;
     if (isKind("o") || isKind("usemtl") || isKind("g")) return EUse::Pass;

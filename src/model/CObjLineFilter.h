@@ -12,7 +12,8 @@
  * - lines continued by a backslash are joined, comments and kinds of lines that we do not draw are left out;
  * - lines over kMaxLine bytes are left out, so that no buffer of the loader grows with a hostile file;
  * - a position that is no number ("nan") becomes one that is infinite, where the loader would take it for 0;
- * - smoothing groups, for which the loader has no callback, become object names that start with kSmoothingMark;
+ * - smoothing groups, for which the loader has no callback, become object names that start with
+ * kSmoothingMark;
  * - mtllib lines are kept here, as the loader would open whatever they name.
  */
 class CObjLineFilter : public std::streambuf {
@@ -27,7 +28,8 @@ class CObjLineFilter : public std::streambuf {
     [[nodiscard]] const std::vector<std::string>& Libraries() const { return m_libraries; }
     [[nodiscard]] std::size_t DroppedLines() const { return m_droppedLines; }
 
-    /** One past the line end that follows the line at or after the position: a place where text may be cut in two. */
+    /** One past the line end that follows the line at or after the position: a place where text may be cut in
+     * two. */
     [[nodiscard]] static std::size_t CutAfter(std::string_view text, std::size_t position);
 
   protected:
@@ -45,9 +47,9 @@ class CObjLineFilter : public std::streambuf {
 
     std::string_view m_text;
     std::size_t m_position = 0;
-    std::size_t m_lineFeed = 0, m_return = 0;   ///< the next of each from m_position, where already looked for
+    std::size_t m_lineFeed = 0, m_return = 0;  ///< the next of each from m_position, where already looked for
     std::string m_replacement;
-    bool m_replacementWaits = false;    ///< until what stands before it has been read
+    bool m_replacementWaits = false;  ///< until what stands before it has been read
     std::vector<std::string> m_libraries;
     std::size_t m_droppedLines = 0;
 };

@@ -11,7 +11,9 @@
 #include "model/lib3ds_list.h"
 #include "model/mesh_arrays.h"
 
-void CLib3dsFileDeleter::operator()(Lib3dsFile* file) const { lib3ds_file_free(file); }
+void CLib3dsFileDeleter::operator()(Lib3dsFile* file) const {
+    lib3ds_file_free(file);
+}
 
 CScene::CScene() : m_file(lib3ds_file_new()) {
     if (!m_file) throw std::bad_alloc();
@@ -46,7 +48,8 @@ void CScene::RefreshMeshes() {
     if (!m_complete) return;
     m_meshes.clear();
     const auto materials = ListOf(m_file->materials);
-    for (Lib3dsMesh* mesh = m_file->meshes; mesh; mesh = mesh->next) m_meshes.push_back(ViewOfMesh(*mesh, materials));
+    for (Lib3dsMesh* mesh = m_file->meshes; mesh; mesh = mesh->next)
+        m_meshes.push_back(ViewOfMesh(*mesh, materials));
 }
 
 void CScene::DropArrays() {

@@ -21,18 +21,19 @@ struct CLib3dsFileDeleter {
 using CLib3dsFilePtr = std::unique_ptr<Lib3dsFile, CLib3dsFileDeleter>;
 
 /**
- * Where the arrays of one mesh lie: in the bytes of the file as they were read, or in a Lib3dsMesh. Both are walked
- * with a stride, so the scene is prepared by one piece of code. All indices and numbers are already repaired.
+ * Where the arrays of one mesh lie: in the bytes of the file as they were read, or in a Lib3dsMesh. Both are
+ * walked with a stride, so the scene is prepared by one piece of code. All indices and numbers are already
+ * repaired.
  */
 struct CMeshView {
-    Lib3dsMesh* mesh = nullptr;             ///< name, matrix and flags; its lists may still be empty
-    const std::byte* points = nullptr;      ///< three floats each
+    Lib3dsMesh* mesh = nullptr;         ///< name, matrix and flags; its lists may still be empty
+    const std::byte* points = nullptr;  ///< three floats each
     std::size_t pointStride = 0, pointCount = 0;
-    const std::byte* texels = nullptr;      ///< two floats each; count is 0 or >= pointCount
+    const std::byte* texels = nullptr;  ///< two floats each; count is 0 or >= pointCount
     std::size_t texelStride = 0, texelCount = 0;
-    const std::byte* faces = nullptr;       ///< three 16-bit indices and 16-bit flags each
+    const std::byte* faces = nullptr;  ///< three 16-bit indices and 16-bit flags each
     std::size_t faceStride = 0, faceCount = 0;
-    const std::byte* smoothing = nullptr;   ///< 32 bits each, null when the mesh has none
+    const std::byte* smoothing = nullptr;  ///< 32 bits each, null when the mesh has none
     std::size_t smoothingStride = 0;
     /** For each face the index of its material in file order, kNoMaterial for none; empty: none at all. */
     std::vector<std::uint16_t> faceMaterials;
@@ -47,8 +48,8 @@ struct CMeshView {
  * One scene in memory: the Lib3dsFile, the textures' whereabouts, and notes of what was repaired.
  *
  * The large arrays of a scene that was read from bytes stay where they were read, and are copied into the
- * Lib3dsFile only when somebody asks for it (File): viewing needs no second copy, which would be four times as large
- * (lib3ds keeps a 64-byte material name in every face).
+ * Lib3dsFile only when somebody asks for it (File): viewing needs no second copy, which would be four times
+ * as large (lib3ds keeps a 64-byte material name in every face).
  */
 class CScene {
   public:
@@ -80,8 +81,8 @@ class CScene {
     explicit CScene(CLib3dsFilePtr file) : m_file(std::move(file)) {}
 
     CLib3dsFilePtr m_file;
-    std::vector<std::byte> m_bytes;                     ///< what m_meshes points into; repaired in place
-    std::vector<std::vector<std::byte>> m_patches;      ///< lists that were too short in m_bytes
+    std::vector<std::byte> m_bytes;                 ///< what m_meshes points into; repaired in place
+    std::vector<std::vector<std::byte>> m_patches;  ///< lists that were too short in m_bytes
     std::vector<CMeshView> m_meshes;
     bool m_complete = true;
     CTextureLocator m_textures;

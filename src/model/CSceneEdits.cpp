@@ -31,6 +31,15 @@ CMat4 ParentWorld(const CPreparedScene& prepared, const Lib3dsNode* source) {
     return prepared.nodes[static_cast<std::size_t>(node->parent)].world;
 }
 
+/** The mesh's matrix without its mirroring; the identity for one that flattens. */
+CMat4 UnmirroredPlace(const Lib3dsMesh& mesh) {
+    const CMat4 matrix = CMat4::FromLib3ds(mesh.matrix);
+    bool invertible = false;
+    (void)matrix.AffineInverse(&invertible);
+    if (!invertible) return {};
+    return matrix.Determinant3() < 0 ? matrix * CMat4::Scale({-1, 1, 1}) : matrix;
+}
+
 /** The node to take from another scene: by any of its names, or the first one that draws something. */
 const CPreparedNode* Choose(const CPreparedScene& scene, std::string_view wanted, std::string_view fallback) {
     const CPreparedNode* first = nullptr;
@@ -59,7 +68,7 @@ void CSceneEdits::Index(const CPreparedScene& prepared) {
             if (node.source == nullptr && mesh == nullptr) continue;
             const void* key = node.source;
             if (key == nullptr) key = mesh;
-            m_targets.try_emplace(node.name, CTarget{node.source, mesh, node.isPlacedByMesh, node.fixedWorld});
+            m_targets.try_emplace(node.name, CTarget{node.source, mesh, node.isPlacedByMesh});
             m_names.try_emplace(key, node.name);
         }
     }
@@ -137,7 +146,6 @@ CStatus CSceneEdits::TransformMesh(CTarget& target, const CMat4& transform) {
     (void)m_scene.File();  // completes the mesh's arrays
     if (!OwnMesh(target)) return NoMemory();
     node_edits::TransformMesh(*target.mesh, transform);
-    target.fixedWorld = transform * target.fixedWorld;
     Changed();
     return CDone{};
 }
@@ -182,21 +190,16 @@ CStatus CSceneEdits::ReplaceNode(std::string_view name, std::string_view path, s
     Lib3dsMesh* mesh = lib3ds_copies::CopyMesh(source, lib3ds_copies::UnusedMeshName(*m_scene.Header(), source.name));
     if (mesh == nullptr) return NoMemory();
     TakeMaterials(other, *mesh);
-    CVec3 pivot;
-    if (!chosen->isPlacedByMesh) {
-        const auto& p = chosen->source->data.object.pivot;
-        pivot = {p[0], p[1], p[2]};
-    }
-    PutMesh(*target, mesh, pivot, chosen->meshToNode);
+    PutMesh(*target, mesh, chosen->meshToNode);
     Changed();
     return CDone{};
 }
 
-void CSceneEdits::PutMesh(CTarget& target, Lib3dsMesh* mesh, CVec3 pivot, const CMat4& meshToNode) {
-    if (target.isPlacedByMesh) {
-        node_edits::TransformMesh(*mesh, target.fixedWorld * meshToNode);
-        std::memcpy(mesh->matrix, target.fixedWorld.m.data(), sizeof mesh->matrix);
-    }
+void CSceneEdits::PutMesh(CTarget& target, Lib3dsMesh* mesh, const CMat4& meshToNode) {
+    // The new mesh stands in the old one's frame with its own origin, so that no pivot is left to tell them apart.
+    const CMat4 place = UnmirroredPlace(*target.mesh);
+    node_edits::TransformMesh(*mesh, place * meshToNode);
+    std::memcpy(mesh->matrix, place.m.data(), sizeof mesh->matrix);
     if (!IsShared(target.mesh)) {
         const std::string meshName = target.mesh->name;
         const std::string answersTo = target.node == nullptr ? m_names[target.mesh] : std::string();
@@ -208,8 +211,5 @@ void CSceneEdits::PutMesh(CTarget& target, Lib3dsMesh* mesh, CVec3 pivot, const 
     target.mesh = mesh;
     if (target.node == nullptr) return;
     lib3ds_copies::SetName(target.node->name, mesh->name);
-    if (target.isPlacedByMesh) return;
-    target.node->data.object.pivot[0] = pivot.x;
-    target.node->data.object.pivot[1] = pivot.y;
-    target.node->data.object.pivot[2] = pivot.z;
+    std::fill_n(target.node->data.object.pivot, 3, 0.0f);
 }

@@ -58,7 +58,6 @@ class CSceneEdits {
         Lib3dsNode* node = nullptr;  ///< null for a mesh without one
         Lib3dsMesh* mesh = nullptr;  ///< null for a dummy
         bool isPlacedByMesh = false; ///< as in CPreparedNode
-        CMat4 fixedWorld;
     };
 
     [[nodiscard]] CTarget* Find(std::string_view node);
@@ -70,7 +69,7 @@ class CSceneEdits {
     [[nodiscard]] CStatus TransformMesh(CTarget& target, const CMat4& transform);
     void DropMesh(Lib3dsMesh* mesh);
     void HideMorphTargets(const Lib3dsNode& node);
-    void PutMesh(CTarget& target, Lib3dsMesh* mesh, CVec3 pivot, const CMat4& meshToNode);
+    void PutMesh(CTarget& target, Lib3dsMesh* mesh, const CMat4& meshToNode);
     void TakeMaterials(CScene& from, Lib3dsMesh& mesh);
     void Changed();
 

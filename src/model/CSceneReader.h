@@ -18,5 +18,6 @@ class CSceneReader {
     /** Opens by content and extension: a 3DS file, a zip archive that holds one, or an OBJ file. */
     [[nodiscard]] static CResult<CScene> ReadFile(std::string_view path);
     /** Reads a 3DS image that somebody holds in memory; textures are found in the locator alone. */
-    [[nodiscard]] static CResult<CScene> ReadBytes(std::vector<std::byte> bytes, CTextureLocator textures = {});
+    [[nodiscard]] static CResult<CScene> ReadBytes(std::vector<std::byte> bytes,
+                                                   CTextureLocator textures = {});
 };

@@ -62,7 +62,7 @@ struct CDirCloser {
 
 CTextureFolders::CTextureFolders(const fs::path& modelFolder) {
     std::error_code error;
-    m_modelFolder = fs::absolute(modelFolder, error).lexically_normal();
+    m_modelFolder = fs::absolute(modelFolder.empty() ? "." : modelFolder, error).lexically_normal();
     if (error) m_modelFolder = modelFolder;
     if (!m_modelFolder.has_filename()) m_modelFolder = m_modelFolder.parent_path();
     m_ancestor = m_modelFolder;
@@ -84,6 +84,13 @@ std::optional<fs::path> CTextureFolders::Find(const CTextureQuery& query) {
         }
     }
     return std::nullopt;
+}
+
+std::optional<fs::path> CTextureFolders::FindBesideModel(const CTextureQuery& query) {
+    if (query.base.empty() || m_modelFolder.empty()) return std::nullopt;
+    const std::lock_guard lock(m_mutex);
+    if (auto found = FindOnWay(query)) return found;
+    return FindIn(List(m_modelFolder), query, ETextureMatch::Name);
 }
 
 // The reference's own path below the model's folder; of C:\GAME\MAPS\A.TGA first game/maps/a.tga, then

@@ -11,7 +11,8 @@ namespace {
 constexpr std::size_t kMaxNameLength = 63;  // lib3ds keeps names in char[64]
 constexpr int kMaxDepth = 6;                // main settings or material, map, colour: four levels are in use
 
-/** contents: f float, w 16 bits, d 32 bits, b byte, s string, e 11 bytes of text; then children when hasChildren. */
+/** contents: f float, w 16 bits, d 32 bits, b byte, s string, e 11 bytes of text; then children when
+ * hasChildren. */
 struct CChunkRule {
     std::uint16_t id;
     std::string_view contents;
@@ -136,7 +137,8 @@ constexpr CChunkRule kRules[] = {
 };
 
 const CChunkRule* FindRule(std::uint16_t id) {
-    const auto* found = std::find_if(std::begin(kRules), std::end(kRules), [id](const auto& r) { return r.id == id; });
+    const auto* found =
+        std::find_if(std::begin(kRules), std::end(kRules), [id](const auto& r) { return r.id == id; });
     return found == std::end(kRules) ? nullptr : found;
 }
 
@@ -149,7 +151,8 @@ void Append(std::vector<std::byte>& out, T value) {
 void AppendString(CByteCursor& in, std::vector<std::byte>& out, CNoteList& notes) {
     std::string text = in.ReadString();
     if (text.size() > kMaxNameLength) {
-        notes.Repaired("A name of " + std::to_string(text.size()) + " characters was cut: " + CNoteList::Printable(text));
+        notes.Repaired("A name of " + std::to_string(text.size()) +
+                       " characters was cut: " + CNoteList::Printable(text));
         text.resize(kMaxNameLength);
     }
     const auto* begin = reinterpret_cast<const std::byte*>(text.c_str());
@@ -165,19 +168,32 @@ void AppendFloat(CByteCursor& in, std::vector<std::byte>& out, CNoteList& notes)
     Append(out, value);
 }
 
-void AppendContents(CByteCursor& in, std::string_view contents, std::vector<std::byte>& out, CNoteList& notes) {
+void AppendContents(CByteCursor& in, std::string_view contents, std::vector<std::byte>& out,
+                    CNoteList& notes) {
     for (const char kind : contents) {
         switch (kind) {
-            case 'f': AppendFloat(in, out, notes); break;
-            case 'w': Append(out, in.Read<std::uint16_t>()); break;
-            case 'd': Append(out, in.Read<std::uint32_t>()); break;
-            case 'b': Append(out, in.Read<std::uint8_t>()); break;
-            case 's': AppendString(in, out, notes); break;
+            case 'f':
+                AppendFloat(in, out, notes);
+                break;
+            case 'w':
+                Append(out, in.Read<std::uint16_t>());
+                break;
+            case 'd':
+                Append(out, in.Read<std::uint32_t>());
+                break;
+            case 'b':
+                Append(out, in.Read<std::uint8_t>());
+                break;
+            case 's':
+                AppendString(in, out, notes);
+                break;
             case 'e':  // a camera's name: lib3ds reads 11 bytes whatever the file holds
-                for (int i = 0; i < 10; ++i) Append(out, in.Left() > 0 ? in.Read<std::uint8_t>() : std::uint8_t{0});
+                for (int i = 0; i < 10; ++i)
+                    Append(out, in.Left() > 0 ? in.Read<std::uint8_t>() : std::uint8_t{0});
                 Append(out, std::uint8_t{0});
                 break;
-            default: break;
+            default:
+                break;
         }
     }
 }
@@ -211,7 +227,8 @@ bool CopyConverted(CByteCursor in, std::uint16_t id, std::vector<std::byte>& out
     }
     if (id == LIB3DS_FLOAT_PERCENTAGE && in.Left() >= 4) {
         const float value = in.Read<float>();
-        const float percent = std::isfinite(value) ? std::clamp(value <= 1.0f ? value * 100.0f : value, 0.0f, 100.0f) : 0;
+        const float percent =
+            std::isfinite(value) ? std::clamp(value <= 1.0f ? value * 100.0f : value, 0.0f, 100.0f) : 0;
         CChunkFrame frame(out, LIB3DS_INT_PERCENTAGE);
         Append(out, static_cast<std::uint16_t>(std::lround(percent)));
         frame.Close();
@@ -228,12 +245,25 @@ bool CopyConverted(CByteCursor in, std::uint16_t id, std::vector<std::byte>& out
 
 bool IsMap(std::uint16_t id) {
     switch (id) {
-        case LIB3DS_MAT_TEXMAP: case LIB3DS_MAT_TEX2MAP: case LIB3DS_MAT_OPACMAP: case LIB3DS_MAT_BUMPMAP:
-        case LIB3DS_MAT_SPECMAP: case LIB3DS_MAT_SHINMAP: case LIB3DS_MAT_SELFIMAP: case LIB3DS_MAT_REFLMAP:
-        case LIB3DS_MAT_TEXMASK: case LIB3DS_MAT_TEX2MASK: case LIB3DS_MAT_OPACMASK: case LIB3DS_MAT_BUMPMASK:
-        case LIB3DS_MAT_SPECMASK: case LIB3DS_MAT_SHINMASK: case LIB3DS_MAT_SELFIMASK: case LIB3DS_MAT_REFLMASK:
+        case LIB3DS_MAT_TEXMAP:
+        case LIB3DS_MAT_TEX2MAP:
+        case LIB3DS_MAT_OPACMAP:
+        case LIB3DS_MAT_BUMPMAP:
+        case LIB3DS_MAT_SPECMAP:
+        case LIB3DS_MAT_SHINMAP:
+        case LIB3DS_MAT_SELFIMAP:
+        case LIB3DS_MAT_REFLMAP:
+        case LIB3DS_MAT_TEXMASK:
+        case LIB3DS_MAT_TEX2MASK:
+        case LIB3DS_MAT_OPACMASK:
+        case LIB3DS_MAT_BUMPMASK:
+        case LIB3DS_MAT_SPECMASK:
+        case LIB3DS_MAT_SHINMASK:
+        case LIB3DS_MAT_SELFIMASK:
+        case LIB3DS_MAT_REFLMASK:
             return true;
-        default: return false;
+        default:
+            return false;
     }
 }
 
@@ -243,7 +273,8 @@ void AppendTiled(std::vector<std::byte>& out) {
     frame.Close();
 }
 
-/** lib3ds reads the gradient's colours into arrays of three, unchecked, and takes the linear ones if there are any. */
+/** lib3ds reads the gradient's colours into arrays of three, unchecked, and takes the linear ones if there
+ * are any. */
 class CGradientColors {
   public:
     /** False for a colour that is one too many. */
@@ -299,4 +330,6 @@ void CopyCleanChunk(std::span<const std::byte> bytes, const C3dsChunk& chunk, st
     Copy(bytes, chunk, 0, out, notes);
 }
 
-bool IsCleanableChunk(std::uint16_t id) { return FindRule(id) != nullptr; }
+bool IsCleanableChunk(std::uint16_t id) {
+    return FindRule(id) != nullptr;
+}

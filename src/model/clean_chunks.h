@@ -10,12 +10,14 @@
 #include "model/CNoteList.h"
 
 /**
- * Appends a clean copy of one chunk to out, with all its children: what lib3ds is given to read instead of the file.
+ * Appends a clean copy of one chunk to out, with all its children: what lib3ds is given to read instead of
+ * the file.
  *
- * Only chunks of the rule table are copied. Every one comes out with its full contents (a short one is left out),
- * strings that end within 63 characters, finite numbers, and a true size. Kinds that lib3ds does not read are turned
- * into those it does: byte colours into float colours, float percentages into integer ones; a texture map without
- * a tiling chunk gets one that says "tiled", as lib3ds would take "not tiled" for its default.
+ * Only chunks of the rule table are copied. Every one comes out with its full contents (a short one is left
+ * out), strings that end within 63 characters, finite numbers, and a true size. Kinds that lib3ds does not
+ * read are turned into those it does: byte colours into float colours, float percentages into integer ones; a
+ * texture map without a tiling chunk gets one that says "tiled", as lib3ds would take "not tiled" for its
+ * default.
  */
 void CopyCleanChunk(std::span<const std::byte> bytes, const C3dsChunk& chunk, std::vector<std::byte>& out,
                     CNoteList& notes);

@@ -36,17 +36,31 @@ CMat4 MatrixOf(const float (&q)[4]) {
     if (!(length > 1e-12f) || !std::isfinite(length)) return {};
     const float x = q[0] / length, y = q[1] / length, z = q[2] / length, w = q[3] / length;
     CMat4 result;
-    result.m = {1 - 2 * (y * y + z * z), 2 * (x * y + w * z),     2 * (x * z - w * y),     0,
-                2 * (x * y - w * z),     1 - 2 * (x * x + z * z), 2 * (y * z + w * x),     0,
-                2 * (x * z + w * y),     2 * (y * z - w * x),     1 - 2 * (x * x + y * y), 0,
-                0,                       0,                       0,                       1};
+    result.m = {1 - 2 * (y * y + z * z),
+                2 * (x * y + w * z),
+                2 * (x * z - w * y),
+                0,
+                2 * (x * y - w * z),
+                1 - 2 * (x * x + z * z),
+                2 * (y * z + w * x),
+                0,
+                2 * (x * z + w * y),
+                2 * (y * z - w * x),
+                1 - 2 * (x * x + y * y),
+                0,
+                0,
+                0,
+                0,
+                1};
     return result;
 }
 
-/** The key before the frame when the frame lies between two keys whose turn is half a turn or more, else null. */
+/** The key before the frame when the frame lies between two keys whose turn is half a turn or more, else
+ * null. */
 const Lib3dsQuatKey* KeyBeforeLongTurn(const Lib3dsQuatTrack& track, float frame) {
     for (const Lib3dsQuatKey* key = track.keyL; key && key->next; key = key->next) {
-        const bool between = frame >= static_cast<float>(key->tcb.frame) && frame < static_cast<float>(key->next->tcb.frame);
+        const bool between =
+            frame >= static_cast<float>(key->tcb.frame) && frame < static_cast<float>(key->next->tcb.frame);
         if (between) return std::abs(key->next->angle) >= std::numbers::pi_v<float> ? key : nullptr;
     }
     return nullptr;
@@ -61,7 +75,8 @@ float WrappedFrame(const Lib3dsQuatTrack& track, float frame) {
     return frame > end ? std::fmod(frame - first, end - first) + first : frame;
 }
 
-/** A quaternion between two keys takes the shorter way and forgets whole turns; a key's own axis and angle do not. */
+/** A quaternion between two keys takes the shorter way and forgets whole turns; a key's own axis and angle do
+ * not. */
 CMat4 RotationOf(const Lib3dsQuatTrack& track, float frame) {
     if (!track.keyL) return {};
     frame = WrappedFrame(track, frame);
@@ -83,14 +98,20 @@ CMat4 LocalMatrix(const Lib3dsNode& node, float frame) {
     switch (node.type) {
         case LIB3DS_OBJECT_NODE: {
             const Lib3dsObjectData& data = node.data.object;
-            return CMat4::Translation(ValueOf(data.pos_track, frame, {})) * RotationOf(data.rot_track, frame) *
+            return CMat4::Translation(ValueOf(data.pos_track, frame, {})) *
+                   RotationOf(data.rot_track, frame) *
                    CMat4::Scale(ValueOf(data.scl_track, frame, {1, 1, 1}));
         }
-        case LIB3DS_CAMERA_NODE: return CMat4::Translation(ValueOf(node.data.camera.pos_track, frame, {}));
-        case LIB3DS_TARGET_NODE: return CMat4::Translation(ValueOf(node.data.target.pos_track, frame, {}));
-        case LIB3DS_LIGHT_NODE: return CMat4::Translation(ValueOf(node.data.light.pos_track, frame, {}));
-        case LIB3DS_SPOT_NODE: return CMat4::Translation(ValueOf(node.data.spot.pos_track, frame, {}));
-        default: return {};
+        case LIB3DS_CAMERA_NODE:
+            return CMat4::Translation(ValueOf(node.data.camera.pos_track, frame, {}));
+        case LIB3DS_TARGET_NODE:
+            return CMat4::Translation(ValueOf(node.data.target.pos_track, frame, {}));
+        case LIB3DS_LIGHT_NODE:
+            return CMat4::Translation(ValueOf(node.data.light.pos_track, frame, {}));
+        case LIB3DS_SPOT_NODE:
+            return CMat4::Translation(ValueOf(node.data.spot.pos_track, frame, {}));
+        default:
+            return {};
     }
 }
 
@@ -108,7 +129,8 @@ bool IsShown(const Lib3dsNode& node, float frame) {
 bool IsHiddenInFile(const CPreparedNode& node, const CScene& scene) {
     if (node.source && (node.source->flags1 & LIB3DS_HIDDEN)) return true;
     if (node.mesh < 0) return false;
-    const Lib3dsMesh* mesh = scene.Meshes().empty() ? nullptr : scene.Meshes()[static_cast<std::size_t>(node.mesh)].mesh;
+    const Lib3dsMesh* mesh =
+        scene.Meshes().empty() ? nullptr : scene.Meshes()[static_cast<std::size_t>(node.mesh)].mesh;
     return mesh && (mesh->object_flags & LIB3DS_OBJECT_HIDDEN);
 }
 
@@ -118,16 +140,21 @@ void EvaluateTransforms(CPreparedScene& prepared, float frame) {
             node.world = node.fixedWorld;
         } else {
             node.world = LocalMatrix(*node.source, frame);
-            if (node.parent >= 0) node.world = prepared.nodes[static_cast<std::size_t>(node.parent)].world * node.world;
+            if (node.parent >= 0)
+                node.world = prepared.nodes[static_cast<std::size_t>(node.parent)].world * node.world;
         }
         if (!node.world.IsFinite()) node.world = {};
         node.meshToWorld = node.world * node.meshToNode;
         node.mirrored = node.meshToWorld.Determinant3() < 0;
-        node.worldBounds = node.mesh < 0 ? CBox{} : prepared.meshes[static_cast<std::size_t>(node.mesh)].bounds.Transformed(node.meshToWorld);
+        node.worldBounds =
+            node.mesh < 0
+                ? CBox{}
+                : prepared.meshes[static_cast<std::size_t>(node.mesh)].bounds.Transformed(node.meshToWorld);
     }
 }
 
-/** Cameras and lights that have nodes stand where these are; a target node of the same name is what they look at. */
+/** Cameras and lights that have nodes stand where these are; a target node of the same name is what they look
+ * at. */
 void EvaluateViewers(CPreparedScene& prepared, float frame) {
     std::unordered_map<std::string, CPreparedLight*> lights;
     std::unordered_map<std::string, CPreparedCamera*> cameras;
@@ -143,8 +170,10 @@ void EvaluateViewers(CPreparedScene& prepared, float frame) {
             if (data.pos_track.keyL) light->second->position = place;
             light->second->color = ValueOf(data.col_track, frame, light->second->color);
             light->second->hotspotDeg = ValueOf(data.hotspot_track, frame, light->second->hotspotDeg);
-            light->second->falloffDeg = std::max(ValueOf(data.falloff_track, frame, light->second->falloffDeg), light->second->hotspotDeg);
-        } else if (node.kind == ENodeKind::SpotTarget && light != lights.end() && node.source->data.spot.pos_track.keyL) {
+            light->second->falloffDeg = std::max(
+                ValueOf(data.falloff_track, frame, light->second->falloffDeg), light->second->hotspotDeg);
+        } else if (node.kind == ENodeKind::SpotTarget && light != lights.end() &&
+                   node.source->data.spot.pos_track.keyL) {
             light->second->target = place;
         } else if (node.kind == ENodeKind::Camera && camera != cameras.end()) {
             const Lib3dsCameraData& data = node.source->data.camera;
@@ -152,14 +181,17 @@ void EvaluateViewers(CPreparedScene& prepared, float frame) {
             const float fov = ValueOf(data.fov_track, frame, camera->second->fovDeg);
             camera->second->fovDeg = std::clamp(fov > 0 ? fov : 45.0f, 0.5f, 175.0f);
             camera->second->rollDeg = ValueOf(data.roll_track, frame, camera->second->rollDeg);
-        } else if (node.kind == ENodeKind::CameraTarget && camera != cameras.end() && node.source->data.target.pos_track.keyL) {
+        } else if (node.kind == ENodeKind::CameraTarget && camera != cameras.end() &&
+                   node.source->data.target.pos_track.keyL) {
             camera->second->target = place;
         } else if (node.kind == ENodeKind::Ambient) {
-            prepared.ambientLight = ValueOf(node.source->data.ambient.col_track, frame, prepared.ambientLight);
+            prepared.ambientLight =
+                ValueOf(node.source->data.ambient.col_track, frame, prepared.ambientLight);
         }
     }
     for (CPreparedCamera& camera : prepared.cameras) {
-        if (Length(camera.target - camera.position) < 1e-12f) camera.target = camera.position + CVec3{0, 1, 0};
+        if (Length(camera.target - camera.position) < 1e-12f)
+            camera.target = camera.position + CVec3{0, 1, 0};
     }
 }
 
@@ -184,8 +216,9 @@ CSphere SphereOf(const CPreparedScene& prepared) {
     return sphere;
 }
 bool AllAreHiddenInFile(const CPreparedScene& prepared, const CScene& scene) {
-    return std::all_of(prepared.nodes.begin(), prepared.nodes.end(),
-                       [&](const CPreparedNode& node) { return node.mesh < 0 || IsHiddenInFile(node, scene); });
+    return std::all_of(prepared.nodes.begin(), prepared.nodes.end(), [&](const CPreparedNode& node) {
+        return node.mesh < 0 || IsHiddenInFile(node, scene);
+    });
 }
 
 /** A file in which everything is hidden was opened to see something. */

@@ -31,10 +31,22 @@ CMat4 CMat4::Rotation(float angleDeg, CVec3 axis) {
     const float angle = angleDeg * std::numbers::pi_v<float> / 180.0f;
     const float c = std::cos(angle), s = std::sin(angle), t = 1.0f - c;
     CMat4 result;
-    result.m = {t * a.x * a.x + c,       t * a.x * a.y + s * a.z, t * a.x * a.z - s * a.y, 0,
-                t * a.x * a.y - s * a.z, t * a.y * a.y + c,       t * a.y * a.z + s * a.x, 0,
-                t * a.x * a.z + s * a.y, t * a.y * a.z - s * a.x, t * a.z * a.z + c,       0,
-                0,                       0,                       0,                       1};
+    result.m = {t * a.x * a.x + c,
+                t * a.x * a.y + s * a.z,
+                t * a.x * a.z - s * a.y,
+                0,
+                t * a.x * a.y - s * a.z,
+                t * a.y * a.y + c,
+                t * a.y * a.z + s * a.x,
+                0,
+                t * a.x * a.z + s * a.y,
+                t * a.y * a.z - s * a.x,
+                t * a.z * a.z + c,
+                0,
+                0,
+                0,
+                0,
+                1};
     return result;
 }
 
@@ -46,8 +58,8 @@ double CMat4::Determinant3() const {
 
 CMat4 CMat4::AffineInverse(bool* ok) const {
     const double det = Determinant3();
-    const double scale = static_cast<double>(std::max({Length({m[0], m[1], m[2]}), Length({m[4], m[5], m[6]}),
-                                                       Length({m[8], m[9], m[10]})}));
+    const double scale = static_cast<double>(
+        std::max({Length({m[0], m[1], m[2]}), Length({m[4], m[5], m[6]}), Length({m[8], m[9], m[10]})}));
     // Relative to the columns' size: a scene in tiny units is not singular.
     const bool invertible = IsFinite() && std::abs(det) > 1e-12 * scale * scale * scale;
     if (ok) *ok = invertible;

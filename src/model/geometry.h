@@ -21,17 +21,23 @@ struct CVec3 {
     friend bool operator==(const CVec3&, const CVec3&) = default;
 };
 
-inline float Dot(CVec3 a, CVec3 b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
+inline float Dot(CVec3 a, CVec3 b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
 inline CVec3 Cross(CVec3 a, CVec3 b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
-inline float Length(CVec3 a) { return std::sqrt(Dot(a, a)); }
+inline float Length(CVec3 a) {
+    return std::sqrt(Dot(a, a));
+}
 /** a / |a|; a vector shorter than 1e-20 gives the zero vector instead of dividing by zero. */
 inline CVec3 Normalized(CVec3 a) {
     const float length = Length(a);
     return length > 1e-20f ? a * (1.0f / length) : CVec3{};
 }
-inline bool IsFinite(CVec3 a) { return std::isfinite(a.x) && std::isfinite(a.y) && std::isfinite(a.z); }
+inline bool IsFinite(CVec3 a) {
+    return std::isfinite(a.x) && std::isfinite(a.y) && std::isfinite(a.z);
+}
 
 /**
  * A 4x4 matrix stored column by column, as glMultMatrixf takes it; m[12..14] is the translation. A lib3ds
@@ -67,8 +73,10 @@ struct CMat4 {
 
 /** An axis-aligned box; empty until something is added. */
 struct CBox {
-    CVec3 min{std::numeric_limits<float>::max(), std::numeric_limits<float>::max(), std::numeric_limits<float>::max()};
-    CVec3 max{-std::numeric_limits<float>::max(), -std::numeric_limits<float>::max(), -std::numeric_limits<float>::max()};
+    CVec3 min{std::numeric_limits<float>::max(), std::numeric_limits<float>::max(),
+              std::numeric_limits<float>::max()};
+    CVec3 max{-std::numeric_limits<float>::max(), -std::numeric_limits<float>::max(),
+              -std::numeric_limits<float>::max()};
 
     [[nodiscard]] bool IsEmpty() const { return min.x > max.x; }
     void Add(CVec3 p) {
@@ -76,7 +84,10 @@ struct CBox {
         max = {std::max(max.x, p.x), std::max(max.y, p.y), std::max(max.z, p.z)};
     }
     void Add(const CBox& other) {
-        if (!other.IsEmpty()) { Add(other.min); Add(other.max); }
+        if (!other.IsEmpty()) {
+            Add(other.min);
+            Add(other.max);
+        }
     }
     [[nodiscard]] CVec3 Center() const { return IsEmpty() ? CVec3{} : (min + max) * 0.5f; }
     [[nodiscard]] CVec3 Corner(unsigned i) const {

@@ -50,7 +50,9 @@ void ReadValue(CByteCursor& in, Lib3dsQuatKey& key, float replacement, CNoteList
     for (float& value : key.axis) value = Usable(in.Read<float>(), replacement, notes);
 }
 void ReadValue(CByteCursor&, Lib3dsBoolKey&, float, CNoteList&) {}
-void ReadValue(CByteCursor& in, Lib3dsMorphKey& key, float, CNoteList&) { CopyName(key.name, in.ReadString()); }
+void ReadValue(CByteCursor& in, Lib3dsMorphKey& key, float, CNoteList&) {
+    CopyName(key.name, in.ReadString());
+}
 
 /** What lib3ds offers for one kind of track; its functions differ in name alone. */
 template <class Track>
@@ -133,7 +135,8 @@ void ReadTrack(CByteCursor in, Track& track, float replacement, CNoteList& notes
     if (keys.size() < claimed) notes.Repaired("A list of keys is shorter than it says");
     LinkKeys(track, keys, notes);
     // A loop over a single key has no length: lib3ds would divide by it.
-    if (!track.keyL || !track.keyL->next) track.flags &= ~static_cast<Lib3dsDword>(LIB3DS_REPEAT | LIB3DS_SMOOTH);
+    if (!track.keyL || !track.keyL->next)
+        track.flags &= ~static_cast<Lib3dsDword>(LIB3DS_REPEAT | LIB3DS_SMOOTH);
     CTrackKind<Track>::SetUp(track);
 }
 
@@ -143,57 +146,101 @@ void ReadVector(CByteCursor& in, float (&target)[3], CNoteList& notes) {
 
 void ReadObjectPart(CByteCursor in, std::uint16_t id, Lib3dsObjectData& data, CNoteList& notes) {
     switch (id) {
-        case LIB3DS_PIVOT: ReadVector(in, data.pivot, notes); break;
-        case LIB3DS_INSTANCE_NAME: CopyName(data.instance, in.ReadString()); break;
+        case LIB3DS_PIVOT:
+            ReadVector(in, data.pivot, notes);
+            break;
+        case LIB3DS_INSTANCE_NAME:
+            CopyName(data.instance, in.ReadString());
+            break;
         case LIB3DS_BOUNDBOX:
             ReadVector(in, data.bbox_min, notes);
             ReadVector(in, data.bbox_max, notes);
             break;
-        case LIB3DS_MORPH_SMOOTH: data.morph_smooth = Usable(in.Read<float>(), 0, notes); break;
-        case LIB3DS_POS_TRACK_TAG: ReadTrack(in, data.pos_track, 0, notes); break;
-        case LIB3DS_ROT_TRACK_TAG: ReadTrack(in, data.rot_track, 0, notes); break;
-        case LIB3DS_SCL_TRACK_TAG: ReadTrack(in, data.scl_track, 1, notes); break;
-        case LIB3DS_HIDE_TRACK_TAG: ReadTrack(in, data.hide_track, 0, notes); break;
-        case LIB3DS_MORPH_TRACK_TAG: ReadTrack(in, data.morph_track, 0, notes); break;
-        default: break;
+        case LIB3DS_MORPH_SMOOTH:
+            data.morph_smooth = Usable(in.Read<float>(), 0, notes);
+            break;
+        case LIB3DS_POS_TRACK_TAG:
+            ReadTrack(in, data.pos_track, 0, notes);
+            break;
+        case LIB3DS_ROT_TRACK_TAG:
+            ReadTrack(in, data.rot_track, 0, notes);
+            break;
+        case LIB3DS_SCL_TRACK_TAG:
+            ReadTrack(in, data.scl_track, 1, notes);
+            break;
+        case LIB3DS_HIDE_TRACK_TAG:
+            ReadTrack(in, data.hide_track, 0, notes);
+            break;
+        case LIB3DS_MORPH_TRACK_TAG:
+            ReadTrack(in, data.morph_track, 0, notes);
+            break;
+        default:
+            break;
     }
 }
 
 void ReadCameraPart(CByteCursor in, std::uint16_t id, Lib3dsCameraData& data, CNoteList& notes) {
     switch (id) {
-        case LIB3DS_POS_TRACK_TAG: ReadTrack(in, data.pos_track, 0, notes); break;
-        case LIB3DS_FOV_TRACK_TAG: ReadTrack(in, data.fov_track, 45, notes); break;
-        case LIB3DS_ROLL_TRACK_TAG: ReadTrack(in, data.roll_track, 0, notes); break;
-        default: break;
+        case LIB3DS_POS_TRACK_TAG:
+            ReadTrack(in, data.pos_track, 0, notes);
+            break;
+        case LIB3DS_FOV_TRACK_TAG:
+            ReadTrack(in, data.fov_track, 45, notes);
+            break;
+        case LIB3DS_ROLL_TRACK_TAG:
+            ReadTrack(in, data.roll_track, 0, notes);
+            break;
+        default:
+            break;
     }
 }
 
 void ReadLightPart(CByteCursor in, std::uint16_t id, Lib3dsLightData& data, CNoteList& notes) {
     switch (id) {
-        case LIB3DS_POS_TRACK_TAG: ReadTrack(in, data.pos_track, 0, notes); break;
-        case LIB3DS_COL_TRACK_TAG: ReadTrack(in, data.col_track, 1, notes); break;
-        case LIB3DS_HOT_TRACK_TAG: ReadTrack(in, data.hotspot_track, 45, notes); break;
-        case LIB3DS_FALL_TRACK_TAG: ReadTrack(in, data.falloff_track, 45, notes); break;
-        case LIB3DS_ROLL_TRACK_TAG: ReadTrack(in, data.roll_track, 0, notes); break;
-        default: break;
+        case LIB3DS_POS_TRACK_TAG:
+            ReadTrack(in, data.pos_track, 0, notes);
+            break;
+        case LIB3DS_COL_TRACK_TAG:
+            ReadTrack(in, data.col_track, 1, notes);
+            break;
+        case LIB3DS_HOT_TRACK_TAG:
+            ReadTrack(in, data.hotspot_track, 45, notes);
+            break;
+        case LIB3DS_FALL_TRACK_TAG:
+            ReadTrack(in, data.falloff_track, 45, notes);
+            break;
+        case LIB3DS_ROLL_TRACK_TAG:
+            ReadTrack(in, data.roll_track, 0, notes);
+            break;
+        default:
+            break;
     }
 }
 
 void ReadNodePart(CByteCursor in, std::uint16_t id, Lib3dsNode& node, CNoteList& notes) {
     switch (id) {
-        case LIB3DS_NODE_ID: node.node_id = in.Read<std::uint16_t>(); return;
+        case LIB3DS_NODE_ID:
+            node.node_id = in.Read<std::uint16_t>();
+            return;
         case LIB3DS_NODE_HDR:
             CopyName(node.name, in.ReadString());
             node.flags1 = in.Read<std::uint16_t>();
             node.flags2 = in.Read<std::uint16_t>();
             node.parent_id = in.Left() >= 2 ? in.Read<std::uint16_t>() : std::uint16_t{LIB3DS_NO_PARENT};
             return;
-        default: break;
+        default:
+            break;
     }
     switch (node.type) {
-        case LIB3DS_OBJECT_NODE: ReadObjectPart(in, id, node.data.object, notes); break;
-        case LIB3DS_CAMERA_NODE: ReadCameraPart(in, id, node.data.camera, notes); break;
-        case LIB3DS_LIGHT_NODE: ReadLightPart(in, id, node.data.light, notes); break;
+        case LIB3DS_OBJECT_NODE:
+            ReadObjectPart(in, id, node.data.object, notes);
+            break;
+        case LIB3DS_CAMERA_NODE:
+            ReadCameraPart(in, id, node.data.camera, notes);
+            break;
+        case LIB3DS_LIGHT_NODE:
+            ReadLightPart(in, id, node.data.light, notes);
+            break;
         case LIB3DS_TARGET_NODE:
             if (id == LIB3DS_POS_TRACK_TAG) ReadTrack(in, node.data.target.pos_track, 0, notes);
             break;
@@ -203,20 +250,28 @@ void ReadNodePart(CByteCursor in, std::uint16_t id, Lib3dsNode& node, CNoteList&
         case LIB3DS_AMBIENT_NODE:
             if (id == LIB3DS_COL_TRACK_TAG) ReadTrack(in, node.data.ambient.col_track, 0, notes);
             break;
-        case LIB3DS_UNKNOWN_NODE: break;
+        case LIB3DS_UNKNOWN_NODE:
+            break;
     }
 }
 
 Lib3dsNode* NewNode(std::uint16_t id) {
     switch (id) {
-        case LIB3DS_AMBIENT_NODE_TAG: return lib3ds_node_new_ambient();
-        case LIB3DS_OBJECT_NODE_TAG: return lib3ds_node_new_object();
-        case LIB3DS_CAMERA_NODE_TAG: return lib3ds_node_new_camera();
-        case LIB3DS_TARGET_NODE_TAG: return lib3ds_node_new_target();
+        case LIB3DS_AMBIENT_NODE_TAG:
+            return lib3ds_node_new_ambient();
+        case LIB3DS_OBJECT_NODE_TAG:
+            return lib3ds_node_new_object();
+        case LIB3DS_CAMERA_NODE_TAG:
+            return lib3ds_node_new_camera();
+        case LIB3DS_TARGET_NODE_TAG:
+            return lib3ds_node_new_target();
         case LIB3DS_LIGHT_NODE_TAG:
-        case LIB3DS_SPOTLIGHT_NODE_TAG: return lib3ds_node_new_light();
-        case LIB3DS_L_TARGET_NODE_TAG: return lib3ds_node_new_spot();
-        default: return nullptr;
+        case LIB3DS_SPOTLIGHT_NODE_TAG:
+            return lib3ds_node_new_light();
+        case LIB3DS_L_TARGET_NODE_TAG:
+            return lib3ds_node_new_spot();
+        default:
+            return nullptr;
     }
 }
 
@@ -236,7 +291,8 @@ void ReadSegment(CByteCursor in, Lib3dsFile& file, CNoteList& notes) {
 }
 }  // namespace
 
-void ReadKeyframer(std::span<const std::byte> bytes, const C3dsChunk& chunk, Lib3dsFile& file, CNoteList& notes) {
+void ReadKeyframer(std::span<const std::byte> bytes, const C3dsChunk& chunk, Lib3dsFile& file,
+                   CNoteList& notes) {
     constexpr std::size_t kMaxNodes = 65'000;  // ids are 16-bit and 65535 means "no parent"
     Lib3dsNode** link = &file.nodes;
     std::size_t count = 0;
@@ -247,7 +303,8 @@ void ReadKeyframer(std::span<const std::byte> bytes, const C3dsChunk& chunk, Lib
         const CByteCursor in(bytes, part.begin, part.end);
         if (part.id == LIB3DS_KFHDR) ReadHeader(in, file);
         if (part.id == LIB3DS_KFSEG) ReadSegment(in, file, notes);
-        if (part.id == LIB3DS_KFCURTIME) file.current_frame = std::clamp(CByteCursor(in).Read<std::int32_t>(), -kMaxFrame, kMaxFrame);
+        if (part.id == LIB3DS_KFCURTIME)
+            file.current_frame = std::clamp(CByteCursor(in).Read<std::int32_t>(), -kMaxFrame, kMaxFrame);
         if (count >= kMaxNodes) continue;
         Lib3dsNode* node = NewNode(part.id);
         if (!node) continue;
@@ -270,8 +327,10 @@ void MakeIdsUnique(const std::vector<Lib3dsNode*>& nodes, std::vector<Lib3dsNode
     byId.assign(65536, nullptr);
     std::vector<Lib3dsNode*> homeless;
     for (Lib3dsNode* node : nodes) {
-        if (node->node_id == LIB3DS_NO_PARENT || byId[node->node_id]) homeless.push_back(node);
-        else byId[node->node_id] = node;
+        if (node->node_id == LIB3DS_NO_PARENT || byId[node->node_id])
+            homeless.push_back(node);
+        else
+            byId[node->node_id] = node;
     }
     std::size_t next = 0;
     for (Lib3dsNode* node : homeless) {
@@ -319,7 +378,8 @@ void LinkNodes(Lib3dsFile& file, CNoteList& notes) {
     MakeIdsUnique(nodes, byId, notes);
     for (Lib3dsNode* node : nodes) {
         node->parent = node->parent_id == LIB3DS_NO_PARENT ? nullptr : byId[node->parent_id];
-        if (node->parent_id != LIB3DS_NO_PARENT && !node->parent) notes.Repaired("A node whose parent is not there was made a root");
+        if (node->parent_id != LIB3DS_NO_PARENT && !node->parent)
+            notes.Repaired("A node whose parent is not there was made a root");
     }
     BreakCycles(nodes, notes);
 

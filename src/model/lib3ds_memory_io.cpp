@@ -14,7 +14,9 @@ long SeekBase(long position, long size, Lib3dsIoSeek origin) {
     return origin == LIB3DS_SEEK_SET ? 0 : origin == LIB3DS_SEEK_CUR ? position : size;
 }
 
-Lib3dsBool ReadFailed(void* self) { return static_cast<CReadCursor*>(self)->failed; }
+Lib3dsBool ReadFailed(void* self) {
+    return static_cast<CReadCursor*>(self)->failed;
+}
 
 long ReadSeek(void* self, long offset, Lib3dsIoSeek origin) {
     auto& cursor = *static_cast<CReadCursor*>(self);
@@ -23,7 +25,9 @@ long ReadSeek(void* self, long offset, Lib3dsIoSeek origin) {
     return cursor.position;
 }
 
-long ReadTell(void* self) { return static_cast<CReadCursor*>(self)->position; }
+long ReadTell(void* self) {
+    return static_cast<CReadCursor*>(self)->position;
+}
 
 size_t ReadBytes(void* self, void* buffer, size_t size) {
     auto& cursor = *static_cast<CReadCursor*>(self);
@@ -39,16 +43,21 @@ size_t ReadBytes(void* self, void* buffer, size_t size) {
     return count;
 }
 
-Lib3dsBool WriteFailed(void*) { return LIB3DS_FALSE; }
+Lib3dsBool WriteFailed(void*) {
+    return LIB3DS_FALSE;
+}
 
 long WriteSeek(void* self, long offset, Lib3dsIoSeek origin) {
     auto& cursor = *static_cast<CWriteCursor*>(self);
-    const long base = SeekBase(static_cast<long>(cursor.position), static_cast<long>(cursor.bytes.size()), origin);
+    const long base =
+        SeekBase(static_cast<long>(cursor.position), static_cast<long>(cursor.bytes.size()), origin);
     cursor.position = static_cast<std::size_t>(std::max(base + offset, 0L));
     return static_cast<long>(cursor.position);
 }
 
-long WriteTell(void* self) { return static_cast<long>(static_cast<CWriteCursor*>(self)->position); }
+long WriteTell(void* self) {
+    return static_cast<long>(static_cast<CWriteCursor*>(self)->position);
+}
 
 size_t WriteBytes(void* self, const void* buffer, size_t size) {
     auto& cursor = *static_cast<CWriteCursor*>(self);
@@ -59,7 +68,9 @@ size_t WriteBytes(void* self, const void* buffer, size_t size) {
 }
 }  // namespace
 
-void CLib3dsIoDeleter::operator()(Lib3dsIo* io) const { lib3ds_io_free(io); }
+void CLib3dsIoDeleter::operator()(Lib3dsIo* io) const {
+    lib3ds_io_free(io);
+}
 
 CLib3dsMemoryReader::CLib3dsMemoryReader(std::span<const std::byte> bytes)
     : m_cursor{bytes}, m_io(lib3ds_io_new(&m_cursor, ReadFailed, ReadSeek, ReadTell, ReadBytes, nullptr)) {}

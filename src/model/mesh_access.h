@@ -37,7 +37,7 @@ struct CFaceIndices {
 }
 
 /**
- * What lib3ds multiplies the points of a mesh with whose matrix mirrors: matrix * scale(-1, 1, 1) * inverse(matrix).
- * It is its own inverse. The identity for all other meshes.
+ * What lib3ds multiplies the points of a mesh with whose matrix mirrors: matrix * scale(-1, 1, 1) *
+ * inverse(matrix). It is its own inverse. The identity for all other meshes.
  */
 [[nodiscard]] CMat4 FlipOfMesh(const Lib3dsMesh& mesh);

@@ -24,29 +24,32 @@ std::uint16_t CMaterialIndex::Find(std::string_view name) const {
 
 namespace {
 /** The array itself, or a copy filled up with zeros when it has fewer entries than wanted. */
-const std::byte* AtLeast(std::span<const std::byte> bytes, CArraySpan array, std::size_t entrySize, std::size_t wanted,
-                         std::vector<std::vector<std::byte>>& patches) {
+const std::byte* AtLeast(std::span<const std::byte> bytes, CArraySpan array, std::size_t entrySize,
+                         std::size_t wanted, std::vector<std::vector<std::byte>>& patches) {
     if (array.count >= wanted) return bytes.data() + array.offset;
     std::vector<std::byte>& patch = patches.emplace_back(wanted * entrySize);
     std::copy_n(bytes.data() + array.offset, array.count * entrySize, patch.data());
     return patch.data();
 }
 
-void AssignMaterials(std::span<const std::byte> bytes, const CMeshChunk& chunk, const CMaterialIndex& materials,
-                     CMeshView& view, CNoteList& notes) {
+void AssignMaterials(std::span<const std::byte> bytes, const CMeshChunk& chunk,
+                     const CMaterialIndex& materials, CMeshView& view, CNoteList& notes) {
     if (chunk.groups.empty()) return;
     view.faceMaterials.assign(view.faceCount, CMeshView::kNoMaterial);
     for (const CMaterialGroup& group : chunk.groups) {
         const std::uint16_t material = materials.Find(group.material);
         if (material == CMeshView::kNoMaterial && group.faces.count > 0) {
-            notes.Add(CSceneNote::EKind::Missing, "The file has no material " + CNoteList::Printable(group.material));
+            notes.Add(CSceneNote::EKind::Missing,
+                      "The file has no material " + CNoteList::Printable(group.material));
         }
         bool outOfRange = false;
         for (std::size_t i = 0; i < group.faces.count; ++i) {
             std::uint16_t face;
             std::memcpy(&face, bytes.data() + group.faces.offset + i * 2, 2);
-            if (face < view.faceCount) view.faceMaterials[face] = material;
-            else outOfRange = true;
+            if (face < view.faceCount)
+                view.faceMaterials[face] = material;
+            else
+                outOfRange = true;
         }
         if (outOfRange) notes.Repaired("A material group names faces that are not there");
     }
@@ -54,7 +57,8 @@ void AssignMaterials(std::span<const std::byte> bytes, const CMeshChunk& chunk, 
 }  // namespace
 
 CMeshView ViewOfChunk(std::span<std::byte> bytes, const CMeshChunk& chunk, Lib3dsMesh& mesh,
-                      const CMaterialIndex& materials, std::vector<std::vector<std::byte>>& patches, CNoteList& notes) {
+                      const CMaterialIndex& materials, std::vector<std::vector<std::byte>>& patches,
+                      CNoteList& notes) {
     CMeshView view;
     view.mesh = &mesh;
     view.pointsUnflipped = true;
@@ -62,7 +66,8 @@ CMeshView ViewOfChunk(std::span<std::byte> bytes, const CMeshChunk& chunk, Lib3d
     view.pointStride = 12;
     view.pointCount = chunk.points.count;
     if (chunk.texels.count > 0 && view.pointCount > 0) {
-        if (chunk.texels.count < view.pointCount) notes.Repaired("A mesh has fewer texture coordinates than vertices");
+        if (chunk.texels.count < view.pointCount)
+            notes.Repaired("A mesh has fewer texture coordinates than vertices");
         view.texels = AtLeast(bytes, chunk.texels, 8, view.pointCount, patches);
         view.texelStride = 8;
         view.texelCount = view.pointCount;
@@ -71,7 +76,8 @@ CMeshView ViewOfChunk(std::span<std::byte> bytes, const CMeshChunk& chunk, Lib3d
     view.faceStride = 8;
     view.faceCount = chunk.faces.count;
     if (chunk.smoothing.count > 0) {
-        if (chunk.smoothing.count < view.faceCount) notes.Repaired("A mesh has fewer smoothing groups than faces");
+        if (chunk.smoothing.count < view.faceCount)
+            notes.Repaired("A mesh has fewer smoothing groups than faces");
         view.smoothing = AtLeast(bytes, chunk.smoothing, 4, view.faceCount, patches);
         view.smoothingStride = 4;
     }

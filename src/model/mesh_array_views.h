@@ -27,12 +27,13 @@ class CMaterialIndex {
 };
 
 /**
- * The view of a mesh whose arrays lie in the bytes of the file, mended (RepairMeshArrays). Lists that are shorter than
- * they must be are copied into patches and filled up with zeros. Threads may work on different meshes of one file.
+ * The view of a mesh whose arrays lie in the bytes of the file, mended (RepairMeshArrays). Lists that are
+ * shorter than they must be are copied into patches and filled up with zeros. Threads may work on different
+ * meshes of one file.
  */
 [[nodiscard]] CMeshView ViewOfChunk(std::span<std::byte> bytes, const CMeshChunk& chunk, Lib3dsMesh& mesh,
-                                    const CMaterialIndex& materials, std::vector<std::vector<std::byte>>& patches,
-                                    CNoteList& notes);
+                                    const CMaterialIndex& materials,
+                                    std::vector<std::vector<std::byte>>& patches, CNoteList& notes);
 
 /** Small things of a mesh chunk that lib3ds keeps beside the large arrays. */
 void FillMeshMapping(const CMeshChunk& chunk, Lib3dsMesh& mesh);

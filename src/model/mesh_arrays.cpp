@@ -22,7 +22,9 @@ bool IsUsable(CVec3 p) {
 }
 
 /** Views are read-only to everybody else; the repair is the one place that writes through them. */
-std::byte* Writable(const std::byte* p) { return const_cast<std::byte*>(p); }
+std::byte* Writable(const std::byte* p) {
+    return const_cast<std::byte*>(p);
+}
 
 /** Sets unusable points to 0; the result marks them, and is empty when there were none. */
 std::vector<bool> RepairPoints(CMeshView& view, CNoteList& notes) {
@@ -33,7 +35,9 @@ std::vector<bool> RepairPoints(CMeshView& view, CNoteList& notes) {
         bad[i] = true;
         std::memset(Writable(view.points + i * view.pointStride), 0, 12);
     }
-    if (!bad.empty()) notes.Repaired("Vertices that are not finite were left out of mesh " + CNoteList::Printable(view.mesh->name));
+    if (!bad.empty())
+        notes.Repaired("Vertices that are not finite were left out of mesh " +
+                       CNoteList::Printable(view.mesh->name));
     return bad;
 }
 
@@ -42,11 +46,14 @@ void RepairFaces(CMeshView& view, const std::vector<bool>& badPoints, CNoteList&
     for (std::size_t i = 0; i < view.faceCount; ++i) {
         const CFaceIndices face = FaceOf(view, i);
         const bool inside = face.a < view.pointCount && face.b < view.pointCount && face.c < view.pointCount;
-        if (inside && (badPoints.empty() || !(badPoints[face.a] || badPoints[face.b] || badPoints[face.c]))) continue;
+        if (inside && (badPoints.empty() || !(badPoints[face.a] || badPoints[face.b] || badPoints[face.c])))
+            continue;
         outOfRange |= !inside;
         std::memset(Writable(view.faces + i * view.faceStride), 0, 6);
     }
-    if (outOfRange) notes.Repaired("Faces that refer to missing vertices were left out of mesh " + CNoteList::Printable(view.mesh->name));
+    if (outOfRange)
+        notes.Repaired("Faces that refer to missing vertices were left out of mesh " +
+                       CNoteList::Printable(view.mesh->name));
 }
 
 void RepairTexels(CMeshView& view) {
@@ -85,7 +92,8 @@ CMeshView ViewOfMesh(Lib3dsMesh& mesh, std::span<Lib3dsMaterial* const> material
     view.faceCount = mesh.faces;
 
     std::unordered_map<std::string_view, std::uint16_t> indexOfName;
-    for (std::size_t i = 0; i < materials.size(); ++i) indexOfName.emplace(materials[i]->name, static_cast<std::uint16_t>(i));
+    for (std::size_t i = 0; i < materials.size(); ++i)
+        indexOfName.emplace(materials[i]->name, static_cast<std::uint16_t>(i));
     view.faceMaterials.reserve(mesh.faces);
     std::string_view last = "";
     std::uint16_t lastIndex = CMeshView::kNoMaterial;
@@ -118,10 +126,13 @@ void FillFaces(const CMeshView& view, std::span<Lib3dsMaterial* const> materials
         Lib3dsFace& face = mesh.faceL[i];
         std::memcpy(face.points, view.faces + i * view.faceStride, 8);  // three indices and the flags
         face.smoothing = SmoothingOf(view, i);
-        const std::uint16_t material = view.faceMaterials.empty() ? CMeshView::kNoMaterial : view.faceMaterials[i];
-        if (material < materials.size()) std::memcpy(face.material, materials[material]->name, sizeof(face.material));
+        const std::uint16_t material =
+            view.faceMaterials.empty() ? CMeshView::kNoMaterial : view.faceMaterials[i];
+        if (material < materials.size())
+            std::memcpy(face.material, materials[material]->name, sizeof(face.material));
         const CVec3 a = PointOf(view, face.points[0]);
-        const CVec3 normal = Normalized(Cross(PointOf(view, face.points[1]) - a, PointOf(view, face.points[2]) - a));
+        const CVec3 normal =
+            Normalized(Cross(PointOf(view, face.points[1]) - a, PointOf(view, face.points[2]) - a));
         face.normal[0] = normal.x;
         face.normal[1] = normal.y;
         face.normal[2] = normal.z;
@@ -131,12 +142,14 @@ void FillFaces(const CMeshView& view, std::span<Lib3dsMaterial* const> materials
 
 bool CompleteMesh(const CMeshView& view, std::span<Lib3dsMaterial* const> materials) {
     Lib3dsMesh& mesh = *view.mesh;
-    const auto points = static_cast<Lib3dsDword>(view.pointCount), faces = static_cast<Lib3dsDword>(view.faceCount);
+    const auto points = static_cast<Lib3dsDword>(view.pointCount),
+               faces = static_cast<Lib3dsDword>(view.faceCount);
     if (points > 0 && !lib3ds_mesh_new_point_list(&mesh, points)) return false;
     if (view.texelCount > 0 && !lib3ds_mesh_new_texel_list(&mesh, points)) return false;
     if (faces > 0 && !lib3ds_mesh_new_face_list(&mesh, faces)) return false;
     FillPoints(view, mesh);
-    for (std::size_t i = 0; i < mesh.texels; ++i) std::memcpy(mesh.texelL[i], view.texels + i * view.texelStride, 8);
+    for (std::size_t i = 0; i < mesh.texels; ++i)
+        std::memcpy(mesh.texelL[i], view.texels + i * view.texelStride, 8);
     FillFaces(view, materials, mesh);
     return true;
 }

@@ -2,10 +2,8 @@
 #include "model/obj_parse.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <exception>
-#include <map>
 #include <thread>
 #include <unordered_map>
 
@@ -17,8 +15,9 @@ namespace {
 constexpr std::size_t kMaxText = (std::size_t{1} << 31) - 1;
 constexpr std::size_t kMaxTriangles = 50'000'000;
 constexpr std::size_t kBytesWorthAThread = 1'000'000;
-// A triangle costs us some 110 bytes. An honest one takes over 6 bytes of text, except in small files; faces that
-// use few vertices again and again may not make us take memory out of proportion to the file.
+// A triangle costs us some 110 bytes. An honest one takes over 6 bytes of text, except in small files; faces
+// that use few vertices again and again may not make us take memory out of proportion to the file.
+constexpr std::size_t kMaxNames = 16'384;  // a mesh or material takes 1 to 3 KB
 constexpr std::size_t kFreeTriangles = 400'000, kBytesPerTriangle = 6;
 // Beyond this the squares of lengths, and so bounding spheres, are no longer exact enough to aim a camera.
 constexpr float kLargestCoordinate = 1e15f;
@@ -34,7 +33,8 @@ std::vector<CObjCollector> ReadParts(std::string_view text, unsigned threads) {
     std::vector<std::string_view> pieces;
     for (std::size_t begin = 0, i = 1; begin < text.size() || i == 1; ++i) {
         const std::size_t end =
-            i >= wanted ? text.size() : CObjLineFilter::CutAfter(text, std::max(begin, text.size() / wanted * i));
+            i >= wanted ? text.size()
+                        : CObjLineFilter::CutAfter(text, std::max(begin, text.size() / wanted * i));
         pieces.push_back(text.substr(begin, end - begin));
         begin = end;
     }
@@ -71,8 +71,10 @@ void Take(std::vector<T>& to, std::vector<T>& from) {
 /** Indices from 0, and -1 for those that no entry has. */
 void Resolve(std::vector<std::int32_t>& corners, std::size_t before, std::size_t count) {
     for (std::int32_t& corner : corners) {
-        const std::int64_t index = corner == CObjCollector::kNone ? -1 : CObjCollector::Decode(corner, before);
-        corner = index >= 0 && index < static_cast<std::int64_t>(count) ? static_cast<std::int32_t>(index) : -1;
+        const std::int64_t index =
+            corner == CObjCollector::kNone ? -1 : CObjCollector::Decode(corner, before);
+        corner =
+            index >= 0 && index < static_cast<std::int64_t>(count) ? static_cast<std::int32_t>(index) : -1;
     }
 }
 
@@ -96,33 +98,55 @@ class CSegmentMaker {
     void Apply(const CObjCollector& part, const CObjCollector::CEvent& event) {
         using enum CObjCollector::EChange;
         switch (event.kind) {
-            case Object: m_object = part.names[event.value]; break;
-            case Group: m_group = part.names[event.value]; break;
-            case Material: m_material = part.names[event.value]; break;
-            case Smoothing: m_smoothing = event.value; break;
+            case Object:
+                m_object = part.names[event.value];
+                break;
+            case Group:
+                m_group = part.names[event.value];
+                break;
+            case Material:
+                m_material = part.names[event.value];
+                break;
+            case Smoothing:
+                m_smoothing = event.value;
+                m_out.smoothingStated = true;
+                break;
         }
     }
 
     void AddSegment(std::uint32_t firstFace) {
-        const std::uint32_t group = Number(m_groups, m_out.groups, Name());
-        const std::int32_t material =
-            m_material.empty() ? -1 : static_cast<std::int32_t>(Number(m_materials, m_out.materials, m_material));
-        if (!m_out.segments.empty() && m_out.segments.back().firstFace == firstFace) m_out.segments.pop_back();
+        std::uint32_t group = Number(m_groups, m_out.groups, Name());
+        std::int32_t material = -1;
+        if (!m_material.empty())
+            material = static_cast<std::int32_t>(Number(m_materials, m_out.materials, m_material));
+        if (group == kMaxNames) group = kMaxNames - 1;
+        if (material == static_cast<std::int32_t>(kMaxNames)) material = -1;
+        if (!m_out.segments.empty() && m_out.segments.back().firstFace == firstFace)
+            m_out.segments.pop_back();
         m_out.segments.push_back({firstFace, group, material, m_smoothing});
     }
 
-    /** Exporters write the object's name alone, the group's alone, or a group "object_material" in the object. */
+    /** Exporters write the object's name alone, the group's alone, or a group "object_material" in the
+     * object. */
     [[nodiscard]] std::string Name() const {
         if (m_object.empty()) return m_group;
         if (m_group.empty() || m_group == m_object) return m_object;
         return m_group.starts_with(m_object) ? m_group : m_object + "_" + m_group;
     }
 
-    static std::uint32_t Number(std::unordered_map<std::string, std::uint32_t>& numbers,
-                                std::vector<std::string>& names, const std::string& name) {
-        const auto [entry, isNew] = numbers.try_emplace(name, static_cast<std::uint32_t>(names.size()));
-        if (isNew) names.push_back(name);
-        return entry->second;
+    /** kMaxNames for a new one when there are that many. */
+    std::uint32_t Number(std::unordered_map<std::string, std::uint32_t>& numbers,
+                         std::vector<std::string>& names, const std::string& name) {
+        const auto found = numbers.find(name);
+        if (found != numbers.end()) return found->second;
+        const auto number = static_cast<std::uint32_t>(names.size());
+        if (number == kMaxNames) {
+            m_out.tooManyNames = true;
+            return number;
+        }
+        numbers.emplace(name, number);
+        names.push_back(name);
+        return number;
     }
 
     CObjGeometry& m_out;
@@ -177,7 +201,8 @@ void MarkBrokenFaces(CObjGeometry& out) {
 
 CResult<CObjGeometry> Join(std::vector<CObjCollector> parts, std::size_t textSize) {
     std::size_t triangles = 0;
-    for (const CObjCollector& part : parts) triangles += part.cornerPositions.size() - 2 * part.faceEnds.size();
+    for (const CObjCollector& part : parts)
+        triangles += part.cornerPositions.size() - 2 * part.faceEnds.size();
     if (triangles > std::min(kMaxTriangles, kFreeTriangles + textSize / kBytesPerTriangle)) {
         return CError{EErrorCode::TooLarge, "the file has more triangles than we can take", {}};
     }

@@ -7,7 +7,7 @@
 #include "platform/CResult.h"
 
 /**
- * Reads the text of an OBJ file (UTF-8 or bytes, any line ends) on up to `threads` threads, 0 for one a core; the
- * result does not depend on their number. Fails only where the text holds more than we take (TooLarge).
+ * Reads the text of an OBJ file (UTF-8 or bytes, any line ends) on up to `threads` threads, 0 for one a core;
+ * the result does not depend on their number. Fails only where the text holds more than we take (TooLarge).
  */
 [[nodiscard]] CResult<CObjGeometry> ParseObj(std::string_view text, unsigned threads = 0);

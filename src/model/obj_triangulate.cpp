@@ -10,7 +10,9 @@ struct CPoint {
     double x, y;
 };
 
-double Turn(CPoint a, CPoint b, CPoint c) { return (b.x - a.x) * (c.y - b.y) - (b.y - a.y) * (c.x - b.x); }
+double Turn(CPoint a, CPoint b, CPoint c) {
+    return (b.x - a.x) * (c.y - b.y) - (b.y - a.y) * (c.x - b.x);
+}
 
 /** Twice the area vector (Newell): its length and direction serve any planar or nearly planar polygon. */
 std::array<double, 3> AreaVector(std::span<const CVec3> corners) {
@@ -34,9 +36,15 @@ std::vector<CPoint> Flattened(std::span<const CVec3> corners) {
     points.reserve(corners.size());
     for (const CVec3 c : corners) {
         switch (axis) {
-            case 0: points.push_back({sign * double{c.y}, double{c.z}}); break;
-            case 1: points.push_back({sign * double{c.z}, double{c.x}}); break;
-            default: points.push_back({sign * double{c.x}, double{c.y}}); break;
+            case 0:
+                points.push_back({sign * double{c.y}, double{c.z}});
+                break;
+            case 1:
+                points.push_back({sign * double{c.z}, double{c.x}});
+                break;
+            default:
+                points.push_back({sign * double{c.x}, double{c.y}});
+                break;
         }
     }
     return points;
@@ -83,7 +91,8 @@ bool IsInside(CPoint a, CPoint b, CPoint c, CPoint p) {
 
 class CEarCutter {
   public:
-    CEarCutter(std::vector<CPoint> points, std::size_t& budget) : m_points(std::move(points)), m_budget(budget) {
+    CEarCutter(std::vector<CPoint> points, std::size_t& budget)
+        : m_points(std::move(points)), m_budget(budget) {
         m_ring.resize(m_points.size());
         std::iota(m_ring.begin(), m_ring.end(), 0u);
     }
@@ -111,11 +120,13 @@ class CEarCutter {
 
     [[nodiscard]] bool IsEar(std::size_t at) const {
         const CPoint a = Point(at), b = Point(at + 1), c = Point(at + 2);
-        if (Turn(a, b, c) <= 0) return false;
+        const double turn = Turn(a, b, c);
+        if (turn <= 0) return turn == 0;  // a corner on a straight edge has no area to lose
         for (std::size_t i = 3; i < m_ring.size(); ++i) {
             const CPoint p = Point(at + i);
             // A corner that lies on one of the three, as where an outline touches itself, is not in the way.
-            const bool same = (p.x == a.x && p.y == a.y) || (p.x == b.x && p.y == b.y) || (p.x == c.x && p.y == c.y);
+            const bool same =
+                (p.x == a.x && p.y == a.y) || (p.x == b.x && p.y == b.y) || (p.x == c.x && p.y == c.y);
             if (!same && IsInside(a, b, c, p)) return false;
         }
         return true;
@@ -128,7 +139,8 @@ class CEarCutter {
 
 }  // namespace
 
-void TriangulatePolygon(std::span<const CVec3> corners, std::size_t& budget, std::vector<CTriangle>& triangles) {
+void TriangulatePolygon(std::span<const CVec3> corners, std::size_t& budget,
+                        std::vector<CTriangle>& triangles) {
     if (corners.size() == 3) return triangles.push_back({0, 1, 2});
     if (corners.size() == 4) return CutQuadrangle(corners, triangles);
     std::vector<CPoint> points = Flattened(corners);

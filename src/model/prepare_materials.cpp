@@ -13,7 +13,9 @@
 #include "platform/parallel_for.h"
 
 namespace {
-CVec3 Color(const float* rgb) { return {rgb[0], rgb[1], rgb[2]}; }
+CVec3 Color(const float* rgb) {
+    return {rgb[0], rgb[1], rgb[2]};
+}
 
 /** Gives every picture that is named one place in the list of textures. */
 class CTextureList {
@@ -50,11 +52,16 @@ CPreparedMap PrepareMap(const Lib3dsTextureMap& map, CTextureList& textures) {
 
 EShading Shading(const Lib3dsMaterial& material) {
     switch (material.shading) {
-        case LIB3DS_WIRE_FRAME: return EShading::Wire;
-        case LIB3DS_FLAT: return EShading::Flat;
-        case LIB3DS_GOURAUD: return EShading::Gouraud;
-        case LIB3DS_METAL: return EShading::Metal;
-        default: return EShading::Phong;
+        case LIB3DS_WIRE_FRAME:
+            return EShading::Wire;
+        case LIB3DS_FLAT:
+            return EShading::Flat;
+        case LIB3DS_GOURAUD:
+            return EShading::Gouraud;
+        case LIB3DS_METAL:
+            return EShading::Metal;
+        default:
+            return EShading::Phong;
     }
 }
 
@@ -68,7 +75,9 @@ CPreparedMaterial PrepareMaterial(const Lib3dsMaterial& material, CTextureList& 
     result.shininessStrength = material.shin_strength;
     result.transparency = material.transparency;
     // Old files have the flag alone, which means all of it.
-    result.selfIllumination = material.self_ilpct > 0 ? material.self_ilpct : material.self_illum ? 1.0f : 0.0f;
+    result.selfIllumination = material.self_ilpct > 0 ? material.self_ilpct
+                              : material.self_illum   ? 1.0f
+                                                      : 0.0f;
     result.shading = Shading(material);
     result.twoSided = material.two_sided != 0;
     result.wire = material.use_wire != 0;
@@ -86,7 +95,8 @@ CPreparedMaterial PrepareMaterial(const Lib3dsMaterial& material, CTextureList& 
 }
 
 CResult<CImage> LoadImage(const CTextureHit& hit, const std::string& reference) {
-    return hit.data ? image_codec::DecodeImage(*hit.data, reference) : image_codec::ReadImageFile(hit.foundAt);
+    return hit.data ? image_codec::DecodeImage(*hit.data, reference)
+                    : image_codec::ReadImageFile(hit.foundAt);
 }
 
 bool HasTranslucency(const CImage& image) {
@@ -147,6 +157,7 @@ void DecideBlending(CPreparedScene& prepared) {
         const CPreparedMap& map = material.texture;
         const bool seesThrough = isLoaded(map) && map.AlphaIsOpacity() &&
                                  prepared.textures[static_cast<std::size_t>(map.texture)].hasTranslucency;
-        material.needsBlending = material.transparency > 0 || material.additive || isLoaded(material.opacity) || seesThrough;
+        material.needsBlending =
+            material.transparency > 0 || material.additive || isLoaded(material.opacity) || seesThrough;
     }
 }

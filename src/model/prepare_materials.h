@@ -7,8 +7,8 @@ class CScene;
 struct Lib3dsMaterial;
 
 /**
- * Fills materials (the file's in order, then the default one) and textures (each picture that a material names once;
- * not loaded yet, see LoadTextures).
+ * Fills materials (the file's in order, then the default one) and textures (each picture that a material
+ * names once; not loaded yet, see LoadTextures).
  */
 void PrepareMaterials(const CScene& scene, CPreparedScene& prepared);
 

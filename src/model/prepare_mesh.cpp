@@ -12,32 +12,38 @@
 #include "model/mesh_access.h"
 
 namespace {
-/** A vertex of more faces than this gets its normals group by group, in linear time; faces that share two groups then
- *  count twice. */
+/** A vertex of more faces than this gets its normals group by group, in linear time; faces that share two
+ * groups then count twice. */
 constexpr std::uint32_t kHugeFan = 4096;
 constexpr std::uint16_t kWrapU = LIB3DS_FACE_FLAG_WRAP_U, kWrapV = LIB3DS_FACE_FLAG_WRAP_V;
 
-/** acos to within 7e-5 rad, ten times as fast (Abramowitz and Stegun, Handbook of Mathematical Functions, 4.4.45). */
+/** acos to within 7e-5 rad, ten times as fast (Abramowitz and Stegun, Handbook of Mathematical
+ * Functions, 4.4.45). */
 float FastAcos(float x) {
     const float a = std::min(std::abs(x), 1.0f);
-    const float r = std::sqrt(1.0f - a) * (1.5707288f + a * (-0.2121144f + a * (0.0742610f - a * 0.0187293f)));
+    const float r =
+        std::sqrt(1.0f - a) * (1.5707288f + a * (-0.2121144f + a * (0.0742610f - a * 0.0187293f)));
     return x < 0 ? std::numbers::pi_v<float> - r : r;
 }
 
-std::int16_t Snorm(float value) { return static_cast<std::int16_t>(std::lrint(value * 32767.0f)); }
+std::int16_t Snorm(float value) {
+    return static_cast<std::int16_t>(std::lrint(value * 32767.0f));
+}
 
 struct CFaceWork {
     std::uint16_t point[3];
-    std::uint16_t wrap;         ///< bits 0..2: u of that corner is moved up; bits 3..5: v
+    std::uint16_t wrap;  ///< bits 0..2: u of that corner is moved up; bits 3..5: v
     std::uint32_t smoothing;
-    CVec3 weighted[3];          ///< unit normal times the angle at each corner
+    CVec3 weighted[3];  ///< unit normal times the angle at each corner
 };
 
 /** The state of one mesh while it is prepared. */
 class CMeshPreparer {
   public:
     CMeshPreparer(const CMeshView& view, std::uint32_t defaultMaterial, bool keepTexCoords)
-        : m_view(view), m_defaultMaterial(defaultMaterial), m_texCoords(keepTexCoords && view.texelCount > 0) {}
+        : m_view(view),
+          m_defaultMaterial(defaultMaterial),
+          m_texCoords(keepTexCoords && view.texelCount > 0) {}
 
     CPreparedMesh Run() {
         CollectFaces();
@@ -67,10 +73,10 @@ class CMeshPreparer {
     bool m_texCoords;
     CPreparedMesh m_mesh;
     std::vector<CFaceWork> m_faces;
-    std::vector<std::uint32_t> m_source;        ///< for each of m_faces its number in the view
-    std::vector<std::uint32_t> m_firstCorner;   ///< for each point, and one more: where its corners begin
-    std::vector<std::uint32_t> m_corners;       ///< face * 3 + corner, by point
-    std::vector<std::uint32_t> m_vertexOfCorner;///< for each face * 3 + corner its prepared vertex
+    std::vector<std::uint32_t> m_source;          ///< for each of m_faces its number in the view
+    std::vector<std::uint32_t> m_firstCorner;     ///< for each point, and one more: where its corners begin
+    std::vector<std::uint32_t> m_corners;         ///< face * 3 + corner, by point
+    std::vector<std::uint32_t> m_vertexOfCorner;  ///< for each face * 3 + corner its prepared vertex
 };
 
 void CMeshPreparer::CollectFaces() {
@@ -84,7 +90,9 @@ void CMeshPreparer::CollectFaces() {
         const CVec3 normal = Normalized(Cross(edge[0], -edge[2]));
         const float first = FastAcos(-Dot(edge[0], edge[2])), second = FastAcos(-Dot(edge[1], edge[0]));
         const float third = std::max(std::numbers::pi_v<float> - first - second, 0.0f);
-        m_faces.push_back({{face.a, face.b, face.c}, WrapOf(face), SmoothingOf(m_view, i),
+        m_faces.push_back({{face.a, face.b, face.c},
+                           WrapOf(face),
+                           SmoothingOf(m_view, i),
                            {normal * first, normal * second, normal * third}});
         m_source.push_back(static_cast<std::uint32_t>(i));
     }
@@ -193,7 +201,9 @@ void CMeshPreparer::EmitVertex(std::uint32_t point, std::uint32_t begin, std::ui
         const std::uint32_t corner = m_corners[i];
         const CFaceWork& face = m_faces[corner / 3];
         const unsigned wrap = ((face.wrap >> (corner % 3)) & 1u) | ((face.wrap >> (corner % 3 + 2)) & 2u);
-        const auto same = [&](const CDone& d) { return face.smoothing != 0 && d.smoothing == face.smoothing && d.wrap == wrap; };
+        const auto same = [&](const CDone& d) {
+            return face.smoothing != 0 && d.smoothing == face.smoothing && d.wrap == wrap;
+        };
         const auto found = std::find_if(done.begin(), done.end(), same);
         if (found != done.end()) {
             m_vertexOfCorner[corner] = found->vertex;
@@ -258,8 +268,10 @@ void CMeshPreparer::EmitBatches() {
             }
         }
     };
-    if (m_mesh.vertices.size() <= 65536) fill(m_mesh.indices16);
-    else fill(m_mesh.indices32);
+    if (m_mesh.vertices.size() <= 65536)
+        fill(m_mesh.indices16);
+    else
+        fill(m_mesh.indices32);
 }
 }  // namespace
 

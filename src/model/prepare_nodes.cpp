@@ -26,7 +26,8 @@ class CMeshFinder {
         for (std::size_t i = 0; i < meshes.size(); ++i) {
             m_exact.emplace(meshes[i].name, static_cast<int>(i));
             AddLoose(Lower(meshes[i].name), static_cast<int>(i));
-            if (meshes[i].name.size() > kShortName) AddLoose(Lower(meshes[i].name.substr(0, kShortName)), static_cast<int>(i));
+            if (meshes[i].name.size() > kShortName)
+                AddLoose(Lower(meshes[i].name.substr(0, kShortName)), static_cast<int>(i));
         }
     }
     [[nodiscard]] int Find(const std::string& name) const {
@@ -54,12 +55,18 @@ class CMeshFinder {
 
 ENodeKind KindOf(const Lib3dsNode& node) {
     switch (node.type) {
-        case LIB3DS_OBJECT_NODE: return node.name == kDummyName ? ENodeKind::Dummy : ENodeKind::Object;
-        case LIB3DS_CAMERA_NODE: return ENodeKind::Camera;
-        case LIB3DS_TARGET_NODE: return ENodeKind::CameraTarget;
-        case LIB3DS_LIGHT_NODE: return ENodeKind::Light;
-        case LIB3DS_SPOT_NODE: return ENodeKind::SpotTarget;
-        default: return ENodeKind::Ambient;
+        case LIB3DS_OBJECT_NODE:
+            return node.name == kDummyName ? ENodeKind::Dummy : ENodeKind::Object;
+        case LIB3DS_CAMERA_NODE:
+            return ENodeKind::Camera;
+        case LIB3DS_TARGET_NODE:
+            return ENodeKind::CameraTarget;
+        case LIB3DS_LIGHT_NODE:
+            return ENodeKind::Light;
+        case LIB3DS_SPOT_NODE:
+            return ENodeKind::SpotTarget;
+        default:
+            return ENodeKind::Ambient;
     }
 }
 
@@ -136,14 +143,16 @@ void CNodePreparer::AddNode(Lib3dsNode& source, int parent) {
     node.parent = parent;
     node.source = &source;
     node.name = DisplayName(source);
-    if (node.kind == ENodeKind::Object || node.kind == ENodeKind::Dummy) node.name = UniqueName(node.name, m_names);
+    if (node.kind == ENodeKind::Object || node.kind == ENodeKind::Dummy)
+        node.name = UniqueName(node.name, m_names);
     if (node.kind == ENodeKind::Object) SetMesh(source, node);
     m_prepared.nodes.push_back(std::move(node));
 }
 
 void CNodePreparer::SetMesh(const Lib3dsNode& source, CPreparedNode& node) {
     const Lib3dsObjectData& data = source.data.object;
-    for (const Lib3dsMorphKey* key = data.morph_track.keyL; key; key = key->next) m_morphTargets.insert(key->name);
+    for (const Lib3dsMorphKey* key = data.morph_track.keyL; key; key = key->next)
+        m_morphTargets.insert(key->name);
     node.mesh = m_finder.Find(source.name);
     if (node.mesh < 0) return;
     const auto mesh = static_cast<std::size_t>(node.mesh);
@@ -206,7 +215,9 @@ void CNodePreparer::AddCameras() {
 }
 }  // namespace
 
-void PrepareNodes(const CScene& scene, CPreparedScene& prepared) { CNodePreparer(scene, prepared).Run(); }
+void PrepareNodes(const CScene& scene, CPreparedScene& prepared) {
+    CNodePreparer(scene, prepared).Run();
+}
 
 namespace {
 /** The node whose keys say how a mesh stands: the first that is no instance, else the first. */
@@ -236,7 +247,8 @@ bool ResolveMirroring(CPreparedScene& prepared) {
     }
     for (CPreparedNode& node : prepared.nodes) {
         if (node.mesh < 0 || !turned[static_cast<std::size_t>(node.mesh)]) continue;
-        node.meshToNode = CMat4::Translation(-node.pivot) * prepared.meshes[static_cast<std::size_t>(node.mesh)].toLocal;
+        node.meshToNode =
+            CMat4::Translation(-node.pivot) * prepared.meshes[static_cast<std::size_t>(node.mesh)].toLocal;
         if (node.isPlacedByMesh) node.fixedWorld = node.fixedWorld * mirror;
     }
     return any;

@@ -14,8 +14,9 @@
 
 namespace {
 bool HasAnyMap(const CPreparedMaterial& m) {
-    return m.texture.HasEffect() || m.texture2.HasEffect() || m.opacity.HasEffect() || m.specularMap.HasEffect() ||
-           m.shininessMap.HasEffect() || m.selfIlluminationMap.HasEffect() || m.bump.HasEffect();
+    return m.texture.HasEffect() || m.texture2.HasEffect() || m.opacity.HasEffect() ||
+           m.specularMap.HasEffect() || m.shininessMap.HasEffect() || m.selfIlluminationMap.HasEffect() ||
+           m.bump.HasEffect();
 }
 
 void PrepareMeshes(const CScene& scene, unsigned threads, CPreparedScene& prepared) {
@@ -27,7 +28,8 @@ void PrepareMeshes(const CScene& scene, unsigned threads, CPreparedScene& prepar
     ParallelFor(views.size(), threads, [&](std::size_t i) {
         const auto usesMap = [&](std::uint16_t m) { return m != CMeshView::kNoMaterial && mapped[m]; };
         const auto& used = views[i].faceMaterials;
-        prepared.meshes[i] = PrepareMesh(views[i], defaultMaterial, std::any_of(used.begin(), used.end(), usesMap));
+        prepared.meshes[i] =
+            PrepareMesh(views[i], defaultMaterial, std::any_of(used.begin(), used.end(), usesMap));
     });
     for (const CMeshView& view : views) prepared.vertexCount += view.pointCount;
 }
@@ -58,16 +60,23 @@ class CKeyRange {
                 Add(node.data.camera.fov_track);
                 Add(node.data.camera.roll_track);
                 break;
-            case LIB3DS_TARGET_NODE: Add(node.data.target.pos_track); break;
+            case LIB3DS_TARGET_NODE:
+                Add(node.data.target.pos_track);
+                break;
             case LIB3DS_LIGHT_NODE:
                 Add(node.data.light.pos_track);
                 Add(node.data.light.col_track);
                 Add(node.data.light.hotspot_track);
                 Add(node.data.light.falloff_track);
                 break;
-            case LIB3DS_SPOT_NODE: Add(node.data.spot.pos_track); break;
-            case LIB3DS_AMBIENT_NODE: Add(node.data.ambient.col_track); break;
-            default: break;
+            case LIB3DS_SPOT_NODE:
+                Add(node.data.spot.pos_track);
+                break;
+            case LIB3DS_AMBIENT_NODE:
+                Add(node.data.ambient.col_track);
+                break;
+            default:
+                break;
         }
     }
     [[nodiscard]] bool IsAnimated() const { return m_animated; }
@@ -86,15 +95,18 @@ void PrepareFrames(const Lib3dsFile& file, CPreparedScene& prepared) {
         if (node.source) keys.AddNode(*node.source);
     }
     prepared.animated = keys.IsAnimated();
-    const bool segmentFits = file.segment_to > file.segment_from && file.segment_from <= keys.Last() && file.segment_to >= keys.First();
+    const bool segmentFits = file.segment_to > file.segment_from && file.segment_from <= keys.Last() &&
+                             file.segment_to >= keys.First();
     prepared.firstFrame = static_cast<float>(segmentFits ? file.segment_from : keys.First());
     prepared.lastFrame = static_cast<float>(segmentFits ? file.segment_to : keys.Last());
-    prepared.currentFrame = std::clamp(static_cast<float>(file.current_frame), prepared.firstFrame, prepared.lastFrame);
+    prepared.currentFrame =
+        std::clamp(static_cast<float>(file.current_frame), prepared.firstFrame, prepared.lastFrame);
 }
 
 void CountTriangles(CPreparedScene& prepared) {
     for (const CPreparedNode& node : prepared.nodes) {
-        if (node.mesh >= 0) prepared.triangleCount += prepared.meshes[static_cast<std::size_t>(node.mesh)].IndexCount() / 3;
+        if (node.mesh >= 0)
+            prepared.triangleCount += prepared.meshes[static_cast<std::size_t>(node.mesh)].IndexCount() / 3;
     }
 }
 }  // namespace
@@ -105,7 +117,8 @@ CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options)
     prepared.notes = scene.Notes();
     prepared.ambientLight = {file.ambient[0], file.ambient[1], file.ambient[2]};
     prepared.hasBackgroundColor = file.background.solid.use != 0;
-    prepared.backgroundColor = {file.background.solid.col[0], file.background.solid.col[1], file.background.solid.col[2]};
+    prepared.backgroundColor = {file.background.solid.col[0], file.background.solid.col[1],
+                                file.background.solid.col[2]};
     PrepareMaterials(scene, prepared);
     PrepareMeshes(scene, options.threads, prepared);
     if (options.loadTextures) LoadTextures(scene, options.threads, prepared);

@@ -12,7 +12,9 @@
 namespace {
 constexpr float kMaxCoordinate = 1e15f;
 
-float InRange(float value, float low, float high) { return std::isfinite(value) ? std::clamp(value, low, high) : low; }
+float InRange(float value, float low, float high) {
+    return std::isfinite(value) ? std::clamp(value, low, high) : low;
+}
 
 void ClampColor(float* color) {
     for (int i = 0; i < 3; ++i) color[i] = InRange(color[i], 0, 1);
@@ -38,10 +40,11 @@ void ClampMaterial(Lib3dsMaterial& material, CNoteList& notes) {
     ClampColor(material.diffuse);
     ClampColor(material.specular);
     if (material.transparency > 1 || material.transparency < 0) {
-        notes.Repaired("A transparency outside 0 to 100 % was put inside in " + CNoteList::Printable(material.name));
+        notes.Repaired("A transparency outside 0 to 100 % was put inside in " +
+                       CNoteList::Printable(material.name));
     }
-    for (float* share : {&material.shininess, &material.shin_strength, &material.transparency, &material.falloff,
-                         &material.self_ilpct, &material.blur}) {
+    for (float* share : {&material.shininess, &material.shin_strength, &material.transparency,
+                         &material.falloff, &material.self_ilpct, &material.blur}) {
         *share = InRange(*share, 0, 1);
     }
     material.wire_size = InRange(material.wire_size, 0, 100);
@@ -49,7 +52,8 @@ void ClampMaterial(Lib3dsMaterial& material, CNoteList& notes) {
          {&material.texture1_map, &material.texture1_mask, &material.texture2_map, &material.texture2_mask,
           &material.opacity_map, &material.opacity_mask, &material.bump_map, &material.bump_mask,
           &material.specular_map, &material.specular_mask, &material.shininess_map, &material.shininess_mask,
-          &material.self_illum_map, &material.self_illum_mask, &material.reflection_map, &material.reflection_mask}) {
+          &material.self_illum_map, &material.self_illum_mask, &material.reflection_map,
+          &material.reflection_mask}) {
         ClampMap(*map);
     }
 }
@@ -67,7 +71,8 @@ void ClampLight(Lib3dsLight& light) {
 }  // namespace
 
 void ClampScene(Lib3dsFile& file, CNoteList& notes) {
-    for (Lib3dsMaterial* material = file.materials; material; material = material->next) ClampMaterial(*material, notes);
+    for (Lib3dsMaterial* material = file.materials; material; material = material->next)
+        ClampMaterial(*material, notes);
     for (Lib3dsLight* light = file.lights; light; light = light->next) ClampLight(*light);
     for (Lib3dsCamera* camera = file.cameras; camera; camera = camera->next) {
         ClampPosition(camera->position);

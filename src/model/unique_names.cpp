@@ -16,7 +16,8 @@
 std::string UniqueName(const std::string& name, std::unordered_set<std::string>& taken) {
     constexpr std::size_t kMaxLength = 63;
     if (taken.insert(name).second) return name;
-    // A file of 60,000 equal names must not try every number from 2 on for each; the size is a good first guess.
+    // A file of 60,000 equal names must not try every number from 2 on for each; the size is a good first
+    // guess.
     for (std::size_t number = taken.size() > 100 ? taken.size() : 2;; ++number) {
         const std::string suffix = "#" + std::to_string(number);
         std::string candidate = name.substr(0, kMaxLength - suffix.size()) + suffix;
@@ -27,7 +28,8 @@ std::string UniqueName(const std::string& name, std::unordered_set<std::string>&
 namespace {
 using CNewNames = std::unordered_map<std::string, std::vector<std::string>>;
 
-/** Renames all but the first of each name; the result lists, for names that were not unique, all that stand for it. */
+/** Renames all but the first of each name; the result lists, for names that were not unique, all that stand
+ * for it. */
 template <class T>
 CNewNames RenameRepeated(T* first, const char* what, CNoteList& notes) {
     std::unordered_set<std::string> taken;
@@ -38,14 +40,16 @@ CNewNames RenameRepeated(T* first, const char* what, CNoteList& notes) {
         names[old].push_back(name);
         if (name == old) continue;
         CopyName(item->name, name);
-        notes.Repaired(std::string("Two ") + what + " have one name; the second is now " + CNoteList::Printable(name));
+        notes.Repaired(std::string("Two ") + what + " have one name; the second is now " +
+                       CNoteList::Printable(name));
     }
     return names;
 }
 }  // namespace
 
 void MakeNamesUnique(Lib3dsFile& file, CNoteList& notes) {
-    (void)RenameRepeated(file.materials, "materials", notes);  // faces name the first; nothing tells them apart
+    (void)RenameRepeated(file.materials, "materials",
+                         notes);  // faces name the first; nothing tells them apart
     (void)RenameRepeated(file.cameras, "cameras", notes);
     (void)RenameRepeated(file.lights, "lights", notes);
     const CNewNames meshNames = RenameRepeated(file.meshes, "meshes", notes);

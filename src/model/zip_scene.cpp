@@ -31,7 +31,8 @@ std::string StemOf(std::string_view path) {
 }
 
 bool IsPicture(std::string_view name) {
-    constexpr std::array kExtensions = {"jpg", "jpeg", "png", "tga", "bmp", "gif", "tif", "tiff", "pcx", "dds", "sgi", "rgb"};
+    constexpr std::array kExtensions = {"jpg", "jpeg", "png", "tga", "bmp", "gif",
+                                        "tif", "tiff", "pcx", "dds", "sgi", "rgb"};
     const std::string extension = ExtensionOf(name);
     return std::find(kExtensions.begin(), kExtensions.end(), extension) != kExtensions.end();
 }
@@ -42,8 +43,9 @@ const CZipEntry* ChooseModel(const std::vector<CZipEntry>& entries, std::string_
     std::array<long, 2> bestRank{};
     for (const CZipEntry& entry : entries) {
         if (ExtensionOf(entry.name) != "3ds") continue;
-        const std::array<long, 2> rank{StemOf(entry.name) == wanted ? 0L : 1L,
-                                       static_cast<long>(std::count(entry.name.begin(), entry.name.end(), '/'))};
+        const std::array<long, 2> rank{
+            StemOf(entry.name) == wanted ? 0L : 1L,
+            static_cast<long>(std::count(entry.name.begin(), entry.name.end(), '/'))};
         if (best && !(rank < bestRank)) continue;
         best = &entry;
         bestRank = rank;
@@ -58,7 +60,8 @@ CImageDataTextVec ReadPictures(CZipReader& archive, CNoteList& notes) {
         if (!IsPicture(entry.name)) continue;
         CResult<std::vector<std::byte>> data = archive.Read(entry, left);
         if (!data) {
-            notes.Limited("A picture of the archive is not read: " + CNoteList::Printable(entry.name) + " (" + data.Error().message + ")");
+            notes.Limited("A picture of the archive is not read: " + CNoteList::Printable(entry.name) + " (" +
+                          data.Error().message + ")");
             continue;
         }
         left -= std::min<std::uint64_t>(left, data.Value().size());

@@ -75,6 +75,8 @@ CResult<CAtomicFile> CAtomicFile::Create(std::string_view path) {
     if (file_util_ex::GetFileName(target).empty()) {
         return CError{EErrorCode::BadArgument, "no file name", std::string(path)};
     }
+    std::error_code error;
+    if (std::filesystem::is_symlink(target, error)) return WriteError(path, ELOOP);
     struct stat old = {};
     const bool exists = ::stat(target.c_str(), &old) == 0;
     if (const int refusal = exists ? RefusalOf(target, old) : 0; refusal != 0)

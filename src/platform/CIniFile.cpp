@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/CIniFile.h"
 
+// The header holds the whole library where it is asked to; the shared one brings a Unicode library of 30 MB
+// along.
+#define SI_IMPLEMENTATION
 #define SI_NO_CONVERSION
 #include <SimpleIni.h>
 
@@ -10,6 +13,10 @@
 #include "platform/file_util_ex.h"
 
 namespace {
+
+// A type of our own, so that this code never meets the shared library's in one program.
+struct CNameLess : SI_GenericNoCase<char> {};
+using CParser = CSimpleIniTempl<char, CNameLess, SI_ConvertA<char>>;
 
 constexpr std::size_t kMaxBytes = 16 << 20;
 constexpr std::ptrdiff_t kMaxLines = 200'000;  // each costs some 200 bytes once it is read
@@ -87,7 +94,7 @@ bool IsKeyName(std::string_view key) {
 
 struct CIniFile::CContent {
     CContent() { ini.SetSpaces(false); }
-    CSimpleIniA ini{true, false, false};  // UTF-8, one value a key, no multi-line values
+    CParser ini{true, false, false};  // UTF-8, one value a key, no multi-line values
 };
 
 CIniFile::CIniFile() : m_content(std::make_unique<CContent>()) {}
@@ -143,10 +150,10 @@ bool CIniFile::Set(std::string_view section, std::string_view key, std::string_v
 }
 
 std::vector<std::string> CIniFile::Sections() const {
-    CSimpleIniA::TNamesDepend names;
+    CParser::TNamesDepend names;
     m_content->ini.GetAllSections(names);
-    names.sort(CSimpleIniA::Entry::LoadOrder());
+    names.sort(CParser::Entry::LoadOrder());
     std::vector<std::string> sections;
-    for (const CSimpleIniA::Entry& name : names) sections.emplace_back(name.pItem);
+    for (const CParser::Entry& name : names) sections.emplace_back(name.pItem);
     return sections;
 }

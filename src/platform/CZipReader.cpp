@@ -92,6 +92,7 @@ CStatus CZipReader::CArchive::Open() {
     if (bytes.size() > kMaxArchiveBytes || ClaimsTooMany(bytes)) {
         return CError{EErrorCode::TooLarge, "the archive is too large", {}};
     }
+    if (bytes.empty()) return notZip;  // to the library an archive without files
     zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, nullptr);
     if (source == nullptr) return notZip;
     zip.reset(zip_open_from_source(source, ZIP_RDONLY, nullptr));

@@ -109,11 +109,13 @@ FDecodeWithWx WxDecoder() {
 CResult<CImage> DecodeOther(EFormat format, CBytes bytes) {
     const image_probe::CClaim claim = image_probe::ClaimOf(format, bytes);
     if (CStatus fits = CheckSize(claim.width, claim.height); !fits) return fits.Error();
+    const CError endsEarly = Damaged("the picture's data ends early");
+    if (format == EFormat::Tga && !image_probe::IsTgaWhole(bytes)) return endsEarly;
     std::vector<std::byte> firstFrame;
     if (format == EFormat::Gif) {
         // The decoder would unpack every frame of an animation, which has no limit; it is given one.
         const std::size_t end = image_probe::FirstGifFrameEnd(bytes);
-        if (end == 0) return Damaged("the picture's data ends early");
+        if (end == 0) return endsEarly;
         firstFrame.assign(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(end));
         firstFrame.push_back(std::byte{0x3B});
         bytes = firstFrame;

@@ -167,6 +167,22 @@ CClaim ClaimOf(EFormat format, std::span<const std::byte> bytes) {
     }
 }
 
+bool IsTgaWhole(std::span<const std::byte> bytes) {
+    const std::size_t pixelBytes = (At8(bytes, 16) + 7) / 8;
+    const std::size_t mapBytes =
+        At8(bytes, 1) == 0 ? 0 : std::size_t{Le16(bytes, 5)} * ((At8(bytes, 7) + 7) / 8);
+    std::size_t at = 18 + At8(bytes, 0) + mapBytes;
+    std::size_t pixels = std::size_t{Le16(bytes, 12)} * Le16(bytes, 14);
+    // Runs: a byte with the count less one, and its top bit set when one pixel stands for all.
+    const bool packed = At8(bytes, 2) >= 8;
+    while (packed && pixels > 0 && at < bytes.size()) {
+        const std::size_t run = (At8(bytes, at) & 0x7F) + 1;
+        at += 1 + ((At8(bytes, at) & 0x80) != 0 ? 1 : run) * pixelBytes;
+        pixels -= std::min(run, pixels);
+    }
+    return at + pixels * pixelBytes <= bytes.size();
+}
+
 std::size_t FirstGifFrameEnd(std::span<const std::byte> bytes) {
     const std::size_t image = GifImageStart(bytes);
     if (image >= bytes.size()) return 0;

@@ -25,6 +25,9 @@ struct CClaim {
 /** For Tga, Bmp, Gif, Tiff and Pcx: the sizes for which their decoder will take memory. */
 [[nodiscard]] CClaim ClaimOf(EFormat format, std::span<const std::byte> bytes);
 
+/** False when a TGA's pixels end early, which its decoder does not notice. */
+[[nodiscard]] bool IsTgaWhole(std::span<const std::byte> bytes);
+
 /** How many bytes of a GIF its first frame takes, header included; 0 when it has no whole frame. */
 [[nodiscard]] std::size_t FirstGifFrameEnd(std::span<const std::byte> bytes);
 

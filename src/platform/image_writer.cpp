@@ -31,7 +31,9 @@ void WritePart(png_structp png, png_bytep data, png_size_t size) {
 }
 
 void KeepQuiet(png_structp, png_const_charp) {}
-void JumpBack(png_structp png, png_const_charp) { png_longjmp(png, 1); }
+void JumpBack(png_structp png, png_const_charp) {
+    png_longjmp(png, 1);
+}
 
 // Nothing in here may own anything: an error inside the library jumps back to the start.
 bool EncodePng(png_structp png, png_infop info, const CImage& image, bool withAlpha) {

@@ -40,6 +40,20 @@ wxImageHandler* HandlerOf(EFormat format) {
     }
 }
 
+thread_local bool t_isDecoding = false;
+wxAssertHandler_t g_otherAsserts = nullptr;
+
+// The decoders assert on some damaged files. That is the file's fault, and must show no message box.
+void OnAssert(const wxString& file, int line, const wxString& function, const wxString& what,
+              const wxString& text) {
+    if (!t_isDecoding && g_otherAsserts != nullptr) g_otherAsserts(file, line, function, what, text);
+}
+
+[[maybe_unused]] const bool g_assertsCaught = [] {
+    g_otherAsserts = wxSetAssertHandler(OnAssert);
+    return true;
+}();
+
 // Many old programs left the fourth byte 0 and meant nothing by it.
 bool IsWhollyTransparent(const wxImage& image) {
     const unsigned char* alpha = image.GetAlpha();
@@ -76,14 +90,17 @@ extern "C" bool OrbivueDecodeWithWx(EFormat format, const std::byte* bytes, std:
     const wxLogNull silence;
     wxImageHandler* handler = HandlerOf(format);
     if (handler == nullptr) return false;
+    t_isDecoding = true;
+    bool decoded = false;
     try {
         wxMemoryInputStream stream(bytes, size);
         wxImage image;
-        if (!handler->LoadFile(&image, stream, false, 0) || !image.IsOk()) return false;
-        if (image.HasMask()) image.InitAlpha();
-        Interleave(image, *out);
-        return true;
+        decoded = handler->LoadFile(&image, stream, false, 0) && image.IsOk();
+        if (decoded && image.HasMask()) image.InitAlpha();
+        if (decoded) Interleave(image, *out);
     } catch (const std::exception&) {
-        return false;
+        decoded = false;
     }
+    t_isDecoding = false;
+    return decoded;
 }

@@ -35,12 +35,15 @@ void CPlainFrame::ApplySettings() {
     m_view->SetRotate(settings.rotate);
 }
 
-bool CPlainFrame::OpenByPath(const std::wstring& path) {
+void CPlainFrame::OpenByPath(const std::wstring& path) {
+    m_view->WhenReady([this, path] { OpenNow(path); });
+}
+
+void CPlainFrame::OpenNow(const std::wstring& path) {
     const wxBusyCursor busy;
     const bool opened = m_view->OpenModel(path.c_str());
     const wxString title = wxString("Orbivue - ") + path;
     SetTitle(opened ? title : title + " - " + _("File open failed"));
-    return opened;
 }
 
 void CPlainFrame::OnViewKeyDown(int keyCode) {

@@ -19,11 +19,12 @@ class CPlainFrame final : public wxFrame, private CKeyDownListener {
 
     /** False when the display gave no OpenGL window; nothing else may be called then. */
     [[nodiscard]] bool HasView() const;
-    /** Shows a model; the title tells its path, and whether it failed. */
-    bool OpenByPath(const std::wstring& path);
+    /** Shows a model, once the window can; the title then tells its path, and whether it failed. */
+    void OpenByPath(const std::wstring& path);
 
   private:
     void ApplySettings();
+    void OpenNow(const std::wstring& path);
     void OnViewKeyDown(int keyCode) override;
     void OnViewLeftButtonDown() override {}
     void OnViewRightButtonDown() override {}

@@ -81,8 +81,16 @@ void CGLCanvas::BindEvents() {
         wxEVT_TIMER, [this](wxTimerEvent&) { AnimationTick(); }, m_animationTimer.GetId());
 }
 
+bool CGLCanvas::IsReady() const {
+#if defined(__WXGTK__) && !wxUSE_GLCANVAS_EGL
+    return GetXWindow() != 0;
+#else
+    return IsShownOnScreen();
+#endif
+}
+
 void CGLCanvas::BeginGL() {
-    SetCurrent(m_context);
+    if (IsReady()) SetCurrent(m_context);
 }
 
 void CGLCanvas::EndGL() {
@@ -110,7 +118,7 @@ CGLCanvas::CPoint CGLCanvas::InPixels(wxPoint position) const {
 
 void CGLCanvas::Paint() {
     const wxPaintDC dc(this);  // without one the toolkit would ask for the same paint again
-    if (!m_handler || !SetCurrent(m_context)) return;
+    if (!m_handler || !IsReady() || !SetCurrent(m_context)) return;
     m_handler->OnPaint();
     SwapBuffers();
     ArmTicks();

@@ -33,6 +33,7 @@ class CGLCanvas final : public wxGLCanvas, public CGLCanvasI {
 
     void BeginGL() override;
     void EndGL() override;
+    [[nodiscard]] bool IsReady() const override;
     [[nodiscard]] wxWindow* GetWindow() override { return this; }
     void OnModelOpened() override;
     void SetRotating(bool rotating) override;

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
@@ -49,6 +50,13 @@ CViewer3DSWindowHandler::CViewer3DSWindowHandler(wxWindow* parent, CViewToolStat
 
 CViewer3DSWindowHandler::~CViewer3DSWindowHandler() {
     m_longPressTimer.Stop();
+}
+
+void CViewer3DSWindowHandler::WhenReady(std::function<void()> work) {
+    if (GetCanvas() && GetCanvas()->IsReady())
+        work();
+    else
+        m_whenReady = std::move(work);
 }
 
 // --- opening ---------------------------------------------------------------------------------------------
@@ -181,6 +189,8 @@ const char* CViewer3DSWindowHandler::PickNode(int x, int y) {
 
 void CViewer3DSWindowHandler::OnPaint() {
     DrawFrame(GL_RENDER, -1, -1);
+    // Not from inside a paint: the work may take long, and the empty frame is to be seen meanwhile.
+    if (m_whenReady) CallAfter([work = std::exchange(m_whenReady, nullptr)] { work(); });
 }
 
 void CViewer3DSWindowHandler::OnLeftDown(int x, int y) {

@@ -33,6 +33,10 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
     /** Who hears of keys and buttons; null for nobody. */
     void SetOwner(CKeyDownListener* owner) { m_owner = owner; }
 
+    /** Runs work as soon as scenes can be opened: now, or after the window's first paint. Only the last work given
+     *  before that is run. */
+    void WhenReady(std::function<void()> work);
+
     // --- opening -----------------------------------------------------------------------------------------
     /** Opening what is shown already is a success that does nothing. After a failure nothing is shown and the
      *  current path is empty. */
@@ -114,6 +118,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
     double m_scale[3] = {1, 1, 1};
     CTrackBall m_trackBall{true};
     CViewGestures m_gestures;
+    std::function<void()> m_whenReady;
     EToolCursor m_cursor = EToolCursor::Standard;
     wxTimer m_longPressTimer;
 };

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+#include "model/CObjConv3ds.h"
+
+#include <lib3ds/file.h>
+
+#include <filesystem>
+#include <new>
+
+#include "model/CMtlLibrary.h"
+#include "model/CNoteList.h"
+#include "model/CObjSceneMaker.h"
+#include "model/CTextureFolders.h"
+#include "model/obj_parse.h"
+#include "model/utf16_text.h"
+#include "platform/file_util_ex.h"
+
+namespace {
+
+constexpr std::uint64_t kMaxObj = (std::uint64_t{1} << 31) - 1;
+constexpr std::uint64_t kMaxMtl = 32'000'000;
+constexpr std::size_t kMaxLibraries = 16;
+
+std::string_view TextOf(const std::vector<std::byte>& bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+/** Reads the MTL files that mtllib lines name: regular files in the model's folder or below, nothing else. */
+class CLibraryFinder {
+  public:
+    CLibraryFinder(std::string_view modelPath, CNoteList& notes)
+        : m_modelPath(modelPath),
+          m_folders(std::filesystem::path(m_modelPath).parent_path()),
+          m_notes(notes) {}
+
+    CMtlLibrary Read(const std::vector<std::string>& lines) {
+        for (const std::string& line : lines) {
+            // A line may name several files, or one with blanks in its name.
+            if (ReadOne(line)) continue;
+            bool any = false;
+            for (std::size_t begin = 0; begin < line.size();) {
+                const std::size_t end = std::min(line.find_first_of(" \t", begin), line.size());
+                any = (end > begin && ReadOne(line.substr(begin, end - begin))) || any;
+                begin = end + 1;
+            }
+            if (!any)
+                m_notes.Add(CSceneNote::EKind::Missing,
+                            "Material file not found: " + CNoteList::Printable(line));
+        }
+        // Renamed models often still name the old file.
+        if (!lines.empty() && m_read.empty()) {
+            (void)ReadOne(file_util_ex::SetFileExt(file_util_ex::GetFileName(m_modelPath), "mtl"));
+        }
+        return std::move(m_library);
+    }
+
+  private:
+    bool ReadOne(const std::string& name) {
+        const auto path = m_folders.FindBesideModel(CTextureQuery(name));
+        if (!path || m_read.contains(path->native())) return path.has_value();
+        if (m_read.size() == kMaxLibraries) return false;
+        auto bytes = file_util_ex::ReadWholeFile(path->native(), kMaxMtl);
+        if (!bytes) return false;
+        m_read.insert(path->native());
+        m_library.Add(std::string(TextOf(bytes.Value())));
+        return true;
+    }
+
+    std::string m_modelPath;
+    CTextureFolders m_folders;
+    CNoteList& m_notes;
+    CMtlLibrary m_library;
+    std::unordered_set<std::string> m_read;
+};
+
+void NoteWhatIsMissing(const CObjGeometry& geometry, CNoteList& notes) {
+    const auto count = [](std::size_t n, const char* one, const char* many) {
+        return std::to_string(n) + " " + (n == 1 ? one : many);
+    };
+    if (geometry.brokenFaces != 0) {
+        notes.Repaired(count(geometry.brokenFaces, "face", "faces") + " with impossible corners left out");
+    }
+    if (geometry.droppedLines != 0) {
+        notes.Limited(count(geometry.droppedLines, "line", "lines") + " of over 1 MB left out");
+    }
+    if (geometry.tooManyNames) notes.Limited("More than 16,384 groups or materials; the rest share one");
+}
+
+CResult<CLib3dsFilePtr> MakeScene(const CObjGeometry& geometry, const CMtlLibrary& library,
+                                  CNoteList& notes) {
+    if (geometry.faceEnds.empty()) return CError{EErrorCode::BadFormat, "The file has no faces", {}};
+    CLib3dsFilePtr file = CObjSceneMaker(geometry, library, notes).Make();
+    if (!file->meshes) return CError{EErrorCode::BadFormat, "No face of the file can be drawn", {}};
+    NoteWhatIsMissing(geometry, notes);
+    return file;
+}
+
+/** Runs a conversion; a shortage of memory becomes an error. */
+template <class Work>
+CResult<CLib3dsFilePtr> Guarded(std::string_view where, std::vector<CSceneNote>& notes, Work work) {
+    try {
+        CNoteList list;
+        CResult<CLib3dsFilePtr> result = work(list);
+        if (!result) return CError{result.Error().code, result.Error().message, std::string(where)};
+        notes = list.Take();
+        return result;
+    } catch (const std::bad_alloc&) {
+        return CError{EErrorCode::TooLarge, "There is not enough memory for this scene", std::string(where)};
+    }
+}
+
+}  // namespace
+
+Lib3dsFile* CObjConv3ds::Convert(const wchar_t* path) {
+    return Convert(file_util_ex::ConvertToUTF8(path));
+}
+
+Lib3dsFile* CObjConv3ds::Convert(std::string_view path) {
+    std::vector<CSceneNote> notes;
+    CResult<CLib3dsFilePtr> result = ConvertResult(path, notes);
+    return result ? result.Value().release() : nullptr;
+}
+
+CResult<CLib3dsFilePtr> CObjConv3ds::ConvertResult(std::string_view path, std::vector<CSceneNote>& notes) {
+    return Guarded(path, notes, [&](CNoteList& list) -> CResult<CLib3dsFilePtr> {
+        CResult<CObjGeometry> geometry = [&]() -> CResult<CObjGeometry> {
+            auto bytes = file_util_ex::ReadWholeFile(path, kMaxObj);
+            if (!bytes) return bytes.Error();
+            const std::string converted = Utf16ToUtf8(TextOf(bytes.Value()));
+            return ParseObj(converted.empty() ? TextOf(bytes.Value()) : converted);
+        }();
+        if (!geometry) return geometry.Error();
+        const CMtlLibrary library = CLibraryFinder(path, list).Read(geometry.Value().libraries);
+        return MakeScene(geometry.Value(), library, list);
+    });
+}
+
+CResult<CLib3dsFilePtr> CObjConv3ds::ConvertText(std::string_view obj, std::string_view mtl,
+                                                 std::vector<CSceneNote>& notes) {
+    return Guarded({}, notes, [&](CNoteList& list) -> CResult<CLib3dsFilePtr> {
+        const std::string converted = Utf16ToUtf8(obj);
+        const CResult<CObjGeometry> geometry = ParseObj(converted.empty() ? obj : converted);
+        if (!geometry) return geometry.Error();
+        CMtlLibrary library;
+        library.Add(std::string(mtl));
+        return MakeScene(geometry.Value(), library, list);
+    });
+}

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+
+#include "app/CSettings.h"
+#include "app/CSettingsGuard.h"
+#include "platform/CLocalRegStore.h"
+#include "platform/CTestFolder.h"
+
+namespace {
+
+// Gives each test a settings folder, a store and settings of its own.
+class SettingsTest : public testing::Test {
+  protected:
+    SettingsTest() { ::setenv("XDG_CONFIG_HOME", m_folder.Path().c_str(), 1); }
+
+    void Put(const std::string& lines) {
+        std::filesystem::create_directories(m_folder / "orbivue");
+        m_folder.Add("orbivue/settings.ini", "[Settings]\n" + lines);
+        EXPECT_TRUE(CSettings::LoadFile());
+    }
+    [[nodiscard]] std::string File() const { return CTestFolder::TextOf(m_folder / "orbivue/settings.ini"); }
+
+    CTestFolder m_folder;
+    CLocalRegStore::CDefaultFileGuard m_store;
+    CSettingsGuard m_guard;
+    CSettings& m_settings = CSettings::Instance();
+};
+
+constexpr const char* kDefaultFile =
+    "[Settings]\nLanguage=en\nRotate=0\nBounds=0\nCameras=0\nLights=0\nAxis=0\nLastCamera=32776\nShowToolBar="
+    "1\n"
+    "Wire=0\nBkColorR=0\nBkColorG=0\nBkColorB=0\nPovOutputTex=1\nPovPreviewBack=0\nPovUseLastName="
+    "0\nPovRadiosity=0\n"
+    "PovLastName=\nPovDiffuse=0.600\nPovSelfDiff=0.100\nAutoUpdate=1\nCloseOnEsc=0\n";
+
+}  // namespace
+
+TEST_F(SettingsTest, WithoutAFileAllDefaultsAreInForceAndAreWrittenInOrder) {
+    EXPECT_FALSE(CSettings::LoadFile());
+    m_settings.ReadAll();
+    EXPECT_EQ(m_settings, CSettings());
+    EXPECT_TRUE(m_settings.WriteAll());
+    EXPECT_EQ(File(), kDefaultFile);
+}
+
+TEST_F(SettingsTest, EveryFieldComesBack) {
+    Put("");
+    CSettings changed;
+    for (bool CSettings::*field :
+         {&CSettings::showCameras, &CSettings::showLights, &CSettings::showAxis, &CSettings::rotate,
+          &CSettings::showToolBar, &CSettings::showBounds, &CSettings::wireFrame, &CSettings::povOutputTex,
+          &CSettings::povPreviewBack, &CSettings::povUseLastName, &CSettings::povRadiosity,
+          &CSettings::autoUpdate, &CSettings::closeOnEsc}) {
+        changed.*field = !(changed.*field);
+    }
+    changed.language = L"ру";
+    changed.lastCamera = -7;
+    changed.bkColorR = 255;
+    changed.bkColorG = 128;
+    changed.bkColorB = 1;
+    changed.povLastName = L" /m/\"a\"; b\n.pov";
+    changed.povDiffuse = 0.125F;
+    changed.povSelfDiff = -2.5F;
+    m_settings = changed;
+    ASSERT_TRUE(m_settings.WriteAll());
+    m_settings = CSettings();
+    ASSERT_TRUE(CSettings::LoadFile());
+    m_settings.ReadAll();
+    EXPECT_EQ(m_settings, changed) << File();
+}
+
+TEST_F(SettingsTest, AMissingKeyKeepsTheFieldExceptCameraColourAndFactors) {
+    Put("Wire=1\n");
+    m_settings.language = L"de";
+    m_settings.rotate = true;
+    m_settings.povLastName = L"x";
+    m_settings.lastCamera = 1;
+    m_settings.bkColorR = m_settings.bkColorG = m_settings.bkColorB = 9;
+    m_settings.povDiffuse = m_settings.povSelfDiff = 5;
+    m_settings.ReadAll();
+    CSettings expected;
+    expected.language = L"de";
+    expected.rotate = true;
+    expected.povLastName = L"x";
+    expected.wireFrame = true;
+    EXPECT_EQ(m_settings, expected);
+}
+
+struct COddValue {
+    const char* name;
+    const char* line;
+    std::function<bool(const CSettings&)> isRead;
+    const char* written;
+};
+class SettingsOddValueTest : public SettingsTest, public testing::WithParamInterface<COddValue> {};
+
+TEST_P(SettingsOddValueTest, IsReadByRuleAndWrittenClean) {
+    Put(GetParam().line);
+    m_settings.ReadAll();
+    EXPECT_TRUE(GetParam().isRead(m_settings));
+    ASSERT_TRUE(m_settings.WriteAll());
+    EXPECT_NE(File().find(std::string("\n") + GetParam().written + "\n"), std::string::npos) << File();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, SettingsOddValueTest,
+    testing::Values(
+        COddValue{"ColourCutTo8Bits", "BkColorR=300", [](auto& s) { return s.bkColorR == 44; },
+                  "BkColorR=44"},
+        COddValue{"NegativeColour", "BkColorG=-1", [](auto& s) { return s.bkColorG == 255; }, "BkColorG=255"},
+        COddValue{"FactorNotANumber", "PovDiffuse=abc", [](auto& s) { return s.povDiffuse == 0; },
+                  "PovDiffuse=0.000"},
+        COddValue{"FactorEmpty", "PovDiffuse=", [](auto& s) { return s.povDiffuse == 0; },
+                  "PovDiffuse=0.000"},
+        COddValue{"FactorNan", "PovSelfDiff=nan", [](auto& s) { return s.povSelfDiff == 0; },
+                  "PovSelfDiff=0.000"},
+        COddValue{"FactorThenText", "PovSelfDiff=1.5x", [](auto& s) { return s.povSelfDiff == 1.5F; },
+                  "PovSelfDiff=1.500"},
+        COddValue{"FactorHuge", "PovDiffuse=1e99", [](auto& s) { return s.povDiffuse > 1e38F; },
+                  "PovDiffuse=340282346638528859811704183484516925440.000"},
+        COddValue{"BoolAnyNumber", "ShowToolBar=5", [](auto& s) { return s.showToolBar; }, "ShowToolBar=1"},
+        COddValue{"BoolNotANumber", "ShowToolBar=no", [](auto& s) { return s.showToolBar; }, "ShowToolBar=1"},
+        COddValue{"CameraNotANumber", "LastCamera=iso", [](auto& s) { return s.lastCamera == 32776; },
+                  "LastCamera=32776"}),
+    [](const auto& test) { return test.param.name; });
+
+TEST_F(SettingsTest, TheStoresOtherSectionsAndAFailedSaveLeaveTheFileWhole) {
+    Put("Wire=1\n[3dsFileDialog]\nPath=/models\n");
+    m_settings.ReadAll();
+    ASSERT_TRUE(m_settings.WriteAll());
+    EXPECT_NE(File().find("[3dsFileDialog]\nPath=/models\n"), std::string::npos) << File();
+    const std::string before = File();
+    m_settings.povLastName = std::wstring(1, L'\0');
+    EXPECT_FALSE(m_settings.WriteAll());
+    EXPECT_NE(File().find("PovLastName="), std::string::npos);
+    EXPECT_EQ(File(), before);
+}

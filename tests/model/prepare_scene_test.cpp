@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: MIT
+#include "model/prepare_scene.h"
+
+#include <gtest/gtest.h>
+
+#include <numbers>
+#include <vector>
+
+#include "model/C3dsBytes.h"
+#include "model/CSceneReader.h"
+
+namespace {
+/** A scene read from bytes, and prepared. */
+struct CPrepared {
+    explicit CPrepared(const CBytes& bytes)
+        : scene(CSceneReader::ReadBytes(bytes)), prepared(PrepareScene(scene.Value())) {}
+    CResult<CScene> scene;
+    CPreparedScene prepared;
+};
+
+void ExpectNear(CVec3 actual, CVec3 expected, float tolerance = 1e-4f) {
+    EXPECT_LT(Length(actual - expected), tolerance)
+        << actual.x << " " << actual.y << " " << actual.z << " is not " << expected.x << " " << expected.y
+        << " " << expected.z;
+}
+
+CVec3 DrawnPoint(const CPreparedScene& prepared, std::size_t node, std::size_t vertex) {
+    const CPreparedNode& n = prepared.nodes[node];
+    return n.meshToWorld.TransformPoint(
+        prepared.meshes[static_cast<std::size_t>(n.mesh)].vertices[vertex].Position());
+}
+
+CBytes SmoothCube(const std::vector<std::uint32_t>& masks) {
+    CBytes list;
+    for (const std::uint32_t mask : masks) Put(list, mask);
+    return Scene(Mesh("Cube", CubePoints() + CubeFaces(Chunk(0x4150, list))));
+}
+
+struct CSmoothing {
+    const char* name;
+    std::vector<std::uint32_t> masks;  ///< of the 12 triangles: bottom, top, front, back, left, right
+    std::size_t vertices;
+};
+class SmoothingGroups : public testing::TestWithParam<CSmoothing> {};
+std::ostream& operator<<(std::ostream& out, const CSmoothing& row) {
+    return out << row.name;
+}
+
+TEST_P(SmoothingGroups, SplitVertices) {
+    const CPrepared cube(SmoothCube(GetParam().masks));
+    EXPECT_EQ(cube.prepared.meshes[0].vertices.size(), GetParam().vertices);
+    for (const CPreparedVertex& vertex : cube.prepared.meshes[0].vertices)
+        EXPECT_NEAR(Length(vertex.Normal()), 1, 1e-3f);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    PrepareScene, SmoothingGroups,
+    testing::Values(CSmoothing{"None", {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, 24},
+                    CSmoothing{"OneForAll", {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}, 8},
+                    CSmoothing{"OneForEachSide", {1, 1, 2, 2, 4, 4, 8, 8, 16, 16, 32, 32}, 24},
+                    CSmoothing{"TopAloneRestTogether", {1, 1, 2, 2, 1, 1, 1, 1, 1, 1, 1, 1}, 12},
+                    CSmoothing{"EqualUnionsShareAVertex", {3, 3, 3, 3, 1, 1, 1, 1, 3, 3, 1, 1}, 8}),
+    [](const auto& row) { return row.param.name; });
+
+/** The normal of the first of three faces that meet in an edge, at that edge. */
+CVec3 FirstNormalOfSheet(std::initializer_list<std::uint32_t> masks) {
+    const CBytes points =
+        Chunk(0x4110, Words({5}) + Floats({0, 0, 0, 0, 0, 1, -1, 1, 0, -1, 0, 0, -1, -1, 0}));
+    const CBytes faces = Chunk(0x4120, Words({3, 0, 1, 2, 7, 0, 1, 3, 7, 0, 1, 4, 7}) + Smoothing(masks));
+    const CPrepared sheet(Scene(Mesh("Sheet", points + faces)));
+    const CPreparedMesh& mesh = sheet.prepared.meshes[0];
+    return mesh.vertices[mesh.Index(0)].Normal();
+}
+
+TEST(PrepareScene, SmoothingIsNotPassedOn) {
+    // The middle face shares with both others, which do not share with each other.
+    EXPECT_EQ(FirstNormalOfSheet({1, 3, 2}), FirstNormalOfSheet({1, 1, 0}));
+    EXPECT_NE(FirstNormalOfSheet({1, 3, 2}), FirstNormalOfSheet({1, 1, 1}));
+}
+
+TEST(PrepareScene, FanOfManyFacesKeepsItsNormal) {
+    constexpr std::uint16_t kFaces = 5000;
+    CBytes points = Words({kFaces + 1}) + Floats({0, 0, 1});
+    CBytes faces = Words({kFaces}), masks;
+    for (std::uint16_t i = 0; i < kFaces; ++i) {
+        const float angle = 2 * std::numbers::pi_v<float> * static_cast<float>(i) / kFaces;
+        points = std::move(points) + Floats({std::cos(angle), std::sin(angle), 0});
+        faces = std::move(faces) + Words({0, static_cast<std::uint16_t>(i + 1),
+                                          static_cast<std::uint16_t>((i + 1) % kFaces + 1), 7});
+        Put(masks, std::uint32_t{1} << (i % 32));
+    }
+    const CPrepared fan(
+        Scene(Mesh("Fan", Chunk(0x4110, points) + Chunk(0x4120, faces + Chunk(0x4150, masks)))));
+    const CPreparedMesh& mesh = fan.prepared.meshes[0];
+    ExpectNear(mesh.vertices[mesh.Index(0)].Normal(), {0, 0, 1}, 0.01f);
+}
+
+TEST(PrepareScene, FaceOnTheSeamOfAWrappedMapGoesOn) {
+    const CBytes texels = Chunk(0x4140, Words({3}) + Floats({0.9f, 0, 0.1f, 0, 0.9f, 1}));
+    const CBytes mesh = Chunk(0x4110, Words({3}) + Floats({0, 0, 0, 1, 0, 0, 0, 1, 0})) + texels +
+                        Chunk(0x4120, Words({1, 0, 1, 2, 7 | 8}) + Chunk(0x4130, Text("M") + Words({1, 0})));
+    const CPrepared seam(
+        Scene(Material("M", Chunk(0xA200, Chunk(0xA300, Text("X.PNG")))) + Mesh("Seam", mesh)));
+    const CPreparedMesh& prepared = seam.prepared.meshes[0];
+    ASSERT_EQ(prepared.texCoords.size(), 3u);
+    EXPECT_FLOAT_EQ(prepared.texCoords[prepared.Index(1)].x, 1.1f);
+    EXPECT_FLOAT_EQ(prepared.texCoords[prepared.Index(0)].x, 0.9f);
+}
+
+TEST(PrepareScene, FacesAreBatchedByMaterialAndNoneIsLost) {
+    const CBytes groups =
+        Chunk(0x4130, Text("B") + Words({2, 0, 4})) + Chunk(0x4130, Text("A") + Words({1, 7}));
+    const CPrepared cube(
+        Scene(Material("A") + Material("B") + Mesh("Cube", CubePoints() + CubeFaces(groups))));
+    const CPreparedMesh& mesh = cube.prepared.meshes[0];
+    std::vector<std::uint32_t> triangles(3);
+    std::uint32_t next = 0;
+    for (const CPreparedBatch& batch : mesh.batches) {
+        EXPECT_EQ(batch.firstIndex, next);
+        next += batch.indexCount;
+        triangles[batch.material] = batch.indexCount / 3;
+    }
+    EXPECT_EQ(triangles, (std::vector<std::uint32_t>{1, 2, 9}));
+    EXPECT_EQ(next, mesh.IndexCount());
+}
+
+TEST(PrepareScene, MeshWithoutKeysIsDrawnWhereTheFileHasIt) {
+    const CBytes moved = Matrix({0, 1, 0, -1, 0, 0, 0, 0, 1, 10, 0, 0}),
+                 mirrored = Matrix({-1, 0, 0, 0, 1, 0, 0, 0, 1, 4, 0, 0});
+    for (const CBytes& matrix : {moved, mirrored}) {
+        for (const CBytes& keyframer : {CBytes{}, Keyframer(ObjectNode(0, "$$$DUMMY", 65535)),
+                                        Keyframer(ObjectNode(0, "Cube", 65535))}) {
+            const CPrepared cube(Scene(Mesh("Cube", CubePoints() + CubeFaces() + matrix), keyframer));
+            ExpectNear(DrawnPoint(cube.prepared, cube.prepared.nodes.size() - 1, 0), {-1, -1, -1});
+            EXPECT_FALSE(cube.prepared.nodes.back().mirrored);
+        }
+    }
+}
+
+TEST(PrepareScene, HierarchyAndPivotPlaceInstances) {
+    const CBytes quarterTurn = Track(0xB021, 1, Key(0, {std::numbers::pi_v<float> / 2, 0, 0, 1}));
+    const CBytes nodes =
+        ObjectNode(0, "$$$DUMMY", 65535, AtPosition(100, 0, 0)) +
+        ObjectNode(1, "Cube", 0, Chunk(0xB013, Floats({1, 0, 0})) + AtPosition(0, 50, 0) + quarterTurn) +
+        ObjectNode(2, "Cube", 1, Chunk(0xB011, Text("copy")) + AtPosition(0, 0, 7));
+    const CPrepared scene(Scene(Cube(), Keyframer(nodes)));
+    ASSERT_EQ(scene.prepared.nodes.size(), 3u);
+    EXPECT_EQ(scene.prepared.nodes[2].name, "Cube.copy");
+    EXPECT_EQ(scene.prepared.nodes[1].mesh, scene.prepared.nodes[2].mesh);
+    // Corner (-1,-1,-1): less the pivot (-2,-1,-1). lib3ds turns by the negative angle about z: (-1, 2, -1).
+    const CVec3 drawn = DrawnPoint(scene.prepared, 1, 0);
+    EXPECT_NEAR(drawn.z, -1, 1e-4f);
+    EXPECT_NEAR(Length(drawn - CVec3{100, 50, 0}), std::sqrt(6.0f), 1e-4f);
+    ExpectNear(drawn, {99, 52, -1});
+    EXPECT_EQ(scene.prepared.triangleCount, 24u);
+}
+
+struct CMirror {
+    const char* name;
+    float nodeScaleX;
+};
+class MirroredMesh : public testing::TestWithParam<CMirror> {};
+std::ostream& operator<<(std::ostream& out, const CMirror& row) {
+    return out << row.name;
+}
+
+/** The mesh matrix mirrors in x about x = 4; keys that mirror too and keys that do not must give the same
+ * picture. */
+TEST_P(MirroredMesh, StandsWhereItsPointsAre) {
+    const CBytes node = ObjectNode(
+        0, "Cube", 65535, AtPosition(4, 0, 0) + Track(0xB022, 1, Key(0, {GetParam().nodeScaleX, 1, 1})));
+    const CPrepared cube(
+        Scene(Mesh("Cube", CubePoints() + CubeFaces() + Matrix({-1, 0, 0, 0, 1, 0, 0, 0, 1, 4, 0, 0})),
+              Keyframer(node)));
+    ExpectNear(DrawnPoint(cube.prepared, 0, 0), {-1, -1, -1});
+    EXPECT_FALSE(cube.prepared.nodes[0].mirrored);
+}
+INSTANTIATE_TEST_SUITE_P(PrepareScene, MirroredMesh,
+                         testing::Values(CMirror{"KeysMirror", -1}, CMirror{"KeysDoNot", 1}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(PrepareScene, SameNamedMeshesEachHaveTheirNode) {
+    const CBytes nodes =
+        ObjectNode(0, "Cube", 65535, AtPosition(0, 0, 0)) + ObjectNode(1, "Cube", 65535, AtPosition(9, 0, 0));
+    const CPrepared scene(Scene(Cube() + Cube(), Keyframer(nodes)));
+    ASSERT_EQ(scene.prepared.nodes.size(), 2u);
+    EXPECT_NE(scene.prepared.nodes[0].mesh, scene.prepared.nodes[1].mesh);
+    EXPECT_NE(scene.prepared.nodes[0].name, scene.prepared.nodes[1].name);
+}
+
+TEST(EvaluateNodes, TwoFullTurnsBetweenTwoKeysAreTurned) {
+    const float turns = 4 * std::numbers::pi_v<float>;
+    const CBytes node =
+        ObjectNode(0, "Cube", 65535, Track(0xB021, 2, Key(0, {0, 0, 0, 1}) + Key(80, {turns, 0, 0, 1})));
+    CPrepared cube(Scene(Cube(), Keyframer(node)));
+    EXPECT_TRUE(cube.prepared.animated);
+    const CVec3 start = DrawnPoint(cube.prepared, 0, 0);
+    EvaluateNodes(cube.prepared, cube.scene.Value(), 20);  // half a turn
+    ExpectNear(DrawnPoint(cube.prepared, 0, 0), {-start.x, -start.y, start.z}, 1e-3f);
+    EvaluateNodes(cube.prepared, cube.scene.Value(), 80);
+    ExpectNear(DrawnPoint(cube.prepared, 0, 0), start, 1e-3f);
+}
+
+TEST(EvaluateNodes, HideTrackSwitchesAtItsKeys) {
+    const CBytes keys = Dwords({10}) + Words({0}) + Dwords({20}) + Words({0});
+    CPrepared cube(
+        Scene(Cube() + Cube("Other"),
+              Keyframer(ObjectNode(0, "Cube", 65535, AtPosition(0, 0, 0) + Track(0xB029, 2, keys)))));
+    for (const auto& [frame, visible] : {std::pair{0.f, true}, {10.f, false}, {19.f, false}, {20.f, true}}) {
+        EvaluateNodes(cube.prepared, cube.scene.Value(), frame);
+        EXPECT_EQ(cube.prepared.nodes[0].visible, visible) << frame;
+    }
+}
+
+TEST(PrepareScene, DoesNotDependOnTheNumberOfThreads) {
+    CBytes meshes;
+    for (int i = 0; i < 40; ++i)
+        meshes = meshes + Mesh("M" + std::to_string(i), CubePoints() + CubeFaces(Smoothing({1, 1, 2, 2, 3})));
+    CResult<CScene> scene = CSceneReader::ReadBytes(Scene(meshes));
+    const CPreparedScene one = PrepareScene(scene.Value(), {.threads = 1}),
+                         many = PrepareScene(scene.Value(), {.threads = 7});
+    ASSERT_EQ(one.meshes.size(), many.meshes.size());
+    for (std::size_t i = 0; i < one.meshes.size(); ++i) {
+        const auto &a = one.meshes[i].vertices, &b = many.meshes[i].vertices;
+        ASSERT_EQ(a.size(), b.size());
+        EXPECT_EQ(0, std::memcmp(a.data(), b.data(), a.size() * sizeof(a[0])));
+        EXPECT_EQ(one.meshes[i].indices16, many.meshes[i].indices16);
+    }
+}
+}  // namespace
