@@ -11,6 +11,7 @@
 
 #include "engine/C3dsDisplayState.h"
 #include "engine/CGlCurrent.h"
+#include "engine/framing.h"
 #include "model/CSceneReader.h"
 #include "model/prepare_scene.h"
 #include "model/write_scene.h"
@@ -30,15 +31,6 @@ class CStopwatch {
 
 std::string Utf8(const wchar_t* path) {
     return path == nullptr ? std::string() : file_util_ex::ConvertToUTF8(path);
-}
-
-/** What presets are placed round: the model, or else the lights and cameras of a scene that has nothing more. */
-CSphere ViewedSphere(const CPreparedScene& scene) {
-    if (scene.boundingSphere.radius > 0) return scene.boundingSphere;
-    CBox box = scene.bounds;
-    for (const CPreparedLight& light : scene.lights) box.Add(light.position);
-    for (const CPreparedCamera& camera : scene.cameras) box.Add(camera.position);
-    return {box.Center(), box.IsEmpty() ? 0.0f : Length(box.max - box.min) * 0.5f};
 }
 
 template <class T>
@@ -93,7 +85,7 @@ void C3dsDisplayWrap::CState::Evaluate() {
 }
 
 void C3dsDisplayWrap::CState::SetPreset(ECameraPreset preset) {
-    camera.SetModel(scene ? ViewedSphere(Fresh()) : CSphere{{}, 1});
+    camera.SetModel(scene ? FramingSphere(Fresh()) : CSphere{{}, 1});
     camera.SetPreset(preset);
     rotX = rotY = rotZ = 0;
 }

@@ -96,6 +96,7 @@ class CNodePreparer {
     void Run() {
         AddTree();
         AddMeshesWithoutNode();
+        NoteHidden();
         AddLights();
         AddCameras();
     }
@@ -105,6 +106,7 @@ class CNodePreparer {
     void AddNode(Lib3dsNode& node, int parent);
     void SetMesh(const Lib3dsNode& source, CPreparedNode& node);
     void AddMeshesWithoutNode();
+    void NoteHidden();
     void AddLights();
     void AddCameras();
 
@@ -179,6 +181,20 @@ void CNodePreparer::AddMeshesWithoutNode() {
         node.meshToNode = mesh.toLocal;
         m_prepared.nodes.push_back(std::move(node));
     }
+}
+
+/** Authors hide parts to work on others; whoever opens the file wants to see all of it. */
+void CNodePreparer::NoteHidden() {
+    const auto isHidden = [this](const CPreparedNode& node) {
+        if (node.mesh < 0) return false;
+        return (node.source && (node.source->flags1 & LIB3DS_HIDDEN) != 0) ||
+               (m_scene.Meshes()[static_cast<std::size_t>(node.mesh)].mesh->object_flags &
+                LIB3DS_OBJECT_HIDDEN) != 0;
+    };
+    const auto count = std::count_if(m_prepared.nodes.begin(), m_prepared.nodes.end(), isHidden);
+    if (count == 0) return;
+    m_prepared.notes.push_back({CSceneNote::EKind::Limited,
+                                "Objects that the file marks as hidden are shown: " + std::to_string(count)});
 }
 
 void CNodePreparer::AddLights() {

@@ -121,7 +121,10 @@ CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options)
                                 file.background.solid.col[2]};
     PrepareMaterials(scene, prepared);
     PrepareMeshes(scene, options.threads, prepared);
-    if (options.loadTextures) LoadTextures(scene, options.threads, prepared);
+    if (options.loadTextures) {
+        LoadTextures(scene, options.threads, prepared);
+        ReplaceBlackWithoutPicture(prepared);
+    }
     DecideBlending(prepared);
     PrepareNodes(scene, prepared);
     PrepareFrames(file, prepared);
