@@ -26,9 +26,12 @@ constexpr int kNoTextures = 3;
 
 ETextureFilter FilterOf(int textureRenderMode) {
     switch (textureRenderMode) {
-        case 1: return ETextureFilter::Bilinear;
-        case 2: return ETextureFilter::Nearest;
-        default: return ETextureFilter::Trilinear;
+        case 1:
+            return ETextureFilter::Bilinear;
+        case 2:
+            return ETextureFilter::Nearest;
+        default:
+            return ETextureFilter::Trilinear;
     }
 }
 
@@ -77,8 +80,9 @@ void CSceneRenderer::CState::UpdateMeshes(CGlCurrent& gl, const CPreparedScene& 
         const CPreparedMesh& mesh = scene.meshes[i];
         const auto holds = [&](const CMeshBuffers& buffers) { return buffers.HoldsVerticesOf(mesh); };
         // Meshes mostly keep their place, so that is where to look first.
-        auto found = i < before.size() && holds(before[i]) ? before.begin() + static_cast<std::ptrdiff_t>(i)
-                                                           : std::find_if(before.begin(), before.end(), holds);
+        auto found = i < before.size() && holds(before[i])
+                         ? before.begin() + static_cast<std::ptrdiff_t>(i)
+                         : std::find_if(before.begin(), before.end(), holds);
         if (found != before.end()) {
             meshes[i] = std::move(*found);
             *found = {};
@@ -106,7 +110,9 @@ void CSceneRenderer::Refresh(CGlCurrent& gl, const CPreparedScene& scene) {
     m_state->textures.Update(gl, *m_state->can, scene);
 }
 
-void CSceneRenderer::Clear(CGlCurrent&) { m_state = std::make_unique<CState>(); }
+void CSceneRenderer::Clear(CGlCurrent&) {
+    m_state = std::make_unique<CState>();
+}
 
 void CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options) {
     if (m_state->meshes.empty()) return;

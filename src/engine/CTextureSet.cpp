@@ -25,7 +25,8 @@ CTextureSet::CKey CTextureSet::KeyOf(EMapKind slot, const CPreparedMap& map) {
     const ETextureWrap going = map.mirror ? ETextureWrap::Mirror : ETextureWrap::Repeat;
     const bool weighs = slot == EMapKind::Texture ? map.decal || map.AlphaIsOpacity()
                                                   : slot == EMapKind::Texture2 && !map.ignoreAlpha;
-    return {map.texture, map.tile ? going : ETextureWrap::Clamp, weighs ? EAlphaUse::Multiplied : EAlphaUse::Separate};
+    return {map.texture, map.tile ? going : ETextureWrap::Clamp,
+            weighs ? EAlphaUse::Multiplied : EAlphaUse::Separate};
 }
 
 bool CTextureSet::IsOf(const CEntry& entry, const CPreparedTexture& source) {
@@ -40,7 +41,8 @@ void CTextureSet::Update(CGlCurrent& gl, const CGlCapabilities& can, const CPrep
     for (const CPreparedMaterial& material : scene.materials) {
         const std::array<const CPreparedMap*, kMapKinds> maps = MapsOf(material);
         for (std::size_t i = 0; i < maps.size(); ++i) {
-            if (!maps[i]->HasEffect() || static_cast<std::size_t>(maps[i]->texture) >= scene.textures.size()) continue;
+            if (!maps[i]->HasEffect() || static_cast<std::size_t>(maps[i]->texture) >= scene.textures.size())
+                continue;
             used.insert(KeyOf(static_cast<EMapKind>(i), *maps[i]));
         }
     }

@@ -41,13 +41,13 @@ void Flush(std::vector<CVec3>& corners) {
     corners.clear();
 }
 
-void DrawBatch(const CPreparedMesh& mesh, const CPreparedBatch& batch, const std::vector<std::uint8_t>& beyond,
-               std::vector<CVec3>& corners) {
+void DrawBatch(const CPreparedMesh& mesh, const CPreparedBatch& batch,
+               const std::vector<std::uint8_t>& beyond, std::vector<CVec3>& corners) {
     for (std::uint32_t i = batch.firstIndex; i + 2 < batch.firstIndex + batch.indexCount; i += 3) {
         const std::uint32_t a = mesh.Index(i), b = mesh.Index(i + 1), c = mesh.Index(i + 2);
         if ((beyond[a] & beyond[b] & beyond[c]) != 0) continue;
-        corners.insert(corners.end(),
-                       {mesh.vertices[a].Position(), mesh.vertices[b].Position(), mesh.vertices[c].Position()});
+        corners.insert(corners.end(), {mesh.vertices[a].Position(), mesh.vertices[b].Position(),
+                                       mesh.vertices[c].Position()});
         if (corners.size() >= kCornersADraw) Flush(corners);
     }
     Flush(corners);
