@@ -7,8 +7,9 @@
 #include <string_view>
 
 /**
- * Puts a path together again that a shell split at its blanks: parameters are joined with one blank each until what is
- * joined names a file; the rest is ignored. No check is made after the last one. Empty for no parameters.
+ * Puts a path together again that a shell split at its blanks: parameters are joined with one blank each
+ * until what is joined names a file; the rest is ignored. No check is made after the last one. Empty for no
+ * parameters.
  */
 [[nodiscard]] std::wstring JoinModelPath(std::span<const std::wstring> parameters,
                                          const std::function<bool(const std::wstring&)>& doesFileExist);

@@ -86,8 +86,34 @@ bool IsName(std::string_view name, std::string_view forbidden) {
            name.find_first_of(forbidden) == name.npos;
 }
 
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+bool IsBrokenLine(std::string_view line) {
+    line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+    if (line.starts_with(kByteOrderMark)) return true;
+    if (!line.starts_with('[')) return false;
+    const std::size_t end = line.find(']');
+    return end == line.npos || line.substr(1, end - 1).find_first_not_of(" \t") == line.npos;
+}
+
+// The text without section lines that lack their ']' or name. The library would take what follows for the
+// name, and lose it when it saves.
+std::string WithoutBrokenLines(std::string_view text) {
+    while (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+    // The library takes one mark away; were it not ours, it could be one that a dropped line has uncovered.
+    std::string kept(kByteOrderMark);
+    kept.reserve(kept.size() + text.size());
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find_first_of("\r\n", at), text.size() - 1);
+        const std::string_view line = text.substr(at, end - at + 1);
+        if (!IsBrokenLine(line.substr(0, line.find_first_of("\r\n")))) kept += line;
+        at = end + 1;
+    }
+    return kept;
+}
+
 bool IsKeyName(std::string_view key) {
-    return IsName(key, "=") && key.find_first_of("[;#") != 0;
+    return IsName(key, "=") && key.find_first_of("[;#") != 0 && !key.starts_with(kByteOrderMark);
 }
 
 }  // namespace
@@ -107,7 +133,8 @@ CStatus CIniFile::Parse(std::string_view text) {
         return CError{EErrorCode::TooLarge, "too large for settings", {}};
     }
     if (HasNul(text)) return CError{EErrorCode::BadFormat, "not a text", {}};
-    if (!text.empty() && m_content->ini.LoadData(text.data(), text.size()) < 0) {
+    const std::string sound = WithoutBrokenLines(text);
+    if (m_content->ini.LoadData(sound.data(), sound.size()) < 0) {
         m_content = std::make_unique<CContent>();
         return CError{EErrorCode::BadFormat, "not readable as settings", {}};
     }

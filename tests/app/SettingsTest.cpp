@@ -127,7 +127,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "LastCamera=32776"}),
     [](const auto& test) { return test.param.name; });
 
-TEST_F(SettingsTest, TheStoresOtherSectionsAndAFailedSaveLeaveTheFileWhole) {
+TEST_F(SettingsTest, OtherSectionsStayAndAValueThatCannotBeWrittenIsTold) {
     Put("Wire=1\n[3dsFileDialog]\nPath=/models\n");
     m_settings.ReadAll();
     ASSERT_TRUE(m_settings.WriteAll());

@@ -56,7 +56,10 @@ INSTANTIATE_TEST_SUITE_P(Lines, IniHandWrittenTest,
                                          CHandWritten{"Comment", ";k=1", std::nullopt},
                                          CHandWritten{"NoEquals", "k", std::nullopt},
                                          CHandWritten{"NoKey", "=v", std::nullopt},
-                                         CHandWritten{"OpenSection", "[S", std::nullopt}),
+                                         CHandWritten{"OpenSection", "[S", std::nullopt},
+                                         CHandWritten{"MarkInside", "\xEF\xBB\xBF[T]\nk=v", "v"},
+                                         CHandWritten{"AfterOpenSection", "[other\nk=v", "v"},
+                                         CHandWritten{"NoSectionName", "[ ]\nk=v", "v"}),
                          [](const auto& test) { return test.param.name; });
 
 TEST(IniFileTest, RefusesNamesThatCouldNotBeReadBack) {

@@ -23,7 +23,7 @@ CBytes BytesOf(std::string_view text) {
 // A little-endian number of so many bytes.
 std::string Le(std::uint64_t value, int count) {
     std::string text;
-    for (int i = 0; i < count; ++i) text += static_cast<char>((value >> (8 * i)) & 0xFF);
+    for (int i = 0; i < count; ++i, value >>= 8) text += static_cast<char>(value & 0xFF);
     return text;
 }
 

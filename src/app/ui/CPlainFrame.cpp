@@ -20,7 +20,9 @@ CPlainFrame::CPlainFrame(const wxString& title)
 
 CPlainFrame::~CPlainFrame() = default;
 
-bool CPlainFrame::HasView() const { return m_view->GetCanvas() != nullptr; }
+bool CPlainFrame::HasView() const {
+    return m_view->GetCanvas() != nullptr;
+}
 
 void CPlainFrame::ApplySettings() {
     const CSettings& settings = CSettings::Instance();

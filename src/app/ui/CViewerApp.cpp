@@ -26,10 +26,13 @@ constexpr char kAppName[] = "Orbivue";
 constexpr wxCmdLineEntryDesc kCommandLine[] = {
     {wxCMD_LINE_SWITCH, "h", "help", "Shows this help", wxCMD_LINE_VAL_NONE, wxCMD_LINE_OPTION_HELP},
     {wxCMD_LINE_PARAM, nullptr, nullptr, "3ds input file", wxCMD_LINE_VAL_STRING, wxCMD_LINE_PARAM_OPTIONAL},
-    {wxCMD_LINE_PARAM, nullptr, nullptr, "POV-Ray output file", wxCMD_LINE_VAL_STRING, wxCMD_LINE_PARAM_OPTIONAL},
+    {wxCMD_LINE_PARAM, nullptr, nullptr, "POV-Ray output file", wxCMD_LINE_VAL_STRING,
+     wxCMD_LINE_PARAM_OPTIONAL},
     {wxCMD_LINE_NONE, nullptr, nullptr, nullptr, wxCMD_LINE_VAL_NONE, 0}};
 
-void Complain(const char* sentence) { std::fprintf(stderr, "%s: %s\n", kAppName, sentence); }
+void Complain(const char* sentence) {
+    std::fprintf(stderr, "%s: %s\n", kAppName, sentence);
+}
 
 std::vector<std::wstring> Arguments(int argc, wxChar** argv) {
     std::vector<std::wstring> arguments;
@@ -77,8 +80,10 @@ bool CViewerApp::OnCmdLineParsed(wxCmdLineParser& parser) {
         return false;
     }
     std::vector<std::wstring> parameters;
-    for (std::size_t i = 0; i < parser.GetParamCount(); ++i) parameters.push_back(parser.GetParam(i).ToStdWstring());
-    m_inputPath = JoinModelPath(parameters, [](const std::wstring& path) { return file_util_ex::DoesFileExist(path); });
+    for (std::size_t i = 0; i < parser.GetParamCount(); ++i)
+        parameters.push_back(parser.GetParam(i).ToStdWstring());
+    m_inputPath =
+        JoinModelPath(parameters, [](const std::wstring& path) { return file_util_ex::DoesFileExist(path); });
     return true;
 }
 

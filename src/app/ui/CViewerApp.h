@@ -6,8 +6,8 @@
 #include <string>
 
 /**
- * The program: reads the command line and the settings, shows the frame and opens the model named, and writes the
- * settings back at the end. Asked only for help it starts no window system.
+ * The program: reads the command line and the settings, shows the frame and opens the model named, and writes
+ * the settings back at the end. Asked only for help it starts no window system.
  */
 class CViewerApp final : public wxApp {
   public:

@@ -24,9 +24,23 @@ int Rest(int periodMs, const wxStopWatch& sinceLast) {
     return static_cast<int>(std::clamp<long>(periodMs - sinceLast.Time(), 1, periodMs));
 }
 
+/** The toolkit takes a display without OpenGL for a mistake of ours and would ask the user about it in a
+ * dialog. */
+class CWithoutAsserts {
+  public:
+    CWithoutAsserts() : m_before(wxSetAssertHandler(nullptr)) {}
+    CWithoutAsserts(const CWithoutAsserts&) = delete;
+    CWithoutAsserts& operator=(const CWithoutAsserts&) = delete;
+    ~CWithoutAsserts() { wxSetAssertHandler(m_before); }
+
+  private:
+    wxAssertHandler_t m_before;
+};
+
 }  // namespace
 
 CGLCanvasI* CGLCanvasI::Create(CGLWindowHandler* handler, wxWindow* parent) {
+    const CWithoutAsserts probing;
     for (const int samples : {4, 2, 0}) {
         const wxGLAttributes attributes = Attributes(samples);
         if (!wxGLCanvas::IsDisplaySupported(attributes)) continue;

@@ -92,11 +92,12 @@ void CTrackBall::DrawBall() const {
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     glLineWidth(1.0f);
     glColor4f(0.5f, 0, 0, 0);
-    // Only its far half, as a bowl behind the model: the near half would hide what is being turned.
-    glEnable(GL_CULL_FACE);
-    glCullFace(GL_FRONT);
+    // An alpha of 0 leaves the picture as it is: the ball is see-through, and only its depth hides what lies
+    // behind its near half.
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     DrawSphere(Radius(), kSlices, kStacks);
-    glDisable(GL_CULL_FACE);
+    glDisable(GL_BLEND);
 }
 
 void CTrackBall::DrawOutlines() const {
@@ -114,16 +115,16 @@ void CTrackBall::DrawOutlines() const {
 }
 
 void CTrackBall::DrawFrame() const {
-    const double r = Radius();
+    const double r = Radius(), tip = r * 1.1;
     const CGlMatrixGuard turned(GL_MODELVIEW);
     ApplyMatrix();
     glLineWidth(2.0f);
     glColor4f(0.3f, 0.2f, 0.2f, 1.0f);
     DrawRing(r);
     glBegin(GL_LINES);
-    DrawLine({-r, 0, 0}, {r, 0, 0});
-    DrawLine({0, -r, 0}, {0, r, 0});
-    DrawLine({0, 0, -r}, {0, 0, r});
+    DrawLine({-tip, 0, 0}, {tip, 0, 0});
+    DrawLine({0, -tip, 0}, {0, tip, 0});
+    DrawLine({0, 0, -tip}, {0, 0, tip});
     glEnd();
     glLineWidth(1.0f);
 }

@@ -33,8 +33,8 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
     /** Who hears of keys and buttons; null for nobody. */
     void SetOwner(CKeyDownListener* owner) { m_owner = owner; }
 
-    /** Runs work as soon as scenes can be opened: now, or after the window's first paint. Only the last work given
-     *  before that is run. */
+    /** Runs work as soon as scenes can be opened: now, or after the window's first paint. Only the last work
+     * given before that is run. */
     void WhenReady(std::function<void()> work);
 
     // --- opening -----------------------------------------------------------------------------------------

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "app/command_line.h"
+
+namespace {
+
+struct CJoinCase {
+    const char* name;
+    std::vector<std::wstring> parameters;
+    std::vector<std::wstring> files;
+    std::wstring expected;
+};
+
+class CJoinModelPathTest : public testing::TestWithParam<CJoinCase> {};
+
+TEST_P(CJoinModelPathTest, JoinsUntilAFileIsNamed) {
+    const CJoinCase& c = GetParam();
+    const auto exists = [&c](const std::wstring& path) {
+        return std::find(c.files.begin(), c.files.end(), path) != c.files.end();
+    };
+    EXPECT_EQ(JoinModelPath(c.parameters, exists), c.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Parameters, CJoinModelPathTest,
+    testing::Values(CJoinCase{"None", {}, {}, L""}, CJoinCase{"One", {L"a.3ds"}, {}, L"a.3ds"},
+                    CJoinCase{"SplitAtABlank", {L"My", L"car.3ds"}, {L"My car.3ds"}, L"My car.3ds"},
+                    CJoinCase{"RestIsIgnored", {L"a.3ds", L"extra"}, {L"a.3ds"}, L"a.3ds"},
+                    CJoinCase{"RestIsJoinedToNoFile", {L"a.3ds", L"extra"}, {}, L"a.3ds extra"},
+                    CJoinCase{"EmptyOnesFirst", {L"", L"a.3ds"}, {L"a.3ds"}, L"a.3ds"},
+                    CJoinCase{"FirstFileWins", {L"a", L"b", L"c"}, {L"a b", L"a b c"}, L"a b"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(CommandLineTest, HelpNeedsNoWindow) {
+    using CArguments = std::vector<std::wstring>;
+    EXPECT_TRUE(NeedsNoWindow(CArguments{L"-h"}));
+    EXPECT_TRUE(NeedsNoWindow(CArguments{L"a.3ds", L"--help"}));
+    EXPECT_FALSE(NeedsNoWindow(CArguments{}));
+    EXPECT_FALSE(NeedsNoWindow(CArguments{L"a.3ds"}));
+    EXPECT_FALSE(NeedsNoWindow(CArguments{L"--", L"-h"}));
+}
+
+}  // namespace

@@ -1,0 +1,41 @@
+#!/bin/sh
+# SPDX-License-Identifier: MIT
+# Opens a model in the program's window and closes it with Esc. Needs a display and a window manager.
+# Usage: program_in_window.sh PROGRAM MODEL
+set -eu
+program=$1
+model=$2
+fail() {
+    echo "$1" >&2
+    exit 1
+}
+# wait_for WHAT COMMAND...: until the command succeeds, at most 30 seconds
+wait_for() {
+    what=$1
+    shift
+    tries=0
+    until "$@" >/dev/null 2>&1; do
+        tries=$((tries + 1))
+        [ "$tries" -lt 300 ] || fail "waited in vain for $what"
+        sleep 0.1
+    done
+}
+settings=$XDG_CONFIG_HOME/orbivue/settings.ini
+mkdir -p "$XDG_CONFIG_HOME/orbivue"
+printf '[Settings]\nCloseOnEsc=1\nLastCamera=-1\nBkColorR=300\n' >"$settings"
+
+run() {
+    "$program" "$1" &
+    process=$!
+    wait_for "the title" xdotool search --onlyvisible --pid "$process" --name "$2"
+    window=$(xdotool search --onlyvisible --pid "$process" --name "$2" | tail -n 1)
+    xdotool windowactivate --sync "$window" key Escape
+    wait "$process" || fail "the program failed"
+}
+run "$model" "^Orbivue - $model\$"
+grep -q '^LastCamera=32776' "$settings" || fail "the camera was not written"
+grep -q '^BkColorR=44' "$settings" || fail "the colour was not written"
+
+printf 'nothing' >"$XDG_CACHE_HOME/broken.3ds"
+run "$XDG_CACHE_HOME/broken.3ds" "^Orbivue - $XDG_CACHE_HOME/broken.3ds - File open failed\$"
+run "$XDG_CACHE_HOME/missing.3ds" '^Orbivue$'
