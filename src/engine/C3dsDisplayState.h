@@ -18,8 +18,8 @@ struct C3dsDisplayWrap::CState {
     enum class EGpu { Nothing, NeedsUpload, NeedsRefresh, Ready };
 
     std::optional<CScene> scene;
-    CPreparedScene prepared;                ///< ask Fresh() for it
-    std::unique_ptr<CSceneEdits> edits;     ///< refers to scene; made by the first edit
+    CPreparedScene prepared;             ///< ask Fresh() for it
+    std::unique_ptr<CSceneEdits> edits;  ///< refers to scene; made by the first edit
     float frame = 0;
     bool viewingOnly = false;
     double readMs = 0, prepareMs = 0;
@@ -30,7 +30,7 @@ struct C3dsDisplayWrap::CState {
     CDrawOptions options;
     COverlays overlays;
     CVec3 background;
-    CDepthRange depthRange;                 ///< of the last InitDrawings
+    CDepthRange depthRange;  ///< of the last InitDrawings
 
     CViewCamera camera;
     C2DRect preview{0, 0, 640, 480};

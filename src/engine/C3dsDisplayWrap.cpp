@@ -11,6 +11,7 @@
 
 #include "engine/C3dsDisplayState.h"
 #include "engine/CGlCurrent.h"
+#include "engine/framing.h"
 #include "model/CSceneReader.h"
 #include "model/prepare_scene.h"
 #include "model/write_scene.h"
@@ -30,15 +31,6 @@ class CStopwatch {
 
 std::string Utf8(const wchar_t* path) {
     return path == nullptr ? std::string() : file_util_ex::ConvertToUTF8(path);
-}
-
-/** What presets are placed round: the model, or else the lights and cameras of a scene that has nothing more. */
-CSphere ViewedSphere(const CPreparedScene& scene) {
-    if (scene.boundingSphere.radius > 0) return scene.boundingSphere;
-    CBox box = scene.bounds;
-    for (const CPreparedLight& light : scene.lights) box.Add(light.position);
-    for (const CPreparedCamera& camera : scene.cameras) box.Add(camera.position);
-    return {box.Center(), box.IsEmpty() ? 0.0f : Length(box.max - box.min) * 0.5f};
 }
 
 template <class T>
@@ -93,7 +85,7 @@ void C3dsDisplayWrap::CState::Evaluate() {
 }
 
 void C3dsDisplayWrap::CState::SetPreset(ECameraPreset preset) {
-    camera.SetModel(scene ? ViewedSphere(Fresh()) : CSphere{{}, 1});
+    camera.SetModel(scene ? FramingSphere(Fresh()) : CSphere{{}, 1});
     camera.SetPreset(preset);
     rotX = rotY = rotZ = 0;
 }
@@ -103,10 +95,14 @@ bool C3dsDisplayWrap::CState::Fail(CError error) {
     return false;
 }
 
-bool C3dsDisplayWrap::CState::Answer(const CStatus& status) { return status.HasValue() || Fail(status.Error()); }
+bool C3dsDisplayWrap::CState::Answer(const CStatus& status) {
+    return status.HasValue() || Fail(status.Error());
+}
 
 C3dsDisplayWrap::C3dsDisplayWrap() : m_state(std::make_unique<CState>()) {}
-C3dsDisplayWrap::~C3dsDisplayWrap() { CloseModel(); }
+C3dsDisplayWrap::~C3dsDisplayWrap() {
+    CloseModel();
+}
 void C3dsDisplayWrap::UpdateModelOnZoom() {}
 
 bool C3dsDisplayWrap::OpenModel(const wchar_t* path) {
@@ -164,7 +160,8 @@ void C3dsDisplayWrap::CloseModel() {
 }
 
 bool C3dsDisplayWrap::SaveAs(const wchar_t* path) {
-    if (!m_state->scene || m_state->viewingOnly) return m_state->Fail({EErrorCode::NotFound, "no model is open", {}});
+    if (!m_state->scene || m_state->viewingOnly)
+        return m_state->Fail({EErrorCode::NotFound, "no model is open", {}});
     return m_state->Answer(WriteScene(*m_state->scene, Utf8(path)));
 }
 
@@ -178,14 +175,28 @@ Lib3dsFile* C3dsDisplayWrap::Get3dsFile() {
     }
 }
 
-const CPreparedScene* C3dsDisplayWrap::Prepared() const { return m_state->scene ? &m_state->Fresh() : nullptr; }
-const CError& C3dsDisplayWrap::LastError() const { return m_state->lastError; }
-void C3dsDisplayWrap::SetViewingOnly(bool viewingOnly) { m_state->viewingOnly = viewingOnly; }
-double C3dsDisplayWrap::GetReadMs() const { return m_state->readMs; }
-double C3dsDisplayWrap::GetPrepareMs() const { return m_state->prepareMs; }
+const CPreparedScene* C3dsDisplayWrap::Prepared() const {
+    return m_state->scene ? &m_state->Fresh() : nullptr;
+}
+const CError& C3dsDisplayWrap::LastError() const {
+    return m_state->lastError;
+}
+void C3dsDisplayWrap::SetViewingOnly(bool viewingOnly) {
+    m_state->viewingOnly = viewingOnly;
+}
+double C3dsDisplayWrap::GetReadMs() const {
+    return m_state->readMs;
+}
+double C3dsDisplayWrap::GetPrepareMs() const {
+    return m_state->prepareMs;
+}
 
-bool C3dsDisplayWrap::HasAnimation() const { return m_state->scene && m_state->Fresh().animated; }
-float C3dsDisplayWrap::GetFrame() const { return m_state->frame; }
+bool C3dsDisplayWrap::HasAnimation() const {
+    return m_state->scene && m_state->Fresh().animated;
+}
+float C3dsDisplayWrap::GetFrame() const {
+    return m_state->frame;
+}
 
 void C3dsDisplayWrap::SetFrame(float frame) {
     if (!m_state->scene || !std::isfinite(frame)) return;

@@ -20,13 +20,14 @@ using CStdStr = std::basic_string<T>;
 /**
  * The display engine: one 3DS scene at a time, drawn with OpenGL into the current context, and edited.
  *
- * Every operation that draws needs the canvas's context to be current (its caller sees to that), and so does opening
- * or closing when a scene has been drawn before; cameras, getters and edits do not. Buffers and textures are made by
- * the first drawing. Loading and editing report failure by their bool; LastError() then says why. Names are UTF-8 or
- * the file's bytes; null stands for an empty one. Not thread-safe: one thread at a time calls it.
+ * Every operation that draws needs the canvas's context to be current (its caller sees to that), and so does
+ * opening or closing when a scene has been drawn before; cameras, getters and edits do not. Buffers and
+ * textures are made by the first drawing. Loading and editing report failure by their bool; LastError() then
+ * says why. Names are UTF-8 or the file's bytes; null stands for an empty one. Not thread-safe: one thread at
+ * a time calls it.
  *
- * Edits change the scene in memory, and take effect at the next drawing. Nodes and materials go on answering to the
- * names they had when the scene was opened.
+ * Edits change the scene in memory, and take effect at the next drawing. Nodes and materials go on answering
+ * to the names they had when the scene was opened.
  */
 class C3dsDisplayWrap {
   public:
@@ -51,26 +52,28 @@ class C3dsDisplayWrap {
     [[nodiscard]] const CPreparedScene* Prepared() const;
     [[nodiscard]] const CError& LastError() const;
 
-    /** For programs that only draw, set before opening: what only edits, picking, saving and other frames need is given
-     *  back as soon as it can be. Edits, SaveAs, Get3dsFile and picking then fail or find nothing, and the frame is
-     *  chosen before the first drawing. */
+    /** For programs that only draw, set before opening: what only edits, picking, saving and other frames
+     * need is given back as soon as it can be. Edits, SaveAs, Get3dsFile and picking then fail or find
+     * nothing, and the frame is chosen before the first drawing. */
     void SetViewingOnly(bool viewingOnly);
     /** How long the last successful open took, in milliseconds: reading, and preparing to draw. */
     [[nodiscard]] double GetReadMs() const;
     [[nodiscard]] double GetPrepareMs() const;
 
     // --- drawing ----------------------------------------------------------------------------------------
-    /** Sets the viewport, clears, and leaves the perspective projection as the current matrix. GL_SELECT restricts it to
-     *  the 5 x 5 pixels round (x, y), origin top left. False without a scene: then it only clears. */
+    /** Sets the viewport, clears, and leaves the perspective projection as the current matrix. GL_SELECT
+     * restricts it to the 5 x 5 pixels round (x, y), origin top left. False without a scene: then it only
+     * clears. */
     [[nodiscard]] bool InitDrawings(int renderMode, int x, int y);
-    /** Draws with the current matrices and polygon mode: turns by the rotation angles about the origin point, then the
-     *  nodes; in GL_RENDER the overlays too, in GL_SELECT each node under its identifier, its index in Prepared(). Where
-     *  the caller's model-view matrix carries the scene out of the depth range, the range is widened for this call. */
+    /** Draws with the current matrices and polygon mode: turns by the rotation angles about the origin point,
+     * then the nodes; in GL_RENDER the overlays too, in GL_SELECT each node under its identifier, its index
+     * in Prepared(). Where the caller's model-view matrix carries the scene out of the depth range, the range
+     * is widened for this call. */
     void DrawModel(int renderMode);
     /** A whole frame with the engine's own camera, in the polygon mode that is set. */
     void PaintModel();
-    /** Goes one frame on, from the last one back to the first. Draws nothing itself, as only the caller knows how the
-     *  view is turned: who gets true repaints. False when nothing is animated. */
+    /** Goes one frame on, from the last one back to the first. Draws nothing itself, as only the caller knows
+     * how the view is turned: who gets true repaints. False when nothing is animated. */
     bool DrawAnimations();
     void SetPreviewSize(const C2DRect& rect);
     [[nodiscard]] const C2DRect& GetPreviewSize() const;
@@ -99,7 +102,8 @@ class C3dsDisplayWrap {
     void SetFrontCameraModel();
     void SetBackCameraModel();
     void SetIsoCameraModel();
-    /** Looks through a camera of the file, with its roll and field of view. False when there is none so named. */
+    /** Looks through a camera of the file, with its roll and field of view. False when there is none so
+     * named. */
     [[nodiscard]] bool SetFileCameraModel(const std::string& name);
     [[nodiscard]] std::vector<std::string> GetFileCameraNames() const;
     [[nodiscard]] float GetXOrg() const;
@@ -129,16 +133,19 @@ class C3dsDisplayWrap {
     /** Shows the scene at a frame of its animation. */
     void SetFrame(float frame);
 
-    // --- edits: see CSceneEdits and material_edits. Values that are not finite are refused ------------------
+    // --- edits: see CSceneEdits and material_edits. Values that are not finite are refused
+    // ------------------
     [[nodiscard]] const char* GetNodeNameById(int id) const;
     [[nodiscard]] bool DeleteNode(const char* node);
     [[nodiscard]] bool ReplaceNode(const char* node, const wchar_t* file, const char* newNode);
     [[nodiscard]] bool MoveNode(const char* node, float x, float y, float z);
     [[nodiscard]] bool RotateNode(const char* node, float x, float y, float z);
-    [[nodiscard]] bool SetNodeMaterialColor(const char* node, const char* material, float r, float g, float b);
+    [[nodiscard]] bool SetNodeMaterialColor(const char* node, const char* material, float r, float g,
+                                            float b);
     [[nodiscard]] bool SetNodeMaterialShininess(const char* node, const char* material, float value);
     [[nodiscard]] bool SetNodeMaterialTransparency(const char* node, const char* material, float value);
-    [[nodiscard]] bool SetNodeMaterialTexture(const char* node, const char* material, const CStdStr<wchar_t>& imagePath);
+    [[nodiscard]] bool SetNodeMaterialTexture(const char* node, const char* material,
+                                              const CStdStr<wchar_t>& imagePath);
     [[nodiscard]] bool SetMaterialColor(const char* material, float r, float g, float b);
     [[nodiscard]] bool SetMaterialShininess(const char* material, float value);
     [[nodiscard]] bool SetMaterialTransparency(const char* material, float value);

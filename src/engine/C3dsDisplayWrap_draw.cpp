@@ -12,7 +12,9 @@ namespace {
 constexpr float kPickPixels = 5;
 constexpr float kNearOfFar = 1.0f / 4000.0f;
 
-int Pixels(double extent) { return static_cast<int>(std::clamp(std::abs(extent), 1.0, 65536.0)); }
+int Pixels(double extent) {
+    return static_cast<int>(std::clamp(std::abs(extent), 1.0, 65536.0));
+}
 
 /** Blows the pixels round a point, in OpenGL's bottom-up coordinates, up to the whole view. */
 void RestrictTo(float x, float y, int width, int height) {
@@ -21,8 +23,8 @@ void RestrictTo(float x, float y, int width, int height) {
     glScalef(w / kPickPixels, h / kPickPixels, 1);
 }
 
-/** Holds the projection matrix widened in depth where the spheres, as the model-view matrix carries them, would be cut
- *  off. Set back by hand: its stack may have no room left. */
+/** Holds the projection matrix widened in depth where the spheres, as the model-view matrix carries them,
+ * would be cut off. Set back by hand: its stack may have no room left. */
 class CWidenedDepth {
   public:
     CWidenedDepth(CDepthRange range, const std::vector<CSphere>& spheres) {
@@ -49,7 +51,8 @@ class CWidenedDepth {
         const auto& p = m_projection.m;
         const float unit = Length({p[3], p[7], p[11]});
         float scale = 0;
-        for (std::size_t c = 0; c < 12; c += 4) scale = std::max(scale, Length({model.m[c], model.m[c + 1], model.m[c + 2]}));
+        for (std::size_t c = 0; c < 12; c += 4)
+            scale = std::max(scale, Length({model.m[c], model.m[c + 1], model.m[c + 2]}));
         if (!(unit > 0)) return range;  // no perspective
         float nearest = range.nearPlane, farthest = range.farPlane;
         for (const CSphere& sphere : spheres) {
@@ -86,8 +89,11 @@ void C3dsDisplayWrap::CState::SyncGpu(CGlCurrent& gl) {
 
 void C3dsDisplayWrap::CState::DropWhatWasUploaded() {
     for (CPreparedMesh& mesh : prepared.meshes) {
-        const auto blends = [this](const CPreparedBatch& batch) { return prepared.materials[batch.material].needsBlending; };
-        if (std::any_of(mesh.batches.begin(), mesh.batches.end(), blends)) continue;  // sorted anew for each view
+        const auto blends = [this](const CPreparedBatch& batch) {
+            return prepared.materials[batch.material].needsBlending;
+        };
+        if (std::any_of(mesh.batches.begin(), mesh.batches.end(), blends))
+            continue;  // sorted anew for each view
         mesh.vertices = {};
         mesh.texCoords = {};
         mesh.indices16 = {};
@@ -163,9 +169,21 @@ void C3dsDisplayWrap::SetBkColors(float r, float g, float b) {
     m_state->background = {std::clamp(r, 0.0f, 1.0f), std::clamp(g, 0.0f, 1.0f), std::clamp(b, 0.0f, 1.0f)};
 }
 
-void C3dsDisplayWrap::SetTextureRenderMode(int mode) { m_state->options.textureRenderMode = mode; }
-void C3dsDisplayWrap::SetUseFileLights(bool use) { m_state->options.useFileLights = use; }
-void C3dsDisplayWrap::SetShowBounds(bool show) { m_state->overlays.bounds = show; }
-void C3dsDisplayWrap::SetShowCameras(bool show) { m_state->overlays.cameras = show; }
-void C3dsDisplayWrap::SetShowLights(bool show) { m_state->overlays.lights = show; }
-void C3dsDisplayWrap::SetShowAxis(bool show) { m_state->overlays.axes = show; }
+void C3dsDisplayWrap::SetTextureRenderMode(int mode) {
+    m_state->options.textureRenderMode = mode;
+}
+void C3dsDisplayWrap::SetUseFileLights(bool use) {
+    m_state->options.useFileLights = use;
+}
+void C3dsDisplayWrap::SetShowBounds(bool show) {
+    m_state->overlays.bounds = show;
+}
+void C3dsDisplayWrap::SetShowCameras(bool show) {
+    m_state->overlays.cameras = show;
+}
+void C3dsDisplayWrap::SetShowLights(bool show) {
+    m_state->overlays.lights = show;
+}
+void C3dsDisplayWrap::SetShowAxis(bool show) {
+    m_state->overlays.axes = show;
+}

@@ -8,12 +8,18 @@
 
 namespace {
 
-std::string_view Text(const char* text) { return text == nullptr ? std::string_view() : text; }
+std::string_view Text(const char* text) {
+    return text == nullptr ? std::string_view() : text;
+}
 
 /** Null asks for the scene-wide form, which a caller's null does not mean. */
-const char* OneNode(const char* node) { return node == nullptr ? "" : node; }
+const char* OneNode(const char* node) {
+    return node == nullptr ? "" : node;
+}
 
-CError NotANumber() { return {EErrorCode::BadArgument, "the value is not a number", {}}; }
+CError NotANumber() {
+    return {EErrorCode::BadArgument, "the value is not a number", {}};
+}
 
 }  // namespace
 
@@ -38,11 +44,13 @@ bool C3dsDisplayWrap::CState::EditMaterial(const char* node, const char* materia
     });
 }
 
-bool C3dsDisplayWrap::CState::EditTexture(const char* node, const char* material, const CStdStr<wchar_t>& imagePath) {
+bool C3dsDisplayWrap::CState::EditTexture(const char* node, const char* material,
+                                          const CStdStr<wchar_t>& imagePath) {
     if (!scene || viewingOnly) return Fail({EErrorCode::NotFound, "no model is open for editing", {}});
     std::string name;
     if (!imagePath.empty()) {
-        CResult<std::string> added = material_edits::AddTextureFile(*scene, file_util_ex::ConvertToUTF8(imagePath));
+        CResult<std::string> added =
+            material_edits::AddTextureFile(*scene, file_util_ex::ConvertToUTF8(imagePath));
         if (!added) return Fail(added.Error());
         name = std::move(added).Value();
     }
@@ -68,17 +76,23 @@ bool C3dsDisplayWrap::ReplaceNode(const char* node, const wchar_t* file, const c
 }
 
 bool C3dsDisplayWrap::MoveNode(const char* node, float x, float y, float z) {
-    return m_state->Edit([&](CSceneEdits& e) { return e.MoveNode(m_state->prepared, Text(node), {x, y, z}); });
+    return m_state->Edit([&](CSceneEdits& e) {
+        return e.MoveNode(m_state->prepared, Text(node), {x, y, z});
+    });
 }
 
 bool C3dsDisplayWrap::RotateNode(const char* node, float x, float y, float z) {
-    return m_state->Edit([&](CSceneEdits& e) { return e.RotateNode(m_state->prepared, Text(node), {x, y, z}); });
+    return m_state->Edit([&](CSceneEdits& e) {
+        return e.RotateNode(m_state->prepared, Text(node), {x, y, z});
+    });
 }
 
-bool C3dsDisplayWrap::SetNodeMaterialColor(const char* node, const char* material, float r, float g, float b) {
+bool C3dsDisplayWrap::SetNodeMaterialColor(const char* node, const char* material, float r, float g,
+                                           float b) {
     if (!IsFinite({r, g, b})) return m_state->Fail(NotANumber());
-    return m_state->EditMaterial(OneNode(node), material,
-                                 [=](Lib3dsMaterial& m) { material_edits::SetColor(m, {r, g, b}); });
+    return m_state->EditMaterial(OneNode(node), material, [=](Lib3dsMaterial& m) {
+        material_edits::SetColor(m, {r, g, b});
+    });
 }
 
 bool C3dsDisplayWrap::SetNodeMaterialShininess(const char* node, const char* material, float value) {
@@ -93,14 +107,16 @@ bool C3dsDisplayWrap::SetNodeMaterialTransparency(const char* node, const char* 
                                  [=](Lib3dsMaterial& m) { material_edits::SetTransparency(m, value); });
 }
 
-bool C3dsDisplayWrap::SetNodeMaterialTexture(const char* node, const char* material, const CStdStr<wchar_t>& imagePath) {
+bool C3dsDisplayWrap::SetNodeMaterialTexture(const char* node, const char* material,
+                                             const CStdStr<wchar_t>& imagePath) {
     return m_state->EditTexture(OneNode(node), material, imagePath);
 }
 
 bool C3dsDisplayWrap::SetMaterialColor(const char* material, float r, float g, float b) {
     if (!IsFinite({r, g, b})) return m_state->Fail(NotANumber());
-    return m_state->EditMaterial(nullptr, material,
-                                 [=](Lib3dsMaterial& m) { material_edits::SetColor(m, {r, g, b}); });
+    return m_state->EditMaterial(nullptr, material, [=](Lib3dsMaterial& m) {
+        material_edits::SetColor(m, {r, g, b});
+    });
 }
 
 bool C3dsDisplayWrap::SetMaterialShininess(const char* material, float value) {

@@ -11,8 +11,8 @@
 class CSortedBatches;
 
 /**
- * Draws the items of a draw list through a pipeline, and changes only the OpenGL state that differs from one item to
- * the next. Lives for one frame, inside a CGlStateGuard.
+ * Draws the items of a draw list through a pipeline, and changes only the OpenGL state that differs from one
+ * item to the next. Lives for one frame, inside a CGlStateGuard.
  */
 class CBatchDrawer {
   public:
@@ -34,9 +34,9 @@ class CBatchDrawer {
     CDrawPipeline& m_pipeline;
     const std::vector<CMeshBuffers>& m_meshes;
     const CSortedBatches& m_sorted;
-    int m_polygonMode[2] = {};      ///< the caller's, front and back
+    int m_polygonMode[2] = {};  ///< the caller's, front and back
     std::optional<std::uint32_t> m_node, m_material, m_mesh;
     bool m_hasTexCoords = false;
-    bool m_ownIndices = true;       ///< the mesh's own index buffer is bound
+    bool m_ownIndices = true;  ///< the mesh's own index buffer is bound
     bool m_wire = false;
 };

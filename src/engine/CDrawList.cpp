@@ -47,7 +47,8 @@ CDrawList CDrawList::Build(CGlCurrent& gl, const CPreparedScene& scene, const CF
     for (std::uint32_t n = 0; n < scene.nodes.size(); ++n) {
         const CPreparedNode& node = scene.nodes[n];
         const auto meshIndex = static_cast<std::size_t>(node.mesh);
-        if (!node.visible || node.mesh < 0 || meshIndex >= meshes.size() || !view.MayShow(node.worldBounds)) continue;
+        if (!node.visible || node.mesh < 0 || meshIndex >= meshes.size() || !view.MayShow(node.worldBounds))
+            continue;
         const CPreparedMesh& mesh = scene.meshes[meshIndex];
         const bool hasTexCoords = meshes[meshIndex].HasTexCoords();
         const std::array<double, 4> row = view.DepthRow(view.EyeModelView(node.meshToWorld));
@@ -57,7 +58,8 @@ CDrawList CDrawList::Build(CGlCurrent& gl, const CPreparedScene& scene, const CF
             const CPreparedMaterial& material = scene.materials[batch.material];
             if (batch.indexCount == 0 || IsInvisible(material)) continue;
             CDrawItem item{n, b, batch.material, keys.Of(batch.material, hasTexCoords), middle, false};
-            if (IsBlended(material) && !material.additive && CSortedBatches::Sorts(batch)) {
+            if (IsBlended(material) && !material.additive && !mesh.vertices.empty() &&
+                CSortedBatches::Sorts(batch)) {
                 item.depth = sorted.Sort(gl, n, b, mesh, row).Middle();
                 item.sorted = true;
             }

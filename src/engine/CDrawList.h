@@ -20,10 +20,10 @@ struct CDrawItem {
 
 /** What a frame draws, in this order: what is outside the view, hidden or invisible is left out. */
 struct CDrawList {
-    std::vector<CDrawItem> opaque;          ///< grouped by program and material, near ones first
-    std::vector<CDrawItem> transparent;     ///< far ones first
+    std::vector<CDrawItem> opaque;       ///< grouped by program and material, near ones first
+    std::vector<CDrawItem> transparent;  ///< far ones first
 
     [[nodiscard]] static CDrawList Build(CGlCurrent& gl, const CPreparedScene& scene, const CFrameView& view,
-                                         const CDrawPipeline& pipeline, const std::vector<CMeshBuffers>& meshes,
-                                         CSortedBatches& sorted);
+                                         const CDrawPipeline& pipeline,
+                                         const std::vector<CMeshBuffers>& meshes, CSortedBatches& sorted);
 };

@@ -19,12 +19,12 @@ struct CFrame {
     const CFrameLights& lights;
     CTextureSet& textures;
     ETextureFilter filter = ETextureFilter::Trilinear;
-    bool asLines = false;       ///< the caller draws a wire frame
+    bool asLines = false;  ///< the caller draws a wire frame
 };
 
 /**
- * One way of giving materials, lights and transforms to OpenGL. Used between Begin and End of one frame; the caller
- * takes care of culling, blending and buffers, and restores state that was changed.
+ * One way of giving materials, lights and transforms to OpenGL. Used between Begin and End of one frame; the
+ * caller takes care of culling, blending and buffers, and restores state that was changed.
  */
 class CDrawPipeline {
   public:
@@ -32,7 +32,8 @@ class CDrawPipeline {
     virtual void Begin(CGlCurrent& gl, const CFrame& frame) = 0;
     virtual void End(CGlCurrent& gl) = 0;
     /** Parts of equal keys are cheap to draw one after the other. */
-    [[nodiscard]] virtual std::uint32_t SortKey(const CPreparedMaterial& material, bool hasTexCoords) const = 0;
+    [[nodiscard]] virtual std::uint32_t SortKey(const CPreparedMaterial& material,
+                                                bool hasTexCoords) const = 0;
     virtual void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords) = 0;
     /** The transform of what is drawn next; comes after UseMaterial. */
     virtual void UseTransform(CGlCurrent& gl, const CMatrix4d& eyeModelView) = 0;

@@ -16,7 +16,9 @@ namespace {
 
 using CVec4 = std::array<float, 4>;
 
-CVec4 Four(CVec3 v, float w = 1) { return {v.x, v.y, v.z, w}; }
+CVec4 Four(CVec3 v, float w = 1) {
+    return {v.x, v.y, v.z, w};
+}
 
 void SetLightColors(GLenum light, CVec3 color) {
     const CVec4 black{0, 0, 0, 1};
@@ -35,7 +37,8 @@ float SpotExponent(const CFrameLight& light) {
 void SetLight(GLenum name, const CFrameLight& light) {
     SetLightColors(name, light.color);
     glLightfv(name, GL_POSITION, Four(light.position).data());
-    const float halfDeg = std::acos(std::clamp(light.cosOuter, -1.0f, 1.0f)) * 180 / std::numbers::pi_v<float>;
+    const float halfDeg =
+        std::acos(std::clamp(light.cosOuter, -1.0f, 1.0f)) * 180 / std::numbers::pi_v<float>;
     const bool cone = light.spot && halfDeg <= 90;
     glLightf(name, GL_SPOT_CUTOFF, cone ? halfDeg : 180);
     glLightf(name, GL_SPOT_EXPONENT, cone ? SpotExponent(light) : 0);
@@ -82,7 +85,8 @@ std::uint32_t CFixedPipeline::SortKey(const CPreparedMaterial& material, bool ha
 }
 
 void CFixedPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords) {
-    const CMaterialLook look = CMaterialLook::From(material, m_frame->textures, hasTexCoords, m_frame->asLines);
+    const CMaterialLook look =
+        CMaterialLook::From(material, m_frame->textures, hasTexCoords, m_frame->asLines);
     const bool metal = material.shading == EShading::Metal && look.surface.tintedSpecular;
     const CVec3 d = look.diffuse, s = look.specular;
     const CVec3 specular = metal ? CVec3{s.x * d.x, s.y * d.y, s.z * d.z} : s;
@@ -102,7 +106,8 @@ void CFixedPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& materi
     UseTexture(gl, material, look);
 }
 
-void CFixedPipeline::UseTexture(CGlCurrent& gl, const CPreparedMaterial& material, const CMaterialLook& look) {
+void CFixedPipeline::UseTexture(CGlCurrent& gl, const CPreparedMaterial& material,
+                                const CMaterialLook& look) {
     if (!look.surface.Has(EMapKind::Texture)) {
         glDisable(GL_TEXTURE_2D);
         return;

@@ -8,8 +8,9 @@
 struct CMaterialLook;
 
 /**
- * OpenGL's built-in lighting, for contexts without shaders: the same colours, computed for each vertex. It shows the
- * first texture only, ends highlights at an exponent of 128 and gives spots a soft edge only roughly.
+ * OpenGL's built-in lighting, for contexts without shaders: the same colours, computed for each vertex. It
+ * shows the first texture only, ends highlights at an exponent of 128 and gives spots a soft edge only
+ * roughly.
  */
 class CFixedPipeline final : public CDrawPipeline {
   public:

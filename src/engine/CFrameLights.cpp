@@ -38,7 +38,8 @@ CFrameLight ToFrame(const CPreparedLight& source, const CFrameView& view) {
     if (source.attenuate) {
         const float scale = Enlargement(view);
         light.innerRange = source.innerRange * scale;
-        light.outerRange = std::max(source.outerRange * scale, light.innerRange + 1e-6f * (1 + light.innerRange));
+        light.outerRange =
+            std::max(source.outerRange * scale, light.innerRange + 1e-6f * (1 + light.innerRange));
     }
     return light;
 }
@@ -53,8 +54,9 @@ CFrameLights CFrameLights::From(const CPreparedScene& scene, const CFrameView& v
         if (!light.off) result.lights.push_back(ToFrame(light, view));
     }
     if (result.lights.size() > kMaxLights) {
-        std::stable_sort(result.lights.begin(), result.lights.end(),
-                         [](const CFrameLight& a, const CFrameLight& b) { return Strength(a) > Strength(b); });
+        std::stable_sort(
+            result.lights.begin(), result.lights.end(),
+            [](const CFrameLight& a, const CFrameLight& b) { return Strength(a) > Strength(b); });
         result.lights.resize(kMaxLights);
     }
     for (const CFrameLight& light : result.lights) {

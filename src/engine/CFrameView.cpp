@@ -58,14 +58,16 @@ CMatrix4d CFrameView::EyeModelView(const CMat4& meshToWorld) const {
 
 CVec3 CFrameView::ToEye(CVec3 worldPoint) const {
     const std::array<double, 4> p = modelView.Transform({worldPoint.x, worldPoint.y, worldPoint.z, 1});
-    return {static_cast<float>(p[0] - eye[0]), static_cast<float>(p[1] - eye[1]), static_cast<float>(p[2] - eye[2])};
+    return {static_cast<float>(p[0] - eye[0]), static_cast<float>(p[1] - eye[1]),
+            static_cast<float>(p[2] - eye[2])};
 }
 
 bool CFrameView::MayShow(const CBox& worldBounds) const {
     if (worldBounds.IsEmpty()) return false;
     const CVec3 low = worldBounds.min, high = worldBounds.max;
     for (const std::array<double, 4>& plane : planes) {
-        const double best = plane[0] * (plane[0] < 0 ? low.x : high.x) + plane[1] * (plane[1] < 0 ? low.y : high.y) +
+        const double best = plane[0] * (plane[0] < 0 ? low.x : high.x) +
+                            plane[1] * (plane[1] < 0 ? low.y : high.y) +
                             plane[2] * (plane[2] < 0 ? low.z : high.z) + plane[3];
         if (best < 0) return false;
     }

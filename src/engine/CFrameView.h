@@ -8,18 +8,20 @@
 class CGlCurrent;
 
 /**
- * The view of one frame, taken from the two current matrices: projection with the camera on it, model-view with the
- * turn of the model. Drawing happens in eye-relative space: the axes of model-view space, the eye at the origin.
+ * The view of one frame, taken from the two current matrices: projection with the camera on it, model-view
+ * with the turn of the model. Drawing happens in eye-relative space: the axes of model-view space, the eye at
+ * the origin.
  */
 struct CFrameView {
-    CMatrix4d projection;       ///< as the caller set it
-    CMatrix4d modelView;        ///< as the caller set it
-    CMatrix4d eyeProjection;    ///< eye-relative space to clip space
-    std::array<double, 3> eye{};    ///< in model-view space; the origin for a parallel projection
+    CMatrix4d projection;         ///< as the caller set it
+    CMatrix4d modelView;          ///< as the caller set it
+    CMatrix4d eyeProjection;      ///< eye-relative space to clip space
+    std::array<double, 3> eye{};  ///< in model-view space; the origin for a parallel projection
     /** Vector to the viewer from a point p of eye-relative space: xyz - w * p. */
     std::array<float, 4> viewer{0, 0, 0, 1};
-    std::array<std::array<double, 4>, 6> planes{};  ///< the view volume in the scene's coordinates, see ViewPlanes
-    bool mirrored = false;      ///< modelView turns faces over
+    std::array<std::array<double, 4>, 6>
+        planes{};           ///< the view volume in the scene's coordinates, see ViewPlanes
+    bool mirrored = false;  ///< modelView turns faces over
     bool perspective = true;
 
     [[nodiscard]] static CFrameView FromCurrent(CGlCurrent& gl);

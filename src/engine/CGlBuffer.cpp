@@ -34,4 +34,6 @@ void CGlBuffer::Fill(CGlCurrent&, ETarget target, const void* data, std::size_t 
     m_bytes = bytes;
 }
 
-void CGlBuffer::Bind(CGlCurrent&, ETarget target) const { glBindBuffer(Name(target), m_id); }
+void CGlBuffer::Bind(CGlCurrent&, ETarget target) const {
+    glBindBuffer(Name(target), m_id);
+}

@@ -17,7 +17,8 @@ class CGlBuffer {
     ~CGlBuffer();
 
     /** Copies the bytes to the context, in place of what was there. Leaves the buffer bound. */
-    void Fill(CGlCurrent& gl, ETarget target, const void* data, std::size_t bytes, EUsage usage = EUsage::Static);
+    void Fill(CGlCurrent& gl, ETarget target, const void* data, std::size_t bytes,
+              EUsage usage = EUsage::Static);
     /** Binds it; an empty one binds nothing. */
     void Bind(CGlCurrent& gl, ETarget target) const;
 

@@ -16,7 +16,8 @@ std::string_view Text(GLenum name) {
 
 /** "2.1 Mesa ..." gives 21; anything else 10. */
 int ParseVersion(std::string_view text) {
-    if (text.size() < 3 || text[1] != '.' || text[0] < '1' || text[0] > '9' || text[2] < '0' || text[2] > '9') {
+    if (text.size() < 3 || text[1] != '.' || text[0] < '1' || text[0] > '9' || text[2] < '0' ||
+        text[2] > '9') {
         return 10;
     }
     return (text[0] - '0') * 10 + (text[2] - '0');

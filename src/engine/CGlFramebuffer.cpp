@@ -20,7 +20,9 @@ unsigned MakeStorage(GLenum format, GLenum attachment, int width, int height, in
 
 }  // namespace
 
-CGlFramebuffer::CGlFramebuffer(CGlFramebuffer&& other) noexcept { *this = std::move(other); }
+CGlFramebuffer::CGlFramebuffer(CGlFramebuffer&& other) noexcept {
+    *this = std::move(other);
+}
 
 CGlFramebuffer& CGlFramebuffer::operator=(CGlFramebuffer&& other) noexcept {
     std::swap(m_id, other.m_id);
@@ -43,11 +45,13 @@ CResult<CGlFramebuffer> CGlFramebuffer::Create(CGlCurrent&, int width, int heigh
     GLint maxSide = 0, maxSamples = 0;
     glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &maxSide);
     glGetIntegerv(GL_MAX_SAMPLES, &maxSamples);
-    if (width < 1 || height < 1) return CError{EErrorCode::BadArgument, "A picture needs a width and a height", ""};
+    if (width < 1 || height < 1)
+        return CError{EErrorCode::BadArgument, "A picture needs a width and a height", ""};
     if (width > maxSide || height > maxSide) {
-        return CError{EErrorCode::TooLarge,
-                      "The graphics system draws pictures of at most " + std::to_string(maxSide) + " pixels a side",
-                      ""};
+        return CError{
+            EErrorCode::TooLarge,
+            "The graphics system draws pictures of at most " + std::to_string(maxSide) + " pixels a side",
+            ""};
     }
     CGlFramebuffer result;
     result.m_width = width;
@@ -63,7 +67,9 @@ CResult<CGlFramebuffer> CGlFramebuffer::Create(CGlCurrent&, int width, int heigh
     return result;
 }
 
-void CGlFramebuffer::Bind(CGlCurrent&) const { glBindFramebuffer(GL_FRAMEBUFFER, m_id); }
+void CGlFramebuffer::Bind(CGlCurrent&) const {
+    glBindFramebuffer(GL_FRAMEBUFFER, m_id);
+}
 
 void CGlFramebuffer::ResolveTo(CGlCurrent&, const CGlFramebuffer& target) const {
     glBindFramebuffer(GL_READ_FRAMEBUFFER, m_id);

@@ -5,7 +5,8 @@
 
 class CGlCurrent;
 
-/** One framebuffer object with an 8-bit RGBA colour and a 24-bit depth buffer. Move-only; empty by default. */
+/** One framebuffer object with an 8-bit RGBA colour and a 24-bit depth buffer. Move-only; empty by default.
+ */
 class CGlFramebuffer {
   public:
     CGlFramebuffer() = default;

@@ -57,6 +57,10 @@ CResult<CGlProgram> CGlProgram::Build(CGlCurrent&, const std::string& vertex, co
     return CError{EErrorCode::NoGraphics, std::string("The shader does not link: ") + log.data(), ""};
 }
 
-void CGlProgram::Use(CGlCurrent&) const { glUseProgram(m_id); }
+void CGlProgram::Use(CGlCurrent&) const {
+    glUseProgram(m_id);
+}
 
-int CGlProgram::Uniform(CGlCurrent&, const char* name) const { return glGetUniformLocation(m_id, name); }
+int CGlProgram::Uniform(CGlCurrent&, const char* name) const {
+    return glGetUniformLocation(m_id, name);
+}

@@ -5,8 +5,8 @@
 
 CGlStateGuard::CGlStateGuard(CGlCurrent&, bool hasShaders) : m_hasShaders(hasShaders) {
     if (m_hasShaders) glGetIntegerv(GL_CURRENT_PROGRAM, &m_program);
-    glPushAttrib(GL_ENABLE_BIT | GL_LIGHTING_BIT | GL_POLYGON_BIT | GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT |
-                 GL_TEXTURE_BIT | GL_LINE_BIT | GL_CURRENT_BIT | GL_TRANSFORM_BIT);
+    glPushAttrib(GL_ENABLE_BIT | GL_LIGHTING_BIT | GL_POLYGON_BIT | GL_COLOR_BUFFER_BIT |
+                 GL_DEPTH_BUFFER_BIT | GL_TEXTURE_BIT | GL_LINE_BIT | GL_CURRENT_BIT | GL_TRANSFORM_BIT);
     glPushClientAttrib(GL_CLIENT_ALL_ATTRIB_BITS);
     glGetFloatv(GL_PROJECTION_MATRIX, m_projection.data());
     glActiveTexture(GL_TEXTURE0);

@@ -6,8 +6,8 @@
 class CGlCurrent;
 
 /**
- * Saves the OpenGL state that drawing a scene changes (server and client attributes, both matrices, the program) and
- * puts it back when the scope ends. Inside, GL_MODELVIEW is the current matrix mode.
+ * Saves the OpenGL state that drawing a scene changes (server and client attributes, both matrices, the
+ * program) and puts it back when the scope ends. Inside, GL_MODELVIEW is the current matrix mode.
  */
 class CGlStateGuard {
   public:

@@ -16,9 +16,12 @@ constexpr float kAnisotropy = 8;
 
 GLint Name(ETextureWrap wrap) {
     switch (wrap) {
-        case ETextureWrap::Repeat: return GL_REPEAT;
-        case ETextureWrap::Mirror: return GL_MIRRORED_REPEAT;
-        case ETextureWrap::Clamp: break;
+        case ETextureWrap::Repeat:
+            return GL_REPEAT;
+        case ETextureWrap::Mirror:
+            return GL_MIRRORED_REPEAT;
+        case ETextureWrap::Clamp:
+            break;
     }
     return GL_CLAMP_TO_EDGE;
 }
@@ -37,7 +40,9 @@ bool IsOpaque(const CImage& image) {
 
 /** First and one past the last source pixel that a target pixel covers; never empty. */
 std::pair<int, int> Cover(int target, int targetSize, int sourceSize) {
-    const auto at = [&](int t) { return static_cast<int>(static_cast<std::int64_t>(t) * sourceSize / targetSize); };
+    const auto at = [&](int t) {
+        return static_cast<int>(static_cast<std::int64_t>(t) * sourceSize / targetSize);
+    };
     const int first = std::min(at(target), sourceSize - 1);
     return {first, std::clamp(at(target + 1), first + 1, sourceSize)};
 }
@@ -58,7 +63,8 @@ CImage ResizeForTexture(const CImage& image, int width, int height) {
                 }
             }
             const auto count = static_cast<std::uint64_t>(x1 - x0) * static_cast<std::uint64_t>(y1 - y0);
-            for (std::uint64_t s : sum) result.rgba.push_back(static_cast<std::uint8_t>((s + count / 2) / count));
+            for (std::uint64_t s : sum)
+                result.rgba.push_back(static_cast<std::uint8_t>((s + count / 2) / count));
         }
     }
     return result;

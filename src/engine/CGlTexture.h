@@ -13,7 +13,8 @@ enum class ETextureFilter { Trilinear, Bilinear, Nearest };
 
 /**
  * One two-dimensional texture with all its mipmap levels. Move-only; empty until filled. Its first row is the
- * picture's top row: users turn v over, which saves a copy of the picture. Destroyed while its context is current.
+ * picture's top row: users turn v over, which saves a copy of the picture. Destroyed while its context is
+ * current.
  */
 class CGlTexture {
   public:
@@ -22,11 +23,13 @@ class CGlTexture {
     CGlTexture& operator=(CGlTexture&& other) noexcept;
     ~CGlTexture();
 
-    /** Uploads a picture, scaled down where the context cannot hold it. An empty picture leaves it as it is. */
+    /** Uploads a picture, scaled down where the context cannot hold it. An empty picture leaves it as it is.
+     */
     void Fill(CGlCurrent& gl, const CGlCapabilities& can, const CImage& image, ETextureWrap wrap);
     /** Binds it to a texture unit, which becomes the active one, and sets the filter if it was another. */
     void Bind(CGlCurrent& gl, int unit, ETextureFilter filter);
-    /** What lies beside a clamped picture, for the fixed pipeline: red, green, blue, alpha. Bound at present. */
+    /** What lies beside a clamped picture, for the fixed pipeline: red, green, blue, alpha. Bound at present.
+     */
     void SetBorder(CGlCurrent& gl, const std::array<float, 4>& color);
 
     [[nodiscard]] bool IsEmpty() const { return m_id == 0; }

@@ -20,25 +20,32 @@ std::uint32_t UsableMaps(const CPreparedMaterial& material, const CTextureSet& t
     return result;
 }
 
-CVec3 Times(CVec3 a, CVec3 b) { return {a.x * b.x, a.y * b.y, a.z * b.z}; }
+CVec3 Times(CVec3 a, CVec3 b) {
+    return {a.x * b.x, a.y * b.y, a.z * b.z};
+}
 
 }  // namespace
 
 std::array<const CPreparedMap*, kMapKinds> MapsOf(const CPreparedMaterial& material) {
-    return {&material.texture,      &material.texture2,            &material.opacity, &material.specularMap,
-            &material.shininessMap, &material.selfIlluminationMap, &material.bump,    &material.reflection};
+    return {&material.texture,     &material.texture2,     &material.opacity,
+            &material.specularMap, &material.shininessMap, &material.selfIlluminationMap,
+            &material.bump,        &material.reflection};
 }
 
 bool IsInvisible(const CPreparedMaterial& material) {
     return material.transparency >= 1 && !material.opacity.HasEffect();
 }
 
-bool IsWire(const CPreparedMaterial& material) { return material.wire || material.shading == EShading::Wire; }
+bool IsWire(const CPreparedMaterial& material) {
+    return material.wire || material.shading == EShading::Wire;
+}
 
-bool IsBlended(const CPreparedMaterial& material) { return material.needsBlending || material.additive; }
+bool IsBlended(const CPreparedMaterial& material) {
+    return material.needsBlending || material.additive;
+}
 
-CMaterialLook CMaterialLook::From(const CPreparedMaterial& material, const CTextureSet& textures, bool hasTexCoords,
-                                  bool asLines) {
+CMaterialLook CMaterialLook::From(const CPreparedMaterial& material, const CTextureSet& textures,
+                                  bool hasTexCoords, bool asLines) {
     CMaterialLook look;
     look.diffuse = material.diffuse;
     look.ambient = material.ambient;

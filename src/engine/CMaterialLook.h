@@ -21,11 +21,11 @@ struct CPreparedMaterial;
  */
 struct CMaterialLook {
     CVec3 diffuse, ambient;
-    CVec3 specular;             ///< times its strength; of metal without maps tinted by diffuse
-    float exponent = 1;         ///< 2^(10 * shininess)
+    CVec3 specular;      ///< times its strength; of metal without maps tinted by diffuse
+    float exponent = 1;  ///< 2^(10 * shininess)
     float selfIllumination = 0;
     float opacity = 1;
-    CShaderVariant surface;     ///< its lights are not filled in
+    CShaderVariant surface;  ///< its lights are not filled in
 
     /** Maps count only with texture coordinates (reflections always) and a texture that is there. */
     [[nodiscard]] static CMaterialLook From(const CPreparedMaterial& material, const CTextureSet& textures,

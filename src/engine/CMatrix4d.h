@@ -6,8 +6,9 @@
 #include "model/geometry.h"
 
 /**
- * A 4x4 matrix in double, column by column. The products of camera, turn and node transforms are made with it, so
- * that a model far from the origin does not tremble: only the result, seen from the eye, is rounded to float.
+ * A 4x4 matrix in double, column by column. The products of camera, turn and node transforms are made with
+ * it, so that a model far from the origin does not tremble: only the result, seen from the eye, is rounded to
+ * float.
  */
 struct CMatrix4d {
     std::array<double, 16> m{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};

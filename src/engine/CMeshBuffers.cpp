@@ -16,7 +16,9 @@ bool SameCut(const CPreparedBatch& a, const CPreparedBatch& b) {
     return a.firstIndex == b.firstIndex && a.indexCount == b.indexCount;
 }
 
-const void* Offset(std::size_t bytes) { return reinterpret_cast<const void*>(bytes); }
+const void* Offset(std::size_t bytes) {
+    return reinterpret_cast<const void*>(bytes);
+}
 
 }  // namespace
 
@@ -33,12 +35,14 @@ void CMeshBuffers::Upload(CGlCurrent& gl, const CPreparedMesh& mesh) {
 }
 
 bool CMeshBuffers::HoldsVerticesOf(const CPreparedMesh& mesh) const {
+    if (m_vertexCount == 0) return false;
     return m_source == mesh.vertices.data() && m_vertexCount == mesh.vertices.size();
 }
 
 void CMeshBuffers::RefreshIndices(CGlCurrent& gl, const CPreparedMesh& mesh) {
-    const bool same = m_indexCount == mesh.IndexCount() &&
-                      std::equal(m_batches.begin(), m_batches.end(), mesh.batches.begin(), mesh.batches.end(), SameCut);
+    const bool same =
+        m_indexCount == mesh.IndexCount() &&
+        std::equal(m_batches.begin(), m_batches.end(), mesh.batches.begin(), mesh.batches.end(), SameCut);
     m_batches = mesh.batches;
     if (same) return;
     m_indexCount = mesh.IndexCount();

@@ -22,12 +22,14 @@ class CMeshBuffers {
     void Draw(CGlCurrent& gl, std::uint32_t firstIndex, std::uint32_t count) const;
 
     [[nodiscard]] bool HasTexCoords() const { return !m_texCoords.IsEmpty(); }
-    [[nodiscard]] std::size_t Bytes() const { return m_vertices.Bytes() + m_texCoords.Bytes() + m_indices.Bytes(); }
+    [[nodiscard]] std::size_t Bytes() const {
+        return m_vertices.Bytes() + m_texCoords.Bytes() + m_indices.Bytes();
+    }
 
   private:
     CGlBuffer m_vertices, m_texCoords, m_indices;
     std::vector<CPreparedBatch> m_batches;
-    const void* m_source = nullptr;     ///< never read
+    const void* m_source = nullptr;  ///< never read
     std::uint32_t m_vertexCount = 0, m_indexCount = 0;
-    bool m_wide = false;                ///< 32-bit indices
+    bool m_wide = false;  ///< 32-bit indices
 };

@@ -17,7 +17,9 @@
 
 namespace {
 
-CError NoContext(std::string message) { return CError{EErrorCode::NoGraphics, std::move(message), ""}; }
+CError NoContext(std::string message) {
+    return CError{EErrorCode::NoGraphics, std::move(message), ""};
+}
 
 bool ClientHas(std::string_view name) {
     const char* list = eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);
@@ -25,7 +27,8 @@ bool ClientHas(std::string_view name) {
 }
 
 bool Starts(EGLDisplay display) {
-    return display != EGL_NO_DISPLAY && eglInitialize(display, nullptr, nullptr) && eglBindAPI(EGL_OPENGL_API);
+    return display != EGL_NO_DISPLAY && eglInitialize(display, nullptr, nullptr) &&
+           eglBindAPI(EGL_OPENGL_API);
 }
 
 EGLDisplay FindDeviceDisplay() {
@@ -60,7 +63,8 @@ EGLDisplay FindDisplay() {
 
 EGLConfig FindConfig(EGLDisplay display) {
     for (EGLint surface : {EGL_PBUFFER_BIT, EGL_DONT_CARE}) {
-        const std::array<EGLint, 5> wanted{EGL_SURFACE_TYPE, surface, EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT, EGL_NONE};
+        const std::array<EGLint, 5> wanted{EGL_SURFACE_TYPE, surface, EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT,
+                                           EGL_NONE};
         EGLConfig config = nullptr;
         EGLint count = 0;
         if (eglChooseConfig(display, wanted.data(), &config, 1, &count) && count > 0) return config;
@@ -86,7 +90,7 @@ struct COffscreenContext::CState {
     EGLSurface surface = EGL_NO_SURFACE;
     CGlCurrent current;
     CGlFramebuffer target;
-    CGlFramebuffer resolved;    ///< empty without samples
+    CGlFramebuffer resolved;  ///< empty without samples
     std::string renderer;
 
     CState() = default;
@@ -195,7 +199,15 @@ CResult<CImage> COffscreenContext::ReadPixels() {
     return image;
 }
 
-int COffscreenContext::Width() const { return m_state->target.Width(); }
-int COffscreenContext::Height() const { return m_state->target.Height(); }
-int COffscreenContext::Samples() const { return m_state->target.Samples(); }
-std::string COffscreenContext::RendererName() const { return m_state->renderer; }
+int COffscreenContext::Width() const {
+    return m_state->target.Width();
+}
+int COffscreenContext::Height() const {
+    return m_state->target.Height();
+}
+int COffscreenContext::Samples() const {
+    return m_state->target.Samples();
+}
+std::string COffscreenContext::RendererName() const {
+    return m_state->renderer;
+}

@@ -10,21 +10,23 @@
 class CGlCurrent;
 
 /**
- * An OpenGL context (compatibility profile) without a window, drawing into a picture in memory. It needs no display
- * server: EGL's surfaceless platform, then its device platform, then its default display are tried.
+ * An OpenGL context (compatibility profile) without a window, drawing into a picture in memory. It needs no
+ * display server: EGL's surfaceless platform, then its device platform, then its default display are tried.
  *
  * Move-only. One thread uses it at a time, and each thread has at most one context current.
  */
 class COffscreenContext {
   public:
-    /** samples: of one pixel, 0 or 1 for none; reduced to what the context has. Current in this thread on success. */
+    /** samples: of one pixel, 0 or 1 for none; reduced to what the context has. Current in this thread on
+     * success. */
     [[nodiscard]] static CResult<COffscreenContext> Create(int width, int height, int samples = 0);
 
     COffscreenContext(COffscreenContext&&) noexcept;
     COffscreenContext& operator=(COffscreenContext&&) noexcept;
     ~COffscreenContext();
 
-    /** Makes it current in this thread and its picture the target of drawing, with a viewport of the whole picture. */
+    /** Makes it current in this thread and its picture the target of drawing, with a viewport of the whole
+     * picture. */
     CGlCurrent& MakeCurrent();
     /** Another size or number of samples; the picture's content is lost. On failure the old picture stays. */
     [[nodiscard]] CStatus Resize(int width, int height, int samples);

@@ -26,9 +26,12 @@ constexpr int kNoTextures = 3;
 
 ETextureFilter FilterOf(int textureRenderMode) {
     switch (textureRenderMode) {
-        case 1: return ETextureFilter::Bilinear;
-        case 2: return ETextureFilter::Nearest;
-        default: return ETextureFilter::Trilinear;
+        case 1:
+            return ETextureFilter::Bilinear;
+        case 2:
+            return ETextureFilter::Nearest;
+        default:
+            return ETextureFilter::Trilinear;
     }
 }
 
@@ -76,13 +79,15 @@ void CSceneRenderer::CState::UpdateMeshes(CGlCurrent& gl, const CPreparedScene& 
     for (std::size_t i = 0; i < meshes.size(); ++i) {
         const CPreparedMesh& mesh = scene.meshes[i];
         const auto holds = [&](const CMeshBuffers& buffers) { return buffers.HoldsVerticesOf(mesh); };
+        const bool givenBack = mesh.vertices.empty() && !mesh.batches.empty();
         // Meshes mostly keep their place, so that is where to look first.
-        auto found = i < before.size() && holds(before[i]) ? before.begin() + static_cast<std::ptrdiff_t>(i)
-                                                           : std::find_if(before.begin(), before.end(), holds);
+        auto found = i < before.size() && (givenBack || holds(before[i]))
+                         ? before.begin() + static_cast<std::ptrdiff_t>(i)
+                         : std::find_if(before.begin(), before.end(), holds);
         if (found != before.end()) {
             meshes[i] = std::move(*found);
             *found = {};
-            meshes[i].RefreshIndices(gl, mesh);
+            if (!givenBack) meshes[i].RefreshIndices(gl, mesh);
         } else if (!mesh.vertices.empty() && mesh.IndexCount() > 0) {
             meshes[i].Upload(gl, mesh);
         }
@@ -106,7 +111,9 @@ void CSceneRenderer::Refresh(CGlCurrent& gl, const CPreparedScene& scene) {
     m_state->textures.Update(gl, *m_state->can, scene);
 }
 
-void CSceneRenderer::Clear(CGlCurrent&) { m_state = std::make_unique<CState>(); }
+void CSceneRenderer::Clear(CGlCurrent&) {
+    m_state = std::make_unique<CState>();
+}
 
 void CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options) {
     if (m_state->meshes.empty()) return;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
+#include <cstddef>
 #include <memory>
 
 #include "model/geometry.h"
@@ -21,7 +21,8 @@ struct CDrawOptions {
  *
  * The caller sets both matrices: projection (with the camera on it, as gluLookAt multiplied there) and model-view
  * (the turn of the model alone). Lighting happens in model-view space; the eye is derived from the projection
- * matrix. The polygon mode that the caller set is kept (wire frame). All other GL state is left as it was found.
+ * matrix. What materials mean is said in CMaterialLook.h, what lights mean in CFrameLights.h. The polygon mode that
+ * the caller set is kept (wire frame). All other GL state is left as it was found.
  */
 class CSceneRenderer {
   public:
@@ -32,7 +33,8 @@ class CSceneRenderer {
 
     /** Makes buffers and textures of the scene, dropping those of the one before. */
     void Upload(CGlCurrent& gl, const CPreparedScene& scene);
-    /** After an edit changed materials, textures or batches, but no vertices: makes what is new. */
+    /** After an edit changed materials, textures, batches or nodes: makes what is new. A mesh whose vertices still lie
+     *  where they lay, and a picture likewise, is not uploaded again; one that was given back since (empty now) stays. */
     void Refresh(CGlCurrent& gl, const CPreparedScene& scene);
     /** Deletes everything it made. */
     void Clear(CGlCurrent& gl);
@@ -43,7 +45,7 @@ class CSceneRenderer {
      *  nodes whose bounds do not meet the view volume (the pick region, when the projection is restricted to it). */
     void DrawForSelection(CGlCurrent& gl, const CPreparedScene& scene);
 
-    /** Largest number of bytes of GPU memory in buffers and textures at present. */
+    /** Bytes of GPU memory in buffers and textures at present. */
     [[nodiscard]] std::size_t GpuBytes() const;
 
   private:

@@ -15,26 +15,36 @@
 
 namespace {
 
-void Set(int location, CVec3 v) { glUniform3f(location, v.x, v.y, v.z); }
-void Set(int location, CVec3 v, float w) { glUniform4f(location, v.x, v.y, v.z, w); }
+void Set(int location, CVec3 v) {
+    glUniform3f(location, v.x, v.y, v.z);
+}
+void Set(int location, CVec3 v, float w) {
+    glUniform4f(location, v.x, v.y, v.z, w);
+}
 
 CVec3 BaseColor(const CMaterialLook& look, CVec3 ambientLight) {
     const CVec3 d = look.diffuse * look.selfIllumination, a = look.ambient;
     return d + CVec3{a.x * ambientLight.x, a.y * ambientLight.y, a.z * ambientLight.z};
 }
 
-/** Where the angle of a reflection jumps by a whole turn, and at the poles, mipmapping would take a level too coarse. */
+/** Where the angle of a reflection jumps by a whole turn, and at the poles, mipmapping would take a level too
+ * coarse. */
 ETextureFilter FilterFor(EMapKind kind, ETextureFilter wanted) {
-    return kind == EMapKind::Reflection && wanted == ETextureFilter::Trilinear ? ETextureFilter::Bilinear : wanted;
+    return kind == EMapKind::Reflection && wanted == ETextureFilter::Trilinear ? ETextureFilter::Bilinear
+                                                                               : wanted;
 }
 
 /** Which channels make a map's value. */
 std::array<float, 4> Weight(EMapKind kind, const CPreparedMap& map, const CPreparedMaterial& material) {
     switch (kind) {
-        case EMapKind::Texture: return {0, 0, map.decal ? 1.0f : 0.0f, map.AlphaIsOpacity() ? 1.0f : 0.0f};
-        case EMapKind::Texture2: return {0, 0, map.ignoreAlpha ? 0.0f : 1.0f, 0};
-        case EMapKind::Specular: return {material.shininessStrength, 0, 0, 0};
-        default: break;
+        case EMapKind::Texture:
+            return {0, 0, map.decal ? 1.0f : 0.0f, map.AlphaIsOpacity() ? 1.0f : 0.0f};
+        case EMapKind::Texture2:
+            return {0, 0, map.ignoreAlpha ? 0.0f : 1.0f, 0};
+        case EMapKind::Specular:
+            return {material.shininessStrength, 0, 0, 0};
+        default:
+            break;
     }
     if (map.alphaSource) return {0, 0, 0, 1};
     return {0.299f, 0.587f, 0.114f, 0};
@@ -44,15 +54,18 @@ std::array<float, 4> Weight(EMapKind kind, const CPreparedMap& map, const CPrepa
 
 CShaderVariant CShaderPipeline::Variant(const CPreparedMaterial& material, bool hasTexCoords) const {
     CShaderVariant variant =
-        CMaterialLook::From(material, m_frame->textures, hasTexCoords, m_frame->asLines || IsWire(material)).surface;
+        CMaterialLook::From(material, m_frame->textures, hasTexCoords, m_frame->asLines || IsWire(material))
+            .surface;
     variant.lights = static_cast<int>(m_frame->lights.lights.size());
     variant.spots = m_frame->lights.anySpot;
     variant.ranges = m_frame->lights.anyRange;
     return variant;
 }
 
-CResult<CShaderPipeline::CVariantProgram> CShaderPipeline::Build(CGlCurrent& gl, const CShaderVariant& variant) {
-    CResult<CGlProgram> built = CGlProgram::Build(gl, VertexShaderSource(variant), FragmentShaderSource(variant));
+CResult<CShaderPipeline::CVariantProgram> CShaderPipeline::Build(CGlCurrent& gl,
+                                                                 const CShaderVariant& variant) {
+    CResult<CGlProgram> built =
+        CGlProgram::Build(gl, VertexShaderSource(variant), FragmentShaderSource(variant));
     if (!built) return built.Error();
     CVariantProgram result;
     result.program = std::move(built).Value();
@@ -134,8 +147,10 @@ void CShaderPipeline::SetFrame(const CVariantProgram& program) const {
     Set(program.ambientLight, m_frame->lights.ambient);
     std::vector<float> position, direction, color, range;
     for (const CFrameLight& light : m_frame->lights.lights) {
-        position.insert(position.end(), {light.position.x, light.position.y, light.position.z, light.cosOuter});
-        direction.insert(direction.end(), {light.direction.x, light.direction.y, light.direction.z, light.cosInner});
+        position.insert(position.end(),
+                        {light.position.x, light.position.y, light.position.z, light.cosOuter});
+        direction.insert(direction.end(),
+                         {light.direction.x, light.direction.y, light.direction.z, light.cosInner});
         color.insert(color.end(), {light.color.x, light.color.y, light.color.z});
         range.insert(range.end(), {light.innerRange, light.outerRange});
     }
@@ -155,8 +170,8 @@ void CShaderPipeline::SetLook(const CVariantProgram& program, const CMaterialLoo
     glUniform1f(program.self, look.selfIllumination);
 }
 
-void CShaderPipeline::SetMaps(CGlCurrent& gl, const CVariantProgram& program, const CPreparedMaterial& material,
-                              const CMaterialLook& look) const {
+void CShaderPipeline::SetMaps(CGlCurrent& gl, const CVariantProgram& program,
+                              const CPreparedMaterial& material, const CMaterialLook& look) const {
     std::array<std::array<float, 3>, kMapKinds> s{}, t{};
     std::array<std::array<float, 4>, kMapKinds> value{}, weight{};
     const std::array<const CPreparedMap*, kMapKinds> maps = MapsOf(material);

@@ -27,7 +27,7 @@ class CShaderPipeline final : public CDrawPipeline {
   private:
     struct CVariantProgram {
         CGlProgram program;
-        std::uint64_t frame = 0;    ///< in which its lights were last set
+        std::uint64_t frame = 0;  ///< in which its lights were last set
         int normal = -1, viewer = -1, base = -1, diffuse = -1, ambient = -1, self = -1, specular = -1;
         int ambientLight = -1, lightPosition = -1, lightDirection = -1, lightColor = -1, lightRange = -1;
         int mapS = -1, mapT = -1, mapValue = -1, mapWeight = -1;

@@ -6,8 +6,9 @@
 namespace {
 
 template <class TIndex>
-CDepthRange SortInto(CGlCurrent& gl, CGlBuffer& buffer, const CPreparedMesh& mesh, const std::vector<TIndex>& all,
-                     const CPreparedBatch& batch, const std::array<double, 4>& row) {
+CDepthRange SortInto(CGlCurrent& gl, CGlBuffer& buffer, const CPreparedMesh& mesh,
+                     const std::vector<TIndex>& all, const CPreparedBatch& batch,
+                     const std::array<double, 4>& row) {
     std::vector<TIndex> ordered;
     const std::span<const TIndex> indices = std::span(all).subspan(batch.firstIndex, batch.indexCount);
     const CDepthRange range = OrderBackToFront<TIndex>(mesh.vertices, indices, row, ordered);
@@ -18,8 +19,8 @@ CDepthRange SortInto(CGlCurrent& gl, CGlBuffer& buffer, const CPreparedMesh& mes
 
 }  // namespace
 
-CDepthRange CSortedBatches::Sort(CGlCurrent& gl, std::uint32_t node, std::uint32_t batch, const CPreparedMesh& mesh,
-                                 const std::array<double, 4>& row) {
+CDepthRange CSortedBatches::Sort(CGlCurrent& gl, std::uint32_t node, std::uint32_t batch,
+                                 const CPreparedMesh& mesh, const std::array<double, 4>& row) {
     CEntry& entry = m_batches[{node, batch}];
     if (!entry.indices.IsEmpty() && entry.row == row) return entry.range;
     const CPreparedBatch& part = mesh.batches[batch];

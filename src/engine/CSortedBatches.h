@@ -10,15 +10,17 @@
 #include "engine/triangle_order.h"
 
 /**
- * Index buffers of transparent parts with their triangles from back to front, kept from frame to frame and sorted
- * anew only when the view of that part changed.
+ * Index buffers of transparent parts with their triangles from back to front, kept from frame to frame and
+ * sorted anew only when the view of that part changed.
  */
 class CSortedBatches {
   public:
     /** Larger parts are drawn in the file's order: sorting them would cost more than drawing. */
     static constexpr std::uint32_t kMaxTriangles = 50'000;
 
-    [[nodiscard]] static bool Sorts(const CPreparedBatch& batch) { return batch.indexCount / 3 < kMaxTriangles; }
+    [[nodiscard]] static bool Sorts(const CPreparedBatch& batch) {
+        return batch.indexCount / 3 < kMaxTriangles;
+    }
     /** Sorts one batch of one node by the depth row of its mesh. Returns the range of its depths. */
     CDepthRange Sort(CGlCurrent& gl, std::uint32_t node, std::uint32_t batch, const CPreparedMesh& mesh,
                      const std::array<double, 4>& row);

@@ -8,6 +8,11 @@
 
 namespace {
 
+/** Never read, or given back after it was uploaded. */
+bool IsGone(const CImage& image) {
+    return image.IsEmpty() || image.rgba.empty();
+}
+
 CImage Multiplied(const CImage& image) {
     CImage result = image;
     for (std::size_t i = 0; i + 3 < result.rgba.size(); i += 4) {
@@ -25,12 +30,13 @@ CTextureSet::CKey CTextureSet::KeyOf(EMapKind slot, const CPreparedMap& map) {
     const ETextureWrap going = map.mirror ? ETextureWrap::Mirror : ETextureWrap::Repeat;
     const bool weighs = slot == EMapKind::Texture ? map.decal || map.AlphaIsOpacity()
                                                   : slot == EMapKind::Texture2 && !map.ignoreAlpha;
-    return {map.texture, map.tile ? going : ETextureWrap::Clamp, weighs ? EAlphaUse::Multiplied : EAlphaUse::Separate};
+    return {map.texture, map.tile ? going : ETextureWrap::Clamp,
+            weighs ? EAlphaUse::Multiplied : EAlphaUse::Separate};
 }
 
 bool CTextureSet::IsOf(const CEntry& entry, const CPreparedTexture& source) {
     if (entry.reference != source.reference || entry.foundAt != source.foundAt) return false;
-    if (source.image.IsEmpty()) return !entry.foundAt.empty();
+    if (IsGone(source.image)) return !entry.foundAt.empty();
     return entry.pixels == source.image.rgba.data() && entry.width == source.image.width &&
            entry.height == source.image.height;
 }
@@ -40,7 +46,8 @@ void CTextureSet::Update(CGlCurrent& gl, const CGlCapabilities& can, const CPrep
     for (const CPreparedMaterial& material : scene.materials) {
         const std::array<const CPreparedMap*, kMapKinds> maps = MapsOf(material);
         for (std::size_t i = 0; i < maps.size(); ++i) {
-            if (!maps[i]->HasEffect() || static_cast<std::size_t>(maps[i]->texture) >= scene.textures.size()) continue;
+            if (!maps[i]->HasEffect() || static_cast<std::size_t>(maps[i]->texture) >= scene.textures.size())
+                continue;
             used.insert(KeyOf(static_cast<EMapKind>(i), *maps[i]));
         }
     }
@@ -51,7 +58,7 @@ void CTextureSet::Update(CGlCurrent& gl, const CGlCapabilities& can, const CPrep
     for (const CKey& key : used) {
         const CPreparedTexture& source = scene.textures[static_cast<std::size_t>(std::get<int>(key))];
         const CImage& image = source.image;
-        if (m_textures.contains(key) || image.IsEmpty()) continue;
+        if (m_textures.contains(key) || IsGone(image)) continue;
         CEntry& entry = m_textures[key];
         entry = {source.reference, source.foundAt, image.rgba.data(), image.width, image.height, {}};
         const bool multiply = source.hasTranslucency && std::get<EAlphaUse>(key) == EAlphaUse::Multiplied;

@@ -60,6 +60,11 @@ bool IsFiniteRect(const C2DRect& r) {
     return std::isfinite(r.left) && std::isfinite(r.top) && std::isfinite(r.right) && std::isfinite(r.bottom);
 }
 
+/** A distance that a float can surely tell from none at this place. */
+float FinestAt(CVec3 p) {
+    return std::max({std::abs(p.x), std::abs(p.y), std::abs(p.z)}) * 1e-6f;
+}
+
 /** Widens an extent about its middle to at least size. */
 void Widen(double& low, double& high, double factor) {
     const double middle = (low + high) / 2;
@@ -79,17 +84,20 @@ bool PresetOfName(std::string_view name, ECameraPreset& preset) {
     return false;
 }
 
-std::string_view NameOfPreset(ECameraPreset preset) { return EntryOf(preset).name; }
+std::string_view NameOfPreset(ECameraPreset preset) {
+    return EntryOf(preset).name;
+}
 
-CViewCamera::CViewCamera() { SetPreset(ECameraPreset::Iso); }
+CViewCamera::CViewCamera() {
+    SetPreset(ECameraPreset::Iso);
+}
 
 void CViewCamera::SetModel(const CSphere& sphere) {
     m_model.center = IsFinite(sphere.center) ? sphere.center : CVec3{};
     const bool usable = std::isfinite(sphere.radius) && sphere.radius > 0;
-    // Smaller than what a float resolves at the centre, it could not be looked at: eye and target would be one.
-    const float reach =
-        std::max({std::abs(m_model.center.x), std::abs(m_model.center.y), std::abs(m_model.center.z)});
-    m_model.radius = std::max(usable ? sphere.radius : 1.0f, reach * 1e-6f);
+    // Smaller than what a float resolves at the centre, it could not be looked at: eye and target would be
+    // one.
+    m_model.radius = std::max(usable ? sphere.radius : 1.0f, FinestAt(m_model.center));
 }
 
 void CViewCamera::SetViewSize(double width, double height) {
@@ -131,14 +139,16 @@ void CViewCamera::TakeFilePose(const CPreparedCamera& camera) {
     m_distance = usable ? static_cast<double>(distance) : static_cast<double>(m_model.radius);
     m_target = eye + forward * static_cast<float>(m_distance);
 
-    // lib3ds_matrix_camera: x is right, z up; straight up or down z points to -x. Roll turns the picture about y.
+    // lib3ds_matrix_camera: x is right, z up; straight up or down z points to -x. Roll turns the picture
+    // about y.
     const CVec3 pole = forward.x != 0 || forward.y != 0 ? CVec3{0, 0, 1} : CVec3{-1, 0, 0};
     const CVec3 right = Normalized(Cross(forward, pole));
     const CVec3 up = Normalized(Cross(right, forward));
     const double roll = std::isfinite(camera.rollDeg) ? static_cast<double>(camera.rollDeg) * kDegree : 0.0;
     m_up = Normalized(up * static_cast<float>(std::cos(roll)) - right * static_cast<float>(std::sin(roll)));
 
-    const double fov = std::isfinite(camera.fovDeg) ? std::clamp(static_cast<double>(camera.fovDeg), 0.1, 175.0) : 45.0;
+    const double fov =
+        std::isfinite(camera.fovDeg) ? std::clamp(static_cast<double>(camera.fovDeg), 0.1, 175.0) : 45.0;
     m_tanX = 0;
     m_tanY = std::tan(fov * kDegree / 2) * 3 / 4;
 }
@@ -149,7 +159,9 @@ void CViewCamera::Zoom(int step) {
     const double radius = static_cast<double>(m_model.radius);
     const double tanY = TanHalfFovY();
     // A camera of the file may stand beyond the limits: it is not pulled back, only kept from going further.
-    const double nearest = std::min(now, radius * std::max(kSmallestSeen / tanY, kNearestEye));
+    const double finest = static_cast<double>(FinestAt(m_target));
+    const double nearest =
+        std::min(now, std::max(finest, radius * std::max(kSmallestSeen / tanY, kNearestEye)));
     const double farthest = std::max(now, radius * kLargestSeen / tanY);
     m_zoom *= std::clamp(now * factor, nearest, farthest) / now;
 }
@@ -157,7 +169,8 @@ void CViewCamera::Zoom(int step) {
 bool CViewCamera::Zoom(const C2DRect& rect) {
     if (!IsFiniteRect(rect)) return false;
     C2DRect r = rect.Normalized();
-    r = {std::max(r.left, 0.0), std::max(r.top, 0.0), std::min(r.right, m_width), std::min(r.bottom, m_height)};
+    r = {std::max(r.left, 0.0), std::max(r.top, 0.0), std::min(r.right, m_width),
+         std::min(r.bottom, m_height)};
     if (!(r.right - r.left > 0 && r.bottom - r.top > 0)) return false;
     const double magnification = std::min(m_width / (r.right - r.left), m_height / (r.bottom - r.top));
     if (magnification > kMaxBoxZoom) {
@@ -176,10 +189,12 @@ bool CViewCamera::Zoom(const C2DRect& rect) {
     const CVec3 eye = Eye();
     const CVec3 middle = ray((r.left + r.right) / 2, (r.top + r.bottom) / 2);
     const double distance = Distance() * static_cast<double>(Length(middle));
-    // The picture's own up vector: with the scene's, looking aside from steep above would also roll the picture.
+    // The picture's own up vector: with the scene's, looking aside from steep above would also roll the
+    // picture.
     const CFrame turned = FrameOf(-Normalized(middle), frame.up);
     double seenX = 0, seenY = 0;
-    for (const CVec3 corner : {ray(r.left, r.top), ray(r.right, r.top), ray(r.left, r.bottom), ray(r.right, r.bottom)}) {
+    for (const CVec3 corner :
+         {ray(r.left, r.top), ray(r.right, r.top), ray(r.left, r.bottom), ray(r.right, r.bottom)}) {
         const double depth = -static_cast<double>(Dot(corner, turned.back));
         seenX = std::max(seenX, std::abs(static_cast<double>(Dot(corner, turned.right))) / depth);
         seenY = std::max(seenY, std::abs(static_cast<double>(Dot(corner, turned.up))) / depth);
@@ -195,25 +210,34 @@ bool CViewCamera::Zoom(const C2DRect& rect) {
     return true;
 }
 
-double CViewCamera::TanHalfFovY() const { return std::max(m_tanY, m_tanX / Aspect()); }
+double CViewCamera::TanHalfFovY() const {
+    return std::max(m_tanY, m_tanX / Aspect());
+}
 
-float CViewCamera::FovYDeg() const { return static_cast<float>(2 * std::atan(TanHalfFovY()) / kDegree); }
+float CViewCamera::FovYDeg() const {
+    return static_cast<float>(2 * std::atan(TanHalfFovY()) / kDegree);
+}
 
 double CViewCamera::FittingDistance() const {
     const double tangent = kPresetTanY * std::min(1.0, Aspect());
     return static_cast<double>(m_radius) * std::sqrt(1 + tangent * tangent) / tangent;
 }
 
-double CViewCamera::Distance() const { return m_zoom * (m_kind == EKind::Preset ? FittingDistance() : m_distance); }
+double CViewCamera::Distance() const {
+    return m_zoom * (m_kind == EKind::Preset ? FittingDistance() : m_distance);
+}
 
-CVec3 CViewCamera::Eye() const { return m_target + m_back * static_cast<float>(Distance()); }
+CVec3 CViewCamera::Eye() const {
+    return m_target + m_back * static_cast<float>(Distance());
+}
 
 CDepthRange CViewCamera::DepthRange(const CSphere& model, std::span<const CSphere> others) const {
     const CVec3 eye = Eye();
     const auto depthOf = [&](CVec3 p) { return Dot(eye - p, m_back); };
     CSphere turning = model;
     if (!(std::isfinite(turning.radius) && ::IsFinite(turning.center))) turning = m_model;
-    turning.radius = std::max({turning.radius * 1.01f, m_model.radius * 1e-3f}) + Length(turning.center - m_target);
+    turning.radius =
+        std::max({turning.radius * 1.01f, m_model.radius * 1e-3f}) + Length(turning.center - m_target);
     const float middle = depthOf(m_target);
     CDepthRange range{middle - turning.radius, middle + turning.radius};
     const float modelFar = range.farPlane;
@@ -240,8 +264,8 @@ CMat4 CViewCamera::ViewMatrix() const {
                                    static_cast<double>(axis.z) * static_cast<double>(eye.z));
     };
     CMat4 v;
-    v.m = {f.right.x, f.up.x, f.back.x, 0, f.right.y, f.up.y, f.back.y, 0, f.right.z, f.up.z, f.back.z, 0,
-           along(f.right), along(f.up), along(f.back), 1};
+    v.m = {f.right.x, f.up.x, f.back.x, 0, f.right.y,      f.up.y,      f.back.y,      0,
+           f.right.z, f.up.z, f.back.z, 0, along(f.right), along(f.up), along(f.back), 1};
     return v;
 }
 

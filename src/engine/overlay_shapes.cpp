@@ -28,7 +28,8 @@ void AddCircle(CLines& lines, CVec3 middle, CVec3 right, CVec3 up, float radius)
 /** A box given by its middle and three half axes. */
 void AddSolid(CLines& lines, CVec3 middle, CVec3 a, CVec3 b, CVec3 c) {
     const auto corner = [&](unsigned i) {
-        return middle + a * ((i & 1u) ? 1.0f : -1.0f) + b * ((i & 2u) ? 1.0f : -1.0f) + c * ((i & 4u) ? 1.0f : -1.0f);
+        return middle + a * ((i & 1u) ? 1.0f : -1.0f) + b * ((i & 2u) ? 1.0f : -1.0f) +
+               c * ((i & 4u) ? 1.0f : -1.0f);
     };
     for (unsigned i = 0; i < 8; ++i) {
         for (const unsigned bit : {1u, 2u, 4u}) {
@@ -60,13 +61,16 @@ CLines Camera(const CPreparedCamera& camera, float size) {
     const CVec3 right = AnySquareTo(forward);
     const CVec3 up = Cross(right, forward);
     const CVec3 eye = camera.position;
-    AddSolid(lines, eye - forward * (0.9f * size), right * (0.3f * size), up * (0.45f * size), forward * (0.6f * size));
-    AddSolid(lines, eye - forward * (0.15f * size), right * (0.15f * size), up * (0.15f * size), forward * (0.15f * size));
+    AddSolid(lines, eye - forward * (0.9f * size), right * (0.3f * size), up * (0.45f * size),
+             forward * (0.6f * size));
+    AddSolid(lines, eye - forward * (0.15f * size), right * (0.15f * size), up * (0.15f * size),
+             forward * (0.15f * size));
 
     const float distance = Length(sight);
     const float halfWidth = std::tan(std::fmin(camera.fovDeg, 170.0f) * kDegree / 2) * distance;
     const CVec3 x = right * halfWidth, y = up * (halfWidth * 0.75f);
-    const CVec3 corners[] = {camera.target + x + y, camera.target - x + y, camera.target - x - y, camera.target + x - y};
+    const CVec3 corners[] = {camera.target + x + y, camera.target - x + y, camera.target - x - y,
+                             camera.target + x - y};
     for (int i = 0; i < 4; ++i) {
         Add(lines, eye, corners[i]);
         Add(lines, corners[i], corners[(i + 1) % 4]);

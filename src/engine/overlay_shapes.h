@@ -15,7 +15,8 @@ using CLines = std::vector<CVec3>;
 
 /** The twelve edges. */
 [[nodiscard]] CLines BoxEdges(const CBox& box);
-/** A body with a viewfinder, the pyramid of what a picture of 4:3 sees out to the target, and the line of sight. */
+/** A body with a viewfinder, the pyramid of what a picture of 4:3 sees out to the target, and the line of
+ * sight. */
 [[nodiscard]] CLines Camera(const CPreparedCamera& camera, float size);
 /** A star of six rays with a diamond about it. */
 [[nodiscard]] CLines Omni(const CPreparedLight& light, float size);

@@ -17,14 +17,15 @@ constexpr CVec3 kCameraColor{0.25f, 0.55f, 0.95f};
 constexpr CVec3 kLightColor{0.95f, 0.80f, 0.20f};
 constexpr CVec3 kLightOffColor{0.45f, 0.40f, 0.20f};
 constexpr float kSymbolSize = 0.06f;  // of the radius
-constexpr float kAxisLength = 1.0f;
+constexpr float kAxisLength = 0.85f;  // with its letter it stays inside the sphere, and so in every preset
 constexpr float kLetterSize = 0.09f;
 
 /** Lines in plain colours; afterwards everything is as before. */
 class CLineState {
   public:
     CLineState() {
-        glPushAttrib(GL_ENABLE_BIT | GL_LINE_BIT | GL_CURRENT_BIT | GL_DEPTH_BUFFER_BIT | GL_COLOR_BUFFER_BIT);
+        glPushAttrib(GL_ENABLE_BIT | GL_LINE_BIT | GL_CURRENT_BIT | GL_DEPTH_BUFFER_BIT |
+                     GL_COLOR_BUFFER_BIT);
         glDisable(GL_LIGHTING);
         glDisable(GL_TEXTURE_2D);
         glDisable(GL_BLEND);
@@ -69,13 +70,15 @@ CScreenAxes ScreenAxes() {
 void DrawAxes(const CSphere& sphere) {
     const CScreenAxes screen = ScreenAxes();
     const std::array<CVec3, 3> directions{CVec3{1, 0, 0}, CVec3{0, 1, 0}, CVec3{0, 0, 1}};
-    const std::array<CVec3, 3> colors{CVec3{0.9f, 0.15f, 0.15f}, CVec3{0.1f, 0.7f, 0.1f}, CVec3{0.2f, 0.35f, 1.0f}};
+    const std::array<CVec3, 3> colors{CVec3{0.9f, 0.15f, 0.15f}, CVec3{0.1f, 0.7f, 0.1f},
+                                      CVec3{0.2f, 0.35f, 1.0f}};
     for (std::size_t i = 0; i < 3; ++i) {
         const CVec3 end = sphere.center + directions[i] * (sphere.radius * kAxisLength);
         const CVec3 label = end + directions[i] * (sphere.radius * kLetterSize * 0.9f);
         Draw({sphere.center, end}, colors[i]);
         const char letter = static_cast<char>('X' + static_cast<int>(i));
-        Draw(overlay_shapes::Letter(letter, label, screen.right, screen.up, sphere.radius * kLetterSize), colors[i]);
+        Draw(overlay_shapes::Letter(letter, label, screen.right, screen.up, sphere.radius * kLetterSize),
+             colors[i]);
     }
 }
 
@@ -96,7 +99,8 @@ void DrawOverlays(const CGlCurrent& /*gl*/, const CPreparedScene& scene, const C
     const float size = sphere.radius * kSymbolSize;
     if (overlays.bounds) Draw(overlay_shapes::BoxEdges(scene.bounds), kBoundsColor);
     if (overlays.cameras) {
-        for (const CPreparedCamera& camera : scene.cameras) Draw(overlay_shapes::Camera(camera, size), kCameraColor);
+        for (const CPreparedCamera& camera : scene.cameras)
+            Draw(overlay_shapes::Camera(camera, size), kCameraColor);
     }
     if (overlays.lights) DrawLights(scene, size);
     if (overlays.axes) DrawAxes(sphere);

@@ -9,8 +9,8 @@ class CGlCurrent;
 struct CPreparedScene;
 
 /**
- * Line drawings over a scene that has just been drawn: with its matrices, hidden by what stands before them. They use
- * the fixed pipeline and leave all OpenGL state as they found it.
+ * Line drawings over a scene that has just been drawn: with its matrices, hidden by what stands before them.
+ * They use the fixed pipeline and leave all OpenGL state as they found it.
  */
 struct COverlays {
     bool bounds = false;

@@ -41,13 +41,13 @@ void Flush(std::vector<CVec3>& corners) {
     corners.clear();
 }
 
-void DrawBatch(const CPreparedMesh& mesh, const CPreparedBatch& batch, const std::vector<std::uint8_t>& beyond,
-               std::vector<CVec3>& corners) {
+void DrawBatch(const CPreparedMesh& mesh, const CPreparedBatch& batch,
+               const std::vector<std::uint8_t>& beyond, std::vector<CVec3>& corners) {
     for (std::uint32_t i = batch.firstIndex; i + 2 < batch.firstIndex + batch.indexCount; i += 3) {
         const std::uint32_t a = mesh.Index(i), b = mesh.Index(i + 1), c = mesh.Index(i + 2);
         if ((beyond[a] & beyond[b] & beyond[c]) != 0) continue;
-        corners.insert(corners.end(),
-                       {mesh.vertices[a].Position(), mesh.vertices[b].Position(), mesh.vertices[c].Position()});
+        corners.insert(corners.end(), {mesh.vertices[a].Position(), mesh.vertices[b].Position(),
+                                       mesh.vertices[c].Position()});
         if (corners.size() >= kCornersADraw) Flush(corners);
     }
     Flush(corners);
@@ -71,6 +71,7 @@ void DrawSelectable(CGlCurrent&, const CPreparedScene& scene, const CFrameView& 
         const CPreparedNode& node = scene.nodes[n];
         if (!node.visible || node.mesh < 0 || !view.MayShow(node.worldBounds)) continue;
         const CPreparedMesh& mesh = scene.meshes[static_cast<std::size_t>(node.mesh)];
+        if (mesh.vertices.empty()) continue;
         const CMatrix4d eyeModelView = view.EyeModelView(node.meshToWorld);
         ClassifyVertices(mesh, view.eyeProjection * eyeModelView, beyond);
         glLoadName(n);

@@ -246,18 +246,21 @@ std::string Head(const CShaderVariant& variant) {
 
 std::uint32_t CShaderVariant::Key() const {
     const auto bit = [](bool value, unsigned at) { return static_cast<std::uint32_t>(value) << at; };
-    return maps | bit(spots, 8) | bit(ranges, 9) | bit(specular, 10) | bit(tintedSpecular, 11) | bit(flat, 12) |
-           bit(twoSided, 13) | static_cast<std::uint32_t>(lights) << 16;
+    return maps | bit(spots, 8) | bit(ranges, 9) | bit(specular, 10) | bit(tintedSpecular, 11) |
+           bit(flat, 12) | bit(twoSided, 13) | static_cast<std::uint32_t>(lights) << 16;
 }
 
-std::string VertexShaderSource(const CShaderVariant& variant) { return Head(variant) + kVertex; }
+std::string VertexShaderSource(const CShaderVariant& variant) {
+    return Head(variant) + kVertex;
+}
 
 std::string FragmentShaderSource(const CShaderVariant& variant) {
     std::string text = Head(variant) + kDeclarations;
     if (variant.maps != 0) {
         text += kMapFunctions;
         for (int i = 0; i < kMapKinds; ++i) {
-            if (variant.maps >> static_cast<unsigned>(i) & 1u) text += "uniform sampler2D uMap" + std::to_string(i) + ";\n";
+            if (variant.maps >> static_cast<unsigned>(i) & 1u)
+                text += "uniform sampler2D uMap" + std::to_string(i) + ";\n";
         }
     }
     return text + kMain;

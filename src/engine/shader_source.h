@@ -9,16 +9,16 @@ enum class EMapKind { Texture, Texture2, Opacity, Specular, Shininess, SelfIllum
 constexpr int kMapKinds = 8;
 
 /**
- * Which of the small programs draws a part. A plain part under the headlight needs a dozen instructions, and software
- * OpenGL is as fast as that; so each combination that a scene uses is a program of its own.
+ * Which of the small programs draws a part. A plain part under the headlight needs a dozen instructions, and
+ * software OpenGL is as fast as that; so each combination that a scene uses is a program of its own.
  */
 struct CShaderVariant {
-    std::uint32_t maps = 0;     ///< bit 1 << EMapKind
-    int lights = 0;             ///< 0: headlight
+    std::uint32_t maps = 0;  ///< bit 1 << EMapKind
+    int lights = 0;          ///< 0: headlight
     bool spots = false;
     bool ranges = false;
     bool specular = false;
-    bool tintedSpecular = false;    ///< metal: the highlight takes the surface's colour
+    bool tintedSpecular = false;  ///< metal: the highlight takes the surface's colour
     bool flat = false;
     bool twoSided = false;
 
@@ -32,14 +32,15 @@ struct CShaderVariant {
  *
  * uNormal (mat3); uViewer (CFrameView::viewer); uBase, uDiffuse (with opacity in w), uAmbient, uSelf,
  * uSpecular (exponent in w); uAmbientLight; uLightPosition (cosOuter in w), uLightDirection (cosInner in w),
- * uLightColor, uLightRange; for map number i: uMap<i>, uMapS[i] and uMapT[i] (rows of the coordinates' transform),
- * uMapValue[i] (amount, sign, bias, 1 when not tiled), uMapWeight[i] (the value is the weighted sum of the channels; of a
- * texture w is 1 where its alpha makes transparent, z where it lets the colour below show; of a specular map x is the
- * strength).
+ * uLightColor, uLightRange; for map number i: uMap<i>, uMapS[i] and uMapT[i] (rows of the coordinates'
+ * transform), uMapValue[i] (amount, sign, bias, 1 when not tiled), uMapWeight[i] (the value is the weighted
+ * sum of the channels; of a texture w is 1 where its alpha makes transparent, z where it lets the colour
+ * below show; of a specular map x is the strength).
  *
- * How maps act: texture and texture2 replace the colour by their amount; the first one's alpha makes transparent or,
- * of a decal, lets the colour show; the second one's alpha lets the first show. Opacity and self-illumination maps replace the material's value by their
- * amount, specular maps its highlight colour; shininess maps scale the highlight; reflections are added.
+ * How maps act: texture and texture2 replace the colour by their amount; the first one's alpha makes
+ * transparent or, of a decal, lets the colour show; the second one's alpha lets the first show. Opacity and
+ * self-illumination maps replace the material's value by their amount, specular maps its highlight colour;
+ * shininess maps scale the highlight; reflections are added.
  */
 [[nodiscard]] std::string VertexShaderSource(const CShaderVariant& variant);
 [[nodiscard]] std::string FragmentShaderSource(const CShaderVariant& variant);

@@ -27,10 +27,11 @@ CDepthRange MeasureDepths(std::span<const CPreparedVertex> vertices, std::span<c
 void SortByByte(const std::vector<std::uint32_t>& from, std::vector<std::uint32_t>& to,
                 const std::vector<std::uint16_t>& keys, unsigned shift) {
     std::array<std::uint32_t, 257> start{};
-    for (std::uint16_t key : keys) ++start[(key >> shift & 0xFFu) + 1];
+    const auto byte = [shift](std::uint16_t key) { return static_cast<std::uint32_t>(key) >> shift & 0xFFu; };
+    for (std::uint16_t key : keys) ++start[byte(key) + 1];
     for (std::size_t i = 1; i < start.size(); ++i) start[i] += start[i - 1];
     to.resize(from.size());
-    for (std::uint32_t triangle : from) to[start[keys[triangle] >> shift & 0xFFu]++] = triangle;
+    for (std::uint32_t triangle : from) to[start[byte(keys[triangle])]++] = triangle;
 }
 
 }  // namespace

@@ -17,8 +17,8 @@ struct CDepthRange {
 };
 
 /**
- * The triangles of indices in order of falling depth of their middles, where the depth of a point p is row . (p, 1).
- * Equal depths (to 1/65,536 of the whole) keep their order. Indices must be valid.
+ * The triangles of indices in order of falling depth of their middles, where the depth of a point p is row .
+ * (p, 1). Equal depths (to 1/65,536 of the whole) keep their order. Indices must be valid.
  */
 template <class TIndex>
 CDepthRange OrderBackToFront(std::span<const CPreparedVertex> vertices, std::span<const TIndex> indices,

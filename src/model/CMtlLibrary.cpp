@@ -18,6 +18,7 @@ namespace {
 
 constexpr float kPlainGrey = 0.588f;  // as 3D Studio's own default
 constexpr std::size_t kMaxMaterialText = 65'536;
+constexpr std::size_t kMaxMaterials = 100'000;  // a name takes ten times the memory of the text that makes it
 constexpr std::string_view kBlanks = " \t\r\n";
 
 bool IsBlank(char c) {
@@ -118,7 +119,8 @@ void CMtlLibrary::Add(std::string text) {
     std::string name;
     std::size_t blockBegin = 0;
     const auto finish = [&](std::size_t end) {
-        if (!name.empty()) m_materials.try_emplace(name, all.substr(blockBegin, end - blockBegin));
+        if (name.empty() || m_materials.size() == kMaxMaterials) return;
+        m_materials.try_emplace(name, all.substr(blockBegin, end - blockBegin));
     };
     for (std::size_t begin = 0; begin < all.size();) {
         const std::size_t end = std::min(all.find_first_of("\r\n", begin), all.size());

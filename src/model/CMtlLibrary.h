@@ -15,7 +15,8 @@ struct Lib3dsMaterial;
  */
 class CMtlLibrary {
   public:
-    /** Notes where each material stands; of several with one name the first counts. */
+    /** Notes where each material stands; of several with one name the first counts, and of over 100,000 the
+     * first. */
     void Add(std::string text);
 
     [[nodiscard]] bool Has(const std::string& name) const { return m_materials.contains(name); }

@@ -17,7 +17,7 @@
 namespace {
 
 constexpr std::uint64_t kMaxObj = (std::uint64_t{1} << 31) - 1;
-constexpr std::uint64_t kMaxMtl = 32'000'000;
+constexpr std::uint64_t kMaxMtl = 16'000'000;  // of all material files together
 constexpr std::size_t kMaxLibraries = 16;
 
 std::string_view TextOf(const std::vector<std::byte>& bytes) {
@@ -58,8 +58,9 @@ class CLibraryFinder {
         const auto path = m_folders.FindBesideModel(CTextureQuery(name));
         if (!path || m_read.contains(path->native())) return path.has_value();
         if (m_read.size() == kMaxLibraries) return false;
-        auto bytes = file_util_ex::ReadWholeFile(path->native(), kMaxMtl);
+        auto bytes = file_util_ex::ReadWholeFile(path->native(), kMaxMtl - m_bytesRead);
         if (!bytes) return false;
+        m_bytesRead += bytes.Value().size();
         m_read.insert(path->native());
         m_library.Add(std::string(TextOf(bytes.Value())));
         return true;
@@ -70,6 +71,7 @@ class CLibraryFinder {
     CNoteList& m_notes;
     CMtlLibrary m_library;
     std::unordered_set<std::string> m_read;
+    std::uint64_t m_bytesRead = 0;
 };
 
 void NoteWhatIsMissing(const CObjGeometry& geometry, CNoteList& notes) {
@@ -88,9 +90,9 @@ void NoteWhatIsMissing(const CObjGeometry& geometry, CNoteList& notes) {
 CResult<CLib3dsFilePtr> MakeScene(const CObjGeometry& geometry, const CMtlLibrary& library,
                                   CNoteList& notes) {
     if (geometry.faceEnds.empty()) return CError{EErrorCode::BadFormat, "The file has no faces", {}};
+    NoteWhatIsMissing(geometry, notes);  // first, as the number of notes is bounded
     CLib3dsFilePtr file = CObjSceneMaker(geometry, library, notes).Make();
     if (!file->meshes) return CError{EErrorCode::BadFormat, "No face of the file can be drawn", {}};
-    NoteWhatIsMissing(geometry, notes);
     return file;
 }
 

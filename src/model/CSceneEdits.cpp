@@ -12,6 +12,7 @@
 #include "model/CScene.h"
 #include "model/CSceneReader.h"
 #include "model/lib3ds_copies.h"
+#include "model/mesh_access.h"
 #include "model/node_edits.h"
 #include "model/prepare_scene.h"
 #include "model/rotation_of_angles.h"
@@ -22,7 +23,9 @@ CError NoNode(std::string_view node) {
     return {EErrorCode::NotFound, "the scene has no such object", std::string(node)};
 }
 
-CError NoMemory() { return {EErrorCode::TooLarge, "not enough memory for the edit", {}}; }
+CError NoMemory() {
+    return {EErrorCode::TooLarge, "not enough memory for the edit", {}};
+}
 
 CMat4 ParentWorld(const CPreparedScene& prepared, const Lib3dsNode* source) {
     const auto node = std::find_if(prepared.nodes.begin(), prepared.nodes.end(),
@@ -57,14 +60,18 @@ const CPreparedNode* Choose(const CPreparedScene& scene, std::string_view wanted
 
 }  // namespace
 
-CSceneEdits::CSceneEdits(CScene& scene, const CPreparedScene& prepared) : m_scene(scene) { Index(prepared); }
+CSceneEdits::CSceneEdits(CScene& scene, const CPreparedScene& prepared) : m_scene(scene) {
+    Index(prepared);
+}
 
 void CSceneEdits::Index(const CPreparedScene& prepared) {
     m_targets.clear();
-    for (const ENodeKind kind : {ENodeKind::Object, ENodeKind::Dummy}) {  // an object wins over a dummy of its name
+    for (const ENodeKind kind :
+         {ENodeKind::Object, ENodeKind::Dummy}) {  // an object wins over a dummy of its name
         for (const CPreparedNode& node : prepared.nodes) {
             if (node.kind != kind) continue;
-            Lib3dsMesh* mesh = node.mesh < 0 ? nullptr : m_scene.Meshes()[static_cast<std::size_t>(node.mesh)].mesh;
+            Lib3dsMesh* mesh =
+                node.mesh < 0 ? nullptr : m_scene.Meshes()[static_cast<std::size_t>(node.mesh)].mesh;
             if (node.source == nullptr && mesh == nullptr) continue;
             const void* key = node.source;
             if (key == nullptr) key = mesh;
@@ -77,7 +84,8 @@ void CSceneEdits::Index(const CPreparedScene& prepared) {
 void CSceneEdits::Renew(CPreparedScene& prepared) {
     for (CPreparedNode& node : prepared.nodes) {
         const void* key = node.source;
-        if (key == nullptr && node.mesh >= 0) key = m_scene.Meshes()[static_cast<std::size_t>(node.mesh)].mesh;
+        if (key == nullptr && node.mesh >= 0)
+            key = m_scene.Meshes()[static_cast<std::size_t>(node.mesh)].mesh;
         const auto known = m_names.find(key);
         if (known != m_names.end()) node.name = known->second;
     }
@@ -153,7 +161,8 @@ CStatus CSceneEdits::TransformMesh(CTarget& target, const CMat4& transform) {
 CStatus CSceneEdits::MoveNode(const CPreparedScene& prepared, std::string_view name, CVec3 offset) {
     CTarget* target = Find(name);
     if (target == nullptr) return NoNode(name);
-    if (!IsFinite(offset)) return CError{EErrorCode::BadArgument, "the distance is not a number", std::string(name)};
+    if (!IsFinite(offset))
+        return CError{EErrorCode::BadArgument, "the distance is not a number", std::string(name)};
     if (target->isPlacedByMesh) return TransformMesh(*target, CMat4::Translation(offset));
     const CMat4 parent = ParentWorld(prepared, target->node);
     node_edits::MoveTracks(*target->node, parent.AffineInverse().TransformDirection(offset));
@@ -163,7 +172,8 @@ CStatus CSceneEdits::MoveNode(const CPreparedScene& prepared, std::string_view n
 CStatus CSceneEdits::RotateNode(const CPreparedScene& prepared, std::string_view name, CVec3 anglesDeg) {
     CTarget* target = Find(name);
     if (target == nullptr) return NoNode(name);
-    if (!IsFinite(anglesDeg)) return CError{EErrorCode::BadArgument, "the angles are not numbers", std::string(name)};
+    if (!IsFinite(anglesDeg))
+        return CError{EErrorCode::BadArgument, "the angles are not numbers", std::string(name)};
     const CMat4 turn = RotationOfAngles(anglesDeg.x, anglesDeg.y, anglesDeg.z);
     if (target->isPlacedByMesh) {
         (void)m_scene.File();
@@ -181,22 +191,25 @@ CStatus CSceneEdits::ReplaceNode(std::string_view name, std::string_view path, s
     CResult<CScene> read = CSceneReader::ReadFile(path);
     if (!read) return read.Error();
     CScene& other = read.Value();
-    (void)other.File();  // first, as it turns the points of mirrored meshes over
     const CPreparedScene prepared = PrepareScene(other, {.threads = 0, .loadTextures = false});
     const CPreparedNode* chosen = Choose(prepared, newNode, name);
-    if (chosen == nullptr) return CError{EErrorCode::NotFound, "the file has no such object", std::string(path)};
+    if (chosen == nullptr)
+        return CError{EErrorCode::NotFound, "the file has no such object", std::string(path)};
+    (void)other.File();
     (void)m_scene.File();
     const Lib3dsMesh& source = *other.Meshes()[static_cast<std::size_t>(chosen->mesh)].mesh;
-    Lib3dsMesh* mesh = lib3ds_copies::CopyMesh(source, lib3ds_copies::UnusedMeshName(*m_scene.Header(), source.name));
+    Lib3dsMesh* mesh =
+        lib3ds_copies::CopyMesh(source, lib3ds_copies::UnusedMeshName(*m_scene.Header(), source.name));
     if (mesh == nullptr) return NoMemory();
     TakeMaterials(other, *mesh);
-    PutMesh(*target, mesh, chosen->meshToNode);
+    PutMesh(*target, mesh, chosen->meshToNode * FlipOfMesh(source));
     Changed();
     return CDone{};
 }
 
 void CSceneEdits::PutMesh(CTarget& target, Lib3dsMesh* mesh, const CMat4& meshToNode) {
-    // The new mesh stands in the old one's frame with its own origin, so that no pivot is left to tell them apart.
+    // The new mesh stands in the old one's frame with its own origin, so that no pivot is left to tell them
+    // apart.
     const CMat4 place = UnmirroredPlace(*target.mesh);
     node_edits::TransformMesh(*mesh, place * meshToNode);
     std::memcpy(mesh->matrix, place.m.data(), sizeof mesh->matrix);

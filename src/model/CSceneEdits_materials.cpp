@@ -83,7 +83,8 @@ CStatus CSceneEdits::ChangeNodeMaterial(std::string_view node, std::string_view 
     if (names.empty()) {
         return CError{EErrorCode::NotFound, "the object has no such material", std::string(material)};
     }
-    if (!OwnMesh(*target)) return CError{EErrorCode::TooLarge, "not enough memory for the edit", std::string(node)};
+    if (!OwnMesh(*target))
+        return CError{EErrorCode::TooLarge, "not enough memory for the edit", std::string(node)};
     bool complete = true;
     for (const std::string& name : names) {
         if (Lib3dsMaterial* own = OwnMaterial(*target->mesh, name)) {

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "model/C3dsParser.h"
+#include "model/CObjConv3ds.h"
 #include "model/zip_scene.h"
 #include "platform/CZipReader.h"
 #include "platform/file_util_ex.h"
@@ -16,7 +17,23 @@ bool IsZip(const std::vector<std::byte>& bytes) {
     return CZipReader::LooksLikeZip({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
 }
 
+bool HasObjExtension(std::string_view path) {
+    const std::string extension = file_util_ex::GetFileExt(path);
+    return extension == "obj" || extension == "OBJ" || extension == "Obj";
+}
+
+CResult<CScene> ReadObj(std::string_view path) {
+    std::vector<CSceneNote> notes;
+    CResult<CLib3dsFilePtr> file = CObjConv3ds::ConvertResult(path, notes);
+    if (!file) return file.Error();
+    CScene scene = CScene::Adopt(std::move(file).Value());
+    for (CSceneNote& note : notes) scene.AddNote(std::move(note));
+    scene.SetTextures(CTextureLocator::BesideModel(path));
+    return scene;
+}
+
 CResult<CScene> ReadContents(std::string_view path) {
+    if (HasObjExtension(path)) return ReadObj(path);
     CResult<std::vector<std::byte>> bytes = file_util_ex::ReadWholeFile(path, kMaxFileBytes);
     if (!bytes) return bytes.Error();
     if (IsZip(bytes.Value())) return ReadZipScene(std::move(bytes).Value(), path);

@@ -49,8 +49,8 @@ class CTextureLocator {
      */
     [[nodiscard]] std::optional<CTextureHit> Find(std::string_view reference) const;
 
-    /** From now on this object finds the picture wherever its exact name is asked for, before all others. Copies made
-     *  earlier do not. */
+    /** From now on this object finds the picture wherever its exact name is asked for, before all others.
+     * Copies made earlier do not. */
     void Add(CImageDataText texture);
 
   private:

@@ -2,7 +2,6 @@
 #include <lib3ds/camera.h>
 #include <lib3ds/file.h>
 #include <lib3ds/light.h>
-#include <lib3ds/mesh.h>
 #include <lib3ds/node.h>
 #include <lib3ds/quat.h>
 
@@ -12,7 +11,6 @@
 #include <string>
 #include <unordered_map>
 
-#include "model/CScene.h"
 #include "model/prepare_scene.h"
 
 namespace {
@@ -126,14 +124,6 @@ bool IsShown(const Lib3dsNode& node, float frame) {
     return shown;
 }
 
-bool IsHiddenInFile(const CPreparedNode& node, const CScene& scene) {
-    if (node.source && (node.source->flags1 & LIB3DS_HIDDEN)) return true;
-    if (node.mesh < 0) return false;
-    const Lib3dsMesh* mesh =
-        scene.Meshes().empty() ? nullptr : scene.Meshes()[static_cast<std::size_t>(node.mesh)].mesh;
-    return mesh && (mesh->object_flags & LIB3DS_OBJECT_HIDDEN);
-}
-
 void EvaluateTransforms(CPreparedScene& prepared, float frame) {
     for (CPreparedNode& node : prepared.nodes) {
         if (node.isPlacedByMesh) {
@@ -215,31 +205,17 @@ CSphere SphereOf(const CPreparedScene& prepared) {
     sphere.radius = static_cast<float>(std::sqrt(farthest));
     return sphere;
 }
-bool AllAreHiddenInFile(const CPreparedScene& prepared, const CScene& scene) {
-    return std::all_of(prepared.nodes.begin(), prepared.nodes.end(), [&](const CPreparedNode& node) {
-        return node.mesh < 0 || IsHiddenInFile(node, scene);
-    });
-}
-
-/** A file in which everything is hidden was opened to see something. */
-void ShowAll(CPreparedScene& prepared) {
-    for (CPreparedNode& node : prepared.nodes) {
-        node.visible = true;
-        prepared.bounds.Add(node.worldBounds);
-    }
-}
 }  // namespace
 
-void EvaluateNodes(CPreparedScene& prepared, const CScene& scene, float frame) {
+void EvaluateNodes(CPreparedScene& prepared, const CScene&, float frame) {
     prepared.currentFrame = frame;
     EvaluateTransforms(prepared, frame);
     EvaluateViewers(prepared, frame);
     prepared.bounds = {};
     for (CPreparedNode& node : prepared.nodes) {
         if (node.mesh < 0) continue;
-        node.visible = (!node.source || IsShown(*node.source, frame)) && !IsHiddenInFile(node, scene);
+        node.visible = !node.source || IsShown(*node.source, frame);
         if (node.visible) prepared.bounds.Add(node.worldBounds);
     }
-    if (prepared.bounds.IsEmpty() && AllAreHiddenInFile(prepared, scene)) ShowAll(prepared);
     prepared.boundingSphere = SphereOf(prepared);
 }

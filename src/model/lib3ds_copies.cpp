@@ -88,9 +88,13 @@ bool SameLook(const Lib3dsMaterial& a, const Lib3dsMaterial& b) {
     return std::memcmp(bytesA + start, bytesB + start, sizeof(Lib3dsMaterial) - start) == 0;
 }
 
-std::string UnusedMaterialName(Lib3dsFile& file, std::string_view name) { return UnusedName(file.materials, name); }
+std::string UnusedMaterialName(Lib3dsFile& file, std::string_view name) {
+    return UnusedName(file.materials, name);
+}
 
-std::string UnusedMeshName(Lib3dsFile& file, std::string_view name) { return UnusedName(file.meshes, name); }
+std::string UnusedMeshName(Lib3dsFile& file, std::string_view name) {
+    return UnusedName(file.meshes, name);
+}
 
 bool UsedByOtherMeshes(const Lib3dsFile& file, const Lib3dsMesh& mesh, std::string_view material) {
     for (const Lib3dsMesh* other = file.meshes; other != nullptr; other = other->next) {

@@ -29,6 +29,7 @@ void SetName(char (&field)[64], std::string_view text);
 [[nodiscard]] std::string UnusedMeshName(Lib3dsFile& file, std::string_view name);
 
 /** True when a face of any mesh but this one has the material. */
-[[nodiscard]] bool UsedByOtherMeshes(const Lib3dsFile& file, const Lib3dsMesh& mesh, std::string_view material);
+[[nodiscard]] bool UsedByOtherMeshes(const Lib3dsFile& file, const Lib3dsMesh& mesh,
+                                     std::string_view material);
 
 }  // namespace lib3ds_copies

@@ -20,16 +20,20 @@ namespace {
 constexpr std::uint64_t kMaxTextureBytes = 512ULL << 20;
 
 constexpr std::array kMaps{
-    &Lib3dsMaterial::texture1_map,  &Lib3dsMaterial::texture1_mask,   &Lib3dsMaterial::texture2_map,
-    &Lib3dsMaterial::texture2_mask, &Lib3dsMaterial::opacity_map,     &Lib3dsMaterial::opacity_mask,
-    &Lib3dsMaterial::bump_map,      &Lib3dsMaterial::bump_mask,       &Lib3dsMaterial::specular_map,
-    &Lib3dsMaterial::specular_mask, &Lib3dsMaterial::shininess_map,   &Lib3dsMaterial::shininess_mask,
+    &Lib3dsMaterial::texture1_map,   &Lib3dsMaterial::texture1_mask,   &Lib3dsMaterial::texture2_map,
+    &Lib3dsMaterial::texture2_mask,  &Lib3dsMaterial::opacity_map,     &Lib3dsMaterial::opacity_mask,
+    &Lib3dsMaterial::bump_map,       &Lib3dsMaterial::bump_mask,       &Lib3dsMaterial::specular_map,
+    &Lib3dsMaterial::specular_mask,  &Lib3dsMaterial::shininess_map,   &Lib3dsMaterial::shininess_mask,
     &Lib3dsMaterial::self_illum_map, &Lib3dsMaterial::self_illum_mask, &Lib3dsMaterial::reflection_map,
     &Lib3dsMaterial::reflection_mask};
 
-float Clamped(float value) { return std::clamp(value, 0.0f, 1.0f); }
+float Clamped(float value) {
+    return std::clamp(value, 0.0f, 1.0f);
+}
 
-float Brightness(const float (&color)[4]) { return 0.3f * color[0] + 0.59f * color[1] + 0.11f * color[2]; }
+float Brightness(const float (&color)[4]) {
+    return 0.3f * color[0] + 0.59f * color[1] + 0.11f * color[2];
+}
 
 bool SceneNames(const CScene& scene, std::string_view name) {
     for (const Lib3dsMaterial* m = scene.Header()->materials; m != nullptr; m = m->next) {
@@ -48,9 +52,11 @@ bool SameFile(const std::string& a, const std::string& b) {
 /** name with a number before its extension, cut to what a material holds. */
 std::string Numbered(const std::string& name, unsigned number) {
     const std::string ext = file_util_ex::GetFileExt(name);
-    const std::string suffix = (number > 1 ? "#" + std::to_string(number) : "") + (ext.empty() ? "" : "." + ext);
+    const std::string suffix =
+        (number > 1 ? "#" + std::to_string(number) : "") + (ext.empty() ? "" : "." + ext);
     char field[64];
-    const std::size_t room = suffix.size() < lib3ds_copies::kMaxName ? lib3ds_copies::kMaxName - suffix.size() : 0;
+    const std::size_t room =
+        suffix.size() < lib3ds_copies::kMaxName ? lib3ds_copies::kMaxName - suffix.size() : 0;
     lib3ds_copies::SetName(field, file_util_ex::GetFileNameWithPath(name).substr(0, room));
     return field + suffix.substr(0, lib3ds_copies::kMaxName);
 }
@@ -89,7 +95,9 @@ void SetShininess(Lib3dsMaterial& material, float value) {
     material.shin_strength = Clamped(value);
 }
 
-void SetTransparency(Lib3dsMaterial& material, float value) { material.transparency = Clamped(value); }
+void SetTransparency(Lib3dsMaterial& material, float value) {
+    material.transparency = Clamped(value);
+}
 
 void SetTexture(Lib3dsMaterial& material, std::string_view textureName) {
     Lib3dsTextureMap& map = material.texture1_map;
@@ -122,7 +130,8 @@ void AdoptTextures(CScene& scene, const CScene& from, Lib3dsMaterial& material) 
         const auto hit = from.Textures().Find(name);
         if (!hit) continue;
         const auto known = scene.Textures().Find(name);
-        if (known && hit->data == nullptr && known->data == nullptr && SameFile(known->foundAt, hit->foundAt)) continue;
+        if (known && hit->data == nullptr && known->data == nullptr && SameFile(known->foundAt, hit->foundAt))
+            continue;
         std::vector<std::byte> bytes;
         if (hit->data != nullptr) {
             bytes = *hit->data;

@@ -63,7 +63,9 @@ void StoreInKey(Lib3dsQuatKey& key, const CQuat& q) {
     key.angle = static_cast<float>(-2 * std::atan2(s, q[3]));
 }
 
-CVec3 VectorOf(const float (&v)[3]) { return {v[0], v[1], v[2]}; }
+CVec3 VectorOf(const float (&v)[3]) {
+    return {v[0], v[1], v[2]};
+}
 
 void Store(float (&to)[3], CVec3 v) {
     to[0] = v.x;
@@ -95,8 +97,8 @@ void RotateTracks(Lib3dsNode& node, const CMat4& rotation) {
         key->axis[2] = 1;
         lib3ds_quat_track_insert(&data.rot_track, key);
     }
-    // A key adds its turn to those before it, in the parent's coordinates: the first one takes the new turn, the
-    // others keep their angles (and whole turns) about axes that are turned along.
+    // A key adds its turn to those before it, in the parent's coordinates: the first one takes the new turn,
+    // the others keep their angles (and whole turns) about axes that are turned along.
     Lib3dsQuatKey* first = data.rot_track.keyL;
     const CQuat before = OfAxisAngle(VectorOf(first->axis), -static_cast<double>(first->angle));
     StoreInKey(*first, Product(OfRotation(rotation), before));

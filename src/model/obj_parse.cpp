@@ -84,15 +84,14 @@ class CSegmentMaker {
     explicit CSegmentMaker(CObjGeometry& out) : m_out(out) {}
 
     void Add(const CObjCollector& part, std::uint32_t faceBase) {
+        const bool beginsUnnamed = part.events.empty() || part.events.front().face > 0;
+        if (m_out.segments.empty() && !part.faceEnds.empty() && beginsUnnamed) AddSegment(faceBase);
         for (std::size_t i = 0; i < part.events.size();) {
             const std::uint32_t face = part.events[i].face;
             for (; i < part.events.size() && part.events[i].face == face; ++i) Apply(part, part.events[i]);
             AddSegment(faceBase + face);
         }
     }
-
-    /** Faces before the first change. */
-    void Begin() { AddSegment(0); }
 
   private:
     void Apply(const CObjCollector& part, const CObjCollector::CEvent& event) {
@@ -162,7 +161,6 @@ void JoinCorners(CObjGeometry& out, std::vector<CObjCollector>& parts) {
         anyNormal = anyNormal || !part.cornerNormals.empty();
     }
     CSegmentMaker segments(out);
-    segments.Begin();
     std::size_t positions = 0, texCoords = 0, normals = 0;
     for (CObjCollector& part : parts) {
         const std::size_t corners = part.cornerPositions.size();

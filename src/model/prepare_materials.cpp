@@ -149,6 +149,22 @@ void LoadTextures(const CScene& scene, unsigned threads, CPreparedScene& prepare
     }
 }
 
+void ReplaceBlackWithoutPicture(CPreparedScene& prepared) {
+    for (CPreparedMaterial& material : prepared.materials) {
+        const CPreparedMap& map = material.texture;
+        const bool missing =
+            map.HasEffect() && prepared.textures[static_cast<std::size_t>(map.texture)].image.IsEmpty();
+        const CVec3 brightest{std::max(material.diffuse.x, material.ambient.x),
+                              std::max(material.diffuse.y, material.ambient.y),
+                              std::max(material.diffuse.z, material.ambient.z)};
+        if (!missing || std::max({brightest.x, brightest.y, brightest.z}) > 0.04f) continue;
+        material.diffuse = material.ambient = CPreparedMaterial{}.diffuse;
+        prepared.notes.push_back(
+            {CSceneNote::EKind::Missing, "Without its picture this material would be black and is grey: " +
+                                             CNoteList::Printable(material.name)});
+    }
+}
+
 void DecideBlending(CPreparedScene& prepared) {
     const auto isLoaded = [&](const CPreparedMap& map) {
         return map.HasEffect() && !prepared.textures[static_cast<std::size_t>(map.texture)].image.IsEmpty();

@@ -273,14 +273,28 @@ void CMeshPreparer::EmitBatches() {
     else
         fill(m_mesh.indices32);
 }
+/** lib3ds turns the points of a mesh over whose matrix mirrors; here they are again as the file has them. */
+std::vector<CVec3> PointsAsInFile(const CMeshView& view) {
+    const CMat4 flip = FlipOfMesh(*view.mesh);
+    std::vector<CVec3> points(view.pointCount);
+    for (std::size_t i = 0; i < points.size(); ++i) points[i] = flip.TransformPoint(PointOf(view, i));
+    return points;
+}
 }  // namespace
 
 CPreparedMesh PrepareMesh(const CMeshView& view, std::uint32_t defaultMaterial, bool keepTexCoords) {
+    const CMat4 matrix = CMat4::FromLib3ds(view.mesh->matrix);
+    if (matrix.Determinant3() < 0 && !view.pointsUnflipped) {
+        const std::vector<CVec3> points = PointsAsInFile(view);
+        CMeshView asInFile = view;
+        asInFile.points = reinterpret_cast<const std::byte*>(points.data());
+        asInFile.pointStride = sizeof(CVec3);
+        asInFile.pointsUnflipped = true;
+        return PrepareMesh(asInFile, defaultMaterial, keepTexCoords);
+    }
     CPreparedMesh mesh = CMeshPreparer(view, defaultMaterial, keepTexCoords).Run();
     mesh.name = view.mesh->name;
-    const CMat4 matrix = CMat4::FromLib3ds(view.mesh->matrix);
     mesh.toLocal = matrix.AffineInverse();
     mesh.matrixMirrors = matrix.Determinant3() < 0;
-    if (mesh.matrixMirrors && !view.pointsUnflipped) mesh.toLocal = mesh.toLocal * FlipOfMesh(*view.mesh);
     return mesh;
 }

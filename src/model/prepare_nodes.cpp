@@ -96,6 +96,7 @@ class CNodePreparer {
     void Run() {
         AddTree();
         AddMeshesWithoutNode();
+        NoteHidden();
         AddLights();
         AddCameras();
     }
@@ -105,6 +106,7 @@ class CNodePreparer {
     void AddNode(Lib3dsNode& node, int parent);
     void SetMesh(const Lib3dsNode& source, CPreparedNode& node);
     void AddMeshesWithoutNode();
+    void NoteHidden();
     void AddLights();
     void AddCameras();
 
@@ -181,6 +183,20 @@ void CNodePreparer::AddMeshesWithoutNode() {
     }
 }
 
+/** Authors hide parts to work on others; whoever opens the file wants to see all of it. */
+void CNodePreparer::NoteHidden() {
+    const auto isHidden = [this](const CPreparedNode& node) {
+        if (node.mesh < 0) return false;
+        return (node.source && (node.source->flags1 & LIB3DS_HIDDEN) != 0) ||
+               (m_scene.Meshes()[static_cast<std::size_t>(node.mesh)].mesh->object_flags &
+                LIB3DS_OBJECT_HIDDEN) != 0;
+    };
+    const auto count = std::count_if(m_prepared.nodes.begin(), m_prepared.nodes.end(), isHidden);
+    if (count == 0) return;
+    m_prepared.notes.push_back({CSceneNote::EKind::Limited,
+                                "Objects that the file marks as hidden are shown: " + std::to_string(count)});
+}
+
 void CNodePreparer::AddLights() {
     for (const Lib3dsLight* light = m_scene.Header()->lights; light; light = light->next) {
         CPreparedLight result;
@@ -217,39 +233,4 @@ void CNodePreparer::AddCameras() {
 
 void PrepareNodes(const CScene& scene, CPreparedScene& prepared) {
     CNodePreparer(scene, prepared).Run();
-}
-
-namespace {
-/** The node whose keys say how a mesh stands: the first that is no instance, else the first. */
-std::vector<const CPreparedNode*> ReferenceNodes(const CPreparedScene& prepared) {
-    std::vector<const CPreparedNode*> reference(prepared.meshes.size(), nullptr);
-    for (const CPreparedNode& node : prepared.nodes) {
-        if (node.mesh < 0 || node.isPlacedByMesh) continue;
-        const CPreparedNode*& known = reference[static_cast<std::size_t>(node.mesh)];
-        const auto isInstance = [](const CPreparedNode& n) { return n.source->data.object.instance[0] != 0; };
-        if (!known || (isInstance(*known) && !isInstance(node))) known = &node;
-    }
-    return reference;
-}
-}  // namespace
-
-bool ResolveMirroring(CPreparedScene& prepared) {
-    const CMat4 mirror = CMat4::Scale({-1, 1, 1});
-    const std::vector<const CPreparedNode*> reference = ReferenceNodes(prepared);
-    std::vector<bool> turned(prepared.meshes.size());
-    bool any = false;
-    for (std::size_t i = 0; i < prepared.meshes.size(); ++i) {
-        CPreparedMesh& mesh = prepared.meshes[i];
-        turned[i] = mesh.matrixMirrors && reference[i] && reference[i]->world.Determinant3() > 0;
-        if (!turned[i]) continue;
-        mesh.toLocal = mirror * mesh.toLocal;
-        any = true;
-    }
-    for (CPreparedNode& node : prepared.nodes) {
-        if (node.mesh < 0 || !turned[static_cast<std::size_t>(node.mesh)]) continue;
-        node.meshToNode =
-            CMat4::Translation(-node.pivot) * prepared.meshes[static_cast<std::size_t>(node.mesh)].toLocal;
-        if (node.isPlacedByMesh) node.fixedWorld = node.fixedWorld * mirror;
-    }
-    return any;
 }

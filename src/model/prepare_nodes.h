@@ -11,12 +11,3 @@ class CScene;
  * where it has some, such a mesh is drawn too unless it is the target of a morph.
  */
 void PrepareNodes(const CScene& scene, CPreparedScene& prepared);
-
-/**
- * Decides for each mesh whose matrix mirrors who turns it over. Its points are mirrored already; their
- * inverse matrix turns them back. Where the keys of the mesh's node mirror again (a negative scale) that is
- * all. Where they do not, the mirror was lost on the way to the keyframer, and toLocal gets it as x -> -x.
- * (lib3ds always does the latter. Of 84 such meshes of real files it is right for those alone whose node does
- * not mirror.) Nodes must be evaluated; true when they must be evaluated again.
- */
-[[nodiscard]] bool ResolveMirroring(CPreparedScene& prepared);

@@ -7,9 +7,11 @@
 #include <algorithm>
 
 #include "model/CScene.h"
+#include "model/facing.h"
 #include "model/prepare_materials.h"
 #include "model/prepare_mesh.h"
 #include "model/prepare_nodes.h"
+#include "model/resolve_placement.h"
 #include "platform/parallel_for.h"
 
 namespace {
@@ -121,12 +123,17 @@ CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options)
                                 file.background.solid.col[2]};
     PrepareMaterials(scene, prepared);
     PrepareMeshes(scene, options.threads, prepared);
-    if (options.loadTextures) LoadTextures(scene, options.threads, prepared);
+    if (options.loadTextures) {
+        LoadTextures(scene, options.threads, prepared);
+        ReplaceBlackWithoutPicture(prepared);
+    }
     DecideBlending(prepared);
     PrepareNodes(scene, prepared);
     PrepareFrames(file, prepared);
     CountTriangles(prepared);
     EvaluateNodes(prepared, scene, prepared.currentFrame);
     if (ResolveMirroring(prepared)) EvaluateNodes(prepared, scene, prepared.currentFrame);
+    if (ResolvePlacedTwice(prepared)) EvaluateNodes(prepared, scene, prepared.currentFrame);
+    ShowBothSidesIfTurnedAway(prepared);
     return prepared;
 }

@@ -33,7 +33,7 @@ inline constexpr std::size_t kNoPicture = 1000;
     return PictureRank(ext) != kNoPicture;
 }
 
-/** True where a DOS program may have cut name down to cut: BERETT~1.JPG or BERETTA_.JPG for beretta_new.jpeg.
+/** True where a DOS program may have cut name down to cut: BERETT~1.JPG or BERETTA_.JPG for beretta_new.jpg.
  *  Both are keys. */
 [[nodiscard]] bool IsTruncationOf(std::string_view cut, std::string_view name);
 

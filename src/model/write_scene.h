@@ -10,9 +10,10 @@
 class CScene;
 
 /**
- * The scene, edits included, as the bytes of a 3DS file, written by lib3ds: hierarchy, keyframes, cameras, lights and
- * materials as the Lib3dsFile has them. Colours and percentages are rounded to the format's 8-bit steps and whole per
- * cents; what does not fit the format (a mesh of more than 65,535 points or faces) is Unsupported.
+ * The scene, edits included, as the bytes of a 3DS file, written by lib3ds: hierarchy, keyframes, cameras,
+ * lights and materials as the Lib3dsFile has them. Colours and percentages are rounded to the format's 8-bit
+ * steps and whole per cents; what does not fit the format (a mesh of more than 65,535 points or faces) is
+ * Unsupported.
  */
 [[nodiscard]] CResult<std::vector<std::byte>> SceneTo3ds(CScene& scene);
 

@@ -74,15 +74,17 @@ COutcome SetBackground(CRenderOptions& options, std::string_view value) {
 
 COutcome SetSamples(CRenderOptions& options, std::string_view value) {
     options.samples = Number<int>(value);
-    if (!options.samples || *options.samples < 1 || *options.samples > 32) return "needs a number from 1 to 32";
+    if (!options.samples || *options.samples < 1 || *options.samples > 32)
+        return "needs a number from 1 to 32";
     return {};
 }
 
 COutcome SetOverlays(CRenderOptions& options, std::string_view value) {
-    constexpr std::array<std::pair<std::string_view, bool COverlays::*>, 4> kNames{{{"bounds", &COverlays::bounds},
-                                                                                  {"cameras", &COverlays::cameras},
-                                                                                  {"lights", &COverlays::lights},
-                                                                                  {"axes", &COverlays::axes}}};
+    constexpr std::array<std::pair<std::string_view, bool COverlays::*>, 4> kNames{
+        {{"bounds", &COverlays::bounds},
+         {"cameras", &COverlays::cameras},
+         {"lights", &COverlays::lights},
+         {"axes", &COverlays::axes}}};
     for (const std::string_view part : Split(value, ',')) {
         bool known = false;
         for (const auto& [name, member] : kNames) {
@@ -137,7 +139,9 @@ constexpr std::array<COptionEntry, 11> kOptions{{
     {"--version", "", SetVersion, "print the version"},
 }};
 
-CError Wrong(const std::string& message) { return {EErrorCode::BadArgument, message, {}}; }
+CError Wrong(const std::string& message) {
+    return {EErrorCode::BadArgument, message, {}};
+}
 
 }  // namespace
 

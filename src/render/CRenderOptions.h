@@ -15,13 +15,13 @@ struct CRenderOptions {
 
     EAction action = EAction::Draw;
     std::string input;
-    std::string output;                 ///< empty: no picture is written
+    std::string output;  ///< empty: no picture is written
     int width = 1024;
     int height = 768;
-    std::string camera = "iso";         ///< a preset's word or name, or else a camera of the file
-    std::optional<float> frame;         ///< the file's current frame when not given
+    std::string camera = "iso";  ///< a preset's word or name, or else a camera of the file
+    std::optional<float> frame;  ///< the file's current frame when not given
     CVec3 background{0.24f, 0.26f, 0.30f};
-    std::optional<int> samples;         ///< by the size of the scene when not given
+    std::optional<int> samples;  ///< by the size of the scene when not given
     COverlays overlays;
     bool wire = false;
     bool fileLights = true;

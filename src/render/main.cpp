@@ -44,12 +44,24 @@ bool Print(const std::string& text) {
 
 bool SetPreset(C3dsDisplayWrap& engine, ECameraPreset preset) {
     switch (preset) {
-        case ECameraPreset::Top: engine.SetTopCameraModel(); break;
-        case ECameraPreset::Left: engine.SetLeftCameraModel(); break;
-        case ECameraPreset::Right: engine.SetRightCameraModel(); break;
-        case ECameraPreset::Front: engine.SetFrontCameraModel(); break;
-        case ECameraPreset::Back: engine.SetBackCameraModel(); break;
-        case ECameraPreset::Iso: engine.SetIsoCameraModel(); break;
+        case ECameraPreset::Top:
+            engine.SetTopCameraModel();
+            break;
+        case ECameraPreset::Left:
+            engine.SetLeftCameraModel();
+            break;
+        case ECameraPreset::Right:
+            engine.SetRightCameraModel();
+            break;
+        case ECameraPreset::Front:
+            engine.SetFrontCameraModel();
+            break;
+        case ECameraPreset::Back:
+            engine.SetBackCameraModel();
+            break;
+        case ECameraPreset::Iso:
+            engine.SetIsoCameraModel();
+            break;
     }
     return true;
 }
@@ -86,7 +98,8 @@ int Run(const CRenderOptions& options) {
     const std::wstring path = file_util_ex::ConvertFromUTF8W(options.input);
     // Starting OpenGL takes as long as reading a middling file, so both go on at once.
     std::future<bool> opened = std::async(std::launch::async, [&] { return engine.OpenModel(path.c_str()); });
-    CResult<COffscreenContext> made = COffscreenContext::Create(options.width, options.height, options.samples.value_or(1));
+    CResult<COffscreenContext> made =
+        COffscreenContext::Create(options.width, options.height, options.samples.value_or(1));
     if (!opened.get()) return Complain(engine.LastError().Text(), kCannotRead);
     if (!made) return Complain(made.Error().Text(), kNoGraphics);
     COffscreenContext& context = made.Value();
@@ -119,9 +132,12 @@ int Main(const std::vector<std::string>& arguments) {
     const CResult<CRenderOptions> parsed = ParseRenderOptions(arguments);
     if (!parsed) return Complain(parsed.Error().Text() + " (see --help)", kUsage);
     switch (parsed.Value().action) {
-        case CRenderOptions::EAction::Help: return Print(RenderHelp()) ? kDone : kCannotWrite;
-        case CRenderOptions::EAction::Version: return Print("orbivue-render " ORBIVUE_VERSION "\n") ? kDone : kCannotWrite;
-        case CRenderOptions::EAction::Draw: break;
+        case CRenderOptions::EAction::Help:
+            return Print(RenderHelp()) ? kDone : kCannotWrite;
+        case CRenderOptions::EAction::Version:
+            return Print("orbivue-render " ORBIVUE_VERSION "\n") ? kDone : kCannotWrite;
+        case CRenderOptions::EAction::Draw:
+            break;
     }
     return Run(parsed.Value());
 }

@@ -14,9 +14,13 @@ namespace {
 using nlohmann::json;
 
 /** Four significant decimals say enough of times and places; a float's sixteen hide it. */
-double Rounded(double value) { return std::round(value * 1e4) / 1e4; }
+double Rounded(double value) {
+    return std::round(value * 1e4) / 1e4;
+}
 
-json Vector(float x, float y, float z) { return json::array({x, y, z}); }
+json Vector(float x, float y, float z) {
+    return json::array({x, y, z});
+}
 
 json Textures(const CPreparedScene& scene) {
     json found = json::array(), missing = json::array();
@@ -24,8 +28,10 @@ json Textures(const CPreparedScene& scene) {
         if (texture.image.IsEmpty()) {
             missing.push_back(texture.reference);
         } else {
-            found.push_back({{"name", texture.reference}, {"at", texture.foundAt},
-                             {"width", texture.image.width}, {"height", texture.image.height}});
+            found.push_back({{"name", texture.reference},
+                             {"at", texture.foundAt},
+                             {"width", texture.image.width},
+                             {"height", texture.image.height}});
         }
     }
     return {{"found", found}, {"missing", missing}};
@@ -56,8 +62,8 @@ double PeakMemoryMb() {
     return number_text::ParseLeading(text.substr(at + 6)).value_or(0) * 1024 / 1e6;
 }
 
-std::string RenderStatsJson(const C3dsDisplayWrap& engine, const CRenderTimes& times, const std::string& renderer,
-                            int samples) {
+std::string RenderStatsJson(const C3dsDisplayWrap& engine, const CRenderTimes& times,
+                            const std::string& renderer, int samples) {
     const CPreparedScene& scene = *engine.Prepared();
     const auto drawn = std::count_if(scene.nodes.begin(), scene.nodes.end(),
                                      [](const CPreparedNode& node) { return node.mesh >= 0; });
@@ -76,11 +82,15 @@ std::string RenderStatsJson(const C3dsDisplayWrap& engine, const CRenderTimes& t
         {"notes", Notes(scene)},
         {"animated", scene.animated},
         {"frames", {{"first", scene.firstFrame}, {"last", scene.lastFrame}, {"shown", scene.currentFrame}}},
-        {"model", {{"center", Vector(center.x, center.y, center.z)}, {"radius", scene.boundingSphere.radius}}},
+        {"model",
+         {{"center", Vector(center.x, center.y, center.z)}, {"radius", scene.boundingSphere.radius}}},
         {"camera", Camera(engine)},
-        {"milliseconds", {{"read", Rounded(times.read)}, {"prepare", Rounded(times.prepare)},
-                          {"draw", Rounded(times.draw)}, {"write", Rounded(times.write)},
-                          {"total", Rounded(times.total)}}},
+        {"milliseconds",
+         {{"read", Rounded(times.read)},
+          {"prepare", Rounded(times.prepare)},
+          {"draw", Rounded(times.draw)},
+          {"write", Rounded(times.write)},
+          {"total", Rounded(times.total)}}},
         {"peakMemoryMb", Rounded(PeakMemoryMb())},
         {"samples", samples},
         {"renderer", renderer},

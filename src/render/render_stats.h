@@ -9,9 +9,9 @@ class C3dsDisplayWrap;
 struct CRenderTimes {
     double read = 0;
     double prepare = 0;
-    double draw = 0;        ///< making buffers and textures, drawing, and fetching the pixels
+    double draw = 0;  ///< making buffers and textures, drawing, and fetching the pixels
     double write = 0;
-    double total = 0;       ///< since the program's main function began
+    double total = 0;  ///< since the program's main function began
 };
 
 /** Facts about the scene that an engine shows, its camera and the run, as a JSON object with a line end. */

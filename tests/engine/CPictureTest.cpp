@@ -30,7 +30,9 @@ void CPictureTest::SetUp() {
     LookFrom({0, 0, 5});
 }
 
-void CPictureTest::TearDown() { m_renderer.Clear(Gl()); }
+void CPictureTest::TearDown() {
+    m_renderer.Clear(Gl());
+}
 
 COffscreenContext& CPictureTest::Context() {
     static COffscreenContext s_context = [] {
@@ -44,16 +46,34 @@ COffscreenContext& CPictureTest::Context() {
     return s_context;
 }
 
-CGlCurrent& CPictureTest::Gl() { return Context().MakeCurrent(); }
+CGlCurrent& CPictureTest::Gl() {
+    return Context().MakeCurrent();
+}
 
 CMatrix4d CameraMatrix(CVec3 eye, CVec3 target, float fovYDeg, float aspect) {
     const CVec3 back = Normalized(eye - target);
     const CVec3 upwards = std::abs(back.z) > 0.999f ? CVec3{0, 1, 0} : CVec3{0, 0, 1};
     const CVec3 right = Normalized(Cross(upwards, back)), up = Cross(back, right);
-    const CMat4 turn{{right.x, up.x, back.x, 0, right.y, up.y, back.y, 0, right.z, up.z, back.z, 0, 0, 0, 0, 1}};
+    const CMat4 turn{
+        {right.x, up.x, back.x, 0, right.y, up.y, back.y, 0, right.z, up.z, back.z, 0, 0, 0, 0, 1}};
     const double f = 1 / std::tan(static_cast<double>(fovYDeg) * std::numbers::pi / 360), n = 0.1, z = 100;
     CMatrix4d lens;
-    lens.m = {f / static_cast<double>(aspect), 0, 0, 0, 0, f, 0, 0, 0, 0, (z + n) / (n - z), -1, 0, 0, 2 * z * n / (n - z), 0};
+    lens.m = {f / static_cast<double>(aspect),
+              0,
+              0,
+              0,
+              0,
+              f,
+              0,
+              0,
+              0,
+              0,
+              (z + n) / (n - z),
+              -1,
+              0,
+              0,
+              2 * z * n / (n - z),
+              0};
     return lens * CMatrix4d::From(turn) * CMatrix4d::From(CMat4::Translation(-eye));
 }
 
@@ -105,8 +125,8 @@ testing::AssertionResult MatchesGolden(const CImage& image, const std::string& n
     if (largest == 0) return testing::AssertionSuccess();
     Save(image, file);
     Save(difference, name + ".difference.png");
-    return testing::AssertionFailure() << count << " values differ, by up to " << largest << "; look at "
-                                       << (kActual / file);
+    return testing::AssertionFailure()
+           << count << " values differ, by up to " << largest << "; look at " << (kActual / file);
 }
 
 CColor ColorAt(const CImage& image, int x, int y) {

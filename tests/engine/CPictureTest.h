@@ -15,8 +15,8 @@
 using CColor = std::array<int, 3>;
 
 /**
- * A test that draws with a context of 320x240 pixels, shared by the tests of one program. A machine without OpenGL
- * fails these tests: skipping them would leave drawing untested without anybody noticing.
+ * A test that draws with a context of 320x240 pixels, shared by the tests of one program. A machine without
+ * OpenGL fails these tests: skipping them would leave drawing untested without anybody noticing.
  */
 class CPictureTest : public testing::Test {
   protected:
@@ -38,11 +38,12 @@ class CPictureTest : public testing::Test {
     CMatrix4d m_projection, m_turn;
 };
 
-/** The picture equals tests/engine/golden/NAME.png in every pixel. Otherwise what was drawn, and where it differs,
- *  is saved for a person to look at; a picture that is right is then copied to the golden ones. */
+/** The picture equals tests/engine/golden/NAME.png in every pixel. Otherwise what was drawn, and where it
+ * differs, is saved for a person to look at; a picture that is right is then copied to the golden ones. */
 [[nodiscard]] testing::AssertionResult MatchesGolden(const CImage& image, const std::string& name);
 /** The pixel's red, green and blue are each within tolerance of those expected. */
-[[nodiscard]] testing::AssertionResult HasColor(const CImage& image, int x, int y, CColor expected, int tolerance = 1);
+[[nodiscard]] testing::AssertionResult HasColor(const CImage& image, int x, int y, CColor expected,
+                                                int tolerance = 1);
 [[nodiscard]] CColor ColorAt(const CImage& image, int x, int y);
 /** How many pixels differ from the top left one. */
 [[nodiscard]] int CountDrawn(const CImage& image);

@@ -35,7 +35,8 @@ CPreparedMaterial With(CPreparedMaterial material, const std::function<void(CPre
 CImage Bricks() {
     return MakeImage(64, 64, [](int x, int y) -> std::array<std::uint8_t, 4> {
         const bool mortar = y % 16 < 2 || (x + (y / 16 % 2) * 16) % 32 < 2;
-        return mortar ? std::array<std::uint8_t, 4>{40, 40, 40, 255} : std::array<std::uint8_t, 4>{230, 230, 230, 255};
+        return mortar ? std::array<std::uint8_t, 4>{40, 40, 40, 255}
+                      : std::array<std::uint8_t, 4>{230, 230, 230, 255};
     });
 }
 
@@ -52,7 +53,8 @@ CImage Holes() {
 CImage Surroundings() {
     return MakeImage(128, 64, [](int x, int y) -> std::array<std::uint8_t, 4> {
         if (x > 30 && x < 50 && y > 15 && y < 30) return {255, 255, 255, 255};
-        return y < 32 ? std::array<std::uint8_t, 4>{60, 90, 200, 255} : std::array<std::uint8_t, 4>{120, 80, 40, 255};
+        return y < 32 ? std::array<std::uint8_t, 4>{60, 90, 200, 255}
+                      : std::array<std::uint8_t, 4>{120, 80, 40, 255};
     });
 }
 
@@ -99,33 +101,57 @@ void GlassBeforeSolid(CBuilder& b) {
 }
 
 const CPictureCase kCases[] = {
-    {"headlight", [](CBuilder& b) { b.Add(MakeSphere(1.6f), Shiny({0.2f, 0.4f, 0.8f})); }},
-    {"flat", [](CBuilder& b) { b.Add(MakeSphere(1.6f, 8), With(Shiny({0.2f, 0.4f, 0.8f}), [](auto& m) { m.shading = EShading::Flat; })); }},
-    {"metal", [](CBuilder& b) { b.Add(MakeSphere(1.6f), With(Shiny({0.8f, 0.6f, 0.1f}, 0.3f), [](auto& m) { m.shading = EShading::Metal; })); }},
-    {"wire", [](CBuilder& b) {
-         b.Add(MakeSphere(1.6f, 8), With(Plain({0.9f, 0.9f, 0.3f}), [](auto& m) { m.wire = true; m.wireSizePx = 2; m.twoSided = true; }));
+    {"headlight",
+     [](CBuilder& b) {
+         b.Add(MakeSphere(1.6f), Shiny({0.2f, 0.4f, 0.8f}));
+     }},
+    {"flat",
+     [](CBuilder& b) {
+         b.Add(MakeSphere(1.6f, 8),
+               With(Shiny({0.2f, 0.4f, 0.8f}), [](auto& m) { m.shading = EShading::Flat; }));
+     }},
+    {"metal",
+     [](CBuilder& b) {
+         b.Add(MakeSphere(1.6f),
+               With(Shiny({0.8f, 0.6f, 0.1f}, 0.3f), [](auto& m) { m.shading = EShading::Metal; }));
+     }},
+    {"wire",
+     [](CBuilder& b) {
+         b.Add(MakeSphere(1.6f, 8), With(Plain({0.9f, 0.9f, 0.3f}), [](auto& m) {
+                   m.wire = true;
+                   m.wireSizePx = 2;
+                   m.twoSided = true;
+               }));
      }},
     {"texture", SphereWithMap(&CPreparedMaterial::texture, [] { return QuarterImage(); })},
-    {"texture_minified", SphereWithMap(&CPreparedMaterial::texture, [] { return QuarterImage(); }, 64)},
-    {"texture_nearest", [](CBuilder& b) {
+    {"texture_minified", SphereWithMap(
+                             &CPreparedMaterial::texture, [] { return QuarterImage(); }, 64)},
+    {"texture_nearest",
+     [](CBuilder& b) {
          CPreparedMaterial material = Plain({1, 1, 1});
          material.texture = b.AddTexture(QuarterImage(6));
          b.Add(MakePlane(3), material);
-     }, {0, -3, 2}, {true, 2}},
-    {"texture2", [](CBuilder& b) {
+     },
+     {0, -3, 2},
+     {true, 2}},
+    {"texture2",
+     [](CBuilder& b) {
          CPreparedMaterial material = Plain({1, 1, 1});
          material.texture = b.AddTexture(Bricks());
          material.texture2 = b.AddTexture(QuarterImage());
          material.texture2.amount = 0.5f;
          b.Add(MakePlane(3), material);
-     }, {0, -2, 3}},
+     },
+     {0, -2, 3}},
     {"opacity_map", SphereWithMap(&CPreparedMaterial::opacity, Holes)},
-    {"specular_map", SphereWithMap(&CPreparedMaterial::specularMap, [] { return QuarterImage(); }, 16)},
+    {"specular_map", SphereWithMap(
+                         &CPreparedMaterial::specularMap, [] { return QuarterImage(); }, 16)},
     {"shininess_map", SphereWithMap(&CPreparedMaterial::shininessMap, Bricks)},
     {"self_illumination_map", SphereWithMap(&CPreparedMaterial::selfIlluminationMap, Bricks)},
     {"bump", SphereWithMap(&CPreparedMaterial::bump, Bricks)},
     {"reflection", SphereWithMap(&CPreparedMaterial::reflection, Surroundings, 2)},
-    {"texture_alpha", [](CBuilder& b) {
+    {"texture_alpha",
+     [](CBuilder& b) {
          CPreparedMaterial material = Plain({1, 1, 1});
          material.texture = b.AddTexture(Holes());
          material.texture.scale = {4, 2};
@@ -133,38 +159,56 @@ const CPictureCase kCases[] = {
          b.Add(MakeSphere(1.6f), material);
      }},
     {"transparency_sorted", GlassBeforeSolid},
-    {"additive", [](CBuilder& b) {
-         b.Add(MakeSphere(0.8f), With(Plain({0.3f, 0, 0}), [](auto& m) { m.additive = true; }), CMat4::Translation({-0.4f, 0, 0}));
-         b.Add(MakeSphere(0.8f), With(Plain({0, 0.5f, 0}), [](auto& m) { m.additive = true; }), CMat4::Translation({0.4f, 0, 0}));
+    {"additive",
+     [](CBuilder& b) {
+         b.Add(MakeSphere(0.8f), With(Plain({0.3f, 0, 0}), [](auto& m) { m.additive = true; }),
+               CMat4::Translation({-0.4f, 0, 0}));
+         b.Add(MakeSphere(0.8f), With(Plain({0, 0.5f, 0}), [](auto& m) { m.additive = true; }),
+               CMat4::Translation({0.4f, 0, 0}));
      }},
-    {"mirrored_node", [](CBuilder& b) {
+    {"mirrored_node",
+     [](CBuilder& b) {
          CPreparedMaterial material = Shiny({0.7f, 0.7f, 0.7f});
          material.texture = b.AddTexture(QuarterImage());
          b.Add(MakeCube(1.2f), material, CMat4::Translation({-1.1f, 0, 0}));
          b.Add(MakeCube(1.2f), material, CMat4::Translation({1.1f, 0, 0}) * CMat4::Scale({-1, 1, 1}));
-     }, {1, -4, 2}},
-    {"uneven_scale", [](CBuilder& b) { b.Add(MakeSphere(1), Shiny({0.5f, 0.8f, 0.4f}), CMat4::Scale({2.2f, 1, 0.5f})); }},
-    {"omni_lights", [](CBuilder& b) {
+     },
+     {1, -4, 2}},
+    {"uneven_scale",
+     [](CBuilder& b) {
+         b.Add(MakeSphere(1), Shiny({0.5f, 0.8f, 0.4f}), CMat4::Scale({2.2f, 1, 0.5f}));
+     }},
+    {"omni_lights",
+     [](CBuilder& b) {
          b.Add(MakeSphere(1.6f), Shiny({0.7f, 0.7f, 0.7f}));
          b.Scene().lights = {Lamp({-4, -3, 1}, {1, 0.2f, 0.2f}), Lamp({4, -3, 3}, {0.2f, 0.4f, 1})};
          b.Scene().ambientLight = {0.1f, 0.2f, 0.1f};
      }},
-    {"spot", [](CBuilder& b) {
+    {"spot",
+     [](CBuilder& b) {
          b.Add(MakePlane(4), Plain({0.8f, 0.8f, 0.8f}));
          b.Scene().lights = {Spot({0, 0, 3}, 20, 40)};
-     }, {0, -2, 4}},
-    {"spot_hard_edge", [](CBuilder& b) {
+     },
+     {0, -2, 4}},
+    {"spot_hard_edge",
+     [](CBuilder& b) {
          b.Add(MakePlane(4), Plain({0.8f, 0.8f, 0.8f}));
          b.Scene().lights = {Spot({1, 0, 3}, 30, 30)};
-     }, {0, -2, 4}},
-    {"attenuation", [](CBuilder& b) {
+     },
+     {0, -2, 4}},
+    {"attenuation",
+     [](CBuilder& b) {
          b.Add(MakePlane(4), Plain({0.8f, 0.8f, 0.8f}));
          b.Scene().lights = {Lamp({0, 0, 1}, {1, 1, 1})};
          b.Scene().lights[0].attenuate = true;
          b.Scene().lights[0].innerRange = 1.2f;
          b.Scene().lights[0].outerRange = 1.8f;
-     }, {0, -2, 4}},
-    {"fixed_texture", SphereWithMap(&CPreparedMaterial::texture, [] { return QuarterImage(); }), {0, -5, 2}, {true, 0, true}},
+     },
+     {0, -2, 4}},
+    {"fixed_texture",
+     SphereWithMap(&CPreparedMaterial::texture, [] { return QuarterImage(); }),
+     {0, -5, 2},
+     {true, 0, true}},
 };
 
 class SceneRendererPictureGLTest : public CPictureTest, public testing::WithParamInterface<CPictureCase> {};

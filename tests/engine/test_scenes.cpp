@@ -33,7 +33,8 @@ void AddSquare(CPreparedMesh& mesh, CVec3 right, CVec3 up, CVec3 middle, float s
 }
 
 /** A grid over (u, v) in 0..1 with the point and normal of each. */
-CPreparedMesh MakeGrid(int columns, int rows, const std::function<std::pair<CVec3, CVec3>(float u, float v)>& shape) {
+CPreparedMesh MakeGrid(int columns, int rows,
+                       const std::function<std::pair<CVec3, CVec3>(float u, float v)>& shape) {
     CPreparedMesh mesh;
     for (int row = 0; row <= rows; ++row) {
         for (int column = 0; column <= columns; ++column) {
@@ -98,7 +99,8 @@ CPreparedMesh MakeTorus(int triangles) {
     const int side = static_cast<int>(std::sqrt(static_cast<float>(triangles) / 2));
     return Finished(MakeGrid(side, side, [](float u, float v) {
         const float around = u * kTurn, tube = v * kTurn;
-        const CVec3 normal{std::cos(tube) * std::cos(around), std::cos(tube) * std::sin(around), std::sin(tube)};
+        const CVec3 normal{std::cos(tube) * std::cos(around), std::cos(tube) * std::sin(around),
+                           std::sin(tube)};
         const float radius = 4 + 0.25f * std::sin(9 * around) * std::cos(7 * tube);
         return std::pair{CVec3{11 * std::cos(around), 11 * std::sin(around), 0} + normal * radius, normal};
     }));
@@ -126,8 +128,11 @@ CImage MakeImage(int width, int height, const std::function<std::array<std::uint
 CImage QuarterImage(int side) {
     return MakeImage(side, side, [side](int x, int y) -> std::array<std::uint8_t, 4> {
         const bool right = x >= side / 2, bottom = y >= side / 2;
-        if (!bottom) return right ? std::array<std::uint8_t, 4>{0, 255, 0, 255} : std::array<std::uint8_t, 4>{255, 0, 0, 255};
-        return right ? std::array<std::uint8_t, 4>{255, 255, 255, 255} : std::array<std::uint8_t, 4>{0, 0, 255, 255};
+        if (!bottom)
+            return right ? std::array<std::uint8_t, 4>{0, 255, 0, 255}
+                         : std::array<std::uint8_t, 4>{255, 0, 0, 255};
+        return right ? std::array<std::uint8_t, 4>{255, 255, 255, 255}
+                     : std::array<std::uint8_t, 4>{0, 0, 255, 255};
     });
 }
 
@@ -144,7 +149,16 @@ CPreparedMaterial Plain(CVec3 color) {
     return material;
 }
 
-CBuilder::CBuilder() { m_scene.materials.emplace_back(); }
+CPreparedLight LightAt(CVec3 position, float multiplier) {
+    CPreparedLight light;
+    light.position = position;
+    light.multiplier = multiplier;
+    return light;
+}
+
+CBuilder::CBuilder() {
+    m_scene.materials.emplace_back();
+}
 
 std::uint32_t CBuilder::AddMaterial(CPreparedMaterial material) {
     m_scene.materials.insert(m_scene.materials.end() - 1, std::move(material));

@@ -14,7 +14,8 @@ namespace test_scenes {
 [[nodiscard]] CPreparedMesh MakePlane(float side = 2);
 /** A cube round the origin with hard edges; each face has texture coordinates 0..1. */
 [[nodiscard]] CPreparedMesh MakeCube(float side = 2);
-/** A smooth sphere round the origin, its poles on z, 2 * rings * rings segments; u goes round, v from pole to pole. */
+/** A smooth sphere round the origin, its poles on z, 2 * rings * rings segments; u goes round, v from pole to
+ * pole. */
 [[nodiscard]] CPreparedMesh MakeSphere(float radius = 1, int rings = 24);
 /** A bumpy closed surface of about the given number of triangles. */
 [[nodiscard]] CPreparedMesh MakeTorus(int triangles);
@@ -24,13 +25,17 @@ void Append(CPreparedMesh& mesh, const CPreparedMesh& other, std::uint32_t mater
 /** A picture filled point by point. */
 [[nodiscard]] CImage MakeImage(int width, int height,
                                const std::function<std::array<std::uint8_t, 4>(int x, int y)>& color);
-/** Four colours, so that its orientation shows: top left red, top right green, bottom left blue, bottom right white. */
+/** Four colours, so that its orientation shows: top left red, top right green, bottom left blue, bottom right
+ * white. */
 [[nodiscard]] CImage QuarterImage(int side = 64);
 /** Black left half, white right half. */
 [[nodiscard]] CImage HalvesImage(int side = 64);
 
 /** A plain material of that colour, lit, without highlight. */
 [[nodiscard]] CPreparedMaterial Plain(CVec3 color);
+
+/** A white lamp of the file; its colour is scaled by the multiplier. */
+[[nodiscard]] CPreparedLight LightAt(CVec3 position, float multiplier = 1);
 
 /** Collects the parts of a scene and keeps its bounds right. */
 class CBuilder {

@@ -179,6 +179,46 @@ INSTANTIATE_TEST_SUITE_P(PrepareScene, MirroredMesh,
                          testing::Values(CMirror{"KeysMirror", -1}, CMirror{"KeysDoNot", 1}),
                          [](const auto& row) { return row.param.name; });
 
+/** A mesh of one triangle in the plane z = 0 that faces up or down. */
+CBytes Triangle(std::string_view name, bool up, float x = 0) {
+    const CBytes points = Chunk(0x4110, Words({3}) + Floats({x, 0, 0, x + 1, 0, 0, x, 1, 0}));
+    return Mesh(name, points + Chunk(0x4120, up ? Words({1, 0, 1, 2, 7}) : Words({1, 0, 2, 1, 7})));
+}
+
+TEST(PrepareScene, SceneThatFacesAwayIsShownFromBothSides) {
+    const auto bothSides = [](const CBytes& meshes) {
+        return CPrepared(Scene(meshes)).prepared.materials.back().twoSided;
+    };
+    EXPECT_TRUE(bothSides(Triangle("Down", false)));
+    EXPECT_FALSE(bothSides(Triangle("Up", true)));
+    EXPECT_FALSE(bothSides(Triangle("Down", false) + Triangle("Up", true, 3))) << "something is seen already";
+    EXPECT_FALSE(bothSides(Cube()));
+}
+
+TEST(PrepareScene, PointsThatStandInPlaceAreNotMovedAgainByKeys) {
+    const auto node = [](std::uint16_t id, const char* name, float x) {
+        return ObjectNode(id, name, 65535, AtPosition(x, 0, 0) + Track(0xB022, 1, Key(0, {1, 1, 1})));
+    };
+    const CPrepared twice(Scene(Triangle("A", true, 40) + Triangle("B", true, -40),
+                                Keyframer(node(0, "A", 40.5f) + node(1, "B", -39.5f))));
+    ExpectNear(DrawnPoint(twice.prepared, 0, 0), {40, 0, 0});
+    ExpectNear(DrawnPoint(twice.prepared, 1, 0), {-40, 0, 0});
+
+    const CPrepared local(
+        Scene(Triangle("A", true) + Triangle("B", true), Keyframer(node(0, "A", 40) + node(1, "B", -40))));
+    ExpectNear(DrawnPoint(local.prepared, 0, 0), {40, 0, 0});
+    ExpectNear(DrawnPoint(local.prepared, 1, 0), {-40, 0, 0});
+}
+
+TEST(PrepareScene, BlackMaterialWithoutItsPictureIsGrey) {
+    const CBytes black = Chunk(0xA010, Chunk(0x0011, Values<std::uint8_t>({0, 0, 0}))) +
+                         Chunk(0xA020, Chunk(0x0011, Values<std::uint8_t>({0, 0, 0})));
+    const CBytes map = Chunk(0xA200, Chunk(0xA300, Text("GONE.JPG")));
+    const CPrepared scene(Scene(Material("Covered", black + map) + Material("Plain", black) + Cube()));
+    EXPECT_GT(scene.prepared.materials[0].diffuse.x, 0.5f);
+    EXPECT_EQ(scene.prepared.materials[1].diffuse.x, 0.0f);
+}
+
 TEST(PrepareScene, SameNamedMeshesEachHaveTheirNode) {
     const CBytes nodes =
         ObjectNode(0, "Cube", 65535, AtPosition(0, 0, 0)) + ObjectNode(1, "Cube", 65535, AtPosition(9, 0, 0));

@@ -168,7 +168,7 @@ void AddBoard(CSceneBuilder& scene) {
                                .shininessStrength = 0.5f,
                                .texture = "BLACKMAR.JPG"});
     scene.AddMaterial("FRAME",
-                      {.color = {0.36f, 0.20f, 0.10f}, .shininess = 0.5f, .shininessStrength = 0.4f});
+                      {.color = {0.26f, 0.13f, 0.06f}, .shininess = 0.5f, .shininessStrength = 0.4f});
     CShape board;
     for (int square = 0; square < 64; ++square) {
         CShape tile = shapes::Box({kSquare, kSquare, 0.3f});
@@ -193,7 +193,7 @@ void MakeChess(const std::filesystem::path& folder) {
     AddBoard(scene);
     scene.AddMaterial(
         "IVORY",
-        {.color = {0.86f, 0.80f, 0.66f}, .specular = 0.9f, .shininess = 0.55f, .shininessStrength = 0.6f});
+        {.color = {0.74f, 0.67f, 0.52f}, .specular = 0.9f, .shininess = 0.55f, .shininessStrength = 0.6f});
     scene.AddMaterial(
         "EBONY",
         {.color = {0.12f, 0.10f, 0.10f}, .specular = 0.9f, .shininess = 0.6f, .shininessStrength = 0.7f});
@@ -202,8 +202,8 @@ void MakeChess(const std::filesystem::path& folder) {
         AddPieces(scene, piece, false);
     }
     AddKnights(scene);
-    scene.AddSpot("Lamp", {{-16, -14, 30}, {0, 0, 0}}, {1.0f, 0.95f, 0.86f}, {50, 75}, 1.0f);
-    scene.AddOmni("Window", {30, 16, 20}, {0.45f, 0.52f, 0.64f}, 0.8f);
+    scene.AddSpot("Lamp", {{-16, -14, 30}, {0, 0, 0}}, {1.0f, 0.95f, 0.86f}, {50, 75}, 0.85f);
+    scene.AddOmni("Window", {30, 16, 20}, {0.45f, 0.52f, 0.64f}, 0.6f);
     scene.AddCamera("White", {{6, -23, 15}, {0, -1, 0}}, 48);
     scene.AddCamera("Low", {{-15, -15, 4.5f}, {0, 0, 1}}, 44, 4);
     scene.Save(folder / "chess.3ds");

@@ -108,7 +108,7 @@ CImage TableTop() {
                                       23 + static_cast<std::uint32_t>(board));
         const float joint = Step(0.0f, 0.012f, std::min(inBoard, 1 - inBoard));
         const float radius = std::hypot(u - 0.5f, v - 0.5f) * 2;
-        const float shade = 0.35f + 0.65f * Step(0.36f, 0.62f, radius);
+        const float shade = 0.3f + 0.7f * Step(0.56f, 0.86f, radius);
         return Mix({0.16f, 0.10f, 0.06f}, {0.42f, 0.27f, 0.16f}, grain) *
                (tone * shade * (0.45f + 0.55f * joint));
     });

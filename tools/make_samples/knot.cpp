@@ -35,19 +35,20 @@ void MakeKnot(const std::filesystem::path& folder) {
     scene.AddMaterial(
         "PLINTH",
         {.color = {0.8f, 0.8f, 0.8f}, .shininess = 0.5f, .shininessStrength = 0.3f, .texture = "MARBLE.JPG"});
-    constexpr std::array<CVec2, 10> kPlinth{{{0, 0},
-                                             {3.2f, 0},
-                                             {3.2f, 0.6f},
-                                             {2.9f, 0.8f},
-                                             {2.5f, 1.0f},
-                                             {2.4f, 1.4f},
-                                             {2.4f, 4.2f},
-                                             {2.8f, 4.6f},
-                                             {2.8f, 5.0f},
-                                             {0, 5.0f}}};
+    constexpr std::array<CVec2, 9> kPlinth{{{0, 0},
+                                            {3.2f, 0},
+                                            {3.2f, 0.6f},
+                                            {2.9f, 0.8f},
+                                            {2.5f, 1.0f},
+                                            {2.4f, 1.4f},
+                                            {2.4f, 4.2f},
+                                            {2.8f, 4.6f},
+                                            {2.8f, 5.0f}}};
     // Points where they are seen, and no nodes at all: the scene of a program without a keyframer.
-    (void)scene.AddMesh("PLINTH",
-                        shapes::Lathe(kPlinth, {.segments = 72, .textured = true}).Material("PLINTH"));
+    CShape top =
+        shapes::Cylinder(2.8f, 0.02f, 0, 72).MapFlat({-2.8f, -2.8f}, {2.8f, 2.8f}).Move({0, 0, 4.98f});
+    CShape plinth = shapes::Lathe(kPlinth, {.segments = 72, .textured = true});
+    (void)scene.AddMesh("PLINTH", plinth.Add(top).Material("PLINTH"));
     (void)scene.AddMesh(
         "KNOT", shapes::Tube(KnotPath(260, 1.15f), 0.62f, 28, true).Move({0, 0, 9.3f}).Material("BRONZE"));
     scene.Save(folder / "knot.3ds");

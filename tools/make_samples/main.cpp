@@ -24,10 +24,7 @@ int main(int argc, char** argv) {
     }
     try {
         MakeAll(argv[1]);
-        if (argc == 3) {
-            std::filesystem::create_directories(argv[2]);
-            scenes::MakeSeeds(argv[2]);
-        }
+        if (argc == 3) scenes::MakeSeeds(argv[2]);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "make_samples: %s\n", error.what());
         return 1;

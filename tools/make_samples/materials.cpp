@@ -2,6 +2,7 @@
 #include <lib3ds/file.h>
 #include <lib3ds/material.h>
 
+#include <algorithm>
 #include <functional>
 
 #include "make_samples/picture_file.h"
@@ -48,7 +49,12 @@ const std::vector<std::vector<CBall>>& Rows() {
               m.wire_size = 1.5f;
               m.two_sided = 1;
           }},
-         {"CHROME", [](M& m) { CSceneBuilder::SetMap(m.reflection_map, "ROOM.JPG", 0.9f); }},
+         {"CHROME",
+          [](M& m) {
+              std::fill_n(m.diffuse, 3, 0.12f);
+              std::fill_n(m.ambient, 3, 0.12f);
+              CSceneBuilder::SetMap(m.reflection_map, "ROOM.JPG", 0.9f);
+          }},
          {"SHEEN",
           [](M& m) {
               CSceneBuilder::SetMap(m.specular_map, "CHECKER.PNG", 1, {8, 4});
@@ -87,7 +93,7 @@ const std::vector<std::vector<CBall>>& Rows() {
           }},
          {"DECAL",
           [](M& m) {
-              CSceneBuilder::SetMap(m.texture1_map, "CORNERS.PNG", 1, {3, 2});
+              CSceneBuilder::SetMap(m.texture1_map, "CORNERS.PNG", 1, {3, 1});
               m.texture1_map.flags = LIB3DS_NO_TILE;
           }},
          {"TURNED",
@@ -123,16 +129,14 @@ void AddRoom(CSceneBuilder& scene) {
     Lib3dsMaterial& floor =
         scene.AddMaterial("FLOOR", {.color = {0.5f, 0.5f, 0.5f}, .shininessStrength = 0.1f});
     CSceneBuilder::SetMap(floor.texture1_map, "CHECKER.PNG", 1, {2, 2});
-    scene.AddMaterial("SHELF", {.color = {0.80f, 0.79f, 0.76f}, .shininessStrength = 0.15f});
+    scene.AddMaterial("SHELF", {.color = {0.42f, 0.43f, 0.45f}, .shininessStrength = 0.15f});
     scene.AddPart("FLOOR", shapes::Box({26, 20, 0.4f}).Material("FLOOR"), nullptr, {0, 0, -0.2f});
-    (void)scene.AddMesh("STEP", shapes::Box({16, 2.4f, 1.2f}).Material("SHELF"));
     for (int row = 0; row < 4; ++row) {
         const auto r = static_cast<float>(row);
         CShape step = shapes::Box({16, 2.4f, 0.2f + r * 1.4f}).Material("SHELF");
         scene.AddPart("STEP" + std::to_string(row + 1), step, nullptr,
                       {0, -3.6f + 2.4f * r, 0.1f + r * 0.7f});
     }
-    scene.AddObject("STEP", nullptr, {0, 6.0f, 5.0f});
 }
 
 }  // namespace
@@ -150,11 +154,14 @@ void MakeMaterials(const std::filesystem::path& folder) {
             ball.change(material);
             const CVec3 place{-6.5f + 2.6f * static_cast<float>(i), -3.6f + 2.4f * static_cast<float>(row),
                               1.2f + 1.4f * static_cast<float>(row)};
-            scene.AddPart(ball.name, shapes::Sphere(1.0f, 48, true).Material(ball.name), nullptr, place);
+            // The first map of each ball faces the camera.
+            CSceneBuilder::SetTurn(
+                scene.AddPart(ball.name, shapes::Sphere(1.0f, 48, true).Material(ball.name), nullptr, place),
+                210);
         }
     }
-    scene.AddSpot("Key", {{-14, -22, 24}, {0, 0, 2}}, {1.0f, 0.96f, 0.90f}, {60, 85}, 0.9f);
-    scene.AddOmni("Fill", {26, -18, 12}, {0.35f, 0.40f, 0.50f}, 0.9f);
+    scene.AddSpot("Key", {{-14, -22, 24}, {0, 0, 2}}, {1.0f, 0.96f, 0.90f}, {60, 85}, 0.8f);
+    scene.AddOmni("Fill", {26, -18, 12}, {0.35f, 0.40f, 0.50f}, 0.7f);
     scene.AddCamera("Front", {{0, -24, 13}, {0, 0.5f, 2.6f}}, 42);
     scene.Save(folder / "materials.3ds");
 }

@@ -31,12 +31,12 @@ struct CPlanet {
 };
 
 constexpr std::array<CPlanet, 6> kPlanets{{
-    {"SATURN", 2.0f, 27.0f, 152, 48, 12, 60, 24},
-    {"JUPITR", 2.5f, 20.5f, 318, 36, 18, 72, 3},
-    {"MARS", 0.95f, 15.6f, 62, 32, 24, 40, 25},
-    {"EARTH", 1.3f, 12.2f, 215, 24, 36, 48, 23},
-    {"VENUS", 1.1f, 8.6f, 128, 20, 40, -6, 3},
-    {"MERCRY", 0.7f, 5.9f, 338, 16, 48, 8, 0},
+    {"SATURN", 2.1f, 22.5f, 150, 48, 12, 60, -24},
+    {"JUPITR", 2.6f, 17.0f, 16, 36, 18, 72, 3},
+    {"MARS", 1.0f, 13.6f, 72, 32, 24, 40, 25},
+    {"EARTH", 1.35f, 11.4f, 236, 24, 36, 48, 23},
+    {"VENUS", 1.15f, 8.2f, 118, 20, 40, -6, 3},
+    {"MERCRY", 0.75f, 5.7f, 318, 16, 48, 8, 0},
 }};
 
 float GearHeight(std::size_t i) {
@@ -60,9 +60,9 @@ void AddMetals(CSceneBuilder& scene) {
         CVec3 color;
         float shininess, reflection;
     };
-    for (const CMetal& metal : {CMetal{"BRASS", {0.72f, 0.50f, 0.20f}, 0.62f, 0.40f},
-                                CMetal{"COPPER", {0.66f, 0.32f, 0.18f}, 0.55f, 0.35f},
-                                CMetal{"STEEL", {0.46f, 0.48f, 0.52f}, 0.68f, 0.45f}}) {
+    for (const CMetal& metal : {CMetal{"BRASS", {0.50f, 0.33f, 0.12f}, 0.62f, 0.30f},
+                                CMetal{"COPPER", {0.46f, 0.20f, 0.11f}, 0.55f, 0.28f},
+                                CMetal{"STEEL", {0.26f, 0.28f, 0.31f}, 0.66f, 0.30f}}) {
         Lib3dsMaterial& material = scene.AddMaterial(metal.name, {.color = metal.color,
                                                                   .specular = 0.95f,
                                                                   .shininess = metal.shininess,
@@ -86,7 +86,7 @@ void AddMaterials(CSceneBuilder& scene) {
     scene.AddMaterial("SUN", {.color = {1, 0.8f, 0.4f},
                               .specular = 0,
                               .shininessStrength = 0,
-                              .selfIllumination = 1,
+                              .selfIllumination = 0.55f,
                               .texture = "SUN.JPG"});
     scene.AddMaterial("MOON", {.color = {0.7f, 0.7f, 0.7f},
                                .shininess = 0.1f,
@@ -137,9 +137,9 @@ CShape BunFoot() {
 
 void AddTable(CSceneBuilder& scene, Lib3dsNode* root) {
     constexpr std::array<CVec2, 7> kEdge{
-        {{0, -1.6f}, {33.2f, -1.6f}, {33.8f, -1.35f}, {34.0f, -0.8f}, {33.8f, -0.25f}, {33.4f, 0}, {0, 0}}};
+        {{0, -1.6f}, {21.2f, -1.6f}, {21.8f, -1.35f}, {22.0f, -0.8f}, {21.8f, -0.25f}, {21.4f, 0}, {0, 0}}};
     CShape top = shapes::Lathe(kEdge, {.segments = 128});
-    scene.AddPart("TABLE", top.MapFlat({-34, -34}, {34, 34}).Material("TABLE"), root, {0, 0, -1.5f});
+    scene.AddPart("TABLE", top.MapFlat({-22, -22}, {22, 22}).Material("TABLE"), root, {0, 0, -1.5f});
 }
 
 void AddBase(CSceneBuilder& scene, Lib3dsNode* root) {
@@ -294,10 +294,10 @@ void AddPlanet(CSceneBuilder& scene, Lib3dsNode* root, std::size_t i) {
 }
 
 void AddLightsAndCameras(CSceneBuilder& scene) {
-    scene.AddOmni("Sunlight", {0, 0, kSunHeight}, {1.0f, 0.86f, 0.62f}, 0.55f);
-    scene.AddOmni("Fill", {-55, 30, 45}, {0.42f, 0.50f, 0.66f}, 0.5f);
-    scene.AddSpot("Lamp", {{38, -46, 62}, {0, 0, 10}}, {1.0f, 0.94f, 0.84f}, {50, 70}, 0.85f);
-    scene.AddCamera("Overview", {{34, -62, 44}, {0, 0, 11}}, 46);
+    scene.AddOmni("Sunlight", {0, 0, kSunHeight}, {1.0f, 0.86f, 0.62f}, 0.45f);
+    scene.AddOmni("Fill", {-55, 30, 45}, {0.42f, 0.50f, 0.66f}, 0.45f);
+    scene.AddSpot("Lamp", {{38, -46, 62}, {0, 0, 10}}, {1.0f, 0.94f, 0.84f}, {50, 70}, 0.75f);
+    scene.AddCamera("Overview", {{26, -50, 34}, {0, 0, 11}}, 52);
     scene.AddCamera("Works", {{13, -19, 17}, {0, 0, 8}}, 48);
     constexpr float kPi = std::numbers::pi_v<float>;
     std::vector<CAim> flight;

@@ -65,8 +65,10 @@ CImage BluePlanet() {
             {0.42f, 0.34f, 0.26f}, (height - 0.64f) * 6);
         color = Mix(color, land, Step(0.555f, 0.57f, height));
         color = Mix(color, {0.94f, 0.96f, 0.98f}, Step(0.80f, 0.86f, latitude + (height - 0.5f) * 0.4f));
-        const float cloud = Globe(u + 0.02f * std::sin(v * 25), v * 2.2f, 45, 6);
-        return Mix(color, {1, 1, 1}, Step(0.56f, 0.72f, cloud) * 0.85f);
+        const float drift = u + 0.04f * std::sin(v * 19);
+        const float cloud =
+            noise::Cloud(drift * 12, v * 14, 45, 5, 12) - 0.2f * Step(0.36f, 0.5f, std::fabs(v - 0.5f));
+        return Mix(color, {1, 1, 1}, Step(0.58f, 0.74f, cloud) * 0.8f);
     });
 }
 

@@ -7,10 +7,12 @@
 #include <lib3ds/tracks.h>
 
 #include <cstring>
+#include <stdexcept>
 
 #include "make_samples/picture_file.h"
 #include "make_samples/pictures.h"
 #include "make_samples/scenes.h"
+#include "platform/zip_file_util.h"
 #include "scene_builder/CSceneBuilder.h"
 #include "scene_builder/shapes.h"
 
@@ -140,14 +142,24 @@ void MakeAtmosphere(const std::filesystem::path& folder) {
     scene.Save(folder / "atmosphere.3ds");
 }
 
+void MakeZip(const std::filesystem::path& path, const std::vector<std::string>& files) {
+    if (!zip_file_util::WriteZip(path.string(), files))
+        throw std::runtime_error("could not write " + path.string());
+}
+
 }  // namespace
 
 void MakeSeeds(const std::filesystem::path& folder) {
-    MakeEmpty(folder);
-    MakeTriangle(folder);
-    MakeHierarchy(folder);
-    MakeMaps(folder);
-    MakeAtmosphere(folder);
+    const std::filesystem::path scenes = folder / "3ds", archives = folder / "zip";
+    std::filesystem::create_directories(scenes);
+    std::filesystem::create_directories(archives);
+    MakeEmpty(scenes);
+    MakeTriangle(scenes);
+    MakeHierarchy(scenes);
+    MakeMaps(scenes);
+    MakeAtmosphere(scenes);
+    MakeZip(archives / "one.zip", {(scenes / "triangle.3ds").string()});
+    MakeZip(archives / "textured.zip", {(scenes / "maps.3ds").string(), (scenes / "corners.png").string()});
 }
 
 }  // namespace scenes

@@ -79,8 +79,8 @@ CImage Marble(bool dark) {
     return Paint(256, 256, [dark](float u, float v) {
         const float cloud = noise::Cloud(u * 6, v * 6, dark ? 81 : 82, 6, 6);
         const float vein = 1 - std::fabs(std::sin((u * 3 + v * 2 + cloud * 4) * std::numbers::pi_v<float>));
-        const CVec3 stone = dark ? CVec3{0.08f, 0.09f, 0.10f} : CVec3{0.90f, 0.88f, 0.84f};
-        return Mix(stone, dark ? Grey(0.75f) : Grey(0.5f), std::pow(std::max(vein, 0.0f), 8.0f) * 0.8f) *
+        const CVec3 stone = dark ? CVec3{0.08f, 0.09f, 0.10f} : CVec3{0.72f, 0.69f, 0.63f};
+        return Mix(stone, dark ? Grey(0.75f) : Grey(0.38f), std::pow(std::max(vein, 0.0f), 8.0f) * 0.8f) *
                (0.85f + 0.3f * cloud);
     });
 }

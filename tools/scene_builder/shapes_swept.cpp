@@ -20,6 +20,26 @@ CVec3 AnyAcross(CVec3 direction) {
     return Normalized(Cross(direction, std::fabs(direction.z) < 0.9f ? CVec3{0, 0, 1} : CVec3{1, 0, 0}));
 }
 
+/** A direction across the path at each point, carried along it, which keeps a tube from twisting. */
+std::vector<CVec3> Frames(std::span<const CVec3> path, bool closed) {
+    std::vector<CVec3> frames{AnyAcross(DirectionAt(path, 0, closed))};
+    const auto carry = [&](std::size_t to) {
+        const CVec3 direction = DirectionAt(path, to, closed), before = frames.back();
+        return Normalized(before - direction * Dot(before, direction));
+    };
+    for (std::size_t i = 1; i < path.size(); ++i) frames.push_back(carry(i));
+    if (!closed) return frames;
+    // Carried once round, it comes back turned; each point takes its share of the way back.
+    const CVec3 end = carry(0), start = frames[0], along = DirectionAt(path, 0, closed);
+    const float turned = std::atan2(Dot(Cross(start, end), along), Dot(start, end));
+    for (std::size_t i = 1; i < path.size(); ++i) {
+        const float back = -turned * static_cast<float>(i) / static_cast<float>(path.size());
+        const CVec3 up = Cross(DirectionAt(path, i, closed), frames[i]);
+        frames[i] = frames[i] * std::cos(back) + up * std::sin(back);
+    }
+    return frames;
+}
+
 void AddCap(CShape& shape, std::span<const CVec3> path, bool atEnd, int sides) {
     const std::uint32_t count = static_cast<std::uint32_t>(sides);
     const std::uint32_t first = atEnd ? static_cast<std::uint32_t>(path.size() - 1) * count : 0;
@@ -78,16 +98,14 @@ std::vector<CVec2> ToothOutline(const CGear& gear) {
 }  // namespace
 
 CShape Tube(std::span<const CVec3> path, float radius, int sides, bool closed) {
+    const std::vector<CVec3> across = Frames(path, closed);
     CShape shape;
-    CVec3 across = AnyAcross(DirectionAt(path, 0, closed));
     for (std::size_t i = 0; i < path.size(); ++i) {
-        const CVec3 direction = DirectionAt(path, i, closed);
-        // Carrying the frame along, instead of making each anew, keeps the tube from twisting.
-        across = Normalized(across - direction * Dot(across, direction));
-        const CVec3 up = Cross(direction, across);
+        const CVec3 up = Cross(DirectionAt(path, i, closed), across[i]);
         for (int k = 0; k < sides; ++k) {
             const float angle = 2 * kPi * static_cast<float>(k) / static_cast<float>(sides);
-            shape.AddPoint(path[i] + across * (radius * std::cos(angle)) + up * (radius * std::sin(angle)));
+            shape.AddPoint(path[i] + across[i] * (radius * std::cos(angle)) +
+                           up * (radius * std::sin(angle)));
         }
     }
     const auto count = static_cast<std::uint32_t>(sides), rows = static_cast<std::uint32_t>(path.size());

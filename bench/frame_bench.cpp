@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+// orbivue_frame_bench FILE [FRAMES]: how long a frame takes while the scene turns, and a pick; 1280x800, as
+// JSON.
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+
+#include "engine/C3dsDisplayWrap.h"
+#include "engine/COffscreenContext.h"
+#include "engine/gl_api.h"
+#include "platform/file_util_ex.h"
+
+namespace {
+
+constexpr int kWidth = 1280, kHeight = 800;
+using CClock = std::chrono::steady_clock;
+double MsSince(CClock::time_point start) {
+    return std::chrono::duration<double, std::milli>(CClock::now() - start).count();
+}
+
+/** Until the pixels are there: software OpenGL may put work off. */
+void Finish() {
+    glFinish();
+}
+
+double FrameMs(C3dsDisplayWrap& engine, int frames) {
+    engine.PaintModel();
+    Finish();
+    const CClock::time_point start = CClock::now();
+    for (int i = 0; i < frames; ++i) {
+        engine.UpdateRotAngles(3, 1);
+        engine.PaintModel();
+        Finish();
+    }
+    return MsSince(start) / frames;
+}
+
+/** The slowest of nine picks spread over the view. */
+double PickMs(C3dsDisplayWrap& engine, int& hits) {
+    double slowest = 0;
+    for (int i = 0; i < 9; ++i) {
+        std::array<GLuint, 512> words{};
+        const CClock::time_point start = CClock::now();
+        glSelectBuffer(static_cast<GLsizei>(words.size()), words.data());
+        (void)glRenderMode(GL_SELECT);  // answers how plain drawing ended
+        glInitNames();
+        glPushName(0xFFFFFFFFu);
+        if (engine.InitDrawings(GL_SELECT, kWidth * (1 + i % 3) / 4, kHeight * (1 + i / 3) / 4))
+            engine.DrawModel(GL_SELECT);
+        hits += glRenderMode(GL_RENDER) != 0 ? 1 : 0;
+        slowest = std::max(slowest, MsSince(start));
+    }
+    return slowest;
+}
+
+int Measure(const char* path, int frames) {
+    C3dsDisplayWrap engine;
+    engine.SetViewingOnly(true);
+    CResult<COffscreenContext> context = COffscreenContext::Create(kWidth, kHeight, 1);
+    if (!context || !engine.OpenModel(file_util_ex::ConvertFromUTF8W(path).c_str())) {
+        std::fprintf(stderr, "%s\n", (context ? engine.LastError() : context.Error()).Text().c_str());
+        return 1;
+    }
+    (void)context.Value().MakeCurrent();  // the token is for those who draw themselves
+    engine.SetPreviewSize(C2DRect(0, 0, kWidth, kHeight));
+    engine.SetIsoCameraModel();
+    const double frameMs = FrameMs(engine, frames);
+    int hits = 0;
+    const double pickMs = PickMs(engine, hits);
+    std::printf("{\"frame_ms\": %.2f, \"pick_ms\": %.2f, \"picks_that_hit\": %d}\n", frameMs, pickMs, hits);
+    engine.CloseModel();
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    int frames = 20;
+    if (argc == 3) std::from_chars(argv[2], argv[2] + std::strlen(argv[2]), frames);
+    if (argc < 2 || argc > 3 || frames < 1) {
+        std::fprintf(stderr, "usage: orbivue_frame_bench FILE [FRAMES]\n");
+        return 2;
+    }
+    try {
+        return Measure(argv[1], frames);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "orbivue_frame_bench: %s\n", error.what());
+        return 1;
+    }
+}

@@ -1,0 +1,365 @@
+// SPDX-License-Identifier: MIT
+#include "engine/C3dsDisplayWrap.h"
+
+#include <gtest/gtest.h>
+#include <lib3ds/file.h>
+
+#include <array>
+#include <cmath>
+#include <set>
+#include <string>
+
+#include "engine/COffscreenContext.h"
+#include "engine/gl_api.h"
+#include "model/C3dsBytes.h"
+#include "model/CPreparedScene.h"
+#include "platform/CTestFolder.h"
+
+namespace {
+
+constexpr int kWidth = 200, kHeight = 150;
+using CColor = std::array<int, 3>;
+
+CBytes CubeAt(std::string_view name, float x, float y, float z) {
+    CBytes points = Words({8});
+    for (int i = 0; i < 8; ++i) {
+        points = points + Floats({x + ((i & 1) ? 1.0f : -1.0f), y + ((i & 2) ? 1.0f : -1.0f),
+                                  z + ((i & 4) ? 1.0f : -1.0f)});
+    }
+    return Mesh(name, Chunk(0x4110, points) + CubeFaces());
+}
+
+/** Two cubes, one above the other. */
+CBytes Tower() {
+    return Scene(CubeAt("Low", 0, 0, -3) + CubeAt("High", 0, 0, 3));
+}
+
+/** A square whose corners are the given ones. */
+CBytes Square(std::initializer_list<float> corners) {
+    return Scene(Mesh("Square", Chunk(0x4110, Words({4}) + Floats(corners)) +
+                                    Chunk(0x4120, Words({2, 0, 1, 2, 7, 0, 2, 3, 7}))));
+}
+
+class C3dsDisplayWrapGLTest : public testing::Test {
+  protected:
+    static COffscreenContext& Context() {
+        static CResult<COffscreenContext> context = COffscreenContext::Create(kWidth, kHeight);
+        return context.Value();
+    }
+    void SetUp() override {
+        (void)Context().MakeCurrent();
+        m_engine.SetPreviewSize(C2DRect(0, 0, kWidth, kHeight));
+        m_engine.SetBkColors(0, 0, 1);
+    }
+    void TearDown() override { EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR)); }
+
+    bool Open(const CBytes& file) {
+        return m_engine.OpenBufferModel(reinterpret_cast<const char*>(file.data()),
+                                        static_cast<long>(file.size()), {});
+    }
+    CImage Paint() {
+        m_engine.PaintModel();
+        return Context().ReadPixels().Value();
+    }
+    static int CountDrawn(const CImage& image) {
+        int drawn = 0;
+        for (std::size_t i = 0; i < image.rgba.size(); i += 4) {
+            drawn += image.rgba[i] != 0 || image.rgba[i + 1] != 0 || image.rgba[i + 2] != 255;
+        }
+        return drawn;
+    }
+    static CColor At(const CImage& image, int x, int y) {
+        const std::uint8_t* p = image.Pixel(x, y);
+        return {p[0], p[1], p[2]};
+    }
+    /** What a viewer does on a click: all names under the pixel. */
+    std::set<std::string> Pick(int x, int y) {
+        std::array<GLuint, 512> hits{};
+        glSelectBuffer(static_cast<GLsizei>(hits.size()), hits.data());
+        (void)glRenderMode(GL_SELECT);
+        glInitNames();
+        glPushName(0xFFFFFFFFu);
+        if (m_engine.InitDrawings(GL_SELECT, x, y)) {
+            LookThroughCamera();
+            m_engine.DrawModel(GL_SELECT);
+        }
+        const int count = glRenderMode(GL_RENDER);
+        std::set<std::string> names;
+        for (int i = 0; i < count; ++i) {
+            const char* name =
+                m_engine.GetNodeNameById(static_cast<int>(hits[static_cast<std::size_t>(i) * 4 + 3]));
+            names.insert(name != nullptr ? name : "(none)");
+        }
+        return names;
+    }
+    /** As gluLookAt with the camera that the getters tell. */
+    void LookThroughCamera() {
+        const CVec3 eye{m_engine.GetEyeX(), m_engine.GetEyeY(), m_engine.GetEyeZ()};
+        const CVec3 target{m_engine.GetXOrg(), m_engine.GetYOrg(), m_engine.GetZOrg()};
+        const CVec3 f = Normalized(target - eye);
+        const CVec3 s = Normalized(Cross(f, {m_engine.GetUpX(), m_engine.GetUpY(), m_engine.GetUpZ()}));
+        const CVec3 u = Cross(s, f);
+        CMat4 look;
+        look.m = {s.x, u.x, -f.x, 0, s.y,          u.y,          -f.y,        0,
+                  s.z, u.z, -f.z, 0, -Dot(s, eye), -Dot(u, eye), Dot(f, eye), 1};
+        glMultMatrixf(look.m.data());
+        glMatrixMode(GL_MODELVIEW);
+        glLoadIdentity();
+    }
+
+    C3dsDisplayWrap m_engine;
+};
+
+TEST_F(C3dsDisplayWrapGLTest, WithoutASceneOnlyTheBackgroundIsDrawn) {
+    EXPECT_FALSE(m_engine.InitDrawings(GL_RENDER, -1, -1));
+    m_engine.DrawModel(GL_RENDER);
+    EXPECT_EQ(CountDrawn(Context().ReadPixels().Value()), 0);
+    EXPECT_EQ(m_engine.Get3dsFile(), nullptr);
+    EXPECT_EQ(m_engine.GetNodeNameById(0), nullptr);
+    EXPECT_FALSE(m_engine.DrawAnimations());
+    EXPECT_FALSE(m_engine.DeleteNode("Low"));
+    EXPECT_FALSE(m_engine.SaveAs(L"/nowhere/out.3ds"));
+    m_engine.CloseModel();
+}
+
+TEST_F(C3dsDisplayWrapGLTest, FailedOpenLeavesNoScene) {
+    ASSERT_TRUE(Open(Tower()));
+    EXPECT_GT(CountDrawn(Paint()), 0);
+    EXPECT_FALSE(m_engine.OpenModel(L"/no/such/file.3ds"));
+    EXPECT_EQ(m_engine.LastError().code, EErrorCode::NotFound);
+    EXPECT_EQ(m_engine.Get3dsFile(), nullptr);
+    EXPECT_EQ(CountDrawn(Paint()), 0);
+    EXPECT_FALSE(m_engine.OpenBufferModel("MM", 2, {}));
+    EXPECT_FALSE(m_engine.OpenBufferModel(nullptr, -1, {}));
+    EXPECT_FALSE(m_engine.OpenModelStruct(nullptr));
+    EXPECT_TRUE(m_engine.OpenModelStruct(lib3ds_file_new()));  // a scene with nothing in it
+    EXPECT_EQ(CountDrawn(Paint()), 0);
+}
+
+struct CBlankCase {
+    const char* name;
+    CBytes file;
+};
+
+class C3dsDisplayWrapBlank : public C3dsDisplayWrapGLTest, public testing::WithParamInterface<CBlankCase> {};
+
+TEST_P(C3dsDisplayWrapBlank, IsoShowsIt) {
+    ASSERT_TRUE(Open(GetParam().file));
+    EXPECT_GT(CountDrawn(Paint()), 2000);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Scenes, C3dsDisplayWrapBlank,
+    testing::Values(CBlankCase{"FlatX", Square({0, 0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1})},
+                    CBlankCase{"FlatY", Square({0, 0, 0, 1, 0, 0, 1, 0, 1, 0, 0, 1})},
+                    CBlankCase{"FlatZ", Square({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0})},
+                    CBlankCase{"Huge", Square({-1e6f, 0, 0, 1e6f, 0, 0, 1e6f, 1e6f, 0, -1e6f, 1e6f, 0})},
+                    CBlankCase{"Tiny", Square({0, 0, 0, 1e-4f, 0, 0, 1e-4f, 1e-4f, 0, 0, 1e-4f, 0})},
+                    CBlankCase{"FarOff", Square({1000, 1000, 1000, 1001, 1000, 1000, 1001, 1001, 1000, 1000,
+                                                 1001, 1000})}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(C3dsDisplayWrapGLTest, ViewersOwnFrameIsThatOfPaintModel) {
+    ASSERT_TRUE(Open(Tower()));
+    m_engine.SetRightCameraModel();
+    m_engine.UpdateRotAngles(20, 10);
+    const CImage painted = Paint();
+    ASSERT_TRUE(m_engine.InitDrawings(GL_RENDER, -1, -1));
+    LookThroughCamera();
+    m_engine.DrawModel(GL_RENDER);
+    EXPECT_EQ(Context().ReadPixels().Value().rgba, painted.rgba);
+}
+
+TEST_F(C3dsDisplayWrapGLTest, PickFindsTheNodeUnderThePixelCountedFromTheTop) {
+    ASSERT_TRUE(Open(Tower()));
+    m_engine.SetFrontCameraModel();
+    const CImage image = Paint();
+    for (const auto& [y, name] : {std::pair{40, "High"}, std::pair{110, "Low"}}) {
+        EXPECT_NE(At(image, kWidth / 2, y), (CColor{0, 0, 255}));
+        EXPECT_EQ(Pick(kWidth / 2, y), std::set<std::string>{name});
+    }
+    EXPECT_TRUE(Pick(5, 5).empty());
+    EXPECT_TRUE(Pick(kWidth / 2, kHeight / 2).empty());  // the gap
+    EXPECT_EQ(m_engine.GetNodeNameById(-1), nullptr);
+    EXPECT_EQ(m_engine.GetNodeNameById(2), nullptr);
+}
+
+/** Every pixel well inside or outside a node must agree, also in a view that a zoom box has turned. */
+TEST_F(C3dsDisplayWrapGLTest, PickAgreesWithThePictureAfterZooming) {
+    ASSERT_TRUE(Open(Tower()));
+    m_engine.SetFrontCameraModel();
+    m_engine.ZoomModel(C2DRect(70, 5, 150, 65));
+    m_engine.ZoomModel(-20);
+    m_engine.UpdateRotAngles(15, 0);
+    const CImage image = Paint();
+    int asked = 0;
+    for (int y = 6; y < kHeight - 6; y += 12) {
+        for (int x = 6; x < kWidth - 6; x += 12) {
+            const bool drawn = At(image, x, y) != CColor{0, 0, 255};
+            bool even = true;
+            for (int d = -4; d <= 4; d += 4) {
+                even &= (At(image, x + d, y) != CColor{0, 0, 255}) == drawn &&
+                        (At(image, x, y + d) != CColor{0, 0, 255}) == drawn;
+            }
+            if (!even) continue;
+            EXPECT_EQ(!Pick(x, y).empty(), drawn) << x << ' ' << y;
+            asked += drawn;
+        }
+    }
+    EXPECT_GT(asked, 20);
+}
+
+TEST_F(C3dsDisplayWrapGLTest, ZoomBoxMagnifiesAndAnEmptyOneLeavesTheView) {
+    ASSERT_TRUE(Open(Tower()));
+    m_engine.SetFrontCameraModel();
+    const CImage before = Paint();
+    m_engine.ZoomModel(C2DRect(50, 50, 50, 50));
+    EXPECT_EQ(Paint().rgba, before.rgba);
+    m_engine.ZoomModel(C2DRect(75, 0, 125, 75));
+    EXPECT_GT(CountDrawn(Paint()), CountDrawn(before));
+    EXPECT_EQ(Pick(kWidth / 2, kHeight / 2), std::set<std::string>{"High"});
+    m_engine.SetFrontCameraModel();
+    EXPECT_EQ(Paint().rgba, before.rgba);
+}
+
+TEST_F(C3dsDisplayWrapGLTest, CallersScaleAndShiftAreNotCutOff) {
+    ASSERT_TRUE(Open(Square({-1, 0, -1, 1, 0, -1, 1, 0, 1, -1, 0, 1})));
+    m_engine.SetFrontCameraModel();
+    for (const float forward : {-3.0f, 40.0f}) {  // nearer than the near plane and beyond the far one
+        ASSERT_TRUE(m_engine.InitDrawings(GL_RENDER, -1, -1));
+        LookThroughCamera();
+        glTranslatef(0, forward, 0);
+        glScalef(2, 2, 2);
+        m_engine.DrawModel(GL_RENDER);
+        EXPECT_NE(At(Context().ReadPixels().Value(), kWidth / 2, kHeight / 2), (CColor{0, 0, 255}))
+            << forward;
+    }
+}
+
+TEST_F(C3dsDisplayWrapGLTest, EditsShowInTheNextFrame) {
+    ASSERT_TRUE(Open(Tower()));
+    m_engine.SetFrontCameraModel();
+    (void)Paint();
+    ASSERT_TRUE(m_engine.SetNodeMaterialColor("High", nullptr, 1, 0, 0));
+    CImage image = Paint();
+    EXPECT_GT(At(image, kWidth / 2, 40)[0], 4 * At(image, kWidth / 2, 40)[1]);
+    EXPECT_LT(At(image, kWidth / 2, 110)[0], 2 * At(image, kWidth / 2, 110)[1]);
+    ASSERT_TRUE(m_engine.SetNodeMaterialTransparency("Low", nullptr, 1));
+    EXPECT_EQ(At(Paint(), kWidth / 2, 110), (CColor{0, 0, 255}));
+    ASSERT_TRUE(m_engine.MoveNode("High", 0, 0, -6));
+    image = Paint();
+    EXPECT_EQ(At(image, kWidth / 2, 40), (CColor{0, 0, 255}));
+    EXPECT_NE(At(image, kWidth / 2, 110), (CColor{0, 0, 255}));
+    ASSERT_TRUE(m_engine.DeleteNode(m_engine.GetNodeNameById(1)));
+    ASSERT_TRUE(m_engine.DeleteNode("Low"));
+    EXPECT_EQ(CountDrawn(Paint()), 0);
+    EXPECT_FALSE(m_engine.SetNodeMaterialColor("High", nullptr, 1, 0, 0));
+}
+
+TEST_F(C3dsDisplayWrapGLTest, ValuesThatAreNoNumbersAndNullNamesAreRefused) {
+    ASSERT_TRUE(
+        Open(Scene(Material("Red") +
+                   Mesh("Box", CubePoints() + CubeFaces(Chunk(0x4130, Text("Red") + Words({1, 0})))))));
+    const float nan = std::nanf("");
+    EXPECT_FALSE(m_engine.SetNodeMaterialColor("Box", "Red", nan, 0, 0));
+    EXPECT_FALSE(m_engine.SetMaterialColor("Red", 0, INFINITY, 0));
+    EXPECT_FALSE(m_engine.SetMaterialTransparency("Red", nan));
+    EXPECT_FALSE(m_engine.SetNodeMaterialShininess("Box", "Red", nan));
+    EXPECT_FALSE(m_engine.SetNodeMaterialColor(nullptr, "Red", 1, 0, 0));
+    EXPECT_FALSE(m_engine.SetMaterialColor(nullptr, 1, 0, 0));
+    EXPECT_FALSE(m_engine.ReplaceNode("Box", nullptr, nullptr));
+    EXPECT_FALSE(m_engine.SetMaterialTexture("Red", L"/no/such/picture.png"));
+    EXPECT_FALSE(m_engine.DeleteNode(nullptr));
+    EXPECT_TRUE(m_engine.SetMaterialColor("Red", 1, 0, 0));
+}
+
+TEST_F(C3dsDisplayWrapGLTest, SavedSceneOpensWithItsEdits) {
+    const CTestFolder folder;
+    const std::string path = folder / "edited.3ds";
+    ASSERT_TRUE(Open(Tower()));
+    ASSERT_TRUE(m_engine.MoveNode("High", 10, 0, 0));
+    ASSERT_TRUE(m_engine.SaveAs(std::wstring(path.begin(), path.end()).c_str()));
+    ASSERT_TRUE(m_engine.OpenModel(std::wstring(path.begin(), path.end()).c_str()));
+    EXPECT_FLOAT_EQ(m_engine.Prepared()->bounds.max.x, 11);
+    EXPECT_NE(m_engine.Get3dsFile(), nullptr);
+}
+
+TEST_F(C3dsDisplayWrapGLTest, AnimationRunsToItsEndAndBeginsAgain) {
+    const CBytes moving = Track(0xB020, 2, Key(0, {0, 0, 0}) + Key(3, {9, 0, 0}));
+    ASSERT_TRUE(Open(Scene(
+        Cube("Box"), Chunk(0xB000, Chunk(0xB008, Dwords({0, 3})) + ObjectNode(0, "Box", 65535, moving)))));
+    EXPECT_TRUE(m_engine.HasAnimation());
+    std::vector<float> frames;
+    for (int i = 0; i < 5; ++i) {
+        frames.push_back(m_engine.GetFrame());
+        EXPECT_TRUE(m_engine.DrawAnimations());
+    }
+    EXPECT_EQ(frames, (std::vector<float>{0, 1, 2, 3, 0}));
+    m_engine.SetFrame(3);
+    EXPECT_NEAR(m_engine.Prepared()->bounds.min.x, 8, 1e-3f);
+    m_engine.SetFrame(1e9f);
+    EXPECT_EQ(m_engine.GetFrame(), 3);
+    m_engine.SetFrame(std::nanf(""));
+    EXPECT_EQ(m_engine.GetFrame(), 3);
+    // An edit keeps the frame that is shown.
+    ASSERT_TRUE(m_engine.SetNodeMaterialColor("Box", nullptr, 1, 0, 0));
+    EXPECT_NEAR(m_engine.Prepared()->bounds.min.x, 8, 1e-3f);
+}
+
+/** Camera and light beside a box. */
+CBytes Stage() {
+    const CBytes camera = Chunk(0x4000, Text("Cam") + Chunk(0x4700, Floats({-6, -2, 0, 0, 0, 0, 0, 45})));
+    const CBytes light = Chunk(
+        0x4000, Text("Lamp") + Chunk(0x4600, Floats({1.5f, 1.5f, 0}) + Chunk(0x0010, Floats({1, 1, 1}))));
+    return Scene(camera + light + Cube("Box"));
+}
+
+TEST_F(C3dsDisplayWrapGLTest, OverlaysAddToThePictureAndLeaveNoStateBehind) {
+    ASSERT_TRUE(Open(Stage()));
+    const CImage plain = Paint();
+    using CSwitch = void (C3dsDisplayWrap::*)(bool);
+    for (const CSwitch show : {&C3dsDisplayWrap::SetShowBounds, &C3dsDisplayWrap::SetShowCameras,
+                               &C3dsDisplayWrap::SetShowLights, &C3dsDisplayWrap::SetShowAxis}) {
+        (m_engine.*show)(true);
+        GLint depth = 0, mode = 0;
+        const CImage with = Paint();
+        int changed = 0;
+        for (std::size_t i = 0; i < with.rgba.size(); ++i) changed += with.rgba[i] != plain.rgba[i];
+        EXPECT_GT(changed, 50);
+        glGetIntegerv(GL_MODELVIEW_STACK_DEPTH, &depth);
+        glGetIntegerv(GL_MATRIX_MODE, &mode);
+        EXPECT_EQ(depth, 1);
+        EXPECT_EQ(mode, GL_MODELVIEW);
+        (m_engine.*show)(false);
+        EXPECT_EQ(Paint().rgba, plain.rgba);
+    }
+}
+
+TEST_F(C3dsDisplayWrapGLTest, CamerasOfTheFileAreOffered) {
+    ASSERT_TRUE(Open(Stage()));
+    EXPECT_EQ(m_engine.GetCameraName(), "iso_cam");
+    EXPECT_EQ(m_engine.GetFileCameraNames(), std::vector<std::string>{"Cam"});
+    m_engine.UpdateRotAngles(30, 0);
+    ASSERT_TRUE(m_engine.SetFileCameraModel("Cam"));
+    EXPECT_EQ(m_engine.GetCameraName(), "Cam");
+    EXPECT_FLOAT_EQ(m_engine.GetEyeX(), -6);
+    EXPECT_FLOAT_EQ(m_engine.GetRotAngleZ(), 0);
+    EXPECT_NE(At(Paint(), kWidth / 2, kHeight / 2), (CColor{0, 0, 255}));
+    EXPECT_FALSE(m_engine.SetFileCameraModel("Nobody"));
+    EXPECT_EQ(m_engine.GetCameraName(), "Cam");
+}
+
+TEST_F(C3dsDisplayWrapGLTest, ViewingOnlyDrawsTheSameAndGivesMemoryBack) {
+    ASSERT_TRUE(Open(Tower()));
+    const CImage whole = Paint();
+    m_engine.CloseModel();
+    m_engine.SetViewingOnly(true);
+    ASSERT_TRUE(Open(Tower()));
+    EXPECT_EQ(Paint().rgba, whole.rgba);
+    EXPECT_EQ(Paint().rgba, whole.rgba);
+    EXPECT_TRUE(m_engine.Prepared()->meshes.front().vertices.empty());
+    EXPECT_FALSE(m_engine.DeleteNode("High"));
+    EXPECT_EQ(m_engine.Get3dsFile(), nullptr);
+}
+
+}  // namespace

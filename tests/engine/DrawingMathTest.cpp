@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <vector>
+
+#include "engine/CFrameView.h"
+#include "engine/CGlTexture.h"
+#include "engine/CPictureTest.h"
+#include "engine/triangle_order.h"
+
+namespace {
+
+TEST(Matrix4dTest, InverseUndoesAndSingularSaysSo) {
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> number(-3, 3);
+    CMatrix4d matrix;
+    for (double& value : matrix.m) value = number(random);
+    matrix.m[0] = 0;  // needs a pivot
+    bool ok = false;
+    const CMatrix4d product = matrix * matrix.Inverse(&ok);
+    EXPECT_TRUE(ok);
+    for (std::size_t i = 0; i < 16; ++i) EXPECT_NEAR(product.m[i], i % 5 == 0 ? 1 : 0, 1e-12);
+    matrix.m[4] = matrix.m[5] = matrix.m[6] = matrix.m[7] = 0;
+    EXPECT_EQ(matrix.Inverse(&ok).m, CMatrix4d{}.m);
+    EXPECT_FALSE(ok);
+}
+
+TEST(FrameViewTest, FindsTheEyeBehindAnyLens) {
+    const CVec3 eye{3, -4, 5};
+    CMatrix4d lens = CameraMatrix(eye, {0, 1, 0}, 30, 1.5f);
+    CMatrix4d region;  // a part of the view, as zooming and picking cut it out
+    region.m[0] = 40;
+    region.m[5] = 10;
+    region.m[12] = -7;
+    for (const CMatrix4d& projection : {lens, region * lens}) {
+        const CFrameView view = CFrameView::FromMatrices(projection, {});
+        EXPECT_TRUE(view.perspective);
+        EXPECT_NEAR(view.eye[0], eye.x, 1e-5);
+        EXPECT_NEAR(view.eye[1], eye.y, 1e-5);
+        EXPECT_NEAR(view.eye[2], eye.z, 1e-5);
+    }
+}
+
+TEST(FrameViewTest, ParallelViewHasADirectionInsteadOfAnEye) {
+    CMatrix4d projection;
+    projection.m[10] = -1;  // as glOrtho looks along -z
+    const CFrameView view = CFrameView::FromMatrices(projection, {});
+    EXPECT_FALSE(view.perspective);
+    EXPECT_EQ(view.viewer, (std::array<float, 4>{0, 0, 1, 0}));
+}
+
+struct CBoxCase {
+    CBox box;
+    bool shown;
+};
+
+TEST(FrameViewTest, LeavesOutBoxesBeyondOneSideOnly) {
+    const CFrameView view = CFrameView::FromMatrices(CameraMatrix({0, -10, 0}, {}, 45, 1), {});
+    const CBoxCase cases[] = {{{{-1, -1, -1}, {1, 1, 1}}, true},
+                              {{{-1000, -1000, -1000}, {1000, 1000, 1000}}, true},  // the eye is inside
+                              {{{-1, -30, -1}, {1, -20, 1}}, false},                // behind the eye
+                              {{{40, -1, -1}, {50, 1, 1}}, false},
+                              {{{-1, -1, 20}, {1, 1, 30}}, false},
+                              {{{3, -1, -1}, {50, 1, 1}}, true},      // cut by a side
+                              {{{-1, 200, -1}, {1, 300, 1}}, false},  // beyond the far plane
+                              {CBox{}, false}};
+    for (const CBoxCase& c : cases)
+        EXPECT_EQ(view.MayShow(c.box), c.shown) << c.box.min.x << " " << c.box.min.y;
+}
+
+template <class TIndex>
+void ExpectOrdered() {
+    std::mt19937 random(3);
+    std::uniform_real_distribution<float> number(-5, 5);
+    std::vector<CPreparedVertex> vertices(300);
+    for (CPreparedVertex& vertex : vertices) {
+        for (float& value : vertex.position) value = number(random);
+    }
+    std::vector<TIndex> indices;
+    for (int i = 0; i < 3000; ++i) indices.push_back(static_cast<TIndex>(random() % vertices.size()));
+    const std::array<double, 4> row{0.5, -2, 1, 7};
+    std::vector<TIndex> ordered;
+    const CDepthRange range = OrderBackToFront<TIndex>(vertices, indices, row, ordered);
+
+    const auto depth = [&](std::size_t triangle) {
+        double sum = 0;
+        for (std::size_t k = 0; k < 3; ++k) {
+            const CVec3 p = vertices[ordered[triangle * 3 + k]].Position();
+            sum += (row[0] * p.x + row[1] * p.y + row[2] * p.z + row[3]) / 3;
+        }
+        return sum;
+    };
+    ASSERT_EQ(ordered.size(), indices.size());
+    const double step = (range.max - range.min) / 65535.0 + 1e-4;
+    for (std::size_t i = 1; i < ordered.size() / 3; ++i) EXPECT_LE(depth(i), depth(i - 1) + step);
+    EXPECT_NEAR(depth(0), range.max, step);
+    const auto triangles = [](const std::vector<TIndex>& list) {
+        std::vector<std::array<TIndex, 3>> result;
+        for (std::size_t i = 0; i + 2 < list.size(); i += 3)
+            result.push_back({list[i], list[i + 1], list[i + 2]});
+        std::sort(result.begin(), result.end());
+        return result;
+    };
+    EXPECT_EQ(triangles(ordered), triangles(indices));
+}
+
+TEST(TriangleOrderTest, KeepsEveryTriangleAndOrdersThemFromBackToFront) {
+    ExpectOrdered<std::uint16_t>();
+    ExpectOrdered<std::uint32_t>();
+}
+
+TEST(TriangleOrderTest, EqualDepthsKeepTheirOrderAndNoneIsFine) {
+    const std::vector<CPreparedVertex> vertices(3);
+    const std::vector<std::uint16_t> indices{0, 1, 2, 2, 1, 0, 1, 2, 0};
+    std::vector<std::uint16_t> ordered;
+    OrderBackToFront<std::uint16_t>(vertices, indices, {1, 2, 3, 4}, ordered);
+    EXPECT_EQ(ordered, indices);
+    OrderBackToFront<std::uint16_t>(vertices, {}, {1, 2, 3, 4}, ordered);
+    EXPECT_TRUE(ordered.empty());
+}
+
+TEST(TextureSizeTest, ScalingDownAveragesAndKeepsTheMeanColour) {
+    const CImage image = test_scenes::MakeImage(5, 3, [](int x, int) -> std::array<std::uint8_t, 4> {
+        return {static_cast<std::uint8_t>(x % 2 == 0 ? 200 : 100), 10, 255, 255};
+    });
+    const CImage half = ResizeForTexture(image, 2, 1);
+    ASSERT_EQ(half.rgba.size(), 8u);
+    EXPECT_EQ(half.Pixel(0, 0)[0], 150);  // columns 0 and 1
+    EXPECT_EQ(half.Pixel(1, 0)[0], 167);  // columns 2 to 4
+    EXPECT_EQ(half.Pixel(1, 0)[1], 10);
+    const CImage larger = ResizeForTexture(image, 8, 4);
+    EXPECT_EQ(larger.rgba.size(), 8u * 4 * 4);
+    EXPECT_EQ(larger.Pixel(7, 3)[0], 200);
+}
+
+}  // namespace

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "engine/COffscreenContext.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "engine/CGlCurrent.h"
+#include "engine/CPictureTest.h"
+#include "engine/gl_api.h"
+
+namespace {
+
+void FillTopHalf(int width, int height) {
+    glDisable(GL_SCISSOR_TEST);
+    glClearColor(0, 0, 1, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(0, height / 2, width, height - height / 2);
+    glClearColor(1, 0, 0, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glDisable(GL_SCISSOR_TEST);
+}
+
+class OffscreenContextGLTest : public testing::TestWithParam<int> {};
+
+TEST_P(OffscreenContextGLTest, ReadsRowsFromTopToBottom) {
+    CResult<COffscreenContext> made = COffscreenContext::Create(37, 22, GetParam());
+    ASSERT_TRUE(made) << made.Error().Text();
+    COffscreenContext& context = made.Value();
+    context.MakeCurrent();
+    FillTopHalf(37, 22);
+    const CResult<CImage> image = context.ReadPixels();
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image.Value().rgba.size(), 37u * 22 * 4);
+    EXPECT_TRUE(HasColor(image.Value(), 36, 0, {255, 0, 0}, 0));
+    EXPECT_TRUE(HasColor(image.Value(), 0, 21, {0, 0, 255}, 0));
+    EXPECT_LE(context.Samples(), GetParam());
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, OffscreenContextGLTest, testing::Values(0, 4, 1000));
+
+TEST(OffscreenContextGLTest, RefusesSizesThatCannotBeDrawn) {
+    const CResult<COffscreenContext> empty = COffscreenContext::Create(0, 10);
+    ASSERT_FALSE(empty);
+    EXPECT_EQ(empty.Error().code, EErrorCode::BadArgument);
+    const CResult<COffscreenContext> huge = COffscreenContext::Create(10, 10'000'000);
+    ASSERT_FALSE(huge);
+    EXPECT_EQ(huge.Error().code, EErrorCode::TooLarge);
+}
+
+TEST(OffscreenContextGLTest, KeepsItsPictureWhenAnotherSizeIsRefused) {
+    CResult<COffscreenContext> made = COffscreenContext::Create(20, 20);
+    ASSERT_TRUE(made);
+    EXPECT_FALSE(made.Value().Resize(-1, 5, 0));
+    EXPECT_EQ(made.Value().Width(), 20);
+    ASSERT_TRUE(made.Value().Resize(64, 48, 4));
+    made.Value().MakeCurrent();
+    FillTopHalf(64, 48);
+    const CResult<CImage> image = made.Value().ReadPixels();
+    ASSERT_TRUE(image);
+    EXPECT_TRUE(HasColor(image.Value(), 63, 47, {0, 0, 255}, 0));
+}
+
+TEST(OffscreenContextGLTest, TwoContextsAndThreadsDoNotMeet) {
+    CResult<COffscreenContext> first = COffscreenContext::Create(8, 8),
+                               second = COffscreenContext::Create(8, 8);
+    ASSERT_TRUE(first && second);
+    first.Value().MakeCurrent();
+    FillTopHalf(8, 8);
+    second.Value().MakeCurrent();
+    glClearColor(0, 1, 0, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    std::thread([] {
+        CResult<COffscreenContext> third = COffscreenContext::Create(8, 8);
+        EXPECT_TRUE(third);
+    }).join();
+    EXPECT_TRUE(HasColor(first.Value().ReadPixels().Value(), 0, 0, {255, 0, 0}, 0));
+    EXPECT_TRUE(HasColor(second.Value().ReadPixels().Value(), 0, 0, {0, 255, 0}, 0));
+}
+
+}  // namespace

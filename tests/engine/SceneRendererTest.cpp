@@ -1,0 +1,296 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <vector>
+
+#include "engine/CGlCurrent.h"
+#include "engine/CPictureTest.h"
+#include "engine/gl_api.h"
+
+using namespace test_scenes;
+
+namespace {
+
+constexpr CColor kBackground{51, 51, 51};
+constexpr int kMiddleX = 160, kMiddleY = 120;
+
+// --- sides, order and culling ---
+
+class SceneRendererGLTest : public CPictureTest {};
+
+TEST_F(SceneRendererGLTest, OneSidedIsSeenFromItsFrontOnly) {
+    CPreparedMaterial twoSided = Plain({0, 1, 0});
+    twoSided.twoSided = true;
+    m_builder.Add(MakePlane(1), Plain({1, 0, 0}), CMat4::Translation({-1, 0, 0}));
+    m_builder.Add(MakePlane(1), twoSided, CMat4::Translation({1, 0, 0}));
+    const int left = 105, right = 215;
+    const CImage front = Draw();
+    EXPECT_EQ(ColorAt(front, left, kMiddleY)[1], 0);
+    EXPECT_NE(ColorAt(front, left, kMiddleY), kBackground);
+    LookFrom({0, 0, -5});
+    const CImage back = Draw();
+    EXPECT_EQ(ColorAt(back, right, kMiddleY), kBackground);
+    // The camera's up stays +y, so left and right change places; the two-sided square is as bright as before.
+    EXPECT_TRUE(HasColor(back, left, kMiddleY, ColorAt(front, right, kMiddleY), 2));
+}
+
+TEST_F(SceneRendererGLTest, MirroredNodesAndViewsKeepTheirFrontFaces) {
+    m_builder.Add(MakePlane(1), Plain({1, 0, 0}), CMat4::Scale({-1, 1, 1}));
+    EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {255, 0, 0}));
+    m_turn = CMatrix4d::From(CMat4::Scale({1, -2, 1}));
+    EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {255, 0, 0}));
+    m_turn = CMatrix4d::From(CMat4::Rotation(180, {0, 1, 0}));
+    EXPECT_EQ(CountDrawn(Draw()), 0);
+}
+
+TEST_F(SceneRendererGLTest, NormalsFollowAnUnevenScaleNotItsDirection) {
+    // A square at 45 degrees, flattened to a tenth of its height, faces up nearly straight.
+    m_builder.Add(MakePlane(), Plain({1, 1, 1}), CMat4::Scale({1, 1, 0.1f}) * CMat4::Rotation(45, {1, 0, 0}));
+    EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {254, 254, 254}, 1));
+}
+
+TEST_F(SceneRendererGLTest, GlassBlendsFromBackToFrontWhateverTheFilesOrder) {
+    const auto glass = [](CVec3 color) {
+        CPreparedMaterial material = Plain(color);
+        material.transparency = 0.5f;
+        material.needsBlending = true;
+        return material;
+    };
+    m_builder.Add(MakePlane(), glass({0, 0, 1}), CMat4::Translation({0, 0, 1}));
+    m_builder.Add(MakePlane(), Plain({1, 0, 0}), CMat4::Translation({0, 0, -1}));
+    m_builder.Add(MakePlane(), glass({0, 1, 0}));
+    EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {64, 64, 128}, 2));
+}
+
+TEST_F(SceneRendererGLTest, GlassIsSortedInsideOneBatchAndAgainWhenTheViewTurns) {
+    CPreparedMaterial glass = Plain({1, 1, 1});
+    glass.transparency = 0.5f;
+    glass.needsBlending = glass.twoSided = true;
+    glass.texture = m_builder.AddTexture(HalvesImage());
+    CPreparedMesh mesh = MakePlane();
+    CPreparedMesh upper = MakePlane();
+    for (CPreparedVertex& vertex : upper.vertices) vertex.position[2] = 1;
+    for (CVec2& uv : mesh.texCoords) uv.x = 0.25f;   // black
+    for (CVec2& uv : upper.texCoords) uv.x = 0.75f;  // white
+    Append(mesh, upper, 0);
+    mesh.batches = {{0, 0, mesh.IndexCount()}};
+    m_builder.Add(mesh, glass);
+    EXPECT_GT(ColorAt(Draw(), kMiddleX, kMiddleY)[0], 120);
+    LookFrom({0, 0, -5});
+    glMatrixMode(GL_PROJECTION);
+    glLoadMatrixf(m_projection.ToFloat().data());
+    glMatrixMode(GL_MODELVIEW);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    EXPECT_LT(ColorAt(DrawAgain(), kMiddleX, kMiddleY)[0], 90);
+}
+
+TEST_F(SceneRendererGLTest, HiddenAndFarAwayNodesAreLeftOut) {
+    m_builder.Add(MakePlane(), Plain({1, 0, 0}));
+    m_builder.Add(MakePlane(), Plain({1, 0, 0}), CMat4::Translation({1000, 0, 0}));
+    m_builder.Scene().nodes[0].visible = false;
+    EXPECT_EQ(CountDrawn(Draw()), 0);
+}
+
+TEST_F(SceneRendererGLTest, ModelsFarFromTheOriginDoNotTremble) {
+    const CVec3 away{300000, -200000, 100000};
+    m_builder.Add(MakeSphere(), Plain({1, 1, 1}));
+    LookFrom({0, -5, 0});
+    const CImage near = Draw();
+    m_builder.Scene().nodes[0].meshToWorld = CMat4::Translation(away);
+    m_builder.Scene().nodes[0].worldBounds =
+        m_builder.Scene().meshes[0].bounds.Transformed(CMat4::Translation(away));
+    LookFrom(away + CVec3{0, -5, 0}, away);
+    const CImage far = Draw();
+    EXPECT_NEAR(CountDrawn(far), CountDrawn(near), CountDrawn(near) / 50);
+    EXPECT_TRUE(HasColor(far, kMiddleX, kMiddleY, {255, 255, 255}, 2));
+}
+
+TEST_F(SceneRendererGLTest, ParallelProjectionIsLitFromTheViewersDirection) {
+    m_builder.Add(MakePlane(), Plain({0.5f, 0.5f, 0.5f}), CMat4::Rotation(60, {1, 0, 0}));
+    m_projection = CMatrix4d::From(CMat4::Scale({0.5f, 0.5f, -0.1f}));
+    EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {64, 64, 64}));
+    EXPECT_TRUE(HasColor(Draw({true, 0, true}), kMiddleX, kMiddleY, {64, 64, 64}, 2));
+}
+
+TEST_F(SceneRendererGLTest, FixedPipelineAgreesOnALitSphere) {
+    CPreparedMaterial material = Plain({0.2f, 0.4f, 0.8f});
+    material.shininess = 0.3f;
+    material.shininessStrength = 0.5f;
+    m_builder.Add(MakeSphere(1.5f, 64), material);
+    m_builder.Scene().ambientLight = {0.1f, 0.1f, 0.1f};
+    for (const bool fileLight : {false, true}) {
+        m_builder.Scene().lights = {LightAt({3, -3, 6})};
+        const CImage pixel = Draw({fileLight}), vertex = Draw({fileLight, 0, true});
+        int largest = 0;
+        for (std::size_t i = 0; i < pixel.rgba.size(); ++i) {
+            largest = std::max(largest, std::abs(pixel.rgba[i] - vertex.rgba[i]));
+        }
+        // Light that is computed for each corner of a fine mesh loses a little at the highlight and the rim.
+        EXPECT_LE(largest, 6) << "with a light of the file: " << fileLight;
+        EXPECT_GT(CountDrawn(vertex), 5000);
+    }
+}
+
+TEST_F(SceneRendererGLTest, WireFrameOfTheCallerStays) {
+    m_builder.Add(MakePlane(), Plain({1, 1, 1}));
+    const int filled = CountDrawn(Draw());
+    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+    const CImage image = Draw();
+    int mode[2] = {};
+    glGetIntegerv(GL_POLYGON_MODE, mode);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    EXPECT_EQ(mode[0], GL_LINE);
+    EXPECT_GT(CountDrawn(image), 100);
+    EXPECT_LT(CountDrawn(image), filled / 10);
+}
+
+TEST_F(SceneRendererGLTest, TexturesCanBeSwitchedOff) {
+    CPreparedMaterial material = Plain({1, 1, 1});
+    material.texture = m_builder.AddTexture(MakeImage(4, 4, [](int, int) -> std::array<std::uint8_t, 4> {
+        return {255, 0, 0, 255};
+    }));
+    m_builder.Add(MakePlane(), material);
+    EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {255, 0, 0}));
+    EXPECT_TRUE(HasColor(Draw({true, 3}), kMiddleX, kMiddleY, {255, 255, 255}));
+}
+
+TEST_F(SceneRendererGLTest, TranslucentPicturesDoNotBleedTheirHiddenColours) {
+    CPreparedMaterial material = Plain({1, 1, 1});
+    // White and opaque on the left; on the right transparent, of a red that must never show.
+    material.texture = m_builder.AddTexture(MakeImage(4, 4, [](int x, int) -> std::array<std::uint8_t, 4> {
+        return x < 2 ? std::array<std::uint8_t, 4>{255, 255, 255, 255}
+                     : std::array<std::uint8_t, 4>{255, 0, 0, 0};
+    }));
+    material.needsBlending = true;
+    m_builder.Add(MakePlane(), material);
+    const CImage image = Draw();
+    for (int x = 0; x < image.width; ++x) {
+        const CColor color = ColorAt(image, x, kMiddleY);
+        ASSERT_LE(color[0] - color[1], 2) << "at " << x;
+    }
+    EXPECT_EQ(ColorAt(image, 200, kMiddleY), kBackground);
+}
+
+// --- life of the buffers ---
+
+TEST_F(SceneRendererGLTest, RefreshShowsEditedMaterialsTexturesAndNodes) {
+    CPreparedMaterial material = Plain({1, 1, 1});
+    material.texture = m_builder.AddTexture(QuarterImage());
+    m_builder.Add(MakePlane(), material);
+    m_builder.Add(MakePlane(), Plain({0, 0, 1}), CMat4::Translation({0, 0, 1}));
+    EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {0, 0, 255}));
+    const std::size_t before = m_renderer.GpuBytes();
+
+    CPreparedScene& scene = m_builder.Scene();
+    scene.nodes.pop_back();
+    scene.meshes.pop_back();
+    scene.materials[0].texture =
+        m_builder.AddTexture(MakeImage(8, 8, [](int, int) -> std::array<std::uint8_t, 4> {
+            return {0, 255, 0, 255};
+        }));
+    m_renderer.Refresh(Gl(), scene);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    EXPECT_TRUE(HasColor(DrawAgain(), kMiddleX, kMiddleY, {0, 255, 0}));
+    EXPECT_LT(m_renderer.GpuBytes(), before);
+    m_renderer.Clear(Gl());
+    EXPECT_EQ(m_renderer.GpuBytes(), 0u);
+}
+
+TEST_F(SceneRendererGLTest, RefreshKeepsTexturesWhosePicturesWereGivenBack) {
+    CPreparedMaterial material = Plain({1, 1, 1});
+    material.texture = m_builder.AddTexture(MakeImage(4, 4, [](int, int) -> std::array<std::uint8_t, 4> {
+        return {0, 255, 0, 255};
+    }));
+    m_builder.Add(MakePlane(), material);
+    (void)Draw();
+    m_builder.Scene().textures[0].image = {};
+    m_renderer.Refresh(Gl(), m_builder.Scene());
+    EXPECT_TRUE(HasColor(DrawAgain(), kMiddleX, kMiddleY, {0, 255, 0}));
+}
+
+TEST_F(SceneRendererGLTest, MissingTexturesShowTheColour) {
+    CPreparedMaterial material = Plain({0, 1, 0});
+    material.texture = m_builder.AddTexture({});
+    material.opacity.texture = 77;
+    m_builder.Add(MakePlane(), material);
+    EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {0, 255, 0}));
+}
+
+// --- the caller's state ---
+
+std::vector<double> ReadState() {
+    std::vector<double> values;
+    for (int name : {GL_CULL_FACE_MODE,
+                     GL_FRONT_FACE,
+                     GL_DEPTH_FUNC,
+                     GL_DEPTH_WRITEMASK,
+                     GL_SHADE_MODEL,
+                     GL_LINE_WIDTH,
+                     GL_POLYGON_MODE,
+                     GL_BLEND_SRC_RGB,
+                     GL_BLEND_DST_RGB,
+                     GL_BLEND_SRC_ALPHA,
+                     GL_BLEND_DST_ALPHA,
+                     GL_MATRIX_MODE,
+                     GL_CURRENT_PROGRAM,
+                     GL_ACTIVE_TEXTURE,
+                     GL_TEXTURE_BINDING_2D,
+                     GL_ARRAY_BUFFER_BINDING,
+                     GL_LIGHT_MODEL_LOCAL_VIEWER,
+                     GL_LIGHT_MODEL_TWO_SIDE,
+                     GL_LIGHT_MODEL_COLOR_CONTROL,
+                     GL_ELEMENT_ARRAY_BUFFER_BINDING,
+                     GL_MODELVIEW_STACK_DEPTH,
+                     GL_PROJECTION_STACK_DEPTH,
+                     GL_ATTRIB_STACK_DEPTH,
+                     GL_CLIENT_ATTRIB_STACK_DEPTH,
+                     GL_CURRENT_COLOR,
+                     GL_MODELVIEW_MATRIX,
+                     GL_PROJECTION_MATRIX,
+                     GL_TEXTURE_MATRIX}) {
+        double result[16] = {};
+        glGetDoublev(static_cast<GLenum>(name), result);
+        values.insert(values.end(), result, result + 16);
+    }
+    for (int name : {GL_LIGHTING, GL_LIGHT0, GL_LIGHT1, GL_CULL_FACE, GL_BLEND, GL_DEPTH_TEST, GL_TEXTURE_2D,
+                     GL_NORMALIZE, GL_POLYGON_SMOOTH, GL_FOG, GL_ALPHA_TEST, GL_VERTEX_ARRAY, GL_NORMAL_ARRAY,
+                     GL_TEXTURE_COORD_ARRAY, GL_COLOR_ARRAY}) {
+        values.push_back(glIsEnabled(static_cast<GLenum>(name)));
+    }
+    return values;
+}
+
+TEST_F(SceneRendererGLTest, LeavesTheStateAsItFoundIt) {
+    CPreparedMaterial glass = Plain({1, 1, 1});
+    glass.texture = m_builder.AddTexture(QuarterImage());
+    glass.transparency = 0.5f;
+    glass.needsBlending = glass.twoSided = true;
+    CPreparedMaterial wire = Plain({1, 1, 1});
+    wire.wire = true;
+    wire.wireSizePx = 3;
+    m_builder.Add(MakeCube(), glass, CMat4::Scale({-1, 1, 1}));
+    m_builder.Add(MakeCube(), wire);
+    m_builder.Scene().lights = {LightAt({1, 2, 3}), LightAt({3, 2, 1})};
+    (void)Draw();
+    glFrontFace(GL_CW);
+    glCullFace(GL_FRONT);
+    glEnable(GL_POLYGON_SMOOTH);
+    glColor4f(0.1f, 0.2f, 0.3f, 0.4f);
+    glMatrixMode(GL_TEXTURE);
+    const std::vector<double> before = ReadState();
+    for (const CDrawOptions& options : {CDrawOptions{}, CDrawOptions{false, 2, true}}) {
+        m_renderer.Draw(Gl(), m_builder.Scene(), options);
+        EXPECT_EQ(ReadState(), before);
+    }
+    m_renderer.DrawForSelection(Gl(), m_builder.Scene());
+    EXPECT_EQ(ReadState(), before);
+    m_renderer.Refresh(Gl(), m_builder.Scene());
+    EXPECT_EQ(ReadState(), before);
+    glFrontFace(GL_CCW);
+    glCullFace(GL_BACK);
+    glDisable(GL_POLYGON_SMOOTH);
+}
+
+}  // namespace

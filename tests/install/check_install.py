@@ -1,0 +1,130 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Installs the built program into a fresh folder, moves that, and uses it there: check_install.py WHAT BUILD SCRATCH.
+
+WHAT is programs, desktop or window. What only works in the build tree, or only where it was installed first, fails.
+"""
+import json
+import os
+import shutil
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+SAMPLE = "share/orbivue/samples/orrery.3ds"
+
+
+def run(*command, **options):
+    """Runs a command that must succeed; its standard output."""
+    result = subprocess.run([str(part) for part in command], capture_output=True, text=True, stdin=subprocess.DEVNULL,
+                            timeout=100, check=False, **options)
+    if result.returncode != 0:
+        sys.exit(f"{command[0]} ended with {result.returncode}\n{result.stdout}{result.stderr}")
+    return result.stdout
+
+
+def require(condition, message):
+    if not condition:
+        sys.exit(f"check_install: {message}")
+
+
+def install(build, scratch):
+    shutil.rmtree(scratch, ignore_errors=True)
+    run("cmake", "--install", build, "--prefix", scratch / "first")
+    (scratch / "first").rename(scratch / "moved here")
+    return scratch / "moved here"
+
+
+def check_programs(prefix, scratch):
+    """The renderer draws the installed sample, finds all its textures there, and says its version."""
+    render = prefix / "bin/orbivue-render"
+    require("1.9.5" in run(render, "--version"), "no version")
+    picture = scratch / "picture.png"
+    stats = json.loads(run(render, "--stats", "--size", "320x200", prefix / SAMPLE, picture, cwd=scratch))
+    require(picture.stat().st_size > 5000, "the picture is too small to show anything")
+    require(stats["textures"]["missing"] == [], f"textures missing: {stats['textures']['missing']}")
+    for texture in stats["textures"]["found"]:
+        require(texture["at"].startswith(str(prefix)), f"{texture['at']} is not the installed one")
+    for path in ("share/man/man1/orbivue-render.1", "share/doc/orbivue/NOTICE", "share/doc/orbivue/LICENSE"):
+        require((prefix / path).is_file(), f"{path} is not installed")
+    for path in prefix.rglob("*"):
+        require("seeds" not in path.parts and path.name not in ("make_samples", "make_large"), f"{path} should not be installed")
+
+
+def check_desktop(prefix, _scratch):
+    """What the desktop reads is valid and names things that are installed."""
+    share = prefix / "share"
+    desktop = share / "applications/orbivue.desktop"
+    run("desktop-file-validate", desktop)
+    run("appstreamcli", "validate", "--no-net", share / "metainfo/org.orbivue.Orbivue.metainfo.xml")
+    entries = dict(line.split("=", 1) for line in desktop.read_text().splitlines() if "=" in line)
+    require((prefix / "bin" / entries["Exec"].split()[0]).is_file(), "the desktop file starts nothing that is installed")
+    require(list((share / "icons").rglob(entries["Icon"] + ".svg")), "the desktop file's icon is not installed")
+    run("update-mime-database", share / "mime")
+    globs = (share / "mime/globs2").read_text()
+    require("image/x-3ds:*.3ds" in globs, "the MIME type is not registered")
+    thumbnailer = (share / "thumbnailers/orbivue.thumbnailer").read_text()
+    command = next(line.split("=", 1)[1] for line in thumbnailer.splitlines() if line.startswith("Exec="))
+    thumbnail = prefix / "thumbnail.png"
+    fields = {"%s": "128", "%i": str(prefix / SAMPLE), "%o": str(thumbnail)}
+    words = [part for part in command.split()]
+    for key, value in fields.items():
+        words = [word.replace(key, value) for word in words]
+    run(prefix / "bin" / words[0], *words[1:])
+    require(thumbnail.stat().st_size > 1000, "the thumbnailer draws nothing")
+
+
+def wait_for(what, seconds, question):
+    """The first true answer within some seconds."""
+    end = time.monotonic() + seconds
+    while time.monotonic() < end:
+        answer = question()
+        if answer:
+            return answer
+        time.sleep(0.1)
+    sys.exit(f"check_install: waited {seconds} s for {what}")
+
+
+def window_of(process):
+    if process.poll() is not None:
+        sys.exit(f"check_install: the program ended with {process.returncode}")
+    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(process.pid), "--name", "."],
+                           capture_output=True, text=True, check=False).stdout.split()
+    return found[-1] if found else None
+
+
+def colours_in(window, scratch):
+    picture = scratch / "window.png"
+    subprocess.run(["import", "-window", window, str(picture)], check=False, stderr=subprocess.DEVNULL)
+    if not picture.exists():
+        return 0
+    return int(run("identify", "-format", "%k", picture))
+
+
+def check_window(prefix, scratch):
+    """The program opens the installed sample in a window, shows it, and ends well when the window is closed."""
+    home = scratch / "home"
+    home.mkdir()
+    environment = dict(os.environ, HOME=str(home), XDG_CONFIG_HOME=str(home / "config"), XDG_CACHE_HOME=str(home / "cache"))
+    process = subprocess.Popen([str(prefix / "bin/Orbivue"), str(prefix / SAMPLE)], stdin=subprocess.DEVNULL, env=environment)
+    try:
+        window = wait_for("a window", 40, lambda: window_of(process))
+        wait_for("a picture in it", 40, lambda: colours_in(window, scratch) > 2000)
+        subprocess.run(["xdotool", "windowfocus", "--sync", window, "key", "alt+F4"], check=False, timeout=20)
+        wait_for("its end", 20, lambda: process.poll() is not None)
+        require(process.returncode == 0, f"it ended with {process.returncode}")
+    finally:
+        if process.poll() is None:
+            process.kill()
+            process.wait()
+
+
+def main():
+    what, build, scratch = sys.argv[1], Path(sys.argv[2]), Path(sys.argv[3]).resolve()
+    checks = {"programs": check_programs, "desktop": check_desktop, "window": check_window}
+    checks[what](install(build, scratch), scratch)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,518 @@
+// SPDX-License-Identifier: MIT
+#include "model/CObjConv3ds.h"
+
+#include <gtest/gtest.h>
+#include <lib3ds/file.h>
+#include <lib3ds/material.h>
+#include <lib3ds/mesh.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+
+#include "model/lib3ds_list.h"
+#include "model/obj_parse.h"
+#include "platform/CTestFolder.h"
+
+namespace {
+
+const std::string kSquare = "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n";
+
+struct CConverted {
+    CLib3dsFilePtr file;
+    std::vector<CSceneNote> notes;
+    std::string error;
+
+    [[nodiscard]] std::vector<Lib3dsMesh*> Meshes() const { return ListOf(file->meshes); }
+    [[nodiscard]] std::vector<Lib3dsMaterial*> Materials() const { return ListOf(file->materials); }
+    [[nodiscard]] bool HasNote(std::string_view text) const {
+        return std::any_of(notes.begin(), notes.end(), [&](const CSceneNote& n) { return n.text == text; });
+    }
+};
+
+CConverted Convert(std::string_view obj, std::string_view mtl = {}) {
+    CConverted result;
+    CResult<CLib3dsFilePtr> file = CObjConv3ds::ConvertText(obj, mtl, result.notes);
+    if (file) {
+        result.file = std::move(file).Value();
+    } else {
+        result.error = file.Error().message;
+    }
+    return result;
+}
+
+/** "a b c" of each face, in the order of the file. */
+std::string Faces(const Lib3dsMesh& mesh) {
+    std::string text;
+    for (Lib3dsDword i = 0; i < mesh.faces; ++i) {
+        for (const Lib3dsWord point : mesh.faceL[i].points) text += std::to_string(point) + " ";
+        text.back() = ',';
+    }
+    return text;
+}
+
+std::string Smoothing(const Lib3dsMesh& mesh) {
+    std::string text;
+    for (Lib3dsDword i = 0; i < mesh.faces; ++i) text += std::to_string(mesh.faceL[i].smoothing) + " ";
+    return text;
+}
+
+double Area(const Lib3dsMesh& mesh) {
+    double area = 0;
+    for (Lib3dsDword i = 0; i < mesh.faces; ++i) {
+        const auto at = [&](int k) {
+            const float* p = mesh.pointL[mesh.faceL[i].points[k]].pos;
+            return CVec3{p[0], p[1], p[2]};
+        };
+        // Turned to +Z up, a polygon in the file's xy plane that runs counter-clockwise faces -Y.
+        area += -double{Cross(at(1) - at(0), at(2) - at(0)).y} / 2;
+    }
+    return area;
+}
+
+// ---- geometry
+
+TEST(CObjConv3ds, TurnsYUpIntoZUp) {
+    const CConverted c = Convert("v 1 2 3\nv 4 5 6\nv 7 8 10\nf 1 2 3\n");
+    ASSERT_TRUE(c.file);
+    const float* p = c.file->meshes->pointL[0].pos;
+    EXPECT_EQ(std::vector<float>(p, p + 3), (std::vector<float>{1, -3, 2}));
+    EXPECT_EQ(c.file->nodes, nullptr);
+}
+
+struct CTextCase {
+    const char* name;
+    std::string obj;
+    std::string expected;
+};
+template <class T>
+std::string CaseName(const testing::TestParamInfo<T>& info) {
+    return info.param.name;
+}
+
+class FacesOf : public testing::TestWithParam<CTextCase> {};
+TEST_P(FacesOf, FirstMesh) {
+    const CConverted c = Convert(GetParam().obj);
+    ASSERT_TRUE(c.file) << c.error;
+    EXPECT_EQ(Faces(*c.file->meshes), GetParam().expected);
+}
+INSTANTIATE_TEST_SUITE_P(
+    CObjConv3ds, FacesOf,
+    testing::Values(
+        CTextCase{"Triangle", kSquare + "f 1 2 3\n", "0 1 2,"},
+        CTextCase{"CountedBack", kSquare + "f -4 -3 -2\n", "0 1 2,"},
+        CTextCase{"CountedBackAmidVertices", "v 0 0 0\nv 1 0 0\nv 1 1 0\nf -1 -2 -3\nv 0 1 0\nf 1 -2 -1\n",
+                  "0 1 2,2 0 3,"},
+        CTextCase{"NoLineEnd", kSquare + "f 1 2 3", "0 1 2,"},
+        CTextCase{"DosLineEnds", "v 0 0 0\r\nv 1 0 0\r\nv 1 1 0\r\nf 1 2 3\r\n", "0 1 2,"},
+        CTextCase{"OldMacLineEnds", "v 0 0 0\rv 1 0 0\rv 1 1 0\rf 1 2 3\r", "0 1 2,"},
+        CTextCase{"ByteOrderMark", "\xEF\xBB\xBF" + kSquare + "f 1 2 3\n", "0 1 2,"},
+        CTextCase{"ContinuedLines", "v 0 \\\n 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 \\\r\n3\n", "0 1 2,"},
+        CTextCase{"CommentEndsWithBackslash", kSquare + "# C:\\maps\\\nf 1 2 3\n", "0 1 2,"},
+        CTextCase{"BlanksAndTabs", "  v\t0  0 0 \n\tv 1 0 0\nv 1 1 0\n  f  1\t2   3  \n", "0 1 2,"},
+        CTextCase{"ShorterDiagonal", "v 0 0 0\nv 3 0 0\nv 4 1 0\nv 1 1 0\nf 1 2 3 4\n", "0 1 2,1 3 2,"},
+        CTextCase{"RepeatedCornerLeftOut", kSquare + "f 1 2 2\nf 1 2 3\n", "0 1 2,"},
+        CTextCase{"SamePlaceIsOnePoint",
+                  "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 0 -0\nv 1 1 0\nv 0 1 0\nf 1 2 3\nf 4 5 6\n",
+                  "0 1 2,0 2 3,"},
+        CTextCase{"OtherTexelIsAnotherPoint", kSquare + "vt 0 0\nvt 1 1\nf 1/1 2/1 3/1\nf 1/2 3/1 4/1\n",
+                  "0 1 2,3 2 4,"},
+        CTextCase{"EqualTexelsAreOne", kSquare + "vt 0 0\nvt 0 0\nf 1/1 2/1 3/1\nf 1/2 3/2 4/2\n",
+                  "0 1 2,0 2 3,"},
+        CTextCase{"ImpossibleTexelIgnored", kSquare + "vt 0 0\nf 1/9 2/1 3/-7\n", "0 1 2,"},
+        CTextCase{"ImpossibleCornersLeftOut",
+                  kSquare + "f 1 2 9\nf 0 1 2\nf -5 1 2\nf 1 2 99999999999999\nf 1 x 2\nf 1 2 4\n",
+                  "0 1 2,"}),
+    CaseName<CTextCase>);
+
+TEST(CObjConv3ds, TellsHowManyFacesAreLeftOut) {
+    EXPECT_TRUE(
+        Convert(kSquare + "f 1 2 9\nf 1 2 8\nf 1 2 3\n").HasNote("2 faces with impossible corners left out"));
+}
+
+TEST(CObjConv3ds, KeepsTextureCoordinates) {
+    const CConverted c = Convert(kSquare + "vt 0.25 0.75\nvt nan 1\nf 1/1 2/2 3\n");
+    ASSERT_TRUE(c.file);
+    const Lib3dsMesh& mesh = *c.file->meshes;
+    ASSERT_EQ(mesh.texels, 3u);
+    EXPECT_EQ(mesh.texelL[0][0], 0.25f);
+    EXPECT_EQ(mesh.texelL[0][1], 0.75f);
+    EXPECT_EQ(mesh.texelL[1][0], 0.0f);
+    EXPECT_EQ(Convert(kSquare + "vt 1 1\nf 1 2 3\n").file->meshes->texels, 0u);
+}
+
+TEST(CObjConv3ds, PolygonsAreCoveredOnce) {
+    struct CPolygon {
+        std::string points;
+        double area;
+    };
+    const std::vector<CPolygon> polygons{
+        {"v 0 0 0\nv 4 0 0\nv 4 4 0\nv 2 1 0\nv 0 4 0\n", 10},  // a bite from above
+        {"v 0 0 0\nv 2 0 0\nv 4 0 0\nv 4 4 0\nv 0 4 0\n", 16},  // a corner on an edge
+        {"v 0 0 0\nv 6 0 0\nv 6 6 0\nv 0 6 0\nv 0 5 0\nv 5 5 0\nv 5 1 0\nv 0 1 0\n", 16},  // a C
+        {"v 0 0 0\nv 1 3 0\nv 0 4 0\nv -1 3 0\n", 4},                                      // an arrow head
+    };
+    for (const CPolygon& polygon : polygons) {
+        const auto n = std::count(polygon.points.begin(), polygon.points.end(), '\n');
+        std::string face = "f";
+        for (long i = 1; i <= n; ++i) face += " " + std::to_string(i);
+        const CConverted c = Convert(polygon.points + face + "\n");
+        ASSERT_TRUE(c.file);
+        EXPECT_EQ(c.file->meshes->faces, static_cast<Lib3dsDword>(n - 2));
+        EXPECT_NEAR(std::abs(Area(*c.file->meshes)), polygon.area, 1e-5) << polygon.points;
+    }
+}
+
+TEST(CObjConv3ds, OnlyEdgesOfThePolygonAreVisible) {
+    const CConverted c = Convert(kSquare + "f 1 2 3 4\n");
+    ASSERT_TRUE(c.file);
+    const Lib3dsMesh& mesh = *c.file->meshes;
+    ASSERT_EQ(Faces(mesh), "0 1 2,0 2 3,");
+    EXPECT_EQ(mesh.faceL[0].flags, LIB3DS_FACE_FLAG_VIS_AB | LIB3DS_FACE_FLAG_VIS_BC);
+    EXPECT_EQ(mesh.faceL[1].flags, LIB3DS_FACE_FLAG_VIS_BC | LIB3DS_FACE_FLAG_VIS_AC);
+}
+
+TEST(CObjConv3ds, SplitsWhatA3dsMeshCannotHold) {
+    std::string obj = "g big\n";
+    for (int i = 0; i < 70'002; ++i) obj += "v " + std::to_string(i) + " 0 " + std::to_string(i % 2) + "\n";
+    for (int i = 1; i <= 70'000; ++i) {
+        obj += "f " + std::to_string(i) + " " + std::to_string(i + 1) + " " + std::to_string(i + 2) + "\n";
+    }
+    const CConverted c = Convert(obj);
+    ASSERT_TRUE(c.file);
+    const auto meshes = c.Meshes();
+    ASSERT_EQ(meshes.size(), 2u);
+    EXPECT_EQ(meshes[0]->faces + meshes[1]->faces, 70'000u);
+    EXPECT_LE(meshes[0]->points, 65'535u);
+    EXPECT_STRNE(meshes[0]->name, meshes[1]->name);
+    for (const Lib3dsMesh* mesh : meshes) {
+        for (Lib3dsDword i = 0; i < mesh->faces; ++i) {
+            for (const Lib3dsWord point : mesh->faceL[i].points) ASSERT_LT(point, mesh->points);
+        }
+    }
+    EXPECT_EQ(meshes[1]->pointL[meshes[1]->points - 1].pos[0], 70'001.0f);
+}
+
+// ---- groups and names
+
+class NamesOf : public testing::TestWithParam<CTextCase> {};
+TEST_P(NamesOf, AllMeshes) {
+    const CConverted c = Convert(kSquare + GetParam().obj);
+    ASSERT_TRUE(c.file) << c.error;
+    std::string names;
+    for (const Lib3dsMesh* mesh : c.Meshes())
+        names += std::string(mesh->name) + ":" + std::to_string(mesh->faces) + " ";
+    EXPECT_EQ(names, GetParam().expected);
+}
+INSTANTIATE_TEST_SUITE_P(
+    CObjConv3ds, NamesOf,
+    testing::Values(
+        CTextCase{"None", "f 1 2 3\n", "Object:1 "},
+        CTextCase{"GroupsComeBack", "g a\nf 1 2 3\ng b\nf 1 2 4\ng a\nf 2 3 4\n", "a:2 b:1 "},
+        CTextCase{"Objects", "o car\nf 1 2 3\no\ndog\no dog\nf 1 2 3\n", "car:1 dog:1 "},
+        CTextCase{"GroupInObject", "o car\ng door\nf 1 2 3\no van\nf 1 2 3\ng van_roof\nf 1 2 3\n",
+                  "car_door:1 van:1 van_roof:1 "},
+        CTextCase{"SeveralGroups", "g left wheel\nf 1 2 3\n", "left wheel:1 "},
+        CTextCase{"GroupWithoutName", "g a\nf 1 2 3\ng\nf 1 2 4\n", "a:1 Object:1 "},
+        CTextCase{"LongNamesStayApart",
+                  "g " + std::string(80, 'x') + "1\nf 1 2 3\ng " + std::string(80, 'x') + "2\nf 1 2 3\n",
+                  std::string(63, 'x') + ":1 " + std::string(61, 'x') + "#2:1 "},
+        CTextCase{"Utf8NotCutInside", "g " + std::string(62, 'x') + "\xC3\xA4\nf 1 2 3\n",
+                  std::string(62, 'x') + ":1 "},
+        CTextCase{"EmptyGroupsGiveNone", "g a\ng b\nf 1 2 3\n", "b:1 "}),
+    CaseName<CTextCase>);
+
+// ---- smoothing
+
+const std::string kRoof =  // two squares that meet at the x axis at a right angle
+    "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nv 1 0 1\nv 0 0 1\nvn 0 0 1\nvn 0 1 0\nvn 0 0.7071 0.7071\n";
+
+class SmoothingOf : public testing::TestWithParam<CTextCase> {};
+TEST_P(SmoothingOf, FirstMesh) {
+    const CConverted c = Convert(GetParam().obj);
+    ASSERT_TRUE(c.file) << c.error;
+    EXPECT_EQ(Smoothing(*c.file->meshes), GetParam().expected);
+}
+INSTANTIATE_TEST_SUITE_P(
+    CObjConv3ds, SmoothingOf,
+    testing::Values(
+        CTextCase{"GroupsKept", kRoof + "s 1\nf 1 2 3\ns 32\nf 1 2 5\ns off\nf 1 2 4\ns 3\nf 1 2 6\n",
+                  "1 2147483648 0 4 "},
+        CTextCase{"GroupsOver32", kRoof + "s 1\nf 1 2 3\nf 1 3 4\ns 33\nf 2 1 6\nf 2 6 5\ns 0\nf 1 2 4\n",
+                  "1 1 2 2 0 "},
+        CTextCase{"OnMeansOne", kRoof + "s on\nf 1 2 3\nf 2 1 5\n", "1 1 "},
+        CTextCase{"OffWithoutNormals", kRoof + "s off\nf 1 2 3 4\n", "0 0 "},
+        CTextCase{"CreaseWithoutAWord", kRoof + "f 1 2 3 4\nf 2 1 6 5\n", "1 1 2 2 "},
+        CTextCase{"HardByNormals", kRoof + "f 1//1 2//1 3//1 4//1\nf 2//2 1//2 6//2 5//2\n", "1 1 2 2 "},
+        CTextCase{"SmoothByNormals", kRoof + "f 1//3 2//3 3//1 4//1\nf 2//3 1//3 6//2 5//2\n", "1 1 1 1 "},
+        CTextCase{"NormalsBeatASingleGroup", kRoof + "s 1\nf 1//1 2//1 3//1 4//1\nf 2//2 1//2 6//2 5//2\n",
+                  "1 1 2 2 "},
+        CTextCase{"NormalsBeatOff", kRoof + "s off\nf 1//3 2//3 3//1\nf 2//3 1//3 6//2\n", "1 1 "},
+        CTextCase{"LoneFaceIsFlat", kRoof + "f 1//1 2//1 3//1\nf 2//2 1//2 6//2\n", "0 0 "}),
+    CaseName<CTextCase>);
+
+// ---- materials
+
+TEST(CObjConv3ds, ReadsMaterials) {
+    const CConverted c =
+        Convert(kSquare + "usemtl Red  paint \nf 1 2 3\nusemtl\tglass\nf 1 2 4\nusemtl gone\nf 2 3 4\n",
+                "newmtl Red  paint\nKa 0.1 0.2 0.3\nKd 1 0.5 0.25\nKs 1 1 1\nNs 1024\nillum 2\n"
+                "newmtl glass\nKD 0.5\nTr 0.75\nKe 0 0.5 0\nKa 1 1 1\n");
+    ASSERT_TRUE(c.file) << c.error;
+    const auto materials = c.Materials();
+    ASSERT_EQ(materials.size(), 3u);
+    EXPECT_STREQ(materials[0]->name, "Red  paint");
+    EXPECT_FLOAT_EQ(materials[0]->ambient[2], 0.3f);
+    EXPECT_FLOAT_EQ(materials[0]->diffuse[1], 0.5f);
+    EXPECT_FLOAT_EQ(materials[0]->shininess, 1.0f);
+    EXPECT_FLOAT_EQ(materials[0]->shin_strength, 1.0f);
+    EXPECT_TRUE(materials[0]->two_sided);
+    EXPECT_FLOAT_EQ(materials[1]->diffuse[2], 0.5f);
+    EXPECT_FLOAT_EQ(materials[1]->ambient[0], 0.5f);
+    EXPECT_FLOAT_EQ(materials[1]->transparency, 0.75f);
+    EXPECT_FLOAT_EQ(materials[1]->self_ilpct, 0.5f);
+    EXPECT_FLOAT_EQ(materials[1]->shin_strength, 0.0f);
+    EXPECT_FLOAT_EQ(materials[2]->diffuse[0], 0.588f);
+    EXPECT_STREQ(c.file->meshes->faceL[2].material, "gone");
+    ASSERT_EQ(c.notes.size(), 1u);
+    EXPECT_EQ(c.notes[0], (CSceneNote{CSceneNote::EKind::Missing, "Material not found: gone"}));
+}
+
+struct CMapCase {
+    const char* name;
+    std::string line;
+    std::string file;
+    float scaleU, offsetU;
+};
+class MapOf : public testing::TestWithParam<CMapCase> {};
+TEST_P(MapOf, Diffuse) {
+    const CConverted c = Convert(kSquare + "usemtl a\nf 1 2 3\n", "newmtl a\n" + GetParam().line + "\n");
+    ASSERT_TRUE(c.file) << c.error;
+    const Lib3dsTextureMap& map = c.file->materials->texture1_map;
+    EXPECT_EQ(map.name, GetParam().file);
+    EXPECT_FLOAT_EQ(map.scale[0], GetParam().scaleU);
+    // At u = 0 the picture is met at the file's offset.
+    EXPECT_NEAR(map.scale[0] * (0 - 0.5f - map.offset[0]) + 0.5f, GetParam().offsetU, 1e-6);
+}
+INSTANTIATE_TEST_SUITE_P(
+    CObjConv3ds, MapOf,
+    testing::Values(CMapCase{"Plain", "map_Kd wood.jpg", "wood.jpg", 1, 0},
+                    CMapCase{"Blanks", "map_Kd  my wood.jpg \t", "my wood.jpg", 1, 0},
+                    CMapCase{"DosPath", "map_Kd C:\\maps\\wood.jpg", "wood.jpg", 1, 0},
+                    CMapCase{"Quotes", "map_Kd \"a/wood.jpg\"", "wood.jpg", 1, 0},
+                    CMapCase{"ScaleAndOffset", "map_Kd -s 2 2 1 -o 0.25 0 0 wood.jpg", "wood.jpg", 2, 0.25f},
+                    CMapCase{"ShortScale", "map_Kd -s 4 wood.jpg", "wood.jpg", 4, 0},
+                    CMapCase{"OptionsOfNoUse", "map_Kd -cc on -mm 0 1 -texres 64 wood.jpg", "wood.jpg", 1, 0},
+                    CMapCase{"OptionsBehind", "map_Kd my wood.jpg -s 3 3", "my wood.jpg", 3, 0},
+                    CMapCase{"OtherCase", "MAP_KD wood.jpg", "wood.jpg", 1, 0},
+                    CMapCase{"AmbientMapInstead", "map_Ka wood.jpg", "wood.jpg", 1, 0},
+                    CMapCase{"AbsurdScale", "map_Kd -s 0 0 0 wood.jpg", "wood.jpg", 1, 0}),
+    CaseName<CMapCase>);
+
+TEST(CObjConv3ds, ReadsTheOtherMaps) {
+    const CConverted c =
+        Convert(kSquare + "usemtl a\nf 1 2 3\n",
+                "newmtl a\nmap_Kd leaf.png\nmap_d leaf.png\nmap_Ks s.png\nbump -bm 0.5 b.png\n"
+                "refl -type sphere sky.jpg\nmap_Ns n.png\nmap_Ke e.png\n");
+    ASSERT_TRUE(c.file);
+    const Lib3dsMaterial& m = *c.file->materials;
+    EXPECT_STREQ(m.opacity_map.name, "leaf.png");
+    EXPECT_TRUE(m.opacity_map.flags & LIB3DS_ALPHA_SOURCE);
+    EXPECT_STREQ(m.specular_map.name, "s.png");
+    EXPECT_STREQ(m.bump_map.name, "b.png");
+    EXPECT_FLOAT_EQ(m.bump_map.percent, 0.5f);
+    EXPECT_STREQ(m.reflection_map.name, "sky.jpg");
+    EXPECT_STREQ(m.shininess_map.name, "n.png");
+    EXPECT_STREQ(m.self_illum_map.name, "e.png");
+}
+
+struct COpacityCase {
+    const char* name;
+    const char* lines;
+    float transparency;
+};
+class OpacityOf : public testing::TestWithParam<COpacityCase> {};
+TEST_P(OpacityOf, Material) {
+    const CConverted c =
+        Convert(kSquare + "usemtl a\nf 1 2 3\n", std::string("newmtl a\n") + GetParam().lines);
+    ASSERT_TRUE(c.file);
+    EXPECT_FLOAT_EQ(c.file->materials->transparency, GetParam().transparency);
+}
+INSTANTIATE_TEST_SUITE_P(CObjConv3ds, OpacityOf,
+                         testing::Values(COpacityCase{"Dissolve", "d 0.25\n", 0.75f},
+                                         COpacityCase{"Halo", "d -halo 0.5\n", 0.5f},
+                                         COpacityCase{"DissolveWins", "Tr 1\nd 1\n", 0},
+                                         COpacityCase{"LoneTrOneIsOpaque", "Tr 1.0\n", 0},
+                                         COpacityCase{"NoNumber", "d x\n", 0},
+                                         COpacityCase{"OutOfRange", "d 7\n", 0}),
+                         CaseName<COpacityCase>);
+
+// ---- files
+
+TEST(CObjConv3ds, FindsMaterialFilesBesideTheModelOnly) {
+    const CTestFolder folder;
+    const auto convert = [&](std::string_view mtllib) {
+        const std::string path =
+            folder.Add("sub.obj", std::string(mtllib) + "\n" + kSquare + "usemtl a\nf 1 2 3\n");
+        std::vector<CSceneNote> notes;
+        CResult<CLib3dsFilePtr> file = CObjConv3ds::ConvertResult(path, notes);
+        return file ? file.Value()->materials->diffuse[0] : -1.0f;
+    };
+    std::filesystem::create_directories(folder / "below/model");
+    (void)folder.Add("Paint.MTL", "newmtl a\nKd 0.25 0 0\n");
+    (void)folder.Add("my paint.mtl", "newmtl a\nKd 0.5 0 0\n");
+    (void)folder.Add("below/b.mtl", "newmtl a\nKd 0.75 0 0\n");
+    ASSERT_EQ(mkfifo((folder / "pipe.mtl").c_str(), 0600), 0);
+    EXPECT_FLOAT_EQ(convert("mtllib paint.mtl"), 0.25f);
+    EXPECT_FLOAT_EQ(convert("mtllib C:\\work\\paint.mtl"), 0.25f);
+    EXPECT_FLOAT_EQ(convert("mtllib my paint.mtl"), 0.5f);
+    EXPECT_FLOAT_EQ(convert("mtllib none.mtl paint.mtl"), 0.25f);
+    EXPECT_FLOAT_EQ(convert("mtllib below/b.mtl"), 0.75f);
+    EXPECT_FLOAT_EQ(convert("mtllib b.mtl"), 0.588f);
+    EXPECT_FLOAT_EQ(convert("mtllib sub.obj"), 0.588f);
+    EXPECT_FLOAT_EQ(convert("mtllib pipe.mtl"), 0.588f);
+    EXPECT_FLOAT_EQ(convert("mtllib /dev/zero ../x .."), 0.588f);
+    (void)folder.Add("sub.mtl", "newmtl a\nKd 1 0 0\n");
+    EXPECT_FLOAT_EQ(convert("mtllib renamed.mtl"), 1.0f);
+}
+
+TEST(CObjConv3ds, WidePathsAndFailures) {
+    const CTestFolder folder;
+    const std::string path = folder.Add("gr\xC3\xBCn.obj", kSquare + "f 1 2 3\n");
+    const std::wstring wide(path.begin(), path.end() - 9);  // up to "gr": the folder's name is ASCII
+    const CLib3dsFilePtr file(CObjConv3ds::Convert(wide + L"gr\u00FCn.obj"));
+    ASSERT_TRUE(file);
+    EXPECT_EQ(file->meshes->faces, 1u);
+    EXPECT_EQ(CObjConv3ds::Convert(folder / "none.obj"), nullptr);
+    std::vector<CSceneNote> notes;
+    const auto failed = CObjConv3ds::ConvertResult(folder / "none.obj", notes);
+    ASSERT_FALSE(failed);
+    EXPECT_EQ(failed.Error().code, EErrorCode::NotFound);
+    EXPECT_EQ(failed.Error().where, folder / "none.obj");
+}
+
+TEST(CObjConv3ds, ReadsUtf16) {
+    std::string big = "\xFE\xFF", little = "\xFF\xFE";
+    for (const char c : "g x\n" + kSquare + "f 1 2 3\n") {
+        (big += '\0') += c;
+        (little += c) += '\0';
+    }
+    for (const std::string& text : {big, little}) {
+        const CConverted c = Convert(text);
+        ASSERT_TRUE(c.file) << c.error;
+        EXPECT_STREQ(c.file->meshes->name, "x");
+    }
+}
+
+// ---- hostile input
+
+class ErrorOf : public testing::TestWithParam<CTextCase> {};
+TEST_P(ErrorOf, WholeText) {
+    const CConverted c = Convert(GetParam().obj);
+    EXPECT_FALSE(c.file);
+    EXPECT_EQ(c.error, GetParam().expected);
+}
+INSTANTIATE_TEST_SUITE_P(
+    CObjConv3ds, ErrorOf,
+    testing::Values(
+        CTextCase{"Empty", "", "The file has no faces"},
+        CTextCase{"PointsOnly", kSquare + "p 1 2\nl 1 2 3\n", "The file has no faces"},
+        CTextCase{"NoVertices", "f 1 2 3\n", "No face of the file can be drawn"},
+        CTextCase{"NotANumber", "v 0 0 0\nv 1 nan 0\nv 1 1 0\nf 1 2 3\n", "No face of the file can be drawn"},
+        CTextCase{"Infinite", "v 0 0 0\nv 1 -INF 0\nv 1 1 0\nf 1 2 3\n", "No face of the file can be drawn"},
+        CTextCase{"TooLarge", "v 0 0 0\nv 1 1e999 0\nv 1 1 0\nf 1 2 3\n", "No face of the file can be drawn"},
+        CTextCase{"AllTheSamePoint", "v 0 0 0\nv 0 0 0\nv 0 0 0\nf 1 2 3\n",
+                  "No face of the file can be drawn"}),
+    CaseName<CTextCase>);
+
+TEST(CObjConv3ds, CommentsWithAnNDoNotSpoilNumbers) {
+    EXPECT_TRUE(Convert("v 0 0 0 # corner\nv 1 0 0 1 n\nv 1 1 0\nf 1 2 3\n").file);
+}
+
+TEST(CObjConv3ds, RefusesFacesOutOfProportionToTheFile) {
+    std::string obj = kSquare + "f";
+    for (int i = 0; i < 1'200'000; ++i) obj += i % 1000 == 999 ? " 1\nf" : i % 2 ? " 1" : " 2";
+    EXPECT_EQ(Convert(obj).error, "the file has more triangles than we can take");
+}
+
+TEST(CObjConv3ds, BoundsGroupsAndMaterials) {
+    std::string obj = kSquare;
+    for (int i = 0; i < 20'000; ++i) {
+        obj += "g g" + std::to_string(i) + "\nusemtl m" + std::to_string(i) + "\nf 1 2 3\n";
+    }
+    const CConverted c = Convert(obj);
+    ASSERT_TRUE(c.file);
+    EXPECT_EQ(c.Meshes().size(), 16'384u);
+    EXPECT_EQ(c.Meshes().back()->faces, 20'000u - 16'383u);
+    EXPECT_EQ(c.Materials().size(), 16'384u + 1);
+    EXPECT_TRUE(c.HasNote("More than 16,384 groups or materials; the rest share one"));
+}
+
+TEST(CObjConv3ds, PolygonsThatFightBackTakeNoTime) {
+    std::mt19937 random(1);
+    std::string obj, face = "f";
+    for (int i = 1; i <= 20'000; ++i) {
+        obj += "v " + std::to_string(random() % 1000) + " " + std::to_string(random() % 1000) + " 0\n";
+        face += " " + std::to_string(i);
+    }
+    const CConverted c = Convert(obj + face + "\n");
+    ASSERT_TRUE(c.file);
+    EXPECT_LE(c.file->meshes->faces, 19'998u);
+}
+
+TEST(CObjConv3ds, LeavesOutLinesOfAMegabyte) {
+    const CConverted c = Convert(kSquare + "f 1 2 3\nf" + std::string(2'000'000, ' ') + "1 2 4\n");
+    ASSERT_TRUE(c.file);
+    EXPECT_EQ(c.file->meshes->faces, 1u);
+    EXPECT_TRUE(c.HasNote("1 line of over 1 MB left out"));
+}
+
+TEST(CObjConv3ds, EveryPrefixHasAnOutcome) {
+    const std::string obj =
+        kRoof + "mtllib a.mtl\no a\ng b\ns 1\nusemtl m\nf 1/1/1 2/2/2 \\\n -1//3 4\nvt 1 1\n";
+    const std::string mtl = "newmtl m\nKd 1 1 1\nmap_Kd -s 1 1 1 a.jpg\nd -halo 1\n";
+    for (std::size_t i = 0; i <= obj.size(); ++i) (void)Convert(std::string_view(obj).substr(0, i), mtl);
+    for (std::size_t i = 0; i <= mtl.size(); ++i)
+        EXPECT_TRUE(Convert(obj, std::string_view(mtl).substr(0, i)).file);
+}
+
+// ---- parts read by several threads
+
+TEST(ParseObj, DoesNotDependOnTheNumberOfThreads) {
+    std::string text;
+    std::mt19937 random(2);
+    for (int i = 0; text.size() < 5'000'000; ++i) {
+        text += "v " + std::to_string(i) + " 0 " + std::to_string(i % 7) + "\nvn 0 0 1\n";
+        if (i % 3 == 0) text += "vt 0 " + std::to_string(i) + "\n";
+        if (i % 1000 == 0) text += "o part" + std::to_string(i / 5000) + "\n";
+        if (i % 700 == 0)
+            text += "usemtl m" + std::to_string(random() % 5) + "\ns " + std::to_string(random() % 4) + "\n";
+        if (i > 3) text += i % 2 ? "f -1/-1/-1 -2 \\\n -3//-1\n" : "f " + std::to_string(i) + "/1 1 2\n";
+    }
+    const CObjGeometry one = ParseObj(text, 1).Value(), many = ParseObj(text, 5).Value();
+    EXPECT_EQ(one.positions, many.positions);
+    EXPECT_EQ(one.normals, many.normals);
+    EXPECT_EQ(one.cornerPositions, many.cornerPositions);
+    EXPECT_EQ(one.cornerTexCoords, many.cornerTexCoords);
+    EXPECT_EQ(one.cornerNormals, many.cornerNormals);
+    EXPECT_EQ(one.faceEnds, many.faceEnds);
+    EXPECT_EQ(one.groups, many.groups);
+    EXPECT_EQ(one.materials, many.materials);
+    ASSERT_GT(one.faceEnds.size(), 100'000u);
+    // A part may begin in the middle of a run, so runs are compared face by face.
+    const auto faceInfo = [](const CObjGeometry& g) {
+        std::vector<std::array<std::int64_t, 3>> info(g.faceEnds.size());
+        for (std::size_t s = 0; s < g.segments.size(); ++s) {
+            const std::size_t end =
+                s + 1 < g.segments.size() ? g.segments[s + 1].firstFace : g.faceEnds.size();
+            for (std::size_t f = g.segments[s].firstFace; f < end; ++f) {
+                info[f] = {g.segments[s].group, g.segments[s].material, g.segments[s].smoothing};
+            }
+        }
+        return info;
+    };
+    EXPECT_EQ(faceInfo(one), faceInfo(many));
+}
+
+}  // namespace
