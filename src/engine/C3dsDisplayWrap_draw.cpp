@@ -16,6 +16,12 @@ int Pixels(double extent) {
     return static_cast<int>(std::clamp(std::abs(extent), 1.0, 65536.0));
 }
 
+/** Gives the memory back, which neither clear() nor the assignment of {} does. */
+template <class T>
+void Release(std::vector<T>& vector) {
+    std::vector<T>().swap(vector);
+}
+
 /** Blows the pixels round a point, in OpenGL's bottom-up coordinates, up to the whole view. */
 void RestrictTo(float x, float y, int width, int height) {
     const float w = static_cast<float>(width), h = static_cast<float>(height);
@@ -94,12 +100,12 @@ void C3dsDisplayWrap::CState::DropWhatWasUploaded() {
         };
         if (std::any_of(mesh.batches.begin(), mesh.batches.end(), blends))
             continue;  // sorted anew for each view
-        mesh.vertices = {};
-        mesh.texCoords = {};
-        mesh.indices16 = {};
-        mesh.indices32 = {};
+        Release(mesh.vertices);
+        Release(mesh.texCoords);
+        Release(mesh.indices16);
+        Release(mesh.indices32);
     }
-    for (CPreparedTexture& texture : prepared.textures) texture.image.rgba = {};
+    for (CPreparedTexture& texture : prepared.textures) Release(texture.image.rgba);
 }
 
 bool C3dsDisplayWrap::InitDrawings(int renderMode, int x, int y) {

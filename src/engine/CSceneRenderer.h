@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
+#include <cstddef>
 #include <memory>
 
 #include "model/geometry.h"

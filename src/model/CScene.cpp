@@ -11,6 +11,14 @@
 #include "model/lib3ds_list.h"
 #include "model/mesh_arrays.h"
 
+namespace {
+/** Empties it and gives its memory back, which neither clear() nor the assignment of {} does. */
+template <class T>
+void Release(std::vector<T>& vector) {
+    std::vector<T>().swap(vector);
+}
+}  // namespace
+
 void CLib3dsFileDeleter::operator()(Lib3dsFile* file) const {
     lib3ds_file_free(file);
 }
@@ -39,8 +47,8 @@ Lib3dsFile* CScene::File() {
     }
     m_complete = true;
     RefreshMeshes();
-    m_bytes = {};
-    m_patches.clear();
+    Release(m_bytes);
+    Release(m_patches);
     return m_file.get();
 }
 
@@ -53,8 +61,8 @@ void CScene::RefreshMeshes() {
 }
 
 void CScene::DropArrays() {
-    m_meshes = {};
-    m_bytes = {};
-    m_patches = {};
+    Release(m_meshes);
+    Release(m_bytes);
+    Release(m_patches);
     m_complete = true;
 }

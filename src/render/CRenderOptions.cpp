@@ -130,7 +130,7 @@ constexpr std::array<COptionEntry, 11> kOptions{{
     {"--camera", "NAME", SetCamera, "top, left, right, front, back, iso, or a camera of the file (iso)"},
     {"--frame", "N", SetFrame, "frame of the animation (the file's current one)"},
     {"--background", "R,G,B", SetBackground, "background colour, 0 to 255 each (61,66,77)"},
-    {"--samples", "N", SetSamples, "samples for each pixel (4; 1 from 500,000 triangles on)"},
+    {"--samples", "N", SetSamples, "samples for each pixel (4; 1 from 100,000 triangles on)"},
     {"--overlay", "LIST", SetOverlays, "draw some of bounds,cameras,lights,axes over the scene"},
     {"--wire", "", SetWire, "draw the edges of the triangles only"},
     {"--no-file-lights", "", SetNoFileLights, "light from the eye, not by the lights of the file"},

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "engine/CGLWindowHandler.h"
+#include "view/ui/display_speed.h"
 
 namespace {
 
@@ -41,7 +42,9 @@ class CWithoutAsserts {
 
 CGLCanvasI* CGLCanvasI::Create(CGLWindowHandler* handler, wxWindow* parent) {
     const CWithoutAsserts probing;
-    for (const int samples : {4, 2, 0}) {
+    // In software four samples cost five times the time of a frame.
+    const int wanted = IsDisplayDrawnInSoftware() ? 0 : 4;
+    for (const int samples : {wanted, wanted / 2, 0}) {
         const wxGLAttributes attributes = Attributes(samples);
         if (!wxGLCanvas::IsDisplaySupported(attributes)) continue;
         auto canvas = std::make_unique<CGLCanvas>(handler, parent, attributes);

@@ -9,7 +9,7 @@
 #include "view/CWheelNotches.h"
 
 /**
- * The OpenGL window: double buffered, 24 bits of depth, four samples a pixel where the display has them, a
+ * The OpenGL window: double buffered, 24 bits of depth, four samples a pixel where hardware draws them, a
  * context of the compatibility profile.
  *
  * All coordinates and sizes given to the handler are pixels of the framebuffer; on a display with a content
