@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // orbivue_frame_bench FILE [FRAMES]: how long a frame takes while the scene turns, and a pick; 1280x800, as
 // JSON.
+#include <GL/glu.h>
+
 #include <array>
 #include <charconv>
 #include <chrono>
@@ -38,18 +40,31 @@ double FrameMs(C3dsDisplayWrap& engine, int frames) {
     return MsSince(start) / frames;
 }
 
-/** The slowest of nine picks spread over the view. */
+/** The camera goes onto the projection matrix, as every caller of the engine does it. */
+void LookThroughCamera(const C3dsDisplayWrap& engine) {
+    gluLookAt(engine.GetEyeX(), engine.GetEyeY(), engine.GetEyeZ(), engine.GetXOrg(), engine.GetYOrg(),
+              engine.GetZOrg(), engine.GetUpX(), engine.GetUpY(), engine.GetUpZ());
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+}
+
+void DrawForPick(C3dsDisplayWrap& engine, int x, int y) {
+    if (!engine.InitDrawings(GL_SELECT, x, y)) return;
+    LookThroughCamera(engine);
+    engine.DrawModel(GL_SELECT);
+}
+
+/** The slowest of 25 picks spread over the view. */
 double PickMs(C3dsDisplayWrap& engine, int& hits) {
     double slowest = 0;
-    for (int i = 0; i < 9; ++i) {
+    for (int i = 0; i < 25; ++i) {
         std::array<GLuint, 512> words{};
         const CClock::time_point start = CClock::now();
         glSelectBuffer(static_cast<GLsizei>(words.size()), words.data());
         (void)glRenderMode(GL_SELECT);  // answers how plain drawing ended
         glInitNames();
         glPushName(0xFFFFFFFFu);
-        if (engine.InitDrawings(GL_SELECT, kWidth * (1 + i % 3) / 4, kHeight * (1 + i / 3) / 4))
-            engine.DrawModel(GL_SELECT);
+        DrawForPick(engine, kWidth * (1 + i % 5) / 6, kHeight * (1 + i / 5) / 6);
         hits += glRenderMode(GL_RENDER) != 0 ? 1 : 0;
         slowest = std::max(slowest, MsSince(start));
     }
@@ -58,7 +73,6 @@ double PickMs(C3dsDisplayWrap& engine, int& hits) {
 
 int Measure(const char* path, int frames) {
     C3dsDisplayWrap engine;
-    engine.SetViewingOnly(true);
     CResult<COffscreenContext> context = COffscreenContext::Create(kWidth, kHeight, 1);
     if (!context || !engine.OpenModel(file_util_ex::ConvertFromUTF8W(path).c_str())) {
         std::fprintf(stderr, "%s\n", (context ? engine.LastError() : context.Error()).Text().c_str());
@@ -70,6 +84,10 @@ int Measure(const char* path, int frames) {
     const double frameMs = FrameMs(engine, frames);
     int hits = 0;
     const double pickMs = PickMs(engine, hits);
+    if (hits == 0) {
+        std::fprintf(stderr, "%s: no pick hit anything\n", path);
+        return 1;
+    }
     std::printf("{\"frame_ms\": %.2f, \"pick_ms\": %.2f, \"picks_that_hit\": %d}\n", frameMs, pickMs, hits);
     engine.CloseModel();
     return 0;
