@@ -14,6 +14,7 @@
 #include "engine/COffscreenContext.h"
 #include "engine/gl_api.h"
 #include "platform/file_util_ex.h"
+#include "platform/process_memory.h"
 
 namespace {
 
@@ -96,6 +97,7 @@ int Measure(const char* path, int frames) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    process_memory::KeepFreedBlocks();
     int frames = 20;
     if (argc == 3) std::from_chars(argv[2], argv[2] + std::strlen(argv[2]), frames);
     if (argc < 2 || argc > 3 || frames < 1) {

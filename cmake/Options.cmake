@@ -35,10 +35,17 @@ function(orbivue_add_library name)
   target_link_libraries(${name} PUBLIC orbivue_options)
 endfunction()
 
-# orbivue_add_tests(NAME LABEL SOURCES...): a GoogleTest program whose tests CTest lists one by one.
+# orbivue_add_tests(NAME LABEL SOURCES...): a GoogleTest program whose tests CTest lists one by one (under sanitizers: as
+# one).
 function(orbivue_add_tests name label)
   add_executable(${name} ${ARGN})
   target_link_libraries(${name} PRIVATE orbivue_options GTest::gtest_main)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-  gtest_discover_tests(${name} PROPERTIES LABELS "${label}" TIMEOUT 120 DISCOVERY_TIMEOUT 60)
+  if(ORBIVUE_SANITIZE)
+    # Starting a sanitized program takes longer than most tests.
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES LABELS "${label}" TIMEOUT 600)
+  else()
+    gtest_discover_tests(${name} PROPERTIES LABELS "${label}" TIMEOUT 120 DISCOVERY_TIMEOUT 60)
+  endif()
 endfunction()

@@ -16,6 +16,7 @@
 #include "model/prepare_scene.h"
 #include "model/write_scene.h"
 #include "platform/file_util_ex.h"
+#include "platform/process_memory.h"
 
 namespace {
 
@@ -156,7 +157,9 @@ void C3dsDisplayWrap::CloseModel() {
     m_state->gpu = CState::EGpu::Nothing;
     m_state->edits.reset();
     m_state->prepared = {};
+    if (!m_state->scene) return;
     m_state->scene.reset();
+    process_memory::GiveFreedBlocksBack();
 }
 
 bool C3dsDisplayWrap::SaveAs(const wchar_t* path) {

@@ -17,7 +17,7 @@ class CSortedBatches;
 class CBatchDrawer {
   public:
     CBatchDrawer(CGlCurrent& gl, const CPreparedScene& scene, const CFrameView& view, CDrawPipeline& pipeline,
-                 const std::vector<CMeshBuffers>& meshes, const CSortedBatches& sorted);
+                 const std::vector<CMeshBuffers>& meshes, const CSortedBatches& sorted, bool software);
 
     void DrawOpaque(const std::vector<CDrawItem>& items);
     void DrawTransparent(const std::vector<CDrawItem>& items);
@@ -26,6 +26,8 @@ class CBatchDrawer {
     void Prepare(const CDrawItem& item);
     void UseMaterial(const CPreparedMaterial& material, bool hasTexCoords);
     void UsePolygonMode(const CPreparedMaterial& material);
+    /** Bounds what a software renderer stores of a frame; large scenes are drawn faster so, too. */
+    void FinishNowAndThen(std::uint32_t triangles);
     void DrawBothSides(const CMeshBuffers& mesh, const CPreparedBatch& batch);
 
     CGlCurrent& m_gl;
@@ -39,4 +41,6 @@ class CBatchDrawer {
     bool m_hasTexCoords = false;
     bool m_ownIndices = true;  ///< the mesh's own index buffer is bound
     bool m_wire = false;
+    bool m_software;
+    std::uint32_t m_pending = 0;  ///< triangles since the last time all were finished
 };

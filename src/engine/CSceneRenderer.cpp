@@ -135,7 +135,7 @@ void CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDr
     glMatrixMode(GL_MODELVIEW);
     pipeline.Begin(gl, frame);
     const CDrawList list = CDrawList::Build(gl, scene, view, pipeline, m_state->meshes, m_state->sorted);
-    CBatchDrawer drawer(gl, scene, view, pipeline, m_state->meshes, m_state->sorted);
+    CBatchDrawer drawer(gl, scene, view, pipeline, m_state->meshes, m_state->sorted, m_state->can->software);
     drawer.DrawOpaque(list.opaque);
     drawer.DrawTransparent(list.transparent);
     pipeline.End(gl);

@@ -7,7 +7,9 @@
 #include <bit>
 #include <cmath>
 #include <numbers>
+#include <numeric>
 
+#include "model/CHashIndex.h"
 #include "model/CScene.h"
 #include "model/mesh_access.h"
 
@@ -47,6 +49,7 @@ class CMeshPreparer {
 
     CPreparedMesh Run() {
         CollectFaces();
+        WeldPoints();
         CollectCorners();
         EmitVertices();
         EmitBatches();
@@ -56,9 +59,12 @@ class CMeshPreparer {
   private:
     void CollectFaces();
     [[nodiscard]] std::uint16_t WrapOf(const CFaceIndices& face) const;
+    void WeldPoints();
     void CollectCorners();
     void EmitVertices();
-    void EmitVertex(std::uint32_t point, std::uint32_t begin, std::uint32_t end);
+    void EmitVertex(std::uint32_t begin, std::uint32_t end);
+    void EmitSplitVertex(std::uint32_t begin, std::uint32_t end, bool onePoint);
+    [[nodiscard]] std::uint16_t PointOfCorner(std::uint32_t corner) const;
     [[nodiscard]] std::uint32_t AddVertex(std::uint32_t point, CVec3 normal, unsigned wrap);
     [[nodiscard]] CVec3 NormalOfCorner(std::uint32_t corner, std::uint32_t begin, std::uint32_t end) const;
     /** Sums of the faces of each smoothing group. */
@@ -73,7 +79,8 @@ class CMeshPreparer {
     bool m_texCoords;
     CPreparedMesh m_mesh;
     std::vector<CFaceWork> m_faces;
-    std::vector<std::uint32_t> m_source;          ///< for each of m_faces its number in the view
+    std::vector<std::uint32_t> m_source;  ///< for each of m_faces its number in the view
+    std::vector<std::uint16_t> m_weld;    ///< for each point the first one at the same place; see WeldPoints
     std::vector<std::uint32_t> m_firstCorner;     ///< for each point, and one more: where its corners begin
     std::vector<std::uint32_t> m_corners;         ///< face * 3 + corner, by point
     std::vector<std::uint32_t> m_vertexOfCorner;  ///< for each face * 3 + corner its prepared vertex
@@ -113,18 +120,34 @@ std::uint16_t CMeshPreparer::WrapOf(const CFaceIndices& face) const {
     return static_cast<std::uint16_t>(wrap);
 }
 
-/** Corners by point, by counting. */
+/** Exporters repeat a point where the map has a seam; its surface is smooth all the same. Without a map
+ * points are repeated on purpose. */
+void CMeshPreparer::WeldPoints() {
+    m_weld.resize(m_view.pointCount);
+    std::iota(m_weld.begin(), m_weld.end(), std::uint16_t{0});
+    if (m_view.texelCount == 0) return;
+    CHashIndex places;
+    for (std::uint32_t i = 0; i < m_view.pointCount; ++i) {
+        const CVec3 p = PointOf(m_view, i);
+        const auto bits = [](float value) { return std::uint64_t{std::bit_cast<std::uint32_t>(value)}; };
+        const std::uint64_t key = (bits(p.x) << 32 | bits(p.y)) ^ (bits(p.z) * 0x9E3779B97F4A7C15u);
+        const auto isHere = [&](std::uint32_t other) { return PointOf(m_view, other) == p; };
+        m_weld[i] = static_cast<std::uint16_t>(places.FindOrAdd(key, i, isHere));
+    }
+}
+
+/** Corners by welded point, by counting. */
 void CMeshPreparer::CollectCorners() {
     m_firstCorner.assign(m_view.pointCount + 1, 0);
     for (const CFaceWork& face : m_faces) {
-        for (const std::uint16_t point : face.point) ++m_firstCorner[point];
+        for (const std::uint16_t point : face.point) ++m_firstCorner[m_weld[point]];
     }
     std::uint32_t sum = 0;
     for (std::uint32_t& first : m_firstCorner) first = std::exchange(sum, sum + first);
     m_corners.resize(m_faces.size() * 3);
     std::uint32_t corner = 0;
     for (const CFaceWork& face : m_faces) {
-        for (const std::uint16_t point : face.point) m_corners[m_firstCorner[point]++] = corner++;
+        for (const std::uint16_t point : face.point) m_corners[m_firstCorner[m_weld[point]]++] = corner++;
     }
     // Each entry now holds its point's end, which is the next one's beginning.
     for (std::size_t i = m_firstCorner.size() - 1; i > 0; --i) m_firstCorner[i] = m_firstCorner[i - 1];
@@ -137,20 +160,27 @@ void CMeshPreparer::EmitVertices() {
     if (m_texCoords) m_mesh.texCoords.reserve(expected);
     m_vertexOfCorner.resize(m_corners.size());
     for (std::uint32_t point = 0; point < m_view.pointCount; ++point) {
-        EmitVertex(point, m_firstCorner[point], m_firstCorner[point + 1]);
+        EmitVertex(m_firstCorner[point], m_firstCorner[point + 1]);
     }
+}
+
+std::uint16_t CMeshPreparer::PointOfCorner(std::uint32_t corner) const {
+    return m_faces[corner / 3].point[corner % 3];
 }
 
 CVec3 CMeshPreparer::NormalOfCorner(std::uint32_t corner, std::uint32_t begin, std::uint32_t end) const {
     const CFaceWork& own = m_faces[corner / 3];
+    const std::uint16_t ownPoint = PointOfCorner(corner);
     CVec3 sum;
-    if (own.smoothing != 0) {
-        for (std::uint32_t i = begin; i < end; ++i) {
-            const CFaceWork& face = m_faces[m_corners[i] / 3];
-            if (face.smoothing & own.smoothing) sum = sum + face.weighted[m_corners[i] % 3];
-        }
+    for (std::uint32_t i = begin; i < end && own.smoothing != 0; ++i) {
+        const CFaceWork& face = m_faces[m_corners[i] / 3];
+        if ((face.smoothing & own.smoothing) == 0) continue;
+        const CVec3 weighted = face.weighted[m_corners[i] % 3];
+        // The back of a sheet that is modelled with two sides lies at the same places, too.
+        if (PointOfCorner(m_corners[i]) != ownPoint && Dot(weighted, own.weighted[corner % 3]) <= 0) continue;
+        sum = sum + weighted;
     }
-    // Faces that cancel each other (a sheet with two sides) leave nothing to go by but the face itself.
+    // Faces that cancel each other leave nothing to go by but the face itself.
     if (Dot(sum, sum) < 1e-12f) sum = own.weighted[0] + own.weighted[1] + own.weighted[2];
     return Normalized(sum);
 }
@@ -176,21 +206,27 @@ CVec3 CMeshPreparer::NormalFromSums(const CFaceWork& face, const CGroupSums& sum
     return Normalized(sum);
 }
 
-void CMeshPreparer::EmitVertex(std::uint32_t point, std::uint32_t begin, std::uint32_t end) {
+void CMeshPreparer::EmitVertex(std::uint32_t begin, std::uint32_t end) {
     if (begin == end) return;
     std::uint32_t common = ~0u;
     unsigned anyWrap = 0;
+    const std::uint16_t point = PointOfCorner(m_corners[begin]);
+    bool onePoint = true;
     for (std::uint32_t i = begin; i < end; ++i) {
         common &= m_faces[m_corners[i] / 3].smoothing;
         anyWrap |= m_faces[m_corners[i] / 3].wrap;
+        onePoint &= PointOfCorner(m_corners[i]) == point;
     }
-    if (common != 0 && anyWrap == 0) {  // by far the most: everything here is one smooth surface
-        const std::uint32_t vertex = AddVertex(point, NormalOfCorner(m_corners[begin], begin, end), 0);
-        for (std::uint32_t i = begin; i < end; ++i) m_vertexOfCorner[m_corners[i]] = vertex;
-        return;
-    }
+    if (common == 0 || anyWrap != 0 || !onePoint) return EmitSplitVertex(begin, end, onePoint);
+    // By far the most: everything here is one smooth surface.
+    const std::uint32_t vertex = AddVertex(point, NormalOfCorner(m_corners[begin], begin, end), 0);
+    for (std::uint32_t i = begin; i < end; ++i) m_vertexOfCorner[m_corners[i]] = vertex;
+}
+
+void CMeshPreparer::EmitSplitVertex(std::uint32_t begin, std::uint32_t end, bool onePoint) {
     struct CDone {
         std::uint32_t smoothing;
+        std::uint16_t point;
         unsigned wrap;
         std::uint32_t vertex;
     };
@@ -200,9 +236,10 @@ void CMeshPreparer::EmitVertex(std::uint32_t point, std::uint32_t begin, std::ui
     for (std::uint32_t i = begin; i < end; ++i) {
         const std::uint32_t corner = m_corners[i];
         const CFaceWork& face = m_faces[corner / 3];
+        const std::uint16_t point = PointOfCorner(corner);
         const unsigned wrap = ((face.wrap >> (corner % 3)) & 1u) | ((face.wrap >> (corner % 3 + 2)) & 2u);
         const auto same = [&](const CDone& d) {
-            return face.smoothing != 0 && d.smoothing == face.smoothing && d.wrap == wrap;
+            return onePoint && face.smoothing != 0 && d.smoothing == face.smoothing && d.wrap == wrap;
         };
         const auto found = std::find_if(done.begin(), done.end(), same);
         if (found != done.end()) {
@@ -212,12 +249,13 @@ void CMeshPreparer::EmitVertex(std::uint32_t point, std::uint32_t begin, std::ui
         const CVec3 normal = sums.empty() ? NormalOfCorner(corner, begin, end) : NormalFromSums(face, sums);
         const std::int16_t packed[3] = {Snorm(normal.x), Snorm(normal.y), Snorm(normal.z)};
         const auto alike = [&](const CDone& d) {
-            return d.wrap == wrap && std::equal(packed, packed + 3, m_mesh.vertices[d.vertex].normal);
+            return d.wrap == wrap && d.point == point &&
+                   std::equal(packed, packed + 3, m_mesh.vertices[d.vertex].normal);
         };
         const auto match = std::find_if(done.begin(), done.end(), alike);
         const std::uint32_t vertex = match != done.end() ? match->vertex : AddVertex(point, normal, wrap);
         m_vertexOfCorner[corner] = vertex;
-        if (done.size() < kMaxRemembered) done.push_back({face.smoothing, wrap, vertex});
+        if (done.size() < kMaxRemembered) done.push_back({face.smoothing, point, wrap, vertex});
     }
 }
 

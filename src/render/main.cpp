@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <malloc.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -17,6 +16,7 @@
 #include "model/CPreparedScene.h"
 #include "platform/file_util_ex.h"
 #include "platform/image_writer.h"
+#include "platform/process_memory.h"
 #include "render/CRenderOptions.h"
 #include "render/render_stats.h"
 
@@ -146,9 +146,8 @@ int Main(const std::vector<std::string>& arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // Two threads allocate few large blocks: heaps of their own would only keep what one of them has given
-    // back.
-    (void)mallopt(M_ARENA_MAX, 1);
+    process_memory::ShareOneHeap();
+    process_memory::KeepFreedBlocks();
     try {
         const int code = Main({argv + (argc > 0 ? 1 : 0), argv + argc});
         std::fflush(nullptr);

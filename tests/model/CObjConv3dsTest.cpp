@@ -11,6 +11,7 @@
 #include <cmath>
 #include <random>
 
+#include "model/CObjLineFilter.h"
 #include "model/lib3ds_list.h"
 #include "model/obj_parse.h"
 #include "platform/CTestFolder.h"
@@ -58,6 +59,7 @@ std::string Smoothing(const Lib3dsMesh& mesh) {
     return text;
 }
 
+/** The areas of all triangles; more than the polygon's where they overlap. */
 double Area(const Lib3dsMesh& mesh) {
     double area = 0;
     for (Lib3dsDword i = 0; i < mesh.faces; ++i) {
@@ -65,8 +67,7 @@ double Area(const Lib3dsMesh& mesh) {
             const float* p = mesh.pointL[mesh.faceL[i].points[k]].pos;
             return CVec3{p[0], p[1], p[2]};
         };
-        // Turned to +Z up, a polygon in the file's xy plane that runs counter-clockwise faces -Y.
-        area += -double{Cross(at(1) - at(0), at(2) - at(0)).y} / 2;
+        area += double{Length(Cross(at(1) - at(0), at(2) - at(0)))} / 2;
     }
     return area;
 }
@@ -151,7 +152,7 @@ TEST(CObjConv3ds, PolygonsAreCoveredOnce) {
         {"v 0 0 0\nv 4 0 0\nv 4 4 0\nv 2 1 0\nv 0 4 0\n", 10},  // a bite from above
         {"v 0 0 0\nv 2 0 0\nv 4 0 0\nv 4 4 0\nv 0 4 0\n", 16},  // a corner on an edge
         {"v 0 0 0\nv 6 0 0\nv 6 6 0\nv 0 6 0\nv 0 5 0\nv 5 5 0\nv 5 1 0\nv 0 1 0\n", 16},  // a C
-        {"v 0 0 0\nv 1 3 0\nv 0 4 0\nv -1 3 0\n", 4},                                      // an arrow head
+        {"v -10 0 0\nv 1 -1 0\nv 0 0 0\nv 1 1 0\n", 10},                                   // an arrow head
     };
     for (const CPolygon& polygon : polygons) {
         const auto n = std::count(polygon.points.begin(), polygon.points.end(), '\n');
@@ -160,7 +161,7 @@ TEST(CObjConv3ds, PolygonsAreCoveredOnce) {
         const CConverted c = Convert(polygon.points + face + "\n");
         ASSERT_TRUE(c.file);
         EXPECT_EQ(c.file->meshes->faces, static_cast<Lib3dsDword>(n - 2));
-        EXPECT_NEAR(std::abs(Area(*c.file->meshes)), polygon.area, 1e-5) << polygon.points;
+        EXPECT_NEAR(Area(*c.file->meshes), polygon.area, 1e-5) << polygon.points;
     }
 }
 
@@ -478,6 +479,14 @@ TEST(CObjConv3ds, EveryPrefixHasAnOutcome) {
 }
 
 // ---- parts read by several threads
+
+TEST(CObjLineFilter, CutsAtWholeLines) {
+    const std::string_view text = "f 1 \\\n2 3\r\nf 4\rf 5";
+    EXPECT_EQ(CObjLineFilter::CutAfter(text, 0), 11u);
+    EXPECT_EQ(CObjLineFilter::CutAfter(text, 12), 15u);
+    EXPECT_EQ(CObjLineFilter::CutAfter(text, 16), text.size());
+    EXPECT_EQ(CObjLineFilter::CutAfter(text, text.size()), text.size());
+}
 
 TEST(ParseObj, DoesNotDependOnTheNumberOfThreads) {
     std::string text;

@@ -107,6 +107,29 @@ TEST(PrepareScene, FaceOnTheSeamOfAWrappedMapGoesOn) {
     EXPECT_FLOAT_EQ(prepared.texCoords[prepared.Index(0)].x, 0.9f);
 }
 
+/** Two faces that meet at an edge whose two points are repeated; folded flat they would be front and back. */
+CPreparedMesh FacesAtASeam(bool withMap, bool backToBack) {
+    const float x = backToBack ? 1.0f : -1.0f, z = backToBack ? 0.0f : 1.0f;
+    const CBytes points =
+        Chunk(0x4110, Words({6}) + Floats({0, 0, 0, 0, 1, 0, 1, 0, 0, 0, 0, 0, 0, 1, 0, x, 0, z}));
+    const CBytes texels = Chunk(0x4140, Words({6}) + Floats({0, 0, 0, 1, 1, 0, 0.5f, 0, 0.5f, 1, 0.7f, 0}));
+    const CBytes faces = Chunk(0x4120, Words({2, 0, 2, 1, 7, 3, 4, 5, 7}) + Smoothing({1, 1}));
+    return CPrepared(Scene(Mesh("Seam", points + (withMap ? texels : CBytes{}) + faces))).prepared.meshes[0];
+}
+
+TEST(PrepareScene, SeamOfAMapStaysSmooth) {
+    const auto normals = [](const CPreparedMesh& mesh) {
+        return std::pair{mesh.vertices[mesh.Index(0)].Normal(), mesh.vertices[mesh.Index(3)].Normal()};
+    };
+    const auto [left, right] = normals(FacesAtASeam(true, false));
+    ExpectNear(left, right);
+    const auto [hardLeft, hardRight] = normals(FacesAtASeam(false, false));
+    EXPECT_LT(Dot(hardLeft, hardRight), 0.9f) << "without a map the points are repeated on purpose";
+    const auto [front, back] = normals(FacesAtASeam(true, true));
+    ExpectNear(front, {0, 0, 1});
+    ExpectNear(back, {0, 0, -1});
+}
+
 TEST(PrepareScene, FacesAreBatchedByMaterialAndNoneIsLost) {
     const CBytes groups =
         Chunk(0x4130, Text("B") + Words({2, 0, 4})) + Chunk(0x4130, Text("A") + Words({1, 7}));

@@ -15,6 +15,7 @@
 #include "app/command_line.h"
 #include "app/ui/CPlainFrame.h"
 #include "platform/file_util_ex.h"
+#include "platform/process_memory.h"
 #include "platform/std_file_paths.h"
 
 wxIMPLEMENT_APP(CViewerApp);
@@ -43,6 +44,7 @@ std::vector<std::wstring> Arguments(int argc, wxChar** argv) {
 }  // namespace
 
 CViewerApp::CViewerApp() {
+    process_memory::KeepFreedBlocks();
     SetAppName(kAppName);
     std_file_paths::SetAppName(kAppName);
 }
