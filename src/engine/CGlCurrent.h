@@ -2,9 +2,9 @@
 #pragma once
 
 /**
- * Proof that an OpenGL context is current. Functions that create, draw with or delete GL objects take one, so the
- * compiler asks whether a context is current. Only those who make a context current hand one out: the offscreen
- * context, the canvas, and the engine for its fixed interface, whose callers promise it.
+ * Proof that an OpenGL context is current. Functions that create, draw with or delete GL objects take one, so
+ * the compiler asks whether a context is current. Only those who make a context current hand one out: the
+ * offscreen context, the canvas, and the engine for its fixed interface, whose callers promise it.
  */
 class CGlCurrent {
   public:

@@ -3,7 +3,8 @@
 
 #include <algorithm>
 
-/** A rectangle in window pixels, origin top left. As dragged it may be turned over; Normalized() puts it right. */
+/** A rectangle in window pixels, origin top left. As dragged it may be turned over; Normalized() puts it
+ * right. */
 class C2DRect {
   public:
     C2DRect() = default;

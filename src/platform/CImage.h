@@ -14,6 +14,8 @@ struct CImage {
     [[nodiscard]] bool IsEmpty() const { return width <= 0 || height <= 0; }
     /** Four bytes: red, green, blue, alpha. x and y must lie inside. */
     [[nodiscard]] const std::uint8_t* Pixel(int x, int y) const {
-        return &rgba[(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)) * 4];
+        return &rgba[(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                      static_cast<std::size_t>(x)) *
+                     4];
     }
 };

@@ -8,14 +8,14 @@
 
 /** Why an operation failed. The code is for programs, the message for people. */
 enum class EErrorCode {
-    NotFound,      ///< no file, entry or object of that name
-    Unreadable,    ///< it exists and the system refuses to give its bytes
-    BadFormat,     ///< the bytes are not what they should be
-    Unsupported,   ///< well formed, and nothing we read
-    TooLarge,      ///< over one of our limits
-    WriteFailed,   ///< the system did not take all bytes
-    NoGraphics,    ///< no OpenGL context can be had
-    BadArgument,   ///< the caller's values make no sense
+    NotFound,     ///< no file, entry or object of that name
+    Unreadable,   ///< it exists and the system refuses to give its bytes
+    BadFormat,    ///< the bytes are not what they should be
+    Unsupported,  ///< well formed, and nothing we read
+    TooLarge,     ///< over one of our limits
+    WriteFailed,  ///< the system did not take all bytes
+    NoGraphics,   ///< no OpenGL context can be had
+    BadArgument,  ///< the caller's values make no sense
 };
 
 /** One failure: code, one-line message for people, and the path or place it is about (may be empty). */
@@ -32,18 +32,32 @@ struct CError {
 template <class T>
 class [[nodiscard]] CResult {
   public:
-    CResult(T value) : m_state(std::in_place_index<0>, std::move(value)) {}         // NOLINT(google-explicit-constructor)
-    CResult(CError error) : m_state(std::in_place_index<1>, std::move(error)) {}    // NOLINT(google-explicit-constructor)
+    CResult(T value)
+        : m_state(std::in_place_index<0>, std::move(value)) {}  // NOLINT(google-explicit-constructor)
+    CResult(CError error)
+        : m_state(std::in_place_index<1>, std::move(error)) {}  // NOLINT(google-explicit-constructor)
 
     [[nodiscard]] bool HasValue() const { return m_state.index() == 0; }
     explicit operator bool() const { return HasValue(); }
 
     /** The value; calling it on a failure is a programming error. */
-    [[nodiscard]] T& Value() & { assert(HasValue()); return *std::get_if<0>(&m_state); }
-    [[nodiscard]] const T& Value() const& { assert(HasValue()); return *std::get_if<0>(&m_state); }
-    [[nodiscard]] T&& Value() && { assert(HasValue()); return std::move(*std::get_if<0>(&m_state)); }
+    [[nodiscard]] T& Value() & {
+        assert(HasValue());
+        return *std::get_if<0>(&m_state);
+    }
+    [[nodiscard]] const T& Value() const& {
+        assert(HasValue());
+        return *std::get_if<0>(&m_state);
+    }
+    [[nodiscard]] T&& Value() && {
+        assert(HasValue());
+        return std::move(*std::get_if<0>(&m_state));
+    }
     /** The failure; calling it on a value is a programming error. */
-    [[nodiscard]] const CError& Error() const { assert(!HasValue()); return *std::get_if<1>(&m_state); }
+    [[nodiscard]] const CError& Error() const {
+        assert(!HasValue());
+        return *std::get_if<1>(&m_state);
+    }
 
   private:
     std::variant<T, CError> m_state;
