@@ -29,15 +29,20 @@ CBytes DeepChain(std::uint32_t depth) {
     CBytes nodes;
     for (std::uint32_t i = 0; i < depth; ++i) {
         const auto id = static_cast<std::uint16_t>(i);
-        nodes = std::move(nodes) + ObjectNode(id, i == 0 ? "Cube" : "$$$DUMMY",
-                                              static_cast<std::uint16_t>(i == 0 ? 65535 : i - 1));
+        const CBytes node =
+            ObjectNode(id, i == 0 ? "Cube" : "$$$DUMMY", static_cast<std::uint16_t>(i == 0 ? 65535 : i - 1));
+        nodes.insert(nodes.end(), node.begin(), node.end());
     }
     return nodes;
 }
 
 CBytes Nested(std::uint16_t id, int depth) {
     CBytes out;
-    for (int i = 0; i < depth; ++i) out = Chunk(id, out);
+    // Headers alone, the outermost first: the table is made at each start of the program.
+    for (int i = depth; i > 0; --i) {
+        Put(out, id);
+        Put(out, static_cast<std::uint32_t>(i * 6));
+    }
     return out;
 }
 
