@@ -9,10 +9,46 @@
 #include <wx/imagtiff.h>
 #include <wx/log.h>
 #include <wx/mstream.h>
+#include <wx/thread.h>
 
 #include <exception>
+#include <mutex>
 
 namespace {
+
+/**
+ * Keeps the toolkit's log quiet. wxLogNull will not do: in a program that has not started the toolkit all
+ * threads count as its main thread and share one switch, so of two that overlap the first to end would turn
+ * the log on for both.
+ */
+class CSilence {
+  public:
+    CSilence() {
+        const std::lock_guard guard(s_lock);
+        if (!m_shared) {
+            m_before = wxLog::EnableLogging(false);
+        } else if (s_users++ == 0) {
+            s_before = wxLog::EnableLogging(false);
+        }
+    }
+    CSilence(const CSilence&) = delete;
+    CSilence& operator=(const CSilence&) = delete;
+    ~CSilence() {
+        const std::lock_guard guard(s_lock);
+        if (!m_shared) {
+            wxLog::EnableLogging(m_before);
+        } else if (--s_users == 0) {
+            wxLog::EnableLogging(s_before);
+        }
+    }
+
+  private:
+    static inline std::mutex s_lock;
+    static inline int s_users = 0;       ///< of the shared switch
+    static inline bool s_before = true;  ///< how the first of them found it
+    const bool m_shared = wxThread::IsMain();
+    bool m_before = true;  ///< how this thread's own switch was
+};
 
 using image_probe::EFormat;
 
@@ -87,7 +123,7 @@ void Interleave(const wxImage& image, CImage& out) {
 extern "C" bool OrbivueDecodeWithWx(EFormat format, const std::byte* bytes, std::size_t size, CImage* out);
 
 extern "C" bool OrbivueDecodeWithWx(EFormat format, const std::byte* bytes, std::size_t size, CImage* out) {
-    const wxLogNull silence;
+    const CSilence silence;
     wxImageHandler* handler = HandlerOf(format);
     if (handler == nullptr) return false;
     t_isDecoding = true;
