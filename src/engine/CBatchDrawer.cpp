@@ -6,19 +6,20 @@
 
 #include "engine/CFrameView.h"
 #include "engine/CMaterialLook.h"
+#include "engine/CPacedDrawing.h"
 #include "engine/CSortedBatches.h"
 #include "engine/gl_api.h"
 
 CBatchDrawer::CBatchDrawer(CGlCurrent& gl, const CPreparedScene& scene, const CFrameView& view,
                            CDrawPipeline& pipeline, const std::vector<CMeshBuffers>& meshes,
-                           const CSortedBatches& sorted, bool software)
+                           const CSortedBatches& sorted, CPacedDrawing& pace)
     : m_gl(gl),
       m_scene(scene),
       m_view(view),
       m_pipeline(pipeline),
       m_meshes(meshes),
       m_sorted(sorted),
-      m_software(software) {
+      m_pace(pace) {
     glGetIntegerv(GL_POLYGON_MODE, m_polygonMode);
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LEQUAL);
@@ -39,18 +40,8 @@ void CBatchDrawer::DrawOpaque(const std::vector<CDrawItem>& items) {
         Prepare(item);
         const CPreparedBatch& batch = m_scene.meshes[*m_mesh].batches[item.batch];
         m_meshes[*m_mesh].Draw(m_gl, batch.firstIndex, batch.indexCount);
-        FinishNowAndThen(batch.indexCount / 3);
+        m_pace.Drawn(batch.indexCount / 3);
     }
-}
-
-void CBatchDrawer::FinishNowAndThen(std::uint32_t triangles) {
-    // Until it has to, a software renderer keeps every triangle with all that a pixel of it needs: 36 MB a
-    // time.
-    constexpr std::uint32_t kMostPending = 100'000;
-    m_pending += triangles;
-    if (!m_software || m_pending < kMostPending) return;
-    glFinish();
-    m_pending = 0;
 }
 
 void CBatchDrawer::DrawTransparent(const std::vector<CDrawItem>& items) {
@@ -73,6 +64,7 @@ void CBatchDrawer::DrawTransparent(const std::vector<CDrawItem>& items) {
         } else {
             mesh.Draw(m_gl, batch.firstIndex, batch.indexCount);
         }
+        m_pace.Drawn(batch.indexCount / 3);
     }
 }
 

@@ -8,6 +8,7 @@
 #include "engine/CDrawList.h"
 #include "engine/CDrawPipeline.h"
 
+class CPacedDrawing;
 class CSortedBatches;
 
 /**
@@ -17,7 +18,7 @@ class CSortedBatches;
 class CBatchDrawer {
   public:
     CBatchDrawer(CGlCurrent& gl, const CPreparedScene& scene, const CFrameView& view, CDrawPipeline& pipeline,
-                 const std::vector<CMeshBuffers>& meshes, const CSortedBatches& sorted, bool software);
+                 const std::vector<CMeshBuffers>& meshes, const CSortedBatches& sorted, CPacedDrawing& pace);
 
     void DrawOpaque(const std::vector<CDrawItem>& items);
     void DrawTransparent(const std::vector<CDrawItem>& items);
@@ -26,8 +27,6 @@ class CBatchDrawer {
     void Prepare(const CDrawItem& item);
     void UseMaterial(const CPreparedMaterial& material, bool hasTexCoords);
     void UsePolygonMode(const CPreparedMaterial& material);
-    /** Bounds what a software renderer stores of a frame; large scenes are drawn faster so, too. */
-    void FinishNowAndThen(std::uint32_t triangles);
     void DrawBothSides(const CMeshBuffers& mesh, const CPreparedBatch& batch);
 
     CGlCurrent& m_gl;
@@ -36,11 +35,10 @@ class CBatchDrawer {
     CDrawPipeline& m_pipeline;
     const std::vector<CMeshBuffers>& m_meshes;
     const CSortedBatches& m_sorted;
+    CPacedDrawing& m_pace;
     int m_polygonMode[2] = {};  ///< the caller's, front and back
     std::optional<std::uint32_t> m_node, m_material, m_mesh;
     bool m_hasTexCoords = false;
     bool m_ownIndices = true;  ///< the mesh's own index buffer is bound
     bool m_wire = false;
-    bool m_software;
-    std::uint32_t m_pending = 0;  ///< triangles since the last time all were finished
 };

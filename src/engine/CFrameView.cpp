@@ -62,6 +62,32 @@ CVec3 CFrameView::ToEye(CVec3 worldPoint) const {
             static_cast<float>(p[2] - eye[2])};
 }
 
+std::array<float, 9> CFrameView::PixelToViewer(const std::array<int, 4>& viewport) const {
+    if (!perspective) return {0, 0, 0, 0, 0, 0, viewer[0], viewer[1], viewer[2]};
+    // The eye is the origin here, so clip x, y and w are linear in a point: the inverse gives its line of
+    // sight.
+    CMatrix4d toClip;
+    for (std::size_t column = 0; column < 3; ++column) {
+        const std::size_t first = column * 4;
+        toClip.m[first] = eyeProjection.m[first];
+        toClip.m[first + 1] = eyeProjection.m[first + 1];
+        toClip.m[first + 2] = eyeProjection.m[first + 3];
+    }
+    const CMatrix4d fromClip = toClip.Inverse();
+    const double width = viewport[2], height = viewport[3];
+    const std::array<double, 4> x = fromClip.Transform({-2 / width, 0, 0, 0});
+    const std::array<double, 4> y = fromClip.Transform({0, -2 / height, 0, 0});
+    const std::array<double, 4> corner =
+        fromClip.Transform({1 + 2 * viewport[0] / width, 1 + 2 * viewport[1] / height, -1, 0});
+    std::array<float, 9> result{};
+    for (std::size_t i = 0; i < 3; ++i) {
+        result[i] = static_cast<float>(x[i]);
+        result[i + 3] = static_cast<float>(y[i]);
+        result[i + 6] = static_cast<float>(corner[i]);
+    }
+    return result;
+}
+
 bool CFrameView::MayShow(const CBox& worldBounds) const {
     if (worldBounds.IsEmpty()) return false;
     const CVec3 low = worldBounds.min, high = worldBounds.max;

@@ -31,6 +31,12 @@ struct CFrameView {
     [[nodiscard]] CMatrix4d EyeModelView(const CMat4& meshToWorld) const;
     /** A scene's point in eye-relative space. */
     [[nodiscard]] CVec3 ToEye(CVec3 worldPoint) const;
+    /**
+     * A matrix, 3x3 column by column, that takes (x, y, 1) of a pixel, as gl_FragCoord has it, to a vector
+     * towards the viewer, of any length. viewport: x, y, width, height as OpenGL has them, width and height >
+     * 0.
+     */
+    [[nodiscard]] std::array<float, 9> PixelToViewer(const std::array<int, 4>& viewport) const;
     /** False when a box in the scene's coordinates lies wholly outside the view volume. */
     [[nodiscard]] bool MayShow(const CBox& worldBounds) const;
     /** Depth (larger is farther) of a mesh's point p: row . (p, 1). */

@@ -40,6 +40,7 @@ CGlCapabilities CGlCapabilities::Query(CGlCurrent&) {
     const std::string_view glsl = result.version >= 20 ? Text(GL_SHADING_LANGUAGE_VERSION) : "";
     result.shaders = result.version >= 21 && glsl >= "1.20";
     result.framebuffers = result.version >= 30 || HasExtension(extensions, "GL_ARB_framebuffer_object");
+    result.fences = result.version >= 32 || HasExtension(extensions, "GL_ARB_sync");
     result.generateMipmap = result.framebuffers;
     result.anyTextureSize =
         result.version >= 20 || HasExtension(extensions, "GL_ARB_texture_non_power_of_two");

@@ -10,6 +10,7 @@ struct CGlCapabilities {
     bool framebuffers = false;    ///< framebuffer objects with multisampling and blits
     bool anyTextureSize = false;  ///< sides need not be powers of two
     bool generateMipmap = false;  ///< glGenerateMipmap exists
+    bool fences = false;          ///< glFenceSync exists
     bool software = false;        ///< drawn by the processor: costly filters do not pay
     int maxTextureSize = 64;
     float maxAnisotropy = 1;  ///< 1: no anisotropic filtering

@@ -13,6 +13,7 @@
 #include "engine/CGlCapabilities.h"
 #include "engine/CGlStateGuard.h"
 #include "engine/CMeshBuffers.h"
+#include "engine/CPacedDrawing.h"
 #include "engine/CShaderPipeline.h"
 #include "engine/CSortedBatches.h"
 #include "engine/CTextureSet.h"
@@ -135,7 +136,8 @@ void CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDr
     glMatrixMode(GL_MODELVIEW);
     pipeline.Begin(gl, frame);
     const CDrawList list = CDrawList::Build(gl, scene, view, pipeline, m_state->meshes, m_state->sorted);
-    CBatchDrawer drawer(gl, scene, view, pipeline, m_state->meshes, m_state->sorted, m_state->can->software);
+    CPacedDrawing pace(gl, *m_state->can);
+    CBatchDrawer drawer(gl, scene, view, pipeline, m_state->meshes, m_state->sorted, pace);
     drawer.DrawOpaque(list.opaque);
     drawer.DrawTransparent(list.transparent);
     pipeline.End(gl);

@@ -70,7 +70,7 @@ CResult<CShaderPipeline::CVariantProgram> CShaderPipeline::Build(CGlCurrent& gl,
     CVariantProgram result;
     result.program = std::move(built).Value();
     const std::array<std::pair<int*, const char*>, 16> names{{{&result.normal, "uNormal"},
-                                                              {&result.viewer, "uViewer"},
+                                                              {&result.toViewer, "uToViewer"},
                                                               {&result.base, "uBase"},
                                                               {&result.diffuse, "uDiffuse"},
                                                               {&result.ambient, "uAmbient"},
@@ -113,6 +113,9 @@ CShaderPipeline::CVariantProgram& CShaderPipeline::Program(CGlCurrent& gl, const
 }
 
 void CShaderPipeline::Begin(CGlCurrent&, const CFrame& frame) {
+    std::array<int, 4> viewport{};
+    glGetIntegerv(GL_VIEWPORT, viewport.data());
+    m_toViewer = frame.view.PixelToViewer(viewport);
     m_frame.emplace(frame);
     m_current = nullptr;
     ++m_frameNumber;
@@ -143,7 +146,7 @@ void CShaderPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& mater
 }
 
 void CShaderPipeline::SetFrame(const CVariantProgram& program) const {
-    glUniform4fv(program.viewer, 1, m_frame->view.viewer.data());
+    glUniformMatrix3fv(program.toViewer, 1, GL_FALSE, m_toViewer.data());
     Set(program.ambientLight, m_frame->lights.ambient);
     std::vector<float> position, direction, color, range;
     for (const CFrameLight& light : m_frame->lights.lights) {

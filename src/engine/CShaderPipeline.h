@@ -28,7 +28,7 @@ class CShaderPipeline final : public CDrawPipeline {
     struct CVariantProgram {
         CGlProgram program;
         std::uint64_t frame = 0;  ///< in which its lights were last set
-        int normal = -1, viewer = -1, base = -1, diffuse = -1, ambient = -1, self = -1, specular = -1;
+        int normal = -1, toViewer = -1, base = -1, diffuse = -1, ambient = -1, self = -1, specular = -1;
         int ambientLight = -1, lightPosition = -1, lightDirection = -1, lightColor = -1, lightRange = -1;
         int mapS = -1, mapT = -1, mapValue = -1, mapWeight = -1;
     };
@@ -43,5 +43,6 @@ class CShaderPipeline final : public CDrawPipeline {
     std::unordered_map<std::uint32_t, CVariantProgram> m_programs;
     CVariantProgram* m_current = nullptr;
     std::optional<CFrame> m_frame;
+    std::array<float, 9> m_toViewer{};  ///< CFrameView::PixelToViewer of this frame
     std::uint64_t m_frameNumber = 0;
 };

@@ -9,8 +9,12 @@ namespace {
 constexpr std::array<const char*, kMapKinds> kMapMacros{"TEXTURE",   "TEXTURE2", "OPACITY", "SPECULAR_MAP",
                                                         "SHININESS", "SELF",     "BUMP",    "REFLECTION"};
 
+// Every varying costs a software renderer as much as a triangle's set-up does; a plain part needs no
+// position.
 constexpr const char* kVertex = R"(
+#ifdef POSITION
 varying vec3 vPoint;
+#endif
 #ifndef FLAT
 uniform mat3 uNormal;
 varying vec3 vNormal;
@@ -20,7 +24,9 @@ varying vec2 vUv;
 #endif
 void main() {
     vec4 point = gl_ModelViewMatrix * gl_Vertex;
+#ifdef POSITION
     vPoint = point.xyz;
+#endif
 #ifndef FLAT
     vNormal = uNormal * gl_Normal;
 #endif
@@ -32,11 +38,13 @@ void main() {
 )";
 
 constexpr const char* kDeclarations = R"(
+#ifdef POSITION
 varying vec3 vPoint;
+#endif
 #ifndef FLAT
 varying vec3 vNormal;
 #endif
-uniform vec4 uViewer;
+uniform mat3 uToViewer;
 uniform vec4 uDiffuse;
 uniform vec3 uBase;
 #ifdef SPECULAR
@@ -82,7 +90,7 @@ vec3 Colour(int i, vec4 color) {
 /** Steps of main() in order, each with the macro that it needs. */
 constexpr const char* kMain = R"(
 void main() {
-    vec3 V = uViewer.xyz - uViewer.w * vPoint;
+    vec3 V = uToViewer * vec3(gl_FragCoord.xy, 1.0);
     V *= inversesqrt(dot(V, V));
 #ifdef FLAT
     vec3 N = normalize(cross(dFdx(vPoint), dFdy(vPoint)));
@@ -227,7 +235,9 @@ std::string Head(const CShaderVariant& variant) {
     for (unsigned i = 0; i < kMapMacros.size(); ++i) {
         if (variant.maps >> i & 1u) Define(text, kMapMacros[i]);
     }
-    const std::array<std::pair<bool, const char*>, 7> flags{{{variant.maps != 0, "MAPS"},
+    const bool position = variant.lights > 0 || variant.flat || variant.Has(EMapKind::Bump);
+    const std::array<std::pair<bool, const char*>, 8> flags{{{position, "POSITION"},
+                                                             {variant.maps != 0, "MAPS"},
                                                              {variant.spots, "SPOTS"},
                                                              {variant.ranges, "RANGES"},
                                                              {variant.specular, "SPECULAR"},

@@ -122,7 +122,9 @@ testing::AssertionResult MatchesGolden(const CImage& image, const std::string& n
         count += d != 0;
         difference.rgba[i] = static_cast<std::uint8_t>(i % 4 == 3 ? 255 : std::min(255, d * 8));
     }
-    if (largest == 0) return testing::AssertionSuccess();
+    // Another processor's vector instructions round a value otherwise now and then.
+    constexpr int kRounding = 1;
+    if (largest <= kRounding) return testing::AssertionSuccess();
     Save(image, file);
     Save(difference, name + ".difference.png");
     return testing::AssertionFailure()

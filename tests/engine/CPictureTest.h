@@ -38,8 +38,9 @@ class CPictureTest : public testing::Test {
     CMatrix4d m_projection, m_turn;
 };
 
-/** The picture equals tests/engine/golden/NAME.png in every pixel. Otherwise what was drawn, and where it
- * differs, is saved for a person to look at; a picture that is right is then copied to the golden ones. */
+/** The picture equals tests/engine/golden/NAME.png in every pixel, but for rounding. Otherwise what was
+ * drawn, and where it differs, is saved for a person to look at; a picture that is right is then copied to
+ * the golden ones. */
 [[nodiscard]] testing::AssertionResult MatchesGolden(const CImage& image, const std::string& name);
 /** The pixel's red, green and blue are each within tolerance of those expected. */
 [[nodiscard]] testing::AssertionResult HasColor(const CImage& image, int x, int y, CColor expected,

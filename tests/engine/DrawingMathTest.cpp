@@ -40,6 +40,17 @@ TEST(FrameViewTest, FindsTheEyeBehindAnyLens) {
         EXPECT_NEAR(view.eye[0], eye.x, 1e-5);
         EXPECT_NEAR(view.eye[1], eye.y, 1e-5);
         EXPECT_NEAR(view.eye[2], eye.z, 1e-5);
+        // Where a point lands, the way to the viewer is the way from the point to the eye.
+        const CVec3 point{1, 2, 3};
+        const std::array<double, 4> clip = projection.Transform({point.x, point.y, point.z, 1});
+        const std::array<int, 4> viewport{7, -3, 640, 200};
+        const double x = 7 + 320 * (1 + clip[0] / clip[3]), y = -3 + 100 * (1 + clip[1] / clip[3]);
+        const std::array<float, 9> m = view.PixelToViewer(viewport);
+        const auto towards = [&](std::size_t i) {
+            return static_cast<float>(m[i] * x + m[i + 3] * y + m[i + 6]);
+        };
+        const CVec3 found{towards(0), towards(1), towards(2)}, wanted = eye - point;
+        EXPECT_NEAR(Dot(found, wanted) / (Length(found) * Length(wanted)), 1, 1e-6);
     }
 }
 
@@ -49,6 +60,7 @@ TEST(FrameViewTest, ParallelViewHasADirectionInsteadOfAnEye) {
     const CFrameView view = CFrameView::FromMatrices(projection, {});
     EXPECT_FALSE(view.perspective);
     EXPECT_EQ(view.viewer, (std::array<float, 4>{0, 0, 1, 0}));
+    EXPECT_EQ(view.PixelToViewer({0, 0, 9, 9}), (std::array<float, 9>{0, 0, 0, 0, 0, 0, 0, 0, 1}));
 }
 
 struct CBoxCase {
