@@ -14,12 +14,14 @@ function(orbivue_find_wx target)
   target_compile_definitions(${target} INTERFACE ${wxWidgets_DEFINITIONS})
   target_link_libraries(${target} INTERFACE ${wxWidgets_LIBRARIES})
 endfunction()
+# orbivue_wxbase: what needs neither pictures nor windows. Only sources may include it.
+orbivue_find_wx(orbivue_wxbase base)
 # orbivue_wximage: wxBase and wxImage, which need no display. Only sources may include them.
 orbivue_find_wx(orbivue_wximage core base)
 if(ORBIVUE_GUI)
   find_package(OpenGL REQUIRED COMPONENTS OpenGL GLX)
   # orbivue_wx: windows. Only ..._ui targets and src/app link it.
-  orbivue_find_wx(orbivue_wx gl core base)
+  orbivue_find_wx(orbivue_wx aui gl core base)
 endif()
 
 if(ORBIVUE_TESTS)

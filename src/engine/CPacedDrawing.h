@@ -8,9 +8,9 @@ struct CGlCapabilities;
 struct __GLsync;
 
 /**
- * Hands a software renderer its work in portions. Left alone it keeps every triangle of a frame, with all that
- * a pixel of it needs, and starts on the pixels late; in portions it draws the pixels of one while the next is
- * set up, and stores two. On other renderers it does nothing. Lives for one frame.
+ * Hands a software renderer its work in portions. Left alone it keeps every triangle of a frame, with all
+ * that a pixel of it needs, and starts on the pixels late; in portions it draws the pixels of one while the
+ * next is set up, and stores two. On other renderers it does nothing. Lives for one frame.
  */
 class CPacedDrawing {
   public:

@@ -4,9 +4,9 @@
 #include <wx/intl.h>
 #include <wx/utils.h>
 
-#include "app/CSettings.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
+#include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 
 CPlainFrame::CPlainFrame(const wxString& title)

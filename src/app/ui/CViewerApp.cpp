@@ -11,12 +11,12 @@
 #include <memory>
 #include <vector>
 
-#include "app/CSettings.h"
 #include "app/command_line.h"
 #include "app/ui/CPlainFrame.h"
 #include "platform/file_util_ex.h"
 #include "platform/process_memory.h"
 #include "platform/std_file_paths.h"
+#include "settings/CSettings.h"
 
 wxIMPLEMENT_APP(CViewerApp);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/CSettings.h"
+#include "settings/CSettings.h"
 
 #include <algorithm>
 #include <array>

@@ -4,10 +4,10 @@
 #include <cstdlib>
 #include <functional>
 
-#include "app/CSettings.h"
-#include "app/CSettingsGuard.h"
 #include "platform/CLocalRegStore.h"
 #include "platform/CTestFolder.h"
+#include "settings/CSettings.h"
+#include "settings/CSettingsGuard.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/CSettings.h"
+#include "settings/CSettings.h"
 
 /** For tests: gives the process's settings their defaults, and at the end the values that they had. */
 class CSettingsGuard {

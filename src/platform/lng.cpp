@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include "platform/lng.h"
+
+#include <wx/log.h>
+#include <wx/translation.h>
+
+#include "platform/file_util_ex.h"
+#include "platform/std_file_paths.h"
+
+namespace lng_util_internal {
+
+void SetDomain(CLanguageDomain& domain, std::string_view catalogue) {
+    domain.catalogue = catalogue;
+}
+
+std::wstring DoGetResourceString(const char* englishText, const CLanguageDomain& domain) {
+    const wxTranslations* translations = wxTranslations::Get();
+    const wxString english = wxString::FromUTF8(englishText);
+    const wxString* found =
+        translations == nullptr || domain.catalogue.empty()
+            ? nullptr
+            : translations->GetTranslatedString(english, wxString::FromUTF8(domain.catalogue.c_str()));
+    return found == nullptr ? english.ToStdWstring() : found->ToStdWstring();
+}
+
+}  // namespace lng_util_internal
+
+namespace lng {
+
+CLanguageDomain& Domain() {
+    static CLanguageDomain domain;
+    return domain;
+}
+
+void SetLanguage(std::wstring_view code) {
+    const wxLogNull quiet;  // a missing catalogue means English
+    auto* translations = new wxTranslations;
+    wxTranslations::Set(translations);  // which owns it from now on
+    wxFileTranslationsLoader::AddCatalogLookupPathPrefix(
+        wxString::FromUTF8(std_file_paths::GetDataPath("languages").c_str()));
+    translations->SetLanguage(wxString(code.data(), code.size()));
+    translations->AddCatalog(wxString::FromUTF8(Domain().catalogue.c_str()));
+    translations->AddStdCatalog();  // the toolkit's own texts
+}
+
+std::wstring Text(const char* englishText) {
+    return lng_util_internal::DoGetResourceString(englishText, Domain());
+}
+
+std::wstring Text(const char* englishText, std::wstring_view value) {
+    std::wstring text = Text(englishText);
+    const std::size_t at = text.find(L"%s");
+    if (at != std::wstring::npos) text.replace(at, 2, value);
+    return text;
+}
+
+std::wstring ConvertFromUTF8(std::string_view text) {
+    return file_util_ex::ConvertFromUTF8W(text);
+}
+
+}  // namespace lng
