@@ -9,15 +9,18 @@
 #include "engine/CSceneRenderer.h"
 #include "engine/CViewCamera.h"
 #include "engine/overlays.h"
+#include "model/CLib3dsMatUtil.h"
 #include "model/CPreparedScene.h"
 #include "model/CScene.h"
 #include "model/CSceneEdits.h"
+#include "model/load_scene.h"
 
 /** What C3dsDisplayWrap holds; private to its sources. */
 struct C3dsDisplayWrap::CState {
     enum class EGpu { Nothing, NeedsUpload, NeedsRefresh, Ready };
 
     std::optional<CScene> scene;
+    CTexturesOfScene textures;           ///< refers to scene
     CPreparedScene prepared;             ///< ask Fresh() for it
     std::unique_ptr<CSceneEdits> edits;  ///< refers to scene; made by the first edit
     float frame = 0;
@@ -36,8 +39,7 @@ struct C3dsDisplayWrap::CState {
     C2DRect preview{0, 0, 640, 480};
     float rotX = 0, rotY = 0, rotZ = 0;
 
-    /** Shows a scene that was read in readMs. */
-    void Show(CScene opened, double milliseconds);
+    void Show(CLoadedScene loaded);
     /** The prepared scene, prepared anew when edits made it out of date. A scene must be open. */
     CPreparedScene& Fresh();
     /** Evaluates nodes at the current frame; the file's camera in use moves along. */

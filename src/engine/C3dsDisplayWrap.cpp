@@ -2,7 +2,6 @@
 #include "engine/C3dsDisplayWrap.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstring>
 #include <exception>
@@ -13,22 +12,13 @@
 #include "engine/CGlCurrent.h"
 #include "engine/framing.h"
 #include "model/CSceneReader.h"
+#include "model/load_scene.h"
 #include "model/prepare_scene.h"
 #include "model/write_scene.h"
 #include "platform/file_util_ex.h"
 #include "platform/process_memory.h"
 
 namespace {
-
-class CStopwatch {
-  public:
-    [[nodiscard]] double Ms() const {
-        return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - m_start).count();
-    }
-
-  private:
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
-};
 
 std::string Utf8(const wchar_t* path) {
     return path == nullptr ? std::string() : file_util_ex::ConvertToUTF8(path);
@@ -41,14 +31,12 @@ bool SameBytes(const std::vector<T>& a, const std::vector<T>& b) {
 
 }  // namespace
 
-void C3dsDisplayWrap::CState::Show(CScene opened, double milliseconds) {
-    const CStopwatch watch;
-    CPreparedScene made = PrepareScene(opened);
-    if (viewingOnly) opened.DropArrays();
-    scene.emplace(std::move(opened));
-    prepared = std::move(made);
-    prepareMs = watch.Ms();
-    readMs = milliseconds;
+void C3dsDisplayWrap::CState::Show(CLoadedScene loaded) {
+    if (viewingOnly) loaded.scene.DropArrays();
+    scene.emplace(std::move(loaded.scene));
+    prepared = std::move(loaded.prepared);
+    readMs = loaded.readMs;
+    prepareMs = loaded.prepareMs;
     frame = prepared.currentFrame;
     gpu = EGpu::NeedsUpload;
     SetPreset(ECameraPreset::Iso);
@@ -108,26 +96,24 @@ void C3dsDisplayWrap::UpdateModelOnZoom() {}
 
 bool C3dsDisplayWrap::OpenModel(const wchar_t* path) {
     CloseModel();
-    try {
-        const CStopwatch watch;
-        CResult<CScene> read = CSceneReader::ReadFile(Utf8(path));
-        if (!read) return m_state->Fail(read.Error());
-        m_state->Show(std::move(read).Value(), watch.Ms());
-        return true;
-    } catch (const std::exception&) {
-        return m_state->Fail({EErrorCode::TooLarge, "not enough memory to open it", Utf8(path)});
-    }
+    return OpenLoaded(LoadScene(Utf8(path)));
 }
 
-bool C3dsDisplayWrap::OpenModelStruct(Lib3dsFile* file) {
+bool C3dsDisplayWrap::OpenLoaded(CResult<CLoadedScene> loaded) {
+    CloseModel();
+    if (!loaded) return m_state->Fail(loaded.Error());
+    m_state->Show(std::move(loaded).Value());
+    return true;
+}
+
+bool C3dsDisplayWrap::OpenModelStruct(Lib3dsFile* file, CTextureLocator textures) {
     CLib3dsFilePtr owned(file);
     CloseModel();
     if (!owned) return m_state->Fail({EErrorCode::BadArgument, "there is no scene", {}});
     try {
-        const CStopwatch watch;
         CScene scene = CScene::Adopt(std::move(owned));
-        m_state->Show(std::move(scene), watch.Ms());
-        return true;
+        scene.SetTextures(std::move(textures));
+        return OpenLoaded(LoadScene(std::move(scene)));
     } catch (const std::exception&) {
         return m_state->Fail({EErrorCode::TooLarge, "not enough memory to show it", {}});
     }
@@ -137,13 +123,11 @@ bool C3dsDisplayWrap::OpenBufferModel(const char* data, long size, const CImageD
     CloseModel();
     if (data == nullptr || size <= 0) return m_state->Fail({EErrorCode::BadFormat, "the model is empty", {}});
     try {
-        const CStopwatch watch;
         const auto* bytes = reinterpret_cast<const std::byte*>(data);
         CResult<CScene> read =
             CSceneReader::ReadBytes({bytes, bytes + size}, CTextureLocator::InMemory(textures));
         if (!read) return m_state->Fail(read.Error());
-        m_state->Show(std::move(read).Value(), watch.Ms());
-        return true;
+        return OpenLoaded(LoadScene(std::move(read).Value()));
     } catch (const std::exception&) {
         return m_state->Fail({EErrorCode::TooLarge, "not enough memory to open it", {}});
     }
@@ -157,6 +141,7 @@ void C3dsDisplayWrap::CloseModel() {
     m_state->gpu = CState::EGpu::Nothing;
     m_state->edits.reset();
     m_state->prepared = {};
+    m_state->textures = {};
     if (!m_state->scene) return;
     m_state->scene.reset();
     process_memory::GiveFreedBlocksBack();
@@ -171,7 +156,9 @@ bool C3dsDisplayWrap::SaveAs(const wchar_t* path) {
 Lib3dsFile* C3dsDisplayWrap::Get3dsFile() {
     if (!m_state->scene || m_state->viewingOnly) return nullptr;
     try {
-        return m_state->scene->File();
+        Lib3dsFile* file = m_state->scene->File();
+        m_state->textures = CTexturesOfScene(file, m_state->scene->Textures());
+        return file;
     } catch (const std::bad_alloc&) {
         (void)m_state->Fail({EErrorCode::TooLarge, "not enough memory for the whole scene", {}});
         return nullptr;

@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "model/CTextureLocator.h"
 #include "platform/C2DRect.h"
+#include "platform/CImage.h"
 #include "platform/CResult.h"
 
 struct Lib3dsFile;
 class CScene;
+struct CLoadedScene;
 struct CPreparedScene;
+struct CViewPose;
 
 /** The wide string class used across the application's interfaces. */
 template <class T>
@@ -42,8 +46,10 @@ class C3dsDisplayWrap {
     // --- scene life -------------------------------------------------------------------------------------
     [[nodiscard]] bool OpenModel(const wchar_t* path);
     /** Takes ownership of the scene, also when it fails. */
-    [[nodiscard]] bool OpenModelStruct(Lib3dsFile* file);
+    [[nodiscard]] bool OpenModelStruct(Lib3dsFile* file, CTextureLocator textures = {});
     [[nodiscard]] bool OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures);
+    /** Shows what LoadScene gave, on another thread perhaps; a failure is a failed open. */
+    [[nodiscard]] bool OpenLoaded(CResult<CLoadedScene> loaded);
     void CloseModel();
     [[nodiscard]] bool SaveAs(const wchar_t* path);
     /** The scene with all edits, owned by the engine; null when none is open. */
@@ -75,6 +81,9 @@ class C3dsDisplayWrap {
     /** Goes one frame on, from the last one back to the first. Draws nothing itself, as only the caller knows
      * how the view is turned: who gets true repaints. False when nothing is animated. */
     bool DrawAnimations();
+    /** What draw draws, as a picture in memory of the preview's size instead of in the window, with four
+     * samples a pixel where the context has them. The window's own picture stays. */
+    [[nodiscard]] CResult<CImage> TakePicture(const std::function<void()>& draw);
     void SetPreviewSize(const C2DRect& rect);
     [[nodiscard]] const C2DRect& GetPreviewSize() const;
     /** Turns by dx degrees more about the scene's vertical (Z) and by dy about its horizontal (X) axis, see
@@ -106,6 +115,10 @@ class C3dsDisplayWrap {
      * named. */
     [[nodiscard]] bool SetFileCameraModel(const std::string& name);
     [[nodiscard]] std::vector<std::string> GetFileCameraNames() const;
+    /** The camera, the rotation angles and the frame; SetPose puts them back, for the same file read again.
+     */
+    [[nodiscard]] CViewPose GetPose() const;
+    void SetPose(const CViewPose& pose);
     [[nodiscard]] float GetXOrg() const;
     [[nodiscard]] float GetYOrg() const;
     [[nodiscard]] float GetZOrg() const;

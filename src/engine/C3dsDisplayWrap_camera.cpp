@@ -3,6 +3,8 @@
 #include <cmath>
 
 #include "engine/C3dsDisplayState.h"
+#include "engine/CViewPose.h"
+#include "engine/framing.h"
 #include "model/rotation_of_angles.h"
 
 void C3dsDisplayWrap::SetPreviewSize(const C2DRect& rect) {
@@ -63,6 +65,20 @@ std::vector<std::string> C3dsDisplayWrap::GetFileCameraNames() const {
     if (!m_state->scene) return names;
     for (const CPreparedCamera& camera : m_state->Fresh().cameras) names.push_back(camera.name);
     return names;
+}
+
+CViewPose C3dsDisplayWrap::GetPose() const {
+    return {m_state->camera, m_state->rotX, m_state->rotY, m_state->rotZ, m_state->frame};
+}
+
+void C3dsDisplayWrap::SetPose(const CViewPose& pose) {
+    m_state->camera = pose.camera;
+    if (m_state->scene) m_state->camera.SetModel(FramingSphere(m_state->Fresh()));
+    SetPreviewSize(m_state->preview);  // it may have changed since
+    m_state->rotX = pose.rotX;
+    m_state->rotY = pose.rotY;
+    m_state->rotZ = pose.rotZ;
+    SetFrame(pose.frame);
 }
 
 float C3dsDisplayWrap::GetXOrg() const {

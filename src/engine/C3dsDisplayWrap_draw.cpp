@@ -3,7 +3,9 @@
 #include <cmath>
 
 #include "engine/C3dsDisplayState.h"
+#include "engine/CGlCapabilities.h"
 #include "engine/CGlCurrent.h"
+#include "engine/CPictureTarget.h"
 #include "engine/gl_api.h"
 #include "model/rotation_of_angles.h"
 
@@ -167,6 +169,21 @@ void C3dsDisplayWrap::PaintModel() {
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     DrawModel(GL_RENDER);
+}
+
+CResult<CImage> C3dsDisplayWrap::TakePicture(const std::function<void()>& draw) {
+    CGlCurrent gl;
+    const CGlCapabilities can = CGlCapabilities::Query(gl);
+    if (!can.framebuffers) return CError{EErrorCode::NoGraphics, "OpenGL is too old to draw into memory", ""};
+    constexpr int kSamples = 4;
+    CResult<CPictureTarget> target =
+        CPictureTarget::Create(gl, Pixels(m_state->preview.right - m_state->preview.left),
+                               Pixels(m_state->preview.bottom - m_state->preview.top), kSamples);
+    if (!target) return target.Error();
+    draw();
+    CResult<CImage> picture = target.Value().ReadPixels(gl);
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    return picture;
 }
 
 void C3dsDisplayWrap::SetBkColors(float r, float g, float b) {

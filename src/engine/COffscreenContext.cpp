@@ -4,15 +4,13 @@
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
 
-#include <algorithm>
 #include <array>
-#include <new>
 #include <string_view>
 #include <utility>
 
 #include "engine/CGlCapabilities.h"
 #include "engine/CGlCurrent.h"
-#include "engine/CGlFramebuffer.h"
+#include "engine/CPictureTarget.h"
 #include "engine/gl_api.h"
 
 namespace {
@@ -72,16 +70,6 @@ EGLConfig FindConfig(EGLDisplay display) {
     return nullptr;
 }
 
-void FlipRows(CImage& image) {
-    const std::size_t row = static_cast<std::size_t>(image.width) * 4;
-    for (std::size_t top = 0, bottom = static_cast<std::size_t>(image.height); top + 1 < bottom; ++top) {
-        --bottom;
-        std::swap_ranges(image.rgba.begin() + static_cast<std::ptrdiff_t>(top * row),
-                         image.rgba.begin() + static_cast<std::ptrdiff_t>((top + 1) * row),
-                         image.rgba.begin() + static_cast<std::ptrdiff_t>(bottom * row));
-    }
-}
-
 }  // namespace
 
 struct COffscreenContext::CState {
@@ -89,8 +77,7 @@ struct COffscreenContext::CState {
     EGLContext context = EGL_NO_CONTEXT;
     EGLSurface surface = EGL_NO_SURFACE;
     CGlCurrent current;
-    CGlFramebuffer target;
-    CGlFramebuffer resolved;  ///< empty without samples
+    CPictureTarget target;
     std::string renderer;
 
     CState() = default;
@@ -101,14 +88,13 @@ struct COffscreenContext::CState {
         return eglGetCurrentContext() == context || eglMakeCurrent(display, surface, surface, context);
     }
     [[nodiscard]] CStatus Open();
-    [[nodiscard]] CStatus MakeTargets(int width, int height, int samples);
+    [[nodiscard]] CStatus MakeTarget(int width, int height, int samples);
 };
 
 COffscreenContext::CState::~CState() {
     if (context == EGL_NO_CONTEXT) return;
     if (MakeCurrent()) {
         target = {};
-        resolved = {};
         eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     }
     eglDestroyContext(display, context);
@@ -138,19 +124,10 @@ CStatus COffscreenContext::CState::Open() {
     return CDone{};
 }
 
-CStatus COffscreenContext::CState::MakeTargets(int width, int height, int samples) {
-    CResult<CGlFramebuffer> drawn = CGlFramebuffer::Create(current, width, height, samples);
-    if (!drawn) return drawn.Error();
-    CGlFramebuffer plain;
-    if (drawn.Value().Samples() > 0) {
-        CResult<CGlFramebuffer> made = CGlFramebuffer::Create(current, width, height, 0);
-        if (!made) return made.Error();
-        plain = std::move(made).Value();
-    }
-    target = std::move(drawn).Value();
-    resolved = std::move(plain);
-    target.Bind(current);
-    glViewport(0, 0, width, height);
+CStatus COffscreenContext::CState::MakeTarget(int width, int height, int samples) {
+    CResult<CPictureTarget> made = CPictureTarget::Create(current, width, height, samples);
+    if (!made) return made.Error();
+    target = std::move(made).Value();
     return CDone{};
 }
 
@@ -162,7 +139,7 @@ COffscreenContext::~COffscreenContext() = default;
 CResult<COffscreenContext> COffscreenContext::Create(int width, int height, int samples) {
     auto state = std::make_unique<CState>();
     if (CStatus opened = state->Open(); !opened) return opened.Error();
-    if (CStatus made = state->MakeTargets(width, height, samples); !made) return made.Error();
+    if (CStatus made = state->MakeTarget(width, height, samples); !made) return made.Error();
     return COffscreenContext(std::move(state));
 }
 
@@ -170,33 +147,18 @@ CGlCurrent& COffscreenContext::MakeCurrent() {
     // It was current in Open; a later failure means that the thread holds a context of a window.
     (void)m_state->MakeCurrent();
     m_state->target.Bind(m_state->current);
-    glViewport(0, 0, Width(), Height());
     return m_state->current;
 }
 
 CStatus COffscreenContext::Resize(int width, int height, int samples) {
     MakeCurrent();
-    CStatus made = m_state->MakeTargets(width, height, samples);
+    CStatus made = m_state->MakeTarget(width, height, samples);
     MakeCurrent();
     return made;
 }
 
 CResult<CImage> COffscreenContext::ReadPixels() {
-    CGlCurrent& gl = MakeCurrent();
-    CImage image{Width(), Height(), {}};
-    try {
-        image.rgba.resize(static_cast<std::size_t>(Width()) * static_cast<std::size_t>(Height()) * 4);
-    } catch (const std::bad_alloc&) {
-        return CError{EErrorCode::TooLarge, "There is not enough memory for the picture", ""};
-    }
-    if (Samples() > 0) m_state->target.ResolveTo(gl, m_state->resolved);
-    glPixelStorei(GL_PACK_ALIGNMENT, 4);
-    glReadPixels(0, 0, image.width, image.height, GL_RGBA, GL_UNSIGNED_BYTE, image.rgba.data());
-    const bool failed = glGetError() == GL_OUT_OF_MEMORY;
-    m_state->target.Bind(gl);
-    if (failed) return NoContext("The graphics system has not enough memory for the picture");
-    FlipRows(image);
-    return image;
+    return m_state->target.ReadPixels(MakeCurrent());
 }
 
 int COffscreenContext::Width() const {

@@ -43,15 +43,18 @@ std::string NameFor(const std::string& reference, const std::string& foundAt) {
 
 }  // namespace
 
+std::array<Lib3dsTextureMap*, 16> CLib3dsMatUtil::MapsOf(Lib3dsMaterial& m) {
+    return {&m.texture1_map,   &m.texture1_mask,   &m.texture2_map,   &m.texture2_mask,
+            &m.opacity_map,    &m.opacity_mask,    &m.bump_map,       &m.bump_mask,
+            &m.specular_map,   &m.specular_mask,   &m.shininess_map,  &m.shininess_mask,
+            &m.self_illum_map, &m.self_illum_mask, &m.reflection_map, &m.reflection_mask};
+}
+
 std::vector<std::string> CLib3dsMatUtil::MapNames(const Lib3dsFile& file) {
     std::vector<std::string> names;
     std::unordered_set<std::string> keys;
-    for (const Lib3dsMaterial* m = file.materials; m; m = m->next) {
-        for (const Lib3dsTextureMap* map :
-             {&m->texture1_map, &m->texture1_mask, &m->texture2_map, &m->texture2_mask, &m->opacity_map,
-              &m->opacity_mask, &m->bump_map, &m->bump_mask, &m->specular_map, &m->specular_mask,
-              &m->shininess_map, &m->shininess_mask, &m->self_illum_map, &m->self_illum_mask,
-              &m->reflection_map, &m->reflection_mask}) {
+    for (Lib3dsMaterial* m = file.materials; m; m = m->next) {
+        for (const Lib3dsTextureMap* map : MapsOf(*m)) {
             const std::string name(map->name, strnlen(map->name, sizeof map->name));
             if (!name.empty() && keys.insert(texture_name::FoldKey(name)).second) names.push_back(name);
         }

@@ -1,16 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
 #include "model/CTextureLocator.h"
 
 struct Lib3dsFile;
+struct Lib3dsMaterial;
+struct Lib3dsTextureMap;
 
 /** What can be told from the materials of a scene. */
 class CLib3dsMatUtil {
   public:
+    /** All maps of a material, each with its mask behind it. */
+    [[nodiscard]] static std::array<Lib3dsTextureMap*, 16> MapsOf(Lib3dsMaterial& material);
     /** The picture names in all maps and masks of all materials, as the file has them, each once in any
      * letter case. */
     [[nodiscard]] static std::vector<std::string> MapNames(const Lib3dsFile& file);

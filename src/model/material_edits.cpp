@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "model/CLib3dsMatUtil.h"
 #include "model/CScene.h"
 #include "model/lib3ds_copies.h"
 #include "platform/file_util_ex.h"
@@ -18,14 +19,6 @@ namespace material_edits {
 namespace {
 
 constexpr std::uint64_t kMaxTextureBytes = 512ULL << 20;
-
-constexpr std::array kMaps{
-    &Lib3dsMaterial::texture1_map,   &Lib3dsMaterial::texture1_mask,   &Lib3dsMaterial::texture2_map,
-    &Lib3dsMaterial::texture2_mask,  &Lib3dsMaterial::opacity_map,     &Lib3dsMaterial::opacity_mask,
-    &Lib3dsMaterial::bump_map,       &Lib3dsMaterial::bump_mask,       &Lib3dsMaterial::specular_map,
-    &Lib3dsMaterial::specular_mask,  &Lib3dsMaterial::shininess_map,   &Lib3dsMaterial::shininess_mask,
-    &Lib3dsMaterial::self_illum_map, &Lib3dsMaterial::self_illum_mask, &Lib3dsMaterial::reflection_map,
-    &Lib3dsMaterial::reflection_mask};
 
 float Clamped(float value) {
     return std::clamp(value, 0.0f, 1.0f);
@@ -36,9 +29,9 @@ float Brightness(const float (&color)[4]) {
 }
 
 bool SceneNames(const CScene& scene, std::string_view name) {
-    for (const Lib3dsMaterial* m = scene.Header()->materials; m != nullptr; m = m->next) {
-        for (const auto map : kMaps) {
-            if (name == (m->*map).name) return true;
+    for (Lib3dsMaterial* m = scene.Header()->materials; m != nullptr; m = m->next) {
+        for (const Lib3dsTextureMap* map : CLib3dsMatUtil::MapsOf(*m)) {
+            if (name == map->name) return true;
         }
     }
     return false;
@@ -124,8 +117,8 @@ CResult<std::string> AddTextureFile(CScene& scene, std::string_view path) {
 }
 
 void AdoptTextures(CScene& scene, const CScene& from, Lib3dsMaterial& material) {
-    for (const auto map : kMaps) {
-        auto& name = (material.*map).name;
+    for (Lib3dsTextureMap* map : CLib3dsMatUtil::MapsOf(material)) {
+        auto& name = map->name;
         if (name[0] == '\0') continue;
         const auto hit = from.Textures().Find(name);
         if (!hit) continue;

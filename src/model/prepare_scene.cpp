@@ -21,17 +21,18 @@ bool HasAnyMap(const CPreparedMaterial& m) {
            m.bump.HasEffect();
 }
 
-void PrepareMeshes(const CScene& scene, unsigned threads, CPreparedScene& prepared) {
+void PrepareMeshes(const CScene& scene, const CPrepareOptions& options, CPreparedScene& prepared) {
     const auto defaultMaterial = static_cast<std::uint32_t>(prepared.materials.size() - 1);
     std::vector<bool> mapped;
     for (const CPreparedMaterial& material : prepared.materials) mapped.push_back(HasAnyMap(material));
     const std::vector<CMeshView>& views = scene.Meshes();
     prepared.meshes.resize(views.size());
-    ParallelFor(views.size(), threads, [&](std::size_t i) {
+    ParallelFor(views.size(), options.threads, [&](std::size_t i) {
         const auto usesMap = [&](std::uint16_t m) { return m != CMeshView::kNoMaterial && mapped[m]; };
         const auto& used = views[i].faceMaterials;
         prepared.meshes[i] =
             PrepareMesh(views[i], defaultMaterial, std::any_of(used.begin(), used.end(), usesMap));
+        if (options.meshesDone) ++*options.meshesDone;
     });
     for (const CMeshView& view : views) prepared.vertexCount += view.pointCount;
 }
@@ -122,7 +123,7 @@ CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options)
     prepared.backgroundColor = {file.background.solid.col[0], file.background.solid.col[1],
                                 file.background.solid.col[2]};
     PrepareMaterials(scene, prepared);
-    PrepareMeshes(scene, options.threads, prepared);
+    PrepareMeshes(scene, options, prepared);
     if (options.loadTextures) {
         LoadTextures(scene, options.threads, prepared);
         ReplaceBlackWithoutPicture(prepared);

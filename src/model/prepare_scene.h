@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <atomic>
+
 #include "model/CPreparedScene.h"
 
 class CScene;
 
 struct CPrepareOptions {
-    unsigned threads = 0;      ///< 0: one for each core
-    bool loadTextures = true;  ///< false leaves CPreparedTexture::image empty
+    unsigned threads = 0;                         ///< 0: one for each core
+    bool loadTextures = true;                     ///< false leaves CPreparedTexture::image empty
+    std::atomic<unsigned>* meshesDone = nullptr;  ///< counted up, from any thread
 };
 
 /**

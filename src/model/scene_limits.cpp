@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "model/CLib3dsMatUtil.h"
+
 namespace {
 constexpr float kMaxCoordinate = 1e15f;
 
@@ -48,14 +50,7 @@ void ClampMaterial(Lib3dsMaterial& material, CNoteList& notes) {
         *share = InRange(*share, 0, 1);
     }
     material.wire_size = InRange(material.wire_size, 0, 100);
-    for (Lib3dsTextureMap* map :
-         {&material.texture1_map, &material.texture1_mask, &material.texture2_map, &material.texture2_mask,
-          &material.opacity_map, &material.opacity_mask, &material.bump_map, &material.bump_mask,
-          &material.specular_map, &material.specular_mask, &material.shininess_map, &material.shininess_mask,
-          &material.self_illum_map, &material.self_illum_mask, &material.reflection_map,
-          &material.reflection_mask}) {
-        ClampMap(*map);
-    }
+    for (Lib3dsTextureMap* map : CLib3dsMatUtil::MapsOf(material)) ClampMap(*map);
 }
 
 void ClampLight(Lib3dsLight& light) {

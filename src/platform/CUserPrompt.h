@@ -5,9 +5,9 @@
 #include <string>
 
 /**
- * How code without windows speaks to the user: messages, questions and the wait cursor. The window layer installs
- * one at the start; tests install their own and see what would have been asked. Texts are translated already.
- * Thread of the windows only.
+ * How code without windows speaks to the user: messages, questions and the wait cursor. The window layer
+ * installs one at the start; tests install their own and see what would have been asked. Texts are translated
+ * already. Thread of the windows only.
  */
 class CUserPrompt {
   public:

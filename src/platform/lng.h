@@ -5,8 +5,8 @@
 #include <string_view>
 
 /**
- * The texts that people see: each is an English literal at its point of use, looked up in the catalogue of the
- * language in force (gettext's .mo files). scripts/update_languages collects the literals.
+ * The texts that people see: each is an English literal at its point of use, looked up in the catalogue of
+ * the language in force (gettext's .mo files). scripts/update_languages collects the literals.
  */
 
 /** The catalogue that texts are looked up in. */
@@ -18,8 +18,8 @@ namespace lng_util_internal {
 
 /** Binds a domain to a catalogue by name. */
 void SetDomain(CLanguageDomain& domain, std::string_view catalogue);
-/** The text in the language in force; the English one (UTF-8) itself where the catalogue has none. Thread of the
- * windows only. */
+/** The text in the language in force; the English one (UTF-8) itself where the catalogue has none. Thread of
+ * the windows only. */
 [[nodiscard]] std::wstring DoGetResourceString(const char* englishText, const CLanguageDomain& domain);
 
 }  // namespace lng_util_internal
@@ -29,8 +29,9 @@ namespace lng {
 /** The program's domain; made at the first call, and it lives until the end. */
 [[nodiscard]] CLanguageDomain& Domain();
 /**
- * Chooses the language of all texts looked up from now on, once per run: a code such as "de" or "pt_BR". "en" and
- * codes without a catalogue give English. Catalogues are "languages/CODE/CATALOGUE.mo" in the program's data.
+ * Chooses the language of all texts looked up from now on, once per run: a code such as "de" or "pt_BR". "en"
+ * and codes without a catalogue give English. Catalogues are "languages/CODE/CATALOGUE.mo" in the program's
+ * data.
  */
 void SetLanguage(std::wstring_view code);
 /** DoGetResourceString in the program's domain. */

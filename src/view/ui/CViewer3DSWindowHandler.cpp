@@ -3,19 +3,27 @@
 
 #include <GL/gl.h>
 #include <wx/cursor.h>
+#include <wx/stopwatch.h>
 #include <wx/utils.h>
 #include <wx/window.h>
 
 #include <array>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
+#include "engine/CViewPose.h"
 #include "model/CScene.h"
+#include "model/lib3ds_util.h"
+#include "model/load_scene.h"
 #include "platform/file_util_ex.h"
 #include "view/CKeyDownListener.h"
 #include "view/pick_records.h"
+#include "view/save_scene.h"
+#include "view/ui/run_beside_windows.h"
+#include "view/ui/view_hint.h"
 
 namespace {
 
@@ -63,12 +71,46 @@ void CViewer3DSWindowHandler::WhenReady(std::function<void()> work) {
 
 bool CViewer3DSWindowHandler::OpenModel(const wchar_t* path) {
     const std::wstring name = TextOrNothing(path);
-    return OpenNamed(name, [&] { return GetEngine().OpenModel(name.c_str()); });
+    return OpenNamed(name, [&] {
+        GetEngine().CloseModel();  // first, so that memory never holds two
+        CResult<CLoadedScene> loaded = LoadBesideWindows(name);
+        BeginWork();  // a window that was repainted meanwhile may have left another context
+        return GetEngine().OpenLoaded(std::move(loaded));
+    });
+}
+
+CResult<CLoadedScene> CViewer3DSWindowHandler::LoadBesideWindows(const std::wstring& path) {
+    CLoadProgress progress;
+    std::optional<CResult<CLoadedScene>> loaded;
+    const std::string utf8 = file_util_ex::ConvertToUTF8(path);
+    const wxStopWatch watch;
+    RunBesideWindows([&] { loaded.emplace(LoadScene(utf8, &progress)); },
+                     [&] {
+                         if (m_progressListener) m_progressListener(progress, watch.Time());
+                     });
+    return std::move(*loaded);
+}
+
+bool CViewer3DSWindowHandler::Reload() {
+    if (m_path.empty()) return false;
+    CResult<CLoadedScene> loaded = LoadBesideWindows(m_path);
+    if (!loaded) return false;
+    const CViewPose pose = GetEngine().GetPose();
+    BeginWork();
+    const bool opened = GetEngine().OpenLoaded(std::move(loaded));
+    GetEngine().SetPose(pose);
+    AfterSceneChange();
+    EndWork();
+    return opened;
 }
 
 bool CViewer3DSWindowHandler::OpenModelStruct(Lib3dsFile* scene, const wchar_t* name) {
     CLib3dsFilePtr owned(scene);
-    return OpenNamed(TextOrNothing(name), [&] { return GetEngine().OpenModelStruct(owned.release()); });
+    const std::wstring path = TextOrNothing(name);
+    return OpenNamed(path, [&] {
+        return GetEngine().OpenModelStruct(owned.release(),
+                                           CTextureLocator::BesideModel(file_util_ex::ConvertToUTF8(path)));
+    });
 }
 
 bool CViewer3DSWindowHandler::OpenNamed(const std::wstring& name, const std::function<bool()>& open) {
@@ -108,12 +150,36 @@ void CViewer3DSWindowHandler::CloseModel() {
 
 void CViewer3DSWindowHandler::AfterSceneChange() {
     if (!GetCanvas()) return;
+    m_playing = true;
     GetCanvas()->SetRotating(m_rotate && GetEngine().Prepared());
     GetCanvas()->OnModelOpened();
 }
 
 std::wstring CViewer3DSWindowHandler::GetFileName() const {
     return file_util_ex::GetFileName(m_path);
+}
+
+// --- saving ----------------------------------------------------------------------------------------------
+
+CStatus CViewer3DSWindowHandler::SaveToPath(const std::wstring& path) {
+    Lib3dsFile* scene = GetEngine().Get3dsFile();
+    if (!scene) return CError{EErrorCode::NotFound, "no model is open", {}};
+    lib3ds_util::change_textures_ext(scene, "jpg");
+    const CSceneWriter write = [this](std::string_view target) -> CStatus {
+        if (GetEngine().SaveAs(file_util_ex::ConvertFromUTF8W(target).c_str())) return CDone{};
+        return GetEngine().LastError();
+    };
+    const std::string target = file_util_ex::ConvertToUTF8(path);
+    if (file_util_ex::GetFileExt(target) != "zip") return write(target);
+    CResult<CImage> picture = TakePicture();
+    return SaveSceneZip(scene, write, picture ? picture.Value() : CImage{}, target);
+}
+
+CResult<CImage> CViewer3DSWindowHandler::TakePicture() {
+    BeginWork();
+    CResult<CImage> picture = GetEngine().TakePicture([this] { DrawFrame(GL_RENDER, -1, -1); });
+    EndWork();
+    return picture;
 }
 
 // --- how it is shown -------------------------------------------------------------------------------------
@@ -135,6 +201,24 @@ void CViewer3DSWindowHandler::SetBackCamera() {
 }
 void CViewer3DSWindowHandler::SetIsoCamera() {
     SetCamera(&C3dsDisplayWrap::SetIsoCameraModel);
+}
+
+bool CViewer3DSWindowHandler::SetFileCamera(const std::string& name) {
+    m_gestures.ResetTrackBall();
+    BeginWork();
+    const bool found = GetEngine().SetFileCameraModel(name);
+    EndWork();
+    return found;
+}
+
+void CViewer3DSWindowHandler::SetPlaying(bool playing) {
+    m_playing = playing;
+    if (playing && GetCanvas()) GetCanvas()->OnModelOpened();
+}
+
+void CViewer3DSWindowHandler::SetHint(CImage hint) {
+    m_hint = std::move(hint);
+    if (!GetEngine().Prepared()) Redraw();
 }
 
 void CViewer3DSWindowHandler::SetCamera(void (C3dsDisplayWrap::*preset)()) {
@@ -189,6 +273,7 @@ const char* CViewer3DSWindowHandler::PickNode(int x, int y) {
 
 void CViewer3DSWindowHandler::OnPaint() {
     DrawFrame(GL_RENDER, -1, -1);
+    if (!GetEngine().Prepared()) DrawViewHint(m_hint);
     // Not from inside a paint: the work may take long, and the empty frame is to be seen meanwhile.
     if (m_whenReady) CallAfter([work = std::exchange(m_whenReady, nullptr)] { work(); });
 }
@@ -215,6 +300,13 @@ void CViewer3DSWindowHandler::OnWheel(int rotation) {
 
 void CViewer3DSWindowHandler::OnKeyDown(int keyCode) {
     if (m_owner) m_owner->OnViewKeyDown(keyCode);
+}
+
+bool CViewer3DSWindowHandler::OnAnimationTick() {
+    if (!m_playing) return false;
+    const bool plays = C3DSWindowHandler::OnAnimationTick();
+    if (plays && m_frameListener) m_frameListener();
+    return plays;
 }
 
 void CViewer3DSWindowHandler::OnLongPress() {

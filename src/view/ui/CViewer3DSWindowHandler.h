@@ -9,13 +9,20 @@
 
 #include "engine/C3DSWindowHandler.h"
 #include "model/CTextureLocator.h"
+#include "platform/CImage.h"
+#include "platform/CResult.h"
 #include "view/CGestureTarget.h"
 #include "view/CViewGestures.h"
 #include "view/ui/CTrackBall.h"
 
 class CKeyDownListener;
 class wxWindow;
+struct CLoadProgress;
+struct CLoadedScene;
 struct Lib3dsFile;
+
+/** See CViewer3DSWindowHandler::SetProgressListener. */
+using CProgressListener = std::function<void(const CLoadProgress& progress, long elapsedMs)>;
 
 /**
  * The 3D view of the main window: owns the display engine and the OpenGL canvas, draws every frame, and
@@ -39,8 +46,12 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
 
     // --- opening -----------------------------------------------------------------------------------------
     /** Opening what is shown already is a success that does nothing. After a failure nothing is shown and the
-     *  current path is empty. */
+     *  current path is empty. Windows repaint while it is read, and input waits. */
     [[nodiscard]] bool OpenModel(const wchar_t* path);
+    /** Reads the file that is shown again; camera, rotation and frame stay. On failure all stays as it is. */
+    [[nodiscard]] bool Reload();
+    /** Hears how far an opening has come, with the milliseconds since it began, as long as it takes. */
+    void SetProgressListener(CProgressListener listener) { m_progressListener = std::move(listener); }
     /** As OpenModel, with a scene in memory, which it takes whatever the outcome. */
     [[nodiscard]] bool OpenModelStruct(Lib3dsFile* scene, const wchar_t* name);
     /** Opens the bytes of a file whatever is shown; after a failure the current path stays. */
@@ -52,6 +63,14 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
     [[nodiscard]] std::wstring GetFileName() const;
     [[nodiscard]] const std::wstring& GetPath() const { return m_path; }
 
+    // --- saving ------------------------------------------------------------------------------------------
+    /** Writes the scene with all edits: as a zip archive with its textures and a picture of the view where
+     * the path ends in ".zip" (in lower case), otherwise as 3DS. From then on the scene refers to its
+     * textures as JPEG files, whatever they were. */
+    [[nodiscard]] CStatus SaveToPath(const std::wstring& path);
+    /** What is seen, without the trackball's ball and the zoom box. */
+    [[nodiscard]] CResult<CImage> TakePicture();
+
     // --- how it is shown ---------------------------------------------------------------------------------
     void SetTopCamera();
     void SetLeftCamera();
@@ -59,6 +78,8 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
     void SetFrontCamera();
     void SetBackCamera();
     void SetIsoCamera();
+    /** Looks through a camera of the file. False when there is none so named. */
+    bool SetFileCamera(const std::string& name);
     /** Takes the trackball's rotation back, nothing else. */
     void ResetView();
     void SetWireframe(bool wireframe);
@@ -69,6 +90,12 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
     /** The model turns by itself while one is shown. */
     void SetRotate(bool rotate);
     [[nodiscard]] bool IsRotating() const { return m_rotate; }
+    /** Plays the scene's animation, or holds it. On at every opening. */
+    void SetPlaying(bool playing);
+    /** Shown in the middle while no model is; an empty one shows nothing. Sizes are framebuffer pixels. */
+    void SetHint(CImage hint);
+    /** Called after every frame of the animation that was played. */
+    void SetFrameListener(std::function<void()> listener) { m_frameListener = std::move(listener); }
     /** Has the canvas repainted, after a change of the engine that draws differently. */
     void Redraw();
 
@@ -85,6 +112,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
     void OnRightDown(int x, int y) override;
     void OnWheel(int rotation) override;
     void OnKeyDown(int keyCode) override;
+    bool OnAnimationTick() override;
 
   private:
     [[nodiscard]] int ViewHeight() const override;
@@ -100,6 +128,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
 
     [[nodiscard]] bool OpenNamed(const std::wstring& name, const std::function<bool()>& open);
     [[nodiscard]] bool Open(const std::function<bool()>& open);
+    [[nodiscard]] CResult<CLoadedScene> LoadBesideWindows(const std::wstring& path);
     void AfterSceneChange();
     void SetCamera(void (C3dsDisplayWrap::*preset)());
     void OnLongPress();
@@ -119,6 +148,10 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
     CTrackBall m_trackBall{true};
     CViewGestures m_gestures;
     std::function<void()> m_whenReady;
+    std::function<void()> m_frameListener;
+    CProgressListener m_progressListener;
+    bool m_playing = true;
+    CImage m_hint;
     EToolCursor m_cursor = EToolCursor::Standard;
     wxTimer m_longPressTimer;
 };

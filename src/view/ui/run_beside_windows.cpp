@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#include "view/ui/run_beside_windows.h"
+
+#include <wx/evtloop.h>
+
+#include <chrono>
+#include <future>
+
+void RunBesideWindows(const std::function<void()>& work, const std::function<void()>& tick) {
+    constexpr std::chrono::milliseconds kBetweenRepaints(30);
+    std::future<void> done = std::async(std::launch::async, work);
+    while (done.wait_for(kBetweenRepaints) != std::future_status::ready) {
+        if (tick) tick();
+        wxEventLoopBase* loop = wxEventLoopBase::GetActive();
+        if (loop && !loop->IsYielding()) loop->YieldFor(wxEVT_CATEGORY_UI);
+    }
+    done.get();
+}

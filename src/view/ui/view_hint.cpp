@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#include "view/ui/view_hint.h"
+
+#include <GL/gl.h>
+
+#include <array>
+
+#include "platform/CImage.h"
+#include "view/ui/CGlAttribGuard.h"
+
+void DrawViewHint(const CImage& hint) {
+    if (hint.width <= 0 || hint.height <= 0) return;
+    const CGlAttribGuard attributes;
+    std::array<int, 4> viewport{};
+    glGetIntegerv(GL_VIEWPORT, viewport.data());
+    const CGlMatrixGuard projection(GL_PROJECTION);
+    glLoadIdentity();
+    glOrtho(0, viewport[2], viewport[3], 0, -1, 1);
+    const CGlMatrixGuard modelView(GL_MODELVIEW);
+    glLoadIdentity();
+    glDisable(GL_DEPTH_TEST);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+    // A start outside of the view would draw nothing at all; so it starts inside and is moved there.
+    glRasterPos2i(0, 0);
+    glBitmap(0, 0, 0, 0, static_cast<float>((viewport[2] - hint.width) / 2),
+             -static_cast<float>((viewport[3] - hint.height) / 2), nullptr);
+    glPixelZoom(1, -1);
+    glDrawPixels(hint.width, hint.height, GL_RGBA, GL_UNSIGNED_BYTE, hint.rgba.data());
+}
