@@ -7,12 +7,14 @@ WHAT is programs, desktop or window. What only works in the build tree, or only 
 import json
 import os
 import shutil
+import struct
 import subprocess
 import sys
 import time
 from pathlib import Path
 
 SAMPLE = "share/orbivue/samples/orrery.3ds"
+ICON_SIZES = [16, 20, 24, 32, 48, 64]
 
 
 def run(*command, **options):
@@ -52,6 +54,20 @@ def check_programs(prefix, scratch):
         require("seeds" not in path.parts and path.name not in ("make_samples", "make_large"), f"{path} should not be installed")
 
 
+def pictures_in(icon):
+    """Width, height and bits per pixel, from the icon file's directory."""
+    data = icon.read_bytes()
+    count = struct.unpack_from("<HHH", data)[2]
+    entries = [struct.unpack_from("<4BHHII", data, 6 + 16 * i) for i in range(count)]
+    return [(width, height, bits) for width, height, _, _, _, bits, _, _ in entries]
+
+
+def check_icons(images):
+    require((images / "main.ico").is_file(), "the program's icon is not installed")
+    for icon in images.iterdir():
+        require(pictures_in(icon) == [(size, size, 32) for size in ICON_SIZES], f"{icon.name} lacks sizes or alpha")
+
+
 def check_desktop(prefix, _scratch):
     """What the desktop reads is valid and names things that are installed."""
     share = prefix / "share"
@@ -61,6 +77,7 @@ def check_desktop(prefix, _scratch):
     entries = dict(line.split("=", 1) for line in desktop.read_text().splitlines() if "=" in line)
     require((prefix / "bin" / entries["Exec"].split()[0]).is_file(), "the desktop file starts nothing that is installed")
     require(list((share / "icons").rglob(entries["Icon"] + ".svg")), "the desktop file's icon is not installed")
+    check_icons(share / "orbivue/images")
     run("update-mime-database", share / "mime")
     globs = (share / "mime/globs2").read_text()
     require("image/x-3ds:*.3ds" in globs, "the MIME type is not registered")
