@@ -2,9 +2,18 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+
+/** What -c is to read and to write. */
+struct CConversionPaths {
+    std::wstring input, output;
+};
+/** Of the parameters beside -c: one or two. With one the output is the input with the extension "pov".
+ * Nothing for any other number of them. */
+[[nodiscard]] std::optional<CConversionPaths> ConversionPathsOf(std::span<const std::wstring> parameters);
 
 /**
  * Puts a path together again that a shell split at its blanks: parameters are joined with one blank each

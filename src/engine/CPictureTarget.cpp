@@ -54,7 +54,8 @@ CResult<CImage> CPictureTarget::ReadPixels(CGlCurrent& gl) const {
     const bool failed = glGetError() == GL_OUT_OF_MEMORY;
     m_target.Bind(gl);
     if (failed) {
-        return CError{EErrorCode::NoGraphics, "The graphics system has not enough memory for the picture", ""};
+        return CError{EErrorCode::NoGraphics, "The graphics system has not enough memory for the picture",
+                      ""};
     }
     FlipRows(image);
     return image;

@@ -7,7 +7,8 @@
 
 class CGlCurrent;
 
-/** A picture in memory that OpenGL draws into, with as many samples as the context has. Move-only; empty by default. */
+/** A picture in memory that OpenGL draws into, with as many samples as the context has. Move-only; empty by
+ * default. */
 class CPictureTarget {
   public:
     /** samples: of one pixel, 0 or 1 for none. Leaves it bound, with a viewport of the whole picture. */

@@ -19,7 +19,8 @@ void change_textures_ext(Lib3dsFile* file, std::string_view ext) {
             const std::string name(map->name, strnlen(map->name, sizeof map->name));
             if (name.empty()) continue;
             const std::string renamed = file_util_ex::SetFileExt(name, ext);
-            if (renamed.size() < sizeof map->name) std::memcpy(map->name, renamed.c_str(), renamed.size() + 1);
+            if (renamed.size() < sizeof map->name)
+                std::memcpy(map->name, renamed.c_str(), renamed.size() + 1);
         }
     }
 }

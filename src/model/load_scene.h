@@ -24,8 +24,9 @@ struct CLoadedScene {
 };
 
 /**
- * Reads a scene as CSceneReader does, and prepares it; on all cores. path is UTF-8. Uses no OpenGL and no windows,
- * so any thread may do it. progress may be null. Whatever happens, running out of memory too, is in the result.
+ * Reads a scene as CSceneReader does, and prepares it; on all cores. path is UTF-8. Uses no OpenGL and no
+ * windows, so any thread may do it. progress may be null. Whatever happens, running out of memory too, is in
+ * the result.
  */
 [[nodiscard]] CResult<CLoadedScene> LoadScene(std::string_view path, CLoadProgress* progress = nullptr);
 /** Prepares a scene that somebody read. */

@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/CLocalRegStore.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <map>
 #include <optional>
 #include <utility>
 
@@ -15,6 +20,7 @@ namespace {
 struct CDefaultFile {
     std::unique_ptr<CIniFile> file = std::make_unique<CIniFile>();
     std::string path;
+    std::map<std::pair<std::string, std::string>, std::string> changes;  ///< section and key to value
 };
 
 CDefaultFile& Default() {
@@ -26,6 +32,31 @@ CIniFile* DefaultIni() {
     return Default().file.get();
 }
 
+/** What this process wrote, unless the file had it so. */
+bool SetDefault(std::string_view section, std::string_view key, const std::string& value) {
+    if (DefaultIni()->Get(section, key) == value) return true;
+    if (!DefaultIni()->Set(section, key, value)) return false;
+    Default().changes[{std::string(section), std::string(key)}] = value;
+    return true;
+}
+
+/** Lets one process at a time read, change and replace files of a folder. */
+class CFolderLock {
+  public:
+    explicit CFolderLock(const std::string& folder)
+        : m_folder(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+        if (m_folder >= 0) (void)flock(m_folder, LOCK_EX);  // without it only a rare race is left
+    }
+    CFolderLock(const CFolderLock&) = delete;
+    CFolderLock& operator=(const CFolderLock&) = delete;
+    ~CFolderLock() {
+        if (m_folder >= 0) close(m_folder);
+    }
+
+  private:
+    int m_folder;
+};
+
 std::optional<std::string> ValueOf(const CIniFile* ini, std::string_view section, std::string_view key) {
     return ini != nullptr ? ini->Get(section, key) : std::nullopt;
 }
@@ -34,11 +65,25 @@ std::optional<std::string> ValueOf(const CIniFile* ini, std::string_view section
 
 bool CLocalRegStore::Load(std::wstring_view path) {
     Default().path = ConvertToUTF8(path);
+    Default().changes.clear();
     return DefaultIni()->Load(Default().path).HasValue();
 }
 
+void CLocalRegStore::TakeOverOthers() {
+    auto newest = std::make_unique<CIniFile>();
+    if (!newest->Load(Default().path)) return;
+    for (const auto& [name, value] : Default().changes) (void)newest->Set(name.first, name.second, value);
+    Default().file = std::move(newest);
+}
+
 bool CLocalRegStore::Save() {
-    return !Default().path.empty() && DefaultIni()->Save(Default().path).HasValue();
+    const std::string& path = Default().path;
+    if (path.empty()) return false;
+    const CFolderLock lock(file_util_ex::GetFilePath(path));
+    TakeOverOthers();
+    if (!DefaultIni()->Save(path)) return false;
+    Default().changes.clear();
+    return true;
 }
 
 int CLocalRegStore::GetInt(std::string_view section, std::string_view key, int defaultValue) {
@@ -61,7 +106,7 @@ std::wstring CLocalRegStore::GetString(std::wstring_view section, std::wstring_v
 }
 
 bool CLocalRegStore::WriteInt(std::string_view section, std::string_view key, int value) {
-    return DefaultIni()->Set(section, key, std::to_string(value));
+    return SetDefault(section, key, std::to_string(value));
 }
 
 bool CLocalRegStore::WriteInt(std::wstring_view section, std::wstring_view key, int value) {
@@ -69,11 +114,11 @@ bool CLocalRegStore::WriteInt(std::wstring_view section, std::wstring_view key, 
 }
 
 bool CLocalRegStore::WriteString(std::string_view section, std::string_view key, std::wstring_view value) {
-    return DefaultIni()->Set(section, key, ConvertToUTF8(value));
+    return SetDefault(section, key, ConvertToUTF8(value));
 }
 
 bool CLocalRegStore::WriteString(std::wstring_view section, std::wstring_view key, std::wstring_view value) {
-    return WriteString(DefaultIni(), section, key, value);
+    return WriteString(ConvertToUTF8(section), ConvertToUTF8(key), value);
 }
 
 CIniFile* CLocalRegStore::CreateInitFile(bool /*isUtf8*/) {
@@ -148,9 +193,12 @@ void CLocalRegStore::GetAllSections(const CIniFile* ini, std::vector<std::string
 
 CLocalRegStore::CDefaultFileGuard::CDefaultFileGuard()
     : m_file(std::exchange(Default().file, std::make_unique<CIniFile>())),
-      m_path(std::exchange(Default().path, {})) {}
+      m_path(std::exchange(Default().path, {})) {
+    Default().changes.clear();
+}
 
 CLocalRegStore::CDefaultFileGuard::~CDefaultFileGuard() {
     Default().file = std::move(m_file);
     Default().path = std::move(m_path);
+    Default().changes.clear();
 }

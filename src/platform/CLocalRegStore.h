@@ -35,7 +35,11 @@ class CLocalRegStore {
     static bool WriteInt(std::wstring_view section, std::wstring_view key, int value);
     static bool WriteString(std::string_view section, std::string_view key, std::wstring_view value);
     static bool WriteString(std::wstring_view section, std::wstring_view key, std::wstring_view value);
-    /** False when the file could not be replaced (it is then as before) or none was ever loaded. */
+    /** Reads the file again, as another copy of the program may have saved since: what this one wrote stays.
+     */
+    static void TakeOverOthers();
+    /** Replaces the file, with what others wrote meanwhile taken over. False when it could not be replaced
+     * (it is then as before) or none was ever loaded. */
     [[nodiscard]] static bool Save();
 
     // --- a file of the caller's -------------------------------------------------------------------------

@@ -2,6 +2,7 @@
 #include "app/ui/CViewerApp.h"
 
 #include <wx/cmdline.h>
+#include <wx/filename.h>
 #include <wx/image.h>
 #include <wx/log.h>
 #include <wx/msgout.h>
@@ -9,27 +10,26 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "app/command_line.h"
-#include "app/ui/CPlainFrame.h"
+#include "app/convert.h"
+#include "frame/ui/CAViewerFrame.h"
+#include "platform/CUserPrompt.h"
 #include "platform/file_util_ex.h"
+#include "platform/lng.h"
 #include "platform/process_memory.h"
 #include "platform/std_file_paths.h"
+#include "platform/ui/CWxUserPrompt.h"
 #include "settings/CSettings.h"
-
-wxIMPLEMENT_APP(CViewerApp);
 
 namespace {
 
 constexpr char kAppName[] = "Orbivue";
 
-constexpr wxCmdLineEntryDesc kCommandLine[] = {
-    {wxCMD_LINE_SWITCH, "h", "help", "Shows this help", wxCMD_LINE_VAL_NONE, wxCMD_LINE_OPTION_HELP},
-    {wxCMD_LINE_PARAM, nullptr, nullptr, "3ds input file", wxCMD_LINE_VAL_STRING, wxCMD_LINE_PARAM_OPTIONAL},
-    {wxCMD_LINE_PARAM, nullptr, nullptr, "POV-Ray output file", wxCMD_LINE_VAL_STRING,
-     wxCMD_LINE_PARAM_OPTIONAL},
-    {wxCMD_LINE_NONE, nullptr, nullptr, nullptr, wxCMD_LINE_VAL_NONE, 0}};
+/** Where no window is wanted, what the process answers: the toolkit itself knows one answer for all that. */
+std::optional<int> s_exitCode;
 
 void Complain(const char* sentence) {
     std::fprintf(stderr, "%s: %s\n", kAppName, sentence);
@@ -41,7 +41,18 @@ std::vector<std::wstring> Arguments(int argc, wxChar** argv) {
     return arguments;
 }
 
+/** The description of -c keeps its run of blanks: it lines the example up. */
+constexpr const char* kConvertText = lng::Mark(
+    "converts 3ds file to POV-Ray:              Orbivue.exe -c source_file.3ds dest_file.pov(optional)");
+
 }  // namespace
+
+wxIMPLEMENT_APP_NO_MAIN(CViewerApp);
+
+int main(int argc, char** argv) {
+    const int code = wxEntry(argc, argv);
+    return s_exitCode.value_or(code);
+}
 
 CViewerApp::CViewerApp() {
     process_memory::KeepFreedBlocks();
@@ -59,6 +70,7 @@ bool CViewerApp::Initialize(int& argc, wxChar** argv) {
     const wxLogNull quiet;  // the toolkit's own words name no way out
     if (wxApp::Initialize(argc, argv)) return true;
     Complain("there is no display to open a window on; orbivue-render draws models without one.");
+    s_exitCode = kExitNoDisplay;
     return false;
 }
 
@@ -70,7 +82,13 @@ void CViewerApp::CleanUp() {
 }
 
 void CViewerApp::OnInitCmdLine(wxCmdLineParser& parser) {
-    parser.SetDesc(kCommandLine);
+    const auto parameter = [&parser](const char* description) {
+        parser.AddParam(lng::Text(description), wxCMD_LINE_VAL_STRING, wxCMD_LINE_PARAM_OPTIONAL);
+    };
+    parser.AddSwitch("h", lng::Text("help"), lng::Text("Shows this help"), wxCMD_LINE_OPTION_HELP);
+    parser.AddSwitch("c", lng::Text("convert"), lng::Text(kConvertText));
+    parameter(lng::Mark("3ds input file"));
+    parameter(lng::Mark("POV-Ray output file"));
     parser.SetSwitchChars("-");
     // A message box would be the default, and there may be no windows.
     delete wxMessageOutput::Set(new wxMessageOutputStderr(m_withoutWindows ? stdout : stderr));
@@ -84,28 +102,58 @@ bool CViewerApp::OnCmdLineParsed(wxCmdLineParser& parser) {
     std::vector<std::wstring> parameters;
     for (std::size_t i = 0; i < parser.GetParamCount(); ++i)
         parameters.push_back(parser.GetParam(i).ToStdWstring());
+    if (parser.Found("c")) {
+        const std::optional<CConversionPaths> paths = ConversionPathsOf(parameters);
+        m_convert = paths.has_value();
+        if (!m_convert) return false;
+        m_inputPath = paths->input;
+        m_outputPath = paths->output;
+        return true;
+    }
     m_inputPath =
         JoinModelPath(parameters, [](const std::wstring& path) { return file_util_ex::DoesFileExist(path); });
     return true;
 }
 
+bool CViewerApp::OnCmdLineHelp(wxCmdLineParser& parser) {
+    s_exitCode = kExitDone;
+    return wxApp::OnCmdLineHelp(parser);
+}
+
 bool CViewerApp::OnInit() {
+    lng_util_internal::SetDomain(lng::Domain(), "viewer");
+    s_exitCode = kExitBadUsage;  // unless something better is known
     if (!wxApp::OnInit()) {
         m_helpRequested = true;
         return false;
     }
     LoadSettings();
+    lng::SetLanguage(CSettings::Instance().language);
+    if (m_convert) {
+        s_exitCode = ConvertToPov(m_inputPath, m_outputPath) ? kExitDone : kExitFailed;
+        return false;
+    }
     wxInitAllImageHandlers();
+    return ShowFrame();
+}
 
-    auto* frame = new CPlainFrame(kAppName);
+bool CViewerApp::ShowFrame() {
+    CUserPrompt::Install(std::make_unique<CWxUserPrompt>());
+    auto* frame = new CAViewerFrame(kAppName);
     if (!frame->HasView()) {
         delete frame;
         Complain("this display has no OpenGL for windows; orbivue-render draws models without one.");
+        s_exitCode = kExitNoDisplay;
         return false;
     }
+    s_exitCode.reset();
     SetTopWindow(frame);
     frame->Show();
-    if (!m_inputPath.empty() && file_util_ex::DoesFileExist(m_inputPath)) frame->OpenByPath(m_inputPath);
+    if (!m_inputPath.empty() && file_util_ex::DoesFileExist(m_inputPath)) {
+        wxFileName path(m_inputPath);
+        path.MakeAbsolute();  // the list of recent files outlives the current folder
+        frame->OpenByPath(path.GetFullPath().ToStdWstring());
+    }
     m_inputPath.clear();
     return true;
 }
@@ -116,11 +164,12 @@ void CViewerApp::LoadSettings() {
 }
 
 int CViewerApp::OnExit() {
-    if (!m_helpRequested) {
+    if (!m_helpRequested && !m_convert) {
         CSettings& settings = CSettings::Instance();
         if (settings.lastCamera == -1) settings.lastCamera = CSettings::kIsoCamera;
         (void)settings.WriteAll();  // nobody is left to be told
         std_file_paths::DeleteTempDir();
     }
+    CUserPrompt::Install(nullptr);
     return wxApp::OnExit();
 }

@@ -6,8 +6,9 @@
 #include <string>
 
 /**
- * The program: reads the command line and the settings, shows the frame and opens the model named, and writes
- * the settings back at the end. Asked only for help it starts no window system.
+ * The program: reads the command line and the settings, and either converts a model to POV-Ray, or shows the
+ * frame, opens the model named, and writes the settings back at the end. For a conversion and for help it
+ * starts no window system. See EExitCode for what the process answers.
  */
 class CViewerApp final : public wxApp {
   public:
@@ -18,13 +19,17 @@ class CViewerApp final : public wxApp {
     void CleanUp() override;
     void OnInitCmdLine(wxCmdLineParser& parser) override;
     bool OnCmdLineParsed(wxCmdLineParser& parser) override;
+    bool OnCmdLineHelp(wxCmdLineParser& parser) override;
     bool OnInit() override;
     int OnExit() override;
 
   private:
     void LoadSettings();
+    bool ShowFrame();
 
     std::wstring m_inputPath;
+    std::wstring m_outputPath;  ///< of a conversion
     bool m_helpRequested = false;
+    bool m_convert = false;
     bool m_withoutWindows = false;
 };

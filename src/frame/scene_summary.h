@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+struct CLoadProgress;
+struct CPreparedScene;
+
+/** The status bar's texts about a scene, in the language in force. */
+struct CSceneSummary {
+    std::wstring triangles;           ///< "Triangles: 1,234"
+    std::wstring objects;             ///< "Objects: 12"
+    std::wstring notes;               ///< "Notes: 3"; empty when there are none
+    std::vector<std::wstring> lines;  ///< the notes themselves, one line each
+};
+[[nodiscard]] CSceneSummary SummaryOf(const CPreparedScene& scene);
+
+/** "1,234,567" with the thousands separated as the language's catalogue says. */
+[[nodiscard]] std::wstring GroupedNumber(std::uint64_t number);
+
+/** How far an opening is, for the status bar. */
+struct CProgressText {
+    std::wstring text;
+    int percent = -1;  ///< 0..100; -1 where nobody can tell
+};
+[[nodiscard]] CProgressText ProgressOf(const CLoadProgress& progress);

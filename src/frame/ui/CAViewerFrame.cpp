@@ -1,0 +1,316 @@
+// SPDX-License-Identifier: MIT
+#include "frame/ui/CAViewerFrame.h"
+
+#include <wx/aui/auibar.h>
+#include <wx/dnd.h>
+#include <wx/iconbndl.h>
+#include <wx/menu.h>
+
+#include <cmath>
+#include <functional>
+#include <utility>
+
+#include "engine/C3dsDisplayWrap.h"
+#include "engine/CGLCanvasI.h"
+#include "frame/ui/CAnimationBar.h"
+#include "frame/ui/CSceneNotesDlg.h"
+#include "frame/ui/CSceneStatusBar.h"
+#include "frame/ui/command_handlers.h"
+#include "frame/ui/command_menus.h"
+#include "frame/ui/command_tool_bar.h"
+#include "frame/ui/hint_picture.h"
+#include "model/CPreparedScene.h"
+#include "model/load_scene.h"
+#include "platform/lng.h"
+#include "platform/std_file_paths.h"
+#include "platform/ui/wx_window_state.h"
+#include "settings/CSettings.h"
+#include "view/ui/CViewer3DSWindowHandler.h"
+
+namespace {
+
+constexpr char kWindowState[] = "WindowState";
+constexpr char kToolBarPane[] = "toolbar";
+constexpr char kAnimationPane[] = "animation";
+
+/** Hands the first of the dropped paths on. */
+class CModelDropTarget final : public wxFileDropTarget {
+  public:
+    explicit CModelDropTarget(std::function<void(std::wstring)> drop) : m_drop(std::move(drop)) {}
+    bool OnDropFiles(wxCoord, wxCoord, const wxArrayString& paths) override {
+        if (paths.empty()) return false;
+        m_drop(paths.front().ToStdWstring());
+        return true;
+    }
+
+  private:
+    std::function<void(std::wstring)> m_drop;
+};
+
+float Channel(unsigned value) {
+    return static_cast<float>(value) / 255.0f;
+}
+
+}  // namespace
+
+CAViewerFrame::CAViewerFrame(const wxString& title)
+    : wxFrame(nullptr, wxID_ANY, title, wxDefaultPosition, wxDefaultSize),
+      m_view(std::make_unique<CViewer3DSWindowHandler>(this, &m_tools)),
+      m_files(std::make_unique<CFileCommands>(*this, *m_view, static_cast<CFileCommandsClient&>(*this))) {
+    if (!HasView()) return;
+    SetSize(FromDIP(wxSize(1024, 768)));
+    const wxString icon = std_file_paths::GetDataPath(L"images/main.ico");
+    SetIcons(wxIconBundle(icon, wxBITMAP_TYPE_ICO));
+    m_view->SetOwner(this);
+    MakePanes();
+    BindEvents();
+    ApplySettings();
+    m_files->RecentFiles().LoadStdProfileSettings();
+    OnModelChanged();
+    m_aui.Update();
+    if (!wx_window_state::LoadState(this, kWindowState)) wx_window_state::MaximizeFrame(this);
+    m_view->GetCanvas()->GetWindow()->SetFocus();
+}
+
+CAViewerFrame::~CAViewerFrame() {
+    m_aui.UnInit();
+    m_files.reset();
+    m_view.reset();  // its canvas is a window of this one
+}
+
+bool CAViewerFrame::HasView() const {
+    return m_view->GetCanvas() != nullptr;
+}
+
+void CAViewerFrame::MakePanes() {
+    m_aui.SetManagedWindow(this);
+    m_menuBar = MakeMenuBar().release();
+    SetMenuBar(m_menuBar);
+    SetAcceleratorTable(MakeAcceleratorTable());
+    m_statusBar = new CSceneStatusBar(this, [this] { ShowNotes(); });
+    SetStatusBar(m_statusBar);
+    m_toolBar = MakeToolBar(this);
+    m_animationBar =
+        new CAnimationBar(this, {[this](bool play) { PlayAnimation(play); }, [this](int frame) { ShowFrame(frame); }});
+    wxWindow* canvas = m_view->GetCanvas()->GetWindow();
+    canvas->SetName(lng::Text("3D view"));
+    m_state.isToolBarShown = CSettings::Instance().showToolBar;
+    m_aui.AddPane(canvas, wxAuiPaneInfo().CenterPane().PaneBorder(false));
+    m_aui.AddPane(m_toolBar, wxAuiPaneInfo()
+                                 .Name(kToolBarPane)
+                                 .ToolbarPane()
+                                 .Top()
+                                 .Gripper(false)
+                                 .Floatable(false)
+                                 .Show(m_state.isToolBarShown));
+    m_aui.AddPane(m_animationBar, wxAuiPaneInfo()
+                                      .Name(kAnimationPane)
+                                      .Bottom()
+                                      .CaptionVisible(false)
+                                      .CloseButton(false)
+                                      .PaneBorder(false)
+                                      .DockFixed()
+                                      .Hide());
+}
+
+void CAViewerFrame::BindEvents() {
+    Bind(wxEVT_MENU, [this](wxCommandEvent& event) { RunCommand(event.GetId()); });
+    Bind(wxEVT_CLOSE_WINDOW, &CAViewerFrame::OnClose, this);
+    Bind(wxEVT_DPI_CHANGED, [this](wxDPIChangedEvent& event) {
+        ShowHint();
+        event.Skip();
+    });
+    m_view->SetProgressListener([this](const CLoadProgress& progress, long elapsedMs) {
+        constexpr long kShowAfterMs = 500;
+        if (elapsedMs >= kShowAfterMs) m_statusBar->ShowProgress(ProgressOf(progress));
+    });
+    m_view->SetFrameListener([this] {
+        m_animationBar->ShowFrame(static_cast<int>(std::lround(m_view->GetEngine().GetFrame())));
+    });
+    // Later, because who dropped it waits for an answer.
+    const auto drop = [this](std::wstring path) {
+        CallAfter([this, path = std::move(path)] { m_files->OpenDropped(path); });
+    };
+    SetDropTarget(new CModelDropTarget(drop));
+    m_view->GetCanvas()->GetWindow()->SetDropTarget(new CModelDropTarget(drop));
+}
+
+void CAViewerFrame::ApplySettings() {
+    const CSettings& settings = CSettings::Instance();
+    C3dsDisplayWrap& engine = m_view->GetEngine();
+    engine.SetBkColors(Channel(settings.bkColorR), Channel(settings.bkColorG), Channel(settings.bkColorB));
+    engine.SetTextureRenderMode(0);
+    engine.SetShowBounds(settings.showBounds);
+    engine.SetShowCameras(settings.showCameras);
+    engine.SetShowLights(settings.showLights);
+    engine.SetShowAxis(settings.showAxis);
+    m_view->SetWireframe(settings.wireFrame);
+    m_view->SetRotate(settings.rotate);
+    ShowHint();
+}
+
+void CAViewerFrame::ShowHint() {
+    const CSettings& settings = CSettings::Instance();
+    m_view->SetHint(MakeHintPicture(*this, lng::Text("Open a model: Ctrl+O or drop one here"),
+                                    Channel(settings.bkColorR), Channel(settings.bkColorG),
+                                    Channel(settings.bkColorB)));
+}
+
+CCommandState CAViewerFrame::StateOfCommand(int id) const {
+    const CCommand* command = FindCommand(id);
+    return command ? StateOf(*command, m_state, CSettings::Instance()) : CCommandState{false, false};
+}
+
+void CAViewerFrame::ShowCommandStates() {
+    const CStateOfCommand stateOf = [this](const CCommand& command) {
+        return StateOf(command, m_state, CSettings::Instance());
+    };
+    ShowStates(*m_menuBar, stateOf);
+    ShowStates(*m_toolBar, stateOf);
+}
+
+void CAViewerFrame::OpenByPath(const std::wstring& path) {
+    m_view->WhenReady([this, path] { m_files->OpenByPath(path); });
+}
+
+// --- commands ----------------------------------------------------------------------------------------------------
+
+bool CAViewerFrame::HasHandler(int id) {
+    return CCommandHandlers::Find(id) != nullptr;
+}
+
+void CAViewerFrame::RunCommand(int id) {
+    if (m_files->IsBusy()) return;
+    if (CRecentFileList::IsRecentFileResource(id)) {
+        m_files->OpenRecent(id);
+    } else if (id >= kCmdFirstSceneCamera && id < kCmdFirstSceneCamera + kMaxSceneCameras) {
+        const std::vector<std::string> names = m_view->GetEngine().GetFileCameraNames();
+        const auto index = static_cast<std::size_t>(id - kCmdFirstSceneCamera);
+        if (index < names.size()) m_view->SetFileCamera(names[index]);
+    } else if (StateOfCommand(id).enabled) {
+        if (const CCommandHandlers::CHandler handler = CCommandHandlers::Find(id)) handler(*this);
+    }
+    ShowCommandStates();
+}
+
+void CAViewerFrame::ToggleFullScreen() {
+    ShowFullScreen(!IsFullScreen(), wxFULLSCREEN_ALL);
+    m_state.isFullScreen = IsFullScreen();
+    if (!m_state.isFullScreen && GetMenuBar() != m_menuBar) SetMenuBar(m_menuBar);
+    // The model alone fills the screen; its panes come back with the menus.
+    m_aui.GetPane(kToolBarPane).Show(m_state.isToolBarShown && !m_state.isFullScreen);
+    m_aui.GetPane(kAnimationPane).Show(m_state.isAnimated && !m_state.isFullScreen);
+    m_aui.Update();
+}
+
+void CAViewerFrame::ToggleToolBar() {
+    CSettings& settings = CSettings::Instance();
+    settings.showToolBar = !settings.showToolBar;
+    m_state.isToolBarShown = settings.showToolBar;
+    m_aui.GetPane(kToolBarPane).Show(m_state.isToolBarShown && !m_state.isFullScreen);
+    m_aui.Update();
+}
+
+void CAViewerFrame::TogglePlaying() {
+    PlayAnimation(!m_state.isPlaying);
+}
+
+void CAViewerFrame::ResetView() {
+    const int last = CSettings::Instance().lastCamera;
+    CCommandHandlers::Find(IsPresetCamera(last) ? last : kCmdIsoCamera)(*this);
+}
+
+void CAViewerFrame::PlayAnimation(bool play) {
+    m_state.isPlaying = play && m_state.isAnimated;
+    m_view->SetPlaying(m_state.isPlaying);
+    m_animationBar->ShowPlaying(m_state.isPlaying);
+    ShowCommandStates();
+}
+
+void CAViewerFrame::ShowFrame(int frame) {
+    if (m_state.isPlaying) PlayAnimation(false);
+    m_view->GetEngine().SetFrame(static_cast<float>(frame));
+    m_view->Redraw();
+}
+
+void CAViewerFrame::ShowNotes() {
+    CSceneNotesDlg(this, m_notes).ShowModal();
+}
+
+// --- what is told ------------------------------------------------------------------------------------------------
+
+void CAViewerFrame::ShowRunning(int commandId) {
+    m_state.runningCommand = commandId;
+    ShowCommandStates();
+}
+
+void CAViewerFrame::OnOpened() {
+    if (CSettings::Instance().lastCamera != kCmdIsoCamera) ResetView();
+}
+
+void CAViewerFrame::OnModelChanged() {
+    C3dsDisplayWrap& engine = m_view->GetEngine();
+    const CPreparedScene* scene = engine.Prepared();
+    const CSceneSummary summary = scene ? SummaryOf(*scene) : CSceneSummary{};
+    m_state.hasModel = scene != nullptr;
+    m_state.hasNotes = !summary.lines.empty();
+    m_state.folderModels = m_files->FolderModels();
+    m_state.isAnimated = m_state.isPlaying = engine.HasAnimation();
+    m_notes = summary.lines;
+    m_statusBar->EndProgress();
+    m_statusBar->ShowScene(summary);
+    if (scene) {
+        m_animationBar->SetRange(static_cast<int>(scene->firstFrame), static_cast<int>(scene->lastFrame));
+        m_animationBar->ShowFrame(static_cast<int>(std::lround(engine.GetFrame())));
+        m_animationBar->ShowPlaying(m_state.isPlaying);
+    }
+    ShowSceneCameras(*m_menuBar, engine.GetFileCameraNames());
+    m_files->RecentFiles().UpdateMenu(*m_menuBar->GetMenu(0));
+    wxAuiPaneInfo& animation = m_aui.GetPane(kAnimationPane);
+    if (animation.IsShown() != (m_state.isAnimated && !m_state.isFullScreen)) {
+        animation.Show(m_state.isAnimated && !m_state.isFullScreen);
+        m_aui.Update();
+    }
+    ShowCommandStates();
+    if (std::exchange(m_closeLater, false)) CallAfter([this] { Close(); });
+}
+
+void CAViewerFrame::OnViewKeyDown(int keyCode) {
+    switch (keyCode) {
+        case WXK_SPACE:
+            RunCommand(kCmdNextFile);
+            break;
+        case WXK_BACK:
+            RunCommand(kCmdPreviousFile);
+            break;
+        case WXK_ESCAPE:
+            if (CSettings::Instance().closeOnEsc) Close(true);
+            break;
+        case WXK_F11:
+            RunCommand(kCmdFullScreen);
+            break;
+        default:
+            break;
+    }
+}
+
+void CAViewerFrame::OnViewRightButtonDown() {
+    // Later, when the press has been dealt with: the menu takes the mouse.
+    CallAfter([this] {
+        const CStateOfCommand stateOf = [this](const CCommand& c) { return StateOf(c, m_state, CSettings::Instance()); };
+        const std::unique_ptr<wxMenu> menu = MakeContextMenu(m_view->GetEngine().GetFileCameraNames(), stateOf);
+        PopupMenu(menu.get());
+    });
+}
+
+void CAViewerFrame::OnClose(wxCloseEvent& event) {
+    // In the midst of an opening the view is in use; it closes when that has ended.
+    if (m_files->IsBusy()) {
+        m_closeLater = true;
+        if (event.CanVeto()) event.Veto();
+        return;
+    }
+    wx_window_state::SaveState(this, kWindowState);
+    m_files->RecentFiles().SaveStdProfileSettings();
+    Destroy();
+}

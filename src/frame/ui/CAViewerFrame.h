@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <wx/aui/framemanager.h>
+#include <wx/frame.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "frame/command_states.h"
+#include "frame/ui/CFileCommands.h"
+#include "view/CKeyDownListener.h"
+#include "view/CViewToolState.h"
+
+class CAnimationBar;
+class CSceneStatusBar;
+class CViewer3DSWindowHandler;
+class wxAuiToolBar;
+
+/**
+ * The main window: the view in its middle, the menus, the toolbar, the status bar, and the bar of an animation. Every
+ * command, from wherever it is chosen, arrives at RunCommand.
+ */
+class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CFileCommandsClient {
+  public:
+    explicit CAViewerFrame(const wxString& title);
+    ~CAViewerFrame() override;
+
+    /** False when the display gave no OpenGL window; nothing else may be called then. */
+    [[nodiscard]] bool HasView() const;
+    /** Opens a file as the Open command does, once the view can. */
+    void OpenByPath(const std::wstring& path);
+    /** Does what a command does; nothing for one that is disabled now. */
+    void RunCommand(int id);
+    /** True for a command that does something when it is enabled. */
+    [[nodiscard]] static bool HasHandler(int id);
+
+    [[nodiscard]] CViewer3DSWindowHandler& View() { return *m_view; }
+    [[nodiscard]] CFileCommands& Files() { return *m_files; }
+    [[nodiscard]] CCommandState StateOfCommand(int id) const;
+
+    // --- commands that are the frame's own ---------------------------------------------------------------
+    void ToggleFullScreen();
+    void ToggleToolBar();
+    void TogglePlaying();
+    /** The preset camera last chosen, with no rotation and no zoom. */
+    void ResetView();
+    void ShowNotes();
+
+  private:
+    void MakePanes();
+    void BindEvents();
+    void ApplySettings();
+    void ShowHint();
+    void ShowCommandStates();
+    void OnClose(wxCloseEvent& event);
+
+    void PlayAnimation(bool play);
+    void ShowFrame(int frame);
+
+    // --- what is told ----------------------------------------------------------------------------------------
+    void OnViewKeyDown(int keyCode) override;
+    void OnViewLeftButtonDown() override {}
+    void OnViewRightButtonDown() override;
+    void ShowTitle(const std::wstring& title) override { SetTitle(title); }
+    void ShowRunning(int commandId) override;
+    void OnOpened() override;
+    void OnModelChanged() override;
+
+    CIdleToolState m_tools;
+    CFrameState m_state;
+    std::unique_ptr<CViewer3DSWindowHandler> m_view;
+    std::unique_ptr<CFileCommands> m_files;
+    std::vector<std::wstring> m_notes;
+    bool m_closeLater = false;
+
+    wxAuiManager m_aui;
+    wxMenuBar* m_menuBar = nullptr;
+    wxAuiToolBar* m_toolBar = nullptr;
+    CAnimationBar* m_animationBar = nullptr;
+    CSceneStatusBar* m_statusBar = nullptr;
+};

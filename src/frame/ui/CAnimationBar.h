@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <wx/panel.h>
+
+#include <functional>
+
+class wxBitmapButton;
+class wxSlider;
+class wxStaticText;
+
+/** Play, pause and a time slider for a scene that moves. */
+class CAnimationBar final : public wxPanel {
+  public:
+    /** What the user does with it. */
+    struct CActions {
+        std::function<void(bool)> setPlaying;
+        std::function<void(int)> setFrame;
+    };
+    CAnimationBar(wxWindow* parent, CActions actions);
+
+    /** Frames first to last, both inclusive. */
+    void SetRange(int first, int last);
+    void ShowFrame(int frame);
+    void ShowPlaying(bool playing);
+
+  private:
+    void ShowText(int frame);
+
+    CActions m_actions;
+    bool m_playing = false;
+    wxBitmapButton* m_play;
+    wxSlider* m_slider;
+    wxStaticText* m_text;
+};

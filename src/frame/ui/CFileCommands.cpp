@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+#include "frame/ui/CFileCommands.h"
+
+#include <string>
+
+#include "engine/C3dsDisplayWrap.h"
+#include "frame/command_ids.h"
+#include "frame/ui/C3DSFileDlgI.h"
+#include "platform/CLocalRegStore.h"
+#include "platform/CUserPrompt.h"
+#include "platform/file_util_ex.h"
+#include "platform/lng.h"
+#include "platform/ui/CBXFileDialogI.h"
+#include "settings/CSettings.h"
+#include "view/ui/CViewer3DSWindowHandler.h"
+
+namespace {
+
+constexpr wchar_t kTitle[] = L"Orbivue";
+constexpr char kSaveEntry[] = "save_as";
+
+/** True as long as it lives. */
+class CFlagGuard {
+  public:
+    explicit CFlagGuard(bool& flag) : m_flag(flag) { m_flag = true; }
+    CFlagGuard(const CFlagGuard&) = delete;
+    CFlagGuard& operator=(const CFlagGuard&) = delete;
+    ~CFlagGuard() { m_flag = false; }
+
+  private:
+    bool& m_flag;
+};
+
+/** Shows a command pressed as long as it lives. */
+class CRunningCommand {
+  public:
+    CRunningCommand(CFileCommandsClient& client, int command) : m_client(client) { client.ShowRunning(command); }
+    CRunningCommand(const CRunningCommand&) = delete;
+    CRunningCommand& operator=(const CRunningCommand&) = delete;
+    ~CRunningCommand() { m_client.ShowRunning(0); }
+
+  private:
+    CFileCommandsClient& m_client;
+};
+
+}  // namespace
+
+CFileCommands::CFileCommands(wxWindow& parent, CViewer3DSWindowHandler& view, CFileCommandsClient& client)
+    : m_parent(parent), m_view(view), m_client(client) {}
+
+bool CFileCommands::OpenByPath(const std::wstring& path) {
+    if (m_busy) return false;
+    const bool shownAlready = path == m_view.GetPath();
+    bool opened = false;
+    {
+        const CFlagGuard busy(m_busy);
+        const CBusyCursor cursor;
+        opened = m_view.OpenModel(path.c_str());
+    }
+    if (file_util_ex::GetFileExt(path) != L"obj") {
+        std::wstring title = std::wstring(kTitle) + L" - " + path;
+        if (!opened) title += L" - " + lng::Text("File open failed");
+        m_client.ShowTitle(title);
+    }
+    m_path = path;
+    m_folderModels = static_cast<unsigned>(folder_models::ListBeside(path).size());
+    if (opened) m_recent.AddToRecentFileList(path);
+    if (opened && !shownAlready) m_client.OnOpened();
+    m_client.OnModelChanged();
+    return opened;
+}
+
+void CFileCommands::Open() {
+    const CSettings& settings = CSettings::Instance();
+    const auto channel = [](unsigned value) { return static_cast<float>(value) / 255.0f; };
+    C3DSFileDlgI::SetBackgroundColor(channel(settings.bkColorR), channel(settings.bkColorG),
+                                     channel(settings.bkColorB));
+    const std::wstring folder = CLocalRegStore::GetString("3dsFileDialog", "Path", {});
+    const std::wstring path = C3DSFileDlgI::LaunchDialog(&m_parent, folder);
+    if (!path.empty()) OpenByPath(path);
+}
+
+void CFileCommands::OpenDropped(const std::wstring& path) {
+    if (!file_util_ex::DoesFolderExist(path)) {
+        OpenByPath(path);
+        return;
+    }
+    const std::vector<std::wstring> models = folder_models::ListInside(path);
+    if (models.empty())
+        CUserPrompt::Instance().ShowMessage(lng::Text("There is no model in the folder %s.", path));
+    else
+        OpenByPath(models.front());
+}
+
+void CFileCommands::OpenRecent(int commandId) {
+    const auto index = m_recent.GetIndexByResource(commandId);
+    if (!index) return;
+    const std::wstring path = m_recent.GetNameByIndex(*index);
+    if (!file_util_ex::DoesFileExist(path)) m_recent.RemoveIndex(*index);
+    OpenByPath(path);
+}
+
+void CFileCommands::Reload() {
+    if (m_busy || m_view.GetPath().empty()) return;
+    bool read = false;
+    {
+        const CFlagGuard busy(m_busy);
+        const CBusyCursor cursor;
+        read = m_view.Reload();
+    }
+    m_client.OnModelChanged();
+    if (!read) CUserPrompt::Instance().ShowMessage(lng::Text("The file %s cannot be read again.", m_view.GetPath()));
+}
+
+void CFileCommands::SaveAs() {
+    AskAndSave({kCmdSaveAs, lng::Mark("Save As"), lng::Mark("3ds and zip files(*.3ds;*.zip)|*.3ds;*.zip||"), L"3ds"});
+}
+
+void CFileCommands::CompressToZip() {
+    AskAndSave({kCmdCompressToZip, lng::Mark("Save As Zip archive"), lng::Mark("zip files(*.zip)|*.zip||"), L"zip"});
+}
+
+void CFileCommands::AskAndSave(const CSaveDialog& dialog) {
+    const CRunningCommand running(m_client, dialog.command);
+    const std::wstring name = m_view.GetFileName();
+    if (name.empty() || m_busy) return;
+    const CRegEntryGuard entry(kSaveEntry);
+    const std::wstring path =
+        CBXFileDialogI::LaunchSaveDialog(&m_parent, dialog.extension, lng::Text(dialog.filter), lng::Text(dialog.title),
+                                         {}, file_util_ex::SetFileExt(name, dialog.extension));
+    if (!path.empty()) Save(path);
+}
+
+void CFileCommands::Save(const std::wstring& path) {
+    std::string reason;
+    {
+        const CBusyCursor cursor;
+        const CStatus saved = m_view.SaveToPath(path);
+        if (!saved) reason = saved.Error().Text();
+    }
+    m_folderModels = static_cast<unsigned>(folder_models::ListBeside(m_path).size());
+    m_client.OnModelChanged();
+    if (reason.empty()) return;
+    CUserPrompt::Instance().ShowMessage(lng::Text("The file could not be saved.") + L"\n" +
+                                        lng::ConvertFromUTF8(reason));
+}
+
+void CFileCommands::DeleteFile() {
+    const std::wstring path = m_view.GetPath();
+    if (path.empty() || m_busy) return;
+    const std::wstring name = file_util_ex::GetFileName(path);
+    if (!CUserPrompt::Instance().AskYesNo(lng::Text("Are you sure do you want to delete %s file?", name))) return;
+    m_view.CloseModel();
+    const bool deleted = !file_util_ex::DoesFileExist(path) || file_util_ex::DeleteFileW(path);
+    m_folderModels = 0;
+    m_client.OnModelChanged();
+    if (!deleted) CUserPrompt::Instance().ShowMessage(lng::Text("The file %s could not be deleted.", name));
+}
+
+void CFileCommands::Step(folder_models::EStep step) {
+    const CRunningCommand running(m_client, step == folder_models::EStep::Next ? kCmdNextFile : kCmdPreviousFile);
+    const std::wstring path = folder_models::Neighbour(folder_models::ListBeside(m_path), m_path, step);
+    if (!path.empty()) OpenByPath(path);
+}

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "frame/ui/CSceneStatusBar.h"
+
+#include <wx/button.h>
+#include <wx/gauge.h>
+
+#include <array>
+#include <utility>
+
+#include "platform/lng.h"
+
+CSceneStatusBar::CSceneStatusBar(wxWindow* parent, std::function<void()> showNotes)
+    : wxStatusBar(parent, wxID_ANY, wxSTB_DEFAULT_STYLE),
+      m_gauge(new wxGauge(this, wxID_ANY, 100)),
+      m_notes(new wxButton(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
+                           wxBORDER_NONE | wxBU_EXACTFIT)) {
+    SetFieldsCount(kFieldCount);
+    m_gauge->SetName(lng::Text("Progress of opening"));
+    m_gauge->Hide();
+    m_notes->SetToolTip(lng::Text("Show what was noticed about this model"));
+    m_notes->Hide();
+    m_notes->Bind(wxEVT_BUTTON, [show = std::move(showNotes)](wxCommandEvent&) { show(); });
+    Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
+        PlaceChildren();
+        event.Skip();
+    });
+    FitFields();
+}
+
+void CSceneStatusBar::ShowMessage(const std::wstring& text) {
+    SetStatusText(text, kMessage);
+}
+
+void CSceneStatusBar::ShowScene(const CSceneSummary& summary) {
+    SetStatusText(summary.triangles, kTriangles);
+    SetStatusText(summary.objects, kObjects);
+    m_notes->SetLabel(summary.notes);
+    m_notes->Show(!summary.notes.empty());
+    FitFields();
+}
+
+void CSceneStatusBar::ShowProgress(const CProgressText& progress) {
+    SetStatusText(progress.text, kMessage);
+    if (progress.percent < 0)
+        m_gauge->Pulse();
+    else
+        m_gauge->SetValue(progress.percent);
+    if (!m_gauge->IsShown()) {
+        m_gauge->Show();
+        PlaceChildren();
+    }
+}
+
+void CSceneStatusBar::EndProgress() {
+    m_gauge->Hide();
+    SetStatusText(wxEmptyString, kMessage);
+}
+
+/** Each field as wide as its text. */
+void CSceneStatusBar::FitFields() {
+    const int margin = FromDIP(20);
+    const auto width = [&](const wxString& text) { return text.empty() ? 1 : GetTextExtent(text).x + margin; };
+    const std::array<int, kFieldCount> widths{-1, FromDIP(140), width(GetStatusText(kTriangles)),
+                                              width(GetStatusText(kObjects)),
+                                              m_notes->IsShown() ? m_notes->GetBestSize().x + margin : FromDIP(16)};
+    SetStatusWidths(kFieldCount, widths.data());
+    PlaceChildren();
+}
+
+void CSceneStatusBar::PlaceChildren() {
+    wxRect place;
+    if (GetFieldRect(kGauge, place)) m_gauge->SetSize(place.Deflate(FromDIP(2)));
+    if (GetFieldRect(kNotes, place)) m_notes->SetSize(place);
+}

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "frame/ui/command_menus.h"
+
+#include <wx/accel.h>
+
+#include "platform/lng.h"
+
+namespace {
+
+constexpr int kSceneCamerasMenu = kCmdFirstSceneCamera - 1;
+
+wxString Escaped(const std::string& name) {
+    return wxControl::EscapeMnemonics(wxString(lng::ConvertFromUTF8(name)));
+}
+
+void FillWithCameras(wxMenu& menu, const std::vector<std::string>& names) {
+    while (menu.GetMenuItemCount() > 0) menu.Destroy(menu.FindItemByPosition(0));
+    for (std::size_t i = 0; i < names.size() && i < kMaxSceneCameras; ++i)
+        menu.Append(kCmdFirstSceneCamera + static_cast<int>(i), Escaped(names[i]));
+}
+
+wxMenuItem* Append(wxMenu& menu, const CCommand& command) {
+    return menu.Append(command.id, lng::Text(command.text), wxEmptyString,
+                       command.isToggle ? wxITEM_CHECK : wxITEM_NORMAL);
+}
+
+void AppendCamerasMenu(wxMenu& menu, const std::vector<std::string>& names) {
+    auto* cameras = new wxMenu;
+    FillWithCameras(*cameras, names);
+    menu.Append(kSceneCamerasMenu, lng::Text("Cameras of the scene"), cameras)->Enable(!names.empty());
+}
+
+}  // namespace
+
+std::unique_ptr<wxMenuBar> MakeMenuBar() {
+    auto bar = std::make_unique<wxMenuBar>();
+    for (const EMenu which : {EMenu::File, EMenu::View, EMenu::Export, EMenu::Tools, EMenu::Help}) {
+        auto* menu = new wxMenu;
+        for (const CCommand& command : Commands()) {
+            if (command.menu != which) continue;
+            Append(*menu, command);
+            if (command.id == kCmdIsoCamera) AppendCamerasMenu(*menu, {});
+            if (command.endsGroup) menu->AppendSeparator();
+        }
+        bar->Append(menu, lng::Text(MenuTitle(which)));
+    }
+    return bar;
+}
+
+std::unique_ptr<wxMenu> MakeContextMenu(const std::vector<std::string>& sceneCameras, const CStateOfCommand& stateOf) {
+    auto menu = std::make_unique<wxMenu>();
+    for (const int id : ContextMenuOrder()) {
+        const CCommand* command = FindCommand(id);
+        if (!command) {
+            menu->AppendSeparator();
+            continue;
+        }
+        const CCommandState state = stateOf(*command);
+        wxMenuItem* item = Append(*menu, *command);
+        item->Enable(state.enabled);
+        if (command->isToggle) item->Check(state.checked);
+        if (id == kCmdIsoCamera && !sceneCameras.empty()) AppendCamerasMenu(*menu, sceneCameras);
+    }
+    return menu;
+}
+
+void ShowSceneCameras(wxMenuBar& bar, const std::vector<std::string>& names) {
+    wxMenuItem* item = bar.FindItem(kSceneCamerasMenu);
+    FillWithCameras(*item->GetSubMenu(), names);
+    item->Enable(!names.empty());
+}
+
+void ShowStates(wxMenuBar& bar, const CStateOfCommand& stateOf) {
+    for (const CCommand& command : Commands()) {
+        if (command.id == kCmdFirstRecentFile) continue;  // its list looks after itself
+        wxMenuItem* item = bar.FindItem(command.id);
+        const CCommandState state = stateOf(command);
+        if (item->IsEnabled() != state.enabled) item->Enable(state.enabled);
+        if (command.isToggle && item->IsChecked() != state.checked) item->Check(state.checked);
+    }
+}
+
+wxAcceleratorTable MakeAcceleratorTable() {
+    std::vector<wxAcceleratorEntry> entries;
+    for (const CCommand& command : Commands()) {
+        wxAcceleratorEntry entry;
+        if (!entry.FromString(lng::Text(command.text))) continue;
+        entry.Set(entry.GetFlags(), entry.GetKeyCode(), command.id);
+        entries.push_back(entry);
+    }
+    return {static_cast<int>(entries.size()), entries.data()};
+}
