@@ -5,7 +5,8 @@
 
 #include "platform/CUserPrompt.h"
 
-/** Speaks through the toolkit's message boxes, over the program's top window. */
+/** Speaks through the toolkit's message boxes, over the modal dialog that is open, else over the program's
+ * top window. */
 class CWxUserPrompt final : public CUserPrompt {
   public:
     void ShowMessage(const std::wstring& text) override;

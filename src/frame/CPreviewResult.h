@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/** What came of a CPreviewRequest: a picture with facts, or a reason. */
+struct CPreviewResult {
+    std::vector<std::byte> png;   ///< the picture; empty when there is a problem
+    std::int64_t triangles = -1;  ///< as drawn; -1: not known
+    std::int64_t objects = -1;    ///< as drawn; -1: not known
+    std::wstring problem;         ///< one line for people: why there is no picture; empty when there is one
+
+    bool operator==(const CPreviewResult&) const = default;
+};

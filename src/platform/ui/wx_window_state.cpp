@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include "platform/ui/wx_window_state.h"
+
+#include <wx/display.h>
+#include <wx/timer.h>
+#include <wx/toplevel.h>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/CLocalRegStore.h"
+#include "platform/window_place.h"
+
+namespace wx_window_state {
+namespace {
+
+constexpr char kLeft[] = "Left";
+constexpr char kTop[] = "Top";
+constexpr char kWidth[] = "Width";
+constexpr char kHeight[] = "Height";
+constexpr char kMaximized[] = "Maximized";
+constexpr int kSettleMs = 200;
+
+bool IsNormal(const wxWindow& window) {
+    const auto* top = dynamic_cast<const wxTopLevelWindow*>(&window);
+    return top == nullptr || !(top->IsMaximized() || top->IsIconized() || top->IsFullScreen());
+}
+
+CPlaceRect PlaceOf(const wxWindow& window) {
+    const wxPoint at = window.ToDIP(window.GetPosition());
+    const wxSize size = window.ToDIP(window.GetSize());
+    return {at.x, at.y, size.x, size.y};
+}
+
+/** Remembers the last normal place of one window. */
+class CPlaceWatch {
+  public:
+    explicit CPlaceWatch(wxWindow& window) : m_window(window), m_place(PlaceOf(window)) {
+        // The size of a maximised window may arrive before the news that it is maximised, so a size counts
+        // only when it has lasted a while.
+        m_timer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Note(); });
+        window.Bind(wxEVT_SIZE, &CPlaceWatch::OnChange<wxSizeEvent>, this);
+        window.Bind(wxEVT_MOVE, &CPlaceWatch::OnChange<wxMoveEvent>, this);
+    }
+    void Note() {
+        if (IsNormal(m_window)) m_place = PlaceOf(m_window);
+    }
+    [[nodiscard]] const CPlaceRect& Place() const { return m_place; }
+
+  private:
+    template <class TEvent>
+    void OnChange(TEvent& event) {
+        m_timer.StartOnce(kSettleMs);
+        event.Skip();
+    }
+
+    wxWindow& m_window;
+    CPlaceRect m_place;
+    wxTimer m_timer;
+};
+
+std::map<const wxWindow*, std::unique_ptr<CPlaceWatch>>& Watches() {
+    static std::map<const wxWindow*, std::unique_ptr<CPlaceWatch>> watches;
+    return watches;
+}
+
+void Watch(wxWindow& window) {
+    std::unique_ptr<CPlaceWatch>& watch = Watches()[&window];
+    if (watch) {
+        watch->Note();
+        return;
+    }
+    watch = std::make_unique<CPlaceWatch>(window);
+    window.Bind(wxEVT_DESTROY, [&window](wxWindowDestroyEvent& event) {
+        event.Skip();
+        if (event.GetEventObject() == &window) Watches().erase(&window);
+    });
+}
+
+std::optional<CPlaceRect> Stored(std::string_view name) {
+    const auto number = [name](const char* key) { return CLocalRegStore::GetInt(name, key, 0); };
+    const CPlaceRect place{number(kLeft), number(kTop), number(kWidth), number(kHeight)};
+    if (place.width <= 0 || place.height <= 0) return std::nullopt;
+    return place;
+}
+
+std::vector<CPlaceRect> Screens(const wxWindow& window) {
+    std::vector<CPlaceRect> screens;
+    const auto add = [&](unsigned index) {
+        const wxRect area = wxDisplay(index).GetClientArea();
+        const wxPoint at = window.ToDIP(area.GetPosition());
+        const wxSize size = window.ToDIP(area.GetSize());
+        screens.push_back({at.x, at.y, size.x, size.y});
+    };
+    for (unsigned i = 0; i < wxDisplay::GetCount(); ++i) add(i);
+    return screens;
+}
+
+void Apply(wxWindow& window, const CPlaceRect& place) {
+    const wxPoint at = window.FromDIP(wxPoint(place.x, place.y));
+    const wxSize size = window.FromDIP(wxSize(place.width, place.height));
+    window.SetSize(wxRect(at, size), wxSIZE_ALLOW_MINUS_ONE);
+}
+
+}  // namespace
+
+bool LoadState(wxWindow* window, std::string_view name) {
+    const std::optional<CPlaceRect> stored = Stored(name);
+    if (stored) {
+        auto* top = dynamic_cast<wxTopLevelWindow*>(window);
+        Apply(*window, top ? window_place::BringOntoScreen(*stored, Screens(*window)) : *stored);
+        if (top && CLocalRegStore::GetInt(name, kMaximized, 0) != 0) {
+            Watch(*window);  // before it grows
+            top->Maximize();
+        }
+    }
+    Watch(*window);
+    return stored.has_value();
+}
+
+void SaveState(wxWindow* window, std::string_view name) {
+    const auto watch = Watches().find(window);
+    CPlaceRect place = PlaceOf(*window);
+    if (!IsNormal(*window)) {
+        if (watch != Watches().end()) {
+            place = watch->second->Place();
+        } else {
+            place = Stored(name).value_or(place);
+        }
+    }
+    const auto* top = dynamic_cast<const wxTopLevelWindow*>(window);
+    CLocalRegStore::WriteInt(name, kLeft, place.x);
+    CLocalRegStore::WriteInt(name, kTop, place.y);
+    CLocalRegStore::WriteInt(name, kWidth, place.width);
+    CLocalRegStore::WriteInt(name, kHeight, place.height);
+    CLocalRegStore::WriteInt(name, kMaximized, top && top->IsMaximized() ? 1 : 0);
+}
+
+void MaximizeFrame(wxTopLevelWindow* frame) {
+    frame->Maximize();
+}
+
+}  // namespace wx_window_state
