@@ -48,3 +48,11 @@ constexpr int kCmdResetView = 33003;
 constexpr int kCmdSceneNotes = 33004;
 constexpr int kCmdFirstSceneCamera = 33100;
 constexpr int kMaxSceneCameras = 100;
+
+/** The toolkit takes only numbers below 32768 for menus and tools: a command goes by this one there. */
+[[nodiscard]] constexpr int WidgetIdOf(int command) {
+    return command - 30000;
+}
+[[nodiscard]] constexpr int CommandOfWidgetId(int widgetId) {
+    return widgetId + 30000;
+}

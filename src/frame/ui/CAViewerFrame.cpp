@@ -86,6 +86,7 @@ void CAViewerFrame::MakePanes() {
     m_aui.SetManagedWindow(this);
     m_menuBar = MakeMenuBar().release();
     SetMenuBar(m_menuBar);
+    AlignHelpRight(*m_menuBar);
     SetAcceleratorTable(MakeAcceleratorTable());
     m_statusBar = new CSceneStatusBar(this, [this] { ShowNotes(); });
     SetStatusBar(m_statusBar);
@@ -101,6 +102,7 @@ void CAViewerFrame::MakePanes() {
                                  .ToolbarPane()
                                  .Top()
                                  .Gripper(false)
+                                 .Resizable()
                                  .Floatable(false)
                                  .Show(m_state.isToolBarShown));
     m_aui.AddPane(m_animationBar, wxAuiPaneInfo()
@@ -114,7 +116,7 @@ void CAViewerFrame::MakePanes() {
 }
 
 void CAViewerFrame::BindEvents() {
-    Bind(wxEVT_MENU, [this](wxCommandEvent& event) { RunCommand(event.GetId()); });
+    Bind(wxEVT_MENU, [this](wxCommandEvent& event) { RunCommand(CommandOfWidgetId(event.GetId())); });
     Bind(wxEVT_CLOSE_WINDOW, &CAViewerFrame::OnClose, this);
     Bind(wxEVT_DPI_CHANGED, [this](wxDPIChangedEvent& event) {
         ShowHint();

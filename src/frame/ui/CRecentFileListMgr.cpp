@@ -8,13 +8,13 @@
 
 void CRecentFileListMgr::UpdateMenu(wxMenu& menu) const {
     std::size_t position = 0;
-    if (!menu.FindChildItem(kCmdFirstRecentFile, &position)) return;
+    if (!menu.FindChildItem(WidgetIdOf(kCmdFirstRecentFile), &position)) return;
     for (std::size_t i = 0; i < kMaxFiles; ++i) {
-        wxMenuItem* item = menu.FindItem(kCmdFirstRecentFile + static_cast<int>(i));
+        wxMenuItem* item = menu.FindItem(WidgetIdOf(kCmdFirstRecentFile) + static_cast<int>(i));
         if (item) menu.Destroy(item);
     }
     for (std::size_t i = 0; i < Files().size(); ++i)
-        menu.Insert(position + i, kCmdFirstRecentFile + static_cast<int>(i), MenuText(i), GetNameByIndex(i));
+        menu.Insert(position + i, WidgetIdOf(kCmdFirstRecentFile) + static_cast<int>(i), MenuText(i), GetNameByIndex(i));
     if (Files().empty())
-        menu.Insert(position, kCmdFirstRecentFile, lng::Text(FindCommand(kCmdFirstRecentFile)->text))->Enable(false);
+        menu.Insert(position, WidgetIdOf(kCmdFirstRecentFile), lng::Text(FindCommand(kCmdFirstRecentFile)->text))->Enable(false);
 }

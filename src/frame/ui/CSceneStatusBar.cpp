@@ -68,7 +68,12 @@ void CSceneStatusBar::FitFields() {
 }
 
 void CSceneStatusBar::PlaceChildren() {
-    wxRect place;
-    if (GetFieldRect(kGauge, place)) m_gauge->SetSize(place.Deflate(FromDIP(2)));
-    if (GetFieldRect(kNotes, place)) m_notes->SetSize(place);
+    const auto put = [this](wxWindow& child, EField field, int border) {
+        wxRect place;
+        if (!GetFieldRect(field, place)) return;
+        place.Deflate(border);
+        if (place.width > 0 && place.height > 0) child.SetSize(place);  // not so before the first layout
+    };
+    put(*m_gauge, kGauge, FromDIP(2));
+    put(*m_notes, kNotes, 0);
 }

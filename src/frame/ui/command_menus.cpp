@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "frame/ui/command_menus.h"
 
+#include <gtk/gtk.h>
 #include <wx/accel.h>
 
 #include "platform/lng.h"
 
 namespace {
 
-constexpr int kSceneCamerasMenu = kCmdFirstSceneCamera - 1;
+constexpr int kSceneCamerasMenu = WidgetIdOf(kCmdFirstSceneCamera) - 1;
 
 wxString Escaped(const std::string& name) {
     return wxControl::EscapeMnemonics(wxString(lng::ConvertFromUTF8(name)));
@@ -16,11 +17,11 @@ wxString Escaped(const std::string& name) {
 void FillWithCameras(wxMenu& menu, const std::vector<std::string>& names) {
     while (menu.GetMenuItemCount() > 0) menu.Destroy(menu.FindItemByPosition(0));
     for (std::size_t i = 0; i < names.size() && i < kMaxSceneCameras; ++i)
-        menu.Append(kCmdFirstSceneCamera + static_cast<int>(i), Escaped(names[i]));
+        menu.Append(WidgetIdOf(kCmdFirstSceneCamera) + static_cast<int>(i), Escaped(names[i]));
 }
 
 wxMenuItem* Append(wxMenu& menu, const CCommand& command) {
-    return menu.Append(command.id, lng::Text(command.text), wxEmptyString,
+    return menu.Append(WidgetIdOf(command.id), lng::Text(command.text), wxEmptyString,
                        command.isToggle ? wxITEM_CHECK : wxITEM_NORMAL);
 }
 
@@ -73,19 +74,26 @@ void ShowSceneCameras(wxMenuBar& bar, const std::vector<std::string>& names) {
 void ShowStates(wxMenuBar& bar, const CStateOfCommand& stateOf) {
     for (const CCommand& command : Commands()) {
         if (command.id == kCmdFirstRecentFile) continue;  // its list looks after itself
-        wxMenuItem* item = bar.FindItem(command.id);
+        wxMenuItem* item = bar.FindItem(WidgetIdOf(command.id));
         const CCommandState state = stateOf(command);
         if (item->IsEnabled() != state.enabled) item->Enable(state.enabled);
         if (command.isToggle && item->IsChecked() != state.checked) item->Check(state.checked);
     }
 }
 
+void AlignHelpRight(wxMenuBar& bar) {
+    GList* items = gtk_container_get_children(GTK_CONTAINER(bar.m_menubar));
+    if (const GList* last = g_list_last(items)) g_object_set(last->data, "right-justified", TRUE, nullptr);
+    g_list_free(items);
+}
+
 wxAcceleratorTable MakeAcceleratorTable() {
     std::vector<wxAcceleratorEntry> entries;
     for (const CCommand& command : Commands()) {
         wxAcceleratorEntry entry;
-        if (!entry.FromString(lng::Text(command.text))) continue;
-        entry.Set(entry.GetFlags(), entry.GetKeyCode(), command.id);
+        const std::wstring text = lng::Text(command.text);
+        if (text.find(L'\t') == std::wstring::npos || !entry.FromString(text)) continue;
+        entry.Set(entry.GetFlags(), entry.GetKeyCode(), WidgetIdOf(command.id));
         entries.push_back(entry);
     }
     return {static_cast<int>(entries.size()), entries.data()};

@@ -22,6 +22,8 @@ using CStateOfCommand = std::function<CCommandState(const CCommand&)>;
                                                       const CStateOfCommand& stateOf);
 /** Puts the names of a scene's cameras (UTF-8) into the sub-menu of the View menu. */
 void ShowSceneCameras(wxMenuBar& bar, const std::vector<std::string>& names);
+/** Moves the last menu (Help) to the right end of a bar that a frame shows, where the toolkit can do that. */
+void AlignHelpRight(wxMenuBar& bar);
 /** Enables and checks all items. */
 void ShowStates(wxMenuBar& bar, const CStateOfCommand& stateOf);
 /** The keys of all commands, for when the menu bar is hidden and does not hear them. */

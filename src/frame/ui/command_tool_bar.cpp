@@ -12,24 +12,23 @@
 #include "platform/lng.h"
 #include "platform/std_file_paths.h"
 
-wxBitmapBundle LoadIcon(const char* fileName) {
+wxBitmapBundle LoadIcon(const char* fileName, int size) {
     const wxLogNull quiet;  // a program without its pictures still works
     const wxString path = std_file_paths::GetDataPath(L"images/" + lng::ConvertFromUTF8(fileName));
     wxVector<wxBitmap> sizes;
     const int count = wxImage::GetImageCount(path, wxBITMAP_TYPE_ICO);
     for (int i = 0; i < count; ++i) {
         wxImage image;
-        if (image.LoadFile(path, wxBITMAP_TYPE_ICO, i)) sizes.push_back(wxBitmap(image));
+        if (image.LoadFile(path, wxBITMAP_TYPE_ICO, i) && image.GetWidth() >= size) sizes.push_back(wxBitmap(image));
     }
     return wxBitmapBundle::FromBitmaps(sizes);
 }
 
 wxAuiToolBar* MakeToolBar(wxWindow* parent) {
-    constexpr int kIconSize = 24;
     auto* bar = new wxAuiToolBar(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                                  wxAUI_TB_DEFAULT_STYLE | wxAUI_TB_OVERFLOW | wxAUI_TB_HORIZONTAL);
     bar->SetName(lng::Text("Toolbar"));
-    bar->SetToolBitmapSize(parent->FromDIP(wxSize(kIconSize, kIconSize)));
+    bar->SetToolBitmapSize(parent->FromDIP(wxSize(kToolIconSize, kToolIconSize)));
     for (const int id : ToolBarOrder()) {
         const CCommand* command = FindCommand(id);
         if (!command) {
@@ -37,7 +36,7 @@ wxAuiToolBar* MakeToolBar(wxWindow* parent) {
             continue;
         }
         const wxString tip = lng::Text(command->toolTip);
-        bar->AddTool(id, tip, LoadIcon(command->icon), wxBitmapBundle(),
+        bar->AddTool(WidgetIdOf(id), tip, LoadIcon(command->icon), wxBitmapBundle(),
                      command->isToggle ? wxITEM_CHECK : wxITEM_NORMAL, tip, tip, nullptr);
     }
     bar->Realize();
@@ -49,8 +48,8 @@ void ShowStates(wxAuiToolBar& bar, const CStateOfCommand& stateOf) {
         const CCommand* command = FindCommand(id);
         if (!command) continue;
         const CCommandState state = stateOf(*command);
-        bar.EnableTool(id, state.enabled);
-        wxAuiToolBarItem* tool = bar.FindTool(id);
+        bar.EnableTool(WidgetIdOf(id), state.enabled);
+        wxAuiToolBarItem* tool = bar.FindTool(WidgetIdOf(id));
         const int pressed = command->isToggle ? wxAUI_BUTTON_STATE_CHECKED : wxAUI_BUTTON_STATE_PRESSED;
         tool->SetState(state.checked ? tool->GetState() | pressed : tool->GetState() & ~pressed);
     }
