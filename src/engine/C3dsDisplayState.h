@@ -9,6 +9,7 @@
 #include "engine/CSceneRenderer.h"
 #include "engine/CViewCamera.h"
 #include "engine/overlays.h"
+#include "model/CLib3dsMatUtil.h"
 #include "model/CPreparedScene.h"
 #include "model/CScene.h"
 #include "model/CSceneEdits.h"
@@ -18,6 +19,7 @@ struct C3dsDisplayWrap::CState {
     enum class EGpu { Nothing, NeedsUpload, NeedsRefresh, Ready };
 
     std::optional<CScene> scene;
+    CTexturesOfScene knownTextures;      ///< of scene, for those who got its Lib3dsFile
     CPreparedScene prepared;             ///< ask Fresh() for it
     std::unique_ptr<CSceneEdits> edits;  ///< refers to scene; made by the first edit
     float frame = 0;

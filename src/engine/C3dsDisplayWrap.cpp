@@ -157,6 +157,7 @@ void C3dsDisplayWrap::CloseModel() {
     m_state->gpu = CState::EGpu::Nothing;
     m_state->edits.reset();
     m_state->prepared = {};
+    m_state->knownTextures = {};
     if (!m_state->scene) return;
     m_state->scene.reset();
     process_memory::GiveFreedBlocksBack();
@@ -171,7 +172,9 @@ bool C3dsDisplayWrap::SaveAs(const wchar_t* path) {
 Lib3dsFile* C3dsDisplayWrap::Get3dsFile() {
     if (!m_state->scene || m_state->viewingOnly) return nullptr;
     try {
-        return m_state->scene->File();
+        Lib3dsFile* file = m_state->scene->File();
+        m_state->knownTextures = CTexturesOfScene(file, m_state->scene->Textures());
+        return file;
     } catch (const std::bad_alloc&) {
         (void)m_state->Fail({EErrorCode::TooLarge, "not enough memory for the whole scene", {}});
         return nullptr;
