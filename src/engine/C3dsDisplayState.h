@@ -20,7 +20,7 @@ struct C3dsDisplayWrap::CState {
     enum class EGpu { Nothing, NeedsUpload, NeedsRefresh, Ready };
 
     std::optional<CScene> scene;
-    CTexturesOfScene textures;           ///< refers to scene
+    CTexturesOfScene knownTextures;      ///< of scene, for those who got its Lib3dsFile
     CPreparedScene prepared;             ///< ask Fresh() for it
     std::unique_ptr<CSceneEdits> edits;  ///< refers to scene; made by the first edit
     float frame = 0;

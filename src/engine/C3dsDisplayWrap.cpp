@@ -141,7 +141,7 @@ void C3dsDisplayWrap::CloseModel() {
     m_state->gpu = CState::EGpu::Nothing;
     m_state->edits.reset();
     m_state->prepared = {};
-    m_state->textures = {};
+    m_state->knownTextures = {};
     if (!m_state->scene) return;
     m_state->scene.reset();
     process_memory::GiveFreedBlocksBack();
@@ -157,7 +157,7 @@ Lib3dsFile* C3dsDisplayWrap::Get3dsFile() {
     if (!m_state->scene || m_state->viewingOnly) return nullptr;
     try {
         Lib3dsFile* file = m_state->scene->File();
-        m_state->textures = CTexturesOfScene(file, m_state->scene->Textures());
+        m_state->knownTextures = CTexturesOfScene(file, m_state->scene->Textures());
         return file;
     } catch (const std::bad_alloc&) {
         (void)m_state->Fail({EErrorCode::TooLarge, "not enough memory for the whole scene", {}});

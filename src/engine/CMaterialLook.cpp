@@ -32,18 +32,6 @@ std::array<const CPreparedMap*, kMapKinds> MapsOf(const CPreparedMaterial& mater
             &material.bump,        &material.reflection};
 }
 
-bool IsInvisible(const CPreparedMaterial& material) {
-    return material.transparency >= 1 && !material.opacity.HasEffect();
-}
-
-bool IsWire(const CPreparedMaterial& material) {
-    return material.wire || material.shading == EShading::Wire;
-}
-
-bool IsBlended(const CPreparedMaterial& material) {
-    return material.needsBlending || material.additive;
-}
-
 CMaterialLook CMaterialLook::From(const CPreparedMaterial& material, const CTextureSet& textures,
                                   bool hasTexCoords, bool asLines) {
     CMaterialLook look;

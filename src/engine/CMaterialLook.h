@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "engine/material_kinds.h"
 #include "engine/shader_source.h"
 #include "model/geometry.h"
 
@@ -34,9 +35,3 @@ struct CMaterialLook {
 
 /** The material's maps in the order of EMapKind. */
 [[nodiscard]] std::array<const CPreparedMap*, kMapKinds> MapsOf(const CPreparedMaterial& material);
-/** True where a material shows nothing at all. */
-[[nodiscard]] bool IsInvisible(const CPreparedMaterial& material);
-/** True where a material is drawn as lines of its own accord. */
-[[nodiscard]] bool IsWire(const CPreparedMaterial& material);
-/** True where a material is drawn after the opaque ones, onto what is behind it. */
-[[nodiscard]] bool IsBlended(const CPreparedMaterial& material);

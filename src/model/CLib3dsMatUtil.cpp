@@ -78,15 +78,14 @@ void CLib3dsMatUtil::GetMatTextures(Lib3dsFile* file, CImageDataTextVec& texture
 }
 
 void CLib3dsMatUtil::GetMatTextures(Lib3dsFile* file, CImageDataTextVec& textures) {
-    CTextureLocator locator;
-    {
-        CKnownTextures& known = KnownTextures();
-        const std::lock_guard lock(known.mutex);
-        const auto entry = known.entries.find(file);
-        if (entry == known.entries.end()) return;
-        locator = entry->second.locator;
-    }
-    GetMatTextures(file, textures, locator);
+    GetMatTextures(file, textures, CTexturesOfScene::Find(file));
+}
+
+CTextureLocator CTexturesOfScene::Find(const Lib3dsFile* file) {
+    CKnownTextures& known = KnownTextures();
+    const std::lock_guard lock(known.mutex);
+    const auto entry = known.entries.find(file);
+    return entry == known.entries.end() ? CTextureLocator() : entry->second.locator;
 }
 
 CTexturesOfScene::CTexturesOfScene(const Lib3dsFile* file, CTextureLocator locator) : m_file(file) {

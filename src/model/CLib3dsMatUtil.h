@@ -44,6 +44,9 @@ class CTexturesOfScene {
     CTexturesOfScene& operator=(CTexturesOfScene&& other) noexcept;
     ~CTexturesOfScene();
 
+    /** The locator that is known for a scene; one that finds nothing where none is. */
+    [[nodiscard]] static CTextureLocator Find(const Lib3dsFile* file);
+
   private:
     const Lib3dsFile* m_file = nullptr;
     unsigned long long m_number = 0;  ///< tells this entry from a later one for the same scene

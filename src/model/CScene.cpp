@@ -20,7 +20,7 @@ void Release(std::vector<T>& vector) {
 }  // namespace
 
 void CLib3dsFileDeleter::operator()(Lib3dsFile* file) const {
-    lib3ds_file_free(file);
+    if (!keeps) lib3ds_file_free(file);
 }
 
 CScene::CScene() : m_file(lib3ds_file_new()) {
@@ -37,6 +37,10 @@ CScene CScene::Adopt(CLib3dsFilePtr file) {
     for (CMeshView& view : scene.m_meshes) RepairMeshArrays(view, notes);
     scene.m_notes = notes.Take();
     return scene;
+}
+
+CScene CScene::Borrow(Lib3dsFile& file) {
+    return Adopt(CLib3dsFilePtr(&file, CLib3dsFileDeleter{true}));
 }
 
 Lib3dsFile* CScene::File() {

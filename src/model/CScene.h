@@ -16,6 +16,7 @@ struct Lib3dsFile;
 struct Lib3dsMesh;
 
 struct CLib3dsFileDeleter {
+    bool keeps = false;  ///< somebody else owns it
     void operator()(Lib3dsFile* file) const;
 };
 using CLib3dsFilePtr = std::unique_ptr<Lib3dsFile, CLib3dsFileDeleter>;
@@ -60,6 +61,8 @@ class CScene {
 
     /** Takes a scene made by somebody else (never null) and repairs it in place. */
     [[nodiscard]] static CScene Adopt(CLib3dsFilePtr file);
+    /** The same for one that stays its owner's, and must outlive the result. */
+    [[nodiscard]] static CScene Borrow(Lib3dsFile& file);
 
     /** The complete scene, owned by this object, never null. The first call fills the mesh arrays. */
     [[nodiscard]] Lib3dsFile* File();

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 #include "platform/CAtomicFile.h"
@@ -25,9 +26,11 @@ CStatus CheckImage(std::string_view path, const CImage& image) {
     return CError{EErrorCode::BadArgument, "there is no picture to write", std::string(path)};
 }
 
+/** Takes the packed bytes. */
+using CSink = std::function<void(std::span<const std::byte>)>;
+
 void WritePart(png_structp png, png_bytep data, png_size_t size) {
-    auto* file = static_cast<CAtomicFile*>(png_get_io_ptr(png));
-    (void)file->Write(std::as_bytes(std::span(data, size)));  // Commit tells
+    (*static_cast<const CSink*>(png_get_io_ptr(png)))(std::as_bytes(std::span(data, size)));
 }
 
 void KeepQuiet(png_structp, png_const_charp) {}
@@ -54,6 +57,19 @@ bool EncodePng(png_structp png, png_infop info, const CImage& image, bool withAl
     return true;
 }
 
+CStatus PackPng(std::string_view path, const CImage& image, bool withAlpha, const CSink& sink) {
+    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, JumpBack, KeepQuiet);
+    png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
+    bool encoded = false;
+    if (info != nullptr) {
+        png_set_write_fn(png, const_cast<CSink*>(&sink), WritePart, nullptr);
+        encoded = EncodePng(png, info, image, withAlpha);
+    }
+    png_destroy_write_struct(&png, &info);
+    if (encoded) return CDone{};
+    return CError{EErrorCode::WriteFailed, "the picture could not be packed", std::string(path)};
+}
+
 struct CTjDeleter {
     void operator()(void* handle) const { (void)tjDestroy(handle); }  // it has no failure to tell
     void operator()(unsigned char* buffer) const { tjFree(buffer); }
@@ -65,17 +81,19 @@ CStatus WritePng(std::string_view path, const CImage& image, bool withAlpha) {
     if (CStatus sound = CheckImage(path, image); !sound) return sound;
     CResult<CAtomicFile> file = CAtomicFile::Create(path);
     if (!file) return file.Error();
-    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, JumpBack, KeepQuiet);
-    png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
-    bool encoded = false;
-    if (info != nullptr) {
-        png_set_write_fn(png, &file.Value(), WritePart, nullptr);
-        encoded = EncodePng(png, info, image, withAlpha);
-    }
-    png_destroy_write_struct(&png, &info);
-    if (!encoded)
-        return CError{EErrorCode::WriteFailed, "the picture could not be packed", std::string(path)};
+    const CSink sink = [&](std::span<const std::byte> part) { (void)file.Value().Write(part); };  // Commit tells
+    if (CStatus packed = PackPng(path, image, withAlpha, sink); !packed) return packed;
     return file.Value().Commit();
+}
+
+CResult<std::vector<std::byte>> PngBytes(const CImage& image, bool withAlpha) {
+    if (CStatus sound = CheckImage({}, image); !sound) return sound.Error();
+    std::vector<std::byte> bytes;
+    const CSink sink = [&](std::span<const std::byte> part) {
+        bytes.insert(bytes.end(), part.begin(), part.end());
+    };
+    if (CStatus packed = PackPng({}, image, withAlpha, sink); !packed) return packed.Error();
+    return bytes;
 }
 
 CStatus WriteJpeg(std::string_view path, const CImage& image, int quality) {

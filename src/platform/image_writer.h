@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <string_view>
+#include <vector>
 
 #include "platform/CImage.h"
 #include "platform/CResult.h"
@@ -11,6 +13,8 @@ namespace image_codec {
 
 /** Without alpha the file has three channels. An empty or inconsistent image is BadArgument. */
 [[nodiscard]] CStatus WritePng(std::string_view path, const CImage& image, bool withAlpha);
+/** The same into memory. */
+[[nodiscard]] CResult<std::vector<std::byte>> PngBytes(const CImage& image, bool withAlpha);
 /** quality 1..100. The alpha is left out. */
 [[nodiscard]] CStatus WriteJpeg(std::string_view path, const CImage& image, int quality = 90);
 

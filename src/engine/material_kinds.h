@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+struct CPreparedMaterial;
+
+/** True where a material shows nothing at all. */
+[[nodiscard]] bool IsInvisible(const CPreparedMaterial& material);
+/** True where a material is drawn as lines of its own accord. */
+[[nodiscard]] bool IsWire(const CPreparedMaterial& material);
+/** True where a material is drawn after the opaque ones, onto what is behind it. */
+[[nodiscard]] bool IsBlended(const CPreparedMaterial& material);

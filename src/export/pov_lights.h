@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+
+class CPovText;
+struct CPreparedScene;
+
+/** Writes the lights that are switched on, for a scene written `scale` times as large; where there is none,
+ * or they are not wanted, one white light at Eye, which must be declared. */
+void WritePovLights(CPovText& text, const CPreparedScene& scene, bool useFileLights, float scale);

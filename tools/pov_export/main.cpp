@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include <cstdio>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "export/C3ds2Pov.h"
+#include "platform/number_text.h"
+
+namespace {
+
+constexpr const char* kUsage =
+    "orbivue-pov [OPTION VALUE...] MODEL OUTPUT.pov\n"
+    "  -camera NAME  -red -green -blue 0..1  -x -y -z DEGREES  -diffuse -self 0..1\n"
+    "  -textures 0|1  -radiosity 0|1  -mode NUMBER\n";
+
+float Number(const std::string& text) {
+    return static_cast<float>(number_text::ParseLeading(text).value_or(0));
+}
+
+bool Set(C3ds2Pov::COutFormat& format, const std::string& option, const std::string& value) {
+    const std::map<std::string, float*> numbers{
+        {"-red", &format.bkRed},       {"-green", &format.bkGreen},   {"-blue", &format.bkBlue},
+        {"-x", &format.angleX},        {"-y", &format.angleY},        {"-z", &format.angleZ},
+        {"-diffuse", &format.diffuse}, {"-self", &format.selfDiffuse}};
+    if (const auto number = numbers.find(option); number != numbers.end()) {
+        *number->second = Number(value);
+    } else if (option == "-camera") {
+        format.cameraName = value;
+    } else if (option == "-textures") {
+        format.outputTextures = value != "0";
+    } else if (option == "-radiosity") {
+        format.radiosity = value != "0";
+    } else if (option == "-mode") {
+        format.mode = static_cast<std::int32_t>(Number(value));
+    } else {
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    C3ds2Pov::COutFormat format;
+    std::size_t at = 0;
+    while (at + 3 < arguments.size() && Set(format, arguments[at], arguments[at + 1])) at += 2;
+    if (arguments.size() != at + 2) {
+        std::fputs(kUsage, stderr);
+        return 1;
+    }
+    const CStatus status = C3ds2Pov::TryExport(arguments[at], arguments[at + 1], format, nullptr);
+    if (status) return 0;
+    std::fprintf(stderr, "orbivue-pov: %s\n", status.Error().Text().c_str());
+    return 2;
+}
