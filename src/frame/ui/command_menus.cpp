@@ -82,9 +82,8 @@ void ShowStates(wxMenuBar& bar, const CStateOfCommand& stateOf) {
 }
 
 void AlignHelpRight(wxMenuBar& bar) {
-    GList* items = gtk_container_get_children(GTK_CONTAINER(bar.m_menubar));
-    if (const GList* last = g_list_last(items)) g_object_set(last->data, "right-justified", TRUE, nullptr);
-    g_list_free(items);
+    GtkWidget* title = bar.GetMenu(bar.GetMenuCount() - 1)->m_owner;
+    if (title) g_object_set(title, "right-justified", TRUE, nullptr);
 }
 
 wxAcceleratorTable MakeAcceleratorTable() {
