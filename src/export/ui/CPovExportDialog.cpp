@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kIdExport = 1001;
 constexpr int kStartDelayMs = 200;
+constexpr std::chrono::milliseconds kAppearLimit(2000);
 constexpr wchar_t kPovRayDownload[] = L"https://www.povray.org/download/";
 
 }  // namespace
@@ -65,6 +66,7 @@ void CPovExportDialog::EndModal(int code) {
 
 void CPovExportDialog::Export() {
     const CBusyCursor cursor;
+    m_bar->ShowNow(kAppearLimit);  // on a busy machine the delay was too short
     // Nobody looks at the result: the window says only that the export has ended.
     (void)C3ds2Pov::Export(m_scene, CSettings::Instance().povLastName, m_format, this);
 }
@@ -87,8 +89,8 @@ void CPovExportDialog::Step() {
 }
 
 void CPovExportDialog::Finished() {
+    m_bar->Complete();  // with what was asked for too early
     m_finished = true;
-    m_bar->Complete();
     m_open->Enable();
     m_close->Enable();
     m_open->SetFocus();

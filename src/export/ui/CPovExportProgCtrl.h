@@ -6,9 +6,9 @@
 #include <chrono>
 
 /**
- * The progress bar of the POV-Ray export. The export keeps the thread of the windows, so the bar itself sees
- * to it that windows are repainted, and that what the user does meanwhile is heard and not kept for
- * afterwards.
+ * The progress bar of the POV-Ray export. The export keeps the thread of the windows, so the bar itself has
+ * its window painted, and has what the user does meanwhile heard at once instead of when the export has
+ * ended.
  */
 class CPovExportProgCtrl final : public wxGauge {
   public:
@@ -19,12 +19,14 @@ class CPovExportProgCtrl final : public wxGauge {
     void Step();
     /** Shows the bar full. */
     void Complete();
+    /** Serves events until there are none and the bar is on the screen as it is now; at most that long. */
+    void ShowNow(std::chrono::milliseconds limit);
 
   private:
     using CClock = std::chrono::steady_clock;
-    void ShowNow();
 
     unsigned m_position = 0;
     unsigned m_total = 0;
+    bool m_isDrawn = false;  ///< since the last change
     CClock::time_point m_nextShow;
 };
