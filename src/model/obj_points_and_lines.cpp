@@ -70,6 +70,7 @@ class CElementChooser {
     void Add(std::size_t face, std::uint32_t from, std::uint32_t to) {
         const bool isLine = m_geometry.faceEnds[face] - m_geometry.FaceBegin(face) == 2;
         if (isLine && from == to) return;
+        (isLine ? m_anyLine : m_anyPoint) = true;
         const auto fresh = static_cast<std::uint32_t>(m_elements.size());
         const std::uint64_t key = KeyOf(from, to);
         if (m_byKey.FindOrAdd(key, fresh, HasKey(key)) == fresh)
@@ -88,8 +89,8 @@ class CElementChooser {
             std::uint32_t before = PlaceOf(corners.back());
             for (const std::int32_t corner : corners) {
                 const std::uint32_t place = PlaceOf(corner);
-                mark(place, place);
-                mark(before, place);
+                if (m_anyPoint) mark(place, place);
+                if (m_anyLine) mark(before, place);
                 before = place;
             }
         });
@@ -101,6 +102,7 @@ class CElementChooser {
     std::vector<std::uint32_t> m_places;  ///< of each position, as far as asked for
     std::vector<CElement> m_elements;
     CHashIndex m_byPlace, m_byKey;
+    bool m_anyPoint = false, m_anyLine = false;
 };
 
 // ---- how large they are

@@ -302,6 +302,7 @@ TEST(ImageCodecTest, ManyThreadsDecodeAtOnceAndNobodySaysAWord) {
     const std::vector<std::string> damaged = {Tga24().substr(0, 20), Bmp().substr(0, 50),
                                               Tiff().substr(0, 60)};
     std::vector<std::thread> threads;
+    threads.reserve(4);
     std::atomic<int> decoded = 0;
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&] {
