@@ -78,6 +78,7 @@ TEST(StdFilePathsTest, TheTemporaryFolderIsPrivateAndMadeAnewAfterItsDeletion) {
 TEST(StdFilePathsTest, ProgramsInTheBuildTreeFindTheSourcesData) {
     EXPECT_TRUE(fs::exists(paths::GetDataPath("CMakeLists.txt")));
     EXPECT_TRUE(fs::exists(paths::GetPluginPath("orbivue_wximage_codecs.so")));
+    EXPECT_TRUE(fs::exists(paths::GetPluginPath("orbivue_dxt_blocks.so")));
     EXPECT_TRUE(paths::GetDataPath("no/such.file").ends_with("/share/orbivue/no/such.file"));
 }
 
