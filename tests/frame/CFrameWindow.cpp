@@ -15,7 +15,7 @@ CFrameWindow::CFrameWindow() {
     auto recorded = std::make_unique<CRecordedPrompt>();
     prompt = recorded.get();
     m_promptBefore = CUserPrompt::Install(std::move(recorded));
-    wxInitAllImageHandlers();
+    [[maybe_unused]] static const bool s_once = (wxInitAllImageHandlers(), true);
     CLocalRegStore::Load(file_util_ex::ConvertFromUTF8W(folder / "settings.ini"));
     ShowFrame();
 }

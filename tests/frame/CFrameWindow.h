@@ -15,6 +15,8 @@
 #include "platform/CUserPrompt.h"
 #include "settings/CSettingsGuard.h"
 
+class C3dsDisplayWrap;
+
 /** Answers all questions as it was told and keeps what was asked. */
 class CRecordedPrompt final : public CUserPrompt {
   public:

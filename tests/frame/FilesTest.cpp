@@ -74,7 +74,7 @@ TEST_F(RecentFileListTest, SharesTheListWithAnotherCopy) {
 TEST_F(RecentFileListTest, WritesMenuTextsThatMeanWhatTheySay) {
     CRecentFileList list;
     list.AddToRecentFileList(L"/a/" + std::wstring(80, L'x') + L"/R&B\tmix.3ds");
-    EXPECT_EQ(list.MenuText(0), L"&1 /a/" + std::wstring(43, L'x') + L"…/R&&B mix.3ds");
+    EXPECT_EQ(list.MenuText(0), L"&1 /a/" + std::wstring(44, L'x') + L"…/R&&B mix.3ds");
 }
 
 }  // namespace

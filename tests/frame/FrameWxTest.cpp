@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <wx/app.h>
 #include <wx/dnd.h>
 #include <wx/menu.h>
 
+#include <csignal>
 #include <filesystem>
 
 #include "engine/C3dsDisplayWrap.h"
@@ -16,6 +18,26 @@
 #include "view/ui/CViewer3DSWindowHandler.h"
 
 namespace {
+
+/** No file can grow beyond a few bytes as long as it lives, as on a disk that is full. */
+class CFullDisk {
+  public:
+    CFullDisk() : m_signal(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit tight{1000, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &tight);
+    }
+    CFullDisk(const CFullDisk&) = delete;
+    CFullDisk& operator=(const CFullDisk&) = delete;
+    ~CFullDisk() {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_signal);
+    }
+
+  private:
+    rlimit m_before{};
+    void (*m_signal)(int);
+};
 
 class FrameWxTest : public testing::Test {
   protected:
@@ -114,12 +136,19 @@ TEST_F(FrameWxTest, ReadsAFileAgainAndKeepsTheCamera) {
 }
 
 TEST_F(FrameWxTest, SavesScenesAndArchivesThatOpenAgain) {
-    ASSERT_TRUE(window.Open(Sample("orrery.3ds", "o.3ds")));
+    // Where it is, beside its textures.
+    ASSERT_TRUE(window.Open(std_file_paths::GetDataPath(L"samples/orrery.3ds")));
     const std::size_t triangles = window.Engine().Prepared()->triangleCount;
     const auto file = [&](const char* name) { return file_util_ex::ConvertFromUTF8W(window.folder / name); };
     ASSERT_TRUE(Frame().View().SaveToPath(file("saved.3ds")));
     ASSERT_TRUE(Frame().View().SaveToPath(file("saved.zip")));
     EXPECT_FALSE(Frame().View().SaveToPath(file("no/such/folder.3ds")));
+    for (const char* name : {"saved.3ds", "saved.zip"}) {
+        const std::string before = CTestFolder::TextOf(window.folder / name);
+        const CFullDisk full;
+        EXPECT_FALSE(Frame().View().SaveToPath(file(name)));
+        EXPECT_EQ(CTestFolder::TextOf(window.folder / name), before) << name;
+    }
     ASSERT_TRUE(window.Open(file("saved.zip")));
     EXPECT_EQ(window.Engine().Prepared()->triangleCount, triangles);
     for (const CPreparedTexture& texture : window.Engine().Prepared()->textures)
