@@ -112,6 +112,7 @@ void CAViewerFrame::MakePanes() {
                                       .CloseButton(false)
                                       .PaneBorder(false)
                                       .DockFixed()
+                                      .BestSize(m_animationBar->GetBestSize())
                                       .Hide());
 }
 
