@@ -63,7 +63,7 @@ TEST_F(CWindowStateWxTest, KeepsTheNormalPlaceOfAMaximisedWindow) {
     ASSERT_TRUE(CModalDriver::WaitFor([&] { return second.IsMaximized() && second.GetSize().x > 1000; }));
     second.Maximize(false);
     EXPECT_TRUE(CModalDriver::WaitFor([&] { return second.GetSize() == wxSize(420, 310); }))
-        << second.GetSize().x;
+        << second.GetSize().x << "x" << second.GetSize().y << " " << second.IsMaximized();
 }
 
 TEST_F(CWindowStateWxTest, IsBroughtBackFromAScreenThatIsGone) {
