@@ -122,7 +122,7 @@ CPreviewPane::CRow CPreviewPane::AddRow(GtkWidget* grid, int line, const char* e
     gtk_label_set_xalign(GTK_LABEL(row.value), 0);
     gtk_grid_attach(GTK_GRID(grid), row.name, 0, line, 1, 1);
     gtk_grid_attach(GTK_GRID(grid), row.value, 1, line, 1, 1);
-    gtk_widget_set_name(row.value, "preview-fact");
+    gtk_widget_set_name(row.value, ("preview-fact-" + std::to_string(line)).c_str());
     return row;
 }
 
