@@ -130,3 +130,24 @@ int CountDrawn(const CImage& image) {
     }
     return count;
 }
+
+std::vector<double> ReadGlState() {
+    std::vector<double> state;
+    const auto add = [&state](std::initializer_list<GLenum> names) {
+        for (const GLenum name : names) {
+            std::array<double, 16> values{};
+            glGetDoublev(name, values.data());
+            state.insert(state.end(), values.begin(), values.end());
+        }
+    };
+    add({GL_CULL_FACE, GL_CULL_FACE_MODE, GL_FRONT_FACE, GL_DEPTH_TEST, GL_DEPTH_FUNC, GL_DEPTH_WRITEMASK});
+    add({GL_LINE_WIDTH, GL_POLYGON_MODE, GL_CURRENT_COLOR, GL_CURRENT_PROGRAM, GL_POLYGON_SMOOTH});
+    add({GL_BLEND, GL_BLEND_SRC_RGB, GL_BLEND_DST_RGB, GL_BLEND_SRC_ALPHA, GL_BLEND_DST_ALPHA});
+    add({GL_ALPHA_TEST, GL_TEXTURE_2D, GL_ACTIVE_TEXTURE, GL_TEXTURE_BINDING_2D, GL_TEXTURE_MATRIX});
+    add({GL_ARRAY_BUFFER_BINDING, GL_ELEMENT_ARRAY_BUFFER_BINDING, GL_VERTEX_ARRAY, GL_NORMAL_ARRAY});
+    add({GL_TEXTURE_COORD_ARRAY, GL_COLOR_ARRAY, GL_LIGHTING, GL_LIGHT0, GL_LIGHT1, GL_SHADE_MODEL});
+    add({GL_LIGHT_MODEL_LOCAL_VIEWER, GL_LIGHT_MODEL_TWO_SIDE, GL_LIGHT_MODEL_COLOR_CONTROL, GL_FOG});
+    add({GL_MATRIX_MODE, GL_MODELVIEW_MATRIX, GL_PROJECTION_MATRIX, GL_NORMALIZE, GL_ATTRIB_STACK_DEPTH});
+    add({GL_MODELVIEW_STACK_DEPTH, GL_PROJECTION_STACK_DEPTH, GL_CLIENT_ATTRIB_STACK_DEPTH});
+    return state;
+}
