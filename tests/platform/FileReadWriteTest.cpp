@@ -17,10 +17,6 @@ using file_util_ex::WriteFileAtomically;
 
 namespace {
 
-std::string TextOf(const std::vector<std::byte>& bytes) {
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
 // While it lives, no file of this process may grow beyond the limit.
 class CFileSizeLimit {
   public:
@@ -48,7 +44,7 @@ TEST(ReadWholeFileTest, GivesAllBytesOfEverySize) {
         for (std::size_t i = 0; i < size; ++i) text[i] = static_cast<char>(i * 7 + i / 251);
         const auto bytes = ReadWholeFile(folder.Add("file", text), size);
         ASSERT_TRUE(bytes) << size;
-        EXPECT_TRUE(TextOf(bytes.Value()) == text) << size;
+        EXPECT_TRUE(CTestFolder::TextOf(bytes.Value()) == text) << size;
     }
 }
 
@@ -63,7 +59,7 @@ TEST(ReadWholeFileTest, SaysWhyNot) {
 TEST(ReadWholeFileTest, ReadsWhatHasNoSizeAndStopsAtTheLimit) {
     const auto status = ReadWholeFile("/proc/self/status");
     ASSERT_TRUE(status);
-    EXPECT_NE(TextOf(status.Value()).find("Pid:"), std::string::npos);
+    EXPECT_NE(CTestFolder::TextOf(status.Value()).find("Pid:"), std::string::npos);
     EXPECT_EQ(ReadWholeFile("/dev/zero", 1 << 20).Error().code, EErrorCode::TooLarge);
 }
 
@@ -80,7 +76,7 @@ TEST(ReadWholeFileTest, ReadsASlowPipeToItsEnd) {
     writer.join();
     ::close(ends[0]);
     ASSERT_TRUE(bytes) << bytes.Error().Text();
-    EXPECT_EQ(TextOf(bytes.Value()), "onetwo");
+    EXPECT_EQ(CTestFolder::TextOf(bytes.Value()), "onetwo");
 }
 
 TEST(AtomicFileTest, ReplacesTheContentAndKeepsPermissions) {

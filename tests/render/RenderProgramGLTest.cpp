@@ -43,7 +43,7 @@ std::string AddScene(const CTestFolder& folder, const std::string& name = "box.3
     const CBytes moving = Track(0xB020, 2, Key(0, {0, 0, 0}) + Key(10, {0, 0, 50}));
     const CBytes file =
         Scene(Material("Red") + camera + Cube("Box"), Keyframer(ObjectNode(0, "Box", 65535, moving)));
-    return folder.Add(name, {reinterpret_cast<const char*>(file.data()), file.size()});
+    return folder.Add(name, file);
 }
 
 TEST(RenderProgramGLTest, WritesAPictureOfTheSizeAndBackground) {
