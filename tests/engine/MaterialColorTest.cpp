@@ -73,18 +73,6 @@ const CColorCase kColors[] = {
      {LightAt({0, 0, 9}, 0.1f), LightAt({0, 0, 9}, 0.1f), LightAt({0, 0, 9}, 0.1f), LightAt({0, 0, 9}, 0.1f),
       LightAt({0, 0, 9}, 0.1f), LightAt({0, 0, 9}, 0.1f), LightAt({0, 0, 9}, 0.1f), LightAt({0, 0, 9}, 0.1f),
       LightAt({0, 0, 9}, 0.2f), LightAt({0, 0, 9}, 0.3f)}},
-    {"SpotInsideItsHotspot",
-     {128, 64, 26},
-     Plain(kOwn),
-     {{.spot = true, .position = {0, 0, 9}, .target = {1, 0, 0}, .hotspotDeg = 20, .falloffDeg = 30}}},
-    {"SpotBeyondItsFalloff",
-     {0, 0, 0},
-     Plain(kOwn),
-     {{.spot = true, .position = {0, 0, 9}, .target = {4, 0, 0}, .hotspotDeg = 20, .falloffDeg = 30}}},
-    {"LightInTheMiddleOfItsRange",
-     {64, 32, 13},
-     Plain(kOwn),
-     {{.position = {0, 0, 9}, .attenuate = true, .innerRange = 6, .outerRange = 12}}},
 };
 
 class MaterialColorGLTest : public CPictureTest, public testing::WithParamInterface<CColorCase> {};

@@ -82,15 +82,6 @@ CPreparedMesh MakeSphere(float radius, int rings) {
     return Finished(std::move(mesh));
 }
 
-void Append(CPreparedMesh& mesh, const CPreparedMesh& other, std::uint32_t material) {
-    const auto base = static_cast<std::uint16_t>(mesh.vertices.size());
-    mesh.batches.push_back({material, mesh.IndexCount(), other.IndexCount()});
-    for (std::uint16_t i : other.indices16) mesh.indices16.push_back(static_cast<std::uint16_t>(base + i));
-    mesh.vertices.insert(mesh.vertices.end(), other.vertices.begin(), other.vertices.end());
-    mesh.texCoords.insert(mesh.texCoords.end(), other.texCoords.begin(), other.texCoords.end());
-    mesh.bounds.Add(other.bounds);
-}
-
 CImage MakeImage(int width, int height, const std::function<std::array<std::uint8_t, 4>(int, int)>& color) {
     CImage image{width, height, {}};
     for (int y = 0; y < height; ++y) {
@@ -109,13 +100,6 @@ CImage QuarterImage(int side) {
     constexpr std::array<std::uint8_t, 4> kQuarters[2][2] = {{{255, 0, 0, 255}, {0, 255, 0, 255}},
                                                              {{0, 0, 255, 255}, {255, 255, 255, 255}}};
     return MakeImage(side, side, [&](int x, int y) { return kQuarters[y >= side / 2][x >= side / 2]; });
-}
-
-CImage HalvesImage(int side) {
-    return MakeImage(side, side, [side](int x, int) -> std::array<std::uint8_t, 4> {
-        const std::uint8_t grey = x < side / 2 ? 0 : 255;
-        return {grey, grey, grey, 255};
-    });
 }
 
 CPreparedMaterial Plain(CVec3 color) {

@@ -17,9 +17,6 @@ namespace test_scenes {
 /** A smooth sphere round the origin, its poles on z, 2 * rings * rings segments; u goes round, v from pole to
  * pole. */
 [[nodiscard]] CPreparedMesh MakeSphere(float radius = 1, int rings = 24);
-/** Appends the other mesh's triangles as a further batch. */
-void Append(CPreparedMesh& mesh, const CPreparedMesh& other, std::uint32_t material);
-
 /** A picture filled point by point. */
 [[nodiscard]] CImage MakeImage(int width, int height,
                                const std::function<std::array<std::uint8_t, 4>(int x, int y)>& color);
@@ -28,9 +25,6 @@ void Append(CPreparedMesh& mesh, const CPreparedMesh& other, std::uint32_t mater
 /** Four colours, so that its orientation shows: top left red, top right green, bottom left blue, bottom right
  * white. */
 [[nodiscard]] CImage QuarterImage(int side = 64);
-/** Black left half, white right half. */
-[[nodiscard]] CImage HalvesImage(int side = 64);
-
 /** A plain material of that colour, lit, without highlight. */
 [[nodiscard]] CPreparedMaterial Plain(CVec3 color);
 

@@ -37,9 +37,9 @@ CBytes DeepChain(std::uint32_t depth) {
     return nodes;
 }
 
+/** Headers alone, the outermost first: the table is made at each start of the program. */
 CBytes Nested(std::uint16_t id, int depth) {
     CBytes out;
-    // Headers alone, the outermost first: the table is made at each start of the program.
     for (int i = depth; i > 0; --i) {
         Put(out, id);
         Put(out, static_cast<std::uint32_t>(i * 6));
@@ -56,8 +56,7 @@ CBytes CubeWith(const CBytes& facesInner, const CBytes& meshParts = {}) {
 }
 /** Two triangles, one of which has a corner at x. */
 CBytes TwoTriangles(float x) {
-    return Scene(Mesh("Tri", Chunk(0x4110, Words({4}) + Floats({0, 0, 0, 1, 0, 0, 0, 1, 0, x, 0, 0})) +
-                                 Chunk(0x4120, Words({2, 0, 1, 2, 7, 0, 1, 3, 7}))));
+    return Scene(Mesh("Tri", Points({0, 0, 0, 1, 0, 0, 0, 1, 0, x, 0, 0}) + Faces({0, 1, 2, 0, 1, 3})));
 }
 CBytes WithMainSize(int byte) {
     CBytes file = Scene(Cube());
@@ -100,8 +99,7 @@ const CBrokenFile kBroken[] = {
      Scene(Chunk(0x4000, Text("Cube") + Chunk(0x4100, CubePoints() + CubeFaces()), 100000)), 12, "parent"},
     {"PointCountTooLarge",
      Scene(Mesh("Cube", Chunk(0x4110, Words({65535}) + Floats({0, 0, 0})) + CubeFaces())), 0, "shorter"},
-    {"FaceIndexOnePast",
-     Scene(Mesh("Cube", CubePoints() + Chunk(0x4120, Words({2, 0, 1, 2, 7, 0, 1, 8, 7})))), 1,
+    {"FaceIndexOnePast", Scene(Mesh("Cube", CubePoints() + Faces({0, 1, 2, 0, 1, 8}))), 1,
      "missing vertices"},
     {"FacesWithoutPoints", Scene(Mesh("Cube", CubeFaces())), 0},
     {"FacesBeforePoints", Scene(Mesh("Cube", CubeFaces() + CubePoints()))},

@@ -124,25 +124,19 @@ CSceneEdits::CMaterialChange Paint(CVec3 color) {
 
 class CSceneEditsPlace : public testing::TestWithParam<const char*> {};
 
-TEST_P(CSceneEditsPlace, MovesByTheOffsetAtEveryFrameAndInTheFile) {
-    const CMat4 by = CMat4::Translation({0.5f, -4, 7});
+TEST_P(CSceneEditsPlace, MovesByTheOffsetAndTurnsAboutItsOwnOriginAtEveryFrameAndInTheFile) {
     for (const float frame : {0.0f, 4.0f, 10.0f}) {
         CEdited scene(ZooFile());
-        const auto before = Marks(scene.At(frame), GetParam());
+        auto before = Marks(scene.At(frame), GetParam());
+        CMat4 by = CMat4::Translation({0.5f, -4, 7});
         ASSERT_TRUE(scene.Edits().MoveNode(scene.At(0), GetParam(), {0.5f, -4, 7}));
         ExpectMapped(before, Marks(scene.At(frame), GetParam()), by);
         ExpectMapped(before, Marks(scene.Reopened(frame), GetParam()), by);
-    }
-}
 
-TEST_P(CSceneEditsPlace, TurnsAboutItsOwnOriginAtEveryFrameAndInTheFile) {
-    for (const float frame : {0.0f, 4.0f, 10.0f}) {
-        CEdited scene(ZooFile());
-        const auto before = Marks(scene.At(frame), GetParam());
-        // A mesh whose matrix says nothing turns about its middle, which is the origin here.
+        before = Marks(scene.At(frame), GetParam());
+        // A mesh whose matrix says nothing turns about its middle.
         const CVec3 origin = NodeOf(scene.At(frame), GetParam())->world.TransformPoint({});
-        const CMat4 by =
-            CMat4::Translation(origin) * RotationOfAngles(30, -50, 110) * CMat4::Translation(-origin);
+        by = CMat4::Translation(origin) * RotationOfAngles(30, -50, 110) * CMat4::Translation(-origin);
         ASSERT_TRUE(scene.Edits().RotateNode(scene.At(0), GetParam(), {30, -50, 110}));
         ExpectMapped(before, Marks(scene.At(frame), GetParam()), by);
         ExpectMapped(before, Marks(scene.Reopened(frame), GetParam()), by);
@@ -285,8 +279,8 @@ TEST(CSceneEditsTest, TexturesFromElsewhereAreFoundUnderNamesOfTheirOwn) {
 
 /** Another file's node: a flat square round (0.5, 0.5, 0), red as well, but of another red. */
 std::string AddReplacement(const CTestFolder& folder) {
-    const CBytes points = Chunk(0x4110, Words({4}) + Floats({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}));
-    const CBytes faces = Chunk(0x4120, Words({2, 0, 1, 2, 7, 0, 2, 3, 7}) + Group("Red", {0, 1}));
+    const CBytes points = Points({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0});
+    const CBytes faces = Faces({0, 1, 2, 0, 2, 3}, Group("Red", {0, 1}));
     const CBytes file =
         Scene(Material("Red", DiffuseColor(128, 0, 0)) + Cube("Other") + Mesh("Square", points + faces),
               Keyframer(ObjectNode(0, "Other", 65535, AtPosition(0, 0, 0)) +

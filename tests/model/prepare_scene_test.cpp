@@ -51,10 +51,8 @@ INSTANTIATE_TEST_SUITE_P(PrepareScene, SmoothingGroups, testing::ValuesIn(kSmoot
 
 /** The normal of the first of three faces that meet in an edge, at that edge. */
 CVec3 FirstNormalOfSheet(std::initializer_list<std::uint32_t> masks) {
-    const CBytes points =
-        Chunk(0x4110, Words({5}) + Floats({0, 0, 0, 0, 0, 1, -1, 1, 0, -1, 0, 0, -1, -1, 0}));
-    const CBytes faces = Chunk(0x4120, Words({3, 0, 1, 2, 7, 0, 1, 3, 7, 0, 1, 4, 7}) + Smoothing(masks));
-    const CReadScene sheet(Scene(Mesh("Sheet", points + faces)));
+    const CReadScene sheet(Scene(Mesh("Sheet", Points({0, 0, 0, 0, 0, 1, -1, 1, 0, -1, 0, 0, -1, -1, 0}) +
+                                                   Faces({0, 1, 2, 0, 1, 3, 0, 1, 4}, Smoothing(masks)))));
     const CPreparedMesh& mesh = sheet.prepared.meshes[0];
     return mesh.vertices[mesh.Index(0)].Normal();
 }
@@ -84,7 +82,7 @@ TEST(PrepareScene, FanOfManyFacesKeepsItsNormal) {
 
 TEST(PrepareScene, FaceOnTheSeamOfAWrappedMapGoesOn) {
     const CBytes texels = Chunk(0x4140, Words({3}) + Floats({0.9f, 0, 0.1f, 0, 0.9f, 1}));
-    const CBytes mesh = Chunk(0x4110, Words({3}) + Floats({0, 0, 0, 1, 0, 0, 0, 1, 0})) + texels +
+    const CBytes mesh = Points({0, 0, 0, 1, 0, 0, 0, 1, 0}) + texels +
                         Chunk(0x4120, Words({1, 0, 1, 2, 7 | 8}) + Chunk(0x4130, Text("M") + Words({1, 0})));
     const CReadScene seam(
         Scene(Material("M", Chunk(0xA200, Chunk(0xA300, Text("X.PNG")))) + Mesh("Seam", mesh)));
@@ -97,10 +95,9 @@ TEST(PrepareScene, FaceOnTheSeamOfAWrappedMapGoesOn) {
 /** Two faces that meet at an edge whose two points are repeated; folded flat they would be front and back. */
 CPreparedMesh FacesAtASeam(bool withMap, bool backToBack) {
     const float x = backToBack ? 1.0f : -1.0f, z = backToBack ? 0.0f : 1.0f;
-    const CBytes points =
-        Chunk(0x4110, Words({6}) + Floats({0, 0, 0, 0, 1, 0, 1, 0, 0, 0, 0, 0, 0, 1, 0, x, 0, z}));
+    const CBytes points = Points({0, 0, 0, 0, 1, 0, 1, 0, 0, 0, 0, 0, 0, 1, 0, x, 0, z});
     const CBytes texels = Chunk(0x4140, Words({6}) + Floats({0, 0, 0, 1, 1, 0, 0.5f, 0, 0.5f, 1, 0.7f, 0}));
-    const CBytes faces = Chunk(0x4120, Words({2, 0, 2, 1, 7, 3, 4, 5, 7}) + Smoothing({1, 1}));
+    const CBytes faces = Faces({0, 2, 1, 3, 4, 5}, Smoothing({1, 1}));
     return CReadScene(Scene(Mesh("Seam", points + (withMap ? texels : CBytes{}) + faces))).prepared.meshes[0];
 }
 
@@ -181,8 +178,7 @@ TEST(PrepareScene, MirroredMeshStandsWhereItsPointsAre) {
 
 /** A mesh of one triangle in the plane z = 0 that faces up or down. */
 CBytes Triangle(std::string_view name, bool up, float x = 0) {
-    const CBytes points = Chunk(0x4110, Words({3}) + Floats({x, 0, 0, x + 1, 0, 0, x, 1, 0}));
-    return Mesh(name, points + Chunk(0x4120, up ? Words({1, 0, 1, 2, 7}) : Words({1, 0, 2, 1, 7})));
+    return Mesh(name, Points({x, 0, 0, x + 1, 0, 0, x, 1, 0}) + (up ? Faces({0, 1, 2}) : Faces({0, 2, 1})));
 }
 
 TEST(PrepareScene, SceneThatFacesAwayIsShownFromBothSides) {

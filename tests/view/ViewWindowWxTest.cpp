@@ -199,16 +199,6 @@ TEST_F(CViewWindowWxTest, TellsItsOwnerOfKeysAndButtons) {
     EXPECT_EQ(window.told, (std::vector<std::string>{"key 32", "key 8", "key 27", "right", "left"}));
 }
 
-TEST_F(CViewWindowWxTest, AFailedOpenShowsNothing) {
-    EXPECT_FALSE(window.View().OpenModel((m_path + L".missing").c_str()));
-    EXPECT_TRUE(window.View().GetPath().empty());
-    EXPECT_EQ(window.Engine().Prepared(), nullptr);
-    EXPECT_EQ(Red(window.Picture(), middleX - aside, middleY), 0);
-    EXPECT_FALSE(window.View().OpenModel(L""));
-    EXPECT_TRUE(window.View().OpenModel(m_path.c_str()));
-    EXPECT_EQ(window.View().GetFileName(), L"boxes0.3ds");
-}
-
 TEST_F(CViewWindowWxTest, EndsInTheMidstOfADrag) {
     window.View().SetRotate(true);
     window.MoveTo(middleX, middleY);
