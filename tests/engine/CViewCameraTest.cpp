@@ -193,6 +193,7 @@ TEST_P(CViewCameraBox, BoxFillsTheViewFromTheSamePlace) {
         };
         const CVec3 middle = seenNow(box.x, box.y);
         EXPECT_LT(std::hypot(middle.x, middle.y), 1e-3f);
+        EXPECT_NEAR(seenNow(box.x, box.y - box.height / 4).x, 0, 1e-3f) << "the picture has rolled";
         float reach = 0;
         for (const double sx : {-0.5, 0.5}) {
             for (const double sy : {-0.5, 0.5}) {

@@ -245,6 +245,33 @@ TEST(EvaluateNodes, HideTrackSwitchesAtItsKeys) {
     }
 }
 
+TEST(EvaluateNodes, CamerasAndLightsFollowTheirNodes) {
+    const auto node = [](std::uint16_t chunk, std::uint16_t id, const char* name, const CBytes& tracks) {
+        return Chunk(chunk, NodeId(id) + NodeHeader(name, 65535) + tracks);
+    };
+    const auto moving = [](float x) { return Track(0xB020, 2, Key(0, {0, 0, 0}) + Key(10, {x, 0, 0})); };
+    const auto changing = [](std::uint16_t track, float to) {
+        return Track(track, 2, Key(0, {10}) + Key(10, {to}));
+    };
+    CReadScene read(Scene(
+        Chunk(0x4000, Text("Cam") + Chunk(0x4700, Floats({5, 5, 5, 0, 0, 0, 0, 45}))) +
+            Chunk(0x4000,
+                  Text("Spot") + Chunk(0x4600, Floats({5, 5, 5}) + Chunk(0x4610, Floats({0, 0, 0, 30, 40})))),
+        Keyframer(node(0xB003, 0, "Cam", moving(1) + changing(0xB023, 60) + changing(0xB024, 90)) +
+                  node(0xB004, 1, "Cam", moving(2)) +
+                  node(0xB007, 2, "Spot", moving(3) + changing(0xB027, 50) + changing(0xB028, 20)) +
+                  node(0xB006, 3, "Spot", moving(4)))));
+    const CPreparedScene& now = read.At(10);
+    ExpectNear(now.cameras[0].position, {1, 0, 0});
+    ExpectNear(now.cameras[0].target, {2, 0, 0});
+    EXPECT_FLOAT_EQ(now.cameras[0].fovDeg, 60);
+    EXPECT_FLOAT_EQ(now.cameras[0].rollDeg, 90);
+    ExpectNear(now.lights[0].position, {3, 0, 0});
+    ExpectNear(now.lights[0].target, {4, 0, 0});
+    EXPECT_FLOAT_EQ(now.lights[0].hotspotDeg, 50);
+    EXPECT_FLOAT_EQ(now.lights[0].falloffDeg, 50) << "never below the hotspot";
+}
+
 TEST(PrepareScene, DoesNotDependOnTheNumberOfThreads) {
     CBytes meshes;
     for (int i = 0; i < 40; ++i)

@@ -126,15 +126,20 @@ class CTrackBallSpinTest : public testing::TestWithParam<CSpinCase> {};
 TEST_P(CTrackBallSpinTest, TurnsAboutTheLineOfSight) {
     const CSpinCase& c = GetParam();
     CTrackBallMotion ball = FromTheFront();
-    ball.Begin(c.path[0][0], c.path[0][1]);
-    EXPECT_TRUE(ball.IsMissed());
-    for (const auto& [x, y] : c.path) EXPECT_TRUE(ball.Drag(x, y));
-    EXPECT_NEAR(ball.OrbitAngle(), c.orbit, 1e-9);
-    ball.Release(c.path.back()[0], c.path.back()[1]);
-    EXPECT_EQ(ball.OrbitAngle(), 0);
+    const auto drag = [&] {
+        ball.Begin(c.path[0][0], c.path[0][1]);
+        EXPECT_TRUE(ball.IsMissed());
+        for (const auto& [x, y] : c.path) EXPECT_TRUE(ball.Drag(x, y));
+        EXPECT_NEAR(ball.OrbitAngle(), c.orbit, 1e-9);
+        ball.Release(c.path.back()[0], c.path.back()[1]);
+        EXPECT_EQ(ball.OrbitAngle(), 0);
+    };
+    drag();
     EXPECT_NEAR(ball.AccumulatedOrbitAngle(), c.orbit, 1e-9);
     ExpectNear(Turned(ball, {1, 0, 0}), c.right, 1e-6);
     ExpectNear(Turned(ball, {0, 1, 0}), {0, 1, 0}, 1e-6);
+    drag();
+    EXPECT_NEAR(ball.AccumulatedOrbitAngle(), 2 * c.orbit, 1e-9);
 }
 
 const CSpinCase kPaths[] = {
