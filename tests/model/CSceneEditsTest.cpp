@@ -126,20 +126,19 @@ class CSceneEditsPlace : public testing::TestWithParam<const char*> {};
 
 TEST_P(CSceneEditsPlace, MovesByTheOffsetAndTurnsAboutItsOwnOriginAtEveryFrameAndInTheFile) {
     for (const float frame : {0.0f, 4.0f, 10.0f}) {
-        CEdited scene(ZooFile());
-        auto before = Marks(scene.At(frame), GetParam());
+        CEdited moved(ZooFile()), turned(ZooFile());
+        const auto before = Marks(moved.At(frame), GetParam());
         CMat4 by = CMat4::Translation({0.5f, -4, 7});
-        ASSERT_TRUE(scene.Edits().MoveNode(scene.At(0), GetParam(), {0.5f, -4, 7}));
-        ExpectMapped(before, Marks(scene.At(frame), GetParam()), by);
-        ExpectMapped(before, Marks(scene.Reopened(frame), GetParam()), by);
+        ASSERT_TRUE(moved.Edits().MoveNode(moved.At(0), GetParam(), {0.5f, -4, 7}));
+        ExpectMapped(before, Marks(moved.At(frame), GetParam()), by);
+        ExpectMapped(before, Marks(moved.Reopened(frame), GetParam()), by);
 
-        before = Marks(scene.At(frame), GetParam());
-        // A mesh whose matrix says nothing turns about its middle.
-        const CVec3 origin = NodeOf(scene.At(frame), GetParam())->world.TransformPoint({});
+        // A mesh whose matrix says nothing turns about its middle, which is the origin here.
+        const CVec3 origin = NodeOf(turned.At(frame), GetParam())->world.TransformPoint({});
         by = CMat4::Translation(origin) * RotationOfAngles(30, -50, 110) * CMat4::Translation(-origin);
-        ASSERT_TRUE(scene.Edits().RotateNode(scene.At(0), GetParam(), {30, -50, 110}));
-        ExpectMapped(before, Marks(scene.At(frame), GetParam()), by);
-        ExpectMapped(before, Marks(scene.Reopened(frame), GetParam()), by);
+        ASSERT_TRUE(turned.Edits().RotateNode(turned.At(0), GetParam(), {30, -50, 110}));
+        ExpectMapped(before, Marks(turned.At(frame), GetParam()), by);
+        ExpectMapped(before, Marks(turned.Reopened(frame), GetParam()), by);
     }
 }
 
@@ -179,9 +178,9 @@ TEST(CSceneEditsTest, EveryNodeCanBeDeletedAndItsChildrenStayInTheirPlace) {
     std::size_t left = scene.At().triangleCount;
     for (const char* name : {"Parent", "Keyed", "NoNode", "Child", "Unkeyed", "Animated"}) {
         ASSERT_TRUE(scene.Edits().DeleteNode(name)) << name;
-        EXPECT_FALSE(scene.Edits().DeleteNode(name)) << name;
         left -= 12;
         EXPECT_EQ(scene.At().triangleCount, left) << name;
+        EXPECT_FALSE(scene.Edits().DeleteNode(name)) << name;
         EXPECT_EQ(scene.Reopened().triangleCount, left) << name;
         if (left < 3 * 12) continue;
         ExpectMapped(child, Marks(scene.At(), "Child"), {});
