@@ -119,7 +119,7 @@ TEST_F(COpenDialogWxTest, ShowsWhatIsSelectedAndOpensIt) {
         << "without a folder it stands in the samples";
     EXPECT_EQ(corner, "10,20,30");
     EXPECT_NE(middle, corner) << "the model is to be seen";
-    EXPECT_EQ(facts, "330.1 kB, 15\u202F928, 2");
+    EXPECT_EQ(facts, "330.1 kB, 15,928, 2");
     EXPECT_EQ(StoredFolder(), file_util_ex::ConvertFromUTF8W(samples));
 }
 
