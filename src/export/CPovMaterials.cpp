@@ -273,23 +273,35 @@ std::string CPovMaterials::HighlightLayer(const CPreparedMaterial& material) {
 }
 
 void CPovMaterials::Write(CPovText& text) const {
+    const auto writeExist = [&](const std::vector<std::string>& files) {
+        for (const std::string& file : files) {
+            text << (&file == &files.front() ? "" : "&") << "file_exists(\"" << file << "\")";
+        }
+    };
+    std::vector<std::string> all;
     for (std::uint32_t i = 0; i < m_textures.size(); ++i) {
         const CTexture& texture = m_textures[i];
         const auto declare = [&](const std::string& body) {
             text << "#declare T" << i << "=texture{" << body << '}' << texture.layer << '\n';
         };
         text << "// " << pov_text::CommentText(texture.name) << '\n';
-        if (!texture.files.empty()) {
-            text << "#if(";
-            for (const std::string& file : texture.files) {
-                text << (&file == &texture.files.front() ? "" : "&") << "file_exists(\"" << file << "\")";
-            }
-            text << ")\n";
+        if (texture.files.empty()) {
+            declare(texture.body);
+            continue;
         }
+        all.insert(all.end(), texture.files.begin(), texture.files.end());
+        text << "#if(";
+        writeExist(texture.files);
+        text << ")\n";
         declare(texture.body);
-        if (texture.files.empty()) continue;
         text << "#else\n";
         declare(texture.plainBody);
-        text << "#warning \"Pictures are missing: start POV-Ray in the folder of this file.\"\n#end\n";
+        text << "#end\n";
     }
+    if (all.empty()) return;
+    std::sort(all.begin(), all.end());
+    all.erase(std::unique(all.begin(), all.end()), all.end());
+    text << "#if(!(";
+    writeExist(all);
+    text << "))#warning \"Pictures are missing: start POV-Ray in the folder of this file.\\n\"#end\n";
 }
