@@ -60,30 +60,52 @@ CPovMaterials::CPovMaterials(const CPreparedScene& scene, const C3ds2Pov::COutFo
     : m_scene(scene), m_format(format), m_pictures(pictures) {}
 
 std::uint32_t CPovMaterials::Use(std::uint32_t material, bool hasTexCoords) {
-    const auto [place, isNew] =
-        m_known.try_emplace({material, hasTexCoords}, static_cast<std::uint32_t>(m_textures.size()));
-    if (!isNew) return place->second;
-    CTexture made = Make(m_scene.materials[material], hasTexCoords);
+    return Use(CKey{material, hasTexCoords, true});
+}
+
+std::uint32_t CPovMaterials::UseUnlit(std::uint32_t material, bool hasTexCoords) {
+    if (ShowsUnlit(m_scene.materials[material], hasTexCoords))
+        return Use(CKey{material, hasTexCoords, false});
+    if (!m_black) {
+        m_black = static_cast<std::uint32_t>(m_textures.size());
+        m_textures.push_back({"not lit", "pigment{rgb 0}finish{diffuse 0}", {}, {}, {}, false});
+    }
+    return *m_black;
+}
+
+std::uint32_t CPovMaterials::Use(CKey key) {
+    if (const auto known = m_known.find(key); known != m_known.end()) return known->second;
+    const auto [material, hasTexCoords, lit] = key;
+    CTexture made = Make(m_scene.materials[material], hasTexCoords, lit);
+    std::uint32_t number = 0;
     if (hasTexCoords && !made.mapped) {
         // The same as without coordinates: one declaration serves both.
-        place->second = Use(material, false);
-        return place->second;
+        number = Use(CKey{material, false, lit});
+    } else {
+        number = static_cast<std::uint32_t>(m_textures.size());
+        m_textures.push_back(std::move(made));
     }
-    const auto number = static_cast<std::uint32_t>(m_textures.size());
-    m_textures.push_back(std::move(made));
-    m_known[{material, hasTexCoords}] = number;
+    m_known[key] = number;
     return number;
 }
 
-CPovMaterials::CTexture CPovMaterials::Make(const CPreparedMaterial& material, bool hasTexCoords) {
+/** True where something is left of a surface without the light. */
+bool CPovMaterials::ShowsUnlit(const CPreparedMaterial& material, bool hasTexCoords) {
+    const CVec3 light = m_scene.ambientLight;
+    return light.x > 0 || light.y > 0 || light.z > 0 || material.selfIllumination > 0 ||
+           (hasTexCoords && material.selfIlluminationMap.HasEffect()) || Reflection(material) > 0;
+}
+
+CPovMaterials::CTexture CPovMaterials::Make(const CPreparedMaterial& material, bool hasTexCoords, bool lit) {
     CTexture texture;
     texture.name = material.name;
     CTerms terms{1 - Unit(material.transparency), Unit(material.selfIllumination), 1};
+    terms.lit = lit;
     std::vector<CValueMap> maps;
     m_files = &texture.files;
     if (m_format.outputTextures && hasTexCoords) maps = ValueMaps(material);
     // Layers cannot be parts of a pattern.
-    terms.highlightApart = maps.empty() && material.shading != EShading::Metal &&
+    terms.highlightApart = lit && maps.empty() && material.shading != EShading::Metal &&
                            material.shininessStrength > 0 && IsColored(material.specular);
     if (terms.highlightApart) texture.layer = HighlightLayer(material);
     texture.plainBody = Body(material, terms, {}, false);
@@ -207,7 +229,7 @@ std::string CPovMaterials::Normal(const CPreparedMaterial& material) {
 std::string CPovMaterials::Finish(const CPreparedMaterial& material, CTerms terms, bool mapped) {
     // What shines by itself takes less light from lamps.
     const float plain = Unit(m_format.diffuse), own = Unit(m_format.selfDiffuse);
-    float diffuse = plain + (own - plain) * terms.self;
+    float diffuse = terms.lit ? plain + (own - plain) * terms.self : 0;
     float self = terms.self;
     if (material.additive) {
         diffuse *= terms.opacity / kAdditiveCover;
@@ -221,7 +243,7 @@ std::string CPovMaterials::Finish(const CPreparedMaterial& material, CTerms term
         covered ? m_scene.ambientLight : AmbientFactor(m_scene.ambientLight, material.ambient, base);
     if (ambient.x > 0 || ambient.y > 0 || ambient.z > 0) finish += " ambient " + Rgb(ambient);
     const float strength = Luminance(material.specular) * Unit(material.shininessStrength);
-    if (strength > 0 && !terms.highlightApart) {
+    if (strength > 0 && terms.lit && !terms.highlightApart) {
         // POV-Ray does not dim the highlights of what is seen through.
         finish += " specular " + Number(strength * terms.specular * terms.opacity * kViewDiffuse);
         finish += " roughness " + Number(std::exp2(-10 * Unit(material.shininess)));
@@ -251,23 +273,35 @@ std::string CPovMaterials::HighlightLayer(const CPreparedMaterial& material) {
 }
 
 void CPovMaterials::Write(CPovText& text) const {
+    const auto writeExist = [&](const std::vector<std::string>& files) {
+        for (const std::string& file : files) {
+            text << (&file == &files.front() ? "" : "&") << "file_exists(\"" << file << "\")";
+        }
+    };
+    std::vector<std::string> all;
     for (std::uint32_t i = 0; i < m_textures.size(); ++i) {
         const CTexture& texture = m_textures[i];
         const auto declare = [&](const std::string& body) {
             text << "#declare T" << i << "=texture{" << body << '}' << texture.layer << '\n';
         };
         text << "// " << pov_text::CommentText(texture.name) << '\n';
-        if (!texture.files.empty()) {
-            text << "#if(";
-            for (const std::string& file : texture.files) {
-                text << (&file == &texture.files.front() ? "" : "&") << "file_exists(\"" << file << "\")";
-            }
-            text << ")\n";
+        if (texture.files.empty()) {
+            declare(texture.body);
+            continue;
         }
+        all.insert(all.end(), texture.files.begin(), texture.files.end());
+        text << "#if(";
+        writeExist(texture.files);
+        text << ")\n";
         declare(texture.body);
-        if (texture.files.empty()) continue;
         text << "#else\n";
         declare(texture.plainBody);
-        text << "#warning \"Pictures are missing: start POV-Ray in the folder of this file.\"\n#end\n";
+        text << "#end\n";
     }
+    if (all.empty()) return;
+    std::sort(all.begin(), all.end());
+    all.erase(std::unique(all.begin(), all.end()), all.end());
+    text << "#if(!(";
+    writeExist(all);
+    text << "))#warning \"Pictures are missing: start POV-Ray in the folder of this file.\\n\"#end\n";
 }

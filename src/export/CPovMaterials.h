@@ -6,7 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <utility>
+#include <tuple>
 #include <vector>
 
 #include "export/C3ds2Pov.h"
@@ -31,6 +31,8 @@ class CPovMaterials {
 
     /** The number of the texture that shows a material on a mesh with or without texture coordinates. */
     [[nodiscard]] std::uint32_t Use(std::uint32_t material, bool hasTexCoords);
+    /** The same where a surface turns away from the light at the eye: what shows of it then. */
+    [[nodiscard]] std::uint32_t UseUnlit(std::uint32_t material, bool hasTexCoords);
     /** True where that texture has maps that texture coordinates place. */
     [[nodiscard]] bool IsMapped(std::uint32_t texture) const { return m_textures[texture].mapped; }
     /** The picture that mirrors show; null for none. Of several the first one used. */
@@ -45,6 +47,7 @@ class CPovMaterials {
     struct CTerms {
         float opacity = 1, self = 0, specular = 1;
         bool highlightApart = false;  ///< a layer of its own has the highlight
+        bool lit = true;
     };
     struct CValueMap {
         const CPreparedMap* map = nullptr;
@@ -59,7 +62,11 @@ class CPovMaterials {
         bool mapped = false;
     };
 
-    [[nodiscard]] CTexture Make(const CPreparedMaterial& material, bool hasTexCoords);
+    /** Material number, whether it has texture coordinates, whether it is lit. */
+    using CKey = std::tuple<std::uint32_t, bool, bool>;
+    [[nodiscard]] std::uint32_t Use(CKey key);
+    [[nodiscard]] CTexture Make(const CPreparedMaterial& material, bool hasTexCoords, bool lit);
+    [[nodiscard]] bool ShowsUnlit(const CPreparedMaterial& material, bool hasTexCoords);
     [[nodiscard]] std::vector<CValueMap> ValueMaps(const CPreparedMaterial& material);
     [[nodiscard]] std::string Body(const CPreparedMaterial& material, CTerms terms,
                                    std::span<const CValueMap> maps, bool mapped);
@@ -78,7 +85,8 @@ class CPovMaterials {
     const C3ds2Pov::COutFormat& m_format;
     CPovPictures& m_pictures;
     std::optional<CPovPictures::CPicture> m_environment;
-    std::map<std::pair<std::uint32_t, bool>, std::uint32_t> m_known;
+    std::map<CKey, std::uint32_t> m_known;
+    std::optional<std::uint32_t> m_black;
     std::vector<CTexture> m_textures;
     std::vector<std::string>* m_files = nullptr;  ///< where the names of used pictures go
 };

@@ -97,6 +97,17 @@ bool IsDegenerate(const CPovMesh& mesh, const CPovFace& face) {
     return Dot(normal, normal) == 0;
 }
 
+bool HasNormalsBehind(const CPovMesh& mesh, const CPovFace& face) {
+    const CExact plane = FaceNormal(mesh, face);
+    double along = 0;
+    for (const std::uint32_t corner : face.corner) {
+        const auto& n = mesh.normals[mesh.normalOf[corner]];
+        along +=
+            Dot(plane, {static_cast<double>(n[0]), static_cast<double>(n[1]), static_cast<double>(n[2])});
+    }
+    return along < 0;
+}
+
 bool AreFlat(const CPovMesh& mesh, const std::vector<CPovFace>& faces) {
     constexpr double kAlike = 0.99999;  // a quarter of a degree
     return std::all_of(faces.begin(), faces.end(), [&](const CPovFace& face) {

@@ -39,5 +39,7 @@ struct CPovFace {
 /** True for a triangle without area in the written numbers, which POV-Ray would leave out itself or refuse.
  */
 [[nodiscard]] bool IsDegenerate(const CPovMesh& mesh, const CPovFace& face);
+/** True when the normals of a triangle's corners point to its back, on the whole. */
+[[nodiscard]] bool HasNormalsBehind(const CPovMesh& mesh, const CPovFace& face);
 /** True when the normals of all corners are those of the triangles, so that none need be written. */
 [[nodiscard]] bool AreFlat(const CPovMesh& mesh, const std::vector<CPovFace>& faces);

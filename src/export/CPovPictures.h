@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <map>
 #include <string>
 #include <string_view>
@@ -61,7 +62,7 @@ class CPovPictures {
     const CTextureLocator& m_locator;
     std::string m_folder, m_stem;
     std::map<std::pair<int, EPovPicture>, std::size_t> m_known;
-    std::vector<CPlanned> m_planned;
+    std::deque<CPlanned> m_planned;  ///< callers hold pointers to its pictures
     std::vector<CAtomicFile> m_staged;
 };
 

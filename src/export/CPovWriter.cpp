@@ -125,6 +125,8 @@ void CPovWriter::CollectJobs() {
 
 void CPovWriter::UseMaterials(CPovMaterials& materials) {
     m_batches.resize(m_scene.meshes.size());
+    const bool unlitMatters = HasMode(C3ds2Pov::kViewLook) && HasMode(C3ds2Pov::kSmoothNormals) &&
+                              !HasPovLights(m_scene, !HasMode(C3ds2Pov::kHeadlight));
     for (const CJob& job : m_jobs) {
         std::vector<CPovBatch>& batches = m_batches[job.mesh];
         if (!batches.empty()) continue;
@@ -140,6 +142,11 @@ void CPovWriter::UseMaterials(CPovMaterials& materials) {
             batch.flat = material.shading == EShading::Flat;
             batch.oneSided = !material.twoSided;
             batch.seesThrough = IsBlended(material);
+            // POV-Ray turns normals towards the eye; the view leaves dark what shows its front to the eye but
+            // has normals that turn away. POV-Ray takes that for an inside.
+            if (unlitMatters && !batch.skipped && batch.oneSided && !batch.seesThrough) {
+                batch.unlit = materials.UseUnlit(range.material, !mesh.texCoords.empty());
+            }
             batches.push_back(batch);
         }
     }

@@ -43,12 +43,17 @@ void WriteLight(CPovText& text, const CPreparedLight& light, float scale) {
 
 }  // namespace
 
+bool HasPovLights(const CPreparedScene& scene, bool useFileLights) {
+    return useFileLights && std::any_of(scene.lights.begin(), scene.lights.end(),
+                                        [](const CPreparedLight& light) { return !light.off; });
+}
+
 void WritePovLights(CPovText& text, const CPreparedScene& scene, bool useFileLights, float scale) {
-    bool any = false;
-    for (const CPreparedLight& light : scene.lights) {
-        if (light.off || !useFileLights) continue;
-        WriteLight(text, light, scale);
-        any = true;
+    if (!HasPovLights(scene, useFileLights)) {
+        text << "light_source{Eye rgb 1/.6}\n";
+        return;
     }
-    if (!any) text << "light_source{Eye rgb 1/.6}\n";
+    for (const CPreparedLight& light : scene.lights) {
+        if (!light.off) WriteLight(text, light, scale);
+    }
 }

@@ -69,7 +69,11 @@ class CPartLists {
         CNumbering used(mesh.positionOf.size());
         m_corners.reserve(part.faces.size());
         for (const CPovFace& face : part.faces) {
-            m_corners.push_back({used.Of(face.corner[0]), used.Of(face.corner[1]), used.Of(face.corner[2])});
+            // The other way round, as POV-Ray's axes are left-handed. Where three normals are equal POV-Ray
+            // takes the plane's own, so its front is put where they point to.
+            const bool kept = part.normals && HasNormalsBehind(mesh, face);
+            m_corners.push_back({used.Of(face.corner[0]), used.Of(face.corner[kept ? 1 : 2]),
+                                 used.Of(face.corner[kept ? 2 : 1])});
         }
         m_vertices = used.Order();
         for (const CPovFace& face : part.faces) {
@@ -193,6 +197,10 @@ void CPartLists::Write(CPovText& text) const {
     if (m_part.normals && !m_layout.normalsJoint) WriteIndices(text, "normal_indices", m_normals, false);
     if (m_part.texCoords && !m_layout.texCoordsJoint) WriteIndices(text, "uv_indices", m_texCoords, false);
     if (!several) text << "texture{T" << m_textures.front() << '}';
+    if (m_part.unlit == kNoTexture) return;
+    // An inside wants an outside besides the list.
+    if (several) text << "texture{T" << m_textures.front() << '}';
+    text << "\n#if(HideBacks)interior_texture{T" << m_part.unlit << "}#end\n";
 }
 
 }  // namespace

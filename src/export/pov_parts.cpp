@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <numeric>
+#include <tuple>
 
 namespace {
 
@@ -14,21 +16,26 @@ namespace {
 class CShells {
   public:
     explicit CShells(std::size_t positions)
-        : m_parent(positions), m_sum(positions), m_seesThrough(positions) {
+        : m_parent(positions), m_sum(positions), m_volume(positions), m_seesThrough(positions) {
         std::iota(m_parent.begin(), m_parent.end(), 0u);
     }
 
     void Join(std::uint32_t a, std::uint32_t b) { m_parent[Root(a)] = Root(b); }
-    /** After all joining. */
-    void Count(std::uint32_t a, std::uint32_t b, bool seesThrough) {
+    /** After all joining, once for each edge of a triangle. */
+    void CountEdge(std::uint32_t a, std::uint32_t b) {
+        if (a != b) m_sum[Root(a)] += a < b ? Mixed(a, b) : 0 - Mixed(b, a);
+    }
+    /** After all joining, once for each triangle; volume is what it spans with a fixed point. */
+    void CountFace(std::uint32_t a, double volume, bool seesThrough) {
         const std::uint32_t root = Root(a);
-        if (a != b) m_sum[root] += a < b ? Mixed(a, b) : 0 - Mixed(b, a);
+        m_volume[root] += volume;
         if (seesThrough) m_seesThrough[root] = true;
     }
     /** After all counting. */
     [[nodiscard]] bool HidesItsInside(std::uint32_t a) {
         const std::uint32_t root = Root(a);
-        return m_sum[root] == 0 && !m_seesThrough[root];
+        // A room of negative volume faces inwards: one looks into it through the walls that turn their backs.
+        return m_sum[root] == 0 && m_volume[root] > 0 && !m_seesThrough[root];
     }
 
   private:
@@ -45,6 +52,7 @@ class CShells {
 
     std::vector<std::uint32_t> m_parent;
     std::vector<std::uint64_t> m_sum;
+    std::vector<double> m_volume;
     std::vector<bool> m_seesThrough;
 };
 
@@ -65,30 +73,29 @@ bool IsInside(const CBox& box, CVec3 p) {
            p.z <= box.max.z;
 }
 
-bool TurnsItsBack(const CPreparedMesh& mesh, const CPovFace& face, std::span<const CVec3> eyes) {
-    std::array<std::array<double, 3>, 3> p{};
+/** Six times the volume that a triangle spans with a point: positive where the point lies before its front.
+ */
+double VolumeTo(const CPreparedMesh& mesh, const CPovFace& face, CVec3 point) {
+    std::array<std::array<double, 3>, 3> from{};
     for (std::size_t i = 0; i < 3; ++i) {
         const float(&at)[3] = mesh.vertices[face.corner[i]].position;
-        p[i] = {static_cast<double>(at[0]), static_cast<double>(at[1]), static_cast<double>(at[2])};
+        from[i] = {static_cast<double>(point.x) - static_cast<double>(at[0]),
+                   static_cast<double>(point.y) - static_cast<double>(at[1]),
+                   static_cast<double>(point.z) - static_cast<double>(at[2])};
     }
-    const auto away = [&](CVec3 eye) {
-        const std::array<double, 3> e{static_cast<double>(eye.x) - p[0][0],
-                                      static_cast<double>(eye.y) - p[0][1],
-                                      static_cast<double>(eye.z) - p[0][2]};
-        double volume = 0;
-        for (std::size_t i = 0; i < 3; ++i) {
-            const std::size_t j = (i + 1) % 3, k = (i + 2) % 3;
-            volume += e[i] *
-                      ((p[1][j] - p[0][j]) * (p[2][k] - p[0][k]) - (p[1][k] - p[0][k]) * (p[2][j] - p[0][j]));
-        }
-        return volume < 0;
-    };
-    return std::all_of(eyes.begin(), eyes.end(), away);
+    const auto& [u, v, w] = from;
+    return u[0] * (v[1] * w[2] - v[2] * w[1]) + u[1] * (v[2] * w[0] - v[0] * w[2]) +
+           u[2] * (v[0] * w[1] - v[1] * w[0]);
+}
+
+bool TurnsItsBack(const CPreparedMesh& mesh, const CPovFace& face, std::span<const CVec3> eyes) {
+    return std::all_of(eyes.begin(), eyes.end(), [&](CVec3 eye) { return VolumeTo(mesh, face, eye) < 0; });
 }
 
 /** The pieces of the mesh, or nothing when none of them may hide its inside. */
 CShells FindShells(const CPreparedMesh& mesh, const CPovMesh& numbers, std::span<const CPovBatch> batches) {
     CShells shells(numbers.positions.size());
+    const CVec3 middle = mesh.bounds.Center();
     const auto at = [&](const CPovFace& face, std::size_t i) {
         return numbers.positionOf[face.corner[i % 3]];
     };
@@ -97,7 +104,8 @@ CShells FindShells(const CPreparedMesh& mesh, const CPovMesh& numbers, std::span
         shells.Join(at(face, 0), at(face, 2));
     });
     ForEachFace(mesh, batches, [&](const CPovFace& face, const CPovBatch& batch) {
-        for (std::size_t i = 0; i < 3; ++i) shells.Count(at(face, i), at(face, i + 1), batch.seesThrough);
+        for (std::size_t i = 0; i < 3; ++i) shells.CountEdge(at(face, i), at(face, i + 1));
+        shells.CountFace(at(face, 0), -VolumeTo(mesh, face, middle), batch.seesThrough);
     });
     return shells;
 }
@@ -114,23 +122,25 @@ std::vector<CPovPart> SplitIntoParts(const CPreparedMesh& mesh, const CPovMesh& 
         std::any_of(eyes.begin(), eyes.end(), [&](CVec3 eye) { return IsInside(mesh.bounds, eye); });
     CShells shells = mayHide ? FindShells(mesh, numbers, batches) : CShells(0);
 
-    std::array<CPovPart, 8> parts;
+    using CKey = std::tuple<bool, bool, bool, std::uint32_t>;
+    std::map<CKey, CPovPart> parts;
     ForEachFace(mesh, batches, [&](const CPovFace& face, const CPovBatch& batch) {
         if (IsDegenerate(numbers, face)) return;
         const bool hidden =
             mayHide && batch.oneSided && TurnsItsBack(mesh, face, eyes) &&
             (lookedAtFromInside || !shells.HidesItsInside(numbers.positionOf[face.corner[0]]));
         const bool normals = smooth && !batch.flat;
-        CPovPart& part = parts[(hidden ? 4u : 0u) + (batch.mapped ? 2u : 0u) + (normals ? 1u : 0u)];
-        part.hidden = hidden;
-        part.texCoords = batch.mapped;
-        part.normals = normals;
+        const std::uint32_t unlit = normals && !hidden ? batch.unlit : kNoTexture;
+        CPovPart& part = parts[CKey{hidden, batch.mapped, normals, unlit}];
         part.faces.push_back(face);
     });
     std::vector<CPovPart> result;
-    for (CPovPart& part : parts) {
-        if (part.faces.empty()) continue;
-        part.normals = part.normals && !AreFlat(numbers, part.faces);
+    for (auto& [key, part] : parts) {
+        std::tie(part.hidden, part.texCoords, part.normals, part.unlit) = key;
+        if (part.normals && AreFlat(numbers, part.faces)) {
+            part.normals = false;
+            part.unlit = kNoTexture;
+        }
         result.push_back(std::move(part));
     }
     return result;

@@ -7,17 +7,21 @@
 
 #include "export/CPovMesh.h"
 
+constexpr std::uint32_t kNoTexture = UINT32_MAX;
+
 /** Triangles of a mesh that are written as one POV-Ray mesh, as they need the same lists. */
 struct CPovPart {
     bool normals = false;
     bool texCoords = false;
     bool hidden = false;  ///< turned away from the eye and one-sided: the view does not show them
+    std::uint32_t unlit = kNoTexture;  ///< of what turns away from the eye by its normals alone
     std::vector<CPovFace> faces;
 };
 
 /** What a batch's material means for its triangles. */
 struct CPovBatch {
     std::uint32_t texture = 0;
+    std::uint32_t unlit = kNoTexture;  ///< see CPovPart
     bool mapped = false;
     bool flat = false;
     bool oneSided = false;     ///< not seen from behind

@@ -39,7 +39,7 @@ void CPreviewQueue::Select(const std::optional<CPreviewRequest>& request, CTime 
     }
 }
 
-void CPreviewQueue::OnEnded(CPreviewResult result, CTime now) {
+void CPreviewQueue::OnEnded(const CPreviewResult& result, CTime now) {
     if (!m_running) return;
     const CRunning ended = *std::exchange(m_running, std::nullopt);
     if (!ended.killed) {

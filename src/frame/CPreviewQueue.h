@@ -30,7 +30,7 @@ class CPreviewQueue {
     /** The selection changed, perhaps to what it was; nothing: no file is selected. */
     void Select(const std::optional<CPreviewRequest>& request, CTime now);
     /** What the worker had started has ended, well, badly or by Kill. */
-    void OnEnded(CPreviewResult result, CTime now);
+    void OnEnded(const CPreviewResult& result, CTime now);
     void OnTime(CTime now);
     /** When OnTime has something to do; nothing: not before another call. */
     [[nodiscard]] std::optional<CTime> NextTime() const;

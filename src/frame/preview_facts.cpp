@@ -114,11 +114,4 @@ std::wstring SizeText(std::uint64_t bytes) {
     return lng::Text(kUnits[unit], Wide(number_text::FormatFixed(value, 1)));
 }
 
-std::wstring CountText(std::int64_t count) {
-    std::string digits = std::to_string(count);
-    std::wstring text = Wide(digits);
-    for (std::size_t at = text.size(); at > 3 && count >= 0;) text.insert(at -= 3, 1, L'\u202F');
-    return text;
-}
-
 }  // namespace preview_facts

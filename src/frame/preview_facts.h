@@ -38,7 +38,5 @@ struct COutcome {
 
 /** "812 bytes", "12.3 kB", "4.0 MB": steps of 1,000. */
 [[nodiscard]] std::wstring SizeText(std::uint64_t bytes);
-/** With narrow spaces between the thousands. */
-[[nodiscard]] std::wstring CountText(std::int64_t count);
 
 }  // namespace preview_facts

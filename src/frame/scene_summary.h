@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -16,9 +15,6 @@ struct CSceneSummary {
     std::vector<std::wstring> lines;  ///< the notes themselves, one line each
 };
 [[nodiscard]] CSceneSummary SummaryOf(const CPreparedScene& scene);
-
-/** "1,234,567" with the thousands separated as the language's catalogue says. */
-[[nodiscard]] std::wstring GroupedNumber(std::uint64_t number);
 
 /** How far an opening is, for the status bar. */
 struct CProgressText {

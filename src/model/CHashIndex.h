@@ -33,9 +33,21 @@ class CHashIndex {
         }
     }
 
+    static constexpr std::uint32_t kNone = UINT32_MAX;
+
+    /** The number stored under this hash for which isEqual(number) holds, or kNone. */
+    template <class IsEqual>
+    [[nodiscard]] std::uint32_t Find(std::uint64_t key, IsEqual isEqual) const {
+        const std::uint32_t hash = Mixed(key);
+        for (std::size_t at = hash;; ++at) {
+            const CSlot& slot = m_slots[at & (m_slots.size() - 1)];
+            if (slot.number == kFree || (slot.hash == hash && isEqual(slot.number))) return slot.number;
+        }
+    }
+
   private:
     static constexpr std::size_t kFirstSize = 64;
-    static constexpr std::uint32_t kFree = UINT32_MAX;
+    static constexpr std::uint32_t kFree = kNone;
     struct CSlot {
         std::uint32_t hash = 0, number = kFree;
     };

@@ -87,21 +87,43 @@ void CObjCollector::Read(std::string_view text) {
     droppedLines = filter.DroppedLines();
 }
 
-void CObjCollector::AddFace(const tinyobj::index_t* corners, std::size_t count) {
-    if (count < 3) return;
-    if (m_anyPending) {
-        for (std::size_t kind = 0; kind < kChangeKinds; ++kind) {
-            if (m_pending[kind] < 0) continue;
-            events.push_back({static_cast<std::uint32_t>(faceEnds.size()), static_cast<EChange>(kind),
-                              static_cast<std::uint32_t>(m_pending[kind])});
-            m_pending[kind] = -1;
-        }
-        m_anyPending = false;
+void CObjCollector::ApplyPending() {
+    if (!m_anyPending) return;
+    for (std::size_t kind = 0; kind < kChangeKinds; ++kind) {
+        if (m_pending[kind] < 0) continue;
+        events.push_back({static_cast<std::uint32_t>(faceEnds.size()), static_cast<EChange>(kind),
+                          static_cast<std::uint32_t>(m_pending[kind])});
+        m_pending[kind] = -1;
     }
+    m_anyPending = false;
+}
+
+void CObjCollector::AddPosition(const tinyobj::index_t& corner) {
+    cornerPositions.push_back(corner.vertex_index == 0 ? kInvalid
+                                                       : Encode(corner.vertex_index, positions.size()));
+}
+
+/** Points, or the pieces of a line: each corner begins one as long as there are enough of them. */
+void CObjCollector::AddElements(const tinyobj::index_t* corners, std::size_t count, std::size_t cornersEach) {
+    if (count < cornersEach) return;
+    ApplyPending();
+    for (std::size_t i = 0; i + cornersEach <= count; ++i) {
+        for (std::size_t k = 0; k < cornersEach; ++k) AddPosition(corners[i + k]);
+        faceEnds.push_back(static_cast<std::uint32_t>(cornerPositions.size()));
+        ++elements;
+    }
+}
+
+void CObjCollector::AddFace(const tinyobj::index_t* corners, std::size_t count) {
+    if (corners[0].vertex_index == CObjLineFilter::kElementMark) {
+        return AddElements(corners + 1, count - 1,
+                           corners[0].normal_index == CObjLineFilter::kLineNormal ? 2 : 1);
+    }
+    if (count < 3) return;
+    ApplyPending();
     bool anyTexCoord = !cornerTexCoords.empty(), anyNormal = !cornerNormals.empty();
     for (std::size_t i = 0; i < count; ++i) {
-        cornerPositions.push_back(
-            corners[i].vertex_index == 0 ? kInvalid : Encode(corners[i].vertex_index, positions.size()));
+        AddPosition(corners[i]);
         anyTexCoord = anyTexCoord || corners[i].texcoord_index != 0;
         anyNormal = anyNormal || corners[i].normal_index != 0;
     }
@@ -112,6 +134,7 @@ void CObjCollector::AddFace(const tinyobj::index_t* corners, std::size_t count) 
     if (anyTexCoord) append(cornerTexCoords, &tinyobj::index_t::texcoord_index, texCoords.size());
     if (anyNormal) append(cornerNormals, &tinyobj::index_t::normal_index, normals.size());
     faceEnds.push_back(static_cast<std::uint32_t>(cornerPositions.size()));
+    triangles += count - 2;
 }
 
 void CObjCollector::AddName(EChange kind, std::string_view name) {

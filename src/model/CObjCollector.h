@@ -47,7 +47,9 @@ class CObjCollector {
     std::vector<CVec2> texCoords;
     std::vector<CVec3> normals;
     std::vector<std::int32_t> cornerPositions, cornerTexCoords, cornerNormals;
-    std::vector<std::uint32_t> faceEnds;
+    std::vector<std::uint32_t> faceEnds;  ///< points and pieces of lines too, as faces of one and two corners
+    std::size_t elements = 0;             ///< points and pieces of lines among the faces
+    std::size_t triangles = 0;            ///< that the other faces give
     std::vector<CEvent> events;
     std::vector<std::string> names;
     std::vector<std::string> libraries;
@@ -55,6 +57,9 @@ class CObjCollector {
 
   private:
     void AddFace(const tinyobj::index_t* corners, std::size_t count);
+    void AddElements(const tinyobj::index_t* corners, std::size_t count, std::size_t cornersEach);
+    void AddPosition(const tinyobj::index_t& corner);
+    void ApplyPending();
     void AddName(EChange kind, std::string_view name);
     void SetPending(EChange kind, std::uint32_t value);
     [[nodiscard]] static tinyobj::callback_t Callbacks();

@@ -81,6 +81,19 @@ void NoteWhatIsMissing(const CObjGeometry& geometry, CNoteList& notes) {
     if (geometry.brokenFaces != 0) {
         notes.Repaired(count(geometry.brokenFaces, "face", "faces") + " with impossible corners left out");
     }
+    if (geometry.brokenElements != 0) {
+        notes.Repaired(count(geometry.brokenElements, "point or line", "points or lines") +
+                       " with impossible corners left out");
+    }
+    if (geometry.solidPoints + geometry.solidLines != 0) {
+        notes.Limited(count(geometry.solidPoints, "point", "points") + " and " +
+                      count(geometry.solidLines, "piece of a line", "pieces of lines") +
+                      " made solid, as a scene holds only triangles");
+    }
+    if (geometry.crowdedOut != 0) {
+        notes.Limited(count(geometry.crowdedOut, "point or line", "points and lines") +
+                      " left out beside the faces, as there are too many");
+    }
     if (geometry.droppedLines != 0) {
         notes.Limited(count(geometry.droppedLines, "line", "lines") + " of over 1 MB left out");
     }
@@ -89,7 +102,8 @@ void NoteWhatIsMissing(const CObjGeometry& geometry, CNoteList& notes) {
 
 CResult<CLib3dsFilePtr> MakeScene(const CObjGeometry& geometry, const CMtlLibrary& library,
                                   CNoteList& notes) {
-    if (geometry.faceEnds.empty()) return CError{EErrorCode::BadFormat, "The file has no faces", {}};
+    if (geometry.faceEnds.empty() && geometry.brokenElements == 0)
+        return CError{EErrorCode::BadFormat, "The file has no faces, lines or points", {}};
     NoteWhatIsMissing(geometry, notes);  // first, as the number of notes is bounded
     CLib3dsFilePtr file = CObjSceneMaker(geometry, library, notes).Make();
     if (!file->meshes) return CError{EErrorCode::BadFormat, "No face of the file can be drawn", {}};

@@ -18,6 +18,8 @@ struct Lib3dsFile;
  * allows. Names are unique. There are no nodes: a scene without them is drawn straight from its meshes.
  * - OBJ files are mostly made with +Y up and carry no sign of it, so (x, y, z) becomes (x, -z, y).
  * - Polygons are cut into triangles, corners with several texture coordinates into several points.
+ * - Points and lines, and the vertices of a file that has nothing else, become small solids; see
+ * MakePointsAndLinesSolid. A note tells how many.
  * - Normals have no place in a 3DS scene, smoothing groups have: those of the file are kept where it has two
  * or more; else they are told from its normals; without normals an "s" line decides, and without any the
  * angle between faces. A hard edge that ends inside a smooth surface is lost.

@@ -126,6 +126,7 @@ CObjLineFilter::EUse CObjLineFilter::JudgeKind(std::string_view line) {
     if (isKind("s")) return replaceBy(std::string("o ") + kSmoothingMark + rest(1) + "\n");
     // The loader takes a group line without a name only with a blank behind the letter.
     if (WithoutLineEnd(body) == "g") return replaceBy("g \n");
+    if (isKind("l") || isKind("p")) return JudgeElement(line);
     if (isKind("mtllib") && m_libraries.size() < kMaxLibraries) m_libraries.push_back(rest(6));
     return EUse::Skip;
 }
@@ -135,6 +136,20 @@ CObjLineFilter::EUse CObjLineFilter::JudgeVertex(std::string_view line) {
     const std::size_t keyword = line.find('v');
     if (!IsBlank(line[keyword + 1]) || !HasNonNumber(line.substr(keyword + 1))) return EUse::Pass;
     m_replacement = "v 1e999 0 0\n";
+    return EUse::Replaced;
+}
+
+CObjLineFilter::EUse CObjLineFilter::JudgeElement(std::string_view line) {
+    if (line.size() > kMaxLine) return EUse::Pass;  // and so it is dropped and counted
+    std::string joined;
+    if (IsContinued(line)) {
+        if (Join(line) == EUse::Skip) return EUse::Skip;
+        line = joined = std::move(m_replacement);
+    }
+    const std::size_t keyword = line.find_first_of("lp");
+    const int normal = line[keyword] == 'l' ? kLineNormal : kPointsNormal;
+    m_replacement = "f " + std::to_string(kElementMark) + "//" + std::to_string(normal);
+    m_replacement.append(WithoutLineEnd(line.substr(keyword + 1))).push_back('\n');
     return EUse::Replaced;
 }
 

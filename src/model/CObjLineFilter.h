@@ -14,12 +14,16 @@
  * - a position that is no number ("nan") becomes one that is infinite, where the loader would take it for 0;
  * - smoothing groups, for which the loader has no callback, become object names that start with
  * kSmoothingMark;
+ * - points and lines, for which it has none either, become faces with an impossible first corner, see
+ * kElementMark;
  * - mtllib lines are kept here, as the loader would open whatever they name.
  */
 class CObjLineFilter : public std::streambuf {
   public:
     static constexpr std::size_t kMaxLine = std::size_t{1} << 20;
     static constexpr char kSmoothingMark = '\x01';
+    /** The first corner's position; its normal tells what the other corners are. */
+    static constexpr int kElementMark = 2147483647, kPointsNormal = 1, kLineNormal = 2;
 
     /** text must outlive this object. */
     explicit CObjLineFilter(std::string_view text) : m_text(text) {}
@@ -41,6 +45,7 @@ class CObjLineFilter : public std::streambuf {
     [[nodiscard]] EUse Judge(std::string_view line);
     [[nodiscard]] EUse JudgeKind(std::string_view line);
     [[nodiscard]] EUse JudgeVertex(std::string_view line);
+    [[nodiscard]] EUse JudgeElement(std::string_view line);
     [[nodiscard]] EUse Join(std::string_view line);
     int_type Show(std::string_view text);
     int_type ShowReplacement();

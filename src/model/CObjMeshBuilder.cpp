@@ -4,25 +4,15 @@
 #include <lib3ds/mesh.h>
 
 #include <algorithm>
-#include <bit>
 #include <numeric>
+
+#include "model/point_hash.h"
 
 namespace {
 
+using point_hash::HashOf;
+
 constexpr std::size_t kEarBudget = 200'000'000;  // corner tests; well under a second
-
-// Adding zero makes one zero of the two.
-std::uint64_t Bits(float a, float b) {
-    return (std::uint64_t{std::bit_cast<std::uint32_t>(a + 0.0f)} << 32) |
-           std::bit_cast<std::uint32_t>(b + 0.0f);
-}
-
-std::uint64_t HashOf(CVec3 p) {
-    return Bits(p.x, p.y) * 0xD6E8FEB86659FD93u ^ Bits(p.z, 0);
-}
-std::uint64_t HashOf(CVec3 p, CVec2 t) {
-    return (HashOf(p) * 0xA0761D6478BD642Fu) ^ Bits(t.x, t.y);
-}
 
 CVec3 ZUp(CVec3 p) {
     return {p.x, -p.z, p.y};

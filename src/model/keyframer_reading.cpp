@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <type_traits>
 
 #include "model/lib3ds_list.h"
 
@@ -55,43 +56,28 @@ void ReadValue(CByteCursor& in, Lib3dsMorphKey& key, float, CNoteList&) {
 }
 
 /** What lib3ds offers for one kind of track; its functions differ in name alone. */
+template <auto NewKey, auto FreeKey, auto... SetUpFunction>
+struct CTrackFunctions {
+    using Key = std::remove_pointer_t<decltype(NewKey())>;
+    static constexpr auto kNewKey = NewKey;
+    static constexpr auto kFreeKey = FreeKey;
+    static void SetUp(auto& track) { (SetUpFunction(&track), ...); }
+};
 template <class Track>
 struct CTrackKind;
 template <>
-struct CTrackKind<Lib3dsLin1Track> {
-    using Key = Lib3dsLin1Key;
-    static constexpr auto kNewKey = lib3ds_lin1_key_new;
-    static constexpr auto kFreeKey = lib3ds_lin1_key_free;
-    static void SetUp(Lib3dsLin1Track& track) { lib3ds_lin1_track_setup(&track); }
-};
+struct CTrackKind<Lib3dsLin1Track>
+    : CTrackFunctions<lib3ds_lin1_key_new, lib3ds_lin1_key_free, lib3ds_lin1_track_setup> {};
 template <>
-struct CTrackKind<Lib3dsLin3Track> {
-    using Key = Lib3dsLin3Key;
-    static constexpr auto kNewKey = lib3ds_lin3_key_new;
-    static constexpr auto kFreeKey = lib3ds_lin3_key_free;
-    static void SetUp(Lib3dsLin3Track& track) { lib3ds_lin3_track_setup(&track); }
-};
+struct CTrackKind<Lib3dsLin3Track>
+    : CTrackFunctions<lib3ds_lin3_key_new, lib3ds_lin3_key_free, lib3ds_lin3_track_setup> {};
 template <>
-struct CTrackKind<Lib3dsQuatTrack> {
-    using Key = Lib3dsQuatKey;
-    static constexpr auto kNewKey = lib3ds_quat_key_new;
-    static constexpr auto kFreeKey = lib3ds_quat_key_free;
-    static void SetUp(Lib3dsQuatTrack& track) { lib3ds_quat_track_setup(&track); }
-};
+struct CTrackKind<Lib3dsQuatTrack>
+    : CTrackFunctions<lib3ds_quat_key_new, lib3ds_quat_key_free, lib3ds_quat_track_setup> {};
 template <>
-struct CTrackKind<Lib3dsBoolTrack> {
-    using Key = Lib3dsBoolKey;
-    static constexpr auto kNewKey = lib3ds_bool_key_new;
-    static constexpr auto kFreeKey = lib3ds_bool_key_free;
-    static void SetUp(Lib3dsBoolTrack&) {}
-};
+struct CTrackKind<Lib3dsBoolTrack> : CTrackFunctions<lib3ds_bool_key_new, lib3ds_bool_key_free> {};
 template <>
-struct CTrackKind<Lib3dsMorphTrack> {
-    using Key = Lib3dsMorphKey;
-    static constexpr auto kNewKey = lib3ds_morph_key_new;
-    static constexpr auto kFreeKey = lib3ds_morph_key_free;
-    static void SetUp(Lib3dsMorphTrack&) {}
-};
+struct CTrackKind<Lib3dsMorphTrack> : CTrackFunctions<lib3ds_morph_key_new, lib3ds_morph_key_free> {};
 
 /** In frame order, the last of several keys on one frame. Unused keys are freed. */
 template <class Track>

@@ -4,11 +4,13 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <numeric>
 #include <thread>
 #include <unordered_map>
 
 #include "model/CObjCollector.h"
 #include "model/CObjLineFilter.h"
+#include "model/obj_points_and_lines.h"
 
 namespace {
 
@@ -184,6 +186,17 @@ void JoinCorners(CObjGeometry& out, std::vector<CObjCollector>& parts) {
     }
 }
 
+/** A cloud of points as scanners write it: every position becomes a point. Returns their number. */
+std::size_t MakePoints(CObjGeometry& out) {
+    out.cornerPositions.resize(out.positions.size());
+    out.faceEnds.resize(out.positions.size());
+    std::iota(out.cornerPositions.begin(), out.cornerPositions.end(), 0);
+    std::iota(out.faceEnds.begin(), out.faceEnds.end(), 1u);
+    out.groups = {std::string()};
+    out.segments = {CObjSegment{}};
+    return out.positions.size();
+}
+
 void MarkBrokenFaces(CObjGeometry& out) {
     for (std::size_t face = 0; face < out.faceEnds.size(); ++face) {
         const auto first = out.cornerPositions.begin() + out.FaceBegin(face);
@@ -193,17 +206,19 @@ void MarkBrokenFaces(CObjGeometry& out) {
         });
         if (usable) continue;
         *first = -1;
-        ++out.brokenFaces;
+        ++(last - first < 3 ? out.brokenElements : out.brokenFaces);
     }
 }
 
 CResult<CObjGeometry> Join(std::vector<CObjCollector> parts, std::size_t textSize) {
-    std::size_t triangles = 0;
-    for (const CObjCollector& part : parts)
-        triangles += part.cornerPositions.size() - 2 * part.faceEnds.size();
-    if (triangles > std::min(kMaxTriangles, kFreeTriangles + textSize / kBytesPerTriangle)) {
-        return CError{EErrorCode::TooLarge, "the file has more triangles than we can take", {}};
+    std::size_t triangles = 0, elements = 0;
+    for (const CObjCollector& part : parts) {
+        triangles += part.triangles;
+        elements += part.elements;
     }
+    const std::size_t limit = std::min(kMaxTriangles, kFreeTriangles + textSize / kBytesPerTriangle);
+    if (triangles > limit)
+        return CError{EErrorCode::TooLarge, "the file has more triangles than we can take", {}};
     CObjGeometry out;
     for (CObjCollector& part : parts) {
         // The counts stay readable for the indices that count from a part's own entries.
@@ -212,6 +227,7 @@ CResult<CObjGeometry> Join(std::vector<CObjCollector> parts, std::size_t textSiz
         out.normals.insert(out.normals.end(), part.normals.begin(), part.normals.end());
     }
     JoinCorners(out, parts);
+    if (out.faceEnds.empty()) elements = MakePoints(out);
     for (CVec2& uv : out.texCoords) {
         if (!std::isfinite(uv.x) || !std::isfinite(uv.y)) uv = {};
     }
@@ -219,6 +235,8 @@ CResult<CObjGeometry> Join(std::vector<CObjCollector> parts, std::size_t textSiz
         if (!IsUsable(normal)) normal = {};
     }
     MarkBrokenFaces(out);
+    if (elements == 0) return out;
+    if (CStatus solid = MakePointsAndLinesSolid(out, limit - triangles); !solid) return solid.Error();
     return out;
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/image_codec.h"
 
-#include <dlfcn.h>
 #include <png.h>
 #include <turbojpeg.h>
 
@@ -10,9 +9,10 @@
 #include <type_traits>
 #include <vector>
 
+#include "platform/dds_image.h"
 #include "platform/file_util_ex.h"
 #include "platform/image_probe.h"
-#include "platform/std_file_paths.h"
+#include "platform/plugin_function.h"
 #include "platform/wx_image_codecs.h"
 
 namespace image_codec {
@@ -97,18 +97,15 @@ CResult<CImage> DecodeJpeg(CBytes bytes) {
 
 // Loaded at the first need and kept. Null when the plug-in or the toolkit is not installed.
 FDecodeWithWx WxDecoder() {
-    static const FDecodeWithWx decoder = [] {
-        const std::string path = std_file_paths::GetPluginPath("orbivue_wximage_codecs.so");
-        void* plugin = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-        return plugin != nullptr ? reinterpret_cast<FDecodeWithWx>(::dlsym(plugin, kDecodeWithWxName))
-                                 : nullptr;
-    }();
+    static const auto decoder =
+        reinterpret_cast<FDecodeWithWx>(FunctionOfPlugin("orbivue_wximage_codecs.so", kDecodeWithWxName));
     return decoder;
 }
 
 CResult<CImage> DecodeOther(EFormat format, CBytes bytes) {
     const image_probe::CClaim claim = image_probe::ClaimOf(format, bytes);
     if (CStatus fits = CheckSize(claim.width, claim.height); !fits) return fits.Error();
+    if (format == EFormat::Dds) return dds_image::Decode(bytes);
     const CError endsEarly = Damaged("the picture's data ends early");
     if (format == EFormat::Tga && !image_probe::IsTgaWhole(bytes)) return endsEarly;
     std::vector<std::byte> firstFrame;
@@ -137,8 +134,6 @@ CResult<CImage> DecodeImage(std::span<const std::byte> bytes, std::string_view n
                 return DecodePng(bytes);
             case EFormat::Jpeg:
                 return DecodeJpeg(bytes);
-            case EFormat::Dds:
-                return CError{EErrorCode::Unsupported, "DDS pictures are not read", {}};
             case EFormat::Sgi:
                 return CError{EErrorCode::Unsupported, "SGI pictures are not read", {}};
             case EFormat::Unknown:

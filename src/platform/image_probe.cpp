@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdlib>
 
+#include "platform/byte_order.h"
 #include "platform/file_util_ex.h"
 
 namespace image_probe {
@@ -12,22 +13,7 @@ namespace {
 
 using CBytes = std::span<const std::byte>;
 
-// Bytes beyond the end read as 0.
-std::uint32_t At8(CBytes bytes, std::size_t at) {
-    return at < bytes.size() ? static_cast<std::uint32_t>(bytes[at]) : 0;
-}
-std::uint32_t Le16(CBytes bytes, std::size_t at) {
-    return At8(bytes, at) | At8(bytes, at + 1) << 8;
-}
-std::uint32_t Le32(CBytes bytes, std::size_t at) {
-    return Le16(bytes, at) | Le16(bytes, at + 2) << 16;
-}
-std::uint32_t Be16(CBytes bytes, std::size_t at) {
-    return At8(bytes, at) << 8 | At8(bytes, at + 1);
-}
-std::uint32_t Be32(CBytes bytes, std::size_t at) {
-    return Be16(bytes, at) << 16 | Be16(bytes, at + 2);
-}
+using byte_order::At8, byte_order::Be16, byte_order::Be32, byte_order::Le16, byte_order::Le32;
 
 struct CSignature {
     std::string_view text;
@@ -162,6 +148,8 @@ CClaim ClaimOf(EFormat format, std::span<const std::byte> bytes) {
             return TiffClaim(bytes);
         case EFormat::Pcx:
             return PcxClaim(bytes);
+        case EFormat::Dds:
+            return {Le32(bytes, 16), Le32(bytes, 12)};
         default:
             return {};
     }

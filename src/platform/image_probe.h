@@ -22,7 +22,7 @@ struct CClaim {
     std::uint64_t height = 0;
 };
 
-/** For Tga, Bmp, Gif, Tiff and Pcx: the sizes for which their decoder will take memory. */
+/** For Tga, Bmp, Gif, Tiff, Pcx and Dds: the sizes for which their decoder will take memory. */
 [[nodiscard]] CClaim ClaimOf(EFormat format, std::span<const std::byte> bytes);
 
 /** False when a TGA's pixels end early, which its decoder does not notice. */

@@ -54,6 +54,17 @@ std::wstring Text(const char* englishText, std::wstring_view value) {
     return text;
 }
 
+std::wstring Number(std::uint64_t number) {
+    // The catalogue's entry for this text is the language's separator.
+    const std::wstring separator = Text(",");
+    std::wstring text = std::to_wstring(number);
+    for (std::size_t at = text.size(); at > 3;) {
+        at -= 3;
+        text.insert(at, separator);
+    }
+    return text;
+}
+
 std::wstring ConvertFromUTF8(std::string_view text) {
     return file_util_ex::ConvertFromUTF8W(text);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -42,6 +43,8 @@ void SetLanguage(std::wstring_view code);
 [[nodiscard]] constexpr const char* Mark(const char* englishText) {
     return englishText;
 }
+/** A whole number with its thousands set apart as the language does it. */
+[[nodiscard]] std::wstring Number(std::uint64_t number);
 [[nodiscard]] std::wstring ConvertFromUTF8(std::string_view text);
 
 }  // namespace lng

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/command_line.h"
+#include "row_name.h"
 
 namespace {
 
@@ -25,15 +26,15 @@ TEST_P(CJoinModelPathTest, JoinsUntilAFileIsNamed) {
     EXPECT_EQ(JoinModelPath(c.parameters, exists), c.expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Parameters, CJoinModelPathTest,
-    testing::Values(CJoinCase{"None", {}, {}, L""}, CJoinCase{"One", {L"a.3ds"}, {}, L"a.3ds"},
-                    CJoinCase{"SplitAtABlank", {L"My", L"car.3ds"}, {L"My car.3ds"}, L"My car.3ds"},
-                    CJoinCase{"RestIsIgnored", {L"a.3ds", L"extra"}, {L"a.3ds"}, L"a.3ds"},
-                    CJoinCase{"RestIsJoinedToNoFile", {L"a.3ds", L"extra"}, {}, L"a.3ds extra"},
-                    CJoinCase{"EmptyOnesFirst", {L"", L"a.3ds"}, {L"a.3ds"}, L"a.3ds"},
-                    CJoinCase{"FirstFileWins", {L"a", L"b", L"c"}, {L"a b", L"a b c"}, L"a b"}),
-    [](const auto& row) { return row.param.name; });
+const CJoinCase kParameters[] = {
+    {"None", {}, {}, L""},
+    {"SplitAtABlank", {L"My", L"car.3ds"}, {L"My car.3ds"}, L"My car.3ds"},
+    {"RestIsIgnored", {L"a.3ds", L"extra"}, {L"a.3ds"}, L"a.3ds"},
+    {"RestIsJoinedToNoFile", {L"a.3ds", L"extra"}, {}, L"a.3ds extra"},
+    {"EmptyOnesFirst", {L"", L"a.3ds"}, {L"a.3ds"}, L"a.3ds"},
+    {"FirstFileWins", {L"a", L"b", L"c"}, {L"a b", L"a b c"}, L"a b"},
+};
+INSTANTIATE_TEST_SUITE_P(Parameters, CJoinModelPathTest, testing::ValuesIn(kParameters), kRowName);
 
 TEST(CommandLineTest, HelpNeedsNoWindow) {
     using CArguments = std::vector<std::wstring>;

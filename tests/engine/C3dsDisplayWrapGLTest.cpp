@@ -10,6 +10,8 @@
 #include <string>
 
 #include "engine/COffscreenContext.h"
+#include "engine/CPictureTest.h"
+#include "engine/camera_matrices.h"
 #include "engine/gl_api.h"
 #include "model/C3dsBytes.h"
 #include "model/CPreparedScene.h"
@@ -18,26 +20,17 @@
 namespace {
 
 constexpr int kWidth = 200, kHeight = 150;
-using CColor = std::array<int, 3>;
-
-CBytes CubeAt(std::string_view name, float x, float y, float z) {
-    CBytes points = Words({8});
-    for (int i = 0; i < 8; ++i) {
-        points = points + Floats({x + ((i & 1) ? 1.0f : -1.0f), y + ((i & 2) ? 1.0f : -1.0f),
-                                  z + ((i & 4) ? 1.0f : -1.0f)});
-    }
-    return Mesh(name, Chunk(0x4110, points) + CubeFaces());
-}
+constexpr CColor kBackground{0, 0, 255};
 
 /** Two cubes, one above the other. */
 CBytes Tower() {
-    return Scene(CubeAt("Low", 0, 0, -3) + CubeAt("High", 0, 0, 3));
+    return Scene(Mesh("Low", CubePoints(0, 0, -3) + CubeFaces()) +
+                 Mesh("High", CubePoints(0, 0, 3) + CubeFaces()));
 }
 
 /** A square whose corners are the given ones. */
 CBytes Square(std::initializer_list<float> corners) {
-    return Scene(Mesh("Square", Chunk(0x4110, Words({4}) + Floats(corners)) +
-                                    Chunk(0x4120, Words({2, 0, 1, 2, 7, 0, 2, 3, 7}))));
+    return Scene(Mesh("Square", Points(corners) + Faces({0, 1, 2, 0, 2, 3})));
 }
 
 class C3dsDisplayWrapGLTest : public testing::Test {
@@ -60,17 +53,6 @@ class C3dsDisplayWrapGLTest : public testing::Test {
     CImage Paint() {
         m_engine.PaintModel();
         return Context().ReadPixels().Value();
-    }
-    static int CountDrawn(const CImage& image) {
-        int drawn = 0;
-        for (std::size_t i = 0; i < image.rgba.size(); i += 4) {
-            drawn += image.rgba[i] != 0 || image.rgba[i + 1] != 0 || image.rgba[i + 2] != 255;
-        }
-        return drawn;
-    }
-    static CColor At(const CImage& image, int x, int y) {
-        const std::uint8_t* p = image.Pixel(x, y);
-        return {p[0], p[1], p[2]};
     }
     /** What a viewer does on a click: all names under the pixel. */
     std::set<std::string> Pick(int x, int y) {
@@ -96,13 +78,8 @@ class C3dsDisplayWrapGLTest : public testing::Test {
     void LookThroughCamera() {
         const CVec3 eye{m_engine.GetEyeX(), m_engine.GetEyeY(), m_engine.GetEyeZ()};
         const CVec3 target{m_engine.GetXOrg(), m_engine.GetYOrg(), m_engine.GetZOrg()};
-        const CVec3 f = Normalized(target - eye);
-        const CVec3 s = Normalized(Cross(f, {m_engine.GetUpX(), m_engine.GetUpY(), m_engine.GetUpZ()}));
-        const CVec3 u = Cross(s, f);
-        CMat4 look;
-        look.m = {s.x, u.x, -f.x, 0, s.y,          u.y,          -f.y,        0,
-                  s.z, u.z, -f.z, 0, -Dot(s, eye), -Dot(u, eye), Dot(f, eye), 1};
-        glMultMatrixf(look.m.data());
+        const CVec3 up{m_engine.GetUpX(), m_engine.GetUpY(), m_engine.GetUpZ()};
+        glMultMatrixd(camera_matrices::LookAt(eye, target, up).data());
         glMatrixMode(GL_MODELVIEW);
         glLoadIdentity();
     }
@@ -111,53 +88,41 @@ class C3dsDisplayWrapGLTest : public testing::Test {
 };
 
 TEST_F(C3dsDisplayWrapGLTest, WithoutASceneOnlyTheBackgroundIsDrawn) {
-    EXPECT_FALSE(m_engine.InitDrawings(GL_RENDER, -1, -1));
-    m_engine.DrawModel(GL_RENDER);
-    EXPECT_EQ(CountDrawn(Context().ReadPixels().Value()), 0);
-    EXPECT_EQ(m_engine.Get3dsFile(), nullptr);
-    EXPECT_EQ(m_engine.GetNodeNameById(0), nullptr);
-    EXPECT_FALSE(m_engine.DrawAnimations());
-    EXPECT_FALSE(m_engine.DeleteNode("Low"));
-    EXPECT_FALSE(m_engine.SaveAs(L"/nowhere/out.3ds"));
-    m_engine.CloseModel();
-}
-
-TEST_F(C3dsDisplayWrapGLTest, FailedOpenLeavesNoScene) {
+    const auto expectNone = [&] {
+        EXPECT_FALSE(m_engine.InitDrawings(GL_RENDER, -1, -1));
+        m_engine.DrawModel(GL_RENDER);
+        EXPECT_EQ(CountDrawn(Paint()), 0);
+        EXPECT_EQ(ColorAt(Paint(), 0, 0), kBackground);
+        EXPECT_EQ(m_engine.Get3dsFile(), nullptr);
+        EXPECT_EQ(m_engine.GetNodeNameById(0), nullptr);
+        EXPECT_FALSE(m_engine.DrawAnimations());
+        EXPECT_FALSE(m_engine.DeleteNode("Low"));
+        EXPECT_FALSE(m_engine.SaveAs(L"/nowhere/out.3ds"));
+    };
+    expectNone();
     ASSERT_TRUE(Open(Tower()));
-    EXPECT_GT(CountDrawn(Paint()), 0);
     EXPECT_FALSE(m_engine.OpenModel(L"/no/such/file.3ds"));
     EXPECT_EQ(m_engine.LastError().code, EErrorCode::NotFound);
-    EXPECT_EQ(m_engine.Get3dsFile(), nullptr);
-    EXPECT_EQ(CountDrawn(Paint()), 0);
+    expectNone();
     EXPECT_FALSE(m_engine.OpenBufferModel("MM", 2, {}));
     EXPECT_FALSE(m_engine.OpenBufferModel(nullptr, -1, {}));
     EXPECT_FALSE(m_engine.OpenModelStruct(nullptr));
     EXPECT_TRUE(m_engine.OpenModelStruct(lib3ds_file_new()));  // a scene with nothing in it
     EXPECT_EQ(CountDrawn(Paint()), 0);
+    m_engine.CloseModel();
+    expectNone();
 }
 
-struct CBlankCase {
-    const char* name;
-    CBytes file;
-};
-
-class C3dsDisplayWrapBlank : public C3dsDisplayWrapGLTest, public testing::WithParamInterface<CBlankCase> {};
-
-TEST_P(C3dsDisplayWrapBlank, IsoShowsIt) {
-    ASSERT_TRUE(Open(GetParam().file));
-    EXPECT_GT(CountDrawn(Paint()), 2000);
+TEST_F(C3dsDisplayWrapGLTest, FlatHugeTinyAndFarOffScenesAreSeen) {
+    for (const CBytes& file :
+         {Square({0, 0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1}), Square({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}),
+          Square({-1e6f, 0, 0, 1e6f, 0, 0, 1e6f, 1e6f, 0, -1e6f, 1e6f, 0}),
+          Square({0, 0, 0, 1e-4f, 0, 0, 1e-4f, 1e-4f, 0, 0, 1e-4f, 0}),
+          Square({1000, 1000, 1000, 1001, 1000, 1000, 1001, 1001, 1000, 1000, 1001, 1000})}) {
+        ASSERT_TRUE(Open(file));
+        EXPECT_GT(CountDrawn(Paint()), 2000) << m_engine.Prepared()->bounds.max.x;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Scenes, C3dsDisplayWrapBlank,
-    testing::Values(CBlankCase{"FlatX", Square({0, 0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1})},
-                    CBlankCase{"FlatY", Square({0, 0, 0, 1, 0, 0, 1, 0, 1, 0, 0, 1})},
-                    CBlankCase{"FlatZ", Square({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0})},
-                    CBlankCase{"Huge", Square({-1e6f, 0, 0, 1e6f, 0, 0, 1e6f, 1e6f, 0, -1e6f, 1e6f, 0})},
-                    CBlankCase{"Tiny", Square({0, 0, 0, 1e-4f, 0, 0, 1e-4f, 1e-4f, 0, 0, 1e-4f, 0})},
-                    CBlankCase{"FarOff", Square({1000, 1000, 1000, 1001, 1000, 1000, 1001, 1001, 1000, 1000,
-                                                 1001, 1000})}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(C3dsDisplayWrapGLTest, ViewersOwnFrameIsThatOfPaintModel) {
     ASSERT_TRUE(Open(Tower()));
@@ -175,7 +140,7 @@ TEST_F(C3dsDisplayWrapGLTest, PickFindsTheNodeUnderThePixelCountedFromTheTop) {
     m_engine.SetFrontCameraModel();
     const CImage image = Paint();
     for (const auto& [y, name] : {std::pair{40, "High"}, std::pair{110, "Low"}}) {
-        EXPECT_NE(At(image, kWidth / 2, y), (CColor{0, 0, 255}));
+        EXPECT_NE(ColorAt(image, kWidth / 2, y), kBackground);
         EXPECT_EQ(Pick(kWidth / 2, y), std::set<std::string>{name});
     }
     EXPECT_TRUE(Pick(5, 5).empty());
@@ -195,11 +160,11 @@ TEST_F(C3dsDisplayWrapGLTest, PickAgreesWithThePictureAfterZooming) {
     int asked = 0;
     for (int y = 6; y < kHeight - 6; y += 12) {
         for (int x = 6; x < kWidth - 6; x += 12) {
-            const bool drawn = At(image, x, y) != CColor{0, 0, 255};
+            const bool drawn = ColorAt(image, x, y) != kBackground;
             bool even = true;
             for (int d = -4; d <= 4; d += 4) {
-                even &= (At(image, x + d, y) != CColor{0, 0, 255}) == drawn &&
-                        (At(image, x, y + d) != CColor{0, 0, 255}) == drawn;
+                even &= (ColorAt(image, x + d, y) != kBackground) == drawn &&
+                        (ColorAt(image, x, y + d) != kBackground) == drawn;
             }
             if (!even) continue;
             EXPECT_EQ(!Pick(x, y).empty(), drawn) << x << ' ' << y;
@@ -207,19 +172,6 @@ TEST_F(C3dsDisplayWrapGLTest, PickAgreesWithThePictureAfterZooming) {
         }
     }
     EXPECT_GT(asked, 20);
-}
-
-TEST_F(C3dsDisplayWrapGLTest, ZoomBoxMagnifiesAndAnEmptyOneLeavesTheView) {
-    ASSERT_TRUE(Open(Tower()));
-    m_engine.SetFrontCameraModel();
-    const CImage before = Paint();
-    m_engine.ZoomModel(C2DRect(50, 50, 50, 50));
-    EXPECT_EQ(Paint().rgba, before.rgba);
-    m_engine.ZoomModel(C2DRect(75, 0, 125, 75));
-    EXPECT_GT(CountDrawn(Paint()), CountDrawn(before));
-    EXPECT_EQ(Pick(kWidth / 2, kHeight / 2), std::set<std::string>{"High"});
-    m_engine.SetFrontCameraModel();
-    EXPECT_EQ(Paint().rgba, before.rgba);
 }
 
 TEST_F(C3dsDisplayWrapGLTest, CallersScaleAndShiftAreNotCutOff) {
@@ -231,35 +183,40 @@ TEST_F(C3dsDisplayWrapGLTest, CallersScaleAndShiftAreNotCutOff) {
         glTranslatef(0, forward, 0);
         glScalef(2, 2, 2);
         m_engine.DrawModel(GL_RENDER);
-        EXPECT_NE(At(Context().ReadPixels().Value(), kWidth / 2, kHeight / 2), (CColor{0, 0, 255}))
-            << forward;
+        EXPECT_NE(ColorAt(Context().ReadPixels().Value(), kWidth / 2, kHeight / 2), kBackground) << forward;
     }
 }
 
-TEST_F(C3dsDisplayWrapGLTest, EditsShowInTheNextFrame) {
+TEST_F(C3dsDisplayWrapGLTest, EditsShowInTheNextFrameAndAreSaved) {
+    const CTestFolder folder;
+    const std::string file = folder / "edited.3ds";
+    const std::wstring path(file.begin(), file.end());
     ASSERT_TRUE(Open(Tower()));
     m_engine.SetFrontCameraModel();
     (void)Paint();
+    const auto high = [&] { return ColorAt(Paint(), kWidth / 2, 40); };
+    const auto low = [&] { return ColorAt(Paint(), kWidth / 2, 110); };
     ASSERT_TRUE(m_engine.SetNodeMaterialColor("High", nullptr, 1, 0, 0));
-    CImage image = Paint();
-    EXPECT_GT(At(image, kWidth / 2, 40)[0], 4 * At(image, kWidth / 2, 40)[1]);
-    EXPECT_LT(At(image, kWidth / 2, 110)[0], 2 * At(image, kWidth / 2, 110)[1]);
+    EXPECT_GT(high()[0], 4 * high()[1]);
+    EXPECT_LT(low()[0], 2 * low()[1]);
     ASSERT_TRUE(m_engine.SetNodeMaterialTransparency("Low", nullptr, 1));
-    EXPECT_EQ(At(Paint(), kWidth / 2, 110), (CColor{0, 0, 255}));
+    EXPECT_EQ(low(), kBackground);
     ASSERT_TRUE(m_engine.MoveNode("High", 0, 0, -6));
-    image = Paint();
-    EXPECT_EQ(At(image, kWidth / 2, 40), (CColor{0, 0, 255}));
-    EXPECT_NE(At(image, kWidth / 2, 110), (CColor{0, 0, 255}));
+    EXPECT_EQ(high(), kBackground);
+    EXPECT_NE(low(), kBackground);
+    ASSERT_TRUE(m_engine.SaveAs(path.c_str()));
     ASSERT_TRUE(m_engine.DeleteNode(m_engine.GetNodeNameById(1)));
     ASSERT_TRUE(m_engine.DeleteNode("Low"));
     EXPECT_EQ(CountDrawn(Paint()), 0);
     EXPECT_FALSE(m_engine.SetNodeMaterialColor("High", nullptr, 1, 0, 0));
+    ASSERT_TRUE(m_engine.OpenModel(path.c_str()));
+    EXPECT_FLOAT_EQ(m_engine.Prepared()->bounds.max.z, -2);
+    EXPECT_NE(m_engine.Get3dsFile(), nullptr);
 }
 
 TEST_F(C3dsDisplayWrapGLTest, ValuesThatAreNoNumbersAndNullNamesAreRefused) {
-    ASSERT_TRUE(
-        Open(Scene(Material("Red") +
-                   Mesh("Box", CubePoints() + CubeFaces(Chunk(0x4130, Text("Red") + Words({1, 0})))))));
+    const CBytes redFace = Chunk(0x4130, Text("Red") + Words({1, 0}));
+    ASSERT_TRUE(Open(Scene(Material("Red") + Mesh("Box", CubePoints() + CubeFaces(redFace)))));
     const float nan = std::nanf("");
     EXPECT_FALSE(m_engine.SetNodeMaterialColor("Box", "Red", nan, 0, 0));
     EXPECT_FALSE(m_engine.SetMaterialColor("Red", 0, INFINITY, 0));
@@ -271,17 +228,6 @@ TEST_F(C3dsDisplayWrapGLTest, ValuesThatAreNoNumbersAndNullNamesAreRefused) {
     EXPECT_FALSE(m_engine.SetMaterialTexture("Red", L"/no/such/picture.png"));
     EXPECT_FALSE(m_engine.DeleteNode(nullptr));
     EXPECT_TRUE(m_engine.SetMaterialColor("Red", 1, 0, 0));
-}
-
-TEST_F(C3dsDisplayWrapGLTest, SavedSceneOpensWithItsEdits) {
-    const CTestFolder folder;
-    const std::string path = folder / "edited.3ds";
-    ASSERT_TRUE(Open(Tower()));
-    ASSERT_TRUE(m_engine.MoveNode("High", 10, 0, 0));
-    ASSERT_TRUE(m_engine.SaveAs(std::wstring(path.begin(), path.end()).c_str()));
-    ASSERT_TRUE(m_engine.OpenModel(std::wstring(path.begin(), path.end()).c_str()));
-    EXPECT_FLOAT_EQ(m_engine.Prepared()->bounds.max.x, 11);
-    EXPECT_NE(m_engine.Get3dsFile(), nullptr);
 }
 
 TEST_F(C3dsDisplayWrapGLTest, AnimationRunsToItsEndAndBeginsAgain) {
@@ -323,9 +269,7 @@ TEST_F(C3dsDisplayWrapGLTest, OverlaysAddToThePictureAndLeaveNoStateBehind) {
         (m_engine.*show)(true);
         GLint depth = 0, mode = 0;
         const CImage with = Paint();
-        int changed = 0;
-        for (std::size_t i = 0; i < with.rgba.size(); ++i) changed += with.rgba[i] != plain.rgba[i];
-        EXPECT_GT(changed, 50);
+        EXPECT_GT(CountDrawn(with), CountDrawn(plain) + 15);
         glGetIntegerv(GL_MODELVIEW_STACK_DEPTH, &depth);
         glGetIntegerv(GL_MATRIX_MODE, &mode);
         EXPECT_EQ(depth, 1);
@@ -344,7 +288,7 @@ TEST_F(C3dsDisplayWrapGLTest, CamerasOfTheFileAreOffered) {
     EXPECT_EQ(m_engine.GetCameraName(), "Cam");
     EXPECT_FLOAT_EQ(m_engine.GetEyeX(), -6);
     EXPECT_FLOAT_EQ(m_engine.GetRotAngleZ(), 0);
-    EXPECT_NE(At(Paint(), kWidth / 2, kHeight / 2), (CColor{0, 0, 255}));
+    EXPECT_NE(ColorAt(Paint(), kWidth / 2, kHeight / 2), kBackground);
     EXPECT_FALSE(m_engine.SetFileCameraModel("Nobody"));
     EXPECT_EQ(m_engine.GetCameraName(), "Cam");
 }

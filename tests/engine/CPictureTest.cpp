@@ -4,10 +4,10 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <numbers>
 #include <utility>
 
 #include "engine/CGlCurrent.h"
+#include "engine/camera_matrices.h"
 #include "engine/gl_api.h"
 #include "platform/image_codec.h"
 
@@ -51,30 +51,10 @@ CGlCurrent& CPictureTest::Gl() {
 }
 
 CMatrix4d CameraMatrix(CVec3 eye, CVec3 target, float fovYDeg, float aspect) {
-    const CVec3 back = Normalized(eye - target);
-    const CVec3 upwards = std::abs(back.z) > 0.999f ? CVec3{0, 1, 0} : CVec3{0, 0, 1};
-    const CVec3 right = Normalized(Cross(upwards, back)), up = Cross(back, right);
-    const CMat4 turn{
-        {right.x, up.x, back.x, 0, right.y, up.y, back.y, 0, right.z, up.z, back.z, 0, 0, 0, 0, 1}};
-    const double f = 1 / std::tan(static_cast<double>(fovYDeg) * std::numbers::pi / 360), n = 0.1, z = 100;
-    CMatrix4d lens;
-    lens.m = {f / static_cast<double>(aspect),
-              0,
-              0,
-              0,
-              0,
-              f,
-              0,
-              0,
-              0,
-              0,
-              (z + n) / (n - z),
-              -1,
-              0,
-              0,
-              2 * z * n / (n - z),
-              0};
-    return lens * CMatrix4d::From(turn) * CMatrix4d::From(CMat4::Translation(-eye));
+    using namespace camera_matrices;
+    const CVec3 up = std::abs(Normalized(eye - target).z) > 0.999f ? CVec3{0, 1, 0} : CVec3{0, 0, 1};
+    const CMatrix lens = Perspective(static_cast<double>(fovYDeg), static_cast<double>(aspect), 0.1, 100);
+    return {Product(lens, LookAt(eye, target, up))};
 }
 
 void CPictureTest::LookFrom(CVec3 eye, CVec3 target) {
@@ -103,19 +83,16 @@ CImage CPictureTest::DrawAgain(const CDrawOptions& options) {
 
 testing::AssertionResult MatchesGolden(const CImage& image, const std::string& name) {
     const std::string file = name + ".png";
+    const auto fail = [&](const std::string& why) {
+        Save(image, file);
+        return testing::AssertionFailure() << why << "; look at " << (kActual / file);
+    };
     const CResult<CImage> golden = image_codec::ReadImageFile((kGolden / file).string());
-    if (!golden) {
-        Save(image, file);
-        return testing::AssertionFailure() << golden.Error().Text() << "; look at " << (kActual / file);
-    }
+    if (!golden) return fail(golden.Error().Text());
     const CImage& expected = golden.Value();
-    if (expected.width != image.width || expected.height != image.height) {
-        Save(image, file);
-        return testing::AssertionFailure() << "another size; look at " << (kActual / file);
-    }
+    if (expected.width != image.width || expected.height != image.height) return fail("another size");
     CImage difference = image;
-    int largest = 0;
-    std::size_t count = 0;
+    int largest = 0, count = 0;
     for (std::size_t i = 0; i < image.rgba.size(); ++i) {
         const int d = i % 4 == 3 ? 0 : std::abs(image.rgba[i] - expected.rgba[i]);
         largest = std::max(largest, d);
@@ -125,10 +102,8 @@ testing::AssertionResult MatchesGolden(const CImage& image, const std::string& n
     // Another processor's vector instructions round a value otherwise now and then.
     constexpr int kRounding = 1;
     if (largest <= kRounding) return testing::AssertionSuccess();
-    Save(image, file);
     Save(difference, name + ".difference.png");
-    return testing::AssertionFailure()
-           << count << " values differ, by up to " << largest << "; look at " << (kActual / file);
+    return fail(std::to_string(count) + " values differ, by up to " + std::to_string(largest));
 }
 
 CColor ColorAt(const CImage& image, int x, int y) {
@@ -154,4 +129,25 @@ int CountDrawn(const CImage& image) {
         for (int x = 0; x < image.width; ++x) count += ColorAt(image, x, y) != ColorAt(image, 0, 0);
     }
     return count;
+}
+
+std::vector<double> ReadGlState() {
+    std::vector<double> state;
+    const auto add = [&state](std::initializer_list<GLenum> names) {
+        for (const GLenum name : names) {
+            std::array<double, 16> values{};
+            glGetDoublev(name, values.data());
+            state.insert(state.end(), values.begin(), values.end());
+        }
+    };
+    add({GL_CULL_FACE, GL_CULL_FACE_MODE, GL_FRONT_FACE, GL_DEPTH_TEST, GL_DEPTH_FUNC, GL_DEPTH_WRITEMASK});
+    add({GL_LINE_WIDTH, GL_POLYGON_MODE, GL_CURRENT_COLOR, GL_CURRENT_PROGRAM, GL_POLYGON_SMOOTH});
+    add({GL_BLEND, GL_BLEND_SRC_RGB, GL_BLEND_DST_RGB, GL_BLEND_SRC_ALPHA, GL_BLEND_DST_ALPHA});
+    add({GL_ALPHA_TEST, GL_TEXTURE_2D, GL_ACTIVE_TEXTURE, GL_TEXTURE_BINDING_2D, GL_TEXTURE_MATRIX});
+    add({GL_ARRAY_BUFFER_BINDING, GL_ELEMENT_ARRAY_BUFFER_BINDING, GL_VERTEX_ARRAY, GL_NORMAL_ARRAY});
+    add({GL_TEXTURE_COORD_ARRAY, GL_COLOR_ARRAY, GL_LIGHTING, GL_LIGHT0, GL_LIGHT1, GL_SHADE_MODEL});
+    add({GL_LIGHT_MODEL_LOCAL_VIEWER, GL_LIGHT_MODEL_TWO_SIDE, GL_LIGHT_MODEL_COLOR_CONTROL, GL_FOG});
+    add({GL_MATRIX_MODE, GL_MODELVIEW_MATRIX, GL_PROJECTION_MATRIX, GL_NORMALIZE, GL_ATTRIB_STACK_DEPTH});
+    add({GL_MODELVIEW_STACK_DEPTH, GL_PROJECTION_STACK_DEPTH, GL_CLIENT_ATTRIB_STACK_DEPTH});
+    return state;
 }

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 #include "engine/CMatrix4d.h"
 #include "engine/COffscreenContext.h"
@@ -48,5 +49,7 @@ class CPictureTest : public testing::Test {
 [[nodiscard]] CColor ColorAt(const CImage& image, int x, int y);
 /** How many pixels differ from the top left one. */
 [[nodiscard]] int CountDrawn(const CImage& image);
+/** The state that drawing touches and must leave as it was, as one list to compare. */
+[[nodiscard]] std::vector<double> ReadGlState();
 /** Projection times camera, as gluPerspective and gluLookAt would make them. */
 [[nodiscard]] CMatrix4d CameraMatrix(CVec3 eye, CVec3 target, float fovYDeg, float aspect);

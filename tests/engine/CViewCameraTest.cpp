@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "model/CPreparedScene.h"
+#include "row_name.h"
 
 namespace {
 
@@ -43,25 +44,19 @@ C2DRect Around(double x, double y, double width, double height) {
 }
 
 CPreparedCamera FileCamera(CVec3 position, CVec3 target, float rollDeg = 0, float fovDeg = 45) {
-    CPreparedCamera camera;
-    camera.name = "Camera01";
-    camera.position = position;
-    camera.target = target;
-    camera.rollDeg = rollDeg;
-    camera.fovDeg = fovDeg;
-    return camera;
+    return {.name = "Camera01", .position = position, .target = target, .rollDeg = rollDeg, .fovDeg = fovDeg};
 }
 
-struct CFitCase {
+struct CSceneCase {
     const char* name;
     CSphere sphere;
-    double width, height;
+    double width = 640, height = 480;
 };
 
-class CViewCameraFit : public testing::TestWithParam<CFitCase> {};
+class CViewCameraFit : public testing::TestWithParam<CSceneCase> {};
 
 TEST_P(CViewCameraFit, WholeSphereTouchesTheNarrowerSide) {
-    const CFitCase& c = GetParam();
+    const CSceneCase& c = GetParam();
     CViewCamera camera;
     camera.SetModel(c.sphere);
     camera.SetViewSize(c.width, c.height);
@@ -83,68 +78,23 @@ TEST_P(CViewCameraFit, WholeSphereTouchesTheNarrowerSide) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Scenes, CViewCameraFit,
-                         testing::Values(CFitCase{"Wide", {{1, 2, 3}, 5}, 800, 600},
-                                         CFitCase{"Tall", {{1, 2, 3}, 5}, 300, 900},
-                                         CFitCase{"Huge", {{2e5f, 0, -1e5f}, 1e6f}, 640, 480},
-                                         CFitCase{"Tiny", {{}, 1e-4f}, 640, 480},
-                                         CFitCase{"TinyAside", {{0.01f, 0, 0}, 1e-4f}, 640, 480}),
-                         [](const auto& row) { return std::string(row.param.name); });
-
-TEST(CViewCameraTest, PresetsLookFromTheirSides) {
-    CViewCamera camera;
-    camera.SetModel({{10, 20, 30}, 2});
-    struct CSide {
-        const char* word;
-        CVec3 from, up;
-    };
-    constexpr float k = 0.57735026f;
-    for (const CSide& side :
-         {CSide{"top", {0, 0, 1}, {0, 1, 0}}, CSide{"left", {-1, 0, 0}, {0, 0, 1}},
-          CSide{"right", {1, 0, 0}, {0, 0, 1}}, CSide{"front", {0, -1, 0}, {0, 0, 1}},
-          CSide{"bck_cam", {0, 1, 0}, {0, 0, 1}}, CSide{"iso_cam", {k, -k, k}, {0, 0, 1}}}) {
-        ECameraPreset preset{};
-        ASSERT_TRUE(PresetOfName(side.word, preset));
-        camera.SetPreset(preset);
-        EXPECT_LT(Length(Normalized(camera.Eye() - camera.Target()) - side.from), 1e-5f) << side.word;
-        EXPECT_EQ(camera.Up(), side.up) << side.word;
-        EXPECT_EQ(camera.Target(), (CVec3{10, 20, 30}));
-    }
-    ECameraPreset preset{};
-    EXPECT_FALSE(PresetOfName("Camera01", preset));
-}
-
-TEST(CViewCameraTest, PresetFitsAgainAfterAResizeAndKeepsAWheelZoomInProportion) {
-    CViewCamera camera;
-    camera.SetModel({{}, 1});
-    camera.SetPreset(ECameraPreset::Front);
-    const float wide = Length(camera.Eye());
-    camera.SetViewSize(240, 480);
-    EXPECT_GT(Length(camera.Eye()), wide * 1.5f);
-    camera.SetViewSize(1000, 480);
-    EXPECT_FLOAT_EQ(Length(camera.Eye()), wide);
-    camera.Zoom(-20);
-    camera.SetViewSize(240, 480);
-    camera.SetViewSize(1000, 480);
-    EXPECT_FLOAT_EQ(Length(camera.Eye()), wide * std::exp(-0.1f));
-}
-
-struct CHostileCase {
-    const char* name;
-    CSphere sphere;
-    double width, height;
+const CSceneCase kFits[] = {
+    {"Wide", {{1, 2, 3}, 5}, 800, 600},    {"Tall", {{1, 2, 3}, 5}, 300, 900},
+    {"Huge", {{2e5f, 0, -1e5f}, 1e6f}},    {"Tiny", {{}, 1e-4f}},
+    {"TinyAside", {{0.01f, 0, 0}, 1e-4f}},
 };
+INSTANTIATE_TEST_SUITE_P(Scenes, CViewCameraFit, testing::ValuesIn(kFits), kRowName);
 
-class CViewCameraHostile : public testing::TestWithParam<CHostileCase> {};
+class CViewCameraHostile : public testing::TestWithParam<CSceneCase> {};
 
 TEST_P(CViewCameraHostile, AnswersStayUsable) {
     CViewCamera camera;
     camera.SetModel(GetParam().sphere);
     camera.SetViewSize(GetParam().width, GetParam().height);
+    using CLimits = std::numeric_limits<int>;
     for (const ECameraPreset preset : kPresets) {
         camera.SetPreset(preset);
-        for (const int step :
-             {0, -20, 20, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+        for (const int step : {0, -20, 20, CLimits::min(), CLimits::max()}) {
             camera.Zoom(step);
             EXPECT_TRUE(IsFinite(camera.Eye()));
             EXPECT_GT(Length(camera.Eye() - camera.Target()), 0);
@@ -157,38 +107,63 @@ TEST_P(CViewCameraHostile, AnswersStayUsable) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Scenes, CViewCameraHostile,
-                         testing::Values(CHostileCase{"Point", {{3, 3, 3}, 0}, 640, 480},
-                                         CHostileCase{"NotANumber", {{kNaN, 0, 0}, kNaN}, 640, 480},
-                                         CHostileCase{"FarPoint", {{1e7f, 0, 0}, 1e-3f}, 640, 480},
-                                         CHostileCase{"NoView", {{}, 1}, 0, 0},
-                                         CHostileCase{"Line", {{}, 1}, 1, 4000}),
-                         [](const auto& row) { return std::string(row.param.name); });
+const CSceneCase kHostile[] = {
+    {"Point", {{3, 3, 3}, 0}}, {"NotANumber", {{kNaN, 0, 0}, kNaN}}, {"FarPoint", {{1e7f, 0, 0}, 1e-3f}},
+    {"NoView", {{}, 1}, 0, 0}, {"Line", {{}, 1}, 1, 4000},
+};
+INSTANTIATE_TEST_SUITE_P(Scenes, CViewCameraHostile, testing::ValuesIn(kHostile), kRowName);
+
+TEST(CViewCameraTest, PresetsLookFromTheirSides) {
+    CViewCamera camera;
+    camera.SetModel({{10, 20, 30}, 2});
+    struct CSide {
+        const char* word;
+        CVec3 from, up{0, 0, 1};
+    };
+    for (const CSide& side :
+         {CSide{"top", {0, 0, 1}, {0, 1, 0}}, CSide{"left", {-1, 0, 0}}, CSide{"right", {1, 0, 0}},
+          CSide{"front", {0, -1, 0}}, CSide{"bck_cam", {0, 1, 0}}, CSide{"iso_cam", {1, -1, 1}}}) {
+        ECameraPreset preset{};
+        ASSERT_TRUE(PresetOfName(side.word, preset));
+        camera.SetPreset(preset);
+        EXPECT_LT(Length(Normalized(camera.Eye() - camera.Target()) - Normalized(side.from)), 1e-5f);
+        EXPECT_EQ(camera.Up(), side.up) << side.word;
+        EXPECT_EQ(camera.Target(), (CVec3{10, 20, 30}));
+    }
+    ECameraPreset preset{};
+    EXPECT_FALSE(PresetOfName("Camera01", preset));
+}
+
+TEST(CViewCameraTest, PresetFitsAgainAfterAResizeAndKeepsAWheelZoomInProportion) {
+    CViewCamera camera;
+    camera.SetModel({{}, 1});
+    camera.SetPreset(ECameraPreset::Front);
+    const float wide = Length(camera.Eye());
+    camera.Zoom(-20);
+    camera.SetViewSize(240, 480);
+    EXPECT_GT(Length(camera.Eye()), wide * std::exp(-0.1f) * 1.5f);
+    camera.SetViewSize(1000, 480);
+    EXPECT_FLOAT_EQ(Length(camera.Eye()), wide * std::exp(-0.1f));
+}
 
 TEST(CViewCameraTest, StepsCancelAndNeverReachTheTargetNorRunAway) {
     CViewCamera camera;
     camera.SetModel({{}, 7});
     camera.SetPreset(ECameraPreset::Iso);
+    const auto steps = [&](int count, int step) {
+        for (int i = 0; i < count; ++i) camera.Zoom(step);
+        return Length(camera.Eye());
+    };
     const float start = Length(camera.Eye());
-    for (int i = 0; i < 10; ++i) camera.Zoom(-20);
-    EXPECT_LT(Length(camera.Eye()), start * 0.5f);
-    for (int i = 0; i < 10; ++i) camera.Zoom(20);
-    EXPECT_NEAR(Length(camera.Eye()), start, start * 1e-4f);
-    for (int i = 0; i < 2000; ++i) camera.Zoom(-20);
-    EXPECT_GT(Length(camera.Eye()), 7 * 1e-4f);
-    EXPECT_GT(Dot(camera.Eye(), {1, -1, 1}), 0);  // still on its side
-    for (int i = 0; i < 2000; ++i) camera.Zoom(20);
-    EXPECT_LT(Length(camera.Eye()), 7 * 200);
-}
-
-TEST(CViewCameraTest, CameraOfTheFileFarAwayIsNotPulledInByAStep) {
-    CViewCamera camera;
-    camera.SetModel({{}, 1});
-    camera.SetFileCamera(FileCamera({0, -5000, 0}, {}));
-    camera.Zoom(20);
-    EXPECT_NEAR(Length(camera.Eye()), 5000, 1);
-    camera.Zoom(-20);
-    EXPECT_NEAR(Length(camera.Eye()), 5000 * std::exp(-0.1f), 1);
+    EXPECT_LT(steps(10, -20), start * 0.5f);
+    EXPECT_NEAR(steps(10, 20), start, start * 1e-4f);
+    EXPECT_GT(steps(2000, -20), 7 * 1e-4f);
+    EXPECT_GT(Dot(camera.Eye(), {1, -1, 1}), 0) << "passed through the target";
+    EXPECT_LT(steps(2000, 20), 7 * 200);
+    // A camera of the file that is farther away than that is not pulled in.
+    camera.SetFileCamera(FileCamera({0, -50000, 0}, {}));
+    EXPECT_NEAR(steps(1, 20), 50000, 10);
+    EXPECT_NEAR(steps(1, -20), 50000 * std::exp(-0.1f), 10);
 }
 
 struct CBoxCase {
@@ -218,6 +193,7 @@ TEST_P(CViewCameraBox, BoxFillsTheViewFromTheSamePlace) {
         };
         const CVec3 middle = seenNow(box.x, box.y);
         EXPECT_LT(std::hypot(middle.x, middle.y), 1e-3f);
+        EXPECT_NEAR(seenNow(box.x, box.y - box.height / 4).x, 0, 1e-3f) << "the picture has rolled";
         float reach = 0;
         for (const double sx : {-0.5, 0.5}) {
             for (const double sy : {-0.5, 0.5}) {
@@ -229,12 +205,9 @@ TEST_P(CViewCameraBox, BoxFillsTheViewFromTheSamePlace) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Boxes, CViewCameraBox,
-                         testing::Values(CBoxCase{"Middle", 400, 300, 200, 150},
-                                         CBoxCase{"Corner", 700, 80, 180, 120},
-                                         CBoxCase{"Flat", 300, 400, 400, 40},
-                                         CBoxCase{"Upright", 200, 300, 30, 300}),
-                         [](const auto& row) { return std::string(row.param.name); });
+const CBoxCase kBoxes[] = {
+    {"Corner", 700, 80, 180, 120}, {"Flat", 300, 400, 400, 40}, {"Upright", 200, 300, 30, 300}};
+INSTANTIATE_TEST_SUITE_P(Boxes, CViewCameraBox, testing::ValuesIn(kBoxes), kRowName);
 
 TEST(CViewCameraTest, BoxesWithoutAreaOrOutsideChangeNothing) {
     CViewCamera camera;
@@ -271,7 +244,7 @@ TEST(CViewCameraTest, TinyBoxesAreLimitedAndTheWheelLeadsBackOut) {
 struct CPoseCase {
     const char* name;
     CVec3 position, target;
-    float rollDeg;
+    float rollDeg = 0;
 };
 
 class CViewCameraFile : public testing::TestWithParam<CPoseCase> {};
@@ -291,28 +264,17 @@ TEST_P(CViewCameraFile, SeesAsLib3dsDoes) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Poses, CViewCameraFile,
-                         testing::Values(CPoseCase{"Level", {0, -10, 0}, {0, 0, 0}, 0},
-                                         CPoseCase{"Rolled", {5, -10, 3}, {-2, 1, 4}, 30},
-                                         CPoseCase{"Down", {1, 2, 10}, {1, 2, 0}, 0},
-                                         CPoseCase{"UpRolled", {1, 2, -10}, {1, 2, 0}, -75},
-                                         CPoseCase{"NearlyDown", {1, 2, 10}, {1.001f, 2, 0}, 0}),
-                         [](const auto& row) { return std::string(row.param.name); });
+const CPoseCase kPoses[] = {{"Rolled", {5, -10, 3}, {-2, 1, 4}, 30},
+                            {"Down", {1, 2, 10}, {1, 2, 0}},
+                            {"UpRolled", {1, 2, -10}, {1, 2, 0}, -75},
+                            {"NearlyDown", {1, 2, 10}, {1.001f, 2, 0}}};
+INSTANTIATE_TEST_SUITE_P(Poses, CViewCameraFile, testing::ValuesIn(kPoses), kRowName);
 
 TEST(CViewCameraTest, FieldOfViewOfTheFileIsThatOfAPictureOfFourToThree) {
     CViewCamera camera;
     camera.SetViewSize(1920, 1080);
     camera.SetFileCamera(FileCamera({0, -10, 0}, {}, 0, 90));
     EXPECT_NEAR(camera.FovYDeg(), 73.7398f, 1e-3f);  // 2 atan(3/4)
-}
-
-TEST(CViewCameraTest, TargetAtTheEyeIsHarmless) {
-    CViewCamera camera;
-    camera.SetModel({{}, 3});
-    camera.SetFileCamera(FileCamera({1, 2, 3}, {1, 2, 3}));
-    EXPECT_EQ(camera.Eye(), (CVec3{1, 2, 3}));
-    EXPECT_GT(Length(camera.Target() - camera.Eye()), 0.1f);
-    EXPECT_TRUE(camera.ViewMatrix().IsFinite());
 }
 
 TEST(CViewCameraTest, FollowsItsOwnCameraAndKeepsTheZoom) {
@@ -327,16 +289,20 @@ TEST(CViewCameraTest, FollowsItsOwnCameraAndKeepsTheZoom) {
     EXPECT_NEAR(camera.Eye().z, 20 * std::exp(-0.1f), 1e-3f);
 }
 
-TEST(CViewCameraTest, InsideTheSphereTheNearPlaneStaysUseful) {
+TEST(CViewCameraTest, OddCamerasOfTheFileAreUsable) {
     CViewCamera camera;
     camera.SetModel({{}, 100});
-    camera.SetFileCamera(FileCamera({0, 0, 0}, {0, 50, 0}));
+    camera.SetFileCamera(FileCamera({0, 0, 0}, {0, 50, 0}));  // inside
     const CDepthRange range = camera.DepthRange({{}, 100});
     EXPECT_GT(range.nearPlane, 0.01f);
     EXPECT_LT(range.nearPlane, 0.1f);
     EXPECT_GE(range.farPlane, 100);
     camera.SetFileCamera(FileCamera({0, 500, 0}, {0, 600, 0}));  // looks away from all of it
     EXPECT_GT(camera.DepthRange({{}, 1}).nearPlane, 0);
+    camera.SetFileCamera(FileCamera({1, 2, 3}, {1, 2, 3}));  // looks nowhere
+    EXPECT_EQ(camera.Eye(), (CVec3{1, 2, 3}));
+    EXPECT_GT(Length(camera.Target() - camera.Eye()), 0.1f);
+    EXPECT_TRUE(camera.ViewMatrix().IsFinite());
 }
 
 }  // namespace

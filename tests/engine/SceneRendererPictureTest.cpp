@@ -2,10 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <ostream>
 #include <string>
+#include <vector>
 
 #include "engine/CPictureTest.h"
+#include "row_name.h"
 
 using namespace test_scenes;
 
@@ -16,45 +17,38 @@ struct CPictureCase {
     std::function<void(CBuilder&)> build;
     CVec3 eye{0, -5, 2};
     CDrawOptions options{};
-
-    friend void PrintTo(const CPictureCase& c, std::ostream* out) { *out << c.name; }
 };
 
-CPreparedMaterial Shiny(CVec3 color, float shininess = 0.5f) {
+CPreparedMaterial Shiny(CVec3 color, float shininess = 0.5f, EShading shading = EShading::Phong) {
     CPreparedMaterial material = Plain(color);
     material.shininess = shininess;
     material.shininessStrength = 0.8f;
+    material.shading = shading;
     return material;
 }
 
-CPreparedMaterial With(CPreparedMaterial material, const std::function<void(CPreparedMaterial&)>& change) {
-    change(material);
-    return material;
-}
+using CPixelValue = std::array<std::uint8_t, 4>;
 
 CImage Bricks() {
-    return MakeImage(64, 64, [](int x, int y) -> std::array<std::uint8_t, 4> {
+    return MakeImage(64, 64, [](int x, int y) -> CPixelValue {
         const bool mortar = y % 16 < 2 || (x + (y / 16 % 2) * 16) % 32 < 2;
-        return mortar ? std::array<std::uint8_t, 4>{40, 40, 40, 255}
-                      : std::array<std::uint8_t, 4>{230, 230, 230, 255};
+        return mortar ? CPixelValue{40, 40, 40, 255} : CPixelValue{230, 230, 230, 255};
     });
 }
 
 /** Round holes: white and opaque outside, black and transparent inside. */
 CImage Holes() {
-    return MakeImage(64, 64, [](int x, int y) -> std::array<std::uint8_t, 4> {
+    return MakeImage(64, 64, [](int x, int y) -> CPixelValue {
         const int dx = x % 32 - 16, dy = y % 32 - 16;
-        return dx * dx + dy * dy < 100 ? std::array<std::uint8_t, 4>{0, 0, 0, 0}
-                                       : std::array<std::uint8_t, 4>{255, 255, 255, 255};
+        return dx * dx + dy * dy < 100 ? CPixelValue{0, 0, 0, 0} : CPixelValue{255, 255, 255, 255};
     });
 }
 
 /** A room: blue above, brown below, a white window. */
 CImage Surroundings() {
-    return MakeImage(128, 64, [](int x, int y) -> std::array<std::uint8_t, 4> {
+    return MakeImage(128, 64, [](int x, int y) -> CPixelValue {
         if (x > 30 && x < 50 && y > 15 && y < 30) return {255, 255, 255, 255};
-        return y < 32 ? std::array<std::uint8_t, 4>{60, 90, 200, 255}
-                      : std::array<std::uint8_t, 4>{120, 80, 40, 255};
+        return y < 32 ? CPixelValue{60, 90, 200, 255} : CPixelValue{120, 80, 40, 255};
     });
 }
 
@@ -70,28 +64,45 @@ std::function<void(CBuilder&)> SphereWithMap(CPreparedMap CPreparedMaterial::*sl
     };
 }
 
-CPreparedLight Lamp(CVec3 position, CVec3 color) {
-    CPreparedLight light;
-    light.position = position;
-    light.color = color;
-    return light;
+/** One thing, under the lamps of the file if there are any. */
+std::function<void(CBuilder&)> Show(const CPreparedMesh& mesh, const CPreparedMaterial& material,
+                                    const std::vector<CPreparedLight>& lights = {}, CVec3 ambientLight = {}) {
+    return [=](CBuilder& b) {
+        b.Add(mesh, material);
+        b.Scene().lights = lights;
+        b.Scene().ambientLight = ambientLight;
+    };
 }
 
-CPreparedLight Spot(CVec3 position, float hotspotDeg, float falloffDeg) {
-    CPreparedLight light = Lamp(position, {1, 1, 1});
-    light.spot = true;
-    light.hotspotDeg = hotspotDeg;
-    light.falloffDeg = falloffDeg;
-    return light;
+void TwoTextures(CBuilder& b) {
+    CPreparedMaterial material = Plain({1, 1, 1});
+    material.texture = b.AddTexture(Bricks());
+    material.texture2 = b.AddTexture(QuarterImage());
+    material.texture2.amount = 0.5f;
+    b.Add(MakePlane(3), material);
+}
+
+void LargePixels(CBuilder& b) {
+    CPreparedMaterial material = Plain({1, 1, 1});
+    material.texture = b.AddTexture(QuarterImage(6));
+    b.Add(MakePlane(3), material);
+}
+
+void SphereWithHoles(CBuilder& b) {
+    CPreparedMaterial material = Plain({1, 1, 1});
+    material.texture = b.AddTexture(Holes());
+    material.texture.scale = {4, 2};
+    material.needsBlending = material.twoSided = true;
+    b.Add(MakeSphere(1.6f), material);
 }
 
 void GlassBeforeSolid(CBuilder& b) {
     const auto glass = [](CVec3 color) {
-        return With(Plain(color), [](CPreparedMaterial& m) {
-            m.transparency = 0.5f;
-            m.needsBlending = true;
-            m.twoSided = true;
-        });
+        return CPreparedMaterial{.ambient = color,
+                                 .diffuse = color,
+                                 .transparency = 0.5f,
+                                 .twoSided = true,
+                                 .needsBlending = true};
     };
     // In the file's order the nearest comes first, which blends wrongly unless it is sorted.
     b.Add(MakeCube(1), glass({1, 0, 0}), CMat4::Translation({-0.6f, -1, 0}));
@@ -100,115 +111,60 @@ void GlassBeforeSolid(CBuilder& b) {
     b.Add(MakePlane(5), Plain({0.8f, 0.8f, 0.8f}), CMat4::Translation({0, 0, -0.8f}));
 }
 
+void TwoGlowingSpheres(CBuilder& b) {
+    b.Add(MakeSphere(0.8f), {.diffuse = {0.3f, 0, 0}, .additive = true}, CMat4::Translation({-0.4f, 0, 0}));
+    b.Add(MakeSphere(0.8f), {.diffuse = {0, 0.5f, 0}, .additive = true}, CMat4::Translation({0.4f, 0, 0}));
+}
+
+void CubeAndItsMirrorImage(CBuilder& b) {
+    CPreparedMaterial material = Shiny({0.7f, 0.7f, 0.7f});
+    material.texture = b.AddTexture(QuarterImage());
+    b.Add(MakeCube(1.2f), material, CMat4::Translation({-1.1f, 0, 0}));
+    b.Add(MakeCube(1.2f), material, CMat4::Translation({1.1f, 0, 0}) * CMat4::Scale({-1, 1, 1}));
+}
+
+void FlattenedSphere(CBuilder& b) {
+    b.Add(MakeSphere(1), Shiny({0.5f, 0.8f, 0.4f}), CMat4::Scale({2.2f, 1, 0.5f}));
+}
+
+CImage Quarters() {
+    return QuarterImage();
+}
+
+using CMaterial = CPreparedMaterial;
+const CMaterial kPaleFloor = Plain({0.8f, 0.8f, 0.8f});
+const CMaterial kWire{.diffuse = {0.9f, 0.9f, 0.3f}, .twoSided = true, .wire = true, .wireSizePx = 2};
+const CPreparedLight kReds{.position = {-4, -3, 1}, .color = {1, 0.2f, 0.2f}},
+    kBlues{.position = {4, -3, 3}, .color = {0.2f, 0.4f, 1}},
+    kSpot{.spot = true, .position = {0, 0, 3}, .hotspotDeg = 20, .falloffDeg = 40},
+    kHardSpot{.spot = true, .position = {1, 0, 3}, .hotspotDeg = 30, .falloffDeg = 30},
+    kFading{.position = {0, 0, 1}, .attenuate = true, .innerRange = 1.2f, .outerRange = 1.8f};
+
 const CPictureCase kCases[] = {
-    {"headlight",
-     [](CBuilder& b) {
-         b.Add(MakeSphere(1.6f), Shiny({0.2f, 0.4f, 0.8f}));
-     }},
-    {"flat",
-     [](CBuilder& b) {
-         b.Add(MakeSphere(1.6f, 8),
-               With(Shiny({0.2f, 0.4f, 0.8f}), [](auto& m) { m.shading = EShading::Flat; }));
-     }},
-    {"metal",
-     [](CBuilder& b) {
-         b.Add(MakeSphere(1.6f),
-               With(Shiny({0.8f, 0.6f, 0.1f}, 0.3f), [](auto& m) { m.shading = EShading::Metal; }));
-     }},
-    {"wire",
-     [](CBuilder& b) {
-         b.Add(MakeSphere(1.6f, 8), With(Plain({0.9f, 0.9f, 0.3f}), [](auto& m) {
-                   m.wire = true;
-                   m.wireSizePx = 2;
-                   m.twoSided = true;
-               }));
-     }},
-    {"texture", SphereWithMap(&CPreparedMaterial::texture, [] { return QuarterImage(); })},
-    {"texture_minified", SphereWithMap(
-                             &CPreparedMaterial::texture, [] { return QuarterImage(); }, 64)},
-    {"texture_nearest",
-     [](CBuilder& b) {
-         CPreparedMaterial material = Plain({1, 1, 1});
-         material.texture = b.AddTexture(QuarterImage(6));
-         b.Add(MakePlane(3), material);
-     },
-     {0, -3, 2},
-     {true, 2}},
-    {"texture2",
-     [](CBuilder& b) {
-         CPreparedMaterial material = Plain({1, 1, 1});
-         material.texture = b.AddTexture(Bricks());
-         material.texture2 = b.AddTexture(QuarterImage());
-         material.texture2.amount = 0.5f;
-         b.Add(MakePlane(3), material);
-     },
-     {0, -2, 3}},
-    {"opacity_map", SphereWithMap(&CPreparedMaterial::opacity, Holes)},
-    {"specular_map", SphereWithMap(
-                         &CPreparedMaterial::specularMap, [] { return QuarterImage(); }, 16)},
-    {"shininess_map", SphereWithMap(&CPreparedMaterial::shininessMap, Bricks)},
-    {"self_illumination_map", SphereWithMap(&CPreparedMaterial::selfIlluminationMap, Bricks)},
-    {"bump", SphereWithMap(&CPreparedMaterial::bump, Bricks)},
-    {"reflection", SphereWithMap(&CPreparedMaterial::reflection, Surroundings, 2)},
-    {"texture_alpha",
-     [](CBuilder& b) {
-         CPreparedMaterial material = Plain({1, 1, 1});
-         material.texture = b.AddTexture(Holes());
-         material.texture.scale = {4, 2};
-         material.needsBlending = material.twoSided = true;
-         b.Add(MakeSphere(1.6f), material);
-     }},
+    {"headlight", Show(MakeSphere(1.6f), Shiny({0.2f, 0.4f, 0.8f}))},
+    {"flat", Show(MakeSphere(1.6f, 8), Shiny({0.2f, 0.4f, 0.8f}, 0.5f, EShading::Flat))},
+    {"metal", Show(MakeSphere(1.6f), Shiny({0.8f, 0.6f, 0.1f}, 0.3f, EShading::Metal))},
+    {"wire", Show(MakeSphere(1.6f, 8), kWire)},
+    {"texture", SphereWithMap(&CMaterial::texture, Quarters)},
+    {"texture_minified", SphereWithMap(&CMaterial::texture, Quarters, 64)},
+    {"texture_nearest", LargePixels, {0, -3, 2}, {.textureRenderMode = 2}},
+    {"texture2", TwoTextures, {0, -2, 3}},
+    {"opacity_map", SphereWithMap(&CMaterial::opacity, Holes)},
+    {"specular_map", SphereWithMap(&CMaterial::specularMap, Quarters, 16)},
+    {"shininess_map", SphereWithMap(&CMaterial::shininessMap, Bricks)},
+    {"self_illumination_map", SphereWithMap(&CMaterial::selfIlluminationMap, Bricks)},
+    {"bump", SphereWithMap(&CMaterial::bump, Bricks)},
+    {"reflection", SphereWithMap(&CMaterial::reflection, Surroundings, 2)},
+    {"texture_alpha", SphereWithHoles},
     {"transparency_sorted", GlassBeforeSolid},
-    {"additive",
-     [](CBuilder& b) {
-         b.Add(MakeSphere(0.8f), With(Plain({0.3f, 0, 0}), [](auto& m) { m.additive = true; }),
-               CMat4::Translation({-0.4f, 0, 0}));
-         b.Add(MakeSphere(0.8f), With(Plain({0, 0.5f, 0}), [](auto& m) { m.additive = true; }),
-               CMat4::Translation({0.4f, 0, 0}));
-     }},
-    {"mirrored_node",
-     [](CBuilder& b) {
-         CPreparedMaterial material = Shiny({0.7f, 0.7f, 0.7f});
-         material.texture = b.AddTexture(QuarterImage());
-         b.Add(MakeCube(1.2f), material, CMat4::Translation({-1.1f, 0, 0}));
-         b.Add(MakeCube(1.2f), material, CMat4::Translation({1.1f, 0, 0}) * CMat4::Scale({-1, 1, 1}));
-     },
-     {1, -4, 2}},
-    {"uneven_scale",
-     [](CBuilder& b) {
-         b.Add(MakeSphere(1), Shiny({0.5f, 0.8f, 0.4f}), CMat4::Scale({2.2f, 1, 0.5f}));
-     }},
-    {"omni_lights",
-     [](CBuilder& b) {
-         b.Add(MakeSphere(1.6f), Shiny({0.7f, 0.7f, 0.7f}));
-         b.Scene().lights = {Lamp({-4, -3, 1}, {1, 0.2f, 0.2f}), Lamp({4, -3, 3}, {0.2f, 0.4f, 1})};
-         b.Scene().ambientLight = {0.1f, 0.2f, 0.1f};
-     }},
-    {"spot",
-     [](CBuilder& b) {
-         b.Add(MakePlane(4), Plain({0.8f, 0.8f, 0.8f}));
-         b.Scene().lights = {Spot({0, 0, 3}, 20, 40)};
-     },
-     {0, -2, 4}},
-    {"spot_hard_edge",
-     [](CBuilder& b) {
-         b.Add(MakePlane(4), Plain({0.8f, 0.8f, 0.8f}));
-         b.Scene().lights = {Spot({1, 0, 3}, 30, 30)};
-     },
-     {0, -2, 4}},
-    {"attenuation",
-     [](CBuilder& b) {
-         b.Add(MakePlane(4), Plain({0.8f, 0.8f, 0.8f}));
-         b.Scene().lights = {Lamp({0, 0, 1}, {1, 1, 1})};
-         b.Scene().lights[0].attenuate = true;
-         b.Scene().lights[0].innerRange = 1.2f;
-         b.Scene().lights[0].outerRange = 1.8f;
-     },
-     {0, -2, 4}},
-    {"fixed_texture",
-     SphereWithMap(&CPreparedMaterial::texture, [] { return QuarterImage(); }),
-     {0, -5, 2},
-     {true, 0, true}},
+    {"additive", TwoGlowingSpheres},
+    {"mirrored_node", CubeAndItsMirrorImage, {1, -4, 2}},
+    {"uneven_scale", FlattenedSphere},
+    {"omni_lights", Show(MakeSphere(1.6f), Shiny({0.7f, 0.7f, 0.7f}), {kReds, kBlues}, {0.1f, 0.2f, 0.1f})},
+    {"spot", Show(MakePlane(4), kPaleFloor, {kSpot}), {0, -2, 4}},
+    {"spot_hard_edge", Show(MakePlane(4), kPaleFloor, {kHardSpot}), {0, -2, 4}},
+    {"attenuation", Show(MakePlane(4), kPaleFloor, {kFading}), {0, -2, 4}},
+    {"fixed_texture", SphereWithMap(&CMaterial::texture, Quarters), {0, -5, 2}, {.fixedFunction = true}},
 };
 
 class SceneRendererPictureGLTest : public CPictureTest, public testing::WithParamInterface<CPictureCase> {};
@@ -219,7 +175,6 @@ TEST_P(SceneRendererPictureGLTest, LooksAsAccepted) {
     EXPECT_TRUE(MatchesGolden(Draw(GetParam().options), GetParam().name));
 }
 
-INSTANTIATE_TEST_SUITE_P(Features, SceneRendererPictureGLTest, testing::ValuesIn(kCases),
-                         [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(Features, SceneRendererPictureGLTest, testing::ValuesIn(kCases), kRowName);
 
 }  // namespace

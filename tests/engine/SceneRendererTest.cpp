@@ -16,15 +16,16 @@ namespace {
 constexpr CColor kBackground{51, 51, 51};
 constexpr int kMiddleX = 160, kMiddleY = 120;
 
-// --- sides, order and culling ---
+CPreparedMaterial Glass(CVec3 color) {
+    return {
+        .ambient = color, .diffuse = color, .transparency = 0.5f, .twoSided = true, .needsBlending = true};
+}
 
 class SceneRendererGLTest : public CPictureTest {};
 
 TEST_F(SceneRendererGLTest, OneSidedIsSeenFromItsFrontOnly) {
-    CPreparedMaterial twoSided = Plain({0, 1, 0});
-    twoSided.twoSided = true;
     m_builder.Add(MakePlane(1), Plain({1, 0, 0}), CMat4::Translation({-1, 0, 0}));
-    m_builder.Add(MakePlane(1), twoSided, CMat4::Translation({1, 0, 0}));
+    m_builder.Add(MakePlane(1), {.diffuse = {0, 1, 0}, .twoSided = true}, CMat4::Translation({1, 0, 0}));
     const int left = 105, right = 215;
     const CImage front = Draw();
     EXPECT_EQ(ColorAt(front, left, kMiddleY)[1], 0);
@@ -45,45 +46,28 @@ TEST_F(SceneRendererGLTest, MirroredNodesAndViewsKeepTheirFrontFaces) {
     EXPECT_EQ(CountDrawn(Draw()), 0);
 }
 
-TEST_F(SceneRendererGLTest, NormalsFollowAnUnevenScaleNotItsDirection) {
-    // A square at 45 degrees, flattened to a tenth of its height, faces up nearly straight.
-    m_builder.Add(MakePlane(), Plain({1, 1, 1}), CMat4::Scale({1, 1, 0.1f}) * CMat4::Rotation(45, {1, 0, 0}));
-    EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {254, 254, 254}, 1));
-}
-
-TEST_F(SceneRendererGLTest, GlassBlendsFromBackToFrontWhateverTheFilesOrder) {
-    const auto glass = [](CVec3 color) {
-        CPreparedMaterial material = Plain(color);
-        material.transparency = 0.5f;
-        material.needsBlending = true;
-        return material;
-    };
-    m_builder.Add(MakePlane(), glass({0, 0, 1}), CMat4::Translation({0, 0, 1}));
-    m_builder.Add(MakePlane(), Plain({1, 0, 0}), CMat4::Translation({0, 0, -1}));
-    m_builder.Add(MakePlane(), glass({0, 1, 0}));
-    EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {64, 64, 128}, 2));
-}
-
 TEST_F(SceneRendererGLTest, GlassIsSortedInsideOneBatchAndAgainWhenTheViewTurns) {
-    CPreparedMaterial glass = Plain({1, 1, 1});
-    glass.transparency = 0.5f;
-    glass.needsBlending = glass.twoSided = true;
-    glass.texture = m_builder.AddTexture(HalvesImage());
+    CPreparedMaterial glass = Glass({1, 1, 1});
+    glass.texture = m_builder.AddTexture(QuarterImage());
     CPreparedMesh mesh = MakePlane();
-    CPreparedMesh upper = MakePlane();
-    for (CPreparedVertex& vertex : upper.vertices) vertex.position[2] = 1;
-    for (CVec2& uv : mesh.texCoords) uv.x = 0.25f;   // black
-    for (CVec2& uv : upper.texCoords) uv.x = 0.75f;  // white
-    Append(mesh, upper, 0);
+    for (CVec2& uv : mesh.texCoords) uv = {0.25f, 0.75f};  // red
+    for (std::size_t i = 0; i < 4; ++i) {                  // and the same above it in white
+        mesh.vertices.push_back(mesh.vertices[i]);
+        mesh.vertices.back().position[2] = 1;
+        mesh.texCoords.push_back({0.75f, 0.25f});
+    }
+    for (std::size_t i = 0; i < 6; ++i)
+        mesh.indices16.push_back(static_cast<std::uint16_t>(mesh.indices16[i] + 4));
     mesh.batches = {{0, 0, mesh.IndexCount()}};
+    mesh.bounds.max.z = 1;
     m_builder.Add(mesh, glass);
-    EXPECT_GT(ColorAt(Draw(), kMiddleX, kMiddleY)[0], 120);
+    EXPECT_GT(ColorAt(Draw(), kMiddleX, kMiddleY)[1], 120);
     LookFrom({0, 0, -5});
     glMatrixMode(GL_PROJECTION);
     glLoadMatrixf(m_projection.ToFloat().data());
     glMatrixMode(GL_MODELVIEW);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    EXPECT_LT(ColorAt(DrawAgain(), kMiddleX, kMiddleY)[0], 90);
+    EXPECT_LT(ColorAt(DrawAgain(), kMiddleX, kMiddleY)[1], 90);
 }
 
 TEST_F(SceneRendererGLTest, HiddenAndFarAwayNodesAreLeftOut) {
@@ -115,10 +99,8 @@ TEST_F(SceneRendererGLTest, ParallelProjectionIsLitFromTheViewersDirection) {
 }
 
 TEST_F(SceneRendererGLTest, FixedPipelineAgreesOnALitSphere) {
-    CPreparedMaterial material = Plain({0.2f, 0.4f, 0.8f});
-    material.shininess = 0.3f;
-    material.shininessStrength = 0.5f;
-    m_builder.Add(MakeSphere(1.5f, 64), material);
+    m_builder.Add(MakeSphere(1.5f, 64),
+                  {.diffuse = {0.2f, 0.4f, 0.8f}, .shininess = 0.3f, .shininessStrength = 0.5f});
     m_builder.Scene().ambientLight = {0.1f, 0.1f, 0.1f};
     for (const bool fileLight : {false, true}) {
         m_builder.Scene().lights = {LightAt({3, -3, 6})};
@@ -146,22 +128,23 @@ TEST_F(SceneRendererGLTest, WireFrameOfTheCallerStays) {
     EXPECT_LT(CountDrawn(image), filled / 10);
 }
 
-TEST_F(SceneRendererGLTest, TexturesCanBeSwitchedOff) {
-    CPreparedMaterial material = Plain({1, 1, 1});
-    material.texture = m_builder.AddTexture(MakeImage(4, 4, [](int, int) -> std::array<std::uint8_t, 4> {
-        return {255, 0, 0, 255};
-    }));
+TEST_F(SceneRendererGLTest, TexturesCanBeSwitchedOffAndMissingOnesShowTheColour) {
+    CPreparedMaterial material = Plain({0, 1, 0});
+    material.texture = m_builder.AddTexture(OneColorImage({255, 0, 0, 255}));
+    material.opacity.texture = 77;
     m_builder.Add(MakePlane(), material);
     EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {255, 0, 0}));
-    EXPECT_TRUE(HasColor(Draw({true, 3}), kMiddleX, kMiddleY, {255, 255, 255}));
+    EXPECT_TRUE(HasColor(Draw({.textureRenderMode = 3}), kMiddleX, kMiddleY, {0, 255, 0}));
+    m_builder.Scene().textures[0].image = {};
+    EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {0, 255, 0}));
 }
 
 TEST_F(SceneRendererGLTest, TranslucentPicturesDoNotBleedTheirHiddenColours) {
     CPreparedMaterial material = Plain({1, 1, 1});
     // White and opaque on the left; on the right transparent, of a red that must never show.
-    material.texture = m_builder.AddTexture(MakeImage(4, 4, [](int x, int) -> std::array<std::uint8_t, 4> {
-        return x < 2 ? std::array<std::uint8_t, 4>{255, 255, 255, 255}
-                     : std::array<std::uint8_t, 4>{255, 0, 0, 0};
+    using CPixelValue = std::array<std::uint8_t, 4>;
+    material.texture = m_builder.AddTexture(MakeImage(4, 4, [](int x, int) {
+        return x < 2 ? CPixelValue{255, 255, 255, 255} : CPixelValue{255, 0, 0, 0};
     }));
     material.needsBlending = true;
     m_builder.Add(MakePlane(), material);
@@ -186,92 +169,25 @@ TEST_F(SceneRendererGLTest, RefreshShowsEditedMaterialsTexturesAndNodes) {
     CPreparedScene& scene = m_builder.Scene();
     scene.nodes.pop_back();
     scene.meshes.pop_back();
-    scene.materials[0].texture =
-        m_builder.AddTexture(MakeImage(8, 8, [](int, int) -> std::array<std::uint8_t, 4> {
-            return {0, 255, 0, 255};
-        }));
+    scene.materials[0].texture = m_builder.AddTexture(OneColorImage({0, 255, 0, 255}));
     m_renderer.Refresh(Gl(), scene);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     EXPECT_TRUE(HasColor(DrawAgain(), kMiddleX, kMiddleY, {0, 255, 0}));
     EXPECT_LT(m_renderer.GpuBytes(), before);
+
+    for (CPreparedTexture& texture : scene.textures)
+        texture.image = {};  // given back: what was uploaded stays
+    m_renderer.Refresh(Gl(), scene);
+    EXPECT_TRUE(HasColor(DrawAgain(), kMiddleX, kMiddleY, {0, 255, 0}));
     m_renderer.Clear(Gl());
     EXPECT_EQ(m_renderer.GpuBytes(), 0u);
 }
 
-TEST_F(SceneRendererGLTest, RefreshKeepsTexturesWhosePicturesWereGivenBack) {
-    CPreparedMaterial material = Plain({1, 1, 1});
-    material.texture = m_builder.AddTexture(MakeImage(4, 4, [](int, int) -> std::array<std::uint8_t, 4> {
-        return {0, 255, 0, 255};
-    }));
-    m_builder.Add(MakePlane(), material);
-    (void)Draw();
-    m_builder.Scene().textures[0].image = {};
-    m_renderer.Refresh(Gl(), m_builder.Scene());
-    EXPECT_TRUE(HasColor(DrawAgain(), kMiddleX, kMiddleY, {0, 255, 0}));
-}
-
-TEST_F(SceneRendererGLTest, MissingTexturesShowTheColour) {
-    CPreparedMaterial material = Plain({0, 1, 0});
-    material.texture = m_builder.AddTexture({});
-    material.opacity.texture = 77;
-    m_builder.Add(MakePlane(), material);
-    EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {0, 255, 0}));
-}
-
-// --- the caller's state ---
-
-std::vector<double> ReadState() {
-    std::vector<double> values;
-    for (int name : {GL_CULL_FACE_MODE,
-                     GL_FRONT_FACE,
-                     GL_DEPTH_FUNC,
-                     GL_DEPTH_WRITEMASK,
-                     GL_SHADE_MODEL,
-                     GL_LINE_WIDTH,
-                     GL_POLYGON_MODE,
-                     GL_BLEND_SRC_RGB,
-                     GL_BLEND_DST_RGB,
-                     GL_BLEND_SRC_ALPHA,
-                     GL_BLEND_DST_ALPHA,
-                     GL_MATRIX_MODE,
-                     GL_CURRENT_PROGRAM,
-                     GL_ACTIVE_TEXTURE,
-                     GL_TEXTURE_BINDING_2D,
-                     GL_ARRAY_BUFFER_BINDING,
-                     GL_LIGHT_MODEL_LOCAL_VIEWER,
-                     GL_LIGHT_MODEL_TWO_SIDE,
-                     GL_LIGHT_MODEL_COLOR_CONTROL,
-                     GL_ELEMENT_ARRAY_BUFFER_BINDING,
-                     GL_MODELVIEW_STACK_DEPTH,
-                     GL_PROJECTION_STACK_DEPTH,
-                     GL_ATTRIB_STACK_DEPTH,
-                     GL_CLIENT_ATTRIB_STACK_DEPTH,
-                     GL_CURRENT_COLOR,
-                     GL_MODELVIEW_MATRIX,
-                     GL_PROJECTION_MATRIX,
-                     GL_TEXTURE_MATRIX}) {
-        double result[16] = {};
-        glGetDoublev(static_cast<GLenum>(name), result);
-        values.insert(values.end(), result, result + 16);
-    }
-    for (int name : {GL_LIGHTING, GL_LIGHT0, GL_LIGHT1, GL_CULL_FACE, GL_BLEND, GL_DEPTH_TEST, GL_TEXTURE_2D,
-                     GL_NORMALIZE, GL_POLYGON_SMOOTH, GL_FOG, GL_ALPHA_TEST, GL_VERTEX_ARRAY, GL_NORMAL_ARRAY,
-                     GL_TEXTURE_COORD_ARRAY, GL_COLOR_ARRAY}) {
-        values.push_back(glIsEnabled(static_cast<GLenum>(name)));
-    }
-    return values;
-}
-
 TEST_F(SceneRendererGLTest, LeavesTheStateAsItFoundIt) {
-    CPreparedMaterial glass = Plain({1, 1, 1});
+    CPreparedMaterial glass = Glass({1, 1, 1});
     glass.texture = m_builder.AddTexture(QuarterImage());
-    glass.transparency = 0.5f;
-    glass.needsBlending = glass.twoSided = true;
-    CPreparedMaterial wire = Plain({1, 1, 1});
-    wire.wire = true;
-    wire.wireSizePx = 3;
     m_builder.Add(MakeCube(), glass, CMat4::Scale({-1, 1, 1}));
-    m_builder.Add(MakeCube(), wire);
+    m_builder.Add(MakeCube(), {.wire = true, .wireSizePx = 3});
     m_builder.Scene().lights = {LightAt({1, 2, 3}), LightAt({3, 2, 1})};
     (void)Draw();
     glFrontFace(GL_CW);
@@ -279,15 +195,17 @@ TEST_F(SceneRendererGLTest, LeavesTheStateAsItFoundIt) {
     glEnable(GL_POLYGON_SMOOTH);
     glColor4f(0.1f, 0.2f, 0.3f, 0.4f);
     glMatrixMode(GL_TEXTURE);
-    const std::vector<double> before = ReadState();
-    for (const CDrawOptions& options : {CDrawOptions{}, CDrawOptions{false, 2, true}}) {
+    const std::vector<double> before = ReadGlState();
+    for (const CDrawOptions& options :
+         {CDrawOptions{},
+          CDrawOptions{.useFileLights = false, .textureRenderMode = 2, .fixedFunction = true}}) {
         m_renderer.Draw(Gl(), m_builder.Scene(), options);
-        EXPECT_EQ(ReadState(), before);
+        EXPECT_EQ(ReadGlState(), before);
     }
     m_renderer.DrawForSelection(Gl(), m_builder.Scene());
-    EXPECT_EQ(ReadState(), before);
+    EXPECT_EQ(ReadGlState(), before);
     m_renderer.Refresh(Gl(), m_builder.Scene());
-    EXPECT_EQ(ReadState(), before);
+    EXPECT_EQ(ReadGlState(), before);
     glFrontFace(GL_CCW);
     glCullFace(GL_BACK);
     glDisable(GL_POLYGON_SMOOTH);

@@ -59,15 +59,11 @@ TEST_F(SelectionGLTest, FindsNodesUnderThePointByDepth) {
 }
 
 TEST_F(SelectionGLTest, HitsOnlyWhatCanBeSeen) {
-    CPreparedMaterial invisible = Plain({1, 1, 1});
-    invisible.transparency = 1;
-    CPreparedMaterial twoSided = Plain({1, 1, 1});
-    twoSided.twoSided = true;
     const CMat4 turned = CMat4::Rotation(180, {0, 1, 0});
     m_builder.Add(MakePlane(), Plain({1, 1, 1}), turned);  // seen from behind
     m_builder.Add(MakePlane(), Plain({1, 1, 1}));          // hidden
-    m_builder.Add(MakePlane(), invisible);
-    m_builder.Add(MakePlane(), twoSided, turned);
+    m_builder.Add(MakePlane(), {.transparency = 1});
+    m_builder.Add(MakePlane(), {.twoSided = true}, turned);
     m_builder.Add(MakePlane(), Plain({1, 1, 1}), turned * CMat4::Scale({1, 1, -1}));  // mirrored: facing here
     m_builder.Scene().nodes[1].visible = false;
     CNames names = Hits(160, 120);
@@ -76,9 +72,7 @@ TEST_F(SelectionGLTest, HitsOnlyWhatCanBeSeen) {
 }
 
 TEST_F(SelectionGLTest, WireFramesAreHitInsideTheirTriangles) {
-    CPreparedMaterial wire = Plain({1, 1, 1});
-    wire.wire = true;
-    m_builder.Add(MakePlane(), wire);
+    m_builder.Add(MakePlane(), {.wire = true});
     EXPECT_EQ(Hits(140, 90), (CNames{0}));
 }
 

@@ -32,29 +32,6 @@ void AddSquare(CPreparedMesh& mesh, CVec3 right, CVec3 up, CVec3 middle, float s
     AddTriangle(mesh, first, first + 2, first + 3);
 }
 
-/** A grid over (u, v) in 0..1 with the point and normal of each. */
-CPreparedMesh MakeGrid(int columns, int rows,
-                       const std::function<std::pair<CVec3, CVec3>(float u, float v)>& shape) {
-    CPreparedMesh mesh;
-    for (int row = 0; row <= rows; ++row) {
-        for (int column = 0; column <= columns; ++column) {
-            const float u = static_cast<float>(column) / static_cast<float>(columns);
-            const float v = static_cast<float>(row) / static_cast<float>(rows);
-            const auto [point, normal] = shape(u, v);
-            AddVertex(mesh, point, normal, {u, v});
-        }
-    }
-    for (int row = 0; row < rows; ++row) {
-        for (int column = 0; column < columns; ++column) {
-            const auto a = static_cast<std::uint32_t>(row * (columns + 1) + column);
-            const std::uint32_t above = a + static_cast<std::uint32_t>(columns) + 1;
-            AddTriangle(mesh, a, a + 1, above + 1);
-            AddTriangle(mesh, a, above + 1, above);
-        }
-    }
-    return mesh;
-}
-
 CPreparedMesh Finished(CPreparedMesh mesh) {
     mesh.batches = {{0, 0, static_cast<std::uint32_t>(mesh.indices32.size())}};
     if (mesh.vertices.size() <= 65536) {
@@ -64,8 +41,6 @@ CPreparedMesh Finished(CPreparedMesh mesh) {
     }
     return mesh;
 }
-
-constexpr float kTurn = 2 * std::numbers::pi_v<float>;
 
 }  // namespace
 
@@ -88,31 +63,23 @@ CPreparedMesh MakeCube(float side) {
 }
 
 CPreparedMesh MakeSphere(float radius, int rings) {
-    return Finished(MakeGrid(2 * rings, rings, [&](float u, float v) {
-        const float around = u * kTurn, up = (v - 0.5f) * kTurn / 2;
-        const CVec3 normal{std::cos(up) * std::cos(around), std::cos(up) * std::sin(around), std::sin(up)};
-        return std::pair{normal * radius, normal};
-    }));
-}
-
-CPreparedMesh MakeTorus(int triangles) {
-    const int side = static_cast<int>(std::sqrt(static_cast<float>(triangles) / 2));
-    return Finished(MakeGrid(side, side, [](float u, float v) {
-        const float around = u * kTurn, tube = v * kTurn;
-        const CVec3 normal{std::cos(tube) * std::cos(around), std::cos(tube) * std::sin(around),
-                           std::sin(tube)};
-        const float radius = 4 + 0.25f * std::sin(9 * around) * std::cos(7 * tube);
-        return std::pair{CVec3{11 * std::cos(around), 11 * std::sin(around), 0} + normal * radius, normal};
-    }));
-}
-
-void Append(CPreparedMesh& mesh, const CPreparedMesh& other, std::uint32_t material) {
-    const auto base = static_cast<std::uint16_t>(mesh.vertices.size());
-    mesh.batches.push_back({material, mesh.IndexCount(), other.IndexCount()});
-    for (std::uint16_t i : other.indices16) mesh.indices16.push_back(static_cast<std::uint16_t>(base + i));
-    mesh.vertices.insert(mesh.vertices.end(), other.vertices.begin(), other.vertices.end());
-    mesh.texCoords.insert(mesh.texCoords.end(), other.texCoords.begin(), other.texCoords.end());
-    mesh.bounds.Add(other.bounds);
+    CPreparedMesh mesh;
+    constexpr float kPi = std::numbers::pi_v<float>;
+    const auto columns = static_cast<std::uint32_t>(2 * rings);
+    for (int row = 0; row <= rings; ++row) {
+        const float v = static_cast<float>(row) / static_cast<float>(rings), up = (v - 0.5f) * kPi;
+        for (std::uint32_t column = 0; column <= columns; ++column) {
+            const float u = static_cast<float>(column) / static_cast<float>(columns), around = u * 2 * kPi;
+            const CVec3 normal{std::cos(up) * std::cos(around), std::cos(up) * std::sin(around),
+                               std::sin(up)};
+            AddVertex(mesh, normal * radius, normal, {u, v});
+            if (row == rings || column == columns) continue;
+            const auto a = static_cast<std::uint32_t>(mesh.vertices.size()) - 1, above = a + columns + 1;
+            AddTriangle(mesh, a, a + 1, above + 1);
+            AddTriangle(mesh, a, above + 1, above);
+        }
+    }
+    return Finished(std::move(mesh));
 }
 
 CImage MakeImage(int width, int height, const std::function<std::array<std::uint8_t, 4>(int, int)>& color) {
@@ -125,35 +92,22 @@ CImage MakeImage(int width, int height, const std::function<std::array<std::uint
     return image;
 }
 
-CImage QuarterImage(int side) {
-    return MakeImage(side, side, [side](int x, int y) -> std::array<std::uint8_t, 4> {
-        const bool right = x >= side / 2, bottom = y >= side / 2;
-        if (!bottom)
-            return right ? std::array<std::uint8_t, 4>{0, 255, 0, 255}
-                         : std::array<std::uint8_t, 4>{255, 0, 0, 255};
-        return right ? std::array<std::uint8_t, 4>{255, 255, 255, 255}
-                     : std::array<std::uint8_t, 4>{0, 0, 255, 255};
-    });
+CImage OneColorImage(std::array<std::uint8_t, 4> color) {
+    return MakeImage(4, 4, [color](int, int) { return color; });
 }
 
-CImage HalvesImage(int side) {
-    return MakeImage(side, side, [side](int x, int) -> std::array<std::uint8_t, 4> {
-        const std::uint8_t grey = x < side / 2 ? 0 : 255;
-        return {grey, grey, grey, 255};
-    });
+CImage QuarterImage(int side) {
+    constexpr std::array<std::uint8_t, 4> kQuarters[2][2] = {{{255, 0, 0, 255}, {0, 255, 0, 255}},
+                                                             {{0, 0, 255, 255}, {255, 255, 255, 255}}};
+    return MakeImage(side, side, [&](int x, int y) { return kQuarters[y >= side / 2][x >= side / 2]; });
 }
 
 CPreparedMaterial Plain(CVec3 color) {
-    CPreparedMaterial material;
-    material.diffuse = material.ambient = color;
-    return material;
+    return {.ambient = color, .diffuse = color};
 }
 
 CPreparedLight LightAt(CVec3 position, float multiplier) {
-    CPreparedLight light;
-    light.position = position;
-    light.multiplier = multiplier;
-    return light;
+    return {.position = position, .multiplier = multiplier};
 }
 
 CBuilder::CBuilder() {
@@ -178,15 +132,11 @@ CPreparedMap CBuilder::AddTexture(CImage image) {
     return map;
 }
 
-int CBuilder::AddMesh(CPreparedMesh mesh) {
-    m_scene.meshes.push_back(std::move(mesh));
-    return static_cast<int>(m_scene.meshes.size()) - 1;
-}
-
 std::uint32_t CBuilder::Add(CPreparedMesh mesh, const CPreparedMaterial& material, const CMat4& place) {
     const std::uint32_t number = AddMaterial(material);
     for (CPreparedBatch& batch : mesh.batches) batch.material = number;
-    return AddNode(AddMesh(std::move(mesh)), place);
+    m_scene.meshes.push_back(std::move(mesh));
+    return AddNode(static_cast<int>(m_scene.meshes.size()) - 1, place);
 }
 
 std::uint32_t CBuilder::AddNode(int mesh, const CMat4& place) {

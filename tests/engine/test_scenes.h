@@ -17,20 +17,14 @@ namespace test_scenes {
 /** A smooth sphere round the origin, its poles on z, 2 * rings * rings segments; u goes round, v from pole to
  * pole. */
 [[nodiscard]] CPreparedMesh MakeSphere(float radius = 1, int rings = 24);
-/** A bumpy closed surface of about the given number of triangles. */
-[[nodiscard]] CPreparedMesh MakeTorus(int triangles);
-/** Appends the other mesh's triangles as a further batch. */
-void Append(CPreparedMesh& mesh, const CPreparedMesh& other, std::uint32_t material);
-
 /** A picture filled point by point. */
 [[nodiscard]] CImage MakeImage(int width, int height,
                                const std::function<std::array<std::uint8_t, 4>(int x, int y)>& color);
+/** A small picture all of one colour. */
+[[nodiscard]] CImage OneColorImage(std::array<std::uint8_t, 4> color);
 /** Four colours, so that its orientation shows: top left red, top right green, bottom left blue, bottom right
  * white. */
 [[nodiscard]] CImage QuarterImage(int side = 64);
-/** Black left half, white right half. */
-[[nodiscard]] CImage HalvesImage(int side = 64);
-
 /** A plain material of that colour, lit, without highlight. */
 [[nodiscard]] CPreparedMaterial Plain(CVec3 color);
 
@@ -43,7 +37,6 @@ class CBuilder {
     CBuilder();
     std::uint32_t AddMaterial(CPreparedMaterial material);
     CPreparedMap AddTexture(CImage image);
-    int AddMesh(CPreparedMesh mesh);
     /** A node of its own mesh; all its batches get the material. */
     std::uint32_t Add(CPreparedMesh mesh, const CPreparedMaterial& material, const CMat4& place = {});
     std::uint32_t AddNode(int mesh, const CMat4& place);

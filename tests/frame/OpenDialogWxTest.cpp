@@ -84,7 +84,7 @@ std::string Pixel(int x, int y) {
 class COpenDialogWxTest : public testing::Test {
   protected:
     COpenDialogWxTest() {
-        frame->Show();
+        CModalDriver::ShowFirst(*frame);
         C3DSFileDlgI::SetBackgroundColor(10 / 255.0f, 20 / 255.0f, 30 / 255.0f);
     }
     ~COpenDialogWxTest() override {
@@ -112,14 +112,14 @@ TEST_F(COpenDialogWxTest, ShowsWhatIsSelectedAndOpensIt) {
     const auto look = [&] {
         corner = Pixel(2, 2);
         middle = Pixel(128, 128);
-        facts = TextOf("preview-fact");
+        facts = TextOf("preview-fact-0") + ", " + TextOf("preview-fact-1") + ", " + TextOf("preview-fact-2");
         return true;
     };
     EXPECT_EQ(Launch("", {Select(sample), Shows("picture"), look, CModalDriver::Press(WXK_RETURN)}), sample)
         << "without a folder it stands in the samples";
     EXPECT_EQ(corner, "10,20,30");
     EXPECT_NE(middle, corner) << "the model is to be seen";
-    EXPECT_EQ(facts, "330.1 kB");
+    EXPECT_EQ(facts, "330.1 kB, 15,928, 2");
     EXPECT_EQ(StoredFolder(), file_util_ex::ConvertFromUTF8W(samples));
 }
 
@@ -137,7 +137,7 @@ TEST_F(COpenDialogWxTest, SaysWhyThereIsNoPicture) {
                       Shows("problem"), CModalDriver::Press(WXK_RETURN)}),
               broken)
         << "it may be chosen all the same, and its name is listed in capitals";
-    EXPECT_EQ(problem, "The file is too short to be a 3D Studio file");
+    EXPECT_EQ(problem, "This is not a 3D Studio file");
 }
 
 TEST_F(COpenDialogWxTest, IsCancelledWhileAPictureIsDrawn) {

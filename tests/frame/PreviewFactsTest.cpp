@@ -5,6 +5,7 @@
 #include <string>
 
 #include "frame/preview_facts.h"
+#include "platform/lng.h"
 #include "platform/CTestFolder.h"
 
 using namespace preview_facts;
@@ -96,9 +97,9 @@ TEST(PreviewFactsTest, TextsArePlain) {
     EXPECT_EQ(SizeText(999'949), L"999.9 kB");
     EXPECT_EQ(SizeText(999'999), L"1.0 MB");
     EXPECT_EQ(SizeText(~0ULL), L"18446744.1 TB");
-    EXPECT_EQ(CountText(999), L"999");
-    EXPECT_EQ(CountText(1'000), L"1\u202F000");
-    EXPECT_EQ(CountText(1'234'567), L"1\u202F234\u202F567");
+    EXPECT_EQ(lng::Number(999), L"999");
+    EXPECT_EQ(lng::Number(1'000), L"1,000");
+    EXPECT_EQ(lng::Number(1'234'567), L"1,234,567");
     EXPECT_EQ(ResultOf({}, {2, "", std::string(100'000, 'x'), ""}).problem.size(), 301u) << "no wall of text";
 }
 

@@ -52,26 +52,30 @@ inline CBytes Chunk(std::uint16_t id, const CBytes& contents = {}, std::int64_t 
     return out + contents;
 }
 
-/** Eight corners of a cube from -1 to 1. */
-inline CBytes CubePoints() {
-    CBytes out = Words({8});
-    for (int i = 0; i < 8; ++i) {
-        for (int axis = 0; axis < 3; ++axis) Put(out, (i >> axis) & 1 ? 1.0f : -1.0f);
+inline CBytes Points(std::initializer_list<float> values) {
+    return Chunk(0x4110, Words({static_cast<std::uint16_t>(values.size() / 3)}) + Floats(values));
+}
+
+/** Eight corners of a cube of side 2 round a point. */
+inline CBytes CubePoints(float x = 0, float y = 0, float z = 0) {
+    return Points({x - 1, y - 1, z - 1, x + 1, y - 1, z - 1, x - 1, y + 1, z - 1, x + 1, y + 1, z - 1,
+                   x - 1, y - 1, z + 1, x + 1, y - 1, z + 1, x - 1, y + 1, z + 1, x + 1, y + 1, z + 1});
+}
+
+/** Triangles of three corners each, with further chunks inside the face list. */
+inline CBytes Faces(std::initializer_list<std::uint16_t> corners, const CBytes& inner = {}) {
+    CBytes list = Words({static_cast<std::uint16_t>(corners.size() / 3)});
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        Put(list, corners.begin()[i]);
+        if (i % 3 == 2) Put(list, std::uint16_t{7});
     }
-    return Chunk(0x4110, out);
+    return Chunk(0x4120, list + inner);
 }
-
-inline CBytes CubeFaceList() {
-    constexpr std::uint16_t quads[6][4] = {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4},
-                                           {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}};
-    CBytes out = Words({12});
-    for (const auto& q : quads) out = out + Words({q[0], q[1], q[2], 7, q[0], q[2], q[3], 7});
-    return out;
-}
-
-/** The cube's faces with further chunks inside the face list. */
+/** Two for each side: bottom, top, front, back, left, right. */
 inline CBytes CubeFaces(const CBytes& inner = {}) {
-    return Chunk(0x4120, CubeFaceList() + inner);
+    return Faces({0, 2, 3, 0, 3, 1, 4, 5, 7, 4, 7, 6, 0, 1, 5, 0, 5, 4,
+                  2, 6, 7, 2, 7, 3, 0, 4, 6, 0, 6, 2, 1, 3, 7, 1, 7, 5},
+                 inner);
 }
 
 inline CBytes Smoothing(std::initializer_list<std::uint32_t> masks) {

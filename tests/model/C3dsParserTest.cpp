@@ -15,6 +15,7 @@
 #include "model/lib3ds_list.h"
 #include "model/lib3ds_memory_io.h"
 #include "model/prepare_scene.h"
+#include "row_name.h"
 
 namespace {
 constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
@@ -36,9 +37,9 @@ CBytes DeepChain(std::uint32_t depth) {
     return nodes;
 }
 
+/** Headers alone, the outermost first: the table is made at each start of the program. */
 CBytes Nested(std::uint16_t id, int depth) {
     CBytes out;
-    // Headers alone, the outermost first: the table is made at each start of the program.
     for (int i = depth; i > 0; --i) {
         Put(out, id);
         Put(out, static_cast<std::uint32_t>(i * 6));
@@ -46,17 +47,35 @@ CBytes Nested(std::uint16_t id, int depth) {
     return out;
 }
 
+/** A cube whose one node has the parts. */
+CBytes CubeWithKeys(const CBytes& parts, std::uint16_t parent = 65535) {
+    return Scene(Cube(), Keyframer(ObjectNode(0, "Cube", parent, parts)));
+}
+CBytes CubeWith(const CBytes& facesInner, const CBytes& meshParts = {}) {
+    return Scene(Material("A") + Mesh("Cube", CubePoints() + CubeFaces(facesInner) + meshParts));
+}
+/** Two triangles, one of which has a corner at x. */
+CBytes TwoTriangles(float x) {
+    return Scene(Mesh("Tri", Points({0, 0, 0, 1, 0, 0, 0, 1, 0, x, 0, 0}) + Faces({0, 1, 2, 0, 1, 3})));
+}
+CBytes WithMainSize(int byte) {
+    CBytes file = Scene(Cube());
+    std::memset(file.data() + 2, byte, 4);
+    return file;
+}
+CBytes TenColors() {
+    CBytes colors = Floats({0.5f});
+    for (int i = 0; i < 10; ++i) colors = colors + Chunk(0x0010, Floats({1, 1, 1}));
+    return colors;
+}
+
 /** A broken file: what is left of it, and what its notes say about it. */
 struct CBrokenFile {
     const char* name;
     CBytes bytes;
-    std::size_t triangles;
-    const char* note;  ///< must occur in a note; "" when nothing needs to be said
+    std::size_t triangles = 12;
+    const char* note = "";  ///< must occur in a note; "" when nothing needs to be said
 };
-
-std::ostream& operator<<(std::ostream& out, const CBrokenFile& file) {
-    return out << file.name;
-}
 
 class BrokenFile : public testing::TestWithParam<CBrokenFile> {};
 
@@ -72,125 +91,53 @@ TEST_P(BrokenFile, OpensMended) {
     EXPECT_NE(scene.Value().File(), nullptr);
 }
 
-const CBytes kCubeNode = ObjectNode(0, "Cube", 65535);
-
-INSTANTIATE_TEST_SUITE_P(
-    C3dsParser, BrokenFile,
-    testing::Values(
-        CBrokenFile{"MainSizeZero",
-                    [] {
-                        auto b = Scene(Cube());
-                        std::memset(b.data() + 2, 0, 4);
-                        return b;
-                    }(),
-                    12, "size"},
-        CBrokenFile{"MainSizeTooLarge",
-                    [] {
-                        auto b = Scene(Cube());
-                        std::memset(b.data() + 2, 0x7F, 4);
-                        return b;
-                    }(),
-                    12, "size"},
-        CBrokenFile{"MeshSectionAlone", Chunk(0x3D3D, Cube()), 12, "mesh section"},
-        CBrokenFile{"ObjectPastItsParent",
-                    Scene(Chunk(0x4000, Text("Cube") + Chunk(0x4100, CubePoints() + CubeFaces()), 100000)),
-                    12, "parent"},
-        CBrokenFile{"PointCountTooLarge",
-                    Scene(Mesh("Cube", Chunk(0x4110, Words({65535}) + Floats({0, 0, 0})) + CubeFaces())), 0,
-                    "shorter"},
-        CBrokenFile{"FaceIndexOnePast",
-                    Scene(Mesh("Cube", CubePoints() + Chunk(0x4120, Words({2, 0, 1, 2, 7, 0, 1, 8, 7})))), 1,
-                    "missing vertices"},
-        CBrokenFile{"FacesWithoutPoints", Scene(Mesh("Cube", CubeFaces())), 0, ""},
-        CBrokenFile{"FacesBeforePoints", Scene(Mesh("Cube", CubeFaces() + CubePoints())), 12, ""},
-        CBrokenFile{
-            "PointNotFinite",
-            Scene(Mesh("Tri", Chunk(0x4110, Words({4}) + Floats({0, 0, 0, 1, 0, 0, 0, 1, 0, kNan, 0, 0})) +
-                                  Chunk(0x4120, Words({2, 0, 1, 2, 7, 0, 1, 3, 7})))),
-            1, "not finite"},
-        CBrokenFile{
-            "PointHuge",
-            Scene(Mesh("Tri", Chunk(0x4110, Words({4}) + Floats({0, 0, 0, 1, 0, 0, 0, 1, 0, 3e38f, 0, 0})) +
-                                  Chunk(0x4120, Words({2, 0, 1, 2, 7, 0, 1, 3, 7})))),
-            1, "not finite"},
-        CBrokenFile{"SmoothingTooShort", Scene(Mesh("Cube", CubePoints() + CubeFaces(Smoothing({1, 1, 1})))),
-                    12, "smoothing"},
-        CBrokenFile{
-            "GroupOfMissingFaces",
-            Scene(Material("A") +
-                  Mesh("Cube", CubePoints() + CubeFaces(Chunk(0x4130, Text("A") + Words({2, 0, 99}))))),
-            12, "not there"},
-        CBrokenFile{
-            "GroupCountTooLarge",
-            Scene(Material("A") +
-                  Mesh("Cube", CubePoints() + CubeFaces(Chunk(0x4130, Text("A") + Words({65535, 0}))))),
-            12, "shorter"},
-        CBrokenFile{
-            "GroupWithoutMaterial",
-            Scene(Mesh("Cube", CubePoints() + CubeFaces(Chunk(0x4130, Text("Gone") + Words({1, 0}))))), 12,
-            "no material Gone"},
-        CBrokenFile{
-            "MatrixNotFinite",
-            Scene(Mesh("Cube", CubePoints() + CubeFaces() + Matrix({kNan, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0}))),
-            12, "matrix"},
-        CBrokenFile{
-            "MatrixSingular",
-            Scene(Mesh("Cube", CubePoints() + CubeFaces() + Matrix({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}))),
-            12, ""},
-        CBrokenFile{"NameOf5000", Scene(Cube(std::string(5000, 'n'))), 12, "5000"},
-        CBrokenFile{"MaterialNameWithoutEnd",
-                    Scene(Cube() + Chunk(0xAFFF, Chunk(0xA000, Values<char>({'A', 'B'})))), 12, ""},
-        CBrokenFile{"MaterialSizeZero", Scene(Cube() + Chunk(0xAFFF, {}, 0)), 12, "parent"},
-        CBrokenFile{"GradientOfTenColors",
-                    Scene(Chunk(
-                              0x1300, Floats({0.5f}) +
-                                          [] {
-                                              CBytes c;
-                                              for (int i = 0; i < 10; ++i)
-                                                  c = c + Chunk(0x0010, Floats({1, 1, 1}));
-                                              return c;
-                                          }()) +
-                          Cube()),
-                    12, ""},
-        CBrokenFile{"NestedMeshSections", Scene(Cube() + Nested(0x3D3D, 20000)), 12, ""},
-        CBrokenFile{"NestedMaps", Scene(Cube() + Chunk(0xAFFF, Nested(0xA200, 5000))), 12, ""},
-        CBrokenFile{"ParentSelf", Scene(Cube(), Keyframer(ObjectNode(0, "Cube", 0))), 12, "ancestor"},
-        CBrokenFile{"ParentCycle",
-                    Scene(Cube(), Keyframer(ObjectNode(0, "Cube", 1) + ObjectNode(1, "$$$DUMMY", 0))), 12,
-                    "ancestor"},
-        CBrokenFile{"ParentUnknown", Scene(Cube(), Keyframer(ObjectNode(0, "Cube", 77))), 12, "parent"},
-        CBrokenFile{"EqualNodeIds", Scene(Cube(), Keyframer(kCubeNode + ObjectNode(0, "$$$DUMMY", 65535))),
-                    12, "id of its own"},
-        CBrokenFile{"DeepChain", Scene(Cube(), Keyframer(DeepChain(20000))), 12, "cut"},
-        CBrokenFile{"KeyCountTooLarge",
-                    Scene(Cube(), Keyframer(ObjectNode(0, "Cube", 65535,
-                                                       Track(0xB020, 0xFFFFFFFF, Key(0, {1, 2, 3}))))),
-                    12, "keys"},
-        CBrokenFile{
-            "KeysOutOfOrder",
-            Scene(Cube(), Keyframer(ObjectNode(
-                              0, "Cube", 65535,
-                              Track(0xB020, 3, Key(9, {0, 0, 0}) + Key(2, {1, 1, 1}) + Key(2, {5, 5, 5}))))),
-            12, "sorted"},
-        CBrokenFile{
-            "LoopOfOneKey",
-            Scene(Cube(), Keyframer(ObjectNode(0, "Cube", 65535, Track(0xB020, 1, Key(3, {0, 0, 0}), 3)))),
-            12, ""},
-        CBrokenFile{
-            "RotationNotFinite",
-            Scene(Cube(),
-                  Keyframer(ObjectNode(0, "Cube", 65535,
-                                       Track(0xB021, 2, Key(0, {kNan, 0, 0, 0}) + Key(9, {1, kNan, 0, 0}))))),
-            12, "not finite"}),
-    [](const auto& row) { return row.param.name; });
+const CBrokenFile kBroken[] = {
+    {"MainSizeZero", WithMainSize(0), 12, "size"},
+    {"MainSizeTooLarge", WithMainSize(0x7F), 12, "size"},
+    {"MeshSectionAlone", Chunk(0x3D3D, Cube()), 12, "mesh section"},
+    {"ObjectPastItsParent",
+     Scene(Chunk(0x4000, Text("Cube") + Chunk(0x4100, CubePoints() + CubeFaces()), 100000)), 12, "parent"},
+    {"PointCountTooLarge",
+     Scene(Mesh("Cube", Chunk(0x4110, Words({65535}) + Floats({0, 0, 0})) + CubeFaces())), 0, "shorter"},
+    {"FaceIndexOnePast", Scene(Mesh("Cube", CubePoints() + Faces({0, 1, 2, 0, 1, 8}))), 1,
+     "missing vertices"},
+    {"FacesWithoutPoints", Scene(Mesh("Cube", CubeFaces())), 0},
+    {"FacesBeforePoints", Scene(Mesh("Cube", CubeFaces() + CubePoints()))},
+    {"PointNotFinite", TwoTriangles(kNan), 1, "not finite"},
+    {"PointHuge", TwoTriangles(3e38f), 1, "not finite"},
+    {"SmoothingTooShort", CubeWith(Smoothing({1, 1, 1})), 12, "smoothing"},
+    {"GroupOfMissingFaces", CubeWith(Chunk(0x4130, Text("A") + Words({2, 0, 99}))), 12, "not there"},
+    {"GroupCountTooLarge", CubeWith(Chunk(0x4130, Text("A") + Words({65535, 0}))), 12, "shorter"},
+    {"GroupWithoutMaterial", CubeWith(Chunk(0x4130, Text("Gone") + Words({1, 0}))), 12, "no material Gone"},
+    {"MatrixNotFinite", CubeWith({}, Matrix({kNan, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0})), 12, "matrix"},
+    {"MatrixSingular", CubeWith({}, Matrix({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}))},
+    {"NameOf5000", Scene(Cube(std::string(5000, 'n'))), 12, "5000"},
+    {"MaterialNameWithoutEnd", Scene(Cube() + Chunk(0xAFFF, Chunk(0xA000, Values<char>({'A', 'B'}))))},
+    {"MaterialSizeZero", Scene(Cube() + Chunk(0xAFFF, {}, 0)), 12, "parent"},
+    {"GradientOfTenColors", Scene(Chunk(0x1300, TenColors()) + Cube())},
+    {"NestedMeshSections", Scene(Cube() + Nested(0x3D3D, 20000))},
+    {"NestedMaps", Scene(Cube() + Chunk(0xAFFF, Nested(0xA200, 5000)))},
+    {"ParentSelf", CubeWithKeys({}, 0), 12, "ancestor"},
+    {"ParentCycle", Scene(Cube(), Keyframer(ObjectNode(0, "Cube", 1) + ObjectNode(1, "$$$DUMMY", 0))), 12,
+     "ancestor"},
+    {"ParentUnknown", CubeWithKeys({}, 77), 12, "parent"},
+    {"EqualNodeIds",
+     Scene(Cube(), Keyframer(ObjectNode(0, "Cube", 65535) + ObjectNode(0, "$$$DUMMY", 65535))), 12,
+     "id of its own"},
+    {"DeepChain", Scene(Cube(), Keyframer(DeepChain(20000))), 12, "cut"},
+    {"KeyCountTooLarge", CubeWithKeys(Track(0xB020, 0xFFFFFFFF, Key(0, {1, 2, 3}))), 12, "keys"},
+    {"KeysOutOfOrder",
+     CubeWithKeys(Track(0xB020, 3, Key(9, {0, 0, 0}) + Key(2, {1, 1, 1}) + Key(2, {5, 5, 5}))), 12, "sorted"},
+    {"LoopOfOneKey", CubeWithKeys(Track(0xB020, 1, Key(3, {0, 0, 0}), 3))},
+    {"RotationNotFinite", CubeWithKeys(Track(0xB021, 2, Key(0, {kNan, 0, 0, 0}) + Key(9, {1, kNan, 0, 0}))),
+     12, "not finite"},
+};
+INSTANTIATE_TEST_SUITE_P(C3dsParser, BrokenFile, testing::ValuesIn(kBroken), kRowName);
 
 struct CNoScene {
     const char* name;
     CBytes bytes;
 };
-std::ostream& operator<<(std::ostream& out, const CNoScene& file) {
-    return out << file.name;
-}
 class NoScene : public testing::TestWithParam<CNoScene> {};
 
 TEST_P(NoScene, IsRefusedAsBadFormat) {
@@ -200,13 +147,12 @@ TEST_P(NoScene, IsRefusedAsBadFormat) {
     EXPECT_FALSE(scene.Error().message.empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(C3dsParser, NoScene,
-                         testing::Values(CNoScene{"Empty", {}},
-                                         CNoScene{"FiveBytes", Words({0x4D4D, 0}) + Values<char>({1})},
-                                         CNoScene{"Text", Text("This is a letter.")},
-                                         CNoScene{"TextThatBeginsWithMM", Text("MMMM is no model")},
-                                         CNoScene{"JunkFirst", Values<char>({1, 2, 3}) + Scene(Cube())}),
-                         [](const auto& row) { return row.param.name; });
+const CNoScene kNoScenes[] = {{"Empty", {}},
+                              {"FiveBytes", Words({0x4D4D, 0}) + Values<char>({1})},
+                              {"Text", Text("This is a letter.")},
+                              {"TextThatBeginsWithMM", Text("MMMM is no model")},
+                              {"JunkFirst", Values<char>({1, 2, 3}) + Scene(Cube())}};
+INSTANTIATE_TEST_SUITE_P(C3dsParser, NoScene, testing::ValuesIn(kNoScenes), kRowName);
 
 /** A file in which every kind of thing occurs. */
 CBytes FullScene() {

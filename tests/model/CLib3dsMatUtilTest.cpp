@@ -26,10 +26,6 @@ CLib3dsFilePtr SceneWithMaps() {
     return file;
 }
 
-std::string Text(const std::vector<std::byte>& bytes) {
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
 TEST(CLib3dsMatUtil, GetsEachPictureOnceFromDisk) {
     const CTestFolder folder;
     (void)folder.Add("skin.jpg", "skin bytes");
@@ -40,9 +36,9 @@ TEST(CLib3dsMatUtil, GetsEachPictureOnceFromDisk) {
     CLib3dsMatUtil::GetMatTextures(file.get(), textures, CTextureLocator::BesideModel(folder / "a.3ds"));
     ASSERT_EQ(textures.size(), 2u);
     EXPECT_EQ(textures[0].name, "SKIN.JPG");
-    EXPECT_EQ(Text(textures[0].data), "skin bytes");
+    EXPECT_EQ(CTestFolder::TextOf(textures[0].data), "skin bytes");
     EXPECT_EQ(textures[1].name, "SKY.tga");
-    EXPECT_EQ(Text(textures[1].data), "sky bytes");
+    EXPECT_EQ(CTestFolder::TextOf(textures[1].data), "sky bytes");
 }
 
 TEST(CLib3dsMatUtil, KnowsTheSceneAsLongAsSomebodyHoldsItsTextures) {

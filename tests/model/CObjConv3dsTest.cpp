@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <random>
 
 #include "model/CObjLineFilter.h"
@@ -193,6 +194,116 @@ TEST(CObjConv3ds, SplitsWhatA3dsMeshCannotHold) {
         }
     }
     EXPECT_EQ(meshes[1]->pointL[meshes[1]->points - 1].pos[0], 70'001.0f);
+}
+
+// ---- points and lines
+
+std::string SolidNote(const char* points, const char* lines) {
+    return std::string(points) + " and " + lines + " made solid, as a scene holds only triangles";
+}
+
+struct CSolidCase {
+    const char* name;
+    std::string obj;
+    unsigned faces;
+    std::string note;  ///< the first one, or none
+};
+class SolidsOf : public testing::TestWithParam<CSolidCase> {};
+TEST_P(SolidsOf, FirstMesh) {
+    const CConverted c = Convert(GetParam().obj);
+    ASSERT_TRUE(c.file) << c.error;
+    EXPECT_EQ(c.file->meshes->faces, GetParam().faces);
+    EXPECT_EQ(c.notes.empty() ? "" : c.notes[0].text, GetParam().note);
+}
+INSTANTIATE_TEST_SUITE_P(
+    CObjConv3ds, SolidsOf,
+    testing::Values(
+        CSolidCase{"EachPointOnce", kSquare + "p 1 2\n p -3 4/7\n", 24,
+                   SolidNote("3 points", "0 pieces of lines")},
+        CSolidCase{"EachPieceOnce", kSquare + "l 1 2 3\nl 2 \\\n1\nl 3/1/1 3 4/1\nl 4\n", 24,
+                   SolidNote("0 points", "3 pieces of lines")},
+        CSolidCase{"VerticesAlone", "vn 0 0 1\n" + kSquare, 32, SolidNote("4 points", "0 pieces of lines")},
+        CSolidCase{"NotWhatFacesHave", kSquare + "f 1 2 3 4\np 1 2 3 4\nl 4 3 2 1 4\n", 2, ""},
+        CSolidCase{"PlacesCount", kSquare + "v 1 1 -0\np 5\nl 5 4\nf 1 2 3 4\n", 2, ""},
+        CSolidCase{"WhatFacesLack", kSquare + "v 0 0 1\nf 1 2 3 4\np 5\nl 1 3\n", 18,
+                   SolidNote("1 point", "1 piece of a line")},
+        CSolidCase{"BesideTexels", kSquare + "vt 0 1\nvn 0 0 1\nl 1 3\nf 1/1/1 2/1/1 3/1/1 4/1/1\nl 2 4\n",
+                   18, SolidNote("0 points", "2 pieces of lines")},
+        CSolidCase{"ImpossibleLeftOut", kSquare + "p 1 9\nl 1 0\n", 8,
+                   "2 points or lines with impossible corners left out"},
+        CSolidCase{"LineTooLong", kSquare + "p" + std::string(1'100'000, ' ') + "1\n", 32,
+                   SolidNote("4 points", "0 pieces of lines")}),
+    CaseName<CSolidCase>);
+
+TEST(CObjConv3ds, SolidsKeepGroupAndMaterial) {
+    const CConverted c = Convert(kSquare + "g a\nusemtl red\nl 1 2\nf 1 2 3\ng b\nusemtl blue\np 4\n");
+    ASSERT_TRUE(c.file);
+    const auto meshes = c.Meshes();
+    ASSERT_EQ(meshes.size(), 2u);
+    EXPECT_EQ(std::string(meshes[1]->name) + " " + meshes[1]->faceL[7].material, "b blue");
+    EXPECT_EQ(std::string(meshes[0]->name) + " " + meshes[0]->faceL[0].material, "a red");
+}
+
+/** Text with `count` points or separate pieces of lines, which stand apart. */
+std::string ManyOf(bool lines, int count) {
+    std::string obj;
+    for (int i = 0; i < count; ++i) {
+        const std::string place = std::to_string(i % 300) + " " + std::to_string(i / 300);
+        obj += "v " + place + " 0\n";
+        if (lines) obj += "v " + place + " 0.5\nl -1 -2\n";
+    }
+    return obj;
+}
+
+class SolidShapeOf : public testing::TestWithParam<CTextCase> {};
+TEST_P(SolidShapeOf, ClosedAndSeenFromOutside) {
+    const CConverted c = Convert(GetParam().obj);
+    ASSERT_TRUE(c.file) << c.error;
+    for (const Lib3dsMesh* mesh : c.Meshes()) {
+        std::map<std::pair<int, int>, int> edges;
+        double volume = 0;
+        const float* origin = mesh->pointL[0].pos;
+        for (Lib3dsDword i = 0; i < mesh->faces; ++i) {
+            const Lib3dsWord* p = mesh->faceL[i].points;
+            const auto at = [&](int k) {
+                const float* q = mesh->pointL[p[k]].pos;
+                return CVec3{q[0] - origin[0], q[1] - origin[1], q[2] - origin[2]};
+            };
+            volume += double{Dot(at(0), Cross(at(1), at(2)))};
+            for (int k = 0; k < 3; ++k) {
+                ++edges[{p[k], p[(k + 1) % 3]}];
+                --edges[{p[(k + 1) % 3], p[k]}];
+            }
+        }
+        EXPECT_GT(volume, 0);
+        // A mesh may end amid a solid, so a few edges may lack their other side.
+        EXPECT_LE(std::count_if(edges.begin(), edges.end(), [](const auto& e) { return e.second != 0; }), 12);
+    }
+}
+INSTANTIATE_TEST_SUITE_P(CObjConv3ds, SolidShapeOf,
+                         testing::Values(CTextCase{"Point", "v 1 2 3\n", ""},
+                                         CTextCase{"Line", "v 1 2 3\nv 4 4 4\nl 1 2\n", ""},
+                                         CTextCase{"UprightLine", "v 0 1 0\nv 0 0 0\nl 1 2\n", ""},
+                                         CTextCase{"FarOut", "v 4000000 0 0\nv 4000001 0 0\n", ""},
+                                         CTextCase{"ManyPoints", ManyOf(false, 50'001), ""},
+                                         CTextCase{"ManyLines", ManyOf(true, 50'001), ""}),
+                         CaseName<CTextCase>);
+
+TEST(CObjConv3ds, TooManyPointsDoNotHideTheFaces) {
+    std::string cloud;
+    for (int i = 0; i < 300'000; ++i) cloud += "v " + std::to_string(i) + "\n";
+    EXPECT_EQ(Convert(cloud).error, "the file has more points and lines than we can take");
+    cloud += kSquare + "f -1 -2 -3\n";
+    for (int i = 1; i <= 300'000; i += 10) {
+        cloud += "p";
+        for (int k = 0; k < 10; ++k) cloud += " " + std::to_string(i + k);
+        cloud += "\n";
+    }
+    const CConverted c = Convert(cloud);
+    ASSERT_TRUE(c.file) << c.error;
+    EXPECT_EQ(c.file->meshes->faces, 1u);
+    // One of the points is a corner of the face.
+    EXPECT_TRUE(c.HasNote("299999 points and lines left out beside the faces, as there are too many"));
 }
 
 // ---- groups and names
@@ -417,8 +528,9 @@ TEST_P(ErrorOf, WholeText) {
 INSTANTIATE_TEST_SUITE_P(
     CObjConv3ds, ErrorOf,
     testing::Values(
-        CTextCase{"Empty", "", "The file has no faces"},
-        CTextCase{"PointsOnly", kSquare + "p 1 2\nl 1 2 3\n", "The file has no faces"},
+        CTextCase{"Empty", "", "The file has no faces, lines or points"},
+        CTextCase{"NoLength", kSquare + "l 1 1\n", "The file has no faces, lines or points"},
+        CTextCase{"ImpossiblePoint", kSquare + "p 5\n", "No face of the file can be drawn"},
         CTextCase{"NoVertices", "f 1 2 3\n", "No face of the file can be drawn"},
         CTextCase{"NotANumber", "v 0 0 0\nv 1 nan 0\nv 1 1 0\nf 1 2 3\n", "No face of the file can be drawn"},
         CTextCase{"Infinite", "v 0 0 0\nv 1 -INF 0\nv 1 1 0\nf 1 2 3\n", "No face of the file can be drawn"},
@@ -471,7 +583,8 @@ TEST(CObjConv3ds, LeavesOutLinesOfAMegabyte) {
 
 TEST(CObjConv3ds, EveryPrefixHasAnOutcome) {
     const std::string obj =
-        kRoof + "mtllib a.mtl\no a\ng b\ns 1\nusemtl m\nf 1/1/1 2/2/2 \\\n -1//3 4\nvt 1 1\n";
+        kRoof +
+        "mtllib a.mtl\nl 1/1 \\\n -2\np 2 -1\no a\ng b\ns 1\nusemtl m\nf 1/1/1 2/2/2 \\\n -1//3 4\nvt 1 1\n";
     const std::string mtl = "newmtl m\nKd 1 1 1\nmap_Kd -s 1 1 1 a.jpg\nd -halo 1\n";
     for (std::size_t i = 0; i <= obj.size(); ++i) (void)Convert(std::string_view(obj).substr(0, i), mtl);
     for (std::size_t i = 0; i <= mtl.size(); ++i)
@@ -497,6 +610,7 @@ TEST(ParseObj, DoesNotDependOnTheNumberOfThreads) {
         if (i % 1000 == 0) text += "o part" + std::to_string(i / 5000) + "\n";
         if (i % 700 == 0)
             text += "usemtl m" + std::to_string(random() % 5) + "\ns " + std::to_string(random() % 4) + "\n";
+        if (i % 50 == 0) text += "p -1\nl -1 1 " + std::to_string(i) + "\n";
         if (i > 3) text += i % 2 ? "f -1/-1/-1 -2 \\\n -3//-1\n" : "f " + std::to_string(i) + "/1 1 2\n";
     }
     const CObjGeometry one = ParseObj(text, 1).Value(), many = ParseObj(text, 5).Value();

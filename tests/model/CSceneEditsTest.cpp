@@ -8,12 +8,8 @@
 
 #include <optional>
 
-#include "model/C3dsBytes.h"
-#include "model/CPreparedScene.h"
-#include "model/CScene.h"
-#include "model/CSceneReader.h"
+#include "model/CReadScene.h"
 #include "model/material_edits.h"
-#include "model/prepare_scene.h"
 #include "model/rotation_of_angles.h"
 #include "model/write_scene.h"
 #include "platform/CTestFolder.h"
@@ -66,43 +62,29 @@ CBytes ZooFile() {
 /** A scene under edit, as the engine keeps it. */
 class CEdited {
   public:
-    explicit CEdited(const CBytes& file)
-        : m_scene(Read(file)), m_prepared(PrepareScene(m_scene)), m_edits(m_scene, m_prepared) {}
+    explicit CEdited(const CBytes& file) : m_read(file), m_edits(m_read.scene, m_read.prepared) {}
 
     CSceneEdits& Edits() { return m_edits; }
-    CScene& Scene() { return m_scene; }
+    CScene& Scene() { return m_read.scene; }
     /** Brought up to date and evaluated. */
     const CPreparedScene& At(float frame = 0) {
         if (m_edits.NeedsPreparing()) {
-            m_prepared = PrepareScene(m_scene);
-            m_edits.Renew(m_prepared);
+            m_read.prepared = PrepareScene(m_read.scene);
+            m_edits.Renew(m_read.prepared);
         }
-        EvaluateNodes(m_prepared, m_scene, frame);
-        return m_prepared;
+        return m_read.At(frame);
     }
     /** The scene as it comes back from a file. */
-    CPreparedScene Reopened(float frame = 0) {
-        const auto bytes = SceneTo3ds(m_scene);
+    const CPreparedScene& Reopened(float frame = 0) {
+        const auto bytes = SceneTo3ds(m_read.scene);
         EXPECT_TRUE(bytes.HasValue());
-        m_reopened.emplace(Read(bytes.Value()));
-        CPreparedScene prepared = PrepareScene(*m_reopened);
-        EvaluateNodes(prepared, *m_reopened, frame);
-        return prepared;
-    }
-    Lib3dsMaterial* Material(const char* name) {
-        return lib3ds_file_material_by_name(m_scene.Header(), name);
+        return m_reopened.emplace(bytes.Value()).At(frame);
     }
 
   private:
-    static CScene Read(const CBytes& file) {
-        auto read = CSceneReader::ReadBytes(file);
-        EXPECT_TRUE(read.HasValue());
-        return std::move(read).Value();
-    }
-    CScene m_scene;
-    CPreparedScene m_prepared;
+    CReadScene m_read;
     CSceneEdits m_edits;
-    std::optional<CScene> m_reopened;
+    std::optional<CReadScene> m_reopened;
 };
 
 const CPreparedNode* NodeOf(const CPreparedScene& scene, std::string_view name) {
@@ -129,13 +111,12 @@ void ExpectMapped(const std::array<CVec3, 4>& before, const std::array<CVec3, 4>
         EXPECT_LT(Length(after[i] - by.TransformPoint(before[i])), 2e-4f);
 }
 
-std::string MaterialNameOf(const CPreparedScene& scene, std::string_view node) {
+const CPreparedMaterial& MaterialOf(const CPreparedScene& scene, std::string_view node) {
     const CPreparedMesh& mesh = scene.meshes[static_cast<std::size_t>(NodeOf(scene, node)->mesh)];
-    return scene.materials[mesh.batches.front().material].name;
+    return scene.materials[mesh.batches.front().material];
 }
 CVec3 ColorOf(const CPreparedScene& scene, std::string_view node) {
-    const CPreparedMesh& mesh = scene.meshes[static_cast<std::size_t>(NodeOf(scene, node)->mesh)];
-    return scene.materials[mesh.batches.front().material].diffuse;
+    return MaterialOf(scene, node).diffuse;
 }
 CSceneEdits::CMaterialChange Paint(CVec3 color) {
     return [color](Lib3dsMaterial& m) { material_edits::SetColor(m, color); };
@@ -143,28 +124,21 @@ CSceneEdits::CMaterialChange Paint(CVec3 color) {
 
 class CSceneEditsPlace : public testing::TestWithParam<const char*> {};
 
-TEST_P(CSceneEditsPlace, MovesByTheOffsetAtEveryFrameAndInTheFile) {
-    const CMat4 by = CMat4::Translation({0.5f, -4, 7});
+TEST_P(CSceneEditsPlace, MovesByTheOffsetAndTurnsAboutItsOwnOriginAtEveryFrameAndInTheFile) {
     for (const float frame : {0.0f, 4.0f, 10.0f}) {
-        CEdited scene(ZooFile());
-        const auto before = Marks(scene.At(frame), GetParam());
-        ASSERT_TRUE(scene.Edits().MoveNode(scene.At(0), GetParam(), {0.5f, -4, 7}));
-        ExpectMapped(before, Marks(scene.At(frame), GetParam()), by);
-        ExpectMapped(before, Marks(scene.Reopened(frame), GetParam()), by);
-    }
-}
+        CEdited moved(ZooFile()), turned(ZooFile());
+        const auto before = Marks(moved.At(frame), GetParam());
+        CMat4 by = CMat4::Translation({0.5f, -4, 7});
+        ASSERT_TRUE(moved.Edits().MoveNode(moved.At(0), GetParam(), {0.5f, -4, 7}));
+        ExpectMapped(before, Marks(moved.At(frame), GetParam()), by);
+        ExpectMapped(before, Marks(moved.Reopened(frame), GetParam()), by);
 
-TEST_P(CSceneEditsPlace, TurnsAboutItsOwnOriginAtEveryFrameAndInTheFile) {
-    for (const float frame : {0.0f, 4.0f, 10.0f}) {
-        CEdited scene(ZooFile());
-        const auto before = Marks(scene.At(frame), GetParam());
         // A mesh whose matrix says nothing turns about its middle, which is the origin here.
-        const CVec3 origin = NodeOf(scene.At(frame), GetParam())->world.TransformPoint({});
-        const CMat4 by =
-            CMat4::Translation(origin) * RotationOfAngles(30, -50, 110) * CMat4::Translation(-origin);
-        ASSERT_TRUE(scene.Edits().RotateNode(scene.At(0), GetParam(), {30, -50, 110}));
-        ExpectMapped(before, Marks(scene.At(frame), GetParam()), by);
-        ExpectMapped(before, Marks(scene.Reopened(frame), GetParam()), by);
+        const CVec3 origin = NodeOf(turned.At(frame), GetParam())->world.TransformPoint({});
+        by = CMat4::Translation(origin) * RotationOfAngles(30, -50, 110) * CMat4::Translation(-origin);
+        ASSERT_TRUE(turned.Edits().RotateNode(turned.At(0), GetParam(), {30, -50, 110}));
+        ExpectMapped(before, Marks(turned.At(frame), GetParam()), by);
+        ExpectMapped(before, Marks(turned.Reopened(frame), GetParam()), by);
     }
 }
 
@@ -172,19 +146,15 @@ INSTANTIATE_TEST_SUITE_P(Nodes, CSceneEditsPlace,
                          testing::Values("Keyed", "Animated", "Parent", "Unkeyed", "NoNode"),
                          [](const auto& row) { return std::string(row.param); });
 
-TEST(CSceneEditsTest, ChildMovesInSceneCoordinatesWhateverItsParentIs) {
+TEST(CSceneEditsTest, ChildMovesInSceneCoordinatesWhateverItsParentIsAndFollowsIt) {
     CEdited scene(ZooFile());
-    const auto before = Marks(scene.At(), "Child");
+    auto before = Marks(scene.At(), "Child");
     ASSERT_TRUE(scene.Edits().MoveNode(scene.At(), "Child", {0, 0, 5}));
     ExpectMapped(before, Marks(scene.At(), "Child"), CMat4::Translation({0, 0, 5}));
     const CVec3 origin = NodeOf(scene.At(), "Child")->world.TransformPoint({});
     ASSERT_TRUE(scene.Edits().RotateNode(scene.At(), "Child", {0, 0, 90}));
     EXPECT_LT(Length(NodeOf(scene.At(), "Child")->world.TransformPoint({}) - origin), 1e-4f);
-}
-
-TEST(CSceneEditsTest, ChildrenFollowTheirParent) {
-    CEdited scene(ZooFile());
-    const auto before = Marks(scene.At(), "Child");
+    before = Marks(scene.At(), "Child");
     ASSERT_TRUE(scene.Edits().MoveNode(scene.At(), "Parent", {1, 2, 3}));
     ExpectMapped(before, Marks(scene.At(), "Child"), CMat4::Translation({1, 2, 3}));
 }
@@ -202,25 +172,19 @@ TEST(CSceneEditsTest, UnknownNodesAndNumbersThatAreNoneAreRefused) {
     EXPECT_FALSE(scene.Edits().NeedsPreparing());
 }
 
-TEST(CSceneEditsTest, DeletedParentLeavesItsChildrenInTheirPlace) {
+TEST(CSceneEditsTest, EveryNodeCanBeDeletedAndItsChildrenStayInTheirPlace) {
     CEdited scene(ZooFile());
-    const auto before = Marks(scene.At(), "Child");
-    const std::size_t triangles = scene.At().triangleCount;
-    ASSERT_TRUE(scene.Edits().DeleteNode("Parent"));
-    EXPECT_EQ(scene.At().triangleCount, triangles - 12);
-    ExpectMapped(before, Marks(scene.At(), "Child"), {});
-    ExpectMapped(before, Marks(scene.Reopened(), "Child"), {});
-    EXPECT_FALSE(scene.Edits().DeleteNode("Parent"));
-}
-
-TEST(CSceneEditsTest, EveryNodeCanBeDeletedOneAfterAnother) {
-    CEdited scene(ZooFile());
+    const auto child = Marks(scene.At(), "Child");
     std::size_t left = scene.At().triangleCount;
     for (const char* name : {"Parent", "Keyed", "NoNode", "Child", "Unkeyed", "Animated"}) {
         ASSERT_TRUE(scene.Edits().DeleteNode(name)) << name;
         left -= 12;
         EXPECT_EQ(scene.At().triangleCount, left) << name;
+        EXPECT_FALSE(scene.Edits().DeleteNode(name)) << name;
         EXPECT_EQ(scene.Reopened().triangleCount, left) << name;
+        if (left < 3 * 12) continue;
+        ExpectMapped(child, Marks(scene.At(), "Child"), {});
+        ExpectMapped(child, Marks(scene.Reopened(), "Child"), {});
     }
     EXPECT_EQ(left, 0u);
 }
@@ -232,14 +196,7 @@ CBytes TwinsFile() {
                            ObjectNode(1, "Box", 65535, AtPosition(5, 0, 0) + Instance("Two"))));
 }
 
-TEST(CSceneEditsTest, DeletingOneInstanceKeepsTheOther) {
-    CEdited scene(TwinsFile());
-    ASSERT_TRUE(scene.Edits().DeleteNode("Box"));
-    ASSERT_NE(NodeOf(scene.At(), "Box.Two"), nullptr);
-    EXPECT_EQ(scene.Reopened().triangleCount, 12u);
-}
-
-TEST(CSceneEditsTest, PaintingOneInstanceLeavesTheOtherAndBothNames) {
+TEST(CSceneEditsTest, PaintingOrDeletingOneInstanceLeavesTheOther) {
     CEdited scene(TwinsFile());
     ASSERT_TRUE(scene.Edits().ChangeNodeMaterial("Box.Two", "Red", Paint({0, 1, 0})));
     // By the names of before, as a list of edits has them.
@@ -249,6 +206,9 @@ TEST(CSceneEditsTest, PaintingOneInstanceLeavesTheOtherAndBothNames) {
     EXPECT_EQ(ColorOf(scene.At(), "Box.Two"), (CVec3{0, 1, 0}));
     EXPECT_EQ(scene.At().materials.size(), 3u);  // Red, its copy and the default one: split once
     EXPECT_EQ(scene.Reopened().triangleCount, 24u);
+    ASSERT_TRUE(scene.Edits().DeleteNode("Box"));
+    ASSERT_NE(NodeOf(scene.At(), "Box.Two"), nullptr);
+    EXPECT_EQ(scene.Reopened().triangleCount, 12u);
 }
 
 TEST(CSceneEditsTest, SharedMaterialIsSplitForTheNodeAndOnlyThen) {
@@ -256,17 +216,12 @@ TEST(CSceneEditsTest, SharedMaterialIsSplitForTheNodeAndOnlyThen) {
     ASSERT_TRUE(scene.Edits().ChangeNodeMaterial("Keyed", "", Paint({0, 0, 1})));
     EXPECT_EQ(ColorOf(scene.At(), "Keyed"), (CVec3{0, 0, 1}));
     EXPECT_EQ(ColorOf(scene.At(), "Child"), (CVec3{1, 0, 0}));
-    const std::string own = MaterialNameOf(scene.At(), "Keyed");
+    const std::string own = MaterialOf(scene.At(), "Keyed").name;
     ASSERT_TRUE(scene.Edits().ChangeNodeMaterial("Keyed", "", Paint({0, 1, 1})));
-    EXPECT_EQ(MaterialNameOf(scene.At(), "Keyed"), own);
-    const CPreparedScene reopened = scene.Reopened();
-    EXPECT_EQ(ColorOf(reopened, "Keyed"), (CVec3{0, 1, 1}));
-    EXPECT_EQ(ColorOf(reopened, "Child"), (CVec3{1, 0, 0}));
-}
-
-TEST(CSceneEditsTest, MaterialFormReachesSplitPartsToo) {
-    CEdited scene(ZooFile());
-    ASSERT_TRUE(scene.Edits().ChangeNodeMaterial("Keyed", "Red", Paint({0, 0, 1})));
+    EXPECT_EQ(MaterialOf(scene.At(), "Keyed").name, own);
+    EXPECT_EQ(ColorOf(scene.Reopened(), "Keyed"), (CVec3{0, 1, 1}));
+    EXPECT_EQ(ColorOf(scene.Reopened(), "Child"), (CVec3{1, 0, 0}));
+    // The form that names a material alone reaches the split part too.
     ASSERT_TRUE(scene.Edits().ChangeMaterial("Red", Paint({1, 1, 0})));
     EXPECT_EQ(ColorOf(scene.At(), "Keyed"), (CVec3{1, 1, 0}));
     EXPECT_EQ(ColorOf(scene.At(), "Child"), (CVec3{1, 1, 0}));
@@ -283,8 +238,7 @@ TEST(CSceneEditsTest, FacesWithoutAMaterialGetOneOfTheirOwn) {
 }
 
 TEST(CSceneEditsTest, ValuesAreClampedAndAColorIsNotHiddenByAPicture) {
-    CEdited scene(ZooFile());
-    Lib3dsMaterial& red = *scene.Material("Red");
+    Lib3dsMaterial red{};
     std::fill_n(red.ambient, 3, 0.25f);
     std::fill_n(red.diffuse, 3, 0.5f);
     red.texture1_map.percent = 1;
@@ -308,7 +262,7 @@ TEST(CSceneEditsTest, TexturesFromElsewhereAreFoundUnderNamesOfTheirOwn) {
     const auto one = material_edits::AddTextureFile(scene.Scene(), first);
     ASSERT_TRUE(one);
     EXPECT_EQ(one.Value(), "wood.png");
-    material_edits::SetTexture(*scene.Material("Red"), one.Value());
+    material_edits::SetTexture(*lib3ds_file_material_by_name(scene.Scene().Header(), "Red"), one.Value());
     const auto two = material_edits::AddTextureFile(scene.Scene(), second);
     ASSERT_TRUE(two);
     EXPECT_EQ(two.Value(), "wood#2.png");
@@ -324,14 +278,14 @@ TEST(CSceneEditsTest, TexturesFromElsewhereAreFoundUnderNamesOfTheirOwn) {
 
 /** Another file's node: a flat square round (0.5, 0.5, 0), red as well, but of another red. */
 std::string AddReplacement(const CTestFolder& folder) {
-    const CBytes points = Chunk(0x4110, Words({4}) + Floats({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}));
-    const CBytes faces = Chunk(0x4120, Words({2, 0, 1, 2, 7, 0, 2, 3, 7}) + Group("Red", {0, 1}));
+    const CBytes points = Points({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0});
+    const CBytes faces = Faces({0, 1, 2, 0, 2, 3}, Group("Red", {0, 1}));
     const CBytes file =
         Scene(Material("Red", DiffuseColor(128, 0, 0)) + Cube("Other") + Mesh("Square", points + faces),
               Keyframer(ObjectNode(0, "Other", 65535, AtPosition(0, 0, 0)) +
                         ObjectNode(1, "Square", 65535,
                                    AtPosition(50, 60, 70) + Chunk(0xB013, Floats({0.5f, 0.5f, 0})))));
-    return folder.Add("new.3ds", {reinterpret_cast<const char*>(file.data()), file.size()});
+    return folder.Add("new.3ds", file);
 }
 
 class CSceneEditsReplace : public testing::TestWithParam<const char*> {};

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "platform/CTestFolder.h"
+#include "row_name.h"
 
 namespace {
 
@@ -23,103 +24,59 @@ void Write(const CTestFolder& folder, const std::string& relative, const std::st
     (void)folder.Add(relative, text);
 }
 
-std::string CaseName(const testing::TestParamInfo<CCase>& info) {
-    return info.param.name;
-}
+const std::string kCat = "g/u/t/\xD0\xBA\xD0\xBE\xD1\x82.jpg";  // three Cyrillic letters
 
-// The model lies at game/units/tank/tank.3ds in each case.
-const std::vector<CCase> kOnDisk{
-    {"SameCase",
-     {"game/units/tank/Hull.jpg", "game/units/tank/hull.jpg"},
-     "hull.jpg",
-     "game/units/tank/hull.jpg"},
-    {"OtherCase", {"game/units/tank/hull.jpg"}, "HULL.JPG", "game/units/tank/hull.jpg"},
-    {"DosPath", {"game/units/tank/hull.jpg"}, "C:\\MAPS\\HULL.JPG", "game/units/tank/hull.jpg"},
-    {"HostPath", {"game/units/tank/hull.jpg"}, "\\\\server\\share\\hull.jpg", "game/units/tank/hull.jpg"},
-    {"QuotesAndBlanks", {"game/units/tank/hull.jpg"}, " \"hull.jpg\" ", "game/units/tank/hull.jpg"},
-    {"RelativePathFirst",
-     {"game/units/tank/hull.jpg", "game/units/tank/skin2/hull.jpg"},
-     "Skin2\\Hull.jpg",
-     "game/units/tank/skin2/hull.jpg"},
-    {"FolderBeforeAbsolutePath",
-     {"game/units/tank/hull.jpg", "game/units/tank/x/hull.jpg"},
-     "D:\\x\\hull.jpg",
-     "game/units/tank/hull.jpg"},
-    {"EndOfAbsolutePath",
-     {"game/units/tank/a/b/c/hull.jpg"},
-     "D:\\work\\A\\B\\C\\hull.jpg",
-     "game/units/tank/a/b/c/hull.jpg"},
+// The model lies at g/u/t/tank.3ds (game, units, tank) in each case.
+const CCase kOnDisk[] = {
+    {"SameCase", {"g/u/t/Hull.jpg", "g/u/t/hull.jpg"}, "hull.jpg", "g/u/t/hull.jpg"},
+    {"OtherCase", {"g/u/t/hull.jpg"}, "HULL.JPG", "g/u/t/hull.jpg"},
+    {"DosPath", {"g/u/t/hull.jpg"}, "C:\\MAPS\\HULL.JPG", "g/u/t/hull.jpg"},
+    {"HostPath", {"g/u/t/hull.jpg"}, "\\\\server\\share\\hull.jpg", "g/u/t/hull.jpg"},
+    {"QuotesAndBlanks", {"g/u/t/hull.jpg"}, " \"hull.jpg\" ", "g/u/t/hull.jpg"},
+    {"RelativePathFirst", {"g/u/t/hull.jpg", "g/u/t/x/hull.jpg"}, "X\\Hull.jpg", "g/u/t/x/hull.jpg"},
+    {"FolderBeforeAbsolutePath", {"g/u/t/hull.jpg", "g/u/t/x/hull.jpg"}, "D:\\x\\hull.jpg", "g/u/t/hull.jpg"},
+    {"EndOfAbsolutePath", {"g/u/t/a/b/c/hull.jpg"}, "D:\\work\\A\\B\\C\\hull.jpg", "g/u/t/a/b/c/hull.jpg"},
     {"UsualSubFolderBeforeOthers",
-     {"game/units/tank/aaa/hull.jpg", "game/units/tank/Textures/hull.jpg"},
+     {"g/u/t/a/hull.jpg", "g/u/t/Tex/hull.jpg"},
      "hull.jpg",
-     "game/units/tank/Textures/hull.jpg"},
-    {"AnySubFolder", {"game/units/tank/red army/hull.jpg"}, "hull.jpg", "game/units/tank/red army/hull.jpg"},
-    {"NearerSubFolder",
-     {"game/units/tank/a/b/hull.jpg", "game/units/tank/z/hull.jpg"},
-     "hull.jpg",
-     "game/units/tank/z/hull.jpg"},
-    {"SubFoldersTwoDeepOnly", {"game/units/tank/a/b/c/hull.jpg"}, "hull.jpg", ""},
-    {"SisterFolder",
-     {"game/units/MAPS/hull.jpg", "game/units/hull.jpg"},
-     "hull.jpg",
-     "game/units/MAPS/hull.jpg"},
-    {"OtherSisterFoldersNever", {"game/units/secret/hull.jpg"}, "hull.jpg", ""},
-    {"Parent", {"game/units/hull.jpg"}, "hull.jpg", "game/units/hull.jpg"},
+     "g/u/t/Tex/hull.jpg"},
+    {"AnySubFolder", {"g/u/t/red army/hull.jpg"}, "hull.jpg", "g/u/t/red army/hull.jpg"},
+    {"NearerSubFolder", {"g/u/t/a/b/hull.jpg", "g/u/t/z/hull.jpg"}, "hull.jpg", "g/u/t/z/hull.jpg"},
+    {"SubFoldersTwoDeepOnly", {"g/u/t/a/b/c/hull.jpg"}, "hull.jpg", ""},
+    {"SisterFolder", {"g/u/MAPS/hull.jpg", "g/u/hull.jpg"}, "hull.jpg", "g/u/MAPS/hull.jpg"},
+    {"OtherSisterFoldersNever", {"g/u/secret/hull.jpg"}, "hull.jpg", ""},
+    {"Parent", {"g/u/hull.jpg"}, "hull.jpg", "g/u/hull.jpg"},
     {"TexturesOfTheProject", {"textures/hull.jpg"}, "HULL.JPG", "textures/hull.jpg"},
     {"NoLoosePictureFarUp", {"hull.jpg"}, "hull.jpg", ""},
-    {"NotUpwardsAtWill", {"game/units/secret/hull.jpg", "hull.jpg"}, "../secret/hull.jpg", ""},
-    {"AfterDotDotStillHere",
-     {"game/units/tank/maps/hull.jpg"},
-     "..\\maps\\hull.jpg",
-     "game/units/tank/maps/hull.jpg"},
-    {"OtherPictureFormat", {"game/units/tank/hull.tga"}, "HULL.RGB", "game/units/tank/hull.tga"},
-    {"NameBeforeOtherFormat",
-     {"game/units/tank/hull.tga", "game/units/hull.rgb"},
-     "HULL.RGB",
-     "game/units/hull.rgb"},
-    {"UsualFormatFirst",
-     {"game/units/tank/hull.pcx", "game/units/tank/hull.jpg"},
-     "hull.bmp",
-     "game/units/tank/hull.jpg"},
-    {"NoFormatAtAll", {"game/units/tank/hull.v2.png"}, "hull.v2", "game/units/tank/hull.v2.png"},
-    {"OtherFormatMustBeAPicture", {"game/units/tank/hull.txt"}, "hull.jpg", ""},
-    {"DosShortName", {"game/units/tank/Beretta new.jpg"}, "BERETT~1.JPG", "game/units/tank/Beretta new.jpg"},
-    {"EightLetters", {"game/units/tank/camouflage.jpg"}, "CAMOUFLA.JPG", "game/units/tank/camouflage.jpg"},
-    {"AmbiguousShortName",
-     {"game/units/tank/camouflage1.jpg", "game/units/tank/camouflage2.jpg"},
-     "CAMOUF~1.JPG",
-     ""},
-    {"ShortNameWithoutNeed", {"game/units/tank/berett.jpg"}, "BERETT~1.JPG", ""},
-    {"Utf8Cyrillic",
-     {"game/units/tank/\xD0\xBA\xD0\xBE\xD1\x82.jpg"},
-     "\xD0\x9A\xD0\x9E\xD0\xA2.JPG",
-     "game/units/tank/\xD0\xBA\xD0\xBE\xD1\x82.jpg"},
-    {"Windows1251",
-     {"game/units/tank/\xD0\xBA\xD0\xBE\xD1\x82.jpg"},
-     "\xCA\xCE\xD2.JPG",
-     "game/units/tank/\xD0\xBA\xD0\xBE\xD1\x82.jpg"},
-    {"Dos866",
-     {"game/units/tank/\xD0\xBA\xD0\xBE\xD1\x82.jpg"},
-     "\x8A\x8E\x92.JPG",
-     "game/units/tank/\xD0\xBA\xD0\xBE\xD1\x82.jpg"},
-    {"Windows1252", {"game/units/tank/gr\xC3\xBCn.jpg"}, "GR\xDCN.JPG", "game/units/tank/gr\xC3\xBCn.jpg"},
-    {"Dos437", {"game/units/tank/gr\xC3\xBCn.jpg"}, "GR\x9AN.JPG", "game/units/tank/gr\xC3\xBCn.jpg"},
-    {"BytesOnDisk", {"game/units/tank/gr\xFCn.jpg"}, "GR\xFCN.JPG", "game/units/tank/gr\xFCn.jpg"},
-    {"EmptyReference", {"game/units/tank/hull.jpg"}, "", ""},
-    {"OnlySlashes", {"game/units/tank/hull.jpg"}, "\\\\//..\\", ""},
-    {"EndsAtZero",
-     {"game/units/tank/hull.jpg"},
-     std::string("hull.jpg\0junk", 13),
-     "game/units/tank/hull.jpg"},
+    {"NotUpwardsAtWill", {"g/u/secret/hull.jpg", "hull.jpg"}, "../secret/hull.jpg", ""},
+    {"AfterDotDotStillHere", {"g/u/t/maps/hull.jpg"}, "..\\maps\\hull.jpg", "g/u/t/maps/hull.jpg"},
+    {"OtherPictureFormat", {"g/u/t/hull.tga"}, "HULL.RGB", "g/u/t/hull.tga"},
+    {"NameBeforeOtherFormat", {"g/u/t/hull.tga", "g/u/hull.rgb"}, "HULL.RGB", "g/u/hull.rgb"},
+    {"UsualFormatFirst", {"g/u/t/hull.pcx", "g/u/t/hull.jpg"}, "hull.bmp", "g/u/t/hull.jpg"},
+    {"NoFormatAtAll", {"g/u/t/hull.v2.png"}, "hull.v2", "g/u/t/hull.v2.png"},
+    {"OtherFormatMustBeAPicture", {"g/u/t/hull.txt"}, "hull.jpg", ""},
+    {"DosShortName", {"g/u/t/Beretta new.jpg"}, "BERETT~1.JPG", "g/u/t/Beretta new.jpg"},
+    {"EightLetters", {"g/u/t/camouflage.jpg"}, "CAMOUFLA.JPG", "g/u/t/camouflage.jpg"},
+    {"AmbiguousShortName", {"g/u/t/camoufl_A.jpg", "g/u/t/camoufl_B.jpg"}, "CAMOUF~1.JPG", ""},
+    {"ShortNameWithoutNeed", {"g/u/t/berett.jpg"}, "BERETT~1.JPG", ""},
+    {"Utf8Cyrillic", {kCat}, "\xD0\x9A\xD0\x9E\xD0\xA2.JPG", kCat},
+    {"Windows1251", {kCat}, "\xCA\xCE\xD2.JPG", kCat},
+    {"Dos866", {kCat}, "\x8A\x8E\x92.JPG", kCat},
+    {"Windows1252", {"g/u/t/gr\xC3\xBCn.jpg"}, "GR\xDCN.JPG", "g/u/t/gr\xC3\xBCn.jpg"},
+    {"Dos437", {"g/u/t/gr\xC3\xBCn.jpg"}, "GR\x9AN.JPG", "g/u/t/gr\xC3\xBCn.jpg"},
+    {"BytesOnDisk", {"g/u/t/gr\xFCn.jpg"}, "GR\xFCN.JPG", "g/u/t/gr\xFCn.jpg"},
+    {"EmptyReference", {"g/u/t/hull.jpg"}, "", ""},
+    {"OnlySlashes", {"g/u/t/hull.jpg"}, "\\\\//..\\", ""},
+    {"EndsAtZero", {"g/u/t/hull.jpg"}, std::string("hull.jpg\0junk", 13), "g/u/t/hull.jpg"},
 };
 
 class BesideModel : public testing::TestWithParam<CCase> {};
 
 TEST_P(BesideModel, FindsTheNearest) {
     const CTestFolder folder;
-    Write(folder, "game/units/tank/tank.3ds", "");
+    Write(folder, "g/u/t/tank.3ds", "");
     for (const std::string& file : GetParam().files) Write(folder, file, "picture");
-    const CTextureLocator locator = CTextureLocator::BesideModel(folder / "game/units/tank/tank.3ds");
+    const CTextureLocator locator = CTextureLocator::BesideModel(folder / "g/u/t/tank.3ds");
     for (int i = 0; i < 2; ++i) {  // the second time from memory
         const auto hit = locator.Find(GetParam().reference);
         if (GetParam().expected.empty()) {
@@ -131,7 +88,7 @@ TEST_P(BesideModel, FindsTheNearest) {
         }
     }
 }
-INSTANTIATE_TEST_SUITE_P(CTextureLocator, BesideModel, testing::ValuesIn(kOnDisk), CaseName);
+INSTANTIATE_TEST_SUITE_P(CTextureLocator, BesideModel, testing::ValuesIn(kOnDisk), kRowName);
 
 TEST(CTextureLocator, TakesOnlyRegularFiles) {
     const CTestFolder folder;
@@ -145,13 +102,14 @@ TEST(CTextureLocator, TakesOnlyRegularFiles) {
 
 TEST(CTextureLocator, FindsByLikelySpellingInAFolderTooLargeToList) {
     const CTestFolder folder;
-    for (int i = 0; i < 10'500; ++i) Write(folder, "f" + std::to_string(i), "");
-    Write(folder, "hull.jpg", "picture");
-    Write(folder, "GUN.JPG", "picture");
+    const std::string picture = folder.Add("hull.jpg", "picture");
+    std::filesystem::create_hard_link(picture, folder / "GUN.JPG");
+    for (int i = 0; i < 10'001; ++i) std::filesystem::create_hard_link(picture, folder / std::to_string(i));
     const CTextureLocator locator = CTextureLocator::BesideModel(folder / "a.3ds");
     EXPECT_TRUE(locator.Find("Hull.jpg"));
     EXPECT_TRUE(locator.Find("gun.jpg"));
     EXPECT_FALSE(locator.Find("nothing.jpg"));
+    EXPECT_FALSE(CTextureLocator().Find("hull.jpg"));
 }
 
 TEST(CTextureLocator, SeveralThreadsAskAtOnce) {
@@ -171,7 +129,7 @@ TEST(CTextureLocator, SeveralThreadsAskAtOnce) {
     EXPECT_EQ(found, 200);
 }
 
-const std::vector<CCase> kInMemory{
+const CCase kInMemory[] = {
     {"OtherCase", {"Hull.jpg"}, "C:\\X\\HULL.JPG", "Hull.jpg"},
     {"SamePathFirst", {"a/hull.jpg", "red/hull.jpg"}, "RED\\hull.jpg", "red/hull.jpg"},
     {"ShortestPathElse", {"deep/a/hull.jpg", "a/hull.jpg"}, "hull.jpg", "a/hull.jpg"},
@@ -193,10 +151,6 @@ TEST_P(InMemory, GivesTheBytes) {
     ASSERT_NE(hit->data, nullptr);
     EXPECT_EQ(*hit->data, std::vector<std::byte>{std::byte{42}});
 }
-INSTANTIATE_TEST_SUITE_P(CTextureLocator, InMemory, testing::ValuesIn(kInMemory), CaseName);
-
-TEST(CTextureLocator, FindsNothingByDefault) {
-    EXPECT_FALSE(CTextureLocator().Find("hull.jpg"));
-}
+INSTANTIATE_TEST_SUITE_P(CTextureLocator, InMemory, testing::ValuesIn(kInMemory), kRowName);
 
 }  // namespace

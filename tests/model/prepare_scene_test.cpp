@@ -6,18 +6,10 @@
 #include <numbers>
 #include <vector>
 
-#include "model/C3dsBytes.h"
-#include "model/CSceneReader.h"
+#include "model/CReadScene.h"
+#include "row_name.h"
 
 namespace {
-/** A scene read from bytes, and prepared. */
-struct CPrepared {
-    explicit CPrepared(const CBytes& bytes)
-        : scene(CSceneReader::ReadBytes(bytes)), prepared(PrepareScene(scene.Value())) {}
-    CResult<CScene> scene;
-    CPreparedScene prepared;
-};
-
 void ExpectNear(CVec3 actual, CVec3 expected, float tolerance = 1e-4f) {
     EXPECT_LT(Length(actual - expected), tolerance)
         << actual.x << " " << actual.y << " " << actual.z << " is not " << expected.x << " " << expected.y
@@ -42,32 +34,25 @@ struct CSmoothing {
     std::size_t vertices;
 };
 class SmoothingGroups : public testing::TestWithParam<CSmoothing> {};
-std::ostream& operator<<(std::ostream& out, const CSmoothing& row) {
-    return out << row.name;
-}
 
 TEST_P(SmoothingGroups, SplitVertices) {
-    const CPrepared cube(SmoothCube(GetParam().masks));
+    const CReadScene cube(SmoothCube(GetParam().masks));
     EXPECT_EQ(cube.prepared.meshes[0].vertices.size(), GetParam().vertices);
     for (const CPreparedVertex& vertex : cube.prepared.meshes[0].vertices)
         EXPECT_NEAR(Length(vertex.Normal()), 1, 1e-3f);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    PrepareScene, SmoothingGroups,
-    testing::Values(CSmoothing{"None", {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, 24},
-                    CSmoothing{"OneForAll", {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}, 8},
-                    CSmoothing{"OneForEachSide", {1, 1, 2, 2, 4, 4, 8, 8, 16, 16, 32, 32}, 24},
-                    CSmoothing{"TopAloneRestTogether", {1, 1, 2, 2, 1, 1, 1, 1, 1, 1, 1, 1}, 12},
-                    CSmoothing{"EqualUnionsShareAVertex", {3, 3, 3, 3, 1, 1, 1, 1, 3, 3, 1, 1}, 8}),
-    [](const auto& row) { return row.param.name; });
+const CSmoothing kSmoothings[] = {{"None", {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, 24},
+                                  {"OneForAll", {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}, 8},
+                                  {"OneForEachSide", {1, 1, 2, 2, 4, 4, 8, 8, 16, 16, 32, 32}, 24},
+                                  {"TopAloneRestTogether", {1, 1, 2, 2, 1, 1, 1, 1, 1, 1, 1, 1}, 12},
+                                  {"EqualUnionsShareAVertex", {3, 3, 3, 3, 1, 1, 1, 1, 3, 3, 1, 1}, 8}};
+INSTANTIATE_TEST_SUITE_P(PrepareScene, SmoothingGroups, testing::ValuesIn(kSmoothings), kRowName);
 
 /** The normal of the first of three faces that meet in an edge, at that edge. */
 CVec3 FirstNormalOfSheet(std::initializer_list<std::uint32_t> masks) {
-    const CBytes points =
-        Chunk(0x4110, Words({5}) + Floats({0, 0, 0, 0, 0, 1, -1, 1, 0, -1, 0, 0, -1, -1, 0}));
-    const CBytes faces = Chunk(0x4120, Words({3, 0, 1, 2, 7, 0, 1, 3, 7, 0, 1, 4, 7}) + Smoothing(masks));
-    const CPrepared sheet(Scene(Mesh("Sheet", points + faces)));
+    const CReadScene sheet(Scene(Mesh("Sheet", Points({0, 0, 0, 0, 0, 1, -1, 1, 0, -1, 0, 0, -1, -1, 0}) +
+                                                   Faces({0, 1, 2, 0, 1, 3, 0, 1, 4}, Smoothing(masks)))));
     const CPreparedMesh& mesh = sheet.prepared.meshes[0];
     return mesh.vertices[mesh.Index(0)].Normal();
 }
@@ -89,7 +74,7 @@ TEST(PrepareScene, FanOfManyFacesKeepsItsNormal) {
                                           static_cast<std::uint16_t>((i + 1) % kFaces + 1), 7});
         Put(masks, std::uint32_t{1} << (i % 32));
     }
-    const CPrepared fan(
+    const CReadScene fan(
         Scene(Mesh("Fan", Chunk(0x4110, points) + Chunk(0x4120, faces + Chunk(0x4150, masks)))));
     const CPreparedMesh& mesh = fan.prepared.meshes[0];
     ExpectNear(mesh.vertices[mesh.Index(0)].Normal(), {0, 0, 1}, 0.01f);
@@ -97,9 +82,9 @@ TEST(PrepareScene, FanOfManyFacesKeepsItsNormal) {
 
 TEST(PrepareScene, FaceOnTheSeamOfAWrappedMapGoesOn) {
     const CBytes texels = Chunk(0x4140, Words({3}) + Floats({0.9f, 0, 0.1f, 0, 0.9f, 1}));
-    const CBytes mesh = Chunk(0x4110, Words({3}) + Floats({0, 0, 0, 1, 0, 0, 0, 1, 0})) + texels +
+    const CBytes mesh = Points({0, 0, 0, 1, 0, 0, 0, 1, 0}) + texels +
                         Chunk(0x4120, Words({1, 0, 1, 2, 7 | 8}) + Chunk(0x4130, Text("M") + Words({1, 0})));
-    const CPrepared seam(
+    const CReadScene seam(
         Scene(Material("M", Chunk(0xA200, Chunk(0xA300, Text("X.PNG")))) + Mesh("Seam", mesh)));
     const CPreparedMesh& prepared = seam.prepared.meshes[0];
     ASSERT_EQ(prepared.texCoords.size(), 3u);
@@ -110,11 +95,10 @@ TEST(PrepareScene, FaceOnTheSeamOfAWrappedMapGoesOn) {
 /** Two faces that meet at an edge whose two points are repeated; folded flat they would be front and back. */
 CPreparedMesh FacesAtASeam(bool withMap, bool backToBack) {
     const float x = backToBack ? 1.0f : -1.0f, z = backToBack ? 0.0f : 1.0f;
-    const CBytes points =
-        Chunk(0x4110, Words({6}) + Floats({0, 0, 0, 0, 1, 0, 1, 0, 0, 0, 0, 0, 0, 1, 0, x, 0, z}));
+    const CBytes points = Points({0, 0, 0, 0, 1, 0, 1, 0, 0, 0, 0, 0, 0, 1, 0, x, 0, z});
     const CBytes texels = Chunk(0x4140, Words({6}) + Floats({0, 0, 0, 1, 1, 0, 0.5f, 0, 0.5f, 1, 0.7f, 0}));
-    const CBytes faces = Chunk(0x4120, Words({2, 0, 2, 1, 7, 3, 4, 5, 7}) + Smoothing({1, 1}));
-    return CPrepared(Scene(Mesh("Seam", points + (withMap ? texels : CBytes{}) + faces))).prepared.meshes[0];
+    const CBytes faces = Faces({0, 2, 1, 3, 4, 5}, Smoothing({1, 1}));
+    return CReadScene(Scene(Mesh("Seam", points + (withMap ? texels : CBytes{}) + faces))).prepared.meshes[0];
 }
 
 TEST(PrepareScene, SeamOfAMapStaysSmooth) {
@@ -133,7 +117,7 @@ TEST(PrepareScene, SeamOfAMapStaysSmooth) {
 TEST(PrepareScene, FacesAreBatchedByMaterialAndNoneIsLost) {
     const CBytes groups =
         Chunk(0x4130, Text("B") + Words({2, 0, 4})) + Chunk(0x4130, Text("A") + Words({1, 7}));
-    const CPrepared cube(
+    const CReadScene cube(
         Scene(Material("A") + Material("B") + Mesh("Cube", CubePoints() + CubeFaces(groups))));
     const CPreparedMesh& mesh = cube.prepared.meshes[0];
     std::vector<std::uint32_t> triangles(3);
@@ -153,7 +137,7 @@ TEST(PrepareScene, MeshWithoutKeysIsDrawnWhereTheFileHasIt) {
     for (const CBytes& matrix : {moved, mirrored}) {
         for (const CBytes& keyframer : {CBytes{}, Keyframer(ObjectNode(0, "$$$DUMMY", 65535)),
                                         Keyframer(ObjectNode(0, "Cube", 65535))}) {
-            const CPrepared cube(Scene(Mesh("Cube", CubePoints() + CubeFaces() + matrix), keyframer));
+            const CReadScene cube(Scene(Mesh("Cube", CubePoints() + CubeFaces() + matrix), keyframer));
             ExpectNear(DrawnPoint(cube.prepared, cube.prepared.nodes.size() - 1, 0), {-1, -1, -1});
             EXPECT_FALSE(cube.prepared.nodes.back().mirrored);
         }
@@ -166,7 +150,7 @@ TEST(PrepareScene, HierarchyAndPivotPlaceInstances) {
         ObjectNode(0, "$$$DUMMY", 65535, AtPosition(100, 0, 0)) +
         ObjectNode(1, "Cube", 0, Chunk(0xB013, Floats({1, 0, 0})) + AtPosition(0, 50, 0) + quarterTurn) +
         ObjectNode(2, "Cube", 1, Chunk(0xB011, Text("copy")) + AtPosition(0, 0, 7));
-    const CPrepared scene(Scene(Cube(), Keyframer(nodes)));
+    const CReadScene scene(Scene(Cube(), Keyframer(nodes)));
     ASSERT_EQ(scene.prepared.nodes.size(), 3u);
     EXPECT_EQ(scene.prepared.nodes[2].name, "Cube.copy");
     EXPECT_EQ(scene.prepared.nodes[1].mesh, scene.prepared.nodes[2].mesh);
@@ -178,39 +162,28 @@ TEST(PrepareScene, HierarchyAndPivotPlaceInstances) {
     EXPECT_EQ(scene.prepared.triangleCount, 24u);
 }
 
-struct CMirror {
-    const char* name;
-    float nodeScaleX;
-};
-class MirroredMesh : public testing::TestWithParam<CMirror> {};
-std::ostream& operator<<(std::ostream& out, const CMirror& row) {
-    return out << row.name;
-}
-
 /** The mesh matrix mirrors in x about x = 4; keys that mirror too and keys that do not must give the same
  * picture. */
-TEST_P(MirroredMesh, StandsWhereItsPointsAre) {
-    const CBytes node = ObjectNode(
-        0, "Cube", 65535, AtPosition(4, 0, 0) + Track(0xB022, 1, Key(0, {GetParam().nodeScaleX, 1, 1})));
-    const CPrepared cube(
-        Scene(Mesh("Cube", CubePoints() + CubeFaces() + Matrix({-1, 0, 0, 0, 1, 0, 0, 0, 1, 4, 0, 0})),
-              Keyframer(node)));
-    ExpectNear(DrawnPoint(cube.prepared, 0, 0), {-1, -1, -1});
-    EXPECT_FALSE(cube.prepared.nodes[0].mirrored);
+TEST(PrepareScene, MirroredMeshStandsWhereItsPointsAre) {
+    for (const float nodeScaleX : {-1.0f, 1.0f}) {
+        const CBytes node =
+            ObjectNode(0, "Cube", 65535, AtPosition(4, 0, 0) + Track(0xB022, 1, Key(0, {nodeScaleX, 1, 1})));
+        const CReadScene cube(
+            Scene(Mesh("Cube", CubePoints() + CubeFaces() + Matrix({-1, 0, 0, 0, 1, 0, 0, 0, 1, 4, 0, 0})),
+                  Keyframer(node)));
+        ExpectNear(DrawnPoint(cube.prepared, 0, 0), {-1, -1, -1});
+        EXPECT_FALSE(cube.prepared.nodes[0].mirrored);
+    }
 }
-INSTANTIATE_TEST_SUITE_P(PrepareScene, MirroredMesh,
-                         testing::Values(CMirror{"KeysMirror", -1}, CMirror{"KeysDoNot", 1}),
-                         [](const auto& row) { return row.param.name; });
 
 /** A mesh of one triangle in the plane z = 0 that faces up or down. */
 CBytes Triangle(std::string_view name, bool up, float x = 0) {
-    const CBytes points = Chunk(0x4110, Words({3}) + Floats({x, 0, 0, x + 1, 0, 0, x, 1, 0}));
-    return Mesh(name, points + Chunk(0x4120, up ? Words({1, 0, 1, 2, 7}) : Words({1, 0, 2, 1, 7})));
+    return Mesh(name, Points({x, 0, 0, x + 1, 0, 0, x, 1, 0}) + (up ? Faces({0, 1, 2}) : Faces({0, 2, 1})));
 }
 
 TEST(PrepareScene, SceneThatFacesAwayIsShownFromBothSides) {
     const auto bothSides = [](const CBytes& meshes) {
-        return CPrepared(Scene(meshes)).prepared.materials.back().twoSided;
+        return CReadScene(Scene(meshes)).prepared.materials.back().twoSided;
     };
     EXPECT_TRUE(bothSides(Triangle("Down", false)));
     EXPECT_FALSE(bothSides(Triangle("Up", true)));
@@ -222,12 +195,12 @@ TEST(PrepareScene, PointsThatStandInPlaceAreNotMovedAgainByKeys) {
     const auto node = [](std::uint16_t id, const char* name, float x) {
         return ObjectNode(id, name, 65535, AtPosition(x, 0, 0) + Track(0xB022, 1, Key(0, {1, 1, 1})));
     };
-    const CPrepared twice(Scene(Triangle("A", true, 40) + Triangle("B", true, -40),
-                                Keyframer(node(0, "A", 40.5f) + node(1, "B", -39.5f))));
+    const CReadScene twice(Scene(Triangle("A", true, 40) + Triangle("B", true, -40),
+                                 Keyframer(node(0, "A", 40.5f) + node(1, "B", -39.5f))));
     ExpectNear(DrawnPoint(twice.prepared, 0, 0), {40, 0, 0});
     ExpectNear(DrawnPoint(twice.prepared, 1, 0), {-40, 0, 0});
 
-    const CPrepared local(
+    const CReadScene local(
         Scene(Triangle("A", true) + Triangle("B", true), Keyframer(node(0, "A", 40) + node(1, "B", -40))));
     ExpectNear(DrawnPoint(local.prepared, 0, 0), {40, 0, 0});
     ExpectNear(DrawnPoint(local.prepared, 1, 0), {-40, 0, 0});
@@ -237,7 +210,7 @@ TEST(PrepareScene, BlackMaterialWithoutItsPictureIsGrey) {
     const CBytes black = Chunk(0xA010, Chunk(0x0011, Values<std::uint8_t>({0, 0, 0}))) +
                          Chunk(0xA020, Chunk(0x0011, Values<std::uint8_t>({0, 0, 0})));
     const CBytes map = Chunk(0xA200, Chunk(0xA300, Text("GONE.JPG")));
-    const CPrepared scene(Scene(Material("Covered", black + map) + Material("Plain", black) + Cube()));
+    const CReadScene scene(Scene(Material("Covered", black + map) + Material("Plain", black) + Cube()));
     EXPECT_GT(scene.prepared.materials[0].diffuse.x, 0.5f);
     EXPECT_EQ(scene.prepared.materials[1].diffuse.x, 0.0f);
 }
@@ -245,7 +218,7 @@ TEST(PrepareScene, BlackMaterialWithoutItsPictureIsGrey) {
 TEST(PrepareScene, SameNamedMeshesEachHaveTheirNode) {
     const CBytes nodes =
         ObjectNode(0, "Cube", 65535, AtPosition(0, 0, 0)) + ObjectNode(1, "Cube", 65535, AtPosition(9, 0, 0));
-    const CPrepared scene(Scene(Cube() + Cube(), Keyframer(nodes)));
+    const CReadScene scene(Scene(Cube() + Cube(), Keyframer(nodes)));
     ASSERT_EQ(scene.prepared.nodes.size(), 2u);
     EXPECT_NE(scene.prepared.nodes[0].mesh, scene.prepared.nodes[1].mesh);
     EXPECT_NE(scene.prepared.nodes[0].name, scene.prepared.nodes[1].name);
@@ -255,33 +228,57 @@ TEST(EvaluateNodes, TwoFullTurnsBetweenTwoKeysAreTurned) {
     const float turns = 4 * std::numbers::pi_v<float>;
     const CBytes node =
         ObjectNode(0, "Cube", 65535, Track(0xB021, 2, Key(0, {0, 0, 0, 1}) + Key(80, {turns, 0, 0, 1})));
-    CPrepared cube(Scene(Cube(), Keyframer(node)));
+    CReadScene cube(Scene(Cube(), Keyframer(node)));
     EXPECT_TRUE(cube.prepared.animated);
     const CVec3 start = DrawnPoint(cube.prepared, 0, 0);
-    EvaluateNodes(cube.prepared, cube.scene.Value(), 20);  // half a turn
-    ExpectNear(DrawnPoint(cube.prepared, 0, 0), {-start.x, -start.y, start.z}, 1e-3f);
-    EvaluateNodes(cube.prepared, cube.scene.Value(), 80);
-    ExpectNear(DrawnPoint(cube.prepared, 0, 0), start, 1e-3f);
+    ExpectNear(DrawnPoint(cube.At(20), 0, 0), {-start.x, -start.y, start.z}, 1e-3f);  // half a turn
+    ExpectNear(DrawnPoint(cube.At(80), 0, 0), start, 1e-3f);
 }
 
 TEST(EvaluateNodes, HideTrackSwitchesAtItsKeys) {
     const CBytes keys = Dwords({10}) + Words({0}) + Dwords({20}) + Words({0});
-    CPrepared cube(
+    CReadScene cube(
         Scene(Cube() + Cube("Other"),
               Keyframer(ObjectNode(0, "Cube", 65535, AtPosition(0, 0, 0) + Track(0xB029, 2, keys)))));
     for (const auto& [frame, visible] : {std::pair{0.f, true}, {10.f, false}, {19.f, false}, {20.f, true}}) {
-        EvaluateNodes(cube.prepared, cube.scene.Value(), frame);
-        EXPECT_EQ(cube.prepared.nodes[0].visible, visible) << frame;
+        EXPECT_EQ(cube.At(frame).nodes[0].visible, visible) << frame;
     }
+}
+
+TEST(EvaluateNodes, CamerasAndLightsFollowTheirNodes) {
+    const auto node = [](std::uint16_t chunk, std::uint16_t id, const char* name, const CBytes& tracks) {
+        return Chunk(chunk, NodeId(id) + NodeHeader(name, 65535) + tracks);
+    };
+    const auto moving = [](float x) { return Track(0xB020, 2, Key(0, {0, 0, 0}) + Key(10, {x, 0, 0})); };
+    const auto changing = [](std::uint16_t track, float to) {
+        return Track(track, 2, Key(0, {10}) + Key(10, {to}));
+    };
+    CReadScene read(Scene(
+        Chunk(0x4000, Text("Cam") + Chunk(0x4700, Floats({5, 5, 5, 0, 0, 0, 0, 45}))) +
+            Chunk(0x4000,
+                  Text("Spot") + Chunk(0x4600, Floats({5, 5, 5}) + Chunk(0x4610, Floats({0, 0, 0, 30, 40})))),
+        Keyframer(node(0xB003, 0, "Cam", moving(1) + changing(0xB023, 60) + changing(0xB024, 90)) +
+                  node(0xB004, 1, "Cam", moving(2)) +
+                  node(0xB007, 2, "Spot", moving(3) + changing(0xB027, 50) + changing(0xB028, 20)) +
+                  node(0xB006, 3, "Spot", moving(4)))));
+    const CPreparedScene& now = read.At(10);
+    ExpectNear(now.cameras[0].position, {1, 0, 0});
+    ExpectNear(now.cameras[0].target, {2, 0, 0});
+    EXPECT_FLOAT_EQ(now.cameras[0].fovDeg, 60);
+    EXPECT_FLOAT_EQ(now.cameras[0].rollDeg, 90);
+    ExpectNear(now.lights[0].position, {3, 0, 0});
+    ExpectNear(now.lights[0].target, {4, 0, 0});
+    EXPECT_FLOAT_EQ(now.lights[0].hotspotDeg, 50);
+    EXPECT_FLOAT_EQ(now.lights[0].falloffDeg, 50) << "never below the hotspot";
 }
 
 TEST(PrepareScene, DoesNotDependOnTheNumberOfThreads) {
     CBytes meshes;
     for (int i = 0; i < 40; ++i)
         meshes = meshes + Mesh("M" + std::to_string(i), CubePoints() + CubeFaces(Smoothing({1, 1, 2, 2, 3})));
-    CResult<CScene> scene = CSceneReader::ReadBytes(Scene(meshes));
-    const CPreparedScene one = PrepareScene(scene.Value(), {.threads = 1}),
-                         many = PrepareScene(scene.Value(), {.threads = 7});
+    CReadScene scene(Scene(meshes));
+    const CPreparedScene one = PrepareScene(scene.scene, {.threads = 1}),
+                         many = PrepareScene(scene.scene, {.threads = 7});
     ASSERT_EQ(one.meshes.size(), many.meshes.size());
     for (std::size_t i = 0; i < one.meshes.size(); ++i) {
         const auto &a = one.meshes[i].vertices, &b = many.meshes[i].vertices;

@@ -7,20 +7,10 @@
 
 #include <string>
 
-#include "model/C3dsBytes.h"
-#include "model/CPreparedScene.h"
-#include "model/CScene.h"
-#include "model/CSceneReader.h"
-#include "model/prepare_scene.h"
+#include "model/CReadScene.h"
 #include "platform/CTestFolder.h"
 
 namespace {
-
-CScene Read(const CBytes& file) {
-    auto read = CSceneReader::ReadBytes(file);
-    EXPECT_TRUE(read.HasValue());
-    return std::move(read).Value();
-}
 
 const std::string kLongName(63, 'n');
 
@@ -35,30 +25,28 @@ CBytes FullFile() {
 }
 
 TEST(write_scene, SceneComesBackAsItWas) {
-    CScene scene = Read(FullFile());
-    const auto bytes = SceneTo3ds(scene);
+    CReadScene before(FullFile());
+    const auto bytes = SceneTo3ds(before.scene);
     ASSERT_TRUE(bytes);
-    CScene again = Read(bytes.Value());
-    CPreparedScene before = PrepareScene(scene), after = PrepareScene(again);
-    ASSERT_EQ(after.nodes.size(), before.nodes.size());
-    EXPECT_EQ(after.materials.front().name, kLongName);
+    CReadScene after(bytes.Value());
+    ASSERT_EQ(after.prepared.nodes.size(), before.prepared.nodes.size());
+    EXPECT_EQ(after.prepared.materials.front().name, kLongName);
     for (const float frame : {0.0f, 7.0f, 20.0f}) {
-        EvaluateNodes(before, scene, frame);
-        EvaluateNodes(after, again, frame);
-        for (std::size_t i = 0; i < before.nodes.size(); ++i) {
-            EXPECT_EQ(after.nodes[i].name, before.nodes[i].name);
-            EXPECT_EQ(after.nodes[i].mirrored, before.nodes[i].mirrored);
-            EXPECT_LT(Length(after.nodes[i].worldBounds.min - before.nodes[i].worldBounds.min), 1e-4f);
-            EXPECT_LT(Length(after.nodes[i].worldBounds.max - before.nodes[i].worldBounds.max), 1e-4f);
+        for (std::size_t i = 0; i < before.prepared.nodes.size(); ++i) {
+            const CPreparedNode &a = before.At(frame).nodes[i], &b = after.At(frame).nodes[i];
+            EXPECT_EQ(b.name, a.name);
+            EXPECT_EQ(b.mirrored, a.mirrored);
+            EXPECT_LT(Length(b.worldBounds.min - a.worldBounds.min), 1e-4f);
+            EXPECT_LT(Length(b.worldBounds.max - a.worldBounds.max), 1e-4f);
         }
     }
-    EXPECT_EQ(SceneTo3ds(again).Value(), bytes.Value());  // nothing drifts from one saving to the next
+    EXPECT_EQ(SceneTo3ds(after.scene).Value(), bytes.Value());  // nothing drifts from one saving to the next
 }
 
 TEST(write_scene, FileIsReplacedAndStaysAsItWasOnFailure) {
     const CTestFolder folder;
     const std::string path = folder.Add("out.3ds", "old");
-    CScene scene = Read(FullFile());
+    CScene scene = CReadScene(FullFile()).scene;
     Lib3dsMesh* mesh = scene.File()->meshes;
     const Lib3dsDword points = mesh->points;
     mesh->points = 70000;  // what an OBJ file may hold and a 3DS file may not

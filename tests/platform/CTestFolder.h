@@ -4,11 +4,13 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /** A folder of a test's own, deleted with all in it at the end. */
 class CTestFolder {
@@ -33,6 +35,12 @@ class CTestFolder {
     std::string Add(std::string_view name, std::string_view text) const {
         std::ofstream(*this / name, std::ios::binary) << text;
         return *this / name;
+    }
+    std::string Add(std::string_view name, const std::vector<std::byte>& bytes) const {
+        return Add(name, TextOf(bytes));
+    }
+    [[nodiscard]] static std::string TextOf(const std::vector<std::byte>& bytes) {
+        return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
     }
     [[nodiscard]] static std::string TextOf(const std::string& path) {
         std::ifstream file(path, std::ios::binary);

@@ -17,10 +17,6 @@ using file_util_ex::WriteFileAtomically;
 
 namespace {
 
-std::string TextOf(const std::vector<std::byte>& bytes) {
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
 // While it lives, no file of this process may grow beyond the limit.
 class CFileSizeLimit {
   public:
@@ -48,23 +44,19 @@ TEST(ReadWholeFileTest, GivesAllBytesOfEverySize) {
         for (std::size_t i = 0; i < size; ++i) text[i] = static_cast<char>(i * 7 + i / 251);
         const auto bytes = ReadWholeFile(folder.Add("file", text), size);
         ASSERT_TRUE(bytes) << size;
-        EXPECT_TRUE(TextOf(bytes.Value()) == text) << size;
+        EXPECT_TRUE(CTestFolder::TextOf(bytes.Value()) == text) << size;
     }
 }
 
-TEST(ReadWholeFileTest, SaysWhyNot) {
+TEST(ReadWholeFileTest, SaysWhyNotAndStopsAtTheLimit) {
     const CTestFolder folder;
     EXPECT_EQ(ReadWholeFile(folder / "none").Error().code, EErrorCode::NotFound);
     EXPECT_EQ(ReadWholeFile(folder / "none").Error().where, folder / "none");
     EXPECT_EQ(ReadWholeFile(folder.Path()).Error().code, EErrorCode::Unreadable);
     EXPECT_EQ(ReadWholeFile(folder.Add("five", "12345"), 4).Error().code, EErrorCode::TooLarge);
-}
-
-TEST(ReadWholeFileTest, ReadsWhatHasNoSizeAndStopsAtTheLimit) {
-    const auto status = ReadWholeFile("/proc/self/status");
-    ASSERT_TRUE(status);
-    EXPECT_NE(TextOf(status.Value()).find("Pid:"), std::string::npos);
     EXPECT_EQ(ReadWholeFile("/dev/zero", 1 << 20).Error().code, EErrorCode::TooLarge);
+    EXPECT_NE(CTestFolder::TextOf(ReadWholeFile("/proc/self/status").Value()).find("Pid:"),
+              std::string::npos);
 }
 
 TEST(ReadWholeFileTest, ReadsASlowPipeToItsEnd) {
@@ -80,27 +72,21 @@ TEST(ReadWholeFileTest, ReadsASlowPipeToItsEnd) {
     writer.join();
     ::close(ends[0]);
     ASSERT_TRUE(bytes) << bytes.Error().Text();
-    EXPECT_EQ(TextOf(bytes.Value()), "onetwo");
+    EXPECT_EQ(CTestFolder::TextOf(bytes.Value()), "onetwo");
 }
 
-TEST(AtomicFileTest, ReplacesTheContentAndKeepsPermissions) {
+TEST(AtomicFileTest, ReplacesTheContentAndKeepsPermissionsOrGivesTheUsual) {
     const CTestFolder folder;
-    const std::string path = folder.Add("file", "old");
-    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
-    const std::string text(300000, 'n');
-    ASSERT_TRUE(WriteFileAtomically(path, text));
-    EXPECT_TRUE(CTestFolder::TextOf(path) == text);
-    EXPECT_EQ(fs::status(path).permissions(), fs::perms(0640));
-    EXPECT_EQ(folder.Count(), 1U);
-}
-
-TEST(AtomicFileTest, ANewFileHasTheUsualPermissions) {
-    const CTestFolder folder;
+    const std::string path = folder.Add("file", "old"), text(300000, 'n');
+    ASSERT_EQ(::chmod(path.c_str(), 0604), 0);
     const mode_t before = ::umask(027);
-    const bool written = WriteFileAtomically(folder / "new", "x").HasValue();
+    EXPECT_TRUE(WriteFileAtomically(path, text));
+    EXPECT_TRUE(WriteFileAtomically(folder / "new", "x"));
     ::umask(before);
-    ASSERT_TRUE(written);
+    EXPECT_TRUE(CTestFolder::TextOf(path) == text);
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms(0604));
     EXPECT_EQ(fs::status(folder / "new").permissions(), fs::perms(0640));
+    EXPECT_EQ(folder.Count(), 2U);
 }
 
 TEST(AtomicFileTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
@@ -143,15 +129,11 @@ TEST(AtomicFileTest, GathersSmallWritesInOrderAndShowsThemOnlyAtCommit) {
     }
     EXPECT_FALSE(fs::exists(folder / "file"));
     ASSERT_TRUE(file.Commit());
+    { ASSERT_TRUE(CAtomicFile::Create(folder / "forgotten").Value().Write("x")); }
+    EXPECT_EQ(folder.Count(), 1U);
     EXPECT_TRUE(CTestFolder::TextOf(folder / "file") == expected);
     EXPECT_FALSE(file.Commit()) << "a second commit would be a mistake of ours";
     EXPECT_TRUE(CTestFolder::TextOf(folder / "file") == expected);
-}
-
-TEST(AtomicFileTest, ForgottenFilesVanish) {
-    const CTestFolder folder;
-    { ASSERT_TRUE(CAtomicFile::Create(folder / "file").Value().Write("x")); }
-    EXPECT_EQ(folder.Count(), 0U);
 }
 
 TEST(AtomicFileTest, WritesThroughALinkAlsoToAFileThatIsNotThereYet) {

@@ -3,6 +3,7 @@
 
 #include "platform/CTestFolder.h"
 #include "platform/file_util_ex.h"
+#include "row_name.h"
 
 using namespace std::string_literals;
 namespace fs = std::filesystem;
@@ -19,26 +20,18 @@ TEST_P(Utf8Test, ReadsAsCharacters) {
     EXPECT_EQ(fu::ConvertFromUTF8W(GetParam().bytes), GetParam().text);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    ConvertFromUTF8W, Utf8Test,
-    testing::Values(CUtf8Case{"EveryLength", "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", L"aé€\U0001F600"},
-                    CUtf8Case{"NulInside", "a\0b"s, L"a\0b"s},
-                    CUtf8Case{"LoneTail",
-                              "a\x80"
-                              "b",
-                              L"a\xFFFD"
-                              L"b"},
-                    CUtf8Case{"CutShort", "\xE2\x82", L"\xFFFD\xFFFD"},
-                    CUtf8Case{"Overlong", "\xC0\xAF", L"\xFFFD\xFFFD"},
-                    CUtf8Case{"OverlongThree", "\xE0\x80\xAF", L"\xFFFD\xFFFD\xFFFD"},
-                    CUtf8Case{"Surrogate", "\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},
-                    CUtf8Case{"TooHigh", "\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD\xFFFD"},
-                    CUtf8Case{"HeadThenLetter",
-                              "\xE2"
-                              "a",
-                              L"\xFFFD"
-                              L"a"}),
-    [](const auto& test) { return test.param.name; });
+const CUtf8Case kUtf8[] = {
+    {"EveryLength", "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", L"aé€\U0001F600"},
+    {"NulInside", "a\0b"s, L"a\0b"s},
+    {"LoneTail", "a\x80-", L"a\xFFFD-"},
+    {"CutShort", "\xE2\x82", L"\xFFFD\xFFFD"},
+    {"Overlong", "\xC0\xAF", L"\xFFFD\xFFFD"},
+    {"OverlongThree", "\xE0\x80\xAF", L"\xFFFD\xFFFD\xFFFD"},
+    {"Surrogate", "\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},
+    {"TooHigh", "\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD\xFFFD"},
+    {"HeadThenLetter", "\xE2-", L"\xFFFD-"},
+};
+INSTANTIATE_TEST_SUITE_P(ConvertFromUTF8W, Utf8Test, testing::ValuesIn(kUtf8), kRowName);
 
 TEST(FileUtilTest, WideTextBecomesUtf8WithNothingMalformed) {
     EXPECT_EQ(fu::ConvertToUTF8(L"é€\U0001F600"), "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
@@ -48,29 +41,25 @@ TEST(FileUtilTest, WideTextBecomesUtf8WithNothingMalformed) {
     EXPECT_EQ(fu::ConvertToUTF8(std::wstring(1, wchar_t(0x110000))), "\xEF\xBF\xBD");
 }
 
-struct CPathCase {
-    std::string path, folder, name, ext, stem;
-};
-class PathTextTest : public testing::TestWithParam<CPathCase> {};
-
-TEST_P(PathTextTest, FallsIntoItsParts) {
-    const CPathCase& c = GetParam();
-    EXPECT_EQ(fu::GetFilePath(c.path), c.folder);
-    EXPECT_EQ(fu::GetFileName(c.path), c.name);
-    EXPECT_EQ(fu::GetFileExt(c.path), c.ext);
-    EXPECT_EQ(fu::GetFileNameWithPath(c.path), c.stem);
-    EXPECT_EQ(fu::GetFileExt(fu::ConvertFromUTF8W(c.path)), fu::ConvertFromUTF8W(c.ext));
-    EXPECT_EQ(fu::SetFileExt(c.path, "3ds"), c.stem + ".3ds");
+TEST(FileUtilTest, PathsFallIntoTheirParts) {
+    struct CPathCase {
+        std::string path, folder, name, ext, stem;
+    };
+    for (const CPathCase& c :
+         {CPathCase{"/m/a.b/Car.3DS", "/m/a.b", "Car.3DS", "3DS", "/m/a.b/Car"},
+          CPathCase{"/m/a.b/Car", "/m/a.b", "Car", "", "/m/a.b/Car"},
+          CPathCase{"a.tar.gz", "", "a.tar.gz", "gz", "a.tar"},
+          CPathCase{"/x/.profile", "/x", ".profile", "", "/x/.profile"},
+          CPathCase{"/x.3ds", "/", "x.3ds", "3ds", "/x"}, CPathCase{"x.", "", "x.", "", "x"},
+          CPathCase{"a//b.c", "a", "b.c", "c", "a//b"}}) {
+        EXPECT_EQ(fu::GetFilePath(c.path), c.folder);
+        EXPECT_EQ(fu::GetFileName(c.path), c.name);
+        EXPECT_EQ(fu::GetFileExt(c.path), c.ext);
+        EXPECT_EQ(fu::GetFileNameWithPath(c.path), c.stem);
+        EXPECT_EQ(fu::GetFileExt(fu::ConvertFromUTF8W(c.path)), fu::ConvertFromUTF8W(c.ext));
+        EXPECT_EQ(fu::SetFileExt(c.path, "3ds"), c.stem + ".3ds");
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Parts, PathTextTest,
-    testing::Values(CPathCase{"/m/a.b/Car.3DS", "/m/a.b", "Car.3DS", "3DS", "/m/a.b/Car"},
-                    CPathCase{"/m/a.b/Car", "/m/a.b", "Car", "", "/m/a.b/Car"},
-                    CPathCase{"a.tar.gz", "", "a.tar.gz", "gz", "a.tar"},
-                    CPathCase{"/x/.profile", "/x", ".profile", "", "/x/.profile"},
-                    CPathCase{"/x.3ds", "/", "x.3ds", "3ds", "/x"}, CPathCase{"x.", "", "x.", "", "x"},
-                    CPathCase{"a//b.c", "a", "b.c", "c", "a//b"}));
 
 TEST(FileUtilTest, PathsAreJoinedAndResolved) {
     EXPECT_EQ(fu::MakePath("/a/", "/b"), "/a/b");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <functional>
@@ -61,6 +62,48 @@ std::string Pcx(unsigned right = 1) {
     return "\x0A\x05\x01\x08"s + Le32(0) + Le16(right) + Le16(0) + Le32(0) + std::string(48, '\0') +
            "\0\x03"s + Le16(2) + std::string(60, '\0') + "\xC1\xFF\0\0\0\0\xC1\xFF"s;
 }
+std::string Dds(std::string_view pixelFormat, std::string_view pixels, unsigned width = 2,
+                unsigned height = 1) {
+    std::string bytes = "DDS " + Le32(124) + Le32(0x1007) + Le32(height) + Le32(width) +
+                        std::string(56, '\0') + Le32(32) + std::string(pixelFormat);
+    bytes.resize(128, '\0');
+    return bytes.append(pixels);
+}
+std::string DdsPacked(const char* code, std::string_view pixels, unsigned width = 2, unsigned height = 1) {
+    return Dds(Le32(4) + code, pixels, width, height);
+}
+std::string DdsMasked(unsigned flags, unsigned bits, std::array<unsigned, 4> masks, std::string_view pixels,
+                      unsigned width = 2) {
+    std::string format = Le32(flags) + Le32(0) + Le32(bits);
+    for (const unsigned mask : masks) format += Le32(mask);
+    return Dds(format, pixels, width);
+}
+// Red where the index is 0, blue where it is 1.
+const std::string kRedBlue = "\x00\xF8\x1F\x00"s, kFirstRedThenBlue = kRedBlue + "\x04\0\0\0"s;
+std::string Dxt1(unsigned width = 2) {
+    return DdsPacked("DXT1", kFirstRedThenBlue, width);
+}
+std::string Dxt3() {
+    return DdsPacked("DXT3", "\x8F\0\0\0\0\0\0\0"s + kFirstRedThenBlue);
+}
+std::string Dxt5() {
+    return DdsPacked("DXT5", "\xFF\x80\x08\0\0\0\0\0"s + kFirstRedThenBlue);
+}
+std::string Dds565() {
+    return DdsMasked(0x40, 16, {0xF800, 0x7E0, 0x1F, 0xFFFF}, "\x00\xF8\x1F\x00"s);
+}
+std::string Dds24() {
+    return DdsMasked(0x40, 24, {0xFF0000, 0xFF00, 0xFF, 0}, "\0\0\xFF\xFF\0\0"s);
+}
+std::string Dds32() {
+    return DdsMasked(0x41, 32, {0xFF, 0xFF00, 0xFF0000, 0xFF000000}, "\xFF\0\0\xFF\0\0\xFF\x80"s);
+}
+std::string DdsTenBits() {
+    return DdsMasked(0x41, 32, {0x3FF00000, 0xFFC00, 0x3FF, 0xC0000000}, "\0\0\xF0\xFF\xFF\x03\0\x40"s);
+}
+std::string DdsZeroAlpha() {
+    return DdsMasked(0x41, 32, {0xFF, 0xFF00, 0xFF0000, 0xFF000000}, "\xFF\0\0\0\0\0\xFF\0"s);
+}
 
 struct CFormatCase {
     const char* name;
@@ -95,14 +138,51 @@ TEST_P(ImageFormatTest, EveryPrefixAndChangedByteHasAClearOutcome) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, ImageFormatTest,
-                         testing::Values(CFormatCase{"Tga24", Tga24}, CFormatCase{"TgaRle32", TgaRle32, 0x80},
-                                         CFormatCase{"TgaZeroAlpha", TgaZeroAlpha},
-                                         CFormatCase{"Bmp", [] { return Bmp(); }},
-                                         CFormatCase{"Gif", [] { return Gif(); }},
-                                         CFormatCase{"Tiff", [] { return Tiff(); }},
-                                         CFormatCase{"Pcx", [] { return Pcx(); }}),
-                         [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Formats, ImageFormatTest,
+    testing::Values(CFormatCase{"Tga24", Tga24}, CFormatCase{"TgaRle32", TgaRle32, 0x80},
+                    CFormatCase{"TgaZeroAlpha", TgaZeroAlpha}, CFormatCase{"Bmp", [] { return Bmp(); }},
+                    CFormatCase{"Gif", [] { return Gif(); }}, CFormatCase{"Tiff", [] { return Tiff(); }},
+                    CFormatCase{"Pcx", [] { return Pcx(); }}, CFormatCase{"Dxt1", [] { return Dxt1(); }},
+                    CFormatCase{"Dxt3", Dxt3, 0x88}, CFormatCase{"Dxt5", Dxt5, 0x80},
+                    CFormatCase{"Dds565", Dds565}, CFormatCase{"Dds24", Dds24},
+                    CFormatCase{"Dds32", Dds32, 0x80}, CFormatCase{"DdsTenBits", DdsTenBits, 0x55},
+                    CFormatCase{"DdsZeroAlpha", DdsZeroAlpha}),
+    [](const auto& test) { return test.param.name; });
+
+namespace {
+
+// The pixels as "rrggbbaa", one after another.
+std::string Hex(const CImage& image) {
+    static constexpr char kDigits[] = "0123456789abcdef";
+    std::string text;
+    for (std::size_t i = 0; i < image.rgba.size(); ++i) {
+        if (i > 0 && i % 4 == 0) text += ' ';
+        (text += kDigits[image.rgba[i] >> 4]) += kDigits[image.rgba[i] & 15];
+    }
+    return text;
+}
+
+}  // namespace
+
+TEST(ImageCodecTest, DdsGreyAndNarrowChannels) {
+    EXPECT_EQ(Hex(Decode(DdsMasked(0x20001, 16, {0xFF, 0, 0, 0xFF00}, "\x70\xFF\x30\x01")).Value()),
+              "707070ff 30303001");
+    EXPECT_EQ(Hex(Decode(DdsMasked(0x41, 16, {0xF00, 0xF0, 0xF, 0xF000}, "\x34\x12\xF0\x8E")).Value()),
+              "22334411 eeff0088");
+    EXPECT_EQ(Hex(Decode(DdsMasked(0x41, 16, {0x7C00, 0x3E0, 0x1F, 0x8000}, "\xFF\x83\x10\x7C")).Value()),
+              "00ffffff ff008400");
+}
+
+TEST(ImageCodecTest, DxtBlocksStandInRowsFromTheTopAndMayHaveHoles) {
+    // Four blocks; their second lines differ. In the last the smaller colour comes first: index 3 is a hole.
+    const std::string red = kRedBlue + "\0\x55\0\0"s, blue = kRedBlue + "\x55\0\x55\x55"s;
+    const std::string hole = "\x1F\x00\x00\xF8"s + "\x03\0\0\0"s;
+    const CResult<CImage> image = Decode(DdsPacked("DXT1", red + blue + blue + hole, 5, 5));
+    ASSERT_TRUE(image) << image.Error().Text();
+    const std::string r = "ff0000ff ", b = "0000ffff ", row = r + r + r + r + b;
+    EXPECT_EQ(Hex(image.Value()) + " ", row + b + b + b + b + r + row + row + b + b + b + b + "00000000 ");
+}
 
 struct CRefusal {
     const char* name;
@@ -123,7 +203,14 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         CRefusal{"Nothing", "", "a.jpg", EErrorCode::Unsupported},
         CRefusal{"Text", "BMW is a car, not a picture", "a.bmp", EErrorCode::Unsupported},
-        CRefusal{"Dds", "DDS |" + std::string(124, '\0'), "a.dds", EErrorCode::Unsupported},
+        CRefusal{"DdsNoSize", "DDS |" + std::string(124, '\0'), "a.dds", EErrorCode::BadFormat},
+        CRefusal{"DdsHeader", Dxt1().replace(4, 1, "\0"s), "a.dds", EErrorCode::BadFormat},
+        CRefusal{"DdsKind", DdsPacked("DX10", std::string(99, '\0')), "a.dds", EErrorCode::Unsupported},
+        CRefusal{"DdsPalette", DdsMasked(0x20, 8, {}, "12"), "", EErrorCode::Unsupported},
+        CRefusal{"DdsBits", DdsMasked(0x40, 0, {}, "12"), "", EErrorCode::Unsupported},
+        CRefusal{"DdsBig", Dxt1(16385), "", EErrorCode::TooLarge},
+        CRefusal{"DdsCutBlock", Dxt1(5), "", EErrorCode::BadFormat},
+        CRefusal{"DdsCutPixel", Dds24().substr(0, 133), "", EErrorCode::BadFormat},
         CRefusal{"Sgi", "\x01\xDA\x01\x01"s, "a.rgb", EErrorCode::Unsupported},
         CRefusal{"JpegHeadOnly", "\xFF\xD8\xFF\xE0\0\x10JFIF"s, "", EErrorCode::BadFormat},
         CRefusal{"PngHeadOnly", "\x89PNG\r\n\x1a\n"s, "", EErrorCode::BadFormat},
@@ -211,10 +298,11 @@ TEST(ImageCodecTest, ErrorsOfFilesNameThem) {
 
 TEST(ImageCodecTest, ManyThreadsDecodeAtOnceAndNobodySaysAWord) {
     testing::internal::CaptureStderr();
-    const std::vector<std::string> sound = {Tga24(), Bmp(), Gif(), Tiff(), Pcx()};
+    const std::vector<std::string> sound = {Tga24(), Bmp(), Gif(), Tiff(), Pcx(), Dxt1()};
     const std::vector<std::string> damaged = {Tga24().substr(0, 20), Bmp().substr(0, 50),
                                               Tiff().substr(0, 60)};
     std::vector<std::thread> threads;
+    threads.reserve(4);
     std::atomic<int> decoded = 0;
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&] {
@@ -225,6 +313,6 @@ TEST(ImageCodecTest, ManyThreadsDecodeAtOnceAndNobodySaysAWord) {
         });
     }
     for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(decoded, 4 * 200 * 5);
+    EXPECT_EQ(decoded, 4 * 200 * 6);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }

@@ -5,6 +5,7 @@
 #include "platform/CLocalRegStore.h"
 #include "platform/CTestFolder.h"
 #include "platform/file_util_ex.h"
+#include "row_name.h"
 
 using namespace std::string_literals;
 using namespace std::string_view_literals;
@@ -46,21 +47,22 @@ TEST_P(IniHandWrittenTest, MeansWhatItsWriterMeant) {
     EXPECT_EQ(ini.Get("T", "k"), "t");
 }
 
-INSTANTIATE_TEST_SUITE_P(Lines, IniHandWrittenTest,
-                         testing::Values(CHandWritten{"Plain", "k=v", "v"},
-                                         CHandWritten{"Blanks", "  k \t=  a b  ", "a b"},
-                                         CHandWritten{"QuotedPath", "k=\"C:\\new\\x.3ds\"", "C:\\new\\x.3ds"},
-                                         CHandWritten{"PathWithSemicolon", "k=/a;b/c.3ds", "/a;b/c.3ds"},
-                                         CHandWritten{"UnknownEscape", "k=$\"a\\qb\\\"", "a\\qb\\"},
-                                         CHandWritten{"LastCounts", "k=1\nk=2", "2"},
-                                         CHandWritten{"Comment", ";k=1", std::nullopt},
-                                         CHandWritten{"NoEquals", "k", std::nullopt},
-                                         CHandWritten{"NoKey", "=v", std::nullopt},
-                                         CHandWritten{"OpenSection", "[S", std::nullopt},
-                                         CHandWritten{"MarkInside", "\xEF\xBB\xBF[T]\nk=v", "v"},
-                                         CHandWritten{"AfterOpenSection", "[other\nk=v", "v"},
-                                         CHandWritten{"NoSectionName", "[ ]\nk=v", "v"}),
-                         [](const auto& test) { return test.param.name; });
+const CHandWritten kLines[] = {
+    {"Plain", "k=v", "v"},
+    {"Blanks", "  k \t=  a b  ", "a b"},
+    {"QuotedPath", "k=\"C:\\new\\x.3ds\"", "C:\\new\\x.3ds"},
+    {"PathWithSemicolon", "k=/a;b/c.3ds", "/a;b/c.3ds"},
+    {"UnknownEscape", "k=$\"a\\qb\\\"", "a\\qb\\"},
+    {"LastCounts", "k=1\nk=2", "2"},
+    {"Comment", ";k=1", std::nullopt},
+    {"NoEquals", "k", std::nullopt},
+    {"NoKey", "=v", std::nullopt},
+    {"OpenSection", "[S", std::nullopt},
+    {"MarkInside", "\xEF\xBB\xBF[T]\nk=v", "v"},
+    {"AfterOpenSection", "[other\nk=v", "v"},
+    {"NoSectionName", "[ ]\nk=v", "v"},
+};
+INSTANTIATE_TEST_SUITE_P(Lines, IniHandWrittenTest, testing::ValuesIn(kLines), kRowName);
 
 TEST(IniFileTest, RefusesNamesThatCouldNotBeReadBack) {
     CIniFile ini;
@@ -97,23 +99,14 @@ TEST(IniFileTest, WhatIsNoSettingsFileLeavesItEmpty) {
     EXPECT_EQ(ini.Load(folder / "none").Error().code, EErrorCode::NotFound);
 }
 
-struct CIntCase {
-    const char* text;
-    int number;
-};
-class StoreIntTest : public testing::TestWithParam<CIntCase> {};
-
-TEST_P(StoreIntTest, IsTheWholeNumberThatTheTextBeginsWithOrTheDefault) {
+TEST(LocalRegStoreTest, NumbersAreWhatTheTextBeginsWithOrTheDefault) {
     const CIniFilePtr ini(CLocalRegStore::CreateInitFile(true));
-    ASSERT_TRUE(CLocalRegStore::WriteString(ini.get(), "S", "k", GetParam().text));
-    EXPECT_EQ(CLocalRegStore::GetInt(ini.get(), L"S", L"k", -5), GetParam().number);
-    EXPECT_EQ(CLocalRegStore::GetBool(ini.get(), "S", "k", true), GetParam().number != 0);
+    for (const auto& [text, number] : {std::pair{" 12.9 apples", 12}, {"-0", 0}, {"yes", -5}, {"", -5}}) {
+        ASSERT_TRUE(CLocalRegStore::WriteString(ini.get(), "S", "k", text));
+        EXPECT_EQ(CLocalRegStore::GetInt(ini.get(), L"S", L"k", -5), number);
+        EXPECT_EQ(CLocalRegStore::GetBool(ini.get(), "S", "k", true), number != 0);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Texts, StoreIntTest,
-                         testing::Values(CIntCase{"12.9", 12}, CIntCase{" 7 apples", 7}, CIntCase{"0", 0},
-                                         CIntCase{"-0", 0}, CIntCase{"yes", -5}, CIntCase{"", -5},
-                                         CIntCase{"99999999999", 2147483647}));
 
 TEST(LocalRegStoreTest, DefaultFileAndExplicitFilesRoundTrip) {
     const CTestFolder folder;

@@ -7,6 +7,7 @@
 
 #include "platform/CTestFolder.h"
 #include "platform/std_file_paths.h"
+#include "row_name.h"
 
 namespace fs = std::filesystem;
 namespace paths = std_file_paths;
@@ -20,13 +21,9 @@ class CVariable {
         if (const char* before = std::getenv(name)) m_before = before;
         ::setenv(name, value.c_str(), 1);
     }
-    CVariable(const CVariable&) = delete;
-    CVariable& operator=(const CVariable&) = delete;
     ~CVariable() {
-        if (m_before)
-            ::setenv(m_name, m_before->c_str(), 1);
-        else
-            ::unsetenv(m_name);
+        ::unsetenv(m_name);
+        if (m_before) ::setenv(m_name, m_before->c_str(), 1);
     }
 
   private:
@@ -36,22 +33,14 @@ class CVariable {
 
 }  // namespace
 
-TEST(StdFilePathsTest, SettingsLieInThePrivateConfigFolder) {
+TEST(StdFilePathsTest, SettingsLieInThePrivateConfigFolderNamedAfterTheApp) {
     const CTestFolder folder;
+    const CVariable home("HOME", folder.Path());
     const CVariable config("XDG_CONFIG_HOME", folder / "config");
     EXPECT_EQ(paths::GetIniFilePath("settings.ini"), folder / "config/orbivue/settings.ini");
     EXPECT_EQ(fs::status(folder / "config/orbivue").permissions(), fs::perms(0700));
-}
-
-TEST(StdFilePathsTest, RelativeBaseFoldersDoNotCount) {
-    const CTestFolder folder;
-    const CVariable config("XDG_CONFIG_HOME", "relative");
-    const CVariable home("HOME", folder.Path());
+    const CVariable relative("XDG_CONFIG_HOME", "relative");  // does not count
     EXPECT_EQ(paths::GetIniFilePath(L"a.ini"), fs::path(folder / ".config/orbivue/a.ini").wstring());
-}
-
-TEST(StdFilePathsTest, TheAppNameGivesTheFolderAndCannotLeaveIt) {
-    const CTestFolder folder;
     const CVariable cache("XDG_CACHE_HOME", folder.Path());
     paths::SetAppName(L"Other/../App");
     EXPECT_EQ(paths::GetCacheFolderPath(), folder / "other..app");
@@ -78,6 +67,7 @@ TEST(StdFilePathsTest, TheTemporaryFolderIsPrivateAndMadeAnewAfterItsDeletion) {
 TEST(StdFilePathsTest, ProgramsInTheBuildTreeFindTheSourcesData) {
     EXPECT_TRUE(fs::exists(paths::GetDataPath("CMakeLists.txt")));
     EXPECT_TRUE(fs::exists(paths::GetPluginPath("orbivue_wximage_codecs.so")));
+    EXPECT_TRUE(fs::exists(paths::GetPluginPath("orbivue_dxt_blocks.so")));
     EXPECT_TRUE(paths::GetDataPath("no/such.file").ends_with("/share/orbivue/no/such.file"));
 }
 
@@ -99,12 +89,11 @@ TEST_P(LaunchBrowserTest, TellsWhetherTheOpenerRan) {
     EXPECT_EQ(paths::LaunchBrowser(GetParam().address), GetParam().opens);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Openers, LaunchBrowserTest,
-    testing::Values(CBrowserCase{"Opens", "#!/bin/sh\n[ \"$1\" = 'http://a/?b&c d' ]\n", "http://a/?b&c d",
-                                 true},
-                    CBrowserCase{"OpenerFails", "#!/bin/sh\nexit 3\n", "http://a", false},
-                    CBrowserCase{"NoOpener", nullptr, "http://a", false},
-                    CBrowserCase{"Option", "#!/bin/sh\n", "--help", false},
-                    CBrowserCase{"OpenerStays", "#!/bin/sh\nexec /bin/sleep 2\n", "http://a", true}),
-    [](const auto& test) { return test.param.name; });
+const CBrowserCase kOpeners[] = {
+    {"Opens", "#!/bin/sh\n[ \"$1\" = 'http://a/?b&c d' ]\n", "http://a/?b&c d", true},
+    {"OpenerFails", "#!/bin/sh\nexit 3\n", "http://a", false},
+    {"NoOpener", nullptr, "http://a", false},
+    {"Option", "#!/bin/sh\n", "--help", false},
+    {"OpenerStays", "#!/bin/sh\nexec /bin/sleep 2 >/dev/null 2>&1\n", "http://a", true},
+};
+INSTANTIATE_TEST_SUITE_P(Openers, LaunchBrowserTest, testing::ValuesIn(kOpeners), kRowName);

@@ -12,9 +12,6 @@ namespace {
 
 using CBytes = std::vector<std::byte>;
 
-std::string TextOf(const CBytes& bytes) {
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
 CBytes BytesOf(std::string_view text) {
     const auto bytes = std::as_bytes(std::span(text));
     return {bytes.begin(), bytes.end()};
@@ -77,8 +74,8 @@ TEST(ZipTest, WhatIsPackedIsReadBack) {
     EXPECT_EQ(entries[1].name, "t\xC3\xA9x.jpg");
     EXPECT_EQ(entries[0].size, big.size());
     CZipReader moved = std::move(reader).Value();
-    EXPECT_TRUE(TextOf(moved.Read(entries[0]).Value()) == big);
-    EXPECT_EQ(TextOf(moved.Read(entries[1], 4).Value()), "jpeg");
+    EXPECT_TRUE(CTestFolder::TextOf(moved.Read(entries[0]).Value()) == big);
+    EXPECT_EQ(CTestFolder::TextOf(moved.Read(entries[1], 4).Value()), "jpeg");
     EXPECT_EQ(moved.Read(entries[1], 3).Error().code, EErrorCode::TooLarge);
 }
 
@@ -146,7 +143,7 @@ TEST(ZipTest, EveryPrefixAndEveryChangedByteHasAClearOutcome) {
         if (!reader) continue;
         for (const CZipEntry& entry : reader.Value().Entries()) {
             const auto bytes = reader.Value().Read(entry);
-            EXPECT_TRUE(!bytes || TextOf(bytes.Value()) == "data");
+            EXPECT_TRUE(!bytes || CTestFolder::TextOf(bytes.Value()) == "data");
         }
     }
 }

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "row_name.h"
+
 namespace {
 
 CResult<CRenderOptions> Parse(const std::vector<std::string>& arguments) {
@@ -31,32 +33,32 @@ constexpr const char* kSizeForm = "--size needs WIDTHxHEIGHT in pixels";
 constexpr const char* kSizeRange = "--size each side must be from 1 to 16384 pixels";
 constexpr const char* kColor = "--background needs R,G,B, each from 0 to 255";
 
-INSTANTIATE_TEST_SUITE_P(
-    Arguments, CRenderOptionsRefused,
-    testing::Values(CRefusedCase{"Nothing", {}, "no input file given"},
-                    CRefusedCase{"ThreeFiles", {"a", "b", "c"}, "too many files given"},
-                    CRefusedCase{"EmptyInput", {""}, "the name of the input file is empty"},
-                    CRefusedCase{"EmptyOutput", {"a", ""}, "the name of the output file is empty"},
-                    CRefusedCase{"Unknown", {"a", "--sice", "3x3"}, "unknown option '--sice'"},
-                    CRefusedCase{"NoValue", {"a", "--size"}, "--size needs a value"},
-                    CRefusedCase{"ValueForFlag", {"a", "--stats=1"}, "--stats takes no value"},
-                    CRefusedCase{"SizeOne", {"a", "--size", "640"}, kSizeForm},
-                    CRefusedCase{"SizeText", {"a", "--size", "640x48o"}, kSizeForm},
-                    CRefusedCase{"SizeHuge", {"a", "--size", "99999999999x1"}, kSizeForm},
-                    CRefusedCase{"SizeZero", {"a", "--size", "0x480"}, kSizeRange},
-                    CRefusedCase{"SizeNegative", {"a", "--size", "640x-1"}, kSizeRange},
-                    CRefusedCase{"SizeOver", {"a", "--size", "16385x1"}, kSizeRange},
-                    CRefusedCase{"ColorShort", {"a", "--background", "1,2"}, kColor},
-                    CRefusedCase{"ColorOver", {"a", "--background", "1,2,256"}, kColor},
-                    CRefusedCase{"ColorLong", {"a", "--background", "1,2,3,4"}, kColor},
-                    CRefusedCase{"FrameText", {"a", "--frame", "1st"}, "--frame needs a number"},
-                    CRefusedCase{"FrameNan", {"a", "--frame", "nan"}, "--frame needs a number"},
-                    CRefusedCase{"Samples", {"a", "--samples", "0"}, "--samples needs a number from 1 to 32"},
-                    CRefusedCase{"Overlay",
-                                 {"a", "--overlay", "bounds,grid"},
-                                 "--overlay needs a list of bounds, cameras, lights and axes"},
-                    CRefusedCase{"Camera", {"a", "--camera="}, "--camera needs a name"}),
-    [](const auto& row) { return std::string(row.param.name); });
+const CRefusedCase kRefused[] = {
+    {"Nothing", {}, "no input file given"},
+    {"ThreeFiles", {"a", "b", "c"}, "too many files given"},
+    {"EmptyInput", {""}, "the name of the input file is empty"},
+    {"EmptyOutput", {"a", ""}, "the name of the output file is empty"},
+    {"Unknown", {"a", "--sice", "3x3"}, "unknown option '--sice'"},
+    {"NoValue", {"a", "--size"}, "--size needs a value"},
+    {"ValueForFlag", {"a", "--stats=1"}, "--stats takes no value"},
+    {"SizeOne", {"a", "--size", "640"}, kSizeForm},
+    {"SizeText", {"a", "--size", "640x48o"}, kSizeForm},
+    {"SizeHuge", {"a", "--size", "99999999999x1"}, kSizeForm},
+    {"SizeZero", {"a", "--size", "0x480"}, kSizeRange},
+    {"SizeNegative", {"a", "--size", "640x-1"}, kSizeRange},
+    {"SizeOver", {"a", "--size", "16385x1"}, kSizeRange},
+    {"ColorShort", {"a", "--background", "1,2"}, kColor},
+    {"ColorOver", {"a", "--background", "1,2,256"}, kColor},
+    {"ColorLong", {"a", "--background", "1,2,3,4"}, kColor},
+    {"FrameText", {"a", "--frame", "1st"}, "--frame needs a number"},
+    {"FrameNan", {"a", "--frame", "nan"}, "--frame needs a number"},
+    {"Samples", {"a", "--samples", "0"}, "--samples needs a number from 1 to 32"},
+    {"Overlay",
+     {"a", "--overlay", "bounds,grid"},
+     "--overlay needs a list of bounds, cameras, lights and axes"},
+    {"Camera", {"a", "--camera="}, "--camera needs a name"},
+};
+INSTANTIATE_TEST_SUITE_P(Arguments, CRenderOptionsRefused, testing::ValuesIn(kRefused), kRowName);
 
 TEST(CRenderOptionsTest, ReadsEverythingInAnyOrder) {
     const auto parsed = Parse({"--wire", "in.3ds", "--size=16384x1", "--camera", "Camera 1", "--frame",

@@ -11,6 +11,7 @@
 #include "model/C3dsBytes.h"
 #include "platform/CTestFolder.h"
 #include "platform/image_codec.h"
+#include "row_name.h"
 
 namespace {
 
@@ -38,12 +39,11 @@ CRun Render(const CTestFolder& folder, const std::string& arguments, const std::
     return run;
 }
 
-std::string AddScene(const CTestFolder& folder, const std::string& name = "box.3ds") {
+void AddScene(const CTestFolder& folder) {
     const CBytes camera = Chunk(0x4000, Text("Cam 1") + Chunk(0x4700, Floats({0, -8, 0, 0, 0, 0, 0, 45})));
     const CBytes moving = Track(0xB020, 2, Key(0, {0, 0, 0}) + Key(10, {0, 0, 50}));
-    const CBytes file =
-        Scene(Material("Red") + camera + Cube("Box"), Keyframer(ObjectNode(0, "Box", 65535, moving)));
-    return folder.Add(name, {reinterpret_cast<const char*>(file.data()), file.size()});
+    folder.Add("box.3ds",
+               Scene(Material("Red") + camera + Cube("Box"), Keyframer(ObjectNode(0, "Box", 65535, moving))));
 }
 
 TEST(RenderProgramGLTest, WritesAPictureOfTheSizeAndBackground) {
@@ -60,7 +60,7 @@ TEST(RenderProgramGLTest, WritesAPictureOfTheSizeAndBackground) {
     EXPECT_NE(image.Value().Pixel(60, 40)[2], 0);  // the box is grey
 }
 
-TEST(RenderProgramGLTest, StatsTellTheSceneAndTheCamera) {
+TEST(RenderProgramGLTest, StatsTellTheSceneTheCameraAndTheFrame) {
     const CTestFolder folder;
     AddScene(folder);
     const CRun run = Render(folder, "--stats box.3ds --camera 'Cam 1' --size 160x120");
@@ -77,14 +77,9 @@ TEST(RenderProgramGLTest, StatsTellTheSceneAndTheCamera) {
     EXPECT_GT(stats["peakMemoryMb"].get<double>(), 1);
     EXPECT_GT(stats["milliseconds"]["draw"].get<double>(), 0);
     EXPECT_FALSE(std::ifstream(folder / "box.png").good());
-}
-
-TEST(RenderProgramGLTest, FrameMovesTheModel) {
-    const CTestFolder folder;
-    AddScene(folder);
-    const auto stats = nlohmann::json::parse(Render(folder, "--stats box.3ds --frame 10").out);
-    EXPECT_NEAR(stats["model"]["center"][2].get<double>(), 50, 1e-3);
-    EXPECT_NEAR(stats["camera"]["target"][2].get<double>(), 50, 1e-3);
+    const auto moved = nlohmann::json::parse(Render(folder, "--stats box.3ds --frame 10").out);
+    EXPECT_NEAR(moved["model"]["center"][2].get<double>(), 50, 1e-3);
+    EXPECT_NEAR(moved["camera"]["target"][2].get<double>(), 50, 1e-3);
 }
 
 struct CExitCase {
@@ -110,17 +105,16 @@ TEST_P(RenderProgramExit, HasItsCodeAndOneLineAndLeavesNoFile) {
     EXPECT_EQ(folder.Count(), 4u);  // with the error text
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Failures, RenderProgramExit,
-    testing::Values(CExitCase{"Usage", "box.3ds --size 0x0", 1, "--size"},
-                    CExitCase{"NoArguments", "", 1, "no input file"},
-                    CExitCase{"UnknownCamera", "box.3ds old.png --camera Nobody", 1, "no camera 'Nobody'"},
-                    CExitCase{"Missing", "none.3ds old.png", 2, "none.3ds"},
-                    CExitCase{"Broken", "broken.3ds old.png", 2, "broken.3ds"},
-                    CExitCase{"Folder", "/tmp old.png", 2, "/tmp"},
-                    CExitCase{"NoFolder", "box.3ds no/such/folder/a.png", 3, "no/such/folder/a.png"},
-                    CExitCase{"StatsToFullDisk", "box.3ds --stats >/dev/full", 3, "statistics"}),
-    [](const auto& row) { return std::string(row.param.name); });
+const CExitCase kExits[] = {
+    {"Usage", "box.3ds --size 0x0", 1, "--size"},
+    {"UnknownCamera", "box.3ds old.png --camera Nobody", 1, "no camera 'Nobody'"},
+    {"Missing", "none.3ds old.png", 2, "none.3ds"},
+    {"Broken", "broken.3ds old.png", 2, "broken.3ds"},
+    {"Folder", "/tmp old.png", 2, "/tmp"},
+    {"NoFolder", "box.3ds no/such/folder/a.png", 3, "no/such/folder/a.png"},
+    {"StatsToFullDisk", "box.3ds --stats >/dev/full", 3, "statistics"},
+};
+INSTANTIATE_TEST_SUITE_P(Failures, RenderProgramExit, testing::ValuesIn(kExits), kRowName);
 
 TEST(RenderProgramGLTest, FullDiskKeepsTheOldPicture) {
     const CTestFolder folder;

@@ -6,6 +6,7 @@
 
 #include "platform/CLocalRegStore.h"
 #include "platform/CTestFolder.h"
+#include "row_name.h"
 #include "settings/CSettings.h"
 #include "settings/CSettingsGuard.h"
 
@@ -30,11 +31,10 @@ class SettingsTest : public testing::Test {
 };
 
 constexpr const char* kDefaultFile =
-    "[Settings]\nLanguage=en\nRotate=0\nBounds=0\nCameras=0\nLights=0\nAxis=0\nLastCamera=32776\nShowToolBar="
-    "1\n"
-    "Wire=0\nBkColorR=0\nBkColorG=0\nBkColorB=0\nPovOutputTex=1\nPovPreviewBack=0\nPovUseLastName="
-    "0\nPovRadiosity=0\n"
-    "PovLastName=\nPovDiffuse=0.600\nPovSelfDiff=0.100\nAutoUpdate=1\nCloseOnEsc=0\n";
+    "[Settings]\nLanguage=en\nRotate=0\nBounds=0\nCameras=0\nLights=0\nAxis=0\nLastCamera=32776\n"
+    "ShowToolBar=1\nWire=0\nBkColorR=0\nBkColorG=0\nBkColorB=0\nPovOutputTex=1\nPovPreviewBack=0\n"
+    "PovUseLastName=0\nPovRadiosity=0\nPovLastName=\nPovDiffuse=0.600\nPovSelfDiff=0.100\nAutoUpdate=1\n"
+    "CloseOnEsc=0\n";
 
 }  // namespace
 
@@ -105,27 +105,20 @@ TEST_P(SettingsOddValueTest, IsReadByRuleAndWrittenClean) {
     EXPECT_NE(File().find(std::string("\n") + GetParam().written + "\n"), std::string::npos) << File();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, SettingsOddValueTest,
-    testing::Values(
-        COddValue{"ColourCutTo8Bits", "BkColorR=300", [](auto& s) { return s.bkColorR == 44; },
-                  "BkColorR=44"},
-        COddValue{"NegativeColour", "BkColorG=-1", [](auto& s) { return s.bkColorG == 255; }, "BkColorG=255"},
-        COddValue{"FactorNotANumber", "PovDiffuse=abc", [](auto& s) { return s.povDiffuse == 0; },
-                  "PovDiffuse=0.000"},
-        COddValue{"FactorEmpty", "PovDiffuse=", [](auto& s) { return s.povDiffuse == 0; },
-                  "PovDiffuse=0.000"},
-        COddValue{"FactorNan", "PovSelfDiff=nan", [](auto& s) { return s.povSelfDiff == 0; },
-                  "PovSelfDiff=0.000"},
-        COddValue{"FactorThenText", "PovSelfDiff=1.5x", [](auto& s) { return s.povSelfDiff == 1.5F; },
-                  "PovSelfDiff=1.500"},
-        COddValue{"FactorHuge", "PovDiffuse=1e99", [](auto& s) { return s.povDiffuse > 1e38F; },
-                  "PovDiffuse=340282346638528859811704183484516925440.000"},
-        COddValue{"BoolAnyNumber", "ShowToolBar=5", [](auto& s) { return s.showToolBar; }, "ShowToolBar=1"},
-        COddValue{"BoolNotANumber", "ShowToolBar=no", [](auto& s) { return s.showToolBar; }, "ShowToolBar=1"},
-        COddValue{"CameraNotANumber", "LastCamera=iso", [](auto& s) { return s.lastCamera == 32776; },
-                  "LastCamera=32776"}),
-    [](const auto& test) { return test.param.name; });
+const COddValue kOddValues[] = {
+    {"ColourCutTo8Bits", "BkColorR=300", [](auto& s) { return s.bkColorR == 44; }, "BkColorR=44"},
+    {"NegativeColour", "BkColorG=-1", [](auto& s) { return s.bkColorG == 255; }, "BkColorG=255"},
+    {"FactorEmpty", "PovDiffuse=", [](auto& s) { return s.povDiffuse == 0; }, "PovDiffuse=0.000"},
+    {"FactorNan", "PovSelfDiff=nan", [](auto& s) { return s.povSelfDiff == 0; }, "PovSelfDiff=0.000"},
+    {"FactorThenText", "PovSelfDiff=1.5x", [](auto& s) { return s.povSelfDiff == 1.5F; },
+     "PovSelfDiff=1.500"},
+    {"FactorHuge", "PovDiffuse=1e99", [](auto& s) { return s.povDiffuse > 1e38F; },
+     "PovDiffuse=340282346638528859811704183484516925440.000"},
+    {"BoolAnyNumber", "ShowToolBar=5", [](auto& s) { return s.showToolBar; }, "ShowToolBar=1"},
+    {"BoolNotANumber", "ShowToolBar=no", [](auto& s) { return s.showToolBar; }, "ShowToolBar=1"},
+    {"CameraNotANumber", "LastCamera=iso", [](auto& s) { return s.lastCamera == 32776; }, "LastCamera=32776"},
+};
+INSTANTIATE_TEST_SUITE_P(Values, SettingsOddValueTest, testing::ValuesIn(kOddValues), kRowName);
 
 TEST_F(SettingsTest, OtherSectionsStayAndAValueThatCannotBeWrittenIsTold) {
     Put("Wire=1\n[3dsFileDialog]\nPath=/models\n");

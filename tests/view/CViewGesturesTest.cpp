@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <sstream>
 #include <string>
-#include <vector>
 
+#include "row_name.h"
 #include "view/view_matrices.h"
 
 namespace {
@@ -34,11 +34,10 @@ class CRecordedTarget final : public CGestureTarget {
     void BeginWork() override { log += " begin"; }
     void EndWork() override { log += " paint"; }
 
+    static std::string Pair(int x, int y) { return std::to_string(x) + "," + std::to_string(y); }
+
     std::string node = "Box01";
     std::string log;
-
-  private:
-    static std::string Pair(int x, int y) { return std::to_string(x) + "," + std::to_string(y); }
 };
 
 class CRecordedTool final : public CViewToolState {
@@ -70,7 +69,33 @@ struct CRig {
         ball.Begin(point->x, point->y);
         target.log += " start(" + std::to_string(point->x) + "," + std::to_string(point->y) + ")";
     }
-    [[nodiscard]] bool IsTurned() const { return ball.Matrix() != CTrackBallMotion(true).Matrix(); }
+    void Do(const std::string& what, int x, int y) {
+        if (what == "down" || what == "control-down")
+            gestures.LeftDown(x, y, what == "control-down");
+        else if (what == "move" || what == "move-up")
+            gestures.Move(x, y, what == "move");
+        else if (what == "up")
+            gestures.LeftUp(x, y);
+        else if (what == "wheel")
+            gestures.Wheel(x);
+        else if (what == "long")
+            gestures.LongPress(x, y);
+        else if (what == "frame")
+            Frame();
+        else if (what == "reset")
+            gestures.ResetTrackBall();
+        else
+            ADD_FAILURE() << "a slip in the table: " << what;
+    }
+    /** What the gestures did, and what they leave. */
+    [[nodiscard]] std::string Outcome() const {
+        const CPixel point = gestures.DragPoint();
+        const bool turned = ball.Matrix() != CTrackBallMotion(true).Matrix();
+        constexpr const char* kStates[] = {" idle", " pending", " dragging"};
+        return target.log + kStates[static_cast<int>(gestures.DragState())] +
+               (point == CPixel{} ? "" : "(" + CRecordedTarget::Pair(point.x, point.y) + ")") +
+               (turned ? " turned" : "");
+    }
 
     CRecordedTarget target;
     CTrackBallMotion ball{true};
@@ -78,176 +103,72 @@ struct CRig {
     CViewGestures gestures;
 };
 
-using CSteps = std::vector<std::function<void(CRig&)>>;
-
-auto Down(int x, int y) {
-    return [=](CRig& r) { r.gestures.LeftDown(x, y, false); };
-}
-auto ControlDown(int x, int y) {
-    return [=](CRig& r) { r.gestures.LeftDown(x, y, true); };
-}
-auto Move(int x, int y, bool leftDown = true) {
-    return [=](CRig& r) { r.gestures.Move(x, y, leftDown); };
-}
-auto Up(int x, int y) {
-    return [=](CRig& r) { r.gestures.LeftUp(x, y); };
-}
-auto Wheel(int rotation) {
-    return [=](CRig& r) { r.gestures.Wheel(rotation); };
-}
-auto Long(int x, int y) {
-    return [=](CRig& r) { r.gestures.LongPress(x, y); };
-}
-const auto kFrame = [](CRig& r) { r.Frame(); };
-const auto kReset = [](CRig& r) { r.gestures.ResetTrackBall(); };
-
 struct CGestureCase {
     const char* name;
     ETools tools;
-    CSteps steps;
-    std::string log;
-    EDragState state = EDragState::Idle;
-    CPixel dragPoint{};
-    bool turned = false;
+    const char* steps;  ///< of CRig::Do, each with x and y
+    const char* outcome;
 };
 
 class CViewGesturesTest : public testing::TestWithParam<CGestureCase> {};
 
 TEST_P(CViewGesturesTest, ActsAsTheTableSays) {
-    const CGestureCase& c = GetParam();
-    CRig rig(c.tools);
-    for (const auto& step : c.steps) step(rig);
-    EXPECT_EQ(rig.target.log, c.log);
-    EXPECT_EQ(rig.gestures.DragState(), c.state);
-    EXPECT_EQ(rig.gestures.DragPoint(), c.dragPoint);
-    EXPECT_EQ(rig.IsTurned(), c.turned);
+    CRig rig(GetParam().tools);
+    std::istringstream steps(GetParam().steps);
+    std::string what;
+    for (int x = 0, y = 0; steps >> what >> x >> y;) rig.Do(what, x, y);
+    ASSERT_TRUE(steps.eof()) << "a slip in the table: " << what;
+    EXPECT_EQ(rig.Outcome(), GetParam().outcome);
 }
 
-constexpr auto kIdle = EDragState::Idle, kPending = EDragState::Pending, kDragging = EDragState::Dragging;
+constexpr ETools kNone = ETools::None, kIdle = ETools::Idle, kActive = ETools::Active,
+                 kOverNothing = ETools::ActiveOverNothing;
 
-INSTANTIATE_TEST_SUITE_P(Drag, CViewGesturesTest,
-                         testing::Values(CGestureCase{"WaitsForAFrame",
-                                                      ETools::None,
-                                                      {Down(200, 149), Move(250, 149)},
-                                                      " tell paint",
-                                                      kPending,
-                                                      {200, 150}},
-                                         CGestureCase{"FollowsTheMouse",
-                                                      ETools::None,
-                                                      {Down(200, 149), kFrame, Move(250, 139)},
-                                                      " tell paint start(200,150) paint",
-                                                      kDragging,
-                                                      {250, 160},
-                                                      true},
-                                         CGestureCase{"EndsOnRelease",
-                                                      ETools::None,
-                                                      {Down(200, 149), kFrame, Up(250, 149)},
-                                                      " tell paint start(200,150) stop paint",
-                                                      kIdle,
-                                                      {0, 0},
-                                                      true},
-                                         CGestureCase{"EndsWhenTheButtonIsSeenUp",
-                                                      ETools::None,
-                                                      {Down(200, 149), kFrame, Move(250, 149, false),
-                                                       Move(90, 9, false)},
-                                                      " tell paint start(200,150) paint",
-                                                      kIdle,
-                                                      {0, 0},
-                                                      true},
-                                         CGestureCase{"ReleaseBeforeAnyFrameTurnsNothing",
-                                                      ETools::None,
-                                                      {Down(200, 149), Up(300, 149), kFrame},
-                                                      " tell paint stop paint",
-                                                      kIdle},
-                                         CGestureCase{"StartsAnewAcrossTheOutline",
-                                                      ETools::None,
-                                                      {Down(200, 149), kFrame, Move(390, 149), kFrame},
-                                                      " tell paint start(200,150) paint start(390,150)",
-                                                      kDragging,
-                                                      {390, 150},
-                                                      true},
-                                         CGestureCase{"SecondPressDoesNotMoveIt",
-                                                      ETools::None,
-                                                      {Down(200, 149), kFrame, Down(10, 10)},
-                                                      " tell paint start(200,150) tell paint",
-                                                      kDragging,
-                                                      {200, 150}},
-                                         CGestureCase{"ResetEndsIt",
-                                                      ETools::None,
-                                                      {Down(200, 149), kFrame, Move(250, 149), kReset,
-                                                       Move(280, 149), Up(280, 149)},
-                                                      " tell paint start(200,150) paint stop",
-                                                      kIdle},
-                                         CGestureCase{"MovesWithoutPressDoNothing",
-                                                      ETools::None,
-                                                      {Move(10, 10, false), Move(50, 50, false)},
-                                                      "",
-                                                      kIdle}),
-                         [](const auto& row) { return row.param.name; });
+const CGestureCase kDrag[] = {
+    {"WaitsForAFrame", kNone, "down 200 149 move 250 149", " tell paint pending(200,150)"},
+    {"FollowsTheMouse", kNone, "down 200 149 frame 0 0 move 250 139",
+     " tell paint start(200,150) paint dragging(250,160) turned"},
+    {"EndsOnRelease", kNone, "down 200 149 frame 0 0 up 250 149",
+     " tell paint start(200,150) stop paint idle turned"},
+    {"EndsWhenTheButtonIsSeenUp", kNone, "down 200 149 frame 0 0 move-up 250 149 move-up 90 9",
+     " tell paint start(200,150) paint idle turned"},
+    {"ReleaseBeforeAnyFrameTurnsNothing", kNone, "down 200 149 up 300 149 frame 0 0",
+     " tell paint stop paint idle"},
+    {"StartsAnewAcrossTheOutline", kNone, "down 200 149 frame 0 0 move 390 149 frame 0 0",
+     " tell paint start(200,150) paint start(390,150) dragging(390,150) turned"},
+    {"SecondPressDoesNotMoveIt", kNone, "down 200 149 frame 0 0 down 10 10",
+     " tell paint start(200,150) tell paint dragging(200,150)"},
+    {"ResetEndsIt", kNone, "down 200 149 frame 0 0 move 250 149 reset 0 0 move 280 149 up 280 149",
+     " tell paint start(200,150) paint stop idle"},
+    {"MovesWithoutPressDoNothing", kNone, "move-up 10 10 move-up 50 50", " idle"},
+};
+INSTANTIATE_TEST_SUITE_P(Drag, CViewGesturesTest, testing::ValuesIn(kDrag), kRowName);
 
-INSTANTIATE_TEST_SUITE_P(
-    Zoom, CViewGesturesTest,
-    testing::Values(
-        CGestureCase{"BoxIsNormalised",
-                     ETools::None,
-                     {ControlDown(200, 100), Move(150, 160), Up(150, 160)},
-                     " tell paint paint stop box(150,100,200,160) paint",
-                     kIdle},
-        CGestureCase{"BoxEndsAtTheLastMove",
-                     ETools::None,
-                     {ControlDown(20, 10), Move(50, 60), Up(90, 95)},
-                     " tell paint paint stop box(20,10,50,60) paint",
-                     kIdle},
-        CGestureCase{"ClickIsABoxWithoutArea",
-                     ETools::None,
-                     {ControlDown(20, 10), Up(20, 10)},
-                     " tell paint stop box(20,10,20,10) paint",
-                     kIdle},
-        CGestureCase{"BoxStartsNoLongPress", ETools::Idle, {ControlDown(20, 10)}, " tell paint", kIdle},
-        CGestureCase{"BoxIgnoresTools",
-                     ETools::Active,
-                     {ControlDown(20, 10), Up(20, 10)},
-                     " tell paint stop box(20,10,20,10) paint",
-                     kIdle},
-        CGestureCase{"WheelAway", ETools::None, {Wheel(120)}, " zoom(-20)", kIdle},
-        CGestureCase{"WheelTowards", ETools::None, {Wheel(-120)}, " zoom(20)", kIdle},
-        CGestureCase{"WheelOfZero", ETools::None, {Wheel(0), Wheel(1)}, " zoom(20) zoom(-20)", kIdle},
-        CGestureCase{"WheelWaitsForTheDrag",
-                     ETools::None,
-                     {Down(200, 149), Wheel(120), kFrame, Wheel(120), Up(200, 149), Wheel(120)},
-                     " tell paint start(200,150) stop paint zoom(-20)",
-                     kIdle}),
-    [](const auto& row) { return row.param.name; });
+const CGestureCase kZoom[] = {
+    {"BoxIsNormalised", kNone, "control-down 200 100 move 150 160 up 150 160",
+     " tell paint paint stop box(150,100,200,160) paint idle"},
+    {"BoxEndsAtTheLastMove", kNone, "control-down 20 10 move 50 60 up 90 95",
+     " tell paint paint stop box(20,10,50,60) paint idle"},
+    {"BoxIgnoresTools", kActive, "control-down 20 10 up 20 10",
+     " tell paint stop box(20,10,20,10) paint idle"},
+    {"BoxStartsNoLongPress", kIdle, "control-down 20 10", " tell paint idle"},
+    {"WheelAwayAndTowards", kNone, "wheel 120 0 wheel -120 0", " zoom(-20) zoom(20) idle"},
+    {"WheelOfZero", kNone, "wheel 0 0 wheel 1 0", " zoom(20) zoom(-20) idle"},
+    {"WheelWaitsForTheDrag", kNone, "down 200 149 wheel 120 0 frame 0 0 wheel 120 0 up 200 149 wheel 120 0",
+     " tell paint start(200,150) stop paint zoom(-20) idle"},
+};
+INSTANTIATE_TEST_SUITE_P(Zoom, CViewGesturesTest, testing::ValuesIn(kZoom), kRowName);
 
-INSTANTIATE_TEST_SUITE_P(
-    Nodes, CViewGesturesTest,
-    testing::Values(
-        CGestureCase{"LongPressDeletes",
-                     ETools::Idle,
-                     {Down(200, 149), Long(202, 147)},
-                     " timer(500) tell paint pick(200,149) begin delete(Box01)",
-                     kPending,
-                     {200, 150}},
-        CGestureCase{"LongPressThatStraysDoesNot",
-                     ETools::Idle,
-                     {Down(200, 149), Long(203, 149), Long(200, 146)},
-                     " timer(500) tell paint",
-                     kPending,
-                     {200, 150}},
-        CGestureCase{"LongPressOverNothing", ETools::ActiveOverNothing, {Long(0, 0)}, " pick(0,0)", kIdle},
-        CGestureCase{
-            "NoToolStateNoLongPress", ETools::None, {Down(200, 149)}, " tell paint", kPending, {200, 150}},
-        CGestureCase{"ToolTakesThePress",
-                     ETools::Active,
-                     {Down(200, 149), Move(210, 149)},
-                     " pick(200,149) apply(Box01) tell paint cursor",
-                     kIdle},
-        CGestureCase{"ToolOverNothingDrags",
-                     ETools::ActiveOverNothing,
-                     {Down(200, 149)},
-                     " pick(200,149) tell paint",
-                     kPending,
-                     {200, 150}}),
-    [](const auto& row) { return row.param.name; });
+const CGestureCase kNodes[] = {
+    {"LongPressDeletes", kIdle, "down 200 149 long 202 147",
+     " timer(500) tell paint pick(200,149) begin delete(Box01) pending(200,150)"},
+    {"LongPressThatStraysDoesNot", kIdle, "down 200 149 long 203 149 long 200 146",
+     " timer(500) tell paint pending(200,150)"},
+    {"LongPressOverNothing", kOverNothing, "long 0 0", " pick(0,0) idle"},
+    {"ToolTakesThePress", kActive, "down 200 149 move 210 149",
+     " pick(200,149) apply(Box01) tell paint cursor idle"},
+    {"ToolOverNothingDrags", kOverNothing, "down 200 149", " pick(200,149) tell paint pending(200,150)"},
+};
+INSTANTIATE_TEST_SUITE_P(Nodes, CViewGesturesTest, testing::ValuesIn(kNodes), kRowName);
 
 }  // namespace

@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <vector>
+#include <memory>
 
 #include "engine/COffscreenContext.h"
+#include "engine/CPictureTest.h"
 #include "platform/C2DRect.h"
+#include "row_name.h"
 #include "view/ui/CTrackBall.h"
 #include "view/ui/zoom_box.h"
 #include "view/view_matrices.h"
@@ -14,32 +16,6 @@
 namespace {
 
 constexpr int kWidth = 400, kHeight = 300;
-
-/** What the overlays touch, as one list to compare. */
-std::vector<double> State() {
-    std::vector<double> state;
-    constexpr GLenum kFlags[] = {GL_BLEND, GL_DEPTH_TEST, GL_CULL_FACE, GL_LIGHTING, GL_TEXTURE_2D};
-    for (const GLenum flag : kFlags) state.push_back(glIsEnabled(flag));
-    std::array<double, 16> values{};
-    constexpr GLenum kNames[] = {GL_POLYGON_MODE,
-                                 GL_DEPTH_FUNC,
-                                 GL_LINE_WIDTH,
-                                 GL_CURRENT_COLOR,
-                                 GL_CULL_FACE_MODE,
-                                 GL_BLEND_SRC,
-                                 GL_BLEND_DST,
-                                 GL_MATRIX_MODE,
-                                 GL_MODELVIEW_MATRIX,
-                                 GL_PROJECTION_MATRIX,
-                                 GL_MODELVIEW_STACK_DEPTH,
-                                 GL_PROJECTION_STACK_DEPTH};
-    for (const GLenum name : kNames) {
-        values = {};
-        glGetDoublev(name, values.data());
-        state.insert(state.end(), values.begin(), values.end());
-    }
-    return state;
-}
 
 class COverlaysGLTest : public testing::Test {
   protected:
@@ -67,21 +43,24 @@ class COverlaysGLTest : public testing::Test {
 };
 
 int Brightness(const CImage& picture, int x, int y) {
-    const std::uint8_t* p = picture.Pixel(x, y);
-    return p[0] + p[1] + p[2];
+    const CColor color = ColorAt(picture, x, y);
+    return color[0] + color[1] + color[2];
 }
 
 TEST_F(COverlaysGLTest, BallIsDrawnOnlyInADragAndRoundItsOutline) {
     LookFrom({0, -2.7, 0});
+    glClearColor(0, 0.5f, 0, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
     CTrackBall ball(true);
     ball.SetBall(2, 0, -2.7f, 0);
-    const auto before = State();
+    const int empty = Brightness(Picture(), 0, 0);
+    const auto before = ReadGlState();
     ball.DrawOverlay();
-    EXPECT_EQ(Brightness(Picture(), 200 - 144, 150), 0);
+    EXPECT_EQ(Brightness(Picture(), 200 - 144, 150), empty);
 
     ball.Begin(200, 150);
     ball.DrawOverlay();
-    EXPECT_EQ(State(), before);
+    EXPECT_EQ(ReadGlState(), before);
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
     const CImage picture = Picture();
     // The outline of a unit ball seen from 2.7: tangent 1 / sqrt(2.7^2 - 1), at 362 pixels for a tangent
@@ -93,28 +72,17 @@ TEST_F(COverlaysGLTest, BallIsDrawnOnlyInADragAndRoundItsOutline) {
     EXPECT_NEAR(left, 200 - radius, 2);
     EXPECT_NEAR(right, 200 + radius, 2);
 
+    int covered = 0;
+    for (int y = 60; y < 240; ++y)
+        for (int x = 110; x < 290; ++x) covered += ColorAt(picture, x, y)[1] < 90;
+    EXPECT_LT(covered, 180 * 180 / 8) << "the model cannot be seen through it";
+
     CTrackBall without(false);
     glClear(GL_COLOR_BUFFER_BIT);
     without.SetBall(2, 0, -2.7f, 0);
     without.Begin(200, 150);
     without.DrawOverlay();
-    EXPECT_EQ(Brightness(Picture(), left, 140), 0);
-}
-
-TEST_F(COverlaysGLTest, BallCanBeSeenThrough) {
-    LookFrom({0, -2.7, 0});
-    glClearColor(0, 0.5f, 0, 1);
-    glClear(GL_COLOR_BUFFER_BIT);
-    CTrackBall ball(true);
-    ball.SetBall(2, 0, -2.7f, 0);
-    ball.Begin(200, 150);
-    ball.DrawOverlay();
-    const CImage picture = Picture();
-    int covered = 0;
-    for (int y = 60; y < 240; ++y)
-        for (int x = 110; x < 290; ++x)
-            if (picture.Pixel(x, y)[1] < 90) ++covered;
-    EXPECT_LT(covered, 180 * 180 / 8);
+    EXPECT_EQ(Brightness(Picture(), left, 140), empty);
 }
 
 struct CBoxCase {
@@ -128,26 +96,23 @@ TEST_P(CZoomBoxGLTest, CoversWhatWasDragged) {
     LookFrom({0, -2.7, 0});
     glClearColor(1, 1, 1, 1);
     glClear(GL_COLOR_BUFFER_BIT);
-    const auto before = State();
+    const auto before = ReadGlState();
     DrawZoomBox(GetParam().dragged);
-    EXPECT_EQ(State(), before);
+    EXPECT_EQ(ReadGlState(), before);
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
     const CImage picture = Picture();
     for (const auto& [x, y, inside] :
          {std::array{52, 42, 1}, std::array{348, 58, 1}, std::array{200, 50, 1}, std::array{47, 50, 0},
           std::array{353, 50, 0}, std::array{200, 36, 0}, std::array{200, 64, 0}, std::array{200, 250, 0}}) {
-        const std::uint8_t* p = picture.Pixel(x, y);
         // Half of white and half of (0.39, 0.46, 0.77).
-        EXPECT_NEAR(p[0], inside ? 177 : 255, 2) << x << "," << y;
-        EXPECT_NEAR(p[2], inside ? 226 : 255, 2) << x << "," << y;
+        EXPECT_TRUE(HasColor(picture, x, y, inside ? CColor{177, 186, 226} : CColor{255, 255, 255}, 2));
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Drags, CZoomBoxGLTest,
-                         testing::Values(CBoxCase{"Downwards", C2DRect(50, 40, 350, 60)},
-                                         CBoxCase{"UpAndLeft", C2DRect(350, 60, 50, 40)},
-                                         CBoxCase{"UpAndRight", C2DRect(50, 60, 350, 40)}),
-                         [](const auto& row) { return row.param.name; });
+const CBoxCase kDrags[] = {{"Downwards", C2DRect(50, 40, 350, 60)},
+                           {"UpAndLeft", C2DRect(350, 60, 50, 40)},
+                           {"UpAndRight", C2DRect(50, 60, 350, 40)}};
+INSTANTIATE_TEST_SUITE_P(Drags, CZoomBoxGLTest, testing::ValuesIn(kDrags), kRowName);
 
 TEST_F(COverlaysGLTest, BoxWithoutAreaOrViewportIsHarmless) {
     DrawZoomBox(C2DRect(20, 20, 20, 20));

@@ -42,6 +42,13 @@ class CViewWindowWxTest : public testing::Test {
         const C3dsDisplayWrap& e = window.Engine();
         return {e.GetEyeX() - e.GetXOrg(), e.GetEyeY() - e.GetYOrg(), e.GetEyeZ() - e.GetZOrg()};
     }
+    /** Nothing is painted for a while, once all has been. */
+    void ExpectRest(int periodMs) {
+        (void)window.Picture();
+        const int paints = window.Paints();
+        CViewWindow::Rest(periodMs);
+        EXPECT_EQ(window.Paints(), paints);
+    }
     [[nodiscard]] bool IsDragging() { return window.View().GetDragState() == EDragState::Dragging; }
 
     CTestFolder folder;
@@ -100,11 +107,7 @@ TEST_F(CViewWindowWxTest, DragTurnsTheModel) {
 TEST_F(CViewWindowWxTest, WheelZooms) {
     const float distance = Length(Eye());
     window.MoveTo(middleX, middleY);
-    const wxPoint at = wxGetMousePosition();
-    ASSERT_EQ(
-        std::system(
-            ("xdotool mousemove " + std::to_string(at.x) + " " + std::to_string(at.y) + " click 4").c_str()),
-        0);
+    ASSERT_EQ(std::system("xdotool click 4"), 0);
     ASSERT_TRUE(CViewWindow::WaitFor([&] { return Length(Eye()) < distance * 0.99f; }));
     ASSERT_EQ(std::system("xdotool click 5 click 5"), 0);
     ASSERT_TRUE(CViewWindow::WaitFor([&] { return Length(Eye()) > distance * 1.01f; }));
@@ -145,28 +148,19 @@ TEST_F(CViewWindowWxTest, LongPressDeletesTheNode) {
 TEST_F(CViewWindowWxTest, TurnsByItselfUntilTold) {
     const CImage before = window.Picture();
     window.View().SetRotate(true);
-    const float start =
-        window.Engine().GetRotAngleZ() + window.Engine().GetRotAngleX() + window.Engine().GetRotAngleY();
-    const auto turned = [&] {
-        const C3dsDisplayWrap& e = window.Engine();
-        return std::abs(e.GetRotAngleX() + e.GetRotAngleY() + e.GetRotAngleZ() - start);
-    };
-    ASSERT_TRUE(CViewWindow::WaitFor([&] { return turned() >= 5; }));
+    const auto turned = [&] { return window.Engine().GetRotAngleZ(); };
+    const float start = turned();
+    ASSERT_TRUE(CViewWindow::WaitFor([&] { return std::abs(turned() - start) >= 5; }));
     window.View().SetRotate(false);
     EXPECT_TRUE(Differ(before, window.Picture()));
     const float still = turned();
-    const int paints = window.Paints();
-    CViewWindow::Rest(300);
+    ExpectRest(300);
     EXPECT_EQ(turned(), still);
-    EXPECT_EQ(window.Paints(), paints);
 
     // With nothing shown there is nothing to turn.
     window.View().SetRotate(true);
     window.View().CloseModel();
-    (void)window.Picture();
-    const int empty = window.Paints();
-    CViewWindow::Rest(300);
-    EXPECT_EQ(window.Paints(), empty);
+    ExpectRest(300);
 }
 
 TEST_F(CViewWindowWxTest, PlaysAnimationsUntilClosed) {
@@ -175,10 +169,7 @@ TEST_F(CViewWindowWxTest, PlaysAnimationsUntilClosed) {
     ASSERT_TRUE(CViewWindow::WaitFor([&] { return std::abs(window.Engine().GetFrame() - frame) >= 3; }));
     window.View().CloseModel();
     EXPECT_TRUE(window.View().GetFileName().empty());
-    (void)window.Picture();
-    const int paints = window.Paints();
-    CViewWindow::Rest(300);
-    EXPECT_EQ(window.Paints(), paints);
+    ExpectRest(300);
 }
 
 TEST_F(CViewWindowWxTest, RestsWhenNothingMoves) {
@@ -191,11 +182,10 @@ TEST_F(CViewWindowWxTest, RestsWhenNothingMoves) {
         return seconds(usage.ru_utime) + seconds(usage.ru_stime);
     };
     (void)window.Picture();
-    const int paints = window.Paints();
     const double before = processorSeconds();
     CViewWindow::Rest(1000);
     EXPECT_LT(processorSeconds() - before, 0.02);
-    EXPECT_EQ(window.Paints(), paints);
+    ExpectRest(300);
 }
 
 TEST_F(CViewWindowWxTest, TellsItsOwnerOfKeysAndButtons) {
@@ -207,16 +197,6 @@ TEST_F(CViewWindowWxTest, TellsItsOwnerOfKeysAndButtons) {
     window.Hand().MouseClick(wxMOUSE_BTN_LEFT);
     ASSERT_TRUE(CViewWindow::WaitFor([this] { return window.told.size() >= 5; }));
     EXPECT_EQ(window.told, (std::vector<std::string>{"key 32", "key 8", "key 27", "right", "left"}));
-}
-
-TEST_F(CViewWindowWxTest, AFailedOpenShowsNothing) {
-    EXPECT_FALSE(window.View().OpenModel((m_path + L".missing").c_str()));
-    EXPECT_TRUE(window.View().GetPath().empty());
-    EXPECT_EQ(window.Engine().Prepared(), nullptr);
-    EXPECT_EQ(Red(window.Picture(), middleX - aside, middleY), 0);
-    EXPECT_FALSE(window.View().OpenModel(L""));
-    EXPECT_TRUE(window.View().OpenModel(m_path.c_str()));
-    EXPECT_EQ(window.View().GetFileName(), L"boxes0.3ds");
 }
 
 TEST_F(CViewWindowWxTest, EndsInTheMidstOfADrag) {

@@ -5,6 +5,7 @@
 
 #include <vector>
 
+#include "row_name.h"
 #include "view/CWheelNotches.h"
 
 namespace {
@@ -24,18 +25,17 @@ TEST_P(CPickRecordsTest, FindsTheNearestName) {
 
 constexpr unsigned kFar = 0x90000000u;  // negative if it were compared as a signed number
 
-INSTANTIATE_TEST_SUITE_P(
-    Records, CPickRecordsTest,
-    testing::Values(CPickCase{"NoHit", 0, {1, 5, 9, 42}, std::nullopt},
-                    CPickCase{"Overflow", -1, {1, 5, 9, 42}, std::nullopt},
-                    CPickCase{"One", 1, {1, 5, 9, 42}, 42},
-                    CPickCase{"NearerLater", 3, {1, 7, 9, 1, 1, 5, 9, 2, 1, 6, 6, 3}, 2},
-                    CPickCase{"EquallyNearTheFirst", 3, {1, 7, 9, 1, 1, 5, 9, 2, 1, 5, 5, 3}, 2},
-                    CPickCase{"DepthIsUnsigned", 2, {1, 5, 9, 1, 1, kFar, kFar, 2}, 1},
-                    CPickCase{"OnlyHitsCount", 1, {1, 7, 9, 1, 1, 5, 9, 2}, 1},
-                    CPickCase{"MoreHitsThanWords", 9, {1, 7, 9, 1, 1, 5, 9, 2}, 2},
-                    CPickCase{"NoWords", 2, {}, std::nullopt}),
-    [](const auto& row) { return row.param.name; });
+const CPickCase kRecords[] = {
+    {"NoHit", 0, {1, 5, 9, 42}, std::nullopt},
+    {"Overflow", -1, {1, 5, 9, 42}, std::nullopt},
+    {"NearerLater", 3, {1, 7, 9, 1, 1, 5, 9, 2, 1, 6, 6, 3}, 2},
+    {"EquallyNearTheFirst", 3, {1, 7, 9, 1, 1, 5, 9, 2, 1, 5, 5, 3}, 2},
+    {"DepthIsUnsigned", 2, {1, 5, 9, 1, 1, kFar, kFar, 2}, 1},
+    {"OnlyHitsCount", 1, {1, 7, 9, 1, 1, 5, 9, 2}, 1},
+    {"MoreHitsThanWords", 9, {1, 7, 9, 1, 1, 5, 9, 2}, 2},
+    {"NoWords", 2, {}, std::nullopt},
+};
+INSTANTIATE_TEST_SUITE_P(Records, CPickRecordsTest, testing::ValuesIn(kRecords), kRowName);
 
 struct CNotchCase {
     const char* name;
@@ -52,11 +52,10 @@ TEST_P(CWheelNotchesTest, CountsWholeOnes) {
     EXPECT_EQ(counted, GetParam().notches);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rotations, CWheelNotchesTest,
-                         testing::Values(CNotchCase{"Wheel", {120, -120, 240}, {1, -1, 2}},
-                                         CNotchCase{"TouchPad", {50, 50, 50, 50}, {0, 0, 1, 0}},
-                                         CNotchCase{"TurningBackStartsAfresh", {100, -60, -60}, {0, 0, -1}},
-                                         CNotchCase{"TowardsTheUser", {-50, -50, -50}, {0, 0, -1}}),
-                         [](const auto& row) { return row.param.name; });
+const CNotchCase kRotations[] = {{"Wheel", {120, -120, 240}, {1, -1, 2}},
+                                 {"TouchPad", {50, 50, 50, 50}, {0, 0, 1, 0}},
+                                 {"TurningBackStartsAfresh", {100, -60, -60}, {0, 0, -1}},
+                                 {"TowardsTheUser", {-50, -50, -50}, {0, 0, -1}}};
+INSTANTIATE_TEST_SUITE_P(Rotations, CWheelNotchesTest, testing::ValuesIn(kRotations), kRowName);
 
 }  // namespace

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include <chrono>
 #include <cstdio>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "export/C3ds2Pov.h"
+#include "export/C3ds2PovExportFlow.h"
 #include "platform/number_text.h"
 
 namespace {
@@ -13,6 +15,24 @@ constexpr const char* kUsage =
     "orbivue-pov [OPTION VALUE...] MODEL OUTPUT.pov\n"
     "  -camera NAME  -red -green -blue 0..1  -x -y -z DEGREES  -diffuse -self 0..1\n"
     "  -textures 0|1  -radiosity 0|1  -mode NUMBER\n";
+
+/** Measures the writing, which begins when the scene is read and prepared. */
+class CTimes final : public C3ds2PovExportFlow {
+  public:
+    void Begin(int) override { m_begin = CClock::now(); }
+    void Step() override {}
+    void Message(int value) override { m_triangles = value; }
+    void Finished() override {
+        if (m_triangles < 0) return;
+        const double ms = std::chrono::duration<double, std::milli>(CClock::now() - m_begin).count();
+        std::printf("%d triangles written in %.1f ms\n", m_triangles, ms);
+    }
+
+  private:
+    using CClock = std::chrono::steady_clock;
+    CClock::time_point m_begin;
+    int m_triangles = -1;
+};
 
 float Number(const std::string& text) {
     return static_cast<float>(number_text::ParseLeading(text).value_or(0));
@@ -50,7 +70,8 @@ int main(int argc, char** argv) {
         std::fputs(kUsage, stderr);
         return 1;
     }
-    const CStatus status = C3ds2Pov::TryExport(arguments[at], arguments[at + 1], format, nullptr);
+    CTimes times;
+    const CStatus status = C3ds2Pov::TryExport(arguments[at], arguments[at + 1], format, &times);
     if (status) return 0;
     std::fprintf(stderr, "orbivue-pov: %s\n", status.Error().Text().c_str());
     return 2;

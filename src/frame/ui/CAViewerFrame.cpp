@@ -5,6 +5,7 @@
 #include <wx/dnd.h>
 #include <wx/iconbndl.h>
 #include <wx/menu.h>
+#include <wx/wupdlock.h>
 
 #include <cmath>
 #include <functional>
@@ -113,6 +114,7 @@ void CAViewerFrame::MakePanes() {
                                       .CloseButton(false)
                                       .PaneBorder(false)
                                       .DockFixed()
+                                      .BestSize(m_animationBar->GetBestSize())
                                       .Hide());
 }
 
@@ -200,9 +202,22 @@ void CAViewerFrame::ToggleFullScreen() {
     ShowFullScreen(!IsFullScreen(), wxFULLSCREEN_ALL);
     m_state.isFullScreen = IsFullScreen();
     if (!m_state.isFullScreen && GetMenuBar() != m_menuBar) SetMenuBar(m_menuBar);
-    // The model alone fills the screen; its panes come back with the menus.
-    m_aui.GetPane(kToolBarPane).Show(m_state.isToolBarShown && !m_state.isFullScreen);
-    m_aui.GetPane(kAnimationPane).Show(m_state.isAnimated && !m_state.isFullScreen);
+    ShowPanes();
+}
+
+/** The model alone fills a full screen; the panes come back with the menus. */
+void CAViewerFrame::ShowPanes() {
+    const auto show = [this](const char* name, bool wanted) {
+        wxAuiPaneInfo& pane = m_aui.GetPane(name);
+        const bool changes = pane.IsShown() != (wanted && !m_state.isFullScreen);
+        if (changes) pane.Show(!pane.IsShown());
+        return changes;
+    };
+    const bool toolBar = show(kToolBarPane, m_state.isToolBarShown);
+    const bool animation = show(kAnimationPane, m_state.isAnimated);
+    if (!toolBar && !animation) return;
+    // The manager would have the view painted at once, and it will be painted anyway.
+    const wxWindowUpdateLocker noPainting(m_view->GetCanvas()->GetWindow());
     m_aui.Update();
 }
 
@@ -210,8 +225,7 @@ void CAViewerFrame::ToggleToolBar() {
     CSettings& settings = CSettings::Instance();
     settings.showToolBar = !settings.showToolBar;
     m_state.isToolBarShown = settings.showToolBar;
-    m_aui.GetPane(kToolBarPane).Show(m_state.isToolBarShown && !m_state.isFullScreen);
-    m_aui.Update();
+    ShowPanes();
 }
 
 void CAViewerFrame::TogglePlaying() {
@@ -275,11 +289,7 @@ void CAViewerFrame::OnModelChanged() {
     }
     ShowSceneCameras(*m_menuBar, engine.GetFileCameraNames());
     m_files->RecentFiles().UpdateMenu(*m_menuBar->GetMenu(0));
-    wxAuiPaneInfo& animation = m_aui.GetPane(kAnimationPane);
-    if (animation.IsShown() != (m_state.isAnimated && !m_state.isFullScreen)) {
-        animation.Show(m_state.isAnimated && !m_state.isFullScreen);
-        m_aui.Update();
-    }
+    ShowPanes();
     ShowCommandStates();
     CloseWhereAsked();
 }

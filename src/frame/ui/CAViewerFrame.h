@@ -55,6 +55,7 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
     void ApplySettings();
     void ShowHint();
     void ShowCommandStates();
+    void ShowPanes();
     void OnClose(wxCloseEvent& event);
     void CloseWhereAsked();
 

@@ -122,7 +122,7 @@ CPreviewPane::CRow CPreviewPane::AddRow(GtkWidget* grid, int line, const char* e
     gtk_label_set_xalign(GTK_LABEL(row.value), 0);
     gtk_grid_attach(GTK_GRID(grid), row.name, 0, line, 1, 1);
     gtk_grid_attach(GTK_GRID(grid), row.value, 1, line, 1, 1);
-    gtk_widget_set_name(row.value, "preview-fact");
+    gtk_widget_set_name(row.value, ("preview-fact-" + std::to_string(line)).c_str());
     return row;
 }
 
@@ -159,8 +159,8 @@ void CPreviewPane::ShowWaiting(const CPreviewRequest& request) {
 void CPreviewPane::ShowResult(const CPreviewRequest& request, const CPreviewResult& result) {
     ShowNothing();
     SetRow(m_size, preview_facts::SizeText(request.bytes));
-    if (result.triangles >= 0) SetRow(m_triangles, preview_facts::CountText(result.triangles));
-    if (result.objects >= 0) SetRow(m_objects, preview_facts::CountText(result.objects));
+    if (result.triangles >= 0) SetRow(m_triangles, lng::Number(static_cast<std::uint64_t>(result.triangles)));
+    if (result.objects >= 0) SetRow(m_objects, lng::Number(static_cast<std::uint64_t>(result.objects)));
     ShowPage(SetPicture(result) ? kPicturePage : kProblemPage);
     gtk_label_set_text(GTK_LABEL(m_problem), Utf8(result.problem).c_str());
     gtk_widget_set_visible(m_problem, !result.problem.empty());

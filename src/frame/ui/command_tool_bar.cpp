@@ -7,21 +7,44 @@
 #include <wx/image.h>
 #include <wx/log.h>
 
+#include <functional>
 #include <string>
 
 #include "platform/lng.h"
 #include "platform/std_file_paths.h"
 
-wxBitmapBundle LoadIcon(const char* fileName, int size) {
+namespace {
+
+/** A picture of the images folder in all sizes from one on, each passed through change. */
+wxBitmapBundle LoadSizes(const char* fileName, int size, const std::function<void(wxImage&)>& change) {
     const wxLogNull quiet;  // a program without its pictures still works
     const wxString path = std_file_paths::GetDataPath(L"images/" + lng::ConvertFromUTF8(fileName));
     wxVector<wxBitmap> sizes;
     const int count = wxImage::GetImageCount(path, wxBITMAP_TYPE_ICO);
     for (int i = 0; i < count; ++i) {
         wxImage image;
-        if (image.LoadFile(path, wxBITMAP_TYPE_ICO, i) && image.GetWidth() >= size) sizes.push_back(wxBitmap(image));
+        if (!image.LoadFile(path, wxBITMAP_TYPE_ICO, i) || image.GetWidth() < size) continue;
+        change(image);
+        sizes.push_back(wxBitmap(image));
     }
     return wxBitmapBundle::FromBitmaps(sizes);
+}
+
+/** Grey and mostly see-through, so that it looks switched off on light and dark ground; the toolkit's own way, to
+ * brighten, makes it the liveliest on a dark one. */
+void Fade(wxImage& image) {
+    constexpr int kOpacityPercent = 45;
+    image = image.ConvertToGreyscale();
+    if (!image.HasAlpha()) image.InitAlpha();
+    const int pixels = image.GetWidth() * image.GetHeight();
+    unsigned char* alpha = image.GetAlpha();
+    for (int i = 0; i < pixels; ++i) alpha[i] = static_cast<unsigned char>(alpha[i] * kOpacityPercent / 100);
+}
+
+}  // namespace
+
+wxBitmapBundle LoadIcon(const char* fileName, int size) {
+    return LoadSizes(fileName, size, [](wxImage&) {});
 }
 
 wxAuiToolBar* MakeToolBar(wxWindow* parent) {
@@ -36,7 +59,7 @@ wxAuiToolBar* MakeToolBar(wxWindow* parent) {
             continue;
         }
         const wxString tip = lng::Text(command->toolTip);
-        bar->AddTool(WidgetIdOf(id), tip, LoadIcon(command->icon), wxBitmapBundle(),
+        bar->AddTool(WidgetIdOf(id), tip, LoadIcon(command->icon), LoadSizes(command->icon, kToolIconSize, Fade),
                      command->isToggle ? wxITEM_CHECK : wxITEM_NORMAL, tip, tip, nullptr);
     }
     bar->Realize();

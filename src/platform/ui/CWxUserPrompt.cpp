@@ -2,26 +2,18 @@
 #include "platform/ui/CWxUserPrompt.h"
 
 #include <wx/app.h>
-#include <wx/dialog.h>
 #include <wx/msgdlg.h>
 #include <wx/utils.h>
 
-namespace {
-
-// A box over the top window alone would open behind a dialog that asks.
-wxWindow* Parent() {
-    for (auto node = wxTopLevelWindows.GetLast(); node; node = node->GetPrevious()) {
-        auto* dialog = dynamic_cast<wxDialog*>(node->GetData());
-        if (dialog && dialog->IsModal() && dialog->IsShown()) return dialog;
-    }
-    return wxTheApp->GetTopWindow();
+CWxUserPrompt::CWxUserPrompt() {
+    m_modalDialogs.Register();
 }
 
-int Show(const std::wstring& text, long style) {
-    return wxMessageBox(text, wxTheApp->GetAppName(), style, Parent());
+int CWxUserPrompt::Show(const std::wstring& text, long style) const {
+    // A box over the top window alone would open behind a dialog that asks.
+    wxWindow* parent = m_modalDialogs.Last();
+    return wxMessageBox(text, wxTheApp->GetAppName(), style, parent ? parent : wxTheApp->GetTopWindow());
 }
-
-}  // namespace
 
 void CWxUserPrompt::ShowMessage(const std::wstring& text) {
     Show(text, wxOK | wxCENTRE);

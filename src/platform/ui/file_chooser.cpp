@@ -48,6 +48,7 @@ GtkFileFilter* MakeFilter(const CFilter& filter) {
 using CFilters = std::vector<CFilter>;
 
 void OnFilterChanged(GtkFileChooser* chooser, GParamSpec*, gpointer data) {
+    if (!gtk_widget_get_mapped(GTK_WIDGET(chooser))) return;  // it is being taken down
     auto* dialog = static_cast<wxFileDialog*>(data);
     const auto* filters =
         static_cast<const CFilters*>(g_object_get_data(G_OBJECT(chooser), "orbivue-filters"));

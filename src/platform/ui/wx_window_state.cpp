@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/ui/wx_window_state.h"
 
+#include <gtk/gtk.h>
 #include <wx/display.h>
 #include <wx/timer.h>
 #include <wx/toplevel.h>
@@ -105,6 +106,12 @@ void Apply(wxWindow& window, const CPlaceRect& place) {
     window.SetSize(wxRect(at, size), wxSIZE_ALLOW_MINUS_ONE);
 }
 
+gboolean OnMapped(GtkWidget* widget, GdkEvent*, gpointer) {
+    g_signal_handlers_disconnect_by_func(widget, reinterpret_cast<gpointer>(OnMapped), nullptr);
+    gtk_window_maximize(GTK_WINDOW(widget));
+    return FALSE;
+}
+
 }  // namespace
 
 bool LoadState(wxWindow* window, std::string_view name) {
@@ -114,7 +121,7 @@ bool LoadState(wxWindow* window, std::string_view name) {
         Apply(*window, top ? window_place::BringOntoScreen(*stored, Screens(*window)) : *stored);
         if (top && CLocalRegStore::GetInt(name, kMaximized, 0) != 0) {
             Watch(*window);  // before it grows
-            top->Maximize();
+            MaximizeFrame(top);
         }
     }
     Watch(*window);
@@ -140,7 +147,12 @@ void SaveState(wxWindow* window, std::string_view name) {
 }
 
 void MaximizeFrame(wxTopLevelWindow* frame) {
-    frame->Maximize();
+    if (gtk_widget_get_mapped(frame->GetHandle())) {
+        frame->Maximize();
+        return;
+    }
+    // A window that is maximised before it is on the screen has no size to go back to.
+    g_signal_connect(frame->GetHandle(), "map-event", G_CALLBACK(OnMapped), nullptr);
 }
 
 }  // namespace wx_window_state

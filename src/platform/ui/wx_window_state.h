@@ -22,6 +22,7 @@ namespace wx_window_state {
 bool LoadState(wxWindow* window, std::string_view name);
 /** Stores the place; of a window that is maximised, full screen or iconised the one that it had before. */
 void SaveState(wxWindow* window, std::string_view name);
+/** At once, or as soon as the frame is on the screen. */
 void MaximizeFrame(wxTopLevelWindow* frame);
 
 }  // namespace wx_window_state

@@ -135,7 +135,7 @@ CGLCanvas::CPoint CGLCanvas::InPixels(wxPoint position) const {
 
 void CGLCanvas::Paint() {
     const wxPaintDC dc(this);  // without one the toolkit would ask for the same paint again
-    if (!m_handler || !IsReady() || !SetCurrent(m_context)) return;
+    if (!m_handler || IsFrozen() || !IsReady() || !SetCurrent(m_context)) return;
     m_handler->OnPaint();
     SwapBuffers();
     ArmTicks();

@@ -13,7 +13,7 @@
  * context of the compatibility profile.
  *
  * All coordinates and sizes given to the handler are pixels of the framebuffer; on a display with a content
- * scale the toolkit's own are smaller. It repaints when it is exposed, after EndGL, after a turn of the wheel
+ * scale the toolkit's own are smaller. Frozen it paints nothing. It repaints when it is exposed, after EndGL, after a turn of the wheel
  * or a new size, and after a tick. Ticks come only after a frame has been shown, so a hidden or slow window
  * gets no more of them than it shows: rotation ticks while SetRotating is on, animation ticks from
  * OnModelOpened until the handler answers that nothing is left to play.

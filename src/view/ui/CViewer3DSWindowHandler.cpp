@@ -23,7 +23,6 @@
 #include "view/pick_records.h"
 #include "view/save_scene.h"
 #include "view/ui/run_beside_windows.h"
-#include "view/ui/view_hint.h"
 
 namespace {
 
@@ -273,7 +272,6 @@ const char* CViewer3DSWindowHandler::PickNode(int x, int y) {
 
 void CViewer3DSWindowHandler::OnPaint() {
     DrawFrame(GL_RENDER, -1, -1);
-    if (!GetEngine().Prepared()) DrawViewHint(m_hint);
     // Not from inside a paint: the work may take long, and the empty frame is to be seen meanwhile.
     if (m_whenReady) CallAfter([work = std::exchange(m_whenReady, nullptr)] { work(); });
 }

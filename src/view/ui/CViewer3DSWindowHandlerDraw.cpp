@@ -6,6 +6,7 @@
 #include "engine/C3dsDisplayWrap.h"
 #include "view/ui/CGlAttribGuard.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
+#include "view/ui/view_hint.h"
 #include "view/ui/zoom_box.h"
 
 void CViewer3DSWindowHandler::DrawFrame(int renderMode, int x, int y) {
@@ -14,7 +15,10 @@ void CViewer3DSWindowHandler::DrawFrame(int renderMode, int x, int y) {
     constexpr GLenum kHints[] = {GL_POLYGON_SMOOTH_HINT, GL_POINT_SMOOTH_HINT, GL_PERSPECTIVE_CORRECTION_HINT,
                                  GL_LINE_SMOOTH_HINT};
     for (const GLenum hint : kHints) glHint(hint, GL_NICEST);
-    if (!GetEngine().InitDrawings(renderMode, x, y)) return;
+    if (!GetEngine().InitDrawings(renderMode, x, y)) {
+        if (renderMode == GL_RENDER) DrawViewHint(m_hint);
+        return;
+    }
 
     SetUpCamera();
     glPushMatrix();

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "export/pov_parts.h"
+
+#include <gtest/gtest.h>
+
+#include "engine/test_scenes.h"
+
+namespace {
+
+enum class ECube { Closed, Open, Inwards };
+
+struct CCase {
+    const char* name;
+    ECube cube;
+    CPovBatch material;
+    std::vector<CVec3> eyes;
+    std::size_t hidden;  ///< triangles
+};
+
+constexpr CPovBatch Batch(bool oneSided, bool seesThrough) {
+    CPovBatch batch;
+    batch.oneSided = oneSided;
+    batch.seesThrough = seesThrough;
+    return batch;
+}
+constexpr CPovBatch kOneSided = Batch(true, false), kTwoSided = Batch(false, false),
+                    kGlass = Batch(true, true);
+constexpr CVec3 kAbove{0, 0, 9}, kBelow{0, 0, -9}, kWithin{0.1f, 0.2f, 0};
+
+class SplitIntoPartsTest : public testing::TestWithParam<CCase> {};
+
+CPreparedMesh CubeMesh(ECube kind) {
+    CPreparedMesh cube = test_scenes::MakeCube();
+    if (kind == ECube::Closed) return cube;
+    if (kind == ECube::Inwards) {
+        for (std::size_t i = 0; i < cube.indices16.size(); i += 3)
+            std::swap(cube.indices16[i], cube.indices16[i + 1]);
+        return cube;
+    }
+    std::vector<std::uint16_t> kept;
+    for (std::uint32_t i = 0; i < cube.IndexCount(); i += 3) {
+        const bool top = cube.vertices[cube.Index(i)].Normal().z > 0.5f;
+        for (std::uint32_t c = 0; c < 3 && !top; ++c)
+            kept.push_back(static_cast<std::uint16_t>(cube.Index(i + c)));
+    }
+    cube.indices16 = kept;
+    cube.batches.front().indexCount = static_cast<std::uint32_t>(kept.size());
+    return cube;
+}
+
+TEST_P(SplitIntoPartsTest, HidesWhatTheViewDoesNotShow) {
+    const CPreparedMesh mesh = CubeMesh(GetParam().cube);
+    const CPovMesh numbers = CPovMesh::Make(mesh, 4, nullptr);
+    const std::vector<CPovBatch> batches(mesh.batches.size(), GetParam().material);
+    std::size_t hidden = 0, all = 0;
+    for (const CPovPart& part : SplitIntoParts(mesh, numbers, batches, GetParam().eyes, true)) {
+        hidden += part.hidden ? part.faces.size() : 0;
+        all += part.faces.size();
+    }
+    EXPECT_EQ(hidden, GetParam().hidden);
+    EXPECT_EQ(all, mesh.IndexCount() / 3);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    pov_parts, SplitIntoPartsTest,
+    testing::Values(CCase{"ClosedHidesNothing", ECube::Closed, kOneSided, {kAbove}, 0},
+                    CCase{"ClosedFromWithinHidesAll", ECube::Closed, kOneSided, {kWithin}, 12},
+                    CCase{"RoomIsLookedInto", ECube::Inwards, kOneSided, {kAbove}, 2},
+                    // From nine units away the sides of a cube with a side of two turn their backs.
+                    CCase{"ClosedGlassHidesBacks", ECube::Closed, kGlass, {kAbove}, 10},
+                    CCase{"OpenHidesBacks", ECube::Open, kOneSided, {kAbove}, 10},
+                    CCase{"OpenFromBelowHidesSides", ECube::Open, kOneSided, {kBelow}, 8},
+                    CCase{"BothSidesHideNothing", ECube::Open, kTwoSided, {kAbove}, 0},
+                    CCase{"SeenByAnyInstanceIsNotHidden", ECube::Open, kOneSided, {kAbove, kBelow}, 8},
+                    CCase{"WithoutEyesNothing", ECube::Open, kOneSided, {}, 0}),
+    [](const auto& row) { return row.param.name; });
+
+}  // namespace

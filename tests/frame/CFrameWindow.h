@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <wx/evtloop.h>
+#include <wx/uiaction.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "frame/ui/CAViewerFrame.h"
+#include "platform/CLocalRegStore.h"
+#include "platform/CTestFolder.h"
+#include "platform/CUserPrompt.h"
+#include "settings/CSettingsGuard.h"
+
+class C3dsDisplayWrap;
+
+/** Answers all questions as it was told and keeps what was asked. */
+class CRecordedPrompt final : public CUserPrompt {
+  public:
+    void ShowMessage(const std::wstring& text) override { messages.push_back(text); }
+    [[nodiscard]] bool AskYesNo(const std::wstring& text) override {
+        messages.push_back(text);
+        return answer;
+    }
+    void BeginBusy() override { ++busy; }
+    void EndBusy() override { --busy; }
+
+    std::vector<std::wstring> messages;
+    bool answer = false;
+    int busy = 0;
+};
+
+/** The program's frame, shown, with settings and files of its own. */
+class CFrameWindow {
+  public:
+    CFrameWindow();
+    ~CFrameWindow();
+
+    /** Serves events until the condition holds; false when it does not within 30 seconds. */
+    [[nodiscard]] static bool WaitFor(const std::function<bool()>& condition);
+    [[nodiscard]] bool IsReady() const { return m_ready; }
+    [[nodiscard]] CAViewerFrame& Frame() { return *m_frame; }
+    [[nodiscard]] C3dsDisplayWrap& Engine();
+    [[nodiscard]] bool Open(const std::wstring& path) { return m_frame->Files().OpenByPath(path); }
+    /** Closes the frame as a user does, and shows a new one, as a new start of the program does. */
+    void StartAgain();
+    /** Presses a key with the view in focus, and serves what follows. */
+    void Press(int key, int modifiers = 0);
+    [[nodiscard]] bool IsEnabled(int id) const { return m_frame->StateOfCommand(id).enabled; }
+
+    CTestFolder folder;
+    CRecordedPrompt* prompt;
+
+  private:
+    void ShowFrame();
+
+    CLocalRegStore::CDefaultFileGuard m_store;
+    CSettingsGuard m_settings;
+    std::unique_ptr<CUserPrompt> m_promptBefore;
+    CAViewerFrame* m_frame = nullptr;
+    wxUIActionSimulator m_hand;
+    bool m_ready = false;
+};

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <string>
+
+#include "frame/command_states.h"
+#include "frame/command_table.h"
+#include "settings/CSettings.h"
+
+namespace {
+
+std::string TextOf(int id) {
+    const CCommand* command = FindCommand(id);
+    return command && command->text ? command->text : "";
+}
+
+TEST(CommandTableTest, NumbersAreUniqueAndFitTheToolkit) {
+    std::set<int> ids;
+    for (const CCommand& command : Commands()) {
+        EXPECT_TRUE(ids.insert(command.id).second) << command.text;
+        EXPECT_EQ(CommandOfWidgetId(WidgetIdOf(command.id)), command.id);
+        EXPECT_GT(WidgetIdOf(command.id), 0);
+        EXPECT_LT(WidgetIdOf(command.id), 32768);
+    }
+}
+
+TEST(CommandTableTest, EveryToolHasAPictureAndATip) {
+    std::set<int> tools;
+    for (const int id : ToolBarOrder()) {
+        if (id == 0) continue;
+        const CCommand* command = FindCommand(id);
+        ASSERT_NE(command, nullptr) << id;
+        EXPECT_TRUE(command->toolTip && command->icon) << command->text;
+        tools.insert(id);
+    }
+    for (const CCommand& command : Commands()) EXPECT_EQ(command.icon != nullptr, tools.count(command.id) == 1) << command.text;
+    for (const int id : ContextMenuOrder()) EXPECT_TRUE(id == 0 || FindCommand(id)) << id;
+}
+
+/** Numbers and texts that others rely on, and the spellings that are meant. */
+TEST(CommandTableTest, KeepsItsNumbersAndTexts) {
+    const std::map<int, std::string> fixed{
+        {32807, "&Open\tCtrl+O"},     {32812, "&Save As\tCtrl+S"}, {32793, "&Delete file"},
+        {32105, "E&xit\tCtrl+X"},     {32776, "ISO Camera"},       {32803, "Render mode"},
+        {32804, "Exort to POV-Ray format"}, {32821, "Fullscreen view\tF11"}, {32822, "ScreenShot\tCtrl+C"},
+        {32104, "&About ..."}};
+    for (const auto& [id, text] : fixed) EXPECT_EQ(TextOf(id), text);
+    EXPECT_STREQ(FindCommand(32804)->toolTip, "Export to POV-Ray format");
+}
+
+TEST(CommandTableTest, GroupsTheMenus) {
+    std::map<EMenu, std::string> menus;
+    for (const CCommand& command : Commands()) menus[command.menu] += command.endsGroup ? "o|" : "o";
+    EXPECT_EQ(menus[EMenu::File], "ooooo|o|o");
+    EXPECT_EQ(menus[EMenu::View], "oooooo|ooooo|o|oo|o|o|oo|ooo");
+    EXPECT_EQ(menus[EMenu::Export], "oo|ooo");
+    EXPECT_EQ(menus[EMenu::Tools], "o|o|o|ooo");
+    EXPECT_EQ(menus[EMenu::Help], "o|o|o");
+}
+
+struct CStateCase {
+    const char* name;
+    CFrameState frame;
+    std::set<int> enabled, disabled;
+};
+void PrintTo(const CStateCase& c, std::ostream* out) {
+    *out << c.name;
+}
+
+class CommandStatesTest : public testing::TestWithParam<CStateCase> {};
+
+TEST_P(CommandStatesTest, Enables) {
+    const CSettings settings;
+    const auto isEnabled = [&](int id) { return StateOf(*FindCommand(id), GetParam().frame, settings).enabled; };
+    for (const int id : GetParam().enabled) EXPECT_TRUE(isEnabled(id)) << TextOf(id);
+    for (const int id : GetParam().disabled) EXPECT_FALSE(isEnabled(id)) << TextOf(id);
+}
+
+const CStateCase kStateCases[] = {
+    {"NoModel",
+     {},
+     {kCmdOpen, kCmdExit, kCmdIsoCamera, kCmdShowAxis, kCmdFullScreen},
+     {kCmdSaveAs, kCmdCompressToZip, kCmdDeleteFile, kCmdPreviousFile, kCmdNextFile, kCmdExportPov, kCmdExportHtml,
+      kCmdExportGoogleDrive, kCmdScreenShot, kCmdReload, kCmdPlayAnimation, kCmdSceneNotes}},
+    {"LonelyModel",
+     {.hasModel = true, .folderModels = 1},
+     {kCmdSaveAs, kCmdCompressToZip, kCmdDeleteFile, kCmdReload},
+     {kCmdPreviousFile, kCmdNextFile, kCmdPlayAnimation}},
+    {"FailedOpenAmongOthers",  // the way on to the next file stays open
+     {.folderModels = 2},
+     {kCmdPreviousFile, kCmdNextFile},
+     {kCmdSaveAs, kCmdDeleteFile}},
+    {"AnimatedModel",
+     {.hasModel = true, .folderModels = 3, .hasNotes = true, .isAnimated = true},
+     {kCmdPlayAnimation, kCmdNextFile, kCmdSceneNotes},
+     {}}};
+INSTANTIATE_TEST_SUITE_P(All, CommandStatesTest, testing::ValuesIn(kStateCases),
+                         [](const auto& c) { return std::string(c.param.name); });
+
+TEST(CommandStatesTest, ChecksWhatIsOn) {
+    CSettings settings;
+    settings.showLights = settings.wireFrame = true;
+    const CFrameState frame{.isFullScreen = true, .isToolBarShown = false, .runningCommand = kCmdNextFile};
+    const std::set<int> checked{kCmdShowLights, kCmdRenderMode, kCmdFullScreen, kCmdNextFile};
+    for (const CCommand& command : Commands())
+        EXPECT_EQ(StateOf(command, frame, settings).checked, checked.count(command.id) == 1) << command.text;
+}
+
+}  // namespace
