@@ -45,4 +45,16 @@ TEST(CommandLineTest, HelpNeedsNoWindow) {
     EXPECT_FALSE(NeedsNoWindow(CArguments{L"--", L"-h"}));
 }
 
+TEST(ConversionPathsTest, TakesOneOrTwoParameters) {
+    const auto output = [](std::vector<std::wstring> parameters) {
+        const auto paths = ConversionPathsOf(parameters);
+        return paths ? paths->output : L"none";
+    };
+    EXPECT_EQ(output({L"a.3ds"}), L"a.pov");
+    EXPECT_EQ(output({L"/m/v1.2/car"}), L"/m/v1.2/car.pov");
+    EXPECT_EQ(output({L"a.3ds", L"b.pov"}), L"b.pov");
+    EXPECT_EQ(output({}), L"none");
+    EXPECT_EQ(output({L"a", L"b", L"c"}), L"none");
+}
+
 }  // namespace

@@ -48,7 +48,7 @@ def check_programs(prefix, scratch):
     require(stats["textures"]["missing"] == [], f"textures missing: {stats['textures']['missing']}")
     for texture in stats["textures"]["found"]:
         require(texture["at"].startswith(str(prefix)), f"{texture['at']} is not the installed one")
-    for path in ("share/man/man1/orbivue-render.1", "share/doc/orbivue/NOTICE", "share/doc/orbivue/LICENSE"):
+    for path in ("share/man/man1/orbivue-render.1", "share/man/man1/Orbivue.1", "share/orbivue/languages/de/viewer.mo", "share/doc/orbivue/NOTICE", "share/doc/orbivue/LICENSE"):
         require((prefix / path).is_file(), f"{path} is not installed")
     for path in prefix.rglob("*"):
         require("seeds" not in path.parts and path.name not in ("make_samples", "make_large"), f"{path} should not be installed")
