@@ -7,6 +7,8 @@
 #include <numeric>
 #include <tuple>
 
+#include "model/CHashIndex.h"
+
 namespace {
 
 /**
@@ -16,7 +18,7 @@ namespace {
 class CShells {
   public:
     explicit CShells(std::size_t positions)
-        : m_parent(positions), m_sum(positions), m_volume(positions), m_seesThrough(positions) {
+        : m_parent(positions), m_sum(positions), m_volume(positions), m_showsInside(positions) {
         std::iota(m_parent.begin(), m_parent.end(), 0u);
     }
 
@@ -25,17 +27,23 @@ class CShells {
     void CountEdge(std::uint32_t a, std::uint32_t b) {
         if (a != b) m_sum[Root(a)] += a < b ? Mixed(a, b) : 0 - Mixed(b, a);
     }
-    /** After all joining, once for each triangle; volume is what it spans with a fixed point. */
-    void CountFace(std::uint32_t a, double volume, bool seesThrough) {
-        const std::uint32_t root = Root(a);
+    /** After all joining, once for each triangle; volume is what it spans with a fixed point. A second one at
+     * the same place is the back of a fin, which would not lie behind its front. */
+    void CountFace(std::array<std::uint32_t, 3> corner, double volume, bool seesThrough) {
+        const std::uint32_t root = Root(corner[0]);
         m_volume[root] += volume;
-        if (seesThrough) m_seesThrough[root] = true;
+        std::sort(corner.begin(), corner.end());
+        const auto fresh = static_cast<std::uint32_t>(m_faces.size());
+        const bool isNew = m_places.FindOrAdd(Mixed(Mixed(corner[0], corner[1]), corner[2]), fresh,
+                                              [&](std::uint32_t i) { return m_faces[i] == corner; }) == fresh;
+        if (isNew) m_faces.push_back(corner);
+        if (seesThrough || !isNew) m_showsInside[root] = true;
     }
     /** After all counting. */
     [[nodiscard]] bool HidesItsInside(std::uint32_t a) {
         const std::uint32_t root = Root(a);
         // A room of negative volume faces inwards: one looks into it through the walls that turn their backs.
-        return m_sum[root] == 0 && m_volume[root] > 0 && !m_seesThrough[root];
+        return m_sum[root] == 0 && m_volume[root] > 0 && !m_showsInside[root];
     }
 
   private:
@@ -53,7 +61,9 @@ class CShells {
     std::vector<std::uint32_t> m_parent;
     std::vector<std::uint64_t> m_sum;
     std::vector<double> m_volume;
-    std::vector<bool> m_seesThrough;
+    std::vector<bool> m_showsInside;
+    std::vector<std::array<std::uint32_t, 3>> m_faces;
+    CHashIndex m_places;  ///< of m_faces
 };
 
 template <class Visit>
@@ -105,7 +115,8 @@ CShells FindShells(const CPreparedMesh& mesh, const CPovMesh& numbers, std::span
     });
     ForEachFace(mesh, batches, [&](const CPovFace& face, const CPovBatch& batch) {
         for (std::size_t i = 0; i < 3; ++i) shells.CountEdge(at(face, i), at(face, i + 1));
-        shells.CountFace(at(face, 0), -VolumeTo(mesh, face, middle), batch.seesThrough);
+        shells.CountFace({at(face, 0), at(face, 1), at(face, 2)}, -VolumeTo(mesh, face, middle),
+                         batch.seesThrough);
     });
     return shells;
 }

@@ -7,7 +7,7 @@
 
 namespace {
 
-enum class ECube { Closed, Open, Inwards };
+enum class ECube { Closed, Open, Inwards, WithFin };
 
 struct CCase {
     const char* name;
@@ -35,6 +35,22 @@ CPreparedMesh CubeMesh(ECube kind) {
     if (kind == ECube::Inwards) {
         for (std::size_t i = 0; i < cube.indices16.size(); i += 3)
             std::swap(cube.indices16[i], cube.indices16[i + 1]);
+        return cube;
+    }
+    if (kind == ECube::WithFin) {
+        // A triangle across the cube's top, and its back.
+        const auto first = static_cast<std::uint16_t>(cube.vertices.size());
+        for (const CVec3 p : {CVec3{-1, -1, 1}, CVec3{1, -1, 1}, CVec3{0, 0, 3}}) {
+            CPreparedVertex vertex = cube.vertices.front();
+            vertex.position[0] = p.x;
+            vertex.position[1] = p.y;
+            vertex.position[2] = p.z;
+            cube.vertices.push_back(vertex);
+            cube.texCoords.push_back({});
+        }
+        for (const int i : {0, 1, 2, 0, 2, 1})
+            cube.indices16.push_back(static_cast<std::uint16_t>(first + i));
+        cube.batches.front().indexCount += 6;
         return cube;
     }
     std::vector<std::uint16_t> kept;
@@ -66,6 +82,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(CCase{"ClosedHidesNothing", ECube::Closed, kOneSided, {kAbove}, 0},
                     CCase{"ClosedFromWithinHidesAll", ECube::Closed, kOneSided, {kWithin}, 12},
                     CCase{"RoomIsLookedInto", ECube::Inwards, kOneSided, {kAbove}, 2},
+                    // Nine units before it one sees the front of the cube and one side of the fin.
+                    CCase{"FinHidesBacks", ECube::WithFin, kOneSided, {{0, -9, 0}}, 11},
                     // From nine units away the sides of a cube with a side of two turn their backs.
                     CCase{"ClosedGlassHidesBacks", ECube::Closed, kGlass, {kAbove}, 10},
                     CCase{"OpenHidesBacks", ECube::Open, kOneSided, {kAbove}, 10},
