@@ -98,8 +98,17 @@ double VolumeTo(const CPreparedMesh& mesh, const CPovFace& face, CVec3 point) {
            u[2] * (v[0] * w[1] - v[1] * w[0]);
 }
 
-bool TurnsItsBack(const CPreparedMesh& mesh, const CPovFace& face, std::span<const CVec3> eyes) {
-    return std::all_of(eyes.begin(), eyes.end(), [&](CVec3 eye) { return VolumeTo(mesh, face, eye) < 0; });
+/** The eyes that a triangle turns its back to. */
+std::uint32_t BackTo(const CPreparedMesh& mesh, const CPovFace& face, std::span<const CVec3> eyes) {
+    std::uint32_t mask = 0;
+    if (eyes.size() > kMostEyes) {
+        const auto isBehind = [&](CVec3 eye) { return VolumeTo(mesh, face, eye) < 0; };
+        return std::all_of(eyes.begin(), eyes.end(), isBehind) ? UINT32_MAX : 0;
+    }
+    for (std::size_t i = 0; i < eyes.size(); ++i) {
+        if (VolumeTo(mesh, face, eyes[i]) < 0) mask |= 1u << i;
+    }
+    return mask;
 }
 
 /** The pieces of the mesh, or nothing when none of them may hide its inside. */
@@ -133,21 +142,21 @@ std::vector<CPovPart> SplitIntoParts(const CPreparedMesh& mesh, const CPovMesh& 
         std::any_of(eyes.begin(), eyes.end(), [&](CVec3 eye) { return IsInside(mesh.bounds, eye); });
     CShells shells = mayHide ? FindShells(mesh, numbers, batches) : CShells(0);
 
-    using CKey = std::tuple<bool, bool, bool, std::uint32_t>;
+    using CKey = std::tuple<std::uint32_t, bool, bool, std::uint32_t>;
     std::map<CKey, CPovPart> parts;
     ForEachFace(mesh, batches, [&](const CPovFace& face, const CPovBatch& batch) {
         if (IsDegenerate(numbers, face)) return;
-        const bool hidden =
-            mayHide && batch.oneSided && TurnsItsBack(mesh, face, eyes) &&
-            (lookedAtFromInside || !shells.HidesItsInside(numbers.positionOf[face.corner[0]]));
+        const bool open = mayHide && batch.oneSided &&
+                          (lookedAtFromInside || !shells.HidesItsInside(numbers.positionOf[face.corner[0]]));
+        const std::uint32_t hiddenFrom = open ? BackTo(mesh, face, eyes) : 0;
         const bool normals = smooth && !batch.flat;
-        const std::uint32_t unlit = normals && !hidden ? batch.unlit : kNoTexture;
-        CPovPart& part = parts[CKey{hidden, batch.mapped, normals, unlit}];
+        const std::uint32_t unlit = normals && eyes.size() <= kMostEyes ? batch.unlit : kNoTexture;
+        CPovPart& part = parts[CKey{hiddenFrom, batch.mapped, normals, unlit}];
         part.faces.push_back(face);
     });
     std::vector<CPovPart> result;
     for (auto& [key, part] : parts) {
-        std::tie(part.hidden, part.texCoords, part.normals, part.unlit) = key;
+        std::tie(part.hiddenFrom, part.texCoords, part.normals, part.unlit) = key;
         if (part.normals && AreFlat(numbers, part.faces)) {
             part.normals = false;
             part.unlit = kNoTexture;

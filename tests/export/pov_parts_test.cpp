@@ -70,7 +70,8 @@ TEST_P(SplitIntoPartsTest, HidesWhatTheViewDoesNotShow) {
     const std::vector<CPovBatch> batches(mesh.batches.size(), GetParam().material);
     std::size_t hidden = 0, all = 0;
     for (const CPovPart& part : SplitIntoParts(mesh, numbers, batches, GetParam().eyes, true)) {
-        hidden += part.hidden ? part.faces.size() : 0;
+        const std::uint32_t everybody = (1u << GetParam().eyes.size()) - 1;
+        hidden += part.hiddenFrom != 0 && part.hiddenFrom == everybody ? part.faces.size() : 0;
         all += part.faces.size();
     }
     EXPECT_EQ(hidden, GetParam().hidden);
