@@ -135,6 +135,11 @@ class C3dsDisplayWrap {
     [[nodiscard]] float GetRotAngleX() const;
     [[nodiscard]] float GetRotAngleY() const;
     [[nodiscard]] float GetRotAngleZ() const;
+    /** The background that the view clears to, 0..1. */
+    [[nodiscard]] float GetBKRValue() const;
+    [[nodiscard]] float GetBKGValue() const;
+    [[nodiscard]] float GetBKBValue() const;
+    /** The one that the file asks for, 0..1. */
     [[nodiscard]] float GetFileBKRValue() const;
     [[nodiscard]] float GetFileBKGValue() const;
     [[nodiscard]] float GetFileBKBValue() const;

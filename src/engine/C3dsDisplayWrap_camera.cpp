@@ -126,6 +126,15 @@ float C3dsDisplayWrap::GetRotAngleY() const {
 float C3dsDisplayWrap::GetRotAngleZ() const {
     return m_state->rotZ;
 }
+float C3dsDisplayWrap::GetBKRValue() const {
+    return m_state->background.x;
+}
+float C3dsDisplayWrap::GetBKGValue() const {
+    return m_state->background.y;
+}
+float C3dsDisplayWrap::GetBKBValue() const {
+    return m_state->background.z;
+}
 float C3dsDisplayWrap::GetFileBKRValue() const {
     return m_state->prepared.backgroundColor.x;
 }

@@ -51,9 +51,9 @@ constexpr CCommand kCommands[] = {
     {kCmdResetView, EMenu::View, Mark("Reset view\tHome"), nullptr, nullptr, ENeeds::Model},
     {kCmdSceneNotes, EMenu::View, Mark("Notes about this model..."), nullptr, nullptr, ENeeds::Notes},
 
-    {kCmdPovSettings, EMenu::Export, Mark("POV-Ray output settings"), nullptr, nullptr, ENeeds::Feature},
+    {kCmdPovSettings, EMenu::Export, Mark("POV-Ray output settings"), nullptr, nullptr},
     {kCmdExportPov, EMenu::Export, Mark("Exort to POV-Ray format"), Mark("Export to POV-Ray format"), "pov_output.ico",
-     ENeeds::Feature, !kToggle, kEndsGroup},
+     ENeeds::Model, !kToggle, kEndsGroup},
     {kCmdHtmlSettings, EMenu::Export, Mark("HTML5 output settings"), nullptr, nullptr, ENeeds::Feature},
     {kCmdExportHtml, EMenu::Export, Mark("Export to HTML5"), Mark("Export to HTML5 format"), "html5.ico",
      ENeeds::Feature},
@@ -78,17 +78,17 @@ constexpr CCommand kCommands[] = {
 
 constexpr int kSeparator = 0;
 constexpr int kToolBar[] = {
-    kCmdOpen,       kCmdSaveAs,      kCmdCompressToZip, kCmdDeleteFile, kCmdExit,        kSeparator,
-    kCmdTopCamera,  kCmdLeftCamera,  kCmdRightCamera,   kCmdFrontCamera, kCmdBackCamera, kCmdIsoCamera,
-    kSeparator,     kCmdShowBounds,  kCmdShowCameras,   kCmdShowLights, kCmdRenderMode,  kCmdShowAxis,
-    kCmdRotate,     kSeparator,      kCmdPreviousFile,  kCmdNextFile,   kSeparator,      kCmdDownload,
-    kCmdUpload,     kSeparator,      kCmdFullScreen,    kSeparator,     kCmdScreenShot,  kSeparator,
-    kCmdExportPov,  kCmdExportHtml,  kCmdExportGoogleDrive, kSeparator, kCmdAbout};
-constexpr int kContextMenu[] = {kCmdOpen,       kCmdReload,     kSeparator,       kCmdTopCamera, kCmdLeftCamera,
-                                kCmdRightCamera, kCmdFrontCamera, kCmdBackCamera, kCmdIsoCamera, kCmdResetView,
-                                kSeparator,     kCmdRenderMode, kCmdShowBounds,   kCmdShowAxis,  kCmdRotate,
-                                kCmdPlayAnimation, kSeparator,  kCmdPreviousFile, kCmdNextFile,  kSeparator,
-                                kCmdFullScreen};
+    kCmdOpen,      kCmdSaveAs,     kCmdCompressToZip,     kCmdDeleteFile,  kCmdExit,       kSeparator,
+    kCmdTopCamera, kCmdLeftCamera, kCmdRightCamera,       kCmdFrontCamera, kCmdBackCamera, kCmdIsoCamera,
+    kSeparator,    kCmdShowBounds, kCmdShowCameras,       kCmdShowLights,  kCmdRenderMode, kCmdShowAxis,
+    kCmdRotate,    kSeparator,     kCmdPreviousFile,      kCmdNextFile,    kSeparator,     kCmdDownload,
+    kCmdUpload,    kSeparator,     kCmdFullScreen,        kSeparator,      kCmdScreenShot, kSeparator,
+    kCmdExportPov, kCmdExportHtml, kCmdExportGoogleDrive, kSeparator,      kCmdAbout};
+constexpr int kContextMenu[] = {
+    kCmdOpen,        kCmdReload,     kSeparator,    kCmdTopCamera,     kCmdLeftCamera, kCmdRightCamera,
+    kCmdFrontCamera, kCmdBackCamera, kCmdIsoCamera, kCmdResetView,     kSeparator,     kCmdRenderMode,
+    kCmdShowBounds,  kCmdShowAxis,   kCmdRotate,    kCmdPlayAnimation, kSeparator,     kCmdPreviousFile,
+    kCmdNextFile,    kSeparator,     kCmdFullScreen};
 
 }  // namespace
 
@@ -117,6 +117,7 @@ std::span<const int> ContextMenuOrder() {
 }
 
 const char* MenuTitle(EMenu menu) {
-    constexpr std::array kTitles{Mark("&File"), Mark("&View"), Mark("&Export"), Mark("&Tools"), Mark("&Help")};
+    constexpr std::array kTitles{Mark("&File"), Mark("&View"), Mark("&Export"), Mark("&Tools"),
+                                 Mark("&Help")};
     return kTitles[static_cast<std::size_t>(menu)];
 }

@@ -13,6 +13,7 @@
 
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
+#include "export/ui/pov_export_command.h"
 #include "frame/ui/CAnimationBar.h"
 #include "frame/ui/CSceneNotesDlg.h"
 #include "frame/ui/CSceneStatusBar.h"
@@ -92,8 +93,8 @@ void CAViewerFrame::MakePanes() {
     m_statusBar = new CSceneStatusBar(this, [this] { ShowNotes(); });
     SetStatusBar(m_statusBar);
     m_toolBar = MakeToolBar(this);
-    m_animationBar =
-        new CAnimationBar(this, {[this](bool play) { PlayAnimation(play); }, [this](int frame) { ShowFrame(frame); }});
+    m_animationBar = new CAnimationBar(
+        this, {[this](bool play) { PlayAnimation(play); }, [this](int frame) { ShowFrame(frame); }});
     wxWindow* canvas = m_view->GetCanvas()->GetWindow();
     canvas->SetName(lng::Text("3D view"));
     m_state.isToolBarShown = CSettings::Instance().showToolBar;
@@ -128,9 +129,8 @@ void CAViewerFrame::BindEvents() {
         constexpr long kShowAfterMs = 500;
         if (elapsedMs >= kShowAfterMs) m_statusBar->ShowProgress(ProgressOf(progress));
     });
-    m_view->SetFrameListener([this] {
-        m_animationBar->ShowFrame(static_cast<int>(std::lround(m_view->GetEngine().GetFrame())));
-    });
+    m_view->SetFrameListener(
+        [this] { m_animationBar->ShowFrame(static_cast<int>(std::lround(m_view->GetEngine().GetFrame()))); });
     // Later, because who dropped it waits for an answer.
     const auto drop = [this](std::wstring path) {
         CallAfter([this, path = std::move(path)] { m_files->OpenDropped(path); });
@@ -177,7 +177,8 @@ void CAViewerFrame::OpenByPath(const std::wstring& path) {
     m_view->WhenReady([this, path] { m_files->OpenByPath(path); });
 }
 
-// --- commands ----------------------------------------------------------------------------------------------------
+// --- commands
+// ----------------------------------------------------------------------------------------------------
 
 bool CAViewerFrame::HasHandler(int id) {
     return CCommandHandlers::Find(id) != nullptr;
@@ -253,7 +254,13 @@ void CAViewerFrame::ShowNotes() {
     CSceneNotesDlg(this, m_notes).ShowModal();
 }
 
-// --- what is told ------------------------------------------------------------------------------------------------
+void CAViewerFrame::ExportPov() {
+    m_files->HoldModel(kCmdExportPov, [this] { RunPovExport(m_view->GetPath(), *m_view, *this); });
+    CloseWhereAsked();
+}
+
+// --- what is told
+// ------------------------------------------------------------------------------------------------
 
 void CAViewerFrame::ShowRunning(int commandId) {
     m_state.runningCommand = commandId;
@@ -284,7 +291,7 @@ void CAViewerFrame::OnModelChanged() {
     m_files->RecentFiles().UpdateMenu(*m_menuBar->GetMenu(0));
     ShowPanes();
     ShowCommandStates();
-    if (std::exchange(m_closeLater, false)) CallAfter([this] { Close(); });
+    CloseWhereAsked();
 }
 
 void CAViewerFrame::OnViewKeyDown(int keyCode) {
@@ -309,14 +316,17 @@ void CAViewerFrame::OnViewKeyDown(int keyCode) {
 void CAViewerFrame::OnViewRightButtonDown() {
     // Later, when the press has been dealt with: the menu takes the mouse.
     CallAfter([this] {
-        const CStateOfCommand stateOf = [this](const CCommand& c) { return StateOf(c, m_state, CSettings::Instance()); };
-        const std::unique_ptr<wxMenu> menu = MakeContextMenu(m_view->GetEngine().GetFileCameraNames(), stateOf);
+        const CStateOfCommand stateOf = [this](const CCommand& c) {
+            return StateOf(c, m_state, CSettings::Instance());
+        };
+        const std::unique_ptr<wxMenu> menu =
+            MakeContextMenu(m_view->GetEngine().GetFileCameraNames(), stateOf);
         PopupMenu(menu.get());
     });
 }
 
 void CAViewerFrame::OnClose(wxCloseEvent& event) {
-    // In the midst of an opening the view is in use; it closes when that has ended.
+    // In the midst of an opening or an export the view is in use; it closes when that has ended.
     if (m_files->IsBusy()) {
         m_closeLater = true;
         if (event.CanVeto()) event.Veto();
@@ -325,4 +335,8 @@ void CAViewerFrame::OnClose(wxCloseEvent& event) {
     wx_window_state::SaveState(this, kWindowState);
     m_files->RecentFiles().SaveStdProfileSettings();
     Destroy();
+}
+
+void CAViewerFrame::CloseWhereAsked() {
+    if (std::exchange(m_closeLater, false)) CallAfter([this] { Close(); });
 }

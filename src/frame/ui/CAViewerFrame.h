@@ -19,8 +19,8 @@ class CViewer3DSWindowHandler;
 class wxAuiToolBar;
 
 /**
- * The main window: the view in its middle, the menus, the toolbar, the status bar, and the bar of an animation. Every
- * command, from wherever it is chosen, arrives at RunCommand.
+ * The main window: the view in its middle, the menus, the toolbar, the status bar, and the bar of an
+ * animation. Every command, from wherever it is chosen, arrives at RunCommand.
  */
 class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CFileCommandsClient {
   public:
@@ -47,6 +47,7 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
     /** The preset camera last chosen, with no rotation and no zoom. */
     void ResetView();
     void ShowNotes();
+    void ExportPov();
 
   private:
     void MakePanes();
@@ -56,11 +57,13 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
     void ShowCommandStates();
     void ShowPanes();
     void OnClose(wxCloseEvent& event);
+    void CloseWhereAsked();
 
     void PlayAnimation(bool play);
     void ShowFrame(int frame);
 
-    // --- what is told ----------------------------------------------------------------------------------------
+    // --- what is told
+    // ----------------------------------------------------------------------------------------
     void OnViewKeyDown(int keyCode) override;
     void OnViewLeftButtonDown() override {}
     void OnViewRightButtonDown() override;

@@ -34,7 +34,9 @@ class CFlagGuard {
 /** Shows a command pressed as long as it lives. */
 class CRunningCommand {
   public:
-    CRunningCommand(CFileCommandsClient& client, int command) : m_client(client) { client.ShowRunning(command); }
+    CRunningCommand(CFileCommandsClient& client, int command) : m_client(client) {
+        client.ShowRunning(command);
+    }
     CRunningCommand(const CRunningCommand&) = delete;
     CRunningCommand& operator=(const CRunningCommand&) = delete;
     ~CRunningCommand() { m_client.ShowRunning(0); }
@@ -109,15 +111,18 @@ void CFileCommands::Reload() {
         read = m_view.Reload();
     }
     m_client.OnModelChanged();
-    if (!read) CUserPrompt::Instance().ShowMessage(lng::Text("The file %s cannot be read again.", m_view.GetPath()));
+    if (!read)
+        CUserPrompt::Instance().ShowMessage(lng::Text("The file %s cannot be read again.", m_view.GetPath()));
 }
 
 void CFileCommands::SaveAs() {
-    AskAndSave({kCmdSaveAs, lng::Mark("Save As"), lng::Mark("3ds and zip files(*.3ds;*.zip)|*.3ds;*.zip||"), L"3ds"});
+    AskAndSave({kCmdSaveAs, lng::Mark("Save As"), lng::Mark("3ds and zip files(*.3ds;*.zip)|*.3ds;*.zip||"),
+                L"3ds"});
 }
 
 void CFileCommands::CompressToZip() {
-    AskAndSave({kCmdCompressToZip, lng::Mark("Save As Zip archive"), lng::Mark("zip files(*.zip)|*.zip||"), L"zip"});
+    AskAndSave(
+        {kCmdCompressToZip, lng::Mark("Save As Zip archive"), lng::Mark("zip files(*.zip)|*.zip||"), L"zip"});
 }
 
 void CFileCommands::AskAndSave(const CSaveDialog& dialog) {
@@ -125,9 +130,9 @@ void CFileCommands::AskAndSave(const CSaveDialog& dialog) {
     const std::wstring name = m_view.GetFileName();
     if (name.empty() || m_busy) return;
     const CRegEntryGuard entry(kSaveEntry);
-    const std::wstring path =
-        CBXFileDialogI::LaunchSaveDialog(&m_parent, dialog.extension, lng::Text(dialog.filter), lng::Text(dialog.title),
-                                         {}, file_util_ex::SetFileExt(name, dialog.extension));
+    const std::wstring path = CBXFileDialogI::LaunchSaveDialog(
+        &m_parent, dialog.extension, lng::Text(dialog.filter), lng::Text(dialog.title), {},
+        file_util_ex::SetFileExt(name, dialog.extension));
     if (!path.empty()) Save(path);
 }
 
@@ -149,7 +154,8 @@ void CFileCommands::DeleteFile() {
     const std::wstring path = m_view.GetPath();
     if (path.empty() || m_busy) return;
     const std::wstring name = file_util_ex::GetFileName(path);
-    if (!CUserPrompt::Instance().AskYesNo(lng::Text("Are you sure do you want to delete %s file?", name))) return;
+    if (!CUserPrompt::Instance().AskYesNo(lng::Text("Are you sure do you want to delete %s file?", name)))
+        return;
     m_view.CloseModel();
     const bool deleted = !file_util_ex::DoesFileExist(path) || file_util_ex::DeleteFileW(path);
     m_folderModels = 0;
@@ -158,7 +164,15 @@ void CFileCommands::DeleteFile() {
 }
 
 void CFileCommands::Step(folder_models::EStep step) {
-    const CRunningCommand running(m_client, step == folder_models::EStep::Next ? kCmdNextFile : kCmdPreviousFile);
+    const CRunningCommand running(m_client,
+                                  step == folder_models::EStep::Next ? kCmdNextFile : kCmdPreviousFile);
     const std::wstring path = folder_models::Neighbour(folder_models::ListBeside(m_path), m_path, step);
     if (!path.empty()) OpenByPath(path);
+}
+
+void CFileCommands::HoldModel(int command, const std::function<void()>& work) {
+    if (m_busy) return;
+    const CFlagGuard busy(m_busy);
+    const CRunningCommand running(m_client, command);
+    work();
 }

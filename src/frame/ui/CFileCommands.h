@@ -19,21 +19,23 @@ class CFileCommandsClient {
     virtual void ShowRunning(int commandId) = 0;
     /** A model was opened just now; it is seen from the ISO camera. */
     virtual void OnOpened() = 0;
-    /** Another model is shown, or none, or another number of models lies beside it; or the recent files changed. */
+    /** Another model is shown, or none, or another number of models lies beside it; or the recent files
+     * changed. */
     virtual void OnModelChanged() = 0;
 };
 
 /**
- * Opening, saving, deleting, and stepping from file to file. Opening is the one road by which a model reaches the view,
- * whoever asks. What fails to open is told by the title alone; other failures by a message box.
+ * Opening, saving, deleting, and stepping from file to file. Opening is the one road by which a model reaches
+ * the view, whoever asks. What fails to open is told by the title alone; other failures by a message box.
  */
 class CFileCommands {
   public:
     /** All must outlive it. */
     CFileCommands(wxWindow& parent, CViewer3DSWindowHandler& view, CFileCommandsClient& client);
 
-    /** Opens a file by its extension, compared exactly: "obj" is converted, and neither its success nor its failure
-     * changes the title. Under the wait cursor; the window repaints meanwhile. False when an opening is under way. */
+    /** Opens a file by its extension, compared exactly: "obj" is converted, and neither its success nor its
+     * failure changes the title. Under the wait cursor; the window repaints meanwhile. False when an opening
+     * is under way. */
     bool OpenByPath(const std::wstring& path);
     void Open();
     /** Opens what was dropped on the window: a file, or the first model of a folder. */
@@ -46,6 +48,9 @@ class CFileCommands {
     void CompressToZip();
     void DeleteFile();
     void Step(folder_models::EStep step);
+    /** Does something with the model that is shown, which stays until the work has ended: no other one can be
+     * opened meanwhile. The command is shown pressed. Nothing when an opening is under way. */
+    void HoldModel(int command, const std::function<void()>& work);
 
     /** What the last opening was asked for, also when it failed; empty when there was none. */
     [[nodiscard]] const std::wstring& Path() const { return m_path; }

@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "engine/C3dsDisplayWrap.h"
+#include "export/ui/CPOVRaySettingsDlg.h"
 #include "frame/command_ids.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "settings/CSettings.h"
@@ -72,7 +73,9 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdShowToolBar, [](CAViewerFrame& frame) { frame.ToggleToolBar(); }},
         {kCmdPlayAnimation, [](CAViewerFrame& frame) { frame.TogglePlaying(); }},
         {kCmdResetView, [](CAViewerFrame& frame) { frame.ResetView(); }},
-        {kCmdSceneNotes, [](CAViewerFrame& frame) { frame.ShowNotes(); }}};
+        {kCmdSceneNotes, [](CAViewerFrame& frame) { frame.ShowNotes(); }},
+        {kCmdPovSettings, [](CAViewerFrame& frame) { CPOVRaySettingsDlg(&frame).ShowModal(); }},
+        {kCmdExportPov, [](CAViewerFrame& frame) { frame.ExportPov(); }}};
     const auto found = handlers.find(id);
     return found == handlers.end() ? nullptr : found->second;
 }

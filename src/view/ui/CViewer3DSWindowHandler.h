@@ -92,6 +92,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
     [[nodiscard]] bool IsRotating() const { return m_rotate; }
     /** Plays the scene's animation, or holds it. On at every opening. */
     void SetPlaying(bool playing);
+    [[nodiscard]] bool IsPlaying() const { return m_playing; }
     /** Shown in the middle while no model is; an empty one shows nothing. Sizes are framebuffer pixels. */
     void SetHint(CImage hint);
     /** Called after every frame of the animation that was played. */
