@@ -234,14 +234,15 @@ CPovText CPovWriter::JobText(std::size_t jobIndex) const {
         }
         WritePovMesh2(text, numbers, parts[p]);
         if (!single) text << "}\n";
-        for (const std::uint32_t node : job.nodes) {
+        for (std::size_t n = 0; n < job.nodes.size(); ++n) {
             if (!single) {
                 text << "object{";
                 name();
                 text << ' ';
             }
-            WritePlaced(text, job, node, numbers.enlarged);
-            if (parts[p].hidden) text << "\n#if(HideBacks)no_image#end\n";
+            WritePlaced(text, job, job.nodes[n], numbers.enlarged);
+            // Beyond the most eyes all bits are alike.
+            if (parts[p].hiddenFrom >> std::min(n, kMostEyes) & 1u) text << "\n#if(HideBacks)no_image#end\n";
             text << "}\n";
         }
     }

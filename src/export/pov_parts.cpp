@@ -7,6 +7,8 @@
 #include <numeric>
 #include <tuple>
 
+#include "model/CHashIndex.h"
+
 namespace {
 
 /**
@@ -16,7 +18,7 @@ namespace {
 class CShells {
   public:
     explicit CShells(std::size_t positions)
-        : m_parent(positions), m_sum(positions), m_volume(positions), m_seesThrough(positions) {
+        : m_parent(positions), m_sum(positions), m_volume(positions), m_showsInside(positions) {
         std::iota(m_parent.begin(), m_parent.end(), 0u);
     }
 
@@ -25,17 +27,23 @@ class CShells {
     void CountEdge(std::uint32_t a, std::uint32_t b) {
         if (a != b) m_sum[Root(a)] += a < b ? Mixed(a, b) : 0 - Mixed(b, a);
     }
-    /** After all joining, once for each triangle; volume is what it spans with a fixed point. */
-    void CountFace(std::uint32_t a, double volume, bool seesThrough) {
-        const std::uint32_t root = Root(a);
+    /** After all joining, once for each triangle; volume is what it spans with a fixed point. A second one at
+     * the same place is the back of a fin, which would not lie behind its front. */
+    void CountFace(std::array<std::uint32_t, 3> corner, double volume, bool seesThrough) {
+        const std::uint32_t root = Root(corner[0]);
         m_volume[root] += volume;
-        if (seesThrough) m_seesThrough[root] = true;
+        std::sort(corner.begin(), corner.end());
+        const auto fresh = static_cast<std::uint32_t>(m_faces.size());
+        const bool isNew = m_places.FindOrAdd(Mixed(Mixed(corner[0], corner[1]), corner[2]), fresh,
+                                              [&](std::uint32_t i) { return m_faces[i] == corner; }) == fresh;
+        if (isNew) m_faces.push_back(corner);
+        if (seesThrough || !isNew) m_showsInside[root] = true;
     }
     /** After all counting. */
     [[nodiscard]] bool HidesItsInside(std::uint32_t a) {
         const std::uint32_t root = Root(a);
         // A room of negative volume faces inwards: one looks into it through the walls that turn their backs.
-        return m_sum[root] == 0 && m_volume[root] > 0 && !m_seesThrough[root];
+        return m_sum[root] == 0 && m_volume[root] > 0 && !m_showsInside[root];
     }
 
   private:
@@ -53,7 +61,9 @@ class CShells {
     std::vector<std::uint32_t> m_parent;
     std::vector<std::uint64_t> m_sum;
     std::vector<double> m_volume;
-    std::vector<bool> m_seesThrough;
+    std::vector<bool> m_showsInside;
+    std::vector<std::array<std::uint32_t, 3>> m_faces;
+    CHashIndex m_places;  ///< of m_faces
 };
 
 template <class Visit>
@@ -88,8 +98,17 @@ double VolumeTo(const CPreparedMesh& mesh, const CPovFace& face, CVec3 point) {
            u[2] * (v[0] * w[1] - v[1] * w[0]);
 }
 
-bool TurnsItsBack(const CPreparedMesh& mesh, const CPovFace& face, std::span<const CVec3> eyes) {
-    return std::all_of(eyes.begin(), eyes.end(), [&](CVec3 eye) { return VolumeTo(mesh, face, eye) < 0; });
+/** The eyes that a triangle turns its back to. */
+std::uint32_t BackTo(const CPreparedMesh& mesh, const CPovFace& face, std::span<const CVec3> eyes) {
+    std::uint32_t mask = 0;
+    if (eyes.size() > kMostEyes) {
+        const auto isBehind = [&](CVec3 eye) { return VolumeTo(mesh, face, eye) < 0; };
+        return std::all_of(eyes.begin(), eyes.end(), isBehind) ? UINT32_MAX : 0;
+    }
+    for (std::size_t i = 0; i < eyes.size(); ++i) {
+        if (VolumeTo(mesh, face, eyes[i]) < 0) mask |= 1u << i;
+    }
+    return mask;
 }
 
 /** The pieces of the mesh, or nothing when none of them may hide its inside. */
@@ -105,7 +124,8 @@ CShells FindShells(const CPreparedMesh& mesh, const CPovMesh& numbers, std::span
     });
     ForEachFace(mesh, batches, [&](const CPovFace& face, const CPovBatch& batch) {
         for (std::size_t i = 0; i < 3; ++i) shells.CountEdge(at(face, i), at(face, i + 1));
-        shells.CountFace(at(face, 0), -VolumeTo(mesh, face, middle), batch.seesThrough);
+        shells.CountFace({at(face, 0), at(face, 1), at(face, 2)}, -VolumeTo(mesh, face, middle),
+                         batch.seesThrough);
     });
     return shells;
 }
@@ -122,21 +142,21 @@ std::vector<CPovPart> SplitIntoParts(const CPreparedMesh& mesh, const CPovMesh& 
         std::any_of(eyes.begin(), eyes.end(), [&](CVec3 eye) { return IsInside(mesh.bounds, eye); });
     CShells shells = mayHide ? FindShells(mesh, numbers, batches) : CShells(0);
 
-    using CKey = std::tuple<bool, bool, bool, std::uint32_t>;
+    using CKey = std::tuple<std::uint32_t, bool, bool, std::uint32_t>;
     std::map<CKey, CPovPart> parts;
     ForEachFace(mesh, batches, [&](const CPovFace& face, const CPovBatch& batch) {
         if (IsDegenerate(numbers, face)) return;
-        const bool hidden =
-            mayHide && batch.oneSided && TurnsItsBack(mesh, face, eyes) &&
-            (lookedAtFromInside || !shells.HidesItsInside(numbers.positionOf[face.corner[0]]));
+        const bool open = mayHide && batch.oneSided &&
+                          (lookedAtFromInside || !shells.HidesItsInside(numbers.positionOf[face.corner[0]]));
+        const std::uint32_t hiddenFrom = open ? BackTo(mesh, face, eyes) : 0;
         const bool normals = smooth && !batch.flat;
-        const std::uint32_t unlit = normals && !hidden ? batch.unlit : kNoTexture;
-        CPovPart& part = parts[CKey{hidden, batch.mapped, normals, unlit}];
+        const std::uint32_t unlit = normals && eyes.size() <= kMostEyes ? batch.unlit : kNoTexture;
+        CPovPart& part = parts[CKey{hiddenFrom, batch.mapped, normals, unlit}];
         part.faces.push_back(face);
     });
     std::vector<CPovPart> result;
     for (auto& [key, part] : parts) {
-        std::tie(part.hidden, part.texCoords, part.normals, part.unlit) = key;
+        std::tie(part.hiddenFrom, part.texCoords, part.normals, part.unlit) = key;
         if (part.normals && AreFlat(numbers, part.faces)) {
             part.normals = false;
             part.unlit = kNoTexture;

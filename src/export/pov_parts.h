@@ -13,10 +13,12 @@ constexpr std::uint32_t kNoTexture = UINT32_MAX;
 struct CPovPart {
     bool normals = false;
     bool texCoords = false;
-    bool hidden = false;  ///< turned away from the eye and one-sided: the view does not show them
+    std::uint32_t hiddenFrom = 0;      ///< bit i: one-sided, and its back turned to eye number i
     std::uint32_t unlit = kNoTexture;  ///< of what turns away from the eye by its normals alone
     std::vector<CPovFace> faces;
 };
+
+constexpr std::size_t kMostEyes = 8;
 
 /** What a batch's material means for its triangles. */
 struct CPovBatch {
@@ -32,10 +34,10 @@ struct CPovBatch {
 /**
  * Sorts the triangles of a mesh into parts; degenerate ones are left out. batches: one for each of the mesh.
  *
- * eyes: where the mesh is looked at from, in its own coordinates, once for each node that shows it. A
- * triangle is hidden when it turns its back to all of them. Those of a shell without holes are not, as nobody
- * sees its inside from outside; so the written mesh of a usual solid does not depend on the camera. No eyes:
- * nothing is hidden.
+ * eyes: where the mesh is looked at from, in its own coordinates, once for each node that shows it. The view
+ * does not show what turns its back. Of a shell without holes nothing is hidden, as nobody sees its inside
+ * from outside; so the written mesh of a usual solid does not depend on the camera. With more than kMostEyes
+ * nothing is hidden that any of them sees (all bits are set, or none). No eyes: nothing is hidden.
  */
 [[nodiscard]] std::vector<CPovPart> SplitIntoParts(const CPreparedMesh& mesh, const CPovMesh& numbers,
                                                    std::span<const CPovBatch> batches,

@@ -79,6 +79,13 @@ COutcome SetSamples(CRenderOptions& options, std::string_view value) {
     return {};
 }
 
+COutcome SetTextureMode(CRenderOptions& options, std::string_view value) {
+    const auto mode = Number<int>(value);
+    if (!mode || *mode < 0 || *mode > 3) return "needs a number from 0 to 3";
+    options.textureMode = *mode;
+    return {};
+}
+
 COutcome SetOverlays(CRenderOptions& options, std::string_view value) {
     constexpr std::array<std::pair<std::string_view, bool COverlays::*>, 4> kNames{
         {{"bounds", &COverlays::bounds},
@@ -125,12 +132,13 @@ struct COptionEntry {
     std::string_view help;
 };
 
-constexpr std::array<COptionEntry, 11> kOptions{{
+constexpr std::array<COptionEntry, 12> kOptions{{
     {"--size", "WxH", SetSize, "size of the picture in pixels (1024x768)"},
     {"--camera", "NAME", SetCamera, "top, left, right, front, back, iso, or a camera of the file (iso)"},
     {"--frame", "N", SetFrame, "frame of the animation (the file's current one)"},
     {"--background", "R,G,B", SetBackground, "background colour, 0 to 255 each (61,66,77)"},
     {"--samples", "N", SetSamples, "samples for each pixel (4; 1 from 100,000 triangles on)"},
+    {"--texture-mode", "N", SetTextureMode, "0 trilinear, 1 bilinear, 2 nearest, 3 no textures (0)"},
     {"--overlay", "LIST", SetOverlays, "draw some of bounds,cameras,lights,axes over the scene"},
     {"--wire", "", SetWire, "draw the edges of the triangles only"},
     {"--no-file-lights", "", SetNoFileLights, "light from the eye, not by the lights of the file"},

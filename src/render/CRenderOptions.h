@@ -22,6 +22,7 @@ struct CRenderOptions {
     std::optional<float> frame;  ///< the file's current frame when not given
     CVec3 background{0.24f, 0.26f, 0.30f};
     std::optional<int> samples;  ///< by the size of the scene when not given
+    int textureMode = 0;         ///< as C3dsDisplayWrap::SetTextureRenderMode has it
     COverlays overlays;
     bool wire = false;
     bool fileLights = true;

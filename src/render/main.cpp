@@ -77,6 +77,7 @@ bool SetUp(C3dsDisplayWrap& engine, const CRenderOptions& options) {
     engine.SetPreviewSize(C2DRect(0, 0, options.width, options.height));
     engine.SetBkColors(options.background.x, options.background.y, options.background.z);
     engine.SetUseFileLights(options.fileLights);
+    engine.SetTextureRenderMode(options.textureMode);
     engine.SetShowBounds(options.overlays.bounds);
     engine.SetShowCameras(options.overlays.cameras);
     engine.SetShowLights(options.overlays.lights);

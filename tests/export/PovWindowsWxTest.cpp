@@ -59,7 +59,7 @@ class CPovWindowWxTest : public testing::Test {
         return dynamic_cast<Control&>(*found);
     }
     /** A step: once the dialog can be typed into. */
-    CStep When(std::function<void()> work) {
+    CStep When(const std::function<void()>& work) {
         return [this, work] {
             wxDialog* dialog = dialogs.Last();
             if (!dialog || !gtk_window_is_active(GTK_WINDOW(dialog->GetHandle()))) return false;

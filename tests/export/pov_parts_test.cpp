@@ -7,7 +7,7 @@
 
 namespace {
 
-enum class ECube { Closed, Open, Inwards };
+enum class ECube { Closed, Open, Inwards, WithFin };
 
 struct CCase {
     const char* name;
@@ -37,6 +37,22 @@ CPreparedMesh CubeMesh(ECube kind) {
             std::swap(cube.indices16[i], cube.indices16[i + 1]);
         return cube;
     }
+    if (kind == ECube::WithFin) {
+        // A triangle across the cube's top, and its back.
+        const auto first = static_cast<std::uint16_t>(cube.vertices.size());
+        for (const CVec3 p : {CVec3{-1, -1, 1}, CVec3{1, -1, 1}, CVec3{0, 0, 3}}) {
+            CPreparedVertex vertex = cube.vertices.front();
+            vertex.position[0] = p.x;
+            vertex.position[1] = p.y;
+            vertex.position[2] = p.z;
+            cube.vertices.push_back(vertex);
+            cube.texCoords.push_back({});
+        }
+        for (const int i : {0, 1, 2, 0, 2, 1})
+            cube.indices16.push_back(static_cast<std::uint16_t>(first + i));
+        cube.batches.front().indexCount += 6;
+        return cube;
+    }
     std::vector<std::uint16_t> kept;
     for (std::uint32_t i = 0; i < cube.IndexCount(); i += 3) {
         const bool top = cube.vertices[cube.Index(i)].Normal().z > 0.5f;
@@ -54,7 +70,8 @@ TEST_P(SplitIntoPartsTest, HidesWhatTheViewDoesNotShow) {
     const std::vector<CPovBatch> batches(mesh.batches.size(), GetParam().material);
     std::size_t hidden = 0, all = 0;
     for (const CPovPart& part : SplitIntoParts(mesh, numbers, batches, GetParam().eyes, true)) {
-        hidden += part.hidden ? part.faces.size() : 0;
+        const std::uint32_t everybody = (1u << GetParam().eyes.size()) - 1;
+        hidden += part.hiddenFrom != 0 && part.hiddenFrom == everybody ? part.faces.size() : 0;
         all += part.faces.size();
     }
     EXPECT_EQ(hidden, GetParam().hidden);
@@ -66,6 +83,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(CCase{"ClosedHidesNothing", ECube::Closed, kOneSided, {kAbove}, 0},
                     CCase{"ClosedFromWithinHidesAll", ECube::Closed, kOneSided, {kWithin}, 12},
                     CCase{"RoomIsLookedInto", ECube::Inwards, kOneSided, {kAbove}, 2},
+                    // Nine units before it one sees the front of the cube and one side of the fin.
+                    CCase{"FinHidesBacks", ECube::WithFin, kOneSided, {{0, -9, 0}}, 11},
                     // From nine units away the sides of a cube with a side of two turn their backs.
                     CCase{"ClosedGlassHidesBacks", ECube::Closed, kGlass, {kAbove}, 10},
                     CCase{"OpenHidesBacks", ECube::Open, kOneSided, {kAbove}, 10},

@@ -56,6 +56,7 @@ const CRefusedCase kRefused[] = {
     {"Overlay",
      {"a", "--overlay", "bounds,grid"},
      "--overlay needs a list of bounds, cameras, lights and axes"},
+    {"TextureMode", {"a", "--texture-mode", "4"}, "--texture-mode needs a number from 0 to 3"},
     {"Camera", {"a", "--camera="}, "--camera needs a name"},
 };
 INSTANTIATE_TEST_SUITE_P(Arguments, CRenderOptionsRefused, testing::ValuesIn(kRefused), kRowName);
@@ -63,7 +64,7 @@ INSTANTIATE_TEST_SUITE_P(Arguments, CRenderOptionsRefused, testing::ValuesIn(kRe
 TEST(CRenderOptionsTest, ReadsEverythingInAnyOrder) {
     const auto parsed = Parse({"--wire", "in.3ds", "--size=16384x1", "--camera", "Camera 1", "--frame",
                                "-2.5", "--background", "255,0,51", "out.png", "--samples", "8", "--overlay",
-                               "axes,bounds", "--no-file-lights", "--stats"});
+                               "axes,bounds", "--texture-mode", "2", "--no-file-lights", "--stats"});
     ASSERT_TRUE(parsed);
     const CRenderOptions& o = parsed.Value();
     EXPECT_EQ(o.input, "in.3ds");
@@ -74,6 +75,7 @@ TEST(CRenderOptionsTest, ReadsEverythingInAnyOrder) {
     EXPECT_EQ(o.frame, -2.5f);
     EXPECT_EQ(o.background, (CVec3{1, 0, 0.2f}));
     EXPECT_EQ(o.samples, 8);
+    EXPECT_EQ(o.textureMode, 2);
     EXPECT_TRUE(o.wire && o.stats && !o.fileLights);
     EXPECT_TRUE(o.overlays.axes && o.overlays.bounds && !o.overlays.lights && !o.overlays.cameras);
 }
@@ -87,8 +89,8 @@ TEST(CRenderOptionsTest, OutputIsNamedAfterTheInputUnlessOnlyStatsAreWanted) {
 TEST(CRenderOptionsTest, HelpNeedsNoFileAndNamesEveryOption) {
     EXPECT_EQ(Parse({"-h"}).Value().action, CRenderOptions::EAction::Help);
     EXPECT_EQ(Parse({"--version"}).Value().action, CRenderOptions::EAction::Version);
-    for (const char* option : {"--size", "--camera", "--frame", "--background", "--samples", "--overlay",
-                               "--wire", "--no-file-lights", "--stats", "--help", "--version"}) {
+    for (const char* option : {"--size", "--camera", "--frame", "--background", "--samples", "--texture-mode",
+                               "--overlay", "--wire", "--no-file-lights", "--stats", "--help", "--version"}) {
         EXPECT_NE(RenderHelp().find(option), std::string::npos) << option;
     }
 }
