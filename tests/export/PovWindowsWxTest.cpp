@@ -67,7 +67,7 @@ class CPovWindowWxTest : public testing::Test {
             return true;
         };
     }
-    void Click(int id) { dialogs.Last()->QueueEvent(new wxCommandEvent(wxEVT_BUTTON, id)); }
+    void Click(int id) { wxQueueEvent(dialogs.Last()->FindWindow(id), new wxCommandEvent(wxEVT_BUTTON, id)); }
     bool IsEnabled(int id) { return dialogs.Last() && dialogs.Last()->FindWindow(id)->IsEnabled(); }
 
     CSettingsGuard guard;

@@ -74,8 +74,9 @@ void CPovExportDialog::Export() {
 void CPovExportDialog::OpenWithPovRay() {
     const wxLogNull quiet;
     if (!std_file_paths::LaunchBrowser(CSettings::Instance().povLastName)) {
-        CUserPrompt::Instance().ShowMessage(lng::Text(
-            "Unable to find POV-RAY executable. Please download POV-RAY from the: %s.", kPovRayDownload));
+        CUserPrompt::Instance().ShowMessage(
+            lng::Text("Unable to find POV-RAY executable. Please download POV-RAY from the: ") +
+            kPovRayDownload + L".");
     }
     QueueEvent(new wxCommandEvent(wxEVT_BUTTON, kIdClose));
 }
