@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// orbivue_window_bench open FILE | step FOLDER | memory FOLDER...: the program's own frame, measured from inside, as JSON.
-// Needs a display; scripts/bench/window gives it one.
+// orbivue_window_bench open FILE | step FOLDER | memory FOLDER...: the program's own frame, measured from
+// inside, as JSON. Needs a display; scripts/bench/window gives it one.
 #include <wx/app.h>
 #include <wx/evtloop.h>
 #include <wx/image.h>
@@ -79,14 +79,16 @@ std::vector<std::wstring> ModelsBelow(const std::string& folder) {
     std::vector<std::wstring> models;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
         std::string ending = entry.path().extension().string();
-        std::transform(ending.begin(), ending.end(), ending.begin(), [](char c) { return static_cast<char>(c | 0x20); });
+        std::transform(ending.begin(), ending.end(), ending.begin(),
+                       [](char c) { return static_cast<char>(c | 0x20); });
         if (ending == ".3ds") models.push_back(file_util_ex::ConvertFromUTF8W(entry.path().string()));
     }
     std::sort(models.begin(), models.end());
     return models;
 }
 
-/** One opening: how long the call took, the longest time in which no window could repaint, and until the picture. */
+/** One opening: how long the call took, the longest time in which no window could repaint, and until the
+ * picture. */
 int MeasureOpening(CBench& bench, const std::string& path) {
     wxStopWatch watch, sinceTick;
     long longestGap = 0;
@@ -98,12 +100,13 @@ int MeasureOpening(CBench& bench, const std::string& path) {
     longestGap = std::max(longestGap, sinceTick.Time());
     const long open = watch.Time();
     bench.WaitForPaint();
-    std::printf("{\"opened\": %s, \"open_ms\": %ld, \"longest_gap_ms\": %ld, \"picture_ms\": %ld}\n", opened ? "true" : "false",
-                open, longestGap, watch.Time());
+    std::printf("{\"opened\": %s, \"open_ms\": %ld, \"longest_gap_ms\": %ld, \"picture_ms\": %ld}\n",
+                opened ? "true" : "false", open, longestGap, watch.Time());
     return opened ? 0 : 1;
 }
 
-/** Steps through a folder by key press; the time from the press to the picture, for each file the second time round. */
+/** Steps through a folder by key press; the time from the press to the picture, for each file the second time
+ * round. */
 int MeasureSteps(CBench& bench, const std::string& folder) {
     const std::vector<std::wstring> models = ModelsBelow(folder);
     if (models.size() < 2 || !bench.Frame().Files().OpenByPath(models.front())) return 1;
@@ -120,7 +123,8 @@ int MeasureSteps(CBench& bench, const std::string& folder) {
         if (i > models.size()) times.push_back(watch.Time());
     }
     std::sort(times.begin(), times.end());
-    std::printf("{\"steps\": %zu, \"median_ms\": %ld, \"slowest_ms\": %ld}\n", times.size(), times[times.size() / 2], times.back());
+    std::printf("{\"steps\": %zu, \"median_ms\": %ld, \"slowest_ms\": %ld}\n", times.size(),
+                times[times.size() / 2], times.back());
     return 0;
 }
 

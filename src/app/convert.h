@@ -11,5 +11,6 @@ enum EExitCode {
     kExitNoDisplay = 3,  ///< windows were wanted and none can be shown
 };
 
-/** Converts a model to a POV-Ray file with the lighting of the settings. Shows nothing; true when it was written. */
+/** Converts a model to a POV-Ray file with the lighting of the settings. Shows nothing; true when it was
+ * written. */
 [[nodiscard]] bool ConvertToPov(const std::wstring& input, const std::wstring& output);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_map>
 
 #include "model/CHashIndex.h"
 
@@ -61,6 +62,17 @@ double Dot(const CExact& a, const CExact& b) {
     return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
 }
 
+bool IsFlat(const CPovMesh& mesh, const CPovFace& face) {
+    constexpr double kAlike = 0.99999;  // a quarter of a degree
+    const CExact plane = FaceNormal(mesh, face);
+    const double length = std::sqrt(Dot(plane, plane));
+    return std::all_of(face.corner.begin(), face.corner.end(), [&](std::uint32_t corner) {
+        const auto& n = mesh.normals[mesh.normalOf[corner]];
+        const CExact normal{static_cast<double>(n[0]), static_cast<double>(n[1]), static_cast<double>(n[2])};
+        return Dot(plane, normal) >= kAlike * length * std::sqrt(Dot(normal, normal));
+    });
+}
+
 }  // namespace
 
 CPovMesh CPovMesh::Make(const CPreparedMesh& mesh, float extent, const CMat4* transform) {
@@ -109,15 +121,25 @@ bool HasNormalsBehind(const CPovMesh& mesh, const CPovFace& face) {
 }
 
 bool AreFlat(const CPovMesh& mesh, const std::vector<CPovFace>& faces) {
-    constexpr double kAlike = 0.99999;  // a quarter of a degree
-    return std::all_of(faces.begin(), faces.end(), [&](const CPovFace& face) {
-        const CExact plane = FaceNormal(mesh, face);
-        const double length = std::sqrt(Dot(plane, plane));
-        return std::all_of(face.corner.begin(), face.corner.end(), [&](std::uint32_t corner) {
-            const auto& n = mesh.normals[mesh.normalOf[corner]];
-            const CExact normal{static_cast<double>(n[0]), static_cast<double>(n[1]),
-                                static_cast<double>(n[2])};
-            return Dot(plane, normal) >= kAlike * length * std::sqrt(Dot(normal, normal));
-        });
-    });
+    return std::all_of(faces.begin(), faces.end(), [&](const CPovFace& face) { return IsFlat(mesh, face); });
+}
+
+void KeepEqualNormals(CPovMesh& mesh, std::vector<CPovFace>& faces) {
+    std::unordered_map<std::uint32_t, std::uint32_t> doubles;
+    for (CPovFace& face : faces) {
+        const auto& [a, b, c] = face.corner;
+        const bool equal = mesh.normalOf[a] == mesh.normalOf[b] && mesh.normalOf[b] == mesh.normalOf[c];
+        if (!equal || IsFlat(mesh, face)) continue;
+        const auto [place, isNew] =
+            doubles.try_emplace(a, static_cast<std::uint32_t>(mesh.positionOf.size()));
+        if (isNew) {
+            std::array<std::int64_t, 3> normal = mesh.normals[mesh.normalOf[a]];
+            normal[2] += normal[2] > 0 ? -1 : 1;
+            mesh.positionOf.push_back(mesh.positionOf[a]);
+            mesh.normalOf.push_back(static_cast<std::uint32_t>(mesh.normals.size()));
+            if (!mesh.texCoordOf.empty()) mesh.texCoordOf.push_back(mesh.texCoordOf[a]);
+            mesh.normals.push_back(normal);
+        }
+        face.corner[0] = place->second;
+    }
 }

@@ -39,6 +39,12 @@ struct CPovFace {
 /** True for a triangle without area in the written numbers, which POV-Ray would leave out itself or refuse.
  */
 [[nodiscard]] bool IsDegenerate(const CPovMesh& mesh, const CPovFace& face);
+/**
+ * POV-Ray takes the plane's normal for a triangle whose corners have equal ones, even where those are others.
+ * One corner of such a triangle gets a vertex of its own whose normal differs by the smallest step. Vertices
+ * that are added have no counterpart in the prepared mesh.
+ */
+void KeepEqualNormals(CPovMesh& mesh, std::vector<CPovFace>& faces);
 /** True when the normals of a triangle's corners point to its back, on the whole. */
 [[nodiscard]] bool HasNormalsBehind(const CPovMesh& mesh, const CPovFace& face);
 /** True when the normals of all corners are those of the triangles, so that none need be written. */

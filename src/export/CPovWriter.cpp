@@ -215,10 +215,12 @@ CPovText CPovWriter::JobText(std::size_t jobIndex) const {
     const CJob& job = m_jobs[jobIndex];
     const CPreparedMesh& mesh = m_scene.meshes[job.mesh];
     const CMat4* transform = job.moved ? &m_scene.nodes[job.nodes.front()].meshToWorld : nullptr;
-    const CPovMesh numbers = CPovMesh::Make(mesh, ExtentFor(job), transform);
+    CPovMesh numbers = CPovMesh::Make(mesh, ExtentFor(job), transform);
     const bool smooth = HasMode(C3ds2Pov::kSmoothNormals) && !job.moved;
-    const std::vector<CPovPart> parts =
-        SplitIntoParts(mesh, numbers, m_batches[job.mesh], EyesOf(job), smooth);
+    std::vector<CPovPart> parts = SplitIntoParts(mesh, numbers, m_batches[job.mesh], EyesOf(job), smooth);
+    for (CPovPart& part : parts) {
+        if (part.normals) KeepEqualNormals(numbers, part.faces);
+    }
 
     CPovText text;
     text << "// " << pov_text::CommentText(mesh.name) << '\n';

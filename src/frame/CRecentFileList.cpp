@@ -44,7 +44,8 @@ void CRecentFileList::SaveStdProfileSettings() {
     m_files = Stored();
     for (const std::wstring& path : m_removed) std::erase(m_files, path);
     for (auto path = m_added.rbegin(); path != m_added.rend(); ++path) PutInFront(m_files, *path);
-    for (std::size_t i = 0; i < kMaxFiles; ++i) CLocalRegStore::WriteString(kSection, Key(i), GetNameByIndex(i));
+    for (std::size_t i = 0; i < kMaxFiles; ++i)
+        CLocalRegStore::WriteString(kSection, Key(i), GetNameByIndex(i));
 }
 
 void CRecentFileList::AddToRecentFileList(const std::wstring& path) {
@@ -85,7 +86,7 @@ std::wstring CRecentFileList::MenuText(std::size_t index) const {
     std::wstring text = L"&" + std::to_wstring(index + 1) + L" ";
     for (const wchar_t c : path) {
         text += c;
-        if (c == L'&') text += c;  // a single one would underline
+        if (c == L'&') text += c;            // a single one would underline
         if (c == L'\t') text.back() = L' ';  // what follows a tab would be taken for a key
     }
     return text;

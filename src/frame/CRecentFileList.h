@@ -7,8 +7,8 @@
 #include <vector>
 
 /**
- * The files opened last, the newest first. Kept in the default ini store, section "RecentFiles", keys File1 and so on.
- * Several copies of the program add to one list: saving merges with what others saved meanwhile.
+ * The files opened last, the newest first. Kept in the default ini store, section "RecentFiles", keys File1
+ * and so on. Several copies of the program add to one list: saving merges with what others saved meanwhile.
  */
 class CRecentFileList {
   public:
@@ -29,7 +29,8 @@ class CRecentFileList {
     /** Empty beyond the end. */
     [[nodiscard]] std::wstring GetNameByIndex(std::size_t index) const;
     [[nodiscard]] const std::vector<std::wstring>& Files() const { return m_files; }
-    /** The text of an entry's menu item: its number as the key, and the path, cut in its middle when it is long. */
+    /** The text of an entry's menu item: its number as the key, and the path, cut in its middle when it is
+     * long. */
     [[nodiscard]] std::wstring MenuText(std::size_t index) const;
 
   private:

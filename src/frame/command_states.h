@@ -23,4 +23,5 @@ struct CCommandState {
 };
 
 /** How a command is to be shown now. */
-[[nodiscard]] CCommandState StateOf(const CCommand& command, const CFrameState& frame, const CSettings& settings);
+[[nodiscard]] CCommandState StateOf(const CCommand& command, const CFrameState& frame,
+                                    const CSettings& settings);

@@ -8,8 +8,8 @@
 #include "platform/lng.h"
 
 CSceneSummary SummaryOf(const CPreparedScene& scene) {
-    const auto objects =
-        std::count_if(scene.nodes.begin(), scene.nodes.end(), [](const CPreparedNode& n) { return n.mesh >= 0; });
+    const auto objects = std::count_if(scene.nodes.begin(), scene.nodes.end(),
+                                       [](const CPreparedNode& n) { return n.mesh >= 0; });
     CSceneSummary summary;
     summary.triangles = lng::Text("Triangles: %s", lng::Number(scene.triangleCount));
     summary.objects = lng::Text("Objects: %s", lng::Number(static_cast<std::uint64_t>(objects)));
@@ -20,6 +20,7 @@ CSceneSummary SummaryOf(const CPreparedScene& scene) {
 
 CProgressText ProgressOf(const CLoadProgress& progress) {
     const unsigned count = progress.meshCount, done = progress.meshesDone;
-    if (progress.phase == CLoadProgress::EPhase::Reading || count == 0) return {lng::Text("Reading the file..."), -1};
+    if (progress.phase == CLoadProgress::EPhase::Reading || count == 0)
+        return {lng::Text("Reading the file..."), -1};
     return {lng::Text("Preparing the picture..."), static_cast<int>(std::min(100u, 100u * done / count))};
 }

@@ -81,7 +81,9 @@ CStatus WritePng(std::string_view path, const CImage& image, bool withAlpha) {
     if (CStatus sound = CheckImage(path, image); !sound) return sound;
     CResult<CAtomicFile> file = CAtomicFile::Create(path);
     if (!file) return file.Error();
-    const CSink sink = [&](std::span<const std::byte> part) { (void)file.Value().Write(part); };  // Commit tells
+    const CSink sink = [&](std::span<const std::byte> part) {
+        (void)file.Value().Write(part);
+    };  // Commit tells
     if (CStatus packed = PackPng(path, image, withAlpha, sink); !packed) return packed;
     return file.Value().Commit();
 }

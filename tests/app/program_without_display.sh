@@ -40,7 +40,6 @@ ends_with 1 -c "$home/missing.3ds"
 ends_with 1 -c "$home/my model.3ds" "$home/no/such/folder.pov"
 ends_with 2 -c
 ends_with 2 -c a b c
-ends_with 2 --nonsense
 ends_with 3 "$home/my model.3ds"
 [ ! -e "$home/broken.pov" ] || fail "a failed conversion left a file"
 [ ! -e "$home/config/orbivue/settings.ini" ] || fail "settings were written"

@@ -82,6 +82,15 @@ CPreparedMesh MakeSphere(float radius, int rings) {
     return Finished(std::move(mesh));
 }
 
+void Append(CPreparedMesh& mesh, const CPreparedMesh& other, std::uint32_t material) {
+    const auto base = static_cast<std::uint16_t>(mesh.vertices.size());
+    mesh.batches.push_back({material, mesh.IndexCount(), other.IndexCount()});
+    for (std::uint16_t i : other.indices16) mesh.indices16.push_back(static_cast<std::uint16_t>(base + i));
+    mesh.vertices.insert(mesh.vertices.end(), other.vertices.begin(), other.vertices.end());
+    mesh.texCoords.insert(mesh.texCoords.end(), other.texCoords.begin(), other.texCoords.end());
+    mesh.bounds.Add(other.bounds);
+}
+
 CImage MakeImage(int width, int height, const std::function<std::array<std::uint8_t, 4>(int, int)>& color) {
     CImage image{width, height, {}};
     for (int y = 0; y < height; ++y) {
@@ -135,8 +144,12 @@ CPreparedMap CBuilder::AddTexture(CImage image) {
 std::uint32_t CBuilder::Add(CPreparedMesh mesh, const CPreparedMaterial& material, const CMat4& place) {
     const std::uint32_t number = AddMaterial(material);
     for (CPreparedBatch& batch : mesh.batches) batch.material = number;
+    return AddNode(AddMesh(std::move(mesh)), place);
+}
+
+int CBuilder::AddMesh(CPreparedMesh mesh) {
     m_scene.meshes.push_back(std::move(mesh));
-    return AddNode(static_cast<int>(m_scene.meshes.size()) - 1, place);
+    return static_cast<int>(m_scene.meshes.size()) - 1;
 }
 
 std::uint32_t CBuilder::AddNode(int mesh, const CMat4& place) {

@@ -17,6 +17,8 @@ namespace test_scenes {
 /** A smooth sphere round the origin, its poles on z, 2 * rings * rings segments; u goes round, v from pole to
  * pole. */
 [[nodiscard]] CPreparedMesh MakeSphere(float radius = 1, int rings = 24);
+/** Appends the triangles of another mesh as a batch of that material. Both must have 16-bit indices. */
+void Append(CPreparedMesh& mesh, const CPreparedMesh& other, std::uint32_t material);
 /** A picture filled point by point. */
 [[nodiscard]] CImage MakeImage(int width, int height,
                                const std::function<std::array<std::uint8_t, 4>(int x, int y)>& color);
@@ -37,6 +39,7 @@ class CBuilder {
     CBuilder();
     std::uint32_t AddMaterial(CPreparedMaterial material);
     CPreparedMap AddTexture(CImage image);
+    int AddMesh(CPreparedMesh mesh);
     /** A node of its own mesh; all its batches get the material. */
     std::uint32_t Add(CPreparedMesh mesh, const CPreparedMaterial& material, const CMat4& place = {});
     std::uint32_t AddNode(int mesh, const CMat4& place);

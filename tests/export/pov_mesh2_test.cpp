@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "engine/test_scenes.h"
 #include "export/CMesh2Text.h"
 #include "export/CPovMesh.h"
@@ -104,6 +106,25 @@ TEST(CPovMesh, CoordinatesOfAnySizeAreWrittenWithSomeDigits) {
             EXPECT_LT(std::abs(row.at(0)), 1e7);
             EXPECT_GT(std::abs(row.at(0)), 1e-4);
         }
+    }
+}
+
+TEST(CPovMesh, EqualNormalsThatAreNotThePlanesAreKeptApart) {
+    CPreparedMesh mesh = test_scenes::MakePlane(2);
+    for (CPreparedVertex& vertex : mesh.vertices) vertex.normal[0] = vertex.normal[2];
+    CPovMesh numbers = CPovMesh::Make(mesh, 4, nullptr);
+    CPovPart part = OnlyPart(mesh, true, numbers);
+    ASSERT_TRUE(part.normals);
+    KeepEqualNormals(numbers, part.faces);
+    const CMesh2Text read = Written(numbers, part);
+    for (std::size_t f = 0; f < part.faces.size(); ++f) {
+        std::set<CMesh2Text::CRow> normals, positions;
+        for (std::size_t c = 0; c < 3; ++c) {
+            normals.insert(read.Corner("normal_vectors", "normal_indices", f, c));
+            positions.insert(read.Corner("vertex_vectors", "face_indices", f, c));
+        }
+        EXPECT_EQ(normals.size(), 2u);
+        EXPECT_EQ(positions.size(), 3u);
     }
 }
 

@@ -35,17 +35,23 @@ TEST(CommandTableTest, EveryToolHasAPictureAndATip) {
         EXPECT_TRUE(command->toolTip && command->icon) << command->text;
         tools.insert(id);
     }
-    for (const CCommand& command : Commands()) EXPECT_EQ(command.icon != nullptr, tools.count(command.id) == 1) << command.text;
+    for (const CCommand& command : Commands())
+        EXPECT_EQ(command.icon != nullptr, tools.count(command.id) == 1) << command.text;
     for (const int id : ContextMenuOrder()) EXPECT_TRUE(id == 0 || FindCommand(id)) << id;
 }
 
 /** Numbers and texts that others rely on, and the spellings that are meant. */
 TEST(CommandTableTest, KeepsItsNumbersAndTexts) {
-    const std::map<int, std::string> fixed{
-        {32807, "&Open\tCtrl+O"},     {32812, "&Save As\tCtrl+S"}, {32793, "&Delete file"},
-        {32105, "E&xit\tCtrl+X"},     {32776, "ISO Camera"},       {32803, "Render mode"},
-        {32804, "Exort to POV-Ray format"}, {32821, "Fullscreen view\tF11"}, {32822, "ScreenShot\tCtrl+C"},
-        {32104, "&About ..."}};
+    const std::map<int, std::string> fixed{{32807, "&Open\tCtrl+O"},
+                                           {32812, "&Save As\tCtrl+S"},
+                                           {32793, "&Delete file"},
+                                           {32105, "E&xit\tCtrl+X"},
+                                           {32776, "ISO Camera"},
+                                           {32803, "Render mode"},
+                                           {32804, "Exort to POV-Ray format"},
+                                           {32821, "Fullscreen view\tF11"},
+                                           {32822, "ScreenShot\tCtrl+C"},
+                                           {32104, "&About ..."}};
     for (const auto& [id, text] : fixed) EXPECT_EQ(TextOf(id), text);
     EXPECT_STREQ(FindCommand(32804)->toolTip, "Export to POV-Ray format");
 }
@@ -73,7 +79,9 @@ class CommandStatesTest : public testing::TestWithParam<CStateCase> {};
 
 TEST_P(CommandStatesTest, Enables) {
     const CSettings settings;
-    const auto isEnabled = [&](int id) { return StateOf(*FindCommand(id), GetParam().frame, settings).enabled; };
+    const auto isEnabled = [&](int id) {
+        return StateOf(*FindCommand(id), GetParam().frame, settings).enabled;
+    };
     for (const int id : GetParam().enabled) EXPECT_TRUE(isEnabled(id)) << TextOf(id);
     for (const int id : GetParam().disabled) EXPECT_FALSE(isEnabled(id)) << TextOf(id);
 }
@@ -82,8 +90,8 @@ const CStateCase kStateCases[] = {
     {"NoModel",
      {},
      {kCmdOpen, kCmdExit, kCmdIsoCamera, kCmdShowAxis, kCmdFullScreen},
-     {kCmdSaveAs, kCmdCompressToZip, kCmdDeleteFile, kCmdPreviousFile, kCmdNextFile, kCmdExportPov, kCmdExportHtml,
-      kCmdExportGoogleDrive, kCmdScreenShot, kCmdReload, kCmdPlayAnimation, kCmdSceneNotes}},
+     {kCmdSaveAs, kCmdCompressToZip, kCmdDeleteFile, kCmdPreviousFile, kCmdNextFile, kCmdExportPov,
+      kCmdExportHtml, kCmdExportGoogleDrive, kCmdScreenShot, kCmdReload, kCmdPlayAnimation, kCmdSceneNotes}},
     {"LonelyModel",
      {.hasModel = true, .folderModels = 1},
      {kCmdSaveAs, kCmdCompressToZip, kCmdDeleteFile, kCmdReload},

@@ -68,7 +68,8 @@ TEST_F(FrameWxTest, OpensStepsAndDeletes) {
     const std::wstring knot = Sample("knot.3ds", "a.3ds"), chess = Sample("chess.3ds", "b.3ds");
     ASSERT_TRUE(window.Open(knot));
     EXPECT_EQ(Title(), L"Orbivue - " + knot);
-    EXPECT_TRUE(window.IsEnabled(kCmdSaveAs) && window.IsEnabled(kCmdNextFile) && window.IsEnabled(kCmdDeleteFile));
+    EXPECT_TRUE(window.IsEnabled(kCmdSaveAs) && window.IsEnabled(kCmdNextFile) &&
+                window.IsEnabled(kCmdDeleteFile));
     window.Press(WXK_SPACE);
     EXPECT_TRUE(CFrameWindow::WaitFor([&] { return Frame().View().GetPath() == chess; }));
     window.Press(WXK_BACK);
@@ -81,7 +82,8 @@ TEST_F(FrameWxTest, OpensStepsAndDeletes) {
     Frame().RunCommand(kCmdDeleteFile);
     EXPECT_FALSE(file_util_ex::DoesFileExist(knot));
     EXPECT_EQ(window.Engine().Prepared(), nullptr);
-    EXPECT_FALSE(window.IsEnabled(kCmdSaveAs) || window.IsEnabled(kCmdNextFile) || window.IsEnabled(kCmdDeleteFile));
+    EXPECT_FALSE(window.IsEnabled(kCmdSaveAs) || window.IsEnabled(kCmdNextFile) ||
+                 window.IsEnabled(kCmdDeleteFile));
 }
 
 TEST_F(FrameWxTest, TellsOfAFailedOpenInTheTitleAlone) {
@@ -104,7 +106,8 @@ TEST_F(FrameWxTest, TellsOfAFailedOpenInTheTitleAlone) {
 TEST_F(FrameWxTest, RemembersWhatWasChosen) {
     const std::wstring knot = Sample("knot.3ds", "k.3ds");
     ASSERT_TRUE(window.Open(knot));
-    for (const int id : {kCmdShowBounds, kCmdShowAxis, kCmdRenderMode, kCmdLeftCamera}) Frame().RunCommand(id);
+    for (const int id : {kCmdShowBounds, kCmdShowAxis, kCmdRenderMode, kCmdLeftCamera})
+        Frame().RunCommand(id);
     window.StartAgain();
     EXPECT_TRUE(Frame().StateOfCommand(kCmdShowBounds).checked);
     EXPECT_TRUE(Frame().GetMenuBar()->IsChecked(WidgetIdOf(kCmdRenderMode)));
@@ -164,7 +167,8 @@ TEST_F(FrameWxTest, FillsTheScreenAndComesBack) {
     EXPECT_TRUE(Frame().StateOfCommand(kCmdFullScreen).checked);
     window.Press('B');  // a key that means nothing
     window.Press(WXK_F11);
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return !Frame().IsFullScreen() && Frame().GetMenuBar()->IsShown(); }));
+    EXPECT_TRUE(
+        CFrameWindow::WaitFor([&] { return !Frame().IsFullScreen() && Frame().GetMenuBar()->IsShown(); }));
 }
 
 TEST_F(FrameWxTest, OpensWhatIsDropped) {

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "frame/preview_facts.h"
-#include "platform/lng.h"
 #include "platform/CTestFolder.h"
+#include "platform/lng.h"
 
 using namespace preview_facts;
 

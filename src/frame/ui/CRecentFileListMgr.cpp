@@ -14,7 +14,10 @@ void CRecentFileListMgr::UpdateMenu(wxMenu& menu) const {
         if (item) menu.Destroy(item);
     }
     for (std::size_t i = 0; i < Files().size(); ++i)
-        menu.Insert(position + i, WidgetIdOf(kCmdFirstRecentFile) + static_cast<int>(i), MenuText(i), GetNameByIndex(i));
+        menu.Insert(position + i, WidgetIdOf(kCmdFirstRecentFile) + static_cast<int>(i), MenuText(i),
+                    GetNameByIndex(i));
     if (Files().empty())
-        menu.Insert(position, WidgetIdOf(kCmdFirstRecentFile), lng::Text(FindCommand(kCmdFirstRecentFile)->text))->Enable(false);
+        menu.Insert(position, WidgetIdOf(kCmdFirstRecentFile),
+                    lng::Text(FindCommand(kCmdFirstRecentFile)->text))
+            ->Enable(false);
 }

@@ -59,10 +59,12 @@ void CSceneStatusBar::EndProgress() {
 /** Each field as wide as its text. */
 void CSceneStatusBar::FitFields() {
     const int margin = FromDIP(20);
-    const auto width = [&](const wxString& text) { return text.empty() ? 1 : GetTextExtent(text).x + margin; };
-    const std::array<int, kFieldCount> widths{-1, FromDIP(140), width(GetStatusText(kTriangles)),
-                                              width(GetStatusText(kObjects)),
-                                              m_notes->IsShown() ? m_notes->GetBestSize().x + margin : FromDIP(16)};
+    const auto width = [&](const wxString& text) {
+        return text.empty() ? 1 : GetTextExtent(text).x + margin;
+    };
+    const std::array<int, kFieldCount> widths{
+        -1, FromDIP(140), width(GetStatusText(kTriangles)), width(GetStatusText(kObjects)),
+        m_notes->IsShown() ? m_notes->GetBestSize().x + margin : FromDIP(16)};
     SetStatusWidths(kFieldCount, widths.data());
     PlaceChildren();
 }

@@ -48,7 +48,8 @@ std::unique_ptr<wxMenuBar> MakeMenuBar() {
     return bar;
 }
 
-std::unique_ptr<wxMenu> MakeContextMenu(const std::vector<std::string>& sceneCameras, const CStateOfCommand& stateOf) {
+std::unique_ptr<wxMenu> MakeContextMenu(const std::vector<std::string>& sceneCameras,
+                                        const CStateOfCommand& stateOf) {
     auto menu = std::make_unique<wxMenu>();
     for (const int id : ContextMenuOrder()) {
         const CCommand* command = FindCommand(id);

@@ -14,8 +14,8 @@
 /** Tells how a command is to be shown now. */
 using CStateOfCommand = std::function<CCommandState(const CCommand&)>;
 
-/** The menu bar with all commands of the table, in the language in force; the View menu holds an empty sub-menu for the
- * scene's cameras behind the presets. The caller owns it until a frame takes it. */
+/** The menu bar with all commands of the table, in the language in force; the View menu holds an empty
+ * sub-menu for the scene's cameras behind the presets. The caller owns it until a frame takes it. */
 [[nodiscard]] std::unique_ptr<wxMenuBar> MakeMenuBar();
 /** The view's context menu, with the scene's cameras. */
 [[nodiscard]] std::unique_ptr<wxMenu> MakeContextMenu(const std::vector<std::string>& sceneCameras,

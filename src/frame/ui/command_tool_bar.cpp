@@ -30,8 +30,8 @@ wxBitmapBundle LoadSizes(const char* fileName, int size, const std::function<voi
     return wxBitmapBundle::FromBitmaps(sizes);
 }
 
-/** Grey and mostly see-through, so that it looks switched off on light and dark ground; the toolkit's own way, to
- * brighten, makes it the liveliest on a dark one. */
+/** Grey and mostly see-through, so that it looks switched off on light and dark ground; the toolkit's own
+ * way, to brighten, makes it the liveliest on a dark one. */
 void Fade(wxImage& image) {
     constexpr int kOpacityPercent = 45;
     image = image.ConvertToGreyscale();
@@ -59,7 +59,8 @@ wxAuiToolBar* MakeToolBar(wxWindow* parent) {
             continue;
         }
         const wxString tip = lng::Text(command->toolTip);
-        bar->AddTool(WidgetIdOf(id), tip, LoadIcon(command->icon), LoadSizes(command->icon, kToolIconSize, Fade),
+        bar->AddTool(WidgetIdOf(id), tip, LoadIcon(command->icon),
+                     LoadSizes(command->icon, kToolIconSize, Fade),
                      command->isToggle ? wxITEM_CHECK : wxITEM_NORMAL, tip, tip, nullptr);
     }
     bar->Realize();

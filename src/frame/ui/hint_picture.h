@@ -7,7 +7,7 @@
 
 class wxWindow;
 
-/** A text as a see-through picture in framebuffer pixels of a window, to be read on a background of that colour (each
- * channel 0..1). */
+/** A text as a see-through picture in framebuffer pixels of a window, to be read on a background of that
+ * colour (each channel 0..1). */
 [[nodiscard]] CImage MakeHintPicture(const wxWindow& window, const std::wstring& text, float red, float green,
                                      float blue);

@@ -13,10 +13,10 @@
  * context of the compatibility profile.
  *
  * All coordinates and sizes given to the handler are pixels of the framebuffer; on a display with a content
- * scale the toolkit's own are smaller. Frozen it paints nothing. It repaints when it is exposed, after EndGL, after a turn of the wheel
- * or a new size, and after a tick. Ticks come only after a frame has been shown, so a hidden or slow window
- * gets no more of them than it shows: rotation ticks while SetRotating is on, animation ticks from
- * OnModelOpened until the handler answers that nothing is left to play.
+ * scale the toolkit's own are smaller. Frozen it paints nothing. It repaints when it is exposed, after EndGL,
+ * after a turn of the wheel or a new size, and after a tick. Ticks come only after a frame has been shown, so
+ * a hidden or slow window gets no more of them than it shows: rotation ticks while SetRotating is on,
+ * animation ticks from OnModelOpened until the handler answers that nothing is left to play.
  */
 class CGLCanvas final : public wxGLCanvas, public CGLCanvasI {
   public:
