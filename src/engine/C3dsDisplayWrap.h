@@ -38,7 +38,7 @@ class C3dsDisplayWrap {
     C3dsDisplayWrap();
     C3dsDisplayWrap(const C3dsDisplayWrap&) = delete;
     C3dsDisplayWrap& operator=(const C3dsDisplayWrap&) = delete;
-    /** The context that the scene was opened in must be current, or the scene closed before. */
+    /** The context that scenes were drawn in must be current, or none. */
     virtual ~C3dsDisplayWrap();
     /** Called by the engine itself after every zoom; does nothing here. */
     virtual void UpdateModelOnZoom();

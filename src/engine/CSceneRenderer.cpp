@@ -113,7 +113,11 @@ void CSceneRenderer::Refresh(CGlCurrent& gl, const CPreparedScene& scene) {
 }
 
 void CSceneRenderer::Clear(CGlCurrent&) {
-    m_state = std::make_unique<CState>();
+    // Programs and what was learnt of the context serve the next scene, too.
+    m_state->textures.Clear();
+    m_state->noTextures.Clear();
+    m_state->meshes.clear();
+    m_state->sorted.Clear();
 }
 
 void CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options) {

@@ -37,7 +37,7 @@ class CSceneRenderer {
      * still lie where they lay, and a picture likewise, is not uploaded again; one that was given back since
      * (empty now) stays. */
     void Refresh(CGlCurrent& gl, const CPreparedScene& scene);
-    /** Deletes everything it made. */
+    /** Deletes everything it made of a scene; its programs stay for the next one, in the same context. */
     void Clear(CGlCurrent& gl);
 
     /** Opaque parts, then transparent ones from back to front. scene must be the one uploaded. */
