@@ -206,7 +206,8 @@ void CNodePreparer::AddLights() {
         result.position = {light->position[0], light->position[1], light->position[2]};
         result.target = {light->spot[0], light->spot[1], light->spot[2]};
         result.color = {light->color[0], light->color[1], light->color[2]};
-        result.multiplier = light->multiplier;
+        // lib3ds writes 0 for a light that nobody gave a multiplier; a light that is meant to be dark is off.
+        result.multiplier = light->multiplier == 0 ? 1 : light->multiplier;
         result.hotspotDeg = light->hot_spot;
         result.falloffDeg = light->fall_off;
         result.attenuate = light->attenuation != 0 && light->outer_range > 0;
