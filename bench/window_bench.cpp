@@ -142,7 +142,8 @@ int MeasureSteps(CBench& bench, const std::string& folder) {
     std::vector<long> times;
     for (std::size_t i = 1; i <= 2 * models.size(); ++i) {
         // A scene that plays keeps a software renderer busy; what counts is the answer of a window at rest.
-        if (bench.Frame().StateOfCommand(kCmdPlayAnimation).checked) bench.Frame().RunCommand(kCmdPlayAnimation);
+        if (bench.Frame().StateOfCommand(kCmdPlayAnimation).checked)
+            bench.Frame().RunCommand(kCmdPlayAnimation);
         CBench::Rest();
         const std::wstring& next = models[i % models.size()];
         bench.ExpectPictureOf(next);

@@ -40,8 +40,7 @@ CNewNames RenameRepeated(T* first, const char* what, CNoteList& notes) {
         names[old].push_back(name);
         if (name == old) continue;
         CopyName(item->name, name);
-        notes.Repaired(std::string("Two ") + what + " have one name; the second is now " +
-                       CNoteList::Printable(name));
+        notes.Repaired("A name was there twice; the second got another", CNoteList::Printable(name));
     }
     return names;
 }
