@@ -13,7 +13,7 @@ struct CSceneNote {
     };
     EKind kind = EKind::Repaired;
     const char* what = "";  ///< one of our literals, English, for lng::Text
-    std::string subject;    ///< UTF-8: the name or the number that it is about; may be empty
+    std::string subject = {};  ///< UTF-8: the name or the number that it is about; may be empty
     std::size_t times = 1;  ///< how often it happened
 
     /** One line of English: "what: subject (3 times)". */

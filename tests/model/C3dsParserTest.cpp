@@ -112,7 +112,7 @@ const CBrokenFile kBroken[] = {
      "Material not found: Gone"},
     {"MatrixNotFinite", CubeWith({}, Matrix({kNan, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0})), 12, "matrix"},
     {"MatrixSingular", CubeWith({}, Matrix({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}))},
-    {"NameOf5000", Scene(Cube(std::string(5000, 'n'))), 12, "5000"},
+    {"NameOf5000", Scene(Cube(std::string(5000, 'n'))), 12, "long name"},
     {"MaterialNameWithoutEnd", Scene(Cube() + Chunk(0xAFFF, Chunk(0xA000, Values<char>({'A', 'B'}))))},
     {"MaterialSizeZero", Scene(Cube() + Chunk(0xAFFF, {}, 0)), 12, "parent"},
     {"GradientOfTenColors", Scene(Chunk(0x1300, TenColors()) + Cube())},
