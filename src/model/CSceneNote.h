@@ -12,9 +12,9 @@ struct CSceneNote {
         Limited,   ///< over one of our limits, or a feature that is not drawn
     };
     EKind kind = EKind::Repaired;
-    const char* what = "";  ///< one of our literals, English, for lng::Text
+    const char* what = "";     ///< one of our literals, English, for lng::Text
     std::string subject = {};  ///< UTF-8: the name or the number that it is about; may be empty
-    std::size_t times = 1;  ///< how often it happened
+    std::size_t times = 1;     ///< how often it happened
 
     /** One line of English: "what: subject (3 times)". */
     [[nodiscard]] std::string Text() const {

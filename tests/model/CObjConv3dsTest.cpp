@@ -200,7 +200,8 @@ TEST(CObjConv3ds, SplitsWhatA3dsMeshCannotHold) {
 
 std::string SolidNote(int points, int lines) {
     constexpr const char* kWhy = ", made solid as a scene holds only triangles: ";
-    return points > 0 ? "Points" + (kWhy + std::to_string(points)) : "Pieces of lines" + (kWhy + std::to_string(lines));
+    return points > 0 ? "Points" + (kWhy + std::to_string(points))
+                      : "Pieces of lines" + (kWhy + std::to_string(lines));
 }
 
 struct CSolidCase {
@@ -219,21 +220,18 @@ TEST_P(SolidsOf, FirstMesh) {
 INSTANTIATE_TEST_SUITE_P(
     CObjConv3ds, SolidsOf,
     testing::Values(
-        CSolidCase{"EachPointOnce", kSquare + "p 1 2\n p -3 4/7\n", 24,
-                   SolidNote(3, 0)},
+        CSolidCase{"EachPointOnce", kSquare + "p 1 2\n p -3 4/7\n", 24, SolidNote(3, 0)},
         CSolidCase{"EachPieceOnce", kSquare + "l 1 2 3\nl 2 \\\n1\nl 3/1/1 3 4/1\nl 4\n", 24,
                    SolidNote(0, 3)},
         CSolidCase{"VerticesAlone", "vn 0 0 1\n" + kSquare, 32, SolidNote(4, 0)},
         CSolidCase{"NotWhatFacesHave", kSquare + "f 1 2 3 4\np 1 2 3 4\nl 4 3 2 1 4\n", 2, ""},
         CSolidCase{"PlacesCount", kSquare + "v 1 1 -0\np 5\nl 5 4\nf 1 2 3 4\n", 2, ""},
-        CSolidCase{"WhatFacesLack", kSquare + "v 0 0 1\nf 1 2 3 4\np 5\nl 1 3\n", 18,
-                   SolidNote(1, 1)},
+        CSolidCase{"WhatFacesLack", kSquare + "v 0 0 1\nf 1 2 3 4\np 5\nl 1 3\n", 18, SolidNote(1, 1)},
         CSolidCase{"BesideTexels", kSquare + "vt 0 1\nvn 0 0 1\nl 1 3\nf 1/1/1 2/1/1 3/1/1 4/1/1\nl 2 4\n",
                    18, SolidNote(0, 2)},
         CSolidCase{"ImpossibleLeftOut", kSquare + "p 1 9\nl 1 0\n", 8,
                    "Points and lines with impossible corners, left out: 2"},
-        CSolidCase{"LineTooLong", kSquare + "p" + std::string(1'100'000, ' ') + "1\n", 32,
-                   SolidNote(4, 0)}),
+        CSolidCase{"LineTooLong", kSquare + "p" + std::string(1'100'000, ' ') + "1\n", 32, SolidNote(4, 0)}),
     CaseName<CSolidCase>);
 
 TEST(CObjConv3ds, SolidsKeepGroupAndMaterial) {
