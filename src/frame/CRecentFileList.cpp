@@ -45,7 +45,7 @@ void CRecentFileList::SaveStdProfileSettings() {
     for (const std::wstring& path : m_removed) std::erase(m_files, path);
     for (auto path = m_added.rbegin(); path != m_added.rend(); ++path) PutInFront(m_files, *path);
     for (std::size_t i = 0; i < kMaxFiles; ++i)
-        CLocalRegStore::WriteString(kSection, Key(i), GetNameByIndex(i));
+        CLocalRegStore::OverwriteString(kSection, Key(i), GetNameByIndex(i));
 }
 
 void CRecentFileList::AddToRecentFileList(const std::wstring& path) {
@@ -60,6 +60,11 @@ void CRecentFileList::RemoveIndex(std::size_t index) {
     std::erase(m_added, m_files[index]);
     m_removed.push_back(m_files[index]);
     m_files.erase(m_files.begin() + static_cast<std::ptrdiff_t>(index));
+}
+
+void CRecentFileList::Remove(const std::wstring& path) {
+    const auto found = std::find(m_files.begin(), m_files.end(), path);
+    if (found != m_files.end()) RemoveIndex(static_cast<std::size_t>(found - m_files.begin()));
 }
 
 bool CRecentFileList::IsRecentFileResource(int commandId) {

@@ -21,6 +21,7 @@ class CRecentFileList {
     void AddToRecentFileList(const std::wstring& path);
     /** Drops an entry: of a file that is gone. */
     void RemoveIndex(std::size_t index);
+    void Remove(const std::wstring& path);
 
     /** Commands kCmdFirstRecentFile and following are the entries. */
     [[nodiscard]] static bool IsRecentFileResource(int commandId);

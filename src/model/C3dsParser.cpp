@@ -177,8 +177,7 @@ void C3dsParser::ReadNamedObject(const C3dsChunk& chunk) {
     CByteCursor in(Bytes(), chunk.begin, chunk.end);
     std::string name = in.ReadString();
     if (name.size() > 63) {
-        m_notes.Repaired("A name of " + std::to_string(name.size()) +
-                         " characters was cut: " + CNoteList::Printable(name));
+        m_notes.Repaired("A long name was cut", CNoteList::Printable(name));
         name.resize(63);
     }
     std::uint32_t flags = 0;
@@ -243,7 +242,7 @@ void C3dsParser::FinishMeshes() {
     for (std::size_t i = 0; i < meshes.size(); ++i) {
         FillPointFlags(Bytes(), m_meshChunks[i], *meshes[i]);
         for (auto& patch : patches[i]) m_scene.m_patches.push_back(std::move(patch));
-        for (CSceneNote& note : notes[i].Take()) m_notes.Add(note.kind, std::move(note.text));
+        for (CSceneNote& note : notes[i].Take()) m_notes.Add(std::move(note));
     }
     m_meshChunks.clear();
     MakeNamesUnique(file, m_notes);

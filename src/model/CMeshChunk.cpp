@@ -13,7 +13,7 @@ constexpr std::size_t kMaxGroups = 65535;
 CArraySpan ReadArray(CByteCursor& in, std::size_t entrySize, const char* what, CNoteList& notes) {
     const std::size_t claimed = in.Read<std::uint16_t>();
     const std::size_t present = in.Left() / entrySize;
-    if (claimed > present) notes.Repaired(std::string("A list of ") + what + " is shorter than it says");
+    if (claimed > present) notes.Repaired("A list is shorter than it says", what);
     const CArraySpan result{in.Position(), std::min(claimed, present)};
     in.Skip(result.count * entrySize);
     return result;

@@ -2,31 +2,31 @@
 #include "model/CNoteList.h"
 
 #include <string_view>
+#include <utility>
 
-void CNoteList::Add(CSceneNote::EKind kind, std::string text) {
+#include "platform/lng.h"
+
+void CNoteList::Add(CSceneNote note) {
+    const std::size_t times = std::exchange(note.times, 1);
+    std::string text = note.Text();
     if (const auto found = m_indexOfText.find(text); found != m_indexOfText.end()) {
-        ++m_notes[found->second].second;
+        m_notes[found->second].times += times;
         return;
     }
     if (m_notes.size() >= kMaxNotes) {
         ++m_dropped;
         return;
     }
-    m_indexOfText.emplace(text, m_notes.size());
-    m_notes.push_back({CSceneNote{kind, std::move(text)}, 1});
+    note.times = times;
+    m_indexOfText.emplace(std::move(text), m_notes.size());
+    m_notes.push_back(std::move(note));
 }
 
 std::vector<CSceneNote> CNoteList::Take() {
-    std::vector<CSceneNote> result;
-    result.reserve(m_notes.size() + 1);
-    for (auto& [note, count] : m_notes) {
-        if (count > 1) note.text += " (" + std::to_string(count) + " times)";
-        result.push_back(std::move(note));
-    }
-    if (m_dropped > 0) {
+    std::vector<CSceneNote> result = std::move(m_notes);
+    if (m_dropped > 0)
         result.push_back(
-            {CSceneNote::EKind::Limited, std::to_string(m_dropped) + " more notes were left out"});
-    }
+            {CSceneNote::EKind::Limited, lng::Mark("More notes, left out"), std::to_string(m_dropped)});
     *this = {};
     return result;
 }

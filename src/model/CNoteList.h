@@ -12,12 +12,19 @@
  */
 class CNoteList {
   public:
-    void Add(CSceneNote::EKind kind, std::string text);
-    void Repaired(std::string text) { Add(CSceneNote::EKind::Repaired, std::move(text)); }
-    void Limited(std::string text) { Add(CSceneNote::EKind::Limited, std::move(text)); }
+    void Add(CSceneNote note);
+    /** what is a literal for the catalogue; scripts/update_languages knows these three. */
+    void Repaired(const char* what, std::string subject = {}) {
+        Add({CSceneNote::EKind::Repaired, what, std::move(subject)});
+    }
+    void Missing(const char* what, std::string subject = {}) {
+        Add({CSceneNote::EKind::Missing, what, std::move(subject)});
+    }
+    void Limited(const char* what, std::string subject = {}) {
+        Add({CSceneNote::EKind::Limited, what, std::move(subject)});
+    }
 
-    /** In the order of their first occurrence, "(n times)" appended where there were several. Empties the
-     * list. */
+    /** In the order of their first occurrence. Empties the list. */
     [[nodiscard]] std::vector<CSceneNote> Take();
 
     /** Names come from files: control characters and bytes that are no UTF-8 become '?', long ones are cut.
@@ -26,7 +33,7 @@ class CNoteList {
 
   private:
     static constexpr std::size_t kMaxNotes = 200;
-    std::vector<std::pair<CSceneNote, std::size_t>> m_notes;
+    std::vector<CSceneNote> m_notes;
     std::map<std::string, std::size_t> m_indexOfText;
     std::size_t m_dropped = 0;
 };

@@ -42,9 +42,7 @@ class CLibraryFinder {
                 any = (end > begin && ReadOne(line.substr(begin, end - begin))) || any;
                 begin = end + 1;
             }
-            if (!any)
-                m_notes.Add(CSceneNote::EKind::Missing,
-                            "Material file not found: " + CNoteList::Printable(line));
+            if (!any) m_notes.Missing("Material file not found", CNoteList::Printable(line));
         }
         // Renamed models often still name the old file.
         if (!lines.empty() && m_read.empty()) {
@@ -75,28 +73,22 @@ class CLibraryFinder {
 };
 
 void NoteWhatIsMissing(const CObjGeometry& geometry, CNoteList& notes) {
-    const auto count = [](std::size_t n, const char* one, const char* many) {
-        return std::to_string(n) + " " + (n == 1 ? one : many);
-    };
-    if (geometry.brokenFaces != 0) {
-        notes.Repaired(count(geometry.brokenFaces, "face", "faces") + " with impossible corners left out");
-    }
-    if (geometry.brokenElements != 0) {
-        notes.Repaired(count(geometry.brokenElements, "point or line", "points or lines") +
-                       " with impossible corners left out");
-    }
-    if (geometry.solidPoints + geometry.solidLines != 0) {
-        notes.Limited(count(geometry.solidPoints, "point", "points") + " and " +
-                      count(geometry.solidLines, "piece of a line", "pieces of lines") +
-                      " made solid, as a scene holds only triangles");
-    }
-    if (geometry.crowdedOut != 0) {
-        notes.Limited(count(geometry.crowdedOut, "point or line", "points and lines") +
-                      " left out beside the faces, as there are too many");
-    }
-    if (geometry.droppedLines != 0) {
-        notes.Limited(count(geometry.droppedLines, "line", "lines") + " of over 1 MB left out");
-    }
+    const auto counted = [](std::size_t n) { return std::to_string(n); };
+    if (geometry.brokenFaces != 0)
+        notes.Repaired("Faces with impossible corners, left out", counted(geometry.brokenFaces));
+    if (geometry.brokenElements != 0)
+        notes.Repaired("Points and lines with impossible corners, left out",
+                       counted(geometry.brokenElements));
+    if (geometry.solidPoints != 0)
+        notes.Limited("Points, made solid as a scene holds only triangles", counted(geometry.solidPoints));
+    if (geometry.solidLines != 0)
+        notes.Limited("Pieces of lines, made solid as a scene holds only triangles",
+                      counted(geometry.solidLines));
+    if (geometry.crowdedOut != 0)
+        notes.Limited("Points and lines, left out beside the faces as there are too many",
+                      counted(geometry.crowdedOut));
+    if (geometry.droppedLines != 0)
+        notes.Limited("Lines of text over 1 MB, left out", counted(geometry.droppedLines));
     if (geometry.tooManyNames) notes.Limited("More than 16,384 groups or materials; the rest share one");
 }
 

@@ -113,7 +113,7 @@ void CObjSceneMaker::AddMaterial(std::int32_t material) {
         material < 0 ? std::string() : m_geometry.materials[static_cast<std::size_t>(material)];
     const std::string name = UniqueName(StoredName(asked, kDefaultName), m_takenMaterialNames);
     if (material >= 0 && !m_library.Has(asked)) {
-        m_notes.Add(CSceneNote::EKind::Missing, "Material not found: " + CNoteList::Printable(asked));
+        m_notes.Missing("Material not found", CNoteList::Printable(asked));
     }
     AppendToList(m_materialLink, m_library.Make(asked, name));
     m_materialNames[static_cast<std::size_t>(material + 1)] = name;

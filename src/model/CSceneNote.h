@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 /** Something a user may want to know about a scene that opened nevertheless. */
@@ -11,7 +12,16 @@ struct CSceneNote {
         Limited,   ///< over one of our limits, or a feature that is not drawn
     };
     EKind kind = EKind::Repaired;
-    std::string text;  ///< UTF-8, one line, for people
+    const char* what = "";     ///< one of our literals, English, for lng::Text
+    std::string subject = {};  ///< UTF-8: the name or the number that it is about; may be empty
+    std::size_t times = 1;     ///< how often it happened
 
-    friend bool operator==(const CSceneNote&, const CSceneNote&) = default;
+    /** One line of English: "what: subject (3 times)". */
+    [[nodiscard]] std::string Text() const {
+        return what + (subject.empty() ? "" : ": " + subject) +
+               (times > 1 ? " (" + std::to_string(times) + " times)" : "");
+    }
+    friend bool operator==(const CSceneNote& a, const CSceneNote& b) {
+        return a.kind == b.kind && a.Text() == b.Text();
+    }
 };

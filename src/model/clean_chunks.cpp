@@ -151,8 +151,7 @@ void Append(std::vector<std::byte>& out, T value) {
 void AppendString(CByteCursor& in, std::vector<std::byte>& out, CNoteList& notes) {
     std::string text = in.ReadString();
     if (text.size() > kMaxNameLength) {
-        notes.Repaired("A name of " + std::to_string(text.size()) +
-                       " characters was cut: " + CNoteList::Printable(text));
+        notes.Repaired("A long name was cut", CNoteList::Printable(text));
         text.resize(kMaxNameLength);
     }
     const auto* begin = reinterpret_cast<const std::byte*>(text.c_str());

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "model/facing.h"
+#include "platform/lng.h"
 
 #include <algorithm>
 
@@ -46,5 +47,5 @@ void ShowBothSidesIfTurnedAway(CPreparedScene& scene) {
     if (FrontShare(scene, kFirstCorner) > kNextToNothing) return;
     for (CPreparedMaterial& material : scene.materials) material.twoSided = true;
     scene.notes.push_back(
-        {CSceneNote::EKind::Repaired, "All surfaces face away; they are shown from both sides"});
+        {CSceneNote::EKind::Repaired, lng::Mark("All surfaces face away; they are shown from both sides")});
 }

@@ -39,8 +39,7 @@ void AssignMaterials(std::span<const std::byte> bytes, const CMeshChunk& chunk,
     for (const CMaterialGroup& group : chunk.groups) {
         const std::uint16_t material = materials.Find(group.material);
         if (material == CMeshView::kNoMaterial && group.faces.count > 0) {
-            notes.Add(CSceneNote::EKind::Missing,
-                      "The file has no material " + CNoteList::Printable(group.material));
+            notes.Missing("Material not found", CNoteList::Printable(group.material));
         }
         bool outOfRange = false;
         for (std::size_t i = 0; i < group.faces.count; ++i) {

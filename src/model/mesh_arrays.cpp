@@ -36,8 +36,7 @@ std::vector<bool> RepairPoints(CMeshView& view, CNoteList& notes) {
         std::memset(Writable(view.points + i * view.pointStride), 0, 12);
     }
     if (!bad.empty())
-        notes.Repaired("Vertices that are not finite were left out of mesh " +
-                       CNoteList::Printable(view.mesh->name));
+        notes.Repaired("Vertices that are not finite were left out", CNoteList::Printable(view.mesh->name));
     return bad;
 }
 
@@ -52,7 +51,7 @@ void RepairFaces(CMeshView& view, const std::vector<bool>& badPoints, CNoteList&
         std::memset(Writable(view.faces + i * view.faceStride), 0, 6);
     }
     if (outOfRange)
-        notes.Repaired("Faces that refer to missing vertices were left out of mesh " +
+        notes.Repaired("Faces that refer to missing vertices were left out",
                        CNoteList::Printable(view.mesh->name));
 }
 

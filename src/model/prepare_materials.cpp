@@ -10,6 +10,7 @@
 #include "model/CNoteList.h"
 #include "model/CScene.h"
 #include "platform/image_codec.h"
+#include "platform/lng.h"
 #include "platform/parallel_for.h"
 
 namespace {
@@ -126,26 +127,27 @@ void PrepareMaterials(const CScene& scene, CPreparedScene& prepared) {
 }
 
 void LoadTextures(const CScene& scene, unsigned threads, CPreparedScene& prepared) {
-    std::vector<std::string> problems(prepared.textures.size());
+    std::vector<CSceneNote> problems(prepared.textures.size());
     ParallelFor(prepared.textures.size(), threads, [&](std::size_t i) {
         CPreparedTexture& texture = prepared.textures[i];
         const std::string name = CNoteList::Printable(texture.reference);
         const std::optional<CTextureHit> hit = scene.Textures().Find(texture.reference);
         if (!hit) {
-            problems[i] = "Texture not found: " + name;
+            problems[i] = {CSceneNote::EKind::Missing, lng::Mark("Texture not found"), name};
             return;
         }
         CResult<CImage> image = LoadImage(*hit, texture.reference);
         if (!image) {
-            problems[i] = "Texture not readable: " + name + " (" + image.Error().message + ")";
+            problems[i] = {CSceneNote::EKind::Missing, lng::Mark("Texture not readable"),
+                           name + " (" + image.Error().message + ")"};
             return;
         }
         texture.foundAt = hit->foundAt;
         texture.image = std::move(image).Value();
         texture.hasTranslucency = HasTranslucency(texture.image);
     });
-    for (std::string& problem : problems) {
-        if (!problem.empty()) prepared.notes.push_back({CSceneNote::EKind::Missing, std::move(problem)});
+    for (CSceneNote& problem : problems) {
+        if (*problem.what != '\0') prepared.notes.push_back(std::move(problem));
     }
 }
 
@@ -159,9 +161,9 @@ void ReplaceBlackWithoutPicture(CPreparedScene& prepared) {
                               std::max(material.diffuse.z, material.ambient.z)};
         if (!missing || std::max({brightest.x, brightest.y, brightest.z}) > 0.04f) continue;
         material.diffuse = material.ambient = CPreparedMaterial{}.diffuse;
-        prepared.notes.push_back(
-            {CSceneNote::EKind::Missing, "Without its picture this material would be black and is grey: " +
-                                             CNoteList::Printable(material.name)});
+        prepared.notes.push_back({CSceneNote::EKind::Missing,
+                                  lng::Mark("Without its picture this material would be black and is grey"),
+                                  CNoteList::Printable(material.name)});
     }
 }
 

@@ -15,6 +15,7 @@
 
 #include "model/CScene.h"
 #include "model/unique_names.h"
+#include "platform/lng.h"
 
 namespace {
 constexpr std::string_view kDummyName = "$$$DUMMY";
@@ -194,7 +195,8 @@ void CNodePreparer::NoteHidden() {
     const auto count = std::count_if(m_prepared.nodes.begin(), m_prepared.nodes.end(), isHidden);
     if (count == 0) return;
     m_prepared.notes.push_back({CSceneNote::EKind::Limited,
-                                "Objects that the file marks as hidden are shown: " + std::to_string(count)});
+                                lng::Mark("Objects that the file marks as hidden are shown"),
+                                std::to_string(count)});
 }
 
 void CNodePreparer::AddLights() {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "model/resolve_placement.h"
+#include "platform/lng.h"
 
 #include <lib3ds/node.h>
 
@@ -80,7 +81,7 @@ bool ResolvePlacedTwice(CPreparedScene& prepared) {
     for (CPreparedNode& node : prepared.nodes) {
         if (IsKeyed(node)) node.meshToNode = node.world.AffineInverse();
     }
-    prepared.notes.push_back(
-        {CSceneNote::EKind::Repaired, "The objects were moved twice, by their points and by their keys"});
+    prepared.notes.push_back({CSceneNote::EKind::Repaired,
+                              lng::Mark("The objects were moved twice, by their points and by their keys")});
     return true;
 }

@@ -42,7 +42,7 @@ void ClampMaterial(Lib3dsMaterial& material, CNoteList& notes) {
     ClampColor(material.diffuse);
     ClampColor(material.specular);
     if (material.transparency > 1 || material.transparency < 0) {
-        notes.Repaired("A transparency outside 0 to 100 % was put inside in " +
+        notes.Repaired("A transparency outside 0 to 100 % was put inside",
                        CNoteList::Printable(material.name));
     }
     for (float* share : {&material.shininess, &material.shin_strength, &material.transparency,

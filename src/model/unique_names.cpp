@@ -31,7 +31,7 @@ using CNewNames = std::unordered_map<std::string, std::vector<std::string>>;
 /** Renames all but the first of each name; the result lists, for names that were not unique, all that stand
  * for it. */
 template <class T>
-CNewNames RenameRepeated(T* first, const char* what, CNoteList& notes) {
+CNewNames RenameRepeated(T* first, CNoteList& notes) {
     std::unordered_set<std::string> taken;
     CNewNames names;
     for (T* item = first; item; item = item->next) {
@@ -40,19 +40,17 @@ CNewNames RenameRepeated(T* first, const char* what, CNoteList& notes) {
         names[old].push_back(name);
         if (name == old) continue;
         CopyName(item->name, name);
-        notes.Repaired(std::string("Two ") + what + " have one name; the second is now " +
-                       CNoteList::Printable(name));
+        notes.Repaired("A name was there twice; the second got another", CNoteList::Printable(name));
     }
     return names;
 }
 }  // namespace
 
 void MakeNamesUnique(Lib3dsFile& file, CNoteList& notes) {
-    (void)RenameRepeated(file.materials, "materials",
-                         notes);  // faces name the first; nothing tells them apart
-    (void)RenameRepeated(file.cameras, "cameras", notes);
-    (void)RenameRepeated(file.lights, "lights", notes);
-    const CNewNames meshNames = RenameRepeated(file.meshes, "meshes", notes);
+    (void)RenameRepeated(file.materials, notes);  // faces name the first; nothing tells them apart
+    (void)RenameRepeated(file.cameras, notes);
+    (void)RenameRepeated(file.lights, notes);
+    const CNewNames meshNames = RenameRepeated(file.meshes, notes);
 
     std::unordered_map<std::string, std::size_t> used;
     for (Lib3dsNode* node = file.nodes; node; node = node->next) {

@@ -60,8 +60,8 @@ CImageDataTextVec ReadPictures(CZipReader& archive, CNoteList& notes) {
         if (!IsPicture(entry.name)) continue;
         CResult<std::vector<std::byte>> data = archive.Read(entry, left);
         if (!data) {
-            notes.Limited("A picture of the archive is not read: " + CNoteList::Printable(entry.name) + " (" +
-                          data.Error().message + ")");
+            notes.Limited("A picture of the archive is not read",
+                          CNoteList::Printable(entry.name) + " (" + data.Error().message + ")");
             continue;
         }
         left -= std::min<std::uint64_t>(left, data.Value().size());
@@ -86,7 +86,8 @@ CResult<CScene> ReadZipScene(std::vector<std::byte> bytes, std::string_view arch
     CNoteList notes;
     const auto isModel = [](const CZipEntry& entry) { return ExtensionOf(entry.name) == "3ds"; };
     if (std::count_if(entries.begin(), entries.end(), isModel) > 1) {
-        notes.Limited("The archive holds several models; this is " + CNoteList::Printable(model->name));
+        notes.Limited("The archive holds several models; this one is shown",
+                      CNoteList::Printable(model->name));
     }
     scene.Value().SetTextures(CTextureLocator::InMemory(ReadPictures(archive, notes)));
     for (CSceneNote& note : notes.Take()) scene.Value().AddNote(std::move(note));

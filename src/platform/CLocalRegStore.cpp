@@ -19,6 +19,7 @@ namespace {
 
 struct CDefaultFile {
     std::unique_ptr<CIniFile> file = std::make_unique<CIniFile>();
+    std::unique_ptr<CIniFile> base = std::make_unique<CIniFile>();  ///< as this process loaded or saved it
     std::string path;
     std::map<std::pair<std::string, std::string>, std::string> changes;  ///< section and key to value
 };
@@ -34,9 +35,10 @@ CIniFile* DefaultIni() {
 
 /** What this process wrote, unless the file had it so. */
 bool SetDefault(std::string_view section, std::string_view key, const std::string& value) {
-    if (DefaultIni()->Get(section, key) == value) return true;
+    std::pair<std::string, std::string> name{section, key};
+    if (Default().changes.count(name) == 0 && Default().base->Get(section, key) == value) return true;
     if (!DefaultIni()->Set(section, key, value)) return false;
-    Default().changes[{std::string(section), std::string(key)}] = value;
+    Default().changes[std::move(name)] = value;
     return true;
 }
 
@@ -66,6 +68,7 @@ std::optional<std::string> ValueOf(const CIniFile* ini, std::string_view section
 bool CLocalRegStore::Load(std::wstring_view path) {
     Default().path = ConvertToUTF8(path);
     Default().changes.clear();
+    (void)Default().base->Load(Default().path);  // fails as the next line does
     return DefaultIni()->Load(Default().path).HasValue();
 }
 
@@ -83,6 +86,7 @@ bool CLocalRegStore::Save() {
     TakeOverOthers();
     if (!DefaultIni()->Save(path)) return false;
     Default().changes.clear();
+    (void)Default().base->Load(path);  // it was written just now
     return true;
 }
 
@@ -115,6 +119,14 @@ bool CLocalRegStore::WriteInt(std::wstring_view section, std::wstring_view key, 
 
 bool CLocalRegStore::WriteString(std::string_view section, std::string_view key, std::wstring_view value) {
     return SetDefault(section, key, ConvertToUTF8(value));
+}
+
+bool CLocalRegStore::OverwriteString(std::string_view section, std::string_view key,
+                                     std::wstring_view value) {
+    const std::string text = ConvertToUTF8(value);
+    if (!DefaultIni()->Set(section, key, text)) return false;
+    Default().changes[{std::string(section), std::string(key)}] = text;
+    return true;
 }
 
 bool CLocalRegStore::WriteString(std::wstring_view section, std::wstring_view key, std::wstring_view value) {
@@ -194,11 +206,13 @@ void CLocalRegStore::GetAllSections(const CIniFile* ini, std::vector<std::string
 CLocalRegStore::CDefaultFileGuard::CDefaultFileGuard()
     : m_file(std::exchange(Default().file, std::make_unique<CIniFile>())),
       m_path(std::exchange(Default().path, {})) {
+    Default().base = std::make_unique<CIniFile>();
     Default().changes.clear();
 }
 
 CLocalRegStore::CDefaultFileGuard::~CDefaultFileGuard() {
     Default().file = std::move(m_file);
     Default().path = std::move(m_path);
+    Default().base = std::make_unique<CIniFile>();
     Default().changes.clear();
 }

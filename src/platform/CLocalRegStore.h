@@ -35,6 +35,10 @@ class CLocalRegStore {
     static bool WriteInt(std::wstring_view section, std::wstring_view key, int value);
     static bool WriteString(std::string_view section, std::string_view key, std::wstring_view value);
     static bool WriteString(std::wstring_view section, std::wstring_view key, std::wstring_view value);
+    /** WriteString also where the value is what it was when this process began. A value that another copy of
+     * the program wrote meanwhile is kept by the other forms unless this process changed it too; not by this
+     * one. */
+    static bool OverwriteString(std::string_view section, std::string_view key, std::wstring_view value);
     /** Reads the file again, as another copy of the program may have saved since: what this one wrote stays.
      */
     static void TakeOverOthers();

@@ -39,7 +39,7 @@ json Textures(const CPreparedScene& scene) {
 
 json Notes(const CPreparedScene& scene) {
     json notes = json::array();
-    for (const CSceneNote& note : scene.notes) notes.push_back(note.text);
+    for (const CSceneNote& note : scene.notes) notes.push_back(note.Text());
     return notes;
 }
 

@@ -23,6 +23,7 @@ class CRecordedPrompt final : public CUserPrompt {
     void ShowMessage(const std::wstring& text) override { messages.push_back(text); }
     [[nodiscard]] bool AskYesNo(const std::wstring& text) override {
         messages.push_back(text);
+        if (whileAsking) whileAsking();
         return answer;
     }
     void BeginBusy() override { ++busy; }
@@ -30,6 +31,7 @@ class CRecordedPrompt final : public CUserPrompt {
 
     std::vector<std::wstring> messages;
     bool answer = false;
+    std::function<void()> whileAsking;
     int busy = 0;
 };
 

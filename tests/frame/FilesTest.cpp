@@ -7,6 +7,8 @@
 #include "platform/CLocalRegStore.h"
 #include "platform/CTestFolder.h"
 #include "platform/file_util_ex.h"
+#include "settings/CSettings.h"
+#include "settings/CSettingsGuard.h"
 
 namespace {
 
@@ -54,6 +56,9 @@ TEST_F(RecentFileListTest, KeepsTheNewestInFront) {
 
 /** Two copies of the program run, and the one that ends last must not undo what the other remembered. */
 TEST_F(RecentFileListTest, SharesTheListWithAnotherCopy) {
+    const CSettingsGuard settings;
+    ASSERT_TRUE(CSettings::Instance().WriteAll());
+    CSettings::Instance().ReadAll();
     CRecentFileList mine;
     mine.LoadStdProfileSettings();
     mine.AddToRecentFileList(L"/mine.3ds");
@@ -63,7 +68,7 @@ TEST_F(RecentFileListTest, SharesTheListWithAnotherCopy) {
         ASSERT_TRUE(other.Save(folder / "settings.ini"));
     }
     mine.SaveStdProfileSettings();
-    ASSERT_TRUE(CLocalRegStore::Save());
+    ASSERT_TRUE(CSettings::Instance().WriteAll());
     CRecentFileList next;
     CLocalRegStore::Load(Wide(folder / "settings.ini"));
     next.LoadStdProfileSettings();

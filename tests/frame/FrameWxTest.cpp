@@ -82,6 +82,8 @@ TEST_F(FrameWxTest, OpensStepsAndDeletes) {
     Frame().RunCommand(kCmdDeleteFile);
     EXPECT_FALSE(file_util_ex::DoesFileExist(knot));
     EXPECT_EQ(window.Engine().Prepared(), nullptr);
+    EXPECT_EQ(Title(), "Orbivue");
+    EXPECT_EQ(Frame().Files().RecentFiles().Files(), std::vector<std::wstring>{chess});
     EXPECT_FALSE(window.IsEnabled(kCmdSaveAs) || window.IsEnabled(kCmdNextFile) ||
                  window.IsEnabled(kCmdDeleteFile));
 }
@@ -189,7 +191,38 @@ TEST_F(FrameWxTest, PlaysAndHoldsAnimations) {
     EXPECT_FALSE(Frame().StateOfCommand(kCmdPlayAnimation).checked);
     const float held = window.Engine().GetFrame();
     Frame().View().OnAnimationTick();
+    // Opening what is shown, and reading it again, leave it held.
+    EXPECT_TRUE(window.Open(Frame().View().GetPath()));
+    Frame().RunCommand(kCmdReload);
+    EXPECT_FALSE(Frame().StateOfCommand(kCmdPlayAnimation).checked);
+    Frame().View().OnAnimationTick();
     EXPECT_EQ(window.Engine().GetFrame(), held);
+    Frame().RunCommand(kCmdPlayAnimation);
+    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return window.Engine().GetFrame() != held; }));
+}
+
+TEST_F(FrameWxTest, AStaleRecentFileLeavesWhatIsShown) {
+    const std::wstring knot = Sample("knot.3ds", "a.3ds"), chess = Sample("chess.3ds", "b.3ds");
+    ASSERT_TRUE(window.Open(knot) && window.Open(chess));
+    std::filesystem::remove(window.folder / "a.3ds");
+    Frame().RunCommand(kCmdFirstRecentFile + 1);
+    EXPECT_EQ(Frame().View().GetPath(), chess);
+    EXPECT_EQ(Frame().Files().RecentFiles().Files(), std::vector<std::wstring>{chess});
+}
+
+/** What happens while a question is open waits for its answer. */
+TEST_F(FrameWxTest, DropsAndClosingWaitForAnAnswer) {
+    const std::wstring knot = Sample("knot.3ds", "a.3ds"), chess = Sample("chess.3ds", "b.3ds");
+    ASSERT_TRUE(window.Open(knot));
+    window.prompt->answer = true;
+    window.prompt->whileAsking = [&] {
+        Frame().Files().OpenDropped(chess);
+        EXPECT_EQ(Frame().View().GetPath(), knot);
+    };
+    Frame().RunCommand(kCmdDeleteFile);
+    EXPECT_FALSE(file_util_ex::DoesFileExist(knot));
+    EXPECT_TRUE(file_util_ex::DoesFileExist(chess));
+    EXPECT_EQ(Frame().View().GetPath(), chess);
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 
 std::string AllNotes(const CPreparedScene& prepared) {
     std::string text;
-    for (const CSceneNote& note : prepared.notes) text += note.text + "\n";
+    for (const CSceneNote& note : prepared.notes) text += note.Text() + "\n";
     return text;
 }
 
@@ -108,10 +108,11 @@ const CBrokenFile kBroken[] = {
     {"SmoothingTooShort", CubeWith(Smoothing({1, 1, 1})), 12, "smoothing"},
     {"GroupOfMissingFaces", CubeWith(Chunk(0x4130, Text("A") + Words({2, 0, 99}))), 12, "not there"},
     {"GroupCountTooLarge", CubeWith(Chunk(0x4130, Text("A") + Words({65535, 0}))), 12, "shorter"},
-    {"GroupWithoutMaterial", CubeWith(Chunk(0x4130, Text("Gone") + Words({1, 0}))), 12, "no material Gone"},
+    {"GroupWithoutMaterial", CubeWith(Chunk(0x4130, Text("Gone") + Words({1, 0}))), 12,
+     "Material not found: Gone"},
     {"MatrixNotFinite", CubeWith({}, Matrix({kNan, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0})), 12, "matrix"},
     {"MatrixSingular", CubeWith({}, Matrix({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}))},
-    {"NameOf5000", Scene(Cube(std::string(5000, 'n'))), 12, "5000"},
+    {"NameOf5000", Scene(Cube(std::string(5000, 'n'))), 12, "long name"},
     {"MaterialNameWithoutEnd", Scene(Cube() + Chunk(0xAFFF, Chunk(0xA000, Values<char>({'A', 'B'}))))},
     {"MaterialSizeZero", Scene(Cube() + Chunk(0xAFFF, {}, 0)), 12, "parent"},
     {"GradientOfTenColors", Scene(Chunk(0x1300, TenColors()) + Cube())},

@@ -29,7 +29,7 @@ struct CConverted {
     [[nodiscard]] std::vector<Lib3dsMesh*> Meshes() const { return ListOf(file->meshes); }
     [[nodiscard]] std::vector<Lib3dsMaterial*> Materials() const { return ListOf(file->materials); }
     [[nodiscard]] bool HasNote(std::string_view text) const {
-        return std::any_of(notes.begin(), notes.end(), [&](const CSceneNote& n) { return n.text == text; });
+        return std::any_of(notes.begin(), notes.end(), [&](const CSceneNote& n) { return n.Text() == text; });
     }
 };
 
@@ -129,8 +129,8 @@ INSTANTIATE_TEST_SUITE_P(
     CaseName<CTextCase>);
 
 TEST(CObjConv3ds, TellsHowManyFacesAreLeftOut) {
-    EXPECT_TRUE(
-        Convert(kSquare + "f 1 2 9\nf 1 2 8\nf 1 2 3\n").HasNote("2 faces with impossible corners left out"));
+    EXPECT_TRUE(Convert(kSquare + "f 1 2 9\nf 1 2 8\nf 1 2 3\n")
+                    .HasNote("Faces with impossible corners, left out: 2"));
 }
 
 TEST(CObjConv3ds, KeepsTextureCoordinates) {
@@ -198,8 +198,10 @@ TEST(CObjConv3ds, SplitsWhatA3dsMeshCannotHold) {
 
 // ---- points and lines
 
-std::string SolidNote(const char* points, const char* lines) {
-    return std::string(points) + " and " + lines + " made solid, as a scene holds only triangles";
+std::string SolidNote(int points, int lines) {
+    constexpr const char* kWhy = ", made solid as a scene holds only triangles: ";
+    return points > 0 ? "Points" + (kWhy + std::to_string(points))
+                      : "Pieces of lines" + (kWhy + std::to_string(lines));
 }
 
 struct CSolidCase {
@@ -213,26 +215,23 @@ TEST_P(SolidsOf, FirstMesh) {
     const CConverted c = Convert(GetParam().obj);
     ASSERT_TRUE(c.file) << c.error;
     EXPECT_EQ(c.file->meshes->faces, GetParam().faces);
-    EXPECT_EQ(c.notes.empty() ? "" : c.notes[0].text, GetParam().note);
+    EXPECT_EQ(c.notes.empty() ? "" : c.notes[0].Text(), GetParam().note);
 }
 INSTANTIATE_TEST_SUITE_P(
     CObjConv3ds, SolidsOf,
     testing::Values(
-        CSolidCase{"EachPointOnce", kSquare + "p 1 2\n p -3 4/7\n", 24,
-                   SolidNote("3 points", "0 pieces of lines")},
+        CSolidCase{"EachPointOnce", kSquare + "p 1 2\n p -3 4/7\n", 24, SolidNote(3, 0)},
         CSolidCase{"EachPieceOnce", kSquare + "l 1 2 3\nl 2 \\\n1\nl 3/1/1 3 4/1\nl 4\n", 24,
-                   SolidNote("0 points", "3 pieces of lines")},
-        CSolidCase{"VerticesAlone", "vn 0 0 1\n" + kSquare, 32, SolidNote("4 points", "0 pieces of lines")},
+                   SolidNote(0, 3)},
+        CSolidCase{"VerticesAlone", "vn 0 0 1\n" + kSquare, 32, SolidNote(4, 0)},
         CSolidCase{"NotWhatFacesHave", kSquare + "f 1 2 3 4\np 1 2 3 4\nl 4 3 2 1 4\n", 2, ""},
         CSolidCase{"PlacesCount", kSquare + "v 1 1 -0\np 5\nl 5 4\nf 1 2 3 4\n", 2, ""},
-        CSolidCase{"WhatFacesLack", kSquare + "v 0 0 1\nf 1 2 3 4\np 5\nl 1 3\n", 18,
-                   SolidNote("1 point", "1 piece of a line")},
+        CSolidCase{"WhatFacesLack", kSquare + "v 0 0 1\nf 1 2 3 4\np 5\nl 1 3\n", 18, SolidNote(1, 1)},
         CSolidCase{"BesideTexels", kSquare + "vt 0 1\nvn 0 0 1\nl 1 3\nf 1/1/1 2/1/1 3/1/1 4/1/1\nl 2 4\n",
-                   18, SolidNote("0 points", "2 pieces of lines")},
+                   18, SolidNote(0, 2)},
         CSolidCase{"ImpossibleLeftOut", kSquare + "p 1 9\nl 1 0\n", 8,
-                   "2 points or lines with impossible corners left out"},
-        CSolidCase{"LineTooLong", kSquare + "p" + std::string(1'100'000, ' ') + "1\n", 32,
-                   SolidNote("4 points", "0 pieces of lines")}),
+                   "Points and lines with impossible corners, left out: 2"},
+        CSolidCase{"LineTooLong", kSquare + "p" + std::string(1'100'000, ' ') + "1\n", 32, SolidNote(4, 0)}),
     CaseName<CSolidCase>);
 
 TEST(CObjConv3ds, SolidsKeepGroupAndMaterial) {
@@ -303,7 +302,7 @@ TEST(CObjConv3ds, TooManyPointsDoNotHideTheFaces) {
     ASSERT_TRUE(c.file) << c.error;
     EXPECT_EQ(c.file->meshes->faces, 1u);
     // One of the points is a corner of the face.
-    EXPECT_TRUE(c.HasNote("299999 points and lines left out beside the faces, as there are too many"));
+    EXPECT_TRUE(c.HasNote("Points and lines, left out beside the faces as there are too many: 299999"));
 }
 
 // ---- groups and names
@@ -388,7 +387,7 @@ TEST(CObjConv3ds, ReadsMaterials) {
     EXPECT_FLOAT_EQ(materials[2]->diffuse[0], 0.588f);
     EXPECT_STREQ(c.file->meshes->faceL[2].material, "gone");
     ASSERT_EQ(c.notes.size(), 1u);
-    EXPECT_EQ(c.notes[0], (CSceneNote{CSceneNote::EKind::Missing, "Material not found: gone"}));
+    EXPECT_EQ(c.notes[0], (CSceneNote{CSceneNote::EKind::Missing, "Material not found", "gone"}));
 }
 
 struct CMapCase {
@@ -578,7 +577,7 @@ TEST(CObjConv3ds, LeavesOutLinesOfAMegabyte) {
     const CConverted c = Convert(kSquare + "f 1 2 3\nf" + std::string(2'000'000, ' ') + "1 2 4\n");
     ASSERT_TRUE(c.file);
     EXPECT_EQ(c.file->meshes->faces, 1u);
-    EXPECT_TRUE(c.HasNote("1 line of over 1 MB left out"));
+    EXPECT_TRUE(c.HasNote("Lines of text over 1 MB, left out: 1"));
 }
 
 TEST(CObjConv3ds, EveryPrefixHasAnOutcome) {

@@ -10,6 +10,7 @@
 #include "platform/CUserPrompt.h"
 #include "platform/lng.h"
 #include "platform/std_file_paths.h"
+#include "platform/ui/accessible_name.h"
 #include "settings/CSettings.h"
 
 namespace {
@@ -30,7 +31,7 @@ CPovExportDialog::CPovExportDialog(wxWindow* parent, const C3ds2Pov::COutFormat&
       m_bar(new CPovExportProgCtrl(this)),
       m_open(new wxButton(this, kIdOpen, lng::Text("Open with POV-RAY"))),
       m_close(new wxButton(this, kIdClose, lng::Text("Close"))) {
-    m_bar->SetName(GetTitle());
+    SetAccessibleName(*m_bar, GetTitle().ToStdWstring());
     SetTitle(lng::Text("3ds File Export Status -") + CSettings::Instance().povLastName);
     m_open->Disable();
     m_close->Disable();

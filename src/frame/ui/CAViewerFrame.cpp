@@ -25,6 +25,7 @@
 #include "model/load_scene.h"
 #include "platform/lng.h"
 #include "platform/std_file_paths.h"
+#include "platform/ui/accessible_name.h"
 #include "platform/ui/wx_window_state.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
@@ -96,7 +97,7 @@ void CAViewerFrame::MakePanes() {
     m_animationBar = new CAnimationBar(
         this, {[this](bool play) { PlayAnimation(play); }, [this](int frame) { ShowFrame(frame); }});
     wxWindow* canvas = m_view->GetCanvas()->GetWindow();
-    canvas->SetName(lng::Text("3D view"));
+    SetAccessibleName(*canvas, lng::Text("3D view"));
     m_state.isToolBarShown = CSettings::Instance().showToolBar;
     m_aui.AddPane(canvas, wxAuiPaneInfo().CenterPane().PaneBorder(false));
     m_aui.AddPane(m_toolBar, wxAuiPaneInfo()
@@ -133,7 +134,11 @@ void CAViewerFrame::BindEvents() {
         [this] { m_animationBar->ShowFrame(static_cast<int>(std::lround(m_view->GetEngine().GetFrame()))); });
     // Later, because who dropped it waits for an answer.
     const auto drop = [this](std::wstring path) {
-        CallAfter([this, path = std::move(path)] { m_files->OpenDropped(path); });
+        CallAfter([this, path = std::move(path)] {
+            if (m_closed) return;
+            m_files->OpenDropped(path);
+            if (!m_files->IsBusy()) EndCommand();
+        });
     };
     SetDropTarget(new CModelDropTarget(drop));
     m_view->GetCanvas()->GetWindow()->SetDropTarget(new CModelDropTarget(drop));
@@ -174,7 +179,10 @@ void CAViewerFrame::ShowCommandStates() {
 }
 
 void CAViewerFrame::OpenByPath(const std::wstring& path) {
-    m_view->WhenReady([this, path] { m_files->OpenByPath(path); });
+    m_view->WhenReady([this, path] {
+        m_files->OpenByPath(path);
+        EndCommand();
+    });
 }
 
 // --- commands
@@ -185,7 +193,7 @@ bool CAViewerFrame::HasHandler(int id) {
 }
 
 void CAViewerFrame::RunCommand(int id) {
-    if (m_files->IsBusy()) return;
+    if (m_files->IsBusy() || m_closed) return;
     if (CRecentFileList::IsRecentFileResource(id)) {
         m_files->OpenRecent(id);
     } else if (id >= kCmdFirstSceneCamera && id < kCmdFirstSceneCamera + kMaxSceneCameras) {
@@ -195,7 +203,15 @@ void CAViewerFrame::RunCommand(int id) {
     } else if (StateOfCommand(id).enabled) {
         if (const CCommandHandlers::CHandler handler = CCommandHandlers::Find(id)) handler(*this);
     }
+    EndCommand();
+}
+
+/** What had to wait for a command: its own marks, a file that was dropped meanwhile, and closing. */
+void CAViewerFrame::EndCommand() {
+    if (m_closed) return;
+    m_files->OpenWhatWasDropped();
     ShowCommandStates();
+    CloseWhereAsked();
 }
 
 void CAViewerFrame::ToggleFullScreen() {
@@ -251,7 +267,8 @@ void CAViewerFrame::ShowFrame(int frame) {
 }
 
 void CAViewerFrame::ShowNotes() {
-    CSceneNotesDlg(this, m_notes).ShowModal();
+    m_files->HoldModel(kCmdSceneNotes, [this] { CSceneNotesDlg(this, m_notes).ShowModal(); });
+    CloseWhereAsked();
 }
 
 void CAViewerFrame::ExportPov() {
@@ -278,7 +295,8 @@ void CAViewerFrame::OnModelChanged() {
     m_state.hasModel = scene != nullptr;
     m_state.hasNotes = !summary.lines.empty();
     m_state.folderModels = m_files->FolderModels();
-    m_state.isAnimated = m_state.isPlaying = engine.HasAnimation();
+    m_state.isAnimated = engine.HasAnimation();
+    m_state.isPlaying = m_state.isAnimated && m_view->IsPlaying();
     m_notes = summary.lines;
     m_statusBar->EndProgress();
     m_statusBar->ShowScene(summary);
@@ -291,7 +309,6 @@ void CAViewerFrame::OnModelChanged() {
     m_files->RecentFiles().UpdateMenu(*m_menuBar->GetMenu(0));
     ShowPanes();
     ShowCommandStates();
-    CloseWhereAsked();
 }
 
 void CAViewerFrame::OnViewKeyDown(int keyCode) {
@@ -321,17 +338,22 @@ void CAViewerFrame::OnViewRightButtonDown() {
         };
         const std::unique_ptr<wxMenu> menu =
             MakeContextMenu(m_view->GetEngine().GetFileCameraNames(), stateOf);
+        if (m_closed) return;
+        m_menuIsOpen = true;
         PopupMenu(menu.get());
+        m_menuIsOpen = false;
+        CloseWhereAsked();
     });
 }
 
 void CAViewerFrame::OnClose(wxCloseEvent& event) {
-    // In the midst of an opening or an export the view is in use; it closes when that has ended.
-    if (m_files->IsBusy()) {
+    // In the midst of an opening, a question or an export the frame is in use; it closes when that has ended.
+    if (m_files->IsBusy() || m_menuIsOpen) {
         m_closeLater = true;
         if (event.CanVeto()) event.Veto();
         return;
     }
+    m_closed = true;
     wx_window_state::SaveState(this, kWindowState);
     m_files->RecentFiles().SaveStdProfileSettings();
     Destroy();

@@ -57,6 +57,7 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
     void ShowCommandStates();
     void ShowPanes();
     void OnClose(wxCloseEvent& event);
+    void EndCommand();
     void CloseWhereAsked();
 
     void PlayAnimation(bool play);
@@ -77,7 +78,9 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
     std::unique_ptr<CViewer3DSWindowHandler> m_view;
     std::unique_ptr<CFileCommands> m_files;
     std::vector<std::wstring> m_notes;
-    bool m_closeLater = false;
+    bool m_closeLater = false;  ///< closing was asked for while the frame was in use
+    bool m_menuIsOpen = false;
+    bool m_closed = false;  ///< it lives on until the event loop is idle, and does nothing more
 
     wxAuiManager m_aui;
     wxMenuBar* m_menuBar = nullptr;

@@ -11,6 +11,7 @@
 
 #include "frame/ui/command_tool_bar.h"
 #include "platform/lng.h"
+#include "platform/ui/accessible_name.h"
 
 CAnimationBar::CAnimationBar(wxWindow* parent, CActions actions)
     : wxPanel(parent),
@@ -18,8 +19,8 @@ CAnimationBar::CAnimationBar(wxWindow* parent, CActions actions)
       m_play(new wxBitmapButton(this, wxID_ANY, LoadIcon("play.ico"))),
       m_slider(new wxSlider(this, wxID_ANY, 0, 0, 1)),
       m_text(new wxStaticText(this, wxID_ANY, wxEmptyString)) {
-    SetName(lng::Text("Animation"));
-    m_slider->SetName(lng::Text("Frame of the animation"));
+    SetAccessibleName(*this, lng::Text("Animation"));
+    SetAccessibleName(*m_slider, lng::Text("Frame of the animation"));
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     const wxSizerFlags centred = wxSizerFlags().CenterVertical().Border(wxLEFT | wxRIGHT, FromDIP(6));
     row->Add(m_play, centred);
@@ -50,7 +51,7 @@ void CAnimationBar::ShowPlaying(bool playing) {
     const wxString label = playing ? lng::Text("Pause") : lng::Text("Play");
     m_play->SetBitmap(LoadIcon(playing ? "pause.ico" : "play.ico"));
     m_play->SetToolTip(label);
-    m_play->SetName(label);
+    SetAccessibleName(*m_play, label.ToStdWstring());
 }
 
 void CAnimationBar::ShowText(int frame) {

@@ -2,6 +2,7 @@
 #include "frame/ui/CFileCommands.h"
 
 #include <string>
+#include <utility>
 
 #include "engine/C3dsDisplayWrap.h"
 #include "frame/command_ids.h"
@@ -13,6 +14,7 @@
 #include "platform/ui/CBXFileDialogI.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
+#include "view/ui/run_beside_windows.h"
 
 namespace {
 
@@ -78,35 +80,55 @@ void CFileCommands::Open() {
     C3DSFileDlgI::SetBackgroundColor(channel(settings.bkColorR), channel(settings.bkColorG),
                                      channel(settings.bkColorB));
     const std::wstring folder = CLocalRegStore::GetString("3dsFileDialog", "Path", {});
-    const std::wstring path = C3DSFileDlgI::LaunchDialog(&m_parent, folder);
+    std::wstring path;
+    {
+        const CFlagGuard busy(m_busy);
+        path = C3DSFileDlgI::LaunchDialog(&m_parent, folder);
+    }
     if (!path.empty()) OpenByPath(path);
 }
 
+void CFileCommands::OpenWhatWasDropped() {
+    if (!m_dropped.empty()) OpenDropped(std::exchange(m_dropped, {}));
+}
+
 void CFileCommands::OpenDropped(const std::wstring& path) {
+    if (m_busy) {
+        m_dropped = path;
+        return;
+    }
     if (!file_util_ex::DoesFolderExist(path)) {
         OpenByPath(path);
         return;
     }
     const std::vector<std::wstring> models = folder_models::ListInside(path);
-    if (models.empty())
-        CUserPrompt::Instance().ShowMessage(lng::Text("There is no model in the folder %s.", path));
-    else
+    if (!models.empty()) {
         OpenByPath(models.front());
+        return;
+    }
+    const CFlagGuard busy(m_busy);
+    CUserPrompt::Instance().ShowMessage(lng::Text("There is no model in the folder %s.", path));
 }
 
 void CFileCommands::OpenRecent(int commandId) {
     const auto index = m_recent.GetIndexByResource(commandId);
     if (!index) return;
     const std::wstring path = m_recent.GetNameByIndex(*index);
-    if (!file_util_ex::DoesFileExist(path)) m_recent.RemoveIndex(*index);
-    OpenByPath(path);
+    if (file_util_ex::DoesFileExist(path)) {
+        OpenByPath(path);
+        return;
+    }
+    // What is shown stays: a stale entry is no reason to lose it.
+    m_recent.RemoveIndex(*index);
+    m_client.ShowTitle(std::wstring(kTitle) + L" - " + path + L" - " + lng::Text("File open failed"));
+    m_client.OnModelChanged();
 }
 
 void CFileCommands::Reload() {
     if (m_busy || m_view.GetPath().empty()) return;
+    const CFlagGuard busy(m_busy);
     bool read = false;
     {
-        const CFlagGuard busy(m_busy);
         const CBusyCursor cursor;
         read = m_view.Reload();
     }
@@ -129,15 +151,19 @@ void CFileCommands::AskAndSave(const CSaveDialog& dialog) {
     const CRunningCommand running(m_client, dialog.command);
     const std::wstring name = m_view.GetFileName();
     if (name.empty() || m_busy) return;
+    const CFlagGuard busy(m_busy);
     const CRegEntryGuard entry(kSaveEntry);
+    const bool first = CLocalRegStore::GetString(kSaveEntry, "Path", {}).empty();
     const std::wstring path = CBXFileDialogI::LaunchSaveDialog(
-        &m_parent, dialog.extension, lng::Text(dialog.filter), lng::Text(dialog.title), {},
+        &m_parent, dialog.extension, lng::Text(dialog.filter), lng::Text(dialog.title),
+        first ? file_util_ex::GetFilePath(m_view.GetPath()) : std::wstring(),
         file_util_ex::SetFileExt(name, dialog.extension));
     if (!path.empty()) Save(path);
 }
 
 void CFileCommands::Save(const std::wstring& path) {
     std::string reason;
+    RepaintWindows();  // or the dialog's picture stays over the view until the end
     {
         const CBusyCursor cursor;
         const CStatus saved = m_view.SaveToPath(path);
@@ -154,11 +180,15 @@ void CFileCommands::DeleteFile() {
     const std::wstring path = m_view.GetPath();
     if (path.empty() || m_busy) return;
     const std::wstring name = file_util_ex::GetFileName(path);
+    const CFlagGuard busy(m_busy);
     if (!CUserPrompt::Instance().AskYesNo(lng::Text("Are you sure do you want to delete %s file?", name)))
         return;
     m_view.CloseModel();
     const bool deleted = !file_util_ex::DoesFileExist(path) || file_util_ex::DeleteFileW(path);
+    if (deleted) m_recent.Remove(path);
+    m_path.clear();
     m_folderModels = 0;
+    m_client.ShowTitle(kTitle);
     m_client.OnModelChanged();
     if (!deleted) CUserPrompt::Instance().ShowMessage(lng::Text("The file %s could not be deleted.", name));
 }

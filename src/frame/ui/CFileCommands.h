@@ -40,6 +40,8 @@ class CFileCommands {
     void Open();
     /** Opens what was dropped on the window: a file, or the first model of a folder. */
     void OpenDropped(const std::wstring& path);
+    /** Opens what was dropped last while another command was busy. */
+    void OpenWhatWasDropped();
     /** Opens an entry of the recent files, or drops it when its file is gone. */
     void OpenRecent(int commandId);
     /** Reads the current file again and keeps the camera. */
@@ -74,6 +76,7 @@ class CFileCommands {
     CFileCommandsClient& m_client;
     CRecentFileListMgr m_recent;
     std::wstring m_path;
+    std::wstring m_dropped;  ///< while busy
     unsigned m_folderModels = 0;
     bool m_busy = false;
 };

@@ -5,6 +5,7 @@
 #include <wx/textctrl.h>
 
 #include "platform/lng.h"
+#include "platform/ui/accessible_name.h"
 
 CSceneNotesDlg::CSceneNotesDlg(wxWindow* parent, const std::vector<std::wstring>& lines)
     : wxDialog(parent, wxID_ANY, lng::Text("Notes about this model"), wxDefaultPosition, wxDefaultSize,
@@ -13,7 +14,7 @@ CSceneNotesDlg::CSceneNotesDlg(wxWindow* parent, const std::vector<std::wstring>
     for (const std::wstring& line : lines) text += wxString(line) + "\n";
     auto* list = new wxTextCtrl(this, wxID_ANY, text, wxDefaultPosition, FromDIP(wxSize(560, 260)),
                                 wxTE_MULTILINE | wxTE_READONLY);
-    list->SetName(GetTitle());
+    SetAccessibleName(*list, GetTitle().ToStdWstring());
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(list, wxSizerFlags(1).Expand().Border(wxALL, FromDIP(10)));
     column->Add(CreateStdDialogButtonSizer(wxCLOSE),

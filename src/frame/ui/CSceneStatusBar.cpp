@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/lng.h"
+#include "platform/ui/accessible_name.h"
 
 CSceneStatusBar::CSceneStatusBar(wxWindow* parent, std::function<void()> showNotes)
     : wxStatusBar(parent, wxID_ANY, wxSTB_DEFAULT_STYLE),
@@ -15,7 +16,7 @@ CSceneStatusBar::CSceneStatusBar(wxWindow* parent, std::function<void()> showNot
       m_notes(new wxButton(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
                            wxBORDER_NONE | wxBU_EXACTFIT)) {
     SetFieldsCount(kFieldCount);
-    m_gauge->SetName(lng::Text("Progress of opening"));
+    SetAccessibleName(*m_gauge, lng::Text("Progress of opening"));
     m_gauge->Hide();
     m_notes->SetToolTip(lng::Text("Show what was noticed about this model"));
     m_notes->Hide();

@@ -12,6 +12,7 @@
 
 #include "platform/lng.h"
 #include "platform/std_file_paths.h"
+#include "platform/ui/accessible_name.h"
 
 namespace {
 
@@ -50,7 +51,7 @@ wxBitmapBundle LoadIcon(const char* fileName, int size) {
 wxAuiToolBar* MakeToolBar(wxWindow* parent) {
     auto* bar = new wxAuiToolBar(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                                  wxAUI_TB_DEFAULT_STYLE | wxAUI_TB_OVERFLOW | wxAUI_TB_HORIZONTAL);
-    bar->SetName(lng::Text("Toolbar"));
+    SetAccessibleName(*bar, lng::Text("Toolbar"));
     bar->SetToolBitmapSize(parent->FromDIP(wxSize(kToolIconSize, kToolIconSize)));
     for (const int id : ToolBarOrder()) {
         const CCommand* command = FindCommand(id);
@@ -64,6 +65,12 @@ wxAuiToolBar* MakeToolBar(wxWindow* parent) {
                      command->isToggle ? wxITEM_CHECK : wxITEM_NORMAL, tip, tip, nullptr);
     }
     bar->Realize();
+    // The arrow to what does not fit shows only when something does not.
+    bar->Bind(wxEVT_SIZE, [bar](wxSizeEvent& event) {
+        if (bar->GetOverflowVisible() == bar->GetToolBarFits())
+            bar->SetOverflowVisible(!bar->GetToolBarFits());
+        event.Skip();
+    });
     return bar;
 }
 

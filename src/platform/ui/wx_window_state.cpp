@@ -24,6 +24,7 @@ constexpr char kWidth[] = "Width";
 constexpr char kHeight[] = "Height";
 constexpr char kMaximized[] = "Maximized";
 constexpr int kSettleMs = 200;
+constexpr char kPlaceKey[] = "orbivue-place";
 
 bool IsNormal(const wxWindow& window) {
     const auto* top = dynamic_cast<const wxTopLevelWindow*>(&window);
@@ -48,8 +49,12 @@ class CPlaceWatch {
     }
     void Note() {
         if (IsNormal(m_window)) m_place = PlaceOf(m_window);
+        const auto* top = dynamic_cast<const wxTopLevelWindow*>(&m_window);
+        if (top && !top->IsFullScreen() && !top->IsIconized()) m_maximized = top->IsMaximized();
     }
     [[nodiscard]] const CPlaceRect& Place() const { return m_place; }
+    /** Beside being full screen or iconised. */
+    [[nodiscard]] bool IsMaximized() const { return m_maximized; }
 
   private:
     template <class TEvent>
@@ -60,6 +65,7 @@ class CPlaceWatch {
 
     wxWindow& m_window;
     CPlaceRect m_place;
+    bool m_maximized = false;
     wxTimer m_timer;
 };
 
@@ -100,10 +106,22 @@ std::vector<CPlaceRect> Screens(const wxWindow& window) {
     return screens;
 }
 
+gboolean OnMappedMove(GtkWidget* widget, GdkEvent*, gpointer) {
+    g_signal_handlers_disconnect_by_func(widget, reinterpret_cast<gpointer>(OnMappedMove), nullptr);
+    if (const auto* at = static_cast<const wxPoint*>(g_object_get_data(G_OBJECT(widget), kPlaceKey)))
+        gtk_window_move(GTK_WINDOW(widget), at->x, at->y);
+    return FALSE;
+}
+
 void Apply(wxWindow& window, const CPlaceRect& place) {
     const wxPoint at = window.FromDIP(wxPoint(place.x, place.y));
     const wxSize size = window.FromDIP(wxSize(place.width, place.height));
     window.SetSize(wxRect(at, size), wxSIZE_ALLOW_MINUS_ONE);
+    if (!window.IsTopLevel() || gtk_widget_get_mapped(window.GetHandle())) return;
+    // The first window of a process loses a place that it was given before it came up.
+    g_object_set_data_full(G_OBJECT(window.GetHandle()), kPlaceKey, new wxPoint(at),
+                           [](gpointer point) { delete static_cast<wxPoint*>(point); });
+    g_signal_connect(window.GetHandle(), "map-event", G_CALLBACK(OnMappedMove), nullptr);
 }
 
 gboolean OnMapped(GtkWidget* widget, GdkEvent*, gpointer) {
@@ -139,11 +157,14 @@ void SaveState(wxWindow* window, std::string_view name) {
         }
     }
     const auto* top = dynamic_cast<const wxTopLevelWindow*>(window);
+    bool maximized = top && top->IsMaximized();
+    if (top && (top->IsFullScreen() || top->IsIconized()) && watch != Watches().end())
+        maximized = watch->second->IsMaximized();
     CLocalRegStore::WriteInt(name, kLeft, place.x);
     CLocalRegStore::WriteInt(name, kTop, place.y);
     CLocalRegStore::WriteInt(name, kWidth, place.width);
     CLocalRegStore::WriteInt(name, kHeight, place.height);
-    CLocalRegStore::WriteInt(name, kMaximized, top && top->IsMaximized() ? 1 : 0);
+    CLocalRegStore::WriteInt(name, kMaximized, maximized ? 1 : 0);
 }
 
 void MaximizeFrame(wxTopLevelWindow* frame) {

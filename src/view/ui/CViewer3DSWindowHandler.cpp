@@ -98,7 +98,9 @@ bool CViewer3DSWindowHandler::Reload() {
     BeginWork();
     const bool opened = GetEngine().OpenLoaded(std::move(loaded));
     GetEngine().SetPose(pose);
+    const bool playing = m_playing;
     AfterSceneChange();
+    m_playing = playing;
     EndWork();
     return opened;
 }

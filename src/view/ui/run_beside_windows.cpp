@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <future>
+#include <thread>
 
 void RunBesideWindows(const std::function<void()>& work, const std::function<void()>& tick) {
     constexpr std::chrono::milliseconds kBetweenRepaints(30);
@@ -15,4 +16,10 @@ void RunBesideWindows(const std::function<void()>& work, const std::function<voi
         if (loop && !loop->IsYielding()) loop->YieldFor(wxEVT_CATEGORY_UI);
     }
     done.get();
+}
+
+void RepaintWindows() {
+    // As long as the display server needs to tell what was uncovered.
+    constexpr std::chrono::milliseconds kForNews(80);
+    RunBesideWindows([kForNews] { std::this_thread::sleep_for(kForNews); }, {});
 }

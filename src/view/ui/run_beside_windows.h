@@ -9,3 +9,6 @@
  * exception of the work is thrown here. Without an event loop it only waits. Thread of the windows only.
  */
 void RunBesideWindows(const std::function<void()>& work, const std::function<void()>& tick);
+
+/** Lets windows paint what is due, before long work on this thread. */
+void RepaintWindows();
