@@ -114,6 +114,7 @@ void CSceneRenderer::Refresh(CGlCurrent& gl, const CPreparedScene& scene) {
 
 void CSceneRenderer::Clear(CGlCurrent&) {
     // Programs and what was learnt of the context serve the next scene, too.
+    m_state->shaders.Trim();
     m_state->textures.Clear();
     m_state->noTextures.Clear();
     m_state->meshes.clear();

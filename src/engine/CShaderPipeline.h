@@ -22,7 +22,12 @@ class CShaderPipeline final : public CDrawPipeline {
 
     /** Whether this context's compiler takes our shaders at all; builds the simplest one. */
     [[nodiscard]] CStatus Check(CGlCurrent& gl);
-    void Clear() { m_programs.clear(); }
+    /** Between two scenes: keeps the programs for the next one, unless they have become many. A software
+     * renderer holds half a megabyte of machine code for each. */
+    void Trim() {
+        constexpr std::size_t kMostKept = 12;
+        if (m_programs.size() > kMostKept) m_programs.clear();
+    }
 
   private:
     struct CVariantProgram {
