@@ -2,8 +2,6 @@
 #include "frame/CFrameWindow.h"
 
 #include <wx/app.h>
-#include <wx/stopwatch.h>
-#include <wx/utils.h>
 
 #include <utility>
 
@@ -35,17 +33,6 @@ void CFrameWindow::ShowFrame() {
     m_ready = WaitFor([&] { return canvas->IsReady() && m_frame->IsActive(); });
     m_frame->View().GetCanvas()->GetWindow()->SetFocus();
     m_ready = m_ready && WaitFor([&] { return m_frame->View().GetCanvas()->GetWindow()->HasFocus(); });
-}
-
-bool CFrameWindow::WaitFor(const std::function<bool()>& condition) {
-    constexpr long kLimitMs = 30'000;
-    const wxStopWatch watch;
-    while (!condition()) {
-        if (watch.Time() > kLimitMs) return false;
-        wxEventLoopBase::GetActive()->YieldFor(wxEVT_CATEGORY_ALL);
-        wxMilliSleep(2);
-    }
-    return true;
 }
 
 C3dsDisplayWrap& CFrameWindow::Engine() {

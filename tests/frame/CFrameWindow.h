@@ -11,6 +11,7 @@
 
 #include "frame/ui/CAViewerFrame.h"
 #include "platform/CLocalRegStore.h"
+#include "platform/CModalDriver.h"
 #include "platform/CTestFolder.h"
 #include "platform/CUserPrompt.h"
 #include "settings/CSettingsGuard.h"
@@ -41,8 +42,10 @@ class CFrameWindow {
     CFrameWindow();
     ~CFrameWindow();
 
-    /** Serves events until the condition holds; false when it does not within 30 seconds. */
-    [[nodiscard]] static bool WaitFor(const std::function<bool()>& condition);
+    /** Serves events until the condition holds; false when it never does. */
+    [[nodiscard]] static bool WaitFor(const std::function<bool()>& condition) {
+        return CModalDriver::WaitFor(condition);
+    }
     [[nodiscard]] bool IsReady() const { return m_ready; }
     [[nodiscard]] CAViewerFrame& Frame() { return *m_frame; }
     [[nodiscard]] C3dsDisplayWrap& Engine();

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <wx/app.h>
-#include <wx/init.h>
 
 #include <array>
 #include <cmath>
@@ -208,18 +206,3 @@ TEST_F(CViewWindowWxTest, EndsInTheMidstOfADrag) {
 }
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    wxApp::SetInstance(new wxApp);
-    if (!wxEntryStart(argc, argv)) return 1;
-    wxInitAllImageHandlers();
-    wxEventLoop loop;
-    int result = 0;
-    {
-        const wxEventLoopActivator active(&loop);
-        result = RUN_ALL_TESTS();
-    }
-    wxEntryCleanup();
-    return result;
-}
