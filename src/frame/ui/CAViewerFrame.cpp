@@ -57,11 +57,10 @@ float Channel(unsigned value) {
 }  // namespace
 
 CAViewerFrame::CAViewerFrame(const wxString& title)
-    : wxFrame(nullptr, wxID_ANY, title, wxDefaultPosition, wxDefaultSize),
+    : wxFrame(nullptr, wxID_ANY, title, wxDefaultPosition, wxWindow::FromDIP(wxSize(1024, 768), nullptr)),
       m_view(std::make_unique<CViewer3DSWindowHandler>(this, &m_tools)),
       m_files(std::make_unique<CFileCommands>(*this, *m_view, static_cast<CFileCommandsClient&>(*this))) {
     if (!HasView()) return;
-    SetSize(FromDIP(wxSize(1024, 768)));
     const wxString icon = std_file_paths::GetDataPath(L"images/main.ico");
     SetIcons(wxIconBundle(icon, wxBITMAP_TYPE_ICO));
     m_view->SetOwner(this);

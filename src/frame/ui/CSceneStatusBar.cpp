@@ -25,7 +25,7 @@ CSceneStatusBar::CSceneStatusBar(wxWindow* parent, std::function<void()> showNot
         PlaceChildren();
         event.Skip();
     });
-    FitFields();
+    FitFields({});
 }
 
 void CSceneStatusBar::ShowMessage(const std::wstring& text) {
@@ -33,11 +33,11 @@ void CSceneStatusBar::ShowMessage(const std::wstring& text) {
 }
 
 void CSceneStatusBar::ShowScene(const CSceneSummary& summary) {
-    SetStatusText(summary.triangles, kTriangles);
-    SetStatusText(summary.objects, kObjects);
     m_notes->SetLabel(summary.notes);
     m_notes->Show(!summary.notes.empty());
-    FitFields();
+    FitFields(summary);  // first, as a text is drawn at once
+    SetStatusText(summary.triangles, kTriangles);
+    SetStatusText(summary.objects, kObjects);
 }
 
 void CSceneStatusBar::ShowProgress(const CProgressText& progress) {
@@ -58,13 +58,11 @@ void CSceneStatusBar::EndProgress() {
 }
 
 /** Each field as wide as its text. */
-void CSceneStatusBar::FitFields() {
+void CSceneStatusBar::FitFields(const CSceneSummary& summary) {
     const int margin = FromDIP(20);
-    const auto width = [&](const wxString& text) {
-        return text.empty() ? 1 : GetTextExtent(text).x + margin;
-    };
+    const auto width = [&](const wxString& text) { return GetTextExtent(text).x + margin; };
     const std::array<int, kFieldCount> widths{
-        -1, FromDIP(140), width(GetStatusText(kTriangles)), width(GetStatusText(kObjects)),
+        -1, FromDIP(140), width(summary.triangles), width(summary.objects),
         m_notes->IsShown() ? m_notes->GetBestSize().x + margin : FromDIP(16)};
     SetStatusWidths(kFieldCount, widths.data());
     PlaceChildren();

@@ -24,7 +24,7 @@ class CSceneStatusBar final : public wxStatusBar {
   private:
     enum EField { kMessage, kGauge, kTriangles, kObjects, kNotes, kFieldCount };
     void PlaceChildren();
-    void FitFields();
+    void FitFields(const CSceneSummary& summary);
 
     wxGauge* m_gauge;
     wxButton* m_notes;
