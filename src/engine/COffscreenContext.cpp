@@ -45,7 +45,7 @@ EGLDisplay FindDeviceDisplay() {
 
 /** Started once for the process and never ended: ending it would take the contexts of others along. */
 EGLDisplay FindDisplay() {
-    static const EGLDisplay s_display = [] {
+    static const EGLDisplay found = [] {
         if (ClientHas("EGL_MESA_platform_surfaceless")) {
             EGLDisplay display =
                 eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
@@ -56,7 +56,7 @@ EGLDisplay FindDisplay() {
         EGLDisplay display = eglGetDisplay(EGL_DEFAULT_DISPLAY);
         return Starts(display) ? display : EGL_NO_DISPLAY;
     }();
-    return s_display;
+    return found;
 }
 
 EGLConfig FindConfig(EGLDisplay display) {

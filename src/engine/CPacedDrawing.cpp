@@ -23,7 +23,7 @@ CPacedDrawing::CPacedDrawing(CGlCurrent&, const CGlCapabilities& can)
     : m_active(can.software), m_fences(can.fences) {}
 
 CPacedDrawing::~CPacedDrawing() {
-    if (m_previous) glDeleteSync(m_previous);
+    if (m_previous) glDeleteSync(static_cast<GLsync>(m_previous));
 }
 
 void CPacedDrawing::Drawn(std::uint32_t triangles) {
@@ -34,7 +34,7 @@ void CPacedDrawing::Drawn(std::uint32_t triangles) {
         glFinish();
         return;
     }
-    const GLsync before = std::exchange(m_previous, glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0));
+    void* before = std::exchange(m_previous, glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0));
     glFlush();
-    if (before) WaitAndDelete(before);
+    if (before) WaitAndDelete(static_cast<GLsync>(before));
 }

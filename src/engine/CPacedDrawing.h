@@ -5,7 +5,6 @@
 
 class CGlCurrent;
 struct CGlCapabilities;
-struct __GLsync;
 
 /**
  * Hands a software renderer its work in portions. Left alone it keeps every triangle of a frame, with all
@@ -26,5 +25,5 @@ class CPacedDrawing {
     bool m_active;
     bool m_fences;                ///< otherwise each portion is waited for
     std::uint32_t m_pending = 0;  ///< triangles of the portion that grows
-    __GLsync* m_previous = nullptr;
+    void* m_previous = nullptr;   ///< GLsync of the portion before
 };

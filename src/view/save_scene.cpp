@@ -22,9 +22,9 @@ constexpr int kTextureQuality = 95;
 class CScratchFolder {
   public:
     CScratchFolder() {
-        static std::atomic<unsigned> s_count{0};
+        static std::atomic<unsigned> count{0};
         const std::string parent = std_file_paths::GetTempDir();
-        m_path = file_util_ex::MakePath(parent, "zip" + std::to_string(++s_count));
+        m_path = file_util_ex::MakePath(parent, "zip" + std::to_string(++count));
         m_made = !parent.empty() && file_util_ex::Mkdir(m_path);
     }
     CScratchFolder(const CScratchFolder&) = delete;
