@@ -4,6 +4,9 @@
 #include <wx/log.h>
 #include <wx/translation.h>
 
+#include <clocale>
+#include <cstdlib>
+
 #include "platform/file_util_ex.h"
 #include "platform/std_file_paths.h"
 
@@ -33,6 +36,10 @@ CLanguageDomain& Domain() {
 }
 
 void SetLanguage(std::wstring_view code) {
+    // For GTK's own dialogs. Messages alone: numbers never follow the locale. The system "C" has no
+    // translations.
+    std::setlocale(LC_MESSAGES, "");
+    if (!code.empty()) setenv("LANGUAGE", file_util_ex::ConvertToUTF8(code).c_str(), 1);
     const wxLogNull quiet;  // a missing catalogue means English
     auto* translations = new wxTranslations;
     wxTranslations::Set(translations);  // which owns it from now on

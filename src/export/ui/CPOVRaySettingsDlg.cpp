@@ -12,6 +12,7 @@
 
 #include "platform/file_util_ex.h"
 #include "platform/lng.h"
+#include "platform/ui/button_label.h"
 #include "platform/ui/field_label.h"
 #include "platform/ui/wxNumValidator.h"
 #include "settings/CSettings.h"
@@ -106,6 +107,7 @@ wxStaticBoxSizer* CPOVRaySettingsDlg::MakeBackgroundBox() {
 wxSizer* CPOVRaySettingsDlg::MakeButtons() {
     auto* ok = new wxButton(this, kIdOk, lng::Text("OK"));
     auto* cancel = new wxButton(this, wxID_CANCEL, lng::Text("Cancel"));
+    SetButtonLabel(*cancel, lng::Text("Cancel"));
     cancel->MoveBeforeInTabOrder(ok);  // as they stand
     auto* buttons = new wxBoxSizer(wxHORIZONTAL);
     buttons->AddStretchSpacer();

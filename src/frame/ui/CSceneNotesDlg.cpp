@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "frame/ui/CSceneNotesDlg.h"
 
+#include <wx/button.h>
 #include <wx/sizer.h>
 #include <wx/textctrl.h>
 
 #include "platform/lng.h"
 #include "platform/ui/accessible_name.h"
+#include "platform/ui/button_label.h"
 
 CSceneNotesDlg::CSceneNotesDlg(wxWindow* parent, const std::vector<std::wstring>& lines)
     : wxDialog(parent, wxID_ANY, lng::Text("Notes about this model"), wxDefaultPosition, wxDefaultSize,
@@ -19,6 +21,8 @@ CSceneNotesDlg::CSceneNotesDlg(wxWindow* parent, const std::vector<std::wstring>
     column->Add(list, wxSizerFlags(1).Expand().Border(wxALL, FromDIP(10)));
     column->Add(CreateStdDialogButtonSizer(wxCLOSE),
                 wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(10)));
+    if (auto* close = wxDynamicCast(FindWindow(wxID_CLOSE), wxButton))
+        SetButtonLabel(*close, lng::Text("Close"));
     SetSizerAndFit(column);
     SetEscapeId(wxID_CLOSE);
     SetAffirmativeId(wxID_CLOSE);
