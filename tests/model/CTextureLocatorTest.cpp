@@ -52,6 +52,7 @@ const CCase kOnDisk[] = {
     {"AfterDotDotStillHere", {"g/u/t/maps/hull.jpg"}, "..\\maps\\hull.jpg", "g/u/t/maps/hull.jpg"},
     {"OtherPictureFormat", {"g/u/t/hull.tga"}, "HULL.RGB", "g/u/t/hull.tga"},
     {"NameBeforeOtherFormat", {"g/u/t/hull.tga", "g/u/hull.rgb"}, "HULL.RGB", "g/u/hull.rgb"},
+    {"OtherFormatOnItsPath", {"g/u/t/a/hull.png", "g/u/t/b/hull.png"}, "B/hull.jpg", "g/u/t/b/hull.png"},
     {"UsualFormatFirst", {"g/u/t/hull.pcx", "g/u/t/hull.jpg"}, "hull.bmp", "g/u/t/hull.jpg"},
     {"NoFormatAtAll", {"g/u/t/hull.v2.png"}, "hull.v2", "g/u/t/hull.v2.png"},
     {"OtherFormatMustBeAPicture", {"g/u/t/hull.txt"}, "hull.jpg", ""},
