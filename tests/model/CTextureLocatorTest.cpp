@@ -133,6 +133,9 @@ TEST(CTextureLocator, SeveralThreadsAskAtOnce) {
 const CCase kInMemory[] = {
     {"OtherCase", {"Hull.jpg"}, "C:\\X\\HULL.JPG", "Hull.jpg"},
     {"SamePathFirst", {"a/hull.jpg", "red/hull.jpg"}, "RED\\hull.jpg", "red/hull.jpg"},
+    {"BesideTheModel", {"hull.jpg", "G/u/v/hull.jpg", "g/u/T/hull.jpg"}, "hull.jpg", "g/u/T/hull.jpg"},
+    {"BelowTheModel", {"g/u/hull.jpg", "g/u/t/x/hull.jpg"}, "hull.jpg", "g/u/t/x/hull.jpg"},
+    {"FewestFoldersUp", {"o/hull.jpg", "g/u/v/hull.jpg", "g/o/hull.jpg"}, "hull.jpg", "g/u/v/hull.jpg"},
     {"ShortestPathElse", {"deep/a/hull.jpg", "a/hull.jpg"}, "hull.jpg", "a/hull.jpg"},
     {"OtherFormat", {"hull.dds"}, "hull.jpg", "hull.dds"},
     {"EmptyName", {""}, "hull.jpg", ""},
@@ -144,7 +147,7 @@ class InMemory : public testing::TestWithParam<CCase> {};
 TEST_P(InMemory, GivesTheBytes) {
     CImageDataTextVec textures;
     for (const std::string& name : GetParam().files) textures.push_back({name, {std::byte{42}}});
-    const CTextureLocator locator = CTextureLocator::InMemory(textures);
+    const CTextureLocator locator = CTextureLocator::InMemory(textures, "g/u/t/tank.3ds");
     const auto hit = locator.Find(GetParam().reference);
     ASSERT_EQ(hit.has_value(), !GetParam().expected.empty());
     if (!hit) return;
