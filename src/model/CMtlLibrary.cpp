@@ -114,7 +114,8 @@ std::string TrimmedName(std::string_view name) {
 }  // namespace
 
 void CMtlLibrary::Add(std::string text) {
-    const std::string_view all = m_texts.emplace_back(std::move(text));
+    std::string_view all = m_texts.emplace_back(std::move(text));
+    if (all.starts_with("\xEF\xBB\xBF")) all.remove_prefix(3);
     constexpr std::string_view kKeyword = "newmtl";
     std::string name;
     std::size_t blockBegin = 0;

@@ -81,7 +81,8 @@ class CLibraryFinder {
         if (!bytes) return false;
         m_bytesRead += bytes.Value().size();
         m_read.insert(path->native());
-        m_library.Add(std::string(TextOf(bytes.Value())));
+        std::string converted = Utf16ToUtf8(TextOf(bytes.Value()));
+        m_library.Add(converted.empty() ? std::string(TextOf(bytes.Value())) : std::move(converted));
         return true;
     }
 

@@ -493,6 +493,8 @@ TEST(CObjConv3ds, FindsMaterialFilesBesideTheModelOrWhereTheLineLeads) {
     EXPECT_FLOAT_EQ(convert("mtllib below/b.mtl"), 0.75f);
     EXPECT_FLOAT_EQ(convert("mtllib ../mtl/C.mtl"), 0.125f);
     EXPECT_FLOAT_EQ(convert("mtllib ..\\MTL\\c.mtl"), 0.125f);
+    (void)folder.Add("models/mark.mtl", "\xEF\xBB\xBFnewmtl a\nKd 0.25 0 0\n");
+    EXPECT_FLOAT_EQ(convert("mtllib mark.mtl"), 0.25f);
     EXPECT_FLOAT_EQ(convert("mtllib mtl/c.mtl"), 0.588f);
     EXPECT_FLOAT_EQ(convert("mtllib b.mtl"), 0.588f);
     EXPECT_FLOAT_EQ(convert("mtllib sub.obj"), 0.588f);
