@@ -105,7 +105,7 @@ std::string_view CObjLineFilter::NextLine() {
     look(m_return, '\r');
     const std::size_t begin = m_position;
     std::size_t end = std::min(m_lineFeed, m_return);
-    if (end < m_text.size()) end += end == m_return && m_lineFeed == m_return + 1 ? 2u : 1u;
+    if (end < m_text.size()) end += m_text.substr(end, 2) == "\r\n" ? 2u : 1u;
     m_position = end;
     return m_text.substr(begin, end - begin);
 }

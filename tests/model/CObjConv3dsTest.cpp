@@ -109,6 +109,7 @@ INSTANTIATE_TEST_SUITE_P(
         CTextCase{"NoLineEnd", kSquare + "f 1 2 3", "0 1 2,"},
         CTextCase{"DosLineEnds", "v 0 0 0\r\nv 1 0 0\r\nv 1 1 0\r\nf 1 2 3\r\n", "0 1 2,"},
         CTextCase{"OldMacLineEnds", "v 0 0 0\rv 1 0 0\rv 1 1 0\rf 1 2 3\r", "0 1 2,"},
+        CTextCase{"EndsInAContinuedLine", kSquare + "f 1 2 3\rv \\\r", "0 1 2,"},
         CTextCase{"ByteOrderMark", "\xEF\xBB\xBF" + kSquare + "f 1 2 3\n", "0 1 2,"},
         CTextCase{"ContinuedLines", "v 0 \\\n 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 \\\r\n3\n", "0 1 2,"},
         CTextCase{"CommentEndsWithBackslash", kSquare + "# C:\\maps\\\nf 1 2 3\n", "0 1 2,"},
