@@ -18,6 +18,7 @@ constexpr double kLargestSeen = 40;
 constexpr double kNearestEye = 0.001;  // in radii
 constexpr double kMaxBoxZoom = 20;
 constexpr float kNearOfFar = 1.0f / 4000.0f;
+constexpr float kNearestOfFramed = 0.001f;  // in radii
 
 struct CPresetEntry {
     ECameraPreset preset;
@@ -249,7 +250,10 @@ CDepthRange CViewCamera::DepthRange(const CSphere& model, std::span<const CSpher
     }
     if (range.farPlane <= 0) return {m_model.radius * 0.01f, m_model.radius};  // all of it lies behind
     const float reference = modelFar > 0 ? modelFar : range.farPlane;
-    range.nearPlane = std::max(range.nearPlane, reference * kNearOfFar);
+    // Something far off may not cut away the objects that the camera was placed for.
+    const float framed =
+        std::max(depthOf(m_model.center) - m_model.radius, m_model.radius * kNearestOfFramed);
+    range.nearPlane = std::max(range.nearPlane, std::min(reference * kNearOfFar, framed));
     range.farPlane = std::max(range.farPlane, range.nearPlane * 1.001f);
     return range;
 }

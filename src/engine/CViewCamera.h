@@ -71,7 +71,7 @@ class CViewCamera {
 
     /** Near and far planes that hug the model's sphere wherever it may be turned to about the target, and
      * hold the other spheres besides. With the eye inside, the near plane lies at a 4,000th of the model's
-     * far end. */
+     * far end, but not behind the front of the sphere of SetModel. */
     [[nodiscard]] CDepthRange DepthRange(const CSphere& model, std::span<const CSphere> others = {}) const;
     /** As gluLookAt and gluPerspective make them. */
     [[nodiscard]] CMat4 ViewMatrix() const;

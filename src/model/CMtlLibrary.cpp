@@ -55,7 +55,7 @@ void SetMap(Lib3dsTextureMap& map, const std::string& name, const tinyobj::textu
     if (name.empty()) return;
     CopyName(map.name, name);
     map.percent = Unit(amount);
-    if (options.clamp) map.flags |= LIB3DS_NO_TILE;
+    map.flags = options.clamp ? LIB3DS_NO_TILE : 0;  // a new material's maps are not tiled
     SetAxis(map, 0, options.scale[0], options.origin_offset[0]);
     SetAxis(map, 1, options.scale[1], options.origin_offset[1]);
 }
@@ -114,7 +114,8 @@ std::string TrimmedName(std::string_view name) {
 }  // namespace
 
 void CMtlLibrary::Add(std::string text) {
-    const std::string_view all = m_texts.emplace_back(std::move(text));
+    std::string_view all = m_texts.emplace_back(std::move(text));
+    if (all.starts_with("\xEF\xBB\xBF")) all.remove_prefix(3);
     constexpr std::string_view kKeyword = "newmtl";
     std::string name;
     std::size_t blockBegin = 0;

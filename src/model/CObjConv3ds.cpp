@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <new>
+#include <optional>
 
 #include "model/CMtlLibrary.h"
 #include "model/CNoteList.h"
@@ -19,17 +20,27 @@ namespace {
 constexpr std::uint64_t kMaxObj = (std::uint64_t{1} << 31) - 1;
 constexpr std::uint64_t kMaxMtl = 16'000'000;  // of all material files together
 constexpr std::size_t kMaxLibraries = 16;
+constexpr std::size_t kMaxLevelsUp = 4;  // as far as textures are looked for
 
 std::string_view TextOf(const std::vector<std::byte>& bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-/** Reads the MTL files that mtllib lines name: regular files in the model's folder or below, nothing else. */
+/** How many folders above the model's a name begins at: 1 for "../mtl/a.mtl". */
+std::size_t LevelsUp(std::string_view name) {
+    std::size_t levels = 0;
+    for (; name.starts_with("../") || name.starts_with("..\\"); name.remove_prefix(3)) ++levels;
+    return levels;
+}
+
+/** Reads the MTL files that mtllib lines name: regular files in the model's folder or below, or below one of
+ * the few folders above it where the line says so; nothing else. */
 class CLibraryFinder {
   public:
     CLibraryFinder(std::string_view modelPath, CNoteList& notes)
         : m_modelPath(modelPath),
-          m_folders(std::filesystem::path(m_modelPath).parent_path()),
+          m_modelFolder(std::filesystem::path(m_modelPath).parent_path()),
+          m_folders(m_modelFolder),
           m_notes(notes) {}
 
     CMtlLibrary Read(const std::vector<std::string>& lines) {
@@ -52,19 +63,31 @@ class CLibraryFinder {
     }
 
   private:
+    std::optional<std::filesystem::path> Find(const std::string& name) {
+        const CTextureQuery query(name);
+        auto found = m_folders.FindBesideModel(query);
+        const std::size_t levels = LevelsUp(name);
+        if (found || levels == 0 || levels > kMaxLevelsUp) return found;
+        std::filesystem::path above = m_modelFolder;
+        for (std::size_t i = 0; i < levels; ++i) above /= "..";
+        return CTextureFolders(above).FindBesideModel(query);
+    }
+
     bool ReadOne(const std::string& name) {
-        const auto path = m_folders.FindBesideModel(CTextureQuery(name));
+        const auto path = Find(name);
         if (!path || m_read.contains(path->native())) return path.has_value();
         if (m_read.size() == kMaxLibraries) return false;
         auto bytes = file_util_ex::ReadWholeFile(path->native(), kMaxMtl - m_bytesRead);
         if (!bytes) return false;
         m_bytesRead += bytes.Value().size();
         m_read.insert(path->native());
-        m_library.Add(std::string(TextOf(bytes.Value())));
+        std::string converted = Utf16ToUtf8(TextOf(bytes.Value()));
+        m_library.Add(converted.empty() ? std::string(TextOf(bytes.Value())) : std::move(converted));
         return true;
     }
 
     std::string m_modelPath;
+    std::filesystem::path m_modelFolder;
     CTextureFolders m_folders;
     CNoteList& m_notes;
     CMtlLibrary m_library;

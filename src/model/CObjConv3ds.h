@@ -12,7 +12,8 @@
 struct Lib3dsFile;
 
 /**
- * Makes a 3DS scene of an OBJ file and the MTL files that lie beside it.
+ * Makes a 3DS scene of an OBJ file and the MTL files that it names: beside it, below its folder, or where
+ * "../" leads from there.
  *
  * - Each group (or object) becomes a mesh, several where it holds more points or faces than the 3DS format
  * allows. Names are unique. There are no nodes: a scene without them is drawn straight from its meshes.

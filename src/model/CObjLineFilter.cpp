@@ -25,8 +25,17 @@ std::string_view Trimmed(std::string_view text) {
     return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
 }
 
+bool HasComment(std::string_view line) {
+    return line.find('#') != std::string_view::npos;
+}
+
+/** What the line says, without its end and the comment behind it. */
+std::string_view Content(std::string_view line) {
+    return WithoutLineEnd(line.substr(0, line.find('#')));
+}
+
 bool IsContinued(std::string_view line) {
-    return WithoutLineEnd(line).ends_with('\\');
+    return WithoutLineEnd(line).ends_with('\\') && !HasComment(line);
 }
 
 /** True where one of the three coordinates has an n in it: nan, inf, 1.#QNAN, 1.#IND. */
@@ -96,7 +105,7 @@ std::string_view CObjLineFilter::NextLine() {
     look(m_return, '\r');
     const std::size_t begin = m_position;
     std::size_t end = std::min(m_lineFeed, m_return);
-    if (end < m_text.size()) end += end == m_return && m_lineFeed == m_return + 1 ? 2u : 1u;
+    if (end < m_text.size()) end += m_text.substr(end, 2) == "\r\n" ? 2u : 1u;
     m_position = end;
     return m_text.substr(begin, end - begin);
 }
@@ -121,7 +130,8 @@ CObjLineFilter::EUse CObjLineFilter::JudgeKind(std::string_view line) {
         return std::string(Trimmed(body.substr(first, kMaxName)));
     };
     if (isKind("v") || isKind("vt") || isKind("vn")) return JudgeVertex(line);
-    if (isKind("f")) return IsContinued(line) ? Join(line) : EUse::Pass;
+    // The loader would take the words of a comment for corners.
+    if (isKind("f")) return IsContinued(line) || HasComment(line) ? Join(line) : EUse::Pass;
     if (isKind("o") || isKind("usemtl") || isKind("g")) return EUse::Pass;
     if (isKind("s")) return replaceBy(std::string("o ") + kSmoothingMark + rest(1) + "\n");
     // The loader takes a group line without a name only with a blank behind the letter.
@@ -149,7 +159,7 @@ CObjLineFilter::EUse CObjLineFilter::JudgeElement(std::string_view line) {
     const std::size_t keyword = line.find_first_of("lp");
     const int normal = line[keyword] == 'l' ? kLineNormal : kPointsNormal;
     m_replacement = "f " + std::to_string(kElementMark) + "//" + std::to_string(normal);
-    m_replacement.append(WithoutLineEnd(line.substr(keyword + 1))).push_back('\n');
+    m_replacement.append(Content(line.substr(keyword + 1))).push_back('\n');
     return EUse::Replaced;
 }
 
@@ -161,7 +171,7 @@ CObjLineFilter::EUse CObjLineFilter::Join(std::string_view line) {
         m_replacement.append(part).push_back(' ');
         line = NextLine();
     }
-    m_replacement.append(WithoutLineEnd(line)).push_back('\n');
+    m_replacement.append(Content(line)).push_back('\n');
     if (m_replacement.size() <= kMaxLine) return EUse::Replaced;
     ++m_droppedLines;
     return EUse::Skip;

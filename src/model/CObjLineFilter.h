@@ -9,7 +9,8 @@
 
 /**
  * Stands between the text of an OBJ file and tinyobjloader and hands on only lines that it reads well:
- * - lines continued by a backslash are joined, comments and kinds of lines that we do not draw are left out;
+ * - lines continued by a backslash are joined, comments (those behind faces, too) and kinds of lines that we
+ * do not draw are left out;
  * - lines over kMaxLine bytes are left out, so that no buffer of the loader grows with a hostile file;
  * - a position that is no number ("nan") becomes one that is infinite, where the loader would take it for 0;
  * - smoothing groups, for which the loader has no callback, become object names that start with

@@ -72,15 +72,15 @@ CTextureFolders::CTextureFolders(const fs::path& modelFolder) {
 std::optional<fs::path> CTextureFolders::Find(const CTextureQuery& query) {
     if (query.base.empty() || m_modelFolder.empty()) return std::nullopt;
     const std::lock_guard lock(m_mutex);
-    if (!query.folders.empty() && !query.absolute) {
-        if (auto found = FindOnWay(query)) return found;
-    }
     for (const ETextureMatch match :
          {ETextureMatch::Name, ETextureMatch::OtherExtension, ETextureMatch::Truncated}) {
+        if (!query.absolute) {
+            if (auto found = FindOnWay(query, match)) return found;
+        }
         for (std::size_t i = 0; CFolder* folder = Place(i); ++i) {
             if (auto found = FindIn(*folder, query, match)) return found;
             if (i != 0 || match != ETextureMatch::Name || !query.absolute) continue;
-            if (auto found = FindOnWay(query)) return found;
+            if (auto found = FindOnWay(query, match)) return found;
         }
     }
     return std::nullopt;
@@ -89,24 +89,24 @@ std::optional<fs::path> CTextureFolders::Find(const CTextureQuery& query) {
 std::optional<fs::path> CTextureFolders::FindBesideModel(const CTextureQuery& query) {
     if (query.base.empty() || m_modelFolder.empty()) return std::nullopt;
     const std::lock_guard lock(m_mutex);
-    if (auto found = FindOnWay(query)) return found;
+    if (auto found = FindOnWay(query, ETextureMatch::Name)) return found;
     return FindIn(List(m_modelFolder), query, ETextureMatch::Name);
 }
 
 // The reference's own path below the model's folder; of C:\GAME\MAPS\A.TGA first game/maps/a.tga, then
 // maps/a.tga.
-std::optional<fs::path> CTextureFolders::FindOnWay(const CTextureQuery& query) {
+std::optional<fs::path> CTextureFolders::FindOnWay(const CTextureQuery& query, ETextureMatch match) {
     for (std::size_t first = 0; first < query.folders.size(); ++first) {
-        if (auto found = FindBelow(List(m_modelFolder), query, first)) return found;
+        if (auto found = FindBelow(List(m_modelFolder), query, first, match)) return found;
     }
     return std::nullopt;
 }
 
 std::optional<fs::path> CTextureFolders::FindBelow(CFolder& folder, const CTextureQuery& query,
-                                                   std::size_t step) {
-    if (step == query.folders.size()) return FindIn(folder, query, ETextureMatch::Name);
+                                                   std::size_t step, ETextureMatch match) {
+    if (step == query.folders.size()) return FindIn(folder, query, match);
     for (const std::size_t number : folder.folders.FindKeys(query.folders[step])) {
-        if (auto found = FindBelow(List(folder.path / folder.folders.Name(number)), query, step + 1))
+        if (auto found = FindBelow(List(folder.path / folder.folders.Name(number)), query, step + 1, match))
             return found;
     }
     return std::nullopt;

@@ -46,9 +46,10 @@ class CTextureFolders {
     void AddUsualSubFolders(CFolder& parent);
     void AddOtherSubFolders();
     [[nodiscard]] bool MayEnter(const std::filesystem::path& folder) const;
-    [[nodiscard]] std::optional<std::filesystem::path> FindOnWay(const CTextureQuery& query);
+    [[nodiscard]] std::optional<std::filesystem::path> FindOnWay(const CTextureQuery& query,
+                                                                 ETextureMatch match);
     [[nodiscard]] std::optional<std::filesystem::path> FindBelow(CFolder& folder, const CTextureQuery& query,
-                                                                 std::size_t step);
+                                                                 std::size_t step, ETextureMatch match);
     [[nodiscard]] std::optional<std::filesystem::path> FindIn(CFolder& folder, const CTextureQuery& query,
                                                               ETextureMatch match) const;
 

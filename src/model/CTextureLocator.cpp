@@ -16,9 +16,9 @@ CTextureLocator CTextureLocator::BesideModel(std::string_view modelPath) {
     return locator;
 }
 
-CTextureLocator CTextureLocator::InMemory(CImageDataTextVec textures) {
+CTextureLocator CTextureLocator::InMemory(CImageDataTextVec textures, std::string_view model) {
     CTextureLocator locator;
-    locator.m_memory = std::make_shared<const CTexturesInMemory>(std::move(textures));
+    locator.m_memory = std::make_shared<const CTexturesInMemory>(std::move(textures), model);
     return locator;
 }
 

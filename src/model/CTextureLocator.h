@@ -39,8 +39,8 @@ class CTextureLocator {
      * for the order), never elsewhere, whatever a reference says. modelPath is UTF-8 and need not exist.
      */
     [[nodiscard]] static CTextureLocator BesideModel(std::string_view modelPath);
-    /** Looks only among these. */
-    [[nodiscard]] static CTextureLocator InMemory(CImageDataTextVec textures);
+    /** Looks only among these. model: the path that the model has among them, to prefer what is near it. */
+    [[nodiscard]] static CTextureLocator InMemory(CImageDataTextVec textures, std::string_view model = {});
 
     /**
      * Nothing when there is no such picture. reference is as the file has it: any case, DOS path, code page.

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "model/CTextureLocator.h"
@@ -11,15 +13,21 @@
  * ask. */
 class CTexturesInMemory {
   public:
-    explicit CTexturesInMemory(CImageDataTextVec textures);
+    /** model: the path of the model among the pictures; empty where it has none. */
+    CTexturesInMemory(CImageDataTextVec textures, std::string_view model);
 
-    /** Pictures whose path ends as the reference's does come first, then those with the shortest path. */
+    /** Pictures whose path ends as the reference's does come first, then those nearest to the model: the
+     * fewest folders up, then the fewest down. */
     [[nodiscard]] const CImageDataText* Find(const CTextureQuery& query) const;
 
   private:
+    struct CPlace {
+        std::vector<std::vector<std::string>> folders;  ///< keys of each
+        std::size_t up = 0, down = 0;                   ///< from the model's folder
+    };
     [[nodiscard]] std::size_t CommonFolders(std::size_t number, const CTextureQuery& query) const;
 
     CImageDataTextVec m_textures;
-    CTextureNames m_names;                                         ///< without path, numbered as m_textures
-    std::vector<std::vector<std::vector<std::string>>> m_folders;  ///< keys of each picture's folders
+    CTextureNames m_names;  ///< without path, numbered as m_textures
+    std::vector<CPlace> m_places;
 };

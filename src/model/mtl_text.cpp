@@ -113,14 +113,26 @@ std::string_view WithoutTrailingOptions(std::string_view name, std::string& out)
     return name;
 }
 
+/** A picture's path below the model's folder, with slashes: packages keep pictures of one name in several
+ * folders. The name alone where the path leads elsewhere or is longer than what a material holds. */
+std::string PicturePath(std::string_view path) {
+    constexpr std::size_t kMaxLength = 63;
+    std::string name(path);
+    std::replace(name.begin(), name.end(), '\\', '/');
+    const bool absolute = name.starts_with('/') || (name.size() > 1 && name[1] == ':');
+    const std::size_t upwards = ("/" + name).rfind("/../");
+    if (upwards != std::string::npos) name.erase(0, upwards + 3);
+    if (absolute || name.size() > kMaxLength) name.erase(0, name.rfind('/') + 1);
+    return name;
+}
+
 std::string MapValue(std::string_view text) {
     std::string options;
     CopyOptions(text, options);
     std::string_view name = WithoutTrailingOptions(text, options);
     if (name.size() >= 2 && name.front() == '"' && name.back() == '"') name = name.substr(1, name.size() - 2);
-    const std::size_t slash = name.find_last_of("/\\");
-    if (slash != std::string_view::npos) name.remove_prefix(slash + 1);
-    return name.empty() ? std::string() : options + std::string(name);
+    const std::string path = PicturePath(name);
+    return path.empty() ? std::string() : options + path;
 }
 
 std::string ColorValue(std::string_view text) {

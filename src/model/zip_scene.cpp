@@ -37,12 +37,18 @@ bool IsPicture(std::string_view name) {
     return std::find(kExtensions.begin(), kExtensions.end(), extension) != kExtensions.end();
 }
 
+/** Archives made on a Mac hold a file of notes for each of theirs, under the same name with "._" before it.
+ */
+bool IsModel(const CZipEntry& entry) {
+    return ExtensionOf(entry.name) == "3ds" && !StemOf(entry.name).starts_with("._");
+}
+
 const CZipEntry* ChooseModel(const std::vector<CZipEntry>& entries, std::string_view archiveName) {
     const std::string wanted = StemOf(archiveName);
     const CZipEntry* best = nullptr;
     std::array<long, 2> bestRank{};
     for (const CZipEntry& entry : entries) {
-        if (ExtensionOf(entry.name) != "3ds") continue;
+        if (!IsModel(entry)) continue;
         const std::array<long, 2> rank{
             StemOf(entry.name) == wanted ? 0L : 1L,
             static_cast<long>(std::count(entry.name.begin(), entry.name.end(), '/'))};
@@ -84,12 +90,11 @@ CResult<CScene> ReadZipScene(std::vector<std::byte> bytes, std::string_view arch
     if (!scene) return CError{scene.Error().code, scene.Error().message, model->name};
 
     CNoteList notes;
-    const auto isModel = [](const CZipEntry& entry) { return ExtensionOf(entry.name) == "3ds"; };
-    if (std::count_if(entries.begin(), entries.end(), isModel) > 1) {
+    if (std::count_if(entries.begin(), entries.end(), IsModel) > 1) {
         notes.Limited("The archive holds several models; this one is shown",
                       CNoteList::Printable(model->name));
     }
-    scene.Value().SetTextures(CTextureLocator::InMemory(ReadPictures(archive, notes)));
+    scene.Value().SetTextures(CTextureLocator::InMemory(ReadPictures(archive, notes), model->name));
     for (CSceneNote& note : notes.Take()) scene.Value().AddNote(std::move(note));
     return scene;
 }

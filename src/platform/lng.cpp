@@ -29,6 +29,17 @@ std::wstring DoGetResourceString(const char* englishText, const CLanguageDomain&
 }  // namespace lng_util_internal
 
 namespace lng {
+namespace {
+
+/** A code ends up in the names of files. */
+bool IsLanguageCode(std::wstring_view code) {
+    constexpr std::size_t kMaxLength = 32;
+    constexpr std::wstring_view kCharacters =
+        L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-@";
+    return code.size() <= kMaxLength && code.find_first_not_of(kCharacters) == code.npos;
+}
+
+}  // namespace
 
 CLanguageDomain& Domain() {
     static CLanguageDomain domain;
@@ -39,6 +50,7 @@ void SetLanguage(std::wstring_view code) {
     // For GTK's own dialogs. Messages alone: numbers never follow the locale. The system "C" has no
     // translations.
     std::setlocale(LC_MESSAGES, "");
+    if (!IsLanguageCode(code)) code = L"en";
     if (!code.empty()) setenv("LANGUAGE", file_util_ex::ConvertToUTF8(code).c_str(), 1);
     const wxLogNull quiet;  // a missing catalogue means English
     auto* translations = new wxTranslations;

@@ -30,9 +30,9 @@ namespace lng {
 /** The program's domain; made at the first call, and it lives until the end. */
 [[nodiscard]] CLanguageDomain& Domain();
 /**
- * Chooses the language of all texts looked up from now on, once per run: a code such as "de" or "pt_BR". "en"
- * and codes without a catalogue give English. Catalogues are "languages/CODE/CATALOGUE.mo" in the program's
- * data.
+ * Chooses the language of all texts looked up from now on, once per run: a code such as "de" or "pt_BR".
+ * "en", codes without a catalogue and what is no code give English. Catalogues are
+ * "languages/CODE/CATALOGUE.mo" in the program's data.
  */
 void SetLanguage(std::wstring_view code);
 /** DoGetResourceString in the program's domain. */

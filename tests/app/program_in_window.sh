@@ -22,7 +22,7 @@ wait_for() {
 }
 settings=$XDG_CONFIG_HOME/orbivue/settings.ini
 mkdir -p "$XDG_CONFIG_HOME/orbivue"
-printf '[Settings]\nCloseOnEsc=1\nLastCamera=-1\nBkColorR=300\n' >"$settings"
+printf '[Settings]\nCloseOnEsc=1\nLastCamera=-1\nBkColorR=300\nLanguage=../none\nPovDiffuse=abc\nBounds=-5\n' >"$settings"
 
 run() {
     "$program" "$1" &
@@ -35,6 +35,9 @@ run() {
 run "$model" "^Orbivue - $model\$"
 grep -q '^LastCamera=32776' "$settings" || fail "the camera was not written"
 grep -q '^BkColorR=44' "$settings" || fail "the colour was not written"
+grep -q '^PovDiffuse=0.000' "$settings" || fail "a factor that is none was not written as 0"
+grep -q '^Bounds=1' "$settings" || fail "a number that is not 0 was not written as 1"
+grep -q '^Language=../none' "$settings" || fail "an unknown language was changed"
 
 printf 'nothing' >"$XDG_CACHE_HOME/broken.3ds"
 run "$XDG_CACHE_HOME/broken.3ds" "^Orbivue - $XDG_CACHE_HOME/broken.3ds - File open failed\$"

@@ -289,6 +289,18 @@ TEST(CViewCameraTest, FollowsItsOwnCameraAndKeepsTheZoom) {
     EXPECT_NEAR(camera.Eye().z, 20 * std::exp(-0.1f), 1e-3f);
 }
 
+TEST(CViewCameraTest, SomethingFarOffCutsNothingAway) {
+    CViewCamera camera;
+    const CSphere framed{{}, 1}, all{{5e8f, 0, 0}, 5e8f};
+    camera.SetModel(framed);
+    for (const ECameraPreset preset : kPresets) {
+        camera.SetPreset(preset);
+        EXPECT_LT(camera.DepthRange(all).nearPlane, Length(camera.Eye()) - framed.radius * 0.99f);
+        camera.Zoom(-500);
+        EXPECT_LT(camera.DepthRange(all).nearPlane, Length(camera.Eye()) * 0.1f);
+    }
+}
+
 TEST(CViewCameraTest, OddCamerasOfTheFileAreUsable) {
     CViewCamera camera;
     camera.SetModel({{}, 100});

@@ -109,9 +109,12 @@ INSTANTIATE_TEST_SUITE_P(
         CTextCase{"NoLineEnd", kSquare + "f 1 2 3", "0 1 2,"},
         CTextCase{"DosLineEnds", "v 0 0 0\r\nv 1 0 0\r\nv 1 1 0\r\nf 1 2 3\r\n", "0 1 2,"},
         CTextCase{"OldMacLineEnds", "v 0 0 0\rv 1 0 0\rv 1 1 0\rf 1 2 3\r", "0 1 2,"},
+        CTextCase{"EndsInAContinuedLine", kSquare + "f 1 2 3\rv \\\r", "0 1 2,"},
         CTextCase{"ByteOrderMark", "\xEF\xBB\xBF" + kSquare + "f 1 2 3\n", "0 1 2,"},
         CTextCase{"ContinuedLines", "v 0 \\\n 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 \\\r\n3\n", "0 1 2,"},
         CTextCase{"CommentEndsWithBackslash", kSquare + "# C:\\maps\\\nf 1 2 3\n", "0 1 2,"},
+        CTextCase{"CommentBehindCorners", kSquare + "f 1 2 3 # 4 C:\\\nf 1 3 4#1\nf 1 2 \\\n4 # 3\n",
+                  "0 1 2,0 2 3,0 1 3,"},
         CTextCase{"BlanksAndTabs", "  v\t0  0 0 \n\tv 1 0 0\nv 1 1 0\n  f  1\t2   3  \n", "0 1 2,"},
         CTextCase{"ShorterDiagonal", "v 0 0 0\nv 3 0 0\nv 4 1 0\nv 1 1 0\nf 1 2 3 4\n", "0 1 2,1 3 2,"},
         CTextCase{"RepeatedCornerLeftOut", kSquare + "f 1 2 2\nf 1 2 3\n", "0 1 2,"},
@@ -395,6 +398,7 @@ struct CMapCase {
     std::string line;
     std::string file;
     float scaleU, offsetU;
+    bool tiled = true;
 };
 class MapOf : public testing::TestWithParam<CMapCase> {};
 TEST_P(MapOf, Diffuse) {
@@ -403,6 +407,7 @@ TEST_P(MapOf, Diffuse) {
     const Lib3dsTextureMap& map = c.file->materials->texture1_map;
     EXPECT_EQ(map.name, GetParam().file);
     EXPECT_FLOAT_EQ(map.scale[0], GetParam().scaleU);
+    EXPECT_EQ((map.flags & LIB3DS_NO_TILE) == 0, GetParam().tiled);
     // At u = 0 the picture is met at the file's offset.
     EXPECT_NEAR(map.scale[0] * (0 - 0.5f - map.offset[0]) + 0.5f, GetParam().offsetU, 1e-6);
 }
@@ -411,13 +416,18 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(CMapCase{"Plain", "map_Kd wood.jpg", "wood.jpg", 1, 0},
                     CMapCase{"Blanks", "map_Kd  my wood.jpg \t", "my wood.jpg", 1, 0},
                     CMapCase{"DosPath", "map_Kd C:\\maps\\wood.jpg", "wood.jpg", 1, 0},
-                    CMapCase{"Quotes", "map_Kd \"a/wood.jpg\"", "wood.jpg", 1, 0},
+                    CMapCase{"Quotes", "map_Kd \"a/wood.jpg\"", "a/wood.jpg", 1, 0},
+                    CMapCase{"Folders", "map_Kd .\\tex\\oak\\wood.jpg", "./tex/oak/wood.jpg", 1, 0},
+                    CMapCase{"OtherFolder", "map_Kd x/../../maps/wood.jpg", "maps/wood.jpg", 1, 0},
+                    CMapCase{"LongFolders", "map_Kd " + std::string(70, 'a') + "/b/wood.jpg", "wood.jpg", 1,
+                             0},
                     CMapCase{"ScaleAndOffset", "map_Kd -s 2 2 1 -o 0.25 0 0 wood.jpg", "wood.jpg", 2, 0.25f},
                     CMapCase{"ShortScale", "map_Kd -s 4 wood.jpg", "wood.jpg", 4, 0},
                     CMapCase{"OptionsOfNoUse", "map_Kd -cc on -mm 0 1 -texres 64 wood.jpg", "wood.jpg", 1, 0},
                     CMapCase{"OptionsBehind", "map_Kd my wood.jpg -s 3 3", "my wood.jpg", 3, 0},
                     CMapCase{"OtherCase", "MAP_KD wood.jpg", "wood.jpg", 1, 0},
                     CMapCase{"AmbientMapInstead", "map_Ka wood.jpg", "wood.jpg", 1, 0},
+                    CMapCase{"Clamped", "map_Kd -clamp on wood.jpg", "wood.jpg", 1, 0, false},
                     CMapCase{"AbsurdScale", "map_Kd -s 0 0 0 wood.jpg", "wood.jpg", 1, 0}),
     CaseName<CMapCase>);
 
@@ -461,30 +471,37 @@ INSTANTIATE_TEST_SUITE_P(CObjConv3ds, OpacityOf,
 
 // ---- files
 
-TEST(CObjConv3ds, FindsMaterialFilesBesideTheModelOnly) {
+TEST(CObjConv3ds, FindsMaterialFilesBesideTheModelOrWhereTheLineLeads) {
     const CTestFolder folder;
     const auto convert = [&](std::string_view mtllib) {
         const std::string path =
-            folder.Add("sub.obj", std::string(mtllib) + "\n" + kSquare + "usemtl a\nf 1 2 3\n");
+            folder.Add("models/sub.obj", std::string(mtllib) + "\n" + kSquare + "usemtl a\nf 1 2 3\n");
         std::vector<CSceneNote> notes;
         CResult<CLib3dsFilePtr> file = CObjConv3ds::ConvertResult(path, notes);
         return file ? file.Value()->materials->diffuse[0] : -1.0f;
     };
-    std::filesystem::create_directories(folder / "below/model");
-    (void)folder.Add("Paint.MTL", "newmtl a\nKd 0.25 0 0\n");
-    (void)folder.Add("my paint.mtl", "newmtl a\nKd 0.5 0 0\n");
-    (void)folder.Add("below/b.mtl", "newmtl a\nKd 0.75 0 0\n");
-    ASSERT_EQ(mkfifo((folder / "pipe.mtl").c_str(), 0600), 0);
+    std::filesystem::create_directories(folder / "models/below/model");
+    std::filesystem::create_directories(folder / "mtl");
+    (void)folder.Add("models/Paint.MTL", "newmtl a\nKd 0.25 0 0\n");
+    (void)folder.Add("models/my paint.mtl", "newmtl a\nKd 0.5 0 0\n");
+    (void)folder.Add("models/below/b.mtl", "newmtl a\nKd 0.75 0 0\n");
+    (void)folder.Add("mtl/c.mtl", "newmtl a\nKd 0.125 0 0\n");
+    ASSERT_EQ(mkfifo((folder / "models/pipe.mtl").c_str(), 0600), 0);
     EXPECT_FLOAT_EQ(convert("mtllib paint.mtl"), 0.25f);
     EXPECT_FLOAT_EQ(convert("mtllib C:\\work\\paint.mtl"), 0.25f);
     EXPECT_FLOAT_EQ(convert("mtllib my paint.mtl"), 0.5f);
     EXPECT_FLOAT_EQ(convert("mtllib none.mtl paint.mtl"), 0.25f);
     EXPECT_FLOAT_EQ(convert("mtllib below/b.mtl"), 0.75f);
+    EXPECT_FLOAT_EQ(convert("mtllib ../mtl/C.mtl"), 0.125f);
+    EXPECT_FLOAT_EQ(convert("mtllib ..\\MTL\\c.mtl"), 0.125f);
+    (void)folder.Add("models/mark.mtl", "\xEF\xBB\xBFnewmtl a\nKd 0.25 0 0\n");
+    EXPECT_FLOAT_EQ(convert("mtllib mark.mtl"), 0.25f);
+    EXPECT_FLOAT_EQ(convert("mtllib mtl/c.mtl"), 0.588f);
     EXPECT_FLOAT_EQ(convert("mtllib b.mtl"), 0.588f);
     EXPECT_FLOAT_EQ(convert("mtllib sub.obj"), 0.588f);
     EXPECT_FLOAT_EQ(convert("mtllib pipe.mtl"), 0.588f);
-    EXPECT_FLOAT_EQ(convert("mtllib /dev/zero ../x .."), 0.588f);
-    (void)folder.Add("sub.mtl", "newmtl a\nKd 1 0 0\n");
+    EXPECT_FLOAT_EQ(convert("mtllib /dev/zero ../x .. ../../../../../../../../../dev/zero"), 0.588f);
+    (void)folder.Add("models/sub.mtl", "newmtl a\nKd 1 0 0\n");
     EXPECT_FLOAT_EQ(convert("mtllib renamed.mtl"), 1.0f);
 }
 

@@ -52,6 +52,7 @@ const CCase kOnDisk[] = {
     {"AfterDotDotStillHere", {"g/u/t/maps/hull.jpg"}, "..\\maps\\hull.jpg", "g/u/t/maps/hull.jpg"},
     {"OtherPictureFormat", {"g/u/t/hull.tga"}, "HULL.RGB", "g/u/t/hull.tga"},
     {"NameBeforeOtherFormat", {"g/u/t/hull.tga", "g/u/hull.rgb"}, "HULL.RGB", "g/u/hull.rgb"},
+    {"OtherFormatOnItsPath", {"g/u/t/a/hull.png", "g/u/t/b/hull.png"}, "B/hull.jpg", "g/u/t/b/hull.png"},
     {"UsualFormatFirst", {"g/u/t/hull.pcx", "g/u/t/hull.jpg"}, "hull.bmp", "g/u/t/hull.jpg"},
     {"NoFormatAtAll", {"g/u/t/hull.v2.png"}, "hull.v2", "g/u/t/hull.v2.png"},
     {"OtherFormatMustBeAPicture", {"g/u/t/hull.txt"}, "hull.jpg", ""},
@@ -132,6 +133,9 @@ TEST(CTextureLocator, SeveralThreadsAskAtOnce) {
 const CCase kInMemory[] = {
     {"OtherCase", {"Hull.jpg"}, "C:\\X\\HULL.JPG", "Hull.jpg"},
     {"SamePathFirst", {"a/hull.jpg", "red/hull.jpg"}, "RED\\hull.jpg", "red/hull.jpg"},
+    {"BesideTheModel", {"hull.jpg", "G/u/v/hull.jpg", "g/u/T/hull.jpg"}, "hull.jpg", "g/u/T/hull.jpg"},
+    {"BelowTheModel", {"g/u/hull.jpg", "g/u/t/x/hull.jpg"}, "hull.jpg", "g/u/t/x/hull.jpg"},
+    {"FewestFoldersUp", {"o/hull.jpg", "g/u/v/hull.jpg", "g/o/hull.jpg"}, "hull.jpg", "g/u/v/hull.jpg"},
     {"ShortestPathElse", {"deep/a/hull.jpg", "a/hull.jpg"}, "hull.jpg", "a/hull.jpg"},
     {"OtherFormat", {"hull.dds"}, "hull.jpg", "hull.dds"},
     {"EmptyName", {""}, "hull.jpg", ""},
@@ -143,7 +147,7 @@ class InMemory : public testing::TestWithParam<CCase> {};
 TEST_P(InMemory, GivesTheBytes) {
     CImageDataTextVec textures;
     for (const std::string& name : GetParam().files) textures.push_back({name, {std::byte{42}}});
-    const CTextureLocator locator = CTextureLocator::InMemory(textures);
+    const CTextureLocator locator = CTextureLocator::InMemory(textures, "g/u/t/tank.3ds");
     const auto hit = locator.Find(GetParam().reference);
     ASSERT_EQ(hit.has_value(), !GetParam().expected.empty());
     if (!hit) return;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "model/CReadScene.h"
+#include "model/facing.h"
 #include "row_name.h"
 
 namespace {
@@ -48,6 +49,14 @@ const CSmoothing kSmoothings[] = {{"None", {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0},
                                   {"TopAloneRestTogether", {1, 1, 2, 2, 1, 1, 1, 1, 1, 1, 1, 1}, 12},
                                   {"EqualUnionsShareAVertex", {3, 3, 3, 3, 1, 1, 1, 1, 3, 3, 1, 1}, 8}};
 INSTANTIATE_TEST_SUITE_P(PrepareScene, SmoothingGroups, testing::ValuesIn(kSmoothings), kRowName);
+
+TEST(PrepareScene, ManyBoxesShowHalfTheirSurface) {
+    CPreparedScene scene = CReadScene(SmoothCube({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0})).prepared;
+    const CPreparedNode box = scene.nodes.at(0);
+    scene.nodes.assign(10'000, box);
+    scene.triangleCount = 12 * scene.nodes.size();
+    EXPECT_NEAR(FrontShare(scene, {1, -1, 1}), 0.5f, 0.05f);
+}
 
 /** The normal of the first of three faces that meet in an edge, at that edge. */
 CVec3 FirstNormalOfSheet(std::initializer_list<std::uint32_t> masks) {
