@@ -9,10 +9,12 @@
 #include "engine/C3dsDisplayWrap.h"
 #include "export/pov_export_format.h"
 #include "export/ui/CPovExportDialog.h"
+#include "platform/CUserPrompt.h"
 #include "platform/lng.h"
 #include "platform/ui/CBXFileDialogI.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
+#include "view/ui/run_beside_windows.h"
 
 namespace {
 
@@ -54,6 +56,15 @@ class CStillView {
     bool m_rotates, m_plays;
 };
 
+/** The view's scene, complete; null without one. To complete a large one takes its time. */
+Lib3dsFile* SceneOf(CViewer3DSWindowHandler& view) {
+    const CBusyCursor cursor;
+    const CStillView still(view);
+    Lib3dsFile* scene = nullptr;
+    RunBesideWindows([&] { scene = view.GetEngine().Get3dsFile(); }, {});
+    return scene;
+}
+
 /** Sees to it that CSettings::povLastName is where to export to. False when the user cancels. */
 bool ChooseOutput(CSettings& settings, wxWindow& parent) {
     if (pov_export_format::TakesLastName(settings)) return true;
@@ -69,7 +80,7 @@ bool ChooseOutput(CSettings& settings, wxWindow& parent) {
 
 void RunPovExport(const std::wstring& modelPath, CViewer3DSWindowHandler& view, wxWindow& parent) {
     C3dsDisplayWrap& engine = view.GetEngine();
-    if (modelPath.empty() || !engine.Get3dsFile()) return;
+    if (modelPath.empty() || !SceneOf(view)) return;
     CSettings& settings = CSettings::Instance();
     C3ds2Pov::COutFormat format = pov_export_format::Make(
         settings, engine.GetCameraName(), {engine.GetBKRValue(), engine.GetBKGValue(), engine.GetBKBValue()},
