@@ -87,8 +87,9 @@ void RunPovExport(const std::wstring& modelPath, CViewer3DSWindowHandler& view, 
         {engine.GetFileBKRValue(), engine.GetFileBKGValue(), engine.GetFileBKBValue()});
     if (!ChooseOutput(settings, parent)) return;
     // Only now: behind the dialog the model may have gone on turning.
-    pov_export_format::SetAngles(format, engine.GetCameraName(), engine.GetRotAngleX(), engine.GetRotAngleY(),
-                                 engine.GetRotAngleZ());
+    const auto [x, y, z] = pov_export_format::WithTrackBall(
+        {engine.GetRotAngleX(), engine.GetRotAngleY(), engine.GetRotAngleZ()}, view.GetTrackBall().Matrix());
+    pov_export_format::SetAngles(format, engine.GetCameraName(), x, y, z);
     pov_export_format::SetLighting(format, settings);
     parent.Refresh(false);
     const CStillView still(view);
