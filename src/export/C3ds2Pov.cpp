@@ -5,6 +5,7 @@
 #include <new>
 
 #include "export/C3ds2PovExportFlow.h"
+#include "export/CPovLongWork.h"
 #include "export/CPovWriter.h"
 #include "model/CLib3dsMatUtil.h"
 #include "model/CScene.h"
@@ -51,7 +52,8 @@ CStatus Write(const CScene& scene, const std::string& output, const C3ds2Pov::CO
               C3ds2PovExportFlow* flow) {
     CPrepareOptions options;
     options.loadTextures = true;  // without pictures too: materials may be black where they are missing
-    const CPreparedScene prepared = PrepareScene(scene, options);
+    CPreparedScene prepared;
+    CPovLongWork::Run([&] { prepared = PrepareScene(scene, options); });
     return CPovWriter(prepared, scene.Textures(), format).Write(output, flow);
 }
 
@@ -61,7 +63,8 @@ CStatus C3ds2Pov::TryExport(Lib3dsFile* file, const std::string& output, const C
                             C3ds2PovExportFlow* flow) {
     return Guarded(flow, output, [&]() -> CStatus {
         if (file == nullptr) return CError{EErrorCode::BadArgument, "there is no scene to export", output};
-        CScene scene = CScene::Borrow(*file);
+        CScene scene;
+        CPovLongWork::Run([&] { scene = CScene::Borrow(*file); });
         scene.SetTextures(CTexturesOfScene::Find(file));
         return Write(scene, output, format, flow);
     });

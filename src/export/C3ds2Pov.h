@@ -14,7 +14,8 @@ class C3ds2PovExportFlow;
  * display. See docs/export-pov.md for what is written and why.
  *
  * The files get their names when all of them are complete: whatever fails, no .pov file is left half-written
- * and one that was there stays. An output that is the model itself or one of its pictures is refused.
+ * and one that was there stays. An output that is the model that is read or a picture of the scene is
+ * refused.
  */
 class C3ds2Pov {
   public:

@@ -4,10 +4,12 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <functional>
 #include <optional>
 
 #include "engine/material_kinds.h"
 #include "export/C3ds2PovExportFlow.h"
+#include "export/CPovLongWork.h"
 #include "export/pov_lights.h"
 #include "export/pov_maps.h"
 #include "export/pov_mesh2.h"
@@ -55,6 +57,13 @@ void WriteMatrix(CPovText& text, const CMat4& m) {
     }
 }
 
+/** CPovLongWork::Run with a result. */
+CStatus Beside(const std::function<CStatus()>& work) {
+    CStatus status = CDone{};
+    CPovLongWork::Run([&] { status = work(); });
+    return status;
+}
+
 float Channel(float value) {
     return std::isfinite(value) ? std::clamp(value, 0.0f, 1.0f) : 0.0f;
 }
@@ -90,19 +99,23 @@ CStatus CPovWriter::Write(const std::string& output, C3ds2PovExportFlow* flow) {
 
     CPovPictures pictures(m_scene, m_locator, output);
     CPovMaterials materials(m_scene, m_format, pictures);
-    CollectJobs();
-    UseMaterials(materials);
+    CPovLongWork::Run([&] {
+        CollectJobs();
+        UseMaterials(materials);
+    });
     if (flow) flow->Begin(static_cast<int>(1 + m_jobs.size() + pictures.Count()));
     if (CStatus status = file.Value().Write(Head(materials).View()); !status) return status;
     if (flow) flow->Step();
     if (CStatus status = WriteMeshes(file.Value(), flow); !status) return status;
     for (std::size_t i = 0; i < pictures.Count(); ++i) {
-        if (CStatus status = pictures.Stage(i); !status) return status;
+        if (CStatus status = Beside([&] { return pictures.Stage(i); }); !status) return status;
         if (flow) flow->Step();
     }
     if (flow) flow->Message(static_cast<int>(m_scene.triangleCount));
-    if (CStatus status = pictures.Commit(); !status) return status;
-    return file.Value().Commit();
+    return Beside([&] {
+        const CStatus status = pictures.Commit();
+        return status ? file.Value().Commit() : status;
+    });
 }
 
 void CPovWriter::CollectJobs() {
@@ -179,9 +192,10 @@ CStatus CPovWriter::WriteMeshes(CAtomicFile& file, C3ds2PovExportFlow* flow) {
             triangles += m_scene.meshes[m_jobs[last].mesh].IndexCount() / 3;
         }
         std::vector<CPovText> texts(last - first);
-        ParallelFor(texts.size(), 0, [&](std::size_t i) { texts[i] = JobText(first + i); });
+        CPovLongWork::Run(
+            [&] { ParallelFor(texts.size(), 0, [&](std::size_t i) { texts[i] = JobText(first + i); }); });
         for (const CPovText& text : texts) {
-            if (CStatus status = file.Write(text.View()); !status) return status;
+            if (CStatus status = Beside([&] { return file.Write(text.View()); }); !status) return status;
             if (flow) flow->Step();
         }
         first = last;

@@ -45,6 +45,19 @@ std::string TempNameFor(const std::string& target) {
     return (folder.empty() ? "." : folder == "/" ? "" : folder) + tail + ".tmp";
 }
 
+// Whatever ends the process leaves nothing of such a file behind. Not open where the file system has none.
+CFileDescriptor OpenWithoutName(const std::string& target) {
+    if (::access("/proc/self/fd", X_OK) != 0) return {};  // the way to give it a name
+    const std::string folder = file_util_ex::GetFilePath(target);
+    return CFileDescriptor(
+        ::open(folder.empty() ? "." : folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666));
+}
+
+bool GiveName(int fd, const std::string& name) {
+    const std::string own = "/proc/self/fd/" + std::to_string(fd);
+    return ::linkat(AT_FDCWD, own.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+}
+
 // A file that exists lends its successor mode and, where that is allowed, owner and group.
 bool KeepPermissions(int fd, const struct stat& old) {
     if (::fchown(fd, old.st_uid, old.st_gid) != 0) {
@@ -82,17 +95,18 @@ CResult<CAtomicFile> CAtomicFile::Create(std::string_view path) {
     if (const int refusal = exists ? RefusalOf(target, old) : 0; refusal != 0)
         return WriteError(path, refusal);
 
-    for (int i = 0; i < kMaxNames; ++i) {
-        std::string name = TempNameFor(target);
-        CFileDescriptor file(
-            ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666));
-        if (!file.IsOpen() && errno == EEXIST) continue;
-        if (!file.IsOpen()) return WriteError(path, errno);
-        CAtomicFile made(std::move(target), std::move(name), std::move(file));
-        if (exists && !KeepPermissions(made.m_file.Get(), old)) return WriteError(path, errno);
-        return made;
+    CFileDescriptor file = OpenWithoutName(target);
+    std::string name;
+    for (int i = 0; i < kMaxNames && !file.IsOpen(); ++i) {
+        name = TempNameFor(target);
+        file =
+            CFileDescriptor(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666));
+        if (!file.IsOpen() && errno != EEXIST) return WriteError(path, errno);
     }
-    return WriteError(path, EEXIST);
+    if (!file.IsOpen()) return WriteError(path, EEXIST);
+    CAtomicFile made(std::move(target), std::move(name), std::move(file));
+    if (exists && !KeepPermissions(made.m_file.Get(), old)) return WriteError(path, errno);
+    return made;
 }
 
 CAtomicFile::CAtomicFile(std::string target, std::string tempName, CFileDescriptor file)
@@ -130,12 +144,25 @@ CStatus CAtomicFile::Commit() {
     if (!m_error && !m_file.IsOpen()) Fail(EBADF);
     if (!m_error) (void)Flush(m_gathered);  // m_error tells
     if (!m_error && ::fsync(m_file.Get()) != 0) Fail(errno);
+    if (!m_error && m_tempName.empty() && !NameIt()) Fail(errno);
     if (!m_error && !m_file.Close()) Fail(errno);
     if (!m_error && ::rename(m_tempName.c_str(), m_target.c_str()) != 0) Fail(errno);
     if (m_error) return *m_error;
     m_tempName.clear();
     SyncFolderOf(m_target);
     return CDone{};
+}
+
+bool CAtomicFile::NameIt() {
+    for (int i = 0; i < kMaxNames; ++i) {
+        std::string name = TempNameFor(m_target);
+        if (GiveName(m_file.Get(), name)) {
+            m_tempName = std::move(name);
+            return true;
+        }
+        if (errno != EEXIST) return false;
+    }
+    return false;
 }
 
 bool CAtomicFile::Flush(std::span<const std::byte> bytes) {

@@ -14,9 +14,10 @@
 #include "platform/CResult.h"
 
 /**
- * Writes a file so that its name never shows a part of it: the bytes go to a temporary name in the same
- * folder, and Commit() puts them on the disk and renames. Destroyed without Commit, or after any failure, the
- * temporary file is gone and the old file is as it was. A link is followed: what it leads to is replaced. A
+ * Writes a file so that its name never shows a part of it: the bytes go to a file without a name in the same
+ * folder (with a temporary one where the file system has no such files), and Commit() puts them on the disk
+ * and gives the name. Destroyed without Commit, or after any failure, or when the process is killed, that
+ * file is gone and the old one is as it was. A link is followed: what it leads to is replaced. A
  * file that exists keeps its permissions; one that is write-protected, a folder and a device are refused.
  * Small writes are gathered.
  */
@@ -37,12 +38,13 @@ class CAtomicFile {
 
   private:
     CAtomicFile(std::string target, std::string tempName, CFileDescriptor file);
+    bool NameIt();
     bool Flush(std::span<const std::byte> bytes);
     void Fail(int errorNumber);
     void Discard();
 
     std::string m_target;
-    std::string m_tempName;  ///< empty when there is no temporary file to delete
+    std::string m_tempName;  ///< empty when there is no temporary name to delete
     CFileDescriptor m_file;
     std::vector<std::byte> m_gathered;
     std::optional<CError> m_error;

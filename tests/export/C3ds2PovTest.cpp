@@ -5,9 +5,12 @@
 #include <lib3ds/file.h>
 
 #include <clocale>
+#include <future>
 #include <stdexcept>
+#include <thread>
 
 #include "export/C3ds2PovExportFlow.h"
+#include "export/CPovLongWork.h"
 #include "model/CLib3dsMatUtil.h"
 #include "model/CSceneReader.h"
 #include "platform/CTestFolder.h"
@@ -48,20 +51,26 @@ class CFlow final : public C3ds2PovExportFlow {
     void Finished() override {
         ++finished;
         callsAfterFinished = 0;
+        CountThread();
     }
     void Message(int value) override {
         message = value;
         Called();
     }
 
-    int total = 0, done = 0, finished = 0, message = 0, callsAfterFinished = 0;
+    int total = 0, done = 0, finished = 0, message = 0, callsAfterFinished = 0, elsewhere = 0;
 
   private:
     void Called() {
         if (finished > 0) ++callsAfterFinished;
+        CountThread();
         if (++m_calls == m_throwAt) throw std::runtime_error("enough");
     }
+    void CountThread() {
+        if (std::this_thread::get_id() != m_own) ++elsewhere;
+    }
     int m_throwAt, m_calls = 0;
+    std::thread::id m_own = std::this_thread::get_id();
 };
 
 TEST(C3ds2Pov, WritesSceneAndPicturesAndTellsTheFlow) {
@@ -100,6 +109,32 @@ TEST(C3ds2Pov, BothFormsWriteTheSame) {
                                  file_util_ex::ConvertFromUTF8W(folder / "a.pov"), {}, nullptr));
     EXPECT_EQ(CTestFolder::TextOf(folder / "a.pov"), first);
     EXPECT_NE(first.find("image_map"), std::string::npos);
+}
+
+// A window repaints while work goes on elsewhere; what the flow is told comes to the window's own thread.
+TEST(C3ds2Pov, LongWorkOnAnotherThreadChangesNothing) {
+    const CTestFolder folder;
+    auto scene = CSceneReader::ReadFile(AddModel(folder));
+    ASSERT_TRUE(scene.HasValue());
+    Lib3dsFile* file = scene.Value().File();
+    const CTexturesOfScene known(file, scene.Value().Textures());
+    ASSERT_TRUE(C3ds2Pov::TryExport(file, folder / "a.pov", {}, nullptr).HasValue());
+    const std::string plain = CTestFolder::TextOf(folder / "a.pov");
+    CFlow flow;
+    int runs = 0;
+    {
+        const CPovLongWork beside([&](const CPovLongWork::CWork& work) {
+            ++runs;
+            std::async(std::launch::async, work).get();
+        });
+        ASSERT_TRUE(C3ds2Pov::TryExport(file, folder / "a.pov", {}, &flow).HasValue());
+        EXPECT_FALSE(C3ds2Pov::TryExport(file, folder / "none/a.pov", {}, nullptr).HasValue());
+    }
+    EXPECT_GE(runs, 5);  // preparing, the meshes, writing them, pictures, names
+    EXPECT_EQ(flow.elsewhere, 0);
+    EXPECT_EQ(CTestFolder::TextOf(folder / "a.pov"), plain);
+    CPovLongWork::Run([&] { runs = 0; });
+    EXPECT_EQ(runs, 0) << "in force beyond its life";
 }
 
 TEST(C3ds2Pov, CommaLocaleChangesNothing) {

@@ -8,6 +8,7 @@
 #include <wx/textctrl.h>
 #include <wx/uiaction.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -19,6 +20,7 @@
 #include "export/ui/CPOVRaySettingsDlg.h"
 #include "export/ui/CPovExportDialog.h"
 #include "export/ui/pov_export_command.h"
+#include "model/rotation_of_angles.h"
 #include "platform/CModalDriver.h"
 #include "platform/CTestFolder.h"
 #include "platform/CUserPrompt.h"
@@ -231,6 +233,30 @@ TEST_F(CExportWxTest, WritesWhatTheViewShowsAndClosesOnlyThen) {
     ASSERT_TRUE(C3ds2Pov::TryExport(window.Engine().Get3dsFile(), folder / "expected.pov", format, nullptr));
     EXPECT_EQ(Read(output), Read(folder / "expected.pov"));
     EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(CExportWxTest, WritesAModelThatTheMouseTurnedAsItIsSeen) {
+    const CTrackBall& ball = window.View().GetTrackBall();
+    const wxSize canvas = window.View().GetCanvas()->GetWindow()->GetClientSize();
+    window.MoveTo(canvas.x / 2, canvas.y / 2);
+    window.Hand().MouseDown();
+    ASSERT_TRUE(CViewWindow::WaitFor([&] { return window.View().GetDragState() == EDragState::Dragging; }));
+    window.MoveTo(canvas.x / 2 + 40, canvas.y / 2 + 30);
+    ASSERT_TRUE(CViewWindow::WaitFor([&] { return ball.Matrix()[0] < 0.99F; }));
+    window.Hand().MouseUp();
+    ASSERT_TRUE(CViewWindow::WaitFor([&] { return window.View().GetDragState() == EDragState::Idle; }));
+    Export({IsFinished(), CModalDriver::Press(WXK_ESCAPE)});
+
+    // The camera goes round the model the other way: it stands where what is seen from above turns up from.
+    const std::string text = Read(output);
+    const std::size_t eye = text.find("Eye=Center+");
+    ASSERT_NE(eye, std::string::npos);
+    CVec3 back;
+    ASSERT_EQ(std::sscanf(&text[eye], "Eye=Center+<%f,%f,%f>", &back.x, &back.y, &back.z), 3);
+    const CVec3 above = (CMat4{ball.Matrix()} * RotationOfAngles(20, 0, 30)).TransformDirection(back);
+    EXPECT_NEAR(above.x, 0, 1e-3F);
+    EXPECT_NEAR(above.y, 0, 1e-3F);
+    EXPECT_NEAR(above.z, 1, 1e-3F);
 }
 
 TEST_F(CExportWxTest, AFailureEndsAsSilentlyAsASuccess) {

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <thread>
@@ -134,6 +136,23 @@ TEST(AtomicFileTest, GathersSmallWritesInOrderAndShowsThemOnlyAtCommit) {
     EXPECT_TRUE(CTestFolder::TextOf(folder / "file") == expected);
     EXPECT_FALSE(file.Commit()) << "a second commit would be a mistake of ours";
     EXPECT_TRUE(CTestFolder::TextOf(folder / "file") == expected);
+}
+
+TEST(AtomicFileTest, LeavesNothingWhenTheProcessIsKilled) {
+    const CTestFolder folder;
+    const int nameless = ::open(folder.Path().c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0600);
+    if (nameless < 0) GTEST_SKIP() << "this file system has no files without names";
+    ::close(nameless);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        auto file = CAtomicFile::Create(folder / "file");
+        if (file && file.Value().Write(std::string(200000, 'a'))) ::raise(SIGKILL);
+        ::_exit(1);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFSIGNALED(status)) << "it could not even write";
+    EXPECT_EQ(folder.Count(), 0U);
 }
 
 TEST(AtomicFileTest, WritesThroughALinkAlsoToAFileThatIsNotThereYet) {

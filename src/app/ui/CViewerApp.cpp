@@ -50,7 +50,13 @@ constexpr const char* kConvertText = lng::Mark(
 wxIMPLEMENT_APP_NO_MAIN(CViewerApp);
 
 int main(int argc, char** argv) {
-    const int code = wxEntry(argc, argv);
+    // As names of files are, whatever the locale: the toolkit takes them for Latin-1 in that of scripts, "C".
+    std::vector<std::wstring> arguments;
+    for (int i = 0; i < argc; ++i) arguments.push_back(file_util_ex::ConvertFromUTF8W(argv[i]));
+    std::vector<wchar_t*> pointers;
+    for (std::wstring& argument : arguments) pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    const int code = wxEntry(argc, pointers.data());
     return s_exitCode.value_or(code);
 }
 

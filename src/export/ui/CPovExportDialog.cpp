@@ -6,18 +6,21 @@
 #include <wx/sizer.h>
 #include <wx/statline.h>
 
+#include "export/CPovLongWork.h"
 #include "export/ui/CPovExportProgCtrl.h"
 #include "platform/CUserPrompt.h"
 #include "platform/lng.h"
 #include "platform/std_file_paths.h"
 #include "platform/ui/accessible_name.h"
 #include "settings/CSettings.h"
+#include "view/ui/run_beside_windows.h"
 
 namespace {
 
 constexpr int kIdExport = 1001;
 constexpr int kStartDelayMs = 200;
 constexpr std::chrono::milliseconds kAppearLimit(2000);
+constexpr std::chrono::milliseconds kServeLimit(50);
 constexpr wchar_t kPovRayDownload[] = L"https://www.povray.org/download/";
 
 }  // namespace
@@ -68,6 +71,10 @@ void CPovExportDialog::EndModal(int code) {
 void CPovExportDialog::Export() {
     const CBusyCursor cursor;
     m_bar->ShowNow(kAppearLimit);  // on a busy machine the delay was too short
+    // The exporter works on a thread of its own between two calls of the flow, which come here.
+    const CPovLongWork beside([this](const CPovLongWork::CWork& work) {
+        RunBesideWindows(work, [this] { m_bar->ShowNow(kServeLimit); });
+    });
     // Nobody looks at the result: the window says only that the export has ended.
     (void)C3ds2Pov::Export(m_scene, CSettings::Instance().povLastName, m_format, this);
 }

@@ -6,9 +6,8 @@
 #include <chrono>
 
 /**
- * The progress bar of the POV-Ray export. The export keeps the thread of the windows, so the bar itself has
- * its window painted, and has what the user does meanwhile heard at once instead of when the export has
- * ended.
+ * The progress bar of the POV-Ray export. The export comes back to the event loop only when it has ended, so
+ * the bar itself has its window painted, and has what the user does meanwhile heard at once.
  */
 class CPovExportProgCtrl final : public wxGauge {
   public:

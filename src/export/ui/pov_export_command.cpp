@@ -9,10 +9,12 @@
 #include "engine/C3dsDisplayWrap.h"
 #include "export/pov_export_format.h"
 #include "export/ui/CPovExportDialog.h"
+#include "platform/CUserPrompt.h"
 #include "platform/lng.h"
 #include "platform/ui/CBXFileDialogI.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
+#include "view/ui/run_beside_windows.h"
 
 namespace {
 
@@ -54,6 +56,15 @@ class CStillView {
     bool m_rotates, m_plays;
 };
 
+/** The view's scene, complete; null without one. To complete a large one takes its time. */
+Lib3dsFile* SceneOf(CViewer3DSWindowHandler& view) {
+    const CBusyCursor cursor;
+    const CStillView still(view);
+    Lib3dsFile* scene = nullptr;
+    RunBesideWindows([&] { scene = view.GetEngine().Get3dsFile(); }, {});
+    return scene;
+}
+
 /** Sees to it that CSettings::povLastName is where to export to. False when the user cancels. */
 bool ChooseOutput(CSettings& settings, wxWindow& parent) {
     if (pov_export_format::TakesLastName(settings)) return true;
@@ -69,15 +80,16 @@ bool ChooseOutput(CSettings& settings, wxWindow& parent) {
 
 void RunPovExport(const std::wstring& modelPath, CViewer3DSWindowHandler& view, wxWindow& parent) {
     C3dsDisplayWrap& engine = view.GetEngine();
-    if (modelPath.empty() || !engine.Get3dsFile()) return;
+    if (modelPath.empty() || !SceneOf(view)) return;
     CSettings& settings = CSettings::Instance();
     C3ds2Pov::COutFormat format = pov_export_format::Make(
         settings, engine.GetCameraName(), {engine.GetBKRValue(), engine.GetBKGValue(), engine.GetBKBValue()},
         {engine.GetFileBKRValue(), engine.GetFileBKGValue(), engine.GetFileBKBValue()});
     if (!ChooseOutput(settings, parent)) return;
     // Only now: behind the dialog the model may have gone on turning.
-    pov_export_format::SetAngles(format, engine.GetCameraName(), engine.GetRotAngleX(), engine.GetRotAngleY(),
-                                 engine.GetRotAngleZ());
+    const auto [x, y, z] = pov_export_format::WithTrackBall(
+        {engine.GetRotAngleX(), engine.GetRotAngleY(), engine.GetRotAngleZ()}, view.GetTrackBall().Matrix());
+    pov_export_format::SetAngles(format, engine.GetCameraName(), x, y, z);
     pov_export_format::SetLighting(format, settings);
     parent.Refresh(false);
     const CStillView still(view);
