@@ -5,7 +5,6 @@
 #include <new>
 
 #include "export/C3ds2PovExportFlow.h"
-#include "export/CPovLongWork.h"
 #include "export/CPovWriter.h"
 #include "model/CLib3dsMatUtil.h"
 #include "model/CScene.h"
@@ -53,7 +52,7 @@ CStatus Write(const CScene& scene, const std::string& output, const C3ds2Pov::CO
     CPrepareOptions options;
     options.loadTextures = true;  // without pictures too: materials may be black where they are missing
     CPreparedScene prepared;
-    CPovLongWork::Run([&] { prepared = PrepareScene(scene, options); });
+    C3ds2PovExportFlow::Do(flow, [&] { prepared = PrepareScene(scene, options); });
     return CPovWriter(prepared, scene.Textures(), format).Write(output, flow);
 }
 
@@ -64,7 +63,7 @@ CStatus C3ds2Pov::TryExport(Lib3dsFile* file, const std::string& output, const C
     return Guarded(flow, output, [&]() -> CStatus {
         if (file == nullptr) return CError{EErrorCode::BadArgument, "there is no scene to export", output};
         CScene scene;
-        CPovLongWork::Run([&] { scene = CScene::Borrow(*file); });
+        C3ds2PovExportFlow::Do(flow, [&] { scene = CScene::Borrow(*file); });
         scene.SetTextures(CTexturesOfScene::Find(file));
         return Write(scene, output, format, flow);
     });

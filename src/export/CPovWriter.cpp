@@ -9,7 +9,6 @@
 
 #include "engine/material_kinds.h"
 #include "export/C3ds2PovExportFlow.h"
-#include "export/CPovLongWork.h"
 #include "export/pov_lights.h"
 #include "export/pov_maps.h"
 #include "export/pov_mesh2.h"
@@ -57,10 +56,10 @@ void WriteMatrix(CPovText& text, const CMat4& m) {
     }
 }
 
-/** CPovLongWork::Run with a result. */
-CStatus Beside(const std::function<CStatus()>& work) {
+/** C3ds2PovExportFlow::Do with a result. */
+CStatus Try(C3ds2PovExportFlow* flow, const std::function<CStatus()>& work) {
     CStatus status = CDone{};
-    CPovLongWork::Run([&] { status = work(); });
+    C3ds2PovExportFlow::Do(flow, [&] { status = work(); });
     return status;
 }
 
@@ -99,7 +98,7 @@ CStatus CPovWriter::Write(const std::string& output, C3ds2PovExportFlow* flow) {
 
     CPovPictures pictures(m_scene, m_locator, output);
     CPovMaterials materials(m_scene, m_format, pictures);
-    CPovLongWork::Run([&] {
+    C3ds2PovExportFlow::Do(flow, [&] {
         CollectJobs();
         UseMaterials(materials);
     });
@@ -108,11 +107,11 @@ CStatus CPovWriter::Write(const std::string& output, C3ds2PovExportFlow* flow) {
     if (flow) flow->Step();
     if (CStatus status = WriteMeshes(file.Value(), flow); !status) return status;
     for (std::size_t i = 0; i < pictures.Count(); ++i) {
-        if (CStatus status = Beside([&] { return pictures.Stage(i); }); !status) return status;
+        if (CStatus status = Try(flow, [&] { return pictures.Stage(i); }); !status) return status;
         if (flow) flow->Step();
     }
     if (flow) flow->Message(static_cast<int>(m_scene.triangleCount));
-    return Beside([&] {
+    return Try(flow, [&] {
         const CStatus status = pictures.Commit();
         return status ? file.Value().Commit() : status;
     });
@@ -192,10 +191,11 @@ CStatus CPovWriter::WriteMeshes(CAtomicFile& file, C3ds2PovExportFlow* flow) {
             triangles += m_scene.meshes[m_jobs[last].mesh].IndexCount() / 3;
         }
         std::vector<CPovText> texts(last - first);
-        CPovLongWork::Run(
-            [&] { ParallelFor(texts.size(), 0, [&](std::size_t i) { texts[i] = JobText(first + i); }); });
+        C3ds2PovExportFlow::Do(flow, [&] {
+            ParallelFor(texts.size(), 0, [&](std::size_t i) { texts[i] = JobText(first + i); });
+        });
         for (const CPovText& text : texts) {
-            if (CStatus status = Beside([&] { return file.Write(text.View()); }); !status) return status;
+            if (CStatus status = Try(flow, [&] { return file.Write(text.View()); }); !status) return status;
             if (flow) flow->Step();
         }
         first = last;

@@ -101,10 +101,11 @@ TEST_P(FacesOf, FirstMesh) {
 }
 INSTANTIATE_TEST_SUITE_P(
     CObjConv3ds, FacesOf,
-    testing::ValuesIn(std::vector<CTextCase>{{"Triangle", kSquare + "f 1 2 3\n", "0 1 2,"},
+    testing::ValuesIn(std::vector<CTextCase>{
+        {"Triangle", kSquare + "f 1 2 3\n", "0 1 2,"},
         {"CountedBack", kSquare + "f -4 -3 -2\n", "0 1 2,"},
         {"CountedBackAmidVertices", "v 0 0 0\nv 1 0 0\nv 1 1 0\nf -1 -2 -3\nv 0 1 0\nf 1 -2 -1\n",
-                  "0 1 2,2 0 3,"},
+         "0 1 2,2 0 3,"},
         {"NoLineEnd", kSquare + "f 1 2 3", "0 1 2,"},
         {"DosLineEnds", "v 0 0 0\r\nv 1 0 0\r\nv 1 1 0\r\nf 1 2 3\r\n", "0 1 2,"},
         {"OldMacLineEnds", "v 0 0 0\rv 1 0 0\rv 1 1 0\rf 1 2 3\r", "0 1 2,"},
@@ -114,17 +115,14 @@ INSTANTIATE_TEST_SUITE_P(
         {"BlanksAndTabs", "  v\t0  0 0 \n\tv 1 0 0\nv 1 1 0\n  f  1\t2   3  \n", "0 1 2,"},
         {"ShorterDiagonal", "v 0 0 0\nv 3 0 0\nv 4 1 0\nv 1 1 0\nf 1 2 3 4\n", "0 1 2,1 3 2,"},
         {"RepeatedCornerLeftOut", kSquare + "f 1 2 2\nf 1 2 3\n", "0 1 2,"},
-        {"SamePlaceIsOnePoint",
-                  "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 0 -0\nv 1 1 0\nv 0 1 0\nf 1 2 3\nf 4 5 6\n",
-                  "0 1 2,0 2 3,"},
+        {"SamePlaceIsOnePoint", "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 0 -0\nv 1 1 0\nv 0 1 0\nf 1 2 3\nf 4 5 6\n",
+         "0 1 2,0 2 3,"},
         {"OtherTexelIsAnotherPoint", kSquare + "vt 0 0\nvt 1 1\nf 1/1 2/1 3/1\nf 1/2 3/1 4/1\n",
-                  "0 1 2,3 2 4,"},
-        {"EqualTexelsAreOne", kSquare + "vt 0 0\nvt 0 0\nf 1/1 2/1 3/1\nf 1/2 3/2 4/2\n",
-                  "0 1 2,0 2 3,"},
+         "0 1 2,3 2 4,"},
+        {"EqualTexelsAreOne", kSquare + "vt 0 0\nvt 0 0\nf 1/1 2/1 3/1\nf 1/2 3/2 4/2\n", "0 1 2,0 2 3,"},
         {"ImpossibleTexelIgnored", kSquare + "vt 0 0\nf 1/9 2/1 3/-7\n", "0 1 2,"},
         {"ImpossibleCornersLeftOut",
-                  kSquare + "f 1 2 9\nf 0 1 2\nf -5 1 2\nf 1 2 99999999999999\nf 1 x 2\nf 1 2 4\n",
-                  "0 1 2,"}}),
+         kSquare + "f 1 2 9\nf 0 1 2\nf -5 1 2\nf 1 2 99999999999999\nf 1 x 2\nf 1 2 4\n", "0 1 2,"}}),
     CaseName<CTextCase>);
 
 TEST(CObjConv3ds, TellsHowManyFacesAreLeftOut) {
@@ -218,17 +216,17 @@ TEST_P(SolidsOf, FirstMesh) {
 }
 INSTANTIATE_TEST_SUITE_P(
     CObjConv3ds, SolidsOf,
-    testing::ValuesIn(std::vector<CSolidCase>{{"EachPointOnce", kSquare + "p 1 2\n p -3 4/7\n", 24, SolidNote(3, 0)},
-        {"EachPieceOnce", kSquare + "l 1 2 3\nl 2 \\\n1\nl 3/1/1 3 4/1\nl 4\n", 24,
-                   SolidNote(0, 3)},
+    testing::ValuesIn(std::vector<CSolidCase>{
+        {"EachPointOnce", kSquare + "p 1 2\n p -3 4/7\n", 24, SolidNote(3, 0)},
+        {"EachPieceOnce", kSquare + "l 1 2 3\nl 2 \\\n1\nl 3/1/1 3 4/1\nl 4\n", 24, SolidNote(0, 3)},
         {"VerticesAlone", "vn 0 0 1\n" + kSquare, 32, SolidNote(4, 0)},
         {"NotWhatFacesHave", kSquare + "f 1 2 3 4\np 1 2 3 4\nl 4 3 2 1 4\n", 2, ""},
         {"PlacesCount", kSquare + "v 1 1 -0\np 5\nl 5 4\nf 1 2 3 4\n", 2, ""},
         {"WhatFacesLack", kSquare + "v 0 0 1\nf 1 2 3 4\np 5\nl 1 3\n", 18, SolidNote(1, 1)},
-        {"BesideTexels", kSquare + "vt 0 1\nvn 0 0 1\nl 1 3\nf 1/1/1 2/1/1 3/1/1 4/1/1\nl 2 4\n",
-                   18, SolidNote(0, 2)},
+        {"BesideTexels", kSquare + "vt 0 1\nvn 0 0 1\nl 1 3\nf 1/1/1 2/1/1 3/1/1 4/1/1\nl 2 4\n", 18,
+         SolidNote(0, 2)},
         {"ImpossibleLeftOut", kSquare + "p 1 9\nl 1 0\n", 8,
-                   "Points and lines with impossible corners, left out: 2"},
+         "Points and lines with impossible corners, left out: 2"},
         {"LineTooLong", kSquare + "p" + std::string(1'100'000, ' ') + "1\n", 32, SolidNote(4, 0)}}),
     CaseName<CSolidCase>);
 
@@ -278,12 +276,13 @@ TEST_P(SolidShapeOf, ClosedAndSeenFromOutside) {
     }
 }
 INSTANTIATE_TEST_SUITE_P(CObjConv3ds, SolidShapeOf,
-                         testing::ValuesIn(std::vector<CTextCase>{{"Point", "v 1 2 3\n", ""},
-                                         {"Line", "v 1 2 3\nv 4 4 4\nl 1 2\n", ""},
-                                         {"UprightLine", "v 0 1 0\nv 0 0 0\nl 1 2\n", ""},
-                                         {"FarOut", "v 4000000 0 0\nv 4000001 0 0\n", ""},
-                                         {"ManyPoints", ManyOf(false, 50'001), ""},
-                                         {"ManyLines", ManyOf(true, 50'001), ""}}),
+                         testing::ValuesIn(std::vector<CTextCase>{
+                             {"Point", "v 1 2 3\n", ""},
+                             {"Line", "v 1 2 3\nv 4 4 4\nl 1 2\n", ""},
+                             {"UprightLine", "v 0 1 0\nv 0 0 0\nl 1 2\n", ""},
+                             {"FarOut", "v 4000000 0 0\nv 4000001 0 0\n", ""},
+                             {"ManyPoints", ManyOf(false, 50'001), ""},
+                             {"ManyLines", ManyOf(true, 50'001), ""}}),
                          CaseName<CTextCase>);
 
 TEST(CObjConv3ds, TooManyPointsDoNotHideTheFaces) {
@@ -316,18 +315,19 @@ TEST_P(NamesOf, AllMeshes) {
 }
 INSTANTIATE_TEST_SUITE_P(
     CObjConv3ds, NamesOf,
-    testing::ValuesIn(std::vector<CTextCase>{{"None", "f 1 2 3\n", "Object:1 "},
+    testing::ValuesIn(std::vector<CTextCase>{
+        {"None", "f 1 2 3\n", "Object:1 "},
         {"GroupsComeBack", "g a\nf 1 2 3\ng b\nf 1 2 4\ng a\nf 2 3 4\n", "a:2 b:1 "},
         {"Objects", "o car\nf 1 2 3\no\ndog\no dog\nf 1 2 3\n", "car:1 dog:1 "},
         {"GroupInObject", "o car\ng door\nf 1 2 3\no van\nf 1 2 3\ng van_roof\nf 1 2 3\n",
-                  "car_door:1 van:1 van_roof:1 "},
+         "car_door:1 van:1 van_roof:1 "},
         {"SeveralGroups", "g left wheel\nf 1 2 3\n", "left wheel:1 "},
         {"GroupWithoutName", "g a\nf 1 2 3\ng\nf 1 2 4\n", "a:1 Object:1 "},
         {"LongNamesStayApart",
-                  "g " + std::string(80, 'x') + "1\nf 1 2 3\ng " + std::string(80, 'x') + "2\nf 1 2 3\n",
-                  std::string(63, 'x') + ":1 " + std::string(61, 'x') + "#2:1 "},
+         "g " + std::string(80, 'x') + "1\nf 1 2 3\ng " + std::string(80, 'x') + "2\nf 1 2 3\n",
+         std::string(63, 'x') + ":1 " + std::string(61, 'x') + "#2:1 "},
         {"Utf8NotCutInside", "g " + std::string(62, 'x') + "\xC3\xA4\nf 1 2 3\n",
-                  std::string(62, 'x') + ":1 "},
+         std::string(62, 'x') + ":1 "},
         {"EmptyGroupsGiveNone", "g a\ng b\nf 1 2 3\n", "b:1 "}}),
     CaseName<CTextCase>);
 
@@ -344,17 +344,18 @@ TEST_P(SmoothingOf, FirstMesh) {
 }
 INSTANTIATE_TEST_SUITE_P(
     CObjConv3ds, SmoothingOf,
-    testing::ValuesIn(std::vector<CTextCase>{{"GroupsKept", kRoof + "s 1\nf 1 2 3\ns 32\nf 1 2 5\ns off\nf 1 2 4\ns 3\nf 1 2 6\n",
-                  "1 2147483648 0 4 "},
+    testing::ValuesIn(std::vector<CTextCase>{
+        {"GroupsKept", kRoof + "s 1\nf 1 2 3\ns 32\nf 1 2 5\ns off\nf 1 2 4\ns 3\nf 1 2 6\n",
+         "1 2147483648 0 4 "},
         {"GroupsOver32", kRoof + "s 1\nf 1 2 3\nf 1 3 4\ns 33\nf 2 1 6\nf 2 6 5\ns 0\nf 1 2 4\n",
-                  "1 1 2 2 0 "},
+         "1 1 2 2 0 "},
         {"OnMeansOne", kRoof + "s on\nf 1 2 3\nf 2 1 5\n", "1 1 "},
         {"OffWithoutNormals", kRoof + "s off\nf 1 2 3 4\n", "0 0 "},
         {"CreaseWithoutAWord", kRoof + "f 1 2 3 4\nf 2 1 6 5\n", "1 1 2 2 "},
         {"HardByNormals", kRoof + "f 1//1 2//1 3//1 4//1\nf 2//2 1//2 6//2 5//2\n", "1 1 2 2 "},
         {"SmoothByNormals", kRoof + "f 1//3 2//3 3//1 4//1\nf 2//3 1//3 6//2 5//2\n", "1 1 1 1 "},
         {"NormalsBeatASingleGroup", kRoof + "s 1\nf 1//1 2//1 3//1 4//1\nf 2//2 1//2 6//2 5//2\n",
-                  "1 1 2 2 "},
+         "1 1 2 2 "},
         {"NormalsBeatOff", kRoof + "s off\nf 1//3 2//3 3//1\nf 2//3 1//3 6//2\n", "1 1 "},
         {"LoneFaceIsFlat", kRoof + "f 1//1 2//1 3//1\nf 2//2 1//2 6//2\n", "0 0 "}}),
     CaseName<CTextCase>);
@@ -402,20 +403,21 @@ TEST_P(MapOf, Diffuse) {
     // At u = 0 the picture is met at the file's offset.
     EXPECT_NEAR(map.scale[0] * (0 - 0.5f - map.offset[0]) + 0.5f, GetParam().offsetU, 1e-6);
 }
-INSTANTIATE_TEST_SUITE_P(
-    CObjConv3ds, MapOf,
-    testing::ValuesIn(std::vector<CMapCase>{{"Plain", "map_Kd wood.jpg", "wood.jpg", 1, 0},
-                    {"Blanks", "map_Kd  my wood.jpg \t", "my wood.jpg", 1, 0},
-                    {"DosPath", "map_Kd C:\\maps\\wood.jpg", "wood.jpg", 1, 0},
-                    {"Quotes", "map_Kd \"a/wood.jpg\"", "wood.jpg", 1, 0},
-                    {"ScaleAndOffset", "map_Kd -s 2 2 1 -o 0.25 0 0 wood.jpg", "wood.jpg", 2, 0.25f},
-                    {"ShortScale", "map_Kd -s 4 wood.jpg", "wood.jpg", 4, 0},
-                    {"OptionsOfNoUse", "map_Kd -cc on -mm 0 1 -texres 64 wood.jpg", "wood.jpg", 1, 0},
-                    {"OptionsBehind", "map_Kd my wood.jpg -s 3 3", "my wood.jpg", 3, 0},
-                    {"OtherCase", "MAP_KD wood.jpg", "wood.jpg", 1, 0},
-                    {"AmbientMapInstead", "map_Ka wood.jpg", "wood.jpg", 1, 0},
-                    {"AbsurdScale", "map_Kd -s 0 0 0 wood.jpg", "wood.jpg", 1, 0}}),
-    CaseName<CMapCase>);
+INSTANTIATE_TEST_SUITE_P(CObjConv3ds, MapOf,
+                         testing::ValuesIn(std::vector<CMapCase>{
+                             {"Plain", "map_Kd wood.jpg", "wood.jpg", 1, 0},
+                             {"Blanks", "map_Kd  my wood.jpg \t", "my wood.jpg", 1, 0},
+                             {"DosPath", "map_Kd C:\\maps\\wood.jpg", "wood.jpg", 1, 0},
+                             {"Quotes", "map_Kd \"a/wood.jpg\"", "wood.jpg", 1, 0},
+                             {"ScaleAndOffset", "map_Kd -s 2 2 1 -o 0.25 0 0 wood.jpg", "wood.jpg", 2, 0.25f},
+                             {"ShortScale", "map_Kd -s 4 wood.jpg", "wood.jpg", 4, 0},
+                             {"OptionsOfNoUse", "map_Kd -cc on -mm 0 1 -texres 64 wood.jpg", "wood.jpg", 1,
+                              0},
+                             {"OptionsBehind", "map_Kd my wood.jpg -s 3 3", "my wood.jpg", 3, 0},
+                             {"OtherCase", "MAP_KD wood.jpg", "wood.jpg", 1, 0},
+                             {"AmbientMapInstead", "map_Ka wood.jpg", "wood.jpg", 1, 0},
+                             {"AbsurdScale", "map_Kd -s 0 0 0 wood.jpg", "wood.jpg", 1, 0}}),
+                         CaseName<CMapCase>);
 
 TEST(CObjConv3ds, ReadsTheOtherMaps) {
     const CConverted c =
@@ -448,11 +450,11 @@ TEST_P(OpacityOf, Material) {
 }
 INSTANTIATE_TEST_SUITE_P(CObjConv3ds, OpacityOf,
                          testing::ValuesIn(std::vector<COpacityCase>{{"Dissolve", "d 0.25\n", 0.75f},
-                                         {"Halo", "d -halo 0.5\n", 0.5f},
-                                         {"DissolveWins", "Tr 1\nd 1\n", 0},
-                                         {"LoneTrOneIsOpaque", "Tr 1.0\n", 0},
-                                         {"NoNumber", "d x\n", 0},
-                                         {"OutOfRange", "d 7\n", 0}}),
+                                                                     {"Halo", "d -halo 0.5\n", 0.5f},
+                                                                     {"DissolveWins", "Tr 1\nd 1\n", 0},
+                                                                     {"LoneTrOneIsOpaque", "Tr 1.0\n", 0},
+                                                                     {"NoNumber", "d x\n", 0},
+                                                                     {"OutOfRange", "d 7\n", 0}}),
                          CaseName<COpacityCase>);
 
 // ---- files
@@ -522,15 +524,15 @@ TEST_P(ErrorOf, WholeText) {
 }
 INSTANTIATE_TEST_SUITE_P(
     CObjConv3ds, ErrorOf,
-    testing::ValuesIn(std::vector<CTextCase>{{"Empty", "", "The file has no faces, lines or points"},
+    testing::ValuesIn(std::vector<CTextCase>{
+        {"Empty", "", "The file has no faces, lines or points"},
         {"NoLength", kSquare + "l 1 1\n", "The file has no faces, lines or points"},
         {"ImpossiblePoint", kSquare + "p 5\n", "No face of the file can be drawn"},
         {"NoVertices", "f 1 2 3\n", "No face of the file can be drawn"},
         {"NotANumber", "v 0 0 0\nv 1 nan 0\nv 1 1 0\nf 1 2 3\n", "No face of the file can be drawn"},
         {"Infinite", "v 0 0 0\nv 1 -INF 0\nv 1 1 0\nf 1 2 3\n", "No face of the file can be drawn"},
         {"TooLarge", "v 0 0 0\nv 1 1e999 0\nv 1 1 0\nf 1 2 3\n", "No face of the file can be drawn"},
-        {"AllTheSamePoint", "v 0 0 0\nv 0 0 0\nv 0 0 0\nf 1 2 3\n",
-                  "No face of the file can be drawn"}}),
+        {"AllTheSamePoint", "v 0 0 0\nv 0 0 0\nv 0 0 0\nf 1 2 3\n", "No face of the file can be drawn"}}),
     CaseName<CTextCase>);
 
 TEST(CObjConv3ds, CommentsWithAnNDoNotSpoilNumbers) {

@@ -6,7 +6,6 @@
 #include <wx/sizer.h>
 #include <wx/statline.h>
 
-#include "export/CPovLongWork.h"
 #include "export/ui/CPovExportProgCtrl.h"
 #include "platform/CUserPrompt.h"
 #include "platform/lng.h"
@@ -71,10 +70,6 @@ void CPovExportDialog::EndModal(int code) {
 void CPovExportDialog::Export() {
     const CBusyCursor cursor;
     m_bar->ShowNow(kAppearLimit);  // on a busy machine the delay was too short
-    // The exporter works on a thread of its own between two calls of the flow, which come here.
-    const CPovLongWork beside([this](const CPovLongWork::CWork& work) {
-        RunBesideWindows(work, [this] { m_bar->ShowNow(kServeLimit); });
-    });
     // Nobody looks at the result: the window says only that the export has ended.
     (void)C3ds2Pov::Export(m_scene, CSettings::Instance().povLastName, m_format, this);
 }
@@ -95,6 +90,10 @@ void CPovExportDialog::Begin(int steps) {
 
 void CPovExportDialog::Step() {
     m_bar->Step();
+}
+
+void CPovExportDialog::Work(const std::function<void()>& work) {
+    RunBesideWindows(work, [this] { m_bar->ShowNow(kServeLimit); });
 }
 
 void CPovExportDialog::Finished() {

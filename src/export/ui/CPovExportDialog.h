@@ -36,6 +36,7 @@ class CPovExportDialog final : public wxDialog, private C3ds2PovExportFlow {
     void Step() override;
     void Finished() override;
     void Message(int) override {}
+    void Work(const std::function<void()>& work) override;
 
     C3ds2Pov::COutFormat m_format;
     Lib3dsFile* m_scene;
