@@ -162,18 +162,17 @@ void CFileCommands::AskAndSave(const CSaveDialog& dialog) {
 }
 
 void CFileCommands::Save(const std::wstring& path) {
-    std::string reason;
+    std::wstring reason;
     RepaintWindows();  // or the dialog's picture stays over the view until the end
     {
         const CBusyCursor cursor;
         const CStatus saved = m_view.SaveToPath(path);
-        if (!saved) reason = saved.Error().Text();
+        if (!saved) reason = lng::Text(saved.Error());
     }
     m_folderModels = static_cast<unsigned>(folder_models::ListBeside(m_path).size());
     m_client.OnModelChanged();
     if (reason.empty()) return;
-    CUserPrompt::Instance().ShowMessage(lng::Text("The file could not be saved.") + L"\n" +
-                                        lng::ConvertFromUTF8(reason));
+    CUserPrompt::Instance().ShowMessage(lng::Text("The file could not be saved.") + L"\n" + reason);
 }
 
 void CFileCommands::DeleteFile() {
