@@ -7,6 +7,7 @@
 #include <wx/log.h>
 #include <wx/msgout.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -22,6 +23,8 @@
 #include "platform/process_memory.h"
 #include "platform/std_file_paths.h"
 #include "platform/ui/CWxUserPrompt.h"
+#include "platform/ui/end_signals.h"
+#include "platform/ui/show_first.h"
 #include "settings/CSettings.h"
 
 namespace {
@@ -82,16 +85,17 @@ void CViewerApp::CleanUp() {
 }
 
 void CViewerApp::OnInitCmdLine(wxCmdLineParser& parser) {
-    const auto parameter = [&parser](const char* description) {
-        parser.AddParam(lng::Text(description), wxCMD_LINE_VAL_STRING, wxCMD_LINE_PARAM_OPTIONAL);
+    const auto parameter = [&parser](const char* description, int flags) {
+        parser.AddParam(lng::Text(description), wxCMD_LINE_VAL_STRING, flags);
     };
     parser.AddSwitch("h", lng::Text("help"), lng::Text("Shows this help"), wxCMD_LINE_OPTION_HELP);
     parser.AddSwitch("c", lng::Text("convert"), lng::Text(kConvertText));
-    parameter(lng::Mark("3ds input file"));
-    parameter(lng::Mark("POV-Ray output file"));
+    parameter(lng::Mark("3ds input file"), wxCMD_LINE_PARAM_OPTIONAL);
+    // As many as there are: a path may hold more than one blank.
+    parameter(lng::Mark("POV-Ray output file"), wxCMD_LINE_PARAM_OPTIONAL | wxCMD_LINE_PARAM_MULTIPLE);
     parser.SetSwitchChars("-");
     // A message box would be the default, and there may be no windows.
-    delete wxMessageOutput::Set(new wxMessageOutputStderr(m_withoutWindows ? stdout : stderr));
+    delete wxMessageOutput::Set(new wxMessageOutputStderr);
 }
 
 bool CViewerApp::OnCmdLineParsed(wxCmdLineParser& parser) {
@@ -105,7 +109,10 @@ bool CViewerApp::OnCmdLineParsed(wxCmdLineParser& parser) {
     if (parser.Found("c")) {
         const std::optional<CConversionPaths> paths = ConversionPathsOf(parameters);
         m_convert = paths.has_value();
-        if (!m_convert) return false;
+        if (!m_convert) {
+            parser.Usage();
+            return false;
+        }
         m_inputPath = paths->input;
         m_outputPath = paths->output;
         return true;
@@ -117,6 +124,7 @@ bool CViewerApp::OnCmdLineParsed(wxCmdLineParser& parser) {
 
 bool CViewerApp::OnCmdLineHelp(wxCmdLineParser& parser) {
     s_exitCode = kExitDone;
+    delete wxMessageOutput::Set(new wxMessageOutputStderr(stdout));
     return wxApp::OnCmdLineHelp(parser);
 }
 
@@ -148,7 +156,8 @@ bool CViewerApp::ShowFrame() {
     }
     s_exitCode.reset();
     SetTopWindow(frame);
-    frame->Show();
+    ShowFirst(*frame);
+    EndOrderlyOnSignals();
     if (!m_inputPath.empty() && file_util_ex::DoesFileExist(m_inputPath)) {
         wxFileName path(m_inputPath);
         path.MakeAbsolute();  // the list of recent files outlives the current folder
@@ -158,18 +167,33 @@ bool CViewerApp::ShowFrame() {
     return true;
 }
 
+void CViewerApp::EndOrderlyOnSignals() {
+    std::atexit(
+        std_file_paths::DeleteTempDir);  // the toolkit's own way out when the display server goes away
+    WatchEndSignals([this](int signal) { EndBySignal(signal); });
+}
+
+void CViewerApp::EndBySignal(int signal) {
+    if (auto* frame = dynamic_cast<CAViewerFrame*>(GetTopWindow())) frame->KeepState();
+    KeepSettings();
+    std::signal(signal, SIG_DFL);
+    (void)std::raise(signal);  // whoever sent it sees what it did
+}
+
 void CViewerApp::LoadSettings() {
     (void)CSettings::LoadFile();  // without a file the defaults hold
     CSettings::Instance().ReadAll();
 }
 
+void CViewerApp::KeepSettings() {
+    CSettings& settings = CSettings::Instance();
+    if (settings.lastCamera == -1) settings.lastCamera = CSettings::kIsoCamera;
+    (void)settings.WriteAll();  // nobody is left to be told
+    std_file_paths::DeleteTempDir();
+}
+
 int CViewerApp::OnExit() {
-    if (!m_helpRequested && !m_convert) {
-        CSettings& settings = CSettings::Instance();
-        if (settings.lastCamera == -1) settings.lastCamera = CSettings::kIsoCamera;
-        (void)settings.WriteAll();  // nobody is left to be told
-        std_file_paths::DeleteTempDir();
-    }
+    if (!m_helpRequested && !m_convert) KeepSettings();
     CUserPrompt::Install(nullptr);
     return wxApp::OnExit();
 }

@@ -54,11 +54,11 @@ CFileCommands::CFileCommands(wxWindow& parent, CViewer3DSWindowHandler& view, CF
 
 bool CFileCommands::OpenByPath(const std::wstring& path) {
     if (m_busy) return false;
+    const CBusyCursor cursor;
     const bool shownAlready = path == m_view.GetPath();
     bool opened = false;
     {
         const CFlagGuard busy(m_busy);
-        const CBusyCursor cursor;
         opened = m_view.OpenModel(path.c_str());
     }
     if (file_util_ex::GetFileExt(path) != L"obj") {
