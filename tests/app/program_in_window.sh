@@ -30,11 +30,11 @@ start() {
     shift
     "$program" "$@" &
     process=$!
-    wait_for "the title" xdotool search --onlyvisible --pid "$process" --name "$title"
+    wait_for "the title" xdotool search --all --onlyvisible --pid "$process" --name "$title"
 }
 run() {
     start "$2" "$1"
-    window=$(xdotool search --onlyvisible --pid "$process" --name "$2" | tail -n 1)
+    window=$(xdotool search --all --onlyvisible --pid "$process" --name "$2" | tail -n 1)
     xdotool windowactivate --sync "$window" key Escape
     wait "$process" || fail "the program failed"
 }

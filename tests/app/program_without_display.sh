@@ -29,6 +29,9 @@ ends_with() {
     [ "$status" = "$wanted" ] || fail "$* ended with $status instead of $wanted"
 }
 cp "$model" "$home/my model.3ds"
+cp "$model" "$home/Kübel.3ds"
+LC_ALL=C ends_with 0 -c "$home/Kübel.3ds"
+[ -s "$home/Kübel.pov" ] || fail "the locale matters to names"
 ends_with 0 --help
 ends_with 0 -c "$home/my model.3ds"
 ends_with 0 -c "$home/my model.3ds" "$home/other.pov"

@@ -2,7 +2,6 @@
 #include "app/ui/CViewerApp.h"
 
 #include <wx/cmdline.h>
-#include <wx/filename.h>
 #include <wx/image.h>
 #include <wx/log.h>
 #include <wx/msgout.h>
@@ -10,8 +9,10 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <optional>
+#include <system_error>
 #include <vector>
 
 #include "app/command_line.h"
@@ -53,7 +54,13 @@ constexpr const char* kConvertText = lng::Mark(
 wxIMPLEMENT_APP_NO_MAIN(CViewerApp);
 
 int main(int argc, char** argv) {
-    const int code = wxEntry(argc, argv);
+    // The toolkit would take them for the locale's, which may be "C" while names are UTF-8.
+    std::vector<std::wstring> arguments;
+    for (int i = 0; i < argc; ++i) arguments.push_back(file_util_ex::ConvertFromUTF8W(argv[i]));
+    std::vector<wchar_t*> pointers;
+    for (std::wstring& argument : arguments) pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    const int code = wxEntry(argc, pointers.data());
     return s_exitCode.value_or(code);
 }
 
@@ -159,9 +166,10 @@ bool CViewerApp::ShowFrame() {
     ShowFirst(*frame);
     EndOrderlyOnSignals();
     if (!m_inputPath.empty() && file_util_ex::DoesFileExist(m_inputPath)) {
-        wxFileName path(m_inputPath);
-        path.MakeAbsolute();  // the list of recent files outlives the current folder
-        frame->OpenByPath(path.GetFullPath().ToStdWstring());
+        // The list of recent files outlives the current folder.
+        std::error_code error;
+        const std::string folder = std::filesystem::current_path(error).string();
+        frame->OpenByPath(file_util_ex::MakeAbsolute(file_util_ex::ConvertFromUTF8W(folder), m_inputPath));
     }
     m_inputPath.clear();
     return true;
