@@ -158,7 +158,6 @@ void CAViewerFrame::ApplySettings() {
     engine.SetShowAxis(settings.showAxis);
     m_view->SetWireframe(settings.wireFrame);
     m_view->SetRotate(settings.rotate);
-    ShowHint();
 }
 
 void CAViewerFrame::ShowHint() {
@@ -296,6 +295,10 @@ void CAViewerFrame::ShowRunning(int commandId) {
     ShowCommandStates();
 }
 
+void CAViewerFrame::OnOpening() {
+    m_view->SetHint({});  // somebody has done what it says
+}
+
 void CAViewerFrame::OnOpened() {
     if (CSettings::Instance().lastCamera != kCmdIsoCamera) ResetView();
 }
@@ -305,6 +308,7 @@ void CAViewerFrame::OnModelChanged() {
     const CPreparedScene* scene = engine.Prepared();
     const CSceneSummary summary = scene ? SummaryOf(*scene) : CSceneSummary{};
     m_state.hasModel = scene != nullptr;
+    if (!m_state.hasModel) ShowHint();
     m_state.hasNotes = !summary.lines.empty();
     m_state.folderModels = m_files->FolderModels();
     m_state.isAnimated = engine.HasAnimation();

@@ -74,6 +74,7 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
     void OnViewRightButtonDown() override;
     void ShowTitle(const std::wstring& title) override { SetTitle(title); }
     void ShowRunning(int commandId) override;
+    void OnOpening() override;
     void OnOpened() override;
     void OnModelChanged() override;
 

@@ -59,6 +59,7 @@ bool CFileCommands::OpenByPath(const std::wstring& path) {
     bool opened = false;
     {
         const CFlagGuard busy(m_busy);
+        m_client.OnOpening();
         opened = m_view.OpenModel(path.c_str());
     }
     if (file_util_ex::GetFileExt(path) != L"obj") {
