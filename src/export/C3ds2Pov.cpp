@@ -61,8 +61,7 @@ CStatus Write(const CScene& scene, const std::string& output, const C3ds2Pov::CO
 CStatus C3ds2Pov::TryExport(Lib3dsFile* file, const std::string& output, const COutFormat& format,
                             C3ds2PovExportFlow* flow) {
     return Guarded(flow, output, [&]() -> CStatus {
-        if (file == nullptr)
-            return CError{EErrorCode::BadArgument, lng::Mark("there is no scene to export"), output};
+        if (file == nullptr) return CError{EErrorCode::BadArgument, "there is no scene to export", output};
         CScene scene = CScene::Borrow(*file);
         scene.SetTextures(CTexturesOfScene::Find(file));
         return Write(scene, output, format, flow);

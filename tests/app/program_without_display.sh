@@ -29,14 +29,18 @@ ends_with() {
     [ "$status" = "$wanted" ] || fail "$* ended with $status instead of $wanted"
 }
 cp "$model" "$home/my model.3ds"
-cp "$model" "$home/Kübel.3ds"
-LC_ALL=C ends_with 0 -c "$home/Kübel.3ds"
-[ -s "$home/Kübel.pov" ] || fail "the locale matters to names"
 ends_with 0 --help
 ends_with 0 -c "$home/my model.3ds"
 ends_with 0 -c "$home/my model.3ds" "$home/other.pov"
 cmp -s "$home/my model.pov" "$home/other.pov" || fail "the two conversions differ"
 cmp -s "$model" "$home/my model.3ds" || fail "the input was changed"
+cp "$model" "$home/räder.3ds"
+for locale in C C.UTF-8; do
+    export LC_ALL=$locale
+    ends_with 0 -c "$home/räder.3ds" "$home/größe $locale.pov"
+    [ -s "$home/größe $locale.pov" ] || fail "a name was changed in the locale $locale"
+done
+unset LC_ALL
 printf 'nothing' >"$home/broken.3ds"
 ends_with 1 -c "$home/broken.3ds"
 ends_with 1 -c "$home/missing.3ds"

@@ -54,7 +54,7 @@ constexpr const char* kConvertText = lng::Mark(
 wxIMPLEMENT_APP_NO_MAIN(CViewerApp);
 
 int main(int argc, char** argv) {
-    // The toolkit would take them for the locale's, which may be "C" while names are UTF-8.
+    // As names of files are, whatever the locale: the toolkit takes them for Latin-1 in that of scripts, "C".
     std::vector<std::wstring> arguments;
     for (int i = 0; i < argc; ++i) arguments.push_back(file_util_ex::ConvertFromUTF8W(argv[i]));
     std::vector<wchar_t*> pointers;
