@@ -181,6 +181,7 @@ void CAViewerFrame::ShowCommandStates() {
 }
 
 void CAViewerFrame::OpenByPath(const std::wstring& path) {
+    OnOpening();  // from the first picture on
     m_view->WhenReady([this, path] {
         m_files->OpenByPath(path);
         EndCommand();
