@@ -12,6 +12,7 @@ function(orbivue_find_wx target)
   add_library(${target} INTERFACE)
   target_include_directories(${target} SYSTEM INTERFACE ${wxWidgets_INCLUDE_DIRS})
   target_compile_definitions(${target} INTERFACE ${wxWidgets_DEFINITIONS})
+  target_compile_options(${target} INTERFACE ${wxWidgets_CXX_FLAGS})
   target_link_libraries(${target} INTERFACE ${wxWidgets_LIBRARIES})
 endfunction()
 # orbivue_wxbase: what needs neither pictures nor windows. Only sources may include it.

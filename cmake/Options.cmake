@@ -6,8 +6,9 @@ target_compile_options(orbivue_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
   -Wcast-align -Wconversion -Wsign-conversion -Wformat=2)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # -fpch-preprocess: without it ccache leaves alone what uses precompiled headers.
   target_compile_options(orbivue_options INTERFACE
-    -Wduplicated-cond -Wduplicated-branches -Wlogical-op)
+    -Wduplicated-cond -Wduplicated-branches -Wlogical-op -fpch-preprocess)
 else()
   # clang calls -Wshadow=local plain -Wshadow.
   target_compile_options(orbivue_options INTERFACE -Wno-unknown-warning-option -Wno-unused-command-line-argument)
@@ -35,12 +36,20 @@ function(orbivue_add_library name)
   target_link_libraries(${name} PUBLIC orbivue_options)
 endfunction()
 
+# orbivue_test_target(NAME HEADERS_OF): what all test code has in common. Tests are compiled for a quick build, not for
+# speed, and take GoogleTest's headers from what the target HEADERS_OF precompiled.
+function(orbivue_test_target name headers_of)
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_compile_options(${name} PRIVATE -O0)
+  target_precompile_headers(${name} REUSE_FROM ${headers_of})
+endfunction()
+
 # orbivue_add_tests(NAME LABEL SOURCES...): a GoogleTest program whose tests CTest lists one by one (under sanitizers: as
 # one).
 function(orbivue_add_tests name label)
   add_executable(${name} ${ARGN})
   target_link_libraries(${name} PRIVATE orbivue_options GTest::gtest_main)
-  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  orbivue_test_target(${name} orbivue_test_headers)
   if(ORBIVUE_SANITIZE)
     # Starting a sanitized program takes longer than most tests.
     add_test(NAME ${name} COMMAND ${name})
@@ -48,4 +57,14 @@ function(orbivue_add_tests name label)
   else()
     gtest_discover_tests(${name} PROPERTIES LABELS "${label}" TIMEOUT 120 DISCOVERY_TIMEOUT 60)
   endif()
+endfunction()
+
+# orbivue_add_window_tests(NAME SOURCES...): tests of windows, in a display of their own. CTest sees one test: starting a
+# display takes longer than most of them.
+function(orbivue_add_window_tests name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE orbivue_wx_test_main)
+  orbivue_test_target(${name} orbivue_wx_test_main)
+  add_test(NAME ${name} COMMAND ${PROJECT_SOURCE_DIR}/tests/run_under_xvfb.sh $<TARGET_FILE:${name}>)
+  set_tests_properties(${name} PROPERTIES LABELS wx TIMEOUT 300)
 endfunction()
