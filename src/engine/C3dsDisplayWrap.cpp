@@ -16,6 +16,7 @@
 #include "model/prepare_scene.h"
 #include "model/write_scene.h"
 #include "platform/file_util_ex.h"
+#include "platform/lng.h"
 #include "platform/process_memory.h"
 
 namespace {
@@ -109,19 +110,20 @@ bool C3dsDisplayWrap::OpenLoaded(CResult<CLoadedScene> loaded) {
 bool C3dsDisplayWrap::OpenModelStruct(Lib3dsFile* file, CTextureLocator textures) {
     CLib3dsFilePtr owned(file);
     CloseModel();
-    if (!owned) return m_state->Fail({EErrorCode::BadArgument, "there is no scene", {}});
+    if (!owned) return m_state->Fail({EErrorCode::BadArgument, lng::Mark("there is no scene"), {}});
     try {
         CScene scene = CScene::Adopt(std::move(owned));
         scene.SetTextures(std::move(textures));
         return OpenLoaded(LoadScene(std::move(scene)));
     } catch (const std::exception&) {
-        return m_state->Fail({EErrorCode::TooLarge, "not enough memory to show it", {}});
+        return m_state->Fail({EErrorCode::TooLarge, lng::Mark("not enough memory to show it"), {}});
     }
 }
 
 bool C3dsDisplayWrap::OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures) {
     CloseModel();
-    if (data == nullptr || size <= 0) return m_state->Fail({EErrorCode::BadFormat, "the model is empty", {}});
+    if (data == nullptr || size <= 0)
+        return m_state->Fail({EErrorCode::BadFormat, lng::Mark("the model is empty"), {}});
     try {
         const auto* bytes = reinterpret_cast<const std::byte*>(data);
         CResult<CScene> read =
@@ -129,7 +131,7 @@ bool C3dsDisplayWrap::OpenBufferModel(const char* data, long size, const CImageD
         if (!read) return m_state->Fail(read.Error());
         return OpenLoaded(LoadScene(std::move(read).Value()));
     } catch (const std::exception&) {
-        return m_state->Fail({EErrorCode::TooLarge, "not enough memory to open it", {}});
+        return m_state->Fail({EErrorCode::TooLarge, lng::Mark("not enough memory to open it"), {}});
     }
 }
 
@@ -149,7 +151,7 @@ void C3dsDisplayWrap::CloseModel() {
 
 bool C3dsDisplayWrap::SaveAs(const wchar_t* path) {
     if (!m_state->scene || m_state->viewingOnly)
-        return m_state->Fail({EErrorCode::NotFound, "no model is open", {}});
+        return m_state->Fail({EErrorCode::NotFound, lng::Mark("no model is open"), {}});
     return m_state->Answer(WriteScene(*m_state->scene, Utf8(path)));
 }
 
@@ -160,7 +162,7 @@ Lib3dsFile* C3dsDisplayWrap::Get3dsFile() {
         m_state->knownTextures = CTexturesOfScene(file, m_state->scene->Textures());
         return file;
     } catch (const std::bad_alloc&) {
-        (void)m_state->Fail({EErrorCode::TooLarge, "not enough memory for the whole scene", {}});
+        (void)m_state->Fail({EErrorCode::TooLarge, lng::Mark("not enough memory for the whole scene"), {}});
         return nullptr;
     }
 }

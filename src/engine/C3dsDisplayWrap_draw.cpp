@@ -8,6 +8,7 @@
 #include "engine/CPictureTarget.h"
 #include "engine/gl_api.h"
 #include "model/rotation_of_angles.h"
+#include "platform/lng.h"
 
 namespace {
 
@@ -174,7 +175,8 @@ void C3dsDisplayWrap::PaintModel() {
 CResult<CImage> C3dsDisplayWrap::TakePicture(const std::function<void()>& draw) {
     CGlCurrent gl;
     const CGlCapabilities can = CGlCapabilities::Query(gl);
-    if (!can.framebuffers) return CError{EErrorCode::NoGraphics, "OpenGL is too old to draw into memory", ""};
+    if (!can.framebuffers)
+        return CError{EErrorCode::NoGraphics, lng::Mark("OpenGL is too old to draw into memory"), ""};
     constexpr int kSamples = 4;
     CResult<CPictureTarget> target =
         CPictureTarget::Create(gl, Pixels(m_state->preview.right - m_state->preview.left),

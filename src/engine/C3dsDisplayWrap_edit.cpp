@@ -5,6 +5,7 @@
 #include "engine/C3dsDisplayState.h"
 #include "model/material_edits.h"
 #include "platform/file_util_ex.h"
+#include "platform/lng.h"
 
 namespace {
 
@@ -18,13 +19,14 @@ const char* OneNode(const char* node) {
 }
 
 CError NotANumber() {
-    return {EErrorCode::BadArgument, "the value is not a number", {}};
+    return {EErrorCode::BadArgument, lng::Mark("the value is not a number"), {}};
 }
 
 }  // namespace
 
 bool C3dsDisplayWrap::CState::Edit(const std::function<CStatus(CSceneEdits&)>& edit) {
-    if (!scene || viewingOnly) return Fail({EErrorCode::NotFound, "no model is open for editing", {}});
+    if (!scene || viewingOnly)
+        return Fail({EErrorCode::NotFound, lng::Mark("no model is open for editing"), {}});
     try {
         const CPreparedScene& now = Fresh();
         if (!edits) edits = std::make_unique<CSceneEdits>(*scene, now);
@@ -32,7 +34,7 @@ bool C3dsDisplayWrap::CState::Edit(const std::function<CStatus(CSceneEdits&)>& e
         if (status && !edits->NeedsPreparing()) Evaluate();
         return Answer(status);
     } catch (const std::exception&) {
-        return Fail({EErrorCode::TooLarge, "not enough memory for the edit", {}});
+        return Fail({EErrorCode::TooLarge, lng::Mark("not enough memory for the edit"), {}});
     }
 }
 
@@ -46,7 +48,8 @@ bool C3dsDisplayWrap::CState::EditMaterial(const char* node, const char* materia
 
 bool C3dsDisplayWrap::CState::EditTexture(const char* node, const char* material,
                                           const CStdStr<wchar_t>& imagePath) {
-    if (!scene || viewingOnly) return Fail({EErrorCode::NotFound, "no model is open for editing", {}});
+    if (!scene || viewingOnly)
+        return Fail({EErrorCode::NotFound, lng::Mark("no model is open for editing"), {}});
     std::string name;
     if (!imagePath.empty()) {
         CResult<std::string> added =

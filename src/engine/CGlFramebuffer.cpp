@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "engine/gl_api.h"
+#include "platform/lng.h"
 
 namespace {
 
@@ -46,7 +47,7 @@ CResult<CGlFramebuffer> CGlFramebuffer::Create(CGlCurrent&, int width, int heigh
     glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &maxSide);
     glGetIntegerv(GL_MAX_SAMPLES, &maxSamples);
     if (width < 1 || height < 1)
-        return CError{EErrorCode::BadArgument, "A picture needs a width and a height", ""};
+        return CError{EErrorCode::BadArgument, lng::Mark("A picture needs a width and a height"), ""};
     if (width > maxSide || height > maxSide) {
         return CError{
             EErrorCode::TooLarge,
@@ -62,7 +63,8 @@ CResult<CGlFramebuffer> CGlFramebuffer::Create(CGlCurrent&, int width, int heigh
     result.m_color = MakeStorage(GL_RGBA8, GL_COLOR_ATTACHMENT0, width, height, result.m_samples);
     result.m_depth = MakeStorage(GL_DEPTH_COMPONENT24, GL_DEPTH_ATTACHMENT, width, height, result.m_samples);
     if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE) {
-        return CError{EErrorCode::NoGraphics, "The graphics system refuses to draw into memory", ""};
+        return CError{EErrorCode::NoGraphics, lng::Mark("The graphics system refuses to draw into memory"),
+                      ""};
     }
     return result;
 }

@@ -12,6 +12,7 @@
 #include "engine/CGlCurrent.h"
 #include "engine/CPictureTarget.h"
 #include "engine/gl_api.h"
+#include "platform/lng.h"
 
 namespace {
 
@@ -103,17 +104,19 @@ COffscreenContext::CState::~CState() {
 
 CStatus COffscreenContext::CState::Open() {
     display = FindDisplay();
-    if (display == EGL_NO_DISPLAY) return NoContext("No graphics system can be started without a window");
+    if (display == EGL_NO_DISPLAY)
+        return NoContext(lng::Mark("No graphics system can be started without a window"));
     eglBindAPI(EGL_OPENGL_API);
     EGLConfig config = FindConfig(display);
     context = eglCreateContext(display, config, EGL_NO_CONTEXT, nullptr);
-    if (context == EGL_NO_CONTEXT) return NoContext("The graphics system has no desktop OpenGL");
+    if (context == EGL_NO_CONTEXT) return NoContext(lng::Mark("The graphics system has no desktop OpenGL"));
     if (!MakeCurrent()) {
         // Without surfaceless contexts a small surface stands in; nothing is drawn to it.
         const std::array<EGLint, 5> size{EGL_WIDTH, 16, EGL_HEIGHT, 16, EGL_NONE};
         surface = config ? eglCreatePbufferSurface(display, config, size.data()) : EGL_NO_SURFACE;
         if (surface == EGL_NO_SURFACE || !MakeCurrent()) {
-            return NoContext("Another OpenGL context is in use in this thread, or none can be used");
+            return NoContext(
+                lng::Mark("Another OpenGL context is in use in this thread, or none can be used"));
         }
     }
     const GLubyte* name = glGetString(GL_RENDERER);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "engine/gl_api.h"
+#include "platform/lng.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ CResult<CImage> CPictureTarget::ReadPixels(CGlCurrent& gl) const {
     try {
         image.rgba.resize(static_cast<std::size_t>(Width()) * static_cast<std::size_t>(Height()) * 4);
     } catch (const std::bad_alloc&) {
-        return CError{EErrorCode::TooLarge, "There is not enough memory for the picture", ""};
+        return CError{EErrorCode::TooLarge, lng::Mark("There is not enough memory for the picture"), ""};
     }
     m_target.Bind(gl);
     if (Samples() > 0) m_target.ResolveTo(gl, m_resolved);
@@ -54,8 +55,8 @@ CResult<CImage> CPictureTarget::ReadPixels(CGlCurrent& gl) const {
     const bool failed = glGetError() == GL_OUT_OF_MEMORY;
     m_target.Bind(gl);
     if (failed) {
-        return CError{EErrorCode::NoGraphics, "The graphics system has not enough memory for the picture",
-                      ""};
+        return CError{EErrorCode::NoGraphics,
+                      lng::Mark("The graphics system has not enough memory for the picture"), ""};
     }
     FlipRows(image);
     return image;

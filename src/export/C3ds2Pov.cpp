@@ -11,6 +11,7 @@
 #include "model/CSceneReader.h"
 #include "model/prepare_scene.h"
 #include "platform/file_util_ex.h"
+#include "platform/lng.h"
 
 namespace {
 
@@ -39,11 +40,11 @@ CStatus Guarded(C3ds2PovExportFlow* flow, const std::string& output, Work work) 
     try {
         return work();
     } catch (const std::bad_alloc&) {
-        return CError{EErrorCode::TooLarge, "not enough memory for the export", output};
+        return CError{EErrorCode::TooLarge, lng::Mark("not enough memory for the export"), output};
     } catch (const std::exception& error) {
         return CError{EErrorCode::WriteFailed, std::string("the export was ended: ") + error.what(), output};
     } catch (...) {
-        return CError{EErrorCode::WriteFailed, "the export was ended", output};
+        return CError{EErrorCode::WriteFailed, lng::Mark("the export was ended"), output};
     }
 }
 
@@ -73,7 +74,8 @@ CStatus C3ds2Pov::TryExport(const std::string& input, const std::string& output,
                             C3ds2PovExportFlow* flow) {
     return Guarded(flow, output, [&]() -> CStatus {
         if (CPovWriter::IsSameFile(input, output)) {
-            return CError{EErrorCode::BadArgument, "the model itself would be overwritten", output};
+            return CError{EErrorCode::BadArgument, lng::Mark("the model itself would be overwritten"),
+                          output};
         }
         const CResult<CScene> scene = CSceneReader::ReadFile(input);
         if (!scene) return scene.Error();

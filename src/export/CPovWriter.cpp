@@ -14,6 +14,7 @@
 #include "export/pov_mesh2.h"
 #include "model/CPreparedScene.h"
 #include "platform/CAtomicFile.h"
+#include "platform/lng.h"
 #include "platform/parallel_for.h"
 
 namespace {
@@ -82,10 +83,11 @@ bool CPovWriter::IsSameFile(const std::string& a, const std::string& b) {
 }
 
 CStatus CPovWriter::CheckOutput(const std::string& output) const {
-    if (output.empty()) return CError{EErrorCode::BadArgument, "there is no name to write to", {}};
+    if (output.empty()) return CError{EErrorCode::BadArgument, lng::Mark("there is no name to write to"), {}};
     for (const CPreparedTexture& texture : m_scene.textures) {
         if (!texture.foundAt.empty() && IsSameFile(texture.foundAt, output)) {
-            return CError{EErrorCode::BadArgument, "a picture of the model would be overwritten", output};
+            return CError{EErrorCode::BadArgument, lng::Mark("a picture of the model would be overwritten"),
+                          output};
         }
     }
     return CDone{};

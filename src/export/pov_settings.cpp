@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "export/pov_settings.h"
 
+#include "platform/lng.h"
 #include "settings/CSettings.h"
 
 namespace pov_settings {
@@ -21,9 +22,10 @@ CPovSettings ToFields(const CSettings& settings) {
 
 CStatus FromFields(const CPovSettings& fields, CSettings& settings) {
     const std::optional<double> diffuse = DiffuseFormat().Parse(fields.diffuse);
-    if (!diffuse) return CError{EErrorCode::BadArgument, "no number in range", fields.diffuse};
+    if (!diffuse) return CError{EErrorCode::BadArgument, lng::Mark("no number in range"), fields.diffuse};
     const std::optional<double> selfDiffuse = DiffuseFormat().Parse(fields.selfDiffuse);
-    if (!selfDiffuse) return CError{EErrorCode::BadArgument, "no number in range", fields.selfDiffuse};
+    if (!selfDiffuse)
+        return CError{EErrorCode::BadArgument, lng::Mark("no number in range"), fields.selfDiffuse};
     settings.povOutputTex = fields.outputTextures;
     settings.povPreviewBack = fields.previewBackground;
     settings.povUseLastName = fields.useLastName;

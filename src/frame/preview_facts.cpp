@@ -56,7 +56,10 @@ std::wstring Reason(std::string_view errors, std::string_view modelPath) {
         if (line.starts_with(known) && line.substr(known.size()).starts_with(": "))
             line.remove_prefix(known.size() + 2);
     }
-    std::wstring reason = file_util_ex::ConvertFromUTF8W(line);
+    const std::size_t colon = line.rfind(": ");
+    const std::string_view where = line.substr(0, colon == std::string_view::npos ? 0 : colon);
+    const std::string_view message = where.empty() ? line : line.substr(colon + 2);
+    std::wstring reason = lng::Text(CError{{}, std::string(message), std::string(where)});
     std::erase_if(reason, [](wchar_t c) { return c < L' ' || c == 0x7F; });
     if (reason.size() > kMaxProblemLetters) reason = reason.substr(0, kMaxProblemLetters) + L"\u2026";
     return reason;

@@ -12,6 +12,7 @@ namespace {
 std::wstring TextOf(const CSceneNote& note) {
     std::wstring text = lng::Text(note.what);
     if (!note.subject.empty()) text += L": " + lng::ConvertFromUTF8(note.subject);
+    if (!note.reason.empty()) text += L" (" + lng::Text(CError{{}, note.reason, {}}) + L")";
     if (note.times > 1) text += L" " + lng::Text("(%s times)", lng::Number(note.times));
     return text;
 }

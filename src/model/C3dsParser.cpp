@@ -18,6 +18,7 @@
 #include "model/mesh_array_views.h"
 #include "model/scene_limits.h"
 #include "model/unique_names.h"
+#include "platform/lng.h"
 #include "platform/parallel_for.h"
 
 namespace {
@@ -83,19 +84,20 @@ CStatus C3dsParser::ReadMain() {
     const auto id = header.Read<std::uint16_t>();
     const std::size_t claimed = header.Read<std::uint32_t>();
     if (header.RanOut())
-        return CError{EErrorCode::BadFormat, "The file is too short to be a 3D Studio file", ""};
+        return CError{EErrorCode::BadFormat, lng::Mark("The file is too short to be a 3D Studio file"), ""};
     if (id == LIB3DS_MDATA) {
         m_notes.Repaired("The file begins with its mesh section");
         ReadSections({0, 0, size});
         return CDone{};
     }
-    if (!IsMainChunk(id)) return CError{EErrorCode::BadFormat, "This is not a 3D Studio file", ""};
+    if (!IsMainChunk(id)) return CError{EErrorCode::BadFormat, lng::Mark("This is not a 3D Studio file"), ""};
     // A wrong size of the main chunk is common; what follows tells better where the scene ends.
     if (claimed != size) m_notes.Repaired("The file's size is not what its first chunk says");
     ReadSections({id, CChunkWalker::kHeaderSize, size});
     if (!m_scene.m_file->meshes && !m_scene.m_file->nodes && !m_scene.m_file->materials &&
         !m_scene.m_file->cameras && !m_scene.m_file->lights && claimed != size) {
-        return CError{EErrorCode::BadFormat, "Nothing in this file can be read as a 3D Studio scene", ""};
+        return CError{EErrorCode::BadFormat,
+                      lng::Mark("Nothing in this file can be read as a 3D Studio scene"), ""};
     }
     return CDone{};
 }

@@ -13,15 +13,16 @@
 class CNoteList {
   public:
     void Add(CSceneNote note);
-    /** what is a literal for the catalogue; scripts/update_languages knows these three. */
+    /** what is a literal for the catalogue; scripts/update_languages knows these three. reason: a CError's
+     * message. */
     void Repaired(const char* what, std::string subject = {}) {
         Add({CSceneNote::EKind::Repaired, what, std::move(subject)});
     }
     void Missing(const char* what, std::string subject = {}) {
         Add({CSceneNote::EKind::Missing, what, std::move(subject)});
     }
-    void Limited(const char* what, std::string subject = {}) {
-        Add({CSceneNote::EKind::Limited, what, std::move(subject)});
+    void Limited(const char* what, std::string subject = {}, std::string reason = {}) {
+        Add({CSceneNote::EKind::Limited, what, std::move(subject), std::move(reason)});
     }
 
     /** In the order of their first occurrence. Empties the list. */

@@ -14,6 +14,7 @@
 #include "model/obj_parse.h"
 #include "model/utf16_text.h"
 #include "platform/file_util_ex.h"
+#include "platform/lng.h"
 
 namespace {
 
@@ -118,10 +119,11 @@ void NoteWhatIsMissing(const CObjGeometry& geometry, CNoteList& notes) {
 CResult<CLib3dsFilePtr> MakeScene(const CObjGeometry& geometry, const CMtlLibrary& library,
                                   CNoteList& notes) {
     if (geometry.faceEnds.empty() && geometry.brokenElements == 0)
-        return CError{EErrorCode::BadFormat, "The file has no faces, lines or points", {}};
+        return CError{EErrorCode::BadFormat, lng::Mark("The file has no faces, lines or points"), {}};
     NoteWhatIsMissing(geometry, notes);  // first, as the number of notes is bounded
     CLib3dsFilePtr file = CObjSceneMaker(geometry, library, notes).Make();
-    if (!file->meshes) return CError{EErrorCode::BadFormat, "No face of the file can be drawn", {}};
+    if (!file->meshes)
+        return CError{EErrorCode::BadFormat, lng::Mark("No face of the file can be drawn"), {}};
     return file;
 }
 
@@ -135,7 +137,8 @@ CResult<CLib3dsFilePtr> Guarded(std::string_view where, std::vector<CSceneNote>&
         notes = list.Take();
         return result;
     } catch (const std::bad_alloc&) {
-        return CError{EErrorCode::TooLarge, "There is not enough memory for this scene", std::string(where)};
+        return CError{EErrorCode::TooLarge, lng::Mark("There is not enough memory for this scene"),
+                      std::string(where)};
     }
 }
 

@@ -16,15 +16,16 @@
 #include "model/node_edits.h"
 #include "model/prepare_scene.h"
 #include "model/rotation_of_angles.h"
+#include "platform/lng.h"
 
 namespace {
 
 CError NoNode(std::string_view node) {
-    return {EErrorCode::NotFound, "the scene has no such object", std::string(node)};
+    return {EErrorCode::NotFound, lng::Mark("the scene has no such object"), std::string(node)};
 }
 
 CError NoMemory() {
-    return {EErrorCode::TooLarge, "not enough memory for the edit", {}};
+    return {EErrorCode::TooLarge, lng::Mark("not enough memory for the edit"), {}};
 }
 
 CMat4 ParentWorld(const CPreparedScene& prepared, const Lib3dsNode* source) {
@@ -131,7 +132,8 @@ CStatus CSceneEdits::DeleteNode(std::string_view name) {
     Lib3dsNode* node = target->node;
     const bool dropMesh = target->mesh != nullptr && !IsShared(target->mesh);
     if (node != nullptr && target->mesh == nullptr && node->childs != nullptr) {
-        return CError{EErrorCode::BadArgument, "only its children would be left of it", std::string(name)};
+        return CError{EErrorCode::BadArgument, lng::Mark("only its children would be left of it"),
+                      std::string(name)};
     }
     if (dropMesh) DropMesh(target->mesh);
     if (node != nullptr) {
@@ -162,7 +164,7 @@ CStatus CSceneEdits::MoveNode(const CPreparedScene& prepared, std::string_view n
     CTarget* target = Find(name);
     if (target == nullptr) return NoNode(name);
     if (!IsFinite(offset))
-        return CError{EErrorCode::BadArgument, "the distance is not a number", std::string(name)};
+        return CError{EErrorCode::BadArgument, lng::Mark("the distance is not a number"), std::string(name)};
     if (target->isPlacedByMesh) return TransformMesh(*target, CMat4::Translation(offset));
     const CMat4 parent = ParentWorld(prepared, target->node);
     node_edits::MoveTracks(*target->node, parent.AffineInverse().TransformDirection(offset));
@@ -173,7 +175,7 @@ CStatus CSceneEdits::RotateNode(const CPreparedScene& prepared, std::string_view
     CTarget* target = Find(name);
     if (target == nullptr) return NoNode(name);
     if (!IsFinite(anglesDeg))
-        return CError{EErrorCode::BadArgument, "the angles are not numbers", std::string(name)};
+        return CError{EErrorCode::BadArgument, lng::Mark("the angles are not numbers"), std::string(name)};
     const CMat4 turn = RotationOfAngles(anglesDeg.x, anglesDeg.y, anglesDeg.z);
     if (target->isPlacedByMesh) {
         (void)m_scene.File();
@@ -194,7 +196,7 @@ CStatus CSceneEdits::ReplaceNode(std::string_view name, std::string_view path, s
     const CPreparedScene prepared = PrepareScene(other, {.threads = 0, .loadTextures = false});
     const CPreparedNode* chosen = Choose(prepared, newNode, name);
     if (chosen == nullptr)
-        return CError{EErrorCode::NotFound, "the file has no such object", std::string(path)};
+        return CError{EErrorCode::NotFound, lng::Mark("the file has no such object"), std::string(path)};
     (void)other.File();
     (void)m_scene.File();
     const Lib3dsMesh& source = *other.Meshes()[static_cast<std::size_t>(chosen->mesh)].mesh;

@@ -11,6 +11,7 @@
 #include "model/CSceneEdits.h"
 #include "model/lib3ds_copies.h"
 #include "model/material_edits.h"
+#include "platform/lng.h"
 
 namespace {
 
@@ -75,16 +76,17 @@ CStatus CSceneEdits::ChangeNodeMaterial(std::string_view node, std::string_view 
                                         const CMaterialChange& change) {
     CTarget* target = Find(node);
     if (target == nullptr || target->mesh == nullptr) {
-        return CError{EErrorCode::NotFound, "the scene has no such object", std::string(node)};
+        return CError{EErrorCode::NotFound, lng::Mark("the scene has no such object"), std::string(node)};
     }
     (void)m_scene.File();  // completes the mesh's arrays
     std::set<std::string> names = MaterialsOf(*target->mesh);
     if (!material.empty()) std::erase_if(names, [&](const std::string& n) { return !Answers(n, material); });
     if (names.empty()) {
-        return CError{EErrorCode::NotFound, "the object has no such material", std::string(material)};
+        return CError{EErrorCode::NotFound, lng::Mark("the object has no such material"),
+                      std::string(material)};
     }
     if (!OwnMesh(*target))
-        return CError{EErrorCode::TooLarge, "not enough memory for the edit", std::string(node)};
+        return CError{EErrorCode::TooLarge, lng::Mark("not enough memory for the edit"), std::string(node)};
     bool complete = true;
     for (const std::string& name : names) {
         if (Lib3dsMaterial* own = OwnMaterial(*target->mesh, name)) {
@@ -94,7 +96,8 @@ CStatus CSceneEdits::ChangeNodeMaterial(std::string_view node, std::string_view 
         }
     }
     Changed();
-    if (!complete) return CError{EErrorCode::TooLarge, "not enough memory for the edit", std::string(node)};
+    if (!complete)
+        return CError{EErrorCode::TooLarge, lng::Mark("not enough memory for the edit"), std::string(node)};
     return CDone{};
 }
 
@@ -105,7 +108,9 @@ CStatus CSceneEdits::ChangeMaterial(std::string_view material, const CMaterialCh
         change(*m);
         found = true;
     }
-    if (!found) return CError{EErrorCode::NotFound, "the scene has no such material", std::string(material)};
+    if (!found)
+        return CError{EErrorCode::NotFound, lng::Mark("the scene has no such material"),
+                      std::string(material)};
     m_needsPreparing = true;
     return CDone{};
 }

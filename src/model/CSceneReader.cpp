@@ -8,6 +8,7 @@
 #include "model/zip_scene.h"
 #include "platform/CZipReader.h"
 #include "platform/file_util_ex.h"
+#include "platform/lng.h"
 
 namespace {
 /** The format's sizes are 32-bit. */
@@ -15,11 +16,6 @@ constexpr std::size_t kMaxFileBytes = 0xFFFFFFFFu;
 
 bool IsZip(const std::vector<std::byte>& bytes) {
     return CZipReader::LooksLikeZip({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
-}
-
-bool HasObjExtension(std::string_view path) {
-    const std::string extension = file_util_ex::GetFileExt(path);
-    return extension == "obj" || extension == "OBJ" || extension == "Obj";
 }
 
 CResult<CScene> ReadObj(std::string_view path) {
@@ -33,7 +29,8 @@ CResult<CScene> ReadObj(std::string_view path) {
 }
 
 CResult<CScene> ReadContents(std::string_view path) {
-    if (HasObjExtension(path)) return ReadObj(path);
+    // Compared exactly on purpose: a "model.OBJ" is taken for no OBJ file anywhere.
+    if (file_util_ex::GetFileExt(path) == "obj") return ReadObj(path);
     CResult<std::vector<std::byte>> bytes = file_util_ex::ReadWholeFile(path, kMaxFileBytes);
     if (!bytes) return bytes.Error();
     if (IsZip(bytes.Value())) return ReadZipScene(std::move(bytes).Value(), path);
@@ -47,7 +44,8 @@ CResult<CScene> CSceneReader::ReadFile(std::string_view path) {
         if (scene || !scene.Error().where.empty()) return scene;
         return CError{scene.Error().code, scene.Error().message, std::string(path)};
     } catch (const std::bad_alloc&) {
-        return CError{EErrorCode::TooLarge, "There is not enough memory for this scene", std::string(path)};
+        return CError{EErrorCode::TooLarge, lng::Mark("There is not enough memory for this scene"),
+                      std::string(path)};
     }
 }
 
@@ -57,6 +55,6 @@ CResult<CScene> CSceneReader::ReadBytes(std::vector<std::byte> bytes, CTextureLo
         if (scene) scene.Value().SetTextures(std::move(textures));
         return scene;
     } catch (const std::bad_alloc&) {
-        return CError{EErrorCode::TooLarge, "There is not enough memory for this scene", ""};
+        return CError{EErrorCode::TooLarge, lng::Mark("There is not enough memory for this scene"), ""};
     }
 }

@@ -8,6 +8,7 @@
 
 #include "model/CSceneReader.h"
 #include "model/prepare_scene.h"
+#include "platform/lng.h"
 
 namespace {
 
@@ -22,7 +23,7 @@ class CStopwatch {
 };
 
 CError OutOfMemory(std::string_view path) {
-    return {EErrorCode::TooLarge, "not enough memory to open it", std::string(path)};
+    return {EErrorCode::TooLarge, lng::Mark("not enough memory to open it"), std::string(path)};
 }
 
 CLoadedScene Prepare(CScene scene, double readMs, CLoadProgress* progress) {

@@ -11,6 +11,7 @@
 #include "model/CObjCollector.h"
 #include "model/CObjLineFilter.h"
 #include "model/obj_points_and_lines.h"
+#include "platform/lng.h"
 
 namespace {
 
@@ -218,7 +219,7 @@ CResult<CObjGeometry> Join(std::vector<CObjCollector> parts, std::size_t textSiz
     }
     const std::size_t limit = std::min(kMaxTriangles, kFreeTriangles + textSize / kBytesPerTriangle);
     if (triangles > limit)
-        return CError{EErrorCode::TooLarge, "the file has more triangles than we can take", {}};
+        return CError{EErrorCode::TooLarge, lng::Mark("the file has more triangles than we can take"), {}};
     CObjGeometry out;
     for (CObjCollector& part : parts) {
         // The counts stay readable for the indices that count from a part's own entries.
@@ -243,7 +244,8 @@ CResult<CObjGeometry> Join(std::vector<CObjCollector> parts, std::size_t textSiz
 }  // namespace
 
 CResult<CObjGeometry> ParseObj(std::string_view text, unsigned threads) {
-    if (text.size() > kMaxText) return CError{EErrorCode::TooLarge, "the file is larger than 2 GB", {}};
+    if (text.size() > kMaxText)
+        return CError{EErrorCode::TooLarge, lng::Mark("the file is larger than 2 GB"), {}};
     if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
     return Join(ReadParts(text, threads), text.size());
 }

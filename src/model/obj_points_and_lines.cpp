@@ -9,6 +9,7 @@
 #include "model/CHashIndex.h"
 #include "model/obj_triangulate.h"
 #include "model/point_hash.h"
+#include "platform/lng.h"
 
 namespace {
 
@@ -246,7 +247,8 @@ CStatus MakePointsAndLinesSolid(CObjGeometry& geometry, std::size_t trianglesLef
     const bool fine = elements.size() <= kMaxFineSolids;
     if (elements.size() > trianglesLeft / (fine ? kFineTriangles : kCoarseTriangles)) {
         if (!hasFaces)
-            return CError{EErrorCode::TooLarge, "the file has more points and lines than we can take", {}};
+            return CError{
+                EErrorCode::TooLarge, lng::Mark("the file has more points and lines than we can take"), {}};
         geometry.crowdedOut = elements.size();
         elements.clear();
     }

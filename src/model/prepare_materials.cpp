@@ -138,8 +138,8 @@ void LoadTextures(const CScene& scene, unsigned threads, CPreparedScene& prepare
         }
         CResult<CImage> image = LoadImage(*hit, texture.reference);
         if (!image) {
-            problems[i] = {CSceneNote::EKind::Missing, lng::Mark("Texture not readable"),
-                           name + " (" + image.Error().message + ")"};
+            problems[i] = {CSceneNote::EKind::Missing, lng::Mark("Texture not readable"), name,
+                           image.Error().message};
             return;
         }
         texture.foundAt = hit->foundAt;

@@ -9,6 +9,7 @@
 #include "model/CScene.h"
 #include "model/lib3ds_memory_io.h"
 #include "platform/file_util_ex.h"
+#include "platform/lng.h"
 
 namespace {
 
@@ -21,15 +22,16 @@ CResult<std::vector<std::byte>> SceneTo3ds(CScene& scene) {
         Lib3dsFile* file = scene.File();
         for (const Lib3dsMesh* mesh = file->meshes; mesh != nullptr; mesh = mesh->next) {
             if (mesh->points <= kMaxCount && mesh->faces <= kMaxCount) continue;
-            return CError{EErrorCode::Unsupported, "a 3DS file cannot hold an object this large", mesh->name};
+            return CError{EErrorCode::Unsupported, lng::Mark("a 3DS file cannot hold an object this large"),
+                          mesh->name};
         }
         CLib3dsMemoryWriter writer;
         if (!lib3ds_file_write(file, writer.Io())) {
-            return CError{EErrorCode::WriteFailed, "the scene cannot be written as 3DS", {}};
+            return CError{EErrorCode::WriteFailed, lng::Mark("the scene cannot be written as 3DS"), {}};
         }
         return writer.Bytes();
     } catch (const std::bad_alloc&) {
-        return CError{EErrorCode::TooLarge, "not enough memory to write the scene", {}};
+        return CError{EErrorCode::TooLarge, lng::Mark("not enough memory to write the scene"), {}};
     }
 }
 

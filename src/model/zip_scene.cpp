@@ -8,6 +8,7 @@
 #include "model/C3dsParser.h"
 #include "model/CNoteList.h"
 #include "platform/CZipReader.h"
+#include "platform/lng.h"
 
 namespace {
 /** Pictures beyond it stay packed: they are decoded later, so they must be held at the same time. */
@@ -66,8 +67,8 @@ CImageDataTextVec ReadPictures(CZipReader& archive, CNoteList& notes) {
         if (!IsPicture(entry.name)) continue;
         CResult<std::vector<std::byte>> data = archive.Read(entry, left);
         if (!data) {
-            notes.Limited("A picture of the archive is not read",
-                          CNoteList::Printable(entry.name) + " (" + data.Error().message + ")");
+            notes.Limited("A picture of the archive is not read", CNoteList::Printable(entry.name),
+                          data.Error().message);
             continue;
         }
         left -= std::min<std::uint64_t>(left, data.Value().size());
@@ -83,7 +84,7 @@ CResult<CScene> ReadZipScene(std::vector<std::byte> bytes, std::string_view arch
     CZipReader archive = std::move(opened).Value();
     const std::vector<CZipEntry>& entries = archive.Entries();
     const CZipEntry* model = ChooseModel(entries, archiveName);
-    if (!model) return CError{EErrorCode::NotFound, "The archive holds no .3ds model", ""};
+    if (!model) return CError{EErrorCode::NotFound, lng::Mark("The archive holds no .3ds model"), ""};
     CResult<std::vector<std::byte>> data = archive.Read(*model);
     if (!data) return data.Error();
     CResult<CScene> scene = C3dsParser::Parse(std::move(data).Value());

@@ -11,6 +11,8 @@
 #include <system_error>
 
 #include "platform/file_util_ex.h"
+#include "platform/lng.h"
+#include "platform/system_error.h"
 
 namespace {
 
@@ -20,7 +22,7 @@ constexpr int kMaxNames = 100;
 constexpr std::size_t kMaxNameBytes = 200;  // leaves room for the temporary name's own part
 
 CError WriteError(std::string_view path, int errorNumber) {
-    return {EErrorCode::WriteFailed, std::generic_category().message(errorNumber), std::string(path)};
+    return {EErrorCode::WriteFailed, SystemErrorText(errorNumber), std::string(path)};
 }
 
 // Where a chain of links ends, be there a file or not.
@@ -69,7 +71,7 @@ bool KeepPermissions(int fd, const struct stat& old) {
 
 int RefusalOf(const std::string& target, const struct stat& old) {
     if (S_ISDIR(old.st_mode)) return EISDIR;
-    if (!S_ISREG(old.st_mode)) return EINVAL;
+    if (!S_ISREG(old.st_mode)) return ENXIO;
     return ::access(target.c_str(), W_OK) == 0 ? 0 : errno;
 }
 
@@ -86,7 +88,7 @@ void SyncFolderOf(const std::string& path) {
 CResult<CAtomicFile> CAtomicFile::Create(std::string_view path) {
     std::string target = FollowLinks(std::string(path));
     if (file_util_ex::GetFileName(target).empty()) {
-        return CError{EErrorCode::BadArgument, "no file name", std::string(path)};
+        return CError{EErrorCode::BadArgument, lng::Mark("no file name"), std::string(path)};
     }
     std::error_code error;
     if (std::filesystem::is_symlink(target, error)) return WriteError(path, ELOOP);

@@ -11,6 +11,7 @@
 #include <cstddef>
 
 #include "platform/file_util_ex.h"
+#include "platform/lng.h"
 
 namespace {
 
@@ -130,13 +131,13 @@ CStatus CIniFile::Parse(std::string_view text) {
     m_content = std::make_unique<CContent>();
     if (text.size() > kMaxBytes ||
         std::ranges::count(text, '\n') + std::ranges::count(text, '\r') > kMaxLines) {
-        return CError{EErrorCode::TooLarge, "too large for settings", {}};
+        return CError{EErrorCode::TooLarge, lng::Mark("too large for settings"), {}};
     }
-    if (HasNul(text)) return CError{EErrorCode::BadFormat, "not a text", {}};
+    if (HasNul(text)) return CError{EErrorCode::BadFormat, lng::Mark("not a text"), {}};
     const std::string sound = WithoutBrokenLines(text);
     if (m_content->ini.LoadData(sound.data(), sound.size()) < 0) {
         m_content = std::make_unique<CContent>();
-        return CError{EErrorCode::BadFormat, "not readable as settings", {}};
+        return CError{EErrorCode::BadFormat, lng::Mark("not readable as settings"), {}};
     }
     return CDone{};
 }

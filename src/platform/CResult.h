@@ -18,13 +18,13 @@ enum class EErrorCode {
     BadArgument,  ///< the caller's values make no sense
 };
 
-/** One failure: code, one-line message for people, and the path or place it is about (may be empty). */
+/** One failure. lng::Text gives its line in the language in force. */
 struct CError {
     EErrorCode code = EErrorCode::BadFormat;
-    std::string message;
-    std::string where;
+    std::string message;  ///< one line: a literal of ours, marked by lng::Mark, or the words of a library
+    std::string where;    ///< the path or place that it is about; may be empty
 
-    /** "where: message", or the message alone when there is no place. */
+    /** One line of English: "where: message", or the message alone when there is no place. */
     [[nodiscard]] std::string Text() const { return where.empty() ? message : where + ": " + message; }
 };
 

@@ -9,6 +9,7 @@
 #include <span>
 
 #include "platform/file_util_ex.h"
+#include "platform/lng.h"
 
 namespace {
 
@@ -88,9 +89,9 @@ struct CZipReader::CArchive {
 };
 
 CStatus CZipReader::CArchive::Open() {
-    const CError notZip{EErrorCode::BadFormat, "not a zip archive", {}};
+    const CError notZip{EErrorCode::BadFormat, lng::Mark("not a zip archive"), {}};
     if (bytes.size() > kMaxArchiveBytes || ClaimsTooMany(bytes)) {
-        return CError{EErrorCode::TooLarge, "the archive is too large", {}};
+        return CError{EErrorCode::TooLarge, lng::Mark("the archive is too large"), {}};
     }
     if (bytes.empty()) return notZip;  // to the library an archive without files
     zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, nullptr);
@@ -113,13 +114,13 @@ CStatus CZipReader::CArchive::Open() {
 CStatus CZipReader::CArchive::CheckEntry(const CZipEntry& entry, std::uint64_t& limit) const {
     zip_stat_t info = {};
     if (zip_stat_index(zip.get(), entry.index, 0, &info) != 0) {
-        return CError{EErrorCode::NotFound, "not in the archive", entry.name};
+        return CError{EErrorCode::NotFound, lng::Mark("not in the archive"), entry.name};
     }
     if (info.encryption_method != ZIP_EM_NONE) {
-        return CError{EErrorCode::Unsupported, "encrypted files are not read", entry.name};
+        return CError{EErrorCode::Unsupported, lng::Mark("encrypted files are not read"), entry.name};
     }
     if (zip_compression_method_supported(info.comp_method, 0) == 0) {
-        return CError{EErrorCode::Unsupported, "the way it is packed is not known", entry.name};
+        return CError{EErrorCode::Unsupported, lng::Mark("the way it is packed is not known"), entry.name};
     }
     const std::uint64_t packed = std::min<std::uint64_t>(info.comp_size, bytes.size());
     const std::uint64_t left = kMaxUnpackedBytes - std::min(unpacked, kMaxUnpackedBytes);
@@ -128,7 +129,7 @@ CStatus CZipReader::CArchive::CheckEntry(const CZipEntry& entry, std::uint64_t& 
 }
 
 CResult<std::vector<std::byte>> CZipReader::CArchive::Unpack(const CZipEntry& entry, std::uint64_t limit) {
-    const CError damaged{EErrorCode::BadFormat, "damaged in the archive", entry.name};
+    const CError damaged{EErrorCode::BadFormat, lng::Mark("damaged in the archive"), entry.name};
     const std::unique_ptr<zip_file_t, CZipDeleter> file(zip_fopen_index(zip.get(), entry.index, 0));
     if (!file) return damaged;
     std::vector<std::byte> out;
@@ -143,7 +144,8 @@ CResult<std::vector<std::byte>> CZipReader::CArchive::Unpack(const CZipEntry& en
         if (got < 0) return damaged;
         out.resize(used + static_cast<std::size_t>(got));
         unpacked += static_cast<std::uint64_t>(got);
-        if (out.size() > limit) return CError{EErrorCode::TooLarge, "too large in the archive", entry.name};
+        if (out.size() > limit)
+            return CError{EErrorCode::TooLarge, lng::Mark("too large in the archive"), entry.name};
         if (got == 0) return out;
     }
 }
@@ -179,10 +181,11 @@ const std::vector<CZipEntry>& CZipReader::Entries() const {
 CResult<std::vector<std::byte>> CZipReader::Read(const CZipEntry& entry, std::uint64_t maxBytes) {
     std::uint64_t limit = maxBytes;
     if (CStatus readable = m_archive->CheckEntry(entry, limit); !readable) return readable.Error();
-    if (entry.size > limit) return CError{EErrorCode::TooLarge, "too large in the archive", entry.name};
+    if (entry.size > limit)
+        return CError{EErrorCode::TooLarge, lng::Mark("too large in the archive"), entry.name};
     try {
         return m_archive->Unpack(entry, limit);
     } catch (const std::bad_alloc&) {
-        return CError{EErrorCode::TooLarge, "not enough memory to unpack it", entry.name};
+        return CError{EErrorCode::TooLarge, lng::Mark("not enough memory to unpack it"), entry.name};
     }
 }

@@ -10,6 +10,7 @@
 
 #include "platform/byte_order.h"
 #include "platform/dxt_blocks.h"
+#include "platform/lng.h"
 #include "platform/plugin_function.h"
 
 namespace dds_image {
@@ -28,7 +29,7 @@ CError Unsupported(std::string what) {
 }
 
 CError EndsEarly() {
-    return {EErrorCode::BadFormat, "the picture's data ends early", {}};
+    return {EErrorCode::BadFormat, lng::Mark("the picture's data ends early"), {}};
 }
 
 CImage MakeImage(CBytes bytes) {
@@ -85,7 +86,7 @@ void CopyBlocks(const std::vector<std::uint8_t>& blocks, std::size_t y, CImage& 
 CResult<CImage> DecodeDxt(CBytes bytes, EDxt packing) {
     const FUnpackDxt unpack = Unpacker();
     if (unpack == nullptr)
-        return CError{EErrorCode::Unsupported, "the decoder of this picture is not installed", {}};
+        return CError{EErrorCode::Unsupported, lng::Mark("the decoder of this picture is not installed"), {}};
     const std::size_t across = (std::size_t{byte_order::Le32(bytes, kWidthAt)} + 3) / 4;
     const std::size_t down = (std::size_t{byte_order::Le32(bytes, kHeightAt)} + 3) / 4;
     const std::size_t rowBytes = across * DxtBlockBytes(packing);
@@ -155,7 +156,7 @@ CResult<CImage> DecodePlain(CBytes bytes, std::uint32_t flags) {
 
 CResult<CImage> Decode(std::span<const std::byte> bytes) {
     if (byte_order::Le32(bytes, kHeaderSizeAt) != kHeaderSize)
-        return CError{EErrorCode::BadFormat, "the picture's header is damaged", {}};
+        return CError{EErrorCode::BadFormat, lng::Mark("the picture's header is damaged"), {}};
     const std::uint32_t flags = byte_order::Le32(bytes, kFlagsAt);
     if ((flags & kIsFourCc) != 0) {
         const std::optional<EDxt> packing = PackingOf(bytes);

@@ -5,11 +5,12 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <system_error>
 
 #include "platform/CAtomicFile.h"
 #include "platform/CFileDescriptor.h"
 #include "platform/file_util_ex.h"
+#include "platform/lng.h"
+#include "platform/system_error.h"
 
 namespace file_util_ex {
 namespace {
@@ -21,8 +22,8 @@ constexpr int kSilenceMs = 2000;
 
 CError ReadError(std::string_view path, int errorNumber) {
     const bool missing = errorNumber == ENOENT || errorNumber == ENOTDIR;
-    return {missing ? EErrorCode::NotFound : EErrorCode::Unreadable,
-            std::generic_category().message(errorNumber), std::string(path)};
+    return {missing ? EErrorCode::NotFound : EErrorCode::Unreadable, SystemErrorText(errorNumber),
+            std::string(path)};
 }
 
 // As read(2), but waits a while for what is not a file: nobody may hold the program up with a pipe.
@@ -46,9 +47,7 @@ CResult<std::vector<std::byte>> ReadWholeFile(std::string_view path, std::uint64
     struct stat info = {};
     if (!file.IsOpen() || ::fstat(file.Get(), &info) != 0) return ReadError(path, errno);
     if (S_ISDIR(info.st_mode)) return ReadError(path, EISDIR);
-    const CError tooLarge{EErrorCode::TooLarge,
-                          "the file is larger than " + std::to_string(maxBytes) + " bytes",
-                          std::string(path)};
+    const CError tooLarge{EErrorCode::TooLarge, lng::Mark("the file is too large"), std::string(path)};
     const auto told = static_cast<std::uint64_t>(std::max<off_t>(info.st_size, 0));
     if (S_ISREG(info.st_mode) && told > maxBytes) return tooLarge;
 

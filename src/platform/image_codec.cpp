@@ -12,6 +12,7 @@
 #include "platform/dds_image.h"
 #include "platform/file_util_ex.h"
 #include "platform/image_probe.h"
+#include "platform/lng.h"
 #include "platform/plugin_function.h"
 #include "platform/wx_image_codecs.h"
 
@@ -30,13 +31,10 @@ CError Damaged(std::string why) {
 }
 
 CStatus CheckSize(std::uint64_t width, std::uint64_t height) {
-    if (width == 0 || height == 0) return Damaged("the picture has no size");
+    if (width == 0 || height == 0) return Damaged(lng::Mark("the picture has no size"));
     constexpr std::uint64_t kSide = kMaxSide;
     if (width > kSide || height > kSide || width * height * 4 > kMaxDecodedBytes) {
-        return CError{
-            EErrorCode::TooLarge,
-            "a picture of " + std::to_string(width) + " x " + std::to_string(height) + " pixels is too large",
-            {}};
+        return CError{EErrorCode::TooLarge, lng::Mark("the picture is too large"), {}};
     }
     return CDone{};
 }
@@ -106,7 +104,7 @@ CResult<CImage> DecodeOther(EFormat format, CBytes bytes) {
     const image_probe::CClaim claim = image_probe::ClaimOf(format, bytes);
     if (CStatus fits = CheckSize(claim.width, claim.height); !fits) return fits.Error();
     if (format == EFormat::Dds) return dds_image::Decode(bytes);
-    const CError endsEarly = Damaged("the picture's data ends early");
+    const CError endsEarly = Damaged(lng::Mark("the picture's data ends early"));
     if (format == EFormat::Tga && !image_probe::IsTgaWhole(bytes)) return endsEarly;
     std::vector<std::byte> firstFrame;
     if (format == EFormat::Gif) {
@@ -119,9 +117,10 @@ CResult<CImage> DecodeOther(EFormat format, CBytes bytes) {
     }
     const FDecodeWithWx decode = WxDecoder();
     if (decode == nullptr)
-        return CError{EErrorCode::Unsupported, "the decoder of this picture is not installed", {}};
+        return CError{EErrorCode::Unsupported, lng::Mark("the decoder of this picture is not installed"), {}};
     CImage image;
-    if (!decode(format, bytes.data(), bytes.size(), &image)) return Damaged("the picture's data is damaged");
+    if (!decode(format, bytes.data(), bytes.size(), &image))
+        return Damaged(lng::Mark("the picture's data is damaged"));
     return image;
 }
 
@@ -135,14 +134,14 @@ CResult<CImage> DecodeImage(std::span<const std::byte> bytes, std::string_view n
             case EFormat::Jpeg:
                 return DecodeJpeg(bytes);
             case EFormat::Sgi:
-                return CError{EErrorCode::Unsupported, "SGI pictures are not read", {}};
+                return CError{EErrorCode::Unsupported, lng::Mark("SGI pictures are not read"), {}};
             case EFormat::Unknown:
-                return CError{EErrorCode::Unsupported, "not a kind of picture that is read", {}};
+                return CError{EErrorCode::Unsupported, lng::Mark("not a kind of picture that is read"), {}};
             default:
                 return DecodeOther(format, bytes);
         }
     } catch (const std::bad_alloc&) {
-        return CError{EErrorCode::TooLarge, "not enough memory for the picture", {}};
+        return CError{EErrorCode::TooLarge, lng::Mark("not enough memory for the picture"), {}};
     }
 }
 

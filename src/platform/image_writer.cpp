@@ -12,6 +12,7 @@
 
 #include "platform/CAtomicFile.h"
 #include "platform/file_util_ex.h"
+#include "platform/lng.h"
 
 namespace image_codec {
 namespace {
@@ -23,7 +24,7 @@ CStatus CheckImage(std::string_view path, const CImage& image) {
             static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height) * std::size_t{4}) {
         return CDone{};
     }
-    return CError{EErrorCode::BadArgument, "there is no picture to write", std::string(path)};
+    return CError{EErrorCode::BadArgument, lng::Mark("there is no picture to write"), std::string(path)};
 }
 
 /** Takes the packed bytes. */
@@ -67,7 +68,7 @@ CStatus PackPng(std::string_view path, const CImage& image, bool withAlpha, cons
     }
     png_destroy_write_struct(&png, &info);
     if (encoded) return CDone{};
-    return CError{EErrorCode::WriteFailed, "the picture could not be packed", std::string(path)};
+    return CError{EErrorCode::WriteFailed, lng::Mark("the picture could not be packed"), std::string(path)};
 }
 
 struct CTjDeleter {
@@ -109,7 +110,8 @@ CStatus WriteJpeg(std::string_view path, const CImage& image, int quality) {
                 : -1;
     const std::unique_ptr<unsigned char, CTjDeleter> owned(buffer);
     if (outcome != 0)
-        return CError{EErrorCode::WriteFailed, "the picture could not be packed", std::string(path)};
+        return CError{EErrorCode::WriteFailed, lng::Mark("the picture could not be packed"),
+                      std::string(path)};
     return file_util_ex::WriteFileAtomically(path, std::as_bytes(std::span(buffer, size)));
 }
 

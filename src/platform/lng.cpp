@@ -73,6 +73,13 @@ std::wstring Text(const char* englishText, std::wstring_view value) {
     return text;
 }
 
+std::wstring Text(const CError& error) {
+    // A library's words may be in any encoding; and the catalogue has its head under the empty text.
+    const std::string sound = file_util_ex::ConvertToUTF8(ConvertFromUTF8(error.message));
+    const std::wstring message = sound.empty() ? std::wstring() : Text(sound.c_str());
+    return error.where.empty() ? message : ConvertFromUTF8(error.where) + L": " + message;
+}
+
 std::wstring Number(std::uint64_t number) {
     // The catalogue's entry for this text is the language's separator.
     const std::wstring separator = Text(",");

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/CResult.h"
+
 /**
  * The texts that people see: each is an English literal at its point of use, looked up in the catalogue of
  * the language in force (gettext's .mo files). scripts/update_languages collects the literals.
@@ -39,6 +41,9 @@ void SetLanguage(std::wstring_view code);
 [[nodiscard]] std::wstring Text(const char* englishText);
 /** Text with its first "%s" replaced. */
 [[nodiscard]] std::wstring Text(const char* englishText, std::wstring_view value);
+/** An error's line for people, "where: message", the message in the language in force as far as it is ours.
+ */
+[[nodiscard]] std::wstring Text(const CError& error);
 /** Marks a literal of a table for the catalogue; Text looks it up where it is shown. */
 [[nodiscard]] constexpr const char* Mark(const char* englishText) {
     return englishText;

@@ -166,6 +166,10 @@ std::string GetDataPath(std::string_view relative) {
     return FindUnder(roots, relative);
 }
 
+std::string GetImgPath(std::string_view fileName) {
+    return GetDataPath(MakePath("images", fileName));
+}
+
 std::string GetPluginPath(std::string_view fileName) {
     std::vector<std::string> roots = {InstallPrefix() + "/" ORBIVUE_INSTALL_LIBDIR "/orbivue"};
     if (RunsInBuildTree()) roots.emplace_back(ORBIVUE_BUILD_TREE "/lib");
@@ -198,6 +202,9 @@ std::wstring GetTempFilePath(std::wstring_view fileName) {
 }
 std::wstring GetDataPath(std::wstring_view relative) {
     return ConvertFromUTF8W(GetDataPath(ConvertToUTF8(relative)));
+}
+std::wstring GetImgPath(std::wstring_view fileName) {
+    return ConvertFromUTF8W(GetImgPath(ConvertToUTF8(fileName)));
 }
 bool LaunchBrowser(std::wstring_view urlOrPath) {
     return LaunchBrowser(ConvertToUTF8(urlOrPath));

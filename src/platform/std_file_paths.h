@@ -40,6 +40,9 @@ void DeleteTempDir();
  */
 [[nodiscard]] std::string GetDataPath(std::string_view relative);
 [[nodiscard]] std::wstring GetDataPath(std::wstring_view relative);
+/** GetDataPath of a picture or icon of the program's. */
+[[nodiscard]] std::string GetImgPath(std::string_view fileName);
+[[nodiscard]] std::wstring GetImgPath(std::wstring_view fileName);
 /** Like GetDataPath, for what is compiled for the machine: lib/orbivue, or the build tree. */
 [[nodiscard]] std::string GetPluginPath(std::string_view fileName);
 

@@ -11,6 +11,7 @@
 
 #include "platform/CAtomicFile.h"
 #include "platform/file_util_ex.h"
+#include "platform/lng.h"
 
 namespace zip_file_util {
 namespace {
@@ -34,17 +35,17 @@ bool IsPackedAlready(const std::string& name) {
 
 CStatus AddFile(zip_t* zip, const std::string& name, const std::string& path) {
     if (!file_util_ex::DoesFileExist(path))
-        return CError{EErrorCode::NotFound, "there is no such file", path};
+        return CError{EErrorCode::NotFound, lng::Mark("there is no such file"), path};
     zip_source_t* source = zip_source_file(zip, path.c_str(), 0, -1);
     const zip_int64_t index =
         source != nullptr ? zip_file_add(zip, name.c_str(), source, ZIP_FL_ENC_UTF_8) : -1;
     if (index < 0) {
         if (source != nullptr) zip_source_free(source);
-        return CError{EErrorCode::Unreadable, "cannot be packed", path};
+        return CError{EErrorCode::Unreadable, lng::Mark("cannot be packed"), path};
     }
     const zip_int32_t method = IsPackedAlready(name) ? ZIP_CM_STORE : ZIP_CM_DEFLATE;
     if (zip_set_file_compression(zip, static_cast<zip_uint64_t>(index), method, 0) != 0) {
-        return CError{EErrorCode::Unreadable, "cannot be packed", path};
+        return CError{EErrorCode::Unreadable, lng::Mark("cannot be packed"), path};
     }
     return CDone{};
 }
@@ -54,17 +55,18 @@ CResult<std::map<std::string, std::string>> NamesToPaths(std::span<const std::st
     for (const std::string& path : files) {
         const auto [place, isNew] = paths.emplace(file_util_ex::GetFileName(path), path);
         if (!isNew && place->second != path) {
-            return CError{EErrorCode::BadArgument, "two files share the name " + place->first, path};
+            return CError{EErrorCode::BadArgument, lng::Mark("two files have the same name"), path};
         }
     }
-    if (paths.empty()) return CError{EErrorCode::BadArgument, "no files to pack", {}};
+    if (paths.empty()) return CError{EErrorCode::BadArgument, lng::Mark("no files to pack"), {}};
     return paths;
 }
 
 CStatus CopyToFile(zip_source_t* archive, std::string_view path) {
     CResult<CAtomicFile> file = CAtomicFile::Create(path);
     if (!file) return file.Error();
-    const CError failed{EErrorCode::WriteFailed, "the archive could not be packed", std::string(path)};
+    const CError failed{EErrorCode::WriteFailed, lng::Mark("the archive could not be packed"),
+                        std::string(path)};
     if (zip_source_open(archive) != 0) return failed;
     std::vector<std::byte> chunk(kChunkBytes);
     zip_int64_t got = 0;
@@ -82,7 +84,8 @@ CStatus CopyToFile(zip_source_t* archive, std::string_view path) {
 CStatus WriteZip(std::string_view archivePath, std::span<const std::string> files) {
     const CResult<std::map<std::string, std::string>> paths = NamesToPaths(files);
     if (!paths) return paths.Error();
-    const CError failed{EErrorCode::WriteFailed, "the archive could not be packed", std::string(archivePath)};
+    const CError failed{EErrorCode::WriteFailed, lng::Mark("the archive could not be packed"),
+                        std::string(archivePath)};
     // Packed in memory: the library's own way of writing would neither wait for the disk nor follow a link.
     const CSourcePtr archive(zip_source_buffer_create(nullptr, 0, 0, nullptr));
     if (!archive) return failed;

@@ -11,6 +11,7 @@
 #include "platform/file_util_ex.h"
 #include "platform/image_codec.h"
 #include "platform/image_writer.h"
+#include "platform/lng.h"
 #include "platform/std_file_paths.h"
 #include "platform/zip_file_util.h"
 
@@ -69,7 +70,8 @@ void WriteTextures(Lib3dsFile* scene, const CScratchFolder& folder, std::vector<
 CStatus SaveSceneZip(Lib3dsFile* scene, const CSceneWriter& write, const CImage& picture,
                      std::string_view archivePath) {
     const CScratchFolder folder;
-    if (!folder.IsMade()) return CError{EErrorCode::WriteFailed, "no temporary folder can be made", {}};
+    if (!folder.IsMade())
+        return CError{EErrorCode::WriteFailed, lng::Mark("no temporary folder can be made"), {}};
     std::vector<std::string> files{
         folder.File(file_util_ex::SetFileExt(file_util_ex::GetFileName(archivePath), "3ds"))};
     if (CStatus saved = write(files.front()); !saved) return saved;

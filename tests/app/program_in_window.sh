@@ -24,11 +24,17 @@ settings=$XDG_CONFIG_HOME/orbivue/settings.ini
 mkdir -p "$XDG_CONFIG_HOME/orbivue"
 printf '[Settings]\nCloseOnEsc=1\nLastCamera=-1\nBkColorR=300\nLanguage=../none\nPovDiffuse=abc\nBounds=-5\n' >"$settings"
 
-run() {
-    "$program" "$1" &
+# start TITLE ARGUMENT...
+start() {
+    title=$1
+    shift
+    "$program" "$@" &
     process=$!
-    wait_for "the title" xdotool search --onlyvisible --pid "$process" --name "$2"
-    window=$(xdotool search --onlyvisible --pid "$process" --name "$2" | tail -n 1)
+    wait_for "the title" xdotool search --all --onlyvisible --pid "$process" --name "$title"
+}
+run() {
+    start "$2" "$1"
+    window=$(xdotool search --all --onlyvisible --pid "$process" --name "$2" | tail -n 1)
     xdotool windowactivate --sync "$window" key Escape
     wait "$process" || fail "the program failed"
 }
@@ -42,3 +48,12 @@ grep -q '^Language=../none' "$settings" || fail "an unknown language was changed
 printf 'nothing' >"$XDG_CACHE_HOME/broken.3ds"
 run "$XDG_CACHE_HOME/broken.3ds" "^Orbivue - $XDG_CACHE_HOME/broken.3ds - File open failed\$"
 run "$XDG_CACHE_HOME/missing.3ds" '^Orbivue$'
+
+# A path that a shell split, and a session that ends: what was opened is remembered.
+cp "$model" "$XDG_CACHE_HOME/my new car.3ds"
+start "^Orbivue - $XDG_CACHE_HOME/my new car.3ds\$" "$XDG_CACHE_HOME/my" new car.3ds extra
+kill -TERM "$process"
+status=0
+wait "$process" || status=$?
+[ "$status" = 143 ] || fail "ended with $status by a signal"
+grep -q '^File1=.*my new car.3ds' "$settings" || fail "a signal lost the list of recent files"

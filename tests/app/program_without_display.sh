@@ -46,6 +46,9 @@ ends_with 1 -c "$home/broken.3ds"
 ends_with 1 -c "$home/missing.3ds"
 ends_with 1 -c "$home/my model.3ds" "$home/no/such/folder.pov"
 ends_with 2 -c
+text=$("$program" -c a b c 2>/dev/null) || true
+[ -z "$text" ] || fail "a complaint on the standard output: $text"
+case $("$program" -c 2>&1 >/dev/null) in *"Shows this help"*) ;; *) fail "no usage for -c alone" ;; esac
 ends_with 2 -c a b c
 ends_with 3 "$home/my model.3ds"
 [ ! -e "$home/broken.pov" ] || fail "a failed conversion left a file"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
+#include <gtk/gtk.h>
 #include <sys/resource.h>
 #include <wx/app.h>
 #include <wx/dnd.h>
@@ -95,8 +96,11 @@ TEST_F(FrameWxTest, TellsOfAFailedOpenInTheTitleAlone) {
     const std::wstring object = file_util_ex::ConvertFromUTF8W(window.folder.Add("bad.obj", "nothing"));
     EXPECT_FALSE(window.Open(object));
     EXPECT_EQ(Title(), L"Orbivue - " + bad + L" - File open failed");
-    const std::wstring good =
-        file_util_ex::ConvertFromUTF8W(window.folder.Add("good.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n"));
+    constexpr char kTriangle[] = "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
+    EXPECT_FALSE(window.Open(file_util_ex::ConvertFromUTF8W(window.folder.Add("good.OBJ", kTriangle))));
+    EXPECT_TRUE(Title().EndsWith("good.OBJ - File open failed"));
+    EXPECT_FALSE(window.Open(bad));
+    const std::wstring good = file_util_ex::ConvertFromUTF8W(window.folder.Add("good.obj", kTriangle));
     EXPECT_TRUE(window.Open(good));
     EXPECT_EQ(Title(), L"Orbivue - " + bad + L" - File open failed");
     EXPECT_TRUE(window.IsEnabled(kCmdSaveAs));
@@ -169,8 +173,15 @@ TEST_F(FrameWxTest, FillsTheScreenAndComesBack) {
     EXPECT_TRUE(Frame().StateOfCommand(kCmdFullScreen).checked);
     window.Press('B');  // a key that means nothing
     window.Press(WXK_F11);
-    EXPECT_TRUE(
-        CFrameWindow::WaitFor([&] { return !Frame().IsFullScreen() && Frame().GetMenuBar()->IsShown(); }));
+    const auto isBack = [&] { return !Frame().IsFullScreen() && Frame().GetMenuBar()->IsShown(); };
+    EXPECT_TRUE(CFrameWindow::WaitFor(isBack));
+    // The desktop has a key for it, too.
+    GtkWindow* shown = GTK_WINDOW(Frame().GetHandle());
+    gtk_window_fullscreen(shown);
+    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return Frame().StateOfCommand(kCmdFullScreen).checked; }));
+    gtk_window_unfullscreen(shown);
+    EXPECT_TRUE(CFrameWindow::WaitFor(isBack));
+    EXPECT_FALSE(Frame().StateOfCommand(kCmdFullScreen).checked);
 }
 
 TEST_F(FrameWxTest, OpensWhatIsDropped) {

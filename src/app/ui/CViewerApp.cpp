@@ -2,15 +2,17 @@
 #include "app/ui/CViewerApp.h"
 
 #include <wx/cmdline.h>
-#include <wx/filename.h>
 #include <wx/image.h>
 #include <wx/log.h>
 #include <wx/msgout.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <optional>
+#include <system_error>
 #include <vector>
 
 #include "app/command_line.h"
@@ -22,6 +24,8 @@
 #include "platform/process_memory.h"
 #include "platform/std_file_paths.h"
 #include "platform/ui/CWxUserPrompt.h"
+#include "platform/ui/end_signals.h"
+#include "platform/ui/show_first.h"
 #include "settings/CSettings.h"
 
 namespace {
@@ -88,16 +92,17 @@ void CViewerApp::CleanUp() {
 }
 
 void CViewerApp::OnInitCmdLine(wxCmdLineParser& parser) {
-    const auto parameter = [&parser](const char* description) {
-        parser.AddParam(lng::Text(description), wxCMD_LINE_VAL_STRING, wxCMD_LINE_PARAM_OPTIONAL);
+    const auto parameter = [&parser](const char* description, int flags) {
+        parser.AddParam(lng::Text(description), wxCMD_LINE_VAL_STRING, flags);
     };
     parser.AddSwitch("h", lng::Text("help"), lng::Text("Shows this help"), wxCMD_LINE_OPTION_HELP);
     parser.AddSwitch("c", lng::Text("convert"), lng::Text(kConvertText));
-    parameter(lng::Mark("3ds input file"));
-    parameter(lng::Mark("POV-Ray output file"));
+    parameter(lng::Mark("3ds input file"), wxCMD_LINE_PARAM_OPTIONAL);
+    // As many as there are: a path may hold more than one blank.
+    parameter(lng::Mark("POV-Ray output file"), wxCMD_LINE_PARAM_OPTIONAL | wxCMD_LINE_PARAM_MULTIPLE);
     parser.SetSwitchChars("-");
     // A message box would be the default, and there may be no windows.
-    delete wxMessageOutput::Set(new wxMessageOutputStderr(m_withoutWindows ? stdout : stderr));
+    delete wxMessageOutput::Set(new wxMessageOutputStderr);
 }
 
 bool CViewerApp::OnCmdLineParsed(wxCmdLineParser& parser) {
@@ -111,7 +116,10 @@ bool CViewerApp::OnCmdLineParsed(wxCmdLineParser& parser) {
     if (parser.Found("c")) {
         const std::optional<CConversionPaths> paths = ConversionPathsOf(parameters);
         m_convert = paths.has_value();
-        if (!m_convert) return false;
+        if (!m_convert) {
+            parser.Usage();
+            return false;
+        }
         m_inputPath = paths->input;
         m_outputPath = paths->output;
         return true;
@@ -123,6 +131,7 @@ bool CViewerApp::OnCmdLineParsed(wxCmdLineParser& parser) {
 
 bool CViewerApp::OnCmdLineHelp(wxCmdLineParser& parser) {
     s_exitCode = kExitDone;
+    delete wxMessageOutput::Set(new wxMessageOutputStderr(stdout));
     return wxApp::OnCmdLineHelp(parser);
 }
 
@@ -154,14 +163,29 @@ bool CViewerApp::ShowFrame() {
     }
     s_exitCode.reset();
     SetTopWindow(frame);
-    frame->Show();
+    ShowFirst(*frame);
+    EndOrderlyOnSignals();
     if (!m_inputPath.empty() && file_util_ex::DoesFileExist(m_inputPath)) {
-        wxFileName path(m_inputPath);
-        path.MakeAbsolute();  // the list of recent files outlives the current folder
-        frame->OpenByPath(path.GetFullPath().ToStdWstring());
+        // The list of recent files outlives the current folder.
+        std::error_code error;
+        const std::string folder = std::filesystem::current_path(error).string();
+        frame->OpenByPath(file_util_ex::MakeAbsolute(file_util_ex::ConvertFromUTF8W(folder), m_inputPath));
     }
     m_inputPath.clear();
     return true;
+}
+
+void CViewerApp::EndOrderlyOnSignals() {
+    std::atexit(
+        std_file_paths::DeleteTempDir);  // the toolkit's own way out when the display server goes away
+    WatchEndSignals([this](int signal) { EndBySignal(signal); });
+}
+
+void CViewerApp::EndBySignal(int signal) {
+    if (auto* frame = dynamic_cast<CAViewerFrame*>(GetTopWindow())) frame->KeepState();
+    KeepSettings();
+    std::signal(signal, SIG_DFL);
+    (void)std::raise(signal);  // whoever sent it sees what it did
 }
 
 void CViewerApp::LoadSettings() {
@@ -169,13 +193,15 @@ void CViewerApp::LoadSettings() {
     CSettings::Instance().ReadAll();
 }
 
+void CViewerApp::KeepSettings() {
+    CSettings& settings = CSettings::Instance();
+    if (settings.lastCamera == -1) settings.lastCamera = CSettings::kIsoCamera;
+    (void)settings.WriteAll();  // nobody is left to be told
+    std_file_paths::DeleteTempDir();
+}
+
 int CViewerApp::OnExit() {
-    if (!m_helpRequested && !m_convert) {
-        CSettings& settings = CSettings::Instance();
-        if (settings.lastCamera == -1) settings.lastCamera = CSettings::kIsoCamera;
-        (void)settings.WriteAll();  // nobody is left to be told
-        std_file_paths::DeleteTempDir();
-    }
+    if (!m_helpRequested && !m_convert) KeepSettings();
     CUserPrompt::Install(nullptr);
     return wxApp::OnExit();
 }

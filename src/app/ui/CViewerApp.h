@@ -26,6 +26,11 @@ class CViewerApp final : public wxApp {
   private:
     void LoadSettings();
     bool ShowFrame();
+    void EndOrderlyOnSignals();
+    /** Keeps what a normal end keeps, and ends: a desktop ends its session so. */
+    void EndBySignal(int signal);
+    /** Writes the settings and removes the temporary folder. */
+    void KeepSettings();
 
     std::wstring m_inputPath;
     std::wstring m_outputPath;  ///< of a conversion

@@ -26,6 +26,7 @@
 #include "platform/lng.h"
 #include "platform/std_file_paths.h"
 #include "platform/ui/accessible_name.h"
+#include "platform/ui/full_screen_watch.h"
 #include "platform/ui/wx_window_state.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
@@ -61,7 +62,7 @@ CAViewerFrame::CAViewerFrame(const wxString& title)
       m_view(std::make_unique<CViewer3DSWindowHandler>(this, &m_tools)),
       m_files(std::make_unique<CFileCommands>(*this, *m_view, static_cast<CFileCommandsClient&>(*this))) {
     if (!HasView()) return;
-    const wxString icon = std_file_paths::GetDataPath(L"images/main.ico");
+    const wxString icon = std_file_paths::GetImgPath(L"main.ico");
     SetIcons(wxIconBundle(icon, wxBITMAP_TYPE_ICO));
     m_view->SetOwner(this);
     MakePanes();
@@ -125,6 +126,9 @@ void CAViewerFrame::BindEvents() {
         ShowHint();
         event.Skip();
     });
+    WatchFullScreen(*this, [this] {
+        if (!m_closed && IsFullScreen() != m_state.isFullScreen) FollowFullScreen();
+    });
     m_view->SetProgressListener([this](const CLoadProgress& progress, long elapsedMs) {
         constexpr long kShowAfterMs = 500;
         if (elapsedMs >= kShowAfterMs) m_statusBar->ShowProgress(ProgressOf(progress));
@@ -154,7 +158,6 @@ void CAViewerFrame::ApplySettings() {
     engine.SetShowAxis(settings.showAxis);
     m_view->SetWireframe(settings.wireFrame);
     m_view->SetRotate(settings.rotate);
-    ShowHint();
 }
 
 void CAViewerFrame::ShowHint() {
@@ -178,6 +181,7 @@ void CAViewerFrame::ShowCommandStates() {
 }
 
 void CAViewerFrame::OpenByPath(const std::wstring& path) {
+    OnOpening();  // from the first picture on
     m_view->WhenReady([this, path] {
         m_files->OpenByPath(path);
         EndCommand();
@@ -215,9 +219,18 @@ void CAViewerFrame::EndCommand() {
 
 void CAViewerFrame::ToggleFullScreen() {
     ShowFullScreen(!IsFullScreen(), wxFULLSCREEN_ALL);
+    FollowFullScreen();
+}
+
+void CAViewerFrame::FollowFullScreen() {
     m_state.isFullScreen = IsFullScreen();
+    // Where the desktop does it the toolkit leaves its bars as they were.
+    m_menuBar->Show(!m_state.isFullScreen);
+    m_statusBar->Show(!m_state.isFullScreen);
+    SendSizeEvent();
     if (!m_state.isFullScreen && GetMenuBar() != m_menuBar) SetMenuBar(m_menuBar);
     ShowPanes();
+    ShowCommandStates();
 }
 
 /** The model alone fills a full screen; the panes come back with the menus. */
@@ -283,6 +296,10 @@ void CAViewerFrame::ShowRunning(int commandId) {
     ShowCommandStates();
 }
 
+void CAViewerFrame::OnOpening() {
+    m_view->SetHint({});  // somebody has done what it says
+}
+
 void CAViewerFrame::OnOpened() {
     if (CSettings::Instance().lastCamera != kCmdIsoCamera) ResetView();
 }
@@ -292,6 +309,7 @@ void CAViewerFrame::OnModelChanged() {
     const CPreparedScene* scene = engine.Prepared();
     const CSceneSummary summary = scene ? SummaryOf(*scene) : CSceneSummary{};
     m_state.hasModel = scene != nullptr;
+    if (!m_state.hasModel) ShowHint();
     m_state.hasNotes = !summary.lines.empty();
     m_state.folderModels = m_files->FolderModels();
     m_state.isAnimated = engine.HasAnimation();
@@ -352,10 +370,15 @@ void CAViewerFrame::OnClose(wxCloseEvent& event) {
         if (event.CanVeto()) event.Veto();
         return;
     }
+    KeepState();
     m_closed = true;
+    Destroy();
+}
+
+void CAViewerFrame::KeepState() {
+    if (m_closed) return;
     wx_window_state::SaveState(this, kWindowState);
     m_files->RecentFiles().SaveStdProfileSettings();
-    Destroy();
 }
 
 void CAViewerFrame::CloseWhereAsked() {

@@ -31,6 +31,9 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
     [[nodiscard]] bool HasView() const;
     /** Opens a file as the Open command does, once the view can. */
     void OpenByPath(const std::wstring& path);
+    /** Puts what the next start shows again into the settings' store: the window's place and the recent
+     * files. */
+    void KeepState();
     /** Does what a command does; nothing for one that is disabled now. */
     void RunCommand(int id);
     /** True for a command that does something when it is enabled. */
@@ -55,6 +58,7 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
     void ApplySettings();
     void ShowHint();
     void ShowCommandStates();
+    void FollowFullScreen();
     void ShowPanes();
     void OnClose(wxCloseEvent& event);
     void EndCommand();
@@ -70,6 +74,7 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
     void OnViewRightButtonDown() override;
     void ShowTitle(const std::wstring& title) override { SetTitle(title); }
     void ShowRunning(int commandId) override;
+    void OnOpening() override;
     void OnOpened() override;
     void OnModelChanged() override;
 

@@ -54,11 +54,12 @@ CFileCommands::CFileCommands(wxWindow& parent, CViewer3DSWindowHandler& view, CF
 
 bool CFileCommands::OpenByPath(const std::wstring& path) {
     if (m_busy) return false;
+    const CBusyCursor cursor;
     const bool shownAlready = path == m_view.GetPath();
     bool opened = false;
     {
         const CFlagGuard busy(m_busy);
-        const CBusyCursor cursor;
+        m_client.OnOpening();
         opened = m_view.OpenModel(path.c_str());
     }
     if (file_util_ex::GetFileExt(path) != L"obj") {
@@ -162,18 +163,17 @@ void CFileCommands::AskAndSave(const CSaveDialog& dialog) {
 }
 
 void CFileCommands::Save(const std::wstring& path) {
-    std::string reason;
+    std::wstring reason;
     RepaintWindows();  // or the dialog's picture stays over the view until the end
     {
         const CBusyCursor cursor;
         const CStatus saved = m_view.SaveToPath(path);
-        if (!saved) reason = saved.Error().Text();
+        if (!saved) reason = lng::Text(saved.Error());
     }
     m_folderModels = static_cast<unsigned>(folder_models::ListBeside(m_path).size());
     m_client.OnModelChanged();
     if (reason.empty()) return;
-    CUserPrompt::Instance().ShowMessage(lng::Text("The file could not be saved.") + L"\n" +
-                                        lng::ConvertFromUTF8(reason));
+    CUserPrompt::Instance().ShowMessage(lng::Text("The file could not be saved.") + L"\n" + reason);
 }
 
 void CFileCommands::DeleteFile() {

@@ -17,6 +17,8 @@ class CFileCommandsClient {
     virtual void ShowTitle(const std::wstring& title) = 0;
     /** A command is shown pressed from now on; 0: none is. */
     virtual void ShowRunning(int commandId) = 0;
+    /** A model is being opened from now on; OnModelChanged follows. */
+    virtual void OnOpening() = 0;
     /** A model was opened just now; it is seen from the ISO camera. */
     virtual void OnOpened() = 0;
     /** Another model is shown, or none, or another number of models lies beside it; or the recent files

@@ -19,7 +19,7 @@ namespace {
 /** A picture of the images folder in all sizes from one on, each passed through change. */
 wxBitmapBundle LoadSizes(const char* fileName, int size, const std::function<void(wxImage&)>& change) {
     const wxLogNull quiet;  // a program without its pictures still works
-    const wxString path = std_file_paths::GetDataPath(L"images/" + lng::ConvertFromUTF8(fileName));
+    const wxString path = std_file_paths::GetImgPath(lng::ConvertFromUTF8(fileName));
     wxVector<wxBitmap> sizes;
     const int count = wxImage::GetImageCount(path, wxBITMAP_TYPE_ICO);
     for (int i = 0; i < count; ++i) {

@@ -19,6 +19,7 @@
 #include "model/lib3ds_util.h"
 #include "model/load_scene.h"
 #include "platform/file_util_ex.h"
+#include "platform/lng.h"
 #include "view/CKeyDownListener.h"
 #include "view/pick_records.h"
 #include "view/save_scene.h"
@@ -164,7 +165,7 @@ std::wstring CViewer3DSWindowHandler::GetFileName() const {
 
 CStatus CViewer3DSWindowHandler::SaveToPath(const std::wstring& path) {
     Lib3dsFile* scene = GetEngine().Get3dsFile();
-    if (!scene) return CError{EErrorCode::NotFound, "no model is open", {}};
+    if (!scene) return CError{EErrorCode::NotFound, lng::Mark("no model is open"), {}};
     lib3ds_util::change_textures_ext(scene, "jpg");
     const CSceneWriter write = [this](std::string_view target) -> CStatus {
         if (GetEngine().SaveAs(file_util_ex::ConvertFromUTF8W(target).c_str())) return CDone{};
