@@ -18,7 +18,7 @@ class CUserPrompt {
 
     /** A message box with the program's name as its caption. */
     virtual void ShowMessage(const std::wstring& text) = 0;
-    /** A question with the buttons Yes and No. True for Yes. */
+    /** Asks before something is lost, with the buttons Yes and No, of which Enter takes No. True for Yes. */
     [[nodiscard]] virtual bool AskYesNo(const std::wstring& text) = 0;
     virtual void BeginBusy() = 0;
     virtual void EndBusy() = 0;

@@ -20,7 +20,7 @@ void CWxUserPrompt::ShowMessage(const std::wstring& text) {
 }
 
 bool CWxUserPrompt::AskYesNo(const std::wstring& text) {
-    return Show(text, wxYES_NO | wxCENTRE | wxICON_QUESTION) == wxYES;
+    return Show(text, wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_QUESTION) == wxYES;
 }
 
 void CWxUserPrompt::BeginBusy() {
