@@ -15,13 +15,17 @@ std::function<void(int)>& End() {
 
 template <int signal>
 void Watch() {
-    struct sigaction before {};
-    if (::sigaction(signal, nullptr, &before) != 0 || before.sa_handler == SIG_IGN) return;
+    struct sigaction action {};
+    if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
     const auto tell = [](gpointer) -> gboolean {
         End()(signal);
         return G_SOURCE_REMOVE;
     };
     g_unix_signal_add(signal, tell, nullptr);
+    // GLib's own handler would swallow a second one until the event loop has heard of the first.
+    if (::sigaction(signal, nullptr, &action) != 0) return;
+    action.sa_flags |= static_cast<int>(SA_RESETHAND);
+    (void)::sigaction(signal, &action, nullptr);
 }
 
 }  // namespace
