@@ -4,8 +4,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
+
+#include "platform/system_error.h"
 
 namespace fs = std::filesystem;
 
@@ -63,6 +66,11 @@ bool DoesFolderExist(std::string_view path) {
 
 bool DeleteFileW(std::string_view path) {
     return ::unlink(std::string(path).c_str()) == 0;
+}
+
+CStatus TryDeleteFile(std::string_view path) {
+    if (DeleteFileW(path) || errno == ENOENT) return CDone{};
+    return CError{EErrorCode::WriteFailed, SystemErrorText(errno), std::string(path)};
 }
 
 bool Mkdir(std::string_view path) {

@@ -31,6 +31,8 @@ namespace file_util_ex {
  */
 bool DeleteFileW(std::string_view path);
 bool DeleteFileW(std::wstring_view path);
+/** Deletes as DeleteFileW does, and tells why it cannot; a file that is gone already is a success. */
+[[nodiscard]] CStatus TryDeleteFile(std::string_view path);
 /** Makes the folder and those above it. True also when it is there already. */
 [[nodiscard]] bool Mkdir(std::string_view path);
 [[nodiscard]] bool Mkdir(std::wstring_view path);

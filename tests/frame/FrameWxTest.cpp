@@ -89,6 +89,18 @@ TEST_F(FrameWxTest, OpensStepsAndDeletes) {
                  window.IsEnabled(kCmdDeleteFile));
 }
 
+TEST_F(FrameWxTest, TellsWhyAFileCannotBeDeleted) {
+    const std::wstring knot = Sample("knot.3ds", "a.3ds");
+    ASSERT_TRUE(window.Open(knot));
+    window.prompt->answer = true;
+    // Something that no unlink removes has come in its place.
+    std::filesystem::remove(window.folder / "a.3ds");
+    std::filesystem::create_directory(window.folder / "a.3ds");
+    Frame().RunCommand(kCmdDeleteFile);
+    EXPECT_EQ(window.prompt->messages.back(),
+              L"The file a.3ds could not be deleted.\n" + knot + L": this is a folder");
+}
+
 TEST_F(FrameWxTest, TellsOfAFailedOpenInTheTitleAlone) {
     const std::wstring bad = file_util_ex::ConvertFromUTF8W(window.folder.Add("bad.3ds", "nothing"));
     EXPECT_FALSE(window.Open(bad));
@@ -141,7 +153,13 @@ TEST_F(FrameWxTest, ReadsAFileAgainAndKeepsTheCamera) {
     window.folder.Add("k.3ds", "half");
     Frame().RunCommand(kCmdReload);
     EXPECT_NE(window.Engine().Prepared(), nullptr);
-    EXPECT_EQ(window.prompt->messages.size(), 1u);
+    std::filesystem::remove(window.folder / "k.3ds");
+    Frame().RunCommand(kCmdReload);
+    EXPECT_NE(window.Engine().Prepared(), nullptr);
+    EXPECT_EQ(window.prompt->messages, (std::vector{L"The file k.3ds cannot be read again.\n" + path +
+                                                        L": The file is too short to be a 3D Studio file",
+                                                    L"The file k.3ds cannot be read again.\n" + path +
+                                                        L": there is no such file or folder"}));
 }
 
 TEST_F(FrameWxTest, SavesScenesAndArchivesThatOpenAgain) {

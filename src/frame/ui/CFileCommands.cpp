@@ -47,6 +47,10 @@ class CRunningCommand {
     CFileCommandsClient& m_client;
 };
 
+void TellOfFailure(const std::wstring& what, const CError& why) {
+    CUserPrompt::Instance().ShowMessage(what + L"\n" + lng::Text(why));
+}
+
 }  // namespace
 
 CFileCommands::CFileCommands(wxWindow& parent, CViewer3DSWindowHandler& view, CFileCommandsClient& client)
@@ -128,14 +132,13 @@ void CFileCommands::OpenRecent(int commandId) {
 void CFileCommands::Reload() {
     if (m_busy || m_view.GetPath().empty()) return;
     const CFlagGuard busy(m_busy);
-    bool read = false;
-    {
+    const CStatus read = [this] {
         const CBusyCursor cursor;
-        read = m_view.Reload();
-    }
+        return m_view.Reload();
+    }();
     m_client.OnModelChanged();
     if (!read)
-        CUserPrompt::Instance().ShowMessage(lng::Text("The file %s cannot be read again.", m_view.GetPath()));
+        TellOfFailure(lng::Text("The file %s cannot be read again.", m_view.GetFileName()), read.Error());
 }
 
 void CFileCommands::SaveAs() {
@@ -163,17 +166,14 @@ void CFileCommands::AskAndSave(const CSaveDialog& dialog) {
 }
 
 void CFileCommands::Save(const std::wstring& path) {
-    std::wstring reason;
     RepaintWindows();  // or the dialog's picture stays over the view until the end
-    {
+    const CStatus saved = [&] {
         const CBusyCursor cursor;
-        const CStatus saved = m_view.SaveToPath(path);
-        if (!saved) reason = lng::Text(saved.Error());
-    }
+        return m_view.SaveToPath(path);
+    }();
     m_folderModels = static_cast<unsigned>(folder_models::ListBeside(m_path).size());
     m_client.OnModelChanged();
-    if (reason.empty()) return;
-    CUserPrompt::Instance().ShowMessage(lng::Text("The file could not be saved.") + L"\n" + reason);
+    if (!saved) TellOfFailure(lng::Text("The file could not be saved."), saved.Error());
 }
 
 void CFileCommands::DeleteFile() {
@@ -184,13 +184,13 @@ void CFileCommands::DeleteFile() {
     if (!CUserPrompt::Instance().AskYesNo(lng::Text("Are you sure do you want to delete %s file?", name)))
         return;
     m_view.CloseModel();
-    const bool deleted = !file_util_ex::DoesFileExist(path) || file_util_ex::DeleteFileW(path);
+    const CStatus deleted = file_util_ex::TryDeleteFile(file_util_ex::ConvertToUTF8(path));
     if (deleted) m_recent.Remove(path);
     m_path.clear();
     m_folderModels = 0;
     m_client.ShowTitle(kTitle);
     m_client.OnModelChanged();
-    if (!deleted) CUserPrompt::Instance().ShowMessage(lng::Text("The file %s could not be deleted.", name));
+    if (!deleted) TellOfFailure(lng::Text("The file %s could not be deleted.", name), deleted.Error());
 }
 
 void CFileCommands::Step(folder_models::EStep step) {

@@ -91,10 +91,10 @@ CResult<CLoadedScene> CViewer3DSWindowHandler::LoadBesideWindows(const std::wstr
     return std::move(*loaded);
 }
 
-bool CViewer3DSWindowHandler::Reload() {
-    if (m_path.empty()) return false;
+CStatus CViewer3DSWindowHandler::Reload() {
+    if (m_path.empty()) return CError{EErrorCode::NotFound, lng::Mark("no model is open"), {}};
     CResult<CLoadedScene> loaded = LoadBesideWindows(m_path);
-    if (!loaded) return false;
+    if (!loaded) return loaded.Error();
     const CViewPose pose = GetEngine().GetPose();
     BeginWork();
     const bool opened = GetEngine().OpenLoaded(std::move(loaded));
@@ -103,7 +103,8 @@ bool CViewer3DSWindowHandler::Reload() {
     AfterSceneChange();
     m_playing = playing;
     EndWork();
-    return opened;
+    if (!opened) return GetEngine().LastError();
+    return CDone{};
 }
 
 bool CViewer3DSWindowHandler::OpenModelStruct(Lib3dsFile* scene, const wchar_t* name) {

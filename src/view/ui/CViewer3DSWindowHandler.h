@@ -49,7 +49,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
      *  current path is empty. Windows repaint while it is read, and input waits. */
     [[nodiscard]] bool OpenModel(const wchar_t* path);
     /** Reads the file that is shown again; camera, rotation and frame stay. On failure all stays as it is. */
-    [[nodiscard]] bool Reload();
+    [[nodiscard]] CStatus Reload();
     /** Hears how far an opening has come, with the milliseconds since it began, as long as it takes. */
     void SetProgressListener(CProgressListener listener) { m_progressListener = std::move(listener); }
     /** As OpenModel, with a scene in memory, which it takes whatever the outcome. */
