@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <exception>
 #include <numeric>
 #include <thread>
 #include <unordered_map>
@@ -12,6 +11,7 @@
 #include "model/CObjLineFilter.h"
 #include "model/obj_points_and_lines.h"
 #include "platform/lng.h"
+#include "platform/parallel_for.h"
 
 namespace {
 
@@ -42,21 +42,7 @@ std::vector<CObjCollector> ReadParts(std::string_view text, unsigned threads) {
         begin = end;
     }
     std::vector<CObjCollector> parts(pieces.size());
-    std::vector<std::exception_ptr> failures(pieces.size());
-    const auto read = [&](std::size_t i) {
-        try {
-            parts[i].Read(pieces[i]);
-        } catch (...) {
-            failures[i] = std::current_exception();
-        }
-    };
-    std::vector<std::jthread> workers;
-    for (std::size_t i = 1; i < pieces.size(); ++i) workers.emplace_back(read, i);
-    read(0);
-    workers.clear();
-    for (const std::exception_ptr& failure : failures) {
-        if (failure) std::rethrow_exception(failure);
-    }
+    ParallelFor(pieces.size(), threads, [&](std::size_t i) { parts[i].Read(pieces[i]); });
     return parts;
 }
 

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -26,7 +27,11 @@ void ParallelFor(std::size_t count, unsigned threads, const std::function<void(s
     };
     {
         std::vector<std::jthread> helpers;
-        for (std::size_t i = 1; i < std::min(cores, count); ++i) helpers.emplace_back(work);
+        try {
+            for (std::size_t i = 1; i < std::min(cores, count); ++i) helpers.emplace_back(work);
+        } catch (const std::system_error&) {
+            // No further thread can be had: those that are there do it.
+        }
         work();
     }
     if (failure) std::rethrow_exception(failure);
