@@ -21,7 +21,8 @@ trap 'exit 130' INT TERM HUP
 
 # The server picks a free display itself and writes its number to descriptor 3 once it takes connections.
 mkfifo "$work/display"
-Xvfb -displayfd 3 -screen 0 "${XVFB_SCREEN:-1280x1024x24}" -nolisten tcp 3>"$work/display" >"$work/server.log" 2>&1 &
+# Without resets: between the first programs that come and go it would turn others away.
+Xvfb -noreset -displayfd 3 -screen 0 "${XVFB_SCREEN:-1280x1024x24}" -nolisten tcp 3>"$work/display" >"$work/server.log" 2>&1 &
 server=$!
 number=''
 read -r number <"$work/display" || true
