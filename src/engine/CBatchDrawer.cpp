@@ -87,11 +87,13 @@ void CBatchDrawer::Prepare(const CDrawItem& item) {
         m_mesh = meshIndex;
         m_ownIndices = true;
     }
-    const bool newMaterial = m_material != item.material || m_hasTexCoords != mesh.HasTexCoords();
+    const bool newMaterial =
+        m_material != item.material || m_hasTexCoords != mesh.HasTexCoords() || m_part != item.part;
     if (newMaterial) {
         m_material = item.material;
         m_hasTexCoords = mesh.HasTexCoords();
-        UseMaterial(m_scene.materials[item.material], m_hasTexCoords);
+        m_part = item.part;
+        UseMaterial(item, m_hasTexCoords);
     }
     if (newMaterial || m_node != item.node) {
         m_pipeline.UseTransform(m_gl, m_view.EyeModelView(node.meshToWorld));
@@ -100,8 +102,9 @@ void CBatchDrawer::Prepare(const CDrawItem& item) {
     }
 }
 
-void CBatchDrawer::UseMaterial(const CPreparedMaterial& material, bool hasTexCoords) {
-    m_pipeline.UseMaterial(m_gl, material, hasTexCoords);
+void CBatchDrawer::UseMaterial(const CDrawItem& item, bool hasTexCoords) {
+    const CPreparedMaterial& material = m_scene.materials[item.material];
+    m_pipeline.UseMaterial(m_gl, material, hasTexCoords, item.part);
     if (material.twoSided) {
         glDisable(GL_CULL_FACE);
     } else {

@@ -25,7 +25,7 @@ class CBatchDrawer {
 
   private:
     void Prepare(const CDrawItem& item);
-    void UseMaterial(const CPreparedMaterial& material, bool hasTexCoords);
+    void UseMaterial(const CDrawItem& item, bool hasTexCoords);
     void UsePolygonMode(const CPreparedMaterial& material);
     void DrawBothSides(const CMeshBuffers& mesh, const CPreparedBatch& batch);
 
@@ -39,6 +39,7 @@ class CBatchDrawer {
     int m_polygonMode[2] = {};  ///< the caller's, front and back
     std::optional<std::uint32_t> m_node, m_material, m_mesh;
     bool m_hasTexCoords = false;
+    ESurfacePart m_part = ESurfacePart::Whole;
     bool m_ownIndices = true;  ///< the mesh's own index buffer is bound
     bool m_wire = false;
 };

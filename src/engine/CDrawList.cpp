@@ -19,23 +19,41 @@ float DepthOf(const std::array<double, 4>& row, CVec3 p) {
 class CKeys {
   public:
     CKeys(const CPreparedScene& scene, const CDrawPipeline& pipeline)
-        : m_scene(scene), m_pipeline(pipeline), m_known(scene.materials.size() * 2), m_keys(m_known.size()) {}
+        : m_scene(scene),
+          m_pipeline(pipeline),
+          m_known(scene.materials.size() * kKinds),
+          m_keys(m_known.size()) {}
 
-    std::uint32_t Of(std::uint32_t material, bool hasTexCoords) {
-        const std::size_t at = material * 2u + (hasTexCoords ? 1u : 0u);
+    std::uint32_t Of(std::uint32_t material, bool hasTexCoords, ESurfacePart part) {
+        const std::size_t kind = static_cast<std::size_t>(part) * 2 + (hasTexCoords ? 1u : 0u);
+        const std::size_t at = material * kKinds + kind;
         if (!m_known[at]) {
-            m_keys[at] = m_pipeline.SortKey(m_scene.materials[material], hasTexCoords);
+            m_keys[at] = m_pipeline.SortKey(m_scene.materials[material], hasTexCoords, part);
             m_known[at] = true;
         }
         return m_keys[at];
     }
 
   private:
+    static constexpr std::size_t kKinds = 6;  ///< of keys of one material
     const CPreparedScene& m_scene;
     const CDrawPipeline& m_pipeline;
     std::vector<bool> m_known;
     std::vector<std::uint32_t> m_keys;
 };
+
+/** Adds a batch as the parts that its material has. */
+template <class TMakePart, class TSort>
+void Add(CDrawList& list, const CPreparedMaterial& material, const TMakePart& make, const TSort& sort) {
+    if (!IsBlended(material)) {
+        list.opaque.push_back(make(ESurfacePart::Whole));
+        return;
+    }
+    const bool parts = MayBeSolid(material);
+    if (parts) list.opaque.push_back(make(ESurfacePart::Solid));
+    list.transparent.push_back(make(parts ? ESurfacePart::Translucent : ESurfacePart::Whole));
+    sort(list.transparent.back());
+}
 
 }  // namespace
 
@@ -57,13 +75,15 @@ CDrawList CDrawList::Build(CGlCurrent& gl, const CPreparedScene& scene, const CF
             const CPreparedBatch& batch = mesh.batches[b];
             const CPreparedMaterial& material = scene.materials[batch.material];
             if (batch.indexCount == 0 || IsInvisible(material)) continue;
-            CDrawItem item{n, b, batch.material, keys.Of(batch.material, hasTexCoords), middle, false};
-            if (IsBlended(material) && !material.additive && !mesh.vertices.empty() &&
-                CSortedBatches::Sorts(batch)) {
+            const auto part = [&](ESurfacePart which) {
+                const std::uint32_t key = keys.Of(batch.material, hasTexCoords, which);
+                return CDrawItem{n, b, batch.material, key, middle, false, which};
+            };
+            Add(list, material, part, [&](CDrawItem& item) {
+                if (material.additive || mesh.vertices.empty() || !CSortedBatches::Sorts(batch)) return;
                 item.depth = sorted.Sort(gl, n, b, mesh, row).Middle();
                 item.sorted = true;
-            }
-            (IsBlended(material) ? list.transparent : list.opaque).push_back(item);
+            });
         }
     }
     const auto byState = [](const CDrawItem& a, const CDrawItem& b) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "engine/CMeshBuffers.h"
+#include "engine/shader_source.h"
 
 class CDrawPipeline;
 class CSortedBatches;
@@ -16,9 +17,14 @@ struct CDrawItem {
     std::uint32_t key = 0;  ///< CDrawPipeline::SortKey
     float depth = 0;        ///< of the middle; larger is farther
     bool sorted = false;    ///< its indices are in the CSortedBatches
+    ESurfacePart part = ESurfacePart::Whole;
 };
 
-/** What a frame draws, in this order: what is outside the view, hidden or invisible is left out. */
+/**
+ * What a frame draws, in this order: what is outside the view, hidden or invisible is left out. What is
+ * transparent by its pictures alone is in both lists, once for each part. That holds for pictures without
+ * half-tones, too: filtering makes some at every edge, and of a small fence or leaf nothing else is left.
+ */
 struct CDrawList {
     std::vector<CDrawItem> opaque;       ///< grouped by program and material, near ones first
     std::vector<CDrawItem> transparent;  ///< far ones first

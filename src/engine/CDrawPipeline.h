@@ -6,6 +6,7 @@
 
 #include "engine/CGlTexture.h"
 #include "engine/CMatrix4d.h"
+#include "engine/shader_source.h"
 
 class CGlCurrent;
 class CTextureSet;
@@ -32,9 +33,10 @@ class CDrawPipeline {
     virtual void Begin(CGlCurrent& gl, const CFrame& frame) = 0;
     virtual void End(CGlCurrent& gl) = 0;
     /** Parts of equal keys are cheap to draw one after the other. */
-    [[nodiscard]] virtual std::uint32_t SortKey(const CPreparedMaterial& material,
-                                                bool hasTexCoords) const = 0;
-    virtual void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords) = 0;
+    [[nodiscard]] virtual std::uint32_t SortKey(const CPreparedMaterial& material, bool hasTexCoords,
+                                                ESurfacePart part) const = 0;
+    virtual void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords,
+                             ESurfacePart part) = 0;
     /** The transform of what is drawn next; comes after UseMaterial. */
     virtual void UseTransform(CGlCurrent& gl, const CMatrix4d& eyeModelView) = 0;
 };

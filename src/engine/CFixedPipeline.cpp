@@ -50,6 +50,16 @@ void SetLight(GLenum name, const CFrameLight& light) {
     glLightf(name, GL_QUADRATIC_ATTENUATION, middle < 1e20f ? 1 / (middle * middle) : 0);
 }
 
+void UsePart(ESurfacePart part) {
+    if (part == ESurfacePart::Whole) {
+        glDisable(GL_ALPHA_TEST);
+        return;
+    }
+    glEnable(GL_ALPHA_TEST);
+    glAlphaFunc(part == ESurfacePart::Solid ? GL_GEQUAL : GL_LESS,
+                (static_cast<float>(kSolidAlpha) - 0.5f) / 255.0f);
+}
+
 }  // namespace
 
 void CFixedPipeline::Begin(CGlCurrent&, const CFrame& frame) {
@@ -80,11 +90,16 @@ void CFixedPipeline::End(CGlCurrent&) {
     glDisable(GL_TEXTURE_2D);
 }
 
-std::uint32_t CFixedPipeline::SortKey(const CPreparedMaterial& material, bool hasTexCoords) const {
-    return CMaterialLook::From(material, m_frame->textures, hasTexCoords, m_frame->asLines).surface.Key();
+std::uint32_t CFixedPipeline::SortKey(const CPreparedMaterial& material, bool hasTexCoords,
+                                      ESurfacePart part) const {
+    CShaderVariant surface =
+        CMaterialLook::From(material, m_frame->textures, hasTexCoords, m_frame->asLines).surface;
+    surface.part = part;
+    return surface.Key();
 }
 
-void CFixedPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords) {
+void CFixedPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords,
+                                 ESurfacePart part) {
     const CMaterialLook look =
         CMaterialLook::From(material, m_frame->textures, hasTexCoords, m_frame->asLines);
     const bool metal = material.shading == EShading::Metal && look.surface.tintedSpecular;
@@ -104,6 +119,7 @@ void CFixedPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& materi
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, material.twoSided);
     glShadeModel(look.surface.flat ? GL_FLAT : GL_SMOOTH);
     UseTexture(gl, material, look);
+    UsePart(part);
 }
 
 void CFixedPipeline::UseTexture(CGlCurrent& gl, const CPreparedMaterial& material,

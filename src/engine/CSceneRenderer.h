@@ -40,7 +40,7 @@ class CSceneRenderer {
     /** Deletes everything it made of a scene; its programs stay for the next one, in the same context. */
     void Clear(CGlCurrent& gl);
 
-    /** Opaque parts, then transparent ones from back to front. scene must be the one uploaded. */
+    /** What is opaque, then what is transparent from back to front. scene must be the one uploaded. */
     void Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options);
     /** For GL_SELECT: loads each drawn node's index with glLoadName and draws its triangles plainly, leaving
      * out nodes whose bounds do not meet the view volume (the pick region, when the projection is restricted

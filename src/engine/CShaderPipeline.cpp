@@ -52,13 +52,15 @@ std::array<float, 4> Weight(EMapKind kind, const CPreparedMap& map, const CPrepa
 
 }  // namespace
 
-CShaderVariant CShaderPipeline::Variant(const CPreparedMaterial& material, bool hasTexCoords) const {
+CShaderVariant CShaderPipeline::Variant(const CPreparedMaterial& material, bool hasTexCoords,
+                                        ESurfacePart part) const {
     CShaderVariant variant =
         CMaterialLook::From(material, m_frame->textures, hasTexCoords, m_frame->asLines || IsWire(material))
             .surface;
     variant.lights = static_cast<int>(m_frame->lights.lights.size());
     variant.spots = m_frame->lights.anySpot;
     variant.ranges = m_frame->lights.anyRange;
+    variant.part = part;
     return variant;
 }
 
@@ -127,12 +129,14 @@ void CShaderPipeline::End(CGlCurrent&) {
     glUseProgram(0);
 }
 
-std::uint32_t CShaderPipeline::SortKey(const CPreparedMaterial& material, bool hasTexCoords) const {
-    return Variant(material, hasTexCoords).Key();
+std::uint32_t CShaderPipeline::SortKey(const CPreparedMaterial& material, bool hasTexCoords,
+                                       ESurfacePart part) const {
+    return Variant(material, hasTexCoords, part).Key();
 }
 
-void CShaderPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords) {
-    CVariantProgram& program = Program(gl, Variant(material, hasTexCoords));
+void CShaderPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords,
+                                  ESurfacePart part) {
+    CVariantProgram& program = Program(gl, Variant(material, hasTexCoords, part));
     if (m_current != &program) program.program.Use(gl);
     m_current = &program;
     if (program.frame != m_frameNumber) {

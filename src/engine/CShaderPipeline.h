@@ -16,8 +16,10 @@ class CShaderPipeline final : public CDrawPipeline {
   public:
     void Begin(CGlCurrent& gl, const CFrame& frame) override;
     void End(CGlCurrent& gl) override;
-    [[nodiscard]] std::uint32_t SortKey(const CPreparedMaterial& material, bool hasTexCoords) const override;
-    void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords) override;
+    [[nodiscard]] std::uint32_t SortKey(const CPreparedMaterial& material, bool hasTexCoords,
+                                        ESurfacePart part) const override;
+    void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords,
+                     ESurfacePart part) override;
     void UseTransform(CGlCurrent& gl, const CMatrix4d& eyeModelView) override;
 
     /** Whether this context's compiler takes our shaders at all; builds the simplest one. */
@@ -37,7 +39,8 @@ class CShaderPipeline final : public CDrawPipeline {
         int ambientLight = -1, lightPosition = -1, lightDirection = -1, lightColor = -1, lightRange = -1;
         int mapS = -1, mapT = -1, mapValue = -1, mapWeight = -1;
     };
-    [[nodiscard]] CShaderVariant Variant(const CPreparedMaterial& material, bool hasTexCoords) const;
+    [[nodiscard]] CShaderVariant Variant(const CPreparedMaterial& material, bool hasTexCoords,
+                                         ESurfacePart part) const;
     [[nodiscard]] static CResult<CVariantProgram> Build(CGlCurrent& gl, const CShaderVariant& variant);
     CVariantProgram& Program(CGlCurrent& gl, const CShaderVariant& variant);
     void SetFrame(const CVariantProgram& program) const;

@@ -14,3 +14,9 @@ bool IsWire(const CPreparedMaterial& material) {
 bool IsBlended(const CPreparedMaterial& material) {
     return material.needsBlending || material.additive;
 }
+
+bool MayBeSolid(const CPreparedMaterial& material) {
+    // A full opacity map stands for the material's own value.
+    const bool byMap = material.opacity.HasEffect() && material.opacity.amount >= 1;
+    return !material.additive && (material.transparency <= 0 || byMap);
+}

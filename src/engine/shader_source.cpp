@@ -178,6 +178,13 @@ void main() {
         self = mix(self, Value(5, texture2D(uMap5, at)), Amount(5, at));
     }
 #endif
+#ifdef SOLID
+    if (opacity * 255.0 < SOLID_FROM) discard;
+    opacity = 1.0;
+#endif
+#ifdef TRANSLUCENT
+    if (opacity * 255.0 >= SOLID_FROM) discard;
+#endif
 #ifdef MAPS
     vec3 color = self * diffuse + uAmbientLight * ambient;
 #else
@@ -236,19 +243,25 @@ std::string Head(const CShaderVariant& variant) {
         if (variant.maps >> i & 1u) Define(text, kMapMacros[i]);
     }
     const bool position = variant.lights > 0 || variant.flat || variant.Has(EMapKind::Bump);
-    const std::array<std::pair<bool, const char*>, 8> flags{{{position, "POSITION"},
-                                                             {variant.maps != 0, "MAPS"},
-                                                             {variant.spots, "SPOTS"},
-                                                             {variant.ranges, "RANGES"},
-                                                             {variant.specular, "SPECULAR"},
-                                                             {variant.tintedSpecular, "TINTED"},
-                                                             {variant.flat, "FLAT"},
-                                                             {variant.twoSided, "TWO_SIDED"}}};
+    const bool solid = variant.part == ESurfacePart::Solid;
+    const bool translucent = variant.part == ESurfacePart::Translucent;
+    const std::array<std::pair<bool, const char*>, 10> flags{{{position, "POSITION"},
+                                                              {variant.maps != 0, "MAPS"},
+                                                              {variant.spots, "SPOTS"},
+                                                              {variant.ranges, "RANGES"},
+                                                              {variant.specular, "SPECULAR"},
+                                                              {variant.tintedSpecular, "TINTED"},
+                                                              {variant.flat, "FLAT"},
+                                                              {variant.twoSided, "TWO_SIDED"},
+                                                              {solid, "SOLID"},
+                                                              {translucent, "TRANSLUCENT"}}};
     for (const auto& [wanted, name] : flags) {
         if (wanted) Define(text, name);
     }
     if (variant.lights > 0) Define(text, "LIGHTS", std::to_string(variant.lights));
     Define(text, "BUMP_HEIGHT", kBumpHeight);
+    // Between two values that a picture can have, so that rounding does not matter.
+    if (solid || translucent) Define(text, "SOLID_FROM", std::to_string(kSolidAlpha - 1) + ".5");
     return text;
 }
 
@@ -257,7 +270,8 @@ std::string Head(const CShaderVariant& variant) {
 std::uint32_t CShaderVariant::Key() const {
     const auto bit = [](bool value, unsigned at) { return static_cast<std::uint32_t>(value) << at; };
     return maps | bit(spots, 8) | bit(ranges, 9) | bit(specular, 10) | bit(tintedSpecular, 11) |
-           bit(flat, 12) | bit(twoSided, 13) | static_cast<std::uint32_t>(lights) << 16;
+           bit(flat, 12) | bit(twoSided, 13) | static_cast<std::uint32_t>(part) << 14 |
+           static_cast<std::uint32_t>(lights) << 16;
 }
 
 std::string VertexShaderSource(const CShaderVariant& variant) {

@@ -9,6 +9,16 @@ enum class EMapKind { Texture, Texture2, Opacity, Specular, Shininess, SelfIllum
 constexpr int kMapKinds = 8;
 
 /**
+ * Which pixels of a surface are drawn. Pictures often leave most of a surface opaque, and its triangles
+ * cannot be put into an order that is right everywhere; so what is solid is drawn with the depth buffer, and
+ * only the rest of it from back to front.
+ */
+enum class ESurfacePart { Whole, Solid, Translucent };
+/** The least alpha, of 255, that is solid. What is drawn solid is wrong by 2 % at most, which nobody sees;
+ * and pictures of a lossy format are solid where they were meant to be. */
+constexpr int kSolidAlpha = 250;
+
+/**
  * Which of the small programs draws a part. A plain part under the headlight needs a dozen instructions, and
  * software OpenGL is as fast as that; so each combination that a scene uses is a program of its own.
  */
@@ -21,6 +31,7 @@ struct CShaderVariant {
     bool tintedSpecular = false;  ///< metal: the highlight takes the surface's colour
     bool flat = false;
     bool twoSided = false;
+    ESurfacePart part = ESurfacePart::Whole;
 
     [[nodiscard]] bool Has(EMapKind map) const { return (maps >> static_cast<unsigned>(map) & 1u) != 0; }
     /** Different for different variants. */

@@ -58,6 +58,12 @@ bool IsMainChunk(std::uint16_t id) {
 }
 }  // namespace
 
+bool C3dsParser::MayBeScene(std::span<const std::byte> firstBytes) {
+    CByteCursor header(firstBytes, 0, firstBytes.size());
+    const auto id = header.Read<std::uint16_t>();
+    return header.RanOut() || id == LIB3DS_MDATA || IsMainChunk(id);
+}
+
 CResult<CScene> C3dsParser::Parse(std::vector<std::byte> bytes) {
     C3dsParser parser(std::move(bytes));
     if (CStatus status = parser.ReadMain(); !status) return status.Error();

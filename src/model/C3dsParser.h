@@ -23,6 +23,8 @@ class C3dsParser {
   public:
     /** Fails with BadFormat when the bytes are no 3DS file. */
     [[nodiscard]] static CResult<CScene> Parse(std::vector<std::byte> bytes);
+    /** False when a file that begins with these bytes is none that Parse reads. */
+    [[nodiscard]] static bool MayBeScene(std::span<const std::byte> firstBytes);
 
   private:
     explicit C3dsParser(std::vector<std::byte> bytes);

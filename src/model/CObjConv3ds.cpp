@@ -3,6 +3,7 @@
 
 #include <lib3ds/file.h>
 
+#include <exception>
 #include <filesystem>
 #include <new>
 #include <optional>
@@ -127,7 +128,7 @@ CResult<CLib3dsFilePtr> MakeScene(const CObjGeometry& geometry, const CMtlLibrar
     return file;
 }
 
-/** Runs a conversion; a shortage of memory becomes an error. */
+/** Runs a conversion; whatever it throws becomes an error. */
 template <class Work>
 CResult<CLib3dsFilePtr> Guarded(std::string_view where, std::vector<CSceneNote>& notes, Work work) {
     try {
@@ -139,6 +140,8 @@ CResult<CLib3dsFilePtr> Guarded(std::string_view where, std::vector<CSceneNote>&
     } catch (const std::bad_alloc&) {
         return CError{EErrorCode::TooLarge, lng::Mark("There is not enough memory for this scene"),
                       std::string(where)};
+    } catch (const std::exception& error) {
+        return CError{EErrorCode::Unreadable, error.what(), std::string(where)};
     }
 }
 

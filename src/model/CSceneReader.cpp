@@ -2,6 +2,7 @@
 #include "model/CSceneReader.h"
 
 #include <new>
+#include <span>
 
 #include "model/C3dsParser.h"
 #include "model/CObjConv3ds.h"
@@ -14,7 +15,7 @@ namespace {
 /** The format's sizes are 32-bit. */
 constexpr std::size_t kMaxFileBytes = 0xFFFFFFFFu;
 
-bool IsZip(const std::vector<std::byte>& bytes) {
+bool IsZip(std::span<const std::byte> bytes) {
     return CZipReader::LooksLikeZip({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
 }
 
@@ -31,7 +32,11 @@ CResult<CScene> ReadObj(std::string_view path) {
 CResult<CScene> ReadContents(std::string_view path) {
     // Compared exactly on purpose: a "model.OBJ" is taken for no OBJ file anywhere.
     if (file_util_ex::GetFileExt(path) == "obj") return ReadObj(path);
-    CResult<std::vector<std::byte>> bytes = file_util_ex::ReadWholeFile(path, kMaxFileBytes);
+    // Of anything else the parser need not see more than the beginning to refuse it.
+    const auto wanted = [](std::span<const std::byte> first) {
+        return IsZip(first) || C3dsParser::MayBeScene(first);
+    };
+    CResult<std::vector<std::byte>> bytes = file_util_ex::ReadWholeFile(path, kMaxFileBytes, wanted);
     if (!bytes) return bytes.Error();
     if (IsZip(bytes.Value())) return ReadZipScene(std::move(bytes).Value(), path);
     return CSceneReader::ReadBytes(std::move(bytes).Value(), CTextureLocator::BesideModel(path));

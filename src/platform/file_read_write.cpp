@@ -41,7 +41,8 @@ ssize_t ReadSome(int fd, std::byte* to, std::size_t count) {
 
 }  // namespace
 
-CResult<std::vector<std::byte>> ReadWholeFile(std::string_view path, std::uint64_t maxBytes) {
+CResult<std::vector<std::byte>> ReadWholeFile(std::string_view path, std::uint64_t maxBytes,
+                                              const CFirstBytesJudge& wantsRest) {
     const CFileDescriptor file(
         ::open(std::string(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat info = {};
@@ -53,7 +54,8 @@ CResult<std::vector<std::byte>> ReadWholeFile(std::string_view path, std::uint64
 
     std::vector<std::byte> bytes;
     // One more than its size, so that the read that finds the end needs no larger block.
-    bytes.reserve(static_cast<std::size_t>(std::min(told, maxBytes) + 1));
+    const auto whole = static_cast<std::size_t>(std::min(told, maxBytes) + 1);
+    bytes.reserve(told == 0 ? kChunkBytes : std::min(whole, kChunkBytes));  // a device tells 0
     while (true) {
         const std::size_t used = bytes.size();
         const std::size_t room = bytes.capacity() > used ? bytes.capacity() - used : kChunkBytes;
@@ -62,7 +64,8 @@ CResult<std::vector<std::byte>> ReadWholeFile(std::string_view path, std::uint64
         if (got < 0) return ReadError(path, errno);
         bytes.resize(used + static_cast<std::size_t>(got));
         if (bytes.size() > maxBytes) return tooLarge;
-        if (got == 0) return bytes;
+        if (got == 0 || (used == 0 && wantsRest && !wantsRest(bytes))) return bytes;
+        if (used == 0) bytes.reserve(whole);
     }
 }
 

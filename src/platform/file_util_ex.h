@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <span>
 #include <string>
@@ -78,12 +79,16 @@ bool GetAllFiles(std::wstring_view folder, std::vector<std::wstring>& files,
 bool GetSubDirs(std::string_view folder, std::vector<std::string>& folders);
 bool GetSubDirs(std::wstring_view folder, std::vector<std::wstring>& folders);
 
+/** Says of a file's first bytes whether the rest is wanted. */
+using CFirstBytesJudge = std::function<bool(std::span<const std::byte>)>;
 /**
  * The bytes of a file, however its size changes meanwhile. Over maxBytes: TooLarge, and no more than that is
- * read. A pipe or device is read to its end; one that is silent for two seconds is Unreadable.
+ * read. A pipe or device is read to its end; one that is silent for two seconds is Unreadable. wantsRest, if
+ * there is one, is asked once with what the first read gave, which may be a byte; says it no, that is all.
  */
 [[nodiscard]] CResult<std::vector<std::byte>> ReadWholeFile(
-    std::string_view path, std::uint64_t maxBytes = std::numeric_limits<std::uint64_t>::max());
+    std::string_view path, std::uint64_t maxBytes = std::numeric_limits<std::uint64_t>::max(),
+    const CFirstBytesJudge& wantsRest = {});
 /** Replaces the file in one step, as CAtomicFile does: after a failure the old file is as before. */
 [[nodiscard]] CStatus WriteFileAtomically(std::string_view path, std::span<const std::byte> bytes);
 [[nodiscard]] CStatus WriteFileAtomically(std::string_view path, std::string_view text);

@@ -96,6 +96,34 @@ void SphereWithHoles(CBuilder& b) {
     b.Add(MakeSphere(1.6f), material);
 }
 
+CPreparedMesh Box(CVec3 size, CVec3 middle) {
+    CPreparedMesh mesh = MakeCube(1);
+    for (CPreparedVertex& vertex : mesh.vertices) {
+        float* p = vertex.position;
+        p[0] = p[0] * size.x + middle.x;
+        p[1] = p[1] * size.y + middle.y;
+        p[2] = p[2] * size.z + middle.z;
+    }
+    mesh.bounds = mesh.bounds.Transformed(CMat4::Translation(middle) * CMat4::Scale(size));
+    return mesh;
+}
+
+/** All in one part: whatever the order of its few large triangles is, some of it would be drawn over the
+ * chips. A quarter of the picture is glass. */
+void ChipsOnABoard(CBuilder& b) {
+    CPreparedMesh board = Box({4, 4, 0.2f}, {});
+    for (const CVec3 at : {CVec3{-1.2f, 1.2f, 0.6f}, CVec3{0.2f, -0.2f, 0.6f}, CVec3{1.2f, -1.2f, 0.6f}})
+        Append(board, Box({0.8f, 0.8f, 0.8f}, at), 0);
+    board.batches = {{0, 0, board.IndexCount()}};
+    CPreparedMaterial material = Plain({1, 1, 1});
+    material.texture = b.AddTexture(MakeImage(64, 64, [](int x, int y) -> CPixelValue {
+        if (y >= 32) return x < 32 ? CPixelValue{40, 120, 40, 255} : CPixelValue{120, 120, 255, 96};
+        return x < 32 ? CPixelValue{230, 200, 80, 255} : CPixelValue{200, 60, 40, 252};
+    }));
+    material.needsBlending = material.twoSided = true;
+    b.Add(board, material);
+}
+
 void GlassBeforeSolid(CBuilder& b) {
     const auto glass = [](CVec3 color) {
         return CPreparedMaterial{.ambient = color,
@@ -156,6 +184,8 @@ const CPictureCase kCases[] = {
     {"bump", SphereWithMap(&CMaterial::bump, Bricks)},
     {"reflection", SphereWithMap(&CMaterial::reflection, Surroundings, 2)},
     {"texture_alpha", SphereWithHoles},
+    {"texture_alpha_solid", ChipsOnABoard, {-2, -5, 4}},
+    {"fixed_texture_alpha_solid", ChipsOnABoard, {-2, -5, 4}, {.fixedFunction = true}},
     {"transparency_sorted", GlassBeforeSolid},
     {"additive", TwoGlowingSpheres},
     {"mirrored_node", CubeAndItsMirrorImage, {1, -4, 2}},

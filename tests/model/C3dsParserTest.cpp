@@ -148,6 +148,12 @@ TEST_P(NoScene, IsRefusedAsBadFormat) {
     EXPECT_FALSE(scene.Error().message.empty());
 }
 
+TEST(CSceneReader, ReadsNoMoreThanTheBeginningOfWhatIsNoScene) {
+    const CResult<CScene> scene = CSceneReader::ReadFile("/dev/zero");
+    ASSERT_FALSE(scene);
+    EXPECT_EQ(scene.Error().Text(), "/dev/zero: This is not a 3D Studio file");
+}
+
 const CNoScene kNoScenes[] = {{"Empty", {}},
                               {"FiveBytes", Words({0x4D4D, 0}) + Values<char>({1})},
                               {"Text", Text("This is a letter.")},

@@ -61,6 +61,29 @@ TEST(ReadWholeFileTest, SaysWhyNotAndStopsAtTheLimit) {
               std::string::npos);
 }
 
+TEST(ReadWholeFileTest, StopsWhereTheFirstBytesAreNotWanted) {
+    const CTestFolder folder;
+    std::vector<std::size_t> asked;
+    const auto wants = [&](bool rest) {
+        return [&asked, rest](std::span<const std::byte> first) {
+            asked.push_back(first.size());
+            return rest;
+        };
+    };
+    for (const std::string& path : {std::string("/dev/zero"), folder.Add("big", std::string(1000003, 'x'))}) {
+        const auto bytes = ReadWholeFile(path, 1 << 30, wants(false));
+        ASSERT_TRUE(bytes) << path;
+        EXPECT_GE(bytes.Value().size(), 4096U) << path;
+        EXPECT_LT(bytes.Value().size(), 1000003U) << path;
+        EXPECT_EQ(asked, std::vector{bytes.Value().size()}) << path;
+        asked.clear();
+    }
+    EXPECT_EQ(ReadWholeFile(folder / "big", 1 << 30, wants(true)).Value().size(), 1000003U);
+    EXPECT_EQ(asked.size(), 1U);
+    EXPECT_TRUE(ReadWholeFile(folder.Add("empty", ""), 0, wants(false)));
+    EXPECT_EQ(asked.size(), 1U) << "nothing is no beginning";
+}
+
 TEST(ReadWholeFileTest, ReadsASlowPipeToItsEnd) {
     int ends[2] = {};
     ASSERT_EQ(::pipe(ends), 0);
