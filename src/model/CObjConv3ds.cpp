@@ -67,12 +67,13 @@ class CLibraryFinder {
   private:
     std::optional<std::filesystem::path> Find(const std::string& name) {
         const CTextureQuery query(name);
-        auto found = m_folders.FindBesideModel(query);
         const std::size_t levels = LevelsUp(name);
-        if (found || levels == 0 || levels > kMaxLevelsUp) return found;
-        std::filesystem::path above = m_modelFolder;
-        for (std::size_t i = 0; i < levels; ++i) above /= "..";
-        return CTextureFolders(above).FindBesideModel(query);
+        if (levels > 0 && levels <= kMaxLevelsUp) {
+            std::filesystem::path above = m_modelFolder;
+            for (std::size_t i = 0; i < levels; ++i) above /= "..";
+            if (auto found = CTextureFolders(above).FindBesideModel(query)) return found;
+        }
+        return m_folders.FindBesideModel(query);
     }
 
     bool ReadOne(const std::string& name) {

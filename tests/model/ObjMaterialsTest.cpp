@@ -137,6 +137,9 @@ TEST(CObjConv3ds, FindsMaterialFilesBesideTheModelOrWhereTheLineLeads) {
     EXPECT_FLOAT_EQ(convert("mtllib below/b.mtl"), 0.75f);
     EXPECT_FLOAT_EQ(convert("mtllib ../mtl/C.mtl"), 0.125f);
     EXPECT_FLOAT_EQ(convert("mtllib ..\\MTL\\c.mtl"), 0.125f);
+    (void)folder.Add("models/both.mtl", "newmtl a\nKd 0.5 0 0\n");
+    (void)folder.Add("mtl/both.mtl", "newmtl a\nKd 0.125 0 0\n");
+    EXPECT_FLOAT_EQ(convert("mtllib ../mtl/both.mtl"), 0.125f) << "the one beside the model is another";
     (void)folder.Add("models/mark.mtl", "\xEF\xBB\xBFnewmtl a\nKd 0.25 0 0\n");
     EXPECT_FLOAT_EQ(convert("mtllib mark.mtl"), 0.25f);
     EXPECT_FLOAT_EQ(convert("mtllib mtl/c.mtl"), 0.588f);
