@@ -56,8 +56,11 @@ wxIMPLEMENT_APP_NO_MAIN(CViewerApp);
 int main(int argc, char** argv) {
     // As names of files are, whatever the locale: the toolkit takes them for Latin-1 in that of scripts, "C".
     std::vector<std::wstring> arguments;
-    for (int i = 0; i < argc; ++i) arguments.push_back(file_util_ex::ConvertFromUTF8W(argv[i]));
+    const auto count = static_cast<std::size_t>(argc);
+    arguments.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) arguments.push_back(file_util_ex::ConvertFromUTF8W(argv[i]));
     std::vector<wchar_t*> pointers;
+    pointers.reserve(count + 1);
     for (std::wstring& argument : arguments) pointers.push_back(argument.data());
     pointers.push_back(nullptr);
     const int code = wxEntry(argc, pointers.data());
