@@ -125,28 +125,35 @@ TEST(CObjConv3ds, FindsMaterialFilesBesideTheModelOrWhereTheLineLeads) {
     };
     std::filesystem::create_directories(folder / "models/below/model");
     std::filesystem::create_directories(folder / "mtl");
-    (void)folder.Add("models/Paint.MTL", "newmtl a\nKd 0.25 0 0\n");
-    (void)folder.Add("models/my paint.mtl", "newmtl a\nKd 0.5 0 0\n");
-    (void)folder.Add("models/below/b.mtl", "newmtl a\nKd 0.75 0 0\n");
-    (void)folder.Add("mtl/c.mtl", "newmtl a\nKd 0.125 0 0\n");
+    const std::pair<const char*, const char*> files[] = {
+        {"models/Paint.MTL", "newmtl a\nKd 0.25 0 0\n"},
+        {"models/my paint.mtl", "newmtl a\nKd 0.5 0 0\n"},
+        {"models/below/b.mtl", "newmtl a\nKd 0.75 0 0\n"},
+        {"models/both.mtl", "newmtl a\nKd 0.5 0 0\n"},
+        {"models/mark.mtl", "\xEF\xBB\xBFnewmtl a\nKd 0.25 0 0\n"},
+        {"mtl/both.mtl", "newmtl a\nKd 0.375 0 0\n"},
+        {"mtl/c.mtl", "newmtl a\nKd 0.125 0 0\n"},
+    };
+    for (const auto& [name, text] : files) (void)folder.Add(name, text);
     ASSERT_EQ(mkfifo((folder / "models/pipe.mtl").c_str(), 0600), 0);
-    EXPECT_FLOAT_EQ(convert("mtllib paint.mtl"), 0.25f);
-    EXPECT_FLOAT_EQ(convert("mtllib C:\\work\\paint.mtl"), 0.25f);
-    EXPECT_FLOAT_EQ(convert("mtllib my paint.mtl"), 0.5f);
-    EXPECT_FLOAT_EQ(convert("mtllib none.mtl paint.mtl"), 0.25f);
-    EXPECT_FLOAT_EQ(convert("mtllib below/b.mtl"), 0.75f);
-    EXPECT_FLOAT_EQ(convert("mtllib ../mtl/C.mtl"), 0.125f);
-    EXPECT_FLOAT_EQ(convert("mtllib ..\\MTL\\c.mtl"), 0.125f);
-    (void)folder.Add("models/both.mtl", "newmtl a\nKd 0.5 0 0\n");
-    (void)folder.Add("mtl/both.mtl", "newmtl a\nKd 0.125 0 0\n");
-    EXPECT_FLOAT_EQ(convert("mtllib ../mtl/both.mtl"), 0.125f) << "the one beside the model is another";
-    (void)folder.Add("models/mark.mtl", "\xEF\xBB\xBFnewmtl a\nKd 0.25 0 0\n");
-    EXPECT_FLOAT_EQ(convert("mtllib mark.mtl"), 0.25f);
-    EXPECT_FLOAT_EQ(convert("mtllib mtl/c.mtl"), 0.588f);
-    EXPECT_FLOAT_EQ(convert("mtllib b.mtl"), 0.588f);
-    EXPECT_FLOAT_EQ(convert("mtllib sub.obj"), 0.588f);
-    EXPECT_FLOAT_EQ(convert("mtllib pipe.mtl"), 0.588f);
-    EXPECT_FLOAT_EQ(convert("mtllib /dev/zero ../x .. ../../../../../../../../../dev/zero"), 0.588f);
+    constexpr float kNone = 0.588f;
+    const std::pair<const char*, float> lines[] = {
+        {"mtllib paint.mtl", 0.25f},
+        {"mtllib C:\\work\\paint.mtl", 0.25f},
+        {"mtllib my paint.mtl", 0.5f},
+        {"mtllib none.mtl paint.mtl", 0.25f},
+        {"mtllib below/b.mtl", 0.75f},
+        {"mtllib ../mtl/C.mtl", 0.125f},
+        {"mtllib ..\\MTL\\c.mtl", 0.125f},
+        {"mtllib ../mtl/both.mtl", 0.375f},
+        {"mtllib mark.mtl", 0.25f},
+        {"mtllib mtl/c.mtl", kNone},
+        {"mtllib b.mtl", kNone},
+        {"mtllib sub.obj", kNone},
+        {"mtllib pipe.mtl", kNone},
+        {"mtllib /dev/zero ../x .. ../../../../../../../../../dev/zero", kNone},
+    };
+    for (const auto& [line, red] : lines) EXPECT_FLOAT_EQ(convert(line), red) << line;
     (void)folder.Add("models/sub.mtl", "newmtl a\nKd 1 0 0\n");
     EXPECT_FLOAT_EQ(convert("mtllib renamed.mtl"), 1.0f);
 }
