@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// orbivue_frame_bench FILE [FRAMES]: how long a frame takes while the scene turns, and a pick; 1280x800, as
-// JSON.
+// orbivue_frame_bench FILE [FRAMES]: how long a frame takes while the scene turns, and a pick;
+// 1280x800, as JSON.
 #include <GL/glu.h>
 
 #include <array>
@@ -10,11 +10,11 @@
 #include <cstring>
 #include <exception>
 
+#include "base/process_memory.h"
 #include "engine/C3dsDisplayWrap.h"
-#include "engine/COffscreenContext.h"
-#include "engine/gl_api.h"
-#include "platform/file_util_ex.h"
-#include "platform/process_memory.h"
+#include "engine/gl/COffscreenContext.h"
+#include "engine/gl/gl_api.h"
+#include "files/file_util_ex.h"
 
 namespace {
 

@@ -4,11 +4,11 @@
 #include <fstream>
 #include <map>
 
-#include "model/CPreparedScene.h"
-#include "model/CSceneReader.h"
-#include "model/prepare_mesh.h"
-#include "model/prepare_scene.h"
-#include "platform/std_file_paths.h"
+#include "files/std_file_paths.h"
+#include "model/open/CSceneReader.h"
+#include "model/prepare/CPreparedScene.h"
+#include "model/prepare/prepare_mesh.h"
+#include "model/prepare/prepare_scene.h"
 #include "scene_builder/large_scene.h"
 
 namespace {

@@ -16,12 +16,12 @@
 #include <string>
 #include <vector>
 
+#include "base/process_memory.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
+#include "files/file_util_ex.h"
 #include "frame/command_ids.h"
 #include "frame/ui/CAViewerFrame.h"
-#include "platform/file_util_ex.h"
-#include "platform/process_memory.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 
 namespace {
@@ -112,8 +112,8 @@ std::vector<std::wstring> ModelsBelow(const std::string& folder) {
     return models;
 }
 
-/** One opening: how long the call took, the longest time in which no window could repaint, and until the
- * picture. */
+/** One opening: how long the call took, the longest time in which no window could repaint, and
+ * until the picture. */
 int MeasureOpening(CBench& bench, const std::string& path) {
     const std::wstring wide = file_util_ex::ConvertFromUTF8W(path);
     wxStopWatch watch, sinceTick;
@@ -132,8 +132,8 @@ int MeasureOpening(CBench& bench, const std::string& path) {
     return opened ? 0 : 1;
 }
 
-/** Steps through a folder by key press; the time from the press to the picture, for each file the second time
- * round. */
+/** Steps through a folder by key press; the time from the press to the picture, for each file the
+ * second time round. */
 int MeasureSteps(CBench& bench, const std::string& folder) {
     const std::vector<std::wstring> models = ModelsBelow(folder);
     if (models.size() < 2 || !bench.Frame().Files().OpenByPath(models.front())) return 1;

@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <vector>
 
-#include "model/CSceneReader.h"
-#include "model/prepare_scene.h"
+#include "model/open/CSceneReader.h"
+#include "model/prepare/prepare_scene.h"
 
-/** Any bytes: read as a 3DS file, prepare, evaluate, and complete the structure that is saved and exported.
- */
+/** Any bytes: read as a 3DS file, prepare, evaluate, and complete the structure that is
+ * saved and exported. */
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto* begin = reinterpret_cast<const std::byte*>(data);
     CResult<CScene> scene = CSceneReader::ReadBytes(std::vector<std::byte>(begin, begin + size));

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "platform/CIniFile.h"
-#include "platform/number_text.h"
+#include "base/text/number_text.h"
+#include "settings/CIniFile.h"
 
 namespace {
 

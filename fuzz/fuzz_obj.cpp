@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "model/CObjConv3ds.h"
+#include "model/read_obj/CObjConv3ds.h"
 
 namespace {
 

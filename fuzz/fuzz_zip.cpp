@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <span>
 
-#include "platform/CZipReader.h"
+#include "files/CZipReader.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     constexpr std::uint64_t kMaxBytes = 1 << 20;

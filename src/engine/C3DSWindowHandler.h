@@ -8,10 +8,8 @@
 class C3dsDisplayWrap;
 class CGLCanvasI;
 
-/**
- * A window handler that shows a display engine: paints it, zooms it with the wheel, sizes and turns it.
- * Owns the engine and, once given, the canvas.
- */
+/** A window handler that shows a display engine: paints it, zooms it with the wheel, sizes and turns it. Owns
+ * the engine and, once given, the canvas. */
 class C3DSWindowHandler : public CGLWindowHandler {
   public:
     /** Makes an engine of its own. */

@@ -5,15 +5,15 @@
 #include <memory>
 #include <optional>
 
+#include "camera/CViewCamera.h"
 #include "engine/C3dsDisplayWrap.h"
-#include "engine/CSceneRenderer.h"
-#include "engine/CViewCamera.h"
-#include "engine/overlays.h"
-#include "model/CLib3dsMatUtil.h"
-#include "model/CPreparedScene.h"
-#include "model/CScene.h"
-#include "model/CSceneEdits.h"
-#include "model/load_scene.h"
+#include "engine/draw/CSceneRenderer.h"
+#include "engine/overlay/overlays.h"
+#include "model/edit/CSceneEdits.h"
+#include "model/open/load_scene.h"
+#include "model/prepare/CPreparedScene.h"
+#include "model/scene/CScene.h"
+#include "model/textures/CLib3dsMatUtil.h"
 
 /** What C3dsDisplayWrap holds; private to its sources. */
 struct C3dsDisplayWrap::CState {

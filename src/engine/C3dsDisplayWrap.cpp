@@ -8,16 +8,16 @@
 #include <new>
 #include <utility>
 
+#include "base/process_memory.h"
+#include "base/text/lng.h"
+#include "camera/framing.h"
 #include "engine/C3dsDisplayState.h"
-#include "engine/CGlCurrent.h"
-#include "engine/framing.h"
-#include "model/CSceneReader.h"
-#include "model/load_scene.h"
-#include "model/prepare_scene.h"
-#include "model/write_scene.h"
-#include "platform/file_util_ex.h"
-#include "platform/lng.h"
-#include "platform/process_memory.h"
+#include "engine/gl/CGlCurrent.h"
+#include "files/file_util_ex.h"
+#include "model/open/CSceneReader.h"
+#include "model/open/load_scene.h"
+#include "model/prepare/prepare_scene.h"
+#include "model/save/write_scene.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "model/CTextureLocator.h"
-#include "platform/C2DRect.h"
-#include "platform/CImage.h"
-#include "platform/CResult.h"
+#include "base/CResult.h"
+#include "base/math/C2DRect.h"
+#include "model/textures/CTextureLocator.h"
+#include "picture/CImage.h"
 
 struct Lib3dsFile;
 class CScene;
@@ -21,8 +21,7 @@ struct CViewPose;
 template <class T>
 using CStdStr = std::basic_string<T>;
 
-/**
- * The display engine: one 3DS scene at a time, drawn with OpenGL into the current context, and edited.
+/** The display engine: one 3DS scene at a time, drawn with OpenGL into the current context, and edited.
  *
  * Every operation that draws needs the canvas's context to be current (its caller sees to that), and so does
  * opening or closing when a scene has been drawn before; cameras, getters and edits do not. Buffers and
@@ -31,8 +30,7 @@ using CStdStr = std::basic_string<T>;
  * a time calls it.
  *
  * Edits change the scene in memory, and take effect at the next drawing. Nodes and materials go on answering
- * to the names they had when the scene was opened.
- */
+ * to the names they had when the scene was opened. */
 class C3dsDisplayWrap {
   public:
     C3dsDisplayWrap();
@@ -67,9 +65,9 @@ class C3dsDisplayWrap {
     [[nodiscard]] double GetPrepareMs() const;
 
     // --- drawing ----------------------------------------------------------------------------------------
-    /** Sets the viewport, clears, and leaves the perspective projection as the current matrix. GL_SELECT
-     * restricts it to the 5 x 5 pixels round (x, y), origin top left. False without a scene: then it only
-     * clears. */
+    /** Sets the viewport, clears, and leaves the perspective projection as the current matrix.
+     * GL_SELECT restricts it to the 5 x 5 pixels round (x, y), origin top left. False without a scene:
+     * then it only clears. */
     [[nodiscard]] bool InitDrawings(int renderMode, int x, int y);
     /** Draws with the current matrices and polygon mode: turns by the rotation angles about the origin point,
      * then the nodes; in GL_RENDER the overlays too, in GL_SELECT each node under its identifier, its index
@@ -87,7 +85,7 @@ class C3dsDisplayWrap {
     void SetPreviewSize(const C2DRect& rect);
     [[nodiscard]] const C2DRect& GetPreviewSize() const;
     /** Turns by dx degrees more about the scene's vertical (Z) and by dy about its horizontal (X) axis, see
-     *  RotationOfAngles. Opening a scene and choosing a camera set all angles to 0. */
+     * RotationOfAngles. Opening a scene and choosing a camera set all angles to 0. */
     void UpdateRotAngles(float dx, float dy);
     /** See CViewCamera::Zoom for both. */
     void ZoomModel(int step);
@@ -111,12 +109,12 @@ class C3dsDisplayWrap {
     void SetFrontCameraModel();
     void SetBackCameraModel();
     void SetIsoCameraModel();
-    /** Looks through a camera of the file, with its roll and field of view. False when there is none so
-     * named. */
+    /** Looks through a camera of the file, with its roll and field of view. False when there
+     * is none so named. */
     [[nodiscard]] bool SetFileCameraModel(const std::string& name);
     [[nodiscard]] std::vector<std::string> GetFileCameraNames() const;
-    /** The camera, the rotation angles and the frame; SetPose puts them back, for the same file read again.
-     */
+    /** The camera, the rotation angles and the frame; SetPose puts them back, for the same
+     * file read again. */
     [[nodiscard]] CViewPose GetPose() const;
     void SetPose(const CViewPose& pose);
     [[nodiscard]] float GetXOrg() const;
@@ -151,8 +149,7 @@ class C3dsDisplayWrap {
     /** Shows the scene at a frame of its animation. */
     void SetFrame(float frame);
 
-    // --- edits: see CSceneEdits and material_edits. Values that are not finite are refused
-    // ------------------
+    // --- edits: see CSceneEdits and material_edits. Values that are not finite are refused ---------------
     [[nodiscard]] const char* GetNodeNameById(int id) const;
     [[nodiscard]] bool DeleteNode(const char* node);
     [[nodiscard]] bool ReplaceNode(const char* node, const wchar_t* file, const char* newNode);

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/math/rotation_of_angles.h"
+#include "camera/CViewPose.h"
+#include "camera/framing.h"
 #include "engine/C3dsDisplayState.h"
-#include "engine/CViewPose.h"
-#include "engine/framing.h"
-#include "model/rotation_of_angles.h"
 
 void C3dsDisplayWrap::SetPreviewSize(const C2DRect& rect) {
     m_state->preview = rect;

@@ -2,13 +2,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/math/rotation_of_angles.h"
+#include "base/text/lng.h"
 #include "engine/C3dsDisplayState.h"
-#include "engine/CGlCapabilities.h"
-#include "engine/CGlCurrent.h"
-#include "engine/CPictureTarget.h"
-#include "engine/gl_api.h"
-#include "model/rotation_of_angles.h"
-#include "platform/lng.h"
+#include "engine/gl/CGlCapabilities.h"
+#include "engine/gl/CGlCurrent.h"
+#include "engine/gl/CPictureTarget.h"
+#include "engine/gl/gl_api.h"
 
 namespace {
 

@@ -2,10 +2,10 @@
 #include <cmath>
 #include <exception>
 
+#include "base/text/lng.h"
 #include "engine/C3dsDisplayState.h"
-#include "model/material_edits.h"
-#include "platform/file_util_ex.h"
-#include "platform/lng.h"
+#include "files/file_util_ex.h"
+#include "model/edit/material_edits.h"
 
 namespace {
 

@@ -4,10 +4,8 @@
 class CGLWindowHandler;
 class wxWindow;
 
-/**
- * The OpenGL canvas as its handler sees it. Work that touches OpenGL outside a paint event stands between
- * BeginGL and EndGL. The handler's owner deletes the canvas after the engine.
- */
+/** The OpenGL canvas as its handler sees it. Work that touches OpenGL outside a paint event stands between
+ * BeginGL and EndGL. The handler's owner deletes the canvas after the engine. */
 class CGLCanvasI {
   public:
     CGLCanvasI() = default;

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/**
- * What an OpenGL canvas tells whoever draws into it. Every slot does nothing unless it is overridden.
- * Mouse positions are window pixels with the origin at the top left. One thread, the canvas's, calls all
- * slots. The order of the slots is fixed; new ones go to the end.
- */
+/** What an OpenGL canvas tells whoever draws into it. Every slot does nothing unless it is overridden. Mouse
+ * positions are window pixels with the origin at the top left. One thread, the canvas's, calls all slots. The
+ * order of the slots is fixed; new ones go to the end. */
 class CGLWindowHandler {
   public:
     CGLWindowHandler() = default;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/** Numbers of the commands; those of the fixed table are shared with settings and scripts and never change.
- */
+/** Numbers of the commands; those of the fixed table are shared with settings and scripts
+ * and never change. */
 constexpr int kCmdOpen = 32807;
 constexpr int kCmdSaveAs = 32812;
 constexpr int kCmdCompressToZip = 32819;

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/lng.h"
+#include "base/text/lng.h"
 
 using lng::Mark;
 

@@ -6,10 +6,10 @@
 #include <limits>
 #include <variant>
 
-#include "platform/CLocalRegStore.h"
-#include "platform/file_util_ex.h"
-#include "platform/number_text.h"
-#include "platform/std_file_paths.h"
+#include "base/text/number_text.h"
+#include "files/file_util_ex.h"
+#include "files/std_file_paths.h"
+#include "settings/CLocalRegStore.h"
 
 namespace {
 

@@ -4,26 +4,22 @@
 #include <cstdint>
 #include <string>
 
-/**
- * Every value of section "Settings" of settings.ini. The program reads them once at its start, changes them
- * in memory and writes them once at its end. One thread at a time.
- */
+/** Every value of section "Settings" of settings.ini. The program reads them once at its start, changes them
+ * in memory and writes them once at its end. One thread at a time. */
 struct CSettings {
     /** The command identifier of the camera "ISO Camera". */
     static constexpr int kIsoCamera = 32776;
 
-    /** The process's one object; made with the defaults below at the first call, and it lives until the end.
-     */
+    /** The process's one object; made with the defaults below at the first call, and it
+     * lives until the end. */
     [[nodiscard]] static CSettings& Instance();
 
-    /** Loads the file into the store. False when there is none that can be read, which leaves the defaults in
-     * force. */
+    /** Loads the file into the store. False when there is none that can be read, which leaves the
+     * defaults in force. */
     static bool LoadFile();
-    /**
-     * Takes the values from the store. Without its key a field keeps its value, except lastCamera, the
+    /** Takes the values from the store. Without its key a field keeps its value, except lastCamera, the
      * background colour and the two factors, which then get their defaults. A colour keeps its low eight
-     * bits; a factor whose text does not begin with a number becomes 0.
-     */
+     * bits; a factor whose text does not begin with a number becomes 0. */
     void ReadAll();
     /** Puts all values into the store and saves the file. False when it could not be written. */
     bool WriteAll() const;

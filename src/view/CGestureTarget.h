@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/C2DRect.h"
+#include "base/math/C2DRect.h"
 #include "view/CViewToolState.h"
 
 /** What mouse gestures act upon: the scene that is shown, and the window round it. Coordinates are window

@@ -5,32 +5,28 @@
 #include <optional>
 #include <string_view>
 
-#include "model/geometry.h"
-#include "view/CRotation.h"
-#include "view/CSavedView.h"
+#include "base/math/CRotation.h"
+#include "base/math/geometry.h"
+#include "camera/CSavedView.h"
 
-/**
- * The mathematics of the trackball: turns mouse drags into a rotation of the model about its centre.
+/** The mathematics of the trackball: turns mouse drags into a rotation of the model about its centre.
  *
  * A drag that begins on the ball (as large as the model's bounding sphere) keeps the grabbed point under the
  * mouse. A drag that begins beside it spins the model about the line of sight, and counts the spin as orbit
- * angle. When the mouse crosses the ball's outline the drag ends there (Drag returns false) and is begun anew
- * by the caller.
+ * angle. When the mouse crosses the ball's outline the drag ends there (Drag returns false) and is begun
+ * anew by the caller.
  *
  * Coordinates are those of the model-view matrix that SetBall was given, which is centred on the ball. Angles
- * are in radians. Whatever the matrices, the rotation stays a rotation of finite numbers.
- */
+ * are in radians. Whatever the matrices, the rotation stays a rotation of finite numbers. */
 class CTrackBallMotion {
   public:
     explicit CTrackBallMotion(bool overlayEnabled);
 
     /** Back to how it was made: no rotation, no orbit, no drag. */
     void Reset();
-    /**
-     * size is twice the model's radius, view the eye as seen from the centre. The rays start at the eye of
+    /** size is twice the model's radius, view the eye as seen from the centre. The rays start at the eye of
      * the matrices, which is the same unless a pivot offset, a scale or an orbit moved it; view says how the
-     * overlay is seen, and serves the rays where the matrices have no eye (a parallel projection).
-     */
+     * overlay is seen, and serves the rays where the matrices have no eye (a parallel projection). */
     void SetBall(float size, CVec3 view, const CViewMatrices& matrices);
     /** Starts a drag at a window point whose y counts upwards. */
     void Begin(int x, int y);
@@ -39,10 +35,8 @@ class CTrackBallMotion {
     /** Follows the mouse once more, ends the drag and adds its orbit angle to those before. */
     void Release(int x, int y);
 
-    /**
-     * Turns a vector from the look-at point to the eye about the axis that belongs to the camera's name, by
-     * the sum of all orbit angles. Only a sum above zero turns it.
-     */
+    /** Turns a vector from the look-at point to the eye about the axis that belongs to the camera's name, by
+     * the sum of all orbit angles. Only a sum above zero turns it. */
     void OrbitEye(std::string_view cameraName, float (&eye)[3]) const;
 
     /** Column by column, as glMultMatrixf takes it. */

@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "platform/C2DRect.h"
+#include "base/math/C2DRect.h"
 #include "view/CGestureTarget.h"
 #include "view/CTrackBallMotion.h"
 
@@ -16,13 +16,11 @@ struct CPixel {
 /** Idle -> Pending (pressed, the trackball waits for a frame to start in) -> Dragging -> Idle. */
 enum class EDragState { Idle = 0, Pending = 1, Dragging = 2 };
 
-/**
- * Turns presses, moves and wheel turns into a trackball drag, a zoom box, the use of a tool or the deletion
+/** Turns presses, moves and wheel turns into a trackball drag, a zoom box, the use of a tool or the deletion
  * of a node. Knows no window: it is told what happened and acts upon its target.
  *
  * A drag starts in the first frame drawn after the press, because the trackball needs that frame's matrices:
- * whoever draws asks TakePendingDrag and starts the trackball there.
- */
+ * whoever draws asks TakePendingDrag and starts the trackball there. */
 class CViewGestures {
   public:
     /** How long a press must last, and how far it may stray, to delete a node. */

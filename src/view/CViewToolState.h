@@ -4,17 +4,15 @@
 /** What the mouse pointer looks like over the view: one look for each tool. */
 enum class EToolCursor { Standard, Color, Shininess, Transparency, ReplaceNode };
 
-/**
- * The tool that a press in the view uses on the node under it, as the view sees it. With a tool state and no
- * active tool a long press deletes the node; a view without a tool state has no long press.
- */
+/** The tool that a press in the view uses on the node under it, as the view sees it. With a tool state and no
+ * active tool a long press deletes the node; a view without a tool state has no long press. */
 class CViewToolState {
   public:
     virtual ~CViewToolState() = default;
     [[nodiscard]] virtual bool IsActive() const = 0;
     [[nodiscard]] virtual EToolCursor GetCursor() const = 0;
-    /** Uses the active tool on a node. nodeName is as the engine has it and lives until the scene is edited.
-     */
+    /** Uses the active tool on a node. nodeName is as the engine has it and lives until the
+     * scene is edited. */
     virtual void Apply(const char* nodeName) = 0;
 };
 

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/**
- * Counts whole notches of a mouse wheel. Touch pads send many small rotations where a wheel sends one notch,
- * and the view zooms by a fixed step for each event it is given.
- */
+/** Counts whole notches of a mouse wheel. Touch pads send many small rotations where a wheel sends one notch,
+ * and the view zooms by a fixed step for each event it is given. */
 class CWheelNotches {
   public:
     /** Adds a rotation; answers how many notches it completed, negative towards the user. */

@@ -9,13 +9,13 @@
 #include <set>
 #include <string>
 
-#include "engine/COffscreenContext.h"
+#include "camera/camera_matrices.h"
 #include "engine/CPictureTest.h"
-#include "engine/camera_matrices.h"
-#include "engine/gl_api.h"
-#include "model/C3dsBytes.h"
-#include "model/CPreparedScene.h"
-#include "platform/CTestFolder.h"
+#include "engine/gl/COffscreenContext.h"
+#include "engine/gl/gl_api.h"
+#include "files/CTestFolder.h"
+#include "model/prepare/CPreparedScene.h"
+#include "model/read_3ds/C3dsBytes.h"
 
 namespace {
 

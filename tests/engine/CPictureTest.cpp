@@ -6,10 +6,10 @@
 #include <filesystem>
 #include <utility>
 
-#include "engine/CGlCurrent.h"
-#include "engine/camera_matrices.h"
-#include "engine/gl_api.h"
-#include "platform/image_codec.h"
+#include "camera/camera_matrices.h"
+#include "engine/gl/CGlCurrent.h"
+#include "engine/gl/gl_api.h"
+#include "picture/image_codec.h"
 
 namespace {
 

@@ -7,18 +7,16 @@
 #include <string>
 #include <vector>
 
-#include "engine/CMatrix4d.h"
-#include "engine/COffscreenContext.h"
-#include "engine/CSceneRenderer.h"
+#include "base/math/CMatrix4d.h"
+#include "engine/draw/CSceneRenderer.h"
+#include "engine/gl/COffscreenContext.h"
 #include "engine/test_scenes.h"
-#include "platform/CImage.h"
+#include "picture/CImage.h"
 
 using CColor = std::array<int, 3>;
 
-/**
- * A test that draws with a context of 320x240 pixels, shared by the tests of one program. A machine without
- * OpenGL fails these tests: skipping them would leave drawing untested without anybody noticing.
- */
+/** A test that draws with a context of 320x240 pixels, shared by the tests of one program. A machine without
+ * OpenGL fails these tests: skipping them would leave drawing untested without anybody noticing. */
 class CPictureTest : public testing::Test {
   protected:
     void SetUp() override;

@@ -6,10 +6,10 @@
 #include <set>
 #include <vector>
 
-#include "engine/CFrameView.h"
-#include "engine/CGlTexture.h"
 #include "engine/CPictureTest.h"
-#include "engine/triangle_order.h"
+#include "engine/draw/triangle_order.h"
+#include "engine/gl/CGlTexture.h"
+#include "engine/pipeline/CFrameView.h"
 
 namespace {
 
@@ -85,7 +85,7 @@ void ExpectOrdered() {
     for (int i = 0; i < 3000; ++i) indices.push_back(static_cast<TIndex>(random() % vertices.size()));
     const std::array<double, 4> row{0.5, -2, 1, 7};
     std::vector<TIndex> ordered;
-    const CDepthRange range = OrderBackToFront<TIndex>(vertices, indices, row, ordered);
+    const CDepthSpan range = OrderBackToFront<TIndex>(vertices, indices, row, ordered);
 
     const auto depth = [&](std::size_t triangle) {
         double sum = 0;

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "engine/COffscreenContext.h"
+#include "engine/gl/COffscreenContext.h"
 
 #include <gtest/gtest.h>
 
 #include <thread>
 
-#include "engine/CGlCurrent.h"
 #include "engine/CPictureTest.h"
-#include "engine/gl_api.h"
+#include "engine/gl/CGlCurrent.h"
+#include "engine/gl/gl_api.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <vector>
 
-#include "engine/CGlCurrent.h"
 #include "engine/CPictureTest.h"
-#include "engine/gl_api.h"
+#include "engine/gl/CGlCurrent.h"
+#include "engine/gl/gl_api.h"
 
 using namespace test_scenes;
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "engine/overlay_shapes.h"
+#include "engine/overlay/overlay_shapes.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 
-#include "model/CPreparedScene.h"
+#include "model/prepare/CPreparedScene.h"
 
 namespace {
 

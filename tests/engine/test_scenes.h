@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "model/CPreparedScene.h"
+#include "model/prepare/CPreparedScene.h"
 
 /** Prepared scenes made by hand, so that drawing is tested without reading files. */
 namespace test_scenes {
@@ -14,8 +14,8 @@ namespace test_scenes {
 [[nodiscard]] CPreparedMesh MakePlane(float side = 2);
 /** A cube round the origin with hard edges; each face has texture coordinates 0..1. */
 [[nodiscard]] CPreparedMesh MakeCube(float side = 2);
-/** A smooth sphere round the origin, its poles on z, 2 * rings * rings segments; u goes round, v from pole to
- * pole. */
+/** A smooth sphere round the origin, its poles on z, 2 * rings * rings segments; u goes round, v
+ * from pole to pole. */
 [[nodiscard]] CPreparedMesh MakeSphere(float radius = 1, int rings = 24);
 /** Appends the triangles of another mesh as a batch of that material. Both must have 16-bit indices. */
 void Append(CPreparedMesh& mesh, const CPreparedMesh& other, std::uint32_t material);
@@ -24,8 +24,8 @@ void Append(CPreparedMesh& mesh, const CPreparedMesh& other, std::uint32_t mater
                                const std::function<std::array<std::uint8_t, 4>(int x, int y)>& color);
 /** A small picture all of one colour. */
 [[nodiscard]] CImage OneColorImage(std::array<std::uint8_t, 4> color);
-/** Four colours, so that its orientation shows: top left red, top right green, bottom left blue, bottom right
- * white. */
+/** Four colours, so that its orientation shows: top left red, top right green, bottom left blue,
+ * bottom right white. */
 [[nodiscard]] CImage QuarterImage(int side = 64);
 /** A plain material of that colour, lit, without highlight. */
 [[nodiscard]] CPreparedMaterial Plain(CVec3 color);

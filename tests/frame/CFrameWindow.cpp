@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "engine/CGLCanvasI.h"
-#include "platform/file_util_ex.h"
+#include "files/file_util_ex.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 
 CFrameWindow::CFrameWindow() {

@@ -9,12 +9,12 @@
 #include <string>
 #include <vector>
 
+#include "files/CTestFolder.h"
 #include "frame/ui/CAViewerFrame.h"
-#include "platform/CLocalRegStore.h"
-#include "platform/CModalDriver.h"
-#include "platform/CTestFolder.h"
-#include "platform/CUserPrompt.h"
+#include "settings/CLocalRegStore.h"
 #include "settings/CSettingsGuard.h"
+#include "widgets/CModalDriver.h"
+#include "widgets/CUserPrompt.h"
 
 class C3dsDisplayWrap;
 

@@ -11,11 +11,11 @@
 
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
+#include "files/file_util_ex.h"
+#include "files/std_file_paths.h"
 #include "frame/CFrameWindow.h"
 #include "frame/command_table.h"
-#include "model/CPreparedScene.h"
-#include "platform/file_util_ex.h"
-#include "platform/std_file_paths.h"
+#include "model/prepare/CPreparedScene.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 
 namespace {

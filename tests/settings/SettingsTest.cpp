@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <functional>
 
-#include "platform/CLocalRegStore.h"
-#include "platform/CTestFolder.h"
+#include "files/CTestFolder.h"
 #include "row_name.h"
+#include "settings/CLocalRegStore.h"
 #include "settings/CSettings.h"
 #include "settings/CSettingsGuard.h"
 

@@ -53,8 +53,8 @@ struct CGrabCase {
 
 class CTrackBallGrabTest : public testing::TestWithParam<CGrabCase> {};
 
-/** Nearest point of the ball under a window point, found by walking along the ray instead of solving for it.
- */
+/** Nearest point of the ball under a window point, found by walking along the ray instead
+ * of solving for it. */
 CVec3d PointUnder(const CViewMatrices& m, double radius, double x, double y) {
     const CSavedView view(m);
     const CVec3d from = *view.Unproject(x, y, 0), to = *view.Unproject(x, y, 1);

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/CImage.h"
+#include "picture/CImage.h"
 #include "view/CKeyDownListener.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 

@@ -5,9 +5,9 @@
 #include <array>
 #include <memory>
 
-#include "engine/COffscreenContext.h"
+#include "base/math/C2DRect.h"
 #include "engine/CPictureTest.h"
-#include "platform/C2DRect.h"
+#include "engine/gl/COffscreenContext.h"
 #include "row_name.h"
 #include "view/ui/CTrackBall.h"
 #include "view/ui/zoom_box.h"

@@ -6,14 +6,14 @@
 #include <cmath>
 
 #include "engine/C3dsDisplayWrap.h"
-#include "model/CPreparedScene.h"
-#include "platform/CTestFolder.h"
+#include "files/CTestFolder.h"
+#include "model/prepare/CPreparedScene.h"
 #include "view/CViewWindow.h"
 
 namespace {
 
-/** A view that shows two boxes from the front: Left is seen at (90, 190), Right at (400, 190) or thereabouts.
- */
+/** A view that shows two boxes from the front: Left is seen at (90, 190), Right at (400,
+ * 190) or thereabouts. */
 class CViewWindowWxTest : public testing::Test {
   protected:
     void SetUp() override {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "engine/camera_matrices.h"
-#include "view/CSavedView.h"
+#include "camera/CSavedView.h"
+#include "camera/camera_matrices.h"
 
 namespace view_matrices {
 

@@ -144,8 +144,8 @@ void AddPieces(CSceneBuilder& scene, const CPiece& piece, bool white) {
     }
 }
 
-/** One knight of each colour as it is; white's other is a mirrored mesh, black's other a mirroring scale key.
- */
+/** One knight of each colour as it is; white's other is a mirrored mesh, black's other a
+ * mirroring scale key. */
 void AddKnights(CSceneBuilder& scene) {
     CShape knight = Knight().Turn(90, {0, 0, 1});
     scene.AddPart("WKNIGHT", knight.Material("IVORY"), nullptr, SquareAt(1, 0));

@@ -111,8 +111,8 @@ void AddMaterials(CSceneBuilder& scene) {
     CSceneBuilder::SetMap(glass.reflection_map, "ROOM.JPG", 0.25f);
 }
 
-/** On disk in lower case and in a sub-folder, as collections of models have them; the scene says DOS names.
- */
+/** On disk in lower case and in a sub-folder, as collections of models have them; the
+ * scene says DOS names. */
 void SavePictures(const std::filesystem::path& folder) {
     const std::filesystem::path maps = folder / "maps";
     SavePicture(pictures::Sun(), maps / "sun.jpg");

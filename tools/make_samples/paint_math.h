@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "model/geometry.h"
+#include "base/math/geometry.h"
 
 /** Arithmetic on colours that the painters share. */
 namespace paint_math {

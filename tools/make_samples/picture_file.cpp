@@ -5,7 +5,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "platform/image_writer.h"
+#include "picture/image_writer.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "platform/CImage.h"
+#include "picture/CImage.h"
 
 /** The pictures of the sample scenes, computed. Maps of spheres join at their left and right edges. */
 namespace pictures {
@@ -20,8 +20,8 @@ namespace pictures {
 [[nodiscard]] CImage TurnedWood();
 /** A round table seen from above, darker in the middle where something stands on it. */
 [[nodiscard]] CImage TableTop();
-/** What a shiny thing reflects: a bright window, a warm room. Mapped by direction, the middle facing the eye.
- */
+/** What a shiny thing reflects: a bright window, a warm room. Mapped by direction, the
+ * middle facing the eye. */
 [[nodiscard]] CImage Room();
 
 [[nodiscard]] CImage Checker(int squares);

@@ -9,10 +9,10 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "files/zip_file_util.h"
 #include "make_samples/picture_file.h"
 #include "make_samples/pictures.h"
 #include "make_samples/scenes.h"
-#include "platform/zip_file_util.h"
 #include "scene_builder/CSceneBuilder.h"
 #include "scene_builder/shapes.h"
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "export/C3ds2Pov.h"
-#include "export/C3ds2PovExportFlow.h"
-#include "platform/number_text.h"
+#include "base/text/number_text.h"
+#include "export/pov/C3ds2Pov.h"
+#include "export/pov/C3ds2PovExportFlow.h"
 
 namespace {
 

@@ -278,8 +278,8 @@ void CSceneBuilder::Bake() {
             const float* pivot = (*node)->data.object.pivot;
             lib3ds_matrix_translate_xyz(mesh->matrix, -pivot[0], -pivot[1], -pivot[2]);
         }
-        // lib3ds turns the points of a mirrored matrix over when it writes, so they go in turned over
-        // already.
+        // lib3ds turns the points of a mirrored matrix over when it writes, so they go in
+        // turned over already.
         if (mirrored) lib3ds_matrix_scale_xyz(mesh->matrix, -1, 1, 1);
         for (Lib3dsDword i = 0; i < mesh->points; ++i) {
             Lib3dsVector world;

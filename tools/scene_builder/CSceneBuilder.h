@@ -37,13 +37,11 @@ struct CCone {
     float hotspotDeg = 40, falloffDeg = 55;
 };
 
-/**
- * Puts a 3DS scene together over lib3ds and writes it. Meshes and nodes are named by the caller (meshes up to
- * ten characters, as the format has it). Shapes are given in object coordinates; at Save their points are
- * moved to where their first node shows them at the first frame, as modelling programs write them, so that a
- * reader without keyframes sees the same picture. Programming errors throw std::logic_error, failed writing
- * std::runtime_error.
- */
+/** Puts a 3DS scene together over lib3ds and writes it. Meshes and nodes are named by the caller (meshes up
+ * to ten characters, as the format has it). Shapes are given in object coordinates; at Save their points
+ * are moved to where their first node shows them at the first frame, as modelling programs write them, so
+ * that a reader without keyframes sees the same picture. Programming errors throw std::logic_error, failed
+ * writing std::runtime_error. */
 class CSceneBuilder {
   public:
     explicit CSceneBuilder(int frames = 0);
@@ -56,11 +54,11 @@ class CSceneBuilder {
     static void SetMap(Lib3dsTextureMap& map, const std::string& picture, float amount = 1,
                        CVec2 scale = {1, 1});
 
-    /** A mesh alone; a node shows it. mirrored writes it the way modelling programs do after a mirror
-     * command. */
+    /** A mesh alone; a node shows it. mirrored writes it the way modelling programs do after
+     * a mirror command. */
     Lib3dsMesh& AddMesh(const std::string& name, const CShape& shape, bool mirrored = false);
-    /** A node that shows a mesh; a second node of the same mesh is an instance and wants a name of its own.
-     */
+    /** A node that shows a mesh; a second node of the same mesh is an instance and wants a
+     * name of its own. */
     Lib3dsNode& AddObject(const std::string& mesh, Lib3dsNode* parent, CVec3 position,
                           const std::string& instance = {});
     /** AddMesh and AddObject in one. */
@@ -71,8 +69,8 @@ class CSceneBuilder {
     static void SetScale(Lib3dsNode& object, CVec3 scale);
     /** The turn at the first frame. */
     static void SetTurn(Lib3dsNode& object, float angleDeg, CVec3 axis = {0, 0, 1});
-    /** Whole or part turns about an axis, evenly over all frames, starting from SetTurn's angle about that
-     * axis. */
+    /** Whole or part turns about an axis, evenly over all frames, starting from SetTurn's angle
+     * about that axis. */
     void Spin(Lib3dsNode& object, float turns, float startDeg = 0, CVec3 axis = {0, 0, 1});
     /** A further position key of an object or dummy. */
     static void MoveTo(Lib3dsNode& object, int frame, CVec3 position);

@@ -5,21 +5,19 @@
 #include <string>
 #include <vector>
 
-#include "model/geometry.h"
+#include "base/math/geometry.h"
 
-/** A triangle of a CShape; smoothing is the bit mask of its groups, material an index into CShape::materials.
- */
+/** A triangle of a CShape; smoothing is the bit mask of its groups, material an index
+ * into CShape::materials. */
 struct CShapeTriangle {
     std::uint32_t corner[3] = {0, 0, 0};
     std::uint32_t smoothing = 1;
     std::uint16_t material = 0;
 };
 
-/**
- * Triangles under construction, in the coordinates of the object they become. texCoords is empty or has one
- * entry for each point; a shape with texture coordinates has doubled points along its seams, as the format
- * wants it.
- */
+/** Triangles under construction, in the coordinates of the object they become. texCoords is empty or has
+ * one entry for each point; a shape with texture coordinates has doubled points along its seams, as the
+ * format wants it. */
 struct CShape {
     std::vector<CVec3> points;
     std::vector<CVec2> texCoords;

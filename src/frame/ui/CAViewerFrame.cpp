@@ -11,9 +11,11 @@
 #include <functional>
 #include <utility>
 
+#include "base/text/lng.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
-#include "export/ui/pov_export_command.h"
+#include "export/pov/ui/pov_export_command.h"
+#include "files/std_file_paths.h"
 #include "frame/ui/CAnimationBar.h"
 #include "frame/ui/CSceneNotesDlg.h"
 #include "frame/ui/CSceneStatusBar.h"
@@ -21,15 +23,13 @@
 #include "frame/ui/command_menus.h"
 #include "frame/ui/command_tool_bar.h"
 #include "frame/ui/hint_picture.h"
-#include "model/CPreparedScene.h"
-#include "model/load_scene.h"
-#include "platform/lng.h"
-#include "platform/std_file_paths.h"
-#include "platform/ui/accessible_name.h"
-#include "platform/ui/full_screen_watch.h"
-#include "platform/ui/wx_window_state.h"
+#include "model/open/load_scene.h"
+#include "model/prepare/CPreparedScene.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
+#include "widgets/ui/accessible_name.h"
+#include "widgets/ui/full_screen_watch.h"
+#include "widgets/ui/wx_window_state.h"
 
 namespace {
 
@@ -188,8 +188,7 @@ void CAViewerFrame::OpenByPath(const std::wstring& path) {
     });
 }
 
-// --- commands
-// ----------------------------------------------------------------------------------------------------
+// --- commands -------------------------------------------------------------------------------------------
 
 bool CAViewerFrame::HasHandler(int id) {
     return CCommandHandlers::Find(id) != nullptr;
@@ -197,7 +196,7 @@ bool CAViewerFrame::HasHandler(int id) {
 
 void CAViewerFrame::RunCommand(int id) {
     if (m_files->IsBusy() || m_closed) return;
-    if (CRecentFileList::IsRecentFileResource(id)) {
+    if (CRecentFileListMgr::IsRecentFileResource(id)) {
         m_files->OpenRecent(id);
     } else if (id >= kCmdFirstSceneCamera && id < kCmdFirstSceneCamera + kMaxSceneCameras) {
         const std::vector<std::string> names = m_view->GetEngine().GetFileCameraNames();
@@ -288,8 +287,7 @@ void CAViewerFrame::ExportPov() {
     CloseWhereAsked();
 }
 
-// --- what is told
-// ------------------------------------------------------------------------------------------------
+// --- what is told ---------------------------------------------------------------------------------------
 
 void CAViewerFrame::ShowRunning(int commandId) {
     m_state.runningCommand = commandId;

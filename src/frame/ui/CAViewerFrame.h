@@ -18,10 +18,8 @@ class CSceneStatusBar;
 class CViewer3DSWindowHandler;
 class wxAuiToolBar;
 
-/**
- * The main window: the view in its middle, the menus, the toolbar, the status bar, and the bar of an
- * animation. Every command, from wherever it is chosen, arrives at RunCommand.
- */
+/** The main window: the view in its middle, the menus, the toolbar, the status bar, and the bar of an
+ * animation. Every command, from wherever it is chosen, arrives at RunCommand. */
 class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CFileCommandsClient {
   public:
     explicit CAViewerFrame(const wxString& title);
@@ -31,8 +29,8 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
     [[nodiscard]] bool HasView() const;
     /** Opens a file as the Open command does, once the view can. */
     void OpenByPath(const std::wstring& path);
-    /** Puts what the next start shows again into the settings' store: the window's place and the recent
-     * files. */
+    /** Puts what the next start shows again into the settings' store: the window's place and
+     * the recent files. */
     void KeepState();
     /** Does what a command does; nothing for one that is disabled now. */
     void RunCommand(int id);
@@ -67,8 +65,7 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
     void PlayAnimation(bool play);
     void ShowFrame(int frame);
 
-    // --- what is told
-    // ----------------------------------------------------------------------------------------
+    // --- what is told -----------------------------------------------------------------------------------
     void OnViewKeyDown(int keyCode) override;
     void OnViewLeftButtonDown() override {}
     void OnViewRightButtonDown() override;

@@ -9,9 +9,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/text/lng.h"
 #include "frame/ui/command_tool_bar.h"
-#include "platform/lng.h"
-#include "platform/ui/accessible_name.h"
+#include "widgets/ui/accessible_name.h"
 
 CAnimationBar::CAnimationBar(wxWindow* parent, CActions actions)
     : wxPanel(parent),

@@ -4,17 +4,17 @@
 #include <string>
 #include <utility>
 
+#include "base/text/lng.h"
 #include "engine/C3dsDisplayWrap.h"
+#include "files/file_util_ex.h"
 #include "frame/command_ids.h"
-#include "frame/ui/C3DSFileDlgI.h"
-#include "platform/CLocalRegStore.h"
-#include "platform/CUserPrompt.h"
-#include "platform/file_util_ex.h"
-#include "platform/lng.h"
-#include "platform/ui/CBXFileDialogI.h"
+#include "frame/preview/ui/C3DSFileDlgI.h"
+#include "settings/CLocalRegStore.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 #include "view/ui/run_beside_windows.h"
+#include "widgets/CUserPrompt.h"
+#include "widgets/ui/CBXFileDialogI.h"
 
 namespace {
 

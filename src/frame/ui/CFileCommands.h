@@ -4,8 +4,8 @@
 #include <functional>
 #include <string>
 
-#include "frame/folder_models.h"
 #include "frame/ui/CRecentFileListMgr.h"
+#include "session/folder_models.h"
 
 class CViewer3DSWindowHandler;
 class wxWindow;
@@ -21,23 +21,22 @@ class CFileCommandsClient {
     virtual void OnOpening() = 0;
     /** A model was opened just now; it is seen from the ISO camera. */
     virtual void OnOpened() = 0;
-    /** Another model is shown, or none, or another number of models lies beside it; or the recent files
-     * changed. */
+    /** Another model is shown, or none, or another number of models lies beside it; or the
+     * recent files changed. */
     virtual void OnModelChanged() = 0;
 };
 
-/**
- * Opening, saving, deleting, and stepping from file to file. Opening is the one road by which a model reaches
- * the view, whoever asks. What fails to open is told by the title alone; other failures by a message box.
- */
+/** Opening, saving, deleting, and stepping from file to file. Opening is the one road by which a
+ * model reaches the view, whoever asks. What fails to open is told by the title alone; other failures
+ * by a message box. */
 class CFileCommands {
   public:
     /** All must outlive it. */
     CFileCommands(wxWindow& parent, CViewer3DSWindowHandler& view, CFileCommandsClient& client);
 
     /** Opens a file by its extension, compared exactly: "obj" is converted, and neither its success nor its
-     * failure changes the title. Under the wait cursor; the window repaints meanwhile. False when an opening
-     * is under way. */
+     * failure changes the title. Under the wait cursor; the window repaints meanwhile. False when an
+     * opening is under way. */
     bool OpenByPath(const std::wstring& path);
     void Open();
     /** Opens what was dropped on the window: a file, or the first model of a folder. */

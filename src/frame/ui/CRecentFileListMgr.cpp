@@ -3,8 +3,8 @@
 
 #include <wx/menu.h>
 
+#include "base/text/lng.h"
 #include "frame/command_table.h"
-#include "platform/lng.h"
 
 void CRecentFileListMgr::UpdateMenu(wxMenu& menu) const {
     std::size_t position = 0;

@@ -5,9 +5,9 @@
 #include <wx/sizer.h>
 #include <wx/textctrl.h>
 
-#include "platform/lng.h"
-#include "platform/ui/accessible_name.h"
-#include "platform/ui/button_label.h"
+#include "base/text/lng.h"
+#include "widgets/ui/accessible_name.h"
+#include "widgets/ui/button_label.h"
 
 CSceneNotesDlg::CSceneNotesDlg(wxWindow* parent, const std::vector<std::wstring>& lines)
     : wxDialog(parent, wxID_ANY, lng::Text("Notes about this model"), wxDefaultPosition, wxDefaultSize,

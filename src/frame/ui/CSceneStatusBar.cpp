@@ -7,8 +7,8 @@
 #include <array>
 #include <utility>
 
-#include "platform/lng.h"
-#include "platform/ui/accessible_name.h"
+#include "base/text/lng.h"
+#include "widgets/ui/accessible_name.h"
 
 CSceneStatusBar::CSceneStatusBar(wxWindow* parent, std::function<void()> showNotes)
     : wxStatusBar(parent, wxID_ANY, wxSTB_DEFAULT_STYLE),

@@ -4,7 +4,7 @@
 #include <unordered_map>
 
 #include "engine/C3dsDisplayWrap.h"
-#include "export/ui/CPOVRaySettingsDlg.h"
+#include "export/pov/ui/CPOVRaySettingsDlg.h"
 #include "frame/command_ids.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "settings/CSettings.h"

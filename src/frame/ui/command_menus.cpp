@@ -4,7 +4,7 @@
 #include <gtk/gtk.h>
 #include <wx/accel.h>
 
-#include "platform/lng.h"
+#include "base/text/lng.h"
 
 namespace {
 

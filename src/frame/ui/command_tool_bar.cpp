@@ -10,9 +10,9 @@
 #include <functional>
 #include <string>
 
-#include "platform/lng.h"
-#include "platform/std_file_paths.h"
-#include "platform/ui/accessible_name.h"
+#include "base/text/lng.h"
+#include "files/std_file_paths.h"
+#include "widgets/ui/accessible_name.h"
 
 namespace {
 

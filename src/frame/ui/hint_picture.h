@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/CImage.h"
+#include "picture/CImage.h"
 
 class wxWindow;
 

@@ -25,8 +25,8 @@ int Rest(int periodMs, const wxStopWatch& sinceLast) {
     return static_cast<int>(std::clamp<long>(periodMs - sinceLast.Time(), 1, periodMs));
 }
 
-/** The toolkit takes a display without OpenGL for a mistake of ours and would ask the user about it in a
- * dialog. */
+/** The toolkit takes a display without OpenGL for a mistake of ours and would ask the user
+ * about it in a dialog. */
 class CWithoutAsserts {
   public:
     CWithoutAsserts() : m_before(wxSetAssertHandler(nullptr)) {}

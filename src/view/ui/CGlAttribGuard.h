@@ -3,8 +3,8 @@
 
 #include <GL/gl.h>
 
-/** Restores all server attributes of the fixed pipeline (not the matrices) when it goes. A context must be
- * current. */
+/** Restores all server attributes of the fixed pipeline (not the matrices) when it goes. A context
+ * must be current. */
 class CGlAttribGuard {
   public:
     CGlAttribGuard() { glPushAttrib(GL_ALL_ATTRIB_BITS); }

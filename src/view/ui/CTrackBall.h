@@ -3,8 +3,8 @@
 
 #include "view/CTrackBallMotion.h"
 
-/** The trackball as a view uses it: its mathematics, tied to the OpenGL context that is current when it is
- * called. */
+/** The trackball as a view uses it: its mathematics, tied to the OpenGL context that is current
+ * when it is called. */
 class CTrackBall : public CTrackBallMotion {
   public:
     using CTrackBallMotion::CTrackBallMotion;

@@ -12,17 +12,17 @@
 #include <optional>
 #include <utility>
 
+#include "base/text/lng.h"
+#include "camera/CViewPose.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
-#include "engine/CViewPose.h"
-#include "model/CScene.h"
-#include "model/lib3ds_util.h"
-#include "model/load_scene.h"
-#include "platform/file_util_ex.h"
-#include "platform/lng.h"
+#include "files/file_util_ex.h"
+#include "model/open/load_scene.h"
+#include "model/save/lib3ds_util.h"
+#include "model/save/save_scene.h"
+#include "model/scene/CScene.h"
 #include "view/CKeyDownListener.h"
 #include "view/pick_records.h"
-#include "view/save_scene.h"
 #include "view/ui/run_beside_windows.h"
 
 namespace {

@@ -7,10 +7,10 @@
 #include <functional>
 #include <string>
 
+#include "base/CResult.h"
 #include "engine/C3DSWindowHandler.h"
-#include "model/CTextureLocator.h"
-#include "platform/CImage.h"
-#include "platform/CResult.h"
+#include "model/textures/CTextureLocator.h"
+#include "picture/CImage.h"
 #include "view/CGestureTarget.h"
 #include "view/CViewGestures.h"
 #include "view/ui/CTrackBall.h"
@@ -24,13 +24,11 @@ struct Lib3dsFile;
 /** See CViewer3DSWindowHandler::SetProgressListener. */
 using CProgressListener = std::function<void(const CLoadProgress& progress, long elapsedMs)>;
 
-/**
- * The 3D view of the main window: owns the display engine and the OpenGL canvas, draws every frame, and
+/** The 3D view of the main window: owns the display engine and the OpenGL canvas, draws every frame, and
  * passes what the mouse does to CViewGestures.
  *
  * Mouse positions are pixels of the framebuffer, origin top left. Must be deleted before the window that the
- * canvas was made in. All calls come from the thread of the windows.
- */
+ * canvas was made in. All calls come from the thread of the windows. */
 class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHandler, private CGestureTarget {
   public:
     /** Makes the canvas as a child of parent. tools may be null and must outlive the view. */
@@ -46,7 +44,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
 
     // --- opening -----------------------------------------------------------------------------------------
     /** Opening what is shown already is a success that does nothing. After a failure nothing is shown and the
-     *  current path is empty. Windows repaint while it is read, and input waits. */
+     * current path is empty. Windows repaint while it is read, and input waits. */
     [[nodiscard]] bool OpenModel(const wchar_t* path);
     /** Reads the file that is shown again; camera, rotation and frame stay. On failure all stays as it is. */
     [[nodiscard]] CStatus Reload();

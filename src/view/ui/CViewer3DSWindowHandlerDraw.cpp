@@ -50,8 +50,8 @@ void CViewer3DSWindowHandler::SetUpCamera() {
               engine.GetUpX(), engine.GetUpY(), engine.GetUpZ());
 }
 
-/** The model turns about the look-at point shifted by the pivot offset, and is scaled about that same point.
- */
+/** The model turns about the look-at point shifted by the pivot offset, and is scaled about
+ * that same point. */
 void CViewer3DSWindowHandler::SetUpModel(int renderMode) {
     const C3dsDisplayWrap& engine = GetEngine();
     glTranslated(m_pivot[0], m_pivot[1], m_pivot[2]);

@@ -5,7 +5,7 @@
 
 #include <array>
 
-#include "platform/CImage.h"
+#include "picture/CImage.h"
 #include "view/ui/CGlAttribGuard.h"
 
 void DrawViewHint(const CImage& hint) {

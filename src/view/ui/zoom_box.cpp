@@ -6,8 +6,8 @@
 
 #include <array>
 
-#include "platform/C2DRect.h"
-#include "view/CSavedView.h"
+#include "base/math/C2DRect.h"
+#include "camera/CSavedView.h"
 #include "view/ui/CGlAttribGuard.h"
 
 namespace {

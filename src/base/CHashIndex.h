@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+/** An open hash table of numbers; what they stand for is the caller's. Grows as needed, and is
+ * cheap while small. */
+class CHashIndex {
+  public:
+    CHashIndex() { Clear(); }
+
+    void Clear() {
+        m_slots.assign(kFirstSize, {});
+        m_used = 0;
+    }
+
+    /** The number stored under this hash for which isEqual(number) holds; else adds `fresh`
+     * and returns that. */
+    template <class IsEqual>
+    std::uint32_t FindOrAdd(std::uint64_t key, std::uint32_t fresh, IsEqual isEqual) {
+        if (m_used * 2 >= m_slots.size()) Grow();
+        const std::uint32_t hash = Mixed(key);
+        for (std::size_t at = hash;; ++at) {
+            CSlot& slot = m_slots[at & (m_slots.size() - 1)];
+            if (slot.number == kFree) {
+                slot = {hash, fresh};
+                ++m_used;
+                return fresh;
+            }
+            if (slot.hash == hash && isEqual(slot.number)) return slot.number;
+        }
+    }
+
+    static constexpr std::uint32_t kNone = UINT32_MAX;
+
+    /** The number stored under this hash for which isEqual(number) holds, or kNone. */
+    template <class IsEqual>
+    [[nodiscard]] std::uint32_t Find(std::uint64_t key, IsEqual isEqual) const {
+        const std::uint32_t hash = Mixed(key);
+        for (std::size_t at = hash;; ++at) {
+            const CSlot& slot = m_slots[at & (m_slots.size() - 1)];
+            if (slot.number == kFree || (slot.hash == hash && isEqual(slot.number))) return slot.number;
+        }
+    }
+
+  private:
+    static constexpr std::size_t kFirstSize = 64;
+    static constexpr std::uint32_t kFree = kNone;
+    struct CSlot {
+        std::uint32_t hash = 0, number = kFree;
+    };
+
+    /** Every bit of the key moves every bit of the hash (the finalizer of MurmurHash3). */
+    static std::uint32_t Mixed(std::uint64_t key) {
+        key = (key ^ (key >> 33)) * 0xFF51AFD7ED558CCDu;
+        key = (key ^ (key >> 33)) * 0xC4CEB9FE1A85EC53u;
+        return static_cast<std::uint32_t>(key >> 32);
+    }
+
+    void Grow() {
+        std::vector<CSlot> old(m_slots.size() * 4);
+        old.swap(m_slots);
+        for (const CSlot& slot : old) {
+            if (slot.number == kFree) continue;
+            std::size_t at = slot.hash;
+            while (m_slots[at & (m_slots.size() - 1)].number != kFree) ++at;
+            m_slots[at & (m_slots.size() - 1)] = slot;
+        }
+    }
+
+    std::vector<CSlot> m_slots;
+    std::size_t m_used = 0;
+};

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+
+#include "base/math/CVec3d.h"
+
+/** A rotation as a unit quaternion. Products are brought back to unit length, so any number of them stays a
+ * rotation: a matrix multiplied onto itself for an hour of dragging would shear. */
+class CRotation {
+  public:
+    CRotation() = default;
+
+    /** Counter-clockwise by angle (radians) about a unit axis; the zero axis gives no rotation. */
+    [[nodiscard]] static CRotation About(CVec3d axis, double angle);
+    /** The shortest turn that carries one unit vector onto another; none where there is no single one
+     * (opposite or zero vectors). */
+    [[nodiscard]] static CRotation Between(CVec3d from, CVec3d to);
+
+    /** a * b turns by b first. */
+    friend CRotation operator*(const CRotation& a, const CRotation& b);
+
+    [[nodiscard]] CVec3d Apply(CVec3d v) const;
+    /** 4x4, column by column, as glMultMatrixf takes it. */
+    [[nodiscard]] std::array<float, 16> Matrix() const;
+
+  private:
+    CRotation(double w, CVec3d v) : m_w(w), m_v(v) {}
+
+    double m_w = 1;
+    CVec3d m_v;
+};

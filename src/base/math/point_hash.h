@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <bit>
+#include <cstdint>
+
+#include "base/math/geometry.h"
+
+/** Keys for CHashIndex: equal points have equal ones, 0 and -0 being equal. */
+namespace point_hash {
+
+inline std::uint64_t Bits(float a, float b) {
+    // Adding zero makes one zero of the two.
+    return (std::uint64_t{std::bit_cast<std::uint32_t>(a + 0.0f)} << 32) |
+           std::bit_cast<std::uint32_t>(b + 0.0f);
+}
+inline std::uint64_t HashOf(CVec3 p) {
+    return Bits(p.x, p.y) * 0xD6E8FEB86659FD93u ^ Bits(p.z, 0);
+}
+inline std::uint64_t HashOf(CVec3 p, CVec2 t) {
+    return (HashOf(p) * 0xA0761D6478BD642Fu) ^ Bits(t.x, t.y);
+}
+
+}  // namespace point_hash

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <optional>
+
+#include "base/math/CVec3d.h"
+
+/** The matrices (column by column) and the viewport that a picture was drawn with. */
+struct CViewMatrices {
+    std::array<double, 16> modelView{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    std::array<double, 16> projection{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    std::array<int, 4> viewport{0, 0, 1, 1};  ///< x, y, width, height
+};
+
+/** Brings window points of a picture back into the space that it was drawn from. Never divides by zero. */
+class CSavedView {
+  public:
+    CSavedView() = default;
+    explicit CSavedView(const CViewMatrices& matrices);
+
+    /** Window coordinates with y upwards, depth 0 near to 1 far. Nothing where the matrices
+     * have no inverse. */
+    [[nodiscard]] std::optional<CVec3d> Unproject(double x, double y, double depth) const;
+    /** The point that all rays come from; nothing for a parallel projection. */
+    [[nodiscard]] std::optional<CVec3d> Eye() const;
+
+  private:
+    [[nodiscard]] std::optional<CVec3d> FromClip(double x, double y, double z, double w) const;
+
+    std::array<int, 4> m_viewport{0, 0, 1, 1};
+    std::optional<std::array<double, 16>> m_inverse;
+};

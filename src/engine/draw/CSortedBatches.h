@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <utility>
+
+#include "engine/draw/triangle_order.h"
+#include "engine/gl/CGlBuffer.h"
+
+/** Index buffers of transparent parts with their triangles from back to front, kept from frame to frame and
+ * sorted anew only when the view of that part changed. */
+class CSortedBatches {
+  public:
+    /** Larger parts are drawn in the file's order: sorting them would cost more than drawing. */
+    static constexpr std::uint32_t kMaxTriangles = 50'000;
+
+    [[nodiscard]] static bool Sorts(const CPreparedBatch& batch) {
+        return batch.indexCount / 3 < kMaxTriangles;
+    }
+    /** Sorts one batch of one node by the depth row of its mesh. Returns the range of its depths. */
+    CDepthSpan Sort(CGlCurrent& gl, std::uint32_t node, std::uint32_t batch, const CPreparedMesh& mesh,
+                    const std::array<double, 4>& row);
+    /** Binds the indices of a batch that Sort was called for; they start at 0. */
+    void BindIndices(CGlCurrent& gl, std::uint32_t node, std::uint32_t batch) const;
+    void Clear() { m_batches.clear(); }
+    [[nodiscard]] std::size_t Bytes() const;
+
+  private:
+    struct CEntry {
+        CGlBuffer indices;
+        std::array<double, 4> row{};
+        CDepthSpan range;
+    };
+    std::map<std::pair<std::uint32_t, std::uint32_t>, CEntry> m_batches;
+};

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "base/CResult.h"
+
+class CGlCurrent;
+
+/** One framebuffer object with an 8-bit RGBA colour and a 24-bit depth buffer. Move-only;
+ * empty by default. */
+class CGlFramebuffer {
+  public:
+    CGlFramebuffer() = default;
+    CGlFramebuffer(CGlFramebuffer&& other) noexcept;
+    CGlFramebuffer& operator=(CGlFramebuffer&& other) noexcept;
+    ~CGlFramebuffer();
+
+    /** samples: 0 or 1 for none, more are reduced to what the context has. Leaves it bound. */
+    [[nodiscard]] static CResult<CGlFramebuffer> Create(CGlCurrent& gl, int width, int height, int samples);
+
+    void Bind(CGlCurrent& gl) const;
+    /** Copies the colours, averaging samples, to one of the same size; that one is bound afterwards. */
+    void ResolveTo(CGlCurrent& gl, const CGlFramebuffer& target) const;
+
+    [[nodiscard]] int Width() const { return m_width; }
+    [[nodiscard]] int Height() const { return m_height; }
+    [[nodiscard]] int Samples() const { return m_samples; }
+
+  private:
+    unsigned m_id = 0;
+    unsigned m_color = 0, m_depth = 0;
+    int m_width = 0, m_height = 0, m_samples = 0;
+};

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "base/math/CMatrix4d.h"
+#include "engine/gl/CGlTexture.h"
+#include "engine/pipeline/shader_source.h"
+
+class CGlCurrent;
+class CTextureSet;
+struct CFrameLights;
+struct CFrameView;
+struct CPreparedMaterial;
+
+/** What stays the same during one frame. */
+struct CFrame {
+    const CFrameView& view;
+    const CFrameLights& lights;
+    CTextureSet& textures;
+    ETextureFilter filter = ETextureFilter::Trilinear;
+    bool asLines = false;  ///< the caller draws a wire frame
+};
+
+/** One way of giving materials, lights and transforms to OpenGL. Used between Begin and End of one frame; the
+ * caller takes care of culling, blending and buffers, and restores state that was changed. */
+class CDrawPipeline {
+  public:
+    virtual ~CDrawPipeline() = default;
+    virtual void Begin(CGlCurrent& gl, const CFrame& frame) = 0;
+    virtual void End(CGlCurrent& gl) = 0;
+    /** Parts of equal keys are cheap to draw one after the other. */
+    [[nodiscard]] virtual std::uint32_t SortKey(const CPreparedMaterial& material, bool hasTexCoords,
+                                                ESurfacePart part) const = 0;
+    virtual void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords,
+                             ESurfacePart part) = 0;
+    /** The transform of what is drawn next; comes after UseMaterial. */
+    virtual void UseTransform(CGlCurrent& gl, const CMatrix4d& eyeModelView) = 0;
+};
+
+/** CPreparedMap::UvTransform for textures whose first row is the top row: rows for s and t over (u, v, 1). */
+struct CMapRows {
+    std::array<float, 3> s, t;
+};
+[[nodiscard]] CMapRows MapRows(const struct CPreparedMap& map);

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+
+#include "engine/pipeline/CDrawPipeline.h"
+
+struct CMaterialLook;
+
+/** OpenGL's built-in lighting, for contexts without shaders: the same colours, computed for each
+ * vertex. It shows the first texture only, ends highlights at an exponent of 128 and gives spots a soft
+ * edge only roughly. */
+class CFixedPipeline final : public CDrawPipeline {
+  public:
+    void Begin(CGlCurrent& gl, const CFrame& frame) override;
+    void End(CGlCurrent& gl) override;
+    [[nodiscard]] std::uint32_t SortKey(const CPreparedMaterial& material, bool hasTexCoords,
+                                        ESurfacePart part) const override;
+    void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords,
+                     ESurfacePart part) override;
+    void UseTransform(CGlCurrent& gl, const CMatrix4d& eyeModelView) override;
+
+  private:
+    void UseTexture(CGlCurrent& gl, const CPreparedMaterial& material, const CMaterialLook& look);
+
+    std::optional<CFrame> m_frame;
+};

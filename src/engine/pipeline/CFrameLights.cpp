@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "engine/pipeline/CFrameLights.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "engine/pipeline/CFrameView.h"
+#include "model/prepare/CPreparedScene.h"
+
+namespace {
+
+float Strength(const CFrameLight& light) {
+    return std::abs(light.color.x) + std::abs(light.color.y) + std::abs(light.color.z);
+}
+
+float CosOfHalf(float coneDeg) {
+    const float half = std::clamp(coneDeg, 0.0f, 360.0f) * 0.5f;
+    return std::cos(half * std::numbers::pi_v<float> / 180);
+}
+
+/** By how much the turn of the model enlarges it; ranges of lights grow with it. */
+float Enlargement(const CFrameView& view) {
+    return static_cast<float>(std::cbrt(std::abs(view.modelView.Determinant3())));
+}
+
+CFrameLight ToFrame(const CPreparedLight& source, const CFrameView& view) {
+    CFrameLight light;
+    light.position = view.ToEye(source.position);
+    light.color = source.color * source.multiplier;
+    light.spot = source.spot;
+    if (source.spot) {
+        light.direction = Normalized(view.ToEye(source.target) - light.position);
+        light.cosOuter = CosOfHalf(source.falloffDeg);
+        // Equal angles would divide by zero; this is a hard edge.
+        light.cosInner = std::max(CosOfHalf(source.hotspotDeg), light.cosOuter + 1e-4f);
+    }
+    if (source.attenuate) {
+        const float scale = Enlargement(view);
+        light.innerRange = source.innerRange * scale;
+        light.outerRange =
+            std::max(source.outerRange * scale, light.innerRange + 1e-6f * (1 + light.innerRange));
+    }
+    return light;
+}
+
+}  // namespace
+
+CFrameLights CFrameLights::From(const CPreparedScene& scene, const CFrameView& view, bool useFileLights) {
+    CFrameLights result;
+    result.ambient = scene.ambientLight;
+    if (!useFileLights) return result;
+    for (const CPreparedLight& light : scene.lights) {
+        if (!light.off) result.lights.push_back(ToFrame(light, view));
+    }
+    if (result.lights.size() > kMaxLights) {
+        std::stable_sort(
+            result.lights.begin(), result.lights.end(),
+            [](const CFrameLight& a, const CFrameLight& b) { return Strength(a) > Strength(b); });
+        result.lights.resize(kMaxLights);
+    }
+    for (const CFrameLight& light : result.lights) {
+        result.anySpot = result.anySpot || light.spot;
+        result.anyRange = result.anyRange || light.innerRange < 1e30f;
+    }
+    return result;
+}

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+#include <unordered_map>
+
+#include "base/CResult.h"
+#include "engine/gl/CGlProgram.h"
+#include "engine/pipeline/CDrawPipeline.h"
+#include "engine/pipeline/shader_source.h"
+
+struct CMaterialLook;
+
+/** Per-pixel Blinn-Phong in GLSL 1.20; programs are built when a scene first needs them, and kept. */
+class CShaderPipeline final : public CDrawPipeline {
+  public:
+    void Begin(CGlCurrent& gl, const CFrame& frame) override;
+    void End(CGlCurrent& gl) override;
+    [[nodiscard]] std::uint32_t SortKey(const CPreparedMaterial& material, bool hasTexCoords,
+                                        ESurfacePart part) const override;
+    void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords,
+                     ESurfacePart part) override;
+    void UseTransform(CGlCurrent& gl, const CMatrix4d& eyeModelView) override;
+
+    /** Whether this context's compiler takes our shaders at all; builds the simplest one. */
+    [[nodiscard]] CStatus Check(CGlCurrent& gl);
+    /** Between two scenes: keeps the programs for the next one, unless they have become many. A software
+     * renderer holds half a megabyte of machine code for each. */
+    void Trim() {
+        constexpr std::size_t kMostKept = 12;
+        if (m_programs.size() > kMostKept) m_programs.clear();
+    }
+
+  private:
+    struct CVariantProgram {
+        CGlProgram program;
+        std::uint64_t frame = 0;  ///< in which its lights were last set
+        int normal = -1, toViewer = -1, base = -1, diffuse = -1, ambient = -1, self = -1, specular = -1;
+        int ambientLight = -1, lightPosition = -1, lightDirection = -1, lightColor = -1, lightRange = -1;
+        int mapS = -1, mapT = -1, mapValue = -1, mapWeight = -1;
+    };
+    [[nodiscard]] CShaderVariant Variant(const CPreparedMaterial& material, bool hasTexCoords,
+                                         ESurfacePart part) const;
+    [[nodiscard]] static CResult<CVariantProgram> Build(CGlCurrent& gl, const CShaderVariant& variant);
+    CVariantProgram& Program(CGlCurrent& gl, const CShaderVariant& variant);
+    void SetFrame(const CVariantProgram& program) const;
+    void SetLook(const CVariantProgram& program, const CMaterialLook& look) const;
+    void SetMaps(CGlCurrent& gl, const CVariantProgram& program, const CPreparedMaterial& material,
+                 const CMaterialLook& look) const;
+
+    std::unordered_map<std::uint32_t, CVariantProgram> m_programs;
+    CVariantProgram* m_current = nullptr;
+    std::optional<CFrame> m_frame;
+    std::array<float, 9> m_toViewer{};  ///< CFrameView::PixelToViewer of this frame
+    std::uint64_t m_frameNumber = 0;
+};

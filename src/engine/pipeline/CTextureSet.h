@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <map>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "engine/gl/CGlTexture.h"
+#include "engine/pipeline/shader_source.h"
+
+class CGlCurrent;
+struct CGlCapabilities;
+struct CPreparedMap;
+struct CPreparedScene;
+struct CPreparedTexture;
+
+/** How a map's alpha counts: as weight of the colours, which are uploaded multiplied by it,
+ * or not for them. */
+enum class EAlphaUse { Separate, Multiplied };
+
+/** The textures of a scene on the GPU: one for each picture, way of going on beside it and use of its alpha
+ * that some material has. Pictures that no map with an effect uses are not uploaded. */
+class CTextureSet {
+  public:
+    /** Uploads what is missing, replaces what another picture stands for now, drops what is no longer used. A
+     * picture whose bytes were given back since (empty, same place) keeps its texture. */
+    void Update(CGlCurrent& gl, const CGlCapabilities& can, const CPreparedScene& scene);
+    void Clear() { m_textures.clear(); }
+
+    /** slot says what the map is for. */
+    [[nodiscard]] bool Has(EMapKind slot, const CPreparedMap& map) const;
+    /** The map's texture; null where Has is false. */
+    [[nodiscard]] CGlTexture* Find(EMapKind slot, const CPreparedMap& map);
+    [[nodiscard]] std::size_t Bytes() const;
+
+  private:
+    using CKey = std::tuple<int, ETextureWrap, EAlphaUse>;
+    struct CEntry {
+        std::string reference, foundAt;
+        const void* pixels = nullptr;  ///< never read: tells one picture from another
+        int width = 0, height = 0;
+        CGlTexture texture;
+    };
+    static CKey KeyOf(EMapKind slot, const CPreparedMap& map);
+    [[nodiscard]] static bool IsOf(const CEntry& entry, const CPreparedTexture& source);
+
+    std::map<CKey, CEntry> m_textures;
+};

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+/** The maps of a material in the order of their texture units. */
+enum class EMapKind { Texture, Texture2, Opacity, Specular, Shininess, SelfIllumination, Bump, Reflection };
+constexpr int kMapKinds = 8;
+
+/** Which pixels of a surface are drawn. Pictures often leave most of a surface opaque, and its triangles
+ * cannot be put into an order that is right everywhere; so what is solid is drawn with the depth buffer, and
+ * only the rest of it from back to front. */
+enum class ESurfacePart { Whole, Solid, Translucent };
+/** The least alpha, of 255, that is solid. What is drawn solid is wrong by 2 % at most, which nobody sees;
+ * and pictures of a lossy format are solid where they were meant to be. */
+constexpr int kSolidAlpha = 250;
+
+/** Which of the small programs draws a part. A plain part under the headlight needs a dozen instructions, and
+ * software OpenGL is as fast as that; so each combination that a scene uses is a program of its own. */
+struct CShaderVariant {
+    std::uint32_t maps = 0;  ///< bit 1 << EMapKind
+    int lights = 0;          ///< 0: headlight
+    bool spots = false;
+    bool ranges = false;
+    bool specular = false;
+    bool tintedSpecular = false;  ///< metal: the highlight takes the surface's colour
+    bool flat = false;
+    bool twoSided = false;
+    ESurfacePart part = ESurfacePart::Whole;
+
+    [[nodiscard]] bool Has(EMapKind map) const { return (maps >> static_cast<unsigned>(map) & 1u) != 0; }
+    /** Different for different variants. */
+    [[nodiscard]] std::uint32_t Key() const;
+};
+
+/** GLSL 1.20. Matrices are OpenGL's current ones; everything else is in uniforms:
+ *
+ * uNormal (mat3); uToViewer (CFrameView::PixelToViewer); uBase, uDiffuse (with opacity in w), uAmbient,
+ * uSelf, uSpecular (exponent in w); uAmbientLight; uLightPosition (cosOuter in w), uLightDirection (cosInner
+ * in w), uLightColor, uLightRange; for map number i: uMap<i>, uMapS[i] and uMapT[i] (rows of the coordinates'
+ * transform), uMapValue[i] (amount, sign, bias, 1 when not tiled), uMapWeight[i] (the value is the weighted
+ * sum of the channels; of a texture w is 1 where its alpha makes transparent, z where it lets the colour
+ * below show; of a specular map x is the strength).
+ *
+ * How maps act: texture and texture2 replace the colour by their amount; the first one's alpha makes
+ * transparent or, of a decal, lets the colour show; the second one's alpha lets the first show. Opacity and
+ * self-illumination maps replace the material's value by their amount, specular maps its highlight colour;
+ * shininess maps scale the highlight; reflections are added. */
+[[nodiscard]] std::string VertexShaderSource(const CShaderVariant& variant);
+[[nodiscard]] std::string FragmentShaderSource(const CShaderVariant& variant);

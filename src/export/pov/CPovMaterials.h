@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "export/pov/C3ds2Pov.h"
+#include "export/pov/CPovPictures.h"
+#include "model/prepare/CPreparedScene.h"
+
+class CPovText;
+
+/** The materials of an exported scene as POV-Ray textures T0, T1, ...: those that are used, with maps and
+ * without. What a material means is said in engine/CMaterialLook.h and engine/shader_source.h; here the same
+ * is put into POV-Ray's terms, for lights that are 1/0.6 as bright as the file's (a diffuse of 0.6 then shows
+ * as much as the view). */
+class CPovMaterials {
+  public:
+    /** A file's light of 1 as POV-Ray's. */
+    static constexpr float kLightGain = 1 / 0.6f;
+
+    /** All must outlive it. */
+    CPovMaterials(const CPreparedScene& scene, const C3ds2Pov::COutFormat& format, CPovPictures& pictures);
+
+    /** The number of the texture that shows a material on a mesh with or without texture coordinates. */
+    [[nodiscard]] std::uint32_t Use(std::uint32_t material, bool hasTexCoords);
+    /** The same where a surface turns away from the light at the eye: what shows of it then. */
+    [[nodiscard]] std::uint32_t UseUnlit(std::uint32_t material, bool hasTexCoords);
+    /** True where that texture has maps that texture coordinates place. */
+    [[nodiscard]] bool IsMapped(std::uint32_t texture) const { return m_textures[texture].mapped; }
+    /** The picture that mirrors show; null for none. Of several the first one used. */
+    [[nodiscard]] const CPovPictures::CPicture* Environment() const {
+        return m_environment ? &*m_environment : nullptr;
+    }
+    /** Appends the declarations of all that were used. */
+    void Write(CPovText& text) const;
+
+  private:
+    /** What a value map changes, on its way down to the texture that has them all. */
+    struct CTerms {
+        float opacity = 1, self = 0, specular = 1;
+        bool highlightApart = false;  ///< a layer of its own has the highlight
+        bool lit = true;
+    };
+    struct CValueMap {
+        const CPreparedMap* map = nullptr;
+        const CPovPictures::CPicture* picture = nullptr;
+        CTerms (*at)(CTerms terms, float value, float amount) = nullptr;
+    };
+    struct CTexture {
+        std::string name;
+        std::string body, plainBody;  ///< plainBody where the pictures are not there
+        std::string layer;            ///< a second texture{} on top of it; may be empty
+        std::vector<std::string> files;
+        bool mapped = false;
+    };
+
+    /** Material number, whether it has texture coordinates, whether it is lit. */
+    using CKey = std::tuple<std::uint32_t, bool, bool>;
+    [[nodiscard]] std::uint32_t Use(CKey key);
+    [[nodiscard]] CTexture Make(const CPreparedMaterial& material, bool hasTexCoords, bool lit);
+    [[nodiscard]] bool ShowsUnlit(const CPreparedMaterial& material, bool hasTexCoords);
+    [[nodiscard]] std::vector<CValueMap> ValueMaps(const CPreparedMaterial& material);
+    [[nodiscard]] std::string Body(const CPreparedMaterial& material, CTerms terms,
+                                   std::span<const CValueMap> maps, bool mapped);
+    [[nodiscard]] std::string Pigment(const CPreparedMaterial& material, float transmit, bool mapped);
+    [[nodiscard]] std::string Mixed(const std::string& below, const CPreparedMap& map, bool alphaCounts,
+                                    float transmit);
+    [[nodiscard]] std::string Normal(const CPreparedMaterial& material);
+    [[nodiscard]] std::string Finish(const CPreparedMaterial& material, CTerms terms, bool mapped);
+    [[nodiscard]] float Reflection(const CPreparedMaterial& material);
+    [[nodiscard]] static std::string HighlightLayer(const CPreparedMaterial& material);
+    [[nodiscard]] const CPovPictures::CPicture* Picture(const CPreparedMap& map, EPovPicture kind);
+    [[nodiscard]] const CPovPictures::CPicture* ColorPicture(const CPreparedMap& map);
+    [[nodiscard]] const CPovPictures::CPicture* ValuePicture(const CPreparedMap& map);
+
+    const CPreparedScene& m_scene;
+    const C3ds2Pov::COutFormat& m_format;
+    CPovPictures& m_pictures;
+    std::optional<CPovPictures::CPicture> m_environment;
+    std::map<CKey, std::uint32_t> m_known;
+    std::optional<std::uint32_t> m_black;
+    std::vector<CTexture> m_textures;
+    std::vector<std::string>* m_files = nullptr;  ///< where the names of used pictures go
+};

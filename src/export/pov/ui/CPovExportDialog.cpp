@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#include "export/pov/ui/CPovExportDialog.h"
+
+#include <wx/button.h>
+#include <wx/log.h>
+#include <wx/sizer.h>
+#include <wx/statline.h>
+
+#include "base/text/lng.h"
+#include "export/pov/ui/CPovExportProgCtrl.h"
+#include "files/std_file_paths.h"
+#include "settings/CSettings.h"
+#include "view/ui/run_beside_windows.h"
+#include "widgets/CUserPrompt.h"
+#include "widgets/ui/accessible_name.h"
+
+namespace {
+
+constexpr int kIdExport = 1001;
+constexpr int kStartDelayMs = 200;
+constexpr std::chrono::milliseconds kAppearLimit(2000);
+constexpr std::chrono::milliseconds kServeLimit(50);
+constexpr wchar_t kPovRayDownload[] = L"https://www.povray.org/download/";
+
+}  // namespace
+
+CPovExportDialog::CPovExportDialog(wxWindow* parent, const C3ds2Pov::COutFormat& format, Lib3dsFile* scene)
+    : wxDialog(parent, wxID_ANY, lng::Text("3ds File Export Status"), wxDefaultPosition,
+               parent->FromDIP(wxSize(450, 100))),
+      m_format(format),
+      m_scene(scene),
+      m_timer(this),
+      m_bar(new CPovExportProgCtrl(this)),
+      m_open(new wxButton(this, kIdOpen, lng::Text("Open with POV-RAY"))),
+      m_close(new wxButton(this, kIdClose, lng::Text("Close"))) {
+    SetAccessibleName(*m_bar, GetTitle().ToStdWstring());
+    SetTitle(lng::Text("3ds File Export Status -") + CSettings::Instance().povLastName);
+    m_open->Disable();
+    m_close->Disable();
+    SetEscapeId(kIdClose);
+
+    const int border = FromDIP(5);
+    auto* row = new wxBoxSizer(wxHORIZONTAL);
+    row->Add(m_open, wxSizerFlags().Border(wxALL, border));
+    row->Add(m_close, wxSizerFlags().Border(wxALL, border));
+    auto* column = new wxBoxSizer(wxVERTICAL);
+    column->Add(m_bar, wxSizerFlags().Expand().Border(wxALL, border));
+    column->Add(new wxStaticLine(this), wxSizerFlags().Expand());
+    column->Add(row, wxSizerFlags().Right());
+    SetSizerAndFit(column);
+    CentreOnParent();
+
+    Bind(wxEVT_TIMER, [this](wxTimerEvent&) { QueueEvent(new wxCommandEvent(wxEVT_MENU, kIdExport)); });
+    Bind(
+        wxEVT_MENU, [this](wxCommandEvent&) { Export(); }, kIdExport);
+    Bind(
+        wxEVT_BUTTON, [this](wxCommandEvent&) { OpenWithPovRay(); }, kIdOpen);
+    Bind(
+        wxEVT_BUTTON, [this](wxCommandEvent&) { EndModal(kIdClose); }, kIdClose);
+}
+
+void CPovExportDialog::StartSoon() {
+    m_timer.StartOnce(kStartDelayMs);
+}
+
+void CPovExportDialog::EndModal(int code) {
+    if (m_finished) wxDialog::EndModal(code);
+}
+
+void CPovExportDialog::Export() {
+    const CBusyCursor cursor;
+    m_bar->ShowNow(kAppearLimit);  // on a busy machine the delay was too short
+    // Nobody looks at the result: the window says only that the export has ended.
+    (void)C3ds2Pov::Export(m_scene, CSettings::Instance().povLastName, m_format, this);
+}
+
+void CPovExportDialog::OpenWithPovRay() {
+    const wxLogNull quiet;
+    if (!std_file_paths::LaunchBrowser(CSettings::Instance().povLastName)) {
+        CUserPrompt::Instance().ShowMessage(
+            lng::Text("Unable to find POV-RAY executable. Please download POV-RAY from the: ") +
+            kPovRayDownload + L".");
+    }
+    QueueEvent(new wxCommandEvent(wxEVT_BUTTON, kIdClose));
+}
+
+void CPovExportDialog::Begin(int steps) {
+    m_bar->Begin(static_cast<unsigned>(steps));
+}
+
+void CPovExportDialog::Step() {
+    m_bar->Step();
+}
+
+void CPovExportDialog::Work(const std::function<void()>& work) {
+    RunBesideWindows(work, [this] { m_bar->ShowNow(kServeLimit); });
+}
+
+void CPovExportDialog::Finished() {
+    m_bar->Complete();  // with what was asked for too early
+    m_finished = true;
+    m_open->Enable();
+    m_close->Enable();
+    m_open->SetFocus();
+}

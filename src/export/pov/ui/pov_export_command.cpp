@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "export/pov/ui/pov_export_command.h"
+
+#include <lib3ds/file.h>
+#include <wx/window.h>
+
+#include <cmath>
+
+#include "base/text/lng.h"
+#include "engine/C3dsDisplayWrap.h"
+#include "export/pov/pov_export_format.h"
+#include "export/pov/ui/CPovExportDialog.h"
+#include "settings/CSettings.h"
+#include "view/ui/CViewer3DSWindowHandler.h"
+#include "view/ui/run_beside_windows.h"
+#include "widgets/CUserPrompt.h"
+#include "widgets/ui/CBXFileDialogI.h"
+
+namespace {
+
+constexpr char kSaveEntry[] = "pov_out";
+
+/** Has the scene stand at the frame that is shown, which the exporter takes, as long as it lives. */
+class CShownFrame {
+  public:
+    CShownFrame(Lib3dsFile& scene, float frame) : m_scene(scene), m_before(scene.current_frame) {
+        scene.current_frame = static_cast<Lib3dsIntd>(std::lround(frame));
+    }
+    CShownFrame(const CShownFrame&) = delete;
+    CShownFrame& operator=(const CShownFrame&) = delete;
+    ~CShownFrame() { m_scene.current_frame = m_before; }
+
+  private:
+    Lib3dsFile& m_scene;
+    Lib3dsIntd m_before;
+};
+
+/** Holds the view still as long as it lives: it shows what is exported, and drawing takes
+ * no time from that. */
+class CStillView {
+  public:
+    explicit CStillView(CViewer3DSWindowHandler& view)
+        : m_view(view), m_rotates(view.IsRotating()), m_plays(view.IsPlaying()) {
+        view.SetRotate(false);
+        view.SetPlaying(false);
+    }
+    CStillView(const CStillView&) = delete;
+    CStillView& operator=(const CStillView&) = delete;
+    ~CStillView() {
+        m_view.SetRotate(m_rotates);
+        m_view.SetPlaying(m_plays);
+    }
+
+  private:
+    CViewer3DSWindowHandler& m_view;
+    bool m_rotates, m_plays;
+};
+
+/** The view's scene, complete; null without one. To complete a large one takes its time. */
+Lib3dsFile* SceneOf(CViewer3DSWindowHandler& view) {
+    const CBusyCursor cursor;
+    const CStillView still(view);
+    Lib3dsFile* scene = nullptr;
+    RunBesideWindows([&] { scene = view.GetEngine().Get3dsFile(); }, {});
+    return scene;
+}
+
+/** Sees to it that CSettings::povLastName is where to export to. False when the user cancels. */
+bool ChooseOutput(CSettings& settings, wxWindow& parent) {
+    if (pov_export_format::TakesLastName(settings)) return true;
+    const CRegEntryGuard entry(kSaveEntry);
+    const std::wstring path = CBXFileDialogI::LaunchSaveDialog(&parent, L"pov", L"*.pov",
+                                                               lng::Text("Export to POV-Ray format"), {}, {});
+    if (path.empty()) return false;
+    settings.povLastName = path;
+    return true;
+}
+
+}  // namespace
+
+void RunPovExport(const std::wstring& modelPath, CViewer3DSWindowHandler& view, wxWindow& parent) {
+    C3dsDisplayWrap& engine = view.GetEngine();
+    if (modelPath.empty() || !SceneOf(view)) return;
+    CSettings& settings = CSettings::Instance();
+    C3ds2Pov::COutFormat format = pov_export_format::Make(
+        settings, engine.GetCameraName(), {engine.GetBKRValue(), engine.GetBKGValue(), engine.GetBKBValue()},
+        {engine.GetFileBKRValue(), engine.GetFileBKGValue(), engine.GetFileBKBValue()});
+    if (!ChooseOutput(settings, parent)) return;
+    // Only now: behind the dialog the model may have gone on turning.
+    const auto [x, y, z] = pov_export_format::WithTrackBall(
+        {engine.GetRotAngleX(), engine.GetRotAngleY(), engine.GetRotAngleZ()}, view.GetTrackBall().Matrix());
+    pov_export_format::SetAngles(format, engine.GetCameraName(), x, y, z);
+    pov_export_format::SetLighting(format, settings);
+    parent.Refresh(false);
+    const CStillView still(view);
+    Lib3dsFile& scene = *engine.Get3dsFile();
+    const CShownFrame shownFrame(scene, engine.GetFrame());
+    CPovExportDialog dialog(&parent, format, &scene);
+    dialog.StartSoon();
+    dialog.ShowModal();
+}

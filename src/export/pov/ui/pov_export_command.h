@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+class CViewer3DSWindowHandler;
+class wxWindow;
+
+/** Exports what the view shows as a POV-Ray file: asks for its path, unless the settings name one, and
+ * shows the progress until the user closes that window. Nothing without a model. The view must keep its
+ * model meanwhile. */
+void RunPovExport(const std::wstring& modelPath, CViewer3DSWindowHandler& view, wxWindow& parent);

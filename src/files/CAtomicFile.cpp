@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: MIT
+#include "files/CAtomicFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <random>
+#include <system_error>
+
+#include "base/text/lng.h"
+#include "files/file_util_ex.h"
+#include "files/system_error.h"
+
+namespace {
+
+constexpr std::size_t kGatherBytes = 64 << 10;
+constexpr int kMaxLinks = 40;
+constexpr int kMaxNames = 100;
+constexpr std::size_t kMaxNameBytes = 200;  // leaves room for the temporary name's own part
+
+CError WriteError(std::string_view path, int errorNumber) {
+    return {EErrorCode::WriteFailed, SystemErrorText(errorNumber), std::string(path)};
+}
+
+// Where a chain of links ends, be there a file or not.
+std::string FollowLinks(std::string path) {
+    std::error_code error;
+    for (int i = 0; i < kMaxLinks; ++i) {
+        const std::filesystem::path next = std::filesystem::read_symlink(path, error);
+        if (error) break;
+        path = file_util_ex::MakeAbsolute(file_util_ex::GetFilePath(path), next.string());
+    }
+    return path;
+}
+
+std::string TempNameFor(const std::string& target) {
+    static constexpr char kDigits[] = "0123456789abcdefghijklmnopqrstuv";
+    std::random_device random;
+    std::string tail = "/.";
+    tail += file_util_ex::GetFileName(target).substr(0, kMaxNameBytes);
+    tail += '.';
+    for (unsigned bits = random(), i = 0; i < 6; ++i, bits >>= 5) tail += kDigits[bits & 31U];
+    const std::string folder = file_util_ex::GetFilePath(target);
+    return (folder.empty() ? "." : folder == "/" ? "" : folder) + tail + ".tmp";
+}
+
+// Whatever ends the process leaves nothing of such a file behind. Not open where the file system has none.
+CFileDescriptor OpenWithoutName(const std::string& target) {
+    if (::access("/proc/self/fd", X_OK) != 0) return {};  // the way to give it a name
+    const std::string folder = file_util_ex::GetFilePath(target);
+    return CFileDescriptor(
+        ::open(folder.empty() ? "." : folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666));
+}
+
+bool GiveName(int fd, const std::string& name) {
+    const std::string own = "/proc/self/fd/" + std::to_string(fd);
+    return ::linkat(AT_FDCWD, own.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+}
+
+// A file that exists lends its successor mode and, where that is allowed, owner and group.
+bool KeepPermissions(int fd, const struct stat& old) {
+    if (::fchown(fd, old.st_uid, old.st_gid) != 0) {
+        // Somebody else's file in a folder of ours: it becomes ours, as with every editor.
+        errno = 0;
+    }
+    return ::fchmod(fd, old.st_mode & 0777U) == 0;
+}
+
+int RefusalOf(const std::string& target, const struct stat& old) {
+    if (S_ISDIR(old.st_mode)) return EISDIR;
+    if (!S_ISREG(old.st_mode)) return ENXIO;
+    return ::access(target.c_str(), W_OK) == 0 ? 0 : errno;
+}
+
+void SyncFolderOf(const std::string& path) {
+    const std::string folder = file_util_ex::GetFilePath(path);
+    const CFileDescriptor handle(
+        ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    // The file is complete under its name already; some file systems cannot sync a folder.
+    if (handle.IsOpen()) (void)::fsync(handle.Get());
+}
+
+}  // namespace
+
+CResult<CAtomicFile> CAtomicFile::Create(std::string_view path) {
+    std::string target = FollowLinks(std::string(path));
+    if (file_util_ex::GetFileName(target).empty()) {
+        return CError{EErrorCode::BadArgument, lng::Mark("no file name"), std::string(path)};
+    }
+    std::error_code error;
+    if (std::filesystem::is_symlink(target, error)) return WriteError(path, ELOOP);
+    struct stat old = {};
+    const bool exists = ::stat(target.c_str(), &old) == 0;
+    if (const int refusal = exists ? RefusalOf(target, old) : 0; refusal != 0)
+        return WriteError(path, refusal);
+
+    CFileDescriptor file = OpenWithoutName(target);
+    std::string name;
+    for (int i = 0; i < kMaxNames && !file.IsOpen(); ++i) {
+        name = TempNameFor(target);
+        file =
+            CFileDescriptor(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666));
+        if (!file.IsOpen() && errno != EEXIST) return WriteError(path, errno);
+    }
+    if (!file.IsOpen()) return WriteError(path, EEXIST);
+    CAtomicFile made(std::move(target), std::move(name), std::move(file));
+    if (exists && !KeepPermissions(made.m_file.Get(), old)) return WriteError(path, errno);
+    return made;
+}
+
+CAtomicFile::CAtomicFile(std::string target, std::string tempName, CFileDescriptor file)
+    : m_target(std::move(target)), m_tempName(std::move(tempName)), m_file(std::move(file)) {}
+
+CAtomicFile::CAtomicFile(CAtomicFile&& other) noexcept
+    : m_target(std::move(other.m_target)),
+      m_tempName(std::exchange(other.m_tempName, {})),
+      m_file(std::move(other.m_file)),
+      m_gathered(std::move(other.m_gathered)),
+      m_error(std::move(other.m_error)) {}
+
+CAtomicFile::~CAtomicFile() {
+    Discard();
+}
+
+CStatus CAtomicFile::Write(std::span<const std::byte> bytes) {
+    if (!m_error && m_gathered.size() + bytes.size() > kGatherBytes) {
+        if (Flush(m_gathered)) m_gathered.clear();
+        if (!m_error && bytes.size() > kGatherBytes) {
+            (void)Flush(bytes);  // m_error tells
+            bytes = {};
+        }
+    }
+    if (m_error) return *m_error;
+    m_gathered.insert(m_gathered.end(), bytes.begin(), bytes.end());
+    return CDone{};
+}
+
+CStatus CAtomicFile::Write(std::string_view text) {
+    return Write(std::as_bytes(std::span(text)));
+}
+
+CStatus CAtomicFile::Commit() {
+    if (!m_error && !m_file.IsOpen()) Fail(EBADF);
+    if (!m_error) (void)Flush(m_gathered);  // m_error tells
+    if (!m_error && ::fsync(m_file.Get()) != 0) Fail(errno);
+    if (!m_error && m_tempName.empty() && !NameIt()) Fail(errno);
+    if (!m_error && !m_file.Close()) Fail(errno);
+    if (!m_error && ::rename(m_tempName.c_str(), m_target.c_str()) != 0) Fail(errno);
+    if (m_error) return *m_error;
+    m_tempName.clear();
+    SyncFolderOf(m_target);
+    return CDone{};
+}
+
+bool CAtomicFile::NameIt() {
+    for (int i = 0; i < kMaxNames; ++i) {
+        std::string name = TempNameFor(m_target);
+        if (GiveName(m_file.Get(), name)) {
+            m_tempName = std::move(name);
+            return true;
+        }
+        if (errno != EEXIST) return false;
+    }
+    return false;
+}
+
+bool CAtomicFile::Flush(std::span<const std::byte> bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(m_file.Get(), bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) {
+            Fail(written < 0 ? errno : ENOSPC);
+            return false;
+        }
+        bytes = bytes.subspan(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+void CAtomicFile::Fail(int errorNumber) {
+    m_error = WriteError(m_target, errorNumber);
+    Discard();
+}
+
+void CAtomicFile::Discard() {
+    (void)m_file.Close();  // the file goes away
+    if (!m_tempName.empty()) (void)::unlink(std::exchange(m_tempName, {}).c_str());
+}

@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: MIT
+#include "files/std_file_paths.h"
+
+#include <pwd.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <mutex>
+#include <span>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include "files/file_util_ex.h"
+
+namespace fs = std::filesystem;
+using file_util_ex::ConvertFromUTF8W;
+using file_util_ex::ConvertToUTF8;
+using file_util_ex::MakePath;
+
+namespace std_file_paths {
+namespace {
+
+struct CNames {
+    std::mutex guard;
+    std::string folderName = "orbivue";
+    std::string tempDir;
+};
+
+CNames& Names() {
+    static CNames names;
+    return names;
+}
+
+std::string FolderName() {
+    const std::lock_guard lock(Names().guard);
+    return Names().folderName;
+}
+
+std::string HomeFolder() {
+    if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/') return home;
+    std::array<char, 4096> buffer = {};
+    passwd entry = {};
+    passwd* found = nullptr;
+    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found != nullptr) {
+        return entry.pw_dir;
+    }
+    return "/";
+}
+
+// A base folder of the desktop's convention: the variable counts only when its path is absolute.
+std::string BaseFolder(const char* variable, std::string_view underHome) {
+    const char* value = std::getenv(variable);
+    return value != nullptr && *value == '/' ? value : MakePath(HomeFolder(), underHome);
+}
+
+std::string OwnFolder(const char* variable, std::string_view underHome) {
+    const std::string base = BaseFolder(variable, underHome);
+    std::string folder = MakePath(base, FolderName());
+    // When this fails, so will what is done with the path, and that is where it can be told.
+    (void)file_util_ex::Mkdir(base);
+    (void)::mkdir(folder.c_str(), 0700);
+    return folder;
+}
+
+std::string ExecutablePath() {
+    std::error_code error;
+    return fs::read_symlink("/proc/self/exe", error).string();
+}
+
+bool Exists(const std::string& path) {
+    std::error_code error;
+    return fs::exists(path, error);
+}
+
+// The first of the roots under which the relative path exists; the first root's path when it is nowhere.
+std::string FindUnder(std::span<const std::string> roots, std::string_view relative) {
+    for (const std::string& root : roots) {
+        if (std::string path = MakePath(root, relative); Exists(path)) return path;
+    }
+    return MakePath(roots.front(), relative);
+}
+
+std::string InstallPrefix() {
+    return file_util_ex::GetFilePath(GetAppFolderPath());
+}
+
+// An installed program never looks into the build tree: whoever owns that path on a user's
+// machine is a stranger.
+bool RunsInBuildTree() {
+    return ExecutablePath().starts_with(ORBIVUE_BUILD_TREE "/");
+}
+
+// False when the process ended with a failure soon. Some desktops' opener runs as long as what it opened, so
+// a longer life is a success, and a thread stays behind to collect the process.
+bool WaitABit(pid_t child) {
+    using namespace std::chrono_literals;
+    int status = 0;
+    for (int i = 0; i < 100; ++i) {
+        const pid_t ended = ::waitpid(child, &status, WNOHANG);
+        if (ended == child) return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+        if (ended < 0) return false;
+        std::this_thread::sleep_for(10ms);
+    }
+    std::thread([child] { (void)::waitpid(child, nullptr, 0); }).detach();
+    return true;
+}
+
+}  // namespace
+
+void SetAppName(std::string_view name) {
+    const std::lock_guard lock(Names().guard);
+    Names().folderName.clear();
+    for (const char c : name) {
+        if (c != '/') Names().folderName += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+}
+
+std::string GetIniFilePath(std::string_view fileName) {
+    return MakePath(OwnFolder("XDG_CONFIG_HOME", ".config"), fileName);
+}
+
+std::string GetCacheFolderPath() {
+    return OwnFolder("XDG_CACHE_HOME", ".cache");
+}
+std::string GetUserDataFolderPath() {
+    return OwnFolder("XDG_DATA_HOME", ".local/share");
+}
+
+std::string GetTempDir() {
+    const std::string name = FolderName() + "-XXXXXX";
+    const std::lock_guard lock(Names().guard);
+    std::string& tempDir = Names().tempDir;
+    if (tempDir.empty()) {
+        std::error_code error;
+        const fs::path base = fs::temp_directory_path(error);
+        std::string made = MakePath(error ? "/tmp" : base.string(), name);
+        if (::mkdtemp(made.data()) != nullptr) tempDir = std::move(made);
+    }
+    return tempDir;
+}
+
+std::string GetTempFilePath(std::string_view fileName) {
+    return MakePath(GetTempDir(), fileName);
+}
+
+void DeleteTempDir() {
+    const std::lock_guard lock(Names().guard);
+    if (!Names().tempDir.empty()) (void)file_util_ex::Rmdir(std::exchange(Names().tempDir, {}));
+}
+
+std::string GetAppFolderPath() {
+    return file_util_ex::GetFilePath(ExecutablePath());
+}
+
+std::string GetDataPath(std::string_view relative) {
+    std::vector<std::string> roots = {InstallPrefix() + "/share/orbivue"};
+    if (RunsInBuildTree())
+        roots.insert(roots.end(), {ORBIVUE_BUILD_TREE "/data", ORBIVUE_SOURCE_TREE "/data"});
+    return FindUnder(roots, relative);
+}
+
+std::string GetImgPath(std::string_view fileName) {
+    return GetDataPath(MakePath("images", fileName));
+}
+
+std::string GetPluginPath(std::string_view fileName) {
+    std::vector<std::string> roots = {InstallPrefix() + "/" ORBIVUE_INSTALL_LIBDIR "/orbivue"};
+    if (RunsInBuildTree()) roots.emplace_back(ORBIVUE_BUILD_TREE "/lib");
+    return FindUnder(roots, fileName);
+}
+
+bool LaunchBrowser(std::string_view urlOrPath) {
+    // A leading '-' would be an option of the program that is started.
+    if (urlOrPath.empty() || urlOrPath.front() == '-') return false;
+    std::string program = "xdg-open";
+    std::string argument(urlOrPath);
+    std::array<char*, 3> arguments = {program.data(), argument.data(), nullptr};
+    pid_t child = 0;
+    if (::posix_spawnp(&child, program.c_str(), nullptr, nullptr, arguments.data(), environ) != 0)
+        return false;
+    return WaitABit(child);
+}
+
+void SetAppName(std::wstring_view name) {
+    SetAppName(ConvertToUTF8(name));
+}
+std::wstring GetIniFilePath(std::wstring_view fileName) {
+    return ConvertFromUTF8W(GetIniFilePath(ConvertToUTF8(fileName)));
+}
+std::wstring GetTempDirName() {
+    return ConvertFromUTF8W(GetTempDir());
+}
+std::wstring GetTempFilePath(std::wstring_view fileName) {
+    return ConvertFromUTF8W(GetTempFilePath(ConvertToUTF8(fileName)));
+}
+std::wstring GetDataPath(std::wstring_view relative) {
+    return ConvertFromUTF8W(GetDataPath(ConvertToUTF8(relative)));
+}
+std::wstring GetImgPath(std::wstring_view fileName) {
+    return ConvertFromUTF8W(GetImgPath(ConvertToUTF8(fileName)));
+}
+bool LaunchBrowser(std::wstring_view urlOrPath) {
+    return LaunchBrowser(ConvertToUTF8(urlOrPath));
+}
+
+}  // namespace std_file_paths

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/** Where the program's files are. Narrow text is UTF-8; no path ends in '/'. Usable from several threads. */
+namespace std_file_paths {
+
+/** The name that the folders are called after, in lower case; "Orbivue" until somebody sets another. */
+void SetAppName(std::string_view name);
+void SetAppName(std::wstring_view name);
+
+/** The file's path in the settings folder ($XDG_CONFIG_HOME or ~/.config), which is made
+ * (0700) when missing. */
+[[nodiscard]] std::string GetIniFilePath(std::string_view fileName);
+[[nodiscard]] std::wstring GetIniFilePath(std::wstring_view fileName);
+/** The folder for what can be made again ($XDG_CACHE_HOME or ~/.cache), made (0700) when missing. */
+[[nodiscard]] std::string GetCacheFolderPath();
+/** The folder for the user's data ($XDG_DATA_HOME or ~/.local/share), made (0700) when missing. */
+[[nodiscard]] std::string GetUserDataFolderPath();
+
+/** This process's temporary folder: private (0700), made on demand, the same until
+ * DeleteTempDir. Empty: refused. */
+[[nodiscard]] std::string GetTempDir();
+/** The same, wide. */
+[[nodiscard]] std::wstring GetTempDirName();
+/** The path of a file of that name in the temporary folder. */
+[[nodiscard]] std::string GetTempFilePath(std::string_view fileName);
+[[nodiscard]] std::wstring GetTempFilePath(std::wstring_view fileName);
+/** Deletes the temporary folder with all in it. Does nothing when none was made. */
+void DeleteTempDir();
+
+/** The folder that the program file is in. */
+[[nodiscard]] std::string GetAppFolderPath();
+/** Full path of a file or folder of the program's data ("images/logo.png", "languages"): in share/orbivue
+ * beside the program's bin folder, else, for a program that runs in its build tree, in the data built there,
+ * else in the source's data folder. Where it is nowhere, the path it would have when installed. */
+[[nodiscard]] std::string GetDataPath(std::string_view relative);
+[[nodiscard]] std::wstring GetDataPath(std::wstring_view relative);
+/** GetDataPath of a picture or icon of the program's. */
+[[nodiscard]] std::string GetImgPath(std::string_view fileName);
+[[nodiscard]] std::wstring GetImgPath(std::wstring_view fileName);
+/** Like GetDataPath, for what is compiled for the machine: lib/orbivue, or the build tree. */
+[[nodiscard]] std::string GetPluginPath(std::string_view fileName);
+
+/** Opens an address or a file with the desktop's program for it. False when that program
+ * could not be started. */
+[[nodiscard]] bool LaunchBrowser(std::string_view urlOrPath);
+[[nodiscard]] bool LaunchBrowser(std::wstring_view urlOrPath);
+
+}  // namespace std_file_paths

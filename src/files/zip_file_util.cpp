@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "files/zip_file_util.h"
+
+#include <zip.h>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "base/text/lng.h"
+#include "files/CAtomicFile.h"
+#include "files/file_util_ex.h"
+
+namespace zip_file_util {
+namespace {
+
+constexpr std::size_t kChunkBytes = 256 << 10;
+
+struct CZipDeleter {
+    void operator()(zip_t* zip) const { zip_discard(zip); }
+    void operator()(zip_source_t* source) const { zip_source_free(source); }
+};
+using CZipPtr = std::unique_ptr<zip_t, CZipDeleter>;
+using CSourcePtr = std::unique_ptr<zip_source_t, CZipDeleter>;
+
+// Packing these again takes time and gains nothing.
+bool IsPackedAlready(const std::string& name) {
+    std::string ext = file_util_ex::GetFileExt(name);
+    for (char& c : ext) c = static_cast<char>(c | 0x20);
+    constexpr std::array<std::string_view, 5> kPacked = {"jpg", "jpeg", "png", "gif", "zip"};
+    return std::ranges::find(kPacked, ext) != kPacked.end();
+}
+
+CStatus AddFile(zip_t* zip, const std::string& name, const std::string& path) {
+    if (!file_util_ex::DoesFileExist(path))
+        return CError{EErrorCode::NotFound, lng::Mark("there is no such file"), path};
+    zip_source_t* source = zip_source_file(zip, path.c_str(), 0, -1);
+    const zip_int64_t index =
+        source != nullptr ? zip_file_add(zip, name.c_str(), source, ZIP_FL_ENC_UTF_8) : -1;
+    if (index < 0) {
+        if (source != nullptr) zip_source_free(source);
+        return CError{EErrorCode::Unreadable, lng::Mark("cannot be packed"), path};
+    }
+    const zip_int32_t method = IsPackedAlready(name) ? ZIP_CM_STORE : ZIP_CM_DEFLATE;
+    if (zip_set_file_compression(zip, static_cast<zip_uint64_t>(index), method, 0) != 0) {
+        return CError{EErrorCode::Unreadable, lng::Mark("cannot be packed"), path};
+    }
+    return CDone{};
+}
+
+CResult<std::map<std::string, std::string>> NamesToPaths(std::span<const std::string> files) {
+    std::map<std::string, std::string> paths;
+    for (const std::string& path : files) {
+        const auto [place, isNew] = paths.emplace(file_util_ex::GetFileName(path), path);
+        if (!isNew && place->second != path) {
+            return CError{EErrorCode::BadArgument, lng::Mark("two files have the same name"), path};
+        }
+    }
+    if (paths.empty()) return CError{EErrorCode::BadArgument, lng::Mark("no files to pack"), {}};
+    return paths;
+}
+
+CStatus CopyToFile(zip_source_t* archive, std::string_view path) {
+    CResult<CAtomicFile> file = CAtomicFile::Create(path);
+    if (!file) return file.Error();
+    const CError failed{EErrorCode::WriteFailed, lng::Mark("the archive could not be packed"),
+                        std::string(path)};
+    if (zip_source_open(archive) != 0) return failed;
+    std::vector<std::byte> chunk(kChunkBytes);
+    zip_int64_t got = 0;
+    while ((got = zip_source_read(archive, chunk.data(), chunk.size())) > 0) {
+        if (CStatus written = file.Value().Write(std::span(chunk).first(static_cast<std::size_t>(got)));
+            !written)
+            break;
+    }
+    (void)zip_source_close(archive);  // only read
+    return got < 0 ? CStatus(failed) : file.Value().Commit();
+}
+
+}  // namespace
+
+CStatus WriteZip(std::string_view archivePath, std::span<const std::string> files) {
+    const CResult<std::map<std::string, std::string>> paths = NamesToPaths(files);
+    if (!paths) return paths.Error();
+    const CError failed{EErrorCode::WriteFailed, lng::Mark("the archive could not be packed"),
+                        std::string(archivePath)};
+    // Packed in memory: the library's own way of writing would neither wait for the disk nor follow a link.
+    const CSourcePtr archive(zip_source_buffer_create(nullptr, 0, 0, nullptr));
+    if (!archive) return failed;
+    zip_source_keep(archive.get());  // the zip takes one of the two references
+    CZipPtr zip(zip_open_from_source(archive.get(), ZIP_CREATE | ZIP_TRUNCATE, nullptr));
+    if (!zip) {
+        zip_source_free(archive.get());
+        return failed;
+    }
+    for (const auto& [name, path] : paths.Value()) {
+        if (CStatus added = AddFile(zip.get(), name, path); !added) return added;
+    }
+    if (zip_close(zip.get()) != 0)
+        return CError{EErrorCode::Unreadable, zip_strerror(zip.get()), failed.where};
+    (void)zip.release();  // closing has deleted it
+    return CopyToFile(archive.get(), archivePath);
+}
+
+bool CreateZip(std::string_view archivePath, std::span<const std::string> files) {
+    return WriteZip(archivePath, files).HasValue();
+}
+
+bool CreateZip(std::wstring_view archivePath, std::span<const std::wstring> files) {
+    std::vector<std::string> narrow;
+    for (const std::wstring& path : files) narrow.push_back(file_util_ex::ConvertToUTF8(path));
+    return CreateZip(file_util_ex::ConvertToUTF8(archivePath), narrow);
+}
+
+}  // namespace zip_file_util

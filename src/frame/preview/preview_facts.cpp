@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "frame/preview/preview_facts.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "base/text/lng.h"
+#include "base/text/number_text.h"
+#include "files/file_util_ex.h"
+#include "settings/CLocalRegStore.h"
+
+namespace preview_facts {
+namespace {
+
+constexpr std::uint64_t kMaxScriptBytes = 1 << 20;
+constexpr std::uint64_t kMaxPictureBytes = 64 << 20;
+constexpr std::size_t kMaxProblemLetters = 300;
+
+struct CFileFacts {
+    std::uint64_t bytes = 0;
+    std::int64_t changedNs = 0;
+};
+
+std::optional<CFileFacts> FactsOf(const std::string& path) {
+    struct stat facts = {};
+    if (::stat(path.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
+    return CFileFacts{static_cast<std::uint64_t>(facts.st_size),
+                      std::int64_t{facts.st_mtim.tv_sec} * 1'000'000'000 + facts.st_mtim.tv_nsec};
+}
+
+std::string ModelOfScript(const std::string& path, std::uint64_t bytes) {
+    if (bytes > kMaxScriptBytes) return {};
+    const CIniFilePtr script(CLocalRegStore::LoadIniFile(path));
+    const std::string named = CLocalRegStore::GetString(script.get(), "Model", "Path", std::string_view());
+    return named.empty() ? named : file_util_ex::MakeAbsolute(file_util_ex::GetFilePath(path), named);
+}
+
+bool IsScript(const std::string& path) {
+    std::string extension = file_util_ex::GetFileExt(path);
+    for (char& c : extension) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    return extension == "orv";
+}
+
+std::int64_t Count(const nlohmann::json& stats, const char* key) {
+    const auto found = stats.find(key);
+    if (found == stats.end() || !found->is_number_unsigned()) return -1;
+    return static_cast<std::int64_t>(std::min(found->get<std::uint64_t>(), std::uint64_t{1} << 62));
+}
+
+// The program's line is "program: path: reason"; whoever reads it knows the first two.
+std::wstring Reason(std::string_view errors, std::string_view modelPath) {
+    std::string_view line = errors.substr(0, errors.find('\n'));
+    for (const std::string_view known : {std::string_view("orbivue-render"), modelPath}) {
+        if (line.starts_with(known) && line.substr(known.size()).starts_with(": "))
+            line.remove_prefix(known.size() + 2);
+    }
+    const std::size_t colon = line.rfind(": ");
+    const std::string_view where = line.substr(0, colon == std::string_view::npos ? 0 : colon);
+    const std::string_view message = where.empty() ? line : line.substr(colon + 2);
+    std::wstring reason = lng::Text(CError{{}, std::string(message), std::string(where)});
+    std::erase_if(reason, [](wchar_t c) { return c < L' ' || c == 0x7F; });
+    if (reason.size() > kMaxProblemLetters) reason = reason.substr(0, kMaxProblemLetters) + L"\u2026";
+    return reason;
+}
+
+std::wstring Wide(const std::string& text) {
+    return file_util_ex::ConvertFromUTF8W(text);
+}
+
+}  // namespace
+
+std::optional<CPreviewRequest> RequestFor(const std::string& path, const CLook& look) {
+    const std::optional<CFileFacts> facts = FactsOf(path);
+    if (!facts) return std::nullopt;
+    CPreviewRequest request{path,        facts->bytes,   facts->changedNs, path, facts->changedNs,
+                            look.sidePx, look.background};
+    if (IsScript(path)) {
+        request.modelPath = ModelOfScript(path, facts->bytes);
+        const std::optional<CFileFacts> model = FactsOf(request.modelPath);
+        if (!model) request.modelPath.clear();
+        request.modelChangedNs = model ? model->changedNs : 0;
+    }
+    return request;
+}
+
+CPreviewResult ResultOf(const CPreviewRequest& request, const COutcome& outcome) {
+    CPreviewResult result;
+    if (outcome.exitCode == 0) {
+        auto picture = file_util_ex::ReadWholeFile(outcome.picturePath, kMaxPictureBytes);
+        if (picture) result.png = std::move(picture.Value());
+        const nlohmann::json stats = nlohmann::json::parse(outcome.output, nullptr, false);
+        if (stats.is_object()) {
+            result.triangles = Count(stats, "triangles");
+            result.objects = Count(stats, "nodes");
+        }
+    } else {
+        result.problem = Reason(outcome.errors, request.modelPath);
+    }
+    if (result.triangles == 0) {
+        result.png.clear();
+        result.problem = lng::Text("There is nothing to see in this file.");
+    }
+    if (result.png.empty() && result.problem.empty())
+        result.problem = lng::Text("No preview can be drawn of this file.");
+    return result;
+}
+
+std::wstring SizeText(std::uint64_t bytes) {
+    if (bytes < 1000) return lng::Text("%s bytes", Wide(std::to_string(bytes)));
+    constexpr std::array kUnits = {lng::Mark("%s kB"), lng::Mark("%s MB"), lng::Mark("%s GB"),
+                                   lng::Mark("%s TB")};
+    double value = static_cast<double>(bytes) / 1000;
+    std::size_t unit = 0;
+    for (; value >= 999.95 && unit + 1 < kUnits.size(); ++unit) value /= 1000;
+    return lng::Text(kUnits[unit], Wide(number_text::FormatFixed(value, 1)));
+}
+
+}  // namespace preview_facts

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <wx/timer.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "frame/preview/CPreviewRequest.h"
+#include "frame/preview/CPreviewWorker.h"
+#include "frame/preview/preview_facts.h"
+
+/** Draws previews by the program orbivue-render, which stands beside this one: whatever a file does to it,
+ * the windows go on. It runs with a low priority. */
+class CPreviewProcess final : public CPreviewWorker {
+  public:
+    /** Told of each end, on the event loop. */
+    using CEnded = std::function<void(const CPreviewRequest&, const preview_facts::COutcome&)>;
+
+    explicit CPreviewProcess(CEnded ended);
+    /** Kills what runs, tells nobody, and deletes the pictures. */
+    ~CPreviewProcess() override;
+
+    [[nodiscard]] bool Start(const CPreviewRequest& request) override;
+    void Kill() override;
+
+  private:
+    class CChild;
+    [[nodiscard]] std::string PicturePath() const { return m_folder + "/preview.png"; }
+    void OnChildEnded(int exitCode);
+    /** Keeps the child from waiting for a full pipe. */
+    void ReadPipes();
+
+    CEnded m_ended;
+    std::string m_folder;       // of its own, so that a killed child's remains go with it
+    CChild* m_child = nullptr;  // deletes itself when the process has ended
+    long m_pid = 0;
+    CPreviewRequest m_request;
+    preview_facts::COutcome m_outcome;
+    wxTimer m_pipeTimer;
+};

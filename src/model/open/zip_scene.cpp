@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "model/open/zip_scene.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "base/text/lng.h"
+#include "files/CZipReader.h"
+#include "model/read_3ds/C3dsParser.h"
+#include "model/scene/CNoteList.h"
+
+namespace {
+/** Pictures beyond it stay packed: they are decoded later, so they must be held at the same time. */
+constexpr std::uint64_t kMaxPictureBytes = 512ULL << 20;
+
+std::string Lower(std::string_view text) {
+    std::string result(text);
+    for (char& c : result) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    return result;
+}
+
+std::string ExtensionOf(std::string_view name) {
+    const std::size_t dot = name.find_last_of("./");
+    return dot == std::string_view::npos || name[dot] == '/' ? "" : Lower(name.substr(dot + 1));
+}
+
+std::string StemOf(std::string_view path) {
+    const std::size_t slash = path.find_last_of('/');
+    if (slash != std::string_view::npos) path.remove_prefix(slash + 1);
+    return Lower(path.substr(0, path.find_last_of('.')));
+}
+
+bool IsPicture(std::string_view name) {
+    constexpr std::array kExtensions = {"jpg", "jpeg", "png", "tga", "bmp", "gif",
+                                        "tif", "tiff", "pcx", "dds", "sgi", "rgb"};
+    const std::string extension = ExtensionOf(name);
+    return std::find(kExtensions.begin(), kExtensions.end(), extension) != kExtensions.end();
+}
+
+/** Archives made on a Mac hold a file of notes for each of theirs, under the same name
+ * with "._" before it. */
+bool IsModel(const CZipEntry& entry) {
+    return ExtensionOf(entry.name) == "3ds" && !StemOf(entry.name).starts_with("._");
+}
+
+const CZipEntry* ChooseModel(const std::vector<CZipEntry>& entries, std::string_view archiveName) {
+    const std::string wanted = StemOf(archiveName);
+    const CZipEntry* best = nullptr;
+    std::array<long, 2> bestRank{};
+    for (const CZipEntry& entry : entries) {
+        if (!IsModel(entry)) continue;
+        const std::array<long, 2> rank{
+            StemOf(entry.name) == wanted ? 0L : 1L,
+            static_cast<long>(std::count(entry.name.begin(), entry.name.end(), '/'))};
+        if (best && !(rank < bestRank)) continue;
+        best = &entry;
+        bestRank = rank;
+    }
+    return best;
+}
+
+CImageDataTextVec ReadPictures(CZipReader& archive, CNoteList& notes) {
+    CImageDataTextVec pictures;
+    std::uint64_t left = kMaxPictureBytes;
+    for (const CZipEntry& entry : archive.Entries()) {
+        if (!IsPicture(entry.name)) continue;
+        CResult<std::vector<std::byte>> data = archive.Read(entry, left);
+        if (!data) {
+            notes.Limited("A picture of the archive is not read", CNoteList::Printable(entry.name),
+                          data.Error().message);
+            continue;
+        }
+        left -= std::min<std::uint64_t>(left, data.Value().size());
+        pictures.push_back({entry.name, std::move(data).Value()});
+    }
+    return pictures;
+}
+}  // namespace
+
+CResult<CScene> ReadZipScene(std::vector<std::byte> bytes, std::string_view archiveName) {
+    CResult<CZipReader> opened = CZipReader::Open(std::move(bytes));
+    if (!opened) return opened.Error();
+    CZipReader archive = std::move(opened).Value();
+    const std::vector<CZipEntry>& entries = archive.Entries();
+    const CZipEntry* model = ChooseModel(entries, archiveName);
+    if (!model) return CError{EErrorCode::NotFound, lng::Mark("The archive holds no .3ds model"), ""};
+    CResult<std::vector<std::byte>> data = archive.Read(*model);
+    if (!data) return data.Error();
+    CResult<CScene> scene = C3dsParser::Parse(std::move(data).Value());
+    if (!scene) return CError{scene.Error().code, scene.Error().message, model->name};
+
+    CNoteList notes;
+    if (std::count_if(entries.begin(), entries.end(), IsModel) > 1) {
+        notes.Limited("The archive holds several models; this one is shown",
+                      CNoteList::Printable(model->name));
+    }
+    scene.Value().SetTextures(CTextureLocator::InMemory(ReadPictures(archive, notes), model->name));
+    for (CSceneNote& note : notes.Take()) scene.Value().AddNote(std::move(note));
+    return scene;
+}

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <atomic>
+
+#include "model/prepare/CPreparedScene.h"
+
+class CScene;
+
+struct CPrepareOptions {
+    unsigned threads = 0;                         ///< 0: one for each core
+    bool loadTextures = true;                     ///< false leaves CPreparedTexture::image empty
+    std::atomic<unsigned>* meshesDone = nullptr;  ///< counted up, from any thread
+};
+
+/** Makes the prepared scene: normals by smoothing group, split vertices, batches, materials, textures,
+ * hierarchy, evaluated at the file's current frame. Works on all cores; the result does not depend on
+ * their number. Cannot fail: whatever a scene holds is repaired by then. The scene must outlive the
+ * result's node sources. */
+[[nodiscard]] CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options = {});
+
+/** Evaluates node transforms, visibility, lights, cameras and bounds at a frame (clamped to
+ * nothing: tracks decide). */
+void EvaluateNodes(CPreparedScene& prepared, const CScene& scene, float frame);

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/CResult.h"
+#include "model/scene/CScene.h"
+#include "model/scene/CSceneNote.h"
+
+struct Lib3dsFile;
+
+/** Makes a 3DS scene of an OBJ file and the MTL files that it names: beside it, below its folder, or where
+ * "../" leads from there.
+ *
+ * - Each group (or object) becomes a mesh, several where it holds more points or faces than the 3DS format
+ *   allows. Names are unique. There are no nodes: a scene without them is drawn straight from its meshes.
+ * - OBJ files are mostly made with +Y up and carry no sign of it, so (x, y, z) becomes (x, -z, y).
+ * - Polygons are cut into triangles, corners with several texture coordinates into several points.
+ * - Points and lines, and the vertices of a file that has nothing else, become small solids; see
+ *   MakePointsAndLinesSolid. A note tells how many.
+ * - Normals have no place in a 3DS scene, smoothing groups have: those of the file are kept where it has two
+ *   or more; else they are told from its normals; without normals an "s" line decides, and without any the
+ *   angle between faces. A hard edge that ends inside a smooth surface is lost.
+ * - Materials: see CMtlLibrary. What is used but nowhere defined is grey.
+ * - Faces with indices or coordinates that cannot be are left out; what was left out is told in the notes.
+ *
+ * Whatever the bytes are, memory stays below some 20 times the file's size plus 50 MB. Paths
+ * are UTF-8 or wide. */
+class CObjConv3ds {
+  public:
+    /** The scene, for the caller to free with lib3ds_file_free; null on any failure. */
+    [[nodiscard]] static Lib3dsFile* Convert(const wchar_t* path);
+    [[nodiscard]] static Lib3dsFile* Convert(const std::wstring& path) { return Convert(path.c_str()); }
+    [[nodiscard]] static Lib3dsFile* Convert(std::string_view path);
+
+    /** The same with a reason for a failure, and notes (replaced) on a success. */
+    [[nodiscard]] static CResult<CLib3dsFilePtr> ConvertResult(std::string_view path,
+                                                               std::vector<CSceneNote>& notes);
+
+    /** Of texts in memory; the mtllib lines are not followed, mtl stands for all of them. */
+    [[nodiscard]] static CResult<CLib3dsFilePtr> ConvertText(std::string_view obj, std::string_view mtl,
+                                                             std::vector<CSceneNote>& notes);
+};

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+#include "base/CResult.h"
+#include "picture/CImage.h"
+
+struct Lib3dsFile;
+
+/** Writes the scene that an engine holds to a .3ds path (UTF-8), replaced in one step. */
+using CSceneWriter = std::function<CStatus(std::string_view path)>;
+
+/** Packs a scene with its textures and a picture of the view into a zip archive, replaced in one step.
+ *
+ * The archive holds the scene under the archive's own name with the extension "3ds", every texture as a JPEG
+ * file under the name that its materials have (quality 95, a JPEG file as it is), and "preview.png". Textures
+ * that are not found or cannot be read are left out. scene must refer to its textures by names that end in
+ * ".jpg", see lib3ds_util::change_textures_ext. */
+[[nodiscard]] CStatus SaveSceneZip(Lib3dsFile* scene, const CSceneWriter& write, const CImage& picture,
+                                   std::string_view archivePath);

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "base/CResult.h"
+#include "model/scene/CSceneNote.h"
+#include "model/textures/CTextureLocator.h"
+
+struct Lib3dsFile;
+struct Lib3dsMesh;
+
+struct CLib3dsFileDeleter {
+    bool keeps = false;  ///< somebody else owns it
+    void operator()(Lib3dsFile* file) const;
+};
+using CLib3dsFilePtr = std::unique_ptr<Lib3dsFile, CLib3dsFileDeleter>;
+
+/** Where the arrays of one mesh lie: in the bytes of the file as they were read, or in a Lib3dsMesh. Both
+ * are walked with a stride, so the scene is prepared by one piece of code. All indices and numbers are
+ * already repaired. */
+struct CMeshView {
+    Lib3dsMesh* mesh = nullptr;         ///< name, matrix and flags; its lists may still be empty
+    const std::byte* points = nullptr;  ///< three floats each
+    std::size_t pointStride = 0, pointCount = 0;
+    const std::byte* texels = nullptr;  ///< two floats each; count is 0 or >= pointCount
+    std::size_t texelStride = 0, texelCount = 0;
+    const std::byte* faces = nullptr;  ///< three 16-bit indices and 16-bit flags each
+    std::size_t faceStride = 0, faceCount = 0;
+    const std::byte* smoothing = nullptr;  ///< 32 bits each, null when the mesh has none
+    std::size_t smoothingStride = 0;
+    /** For each face the index of its material in file order, kNoMaterial for none; empty: none at all. */
+    std::vector<std::uint16_t> faceMaterials;
+    /** True where the points are as the file has them although the mesh matrix mirrors (lib3ds turns such
+     * points over when it reads them, and back when it writes). */
+    bool pointsUnflipped = false;
+
+    static constexpr std::uint16_t kNoMaterial = 0xFFFF;
+};
+
+/** One scene in memory: the Lib3dsFile, the textures' whereabouts, and notes of what was repaired.
+ *
+ * The large arrays of a scene that was read from bytes stay where they were read, and are copied into the
+ * Lib3dsFile only when somebody asks for it (File): viewing needs no second copy, which would be four times
+ * as large (lib3ds keeps a 64-byte material name in every face). */
+class CScene {
+  public:
+    CScene();
+    CScene(CScene&&) noexcept;
+    CScene& operator=(CScene&&) noexcept;
+    ~CScene();
+
+    /** Takes a scene made by somebody else (never null) and repairs it in place. */
+    [[nodiscard]] static CScene Adopt(CLib3dsFilePtr file);
+    /** The same for one that stays its owner's, and must outlive the result. */
+    [[nodiscard]] static CScene Borrow(Lib3dsFile& file);
+
+    /** The complete scene, owned by this object, never null. The first call fills the mesh arrays. */
+    [[nodiscard]] Lib3dsFile* File();
+    /** The same structure; mesh arrays may be empty. */
+    [[nodiscard]] Lib3dsFile* Header() const { return m_file.get(); }
+    [[nodiscard]] const std::vector<CMeshView>& Meshes() const { return m_meshes; }
+    /** Meshes as the views see them must be taken anew after the Lib3dsFile has been edited. */
+    void RefreshMeshes();
+
+    [[nodiscard]] const std::vector<CSceneNote>& Notes() const { return m_notes; }
+    [[nodiscard]] const CTextureLocator& Textures() const { return m_textures; }
+    void SetTextures(CTextureLocator textures) { m_textures = std::move(textures); }
+    void AddNote(CSceneNote note) { m_notes.push_back(std::move(note)); }
+    /** Gives the raw bytes back. After it File() no longer completes; for programs that only draw. */
+    void DropArrays();
+
+  private:
+    friend class C3dsParser;
+    explicit CScene(CLib3dsFilePtr file) : m_file(std::move(file)) {}
+
+    CLib3dsFilePtr m_file;
+    std::vector<std::byte> m_bytes;                 ///< what m_meshes points into; repaired in place
+    std::vector<std::vector<std::byte>> m_patches;  ///< lists that were too short in m_bytes
+    std::vector<CMeshView> m_meshes;
+    bool m_complete = true;
+    CTextureLocator m_textures;
+    std::vector<CSceneNote> m_notes;
+};

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "model/scene/lib3ds_copies.h"
+
+#include <lib3ds/file.h>
+#include <lib3ds/material.h>
+#include <lib3ds/mesh.h>
+#include <lib3ds/node.h>
+
+#include <algorithm>
+#include <cstring>
+#include <unordered_set>
+
+namespace lib3ds_copies {
+namespace {
+
+/** Length of text cut to limit bytes, not in the middle of a UTF-8 sequence. */
+std::size_t CutLength(std::string_view text, std::size_t limit) {
+    if (text.size() <= limit) return text.size();
+    std::size_t length = limit;
+    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0u) == 0x80u) --length;
+    return length > 0 ? length : limit;
+}
+
+template <class T>
+std::string UnusedName(const T* list, std::string_view name) {
+    std::unordered_set<std::string_view> used;
+    for (; list != nullptr; list = list->next) used.insert(list->name);
+    std::string candidate(name.substr(0, CutLength(name, kMaxName)));
+    for (unsigned n = 2; candidate.empty() || used.contains(candidate); ++n) {
+        const std::string suffix = "#" + std::to_string(n);
+        candidate = std::string(name.substr(0, CutLength(name, kMaxName - suffix.size()))) + suffix;
+    }
+    return candidate;
+}
+
+template <class T>
+void CopyArray(T* to, const T* from, std::size_t count) {
+    if (count > 0) std::memcpy(to, from, count * sizeof(T));
+}
+
+}  // namespace
+
+void SetName(char (&field)[64], std::string_view text) {
+    const std::size_t length = CutLength(text, kMaxName);
+    std::memset(field, 0, sizeof field);
+    std::copy_n(text.data(), length, field);
+}
+
+Lib3dsMesh* CopyMesh(const Lib3dsMesh& mesh, std::string_view name) {
+    Lib3dsMesh* copy = lib3ds_mesh_new("");
+    if (copy == nullptr) return nullptr;
+    const bool made = (mesh.points == 0 || lib3ds_mesh_new_point_list(copy, mesh.points)) &&
+                      (mesh.flags == 0 || lib3ds_mesh_new_flag_list(copy, mesh.flags)) &&
+                      (mesh.texels == 0 || lib3ds_mesh_new_texel_list(copy, mesh.texels)) &&
+                      (mesh.faces == 0 || lib3ds_mesh_new_face_list(copy, mesh.faces));
+    if (!made) {
+        lib3ds_mesh_free(copy);
+        return nullptr;
+    }
+    CopyArray(copy->pointL, mesh.pointL, mesh.points);
+    CopyArray(copy->flagL, mesh.flagL, mesh.flags);
+    for (Lib3dsDword i = 0; i < mesh.texels; ++i) CopyArray(copy->texelL[i], mesh.texelL[i], 2);
+    CopyArray(copy->faceL, mesh.faceL, mesh.faces);
+    copy->object_flags = mesh.object_flags;
+    copy->color = mesh.color;
+    std::memcpy(copy->matrix, mesh.matrix, sizeof copy->matrix);
+    copy->box_map = mesh.box_map;
+    copy->map_data = mesh.map_data;
+    SetName(copy->name, name);
+    return copy;
+}
+
+Lib3dsMaterial* CopyMaterial(const Lib3dsMaterial& material, std::string_view name) {
+    Lib3dsMaterial* copy = lib3ds_material_new();
+    if (copy == nullptr) return nullptr;
+    *copy = material;
+    copy->next = nullptr;
+    copy->user.p = nullptr;
+    SetName(copy->name, name);
+    return copy;
+}
+
+bool SameLook(const Lib3dsMaterial& a, const Lib3dsMaterial& b) {
+    // From the first value after the name to the end; both come from zeroed memory or from a structure copy.
+    constexpr std::size_t start = offsetof(Lib3dsMaterial, ambient);
+    const auto* bytesA = reinterpret_cast<const unsigned char*>(&a);
+    const auto* bytesB = reinterpret_cast<const unsigned char*>(&b);
+    return std::memcmp(bytesA + start, bytesB + start, sizeof(Lib3dsMaterial) - start) == 0;
+}
+
+std::string UnusedMaterialName(Lib3dsFile& file, std::string_view name) {
+    return UnusedName(file.materials, name);
+}
+
+std::string UnusedMeshName(Lib3dsFile& file, std::string_view name) {
+    return UnusedName(file.meshes, name);
+}
+
+bool UsedByOtherMeshes(const Lib3dsFile& file, const Lib3dsMesh& mesh, std::string_view material) {
+    for (const Lib3dsMesh* other = file.meshes; other != nullptr; other = other->next) {
+        if (other == &mesh) continue;
+        const auto uses = [material](const Lib3dsFace& face) { return material == face.material; };
+        if (std::any_of(other->faceL, other->faceL + other->faces, uses)) return true;
+    }
+    return false;
+}
+
+}  // namespace lib3ds_copies

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "model/scene/CNoteList.h"
+
+struct CMeshView;
+struct Lib3dsMesh;
+struct Lib3dsMaterial;
+
+/** Mends the arrays in place: points that are not finite become 0 and their faces are emptied (all three
+ * indices 0), as are faces that refer to points that are not there; texture coordinates that are not finite
+ * become 0. Different meshes may be mended by different threads, each with its own notes. */
+void RepairMeshArrays(CMeshView& view, CNoteList& notes);
+
+/** A view of the lists of a Lib3dsMesh, which must stay as they are while the view is used.
+ * materials: in file order. */
+[[nodiscard]] CMeshView ViewOfMesh(Lib3dsMesh& mesh, std::span<Lib3dsMaterial* const> materials);
+
+/** Copies the view's arrays into the lists of its Lib3dsMesh, as lib3ds would have read them.
+ * False: no memory. */
+[[nodiscard]] bool CompleteMesh(const CMeshView& view, std::span<Lib3dsMaterial* const> materials);

@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+#include "picture/image_probe.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+
+#include "base/byte_order.h"
+#include "files/file_util_ex.h"
+
+namespace image_probe {
+namespace {
+
+using CBytes = std::span<const std::byte>;
+
+using byte_order::At8, byte_order::Be16, byte_order::Be32, byte_order::Le16, byte_order::Le32;
+
+struct CSignature {
+    std::string_view text;
+    EFormat format;
+};
+using namespace std::string_view_literals;
+constexpr std::array kSignatures = {
+    CSignature{"\x89PNG\r\n\x1a\n"sv, EFormat::Png},
+    CSignature{"\xFF\xD8\xFF"sv, EFormat::Jpeg},
+    CSignature{"GIF87a"sv, EFormat::Gif},
+    CSignature{"GIF89a"sv, EFormat::Gif},
+    CSignature{"II*\0"sv, EFormat::Tiff},
+    CSignature{"MM\0*"sv, EFormat::Tiff},
+    CSignature{"DDS "sv, EFormat::Dds},
+    CSignature{"\x01\xDA"sv, EFormat::Sgi},
+};
+
+bool StartsWith(CBytes bytes, std::string_view text) {
+    return bytes.size() >= text.size() &&
+           std::ranges::equal(std::as_bytes(std::span(text)), bytes.first(text.size()));
+}
+
+// "BM" begins many a text; the header that follows has one of a few lengths.
+bool LooksLikeBmp(CBytes bytes) {
+    const std::uint32_t header = Le32(bytes, 14);
+    return StartsWith(bytes, "BM") && (header == 12 || (header >= 16 && header <= 124));
+}
+
+bool LooksLikePcx(CBytes bytes) {
+    const std::uint32_t bits = At8(bytes, 3);
+    return bytes.size() > 128 && At8(bytes, 0) == 10 && At8(bytes, 1) <= 5 && At8(bytes, 2) == 1 &&
+           (bits == 1 || bits == 2 || bits == 4 || bits == 8);
+}
+
+bool LooksLikeTga(CBytes bytes) {
+    const std::uint32_t map = At8(bytes, 1);
+    const std::uint32_t type = At8(bytes, 2);
+    const std::uint32_t bits = At8(bytes, 16);
+    const bool mapped = type == 1 || type == 9;
+    const bool known = mapped || type == 2 || type == 3 || type == 10 || type == 11;
+    const bool depth = bits == 8 || bits == 15 || bits == 16 || bits == 24 || bits == 32;
+    return bytes.size() > 18 && map <= 1 && known && (!mapped || map == 1) && depth && Le16(bytes, 12) > 0 &&
+           Le16(bytes, 14) > 0;
+}
+
+bool IsTgaName(std::string_view name) {
+    std::string ext = file_util_ex::GetFileExt(name);
+    for (char& c : ext) c = static_cast<char>(c | 0x20);
+    return ext == "tga" || ext == "targa" || ext == "icb" || ext == "vda" || ext == "vst";
+}
+
+CClaim BmpClaim(CBytes bytes) {
+    if (Le32(bytes, 14) == 12) return {Le16(bytes, 18), Le16(bytes, 20)};
+    // Signed: a negative height means rows from the top.
+    const auto side = [bytes](std::size_t at) {
+        return static_cast<std::uint64_t>(std::llabs(static_cast<std::int32_t>(Le32(bytes, at))));
+    };
+    return {side(18), side(22)};
+}
+
+CClaim PcxClaim(CBytes bytes) {
+    const std::uint32_t left = Le16(bytes, 4), top = Le16(bytes, 6), right = Le16(bytes, 8),
+                        bottom = Le16(bytes, 10);
+    if (right < left || bottom < top) return {};
+    // The decoder's buffer goes by bytes a line and planes, which need not agree with the width.
+    const std::uint32_t lineBytes = Le16(bytes, 66) * std::max(At8(bytes, 65), 1U);
+    return {std::max(right - left + 1, lineBytes / 4), bottom - top + 1};
+}
+
+CClaim TiffClaim(CBytes bytes) {
+    const bool little = StartsWith(bytes, "II");
+    const auto read16 = [=](std::size_t at) { return little ? Le16(bytes, at) : Be16(bytes, at); };
+    const auto read32 = [=](std::size_t at) { return little ? Le32(bytes, at) : Be32(bytes, at); };
+    CClaim claim;
+    const std::size_t directory = read32(4);
+    const std::uint32_t count = directory < bytes.size() ? read16(directory) : 0;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const std::size_t entry = directory + 2 + i * std::size_t{12};
+        const std::uint32_t value = read16(entry + 2) == 3 ? read16(entry + 8) : read32(entry + 8);
+        const std::uint32_t tag = read16(entry);
+        // 256 and 257 are the picture's sides, 322 and 323 those of its tiles.
+        if (tag == 256 || tag == 322) claim.width = std::max<std::uint64_t>(claim.width, value);
+        if (tag == 257 || tag == 323) claim.height = std::max<std::uint64_t>(claim.height, value);
+    }
+    return claim;
+}
+
+std::size_t ColourTableBytes(std::uint32_t flags) {
+    return (flags & 0x80) != 0 ? std::size_t{3} << ((flags & 7) + 1) : 0;
+}
+
+// Behind a chain of data blocks, each led by its length; past the end when the chain is cut.
+std::size_t BehindBlocks(CBytes bytes, std::size_t at) {
+    while (at < bytes.size() && At8(bytes, at) != 0) at += At8(bytes, at) + 1;
+    return at + 1;
+}
+
+// Where the first image descriptor stands; past the end when there is none.
+std::size_t GifImageStart(CBytes bytes) {
+    std::size_t at = 13 + ColourTableBytes(At8(bytes, 10));
+    while (at < bytes.size() && At8(bytes, at) == 0x21) at = BehindBlocks(bytes, at + 2);
+    return At8(bytes, at) == 0x2C ? at : bytes.size();
+}
+
+CClaim GifClaim(CBytes bytes) {
+    const std::size_t image = GifImageStart(bytes);
+    return {std::max(Le16(bytes, 6), Le16(bytes, image + 5)),
+            std::max(Le16(bytes, 8), Le16(bytes, image + 7))};
+}
+
+}  // namespace
+
+EFormat FormatOf(std::span<const std::byte> bytes, std::string_view nameHint) {
+    for (const CSignature& signature : kSignatures) {
+        if (StartsWith(bytes, signature.text)) return signature.format;
+    }
+    if (LooksLikeBmp(bytes)) return EFormat::Bmp;
+    if (IsTgaName(nameHint)) return EFormat::Tga;
+    if (LooksLikePcx(bytes)) return EFormat::Pcx;
+    return LooksLikeTga(bytes) ? EFormat::Tga : EFormat::Unknown;
+}
+
+CClaim ClaimOf(EFormat format, std::span<const std::byte> bytes) {
+    switch (format) {
+        case EFormat::Tga:
+            return {Le16(bytes, 12), Le16(bytes, 14)};
+        case EFormat::Bmp:
+            return BmpClaim(bytes);
+        case EFormat::Gif:
+            return GifClaim(bytes);
+        case EFormat::Tiff:
+            return TiffClaim(bytes);
+        case EFormat::Pcx:
+            return PcxClaim(bytes);
+        case EFormat::Dds:
+            return {Le32(bytes, 16), Le32(bytes, 12)};
+        default:
+            return {};
+    }
+}
+
+bool IsTgaWhole(std::span<const std::byte> bytes) {
+    const std::size_t pixelBytes = (At8(bytes, 16) + 7) / 8;
+    const std::size_t mapBytes =
+        At8(bytes, 1) == 0 ? 0 : std::size_t{Le16(bytes, 5)} * ((At8(bytes, 7) + 7) / 8);
+    std::size_t at = 18 + At8(bytes, 0) + mapBytes;
+    std::size_t pixels = std::size_t{Le16(bytes, 12)} * Le16(bytes, 14);
+    // Runs: a byte with the count less one, and its top bit set when one pixel stands for all.
+    const bool packed = At8(bytes, 2) >= 8;
+    while (packed && pixels > 0 && at < bytes.size()) {
+        const std::size_t run = (At8(bytes, at) & 0x7F) + 1;
+        at += 1 + ((At8(bytes, at) & 0x80) != 0 ? 1 : run) * pixelBytes;
+        pixels -= std::min(run, pixels);
+    }
+    return at + pixels * pixelBytes <= bytes.size();
+}
+
+std::size_t FirstGifFrameEnd(std::span<const std::byte> bytes) {
+    const std::size_t image = GifImageStart(bytes);
+    if (image >= bytes.size()) return 0;
+    // Ten bytes of descriptor, a colour table, one byte of code size, the data.
+    const std::size_t end = BehindBlocks(bytes, image + 11 + ColourTableBytes(At8(bytes, image + 9)));
+    return end <= bytes.size() ? end : 0;
+}
+
+}  // namespace image_probe

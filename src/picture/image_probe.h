@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+/** What the first bytes of a picture tell, found without decoding it. */
+namespace image_probe {
+
+enum class EFormat { Unknown, Png, Jpeg, Tga, Bmp, Gif, Tiff, Pcx, Dds, Sgi };
+
+/** The format by its signature. TGA has none: it is one by its header making sense and
+ * nothing else matching. */
+[[nodiscard]] EFormat FormatOf(std::span<const std::byte> bytes, std::string_view nameHint);
+
+/** Width and height in pixels as the header claims them, each the larger where a format has
+ * two; 0 when unknown. */
+struct CClaim {
+    std::uint64_t width = 0;
+    std::uint64_t height = 0;
+};
+
+/** For Tga, Bmp, Gif, Tiff, Pcx and Dds: the sizes for which their decoder will take memory. */
+[[nodiscard]] CClaim ClaimOf(EFormat format, std::span<const std::byte> bytes);
+
+/** False when a TGA's pixels end early, which its decoder does not notice. */
+[[nodiscard]] bool IsTgaWhole(std::span<const std::byte> bytes);
+
+/** How many bytes of a GIF its first frame takes, header included; 0 when it has no whole frame. */
+[[nodiscard]] std::size_t FirstGifFrameEnd(std::span<const std::byte> bytes);
+
+}  // namespace image_probe

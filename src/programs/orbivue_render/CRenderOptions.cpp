@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: MIT
+#include "programs/orbivue_render/CRenderOptions.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+#include <vector>
+
+#include "files/file_util_ex.h"
+
+namespace {
+
+using COutcome = std::optional<std::string>;  // what is wrong with a value
+
+/** The whole text as a number; neither "1.5x" nor "nan" is one. */
+template <class T>
+std::optional<T> Number(std::string_view text) {
+    T value{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+    if constexpr (std::is_floating_point_v<T>) {
+        if (!std::isfinite(value)) return std::nullopt;
+    }
+    return value;
+}
+
+std::vector<std::string_view> Split(std::string_view text, char separator) {
+    std::vector<std::string_view> parts;
+    for (;;) {
+        const std::size_t end = text.find(separator);
+        parts.push_back(text.substr(0, end));
+        if (end == std::string_view::npos) return parts;
+        text.remove_prefix(end + 1);
+    }
+}
+
+COutcome SetSize(CRenderOptions& options, std::string_view value) {
+    const auto parts = Split(value, 'x');
+    const auto width = parts.size() == 2 ? Number<int>(parts[0]) : std::nullopt;
+    const auto height = parts.size() == 2 ? Number<int>(parts[1]) : std::nullopt;
+    if (!width || !height) return "needs WIDTHxHEIGHT in pixels";
+    if (*width < 1 || *height < 1 || *width > kMaxPictureSide || *height > kMaxPictureSide) {
+        return "each side must be from 1 to " + std::to_string(kMaxPictureSide) + " pixels";
+    }
+    options.width = *width;
+    options.height = *height;
+    return {};
+}
+
+COutcome SetCamera(CRenderOptions& options, std::string_view value) {
+    if (value.empty()) return "needs a name";
+    options.camera = value;
+    return {};
+}
+
+COutcome SetFrame(CRenderOptions& options, std::string_view value) {
+    options.frame = Number<float>(value);
+    if (!options.frame) return "needs a number";
+    return {};
+}
+
+COutcome SetBackground(CRenderOptions& options, std::string_view value) {
+    const auto parts = Split(value, ',');
+    std::array<float, 3> rgb{};
+    for (std::size_t i = 0; i < rgb.size(); ++i) {
+        const auto number = parts.size() == rgb.size() ? Number<int>(parts[i]) : std::nullopt;
+        if (!number || *number < 0 || *number > 255) return "needs R,G,B, each from 0 to 255";
+        rgb[i] = static_cast<float>(*number) / 255.0f;
+    }
+    options.background = {rgb[0], rgb[1], rgb[2]};
+    return {};
+}
+
+COutcome SetSamples(CRenderOptions& options, std::string_view value) {
+    options.samples = Number<int>(value);
+    if (!options.samples || *options.samples < 1 || *options.samples > 32)
+        return "needs a number from 1 to 32";
+    return {};
+}
+
+COutcome SetTextureMode(CRenderOptions& options, std::string_view value) {
+    const auto mode = Number<int>(value);
+    if (!mode || *mode < 0 || *mode > 3) return "needs a number from 0 to 3";
+    options.textureMode = *mode;
+    return {};
+}
+
+COutcome SetOverlays(CRenderOptions& options, std::string_view value) {
+    constexpr std::array<std::pair<std::string_view, bool COverlays::*>, 4> kNames{
+        {{"bounds", &COverlays::bounds},
+         {"cameras", &COverlays::cameras},
+         {"lights", &COverlays::lights},
+         {"axes", &COverlays::axes}}};
+    for (const std::string_view part : Split(value, ',')) {
+        bool known = false;
+        for (const auto& [name, member] : kNames) {
+            if (part != name) continue;
+            options.overlays.*member = true;
+            known = true;
+        }
+        if (!known) return "needs a list of bounds, cameras, lights and axes";
+    }
+    return {};
+}
+
+COutcome SetWire(CRenderOptions& options, std::string_view) {
+    options.wire = true;
+    return {};
+}
+COutcome SetNoFileLights(CRenderOptions& options, std::string_view) {
+    options.fileLights = false;
+    return {};
+}
+COutcome SetStats(CRenderOptions& options, std::string_view) {
+    options.stats = true;
+    return {};
+}
+COutcome SetHelp(CRenderOptions& options, std::string_view) {
+    options.action = CRenderOptions::EAction::Help;
+    return {};
+}
+COutcome SetVersion(CRenderOptions& options, std::string_view) {
+    options.action = CRenderOptions::EAction::Version;
+    return {};
+}
+
+struct COptionEntry {
+    std::string_view name;
+    std::string_view value;  ///< what to call it in the help; empty when the option takes none
+    COutcome (*set)(CRenderOptions&, std::string_view);
+    std::string_view help;
+};
+
+constexpr std::array<COptionEntry, 12> kOptions{{
+    {"--size", "WxH", SetSize, "size of the picture in pixels (1024x768)"},
+    {"--camera", "NAME", SetCamera, "top, left, right, front, back, iso, or a camera of the file (iso)"},
+    {"--frame", "N", SetFrame, "frame of the animation (the file's current one)"},
+    {"--background", "R,G,B", SetBackground, "background colour, 0 to 255 each (61,66,77)"},
+    {"--samples", "N", SetSamples, "samples for each pixel (4; 1 from 100,000 triangles on)"},
+    {"--texture-mode", "N", SetTextureMode, "0 trilinear, 1 bilinear, 2 nearest, 3 no textures (0)"},
+    {"--overlay", "LIST", SetOverlays, "draw some of bounds,cameras,lights,axes over the scene"},
+    {"--wire", "", SetWire, "draw the edges of the triangles only"},
+    {"--no-file-lights", "", SetNoFileLights, "light from the eye, not by the lights of the file"},
+    {"--stats", "", SetStats, "print facts about the scene and the run as JSON"},
+    {"--help", "", SetHelp, "print this help"},
+    {"--version", "", SetVersion, "print the version"},
+}};
+
+CError Wrong(const std::string& message) {
+    return {EErrorCode::BadArgument, message, {}};
+}
+
+}  // namespace
+
+CResult<CRenderOptions> ParseRenderOptions(std::span<const std::string> arguments) {
+    CRenderOptions options;
+    std::vector<std::string> files;
+    bool onlyFiles = false;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string_view argument = arguments[i];
+        if (onlyFiles || !argument.starts_with("-") || argument == "-") {
+            files.emplace_back(argument);
+            continue;
+        }
+        if (argument == "--") {
+            onlyFiles = true;
+            continue;
+        }
+        const std::size_t equals = argument.find('=');
+        const std::string_view name = argument.substr(0, equals);
+        const COptionEntry* entry = nullptr;
+        for (const COptionEntry& known : kOptions) {
+            if (known.name == name || (name == "-h" && known.name == "--help")) entry = &known;
+        }
+        if (entry == nullptr) return Wrong("unknown option '" + std::string(name) + "'");
+        std::string_view value;
+        if (equals != std::string_view::npos) {
+            if (entry->value.empty()) return Wrong(std::string(name) + " takes no value");
+            value = argument.substr(equals + 1);
+        } else if (!entry->value.empty()) {
+            if (++i == arguments.size()) return Wrong(std::string(name) + " needs a value");
+            value = arguments[i];
+        }
+        if (const COutcome wrong = entry->set(options, value)) return Wrong(std::string(name) + " " + *wrong);
+    }
+    if (options.action != CRenderOptions::EAction::Draw) return options;
+    if (files.empty()) return Wrong("no input file given");
+    if (files.size() > 2) return Wrong("too many files given");
+    options.input = files[0];
+    if (options.input.empty()) return Wrong("the name of the input file is empty");
+    if (files.size() == 2) {
+        options.output = files[1];
+        if (options.output.empty()) return Wrong("the name of the output file is empty");
+    } else if (!options.stats) {
+        options.output = file_util_ex::SetFileExt(file_util_ex::GetFileName(options.input), "png");
+    }
+    return options;
+}
+
+std::string RenderHelp() {
+    std::string text =
+        "Usage: orbivue-render [OPTION]... INPUT [OUTPUT.png]\n"
+        "Draws a 3DS, OBJ or zipped model into a PNG picture; no display is needed.\n"
+        "Without OUTPUT the picture goes to the current folder, under INPUT's name with\n"
+        "the extension png; with --stats and no OUTPUT no picture is written.\n\n";
+    for (const COptionEntry& entry : kOptions) {
+        std::string left = "  " + std::string(entry.name);
+        if (!entry.value.empty()) left += " " + std::string(entry.value);
+        left.resize(std::max<std::size_t>(24, left.size() + 1), ' ');
+        text += left + std::string(entry.help) + "\n";
+    }
+    return text +
+           "\nExit codes: 0 done, 1 wrong usage, 2 the model cannot be read, 3 the picture\n"
+           "cannot be written, 4 there is no OpenGL to draw with.\n";
+}

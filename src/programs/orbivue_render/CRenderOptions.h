@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+
+#include "base/CResult.h"
+#include "base/math/geometry.h"
+#include "engine/overlay/overlays.h"
+
+/** What the command line asks for. Paths are as they were given. */
+struct CRenderOptions {
+    enum class EAction { Draw, Help, Version };
+
+    EAction action = EAction::Draw;
+    std::string input;
+    std::string output;  ///< empty: no picture is written
+    int width = 1024;
+    int height = 768;
+    std::string camera = "iso";  ///< a preset's word or name, or else a camera of the file
+    std::optional<float> frame;  ///< the file's current frame when not given
+    CVec3 background{0.24f, 0.26f, 0.30f};
+    std::optional<int> samples;  ///< by the size of the scene when not given
+    int textureMode = 0;         ///< as C3dsDisplayWrap::SetTextureRenderMode has it
+    COverlays overlays;
+    bool wire = false;
+    bool fileLights = true;
+    bool stats = false;
+};
+
+constexpr int kMaxPictureSide = 16384;
+
+/** Reads the arguments after the program's name. Errors are BadArgument, with a message of one line. */
+[[nodiscard]] CResult<CRenderOptions> ParseRenderOptions(std::span<const std::string> arguments);
+
+/** The text of --help. */
+[[nodiscard]] std::string RenderHelp();

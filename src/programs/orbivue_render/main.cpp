@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <exception>
+#include <future>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "base/process_memory.h"
+#include "camera/CViewCamera.h"
+#include "engine/C3dsDisplayWrap.h"
+#include "engine/gl/COffscreenContext.h"
+#include "engine/gl/gl_api.h"
+#include "files/file_util_ex.h"
+#include "model/prepare/CPreparedScene.h"
+#include "picture/image_writer.h"
+#include "programs/orbivue_render/CRenderOptions.h"
+#include "programs/orbivue_render/render_stats.h"
+
+namespace {
+
+enum EExit { kDone = 0, kUsage = 1, kCannotRead = 2, kCannotWrite = 3, kNoGraphics = 4 };
+
+constexpr std::size_t kManyTriangles = 100000;
+constexpr int kSmoothSamples = 4;
+
+using CClock = std::chrono::steady_clock;
+double MsSince(CClock::time_point start) {
+    return std::chrono::duration<double, std::milli>(CClock::now() - start).count();
+}
+
+int Complain(const std::string& message, EExit code) {
+    std::string line = "orbivue-render: " + message;
+    for (char& c : line) c = c == '\n' || c == '\r' ? ' ' : c;
+    std::fprintf(stderr, "%s\n", line.c_str());
+    return code;
+}
+
+bool Print(const std::string& text) {
+    return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+}
+
+bool SetPreset(C3dsDisplayWrap& engine, ECameraPreset preset) {
+    switch (preset) {
+        case ECameraPreset::Top:
+            engine.SetTopCameraModel();
+            break;
+        case ECameraPreset::Left:
+            engine.SetLeftCameraModel();
+            break;
+        case ECameraPreset::Right:
+            engine.SetRightCameraModel();
+            break;
+        case ECameraPreset::Front:
+            engine.SetFrontCameraModel();
+            break;
+        case ECameraPreset::Back:
+            engine.SetBackCameraModel();
+            break;
+        case ECameraPreset::Iso:
+            engine.SetIsoCameraModel();
+            break;
+    }
+    return true;
+}
+
+bool SetCamera(C3dsDisplayWrap& engine, const std::string& name) {
+    ECameraPreset preset{};
+    return PresetOfName(name, preset) ? SetPreset(engine, preset) : engine.SetFileCameraModel(name);
+}
+
+/** Frame first: presets fit the scene as it stands then. */
+bool SetUp(C3dsDisplayWrap& engine, const CRenderOptions& options) {
+    engine.SetPreviewSize(C2DRect(0, 0, options.width, options.height));
+    engine.SetBkColors(options.background.x, options.background.y, options.background.z);
+    engine.SetUseFileLights(options.fileLights);
+    engine.SetTextureRenderMode(options.textureMode);
+    engine.SetShowBounds(options.overlays.bounds);
+    engine.SetShowCameras(options.overlays.cameras);
+    engine.SetShowLights(options.overlays.lights);
+    engine.SetShowAxis(options.overlays.axes);
+    if (options.frame) engine.SetFrame(*options.frame);
+    return SetCamera(engine, options.camera);
+}
+
+CResult<CImage> Draw(C3dsDisplayWrap& engine, COffscreenContext& context, const CRenderOptions& options) {
+    (void)context.MakeCurrent();
+    glPolygonMode(GL_FRONT_AND_BACK, options.wire ? GL_LINE : GL_FILL);
+    engine.PaintModel();
+    return context.ReadPixels();
+}
+
+int Run(const CRenderOptions& options) {
+    const CClock::time_point start = CClock::now();
+    C3dsDisplayWrap engine;
+    engine.SetViewingOnly(true);
+    const std::wstring path = file_util_ex::ConvertFromUTF8W(options.input);
+    // Starting OpenGL takes as long as reading a middling file, so both go on at once.
+    std::future<bool> opened = std::async(std::launch::async, [&] { return engine.OpenModel(path.c_str()); });
+    CResult<COffscreenContext> made =
+        COffscreenContext::Create(options.width, options.height, options.samples.value_or(1));
+    if (!opened.get()) return Complain(engine.LastError().Text(), kCannotRead);
+    if (!made) return Complain(made.Error().Text(), kNoGraphics);
+    COffscreenContext& context = made.Value();
+    if (!SetUp(engine, options)) {
+        return Complain("--camera: the file has no camera '" + options.camera + "'", kUsage);
+    }
+    if (!options.samples && engine.Prepared()->triangleCount < kManyTriangles) {
+        // No more samples to be had is no reason to draw nothing.
+        (void)context.Resize(options.width, options.height, kSmoothSamples).HasValue();
+    }
+
+    CRenderTimes times{engine.GetReadMs(), engine.GetPrepareMs(), 0, 0, 0};
+    const CClock::time_point drawing = CClock::now();
+    const CResult<CImage> picture = Draw(engine, context, options);
+    if (!picture) return Complain(picture.Error().Text(), kNoGraphics);
+    times.draw = MsSince(drawing);
+    if (!options.output.empty()) {
+        const CClock::time_point writing = CClock::now();
+        const CStatus written = image_codec::WritePng(options.output, picture.Value(), false);
+        if (!written) return Complain(written.Error().Text(), kCannotWrite);
+        times.write = MsSince(writing);
+    }
+    times.total = MsSince(start);
+    if (!options.stats) return kDone;
+    const std::string json = RenderStatsJson(engine, times, context.RendererName(), context.Samples());
+    return Print(json) ? kDone : Complain("the statistics cannot be written", kCannotWrite);
+}
+
+int Main(const std::vector<std::string>& arguments) {
+    const CResult<CRenderOptions> parsed = ParseRenderOptions(arguments);
+    if (!parsed) return Complain(parsed.Error().Text() + " (see --help)", kUsage);
+    switch (parsed.Value().action) {
+        case CRenderOptions::EAction::Help:
+            return Print(RenderHelp()) ? kDone : kCannotWrite;
+        case CRenderOptions::EAction::Version:
+            return Print("orbivue-render " ORBIVUE_VERSION "\n") ? kDone : kCannotWrite;
+        case CRenderOptions::EAction::Draw:
+            break;
+    }
+    return Run(parsed.Value());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    process_memory::ShareOneHeap();
+    process_memory::KeepFreedBlocks();
+    try {
+        const int code = Main({argv + (argc > 0 ? 1 : 0), argv + argc});
+        std::fflush(nullptr);
+        // Nothing is left to be saved, and giving back a large scene piece by piece takes longer than ending.
+        ::_exit(code);
+    } catch (const std::bad_alloc&) {
+        return Complain("not enough memory", kCannotRead);
+    } catch (const std::exception& error) {
+        return Complain(error.what(), kCannotRead);
+    }
+}

@@ -1,0 +1,42 @@
+# SPDX-License-Identifier: MIT
+# The rooms of the house, lowest first, and what each may use: its library links, and its files include, nothing else.
+# A room uses rooms that stand above it in this list; tests/rooms checks the include lines against it. A room's windows
+# are a room of their own, NAME/ui. Layers: base, files and picture, settings, model, camera, engine, session,
+# widgets, view, export, frame, programs. Written "room: what it uses"; a name that ends in /* stands for all rooms below.
+set(ORBIVUE_ROOMS
+  "base:"
+  "base/text: base"
+  "base/math: base"
+  "base/jobs: base"
+  "files: base/*"
+  "picture: base/* files"
+  "settings: base/* files"
+  "model/textures: base/* files picture"
+  "model/scene: base/* files picture model/textures"
+  "model/read_3ds: base/* model/textures model/scene"
+  "model/read_obj: base/* files model/textures model/scene"
+  "model/prepare: base/* files picture model/textures model/scene"
+  "model/open: base/* files model/textures model/scene model/read_3ds model/read_obj model/prepare"
+  "model/edit: base/* files model/textures model/scene model/prepare model/open"
+  "model/save: base/* files picture model/textures model/scene"
+  "camera: base/* model/prepare"
+  "engine/gl: base/* picture"
+  "engine/pipeline: base/* picture model/prepare engine/gl"
+  "engine/draw: base/* picture model/prepare engine/gl engine/pipeline"
+  "engine/overlay: base/* model/prepare engine/gl"
+  "engine: base/* files picture model/* camera engine/gl engine/pipeline engine/draw engine/overlay"
+  "session: base/* files picture settings model/* camera"
+  "widgets: base/* files settings"
+  "widgets/ui: base/* files settings widgets"
+  "view: base/* files picture settings model/* camera engine session"
+  "view/ui: base/* files picture settings model/* camera engine engine/gl session widgets widgets/ui view"
+  "export/pov/text: base/* model/prepare"
+  "export/pov: base/* files picture settings model/* camera session export/pov/text"
+  "export/pov/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/pov"
+  "frame: base/* files settings model/* session"
+  "frame/preview: base/* files settings"
+  "frame/preview/ui: base/* files settings widgets widgets/ui frame/preview"
+  "frame/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/pov export/pov/ui frame frame/preview frame/preview/ui"
+  "programs/orbivue: base/* files settings session export/pov"
+  "programs/orbivue/ui: base/* files settings session widgets widgets/ui frame/ui programs/orbivue"
+  "programs/orbivue_render: base/* files picture model/* camera engine engine/gl engine/overlay")

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "widgets/ui/CBXFileDialogI.h"
+
+#include <wx/filedlg.h>
+#include <wx/stdpaths.h>
+
+#include <utility>
+#include <vector>
+
+#include "base/text/lng.h"
+#include "files/file_util_ex.h"
+#include "settings/CLocalRegStore.h"
+#include "widgets/CUserPrompt.h"
+#include "widgets/file_dialog_text.h"
+#include "widgets/ui/file_chooser.h"
+
+using file_util_ex::ConvertFromUTF8W;
+using file_util_ex::ConvertToUTF8;
+
+namespace {
+
+constexpr char kPathKey[] = "Path";
+
+std::string& RegEntry() {
+    static std::string entry;
+    return entry;
+}
+
+std::string StartFolder(std::wstring_view initialFolder) {
+    if (file_util_ex::DoesFolderExist(initialFolder)) return ConvertToUTF8(initialFolder);
+    if (!RegEntry().empty()) {
+        const std::wstring kept = CLocalRegStore::GetString(RegEntry(), kPathKey, L"");
+        if (file_util_ex::DoesFolderExist(kept)) return ConvertToUTF8(kept);
+    }
+    return ConvertToUTF8(wxStandardPaths::Get().GetDocumentsDir().ToStdWstring());
+}
+
+void RememberFolder(std::wstring_view path) {
+    if (!RegEntry().empty())
+        CLocalRegStore::WriteString(RegEntry(), kPathKey, std::wstring_view(file_util_ex::GetFilePath(path)));
+}
+
+bool MayWrite(const std::wstring& path) {
+    if (!file_util_ex::DoesFileExist(path)) return true;
+    return CUserPrompt::Instance().AskYesNo(
+        lng::Text("The file %s exists already. Do you want to replace it?", file_util_ex::GetFileName(path)));
+}
+
+}  // namespace
+
+std::string CBXFileDialogI::SetRegEntry(std::string_view name) {
+    return std::exchange(RegEntry(), std::string(name));
+}
+
+std::wstring CBXFileDialogI::LaunchSaveDialog(wxWindow* parent, std::wstring_view defaultExtension,
+                                              std::wstring_view wildcard, std::wstring_view title,
+                                              std::wstring_view initialFolder,
+                                              std::wstring_view defaultName) {
+    const std::vector<file_dialog_text::CFilter> filters = file_dialog_text::ParseWildcard(wildcard);
+    wxFileDialog dialog(parent, std::wstring(title), wxString(), wxString(), wxString("*"), wxFD_SAVE);
+    file_chooser::SetFilters(dialog, filters);
+    file_chooser::FollowFilter(dialog, filters);
+    file_chooser::SetFolder(dialog, StartFolder(initialFolder));
+    file_chooser::SetName(dialog, ConvertToUTF8(file_util_ex::GetFileName(defaultName)));
+
+    // Asked while the dialog stands, so that a No leads back to it; and here, as the desktop's own question
+    // would be about the name before its extension.
+    std::wstring path;
+    dialog.Bind(
+        wxEVT_BUTTON,
+        [&](wxCommandEvent& event) {
+            path = file_dialog_text::AddExtension(
+                ConvertFromUTF8W(file_chooser::ChosenPath(dialog)),
+                file_dialog_text::ExtensionFor(filters, dialog.GetFilterIndex(), defaultExtension));
+            event.Skip(MayWrite(path));
+        },
+        wxID_OK);
+    if (dialog.ShowModal() != wxID_OK || path.empty()) return {};
+    RememberFolder(path);
+    return path;
+}

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#include "widgets/ui/CWxUserPrompt.h"
+
+#include <wx/app.h>
+#include <wx/msgdlg.h>
+#include <wx/utils.h>
+
+CWxUserPrompt::CWxUserPrompt() {
+    m_modalDialogs.Register();
+}
+
+int CWxUserPrompt::Show(const std::wstring& text, long style) const {
+    // A box over the top window alone would open behind a dialog that asks.
+    wxWindow* parent = m_modalDialogs.Last();
+    return wxMessageBox(text, wxTheApp->GetAppName(), style, parent ? parent : wxTheApp->GetTopWindow());
+}
+
+void CWxUserPrompt::ShowMessage(const std::wstring& text) {
+    Show(text, wxOK | wxCENTRE);
+}
+
+bool CWxUserPrompt::AskYesNo(const std::wstring& text) {
+    return Show(text, wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_QUESTION) == wxYES;
+}
+
+void CWxUserPrompt::BeginBusy() {
+    wxBeginBusyCursor();
+}
+
+void CWxUserPrompt::EndBusy() {
+    wxEndBusyCursor();
+}

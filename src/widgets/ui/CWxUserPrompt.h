@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "widgets/CUserPrompt.h"
+#include "widgets/ui/CModalDialogs.h"
+
+/** Speaks through the toolkit's message boxes, over the modal dialog that is open, else over the
+ * program's top window. */
+class CWxUserPrompt final : public CUserPrompt {
+  public:
+    CWxUserPrompt();
+    void ShowMessage(const std::wstring& text) override;
+    [[nodiscard]] bool AskYesNo(const std::wstring& text) override;
+    void BeginBusy() override;
+    void EndBusy() override;
+
+  private:
+    int Show(const std::wstring& text, long style) const;
+
+    CModalDialogs m_modalDialogs;
+};

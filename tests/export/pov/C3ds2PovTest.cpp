@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: MIT
+#include "export/pov/C3ds2Pov.h"
+
+#include <gtest/gtest.h>
+#include <lib3ds/file.h>
+
+#include <clocale>
+#include <future>
+#include <stdexcept>
+#include <thread>
+
+#include "export/pov/C3ds2PovExportFlow.h"
+#include "files/CTestFolder.h"
+#include "files/file_util_ex.h"
+#include "model/open/CSceneReader.h"
+#include "model/textures/CLib3dsMatUtil.h"
+#include "picture/image_writer.h"
+#include "scene_builder/CSceneBuilder.h"
+#include "scene_builder/shapes.h"
+
+namespace {
+
+/** A mapped box with names that would do harm if they were written as they are. */
+std::string AddModel(const CTestFolder& folder) {
+    CImage image{4, 4, std::vector<std::uint8_t>(64, 200)};
+    EXPECT_TRUE(image_codec::WritePng(folder / "wood.png", image, true).HasValue());
+    CSceneBuilder builder;
+    CMaterialValues values;
+    values.texture = "WOOD.PNG";
+    builder.AddMaterial("*/\n#error \"x\"\n\xE4", values);
+    CShape box = shapes::Box({2, 2, 2});
+    box.Material("*/\n#error \"x\"\n\xE4");
+    builder.AddPart("\"\n}\\", box, nullptr, {0, 0, 0});
+    builder.Save(folder / "model.3ds");
+    return folder / "model.3ds";
+}
+
+class CFlow final : public C3ds2PovExportFlow {
+  public:
+    /** Throws at that call, counted from 1; 0: never. */
+    explicit CFlow(int throwAt = 0) : m_throwAt(throwAt) {}
+    void Begin(int steps) override {
+        total = steps;
+        Called();
+    }
+    void Step() override {
+        ++done;
+        Called();
+    }
+    void Finished() override {
+        ++finished;
+        callsAfterFinished = 0;
+        CountThread();
+    }
+    void Message(int value) override {
+        message = value;
+        Called();
+    }
+    void Work(const std::function<void()>& work) override {
+        ++works;
+        std::async(std::launch::async, work).get();
+    }
+
+    int total = 0, done = 0, finished = 0, message = 0, callsAfterFinished = 0, elsewhere = 0, works = 0;
+
+  private:
+    void Called() {
+        if (finished > 0) ++callsAfterFinished;
+        CountThread();
+        if (++m_calls == m_throwAt) throw std::runtime_error("enough");
+    }
+    void CountThread() {
+        if (std::this_thread::get_id() != m_own) ++elsewhere;
+    }
+    int m_throwAt, m_calls = 0;
+    std::thread::id m_own = std::this_thread::get_id();
+};
+
+TEST(C3ds2Pov, WritesSceneAndPicturesAndTellsTheFlow) {
+    const CTestFolder folder;
+    const std::string model = AddModel(folder);
+    CFlow flow;
+    ASSERT_TRUE(C3ds2Pov::TryExport(model, folder / "\xC3\xA4.pov", {}, &flow).HasValue());
+    EXPECT_GT(flow.total, 0);
+    EXPECT_EQ(flow.done, flow.total);
+    EXPECT_EQ(flow.finished, 1);
+    EXPECT_EQ(flow.callsAfterFinished, 0);
+    EXPECT_EQ(flow.message, 12);
+    EXPECT_GE(folder.Count(), 4u);  // model, picture, scene, its picture
+
+    const std::string text = CTestFolder::TextOf(folder / "\xC3\xA4.pov");
+    const std::size_t name = text.find("#error");
+    ASSERT_NE(name, std::string::npos);
+    EXPECT_EQ(text.compare(text.rfind('\n', name) + 1, 3, "// "), 0);
+    for (const char c : text) ASSERT_TRUE(c == '\n' || (c >= 32 && c < 127));
+    const std::size_t picture = text.find("file_exists(\"") + 13;
+    ASSERT_NE(picture, std::string::npos + 13);
+    EXPECT_TRUE(
+        file_util_ex::DoesFileExist(folder / text.substr(picture, text.find('"', picture) - picture)));
+}
+
+TEST(C3ds2Pov, BothFormsWriteTheSame) {
+    const CTestFolder folder;
+    const std::string model = AddModel(folder);
+    auto scene = CSceneReader::ReadFile(model);
+    ASSERT_TRUE(scene.HasValue());
+    Lib3dsFile* file = scene.Value().File();
+    const CTexturesOfScene known(file, scene.Value().Textures());
+    EXPECT_TRUE(C3ds2Pov::Export(file, file_util_ex::ConvertFromUTF8W(folder / "a.pov"), {}, nullptr));
+    const std::string first = CTestFolder::TextOf(folder / "a.pov");
+    EXPECT_TRUE(C3ds2Pov::Export(file_util_ex::ConvertFromUTF8W(model),
+                                 file_util_ex::ConvertFromUTF8W(folder / "a.pov"), {}, nullptr));
+    EXPECT_EQ(CTestFolder::TextOf(folder / "a.pov"), first);
+    EXPECT_NE(first.find("image_map"), std::string::npos);
+}
+
+// A window repaints while work goes on elsewhere; what the flow is told comes to the window's own thread.
+TEST(C3ds2Pov, LongWorkOnAnotherThreadChangesNothing) {
+    const CTestFolder folder;
+    auto scene = CSceneReader::ReadFile(AddModel(folder));
+    ASSERT_TRUE(scene.HasValue());
+    Lib3dsFile* file = scene.Value().File();
+    const CTexturesOfScene known(file, scene.Value().Textures());
+    ASSERT_TRUE(C3ds2Pov::TryExport(file, folder / "a.pov", {}, nullptr).HasValue());
+    const std::string plain = CTestFolder::TextOf(folder / "a.pov");
+    CFlow flow;
+    ASSERT_TRUE(C3ds2Pov::TryExport(file, folder / "a.pov", {}, &flow).HasValue());
+    EXPECT_GE(flow.works, 5);  // preparing, the meshes, writing them, pictures, names
+    EXPECT_EQ(flow.elsewhere, 0);
+    EXPECT_EQ(CTestFolder::TextOf(folder / "a.pov"), plain);
+}
+
+TEST(C3ds2Pov, CommaLocaleChangesNothing) {
+    const CTestFolder folder;
+    const std::string model = AddModel(folder);
+    ASSERT_TRUE(C3ds2Pov::TryExport(model, folder / "a.pov", {}, nullptr).HasValue());
+    const std::string plain = CTestFolder::TextOf(folder / "a.pov");
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    (void)(std::setlocale(LC_ALL, "de_DE.UTF-8") || std::setlocale(LC_ALL, "fr_FR.UTF-8"));
+    EXPECT_TRUE(C3ds2Pov::TryExport(model, folder / "a.pov", {}, nullptr).HasValue());
+    std::setlocale(LC_ALL, before.c_str());
+    EXPECT_EQ(CTestFolder::TextOf(folder / "a.pov"), plain);
+}
+
+class C3ds2PovCancel : public testing::TestWithParam<int> {};
+
+// Whichever call of the flow ends the export, all is as before.
+TEST_P(C3ds2PovCancel, LeavesNothingBehind) {
+    const CTestFolder folder;
+    const std::string model = AddModel(folder);
+    folder.Add("out.pov", "old");
+    const std::size_t before = folder.Count();
+    CFlow flow(GetParam());
+    const CStatus status = C3ds2Pov::TryExport(model, folder / "out.pov", {}, &flow);
+    ASSERT_FALSE(status.HasValue());
+    EXPECT_NE(status.Error().message.find("enough"), std::string::npos);
+    EXPECT_EQ(flow.finished, 1);
+    EXPECT_EQ(folder.Count(), before);
+    EXPECT_EQ(CTestFolder::TextOf(folder / "out.pov"), "old");
+}
+INSTANTIATE_TEST_SUITE_P(C3ds2Pov, C3ds2PovCancel, testing::Values(1, 2, 3, 4, 5));
+
+struct CRefused {
+    const char* name;
+    const char* input;
+    const char* output;
+    EErrorCode code;
+};
+class C3ds2PovRefuses : public testing::TestWithParam<CRefused> {};
+
+TEST_P(C3ds2PovRefuses, EndsTheFlowAndTouchesNothing) {
+    const CTestFolder folder;
+    const std::string model = AddModel(folder);
+    folder.Add("broken.3ds", "no model");
+    const std::string before = CTestFolder::TextOf(model), picture = CTestFolder::TextOf(folder / "wood.png");
+    const std::size_t count = folder.Count();
+    CFlow flow;
+    const CStatus status =
+        C3ds2Pov::TryExport(folder / GetParam().input, folder / GetParam().output, {}, &flow);
+    ASSERT_FALSE(status.HasValue());
+    EXPECT_EQ(status.Error().code, GetParam().code) << status.Error().Text();
+    EXPECT_EQ(flow.finished, 1);
+    EXPECT_EQ(folder.Count(), count);
+    EXPECT_EQ(CTestFolder::TextOf(model), before);
+    EXPECT_EQ(CTestFolder::TextOf(folder / "wood.png"), picture);
+}
+INSTANTIATE_TEST_SUITE_P(
+    C3ds2Pov, C3ds2PovRefuses,
+    testing::Values(CRefused{"TheModelItself", "model.3ds", "./model.3ds", EErrorCode::BadArgument},
+                    CRefused{"APictureOfIt", "model.3ds", "wood.png", EErrorCode::BadArgument},
+                    CRefused{"NoModel", "broken.3ds", "a.pov", EErrorCode::BadFormat},
+                    CRefused{"MissingModel", "none.3ds", "a.pov", EErrorCode::NotFound},
+                    CRefused{"NoFolder", "model.3ds", "none/a.pov", EErrorCode::WriteFailed}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(C3ds2Pov, WithoutASceneTheFlowStillEnds) {
+    CFlow flow;
+    EXPECT_FALSE(C3ds2Pov::Export(static_cast<Lib3dsFile*>(nullptr), L"a.pov", {}, &flow));
+    EXPECT_EQ(flow.finished, 1);
+}
+
+}  // namespace

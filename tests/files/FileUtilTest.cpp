@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include "files/CTestFolder.h"
+#include "files/file_util_ex.h"
+#include "row_name.h"
+
+using namespace std::string_literals;
+namespace fs = std::filesystem;
+namespace fu = file_util_ex;
+
+struct CUtf8Case {
+    const char* name;
+    std::string bytes;
+    std::wstring text;
+};
+class Utf8Test : public testing::TestWithParam<CUtf8Case> {};
+
+TEST_P(Utf8Test, ReadsAsCharacters) {
+    EXPECT_EQ(fu::ConvertFromUTF8W(GetParam().bytes), GetParam().text);
+}
+
+const CUtf8Case kUtf8[] = {
+    {"EveryLength", "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", L"aé€\U0001F600"},
+    {"NulInside", "a\0b"s, L"a\0b"s},
+    {"LoneTail", "a\x80-", L"a\xFFFD-"},
+    {"CutShort", "\xE2\x82", L"\xFFFD\xFFFD"},
+    {"Overlong", "\xC0\xAF", L"\xFFFD\xFFFD"},
+    {"OverlongThree", "\xE0\x80\xAF", L"\xFFFD\xFFFD\xFFFD"},
+    {"Surrogate", "\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},
+    {"TooHigh", "\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD\xFFFD"},
+    {"HeadThenLetter", "\xE2-", L"\xFFFD-"},
+};
+INSTANTIATE_TEST_SUITE_P(ConvertFromUTF8W, Utf8Test, testing::ValuesIn(kUtf8), kRowName);
+
+TEST(FileUtilTest, WideTextBecomesUtf8WithNothingMalformed) {
+    EXPECT_EQ(fu::ConvertToUTF8(L"é€\U0001F600"), "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
+    const std::wstring pair = {wchar_t(0xD83D), wchar_t(0xDE00)};
+    EXPECT_EQ(fu::ConvertToUTF8(pair), "\xF0\x9F\x98\x80");
+    EXPECT_EQ(fu::ConvertToUTF8(pair.substr(0, 1) + L"x"), "\xEF\xBF\xBDx");
+    EXPECT_EQ(fu::ConvertToUTF8(std::wstring(1, wchar_t(0x110000))), "\xEF\xBF\xBD");
+}
+
+TEST(FileUtilTest, PathsFallIntoTheirParts) {
+    struct CPathCase {
+        std::string path, folder, name, ext, stem;
+    };
+    for (const CPathCase& c :
+         {CPathCase{"/m/a.b/Car.3DS", "/m/a.b", "Car.3DS", "3DS", "/m/a.b/Car"},
+          CPathCase{"/m/a.b/Car", "/m/a.b", "Car", "", "/m/a.b/Car"},
+          CPathCase{"a.tar.gz", "", "a.tar.gz", "gz", "a.tar"},
+          CPathCase{"/x/.profile", "/x", ".profile", "", "/x/.profile"},
+          CPathCase{"/x.3ds", "/", "x.3ds", "3ds", "/x"}, CPathCase{"x.", "", "x.", "", "x"},
+          CPathCase{"a//b.c", "a", "b.c", "c", "a//b"}}) {
+        EXPECT_EQ(fu::GetFilePath(c.path), c.folder);
+        EXPECT_EQ(fu::GetFileName(c.path), c.name);
+        EXPECT_EQ(fu::GetFileExt(c.path), c.ext);
+        EXPECT_EQ(fu::GetFileNameWithPath(c.path), c.stem);
+        EXPECT_EQ(fu::GetFileExt(fu::ConvertFromUTF8W(c.path)), fu::ConvertFromUTF8W(c.ext));
+        EXPECT_EQ(fu::SetFileExt(c.path, "3ds"), c.stem + ".3ds");
+    }
+}
+
+TEST(FileUtilTest, PathsAreJoinedAndResolved) {
+    EXPECT_EQ(fu::MakePath("/a/", "/b"), "/a/b");
+    EXPECT_EQ(fu::MakePath("/", "b"), "/b");
+    EXPECT_EQ(fu::MakePath("", "b"), "b");
+    EXPECT_EQ(fu::SetFileExt("a.x", ".y"), "a.y");
+    EXPECT_EQ(fu::SetFileExt(L"a.x", L""), L"a");
+    EXPECT_EQ(fu::MakeAbsolute("/a/b", "../c/./d"), "/a/c/d");
+    EXPECT_EQ(fu::MakeAbsolute(L"/a/b", L"/c"), L"/c");
+}
+
+TEST(FileUtilTest, ListsFilesByMaskInOrderAndFoldersApart) {
+    const CTestFolder folder;
+    folder.Add("b.3DS", "");
+    folder.Add("a.3ds", "");
+    folder.Add("c.obj", "");
+    folder.Add(".3ds", "");
+    ASSERT_TRUE(fu::Mkdir(folder / "sub.3ds/deep"));
+    std::vector<std::string> files = {"kept"};
+    const std::vector<std::string> masks = {"*.3ds"};
+    EXPECT_TRUE(fu::GetAllFiles(folder.Path(), files, masks));
+    EXPECT_EQ(files, (std::vector<std::string>{"kept", folder / "a.3ds", folder / "b.3DS"}));
+    std::vector<std::wstring> folders;
+    EXPECT_TRUE(fu::GetSubDirs(fu::ConvertFromUTF8W(folder.Path()), folders));
+    EXPECT_EQ(folders, std::vector<std::wstring>{fu::ConvertFromUTF8W(folder / "sub.3ds")});
+    EXPECT_FALSE(fu::GetAllFiles(folder / "none", files));
+}
+
+TEST(FileUtilTest, RmdirDeletesATreeButFollowsNoLinkAndTakesNoFile) {
+    const CTestFolder folder;
+    ASSERT_TRUE(fu::Mkdir(folder / "tree/deep"));
+    ASSERT_TRUE(fu::Mkdir(folder / "outside"));
+    const std::string kept = folder.Add("outside/kept.txt", "x");
+    fs::create_directory_symlink(folder / "outside", folder / "tree/deep/link");
+    fs::create_directory_symlink(folder / "outside", folder / "link");
+    EXPECT_FALSE(fu::Rmdir(folder / "link"));
+    EXPECT_FALSE(fu::Rmdir(kept));
+    EXPECT_FALSE(fu::Rmdir("/"));
+    EXPECT_FALSE(fu::Rmdir(""));
+    EXPECT_TRUE(fu::Rmdir(fu::ConvertFromUTF8W(folder / "tree")));
+    EXPECT_FALSE(fs::exists(folder / "tree"));
+    EXPECT_TRUE(fu::DoesFileExist(kept));
+    EXPECT_FALSE(fu::DoesFileExist(folder.Path()));
+    EXPECT_FALSE(fu::DeleteFileW(folder / "outside"));
+    EXPECT_TRUE(fu::DeleteFileW(kept));
+}

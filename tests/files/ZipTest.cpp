@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include "files/CTestFolder.h"
+#include "files/CZipReader.h"
+#include "files/file_util_ex.h"
+#include "files/zip_file_util.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+using CBytes = std::vector<std::byte>;
+
+CBytes BytesOf(std::string_view text) {
+    const auto bytes = std::as_bytes(std::span(text));
+    return {bytes.begin(), bytes.end()};
+}
+
+// A little-endian number of so many bytes.
+std::string Le(std::uint64_t value, int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i, value >>= 8) text += static_cast<char>(value & 0xFF);
+    return text;
+}
+
+// One stored file of an archive that nobody's packer would write.
+struct CStored {
+    std::string name;
+    std::string data = "data";
+    std::uint32_t crc = 0xADF3F363;  // of "data"
+    std::uint32_t size = 4;
+    std::uint16_t flags = 0;
+    std::uint16_t method = 0;
+};
+
+CBytes Archive(const std::vector<CStored>& files) {
+    std::string body, directory;
+    for (const CStored& f : files) {
+        const std::string common = Le(20, 2) + Le(f.flags, 2) + Le(f.method, 2) + Le(0, 4) + Le(f.crc, 4) +
+                                   Le(f.data.size(), 4) + Le(f.size, 4) + Le(f.name.size(), 2) + Le(0, 2);
+        directory += "PK\x01\x02" + Le(20, 2) + common + Le(0, 10) + Le(body.size(), 4) + f.name;
+        body += "PK\x03\x04" + common + f.name + f.data;
+    }
+    const std::string count = Le(files.size(), 2);
+    return BytesOf(body + directory + "PK\x05\x06" + Le(0, 4) + count + count + Le(directory.size(), 4) +
+                   Le(body.size(), 4) + Le(0, 2));
+}
+
+EErrorCode ReadError(const CStored& file, std::uint64_t maxBytes = 1000) {
+    auto reader = CZipReader::Open(Archive({file}));
+    EXPECT_TRUE(reader);
+    if (!reader || reader.Value().Entries().size() != 1) return EErrorCode::BadArgument;
+    const auto bytes = reader.Value().Read(reader.Value().Entries()[0], maxBytes);
+    EXPECT_FALSE(bytes);
+    return bytes ? EErrorCode::BadArgument : bytes.Error().code;
+}
+
+}  // namespace
+
+TEST(ZipTest, WhatIsPackedIsReadBack) {
+    const CTestFolder folder;
+    const std::string big(3 << 20, 'b');
+    ASSERT_TRUE(file_util_ex::Mkdir(folder / "sub"));
+    const std::vector<std::string> files = {folder.Add("model.3ds", big),
+                                            folder.Add("sub/t\xC3\xA9x.jpg", "jpeg"), folder / "model.3ds"};
+    ASSERT_TRUE(zip_file_util::CreateZip(folder / "a.zip", files));
+    EXPECT_LT(std::filesystem::file_size(folder / "a.zip"), 20000U);
+    auto reader = CZipReader::OpenFile(folder / "a.zip");
+    ASSERT_TRUE(reader) << reader.Error().Text();
+    const std::vector<CZipEntry> entries = reader.Value().Entries();
+    ASSERT_EQ(entries.size(), 2U);
+    EXPECT_EQ(entries[0].name, "model.3ds");
+    EXPECT_EQ(entries[1].name, "t\xC3\xA9x.jpg");
+    EXPECT_EQ(entries[0].size, big.size());
+    CZipReader moved = std::move(reader).Value();
+    EXPECT_TRUE(CTestFolder::TextOf(moved.Read(entries[0]).Value()) == big);
+    EXPECT_EQ(CTestFolder::TextOf(moved.Read(entries[1], 4).Value()), "jpeg");
+    EXPECT_EQ(moved.Read(entries[1], 3).Error().code, EErrorCode::TooLarge);
+}
+
+TEST(ZipTest, AFailedPackingLeavesTheOldArchive) {
+    const CTestFolder folder;
+    const std::string target = folder.Add("a.zip", "old");
+    ASSERT_TRUE(file_util_ex::Mkdir(folder / "sub"));
+    const std::string one = folder.Add("one", "1"), other = folder.Add("sub/one", "2");
+    using CList = std::vector<std::string>;
+    for (const CList& files :
+         {CList{}, CList{one, folder / "missing"}, CList{one, other}, CList{folder.Path()}}) {
+        EXPECT_FALSE(zip_file_util::CreateZip(target, files));
+        EXPECT_EQ(CTestFolder::TextOf(target), "old");
+    }
+    EXPECT_FALSE(zip_file_util::CreateZip(folder / "none/a.zip", std::vector{one}));
+}
+
+TEST(ZipTest, ListsOnlyNamesThatStayInTheirFolder) {
+    const std::vector<std::string> names = {"a/b.3ds",    "a\\c.jpg",    "./d.3ds",     "/abs.3ds",
+                                            "..\\up.3ds", "a/../up.3ds", "C:\\x.3ds",   "folder/",
+                                            "..",         "e//f.3ds",    "\\\\host\\x", "."};
+    std::vector<CStored> files;
+    for (const std::string& name : names) files.push_back({.name = name});
+    const auto reader = CZipReader::Open(Archive(files));
+    ASSERT_TRUE(reader);
+    std::vector<std::string> listed;
+    for (const CZipEntry& entry : reader.Value().Entries()) listed.push_back(entry.name);
+    EXPECT_EQ(listed, (std::vector<std::string>{"a/b.3ds", "a/c.jpg", "d.3ds", "e/f.3ds"}));
+}
+
+TEST(ZipTest, SaysWhyAnEntryIsNotRead) {
+    EXPECT_EQ(ReadError({.name = "a", .crc = 1}), EErrorCode::BadFormat);
+    EXPECT_EQ(ReadError({.name = "a", .size = 5}), EErrorCode::BadFormat);
+    EXPECT_EQ(ReadError({.name = "a", .size = 0xFFFFFFF0}), EErrorCode::TooLarge);
+    EXPECT_EQ(ReadError({.name = "a", .flags = 1}), EErrorCode::Unsupported);
+    EXPECT_EQ(ReadError({.name = "a", .method = 97}), EErrorCode::Unsupported);
+    EXPECT_EQ(ReadError({.name = "a", .method = 8}), EErrorCode::BadFormat);
+    EXPECT_EQ(ReadError({.name = "a"}, 3), EErrorCode::TooLarge);
+}
+
+TEST(ZipTest, RefusesArchivesThatClaimTooManyEntries) {
+    std::vector<CStored> files(CZipReader::kMaxEntries, {.name = "a"});
+    for (std::size_t i = 0; i < files.size(); ++i) files[i].name = std::to_string(i);
+    EXPECT_TRUE(CZipReader::Open(Archive(files)));
+    files.push_back({.name = "one more"});
+    EXPECT_EQ(CZipReader::Open(Archive(files)).Error().code, EErrorCode::TooLarge);
+}
+
+TEST(ZipTest, StopsAtARatioThatNoModelHas) {
+    const CTestFolder folder;
+    const std::string bomb = folder.Add("bomb", std::string(64 << 20, '\0'));
+    ASSERT_TRUE(zip_file_util::CreateZip(folder / "a.zip", std::vector{bomb}));
+    auto reader = CZipReader::OpenFile(folder / "a.zip");
+    ASSERT_TRUE(reader);
+    EXPECT_EQ(reader.Value().Read(reader.Value().Entries()[0]).Error().code, EErrorCode::TooLarge);
+}
+
+TEST(ZipTest, EveryPrefixAndEveryChangedByteHasAClearOutcome) {
+    const CBytes whole = Archive({{.name = "a.3ds"}, {.name = "b/c.jpg"}});
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        EXPECT_FALSE(CZipReader::Open(CBytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(i))));
+        CBytes changed = whole;
+        changed[i] ^= std::byte{0xFF};
+        auto reader = CZipReader::Open(std::move(changed));
+        if (!reader) continue;
+        for (const CZipEntry& entry : reader.Value().Entries()) {
+            const auto bytes = reader.Value().Read(entry);
+            EXPECT_TRUE(!bytes || CTestFolder::TextOf(bytes.Value()) == "data");
+        }
+    }
+}

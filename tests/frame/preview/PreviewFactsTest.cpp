@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <string>
+
+#include "base/text/lng.h"
+#include "files/CTestFolder.h"
+#include "frame/preview/preview_facts.h"
+
+using namespace preview_facts;
+
+namespace {
+
+TEST(PreviewFactsTest, OnlyRegularFilesAreDrawn) {
+    const CTestFolder folder;
+    const std::string model = folder.Add("\u6A21\u578B.3DS", "12345");
+    ASSERT_EQ(::mkfifo((folder / "pipe.3ds").c_str(), 0600), 0);
+    EXPECT_FALSE(RequestFor(folder / "pipe.3ds", {})) << "opening a pipe would wait for ever";
+    EXPECT_FALSE(RequestFor(folder.Path(), {}));
+    EXPECT_FALSE(RequestFor(folder / "missing.3ds", {}));
+    EXPECT_FALSE(RequestFor("", {}));
+    const auto request = RequestFor(model, {512, {1, 2, 3}});
+    ASSERT_TRUE(request);
+    EXPECT_EQ(request->modelPath, model);
+    EXPECT_EQ(request->bytes, 5u);
+    EXPECT_EQ(request->sidePx, 512);
+    EXPECT_NE(*request, *RequestFor(model, {256, {1, 2, 3}}));
+    EXPECT_NE(*request, *RequestFor(model, {512, {1, 2, 4}}));
+    folder.Add("\u6A21\u578B.3DS", "123456");
+    EXPECT_NE(*request, *RequestFor(model, {512, {1, 2, 3}})) << "a file that has changed";
+}
+
+TEST(PreviewFactsTest, ScriptsStandForTheirModel) {
+    const CTestFolder folder;
+    const std::string model = folder.Add("box.3ds", "1");
+    const auto modelOf = [&](const char* name, const std::string& text) {
+        const auto request = RequestFor(folder.Add(name, text), {});
+        return request ? request->modelPath : "no request";
+    };
+    EXPECT_EQ(modelOf("a.orv", "[Model]\nPath=" + model + "\n"), model);
+    EXPECT_EQ(modelOf("b.ORV", "[Model]\nPath=box.3ds\n"), model);
+    EXPECT_EQ(modelOf("c.orv", "[Model]\nPath=missing.3ds\n"), "");
+    EXPECT_EQ(modelOf("d.orv", "[Other]\nPath=box.3ds\n"), "");
+    EXPECT_EQ(modelOf("e.orv", std::string(2 << 20, ';')), "") << "too large for a script";
+}
+
+struct COutcomeRow {
+    const char* name;
+    int exitCode;
+    const char* output;
+    const char* errors;
+    const char* png;
+    const wchar_t* problem;
+    int triangles;
+    int objects;
+};
+
+void PrintTo(const COutcomeRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class PreviewOutcomeTest : public testing::TestWithParam<COutcomeRow> {};
+
+TEST_P(PreviewOutcomeTest, GivesResult) {
+    const COutcomeRow& row = GetParam();
+    const CTestFolder folder;
+    CPreviewRequest request;
+    request.modelPath = "/m: n/a.3ds";
+    if (*row.png) folder.Add("a.png", row.png);
+    const CPreviewResult result = ResultOf(request, {row.exitCode, row.output, row.errors, folder / "a.png"});
+    EXPECT_EQ(result.problem, row.problem);
+    EXPECT_EQ(result.png.empty(), !result.problem.empty());
+    EXPECT_EQ(result.triangles, row.triangles);
+    EXPECT_EQ(result.objects, row.objects);
+}
+
+constexpr wchar_t kPlainProblem[] = L"No preview can be drawn of this file.";
+const COutcomeRow kOutcomes[] = {
+    {"Drawn", 0, R"({"triangles":12,"nodes":2})", "", "png", L"", 12, 2},
+    {"Odd", 0, R"({"triangles":-3,"nodes":"x"})", "a warning", "png", L"", -1, -1},
+    {"NoObject", 0, "[1,2]", "", "png", L"", -1, -1},
+    {"CutOff", 0, R"({"triangles":12,)", "", "png", L"", -1, -1},
+    {"Empty", 0, R"({"triangles":0,"nodes":1})", "", "png", L"There is nothing to see in this file.", 0, 1},
+    {"NoPicture", 0, "{}", "", "", kPlainProblem, -1, -1},
+    {"Broken", 2, "", "orbivue-render: /m: n/a.3ds: Too \xFFshort\nmore", "png", L"Too \uFFFDshort", -1, -1},
+    {"OtherPlace", 2, "", "orbivue-render: /tmp/x: No", "", L"/tmp/x: No", -1, -1},
+    {"Crashed", -1, "{}", "", "png", kPlainProblem, -1, -1},
+};
+INSTANTIATE_TEST_SUITE_P(Rows, PreviewOutcomeTest, testing::ValuesIn(kOutcomes),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(PreviewFactsTest, TextsArePlain) {
+    EXPECT_EQ(SizeText(0), L"0 bytes");
+    EXPECT_EQ(SizeText(999), L"999 bytes");
+    EXPECT_EQ(SizeText(1000), L"1.0 kB");
+    EXPECT_EQ(SizeText(999'949), L"999.9 kB");
+    EXPECT_EQ(SizeText(999'999), L"1.0 MB");
+    EXPECT_EQ(SizeText(~0ULL), L"18446744.1 TB");
+    EXPECT_EQ(lng::Number(999), L"999");
+    EXPECT_EQ(lng::Number(1'000), L"1,000");
+    EXPECT_EQ(lng::Number(1'234'567), L"1,234,567");
+    EXPECT_EQ(ResultOf({}, {2, "", std::string(100'000, 'x'), ""}).problem.size(), 301u) << "no wall of text";
+}
+
+}  // namespace

@@ -1,0 +1,299 @@
+// SPDX-License-Identifier: MIT
+#include "model/prepare/prepare_scene.h"
+
+#include <gtest/gtest.h>
+
+#include <numbers>
+#include <vector>
+
+#include "model/prepare/facing.h"
+#include "model/read_3ds/CReadScene.h"
+#include "row_name.h"
+
+namespace {
+void ExpectNear(CVec3 actual, CVec3 expected, float tolerance = 1e-4f) {
+    EXPECT_LT(Length(actual - expected), tolerance)
+        << actual.x << " " << actual.y << " " << actual.z << " is not " << expected.x << " " << expected.y
+        << " " << expected.z;
+}
+
+CVec3 DrawnPoint(const CPreparedScene& prepared, std::size_t node, std::size_t vertex) {
+    const CPreparedNode& n = prepared.nodes[node];
+    return n.meshToWorld.TransformPoint(
+        prepared.meshes[static_cast<std::size_t>(n.mesh)].vertices[vertex].Position());
+}
+
+CBytes SmoothCube(const std::vector<std::uint32_t>& masks) {
+    CBytes list;
+    for (const std::uint32_t mask : masks) Put(list, mask);
+    return Scene(Mesh("Cube", CubePoints() + CubeFaces(Chunk(0x4150, list))));
+}
+
+struct CSmoothing {
+    const char* name;
+    std::vector<std::uint32_t> masks;  ///< of the 12 triangles: bottom, top, front, back, left, right
+    std::size_t vertices;
+};
+class SmoothingGroups : public testing::TestWithParam<CSmoothing> {};
+
+TEST_P(SmoothingGroups, SplitVertices) {
+    const CReadScene cube(SmoothCube(GetParam().masks));
+    EXPECT_EQ(cube.prepared.meshes[0].vertices.size(), GetParam().vertices);
+    for (const CPreparedVertex& vertex : cube.prepared.meshes[0].vertices)
+        EXPECT_NEAR(Length(vertex.Normal()), 1, 1e-3f);
+}
+
+const CSmoothing kSmoothings[] = {{"None", {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, 24},
+                                  {"OneForAll", {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}, 8},
+                                  {"OneForEachSide", {1, 1, 2, 2, 4, 4, 8, 8, 16, 16, 32, 32}, 24},
+                                  {"TopAloneRestTogether", {1, 1, 2, 2, 1, 1, 1, 1, 1, 1, 1, 1}, 12},
+                                  {"EqualUnionsShareAVertex", {3, 3, 3, 3, 1, 1, 1, 1, 3, 3, 1, 1}, 8}};
+INSTANTIATE_TEST_SUITE_P(PrepareScene, SmoothingGroups, testing::ValuesIn(kSmoothings), kRowName);
+
+TEST(PrepareScene, ManyBoxesShowHalfTheirSurface) {
+    CPreparedScene scene = CReadScene(SmoothCube({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0})).prepared;
+    const CPreparedNode box = scene.nodes.at(0);
+    scene.nodes.assign(10'000, box);
+    scene.triangleCount = 12 * scene.nodes.size();
+    EXPECT_NEAR(FrontShare(scene, {1, -1, 1}), 0.5f, 0.05f);
+}
+
+/** The normal of the first of three faces that meet in an edge, at that edge. */
+CVec3 FirstNormalOfSheet(std::initializer_list<std::uint32_t> masks) {
+    const CReadScene sheet(Scene(Mesh("Sheet", Points({0, 0, 0, 0, 0, 1, -1, 1, 0, -1, 0, 0, -1, -1, 0}) +
+                                                   Faces({0, 1, 2, 0, 1, 3, 0, 1, 4}, Smoothing(masks)))));
+    const CPreparedMesh& mesh = sheet.prepared.meshes[0];
+    return mesh.vertices[mesh.Index(0)].Normal();
+}
+
+TEST(PrepareScene, SmoothingIsNotPassedOn) {
+    // The middle face shares with both others, which do not share with each other.
+    EXPECT_EQ(FirstNormalOfSheet({1, 3, 2}), FirstNormalOfSheet({1, 1, 0}));
+    EXPECT_NE(FirstNormalOfSheet({1, 3, 2}), FirstNormalOfSheet({1, 1, 1}));
+}
+
+TEST(PrepareScene, FanOfManyFacesKeepsItsNormal) {
+    constexpr std::uint16_t kFaces = 5000;
+    CBytes points = Words({kFaces + 1}) + Floats({0, 0, 1});
+    CBytes faces = Words({kFaces}), masks;
+    for (std::uint16_t i = 0; i < kFaces; ++i) {
+        const float angle = 2 * std::numbers::pi_v<float> * static_cast<float>(i) / kFaces;
+        points = std::move(points) + Floats({std::cos(angle), std::sin(angle), 0});
+        faces = std::move(faces) + Words({0, static_cast<std::uint16_t>(i + 1),
+                                          static_cast<std::uint16_t>((i + 1) % kFaces + 1), 7});
+        Put(masks, std::uint32_t{1} << (i % 32));
+    }
+    const CReadScene fan(
+        Scene(Mesh("Fan", Chunk(0x4110, points) + Chunk(0x4120, faces + Chunk(0x4150, masks)))));
+    const CPreparedMesh& mesh = fan.prepared.meshes[0];
+    ExpectNear(mesh.vertices[mesh.Index(0)].Normal(), {0, 0, 1}, 0.01f);
+}
+
+TEST(PrepareScene, FaceOnTheSeamOfAWrappedMapGoesOn) {
+    const CBytes texels = Chunk(0x4140, Words({3}) + Floats({0.9f, 0, 0.1f, 0, 0.9f, 1}));
+    const CBytes mesh = Points({0, 0, 0, 1, 0, 0, 0, 1, 0}) + texels +
+                        Chunk(0x4120, Words({1, 0, 1, 2, 7 | 8}) + Chunk(0x4130, Text("M") + Words({1, 0})));
+    const CReadScene seam(
+        Scene(Material("M", Chunk(0xA200, Chunk(0xA300, Text("X.PNG")))) + Mesh("Seam", mesh)));
+    const CPreparedMesh& prepared = seam.prepared.meshes[0];
+    ASSERT_EQ(prepared.texCoords.size(), 3u);
+    EXPECT_FLOAT_EQ(prepared.texCoords[prepared.Index(1)].x, 1.1f);
+    EXPECT_FLOAT_EQ(prepared.texCoords[prepared.Index(0)].x, 0.9f);
+}
+
+/** Two faces that meet at an edge whose two points are repeated; folded flat they would be front and back. */
+CPreparedMesh FacesAtASeam(bool withMap, bool backToBack) {
+    const float x = backToBack ? 1.0f : -1.0f, z = backToBack ? 0.0f : 1.0f;
+    const CBytes points = Points({0, 0, 0, 0, 1, 0, 1, 0, 0, 0, 0, 0, 0, 1, 0, x, 0, z});
+    const CBytes texels = Chunk(0x4140, Words({6}) + Floats({0, 0, 0, 1, 1, 0, 0.5f, 0, 0.5f, 1, 0.7f, 0}));
+    const CBytes faces = Faces({0, 2, 1, 3, 4, 5}, Smoothing({1, 1}));
+    return CReadScene(Scene(Mesh("Seam", points + (withMap ? texels : CBytes{}) + faces))).prepared.meshes[0];
+}
+
+TEST(PrepareScene, SeamOfAMapStaysSmooth) {
+    const auto normals = [](const CPreparedMesh& mesh) {
+        return std::pair{mesh.vertices[mesh.Index(0)].Normal(), mesh.vertices[mesh.Index(3)].Normal()};
+    };
+    const auto [left, right] = normals(FacesAtASeam(true, false));
+    ExpectNear(left, right);
+    const auto [hardLeft, hardRight] = normals(FacesAtASeam(false, false));
+    EXPECT_LT(Dot(hardLeft, hardRight), 0.9f) << "without a map the points are repeated on purpose";
+    const auto [front, back] = normals(FacesAtASeam(true, true));
+    ExpectNear(front, {0, 0, 1});
+    ExpectNear(back, {0, 0, -1});
+}
+
+TEST(PrepareScene, FacesAreBatchedByMaterialAndNoneIsLost) {
+    const CBytes groups =
+        Chunk(0x4130, Text("B") + Words({2, 0, 4})) + Chunk(0x4130, Text("A") + Words({1, 7}));
+    const CReadScene cube(
+        Scene(Material("A") + Material("B") + Mesh("Cube", CubePoints() + CubeFaces(groups))));
+    const CPreparedMesh& mesh = cube.prepared.meshes[0];
+    std::vector<std::uint32_t> triangles(3);
+    std::uint32_t next = 0;
+    for (const CPreparedBatch& batch : mesh.batches) {
+        EXPECT_EQ(batch.firstIndex, next);
+        next += batch.indexCount;
+        triangles[batch.material] = batch.indexCount / 3;
+    }
+    EXPECT_EQ(triangles, (std::vector<std::uint32_t>{1, 2, 9}));
+    EXPECT_EQ(next, mesh.IndexCount());
+}
+
+TEST(PrepareScene, MeshWithoutKeysIsDrawnWhereTheFileHasIt) {
+    const CBytes moved = Matrix({0, 1, 0, -1, 0, 0, 0, 0, 1, 10, 0, 0}),
+                 mirrored = Matrix({-1, 0, 0, 0, 1, 0, 0, 0, 1, 4, 0, 0});
+    for (const CBytes& matrix : {moved, mirrored}) {
+        for (const CBytes& keyframer : {CBytes{}, Keyframer(ObjectNode(0, "$$$DUMMY", 65535)),
+                                        Keyframer(ObjectNode(0, "Cube", 65535))}) {
+            const CReadScene cube(Scene(Mesh("Cube", CubePoints() + CubeFaces() + matrix), keyframer));
+            ExpectNear(DrawnPoint(cube.prepared, cube.prepared.nodes.size() - 1, 0), {-1, -1, -1});
+            EXPECT_FALSE(cube.prepared.nodes.back().mirrored);
+        }
+    }
+}
+
+TEST(PrepareScene, HierarchyAndPivotPlaceInstances) {
+    const CBytes quarterTurn = Track(0xB021, 1, Key(0, {std::numbers::pi_v<float> / 2, 0, 0, 1}));
+    const CBytes nodes =
+        ObjectNode(0, "$$$DUMMY", 65535, AtPosition(100, 0, 0)) +
+        ObjectNode(1, "Cube", 0, Chunk(0xB013, Floats({1, 0, 0})) + AtPosition(0, 50, 0) + quarterTurn) +
+        ObjectNode(2, "Cube", 1, Chunk(0xB011, Text("copy")) + AtPosition(0, 0, 7));
+    const CReadScene scene(Scene(Cube(), Keyframer(nodes)));
+    ASSERT_EQ(scene.prepared.nodes.size(), 3u);
+    EXPECT_EQ(scene.prepared.nodes[2].name, "Cube.copy");
+    EXPECT_EQ(scene.prepared.nodes[1].mesh, scene.prepared.nodes[2].mesh);
+    // Corner (-1,-1,-1): less the pivot (-2,-1,-1). lib3ds turns by the negative angle about z: (-1, 2, -1).
+    const CVec3 drawn = DrawnPoint(scene.prepared, 1, 0);
+    EXPECT_NEAR(drawn.z, -1, 1e-4f);
+    EXPECT_NEAR(Length(drawn - CVec3{100, 50, 0}), std::sqrt(6.0f), 1e-4f);
+    ExpectNear(drawn, {99, 52, -1});
+    EXPECT_EQ(scene.prepared.triangleCount, 24u);
+}
+
+/** The mesh matrix mirrors in x about x = 4; keys that mirror too and keys that do not must give
+ * the same picture. */
+TEST(PrepareScene, MirroredMeshStandsWhereItsPointsAre) {
+    for (const float nodeScaleX : {-1.0f, 1.0f}) {
+        const CBytes node =
+            ObjectNode(0, "Cube", 65535, AtPosition(4, 0, 0) + Track(0xB022, 1, Key(0, {nodeScaleX, 1, 1})));
+        const CReadScene cube(
+            Scene(Mesh("Cube", CubePoints() + CubeFaces() + Matrix({-1, 0, 0, 0, 1, 0, 0, 0, 1, 4, 0, 0})),
+                  Keyframer(node)));
+        ExpectNear(DrawnPoint(cube.prepared, 0, 0), {-1, -1, -1});
+        EXPECT_FALSE(cube.prepared.nodes[0].mirrored);
+    }
+}
+
+/** A mesh of one triangle in the plane z = 0 that faces up or down. */
+CBytes Triangle(std::string_view name, bool up, float x = 0) {
+    return Mesh(name, Points({x, 0, 0, x + 1, 0, 0, x, 1, 0}) + (up ? Faces({0, 1, 2}) : Faces({0, 2, 1})));
+}
+
+TEST(PrepareScene, SceneThatFacesAwayIsShownFromBothSides) {
+    const auto bothSides = [](const CBytes& meshes) {
+        return CReadScene(Scene(meshes)).prepared.materials.back().twoSided;
+    };
+    EXPECT_TRUE(bothSides(Triangle("Down", false)));
+    EXPECT_FALSE(bothSides(Triangle("Up", true)));
+    EXPECT_FALSE(bothSides(Triangle("Down", false) + Triangle("Up", true, 3))) << "something is seen already";
+    EXPECT_FALSE(bothSides(Cube()));
+}
+
+TEST(PrepareScene, PointsThatStandInPlaceAreNotMovedAgainByKeys) {
+    const auto node = [](std::uint16_t id, const char* name, float x) {
+        return ObjectNode(id, name, 65535, AtPosition(x, 0, 0) + Track(0xB022, 1, Key(0, {1, 1, 1})));
+    };
+    const CReadScene twice(Scene(Triangle("A", true, 40) + Triangle("B", true, -40),
+                                 Keyframer(node(0, "A", 40.5f) + node(1, "B", -39.5f))));
+    ExpectNear(DrawnPoint(twice.prepared, 0, 0), {40, 0, 0});
+    ExpectNear(DrawnPoint(twice.prepared, 1, 0), {-40, 0, 0});
+
+    const CReadScene local(
+        Scene(Triangle("A", true) + Triangle("B", true), Keyframer(node(0, "A", 40) + node(1, "B", -40))));
+    ExpectNear(DrawnPoint(local.prepared, 0, 0), {40, 0, 0});
+    ExpectNear(DrawnPoint(local.prepared, 1, 0), {-40, 0, 0});
+}
+
+TEST(PrepareScene, BlackMaterialWithoutItsPictureIsGrey) {
+    const CBytes black = Chunk(0xA010, Chunk(0x0011, Values<std::uint8_t>({0, 0, 0}))) +
+                         Chunk(0xA020, Chunk(0x0011, Values<std::uint8_t>({0, 0, 0})));
+    const CBytes map = Chunk(0xA200, Chunk(0xA300, Text("GONE.JPG")));
+    const CReadScene scene(Scene(Material("Covered", black + map) + Material("Plain", black) + Cube()));
+    EXPECT_GT(scene.prepared.materials[0].diffuse.x, 0.5f);
+    EXPECT_EQ(scene.prepared.materials[1].diffuse.x, 0.0f);
+}
+
+TEST(PrepareScene, SameNamedMeshesEachHaveTheirNode) {
+    const CBytes nodes =
+        ObjectNode(0, "Cube", 65535, AtPosition(0, 0, 0)) + ObjectNode(1, "Cube", 65535, AtPosition(9, 0, 0));
+    const CReadScene scene(Scene(Cube() + Cube(), Keyframer(nodes)));
+    ASSERT_EQ(scene.prepared.nodes.size(), 2u);
+    EXPECT_NE(scene.prepared.nodes[0].mesh, scene.prepared.nodes[1].mesh);
+    EXPECT_NE(scene.prepared.nodes[0].name, scene.prepared.nodes[1].name);
+}
+
+TEST(EvaluateNodes, TwoFullTurnsBetweenTwoKeysAreTurned) {
+    const float turns = 4 * std::numbers::pi_v<float>;
+    const CBytes node =
+        ObjectNode(0, "Cube", 65535, Track(0xB021, 2, Key(0, {0, 0, 0, 1}) + Key(80, {turns, 0, 0, 1})));
+    CReadScene cube(Scene(Cube(), Keyframer(node)));
+    EXPECT_TRUE(cube.prepared.animated);
+    const CVec3 start = DrawnPoint(cube.prepared, 0, 0);
+    ExpectNear(DrawnPoint(cube.At(20), 0, 0), {-start.x, -start.y, start.z}, 1e-3f);  // half a turn
+    ExpectNear(DrawnPoint(cube.At(80), 0, 0), start, 1e-3f);
+}
+
+TEST(EvaluateNodes, HideTrackSwitchesAtItsKeys) {
+    const CBytes keys = Dwords({10}) + Words({0}) + Dwords({20}) + Words({0});
+    CReadScene cube(
+        Scene(Cube() + Cube("Other"),
+              Keyframer(ObjectNode(0, "Cube", 65535, AtPosition(0, 0, 0) + Track(0xB029, 2, keys)))));
+    for (const auto& [frame, visible] : {std::pair{0.f, true}, {10.f, false}, {19.f, false}, {20.f, true}}) {
+        EXPECT_EQ(cube.At(frame).nodes[0].visible, visible) << frame;
+    }
+}
+
+TEST(EvaluateNodes, CamerasAndLightsFollowTheirNodes) {
+    const auto node = [](std::uint16_t chunk, std::uint16_t id, const char* name, const CBytes& tracks) {
+        return Chunk(chunk, NodeId(id) + NodeHeader(name, 65535) + tracks);
+    };
+    const auto moving = [](float x) { return Track(0xB020, 2, Key(0, {0, 0, 0}) + Key(10, {x, 0, 0})); };
+    const auto changing = [](std::uint16_t track, float to) {
+        return Track(track, 2, Key(0, {10}) + Key(10, {to}));
+    };
+    CReadScene read(Scene(
+        Chunk(0x4000, Text("Cam") + Chunk(0x4700, Floats({5, 5, 5, 0, 0, 0, 0, 45}))) +
+            Chunk(0x4000,
+                  Text("Spot") + Chunk(0x4600, Floats({5, 5, 5}) + Chunk(0x4610, Floats({0, 0, 0, 30, 40})))),
+        Keyframer(node(0xB003, 0, "Cam", moving(1) + changing(0xB023, 60) + changing(0xB024, 90)) +
+                  node(0xB004, 1, "Cam", moving(2)) +
+                  node(0xB007, 2, "Spot", moving(3) + changing(0xB027, 50) + changing(0xB028, 20)) +
+                  node(0xB006, 3, "Spot", moving(4)))));
+    const CPreparedScene& now = read.At(10);
+    ExpectNear(now.cameras[0].position, {1, 0, 0});
+    ExpectNear(now.cameras[0].target, {2, 0, 0});
+    EXPECT_FLOAT_EQ(now.cameras[0].fovDeg, 60);
+    EXPECT_FLOAT_EQ(now.cameras[0].rollDeg, 90);
+    ExpectNear(now.lights[0].position, {3, 0, 0});
+    ExpectNear(now.lights[0].target, {4, 0, 0});
+    EXPECT_FLOAT_EQ(now.lights[0].hotspotDeg, 50);
+    EXPECT_FLOAT_EQ(now.lights[0].falloffDeg, 50) << "never below the hotspot";
+}
+
+TEST(PrepareScene, DoesNotDependOnTheNumberOfThreads) {
+    CBytes meshes;
+    for (int i = 0; i < 40; ++i)
+        meshes = meshes + Mesh("M" + std::to_string(i), CubePoints() + CubeFaces(Smoothing({1, 1, 2, 2, 3})));
+    CReadScene scene(Scene(meshes));
+    const CPreparedScene one = PrepareScene(scene.scene, {.threads = 1}),
+                         many = PrepareScene(scene.scene, {.threads = 7});
+    ASSERT_EQ(one.meshes.size(), many.meshes.size());
+    for (std::size_t i = 0; i < one.meshes.size(); ++i) {
+        const auto &a = one.meshes[i].vertices, &b = many.meshes[i].vertices;
+        ASSERT_EQ(a.size(), b.size());
+        EXPECT_EQ(0, std::memcmp(a.data(), b.data(), a.size() * sizeof(a[0])));
+        EXPECT_EQ(one.meshes[i].indices16, many.meshes[i].indices16);
+    }
+}
+}  // namespace

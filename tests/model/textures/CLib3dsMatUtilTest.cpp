@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "model/textures/CLib3dsMatUtil.h"
+
+#include <gtest/gtest.h>
+#include <lib3ds/file.h>
+#include <lib3ds/material.h>
+
+#include <cstring>
+
+#include "files/CTestFolder.h"
+#include "model/scene/CScene.h"
+
+namespace {
+
+CLib3dsFilePtr SceneWithMaps() {
+    CLib3dsFilePtr file(lib3ds_file_new());
+    for (const char* name : {"one", "two"}) {
+        Lib3dsMaterial* material = lib3ds_material_new();
+        std::strcpy(material->name, name);
+        std::strcpy(material->texture1_map.name, "SKIN.JPG");
+        lib3ds_file_insert_material(file.get(), material);
+    }
+    std::strcpy(file->materials->bump_mask.name, "skin.jpg");
+    std::strcpy(file->materials->reflection_map.name, "C:\\MAPS\\SKY.RGB");
+    std::strcpy(file->materials->opacity_map.name, "gone.tga");
+    return file;
+}
+
+TEST(CLib3dsMatUtil, GetsEachPictureOnceFromDisk) {
+    const CTestFolder folder;
+    (void)folder.Add("skin.jpg", "skin bytes");
+    std::filesystem::create_directory(folder / "textures");
+    (void)folder.Add("textures/sky.tga", "sky bytes");
+    const CLib3dsFilePtr file = SceneWithMaps();
+    CImageDataTextVec textures;
+    CLib3dsMatUtil::GetMatTextures(file.get(), textures, CTextureLocator::BesideModel(folder / "a.3ds"));
+    ASSERT_EQ(textures.size(), 2u);
+    EXPECT_EQ(textures[0].name, "SKIN.JPG");
+    EXPECT_EQ(CTestFolder::TextOf(textures[0].data), "skin bytes");
+    EXPECT_EQ(textures[1].name, "SKY.tga");
+    EXPECT_EQ(CTestFolder::TextOf(textures[1].data), "sky bytes");
+}
+
+TEST(CLib3dsMatUtil, KnowsTheSceneAsLongAsSomebodyHoldsItsTextures) {
+    const CLib3dsFilePtr file = SceneWithMaps();
+    const auto count = [&] {
+        CImageDataTextVec textures;
+        CLib3dsMatUtil::GetMatTextures(file.get(), textures);
+        return textures.size();
+    };
+    const CTextureLocator one = CTextureLocator::InMemory({{"skin.jpg", {std::byte{1}}}});
+    const CTextureLocator none = CTextureLocator::InMemory({});
+    EXPECT_EQ(count(), 0u);
+    {
+        CTexturesOfScene first(file.get(), one);
+        CTexturesOfScene moved = std::move(first);
+        EXPECT_EQ(count(), 1u);
+        const CTexturesOfScene later(file.get(), none);
+        EXPECT_EQ(count(), 0u);
+        moved = CTexturesOfScene();
+        EXPECT_EQ(count(), 0u);
+        moved = CTexturesOfScene(file.get(), one);
+        EXPECT_EQ(count(), 1u);
+    }
+    EXPECT_EQ(count(), 0u);
+    CImageDataTextVec textures;
+    CLib3dsMatUtil::GetMatTextures(nullptr, textures);
+    EXPECT_TRUE(textures.empty());
+}
+
+}  // namespace

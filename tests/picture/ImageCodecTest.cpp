@@ -1,0 +1,318 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <functional>
+#include <thread>
+
+#include "files/CTestFolder.h"
+#include "files/file_util_ex.h"
+#include "picture/image_codec.h"
+
+using namespace std::string_literals;
+using image_codec::DecodeImage;
+
+namespace {
+
+std::string Le16(unsigned value) {
+    return {static_cast<char>(value & 0xFF), static_cast<char>(value >> 8)};
+}
+std::string Le32(unsigned value) {
+    return Le16(value & 0xFFFF) + Le16(value >> 16);
+}
+
+CResult<CImage> Decode(std::string_view bytes, std::string_view name = "") {
+    return DecodeImage(std::as_bytes(std::span(bytes)), name);
+}
+
+// Two pixels in a row, red and half-transparent or opaque blue, as each format stores them.
+std::string TgaHeader(unsigned type, unsigned width, unsigned height, unsigned bits) {
+    return "\0\0"s + static_cast<char>(type) + std::string(9, '\0') + Le16(width) + Le16(height) +
+           static_cast<char>(bits) + '\x20';
+}
+std::string Tga24() {
+    return TgaHeader(2, 2, 1, 24) + "\0\0\xFF\xFF\0\0"s;
+}
+std::string TgaRle32() {
+    return TgaHeader(10, 2, 1, 32) + "\x01\0\0\xFF\xFF\xFF\0\0\x80"s;
+}
+std::string TgaZeroAlpha() {
+    return TgaHeader(2, 2, 1, 32) + "\0\0\xFF\0\xFF\0\0\0"s;
+}
+std::string Bmp(unsigned width = 2, unsigned height = 1) {
+    return "BM" + Le32(62) + Le32(0) + Le32(54) + Le32(40) + Le32(width) + Le32(height) + Le16(1) + Le16(24) +
+           std::string(24, '\0') + "\0\0\xFF\xFF\0\0\0\0"s;
+}
+std::string Gif(unsigned width = 2, unsigned height = 1) {
+    return "GIF89a" + Le16(2) + Le16(1) + "\x80\0\0\xFF\0\0\0\0\xFF,"s + Le32(0) + Le16(width) +
+           Le16(height) + "\0\x02\x02\x44\x0A\0;"s;
+}
+std::string Tiff(unsigned width = 2) {
+    const auto entry = [](unsigned tag, unsigned type, unsigned count, unsigned value) {
+        return Le16(tag) + Le16(type) + Le32(count) + Le32(value);
+    };
+    return "II*\0"s + Le32(20) + "\xFF\0\0\0\0\xFF"s + "\x08\0\x08\0\x08\0"s + Le16(9) +
+           entry(256, 3, 1, width) + entry(257, 3, 1, 1) + entry(258, 3, 3, 14) + entry(259, 3, 1, 1) +
+           entry(262, 3, 1, 2) + entry(273, 4, 1, 8) + entry(277, 3, 1, 3) + entry(278, 3, 1, 1) +
+           entry(279, 4, 1, 6) + Le32(0);
+}
+std::string Pcx(unsigned right = 1) {
+    return "\x0A\x05\x01\x08"s + Le32(0) + Le16(right) + Le16(0) + Le32(0) + std::string(48, '\0') +
+           "\0\x03"s + Le16(2) + std::string(60, '\0') + "\xC1\xFF\0\0\0\0\xC1\xFF"s;
+}
+std::string Dds(std::string_view pixelFormat, std::string_view pixels, unsigned width = 2,
+                unsigned height = 1) {
+    std::string bytes = "DDS " + Le32(124) + Le32(0x1007) + Le32(height) + Le32(width) +
+                        std::string(56, '\0') + Le32(32) + std::string(pixelFormat);
+    bytes.resize(128, '\0');
+    return bytes.append(pixels);
+}
+std::string DdsPacked(const char* code, std::string_view pixels, unsigned width = 2, unsigned height = 1) {
+    return Dds(Le32(4) + code, pixels, width, height);
+}
+std::string DdsMasked(unsigned flags, unsigned bits, std::array<unsigned, 4> masks, std::string_view pixels,
+                      unsigned width = 2) {
+    std::string format = Le32(flags) + Le32(0) + Le32(bits);
+    for (const unsigned mask : masks) format += Le32(mask);
+    return Dds(format, pixels, width);
+}
+// Red where the index is 0, blue where it is 1.
+const std::string kRedBlue = "\x00\xF8\x1F\x00"s, kFirstRedThenBlue = kRedBlue + "\x04\0\0\0"s;
+std::string Dxt1(unsigned width = 2) {
+    return DdsPacked("DXT1", kFirstRedThenBlue, width);
+}
+std::string Dxt3() {
+    return DdsPacked("DXT3", "\x8F\0\0\0\0\0\0\0"s + kFirstRedThenBlue);
+}
+std::string Dxt5() {
+    return DdsPacked("DXT5", "\xFF\x80\x08\0\0\0\0\0"s + kFirstRedThenBlue);
+}
+std::string Dds565() {
+    return DdsMasked(0x40, 16, {0xF800, 0x7E0, 0x1F, 0xFFFF}, "\x00\xF8\x1F\x00"s);
+}
+std::string Dds24() {
+    return DdsMasked(0x40, 24, {0xFF0000, 0xFF00, 0xFF, 0}, "\0\0\xFF\xFF\0\0"s);
+}
+std::string Dds32() {
+    return DdsMasked(0x41, 32, {0xFF, 0xFF00, 0xFF0000, 0xFF000000}, "\xFF\0\0\xFF\0\0\xFF\x80"s);
+}
+std::string DdsTenBits() {
+    return DdsMasked(0x41, 32, {0x3FF00000, 0xFFC00, 0x3FF, 0xC0000000}, "\0\0\xF0\xFF\xFF\x03\0\x40"s);
+}
+std::string DdsZeroAlpha() {
+    return DdsMasked(0x41, 32, {0xFF, 0xFF00, 0xFF0000, 0xFF000000}, "\xFF\0\0\0\0\0\xFF\0"s);
+}
+
+struct CFormatCase {
+    const char* name;
+    std::function<std::string()> make;
+    std::uint8_t secondAlpha = 255;
+};
+class ImageFormatTest : public testing::TestWithParam<CFormatCase> {};
+
+}  // namespace
+
+TEST_P(ImageFormatTest, GivesRedThenBlueByContentAlone) {
+    const auto image = Decode(GetParam().make(), "misleading.png");
+    ASSERT_TRUE(image) << image.Error().Text();
+    ASSERT_EQ(image.Value().width, 2);
+    ASSERT_EQ(image.Value().height, 1);
+    const std::vector<std::uint8_t> expected = {255, 0, 0, 255, 0, 0, 255, GetParam().secondAlpha};
+    EXPECT_EQ(image.Value().rgba, expected);
+}
+
+TEST_P(ImageFormatTest, EveryPrefixAndChangedByteHasAClearOutcome) {
+    const std::string whole = GetParam().make();
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        for (const int change : {-1, 0x01, 0x80, 0xFF}) {
+            std::string bytes = change < 0 ? whole.substr(0, i) : whole;
+            if (change >= 0) bytes[i] = static_cast<char>(bytes[i] ^ change);
+            const auto image = Decode(bytes, "x.tga");
+            if (!image) continue;
+            const auto area = static_cast<std::size_t>(image.Value().width) *
+                              static_cast<std::size_t>(image.Value().height);
+            EXPECT_EQ(image.Value().rgba.size(), area * 4);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Formats, ImageFormatTest,
+    testing::Values(CFormatCase{"Tga24", Tga24}, CFormatCase{"TgaRle32", TgaRle32, 0x80},
+                    CFormatCase{"TgaZeroAlpha", TgaZeroAlpha}, CFormatCase{"Bmp", [] { return Bmp(); }},
+                    CFormatCase{"Gif", [] { return Gif(); }}, CFormatCase{"Tiff", [] { return Tiff(); }},
+                    CFormatCase{"Pcx", [] { return Pcx(); }}, CFormatCase{"Dxt1", [] { return Dxt1(); }},
+                    CFormatCase{"Dxt3", Dxt3, 0x88}, CFormatCase{"Dxt5", Dxt5, 0x80},
+                    CFormatCase{"Dds565", Dds565}, CFormatCase{"Dds24", Dds24},
+                    CFormatCase{"Dds32", Dds32, 0x80}, CFormatCase{"DdsTenBits", DdsTenBits, 0x55},
+                    CFormatCase{"DdsZeroAlpha", DdsZeroAlpha}),
+    [](const auto& test) { return test.param.name; });
+
+namespace {
+
+// The pixels as "rrggbbaa", one after another.
+std::string Hex(const CImage& image) {
+    static constexpr char kDigits[] = "0123456789abcdef";
+    std::string text;
+    for (std::size_t i = 0; i < image.rgba.size(); ++i) {
+        if (i > 0 && i % 4 == 0) text += ' ';
+        (text += kDigits[image.rgba[i] >> 4]) += kDigits[image.rgba[i] & 15];
+    }
+    return text;
+}
+
+}  // namespace
+
+TEST(ImageCodecTest, DdsGreyAndNarrowChannels) {
+    EXPECT_EQ(Hex(Decode(DdsMasked(0x20001, 16, {0xFF, 0, 0, 0xFF00}, "\x70\xFF\x30\x01")).Value()),
+              "707070ff 30303001");
+    EXPECT_EQ(Hex(Decode(DdsMasked(0x41, 16, {0xF00, 0xF0, 0xF, 0xF000}, "\x34\x12\xF0\x8E")).Value()),
+              "22334411 eeff0088");
+    EXPECT_EQ(Hex(Decode(DdsMasked(0x41, 16, {0x7C00, 0x3E0, 0x1F, 0x8000}, "\xFF\x83\x10\x7C")).Value()),
+              "00ffffff ff008400");
+}
+
+TEST(ImageCodecTest, DxtBlocksStandInRowsFromTheTopAndMayHaveHoles) {
+    // Four blocks; their second lines differ. In the last the smaller colour comes first: index 3 is a hole.
+    const std::string red = kRedBlue + "\0\x55\0\0"s, blue = kRedBlue + "\x55\0\x55\x55"s;
+    const std::string hole = "\x1F\x00\x00\xF8"s + "\x03\0\0\0"s;
+    const CResult<CImage> image = Decode(DdsPacked("DXT1", red + blue + blue + hole, 5, 5));
+    ASSERT_TRUE(image) << image.Error().Text();
+    const std::string r = "ff0000ff ", b = "0000ffff ", row = r + r + r + r + b;
+    EXPECT_EQ(Hex(image.Value()) + " ", row + b + b + b + b + r + row + row + b + b + b + b + "00000000 ");
+}
+
+struct CRefusal {
+    const char* name;
+    std::string bytes;
+    const char* file;
+    EErrorCode code;
+};
+class ImageRefusalTest : public testing::TestWithParam<CRefusal> {};
+
+TEST_P(ImageRefusalTest, SaysWhy) {
+    const auto image = Decode(GetParam().bytes, GetParam().file);
+    ASSERT_FALSE(image);
+    EXPECT_EQ(image.Error().code, GetParam().code) << image.Error().message;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Refusals, ImageRefusalTest,
+    testing::Values(
+        CRefusal{"Nothing", "", "a.jpg", EErrorCode::Unsupported},
+        CRefusal{"Text", "BMW is a car, not a picture", "a.bmp", EErrorCode::Unsupported},
+        CRefusal{"DdsNoSize", "DDS |" + std::string(124, '\0'), "a.dds", EErrorCode::BadFormat},
+        CRefusal{"DdsHeader", Dxt1().replace(4, 1, "\0"s), "a.dds", EErrorCode::BadFormat},
+        CRefusal{"DdsKind", DdsPacked("DX10", std::string(99, '\0')), "a.dds", EErrorCode::Unsupported},
+        CRefusal{"DdsPalette", DdsMasked(0x20, 8, {}, "12"), "", EErrorCode::Unsupported},
+        CRefusal{"DdsBits", DdsMasked(0x40, 0, {}, "12"), "", EErrorCode::Unsupported},
+        CRefusal{"DdsBig", Dxt1(16385), "", EErrorCode::TooLarge},
+        CRefusal{"DdsCutBlock", Dxt1(5), "", EErrorCode::BadFormat},
+        CRefusal{"DdsCutPixel", Dds24().substr(0, 133), "", EErrorCode::BadFormat},
+        CRefusal{"Sgi", "\x01\xDA\x01\x01"s, "a.rgb", EErrorCode::Unsupported},
+        CRefusal{"JpegHeadOnly", "\xFF\xD8\xFF\xE0\0\x10JFIF"s, "", EErrorCode::BadFormat},
+        CRefusal{"PngHeadOnly", "\x89PNG\r\n\x1a\n"s, "", EErrorCode::BadFormat},
+        CRefusal{"TgaCut", Tga24().substr(0, 20), "", EErrorCode::BadFormat},
+        CRefusal{"TgaNoSize", TgaHeader(2, 0, 9, 24), "a.tga", EErrorCode::BadFormat},
+        CRefusal{"TgaWide", TgaHeader(10, 16385, 1, 24) + "x", "", EErrorCode::TooLarge},
+        CRefusal{"TgaBig", TgaHeader(10, 8193, 8193, 24) + "x", "", EErrorCode::TooLarge},
+        CRefusal{"BmpBig", Bmp(0x7FFFFFFF, 2), "", EErrorCode::TooLarge},
+        CRefusal{"BmpTopDownBig", Bmp(2, 0x80000000), "", EErrorCode::TooLarge},
+        CRefusal{"GifFrameBig", Gif(65535, 65535), "", EErrorCode::TooLarge},
+        CRefusal{"TiffBig", Tiff(65535), "", EErrorCode::TooLarge},
+        CRefusal{"PcxBig", Pcx(65535), "", EErrorCode::TooLarge},
+        CRefusal{"PngBig",
+                 "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x80\0\0\0\0\1\x08\2\0\0\0\x08\x54\x0D\x7F\0\0\0\0IDAT"s,
+                 "", EErrorCode::TooLarge}),
+    [](const auto& test) { return test.param.name; });
+
+namespace {
+
+// Smooth, with noise in the low bits, and transparency.
+CImage TestImage(int width, int height) {
+    CImage image{width, height, {}};
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const int values[] = {x * 255 / width, y * 255 / height, (x + y) & 127, x ^ y};
+            for (const int value : values) image.rgba.push_back(static_cast<std::uint8_t>(value));
+        }
+    }
+    return image;
+}
+
+}  // namespace
+
+TEST(ImageWriterTest, PngKeepsEveryPixel) {
+    const CTestFolder folder;
+    const CImage image = TestImage(301, 77);
+    ASSERT_TRUE(image_codec::WritePng(folder / "a.png", image, true));
+    EXPECT_EQ(image_codec::ReadImageFile(folder / "a.png").Value().rgba, image.rgba);
+    ASSERT_TRUE(image_codec::WritePng(folder / "b.png", image, false));
+    CImage opaque = image;
+    for (std::size_t i = 3; i < opaque.rgba.size(); i += 4) opaque.rgba[i] = 255;
+    EXPECT_EQ(image_codec::ReadImageFile(folder / "b.png").Value().rgba, opaque.rgba);
+}
+
+TEST(ImageWriterTest, JpegIsCloseAndACutOneIsStillShown) {
+    const CTestFolder folder;
+    CImage image = TestImage(320, 200);
+    for (std::size_t i = 0; i < image.rgba.size(); ++i) {
+        if (i % 4 >= 2) image.rgba[i] = i % 4 == 2 ? 90 : 255;
+    }
+    ASSERT_TRUE(image_codec::WriteJpeg(folder / "a.jpg", image, 95));
+    const auto read = image_codec::ReadImageFile(folder / "a.jpg");
+    ASSERT_TRUE(read);
+    ASSERT_EQ(read.Value().rgba.size(), image.rgba.size());
+    int worst = 0;
+    for (std::size_t i = 0; i < image.rgba.size(); ++i) {
+        worst = std::max(worst, std::abs(int{image.rgba[i]} - int{read.Value().rgba[i]}));
+    }
+    EXPECT_LE(worst, 8);
+    const std::string bytes = CTestFolder::TextOf(folder / "a.jpg");
+    const auto cut = Decode(std::string_view(bytes).substr(0, bytes.size() * 2 / 3));
+    ASSERT_TRUE(cut);
+    EXPECT_EQ(cut.Value().rgba[1], read.Value().rgba[1]);
+}
+
+TEST(ImageWriterTest, RefusesPicturesThatAreNone) {
+    const CTestFolder folder;
+    CImage shortOne = TestImage(4, 4);
+    shortOne.rgba.pop_back();
+    for (const CImage& image : {CImage(), shortOne, CImage{-1, 4, {}}}) {
+        EXPECT_EQ(image_codec::WritePng(folder / "a", image, true).Error().code, EErrorCode::BadArgument);
+        EXPECT_EQ(image_codec::WriteJpeg(folder / "a", image).Error().code, EErrorCode::BadArgument);
+    }
+    EXPECT_EQ(image_codec::WritePng(folder / "none/a", TestImage(2, 2), true).Error().code,
+              EErrorCode::WriteFailed);
+    EXPECT_EQ(folder.Count(), 0U);
+}
+
+TEST(ImageCodecTest, ErrorsOfFilesNameThem) {
+    const CTestFolder folder;
+    const std::string path = folder.Add("a.jpg", "no picture");
+    EXPECT_EQ(image_codec::ReadImageFile(path).Error().where, path);
+    EXPECT_EQ(image_codec::ReadImageFile(folder / "none.jpg").Error().code, EErrorCode::NotFound);
+}
+
+TEST(ImageCodecTest, ManyThreadsDecodeAtOnceAndNobodySaysAWord) {
+    testing::internal::CaptureStderr();
+    const std::vector<std::string> sound = {Tga24(), Bmp(), Gif(), Tiff(), Pcx(), Dxt1()};
+    const std::vector<std::string> damaged = {Tga24().substr(0, 20), Bmp().substr(0, 50),
+                                              Tiff().substr(0, 60)};
+    std::vector<std::thread> threads;
+    threads.reserve(4);
+    std::atomic<int> decoded = 0;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&] {
+            for (int i = 0; i < 200; ++i) {
+                for (const std::string& bytes : sound) decoded += Decode(bytes) ? 1 : 0;
+                for (const std::string& bytes : damaged) decoded += Decode(bytes) ? 1 : 0;
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(decoded, 4 * 200 * 6);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}

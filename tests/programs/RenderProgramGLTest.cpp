@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "files/CTestFolder.h"
+#include "model/read_3ds/C3dsBytes.h"
+#include "picture/image_codec.h"
+#include "row_name.h"
+
+namespace {
+
+struct CRun {
+    int code = -1;
+    std::string out, err;
+};
+
+std::string Quoted(const std::string& text) {
+    return "'" + text + "'";
+}
+
+/** Runs the program as a shell does, in the folder, with no display to be had. */
+CRun Render(const CTestFolder& folder, const std::string& arguments, const std::string& before = "") {
+    const std::string command = "cd " + Quoted(folder.Path()) + " && unset DISPLAY WAYLAND_DISPLAY; " +
+                                before + Quoted(ORBIVUE_RENDER) + " " + arguments + " 2>err.txt";
+    CRun run;
+    FILE* pipe = ::popen(command.c_str(), "r");
+    std::array<char, 4096> buffer{};
+    for (std::size_t n; (n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0;)
+        run.out.append(buffer.data(), n);
+    const int status = ::pclose(pipe);
+    run.code = WIFEXITED(status) ? WEXITSTATUS(status) : 100 + WTERMSIG(status);
+    run.err = CTestFolder::TextOf(folder / "err.txt");
+    return run;
+}
+
+void AddScene(const CTestFolder& folder) {
+    const CBytes camera = Chunk(0x4000, Text("Cam 1") + Chunk(0x4700, Floats({0, -8, 0, 0, 0, 0, 0, 45})));
+    const CBytes moving = Track(0xB020, 2, Key(0, {0, 0, 0}) + Key(10, {0, 0, 50}));
+    folder.Add("box.3ds",
+               Scene(Material("Red") + camera + Cube("Box"), Keyframer(ObjectNode(0, "Box", 65535, moving))));
+}
+
+TEST(RenderProgramGLTest, WritesAPictureOfTheSizeAndBackground) {
+    const CTestFolder folder;
+    AddScene(folder);
+    const CRun run = Render(folder, "box.3ds --size 120x80 --background 255,0,0");
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(run.out + run.err, "");
+    const auto image = image_codec::ReadImageFile(folder / "box.png");
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image.Value().width, 120);
+    EXPECT_EQ(image.Value().height, 80);
+    EXPECT_EQ(image.Value().Pixel(0, 0)[0], 255);
+    EXPECT_NE(image.Value().Pixel(60, 40)[2], 0);  // the box is grey
+}
+
+TEST(RenderProgramGLTest, StatsTellTheSceneTheCameraAndTheFrame) {
+    const CTestFolder folder;
+    AddScene(folder);
+    const CRun run = Render(folder, "--stats box.3ds --camera 'Cam 1' --size 160x120");
+    ASSERT_EQ(run.code, 0) << run.err;
+    const auto stats = nlohmann::json::parse(run.out);
+    EXPECT_EQ(stats["triangles"], 12);
+    EXPECT_EQ(stats["vertices"], 8);
+    EXPECT_EQ(stats["nodes"], 1);
+    EXPECT_EQ(stats["materials"], 1);
+    EXPECT_EQ(stats["animated"], true);
+    EXPECT_EQ(stats["camera"]["name"], "Cam 1");
+    EXPECT_EQ(stats["camera"]["eye"], nlohmann::json::array({0.0, -8.0, 0.0}));
+    EXPECT_NEAR(stats["model"]["radius"].get<double>(), 1.7320508, 1e-5);
+    EXPECT_GT(stats["peakMemoryMb"].get<double>(), 1);
+    EXPECT_GT(stats["milliseconds"]["draw"].get<double>(), 0);
+    EXPECT_FALSE(std::ifstream(folder / "box.png").good());
+    const auto moved = nlohmann::json::parse(Render(folder, "--stats box.3ds --frame 10").out);
+    EXPECT_NEAR(moved["model"]["center"][2].get<double>(), 50, 1e-3);
+    EXPECT_NEAR(moved["camera"]["target"][2].get<double>(), 50, 1e-3);
+}
+
+struct CExitCase {
+    const char* name;
+    const char* arguments;
+    int code;
+    const char* message;
+};
+
+class RenderProgramExit : public testing::TestWithParam<CExitCase> {};
+
+TEST_P(RenderProgramExit, HasItsCodeAndOneLineAndLeavesNoFile) {
+    const CTestFolder folder;
+    AddScene(folder);
+    folder.Add("broken.3ds", "MM and then nothing");
+    folder.Add("old.png", "old");
+    const CRun run = Render(folder, GetParam().arguments);
+    EXPECT_EQ(run.code, GetParam().code);
+    EXPECT_TRUE(run.err.starts_with("orbivue-render: ")) << run.err;
+    EXPECT_EQ(run.err.find('\n'), run.err.size() - 1);
+    EXPECT_NE(run.err.find(GetParam().message), std::string::npos) << run.err;
+    EXPECT_EQ(CTestFolder::TextOf(folder / "old.png"), "old");
+    EXPECT_EQ(folder.Count(), 4u);  // with the error text
+}
+
+const CExitCase kExits[] = {
+    {"Usage", "box.3ds --size 0x0", 1, "--size"},
+    {"UnknownCamera", "box.3ds old.png --camera Nobody", 1, "no camera 'Nobody'"},
+    {"Missing", "none.3ds old.png", 2, "none.3ds"},
+    {"Broken", "broken.3ds old.png", 2, "broken.3ds"},
+    {"Folder", "/tmp old.png", 2, "/tmp"},
+    {"NoFolder", "box.3ds no/such/folder/a.png", 3, "no/such/folder/a.png"},
+    {"StatsToFullDisk", "box.3ds --stats >/dev/full", 3, "statistics"},
+};
+INSTANTIATE_TEST_SUITE_P(Failures, RenderProgramExit, testing::ValuesIn(kExits), kRowName);
+
+TEST(RenderProgramGLTest, FullDiskKeepsTheOldPicture) {
+    const CTestFolder folder;
+    AddScene(folder);
+    folder.Add("old.png", "old");
+    // Files of 512 bytes at most, and no signal for more.
+    const CRun run =
+        Render(folder, "box.3ds old.png --overlay axes --size 600x500", "trap '' XFSZ; ulimit -f 1; ");
+    EXPECT_EQ(run.code, 3) << run.err;
+    EXPECT_EQ(CTestFolder::TextOf(folder / "old.png"), "old");
+    EXPECT_EQ(folder.Count(), 3u);
+}
+
+TEST(RenderProgramGLTest, HelpAndVersionGoToStandardOutput) {
+    const CTestFolder folder;
+    const CRun help = Render(folder, "--help");
+    EXPECT_EQ(help.code, 0);
+    EXPECT_TRUE(help.out.starts_with("Usage: orbivue-render"));
+    const CRun version = Render(folder, "--version");
+    EXPECT_EQ(version.code, 0);
+    EXPECT_TRUE(version.out.starts_with("orbivue-render 1."));
+}
+
+}  // namespace

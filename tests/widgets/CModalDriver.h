@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <wx/stopwatch.h>
+#include <wx/timer.h>
+
+#include <deque>
+#include <functional>
+
+#include "widgets/ui/CModalDialogs.h"
+
+class wxFileDialog;
+class wxTopLevelWindow;
+
+/** Works a modal dialog while it is open: each step is tried again until it says that it is done, then comes
+ * the next. When one is not done within 20 seconds, all that is modal is cancelled. */
+class CModalDriver {
+  public:
+    using CStep = std::function<bool()>;
+
+    explicit CModalDriver(std::deque<CStep> steps);
+    CModalDriver(const CModalDriver&) = delete;
+    CModalDriver& operator=(const CModalDriver&) = delete;
+    ~CModalDriver();
+    [[nodiscard]] bool IsDone() const { return m_steps.empty(); }
+
+    /** Serves events until the condition holds; false when it does not within 20 seconds. For windows
+     * that are not modal. */
+    [[nodiscard]] static bool WaitFor(const std::function<bool()>& condition);
+    /** Shows a frame and waits until it is active, or it would come up over a dialog that follows. */
+    static void ShowFirst(wxTopLevelWindow& frame);
+    /** The file dialog that is open and active; null when there is none. */
+    [[nodiscard]] static wxFileDialog* FileDialog();
+    /** A step: presses a key, for whatever has the focus. */
+    [[nodiscard]] static CStep Press(int key);
+
+  private:
+    void OnTick();
+
+    std::deque<CStep> m_steps;
+    CModalDialogs m_dialogs;
+    bool m_isInStep = false;
+    wxStopWatch m_watch;
+    wxTimer m_timer;
+};
