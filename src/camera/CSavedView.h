@@ -4,12 +4,12 @@
 #include <array>
 #include <optional>
 
-#include "base/math/CVec3d.h"
+#include "base/math/CMatrix.h"
 
-/** The matrices (column by column) and the viewport that a picture was drawn with. */
+/** The matrices and the viewport that a picture was drawn with. */
 struct CViewMatrices {
-    std::array<double, 16> modelView{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
-    std::array<double, 16> projection{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    CMatrix4d modelView;
+    CMatrix4d projection;
     std::array<int, 4> viewport{0, 0, 1, 1};  ///< x, y, width, height
 };
 
@@ -29,5 +29,5 @@ class CSavedView {
     [[nodiscard]] std::optional<CVec3d> FromClip(double x, double y, double z, double w) const;
 
     std::array<int, 4> m_viewport{0, 0, 1, 1};
-    std::optional<std::array<double, 16>> m_inverse;
+    std::optional<CMatrix4d> m_inverse;
 };

@@ -6,7 +6,8 @@
 #include <string_view>
 
 #include "base/math/C2DRect.h"
-#include "base/math/geometry.h"
+#include "base/math/CMatrix.h"
+#include "base/math/CSphere.h"
 
 struct CPreparedCamera;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "base/math/geometry.h"
+#include "base/math/CSphere.h"
 
 struct CPreparedScene;
 

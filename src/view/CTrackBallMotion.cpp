@@ -9,6 +9,9 @@ namespace {
 
 constexpr double kTwoPi = 2 * std::numbers::pi;
 
+/** In radii: a vector that the window's pixels are too coarse to give a direction. */
+constexpr double kNoDirection = 0.0001;
+
 /** The same direction in (-pi, pi]: the short way round. */
 double Wrapped(double angle) {
     return std::remainder(angle, kTwoPi);
@@ -17,7 +20,7 @@ double Wrapped(double angle) {
 /** Any unit vector at right angles to a unit vector. */
 CVec3d Perpendicular(CVec3d v) {
     const bool alongZ = std::abs(v.z) > 0.9;
-    return Normalized(Cross(alongZ ? CVec3d{0, 1, 0} : CVec3d{0, 0, 1}, v));
+    return Normalized(Cross(alongZ ? CVec3d{0, 1, 0} : CVec3d{0, 0, 1}, v), kNoDirection);
 }
 
 CVec3d OrbitAxis(std::string_view cameraName) {
@@ -48,7 +51,7 @@ void CTrackBallMotion::SetBall(float size, CVec3 view, const CViewMatrices& matr
     };
     m_view = inRadii(given);
     m_eye = inRadii(m_saved.Eye().value_or(given));
-    m_sight = Normalized(m_eye);
+    m_sight = Normalized(m_eye, kNoDirection);
     m_right = Perpendicular(m_sight);
     m_up = Cross(m_sight, m_right);
 }
@@ -68,7 +71,7 @@ std::optional<CTrackBallMotion::CGrab> CTrackBallMotion::GrabAt(int x, int y) co
     // From inside the ball the nearer point lies behind the eye; the one in sight is the farther.
     const double distance = -along - root >= 0 ? -along - root : -along + root;
     grab.missed = !(discriminant > 0) || distance < 0;
-    grab.vector = grab.missed ? OutlinePoint(sideways) : Normalized(m_eye + ray * distance);
+    grab.vector = grab.missed ? OutlinePoint(sideways) : Normalized(m_eye + ray * distance, kNoDirection);
     const CVec3d flat = grab.vector - m_sight * Dot(grab.vector, m_sight);
     grab.hasAzimuth = Length(flat) > 1e-6;
     grab.azimuth = std::atan2(Dot(flat, m_up), Dot(flat, m_right));
@@ -79,7 +82,7 @@ std::optional<CTrackBallMotion::CGrab> CTrackBallMotion::GrabAt(int x, int y) co
 CVec3d CTrackBallMotion::OutlinePoint(CVec3d sideways) const {
     const double plane = 1.0 / Length(m_eye);
     const double radius = std::sqrt(std::max(0.0, 1.0 - plane * plane));
-    return Normalized(m_sight * plane + Normalized(sideways) * radius);
+    return Normalized(m_sight * plane + Normalized(sideways, kNoDirection) * radius, kNoDirection);
 }
 
 void CTrackBallMotion::StartAt(int x, int y) {

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "base/math/CRotation.h"
-#include "base/math/geometry.h"
+#include "base/math/CVec.h"
 #include "camera/CSavedView.h"
 
 /** The mathematics of the trackball: turns mouse drags into a rotation of the model about its centre.
@@ -40,7 +40,7 @@ class CTrackBallMotion {
     void OrbitEye(std::string_view cameraName, float (&eye)[3]) const;
 
     /** Column by column, as glMultMatrixf takes it. */
-    [[nodiscard]] const std::array<float, 16>& Matrix() const { return m_matrix; }
+    [[nodiscard]] const std::array<float, 16>& Matrix() const { return m_matrix.m; }
     [[nodiscard]] bool IsDragging() const { return m_dragging; }
     /** The mouse is beside the ball. */
     [[nodiscard]] bool IsMissed() const { return m_missed; }
@@ -74,7 +74,7 @@ class CTrackBallMotion {
     bool m_overlayEnabled;
     CRotation m_rotation;
     CRotation m_dragStartRotation;
-    std::array<float, 16> m_matrix{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    CMat4 m_matrix;
 
     double m_radius = 0;
     CVec3d m_view;         ///< as given, in radii

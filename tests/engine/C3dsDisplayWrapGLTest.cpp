@@ -79,7 +79,7 @@ class C3dsDisplayWrapGLTest : public testing::Test {
         const CVec3 eye{m_engine.GetEyeX(), m_engine.GetEyeY(), m_engine.GetEyeZ()};
         const CVec3 target{m_engine.GetXOrg(), m_engine.GetYOrg(), m_engine.GetZOrg()};
         const CVec3 up{m_engine.GetUpX(), m_engine.GetUpY(), m_engine.GetUpZ()};
-        glMultMatrixd(camera_matrices::LookAt(eye, target, up).data());
+        glMultMatrixd(camera_matrices::LookAt(eye, target, up).m.data());
         glMatrixMode(GL_MODELVIEW);
         glLoadIdentity();
     }

@@ -53,8 +53,8 @@ CGlCurrent& CPictureTest::Gl() {
 CMatrix4d CameraMatrix(CVec3 eye, CVec3 target, float fovYDeg, float aspect) {
     using namespace camera_matrices;
     const CVec3 up = std::abs(Normalized(eye - target).z) > 0.999f ? CVec3{0, 1, 0} : CVec3{0, 0, 1};
-    const CMatrix lens = Perspective(static_cast<double>(fovYDeg), static_cast<double>(aspect), 0.1, 100);
-    return {Product(lens, LookAt(eye, target, up))};
+    const CMatrix4d lens = Perspective(static_cast<double>(fovYDeg), static_cast<double>(aspect), 0.1, 100);
+    return lens * LookAt(eye, target, up);
 }
 
 void CPictureTest::LookFrom(CVec3 eye, CVec3 target) {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "base/math/CMatrix4d.h"
+#include "base/math/CMatrix.h"
 #include "engine/draw/CSceneRenderer.h"
 #include "engine/gl/COffscreenContext.h"
 #include "engine/test_scenes.h"

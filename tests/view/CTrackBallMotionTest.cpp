@@ -66,7 +66,8 @@ CVec3d PointUnder(const CViewMatrices& m, double radius, double x, double y) {
 TEST_P(CTrackBallGrabTest, KeepsTheGrabbedPointUnderTheMouse) {
     const CGrabCase& c = GetParam();
     CViewMatrices m = view_matrices::Looking(c.eye, c.up, 0.3 * c.radius, 20 * c.radius);
-    m.modelView = {c.scale, 0, 0, 0, 0, c.scale, 0, 0, 0, 0, c.scale, 0, c.pivot.x, c.pivot.y, c.pivot.z, 1};
+    m.modelView.m = {c.scale, 0, 0,       0, 0,         c.scale,   0,         0,
+                     0,       0, c.scale, 0, c.pivot.x, c.pivot.y, c.pivot.z, 1};
     CTrackBallMotion ball(true);
     for (const auto& [x0, y0, x1, y1] : {std::array{200, 150, 240, 160}, std::array{170, 120, 230, 190}}) {
         ball.Reset();
@@ -239,7 +240,7 @@ TEST_P(CTrackBallOddTest, StaysARotation) {
 
 CViewMatrices FromAhead(double distance, double scale = 1, std::array<int, 4> viewport = {0, 0, 400, 300}) {
     CViewMatrices m = view_matrices::Looking({0, -distance, 0}, {0, 0, 1}, distance > 1 ? 0.5 : 0.01);
-    m.modelView[0] = m.modelView[5] = m.modelView[10] = scale;
+    m.modelView.m[0] = m.modelView.m[5] = m.modelView.m[10] = scale;
     m.viewport = viewport;
     return m;
 }

@@ -35,7 +35,7 @@ class COverlaysGLTest : public testing::Test {
     }
     static void LookFrom(CVec3d eye) {
         glMatrixMode(GL_PROJECTION);
-        glLoadMatrixd(view_matrices::Looking(eye, {0, 0, 1}).projection.data());
+        glLoadMatrixd(view_matrices::Looking(eye, {0, 0, 1}).projection.m.data());
         glMatrixMode(GL_MODELVIEW);
         glLoadIdentity();
     }

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "base/math/geometry.h"
+#include "base/math/CVec.h"
 
 /** Arithmetic on colours that the painters share. */
 namespace paint_math {

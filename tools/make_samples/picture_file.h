@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <functional>
 
-#include "base/math/geometry.h"
+#include "base/math/CVec.h"
 #include "picture/CImage.h"
 
 /** The colour, 0..1, of a point of a picture; u to the right and v upwards, both 0..1. */

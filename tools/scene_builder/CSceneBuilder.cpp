@@ -10,6 +10,7 @@
 #include <lib3ds/node.h>
 #include <lib3ds/vector.h>
 
+#include <algorithm>
 #include <cstring>
 #include <numbers>
 #include <stdexcept>

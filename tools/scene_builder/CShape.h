@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "base/math/geometry.h"
+#include "base/math/CVec.h"
 
 /** A triangle of a CShape; smoothing is the bit mask of its groups, material an index
  * into CShape::materials. */

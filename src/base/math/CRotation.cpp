@@ -27,8 +27,9 @@ CVec3d CRotation::Apply(CVec3d v) const {
     return v + t * m_w + Cross(m_v, t);
 }
 
-std::array<float, 16> CRotation::Matrix() const {
+CMat4 CRotation::Matrix() const {
     const CVec3d x = Apply({1, 0, 0}), y = Apply({0, 1, 0}), z = Apply({0, 0, 1});
-    const auto f = [](double d) { return static_cast<float>(d); };
-    return {f(x.x), f(x.y), f(x.z), 0, f(y.x), f(y.y), f(y.z), 0, f(z.x), f(z.y), f(z.z), 0, 0, 0, 0, 1};
+    CMatrix4d matrix;
+    matrix.m = {x.x, x.y, x.z, 0, y.x, y.y, y.z, 0, z.x, z.y, z.z, 0, 0, 0, 0, 1};
+    return CMat4::From(matrix);
 }

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
-
-#include "base/math/CVec3d.h"
+#include "base/math/CMatrix.h"
 
 /** A rotation as a unit quaternion. Products are brought back to unit length, so any number of them stays a
  * rotation: a matrix multiplied onto itself for an hour of dragging would shear. */
@@ -21,8 +19,7 @@ class CRotation {
     friend CRotation operator*(const CRotation& a, const CRotation& b);
 
     [[nodiscard]] CVec3d Apply(CVec3d v) const;
-    /** 4x4, column by column, as glMultMatrixf takes it. */
-    [[nodiscard]] std::array<float, 16> Matrix() const;
+    [[nodiscard]] CMat4 Matrix() const;
 
   private:
     CRotation(double w, CVec3d v) : m_w(w), m_v(v) {}

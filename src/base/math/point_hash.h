@@ -4,7 +4,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "base/math/geometry.h"
+#include "base/math/CVec.h"
 
 /** Keys for CHashIndex: equal points have equal ones, 0 and -0 being equal. */
 namespace point_hash {

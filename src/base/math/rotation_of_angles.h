@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "base/math/geometry.h"
+#include "base/math/CMatrix.h"
 
 /** The turn that three angles in degrees stand for: first about Z, then about Y, then about X, all of them
  * the scene's own fixed axes and counter-clockwise as seen from the positive end. As column matrices: Rx * Ry

@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <memory>
 
-#include "base/math/geometry.h"
-
 class CGlCurrent;
 struct CPreparedScene;
 

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "base/math/geometry.h"
+#include "base/math/CSphere.h"
 
 class CGlCurrent;
 struct CPreparedScene;

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 
-#include "base/math/CMatrix4d.h"
+#include "base/math/CMatrix.h"
 #include "engine/gl/CGlTexture.h"
 #include "engine/pipeline/shader_source.h"
 

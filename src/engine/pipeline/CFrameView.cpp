@@ -48,12 +48,12 @@ CFrameView CFrameView::FromMatrices(const CMatrix4d& projection, const CMatrix4d
         for (std::size_t i = 0; i < 3; ++i) view.viewer[i] = static_cast<float>(-center[i] / length);
         view.viewer[3] = 0;
     }
-    view.eyeProjection = projection * CMatrix4d::Translation(view.eye[0], view.eye[1], view.eye[2]);
+    view.eyeProjection = projection * CMatrix4d::Translation({view.eye[0], view.eye[1], view.eye[2]});
     return view;
 }
 
 CMatrix4d CFrameView::EyeModelView(const CMat4& meshToWorld) const {
-    return CMatrix4d::Translation(-eye[0], -eye[1], -eye[2]) * modelView * CMatrix4d::From(meshToWorld);
+    return CMatrix4d::Translation({-eye[0], -eye[1], -eye[2]}) * modelView * CMatrix4d::From(meshToWorld);
 }
 
 CVec3 CFrameView::ToEye(CVec3 worldPoint) const {

@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "base/math/CMatrix4d.h"
+#include "base/math/CBox.h"
 
 class CGlCurrent;
 

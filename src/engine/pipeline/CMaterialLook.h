@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "base/math/geometry.h"
+#include "base/math/CVec.h"
 #include "engine/pipeline/shader_source.h"
 #include "model/prepare/material_kinds.h"
 

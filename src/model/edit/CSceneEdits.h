@@ -8,7 +8,7 @@
 #include <unordered_map>
 
 #include "base/CResult.h"
-#include "base/math/geometry.h"
+#include "base/math/CMatrix.h"
 #include "lib3ds/types.h"
 
 class CScene;

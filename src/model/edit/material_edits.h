@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "base/CResult.h"
-#include "base/math/geometry.h"
+#include "base/math/CVec.h"
 #include "lib3ds/types.h"
 
 class CScene;

@@ -11,6 +11,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "base/math/CBox.h"
+
 namespace node_edits {
 namespace {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "base/math/geometry.h"
+#include "base/math/CMatrix.h"
 #include "lib3ds/types.h"
 
 /** Moving and turning the nodes of a Lib3dsFile. An animated node keeps its animation: every key moves along.

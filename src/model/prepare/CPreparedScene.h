@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "base/math/geometry.h"
+#include "base/math/CBox.h"
+#include "base/math/CSphere.h"
 #include "model/scene/CSceneNote.h"
 #include "picture/CImage.h"
 

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "base/math/geometry.h"
+#include "base/math/CVec.h"
 
 namespace tinyobj {
 struct callback_t;

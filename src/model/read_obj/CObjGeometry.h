@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "base/math/geometry.h"
+#include "base/math/CVec.h"
 
 /** A run of faces that share group, material and smoothing group; it ends where the next one begins. */
 struct CObjSegment {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "base/math/geometry.h"
+#include "base/math/CVec.h"
 
 /** As much of an OBJ group as one 3DS mesh can hold, with what is needed to tell its smoothing groups. */
 struct CObjPiece {

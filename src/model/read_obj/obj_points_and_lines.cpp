@@ -7,6 +7,7 @@
 #include <span>
 
 #include "base/CHashIndex.h"
+#include "base/math/CBox.h"
 #include "base/math/point_hash.h"
 #include "base/text/lng.h"
 #include "model/read_obj/obj_triangulate.h"

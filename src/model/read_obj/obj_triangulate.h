@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "base/math/geometry.h"
+#include "base/math/CVec.h"
 
 /** Three corners of a polygon, by number; the winding is the polygon's. */
 using CTriangle = std::array<std::uint32_t, 3>;

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "base/math/geometry.h"
+#include "base/math/CMatrix.h"
 #include "model/scene/CScene.h"
 
 struct Lib3dsMesh;

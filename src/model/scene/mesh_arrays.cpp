@@ -9,7 +9,7 @@
 #include <cstring>
 #include <unordered_map>
 
-#include "base/math/geometry.h"
+#include "base/math/CMatrix.h"
 #include "model/scene/CScene.h"
 #include "model/scene/mesh_access.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "base/CResult.h"
-#include "base/math/geometry.h"
+#include "base/math/CVec.h"
 #include "engine/overlay/overlays.h"
 
 /** What the command line asks for. Paths are as they were given. */

@@ -60,8 +60,8 @@ void DrawLine(CVec3d from, CVec3d to) {
 
 void CTrackBall::SetBall(float r, float ex, float ey, float ez) {
     CViewMatrices matrices;
-    glGetDoublev(GL_MODELVIEW_MATRIX, matrices.modelView.data());
-    glGetDoublev(GL_PROJECTION_MATRIX, matrices.projection.data());
+    glGetDoublev(GL_MODELVIEW_MATRIX, matrices.modelView.m.data());
+    glGetDoublev(GL_PROJECTION_MATRIX, matrices.projection.m.data());
     glGetIntegerv(GL_VIEWPORT, matrices.viewport.data());
     CTrackBallMotion::SetBall(r, {ex, ey, ez}, matrices);
 }

@@ -15,7 +15,7 @@ namespace {
 /** A window point on the near plane of the current matrices. */
 std::array<double, 3> UnprojectCorner(const CViewMatrices& current, double x, double y) {
     std::array<double, 3> p{};
-    gluUnProject(x, current.viewport[3] - y, 0, current.modelView.data(), current.projection.data(),
+    gluUnProject(x, current.viewport[3] - y, 0, current.modelView.m.data(), current.projection.m.data(),
                  current.viewport.data(), &p[0], &p[1], &p[2]);
     return p;
 }
@@ -45,7 +45,7 @@ void DrawZoomBox(const C2DRect& box) {
     glOrtho(x, h, w, y, 1000.0, -1000.0);
     const CGlMatrixGuard modelView(GL_MODELVIEW);
     glLoadIdentity();
-    glGetDoublev(GL_PROJECTION_MATRIX, current.projection.data());
+    glGetDoublev(GL_PROJECTION_MATRIX, current.projection.m.data());
 
     const C2DRect upright = box.Normalized();
     const auto from = UnprojectCorner(current, upright.left, upright.top);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "export/pov/text/CPovText.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>

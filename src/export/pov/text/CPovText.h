@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "base/math/geometry.h"
+#include "base/math/CVec.h"
 
 /** POV-Ray text that is being built: appends without the locale and without clearing memory first, as a large
  * scene is a hundred megabytes of small numbers. */
