@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "base/text/ascii_text.h"
 #include "files/system_error.h"
 
 namespace fs = std::filesystem;
@@ -15,13 +16,7 @@ namespace fs = std::filesystem;
 namespace file_util_ex {
 namespace {
 
-char AsciiLower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool EqualNoCase(std::string_view a, std::string_view b) {
-    return std::ranges::equal(a, b, {}, AsciiLower, AsciiLower);
-}
+using ascii_text::EqualNoCase;
 
 bool MatchesMask(std::string_view name, std::string_view mask) {
     if (mask == "*" || mask == "*.*") return true;

@@ -17,6 +17,7 @@
 #include <thread>
 #include <vector>
 
+#include "base/text/ascii_text.h"
 #include "files/file_util_ex.h"
 
 namespace fs = std::filesystem;
@@ -118,7 +119,7 @@ void SetAppName(std::string_view name) {
     const std::lock_guard lock(Names().guard);
     Names().folderName.clear();
     for (const char c : name) {
-        if (c != '/') Names().folderName += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+        if (c != '/') Names().folderName += ascii_text::Lower(c);
     }
 }
 

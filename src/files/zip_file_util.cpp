@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/text/ascii_text.h"
 #include "base/text/lng.h"
 #include "files/CAtomicFile.h"
 #include "files/file_util_ex.h"
@@ -27,8 +28,7 @@ using CSourcePtr = std::unique_ptr<zip_source_t, CZipDeleter>;
 
 // Packing these again takes time and gains nothing.
 bool IsPackedAlready(const std::string& name) {
-    std::string ext = file_util_ex::GetFileExt(name);
-    for (char& c : ext) c = static_cast<char>(c | 0x20);
+    const std::string ext = ascii_text::Lowered(file_util_ex::GetFileExt(name));
     constexpr std::array<std::string_view, 5> kPacked = {"jpg", "jpeg", "png", "gif", "zip"};
     return std::ranges::find(kPacked, ext) != kPacked.end();
 }

@@ -3,28 +3,17 @@
 
 #include <algorithm>
 
+#include "base/text/ascii_text.h"
 #include "files/file_util_ex.h"
 
 namespace file_dialog_text {
 namespace {
 
-std::wstring Lower(std::wstring_view text) {
-    std::wstring lower(text);
-    for (wchar_t& c : lower) c = c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
-    return lower;
-}
-
-std::wstring Trimmed(std::wstring_view text) {
-    const std::size_t first = text.find_first_not_of(L' ');
-    if (first == std::wstring_view::npos) return {};
-    return std::wstring(text.substr(first, text.find_last_not_of(L' ') - first + 1));
-}
-
 std::vector<std::wstring> Split(std::wstring_view text, wchar_t at) {
     std::vector<std::wstring> parts;
     while (true) {
         const std::size_t end = text.find(at);
-        parts.push_back(Trimmed(text.substr(0, end)));
+        parts.emplace_back(ascii_text::Trimmed(text.substr(0, end), L" "));
         if (end == std::wstring_view::npos) return parts;
         text.remove_prefix(end + 1);
     }
@@ -41,7 +30,7 @@ CFilter MakeFilter(const std::wstring& label, std::wstring_view patterns) {
 bool HasExtension(const CFilter& filter, std::wstring_view extension) {
     return std::ranges::any_of(filter.patterns, [&](const std::wstring& pattern) {
         const std::wstring own = ExtensionOf(pattern);
-        return own.empty() || Lower(own) == Lower(extension);
+        return own.empty() || ascii_text::EqualNoCase(own, extension);
     });
 }
 

@@ -5,16 +5,10 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "base/text/ascii_text.h"
 #include "picture/image_writer.h"
 
 namespace {
-
-std::string LowerExtension(const std::filesystem::path& path) {
-    std::string extension = path.extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    return extension;
-}
 
 /** Uncompressed 32-bit TGA, rows from the bottom, as most programs of the format's time wrote it. */
 bool WriteTga(const CImage& image, const std::filesystem::path& path) {
@@ -57,7 +51,7 @@ CImage Paint(int width, int height, const CPainter& painter) {
 
 void SavePicture(const CImage& image, const std::filesystem::path& path) {
     if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path());
-    const std::string extension = LowerExtension(path);
+    const std::string extension = ascii_text::Lowered(path.extension().string());
     const bool written = extension == ".tga"   ? WriteTga(image, path)
                          : extension == ".png" ? image_codec::WritePng(path.string(), image, false).HasValue()
                                                : image_codec::WriteJpeg(path.string(), image, 88).HasValue();

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/text/ascii_text.h"
 #include "base/text/number_text.h"
 
 namespace {
@@ -38,13 +39,6 @@ std::string WithPoint(std::string_view text) {
     return copy;
 }
 
-std::string_view Trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
-}
-
 }  // namespace
 
 CNumberFormat CNumberFormat::General(int decimals, double min, double max) {
@@ -56,7 +50,7 @@ std::string CNumberFormat::Format(double value) const {
 }
 
 std::optional<double> CNumberFormat::Parse(std::string_view text) const {
-    std::string number = WithPoint(Trimmed(text));
+    std::string number = WithPoint(ascii_text::Trimmed(text));
     const std::optional<CPieces> pieces = Cut(number);
     if (!pieces || (pieces->whole.empty() && pieces->decimals.empty())) return {};
     if (pieces->whole.empty()) number.insert(pieces->negative ? 1 : 0, "0");  // ".5"

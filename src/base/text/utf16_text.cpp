@@ -18,17 +18,12 @@ std::string Utf16ToUtf8(std::string_view bytes) {
         part.clear();
     };
     for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
-        unsigned unit = unitAt(i);
-        if (unit >= 0xD800 && unit < 0xDC00 && i + 3 < bytes.size()) {
-            const unsigned low = unitAt(i + 2);
-            if (low >= 0xDC00 && low < 0xE000) {
-                unit = 0x10000 + (unit - 0xD800) * 0x400 + (low - 0xDC00);
-                i += 2;
-            }
-        }
+        const unsigned unit = unitAt(i);
         part.push_back(static_cast<wchar_t>(unit));
-        // Wide characters take four bytes each, so a large file is done in parts.
-        if (part.size() == 65'536) flush();
+        // Wide characters take four bytes each, so a large file is done in parts, none of which ends
+        // between the halves of a pair.
+        const bool isFirstOfPair = unit >= 0xD800 && unit < 0xDC00;
+        if (part.size() >= 65'536 && !isFirstOfPair) flush();
     }
     flush();
     return text;

@@ -11,52 +11,61 @@ bool IsSurrogate(char32_t c) {
     return c >= 0xD800 && c <= 0xDFFF;
 }
 
-void AppendUtf8(std::string& out, char32_t c) {
-    const auto push = [&out](char32_t byte) {
-        out.push_back(static_cast<char>(static_cast<unsigned char>(byte)));
-    };
-    if (c < 0x80) {
-        push(c);
-    } else if (c < 0x800) {
-        push(0xC0 | (c >> 6));
-        push(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        push(0xE0 | (c >> 12));
-        push(0x80 | ((c >> 6) & 0x3F));
-        push(0x80 | (c & 0x3F));
-    } else {
-        push(0xF0 | (c >> 18));
-        push(0x80 | ((c >> 12) & 0x3F));
-        push(0x80 | ((c >> 6) & 0x3F));
-        push(0x80 | (c & 0x3F));
-    }
-}
-
-// The character at the head of text and the bytes it takes; a malformed head is U+FFFD and one byte.
-struct CDecoded {
-    char32_t character = kReplacement;
-    std::size_t length = 1;
-};
-
-CDecoded DecodeHead(std::string_view text) {
-    const auto byteAt = [text](std::size_t i) {
-        return static_cast<char32_t>(static_cast<unsigned char>(text[i]));
-    };
-    const char32_t lead = byteAt(0);
-    if (lead < 0x80) return {lead, 1};
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || text.size() < length) return {};
-    char32_t c = lead & (0xFFU >> (length + 1));
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byteAt(i) & 0xC0) != 0x80) return {};
-        c = (c << 6) | (byteAt(i) & 0x3F);
-    }
-    constexpr std::array<char32_t, 5> kLeast = {0, 0, 0x80, 0x800, 0x10000};
-    if (c < kLeast[length] || c > 0x10FFFF || IsSurrogate(c)) return {};
-    return {c, length};
+bool IsContinuation(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0u) == 0x80u;
 }
 
 }  // namespace
+
+namespace utf8_text {
+
+std::optional<CCharacter> First(std::string_view text) {
+    const char32_t lead = static_cast<unsigned char>(text[0]);
+    if (lead < 0x80) return CCharacter{lead, 1};
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4 || text.size() < length) return {};
+    char32_t c = lead & (0xFFu >> (length + 1));
+    for (std::size_t i = 1; i < length; ++i) {
+        if (!IsContinuation(text[i])) return {};
+        c = (c << 6) | (static_cast<unsigned char>(text[i]) & 0x3Fu);
+    }
+    constexpr std::array<char32_t, 5> kLeast = {0, 0, 0x80, 0x800, 0x10000};
+    if (c < kLeast[length] || c > 0x10FFFF || IsSurrogate(c)) return {};
+    return CCharacter{c, length};
+}
+
+void Append(std::string& out, char32_t character) {
+    const auto push = [&out](char32_t byte) {
+        out.push_back(static_cast<char>(static_cast<unsigned char>(byte)));
+    };
+    if (character < 0x80) return push(character);
+    const int following = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
+    constexpr std::array<char32_t, 4> kLead = {0, 0xC0, 0xE0, 0xF0};
+    push(kLead[static_cast<std::size_t>(following)] | (character >> (6 * following)));
+    for (int i = following; i-- > 0;) push(0x80 | ((character >> (6 * i)) & 0x3F));
+}
+
+std::optional<std::u32string> Decode(std::string_view text) {
+    std::u32string characters;
+    while (!text.empty()) {
+        const std::optional<CCharacter> first = First(text);
+        if (!first) return {};
+        characters.push_back(first->code);
+        text.remove_prefix(first->length);
+    }
+    return characters;
+}
+
+std::string_view Cut(std::string_view text, std::size_t maxBytes) {
+    if (text.size() <= maxBytes) return text;
+    constexpr std::size_t kLongest = 4;
+    for (std::size_t back = 0; back < kLongest && back <= maxBytes; ++back) {
+        if (!IsContinuation(text[maxBytes - back])) return text.substr(0, maxBytes - back);
+    }
+    return text.substr(0, maxBytes);  // no UTF-8
+}
+
+}  // namespace utf8_text
 
 namespace file_util_ex {
 
@@ -73,7 +82,7 @@ std::string ConvertToUTF8(std::wstring_view text) {
                 ++i;
             }
         }
-        AppendUtf8(out, c > 0x10FFFF || IsSurrogate(c) ? kReplacement : c);
+        utf8_text::Append(out, c > 0x10FFFF || IsSurrogate(c) ? kReplacement : c);
     }
     return out;
 }
@@ -83,9 +92,10 @@ std::wstring ConvertFromUTF8W(std::string_view text) {
     std::wstring out;
     out.reserve(text.size());
     while (!text.empty()) {
-        const CDecoded head = DecodeHead(text);
-        out.push_back(static_cast<wchar_t>(head.character));
-        text.remove_prefix(head.length);
+        const utf8_text::CCharacter first =
+            utf8_text::First(text).value_or(utf8_text::CCharacter{kReplacement, 1});
+        out.push_back(static_cast<wchar_t>(first.code));
+        text.remove_prefix(first.length);
     }
     return out;
 }

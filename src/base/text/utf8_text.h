@@ -1,8 +1,28 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+
+namespace utf8_text {
+
+/** A character and the bytes that it takes. */
+struct CCharacter {
+    char32_t code = 0;
+    std::size_t length = 0;
+};
+/** The character that the text, which is not empty, begins with; nothing where that is no well-formed
+ * sequence: one cut short or too long, a surrogate, a value above U+10FFFF. */
+[[nodiscard]] std::optional<CCharacter> First(std::string_view text);
+/** Appends a character, which is none of those. */
+void Append(std::string& out, char32_t character);
+/** The characters of a text; nothing where any part of it is not well-formed. */
+[[nodiscard]] std::optional<std::u32string> Decode(std::string_view text);
+/** As much of the text's beginning as fits, not cut inside a character. */
+[[nodiscard]] std::string_view Cut(std::string_view text, std::size_t maxBytes);
+
+}  // namespace utf8_text
 
 /** Wide text (UTF-32 here, UTF-16 pairs accepted) and UTF-8, one into the other. */
 namespace file_util_ex {

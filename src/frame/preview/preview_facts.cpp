@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "base/text/ascii_text.h"
 #include "base/text/lng.h"
 #include "base/text/number_text.h"
 #include "files/file_util_ex.h"
@@ -38,9 +39,7 @@ std::string ModelOfScript(const std::string& path, std::uint64_t bytes) {
 }
 
 bool IsScript(const std::string& path) {
-    std::string extension = file_util_ex::GetFileExt(path);
-    for (char& c : extension) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    return extension == "orv";
+    return ascii_text::EqualNoCase(file_util_ex::GetFileExt(path), "orv");
 }
 
 std::int64_t Count(const nlohmann::json& stats, const char* key) {

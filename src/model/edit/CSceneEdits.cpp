@@ -16,6 +16,7 @@
 #include "model/prepare/prepare_scene.h"
 #include "model/scene/CScene.h"
 #include "model/scene/lib3ds_copies.h"
+#include "model/scene/lib3ds_name.h"
 #include "model/scene/mesh_access.h"
 
 namespace {
@@ -140,8 +141,8 @@ CStatus CSceneEdits::DeleteNode(std::string_view name) {
         m_names.erase(node);
         HideMorphTargets(*node);
         if (node->childs != nullptr) {
-            lib3ds_copies::SetName(node->data.object.instance, name);
-            lib3ds_copies::SetName(node->name, "$$$DUMMY");
+            CopyName(node->data.object.instance, name);
+            CopyName(node->name, "$$$DUMMY");
         } else {
             lib3ds_file_remove_node(file, node);
             lib3ds_node_free(node);
@@ -219,12 +220,12 @@ void CSceneEdits::PutMesh(CTarget& target, Lib3dsMesh* mesh, const CMat4& meshTo
         const std::string meshName = target.mesh->name;
         const std::string answersTo = target.node == nullptr ? m_names[target.mesh] : std::string();
         DropMesh(target.mesh);
-        lib3ds_copies::SetName(mesh->name, meshName);
+        CopyName(mesh->name, meshName);
         if (target.node == nullptr) m_names[mesh] = answersTo;
     }
     lib3ds_file_insert_mesh(m_scene.Header(), mesh);
     target.mesh = mesh;
     if (target.node == nullptr) return;
-    lib3ds_copies::SetName(target.node->name, mesh->name);
+    CopyName(target.node->name, mesh->name);
     std::fill_n(target.node->data.object.pivot, 3, 0.0f);
 }

@@ -12,6 +12,7 @@
 #include "model/edit/material_edits.h"
 #include "model/scene/CScene.h"
 #include "model/scene/lib3ds_copies.h"
+#include "model/scene/lib3ds_name.h"
 
 namespace {
 
@@ -28,7 +29,7 @@ std::set<std::string> MaterialsOf(const Lib3dsMesh& mesh) {
 
 void RenameInFaces(Lib3dsMesh& mesh, const std::string& from, const char* to) {
     for (Lib3dsDword i = 0; i < mesh.faces; ++i) {
-        if (from == mesh.faceL[i].material) lib3ds_copies::SetName(mesh.faceL[i].material, to);
+        if (from == mesh.faceL[i].material) CopyName(mesh.faceL[i].material, to);
     }
 }
 
@@ -47,7 +48,7 @@ bool CSceneEdits::OwnMesh(CTarget& target) {
         lib3ds_copies::CopyMesh(*target.mesh, lib3ds_copies::UnusedMeshName(*file, target.mesh->name));
     if (copy == nullptr) return false;
     lib3ds_file_insert_mesh(file, copy);
-    lib3ds_copies::SetName(target.node->name, copy->name);
+    CopyName(target.node->name, copy->name);
     target.mesh = copy;
     return true;
 }
@@ -61,7 +62,7 @@ Lib3dsMaterial* CSceneEdits::OwnMaterial(Lib3dsMesh& mesh, const std::string& na
         own = lib3ds_copies::CopyMaterial(*material, lib3ds_copies::UnusedMaterialName(*file, name));
     } else if ((own = lib3ds_material_new()) != nullptr) {
         const std::string_view base = name.empty() ? "Default" : std::string_view(name);
-        lib3ds_copies::SetName(own->name, lib3ds_copies::UnusedMaterialName(*file, base));
+        CopyName(own->name, lib3ds_copies::UnusedMaterialName(*file, base));
     }
     if (own == nullptr) return nullptr;
     const auto origin = m_materialOrigin.find(name);

@@ -13,6 +13,7 @@
 #include "files/file_util_ex.h"
 #include "model/scene/CScene.h"
 #include "model/scene/lib3ds_copies.h"
+#include "model/scene/lib3ds_name.h"
 #include "model/textures/CLib3dsMatUtil.h"
 
 namespace material_edits {
@@ -47,11 +48,7 @@ std::string Numbered(const std::string& name, unsigned number) {
     const std::string ext = file_util_ex::GetFileExt(name);
     const std::string suffix =
         (number > 1 ? "#" + std::to_string(number) : "") + (ext.empty() ? "" : "." + ext);
-    char field[64];
-    const std::size_t room =
-        suffix.size() < lib3ds_copies::kMaxName ? lib3ds_copies::kMaxName - suffix.size() : 0;
-    lib3ds_copies::SetName(field, file_util_ex::GetFileNameWithPath(name).substr(0, room));
-    return field + suffix.substr(0, lib3ds_copies::kMaxName);
+    return lib3ds_name::WithSuffix(file_util_ex::GetFileNameWithPath(name), suffix);
 }
 
 /** A name for a picture that nothing else in the scene is called. */
@@ -100,7 +97,7 @@ void SetTexture(Lib3dsMaterial& material, std::string_view textureName) {
         map.offset[0] = map.offset[1] = map.rotation = 0;
     }
     map.percent = 1;
-    lib3ds_copies::SetName(map.name, textureName);
+    CopyName(map.name, textureName);
 }
 
 CResult<std::string> AddTextureFile(CScene& scene, std::string_view path) {
@@ -134,7 +131,7 @@ void AdoptTextures(CScene& scene, const CScene& from, Lib3dsMaterial& material) 
         if (bytes.empty() || (known && known->data != nullptr && *known->data == bytes)) continue;
         const std::string fresh = FreeTextureName(scene, name);
         AddToScene(scene, fresh, std::move(bytes));
-        lib3ds_copies::SetName(name, fresh);
+        CopyName(name, fresh);
     }
 }
 

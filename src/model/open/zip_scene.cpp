@@ -5,8 +5,10 @@
 #include <array>
 #include <string>
 
+#include "base/text/ascii_text.h"
 #include "base/text/lng.h"
 #include "files/CZipReader.h"
+#include "files/file_util_ex.h"
 #include "model/read_3ds/C3dsParser.h"
 #include "model/scene/CNoteList.h"
 
@@ -14,21 +16,12 @@ namespace {
 /** Pictures beyond it stay packed: they are decoded later, so they must be held at the same time. */
 constexpr std::uint64_t kMaxPictureBytes = 512ULL << 20;
 
-std::string Lower(std::string_view text) {
-    std::string result(text);
-    for (char& c : result) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    return result;
-}
-
 std::string ExtensionOf(std::string_view name) {
-    const std::size_t dot = name.find_last_of("./");
-    return dot == std::string_view::npos || name[dot] == '/' ? "" : Lower(name.substr(dot + 1));
+    return ascii_text::Lowered(file_util_ex::GetFileExt(name));
 }
 
 std::string StemOf(std::string_view path) {
-    const std::size_t slash = path.find_last_of('/');
-    if (slash != std::string_view::npos) path.remove_prefix(slash + 1);
-    return Lower(path.substr(0, path.find_last_of('.')));
+    return ascii_text::Lowered(file_util_ex::GetFileNameWithPath(file_util_ex::GetFileName(path)));
 }
 
 bool IsPicture(std::string_view name) {

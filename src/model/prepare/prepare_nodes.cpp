@@ -13,6 +13,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "base/text/ascii_text.h"
 #include "base/text/lng.h"
 #include "model/scene/CScene.h"
 #include "model/scene/unique_names.h"
@@ -26,14 +27,14 @@ class CMeshFinder {
     explicit CMeshFinder(const std::vector<CPreparedMesh>& meshes) {
         for (std::size_t i = 0; i < meshes.size(); ++i) {
             m_exact.emplace(meshes[i].name, static_cast<int>(i));
-            AddLoose(Lower(meshes[i].name), static_cast<int>(i));
+            AddLoose(ascii_text::Lowered(meshes[i].name), static_cast<int>(i));
             if (meshes[i].name.size() > kShortName)
-                AddLoose(Lower(meshes[i].name.substr(0, kShortName)), static_cast<int>(i));
+                AddLoose(ascii_text::Lowered(meshes[i].name.substr(0, kShortName)), static_cast<int>(i));
         }
     }
     [[nodiscard]] int Find(const std::string& name) const {
         if (const auto found = m_exact.find(name); found != m_exact.end()) return found->second;
-        const auto loose = m_loose.find(Lower(name));
+        const auto loose = m_loose.find(ascii_text::Lowered(name));
         return loose == m_loose.end() ? -1 : loose->second;
     }
 
@@ -41,10 +42,6 @@ class CMeshFinder {
     static constexpr std::size_t kShortName = 10;
     static constexpr int kAmbiguous = -1;
 
-    static std::string Lower(std::string text) {
-        for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-        return text;
-    }
     void AddLoose(std::string key, int mesh) {
         const auto [place, isNew] = m_loose.emplace(std::move(key), mesh);
         if (!isNew && place->second != mesh) place->second = kAmbiguous;

@@ -16,6 +16,7 @@
 #include "model/read_3ds/clean_chunks.h"
 #include "model/read_3ds/keyframer_reading.h"
 #include "model/read_3ds/mesh_array_views.h"
+#include "model/read_3ds/read_name.h"
 #include "model/read_3ds/scene_limits.h"
 #include "model/scene/lib3ds_list.h"
 #include "model/scene/lib3ds_memory_io.h"
@@ -183,11 +184,7 @@ void C3dsParser::ReadMaterial(const C3dsChunk& chunk) {
 
 void C3dsParser::ReadNamedObject(const C3dsChunk& chunk) {
     CByteCursor in(Bytes(), chunk.begin, chunk.end);
-    std::string name = in.ReadString();
-    if (name.size() > 63) {
-        m_notes.Repaired("A long name was cut", CNoteList::Printable(name));
-        name.resize(63);
-    }
+    const std::string name = ReadName(in, m_notes);
     std::uint32_t flags = 0;
     std::vector<C3dsChunk> parts;
     CChunkWalker walker(Bytes(), in.Position(), chunk.end);

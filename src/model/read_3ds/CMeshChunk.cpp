@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "model/read_3ds/read_name.h"
+
 namespace {
 constexpr std::size_t kMaxGroups = 65535;
 
@@ -48,18 +50,14 @@ void ReadMapping(CByteCursor in, CMeshChunk& mesh) {
 void ReadGroup(CByteCursor in, CMeshChunk& mesh, CNoteList& notes) {
     if (mesh.groups.size() >= kMaxGroups) return;
     CMaterialGroup group;
-    group.material = in.ReadString();
-    if (group.material.size() > 63) group.material.resize(63);
+    group.material = ReadName(in, notes);
     group.faces = ReadArray(in, 2, "faces of a material", notes);
     mesh.groups.push_back(std::move(group));
 }
 
-void ReadBoxMap(CByteCursor in, CMeshChunk& mesh) {
+void ReadBoxMap(CByteCursor in, CMeshChunk& mesh, CNoteList& notes) {
     std::vector<std::string> names(6);
-    for (std::string& name : names) {
-        name = in.ReadString();
-        if (name.size() > 63) name.resize(63);
-    }
+    for (std::string& name : names) name = ReadName(in, notes);
     if (!in.RanOut()) mesh.boxMap = std::move(names);
 }
 
@@ -93,7 +91,7 @@ void ReadPart(std::span<const std::byte> bytes, const C3dsChunk& chunk, CMeshChu
             ReadGroup(in, mesh, notes);
             break;
         case LIB3DS_MSH_BOXMAP:
-            ReadBoxMap(in, mesh);
+            ReadBoxMap(in, mesh, notes);
             break;
         case LIB3DS_MESH_MATRIX:
             ReadMatrix(in, mesh, notes);

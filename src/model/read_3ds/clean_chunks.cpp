@@ -7,9 +7,10 @@
 #include <cmath>
 #include <string_view>
 
+#include "model/read_3ds/read_name.h"
+
 namespace {
-constexpr std::size_t kMaxNameLength = 63;  // lib3ds keeps names in char[64]
-constexpr int kMaxDepth = 6;                // main settings or material, map, colour: four levels are in use
+constexpr int kMaxDepth = 6;  // main settings or material, map, colour: four levels are in use
 
 /** contents: f float, w 16 bits, d 32 bits, b byte, s string, e 11 bytes of text; then children
  * when hasChildren. */
@@ -149,11 +150,7 @@ void Append(std::vector<std::byte>& out, T value) {
 }
 
 void AppendString(CByteCursor& in, std::vector<std::byte>& out, CNoteList& notes) {
-    std::string text = in.ReadString();
-    if (text.size() > kMaxNameLength) {
-        notes.Repaired("A long name was cut", CNoteList::Printable(text));
-        text.resize(kMaxNameLength);
-    }
+    const std::string text = ReadName(in, notes);
     const auto* begin = reinterpret_cast<const std::byte*>(text.c_str());
     out.insert(out.end(), begin, begin + text.size() + 1);
 }

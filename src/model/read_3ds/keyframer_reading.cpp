@@ -12,6 +12,7 @@
 #include <type_traits>
 
 #include "model/scene/lib3ds_list.h"
+#include "model/scene/lib3ds_name.h"
 
 namespace {
 constexpr int kMaxFrame = 1'000'000;

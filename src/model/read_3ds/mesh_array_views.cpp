@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "model/scene/lib3ds_list.h"
+#include "model/scene/lib3ds_name.h"
 #include "model/scene/mesh_access.h"
 #include "model/scene/mesh_arrays.h"
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "model/read_obj/mtl_text.h"
-#include "model/scene/lib3ds_list.h"
+#include "model/scene/lib3ds_name.h"
 
 namespace {
 

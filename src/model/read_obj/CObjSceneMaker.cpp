@@ -10,6 +10,7 @@
 
 #include "model/read_obj/CObjMeshBuilder.h"
 #include "model/scene/lib3ds_list.h"
+#include "model/scene/lib3ds_name.h"
 #include "model/scene/unique_names.h"
 
 namespace {

@@ -10,27 +10,17 @@
 #include <cstring>
 #include <unordered_set>
 
+#include "model/scene/lib3ds_name.h"
+#include "model/scene/unique_names.h"
+
 namespace lib3ds_copies {
 namespace {
 
-/** Length of text cut to limit bytes, not in the middle of a UTF-8 sequence. */
-std::size_t CutLength(std::string_view text, std::size_t limit) {
-    if (text.size() <= limit) return text.size();
-    std::size_t length = limit;
-    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0u) == 0x80u) --length;
-    return length > 0 ? length : limit;
-}
-
 template <class T>
 std::string UnusedName(const T* list, std::string_view name) {
-    std::unordered_set<std::string_view> used;
-    for (; list != nullptr; list = list->next) used.insert(list->name);
-    std::string candidate(name.substr(0, CutLength(name, kMaxName)));
-    for (unsigned n = 2; candidate.empty() || used.contains(candidate); ++n) {
-        const std::string suffix = "#" + std::to_string(n);
-        candidate = std::string(name.substr(0, CutLength(name, kMaxName - suffix.size()))) + suffix;
-    }
-    return candidate;
+    std::unordered_set<std::string> taken{""};
+    for (; list != nullptr; list = list->next) taken.insert(list->name);
+    return UniqueName(lib3ds_name::Cut(name), taken);
 }
 
 template <class T>
@@ -39,12 +29,6 @@ void CopyArray(T* to, const T* from, std::size_t count) {
 }
 
 }  // namespace
-
-void SetName(char (&field)[64], std::string_view text) {
-    const std::size_t length = CutLength(text, kMaxName);
-    std::memset(field, 0, sizeof field);
-    std::copy_n(text.data(), length, field);
-}
 
 Lib3dsMesh* CopyMesh(const Lib3dsMesh& mesh, std::string_view name) {
     Lib3dsMesh* copy = lib3ds_mesh_new("");
@@ -66,7 +50,7 @@ Lib3dsMesh* CopyMesh(const Lib3dsMesh& mesh, std::string_view name) {
     std::memcpy(copy->matrix, mesh.matrix, sizeof copy->matrix);
     copy->box_map = mesh.box_map;
     copy->map_data = mesh.map_data;
-    SetName(copy->name, name);
+    CopyName(copy->name, name);
     return copy;
 }
 
@@ -76,7 +60,7 @@ Lib3dsMaterial* CopyMaterial(const Lib3dsMaterial& material, std::string_view na
     *copy = material;
     copy->next = nullptr;
     copy->user.p = nullptr;
-    SetName(copy->name, name);
+    CopyName(copy->name, name);
     return copy;
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -10,19 +9,13 @@
 /** Copies of a scene's parts, under names that fit the structures and that nothing else has. */
 namespace lib3ds_copies {
 
-/** Longest name that fits the structures, in bytes. */
-constexpr std::size_t kMaxName = 63;
-
-/** Copies text into one of the structures' name fields of 64 bytes, cut before a broken UTF-8 sequence. */
-void SetName(char (&field)[64], std::string_view text);
-
 /** A copy of everything but the chain and the user data; not in any file yet. Null when memory is short. */
 [[nodiscard]] Lib3dsMesh* CopyMesh(const Lib3dsMesh& mesh, std::string_view name);
 [[nodiscard]] Lib3dsMaterial* CopyMaterial(const Lib3dsMaterial& material, std::string_view name);
 /** True where two materials differ in nothing but name, chain and user data. */
 [[nodiscard]] bool SameLook(const Lib3dsMaterial& a, const Lib3dsMaterial& b);
 
-/** The name itself, or with "#2", "#3", ... when the file has it already; fits kMaxName. */
+/** The name itself, or with "#2", "#3", ... when the file has it already; fits the structures. */
 [[nodiscard]] std::string UnusedMaterialName(Lib3dsFile& file, std::string_view name);
 [[nodiscard]] std::string UnusedMeshName(Lib3dsFile& file, std::string_view name);
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstring>
-#include <string>
 #include <vector>
 
 /** lib3ds keeps materials, meshes, cameras and lights in lists linked by `next`. */
@@ -18,12 +16,4 @@ template <class T>
 void AppendToList(T**& link, T* item) {
     *link = item;
     link = &item->next;
-}
-
-/** Copies at most Size - 1 bytes of a name and ends it. */
-template <std::size_t Size>
-void CopyName(char (&target)[Size], const std::string& name) {
-    const std::size_t length = name.size() < Size ? name.size() : Size - 1;
-    std::memcpy(target, name.data(), length);
-    target[length] = 0;
 }

@@ -8,21 +8,22 @@
 #include <lib3ds/mesh.h>
 #include <lib3ds/node.h>
 
+#include <algorithm>
 #include <unordered_map>
 #include <vector>
 
-#include "model/scene/lib3ds_list.h"
+#include "model/scene/lib3ds_name.h"
 
-std::string UniqueName(const std::string& name, std::unordered_set<std::string>& taken) {
-    constexpr std::size_t kMaxLength = 63;
-    if (taken.insert(name).second) return name;
-    // A file of 60,000 equal names must not try every number from 2 on for each; the size is a
-    // good first guess.
-    for (std::size_t number = taken.size() > 100 ? taken.size() : 2;; ++number) {
-        const std::string suffix = "#" + std::to_string(number);
-        std::string candidate = name.substr(0, kMaxLength - suffix.size()) + suffix;
-        if (taken.insert(candidate).second) return candidate;
+std::string UniqueName(std::string_view name, std::unordered_set<std::string>& taken) {
+    constexpr std::size_t kFewTries = 10;
+    std::string candidate(name);
+    for (std::size_t number = 2; !taken.insert(candidate).second; ++number) {
+        // A file of 60,000 equal names must not try every number from 2 on for each; the size is a
+        // good first guess.
+        if (number == kFewTries) number = std::max(number, taken.size());
+        candidate = lib3ds_name::WithSuffix(name, "#" + std::to_string(number));
     }
+    return candidate;
 }
 
 namespace {

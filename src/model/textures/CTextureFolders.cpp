@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <array>
 
+#include "base/text/ascii_text.h"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -48,10 +50,7 @@ bool IsFolder(const fs::path& path) {
 
 /** For folders with more entries than we list: the spellings that are likely on a disk. */
 std::vector<std::string> LikelySpellings(const std::string& name) {
-    std::string lower = name, upper = name;
-    for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-    for (char& c : upper) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
-    return {name, lower, upper};
+    return {name, ascii_text::Lowered(name), ascii_text::Uppered(name)};
 }
 
 struct CDirCloser {

@@ -3,9 +3,10 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 
+#include "base/text/ascii_text.h"
 #include "base/text/code_pages.h"
+#include "base/text/utf8_text.h"
 
 namespace texture_name {
 namespace {
@@ -16,50 +17,10 @@ constexpr std::array<std::string_view, 15> kPictureExtensions{"jpg", "jpeg", "pn
                                                               "gif", "tif",  "tiff", "pcx", "dds",
                                                               "sgi", "rgb",  "cel",  "jpe", "webp"};
 
-std::optional<std::u32string> DecodeUtf8(std::string_view bytes) {
-    std::u32string text;
-    for (std::size_t i = 0; i < bytes.size();) {
-        const auto lead = static_cast<unsigned char>(bytes[i]);
-        const std::size_t length = lead < 0x80 ? 1 : lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-        if ((lead >= 0x80 && lead < 0xC2) || lead > 0xF4 || i + length > bytes.size()) return std::nullopt;
-        char32_t c = length == 1 ? lead : lead & (0x7Fu >> length);
-        for (std::size_t k = 1; k < length; ++k) {
-            const auto next = static_cast<unsigned char>(bytes[i + k]);
-            if ((next & 0xC0u) != 0x80u) return std::nullopt;
-            c = (c << 6) | (next & 0x3Fu);
-        }
-        text.push_back(c);
-        i += length;
-    }
-    return text;
-}
-
-void AppendUtf8(std::string& out, char32_t c) {
-    const auto put = [&out](char32_t byte) {
-        out.push_back(static_cast<char>(static_cast<unsigned char>(byte)));
-    };
-    if (c < 0x80) {
-        put(c);
-    } else if (c < 0x800) {
-        put(0xC0u | (c >> 6));
-        put(0x80u | (c & 0x3Fu));
-    } else if (c < 0x10000) {
-        put(0xE0u | (c >> 12));
-        put(0x80u | ((c >> 6) & 0x3Fu));
-        put(0x80u | (c & 0x3Fu));
-    } else {
-        put(0xF0u | ((c >> 18) & 7u));
-        put(0x80u | ((c >> 12) & 0x3Fu));
-        put(0x80u | ((c >> 6) & 0x3Fu));
-        put(0x80u | (c & 0x3Fu));
-    }
-}
-
 // The C library's towlower follows the locale, and knows only ASCII in the "C" locale that
 // programs start with.
 char32_t ToLower(char32_t c) {
-    if (c >= U'A' && c <= U'Z') return c + 32;
-    if (c < 0xC0) return c;
+    if (c < 0xC0) return ascii_text::Lower(c);
     if (c <= 0xDE) return c == 0xD7 ? c : c + 32;
     if (c >= 0x100 && c <= 0x17F) {
         const bool oddIsUpper = (c >= 0x139 && c <= 0x148) || (c >= 0x179 && c <= 0x17E);
@@ -77,14 +38,12 @@ char32_t ToLower(char32_t c) {
 std::string FoldText(const std::u32string& text) {
     std::string key;
     key.reserve(text.size());
-    for (const char32_t c : text) AppendUtf8(key, ToLower(c));
+    for (const char32_t c : text) utf8_text::Append(key, ToLower(c));
     return key;
 }
 
 std::string FoldBytes(std::string_view bytes) {
-    std::string key(1, kBytesKeyMark);
-    for (const char c : bytes) key.push_back(c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c);
-    return key;
+    return kBytesKeyMark + ascii_text::Lowered(bytes);
 }
 
 /** A stem as the DOS short-name rule sees it: without blanks and dots. */
@@ -98,7 +57,7 @@ std::string Squeezed(std::string_view stem) {
 }  // namespace
 
 std::string FoldKey(std::string_view name) {
-    const auto text = DecodeUtf8(name);
+    const auto text = utf8_text::Decode(name);
     return text ? FoldText(*text) : FoldBytes(name);
 }
 
@@ -146,12 +105,7 @@ bool IsTruncationOf(std::string_view cut, std::string_view name) {
 CTextureQuery::CTextureQuery(std::string_view reference) {
     constexpr std::size_t kMaxLength = 1024, kMaxFolders = 16;
     reference = reference.substr(0, reference.find('\0')).substr(0, kMaxLength);
-    const auto trim = [&reference](std::string_view unwanted) {
-        const std::size_t first = reference.find_first_not_of(unwanted);
-        if (first == std::string_view::npos) return reference = {}, void();
-        reference = reference.substr(first, reference.find_last_not_of(unwanted) - first + 1);
-    };
-    trim(" \t\r\n\"");
+    reference = ascii_text::Trimmed(reference, " \t\r\n\"");
     if (reference.size() >= 2 && reference[1] == ':') {
         absolute = true;
         reference.remove_prefix(2);

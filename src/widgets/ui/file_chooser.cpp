@@ -6,6 +6,7 @@
 
 #include <memory>
 
+#include "base/text/ascii_text.h"
 #include "files/file_util_ex.h"
 
 using file_dialog_text::CFilter;
@@ -26,11 +27,11 @@ std::string TakeText(char* text) {
 std::string AnyCase(const std::string& pattern) {
     std::string result;
     for (const char c : pattern) {
-        if (g_ascii_isalpha(c)) {
-            result += {'[', g_ascii_tolower(c), g_ascii_toupper(c), ']'};
-        } else {
+        const char lower = ascii_text::Lower(c), upper = ascii_text::Upper(c);
+        if (lower == upper)
             result += c;
-        }
+        else
+            result += {'[', lower, upper, ']'};
     }
     return result;
 }
