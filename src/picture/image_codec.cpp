@@ -133,8 +133,6 @@ CResult<CImage> DecodeImage(std::span<const std::byte> bytes, std::string_view n
                 return DecodePng(bytes);
             case EFormat::Jpeg:
                 return DecodeJpeg(bytes);
-            case EFormat::Sgi:
-                return CError{EErrorCode::Unsupported, lng::Mark("SGI pictures are not read"), {}};
             case EFormat::Unknown:
                 return CError{EErrorCode::Unsupported, lng::Mark("not a kind of picture that is read"), {}};
             default:

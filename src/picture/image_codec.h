@@ -20,7 +20,7 @@ constexpr std::uint64_t kMaxDecodedBytes = 256ULL << 20;  ///< as RGBA
 constexpr std::uint64_t kMaxFileBytes = 512ULL << 20;
 
 /** The format is taken from the bytes; where they do not tell, from the extension of nameHint (a file
- * name; it may be empty). Unsupported: a format that is not read, SGI and some kinds of DDS among them.
+ * name; it may be empty). Unsupported: a format that is not read, some kinds of DDS among them.
  * TooLarge: a side or the whole over the limits above, found before memory is taken. BadFormat: damaged. A
  * picture whose data ends early is BadFormat, except a JPEG, whose missing rest is grey, as cameras and
  * browsers show it. */

@@ -2,7 +2,6 @@
 #include "picture/image_probe.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 
 #include "base/byte_order.h"
@@ -14,22 +13,6 @@ namespace {
 using CBytes = std::span<const std::byte>;
 
 using byte_order::At8, byte_order::Be16, byte_order::Be32, byte_order::Le16, byte_order::Le32;
-
-struct CSignature {
-    std::string_view text;
-    EFormat format;
-};
-using namespace std::string_view_literals;
-constexpr std::array kSignatures = {
-    CSignature{"\x89PNG\r\n\x1a\n"sv, EFormat::Png},
-    CSignature{"\xFF\xD8\xFF"sv, EFormat::Jpeg},
-    CSignature{"GIF87a"sv, EFormat::Gif},
-    CSignature{"GIF89a"sv, EFormat::Gif},
-    CSignature{"II*\0"sv, EFormat::Tiff},
-    CSignature{"MM\0*"sv, EFormat::Tiff},
-    CSignature{"DDS "sv, EFormat::Dds},
-    CSignature{"\x01\xDA"sv, EFormat::Sgi},
-};
 
 bool StartsWith(CBytes bytes, std::string_view text) {
     return bytes.size() >= text.size() &&
@@ -57,12 +40,6 @@ bool LooksLikeTga(CBytes bytes) {
     const bool depth = bits == 8 || bits == 15 || bits == 16 || bits == 24 || bits == 32;
     return bytes.size() > 18 && map <= 1 && known && (!mapped || map == 1) && depth && Le16(bytes, 12) > 0 &&
            Le16(bytes, 14) > 0;
-}
-
-bool IsTgaName(std::string_view name) {
-    std::string ext = file_util_ex::GetFileExt(name);
-    for (char& c : ext) c = static_cast<char>(c | 0x20);
-    return ext == "tga" || ext == "targa" || ext == "icb" || ext == "vda" || ext == "vst";
 }
 
 CClaim BmpClaim(CBytes bytes) {
@@ -127,11 +104,9 @@ CClaim GifClaim(CBytes bytes) {
 }  // namespace
 
 EFormat FormatOf(std::span<const std::byte> bytes, std::string_view nameHint) {
-    for (const CSignature& signature : kSignatures) {
-        if (StartsWith(bytes, signature.text)) return signature.format;
-    }
+    if (const EFormat signedAs = FormatOfSignature(bytes); signedAs != EFormat::Unknown) return signedAs;
     if (LooksLikeBmp(bytes)) return EFormat::Bmp;
-    if (IsTgaName(nameHint)) return EFormat::Tga;
+    if (FormatOfEnding(file_util_ex::GetFileExt(nameHint)) == EFormat::Tga) return EFormat::Tga;
     if (LooksLikePcx(bytes)) return EFormat::Pcx;
     return LooksLikeTga(bytes) ? EFormat::Tga : EFormat::Unknown;
 }

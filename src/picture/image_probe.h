@@ -6,10 +6,12 @@
 #include <span>
 #include <string_view>
 
+#include "picture/picture_formats.h"
+
 /** What the first bytes of a picture tell, found without decoding it. */
 namespace image_probe {
 
-enum class EFormat { Unknown, Png, Jpeg, Tga, Bmp, Gif, Tiff, Pcx, Dds, Sgi };
+using EFormat = EPictureFormat;
 
 /** The format by its signature. TGA has none: it is one by its header making sense and
  * nothing else matching. */

@@ -3,13 +3,13 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 
 #include <map>
 #include <optional>
 #include <utility>
 
 #include "base/text/number_text.h"
+#include "files/CFileDescriptor.h"
 #include "files/file_util_ex.h"
 
 using file_util_ex::ConvertFromUTF8W;
@@ -42,21 +42,16 @@ bool SetDefault(std::string_view section, std::string_view key, const std::strin
     return true;
 }
 
-/** Lets one process at a time read, change and replace files of a folder. */
+/** Lets one process at a time read, change and replace files of a folder, as long as it lives. */
 class CFolderLock {
   public:
     explicit CFolderLock(const std::string& folder)
         : m_folder(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-        if (m_folder >= 0) (void)flock(m_folder, LOCK_EX);  // without it only a rare race is left
-    }
-    CFolderLock(const CFolderLock&) = delete;
-    CFolderLock& operator=(const CFolderLock&) = delete;
-    ~CFolderLock() {
-        if (m_folder >= 0) close(m_folder);
+        if (m_folder.IsOpen()) (void)flock(m_folder.Get(), LOCK_EX);  // without it only a rare race is left
     }
 
   private:
-    int m_folder;
+    CFileDescriptor m_folder;
 };
 
 std::optional<std::string> ValueOf(const CIniFile* ini, std::string_view section, std::string_view key) {

@@ -11,6 +11,7 @@
 #include "files/file_util_ex.h"
 #include "model/read_3ds/C3dsParser.h"
 #include "model/scene/CNoteList.h"
+#include "model/textures/texture_name.h"
 
 namespace {
 /** Pictures beyond it stay packed: they are decoded later, so they must be held at the same time. */
@@ -25,10 +26,7 @@ std::string StemOf(std::string_view path) {
 }
 
 bool IsPicture(std::string_view name) {
-    constexpr std::array kExtensions = {"jpg", "jpeg", "png", "tga", "bmp", "gif",
-                                        "tif", "tiff", "pcx", "dds", "sgi", "rgb"};
-    const std::string extension = ExtensionOf(name);
-    return std::find(kExtensions.begin(), kExtensions.end(), extension) != kExtensions.end();
+    return texture_name::IsPictureExtension(ExtensionOf(name));
 }
 
 /** Archives made on a Mac hold a file of notes for each of theirs, under the same name

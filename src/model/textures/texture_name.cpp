@@ -2,20 +2,17 @@
 #include "model/textures/texture_name.h"
 
 #include <algorithm>
-#include <array>
 
 #include "base/text/ascii_text.h"
 #include "base/text/code_pages.h"
 #include "base/text/utf8_text.h"
+#include "picture/picture_formats.h"
 
 namespace texture_name {
 namespace {
 
 // A lead byte that UTF-8 never has, so keys of undecodable names cannot meet those of text.
 constexpr char kBytesKeyMark = '\xFF';
-constexpr std::array<std::string_view, 15> kPictureExtensions{"jpg", "jpeg", "png",  "tga", "bmp",
-                                                              "gif", "tif",  "tiff", "pcx", "dds",
-                                                              "sgi", "rgb",  "cel",  "jpe", "webp"};
 
 // The C library's towlower follows the locale, and knows only ASCII in the "C" locale that
 // programs start with.
@@ -79,9 +76,14 @@ CParts Split(std::string_view key) {
 }
 
 std::size_t PictureRank(std::string_view ext) {
-    const auto found = std::find(kPictureExtensions.begin(), kPictureExtensions.end(), ext);
-    if (found == kPictureExtensions.end()) return kNoPicture;
-    return static_cast<std::size_t>(found - kPictureExtensions.begin());
+    std::size_t rank = 0;
+    for (const CPictureFormat& format : PictureFormats()) {
+        for (const std::string_view ending : format.endings) {
+            if (!ending.empty() && ending == ext) return rank;
+            ++rank;
+        }
+    }
+    return kNoPicture;
 }
 
 bool IsTruncationOf(std::string_view cut, std::string_view name) {
