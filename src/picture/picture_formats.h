@@ -11,7 +11,7 @@ enum class EPictureFormat { Unknown, Jpeg, Png, Tga, Bmp, Gif, Tiff, Pcx, Dds };
 /** A kind of picture that is read. */
 struct CPictureFormat {
     EPictureFormat format = EPictureFormat::Unknown;
-    std::string_view mime;  ///< as the shared MIME database names it
+    std::string_view mime;                         ///< as the shared MIME database names it
     std::array<std::string_view, 5> endings{};     ///< of file names, lower case, the usual one first
     std::array<std::string_view, 2> signatures{};  ///< either of them begins its files; none: no signature
 };

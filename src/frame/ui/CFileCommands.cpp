@@ -12,9 +12,9 @@
 #include "settings/CLocalRegStore.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
-#include "view/ui/run_beside_windows.h"
 #include "widgets/CUserPrompt.h"
 #include "widgets/ui/CBXFileDialogI.h"
+#include "widgets/ui/run_job.h"
 
 namespace {
 

@@ -23,7 +23,7 @@
 #include "model/scene/CScene.h"
 #include "view/CKeyDownListener.h"
 #include "view/pick_records.h"
-#include "view/ui/run_beside_windows.h"
+#include "widgets/ui/run_job.h"
 
 namespace {
 
@@ -84,10 +84,10 @@ CResult<CLoadedScene> CViewer3DSWindowHandler::LoadBesideWindows(const std::wstr
     std::optional<CResult<CLoadedScene>> loaded;
     const std::string utf8 = file_util_ex::ConvertToUTF8(path);
     const wxStopWatch watch;
-    RunBesideWindows([&] { loaded.emplace(LoadScene(utf8, &progress)); },
-                     [&] {
-                         if (m_progressListener) m_progressListener(progress, watch.Time());
-                     });
+    RunJob([&](CJobProgress&) { loaded.emplace(LoadScene(utf8, &progress)); },
+           [&](CJobProgress&) {
+               if (m_progressListener) m_progressListener(progress, watch.Time());
+           });
     return std::move(*loaded);
 }
 

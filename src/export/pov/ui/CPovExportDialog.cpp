@@ -10,9 +10,9 @@
 #include "export/pov/ui/CPovExportProgCtrl.h"
 #include "files/std_file_paths.h"
 #include "settings/CSettings.h"
-#include "view/ui/run_beside_windows.h"
 #include "widgets/CUserPrompt.h"
 #include "widgets/ui/accessible_name.h"
+#include "widgets/ui/run_job.h"
 
 namespace {
 
@@ -93,7 +93,7 @@ void CPovExportDialog::Step() {
 }
 
 void CPovExportDialog::Work(const std::function<void()>& work) {
-    RunBesideWindows(work, [this] { m_bar->ShowNow(kServeLimit); });
+    RunJob([&](CJobProgress&) { work(); }, [this](CJobProgress&) { m_bar->ShowNow(kServeLimit); });
 }
 
 void CPovExportDialog::Finished() {

@@ -12,9 +12,9 @@
 #include "export/pov/ui/CPovExportDialog.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
-#include "view/ui/run_beside_windows.h"
 #include "widgets/CUserPrompt.h"
 #include "widgets/ui/CBXFileDialogI.h"
+#include "widgets/ui/run_job.h"
 
 namespace {
 
@@ -61,7 +61,7 @@ Lib3dsFile* SceneOf(CViewer3DSWindowHandler& view) {
     const CBusyCursor cursor;
     const CStillView still(view);
     Lib3dsFile* scene = nullptr;
-    RunBesideWindows([&] { scene = view.GetEngine().Get3dsFile(); }, {});
+    RunJob([&](CJobProgress&) { scene = view.GetEngine().Get3dsFile(); });
     return scene;
 }
 
