@@ -3,43 +3,9 @@
 
 #include "files/CTestFolder.h"
 #include "files/file_util_ex.h"
-#include "row_name.h"
 
-using namespace std::string_literals;
 namespace fs = std::filesystem;
 namespace fu = file_util_ex;
-
-struct CUtf8Case {
-    const char* name;
-    std::string bytes;
-    std::wstring text;
-};
-class Utf8Test : public testing::TestWithParam<CUtf8Case> {};
-
-TEST_P(Utf8Test, ReadsAsCharacters) {
-    EXPECT_EQ(fu::ConvertFromUTF8W(GetParam().bytes), GetParam().text);
-}
-
-const CUtf8Case kUtf8[] = {
-    {"EveryLength", "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", L"aé€\U0001F600"},
-    {"NulInside", "a\0b"s, L"a\0b"s},
-    {"LoneTail", "a\x80-", L"a\xFFFD-"},
-    {"CutShort", "\xE2\x82", L"\xFFFD\xFFFD"},
-    {"Overlong", "\xC0\xAF", L"\xFFFD\xFFFD"},
-    {"OverlongThree", "\xE0\x80\xAF", L"\xFFFD\xFFFD\xFFFD"},
-    {"Surrogate", "\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},
-    {"TooHigh", "\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD\xFFFD"},
-    {"HeadThenLetter", "\xE2-", L"\xFFFD-"},
-};
-INSTANTIATE_TEST_SUITE_P(ConvertFromUTF8W, Utf8Test, testing::ValuesIn(kUtf8), kRowName);
-
-TEST(FileUtilTest, WideTextBecomesUtf8WithNothingMalformed) {
-    EXPECT_EQ(fu::ConvertToUTF8(L"é€\U0001F600"), "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
-    const std::wstring pair = {wchar_t(0xD83D), wchar_t(0xDE00)};
-    EXPECT_EQ(fu::ConvertToUTF8(pair), "\xF0\x9F\x98\x80");
-    EXPECT_EQ(fu::ConvertToUTF8(pair.substr(0, 1) + L"x"), "\xEF\xBF\xBDx");
-    EXPECT_EQ(fu::ConvertToUTF8(std::wstring(1, wchar_t(0x110000))), "\xEF\xBF\xBD");
-}
 
 TEST(FileUtilTest, PathsFallIntoTheirParts) {
     struct CPathCase {

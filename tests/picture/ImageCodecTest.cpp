@@ -10,6 +10,7 @@
 #include "files/CTestFolder.h"
 #include "files/file_util_ex.h"
 #include "picture/image_codec.h"
+#include "row_name.h"
 
 using namespace std::string_literals;
 using image_codec::DecodeImage;
@@ -148,7 +149,7 @@ INSTANTIATE_TEST_SUITE_P(
                     CFormatCase{"Dds565", Dds565}, CFormatCase{"Dds24", Dds24},
                     CFormatCase{"Dds32", Dds32, 0x80}, CFormatCase{"DdsTenBits", DdsTenBits, 0x55},
                     CFormatCase{"DdsZeroAlpha", DdsZeroAlpha}),
-    [](const auto& test) { return test.param.name; });
+    kRowName);
 
 namespace {
 
@@ -225,7 +226,7 @@ INSTANTIATE_TEST_SUITE_P(
         CRefusal{"PngBig",
                  "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x80\0\0\0\0\1\x08\2\0\0\0\x08\x54\x0D\x7F\0\0\0\0IDAT"s,
                  "", EErrorCode::TooLarge}),
-    [](const auto& test) { return test.param.name; });
+    kRowName);
 
 namespace {
 

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include "base/text/ascii_text.h"
+#include "base/text/utf8_text.h"
+#include "row_name.h"
+
+using namespace std::string_literals;
+using file_util_ex::ConvertFromUTF8W;
+using file_util_ex::ConvertToUTF8;
+
+struct CUtf8Case {
+    const char* name;
+    std::string bytes;
+    std::wstring text;
+    bool isSound = false;
+};
+class Utf8TextTest : public testing::TestWithParam<CUtf8Case> {};
+
+TEST_P(Utf8TextTest, ReadsAsCharacters) {
+    EXPECT_EQ(ConvertFromUTF8W(GetParam().bytes), GetParam().text);
+    EXPECT_EQ(utf8_text::Decode(GetParam().bytes).has_value(), GetParam().isSound);
+}
+
+const CUtf8Case kUtf8[] = {
+    {"EveryLength", "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", L"aé€\U0001F600", true},
+    {"NulInside", "a\0b"s, L"a\0b"s, true},
+    {"LoneTail", "a\x80-", L"a\xFFFD-"},
+    {"CutShort", "\xE2\x82", L"\xFFFD\xFFFD"},
+    {"Overlong", "\xC0\xAF", L"\xFFFD\xFFFD"},
+    {"OverlongThree", "\xE0\x80\xAF", L"\xFFFD\xFFFD\xFFFD"},
+    {"Surrogate", "\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},
+    {"TooHigh", "\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD\xFFFD"},
+    {"HeadThenLetter", "\xE2-", L"\xFFFD-"},
+};
+INSTANTIATE_TEST_SUITE_P(Texts, Utf8TextTest, testing::ValuesIn(kUtf8), kRowName);
+
+TEST(Utf8TextTest, WideTextBecomesUtf8WithNothingMalformed) {
+    EXPECT_EQ(ConvertToUTF8(L"aé€\U0001F600"), "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
+    const std::wstring pair = {wchar_t(0xD83D), wchar_t(0xDE00)};
+    EXPECT_EQ(ConvertToUTF8(pair), "\xF0\x9F\x98\x80");
+    EXPECT_EQ(ConvertToUTF8(pair.substr(0, 1) + L"x"), "\xEF\xBF\xBDx");
+    EXPECT_EQ(ConvertToUTF8(std::wstring(1, wchar_t(0x110000))), "\xEF\xBF\xBD");
+}
+
+TEST(Utf8TextTest, IsCutBetweenCharactersAndWhateverItIs) {
+    const std::string smile = "\xF0\x9F\x98\x80", noText(9, '\x80');
+    EXPECT_EQ(utf8_text::Cut("ab" + smile, 6), "ab" + smile);
+    for (const std::size_t most : {2U, 3U, 4U, 5U}) EXPECT_EQ(utf8_text::Cut("ab" + smile, most), "ab");
+    EXPECT_EQ(utf8_text::Cut(smile, 3), "");
+    EXPECT_EQ(utf8_text::Cut(noText, 7), noText.substr(0, 7));
+}
+
+TEST(AsciiTextTest, KnowsTheLettersOfAsciiAndNoOthers) {
+    EXPECT_EQ(ascii_text::Lowered("AZ@[\xC3\x84"s), "az@[\xC3\x84");
+    EXPECT_EQ(ascii_text::Uppered("az`{\xC3\xA4"s), "AZ`{\xC3\xA4");
+    EXPECT_TRUE(ascii_text::EqualNoCase(L"JpG", L"jPg"));
+    EXPECT_FALSE(ascii_text::EqualNoCase("@", "`"));
+    EXPECT_EQ(ascii_text::Trimmed(" \ta b\r\n"), "a b");
+    EXPECT_EQ(ascii_text::Trimmed(" \t"), "");
+}
