@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include <getopt.h>
+
+#include <array>
 #include <chrono>
 #include <cstdio>
-#include <map>
 #include <string>
-#include <vector>
 
 #include "base/text/number_text.h"
 #include "export/pov/C3ds2Pov.h"
@@ -34,27 +35,49 @@ class CTimes final : public C3ds2PovExportFlow {
     int m_triangles = -1;
 };
 
+using COutFormat = C3ds2Pov::COutFormat;
+
 float Number(const std::string& text) {
     return static_cast<float>(number_text::ParseLeading(text).value_or(0));
 }
 
-bool Set(C3ds2Pov::COutFormat& format, const std::string& option, const std::string& value) {
-    const std::map<std::string, float*> numbers{
-        {"-red", &format.bkRed},       {"-green", &format.bkGreen},   {"-blue", &format.bkBlue},
-        {"-x", &format.angleX},        {"-y", &format.angleY},        {"-z", &format.angleZ},
-        {"-diffuse", &format.diffuse}, {"-self", &format.selfDiffuse}};
-    if (const auto number = numbers.find(option); number != numbers.end()) {
-        *number->second = Number(value);
-    } else if (option == "-camera") {
-        format.cameraName = value;
-    } else if (option == "-textures") {
-        format.outputTextures = value != "0";
-    } else if (option == "-radiosity") {
-        format.radiosity = value != "0";
-    } else if (option == "-mode") {
-        format.mode = static_cast<std::int32_t>(Number(value));
-    } else {
-        return false;
+template <float COutFormat::*kMember>
+void SetNumber(COutFormat& format, const std::string& value) {
+    format.*kMember = Number(value);
+}
+template <bool COutFormat::*kMember>
+void SetFlag(COutFormat& format, const std::string& value) {
+    format.*kMember = value != "0";
+}
+
+struct COption {
+    const char* name;
+    void (*set)(COutFormat&, const std::string&);
+};
+constexpr std::array<COption, 12> kOptions{{
+    {"camera", [](COutFormat& format, const std::string& value) { format.cameraName = value; }},
+    {"red", SetNumber<&COutFormat::bkRed>},
+    {"green", SetNumber<&COutFormat::bkGreen>},
+    {"blue", SetNumber<&COutFormat::bkBlue>},
+    {"x", SetNumber<&COutFormat::angleX>},
+    {"y", SetNumber<&COutFormat::angleY>},
+    {"z", SetNumber<&COutFormat::angleZ>},
+    {"diffuse", SetNumber<&COutFormat::diffuse>},
+    {"self", SetNumber<&COutFormat::selfDiffuse>},
+    {"textures", SetFlag<&COutFormat::outputTextures>},
+    {"radiosity", SetFlag<&COutFormat::radiosity>},
+    {"mode", [](COutFormat& format,
+                const std::string& value) { format.mode = static_cast<std::int32_t>(Number(value)); }},
+}};
+
+/** Reads the options; false when one is not known or lacks its value, which is then told. */
+bool Parse(int argc, char** argv, COutFormat& format) {
+    std::array<option, kOptions.size() + 1> known{};  // the last one, all zero, is the end
+    for (std::size_t i = 0; i < kOptions.size(); ++i)
+        known[i] = {kOptions[i].name, required_argument, nullptr, static_cast<int>(i)};
+    for (int got = 0; (got = getopt_long_only(argc, argv, "", known.data(), nullptr)) != -1;) {
+        if (got == '?') return false;
+        kOptions[static_cast<std::size_t>(got)].set(format, optarg);
     }
     return true;
 }
@@ -62,16 +85,13 @@ bool Set(C3ds2Pov::COutFormat& format, const std::string& option, const std::str
 }  // namespace
 
 int main(int argc, char** argv) {
-    const std::vector<std::string> arguments(argv + 1, argv + argc);
-    C3ds2Pov::COutFormat format;
-    std::size_t at = 0;
-    while (at + 3 < arguments.size() && Set(format, arguments[at], arguments[at + 1])) at += 2;
-    if (arguments.size() != at + 2) {
+    COutFormat format;
+    if (!Parse(argc, argv, format) || argc != optind + 2) {
         std::fputs(kUsage, stderr);
         return 1;
     }
     CTimes times;
-    const CStatus status = C3ds2Pov::TryExport(arguments[at], arguments[at + 1], format, &times);
+    const CStatus status = C3ds2Pov::TryExport(std::string(argv[optind]), argv[optind + 1], format, &times);
     if (status) return 0;
     std::fprintf(stderr, "orbivue-pov: %s\n", status.Error().Text().c_str());
     return 2;

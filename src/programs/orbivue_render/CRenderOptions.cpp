@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "programs/orbivue_render/CRenderOptions.h"
 
+#include <getopt.h>
+
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -126,65 +128,64 @@ COutcome SetVersion(CRenderOptions& options, std::string_view) {
 }
 
 struct COptionEntry {
-    std::string_view name;
+    const char* name;
     std::string_view value;  ///< what to call it in the help; empty when the option takes none
     COutcome (*set)(CRenderOptions&, std::string_view);
     std::string_view help;
 };
 
 constexpr std::array<COptionEntry, 12> kOptions{{
-    {"--size", "WxH", SetSize, "size of the picture in pixels (1024x768)"},
-    {"--camera", "NAME", SetCamera, "top, left, right, front, back, iso, or a camera of the file (iso)"},
-    {"--frame", "N", SetFrame, "frame of the animation (the file's current one)"},
-    {"--background", "R,G,B", SetBackground, "background colour, 0 to 255 each (61,66,77)"},
-    {"--samples", "N", SetSamples, "samples for each pixel (4; 1 from 100,000 triangles on)"},
-    {"--texture-mode", "N", SetTextureMode, "0 trilinear, 1 bilinear, 2 nearest, 3 no textures (0)"},
-    {"--overlay", "LIST", SetOverlays, "draw some of bounds,cameras,lights,axes over the scene"},
-    {"--wire", "", SetWire, "draw the edges of the triangles only"},
-    {"--no-file-lights", "", SetNoFileLights, "light from the eye, not by the lights of the file"},
-    {"--stats", "", SetStats, "print facts about the scene and the run as JSON"},
-    {"--help", "", SetHelp, "print this help"},
-    {"--version", "", SetVersion, "print the version"},
+    {"size", "WxH", SetSize, "size of the picture in pixels (1024x768)"},
+    {"camera", "NAME", SetCamera, "top, left, right, front, back, iso, or a camera of the file (iso)"},
+    {"frame", "N", SetFrame, "frame of the animation (the file's current one)"},
+    {"background", "R,G,B", SetBackground, "background colour, 0 to 255 each (61,66,77)"},
+    {"samples", "N", SetSamples, "samples for each pixel (4; 1 from 100,000 triangles on)"},
+    {"texture-mode", "N", SetTextureMode, "0 trilinear, 1 bilinear, 2 nearest, 3 no textures (0)"},
+    {"overlay", "LIST", SetOverlays, "draw some of bounds,cameras,lights,axes over the scene"},
+    {"wire", "", SetWire, "draw the edges of the triangles only"},
+    {"no-file-lights", "", SetNoFileLights, "light from the eye, not by the lights of the file"},
+    {"stats", "", SetStats, "print facts about the scene and the run as JSON"},
+    {"help", "", SetHelp, "print this help"},
+    {"version", "", SetVersion, "print the version"},
 }};
+
+/** What getopt_long gives for the first option; all characters lie below. */
+constexpr int kFirstOption = 256;
+constexpr int kMissingValue = ':', kUnknown = '?', kHelpLetter = 'h';
+
+std::string Dashed(const COptionEntry& entry) {
+    return std::string("--") + entry.name;
+}
+
+const COptionEntry& EntryOf(int number) {
+    return kOptions[static_cast<std::size_t>(number - kFirstOption)];
+}
+
+std::array<option, kOptions.size() + 2> LongOptions() {
+    std::array<option, kOptions.size() + 2> options{};  // the last one, all zero, is the end
+    for (std::size_t i = 0; i < kOptions.size(); ++i) {
+        const COptionEntry& entry = kOptions[i];
+        const int number = kFirstOption + static_cast<int>(i);
+        options[i] = {entry.name, entry.value.empty() ? no_argument : required_argument, nullptr, number};
+    }
+    return options;
+}
 
 CError Wrong(const std::string& message) {
     return {EErrorCode::BadArgument, message, {}};
 }
 
-}  // namespace
+/** What is wrong with the option that getopt_long has just refused. */
+CError Refusal(int why, std::string_view word) {
+    if (why == kMissingValue) return Wrong(Dashed(EntryOf(optopt)) + " needs a value");
+    if (optopt >= kFirstOption) return Wrong(Dashed(EntryOf(optopt)) + " takes no value");
+    const std::string letter{'-', static_cast<char>(optopt)};
+    return Wrong("unknown option '" + (optopt != 0 ? letter : std::string(word.substr(0, word.find('=')))) +
+                 "'");
+}
 
-CResult<CRenderOptions> ParseRenderOptions(std::span<const std::string> arguments) {
-    CRenderOptions options;
-    std::vector<std::string> files;
-    bool onlyFiles = false;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string_view argument = arguments[i];
-        if (onlyFiles || !argument.starts_with("-") || argument == "-") {
-            files.emplace_back(argument);
-            continue;
-        }
-        if (argument == "--") {
-            onlyFiles = true;
-            continue;
-        }
-        const std::size_t equals = argument.find('=');
-        const std::string_view name = argument.substr(0, equals);
-        const COptionEntry* entry = nullptr;
-        for (const COptionEntry& known : kOptions) {
-            if (known.name == name || (name == "-h" && known.name == "--help")) entry = &known;
-        }
-        if (entry == nullptr) return Wrong("unknown option '" + std::string(name) + "'");
-        std::string_view value;
-        if (equals != std::string_view::npos) {
-            if (entry->value.empty()) return Wrong(std::string(name) + " takes no value");
-            value = argument.substr(equals + 1);
-        } else if (!entry->value.empty()) {
-            if (++i == arguments.size()) return Wrong(std::string(name) + " needs a value");
-            value = arguments[i];
-        }
-        if (const COutcome wrong = entry->set(options, value)) return Wrong(std::string(name) + " " + *wrong);
-    }
-    if (options.action != CRenderOptions::EAction::Draw) return options;
+/** Adds the names of files, which stand beside the options. */
+CResult<CRenderOptions> WithFiles(CRenderOptions options, std::span<char* const> files) {
     if (files.empty()) return Wrong("no input file given");
     if (files.size() > 2) return Wrong("too many files given");
     options.input = files[0];
@@ -198,6 +199,34 @@ CResult<CRenderOptions> ParseRenderOptions(std::span<const std::string> argument
     return options;
 }
 
+}  // namespace
+
+CResult<CRenderOptions> ParseRenderOptions(std::span<const std::string> arguments) {
+    std::vector<std::string> words{"orbivue-render"};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (std::string& word : words) argv.push_back(word.data());
+    argv.push_back(nullptr);
+
+    CRenderOptions options;
+    static const auto kLong = LongOptions();
+    const int count = static_cast<int>(words.size());
+    opterr = 0;  // it tells nobody but us
+    optind = 0;  // from the start again
+    for (int got = 0; (got = getopt_long(count, argv.data(), ":h", kLong.data(), nullptr)) != -1;) {
+        if (got == kMissingValue || got == kUnknown)
+            return Refusal(got, argv[static_cast<std::size_t>(optind - 1)]);
+        if (got == kHelpLetter) {
+            (void)SetHelp(options, {});  // it has nothing to refuse
+        } else if (const COutcome wrong = EntryOf(got).set(options, optarg == nullptr ? "" : optarg)) {
+            return Wrong(Dashed(EntryOf(got)) + " " + *wrong);
+        }
+    }
+    if (options.action != CRenderOptions::EAction::Draw) return options;
+    const auto first = static_cast<std::size_t>(optind);
+    return WithFiles(std::move(options), std::span(argv).subspan(first, words.size() - first));
+}
+
 std::string RenderHelp() {
     std::string text =
         "Usage: orbivue-render [OPTION]... INPUT [OUTPUT.png]\n"
@@ -205,7 +234,7 @@ std::string RenderHelp() {
         "Without OUTPUT the picture goes to the current folder, under INPUT's name with\n"
         "the extension png; with --stats and no OUTPUT no picture is written.\n\n";
     for (const COptionEntry& entry : kOptions) {
-        std::string left = "  " + std::string(entry.name);
+        std::string left = "  " + Dashed(entry);
         if (!entry.value.empty()) left += " " + std::string(entry.value);
         left.resize(std::max<std::size_t>(24, left.size() + 1), ' ');
         text += left + std::string(entry.help) + "\n";
