@@ -21,7 +21,7 @@ orbivue_find_wx(orbivue_wxbase base)
 orbivue_find_wx(orbivue_wximage core base)
 if(ORBIVUE_GUI)
   find_package(OpenGL REQUIRED COMPONENTS OpenGL GLX)
-  # orbivue_wx: windows. Only ..._ui targets and src/app link it.
+  # orbivue_wx: windows. Only ..._ui targets and programs link it.
   orbivue_find_wx(orbivue_wx aui gl core base)
 endif()
 
