@@ -22,13 +22,13 @@
 #include "frame/ui/command_handlers.h"
 #include "frame/ui/command_menus.h"
 #include "frame/ui/command_tool_bar.h"
+#include "frame/ui/full_screen_watch.h"
 #include "frame/ui/hint_picture.h"
 #include "model/open/load_scene.h"
 #include "model/prepare/CPreparedScene.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 #include "widgets/ui/accessible_name.h"
-#include "widgets/ui/full_screen_watch.h"
 #include "widgets/ui/wx_window_state.h"
 
 namespace {

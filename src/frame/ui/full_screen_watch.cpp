@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "widgets/ui/full_screen_watch.h"
+#include "frame/ui/full_screen_watch.h"
 
 #include <gtk/gtk.h>
 #include <wx/toplevel.h>
