@@ -3,12 +3,11 @@
 
 #include <set>
 #include <string>
-
 #include <vector>
 
 #include "model/read_obj/CMtlLibrary.h"
 #include "model/read_obj/CObjGeometry.h"
-#include "model/read_obj/CObjPiece.h"
+#include "model/read_obj/CObjMeshBuilder.h"
 #include "model/read_obj/obj_smoothing.h"
 #include "model/scene/CNoteList.h"
 #include "model/scene/CScene.h"
