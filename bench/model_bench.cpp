@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include <benchmark/benchmark.h>
 
+#include <cmath>
 #include <fstream>
 #include <map>
 
+#include "base/text/number_text.h"
 #include "files/std_file_paths.h"
 #include "model/open/CSceneReader.h"
 #include "model/prepare/CPreparedScene.h"
 #include "model/prepare/prepare_mesh.h"
 #include "model/prepare/prepare_scene.h"
+#include "model/read_obj/CObjConv3ds.h"
 #include "scene_builder/large_scene.h"
 
 namespace {
@@ -27,6 +30,38 @@ const std::vector<std::byte>& SceneBytes(long triangles) {
         std_file_paths::DeleteTempDir();
     }
     return bytes;
+}
+
+/** A wavy square as exporters write one: every corner with place, texture coordinates and normal. */
+std::string ObjText(long triangles) {
+    const long side = std::lround(std::sqrt(static_cast<double>(triangles) / 2));
+    std::string text = "o square\nusemtl paint\ns 1\n";
+    const auto add = [&text](const char* keyword, std::initializer_list<double> numbers) {
+        text += keyword;
+        for (const double number : numbers) number_text::AppendFixed(text += ' ', number, 6);
+        text += '\n';
+    };
+    for (long i = 0; i < (side + 1) * (side + 1); ++i) {
+        const double x = static_cast<double>(i % (side + 1)), y = static_cast<double>(i / (side + 1));
+        add("v", {x, std::sin(x / 10) * std::cos(y / 10), y});
+        add("vt", {x / static_cast<double>(side), y / static_cast<double>(side)});
+        add("vn", {std::cos(x / 10) * 0.1, 0.99, std::sin(y / 10) * 0.1});
+    }
+    const auto corner = [&text](long number) {
+        const std::string digits = std::to_string(number);
+        text.append(" ").append(digits).append("/").append(digits).append("/").append(digits);
+    };
+    for (long i = 0; i < side * side; ++i) {
+        const long first = i / side * (side + 1) + i % side + 1, above = first + side + 1;
+        for (const long second : {first + 1, above + 1}) {
+            text += "f";
+            corner(first);
+            corner(second);
+            corner(second == first + 1 ? above + 1 : above);
+            text += "\n";
+        }
+    }
+    return text;
 }
 
 CScene ReadScene(long triangles) {
@@ -49,6 +84,18 @@ void GuardAndRead(benchmark::State& state) {
     CountTriangles(state);
 }
 
+/** From the text of an OBJ file to a scene of lib3ds. */
+void ReadObj(benchmark::State& state) {
+    const std::string text = ObjText(state.range(0));
+    for (auto _ : state) {
+        std::vector<CSceneNote> notes;
+        CResult<CLib3dsFilePtr> file = CObjConv3ds::ConvertText(text, {}, notes);
+        benchmark::DoNotOptimize(file);
+    }
+    CountTriangles(state);
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+}
+
 /** The whole prepared scene; the second argument is the number of threads, 0 for one a core. */
 void Prepare(benchmark::State& state) {
     const CScene scene = ReadScene(state.range(0));
@@ -63,9 +110,11 @@ void Prepare(benchmark::State& state) {
 /** Normals and splitting alone, on one thread. */
 void Normals(benchmark::State& state) {
     const CScene scene = ReadScene(state.range(0));
+    const auto last =
+        static_cast<std::uint32_t>(PrepareScene(scene, {.loadTextures = false}).materials.size() - 1);
     for (auto _ : state) {
         for (const CMeshView& view : scene.Meshes()) {
-            CPreparedMesh mesh = PrepareMesh(view, 0, true);
+            CPreparedMesh mesh = PrepareMesh(view, last, true);
             benchmark::DoNotOptimize(mesh);
         }
     }
@@ -86,6 +135,7 @@ void Evaluate(benchmark::State& state) {
 constexpr long kSmall = 100'000, kLarge = 1'000'000;
 
 BENCHMARK(GuardAndRead)->Arg(kSmall)->Arg(kLarge)->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadObj)->Arg(kSmall)->Arg(kLarge)->Unit(benchmark::kMillisecond);
 BENCHMARK(Prepare)
     ->Args({kSmall, 1})
     ->Args({kLarge, 1})

@@ -2,6 +2,7 @@
 // Whatever the texts of an OBJ file and its materials are: a scene whose indices are all valid, or an error.
 // The input is the OBJ text, then a line of a zero byte, then the MTL text.
 #include <lib3ds/file.h>
+#include <lib3ds/material.h>
 #include <lib3ds/mesh.h>
 
 #include <cmath>
@@ -29,6 +30,15 @@ void CheckMesh(const Lib3dsMesh& mesh) {
     }
 }
 
+void CheckMaterial(const Lib3dsMaterial& m) {
+    for (const float* rgb : {m.ambient, m.diffuse, m.specular}) {
+        for (const float x : {rgb[0], rgb[1], rgb[2], m.shininess, m.transparency, m.self_ilpct})
+            Check(x >= 0 && x <= 1);
+    }
+    for (const auto* map : {&m.texture1_map, &m.bump_map, &m.opacity_map})
+        Check(std::isfinite(map->scale[0] + map->scale[1] + map->offset[0] + map->offset[1]));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -42,5 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const CResult<CLib3dsFilePtr> file = CObjConv3ds::ConvertText(obj, mtl, notes);
     if (!file) return 0;
     for (const Lib3dsMesh* mesh = file.Value()->meshes; mesh; mesh = mesh->next) CheckMesh(*mesh);
+    for (const Lib3dsMaterial* material = file.Value()->materials; material; material = material->next)
+        CheckMaterial(*material);
     return 0;
 }

@@ -5,8 +5,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/hash_secret.h"
+
 /** An open hash table of numbers; what they stand for is the caller's. Grows as needed, and is
- * cheap while small. */
+ * cheap while small. Keys that a file chooses do not make it slow. */
 class CHashIndex {
   public:
     CHashIndex() { Clear(); }
@@ -52,10 +54,10 @@ class CHashIndex {
         std::uint32_t hash = 0, number = kFree;
     };
 
-    /** Every bit of the key moves every bit of the hash (the finalizer of MurmurHash3). */
+    /** Every bit of the key moves every bit of the hash, as in the finalizer of MurmurHash3. */
     static std::uint32_t Mixed(std::uint64_t key) {
-        key = (key ^ (key >> 33)) * 0xFF51AFD7ED558CCDu;
-        key = (key ^ (key >> 33)) * 0xC4CEB9FE1A85EC53u;
+        key = (key ^ (key >> 33)) * kHashSecret[0];
+        key = (key ^ (key >> 33)) * kHashSecret[1];
         return static_cast<std::uint32_t>(key >> 32);
     }
 

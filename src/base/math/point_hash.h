@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdint>
 
+#include "base/hash_secret.h"
 #include "base/math/CVec.h"
 
 /** Keys for CHashIndex: equal points have equal ones, 0 and -0 being equal. */
@@ -15,10 +16,10 @@ inline std::uint64_t Bits(float a, float b) {
            std::bit_cast<std::uint32_t>(b + 0.0f);
 }
 inline std::uint64_t HashOf(CVec3 p) {
-    return Bits(p.x, p.y) * 0xD6E8FEB86659FD93u ^ Bits(p.z, 0);
+    return Bits(p.x, p.y) * kHashSecret[2] ^ Bits(p.z, 0);
 }
 inline std::uint64_t HashOf(CVec3 p, CVec2 t) {
-    return (HashOf(p) * 0xA0761D6478BD642Fu) ^ Bits(t.x, t.y);
+    return (HashOf(p) * kHashSecret[3]) ^ Bits(t.x, t.y);
 }
 
 }  // namespace point_hash

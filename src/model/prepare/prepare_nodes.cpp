@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <set>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -112,7 +113,7 @@ class CNodePreparer {
     CPreparedScene& m_prepared;
     CMeshFinder m_finder;
     std::vector<bool> m_shown;
-    std::unordered_set<std::string> m_names;
+    std::set<std::string> m_names;
     std::unordered_set<std::string> m_morphTargets;
 };
 

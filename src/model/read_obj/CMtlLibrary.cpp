@@ -1,158 +1,143 @@
 // SPDX-License-Identifier: MIT
 #include "model/read_obj/CMtlLibrary.h"
 
-#include <lib3ds/material.h>
-#include <tiny_obj_loader.h>
+#include <array>
+#include <filesystem>
+#include <set>
 
-#include <algorithm>
-#include <cmath>
-#include <map>
-#include <new>
-#include <sstream>
-#include <vector>
-
-#include "model/read_obj/mtl_text.h"
-#include "model/scene/lib3ds_name.h"
+#include "base/text/utf16_text.h"
+#include "files/file_util_ex.h"
+#include "model/read_obj/CObjText.h"
+#include "model/textures/CTextureFolders.h"
 
 namespace {
 
-constexpr float kPlainGrey = 0.588f;  // as 3D Studio's own default
-constexpr std::size_t kMaxMaterialText = 65'536;
-constexpr std::size_t kMaxMaterials = 100'000;  // a name takes ten times the memory of the text that makes it
-constexpr std::string_view kBlanks = " \t\r\n";
+constexpr std::size_t kMaxMaterials = 100'000;
+constexpr std::size_t kMaxNameLength = 256;
+constexpr std::uint64_t kMaxBytes = 16'000'000;  // of all files together
+constexpr std::size_t kMaxFiles = 16, kMaxLookUps = 1000;
+constexpr std::size_t kMaxLevelsUp = 4;  // as far as textures are looked for
 
-bool IsBlank(char c) {
-    return c == ' ' || c == '\t';
+/** How many folders above the model's a name begins at: 1 for "../mtl/a.mtl". */
+std::size_t LevelsUp(std::string_view name) {
+    std::size_t levels = 0;
+    for (; name.starts_with("../") || name.starts_with("..\\"); name.remove_prefix(3)) ++levels;
+    return levels;
 }
 
-float Unit(float value) {
-    return std::isfinite(value) ? std::clamp(value, 0.0f, 1.0f) : 0.0f;
-}
+class CLibraryReader {
+  public:
+    CLibraryReader(std::string_view modelPath, CMtlLibrary& library)
+        : m_modelFolder(std::filesystem::path(modelPath).parent_path()), m_library(library) {}
 
-void SetColor(Lib3dsRgba& to, const tinyobj::real_t* rgb) {
-    for (int i = 0; i < 3; ++i) to[i] = Unit(rgb[i]);
-    to[3] = 1;
-}
+    [[nodiscard]] bool AnyRead() const { return !m_read.empty(); }
 
-bool IsWhite(const tinyobj::real_t* rgb) {
-    return rgb[0] >= 1 && rgb[1] >= 1 && rgb[2] >= 1;
-}
-
-bool IsUsableFactor(float value) {
-    return std::isfinite(value) && std::abs(value) > 1e-6f && std::abs(value) < 1e6f;
-}
-
-// lib3ds' maps are scaled about their middle, those of OBJ about the origin, and moved after that.
-void SetAxis(Lib3dsTextureMap& map, int axis, float scale, float offset) {
-    if (!IsUsableFactor(scale)) scale = 1;
-    if (!std::isfinite(offset)) offset = 0;
-    map.scale[axis] = scale;
-    map.offset[axis] = (0.5f - offset) / scale - 0.5f;
-}
-
-void SetMap(Lib3dsTextureMap& map, const std::string& name, const tinyobj::texture_option_t& options,
-            float amount) {
-    if (name.empty()) return;
-    CopyName(map.name, name);
-    map.percent = Unit(amount);
-    map.flags = options.clamp ? LIB3DS_NO_TILE : 0;  // a new material's maps are not tiled
-    SetAxis(map, 0, options.scale[0], options.origin_offset[0]);
-    SetAxis(map, 1, options.scale[1], options.origin_offset[1]);
-}
-
-void SetMaps(Lib3dsMaterial& to, const tinyobj::material_t& from) {
-    const bool colorFromAmbient = from.diffuse_texname.empty();
-    const std::string& color = colorFromAmbient ? from.ambient_texname : from.diffuse_texname;
-    SetMap(to.texture1_map, color, colorFromAmbient ? from.ambient_texopt : from.diffuse_texopt, 1);
-    SetMap(to.opacity_map, from.alpha_texname, from.alpha_texopt, 1);
-    if (!color.empty() && from.alpha_texname == color) to.opacity_map.flags |= LIB3DS_ALPHA_SOURCE;
-    SetMap(to.specular_map, from.specular_texname, from.specular_texopt, 1);
-    SetMap(to.shininess_map, from.specular_highlight_texname, from.specular_highlight_texopt, 1);
-    SetMap(to.self_illum_map, from.emissive_texname, from.emissive_texopt, 1);
-    SetMap(to.bump_map, from.bump_texname, from.bump_texopt, from.bump_texopt.bump_multiplier);
-    const float mirror = std::max({to.specular[0], to.specular[1], to.specular[2]});
-    SetMap(to.reflection_map, from.reflection_texname, from.reflection_texopt, mirror > 0 ? mirror : 0.25f);
-}
-
-struct CStated {
-    bool ambient = false, diffuse = false, illumination = false, exponent = false;
-};
-
-void SetValues(Lib3dsMaterial& to, const tinyobj::material_t& from, const CStated& stated) {
-    if (stated.diffuse) SetColor(to.diffuse, from.diffuse);
-    const bool ownAmbient = stated.ambient && !IsWhite(from.ambient);
-    if (ownAmbient) {
-        SetColor(to.ambient, from.ambient);
-    } else {
-        std::copy_n(to.diffuse, 4, to.ambient);
+    /** True where something that the line names is there. */
+    bool ReadLine(std::string_view line) {
+        if (ReadFile(line)) return true;
+        bool any = false;
+        for (std::size_t begin = 0; begin < line.size(); ++begin) {
+            if (CObjText::IsBlank(line[begin])) continue;
+            std::size_t end = EndOfWord(line, begin);
+            const std::size_t wordEnd = end;
+            while (!ReadFile(line.substr(begin, end - begin)) && end < line.size())
+                end = EndOfWord(line, end + 1);
+            const bool found = m_found;
+            any = any || found;
+            begin = found ? end : wordEnd;
+        }
+        return any;
     }
-    SetColor(to.specular, from.specular);
-    const bool shines =
-        to.specular[0] + to.specular[1] + to.specular[2] > 0 && !(stated.illumination && from.illum < 2);
-    to.shin_strength = shines ? 1.0f : 0.0f;
-    if (stated.exponent) to.shininess = from.shininess > 1 ? Unit(std::log2(from.shininess) / 10) : 0.0f;
-    to.transparency = Unit(1 - from.dissolve);
-    to.self_ilpct = std::max({Unit(from.emission[0]), Unit(from.emission[1]), Unit(from.emission[2])});
-    to.self_illum = to.self_ilpct > 0;
-}
 
-tinyobj::material_t Parse(const std::string& canonical) {
-    std::istringstream stream("newmtl m\n" + canonical);
-    std::map<std::string, int> numbers;
-    std::vector<tinyobj::material_t> materials;
-    std::string warnings, errors;
-    tinyobj::LoadMtl(&numbers, &materials, &stream, &warnings, &errors);
-    return materials.empty() ? tinyobj::material_t() : materials.back();
-}
+    bool ReadFile(std::string_view name) {
+        m_found = m_lookUps++ < kMaxLookUps && FindAndRead(std::string(name));
+        return m_found;
+    }
 
-std::string TrimmedName(std::string_view name) {
-    const std::size_t first = name.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos) return {};
-    return std::string(name.substr(first, name.find_last_not_of(kBlanks) - first + 1).substr(0, 256));
-}
+  private:
+    static std::size_t EndOfWord(std::string_view line, std::size_t from) {
+        return std::min(line.find_first_of(" \t", from), line.size());
+    }
+
+    CTextureFolders& FoldersAbove(std::size_t levels) {
+        auto& folders = m_folders[levels];
+        if (!folders) {
+            std::filesystem::path above = m_modelFolder;
+            for (std::size_t i = 0; i < levels; ++i) above /= "..";
+            folders.emplace(above);
+        }
+        return *folders;
+    }
+
+    std::optional<std::filesystem::path> Find(const std::string& name) {
+        const CTextureQuery query(name);
+        const std::size_t levels = LevelsUp(name);
+        if (levels > 0 && levels <= kMaxLevelsUp) {
+            if (auto found = FoldersAbove(levels).FindBesideModel(query)) return found;
+        }
+        return FoldersAbove(0).FindBesideModel(query);
+    }
+
+    bool FindAndRead(const std::string& name) {
+        const auto path = Find(name);
+        if (!path || m_read.contains(path->native())) return path.has_value();
+        if (m_read.size() == kMaxFiles) return false;
+        auto bytes = file_util_ex::ReadWholeFile(path->native(), kMaxBytes - m_bytesRead);
+        if (!bytes) return false;
+        m_bytesRead += bytes.Value().size();
+        m_read.insert(path->native());
+        std::string text(reinterpret_cast<const char*>(bytes.Value().data()), bytes.Value().size());
+        std::string converted = Utf16ToUtf8(text);
+        m_library.Add(converted.empty() ? std::move(text) : std::move(converted));
+        return true;
+    }
+
+    std::filesystem::path m_modelFolder;
+    CMtlLibrary& m_library;
+    std::array<std::optional<CTextureFolders>, kMaxLevelsUp + 1> m_folders;  ///< by levels above the model
+    std::set<std::string> m_read;
+    std::uint64_t m_bytesRead = 0;
+    std::size_t m_lookUps = 0;
+    bool m_found = false;
+};
 
 }  // namespace
 
-void CMtlLibrary::Add(std::string text) {
-    std::string_view all = m_texts.emplace_back(std::move(text));
-    if (all.starts_with("\xEF\xBB\xBF")) all.remove_prefix(3);
-    constexpr std::string_view kKeyword = "newmtl";
-    std::string name;
-    std::size_t blockBegin = 0;
-    const auto finish = [&](std::size_t end) {
-        if (name.empty() || m_materials.size() == kMaxMaterials) return;
-        m_materials.try_emplace(name, all.substr(blockBegin, end - blockBegin));
-    };
-    for (std::size_t begin = 0; begin < all.size();) {
-        const std::size_t end = std::min(all.find_first_of("\r\n", begin), all.size());
-        std::string_view line = all.substr(begin, end - begin);
-        line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
-        if (line.starts_with(kKeyword) && line.size() > kKeyword.size() && IsBlank(line[kKeyword.size()])) {
-            finish(begin);
-            name = TrimmedName(line.substr(kKeyword.size()));
-            blockBegin = end;
-        }
-        begin = end + 1;
+CMtlLibrary CMtlLibrary::OfLines(const std::vector<std::string>& lines, std::string_view modelPath,
+                                 CNoteList& notes) {
+    CMtlLibrary library;
+    CLibraryReader reader(modelPath, library);
+    for (const std::string& line : lines) {
+        if (!reader.ReadLine(line)) notes.Missing("Material file not found", CNoteList::Printable(line));
     }
-    finish(all.size());
+    if (!lines.empty() && !reader.AnyRead()) {
+        const std::string name = file_util_ex::GetFileName(std::string(modelPath));
+        (void)reader.ReadFile(file_util_ex::SetFileExt(name, "mtl"));
+    }
+    return library;
 }
 
-Lib3dsMaterial* CMtlLibrary::Make(const std::string& name, const std::string& lib3dsName) const {
-    Lib3dsMaterial* material = lib3ds_material_new();
-    if (!material) throw std::bad_alloc();
-    CopyName(material->name, lib3dsName);
-    std::fill_n(material->diffuse, 3, kPlainGrey);
-    std::fill_n(material->ambient, 3, kPlainGrey);
-    material->two_sided = 1;
-    const auto found = m_materials.find(name);
-    if (found == m_materials.end()) return material;
-
-    const std::string text = CanonicalMtl(found->second.substr(0, kMaxMaterialText));
-    const auto states = [&](std::string_view keyword) {
-        return text.starts_with(keyword) || text.find("\n" + std::string(keyword)) != std::string::npos;
+void CMtlLibrary::Add(std::string text) {
+    std::string_view name;
+    const char* begin = nullptr;
+    const auto finish = [&](const char* end) {
+        if (name.empty() || m_materials.size() == kMaxMaterials) return;
+        m_materials.try_emplace(name, std::string_view(begin, static_cast<std::size_t>(end - begin)));
     };
-    const tinyobj::material_t parsed = Parse(text);
-    SetValues(*material, parsed, {states("Ka "), states("Kd "), states("illum "), states("Ns ")});
-    SetMaps(*material, parsed);
-    return material;
+    CObjText words(m_texts.emplace_back(std::move(text)));
+    for (; !words.AtEnd(); words.NextLine()) {
+        const char* const line = words.Place();
+        if (!words.ToWord() || words.Word() != "newmtl") continue;
+        const std::string_view next = words.Rest();
+        finish(line);
+        name = next.substr(0, kMaxNameLength);
+        begin = words.Place();
+    }
+    finish(words.Place());
+}
+
+std::optional<std::string_view> CMtlLibrary::TextOf(const std::string& name) const {
+    const auto found = m_materials.find(name);
+    if (found == m_materials.end()) return std::nullopt;
+    return found->second;
 }

@@ -2,32 +2,34 @@
 #pragma once
 
 #include <deque>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
-struct Lib3dsMaterial;
+#include "model/scene/CNoteList.h"
 
-/** The materials of the MTL files that an OBJ file names. Each is taken apart only when it is asked for, as
- * one takes some KB in memory and a file may define a million. */
+/** The materials of the MTL files that an OBJ file names: where the text of each stands. */
 class CMtlLibrary {
   public:
-    /** Notes where each material stands; of several with one name the first counts, and of over
-     * 100,000 the first. */
+    CMtlLibrary() = default;
+    CMtlLibrary(CMtlLibrary&&) = default;  // a copy would point into the texts of the original
+
+    /** Of the files that mtllib lines name, each line one with blanks in its name or several: regular files in
+     * the model's folder or below, or below one of the few folders above it where the line says so; nothing
+     * else. What is missing is noted; where nothing is found a file of the model's name is taken, as renamed
+     * models often still name the old one. */
+    [[nodiscard]] static CMtlLibrary OfLines(const std::vector<std::string>& lines,
+                                             std::string_view modelPath, CNoteList& notes);
+
+    /** Of several materials with one name the first counts, and of over 100,000 the first. */
     void Add(std::string text);
 
-    [[nodiscard]] bool Has(const std::string& name) const { return m_materials.contains(name); }
-    /** A material of lib3ds for the caller to own, named lib3dsName; the values of `name`, or a plain
-     * grey one where nothing has that name. All are two-sided, as OBJ files know no other and often turn
-     * faces inside out.
-     *
-     * Specular exponents Ns become 3DS shininess log2(Ns) / 10. An ambient colour that is missing or white
-     * (what many programs write without a thought) is the diffuse one. map_d of the same file as map_Kd
-     * means its alpha. */
-    [[nodiscard]] Lib3dsMaterial* Make(const std::string& name, const std::string& lib3dsName) const;
+    /** What the file says of a material; none where nothing has that name. */
+    [[nodiscard]] std::optional<std::string_view> TextOf(const std::string& name) const;
 
   private:
     std::deque<std::string> m_texts;
-    std::unordered_map<std::string, std::string_view> m_materials;
+    std::map<std::string_view, std::string_view> m_materials;  ///< both lie in m_texts
 };

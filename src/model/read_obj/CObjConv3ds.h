@@ -23,11 +23,11 @@ struct Lib3dsFile;
  * - Normals have no place in a 3DS scene, smoothing groups have: those of the file are kept where it has two
  *   or more; else they are told from its normals; without normals an "s" line decides, and without any the
  *   angle between faces. A hard edge that ends inside a smooth surface is lost.
- * - Materials: see CMtlLibrary. What is used but nowhere defined is grey.
+ * - Materials: see MakeMtlMaterial. What is used but nowhere defined is grey.
  * - Faces with indices or coordinates that cannot be are left out; what was left out is told in the notes.
  *
- * Whatever the bytes are, memory stays below some 20 times the file's size plus 50 MB. Paths
- * are UTF-8 or wide. */
+ * Whatever the bytes are (at most 2 GB), memory stays below some 20 times the file's size plus 50 MB, and the
+ * time grows with the bytes. Paths are UTF-8 or wide. */
 class CObjConv3ds {
   public:
     /** The scene, for the caller to free with lib3ds_file_free; null on any failure. */

@@ -37,8 +37,7 @@ struct CObjGeometry {
     std::size_t brokenFaces = 0;     ///< left out: positions that are not there, or are no numbers
     std::size_t brokenElements = 0;  ///< the same for points and lines
     std::size_t solidPoints = 0, solidLines = 0;  ///< of which there are faces now
-    std::size_t crowdedOut = 0;    ///< points and lines left out beside faces, over the limit of triangles
-    std::size_t droppedLines = 0;  ///< left out: over the limit of length
+    std::size_t crowdedOut = 0;  ///< points and lines left out beside faces, over the limit of triangles
 
     [[nodiscard]] std::uint32_t FaceBegin(std::size_t face) const {
         return face == 0 ? 0 : faceEnds[face - 1];

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <new>
 
-#include "model/read_obj/CObjMeshBuilder.h"
+#include "model/read_obj/mtl_material.h"
 #include "model/scene/lib3ds_list.h"
 #include "model/scene/lib3ds_name.h"
 #include "model/scene/unique_names.h"
@@ -18,14 +18,9 @@ namespace {
 constexpr const char* kDefaultName = "Default";
 constexpr const char* kNamelessMesh = "Object";
 
-/** As lib3ds keeps names: at most 63 bytes, no control characters, not cut inside a UTF-8 character. */
-std::string StoredName(std::string name, const char* ifEmpty) {
-    constexpr std::size_t kMaxLength = 63;
-    if (name.size() > kMaxLength) {
-        std::size_t end = kMaxLength;
-        while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0u) == 0x80u) --end;
-        name.resize(end > 0 ? end : kMaxLength);
-    }
+/** As lib3ds keeps names, without control characters. */
+std::string StoredName(std::string_view asked, const char* ifEmpty) {
+    std::string name(lib3ds_name::Cut(asked));
     std::replace_if(
         name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }, ' ');
     return name.empty() ? ifEmpty : name;
@@ -113,9 +108,8 @@ void CObjSceneMaker::AddMaterial(std::int32_t material) {
     const std::string asked =
         material < 0 ? std::string() : m_geometry.materials[static_cast<std::size_t>(material)];
     const std::string name = UniqueName(StoredName(asked, kDefaultName), m_takenMaterialNames);
-    if (material >= 0 && !m_library.Has(asked)) {
-        m_notes.Missing("Material not found", CNoteList::Printable(asked));
-    }
-    AppendToList(m_materialLink, m_library.Make(asked, name));
+    const std::optional<std::string_view> text = m_library.TextOf(asked);
+    if (material >= 0 && !text) m_notes.Missing("Material not found", CNoteList::Printable(asked));
+    AppendToList(m_materialLink, MakeMtlMaterial(name, text));
     m_materialNames[static_cast<std::size_t>(material + 1)] = name;
 }

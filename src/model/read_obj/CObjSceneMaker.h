@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <set>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "model/read_obj/CMtlLibrary.h"
 #include "model/read_obj/CObjGeometry.h"
-#include "model/read_obj/CObjPiece.h"
+#include "model/read_obj/CObjMeshBuilder.h"
 #include "model/read_obj/obj_smoothing.h"
 #include "model/scene/CNoteList.h"
 #include "model/scene/CScene.h"
@@ -38,5 +38,5 @@ class CObjSceneMaker {
     Lib3dsMesh** m_meshLink;
     EObjSmoothing m_smoothing;
     std::vector<std::string> m_materialNames;  ///< of material number i - 1; empty until it is used
-    std::unordered_set<std::string> m_takenMeshNames, m_takenMaterialNames;
+    std::set<std::string> m_takenMeshNames, m_takenMaterialNames;
 };

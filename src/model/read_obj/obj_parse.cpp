@@ -2,26 +2,25 @@
 #include "model/read_obj/obj_parse.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <map>
 #include <numeric>
-#include <thread>
-#include <unordered_map>
 
-#include "base/jobs/parallel_for.h"
 #include "base/text/lng.h"
-#include "model/read_obj/CObjCollector.h"
-#include "model/read_obj/CObjLineFilter.h"
+#include "model/read_obj/CObjText.h"
 #include "model/read_obj/obj_points_and_lines.h"
 
 namespace {
 
-constexpr std::size_t kMaxText = (std::size_t{1} << 31) - 1;
+constexpr std::size_t kMaxText = (std::size_t{1} << 31) - 1;  // so that indices fit
 constexpr std::size_t kMaxTriangles = 50'000'000;
-constexpr std::size_t kBytesWorthAThread = 1'000'000;
 // A triangle costs us some 110 bytes. An honest one takes over 6 bytes of text, except in small files; faces
 // that use few vertices again and again may not make us take memory out of proportion to the file.
-constexpr std::size_t kMaxNames = 16'384;  // a mesh or material takes 1 to 3 KB
 constexpr std::size_t kFreeTriangles = 400'000, kBytesPerTriangle = 6;
+constexpr std::size_t kMaxNames = 16'384;  // a mesh or material takes 1 to 3 KB
+constexpr std::size_t kMaxNameLength = 256;
+constexpr std::size_t kMaxLibraryLines = 64, kMaxLibraryLength = 1024;
 // Beyond this the squares of lengths, and so bounding spheres, are no longer exact enough to aim a camera.
 constexpr float kLargestCoordinate = 1e15f;
 
@@ -30,146 +29,186 @@ bool IsUsable(CVec3 p) {
            std::abs(p.z) <= kLargestCoordinate;
 }
 
-std::vector<CObjCollector> ReadParts(std::string_view text, unsigned threads) {
-    if (threads == 0) threads = std::max(1u, std::thread::hardware_concurrency());
-    const std::size_t wanted = std::clamp<std::size_t>(text.size() / kBytesWorthAThread, 1, threads);
-    std::vector<std::string_view> pieces;
-    for (std::size_t begin = 0, i = 1; begin < text.size() || i == 1; ++i) {
-        const std::size_t end =
-            i >= wanted ? text.size()
-                        : CObjLineFilter::CutAfter(text, std::max(begin, text.size() / wanted * i));
-        pieces.push_back(text.substr(begin, end - begin));
-        begin = end;
-    }
-    std::vector<CObjCollector> parts(pieces.size());
-    ParallelFor(pieces.size(), threads, [&](std::size_t i) { parts[i].Read(pieces[i]); });
-    return parts;
-}
-
-/** Appends and gives the source's memory back. */
-template <class T>
-void Take(std::vector<T>& to, std::vector<T>& from) {
-    if (to.empty()) {
-        to = std::move(from);
-    } else {
-        to.insert(to.end(), from.begin(), from.end());
-    }
-    std::vector<T>().swap(from);
-}
-
-/** Indices from 0, and -1 for those that no entry has. */
-void Resolve(std::vector<std::int32_t>& corners, std::size_t before, std::size_t count) {
-    for (std::int32_t& corner : corners) {
-        const std::int64_t index =
-            corner == CObjCollector::kNone ? -1 : CObjCollector::Decode(corner, before);
-        corner =
-            index >= 0 && index < static_cast<std::int64_t>(count) ? static_cast<std::int32_t>(index) : -1;
-    }
-}
-
-/** Walks the changes of all parts in order and writes down what is in force where faces begin. */
-class CSegmentMaker {
+/** Numbers names in the order of their first use. A tree, as nobody can make one slow by the choice of names. */
+class CNameNumbers {
   public:
-    explicit CSegmentMaker(CObjGeometry& out) : m_out(out) {}
+    explicit CNameNumbers(std::vector<std::string>& names) : m_names(names) {}
 
-    void Add(const CObjCollector& part, std::uint32_t faceBase) {
-        const bool beginsUnnamed = part.events.empty() || part.events.front().face > 0;
-        if (m_out.segments.empty() && !part.faceEnds.empty() && beginsUnnamed) AddSegment(faceBase);
-        for (std::size_t i = 0; i < part.events.size();) {
-            const std::uint32_t face = part.events[i].face;
-            for (; i < part.events.size() && part.events[i].face == face; ++i) Apply(part, part.events[i]);
-            AddSegment(faceBase + face);
-        }
+    /** kMaxNames for a new one when there are that many. */
+    std::uint32_t Of(const std::string& name) {
+        const auto found = m_numbers.find(name);
+        if (found != m_numbers.end()) return found->second;
+        const auto number = static_cast<std::uint32_t>(m_names.size());
+        if (number == kMaxNames) return number;
+        m_numbers.emplace(name, number);
+        m_names.push_back(name);
+        return number;
     }
 
   private:
-    void Apply(const CObjCollector& part, const CObjCollector::CEvent& event) {
-        using enum CObjCollector::EChange;
-        switch (event.kind) {
-            case Object:
-                m_object = part.names[event.value];
-                break;
-            case Group:
-                m_group = part.names[event.value];
-                break;
-            case Material:
-                m_material = part.names[event.value];
-                break;
-            case Smoothing:
-                m_smoothing = event.value;
-                m_out.smoothingStated = true;
-                break;
+    std::vector<std::string>& m_names;
+    std::map<std::string, std::uint32_t> m_numbers;
+};
+
+/** Writes down what the lines say; indices are not compared with the number of entries yet. */
+class CObjReader {
+  public:
+    CObjReader(std::string_view text, CObjGeometry& out)
+        : m_text(text), m_out(out), m_groupNumbers(out.groups), m_materialNumbers(out.materials) {}
+
+    void Read() {
+        for (; !m_text.AtEnd(); m_text.NextLine()) {
+            if (m_text.ToWord()) ReadLine(m_text.Word());
+        }
+        for (auto* corners : {&m_out.cornerTexCoords, &m_out.cornerNormals}) {
+            if (!corners->empty()) corners->resize(m_out.cornerPositions.size(), -1);
         }
     }
 
-    void AddSegment(std::uint32_t firstFace) {
-        std::uint32_t group = Number(m_groups, m_out.groups, Name());
+    std::size_t triangles = 0;  ///< that the faces give
+    std::size_t elements = 0;   ///< points and pieces of lines among the faces
+
+  private:
+    void ReadLine(std::string_view keyword);
+    float Coordinate() { return m_text.ToWord() ? m_text.Number() : 0; }
+    std::string_view Name() { return m_text.Rest().substr(0, kMaxNameLength); }
+
+    void ReadFace() {
+        const std::size_t first = m_out.cornerPositions.size(), firstTexCoord = m_out.cornerTexCoords.size(),
+                          firstNormal = m_out.cornerNormals.size();
+        while (m_text.ToWord()) ReadCorner();
+        const std::size_t corners = m_out.cornerPositions.size() - first;
+        if (corners >= 3) {
+            triangles += corners - 2;
+            return EndFace();
+        }
+        m_out.cornerPositions.resize(first);
+        m_out.cornerTexCoords.resize(firstTexCoord);
+        m_out.cornerNormals.resize(firstNormal);
+    }
+
+    void ReadCorner() {
+        const auto append = [this](std::vector<std::int32_t>& corners, std::int32_t index) {
+            if (corners.empty() && index < 0) return;
+            corners.resize(m_out.cornerPositions.size() - 1, -1);  // corners before it that have none
+            corners.push_back(index);
+        };
+        m_out.cornerPositions.push_back(m_text.Index(m_out.positions.size()));
+        const bool hasMore = m_text.TakeSlash();
+        append(m_out.cornerTexCoords, hasMore ? m_text.Index(m_out.texCoords.size()) : -1);
+        append(m_out.cornerNormals, m_text.TakeSlash() ? m_text.Index(m_out.normals.size()) : -1);
+        (void)m_text.Word();
+    }
+
+    /** Points are kept as faces of one corner, pieces of lines as faces of two. */
+    void ReadElements(bool lines) {
+        std::int32_t before = -1;
+        for (bool isFirst = true; m_text.ToWord(); isFirst = false) {
+            const std::int32_t corner = m_text.Index(m_out.positions.size());
+            (void)m_text.Word();
+            if (!lines || !isFirst) {
+                if (lines) m_out.cornerPositions.push_back(before);
+                m_out.cornerPositions.push_back(corner);
+                ++elements;
+                EndFace();
+            }
+            before = corner;
+        }
+    }
+
+    void EndFace() {
+        if (m_changed) AddSegment();
+        m_out.faceEnds.push_back(static_cast<std::uint32_t>(m_out.cornerPositions.size()));
+    }
+
+    void AddSegment() {
+        m_changed = false;
+        m_out.smoothingStated = m_smoothingStated;
+        std::uint32_t group = m_groupNumbers.Of(GroupName());
         std::int32_t material = -1;
-        if (!m_material.empty())
-            material = static_cast<std::int32_t>(Number(m_materials, m_out.materials, m_material));
+        if (!m_material.empty()) material = static_cast<std::int32_t>(m_materialNumbers.Of(m_material));
+        if (group == kMaxNames || material == static_cast<std::int32_t>(kMaxNames)) m_out.tooManyNames = true;
         if (group == kMaxNames) group = kMaxNames - 1;
         if (material == static_cast<std::int32_t>(kMaxNames)) material = -1;
-        if (!m_out.segments.empty() && m_out.segments.back().firstFace == firstFace)
-            m_out.segments.pop_back();
-        m_out.segments.push_back({firstFace, group, material, m_smoothing});
+        m_out.segments.push_back(
+            {static_cast<std::uint32_t>(m_out.faceEnds.size()), group, material, m_smoothing});
     }
 
     /** Exporters write the object's name alone, the group's alone, or a group
      * "object_material" in the object. */
-    [[nodiscard]] std::string Name() const {
+    [[nodiscard]] std::string GroupName() const {
         if (m_object.empty()) return m_group;
         if (m_group.empty() || m_group == m_object) return m_object;
         return m_group.starts_with(m_object) ? m_group : m_object + "_" + m_group;
     }
 
-    /** kMaxNames for a new one when there are that many. */
-    std::uint32_t Number(std::unordered_map<std::string, std::uint32_t>& numbers,
-                         std::vector<std::string>& names, const std::string& name) {
-        const auto found = numbers.find(name);
-        if (found != numbers.end()) return found->second;
-        const auto number = static_cast<std::uint32_t>(names.size());
-        if (number == kMaxNames) {
-            m_out.tooManyNames = true;
-            return number;
-        }
-        numbers.emplace(name, number);
-        names.push_back(name);
-        return number;
+    void SetObject(std::string_view name) {
+        m_object = name;
+        if (!name.empty()) m_group.clear();  // a new object begins without the groups of the one before
+        m_changed = true;
     }
 
+    /** A face may be in several groups; their names make one. */
+    void SetGroup(std::string_view names) {
+        m_group.clear();
+        for (const char c : names) {
+            if (m_group.size() == kMaxNameLength) break;
+            if (!CObjText::IsBlank(c)) {
+                m_group.push_back(c);
+            } else if (m_group.back() != ' ') {
+                m_group.push_back(' ');
+            }
+        }
+        m_changed = true;
+    }
+
+    void SetMaterial(std::string_view name) {
+        m_material = name;
+        m_changed = true;
+    }
+
+    void SetSmoothing(std::string_view group) {
+        m_smoothing = group == "on" ? 1 : 0;  // "off" and other words mean 0
+        (void)std::from_chars(group.data(), group.data() + group.size(), m_smoothing);
+        m_smoothingStated = m_changed = true;
+    }
+
+    void AddLibrary(std::string_view line) {
+        if (!line.empty() && m_out.libraries.size() < kMaxLibraryLines)
+            m_out.libraries.emplace_back(line.substr(0, kMaxLibraryLength));
+    }
+
+    CObjText m_text;
     CObjGeometry& m_out;
+    CNameNumbers m_groupNumbers, m_materialNumbers;
+    // What is in force for the next face.
     std::string m_object, m_group, m_material;
     std::uint32_t m_smoothing = 0;
-    std::unordered_map<std::string, std::uint32_t> m_groups, m_materials;
+    bool m_smoothingStated = false;
+    bool m_changed = true;  ///< since the last face
 };
 
-void JoinCorners(CObjGeometry& out, std::vector<CObjCollector>& parts) {
-    bool anyTexCoord = false, anyNormal = false;
-    for (const CObjCollector& part : parts) {
-        anyTexCoord = anyTexCoord || !part.cornerTexCoords.empty();
-        anyNormal = anyNormal || !part.cornerNormals.empty();
-    }
-    CSegmentMaker segments(out);
-    std::size_t positions = 0, texCoords = 0, normals = 0;
-    for (CObjCollector& part : parts) {
-        const std::size_t corners = part.cornerPositions.size();
-        const auto cornerBase = static_cast<std::uint32_t>(out.cornerPositions.size());
-        segments.Add(part, static_cast<std::uint32_t>(out.faceEnds.size()));
-        if (anyTexCoord) part.cornerTexCoords.resize(corners, CObjCollector::kNone);
-        if (anyNormal) part.cornerNormals.resize(corners, CObjCollector::kNone);
-        Resolve(part.cornerPositions, positions, out.positions.size());
-        Resolve(part.cornerTexCoords, texCoords, out.texCoords.size());
-        Resolve(part.cornerNormals, normals, out.normals.size());
-        for (std::uint32_t& end : part.faceEnds) end += cornerBase;
-        positions += part.positions.size();
-        texCoords += part.texCoords.size();
-        normals += part.normals.size();
-        Take(out.cornerPositions, part.cornerPositions);
-        Take(out.cornerTexCoords, part.cornerTexCoords);
-        Take(out.cornerNormals, part.cornerNormals);
-        Take(out.faceEnds, part.faceEnds);
-        out.droppedLines += part.droppedLines;
-        std::move(part.libraries.begin(), part.libraries.end(), std::back_inserter(out.libraries));
+void CObjReader::ReadLine(std::string_view keyword) {
+    if (keyword == "v") {
+        m_out.positions.push_back({Coordinate(), Coordinate(), Coordinate()});
+    } else if (keyword == "f") {
+        ReadFace();
+    } else if (keyword == "vt") {
+        m_out.texCoords.push_back({Coordinate(), Coordinate()});
+    } else if (keyword == "vn") {
+        m_out.normals.push_back({Coordinate(), Coordinate(), Coordinate()});
+    } else if (keyword == "p" || keyword == "l") {
+        ReadElements(keyword == "l");
+    } else if (keyword == "o") {
+        SetObject(Name());
+    } else if (keyword == "g") {
+        SetGroup(m_text.Rest());
+    } else if (keyword == "usemtl") {
+        SetMaterial(Name());
+    } else if (keyword == "s") {
+        SetSmoothing(m_text.ToWord() ? m_text.Word() : std::string_view());
+    } else if (keyword == "mtllib") {
+        AddLibrary(m_text.Rest());
     }
 }
 
@@ -182,6 +221,13 @@ std::size_t MakePoints(CObjGeometry& out) {
     out.groups = {std::string()};
     out.segments = {CObjSegment{}};
     return out.positions.size();
+}
+
+/** Indices beyond the last entry become -1. */
+void CheckIndices(std::vector<std::int32_t>& corners, std::size_t count) {
+    for (std::int32_t& corner : corners) {
+        if (corner >= static_cast<std::int64_t>(count)) corner = -1;
+    }
 }
 
 void MarkBrokenFaces(CObjGeometry& out) {
@@ -197,24 +243,11 @@ void MarkBrokenFaces(CObjGeometry& out) {
     }
 }
 
-CResult<CObjGeometry> Join(std::vector<CObjCollector> parts, std::size_t textSize) {
-    std::size_t triangles = 0, elements = 0;
-    for (const CObjCollector& part : parts) {
-        triangles += part.triangles;
-        elements += part.elements;
-    }
-    const std::size_t limit = std::min(kMaxTriangles, kFreeTriangles + textSize / kBytesPerTriangle);
-    if (triangles > limit)
-        return CError{EErrorCode::TooLarge, lng::Mark("the file has more triangles than we can take"), {}};
-    CObjGeometry out;
-    for (CObjCollector& part : parts) {
-        // The counts stay readable for the indices that count from a part's own entries.
-        out.positions.insert(out.positions.end(), part.positions.begin(), part.positions.end());
-        out.texCoords.insert(out.texCoords.end(), part.texCoords.begin(), part.texCoords.end());
-        out.normals.insert(out.normals.end(), part.normals.begin(), part.normals.end());
-    }
-    JoinCorners(out, parts);
-    if (out.faceEnds.empty()) elements = MakePoints(out);
+/** What the file says becomes what can be relied on. */
+void Mend(CObjGeometry& out) {
+    CheckIndices(out.cornerPositions, out.positions.size());
+    CheckIndices(out.cornerTexCoords, out.texCoords.size());
+    CheckIndices(out.cornerNormals, out.normals.size());
     for (CVec2& uv : out.texCoords) {
         if (!std::isfinite(uv.x) || !std::isfinite(uv.y)) uv = {};
     }
@@ -222,16 +255,22 @@ CResult<CObjGeometry> Join(std::vector<CObjCollector> parts, std::size_t textSiz
         if (!IsUsable(normal)) normal = {};
     }
     MarkBrokenFaces(out);
-    if (elements == 0) return out;
-    if (CStatus solid = MakePointsAndLinesSolid(out, limit - triangles); !solid) return solid.Error();
-    return out;
 }
 
 }  // namespace
 
-CResult<CObjGeometry> ParseObj(std::string_view text, unsigned threads) {
+CResult<CObjGeometry> ParseObj(std::string_view text) {
     if (text.size() > kMaxText)
         return CError{EErrorCode::TooLarge, lng::Mark("the file is larger than 2 GB"), {}};
-    if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
-    return Join(ReadParts(text, threads), text.size());
+    CObjGeometry out;
+    CObjReader reader(text, out);
+    reader.Read();
+    const std::size_t limit = std::min(kMaxTriangles, kFreeTriangles + text.size() / kBytesPerTriangle);
+    if (reader.triangles > limit)
+        return CError{EErrorCode::TooLarge, lng::Mark("the file has more triangles than we can take"), {}};
+    const std::size_t elements = out.faceEnds.empty() ? MakePoints(out) : reader.elements;
+    Mend(out);
+    if (elements == 0) return out;
+    if (CStatus solid = MakePointsAndLinesSolid(out, limit - reader.triangles); !solid) return solid.Error();
+    return out;
 }

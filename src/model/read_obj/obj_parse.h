@@ -6,8 +6,7 @@
 #include "base/CResult.h"
 #include "model/read_obj/CObjGeometry.h"
 
-/** Reads the text of an OBJ file (UTF-8 or bytes, any line ends) on up to `threads` threads, 0 for one a
- * core; the result does not depend on their number. Points and lines come as faces, see
+/** Reads the text of an OBJ file (UTF-8 or bytes, any line ends). Points and lines come as faces, see
  * MakePointsAndLinesSolid; where the file has nothing but vertices, each of them is a point. Fails only where
  * the text holds more than we take (TooLarge). */
-[[nodiscard]] CResult<CObjGeometry> ParseObj(std::string_view text, unsigned threads = 0);
+[[nodiscard]] CResult<CObjGeometry> ParseObj(std::string_view text);

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <bit>
+#include <map>
 #include <numeric>
-#include <unordered_map>
 
 namespace {
 
@@ -110,7 +110,7 @@ void UniteAcrossSmoothEdges(const CObjPiece& piece, CFaceSets& sets) {
 }
 
 void UniteByNumbers(const CObjPiece& piece, CFaceSets& sets) {
-    std::unordered_map<std::uint32_t, std::uint32_t> firstOfGroup;
+    std::map<std::uint32_t, std::uint32_t> firstOfGroup;
     for (std::uint32_t f = 0; f < piece.faces.size(); ++f) {
         if (piece.faces[f].smoothing == 0) continue;
         const auto [first, isNew] = firstOfGroup.try_emplace(piece.faces[f].smoothing, f);

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "model/read_obj/CObjPiece.h"
+#include "model/read_obj/CObjMeshBuilder.h"
 
 /** Where the smoothing groups of an OBJ file come from. */
 enum class EObjSmoothing {

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <unordered_set>
+#include <set>
 
 #include "model/scene/lib3ds_name.h"
 #include "model/scene/unique_names.h"
@@ -18,7 +18,7 @@ namespace {
 
 template <class T>
 std::string UnusedName(const T* list, std::string_view name) {
-    std::unordered_set<std::string> taken{""};
+    std::set<std::string> taken{""};
     for (; list != nullptr; list = list->next) taken.insert(list->name);
     return UniqueName(lib3ds_name::Cut(name), taken);
 }

@@ -14,14 +14,16 @@
 
 #include "model/scene/lib3ds_name.h"
 
-std::string UniqueName(std::string_view name, std::unordered_set<std::string>& taken) {
-    constexpr std::size_t kFewTries = 10;
+std::string UniqueName(std::string_view name, std::set<std::string>& taken) {
+    constexpr std::size_t kFewTries = 9, kManyTries = 100;
     std::string candidate(name);
-    for (std::size_t number = 2; !taken.insert(candidate).second; ++number) {
-        // A file of 60,000 equal names must not try every number from 2 on for each; the size is a
-        // good first guess.
-        if (number == kFewTries) number = std::max(number, taken.size());
-        candidate = lib3ds_name::WithSuffix(name, "#" + std::to_string(number));
+    std::size_t number = 2;
+    for (std::size_t tries = 1; !taken.insert(candidate).second; ++tries) {
+        // A file of 60,000 equal names must not try every number from 2 on for each; the size is a good
+        // first guess. Nor may one that has taken all numbers there make us try them one by one.
+        if (tries == kFewTries) number = std::max(number, taken.size());
+        if (tries > kManyTries) number *= 3;
+        candidate = lib3ds_name::WithSuffix(name, "#" + std::to_string(number++));
     }
     return candidate;
 }
@@ -33,7 +35,7 @@ using CNewNames = std::unordered_map<std::string, std::vector<std::string>>;
  * that stand for it. */
 template <class T>
 CNewNames RenameRepeated(T* first, CNoteList& notes) {
-    std::unordered_set<std::string> taken;
+    std::set<std::string> taken;
     CNewNames names;
     for (T* item = first; item; item = item->next) {
         const std::string old = item->name;

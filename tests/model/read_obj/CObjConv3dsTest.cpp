@@ -11,10 +11,10 @@
 #include <map>
 #include <random>
 
+#include "base/math/CVec.h"
 #include "files/CTestFolder.h"
 #include "model/read_obj/CConverted.h"
-#include "model/read_obj/CObjLineFilter.h"
-#include "model/read_obj/obj_parse.h"
+#include "row_name.h"
 
 namespace {
 
@@ -57,15 +57,36 @@ TEST(CObjConv3ds, TurnsYUpIntoZUp) {
     EXPECT_EQ(c.file->nodes, nullptr);
 }
 
+struct CNumberCase {
+    const char* name;
+    std::string text;
+    float value;
+};
+class NumberOf : public testing::TestWithParam<CNumberCase> {};
+TEST_P(NumberOf, FirstCoordinate) {
+    const CConverted c = Convert("v " + GetParam().text + "\nv 0 1 0\nv 0 0 1\nf 1 2 3\n");
+    ASSERT_TRUE(c.file) << c.error;
+    EXPECT_EQ(c.file->meshes->pointL[0].pos[0], GetParam().value);
+}
+INSTANTIATE_TEST_SUITE_P(
+    CObjConv3ds, NumberOf,
+    testing::Values(CNumberCase{"Plus", "+3", 3}, CNumberCase{"Exponent", "-25E-2", -0.25f},
+                    CNumberCase{"NoDigitBefore", "-.5", -0.5f}, CNumberCase{"NoDigitBehind", "5.", 5},
+                    CNumberCase{"ExponentCut", "7e", 7}, CNumberCase{"UnitBehind", "1.5mm", 1.5f},
+                    CNumberCase{"CommaIsNoPoint", "2,5", 2}, CNumberCase{"TooSmall", "1e-999", 0},
+                    CNumberCase{"Rounded", "0.1", 0.1f},
+                    CNumberCase{"ManyDigits", "0." + std::string(10'000, '3'), 1.0f / 3},
+                    CNumberCase{"ManyZeros", std::string(10'000, '0') + "7", 7},
+                    CNumberCase{"CommentBehind", "4#corner", 4},
+                    CNumberCase{"WordInComment", "4 0 0 # none", 4},
+                    CNumberCase{"WordBehind", "4 0 0 1 n", 4}, CNumberCase{"Colour", "4 0 0 1 0.5 nan", 4}),
+    kRowName);
+
 struct CTextCase {
     const char* name;
     std::string obj;
     std::string expected;
 };
-template <class T>
-std::string CaseName(const testing::TestParamInfo<T>& info) {
-    return info.param.name;
-}
 
 class FacesOf : public testing::TestWithParam<CTextCase> {};
 TEST_P(FacesOf, FirstMesh) {
@@ -101,9 +122,12 @@ INSTANTIATE_TEST_SUITE_P(
                   "0 1 2,0 2 3,"},
         CTextCase{"ImpossibleTexelIgnored", kSquare + "vt 0 0\nf 1/9 2/1 3/-7\n", "0 1 2,"},
         CTextCase{"ImpossibleCornersLeftOut",
-                  kSquare + "f 1 2 9\nf 0 1 2\nf -5 1 2\nf 1 2 99999999999999\nf 1 x 2\nf 1 2 4\n",
-                  "0 1 2,"}),
-    CaseName<CTextCase>);
+                  kSquare + "f 1 2 9\nf 0 1 2\nf -5 1 2\nf 1 2 99999999999999\nf 1 x 2\nf 1 2 4\n" +
+                      "f 1 2 -9223372036854775809\nf 1 2 18446744073709551617\nf 1 2 " +
+                      std::string(10'000, '9') + "\n",
+                  "0 1 2,"},
+        CTextCase{"OddCorners", kSquare + "f +1 2.0/ 3//\nf 1/1/1/1 3//9 4/-1\n", "0 1 2,0 2 3,"}),
+    kRowName);
 
 TEST(CObjConv3ds, TellsHowManyFacesAreLeftOut) {
     EXPECT_TRUE(Convert(kSquare + "f 1 2 9\nf 1 2 8\nf 1 2 3\n")
@@ -208,8 +232,8 @@ INSTANTIATE_TEST_SUITE_P(
                    18, SolidNote(0, 2)},
         CSolidCase{"ImpossibleLeftOut", kSquare + "p 1 9\nl 1 0\n", 8,
                    "Points and lines with impossible corners, left out: 2"},
-        CSolidCase{"LineTooLong", kSquare + "p" + std::string(1'100'000, ' ') + "1\n", 32, SolidNote(4, 0)}),
-    CaseName<CSolidCase>);
+        CSolidCase{"LongLine", kSquare + "p" + std::string(2'000'000, ' ') + "1 # p\n", 8, SolidNote(1, 0)}),
+    kRowName);
 
 TEST(CObjConv3ds, SolidsKeepGroupAndMaterial) {
     const CConverted c = Convert(kSquare + "g a\nusemtl red\nl 1 2\nf 1 2 3\ng b\nusemtl blue\np 4\n");
@@ -263,7 +287,7 @@ INSTANTIATE_TEST_SUITE_P(CObjConv3ds, SolidShapeOf,
                                          CTextCase{"FarOut", "v 4000000 0 0\nv 4000001 0 0\n", ""},
                                          CTextCase{"ManyPoints", ManyOf(false, 50'001), ""},
                                          CTextCase{"ManyLines", ManyOf(true, 50'001), ""}),
-                         CaseName<CTextCase>);
+                         kRowName);
 
 TEST(CObjConv3ds, TooManyPointsDoNotHideTheFaces) {
     std::string cloud;
@@ -301,7 +325,7 @@ INSTANTIATE_TEST_SUITE_P(
         CTextCase{"Objects", "o car\nf 1 2 3\no\ndog\no dog\nf 1 2 3\n", "car:1 dog:1 "},
         CTextCase{"GroupInObject", "o car\ng door\nf 1 2 3\no van\nf 1 2 3\ng van_roof\nf 1 2 3\n",
                   "car_door:1 van:1 van_roof:1 "},
-        CTextCase{"SeveralGroups", "g left wheel\nf 1 2 3\n", "left wheel:1 "},
+        CTextCase{"SeveralGroups", "g left \t wheel#1 \nf 1 2 3\n", "left wheel#1:1 "},
         CTextCase{"GroupWithoutName", "g a\nf 1 2 3\ng\nf 1 2 4\n", "a:1 Object:1 "},
         CTextCase{"LongNamesStayApart",
                   "g " + std::string(80, 'x') + "1\nf 1 2 3\ng " + std::string(80, 'x') + "2\nf 1 2 3\n",
@@ -309,7 +333,7 @@ INSTANTIATE_TEST_SUITE_P(
         CTextCase{"Utf8NotCutInside", "g " + std::string(62, 'x') + "\xC3\xA4\nf 1 2 3\n",
                   std::string(62, 'x') + ":1 "},
         CTextCase{"EmptyGroupsGiveNone", "g a\ng b\nf 1 2 3\n", "b:1 "}),
-    CaseName<CTextCase>);
+    kRowName);
 
 // ---- smoothing
 
@@ -329,7 +353,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "1 2147483648 0 4 "},
         CTextCase{"GroupsOver32", kRoof + "s 1\nf 1 2 3\nf 1 3 4\ns 33\nf 2 1 6\nf 2 6 5\ns 0\nf 1 2 4\n",
                   "1 1 2 2 0 "},
-        CTextCase{"OnMeansOne", kRoof + "s on\nf 1 2 3\nf 2 1 5\n", "1 1 "},
+        CTextCase{"OnMeansOne", kRoof + "s on # all\nf 1 2 3\nf 2 1 5\n", "1 1 "},
         CTextCase{"OffWithoutNormals", kRoof + "s off\nf 1 2 3 4\n", "0 0 "},
         CTextCase{"CreaseWithoutAWord", kRoof + "f 1 2 3 4\nf 2 1 6 5\n", "1 1 2 2 "},
         CTextCase{"HardByNormals", kRoof + "f 1//1 2//1 3//1 4//1\nf 2//2 1//2 6//2 5//2\n", "1 1 2 2 "},
@@ -338,7 +362,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "1 1 2 2 "},
         CTextCase{"NormalsBeatOff", kRoof + "s off\nf 1//3 2//3 3//1\nf 2//3 1//3 6//2\n", "1 1 "},
         CTextCase{"LoneFaceIsFlat", kRoof + "f 1//1 2//1 3//1\nf 2//2 1//2 6//2\n", "0 0 "}),
-    CaseName<CTextCase>);
+    kRowName);
 
 // ---- files
 
@@ -388,13 +412,12 @@ INSTANTIATE_TEST_SUITE_P(
         CTextCase{"NotANumber", "v 0 0 0\nv 1 nan 0\nv 1 1 0\nf 1 2 3\n", "No face of the file can be drawn"},
         CTextCase{"Infinite", "v 0 0 0\nv 1 -INF 0\nv 1 1 0\nf 1 2 3\n", "No face of the file can be drawn"},
         CTextCase{"TooLarge", "v 0 0 0\nv 1 1e999 0\nv 1 1 0\nf 1 2 3\n", "No face of the file can be drawn"},
+        CTextCase{"PrintedNan", "v 0 0 0\nv 1 -1.#IND 0\nv 1 1 0\nf 1 2 3\n",
+                  "No face of the file can be drawn"},
+        CTextCase{"Word", "v 0 0 0\nv 1 x 0\nv 1 1 0\nf 1 2 3\n", "No face of the file can be drawn"},
         CTextCase{"AllTheSamePoint", "v 0 0 0\nv 0 0 0\nv 0 0 0\nf 1 2 3\n",
                   "No face of the file can be drawn"}),
-    CaseName<CTextCase>);
-
-TEST(CObjConv3ds, CommentsWithAnNDoNotSpoilNumbers) {
-    EXPECT_TRUE(Convert("v 0 0 0 # corner\nv 1 0 0 1 n\nv 1 1 0\nf 1 2 3\n").file);
-}
+    kRowName);
 
 TEST(CObjConv3ds, RefusesFacesOutOfProportionToTheFile) {
     std::string obj = kSquare + "f";
@@ -427,13 +450,6 @@ TEST(CObjConv3ds, PolygonsThatFightBackTakeNoTime) {
     EXPECT_LE(c.file->meshes->faces, 19'998u);
 }
 
-TEST(CObjConv3ds, LeavesOutLinesOfAMegabyte) {
-    const CConverted c = Convert(kSquare + "f 1 2 3\nf" + std::string(2'000'000, ' ') + "1 2 4\n");
-    ASSERT_TRUE(c.file);
-    EXPECT_EQ(c.file->meshes->faces, 1u);
-    EXPECT_TRUE(c.HasNote("Lines of text over 1 MB, left out: 1"));
-}
-
 TEST(CObjConv3ds, EveryPrefixHasAnOutcome) {
     const std::string obj =
         kRoof +
@@ -442,53 +458,6 @@ TEST(CObjConv3ds, EveryPrefixHasAnOutcome) {
     for (std::size_t i = 0; i <= obj.size(); ++i) (void)Convert(std::string_view(obj).substr(0, i), mtl);
     for (std::size_t i = 0; i <= mtl.size(); ++i)
         EXPECT_TRUE(Convert(obj, std::string_view(mtl).substr(0, i)).file);
-}
-
-// ---- parts read by several threads
-
-TEST(CObjLineFilter, CutsAtWholeLines) {
-    const std::string_view text = "f 1 \\\n2 3\r\nf 4\rf 5";
-    EXPECT_EQ(CObjLineFilter::CutAfter(text, 0), 11u);
-    EXPECT_EQ(CObjLineFilter::CutAfter(text, 12), 15u);
-    EXPECT_EQ(CObjLineFilter::CutAfter(text, 16), text.size());
-    EXPECT_EQ(CObjLineFilter::CutAfter(text, text.size()), text.size());
-}
-
-TEST(ParseObj, DoesNotDependOnTheNumberOfThreads) {
-    std::string text;
-    std::mt19937 random(2);
-    for (int i = 0; text.size() < 5'000'000; ++i) {
-        text += "v " + std::to_string(i) + " 0 " + std::to_string(i % 7) + "\nvn 0 0 1\n";
-        if (i % 3 == 0) text += "vt 0 " + std::to_string(i) + "\n";
-        if (i % 1000 == 0) text += "o part" + std::to_string(i / 5000) + "\n";
-        if (i % 700 == 0)
-            text += "usemtl m" + std::to_string(random() % 5) + "\ns " + std::to_string(random() % 4) + "\n";
-        if (i % 50 == 0) text += "p -1\nl -1 1 " + std::to_string(i) + "\n";
-        if (i > 3) text += i % 2 ? "f -1/-1/-1 -2 \\\n -3//-1\n" : "f " + std::to_string(i) + "/1 1 2\n";
-    }
-    const CObjGeometry one = ParseObj(text, 1).Value(), many = ParseObj(text, 5).Value();
-    EXPECT_EQ(one.positions, many.positions);
-    EXPECT_EQ(one.normals, many.normals);
-    EXPECT_EQ(one.cornerPositions, many.cornerPositions);
-    EXPECT_EQ(one.cornerTexCoords, many.cornerTexCoords);
-    EXPECT_EQ(one.cornerNormals, many.cornerNormals);
-    EXPECT_EQ(one.faceEnds, many.faceEnds);
-    EXPECT_EQ(one.groups, many.groups);
-    EXPECT_EQ(one.materials, many.materials);
-    ASSERT_GT(one.faceEnds.size(), 100'000u);
-    // A part may begin in the middle of a run, so runs are compared face by face.
-    const auto faceInfo = [](const CObjGeometry& g) {
-        std::vector<std::array<std::int64_t, 3>> info(g.faceEnds.size());
-        for (std::size_t s = 0; s < g.segments.size(); ++s) {
-            const std::size_t end =
-                s + 1 < g.segments.size() ? g.segments[s + 1].firstFace : g.faceEnds.size();
-            for (std::size_t f = g.segments[s].firstFace; f < end; ++f) {
-                info[f] = {g.segments[s].group, g.segments[s].material, g.segments[s].smoothing};
-            }
-        }
-        return info;
-    };
-    EXPECT_EQ(faceInfo(one), faceInfo(many));
 }
 
 }  // namespace
