@@ -63,6 +63,7 @@ class CLibraryFinder {
         }
         return std::move(m_library);
     }
+    [[nodiscard]] std::vector<std::string> FilesRead() const { return {m_read.begin(), m_read.end()}; }
 
   private:
     std::optional<std::filesystem::path> Find(const std::string& name) {
@@ -158,7 +159,8 @@ Lib3dsFile* CObjConv3ds::Convert(std::string_view path) {
     return result ? result.Value().release() : nullptr;
 }
 
-CResult<CLib3dsFilePtr> CObjConv3ds::ConvertResult(std::string_view path, std::vector<CSceneNote>& notes) {
+CResult<CLib3dsFilePtr> CObjConv3ds::ConvertResult(std::string_view path, std::vector<CSceneNote>& notes,
+                                                   std::vector<std::string>* libraries) {
     return Guarded(path, notes, [&](CNoteList& list) -> CResult<CLib3dsFilePtr> {
         CResult<CObjGeometry> geometry = [&]() -> CResult<CObjGeometry> {
             auto bytes = file_util_ex::ReadWholeFile(path, kMaxObj);
@@ -167,7 +169,9 @@ CResult<CLib3dsFilePtr> CObjConv3ds::ConvertResult(std::string_view path, std::v
             return ParseObj(converted.empty() ? TextOf(bytes.Value()) : converted);
         }();
         if (!geometry) return geometry.Error();
-        const CMtlLibrary library = CLibraryFinder(path, list).Read(geometry.Value().libraries);
+        CLibraryFinder finder(path, list);
+        const CMtlLibrary library = finder.Read(geometry.Value().libraries);
+        if (libraries) *libraries = finder.FilesRead();
         return MakeScene(geometry.Value(), library, list);
     });
 }

@@ -49,7 +49,7 @@ TEST(CPovPictures, WhatPovReadsAlikeIsCopiedByteByByte) {
     EXPECT_EQ(pictures.Use(0, EPovPicture::Color)->fileName, picture->fileName);
     EXPECT_EQ(pictures.Use(1, EPovPicture::Color), nullptr);
     ASSERT_TRUE(pictures.Stage(0).HasValue());
-    ASSERT_TRUE(pictures.Commit().HasValue());
+    ASSERT_TRUE(pictures.TakeStaged().Commit().HasValue());
     EXPECT_EQ(CTestFolder::TextOf(set.folder / picture->fileName),
               CTestFolder::TextOf(set.scene.textures[0].foundAt));
 }
@@ -67,7 +67,7 @@ TEST_P(ConvertedPicture, IsAnOpaquePngOfWhatIsAskedFor) {
     ASSERT_NE(picture, nullptr);
     EXPECT_EQ(picture->type, "png");
     ASSERT_TRUE(pictures.Stage(0).HasValue());
-    ASSERT_TRUE(pictures.Commit().HasValue());
+    ASSERT_TRUE(pictures.TakeStaged().Commit().HasValue());
     const auto read = image_codec::ReadImageFile(set.folder / picture->fileName);
     ASSERT_TRUE(read.HasValue());
     const std::uint8_t* pixel = read.Value().Pixel(4, 2);
@@ -88,7 +88,7 @@ TEST(CPovPictures, SourcesAreNeverTargets) {
     CPovPictures pictures(set.scene, set.locator, set.folder / "out.pov");
     EXPECT_NE(pictures.Use(0, EPovPicture::Color)->fileName, "out-t0.png");
     ASSERT_TRUE(pictures.Stage(0).HasValue());
-    ASSERT_TRUE(pictures.Commit().HasValue());
+    ASSERT_TRUE(pictures.TakeStaged().Commit().HasValue());
     EXPECT_EQ(CTestFolder::TextOf(set.folder / "out-t0.png"), before);
 }
 

@@ -3,7 +3,6 @@
 
 #include <array>
 
-#include "base/math/rotation_of_angles.h"
 #include "export/pov/pov_export_format.h"
 #include "export/pov/pov_settings.h"
 #include "settings/CSettings.h"
@@ -29,33 +28,6 @@ INSTANTIATE_TEST_SUITE_P(Cameras, PovAnglesTest,
                                          CAnglesCase{"top_cam2", {10, 20, 30}, {-10, 20, -30}},
                                          CAnglesCase{"", {-10, -20, -30}, {10, -20, 30}},
                                          CAnglesCase{"top_cam", {0, 0, 0}, {0, 0, -90}}));
-
-struct CTurnCase {
-    std::array<float, 3> engine;
-    float turnDeg;
-    CVec3 axis;
-};
-class PovTrackBallTest : public testing::TestWithParam<CTurnCase> {};
-
-TEST_P(PovTrackBallTest, OneRotationShowsWhatBothTurnsShow) {
-    const auto& [engine, turnDeg, axis] = GetParam();
-    const CMat4 trackBall = CMat4::Rotation(turnDeg, axis);
-    const CMat4 seen = trackBall * RotationOfAngles(engine[0], engine[1], engine[2]);
-    const auto [x, y, z] = pov_export_format::WithTrackBall(engine, trackBall.m);
-    const CMat4 exported = RotationOfAngles(x, y, z);
-    for (std::size_t i = 0; i < 16; ++i) EXPECT_NEAR(exported.m[i], seen.m[i], 1e-5F) << i;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Turns, PovTrackBallTest,
-    testing::Values(CTurnCase{{0, 0, 0}, 50, {1, 2, 3}}, CTurnCase{{20, 0, 130}, 170, {-1, 0.5F, 0.2F}},
-                    CTurnCase{{-170, 0, 350}, -80, {0, 0, 1}}, CTurnCase{{0, 0, 0}, 90, {0, 1, 0}},
-                    CTurnCase{{0, 0, 40}, -90, {0, 1, 0}}, CTurnCase{{0, 0, 40}, 89.9999F, {0, 1, 0}},
-                    CTurnCase{{0, 0, 0}, 180, {1, 0, 0}}));
-
-TEST(PovExportFormatTest, WithoutTheTrackBallTheEnginesAnglesAreTakenAsTheyAre) {
-    EXPECT_EQ(pov_export_format::WithTrackBall({350, 0, 271}, CMat4{}.m), (std::array{350.0F, 0.0F, 271.0F}));
-}
 
 TEST(PovExportFormatTest, TakesWhatTheSettingsSay) {
     CSettings settings;
