@@ -112,9 +112,8 @@ TEST_P(CCameraLensTest, TellsWhatTheCameraDoesInAnyShape) {
         EXPECT_NEAR(static_cast<double>(camera.FovYDeg()),
                     2 * std::atan(std::max(lens.tanY, lens.tanX / aspect)) * 180 / std::numbers::pi, 1e-3);
         const double t = lens.tanY * std::min(1.0, aspect);
-        const double distance = lens.fittedRadius > 0
-                                    ? lens.zoom * lens.fittedRadius * std::sqrt(1 + t * t) / t
-                                    : lens.distance;
+        const double distance =
+            lens.fittedRadius > 0 ? lens.zoom * lens.fittedRadius * std::sqrt(1 + t * t) / t : lens.distance;
         EXPECT_NEAR(static_cast<double>(Length(camera.Eye() - camera.Target())), distance, 1e-4 * distance);
     }
 }

@@ -152,6 +152,10 @@ void CShaderPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& mater
 }
 
 void CShaderPipeline::SetFrame(const CVariantProgram& program) const {
+    // Rows of a window count upwards, those of a picture downwards for Mesa, which hears of a change between the
+    // two only when a program is new or one of its values is.
+    constexpr std::array<float, 9> kNone{};
+    glUniformMatrix3fv(program.toViewer, 1, GL_FALSE, kNone.data());
     glUniformMatrix3fv(program.toViewer, 1, GL_FALSE, m_toViewer.data());
     Set(program.ambientLight, m_frame->lights.ambient);
     std::vector<float> position, direction, color, range;
