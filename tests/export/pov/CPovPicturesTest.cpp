@@ -9,6 +9,7 @@
 #include "model/prepare/CPreparedScene.h"
 #include "model/textures/CTextureLocator.h"
 #include "picture/image_codec.h"
+#include "row_name.h"
 
 namespace {
 
@@ -55,6 +56,7 @@ TEST(CPovPictures, WhatPovReadsAlikeIsCopiedByteByByte) {
 }
 
 struct CKind {
+    const char* name;
     EPovPicture kind;
     std::array<int, 3> pixel;  ///< of the fading picture at (4, 2): 200, 100, 60 and alpha 144
 };
@@ -75,12 +77,13 @@ TEST_P(ConvertedPicture, IsAnOpaquePngOfWhatIsAskedFor) {
     EXPECT_EQ(pixel[3], 255);
 }
 INSTANTIATE_TEST_SUITE_P(CPovPictures, ConvertedPicture,
-                         testing::Values(CKind{EPovPicture::Color, {200, 100, 60}},
-                                         CKind{EPovPicture::NegativeColor, {55, 155, 195}},
-                                         CKind{EPovPicture::Value, {125, 125, 125}},
-                                         CKind{EPovPicture::NegativeValue, {130, 130, 130}},
-                                         CKind{EPovPicture::Alpha, {144, 144, 144}},
-                                         CKind{EPovPicture::NegativeAlpha, {111, 111, 111}}));
+                         testing::Values(CKind{"Color", EPovPicture::Color, {200, 100, 60}},
+                                         CKind{"NegativeColor", EPovPicture::NegativeColor, {55, 155, 195}},
+                                         CKind{"Value", EPovPicture::Value, {125, 125, 125}},
+                                         CKind{"NegativeValue", EPovPicture::NegativeValue, {130, 130, 130}},
+                                         CKind{"Alpha", EPovPicture::Alpha, {144, 144, 144}},
+                                         CKind{"NegativeAlpha", EPovPicture::NegativeAlpha, {111, 111, 111}}),
+                         kRowName);
 
 TEST(CPovPictures, SourcesAreNeverTargets) {
     CPictureScene set("out-t0.png", Fading());

@@ -5,29 +5,32 @@
 
 #include "export/pov/pov_export_format.h"
 #include "export/pov/pov_settings.h"
+#include "row_name.h"
 #include "settings/CSettings.h"
 
 namespace {
 
 struct CAnglesCase {
+    const char* name;
     const char* camera;
     std::array<float, 3> view, exported;
 };
 class PovAnglesTest : public testing::TestWithParam<CAnglesCase> {};
 
 TEST_P(PovAnglesTest, AreTurnedRoundForTheExporter) {
-    const auto& [camera, view, exported] = GetParam();
+    const auto& [name, camera, view, exported] = GetParam();
     C3ds2Pov::COutFormat format;
     pov_export_format::SetAngles(format, camera, view[0], view[1], view[2]);
     EXPECT_EQ((std::array{format.angleX, format.angleY, format.angleZ}), exported);
 }
 
 INSTANTIATE_TEST_SUITE_P(Cameras, PovAnglesTest,
-                         testing::Values(CAnglesCase{"top_cam", {10, 20, 30}, {20, -10, -120}},
-                                         CAnglesCase{"iso_cam", {10, 20, 30}, {-10, 20, -30}},
-                                         CAnglesCase{"top_cam2", {10, 20, 30}, {-10, 20, -30}},
-                                         CAnglesCase{"", {-10, -20, -30}, {10, -20, 30}},
-                                         CAnglesCase{"top_cam", {0, 0, 0}, {0, 0, -90}}));
+                         testing::Values(CAnglesCase{"Top", "top_cam", {10, 20, 30}, {20, -10, -120}},
+                                         CAnglesCase{"Iso", "iso_cam", {10, 20, 30}, {-10, 20, -30}},
+                                         CAnglesCase{"AlmostTop", "top_cam2", {10, 20, 30}, {-10, 20, -30}},
+                                         CAnglesCase{"NoName", "", {-10, -20, -30}, {10, -20, 30}},
+                                         CAnglesCase{"TopNotTurned", "top_cam", {0, 0, 0}, {0, 0, -90}}),
+                         kRowName);
 
 TEST(PovExportFormatTest, TakesWhatTheSettingsSay) {
     CSettings settings;
