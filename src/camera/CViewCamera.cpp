@@ -57,6 +57,19 @@ CFrame FrameOf(CVec3 back, CVec3 up) {
     return {right, Cross(back, right), back};
 }
 
+CMat4 MatrixOf(const CFrame& f, CVec3 eye) {
+    // In double, as the parts of a dot product far from the scene's origin are much larger than their sum.
+    const auto along = [eye](CVec3 axis) {
+        return -static_cast<float>(static_cast<double>(axis.x) * static_cast<double>(eye.x) +
+                                   static_cast<double>(axis.y) * static_cast<double>(eye.y) +
+                                   static_cast<double>(axis.z) * static_cast<double>(eye.z));
+    };
+    CMat4 v;
+    v.m = {f.right.x, f.up.x, f.back.x, 0, f.right.y,      f.up.y,      f.back.y,      0,
+           f.right.z, f.up.z, f.back.z, 0, along(f.right), along(f.up), along(f.back), 1};
+    return v;
+}
+
 bool IsFiniteRect(const C2DRect& r) {
     return std::isfinite(r.left) && std::isfinite(r.top) && std::isfinite(r.right) && std::isfinite(r.bottom);
 }
@@ -224,6 +237,11 @@ double CViewCamera::FittingDistance() const {
     return static_cast<double>(m_radius) * std::sqrt(1 + tangent * tangent) / tangent;
 }
 
+CCameraLens CViewCamera::Lens() const {
+    const bool fits = m_kind == EKind::Preset;
+    return {m_tanX, m_tanY, fits ? static_cast<double>(m_radius) : 0.0, m_zoom, fits ? 0.0 : Distance()};
+}
+
 double CViewCamera::Distance() const {
     return m_zoom * (m_kind == EKind::Preset ? FittingDistance() : m_distance);
 }
@@ -259,18 +277,11 @@ CDepthRange CViewCamera::DepthRange(const CSphere& model, std::span<const CSpher
 }
 
 CMat4 CViewCamera::ViewMatrix() const {
-    const CFrame f = FrameOf(m_back, m_up);
-    const CVec3 eye = Eye();
-    // In double, as the parts of a dot product far from the scene's origin are much larger than their sum.
-    const auto along = [eye](CVec3 axis) {
-        return -static_cast<float>(static_cast<double>(axis.x) * static_cast<double>(eye.x) +
-                                   static_cast<double>(axis.y) * static_cast<double>(eye.y) +
-                                   static_cast<double>(axis.z) * static_cast<double>(eye.z));
-    };
-    CMat4 v;
-    v.m = {f.right.x, f.up.x, f.back.x, 0, f.right.y,      f.up.y,      f.back.y,      0,
-           f.right.z, f.up.z, f.back.z, 0, along(f.right), along(f.up), along(f.back), 1};
-    return v;
+    return MatrixOf(FrameOf(m_back, m_up), Eye());
+}
+
+CMat4 CViewCamera::ViewMatrixFrom(CVec3 eye) const {
+    return MatrixOf(FrameOf(Normalized(eye - m_target), m_up), eye);
 }
 
 CMat4 CViewCamera::ProjectionMatrix(CDepthRange range) const {

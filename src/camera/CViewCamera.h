@@ -19,6 +19,17 @@ struct CDepthRange {
     float farPlane = 2;
 };
 
+/** How a camera's picture depends on its shape, for those who have it drawn in a shape that is not known yet.
+ * With aspect = width / height, the tangent of half the vertical field of view is max(tanY, tanX / aspect),
+ * and the eye stands so far from the target: with a fittedRadius, zoom * fittedRadius * sqrt(1 + t * t) / t
+ * for t = tanY * min(1, aspect); without one (0), distance. */
+struct CCameraLens {
+    double tanX = 0, tanY = 0;
+    double fittedRadius = 0;
+    double zoom = 1;
+    double distance = 0;
+};
+
 /** The camera of a view: presets round a bounding sphere, cameras of the file, and zooming. Pure arithmetic.
  *
  * A preset looks at the sphere's centre with a vertical field of view of 45 degrees, from where the whole
@@ -67,6 +78,10 @@ class CViewCamera {
     /** Radius of the sphere of SetModel, never 0. */
     [[nodiscard]] float ModelRadius() const { return m_model.radius; }
     [[nodiscard]] double Aspect() const { return m_width / m_height; }
+    /** Of SetViewSize, at least 1. */
+    [[nodiscard]] double ViewWidth() const { return m_width; }
+    [[nodiscard]] double ViewHeight() const { return m_height; }
+    [[nodiscard]] CCameraLens Lens() const;
 
     /** Near and far planes that hug the model's sphere wherever it may be turned to about the target, and
      * hold the other spheres besides. With the eye inside, the near plane lies at a 4,000th of the model's
@@ -74,6 +89,8 @@ class CViewCamera {
     [[nodiscard]] CDepthRange DepthRange(const CSphere& model, std::span<const CSphere> others = {}) const;
     /** As gluLookAt and gluPerspective make them. */
     [[nodiscard]] CMat4 ViewMatrix() const;
+    /** The same from another eye, towards the same target. */
+    [[nodiscard]] CMat4 ViewMatrixFrom(CVec3 eye) const;
     [[nodiscard]] CMat4 ProjectionMatrix(CDepthRange range) const;
 
   private:

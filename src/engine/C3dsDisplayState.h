@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "camera/CViewCamera.h"
+#include "camera/CSeenView.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/draw/CSceneRenderer.h"
 #include "engine/overlay/overlays.h"
@@ -23,7 +23,6 @@ struct C3dsDisplayWrap::CState {
     CTexturesOfScene knownTextures;      ///< of scene, for those who got its Lib3dsFile
     CPreparedScene prepared;             ///< ask Fresh() for it
     std::unique_ptr<CSceneEdits> edits;  ///< refers to scene; made by the first edit
-    float frame = 0;
     bool viewingOnly = false;
     double readMs = 0, prepareMs = 0;
     CError lastError;
@@ -32,12 +31,10 @@ struct C3dsDisplayWrap::CState {
     EGpu gpu = EGpu::Nothing;
     CDrawOptions options;
     COverlays overlays;
-    CVec3 background;
     CDepthRange depthRange;  ///< of the last InitDrawings
 
-    CViewCamera camera;
+    CSeenView seen;
     C2DRect preview{0, 0, 640, 480};
-    float rotX = 0, rotY = 0, rotZ = 0;
 
     void Show(CLoadedScene loaded);
     /** The prepared scene, prepared anew when edits made it out of date. A scene must be open. */
@@ -46,6 +43,8 @@ struct C3dsDisplayWrap::CState {
     void Evaluate();
     void SyncGpu(CGlCurrent& gl);
     void DropWhatWasUploaded();
+    void SetPreview(const C2DRect& rect);
+    void SetFrame(float frame);
     void SetPreset(ECameraPreset preset);
     /** Keeps the failure for LastError. */
     bool Fail(CError error);

@@ -38,8 +38,12 @@ void C3dsDisplayWrap::CState::Show(CLoadedScene loaded) {
     prepared = std::move(loaded.prepared);
     readMs = loaded.readMs;
     prepareMs = loaded.prepareMs;
-    frame = prepared.currentFrame;
+    seen.frame = prepared.currentFrame;
     gpu = EGpu::NeedsUpload;
+    seen.turn = {};
+    seen.orbit = 0;
+    seen.pivot = {};
+    seen.scale = {1, 1, 1};
     SetPreset(ECameraPreset::Iso);
 }
 
@@ -68,16 +72,16 @@ void C3dsDisplayWrap::CState::PrepareAgain() {
 }
 
 void C3dsDisplayWrap::CState::Evaluate() {
-    if (frame != prepared.currentFrame || edits) EvaluateNodes(prepared, *scene, frame);
+    if (seen.frame != prepared.currentFrame || edits) EvaluateNodes(prepared, *scene, seen.frame);
     for (const CPreparedCamera& fileCamera : prepared.cameras) {
-        if (fileCamera.name == camera.Name()) return camera.Follow(fileCamera);
+        if (fileCamera.name == seen.camera.Name()) return seen.camera.Follow(fileCamera);
     }
 }
 
 void C3dsDisplayWrap::CState::SetPreset(ECameraPreset preset) {
-    camera.SetModel(scene ? FramingSphere(Fresh()) : CSphere{{}, 1});
-    camera.SetPreset(preset);
-    rotX = rotY = rotZ = 0;
+    seen.camera.SetModel(scene ? FramingSphere(Fresh()) : CSphere{{}, 1});
+    seen.camera.SetPreset(preset);
+    seen.rotX = seen.rotY = seen.rotZ = 0;
 }
 
 bool C3dsDisplayWrap::CState::Fail(CError error) {
@@ -170,6 +174,10 @@ Lib3dsFile* C3dsDisplayWrap::Get3dsFile() {
 const CPreparedScene* C3dsDisplayWrap::Prepared() const {
     return m_state->scene ? &m_state->Fresh() : nullptr;
 }
+const CTextureLocator& C3dsDisplayWrap::GetTextures() const {
+    static const CTextureLocator nowhere;
+    return m_state->scene ? m_state->scene->Textures() : nowhere;
+}
 const CError& C3dsDisplayWrap::LastError() const {
     return m_state->lastError;
 }
@@ -187,19 +195,23 @@ bool C3dsDisplayWrap::HasAnimation() const {
     return m_state->scene && m_state->Fresh().animated;
 }
 float C3dsDisplayWrap::GetFrame() const {
-    return m_state->frame;
+    return m_state->seen.frame;
+}
+
+void C3dsDisplayWrap::CState::SetFrame(float frame) {
+    if (!scene || !std::isfinite(frame)) return;
+    const CPreparedScene& now = Fresh();
+    seen.frame = std::clamp(frame, now.firstFrame, std::max(now.firstFrame, now.lastFrame));
+    Evaluate();
 }
 
 void C3dsDisplayWrap::SetFrame(float frame) {
-    if (!m_state->scene || !std::isfinite(frame)) return;
-    const CPreparedScene& scene = m_state->Fresh();
-    m_state->frame = std::clamp(frame, scene.firstFrame, std::max(scene.firstFrame, scene.lastFrame));
-    m_state->Evaluate();
+    m_state->SetFrame(frame);
 }
 
 bool C3dsDisplayWrap::DrawAnimations() {
     if (!HasAnimation()) return false;
-    const float next = m_state->frame + 1;
+    const float next = m_state->seen.frame + 1;
     SetFrame(next > m_state->prepared.lastFrame ? m_state->prepared.firstFrame : next);
     return true;
 }

@@ -8,6 +8,8 @@
 
 #include "base/CResult.h"
 #include "base/math/C2DRect.h"
+#include "camera/CSeenView.h"
+#include "engine/overlay/overlays.h"
 #include "model/textures/CTextureLocator.h"
 #include "picture/CImage.h"
 
@@ -15,11 +17,14 @@ struct Lib3dsFile;
 class CScene;
 struct CLoadedScene;
 struct CPreparedScene;
-struct CViewPose;
 
 /** The wide string class used across the application's interfaces. */
 template <class T>
 using CStdStr = std::basic_string<T>;
+
+/** What a picture shows beside the background: overlays are those of C3dsDisplayWrap::SetOverlays, and what
+ * the caller draws over the model. */
+enum class EPictureOf { Model, ModelAndOverlays };
 
 /** The display engine: one 3DS scene at a time, drawn with OpenGL into the current context, and edited.
  *
@@ -54,6 +59,8 @@ class C3dsDisplayWrap {
     [[nodiscard]] Lib3dsFile* Get3dsFile();
     /** The scene as it is drawn; null when none is open. Valid until the next open, close or edit. */
     [[nodiscard]] const CPreparedScene* Prepared() const;
+    /** Where the pictures of the open scene come from; finds nothing when none is open. As long valid. */
+    [[nodiscard]] const CTextureLocator& GetTextures() const;
     [[nodiscard]] const CError& LastError() const;
 
     /** For programs that only draw, set before opening: what only edits, picking, saving and other frames
@@ -74,14 +81,17 @@ class C3dsDisplayWrap {
      * in Prepared(). Where the caller's model-view matrix carries the scene out of the depth range, the range
      * is widened for this call. */
     void DrawModel(int renderMode);
-    /** A whole frame with the engine's own camera, in the polygon mode that is set. */
+    /** A whole frame as SeenView has it. Leaves the projection with the camera on it, and the model-view
+     * matrix as the identity. */
     void PaintModel();
     /** Goes one frame on, from the last one back to the first. Draws nothing itself, as only the caller knows
      * how the view is turned: who gets true repaints. False when nothing is animated. */
     bool DrawAnimations();
-    /** What draw draws, as a picture in memory of the preview's size instead of in the window, with four
-     * samples a pixel where the context has them. The window's own picture stays. */
-    [[nodiscard]] CResult<CImage> TakePicture(const std::function<void()>& draw);
+    /** The open scene as seen has it, as a picture in memory of that camera's view size, with four samples a
+     * pixel where the context has them. drawOver, which may be empty, adds overlays of the caller's after
+     * PaintModel. The window's own picture and what is seen in it stay. */
+    [[nodiscard]] CResult<CImage> TakePicture(const CSeenView& seen, EPictureOf what,
+                                              const std::function<void()>& drawOver = {});
     void SetPreviewSize(const C2DRect& rect);
     [[nodiscard]] const C2DRect& GetPreviewSize() const;
     /** Turns by dx degrees more about the scene's vertical (Z) and by dy about its horizontal (X) axis, see
@@ -96,27 +106,33 @@ class C3dsDisplayWrap {
     /** False: the lights of the file are not used, only a headlight at the eye. */
     void SetUseFileLights(bool use);
 
-    // --- overlays (drawn by DrawModel in render mode, after the scene) -------------------------------------
-    void SetShowBounds(bool show);
-    void SetShowCameras(bool show);
-    void SetShowLights(bool show);
-    void SetShowAxis(bool show);
+    /** Drawn by DrawModel in render mode, after the scene. */
+    void SetOverlays(const COverlays& overlays);
+    [[nodiscard]] const COverlays& Overlays() const;
+
+    // --- what is seen -----------------------------------------------------------------------------------
+    [[nodiscard]] const CSeenView& SeenView() const;
+    /** For the same scene; the size of the view stays the preview's. */
+    void SetSeenView(const CSeenView& seen);
+    /** Parts of it. Opening a scene takes pivot, scale and turn back. Numbers that are not finite
+     * change nothing. */
+    void SetPivotOffset(CVec3d offset);
+    void SetScale(CVec3d scale);
+    void SetTurn(const CRotation& turn, double orbit);
+    void SetWireframe(bool wire);
 
     // --- camera -----------------------------------------------------------------------------------------
-    void SetTopCameraModel();
-    void SetLeftCameraModel();
-    void SetRightCameraModel();
-    void SetFrontCameraModel();
-    void SetBackCameraModel();
-    void SetIsoCameraModel();
+    void SetPreset(ECameraPreset preset);
+    void SetTopCameraModel() { SetPreset(ECameraPreset::Top); }
+    void SetLeftCameraModel() { SetPreset(ECameraPreset::Left); }
+    void SetRightCameraModel() { SetPreset(ECameraPreset::Right); }
+    void SetFrontCameraModel() { SetPreset(ECameraPreset::Front); }
+    void SetBackCameraModel() { SetPreset(ECameraPreset::Back); }
+    void SetIsoCameraModel() { SetPreset(ECameraPreset::Iso); }
     /** Looks through a camera of the file, with its roll and field of view. False when there
      * is none so named. */
     [[nodiscard]] bool SetFileCameraModel(const std::string& name);
     [[nodiscard]] std::vector<std::string> GetFileCameraNames() const;
-    /** The camera, the rotation angles and the frame; SetPose puts them back, for the same
-     * file read again. */
-    [[nodiscard]] CViewPose GetPose() const;
-    void SetPose(const CViewPose& pose);
     [[nodiscard]] float GetXOrg() const;
     [[nodiscard]] float GetYOrg() const;
     [[nodiscard]] float GetZOrg() const;

@@ -3,13 +3,16 @@
 #include <cmath>
 
 #include "base/math/rotation_of_angles.h"
-#include "camera/CViewPose.h"
 #include "camera/framing.h"
 #include "engine/C3dsDisplayState.h"
 
+void C3dsDisplayWrap::CState::SetPreview(const C2DRect& rect) {
+    preview = rect;
+    seen.camera.SetViewSize(std::abs(rect.right - rect.left), std::abs(rect.bottom - rect.top));
+}
+
 void C3dsDisplayWrap::SetPreviewSize(const C2DRect& rect) {
-    m_state->preview = rect;
-    m_state->camera.SetViewSize(std::abs(rect.right - rect.left), std::abs(rect.bottom - rect.top));
+    m_state->SetPreview(rect);
 }
 
 const C2DRect& C3dsDisplayWrap::GetPreviewSize() const {
@@ -17,36 +20,22 @@ const C2DRect& C3dsDisplayWrap::GetPreviewSize() const {
 }
 
 void C3dsDisplayWrap::UpdateRotAngles(float dx, float dy) {
-    m_state->rotZ = WithoutWholeTurns(m_state->rotZ + WithoutWholeTurns(dx));
-    m_state->rotX = WithoutWholeTurns(m_state->rotX + WithoutWholeTurns(dy));
+    CSeenView& seen = m_state->seen;
+    seen.rotZ = WithoutWholeTurns(seen.rotZ + WithoutWholeTurns(dx));
+    seen.rotX = WithoutWholeTurns(seen.rotX + WithoutWholeTurns(dy));
 }
 
 void C3dsDisplayWrap::ZoomModel(int step) {
-    m_state->camera.Zoom(step);
+    m_state->seen.camera.Zoom(step);
     UpdateModelOnZoom();
 }
 
 void C3dsDisplayWrap::ZoomModel(const C2DRect& rect) {
-    if (m_state->camera.Zoom(rect)) UpdateModelOnZoom();
+    if (m_state->seen.camera.Zoom(rect)) UpdateModelOnZoom();
 }
 
-void C3dsDisplayWrap::SetTopCameraModel() {
-    m_state->SetPreset(ECameraPreset::Top);
-}
-void C3dsDisplayWrap::SetLeftCameraModel() {
-    m_state->SetPreset(ECameraPreset::Left);
-}
-void C3dsDisplayWrap::SetRightCameraModel() {
-    m_state->SetPreset(ECameraPreset::Right);
-}
-void C3dsDisplayWrap::SetFrontCameraModel() {
-    m_state->SetPreset(ECameraPreset::Front);
-}
-void C3dsDisplayWrap::SetBackCameraModel() {
-    m_state->SetPreset(ECameraPreset::Back);
-}
-void C3dsDisplayWrap::SetIsoCameraModel() {
-    m_state->SetPreset(ECameraPreset::Iso);
+void C3dsDisplayWrap::SetPreset(ECameraPreset preset) {
+    m_state->SetPreset(preset);
 }
 
 bool C3dsDisplayWrap::SetFileCameraModel(const std::string& name) {
@@ -54,7 +43,7 @@ bool C3dsDisplayWrap::SetFileCameraModel(const std::string& name) {
     for (const CPreparedCamera& camera : m_state->Fresh().cameras) {
         if (camera.name != name) continue;
         m_state->SetPreset(ECameraPreset::Iso);  // for the sphere and the angles
-        m_state->camera.SetFileCamera(camera);
+        m_state->seen.camera.SetFileCamera(camera);
         return true;
     }
     return false;
@@ -67,73 +56,84 @@ std::vector<std::string> C3dsDisplayWrap::GetFileCameraNames() const {
     return names;
 }
 
-CViewPose C3dsDisplayWrap::GetPose() const {
-    return {m_state->camera, m_state->rotX, m_state->rotY, m_state->rotZ, m_state->frame};
+const CSeenView& C3dsDisplayWrap::SeenView() const {
+    return m_state->seen;
 }
 
-void C3dsDisplayWrap::SetPose(const CViewPose& pose) {
-    m_state->camera = pose.camera;
-    if (m_state->scene) m_state->camera.SetModel(FramingSphere(m_state->Fresh()));
-    SetPreviewSize(m_state->preview);  // it may have changed since
-    m_state->rotX = pose.rotX;
-    m_state->rotY = pose.rotY;
-    m_state->rotZ = pose.rotZ;
-    SetFrame(pose.frame);
+void C3dsDisplayWrap::SetSeenView(const CSeenView& seen) {
+    m_state->seen = seen;
+    if (m_state->scene) m_state->seen.camera.SetModel(FramingSphere(m_state->Fresh()));
+    m_state->SetPreview(m_state->preview);  // it may have changed since
+    m_state->SetFrame(seen.frame);
+}
+
+void C3dsDisplayWrap::SetPivotOffset(CVec3d offset) {
+    if (IsFinite(offset)) m_state->seen.pivot = offset;
+}
+void C3dsDisplayWrap::SetScale(CVec3d scale) {
+    if (IsFinite(scale)) m_state->seen.scale = scale;
+}
+void C3dsDisplayWrap::SetTurn(const CRotation& turn, double orbit) {
+    m_state->seen.turn = turn;
+    m_state->seen.orbit = orbit;
+}
+void C3dsDisplayWrap::SetWireframe(bool wire) {
+    m_state->seen.wire = wire;
 }
 
 float C3dsDisplayWrap::GetXOrg() const {
-    return m_state->camera.Target().x;
+    return m_state->seen.camera.Target().x;
 }
 float C3dsDisplayWrap::GetYOrg() const {
-    return m_state->camera.Target().y;
+    return m_state->seen.camera.Target().y;
 }
 float C3dsDisplayWrap::GetZOrg() const {
-    return m_state->camera.Target().z;
+    return m_state->seen.camera.Target().z;
 }
 float C3dsDisplayWrap::GetEyeX() const {
-    return m_state->camera.Eye().x;
+    return m_state->seen.camera.Eye().x;
 }
 float C3dsDisplayWrap::GetEyeY() const {
-    return m_state->camera.Eye().y;
+    return m_state->seen.camera.Eye().y;
 }
 float C3dsDisplayWrap::GetEyeZ() const {
-    return m_state->camera.Eye().z;
+    return m_state->seen.camera.Eye().z;
 }
 float C3dsDisplayWrap::GetUpX() const {
-    return m_state->camera.Up().x;
+    return m_state->seen.camera.Up().x;
 }
 float C3dsDisplayWrap::GetUpY() const {
-    return m_state->camera.Up().y;
+    return m_state->seen.camera.Up().y;
 }
 float C3dsDisplayWrap::GetUpZ() const {
-    return m_state->camera.Up().z;
+    return m_state->seen.camera.Up().z;
 }
 float C3dsDisplayWrap::GetFovY() const {
-    return m_state->camera.FovYDeg();
+    return m_state->seen.camera.FovYDeg();
 }
 float C3dsDisplayWrap::GetRadius() const {
-    return m_state->camera.ModelRadius();
+    return m_state->seen.camera.ModelRadius();
 }
 std::string C3dsDisplayWrap::GetCameraName() const {
-    return m_state->camera.Name();
+    return m_state->seen.camera.Name();
 }
 float C3dsDisplayWrap::GetRotAngleX() const {
-    return m_state->rotX;
+    return m_state->seen.rotX;
 }
 float C3dsDisplayWrap::GetRotAngleY() const {
-    return m_state->rotY;
+    return m_state->seen.rotY;
 }
 float C3dsDisplayWrap::GetRotAngleZ() const {
-    return m_state->rotZ;
+    return m_state->seen.rotZ;
 }
 float C3dsDisplayWrap::GetBKRValue() const {
-    return m_state->background.x;
+    return m_state->seen.background.x;
 }
 float C3dsDisplayWrap::GetBKGValue() const {
-    return m_state->background.y;
+    return m_state->seen.background.y;
 }
 float C3dsDisplayWrap::GetBKBValue() const {
-    return m_state->background.z;
+    return m_state->seen.background.z;
 }
 float C3dsDisplayWrap::GetFileBKRValue() const {
     return m_state->prepared.backgroundColor.x;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cmath>
+#include <span>
 
-#include "base/math/rotation_of_angles.h"
 #include "base/text/lng.h"
 #include "engine/C3dsDisplayState.h"
 #include "engine/gl/CGlCapabilities.h"
@@ -13,7 +13,6 @@
 namespace {
 
 constexpr float kPickPixels = 5;
-constexpr float kNearOfFar = 1.0f / 4000.0f;
 
 int Pixels(double extent) {
     return static_cast<int>(std::clamp(std::abs(extent), 1.0, 65536.0));
@@ -36,9 +35,11 @@ void RestrictTo(float x, float y, int width, int height) {
  * would be cut off. Set back by hand: its stack may have no room left. */
 class CWidenedDepth {
   public:
-    CWidenedDepth(CDepthRange range, const std::vector<CSphere>& spheres) {
+    CWidenedDepth(CDepthRange range, std::span<const CSphere> spheres) {
         glGetFloatv(GL_PROJECTION_MATRIX, m_projection.m.data());
-        const CDepthRange needed = Needed(range, spheres);
+        CMat4 model;
+        glGetFloatv(GL_MODELVIEW_MATRIX, model.m.data());
+        const CDepthRange needed = WidenedFor(range, m_projection, model, spheres);
         if (needed.nearPlane >= range.nearPlane && needed.farPlane <= range.farPlane) return;
         const double n = static_cast<double>(needed.nearPlane), f = static_cast<double>(needed.farPlane);
         const float scale = static_cast<float>((f + n) / (f - n));
@@ -54,25 +55,6 @@ class CWidenedDepth {
     ~CWidenedDepth() { Load(m_projection); }
 
   private:
-    [[nodiscard]] CDepthRange Needed(CDepthRange range, const std::vector<CSphere>& spheres) const {
-        CMat4 model;
-        glGetFloatv(GL_MODELVIEW_MATRIX, model.m.data());
-        const auto& p = m_projection.m;
-        const float unit = Length({p[3], p[7], p[11]});
-        float scale = 0;
-        for (std::size_t c = 0; c < 12; c += 4)
-            scale = std::max(scale, Length({model.m[c], model.m[c + 1], model.m[c + 2]}));
-        if (!(unit > 0)) return range;  // no perspective
-        float nearest = range.nearPlane, farthest = range.farPlane;
-        for (const CSphere& sphere : spheres) {
-            const CVec3 at = model.TransformPoint(sphere.center);
-            const float depth = (p[3] * at.x + p[7] * at.y + p[11] * at.z + p[15]) / unit;
-            if (!std::isfinite(depth)) continue;
-            nearest = std::min(nearest, depth - sphere.radius * scale);
-            farthest = std::max(farthest, depth + sphere.radius * scale);
-        }
-        return {std::min(range.nearPlane, std::max(nearest, farthest * kNearOfFar)), farthest};
-    }
     static void Load(const CMat4& projection) {
         glMatrixMode(GL_PROJECTION);
         glLoadMatrixf(projection.m.data());
@@ -80,6 +62,46 @@ class CWidenedDepth {
     }
 
     CMat4 m_projection;
+};
+
+/** Draws into a picture as long as it lives, then into the window again, with its state. */
+class CIntoPicture {
+  public:
+    CIntoPicture() { glPushAttrib(GL_ALL_ATTRIB_BITS); }
+    CIntoPicture(const CIntoPicture&) = delete;
+    CIntoPicture& operator=(const CIntoPicture&) = delete;
+    ~CIntoPicture() {
+        glBindFramebuffer(GL_FRAMEBUFFER, 0);
+        glPopAttrib();
+    }
+};
+
+/** Shows something else as long as it lives. */
+template <class State>
+class CShownMeanwhile {
+  public:
+    CShownMeanwhile(State& state, const CSeenView& seen, const COverlays& overlays)
+        : m_state(state), m_seen(state.seen), m_preview(state.preview), m_overlays(state.overlays) {
+        const CViewCamera& camera = seen.camera;
+        Show(seen, C2DRect(0, 0, camera.ViewWidth(), camera.ViewHeight()), overlays);
+    }
+    CShownMeanwhile(const CShownMeanwhile&) = delete;
+    CShownMeanwhile& operator=(const CShownMeanwhile&) = delete;
+    ~CShownMeanwhile() { Show(m_seen, m_preview, m_overlays); }
+
+  private:
+    void Show(const CSeenView& seen, const C2DRect& preview, const COverlays& overlays) {
+        const float frame = m_state.seen.frame;
+        m_state.seen = seen;
+        m_state.preview = preview;
+        m_state.overlays = overlays;
+        if (frame != seen.frame) m_state.SetFrame(seen.frame);
+    }
+
+    State& m_state;
+    CSeenView m_seen;
+    C2DRect m_preview;
+    COverlays m_overlays;
 };
 
 }  // namespace
@@ -116,7 +138,8 @@ bool C3dsDisplayWrap::InitDrawings(int renderMode, int x, int y) {
     const int width = Pixels(m_state->preview.right - m_state->preview.left);
     const int height = Pixels(m_state->preview.bottom - m_state->preview.top);
     glViewport(0, 0, width, height);
-    glClearColor(m_state->background.x, m_state->background.y, m_state->background.z, 1);
+    const CVec3 background = m_state->seen.background;
+    glClearColor(background.x, background.y, background.z, 1);
     glClearDepth(1);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     glDepthMask(GL_TRUE);
@@ -132,9 +155,10 @@ bool C3dsDisplayWrap::InitDrawings(int renderMode, int x, int y) {
     if (renderMode == GL_SELECT) {
         RestrictTo(static_cast<float>(x) + 0.5f, static_cast<float>(height - y) - 0.5f, width, height);
     }
-    m_state->depthRange = m_state->camera.DepthRange(m_state->prepared.boundingSphere,
-                                                     OverlayExtents(m_state->prepared, m_state->overlays));
-    glMultMatrixf(m_state->camera.ProjectionMatrix(m_state->depthRange).m.data());
+    const CSeenView& seen = m_state->seen;
+    m_state->depthRange = seen.DepthRange(m_state->prepared.boundingSphere,
+                                          OverlayExtents(m_state->prepared, m_state->overlays));
+    glMultMatrixf(seen.ProjectionMatrix(m_state->depthRange).m.data());
     return true;
 }
 
@@ -146,9 +170,7 @@ void C3dsDisplayWrap::DrawModel(int renderMode) {
     glPushAttrib(GL_TRANSFORM_BIT);
     glMatrixMode(GL_MODELVIEW);
     glPushMatrix();
-    const CVec3 origin = m_state->camera.Target();
-    const CMat4 turn = RotationOfAngles(m_state->rotX, m_state->rotY, m_state->rotZ);
-    glMultMatrixf((CMat4::Translation(origin) * turn * CMat4::Translation(-origin)).m.data());
+    glMultMatrixf(m_state->seen.AnglesMatrix().m.data());
     {
         std::vector<CSphere> extents = OverlayExtents(scene, m_state->overlays);
         extents.push_back(scene.boundingSphere);
@@ -166,32 +188,40 @@ void C3dsDisplayWrap::DrawModel(int renderMode) {
 
 void C3dsDisplayWrap::PaintModel() {
     if (!InitDrawings(GL_RENDER, -1, -1)) return;
-    glMultMatrixf(m_state->camera.ViewMatrix().m.data());
+    const CSeenView& seen = m_state->seen;
+    glMultMatrixf(seen.ViewMatrix().m.data());
     glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
+    glLoadMatrixf(seen.PlacingMatrix().m.data());
+    glPushAttrib(GL_POLYGON_BIT);
+    glPolygonMode(GL_FRONT_AND_BACK, seen.wire ? GL_LINE : GL_FILL);
     DrawModel(GL_RENDER);
+    glPopAttrib();
+    glLoadIdentity();
 }
 
-CResult<CImage> C3dsDisplayWrap::TakePicture(const std::function<void()>& draw) {
+CResult<CImage> C3dsDisplayWrap::TakePicture(const CSeenView& seen, EPictureOf what,
+                                             const std::function<void()>& drawOver) {
     CGlCurrent gl;
     const CGlCapabilities can = CGlCapabilities::Query(gl);
     if (!can.framebuffers)
         return CError{EErrorCode::NoGraphics, lng::Mark("OpenGL is too old to draw into memory"), ""};
     constexpr int kSamples = 4;
-    CResult<CPictureTarget> target =
-        CPictureTarget::Create(gl, Pixels(m_state->preview.right - m_state->preview.left),
-                               Pixels(m_state->preview.bottom - m_state->preview.top), kSamples);
+    const bool all = what == EPictureOf::ModelAndOverlays;
+    const CShownMeanwhile<CState> shown(*m_state, seen, all ? m_state->overlays : COverlays{});
+    const CIntoPicture intoPicture;
+    CResult<CPictureTarget> target = CPictureTarget::Create(gl, Pixels(seen.camera.ViewWidth()),
+                                                            Pixels(seen.camera.ViewHeight()), kSamples);
     if (!target) return target.Error();
-    draw();
-    CResult<CImage> picture = target.Value().ReadPixels(gl);
-    glBindFramebuffer(GL_FRAMEBUFFER, 0);
-    return picture;
+    PaintModel();
+    if (all && drawOver && m_state->scene) drawOver();
+    return target.Value().ReadPixels(gl);
 }
 
 void C3dsDisplayWrap::SetBkColors(float r, float g, float b) {
     const CVec3 color{r, g, b};
     if (!IsFinite(color)) return;
-    m_state->background = {std::clamp(r, 0.0f, 1.0f), std::clamp(g, 0.0f, 1.0f), std::clamp(b, 0.0f, 1.0f)};
+    m_state->seen.background = {std::clamp(r, 0.0f, 1.0f), std::clamp(g, 0.0f, 1.0f),
+                                std::clamp(b, 0.0f, 1.0f)};
 }
 
 void C3dsDisplayWrap::SetTextureRenderMode(int mode) {
@@ -200,15 +230,9 @@ void C3dsDisplayWrap::SetTextureRenderMode(int mode) {
 void C3dsDisplayWrap::SetUseFileLights(bool use) {
     m_state->options.useFileLights = use;
 }
-void C3dsDisplayWrap::SetShowBounds(bool show) {
-    m_state->overlays.bounds = show;
+void C3dsDisplayWrap::SetOverlays(const COverlays& overlays) {
+    m_state->overlays = overlays;
 }
-void C3dsDisplayWrap::SetShowCameras(bool show) {
-    m_state->overlays.cameras = show;
-}
-void C3dsDisplayWrap::SetShowLights(bool show) {
-    m_state->overlays.lights = show;
-}
-void C3dsDisplayWrap::SetShowAxis(bool show) {
-    m_state->overlays.axes = show;
+const COverlays& C3dsDisplayWrap::Overlays() const {
+    return m_state->overlays;
 }

@@ -92,7 +92,7 @@ bool C3dsDisplayWrap::RotateNode(const char* node, float x, float y, float z) {
 
 bool C3dsDisplayWrap::SetNodeMaterialColor(const char* node, const char* material, float r, float g,
                                            float b) {
-    if (!IsFinite({r, g, b})) return m_state->Fail(NotANumber());
+    if (!IsFinite(CVec3{r, g, b})) return m_state->Fail(NotANumber());
     return m_state->EditMaterial(OneNode(node), material, [=](Lib3dsMaterial& m) {
         material_edits::SetColor(m, {r, g, b});
     });
@@ -116,7 +116,7 @@ bool C3dsDisplayWrap::SetNodeMaterialTexture(const char* node, const char* mater
 }
 
 bool C3dsDisplayWrap::SetMaterialColor(const char* material, float r, float g, float b) {
-    if (!IsFinite({r, g, b})) return m_state->Fail(NotANumber());
+    if (!IsFinite(CVec3{r, g, b})) return m_state->Fail(NotANumber());
     return m_state->EditMaterial(nullptr, material, [=](Lib3dsMaterial& m) {
         material_edits::SetColor(m, {r, g, b});
     });

@@ -2,7 +2,6 @@
 #include "frame/command_states.h"
 
 #include "frame/command_table.h"
-#include "settings/CSettings.h"
 
 namespace {
 
@@ -24,20 +23,20 @@ bool IsEnabled(ENeeds needs, const CFrameState& frame) {
     return false;
 }
 
-bool IsChecked(int id, const CFrameState& frame, const CSettings& settings) {
+bool IsChecked(int id, const CFrameState& frame) {
     switch (id) {
         case kCmdShowBounds:
-            return settings.showBounds;
+            return frame.shown.bounds;
         case kCmdShowCameras:
-            return settings.showCameras;
+            return frame.shown.cameras;
         case kCmdShowLights:
-            return settings.showLights;
+            return frame.shown.lights;
         case kCmdRenderMode:
-            return settings.wireFrame;
+            return frame.shown.wire;
         case kCmdShowAxis:
-            return settings.showAxis;
+            return frame.shown.axes;
         case kCmdRotate:
-            return settings.rotate;
+            return frame.shown.rotate;
         case kCmdShowToolBar:
             return frame.isToolBarShown;
         case kCmdFullScreen:
@@ -51,6 +50,6 @@ bool IsChecked(int id, const CFrameState& frame, const CSettings& settings) {
 
 }  // namespace
 
-CCommandState StateOf(const CCommand& command, const CFrameState& frame, const CSettings& settings) {
-    return {IsEnabled(command.needs, frame), IsChecked(command.id, frame, settings)};
+CCommandState StateOf(const CCommand& command, const CFrameState& frame) {
+    return {IsEnabled(command.needs, frame), IsChecked(command.id, frame)};
 }

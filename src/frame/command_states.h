@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-struct CCommand;
-struct CSettings;
+#include "session/CShowState.h"
 
-/** What menus and toolbar depend on, beside the settings. */
+struct CCommand;
+
+/** What menus and toolbar depend on. */
 struct CFrameState {
+    CShowState shown;           ///< what the view shows, which need not be what the settings say
     bool hasModel = false;      ///< a model is shown
     unsigned folderModels = 0;  ///< models in its folder, itself among them
     bool hasNotes = false;
@@ -23,5 +25,4 @@ struct CCommandState {
 };
 
 /** How a command is to be shown now. */
-[[nodiscard]] CCommandState StateOf(const CCommand& command, const CFrameState& frame,
-                                    const CSettings& settings);
+[[nodiscard]] CCommandState StateOf(const CCommand& command, const CFrameState& frame);

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "camera/CSeenView.h"
+
 namespace {
 
 constexpr double kTwoPi = 2 * std::numbers::pi;
@@ -21,13 +23,6 @@ double Wrapped(double angle) {
 CVec3d Perpendicular(CVec3d v) {
     const bool alongZ = std::abs(v.z) > 0.9;
     return Normalized(Cross(alongZ ? CVec3d{0, 1, 0} : CVec3d{0, 0, 1}, v), kNoDirection);
-}
-
-CVec3d OrbitAxis(std::string_view cameraName) {
-    if (cameraName == "frt_cam") return {0, -1, 0};
-    if (cameraName == "top_cam") return {0, 0, 1};
-    if (cameraName == "iso_cam") return Normalized(CVec3d{1, -1, 1});
-    return {1, 0, 0};
 }
 
 }  // namespace
@@ -138,12 +133,8 @@ void CTrackBallMotion::SetRotation(const CRotation& rotation) {
 }
 
 void CTrackBallMotion::OrbitEye(std::string_view cameraName, float (&eye)[3]) const {
-    const double angle = m_accumulatedOrbitAngle + m_orbitAngle;
-    if (!(angle > 0)) return;
-    const CVec3d axis = OrbitAxis(cameraName);
-    const CVec3d v{eye[0], eye[1], eye[2]};
-    const CVec3d along = axis * Dot(axis, v);
-    const CVec3d turned = along + (v - along) * std::cos(angle) + Cross(axis, v) * std::sin(angle);
+    if (!(OrbitSum() > 0)) return;
+    const CVec3d turned = OrbitedEye(cameraName, OrbitSum(), {eye[0], eye[1], eye[2]});
     eye[0] = static_cast<float>(turned.x);
     eye[1] = static_cast<float>(turned.y);
     eye[2] = static_cast<float>(turned.z);

@@ -35,17 +35,18 @@ class CTrackBallMotion {
     /** Follows the mouse once more, ends the drag and adds its orbit angle to those before. */
     void Release(int x, int y);
 
-    /** Turns a vector from the look-at point to the eye about the axis that belongs to the camera's name, by
-     * the sum of all orbit angles. Only a sum above zero turns it. */
+    /** Turns a vector from the look-at point to the eye by the sum of all orbit angles; see OrbitedEye. */
     void OrbitEye(std::string_view cameraName, float (&eye)[3]) const;
 
-    /** Column by column, as glMultMatrixf takes it. */
+    [[nodiscard]] const CRotation& Rotation() const { return m_rotation; }
+    /** The same column by column, as glMultMatrixf takes it. */
     [[nodiscard]] const std::array<float, 16>& Matrix() const { return m_matrix.m; }
     [[nodiscard]] bool IsDragging() const { return m_dragging; }
     /** The mouse is beside the ball. */
     [[nodiscard]] bool IsMissed() const { return m_missed; }
     [[nodiscard]] double OrbitAngle() const { return m_orbitAngle; }
     [[nodiscard]] double AccumulatedOrbitAngle() const { return m_accumulatedOrbitAngle; }
+    [[nodiscard]] double OrbitSum() const { return m_accumulatedOrbitAngle + m_orbitAngle; }
     [[nodiscard]] bool IsOverlayEnabled() const { return m_overlayEnabled; }
 
   protected:

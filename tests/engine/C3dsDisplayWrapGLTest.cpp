@@ -263,10 +263,11 @@ CBytes Stage() {
 TEST_F(C3dsDisplayWrapGLTest, OverlaysAddToThePictureAndLeaveNoStateBehind) {
     ASSERT_TRUE(Open(Stage()));
     const CImage plain = Paint();
-    using CSwitch = void (C3dsDisplayWrap::*)(bool);
-    for (const CSwitch show : {&C3dsDisplayWrap::SetShowBounds, &C3dsDisplayWrap::SetShowCameras,
-                               &C3dsDisplayWrap::SetShowLights, &C3dsDisplayWrap::SetShowAxis}) {
-        (m_engine.*show)(true);
+    for (bool COverlays::*show :
+         {&COverlays::bounds, &COverlays::cameras, &COverlays::lights, &COverlays::axes}) {
+        COverlays overlays;
+        overlays.*show = true;
+        m_engine.SetOverlays(overlays);
         GLint depth = 0, mode = 0;
         const CImage with = Paint();
         EXPECT_GT(CountDrawn(with), CountDrawn(plain) + 15);
@@ -274,9 +275,68 @@ TEST_F(C3dsDisplayWrapGLTest, OverlaysAddToThePictureAndLeaveNoStateBehind) {
         glGetIntegerv(GL_MATRIX_MODE, &mode);
         EXPECT_EQ(depth, 1);
         EXPECT_EQ(mode, GL_MODELVIEW);
-        (m_engine.*show)(false);
+        m_engine.SetOverlays({});
         EXPECT_EQ(Paint().rgba, plain.rgba);
     }
+}
+
+TEST_F(C3dsDisplayWrapGLTest, PicturesShowWhatTheyAreGivenAndLeaveTheWindowAlone) {
+    ASSERT_TRUE(Open(Stage()));
+    m_engine.SetOverlays({.bounds = true, .lights = true});
+    const CImage window = Paint();
+    const auto drawCorner = [] {  // an overlay of the caller's
+        glEnable(GL_SCISSOR_TEST);
+        glScissor(0, 0, 5, 5);
+        glClearColor(1, 1, 1, 1);
+        glClear(GL_COLOR_BUFFER_BIT);
+        glDisable(GL_SCISSOR_TEST);
+    };
+    CSeenView seen = m_engine.SeenView();
+    seen.camera.SetViewSize(90, 70);
+    seen.background = {0, 1, 0};
+    seen.scale = {0.5, 0.5, 0.5};
+    const auto take = [&](EPictureOf what) {
+        auto picture = m_engine.TakePicture(seen, what, drawCorner);
+        return picture ? std::move(picture).Value() : CImage{};
+    };
+    const CImage model = take(EPictureOf::Model), all = take(EPictureOf::ModelAndOverlays);
+    ASSERT_EQ(model.width, 90);
+    ASSERT_EQ(model.height, 70);
+    EXPECT_EQ(ColorAt(model, 1, 68), (CColor{0, 255, 0}));
+    EXPECT_EQ(ColorAt(all, 1, 68), (CColor{255, 255, 255}));
+    EXPECT_GT(CountDrawn(all), CountDrawn(model) + 40);
+    seen.scale = {1, 1, 1};
+    EXPECT_GT(CountDrawn(take(EPictureOf::Model)), 2 * CountDrawn(model));
+    (void)Context().MakeCurrent();
+    EXPECT_EQ(Paint().rgba, window.rgba);
+}
+
+// A window that multiplies the parts itself, and a picture that is drawn as a whole.
+TEST_F(C3dsDisplayWrapGLTest, SeenViewIsDrawnAlikeInOneGoAndInParts) {
+    ASSERT_TRUE(Open(Tower()));
+    m_engine.UpdateRotAngles(20, 10);
+    m_engine.SetPivotOffset({1, 2, 3});
+    m_engine.SetPivotOffset({std::nan(""), 0, 0});
+    m_engine.SetScale({1, 0.5, 2});
+    m_engine.SetTurn(CRotation::About({0, 0, 1}, 1), 0.5);
+    m_engine.SetWireframe(true);
+    const CImage painted = Paint();
+    const CSeenView seen = m_engine.SeenView();
+    EXPECT_EQ(seen.pivot.x, 1);
+    ASSERT_TRUE(m_engine.InitDrawings(GL_RENDER, -1, -1));
+    glMultMatrixf(seen.ViewMatrix().m.data());
+    glMatrixMode(GL_MODELVIEW);
+    glLoadMatrixf(seen.PlacingMatrix().m.data());
+    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+    m_engine.DrawModel(GL_RENDER);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    EXPECT_EQ(Context().ReadPixels().Value().rgba, painted.rgba);
+    m_engine.SetTopCameraModel();
+    m_engine.SetSeenView(seen);
+    EXPECT_EQ(Paint().rgba, painted.rgba);
+    // Another scene is seen as it is.
+    ASSERT_TRUE(Open(Tower()));
+    EXPECT_EQ(m_engine.SeenView().ModelMatrix(), CMat4{});
 }
 
 TEST_F(C3dsDisplayWrapGLTest, CamerasOfTheFileAreOffered) {

@@ -35,7 +35,26 @@ TEST_P(OffscreenContextGLTest, ReadsRowsFromTopToBottom) {
     EXPECT_EQ(image.Value().rgba.size(), 37u * 22 * 4);
     EXPECT_TRUE(HasColor(image.Value(), 36, 0, {255, 0, 0}, 0));
     EXPECT_TRUE(HasColor(image.Value(), 0, 21, {0, 0, 255}, 0));
-    EXPECT_LE(context.Samples(), GetParam());
+}
+
+// What covers half of a pixel is seen in it where there are several samples, and only there.
+TEST_P(OffscreenContextGLTest, MixesSamplesOfAnEdge) {
+    CResult<COffscreenContext> made = COffscreenContext::Create(16, 16, GetParam());
+    ASSERT_TRUE(made) << made.Error().Text();
+    made.Value().MakeCurrent();
+    glClearColor(0, 0, 0, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glBegin(GL_TRIANGLES);
+    glVertex2f(-1, -1);
+    glVertex2f(1, -0.8f);
+    glVertex2f(-0.7f, 1);
+    glEnd();
+    const CImage image = made.Value().ReadPixels().Value();
+    int mixed = 0;
+    for (std::size_t i = 0; i < image.rgba.size(); i += 4) mixed += image.rgba[i] > 10 && image.rgba[i] < 245;
+    EXPECT_EQ(mixed > 5, GetParam() > 1) << mixed;
+    EXPECT_EQ(made.Value().Samples() > 1, GetParam() > 1);
+    EXPECT_LE(made.Value().Samples(), GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, OffscreenContextGLTest, testing::Values(0, 4, 1000));

@@ -8,6 +8,10 @@
 #include "engine/CPictureTest.h"
 #include "engine/gl/CGlCurrent.h"
 #include "engine/gl/gl_api.h"
+#include "engine/pipeline/CFrameLights.h"
+#include "engine/pipeline/CFrameView.h"
+#include "engine/pipeline/CShaderPipeline.h"
+#include "engine/pipeline/CTextureSet.h"
 
 using namespace test_scenes;
 
@@ -209,6 +213,31 @@ TEST_F(SceneRendererGLTest, LeavesTheStateAsItFoundIt) {
     glFrontFace(GL_CCW);
     glCullFace(GL_BACK);
     glDisable(GL_POLYGON_SMOOTH);
+}
+
+int s_built = 0;
+
+/** A driver that takes the first program alone. */
+CResult<CGlProgram> BuildFirst(CGlCurrent& gl, const std::string& vertex, const std::string& fragment) {
+    if (++s_built == 1) return CGlProgram::Build(gl, vertex, fragment);
+    return CError{EErrorCode::NoGraphics, "too long", ""};
+}
+
+TEST_F(SceneRendererGLTest, AProgramThatIsRejectedIsNotCompiledAgainInEachFrame) {
+    s_built = 0;
+    CShaderPipeline pipeline(&BuildFirst);
+    ASSERT_TRUE(pipeline.Check(Gl()));
+    const CFrameView view;
+    CFrameLights lights;
+    lights.lights.resize(2);
+    CTextureSet none;
+    for (int frame = 0; frame < 3; ++frame) {
+        pipeline.Begin(Gl(), {view, lights, none});
+        pipeline.UseMaterial(Gl(), Plain({1, 0, 0}), false, ESurfacePart::Whole);
+        pipeline.End(Gl());
+        pipeline.Trim();
+    }
+    EXPECT_EQ(s_built, 2);
 }
 
 }  // namespace

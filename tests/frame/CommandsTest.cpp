@@ -7,7 +7,6 @@
 
 #include "frame/command_states.h"
 #include "frame/command_table.h"
-#include "settings/CSettings.h"
 
 namespace {
 
@@ -78,10 +77,7 @@ void PrintTo(const CStateCase& c, std::ostream* out) {
 class CommandStatesTest : public testing::TestWithParam<CStateCase> {};
 
 TEST_P(CommandStatesTest, Enables) {
-    const CSettings settings;
-    const auto isEnabled = [&](int id) {
-        return StateOf(*FindCommand(id), GetParam().frame, settings).enabled;
-    };
+    const auto isEnabled = [](int id) { return StateOf(*FindCommand(id), GetParam().frame).enabled; };
     for (const int id : GetParam().enabled) EXPECT_TRUE(isEnabled(id)) << TextOf(id);
     for (const int id : GetParam().disabled) EXPECT_FALSE(isEnabled(id)) << TextOf(id);
 }
@@ -108,12 +104,13 @@ INSTANTIATE_TEST_SUITE_P(All, CommandStatesTest, testing::ValuesIn(kStateCases),
                          [](const auto& c) { return std::string(c.param.name); });
 
 TEST(CommandStatesTest, ChecksWhatIsOn) {
-    CSettings settings;
-    settings.showLights = settings.wireFrame = true;
-    const CFrameState frame{.isFullScreen = true, .isToolBarShown = false, .runningCommand = kCmdNextFile};
+    const CFrameState frame{.shown = {.wire = true, .lights = true},
+                            .isFullScreen = true,
+                            .isToolBarShown = false,
+                            .runningCommand = kCmdNextFile};
     const std::set<int> checked{kCmdShowLights, kCmdRenderMode, kCmdFullScreen, kCmdNextFile};
     for (const CCommand& command : Commands())
-        EXPECT_EQ(StateOf(command, frame, settings).checked, checked.count(command.id) == 1) << command.text;
+        EXPECT_EQ(StateOf(command, frame).checked, checked.count(command.id) == 1) << command.text;
 }
 
 }  // namespace

@@ -129,11 +129,29 @@ TEST_F(FrameWxTest, RemembersWhatWasChosen) {
     window.StartAgain();
     EXPECT_TRUE(Frame().StateOfCommand(kCmdShowBounds).checked);
     EXPECT_TRUE(Frame().GetMenuBar()->IsChecked(WidgetIdOf(kCmdRenderMode)));
-    EXPECT_TRUE(Frame().View().IsWireframe());
+    EXPECT_TRUE(Frame().View().Shown().wire);
     ASSERT_NE(Frame().GetMenuBar()->FindItem(WidgetIdOf(kCmdFirstRecentFile)), nullptr);
     Frame().RunCommand(kCmdFirstRecentFile);
     EXPECT_EQ(Frame().View().GetPath(), knot);
     EXPECT_EQ(window.Engine().GetCameraName(), "lft_cam");
+}
+
+TEST_F(FrameWxTest, WhatAShowChangesIsSeenAndCheckedButNotSet) {
+    ASSERT_TRUE(window.Open(Sample("knot.3ds", "k.3ds")));
+    CShowState show = Frame().View().Shown();
+    show.wire = show.rotate = true;
+    show.background = {1, 0, 0};
+    Frame().View().Show(show);
+    EXPECT_TRUE(Frame().StateOfCommand(kCmdRenderMode).checked);
+    EXPECT_EQ(CSettings::Instance(), CSettings());
+    // What the user switches turns over what is seen, and that stays.
+    Frame().RunCommand(kCmdRenderMode);
+    Frame().RunCommand(kCmdShowAxis);
+    EXPECT_FALSE(Frame().View().Shown().wire);
+    EXPECT_TRUE(Frame().View().Shown().rotate);
+    CSettings expected;
+    expected.showAxis = true;
+    EXPECT_EQ(CSettings::Instance(), expected);
 }
 
 TEST_F(FrameWxTest, ReadsAFileAgainAndKeepsTheCamera) {

@@ -102,6 +102,35 @@ TEST_F(CViewWindowWxTest, DragTurnsTheModel) {
     EXPECT_FALSE(Differ(window.Picture(), before));
 }
 
+TEST_F(CViewWindowWxTest, PicturesShowOverlaysWhenAskedAndNeverTheHint) {
+    const auto take = [this](EPictureOf what) {
+        auto picture = window.View().TakePicture(what);
+        return picture ? std::move(picture).Value() : CImage{};
+    };
+    window.View().SetPivotOffset(2, 0, 3);
+    window.View().SetScale(1, 1, 0.5);
+    window.MoveTo(middleX, middleY);
+    window.Hand().MouseDown();
+    ASSERT_TRUE(CViewWindow::WaitFor([this] { return IsDragging(); }));
+    window.MoveTo(middleX + 40, middleY + 30);
+    ASSERT_TRUE(CViewWindow::WaitFor([this] { return window.View().GetTrackBall().Matrix()[0] < 0.99f; }));
+    const CImage model = take(EPictureOf::Model), all = take(EPictureOf::ModelAndOverlays);
+    EXPECT_TRUE(Differ(model, all)) << "the ball is missing";
+    window.Hand().MouseUp();
+    ASSERT_TRUE(CViewWindow::WaitFor([this] { return window.View().GetDragState() == EDragState::Idle; }));
+    EXPECT_FALSE(Differ(model, take(EPictureOf::ModelAndOverlays))) << "turned or placed otherwise";
+    const CImage shown = window.Picture();  // without the picture's smooth edges
+    int apart = 0;
+    for (std::size_t i = 0; i < shown.rgba.size(); ++i) apart += std::abs(shown.rgba[i] - model.rgba[i]) > 4;
+    EXPECT_LT(apart, 3000) << "lit otherwise";
+
+    window.View().CloseModel();
+    const CImage empty = window.Picture();
+    window.View().SetHint({8, 8, std::vector<std::uint8_t>(256, 255)});
+    EXPECT_TRUE(Differ(window.Picture(), empty));
+    EXPECT_FALSE(Differ(take(EPictureOf::ModelAndOverlays), empty));
+}
+
 TEST_F(CViewWindowWxTest, WheelZooms) {
     const float distance = Length(Eye());
     window.MoveTo(middleX, middleY);

@@ -65,9 +65,8 @@ CShaderVariant CShaderPipeline::Variant(const CPreparedMaterial& material, bool 
 }
 
 CResult<CShaderPipeline::CVariantProgram> CShaderPipeline::Build(CGlCurrent& gl,
-                                                                 const CShaderVariant& variant) {
-    CResult<CGlProgram> built =
-        CGlProgram::Build(gl, VertexShaderSource(variant), FragmentShaderSource(variant));
+                                                                 const CShaderVariant& variant) const {
+    CResult<CGlProgram> built = m_build(gl, VertexShaderSource(variant), FragmentShaderSource(variant));
     if (!built) return built.Error();
     CVariantProgram result;
     result.program = std::move(built).Value();
@@ -107,8 +106,11 @@ CStatus CShaderPipeline::Check(CGlCurrent& gl) {
 CShaderPipeline::CVariantProgram& CShaderPipeline::Program(CGlCurrent& gl, const CShaderVariant& variant) {
     const auto found = m_programs.find(variant.Key());
     if (found != m_programs.end()) return found->second;
-    CResult<CVariantProgram> built = Build(gl, variant);
-    if (built) return m_programs.emplace(variant.Key(), std::move(built).Value()).first->second;
+    if (!m_rejected.contains(variant.Key())) {
+        CResult<CVariantProgram> built = Build(gl, variant);
+        if (built) return m_programs.emplace(variant.Key(), std::move(built).Value()).first->second;
+        m_rejected.insert(variant.Key());  // to try it again would take as long in every frame
+    }
     // A driver that gives up on a long program (many maps) still draws the material without them.
     const CShaderVariant plain;
     return variant.Key() == plain.Key() ? m_programs[variant.Key()] : Program(gl, plain);
@@ -150,6 +152,10 @@ void CShaderPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& mater
 }
 
 void CShaderPipeline::SetFrame(const CVariantProgram& program) const {
+    // Rows of a window count upwards, those of a picture downwards for Mesa, which hears of a change between the
+    // two only when a program is new or one of its values is.
+    constexpr std::array<float, 9> kNone{};
+    glUniformMatrix3fv(program.toViewer, 1, GL_FALSE, kNone.data());
     glUniformMatrix3fv(program.toViewer, 1, GL_FALSE, m_toViewer.data());
     Set(program.ambientLight, m_frame->lights.ambient);
     std::vector<float> position, direction, color, range;

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "base/CResult.h"
 #include "engine/gl/CGlProgram.h"
@@ -14,6 +16,10 @@ struct CMaterialLook;
 /** Per-pixel Blinn-Phong in GLSL 1.20; programs are built when a scene first needs them, and kept. */
 class CShaderPipeline final : public CDrawPipeline {
   public:
+    /** Makes a program of a vertex and a fragment shader's text. */
+    using CBuilder = CResult<CGlProgram> (*)(CGlCurrent&, const std::string&, const std::string&);
+    explicit CShaderPipeline(CBuilder build = &CGlProgram::Build) : m_build(build) {}
+
     void Begin(CGlCurrent& gl, const CFrame& frame) override;
     void End(CGlCurrent& gl) override;
     [[nodiscard]] std::uint32_t SortKey(const CPreparedMaterial& material, bool hasTexCoords,
@@ -41,14 +47,16 @@ class CShaderPipeline final : public CDrawPipeline {
     };
     [[nodiscard]] CShaderVariant Variant(const CPreparedMaterial& material, bool hasTexCoords,
                                          ESurfacePart part) const;
-    [[nodiscard]] static CResult<CVariantProgram> Build(CGlCurrent& gl, const CShaderVariant& variant);
+    [[nodiscard]] CResult<CVariantProgram> Build(CGlCurrent& gl, const CShaderVariant& variant) const;
     CVariantProgram& Program(CGlCurrent& gl, const CShaderVariant& variant);
     void SetFrame(const CVariantProgram& program) const;
     void SetLook(const CVariantProgram& program, const CMaterialLook& look) const;
     void SetMaps(CGlCurrent& gl, const CVariantProgram& program, const CPreparedMaterial& material,
                  const CMaterialLook& look) const;
 
+    CBuilder m_build;
     std::unordered_map<std::uint32_t, CVariantProgram> m_programs;
+    std::unordered_set<std::uint32_t> m_rejected;  ///< variants that the driver does not take
     CVariantProgram* m_current = nullptr;
     std::optional<CFrame> m_frame;
     std::array<float, 9> m_toViewer{};  ///< CFrameView::PixelToViewer of this frame

@@ -7,6 +7,7 @@
 #include "base/text/lng.h"
 #include "export/pov/C3ds2PovExportFlow.h"
 #include "export/pov/CPovWriter.h"
+#include "export/pov/pov_export_format.h"
 #include "files/file_util_ex.h"
 #include "model/open/CSceneReader.h"
 #include "model/prepare/prepare_scene.h"
@@ -48,16 +49,24 @@ CStatus Guarded(C3ds2PovExportFlow* flow, const std::string& output, Work work) 
     }
 }
 
-CStatus Write(const CScene& scene, const std::string& output, const C3ds2Pov::COutFormat& format,
-              C3ds2PovExportFlow* flow) {
+CStatus Prepare(const CScene& scene, const std::string& output, const C3ds2Pov::COutFormat& format,
+                C3ds2PovExportFlow* flow) {
     CPrepareOptions options;
     options.loadTextures = true;  // without pictures too: materials may be black where they are missing
     CPreparedScene prepared;
     C3ds2PovExportFlow::Do(flow, [&] { prepared = PrepareScene(scene, options); });
-    return CPovWriter(prepared, scene.Textures(), format).Write(output, flow);
+    const CSeenView seen = pov_export_format::SeenViewOf(prepared, format);
+    return CPovWriter(prepared, scene.Textures(), seen, format).Write(output, flow);
 }
 
 }  // namespace
+
+CStatus C3ds2Pov::TryExport(const CPovSource& source, const std::string& output, const COutFormat& format,
+                            C3ds2PovExportFlow* flow) {
+    return Guarded(flow, output, [&] {
+        return CPovWriter(source.scene, source.textures, source.seen, format).Write(output, flow);
+    });
+}
 
 CStatus C3ds2Pov::TryExport(Lib3dsFile* file, const std::string& output, const COutFormat& format,
                             C3ds2PovExportFlow* flow) {
@@ -66,20 +75,16 @@ CStatus C3ds2Pov::TryExport(Lib3dsFile* file, const std::string& output, const C
         CScene scene;
         C3ds2PovExportFlow::Do(flow, [&] { scene = CScene::Borrow(*file); });
         scene.SetTextures(CTexturesOfScene::Find(file));
-        return Write(scene, output, format, flow);
+        return Prepare(scene, output, format, flow);
     });
 }
 
 CStatus C3ds2Pov::TryExport(const std::string& input, const std::string& output, const COutFormat& format,
                             C3ds2PovExportFlow* flow) {
     return Guarded(flow, output, [&]() -> CStatus {
-        if (CPovWriter::IsSameFile(input, output)) {
-            return CError{EErrorCode::BadArgument, lng::Mark("the model itself would be overwritten"),
-                          output};
-        }
         const CResult<CScene> scene = CSceneReader::ReadFile(input);
         if (!scene) return scene.Error();
-        return Write(scene.Value(), output, format, flow);
+        return Prepare(scene.Value(), output, format, flow);
     });
 }
 

@@ -5,16 +5,26 @@
 #include <string>
 
 #include "base/CResult.h"
+#include "camera/CSeenView.h"
 
+struct CPreparedScene;
 struct Lib3dsFile;
 class C3ds2PovExportFlow;
+class CTextureLocator;
+
+/** A prepared scene, whose pictures are loaded, as somebody sees it. */
+struct CPovSource {
+    const CPreparedScene& scene;      ///< not owned
+    const CTextureLocator& textures;  ///< where its pictures come from; not owned
+    CSeenView seen;
+};
 
 /** Writes scenes as POV-Ray files (3.7 and later), with the pictures of their materials beside them. Needs no
  * display. See docs/export-pov.md for what is written and why.
  *
  * The files get their names when all of them are complete: whatever fails, no .pov file is left
- * half-written and one that was there stays. An output that is the model that is read or a picture of the
- * scene is refused. */
+ * half-written and one that was there stays, with its pictures. An output that is a file of the model that is
+ * read (material files, too) or a picture of the scene is refused. */
 class C3ds2Pov {
   public:
     /** What COutFormat::mode selects. */
@@ -42,7 +52,12 @@ class C3ds2Pov {
         std::int32_t mode = kSmoothNormals | kViewLook;
     };
 
-    /** Exports a scene in memory, at its current frame; the scene stays the caller's. Its pictures are found
+    /** Exports what is seen; the camera and the angles of format are not looked at. Paths are UTF-8, and the
+     * reason of a failure is told. */
+    static CStatus TryExport(const CPovSource& source, const std::string& output, const COutFormat& format,
+                             C3ds2PovExportFlow* flow);
+
+    /** Exports a scene in memory, at its current frame, seen as format says; the scene stays the caller's. Its pictures are found
      * where a CTexturesOfScene says. False on failure, or for null. flow may be null. */
     static bool Export(Lib3dsFile* file, const std::wstring& output, const COutFormat& format,
                        C3ds2PovExportFlow* flow);

@@ -3,47 +3,48 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
-#include "base/math/rotation_of_angles.h"
-#include "camera/framing.h"
 #include "export/pov/text/CPovText.h"
-#include "model/prepare/CPreparedScene.h"
 
 namespace {
 
-CMat4 TurnOf(const C3ds2Pov::COutFormat& format) {
-    if (format.cameraName == NameOfPreset(ECameraPreset::Top)) {
-        return RotationOfAngles(-format.angleY, format.angleX, -90 - format.angleZ);
-    }
-    return RotationOfAngles(-format.angleX, format.angleY, -format.angleZ);
-}
-
-/** True when a camera was chosen that is no preset. */
-bool Choose(CViewCamera& camera, const CPreparedScene& scene, const std::string& name) {
-    ECameraPreset preset = ECameraPreset::Iso;
-    const auto named = std::find_if(scene.cameras.begin(), scene.cameras.end(),
-                                    [&](const CPreparedCamera& c) { return c.name == name; });
-    const bool isPreset = PresetOfName(name, preset);
-    if (named == scene.cameras.end() || (isPreset && NameOfPreset(preset) == name)) {
-        camera.SetPreset(preset);
-        return false;
-    }
-    camera.SetFileCamera(*named);
-    return true;
+/** True where the scale does no more than make all larger or smaller. */
+bool IsEven(CVec3d scale) {
+    constexpr double kSmallest = 1e-6, kLargest = 1e6;  // beyond it eye and model are no longer told apart
+    return scale.x >= kSmallest && scale.x <= kLargest && scale.y == scale.x && scale.z == scale.x;
 }
 
 }  // namespace
 
-CPovCamera::CPovCamera(const CPreparedScene& scene, const C3ds2Pov::COutFormat& format)
-    : m_turn(TurnOf(format)) {
-    m_camera.SetModel(FramingSphere(scene));
-    m_isPreset = !Choose(m_camera, scene, format.cameraName);
-    m_target = m_camera.Target();
-    const CVec3 sight = m_camera.Eye() - m_target;
-    m_distance = Length(sight);
-    m_back = FromView(Normalized(sight));
-    m_up = FromView(m_camera.Up());
+CPovCamera::CPovCamera(const CSeenView& seen)
+    : m_lens(seen.camera.Lens()), m_aspect(seen.camera.Aspect()), m_radius(seen.camera.ModelRadius()) {
+    Place(seen);
+    const CVec3 back = Normalized(seen.Eye() - seen.camera.Target());
+    const CMat4 view = seen.ViewMatrix();
+    // Along the up vector the view takes another one, which its matrix tells.
+    const bool hasUp = Length(Cross(seen.camera.Up(), back)) > 1e-3f;
+    m_back = FromView(back);
+    m_up = FromView(hasUp ? seen.camera.Up() : CVec3{view.m[1], view.m[5], view.m[9]});
+}
+
+void CPovCamera::Place(const CSeenView& seen) {
+    m_target = seen.camera.Target();
+    if (!IsEven(seen.scale)) {
+        m_place = seen.ModelMatrix();
+        m_radius *= static_cast<float>(
+            std::max({std::abs(seen.scale.x), std::abs(seen.scale.y), std::abs(seen.scale.z), 1e-6}));
+        return;
+    }
+    m_shrink = static_cast<float>(1 / seen.scale.x);
+    // The look-at point, which the view does not move, as the model sees it: it keeps its place relative to
+    // the pivot. The shift is applied last, by the rotation angles alone.
+    const CVec3 pivot{static_cast<float>(seen.pivot.x), static_cast<float>(seen.pivot.y),
+                      static_cast<float>(seen.pivot.z)};
+    m_turn = seen.turn.Matrix();
+    const CVec3 shift = pivot - FromView(pivot) * m_shrink;
+    m_turn = seen.AnglesMatrix();
+    m_target = m_target + FromView(shift);
+    m_turn = seen.turn.Matrix() * m_turn;
 }
 
 CVec3 CPovCamera::FromView(CVec3 direction) const {
@@ -54,21 +55,36 @@ CVec3 CPovCamera::FromView(CVec3 direction) const {
             m[8] * v.x + m[9] * v.y + m[10] * v.z};
 }
 
+double CPovCamera::DistanceFor(double aspect) const {
+    if (!(m_lens.fittedRadius > 0)) return m_lens.distance;
+    const double t = m_lens.tanY * std::min(1.0, aspect);
+    return m_lens.zoom * m_lens.fittedRadius * std::sqrt(1 + t * t) / t;
+}
+
+CVec3 CPovCamera::Eye() const {
+    return m_target + m_back * (static_cast<float>(DistanceFor(m_aspect)) * m_shrink);
+}
+
 void CPovCamera::Write(CPovText& text, float scale) const {
-    const double tangent = std::tan(static_cast<double>(m_camera.FovYDeg()) * std::numbers::pi / 360);
+    const double size = static_cast<double>(m_shrink * scale);
     text << "#declare Aspect=image_width/image_height;\n";
     text << "#declare Center=" << m_target * scale << ";\n";
-    if (m_isPreset) {
-        // From here the narrower side of any picture just holds the sphere round the model.
-        text << "#declare Narrow=" << tangent << "*min(1,Aspect);\n";
-        text << "#declare Distance=" << m_camera.ModelRadius() * scale << "*sqrt(1+Narrow*Narrow)/Narrow;\n";
+    if (m_lens.fittedRadius > 0) {
+        // From here, but for the zoom, the narrower side of any picture just holds the sphere round the model.
+        text << "#declare Narrow=" << m_lens.tanY << "*min(1,Aspect);\n";
+        text << "#declare Distance=" << m_lens.zoom * m_lens.fittedRadius * size
+             << "*sqrt(1+Narrow*Narrow)/Narrow;\n";
     } else {
-        text << "#declare Distance=" << m_distance * scale << ";\n";
+        text << "#declare Distance=" << m_lens.distance * size << ";\n";
     }
     text << "#declare Eye=Center+" << m_back << "*Distance;\n";
     // Unit vectors printed with few digits are not perpendicular enough for POV-Ray; these are.
     text << "#declare Ahead=vnormalize(Center-Eye);\n#declare Right=vnormalize(vcross(Ahead," << m_up
          << "));\n";
-    text << "camera{perspective location Eye direction Ahead*" << 0.5 / tangent
-         << " up vcross(Right,Ahead) right Right*Aspect}\n";
+    text << "camera{perspective location Eye direction Ahead*";
+    if (m_lens.tanX > 0)  // what a zoom box held is seen in a picture of any shape
+        text << "(.5/max(" << m_lens.tanY << "," << m_lens.tanX << "/Aspect))";
+    else
+        text << 0.5 / m_lens.tanY;
+    text << " up vcross(Right,Ahead) right Right*Aspect}\n";
 }

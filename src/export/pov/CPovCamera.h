@@ -1,33 +1,41 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "camera/CViewCamera.h"
-#include "export/pov/C3ds2Pov.h"
+#include "camera/CSeenView.h"
 
 class CPovText;
-struct CPreparedScene;
 
 /** The camera of an exported scene: the view's own, moved round the model the other way instead of the model
- * being turned. Scene coordinates stay as the file has them; the camera carries the change from the file's
- * right-handed to POV-Ray's left-handed axes. */
+ * being turned, shifted and scaled. Scene coordinates stay as the file has them; the camera carries the
+ * change from the file's right-handed to POV-Ray's left-handed axes. Only where the view's scale is uneven
+ * the model is placed as the view places it (Place), as no camera can stand in for that. */
 class CPovCamera {
   public:
-    CPovCamera(const CPreparedScene& scene, const C3ds2Pov::COutFormat& format);
+    explicit CPovCamera(const CSeenView& seen);
 
-    /** Where it stands in a picture of 4:3, in the scene's coordinates. */
-    [[nodiscard]] CVec3 Eye() const { return m_target + m_back * m_distance; }
-    [[nodiscard]] float ModelRadius() const { return m_camera.ModelRadius(); }
-    /** A direction of the view's space, in which the turned model stands, in the scene's coordinates. */
+    /** What the scene's coordinates are multiplied with to become the written ones. */
+    [[nodiscard]] const CMat4& Place() const { return m_place; }
+    /** Where it stands in a picture of the view's shape, in written coordinates. */
+    [[nodiscard]] CVec3 Eye() const;
+    /** Of the model, in written coordinates. */
+    [[nodiscard]] float ModelRadius() const { return m_radius; }
+    /** A direction of the view's space, in which the turned model stands, in written coordinates; as long
+     * as it is given. */
     [[nodiscard]] CVec3 FromView(CVec3 direction) const;
 
-    /** Declares Eye and the camera, for a scene that is written `scale` times as large. A preset goes on to
-     * show the whole model whatever shape the picture has. */
+    /** Declares Eye and the camera, for a scene that is written `scale` times as large. The picture may have
+     * any shape: it shows what the view would show in that shape. */
     void Write(CPovText& text, float scale) const;
 
   private:
-    CViewCamera m_camera;
-    CMat4 m_turn;
-    bool m_isPreset = true;
+    void Place(const CSeenView& seen);
+    [[nodiscard]] double DistanceFor(double aspect) const;
+
+    CCameraLens m_lens;
+    double m_aspect = 1;
+    CMat4 m_place;
+    CMat4 m_turn;  ///< of the view, where the camera walks; else none
+    float m_radius = 1;
+    float m_shrink = 1;  ///< what the view's distances are multiplied with
     CVec3 m_target, m_back, m_up;
-    float m_distance = 1;
 };

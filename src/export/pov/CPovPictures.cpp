@@ -2,11 +2,12 @@
 #include "export/pov/CPovPictures.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "export/pov/text/CPovText.h"
+#include "files/CAtomicFile.h"
 #include "files/file_util_ex.h"
 #include "model/prepare/CPreparedScene.h"
+#include "model/prepare/source_files.h"
 #include "model/textures/CTextureLocator.h"
 #include "picture/image_codec.h"
 #include "picture/image_probe.h"
@@ -67,11 +68,6 @@ CImage Converted(const CImage& source, EPovPicture kind) {
         for (int c = 0; c < 3; ++c) pixel[c] = static_cast<std::uint8_t>(pixel[c] ^ flip);
     }
     return image;
-}
-
-bool IsSame(const std::string& a, const std::string& b) {
-    std::error_code ignored;
-    return std::filesystem::equivalent(a, b, ignored);
 }
 
 }  // namespace
@@ -137,8 +133,7 @@ std::string CPovPictures::FreeName(const std::string& extension) const {
     for (std::size_t number = m_planned.size();; number += 1000) {
         std::string name = m_stem + "-t" + std::to_string(number) + extension;
         const std::string path = file_util_ex::MakePath(m_folder, name);
-        const auto isSource = [&](const CPreparedTexture& t) { return IsSame(t.foundAt, path); };
-        if (std::none_of(m_scene.textures.begin(), m_scene.textures.end(), isSource)) return name;
+        if (SourceAt(m_scene, path) == ESource::None) return name;
     }
 }
 
@@ -154,19 +149,6 @@ CStatus CPovPictures::Stage(std::size_t i) {
         if (!bytes) return bytes.Error();
         if (CStatus status = file.Value().Write(bytes.Value()); !status) return status;
     }
-    m_staged.push_back(std::move(file).Value());
-    return CDone{};
-}
-
-CStatus CPovPictures::Commit() {
-    std::vector<std::string> added;
-    for (std::size_t i = 0; i < m_staged.size(); ++i) {
-        const bool isNew = !file_util_ex::DoesFileExist(m_planned[i].path);
-        if (CStatus status = m_staged[i].Commit(); !status) {
-            for (const std::string& path : added) file_util_ex::DeleteFileW(path);
-            return status;
-        }
-        if (isNew) added.push_back(m_planned[i].path);
-    }
+    m_staged.Add(planned.path, std::move(file).Value());
     return CDone{};
 }

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "base/CResult.h"
-#include "files/CAtomicFile.h"
+#include "files/CAtomicFileGroup.h"
 
 class CTextureLocator;
 struct CPreparedScene;
@@ -42,8 +42,8 @@ class CPovPictures {
 
     /** Writes picture number i of Count() under a temporary name. */
     [[nodiscard]] CStatus Stage(std::size_t i);
-    /** Gives all of them their names. On failure those that are new are deleted again. */
-    [[nodiscard]] CStatus Commit();
+    /** Those that were written, to get their names with others. */
+    [[nodiscard]] CAtomicFileGroup TakeStaged() { return std::move(m_staged); }
 
   private:
     struct CPlanned {
@@ -61,7 +61,7 @@ class CPovPictures {
     std::string m_folder, m_stem;
     std::map<std::pair<int, EPovPicture>, std::size_t> m_known;
     std::deque<CPlanned> m_planned;  ///< callers hold pointers to its pictures
-    std::vector<CAtomicFile> m_staged;
+    CAtomicFileGroup m_staged;
 };
 
 /** True where POV-Ray decodes these bytes to the colours that we do: a JPEG of one or three components, an

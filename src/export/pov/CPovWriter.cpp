@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <functional>
 #include <optional>
 
@@ -14,8 +13,10 @@
 #include "export/pov/pov_maps.h"
 #include "export/pov/text/pov_mesh2.h"
 #include "files/CAtomicFile.h"
+#include "files/CAtomicFileGroup.h"
 #include "model/prepare/CPreparedScene.h"
 #include "model/prepare/material_kinds.h"
+#include "model/prepare/source_files.h"
 
 namespace {
 
@@ -40,9 +41,9 @@ float Enlargement(const CMat4& matrix) {
 bool IsInvertible(const CMat4& matrix) {
     double longest = 0;
     for (std::size_t column = 0; column < 3; ++column) {
-        longest = std::max(
-            longest, static_cast<double>(
-                         Length({matrix.m[column * 4], matrix.m[column * 4 + 1], matrix.m[column * 4 + 2]})));
+        longest =
+            std::max(longest, static_cast<double>(Length(CVec3{matrix.m[column * 4], matrix.m[column * 4 + 1],
+                                                               matrix.m[column * 4 + 2]})));
     }
     return std::abs(matrix.Determinant3()) > 1e-7 * longest * longest * longest;
 }
@@ -70,25 +71,27 @@ float Channel(float value) {
 
 }  // namespace
 
-CPovWriter::CPovWriter(const CPreparedScene& scene, const CTextureLocator& textures,
+CPovWriter::CPovWriter(const CPreparedScene& scene, const CTextureLocator& textures, const CSeenView& seen,
                        const C3ds2Pov::COutFormat& format)
-    : m_scene(scene), m_locator(textures), m_format(format), m_camera(scene, format) {
+    : m_scene(scene), m_locator(textures), m_format(format), m_camera(seen) {
     const float radius = m_camera.ModelRadius();
     if (radius < kSmallestRadius || radius > kLargestRadius) m_scale = 1 / radius;
 }
 
-bool CPovWriter::IsSameFile(const std::string& a, const std::string& b) {
-    std::error_code ignored;
-    return a == b || std::filesystem::equivalent(a, b, ignored);
+CMat4 CPovWriter::PlaceOf(std::uint32_t node) const {
+    return m_camera.Place() * m_scene.nodes[node].meshToWorld;
 }
 
 CStatus CPovWriter::CheckOutput(const std::string& output) const {
     if (output.empty()) return CError{EErrorCode::BadArgument, lng::Mark("there is no name to write to"), {}};
-    for (const CPreparedTexture& texture : m_scene.textures) {
-        if (!texture.foundAt.empty() && IsSameFile(texture.foundAt, output)) {
-            return CError{EErrorCode::BadArgument, lng::Mark("a picture of the model would be overwritten"),
-                          output};
-        }
+    const auto refuse = [&](const char* why) { return CError{EErrorCode::BadArgument, why, output}; };
+    switch (SourceAt(m_scene, output)) {
+        case ESource::None:
+            break;
+        case ESource::Model:
+            return refuse(lng::Mark("a file that the model was read from would be overwritten"));
+        case ESource::Picture:
+            return refuse(lng::Mark("a picture of the model would be overwritten"));
     }
     return CDone{};
 }
@@ -113,19 +116,20 @@ CStatus CPovWriter::Write(const std::string& output, C3ds2PovExportFlow* flow) {
         if (flow) flow->Step();
     }
     if (flow) flow->Message(static_cast<int>(m_scene.triangleCount));
-    return Try(flow, [&] {
-        const CStatus status = pictures.Commit();
-        return status ? file.Value().Commit() : status;
-    });
+    // Last the scene: what renders it as soon as it is there finds its pictures.
+    CAtomicFileGroup files = pictures.TakeStaged();
+    files.Add(output, std::move(file).Value());
+    return Try(flow, [&] { return files.Commit(); });
 }
 
 void CPovWriter::CollectJobs() {
     std::vector<std::optional<std::size_t>> jobOfMesh(m_scene.meshes.size());
     for (std::uint32_t n = 0; n < m_scene.nodes.size(); ++n) {
         const CPreparedNode& node = m_scene.nodes[n];
-        if (node.mesh < 0 || !node.visible || !node.meshToWorld.IsFinite()) continue;
+        const CMat4 place = PlaceOf(n);
+        if (node.mesh < 0 || !node.visible || !place.IsFinite()) continue;
         const auto mesh = static_cast<std::uint32_t>(node.mesh);
-        if (!IsInvertible(node.meshToWorld)) {
+        if (!IsInvertible(place)) {
             m_jobs.push_back({mesh, {n}, true});
             continue;
         }
@@ -180,7 +184,8 @@ CPovText CPovWriter::Head(const CPovMaterials& materials) const {
     text << "background{rgb"
          << CVec3{Channel(m_format.bkRed), Channel(m_format.bkGreen), Channel(m_format.bkBlue)} << "}\n";
     m_camera.Write(text, m_scale);
-    WritePovLights(text, m_scene, !HasMode(C3ds2Pov::kHeadlight), m_scale);
+    WritePovLights(text, m_scene, !HasMode(C3ds2Pov::kHeadlight),
+                   CMat4::Scale({m_scale, m_scale, m_scale}) * m_camera.Place());
     if (const auto* picture = materials.Environment()) WriteEnvironment(text, *picture);
     materials.Write(text);
     return text;
@@ -209,29 +214,30 @@ std::vector<CVec3> CPovWriter::EyesOf(const CJob& job) const {
     std::vector<CVec3> eyes;
     if (!HasMode(C3ds2Pov::kViewLook) || job.moved) return eyes;
     for (const std::uint32_t node : job.nodes) {
-        eyes.push_back(m_scene.nodes[node].meshToWorld.AffineInverse().TransformPoint(m_camera.Eye()));
+        eyes.push_back(PlaceOf(node).AffineInverse().TransformPoint(m_camera.Eye()));
     }
     return eyes;
 }
 
 float CPovWriter::ExtentFor(const CJob& job) const {
-    const CBox& bounds = job.moved ? m_scene.bounds : m_scene.meshes[job.mesh].bounds;
+    const CBox placed = m_scene.bounds.Transformed(m_camera.Place());
+    const CBox& bounds = job.moved ? placed : m_scene.meshes[job.mesh].bounds;
     float enlargement = job.moved ? 1.0f : 0.0f;
     if (!job.moved) {
         for (const std::uint32_t node : job.nodes) {
-            enlargement = std::max(enlargement, Enlargement(m_scene.nodes[node].meshToWorld));
+            enlargement = std::max(enlargement, Enlargement(PlaceOf(node)));
         }
     }
     const float own = Length(bounds.max - bounds.min);
-    const float scene = Length(m_scene.bounds.max - m_scene.bounds.min);
+    const float scene = Length(placed.max - placed.min);
     return enlargement > 0 ? std::max(own, scene / enlargement * kSmallestShare) : own;
 }
 
 CPovText CPovWriter::JobText(std::size_t jobIndex) const {
     const CJob& job = m_jobs[jobIndex];
     const CPreparedMesh& mesh = m_scene.meshes[job.mesh];
-    const CMat4* transform = job.moved ? &m_scene.nodes[job.nodes.front()].meshToWorld : nullptr;
-    CPovMesh numbers = CPovMesh::Make(mesh, ExtentFor(job), transform);
+    const CMat4 place = PlaceOf(job.nodes.front());
+    CPovMesh numbers = CPovMesh::Make(mesh, ExtentFor(job), job.moved ? &place : nullptr);
     const bool smooth = HasMode(C3ds2Pov::kSmoothNormals) && !job.moved;
     std::vector<CPovPart> parts = SplitIntoParts(mesh, numbers, m_batches[job.mesh], EyesOf(job), smooth);
     for (CPovPart& part : parts) {
@@ -268,7 +274,7 @@ CPovText CPovWriter::JobText(std::size_t jobIndex) const {
 }
 
 void CPovWriter::WritePlaced(CPovText& text, const CJob& job, std::uint32_t node, float enlarged) const {
-    CMat4 place = job.moved ? CMat4{} : m_scene.nodes[node].meshToWorld;
+    CMat4 place = job.moved ? CMat4{} : PlaceOf(node);
     const float back = 1 / enlarged;
     if (enlarged != 1) place = place * CMat4::Scale({back, back, back});
     if (m_scale != 1) place = CMat4::Scale({m_scale, m_scale, m_scale}) * place;

@@ -20,15 +20,13 @@ struct CPreparedScene;
 /** Writes one prepared scene, whose pictures are loaded, as a POV-Ray file. Use it once. */
 class CPovWriter {
   public:
-    /** All must outlive it. */
-    CPovWriter(const CPreparedScene& scene, const CTextureLocator& textures,
+    /** What is seen comes from seen; of format its camera and angles are not looked at. The first two must
+     * outlive it. */
+    CPovWriter(const CPreparedScene& scene, const CTextureLocator& textures, const CSeenView& seen,
                const C3ds2Pov::COutFormat& format);
 
     /** See C3ds2Pov; exceptions of the flow come through. output is UTF-8. */
     [[nodiscard]] CStatus Write(const std::string& output, C3ds2PovExportFlow* flow);
-
-    /** True when both names lead to one file, or are one name. */
-    [[nodiscard]] static bool IsSameFile(const std::string& a, const std::string& b);
 
   private:
     /** A mesh with the nodes that show it; one that a node flattens stands alone and is moved already. */
@@ -48,6 +46,8 @@ class CPovWriter {
     [[nodiscard]] std::vector<CVec3> EyesOf(const CJob& job) const;
     [[nodiscard]] float ExtentFor(const CJob& job) const;
     void WritePlaced(CPovText& text, const CJob& job, std::uint32_t node, float enlarged) const;
+    /** Of a node's mesh, to written coordinates but for m_scale. */
+    [[nodiscard]] CMat4 PlaceOf(std::uint32_t node) const;
     [[nodiscard]] bool HasMode(C3ds2Pov::EMode bit) const { return (m_format.mode & bit) != 0; }
 
     const CPreparedScene& m_scene;

@@ -1,11 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "export/pov/pov_export_format.h"
 
-#include <cmath>
-#include <numbers>
+#include <algorithm>
 
-#include "base/math/rotation_of_angles.h"
+#include "camera/framing.h"
+#include "model/prepare/CPreparedScene.h"
 #include "settings/CSettings.h"
+
+namespace {
+
+void Choose(CViewCamera& camera, const CPreparedScene& scene, const std::string& name) {
+    ECameraPreset preset = ECameraPreset::Iso;
+    const auto named = std::find_if(scene.cameras.begin(), scene.cameras.end(),
+                                    [&](const CPreparedCamera& c) { return c.name == name; });
+    const bool isPreset = PresetOfName(name, preset);
+    if (named == scene.cameras.end() || (isPreset && NameOfPreset(preset) == name)) {
+        camera.SetPreset(preset);
+    } else {
+        camera.SetFileCamera(*named);
+    }
+}
+
+}  // namespace
 
 namespace pov_export_format {
 
@@ -21,22 +37,8 @@ C3ds2Pov::COutFormat Make(const CSettings& settings, const std::string& cameraNa
     return format;
 }
 
-CAngles WithTrackBall(const CAngles& engine, const std::array<float, 16>& trackBall) {
-    const CMat4 turn{trackBall};
-    if (turn == CMat4{}) return engine;
-    const std::array<float, 16> m = (turn * RotationOfAngles(engine[0], engine[1], engine[2])).m;
-    // Rx * Ry * Rz, column by column: m[8] is sin y, m[9] and m[10] are cos y times -sin x and cos x. What is
-    // left of the second row when Rx is taken back is sin z, cos z: right also where x and z turn alike.
-    const float x = std::atan2(-m[9], m[10]);
-    const float y = std::atan2(m[8], std::hypot(m[9], m[10]));
-    const float z =
-        std::atan2(std::cos(x) * m[1] + std::sin(x) * m[2], std::cos(x) * m[5] + std::sin(x) * m[6]);
-    constexpr float kDegrees = 180 / std::numbers::pi_v<float>;
-    return {x * kDegrees, y * kDegrees, z * kDegrees};
-}
-
 void SetAngles(C3ds2Pov::COutFormat& format, const std::string& cameraName, float x, float y, float z) {
-    // The exporter counts on this exchange of the axes for the top camera.
+    // SeenViewOf takes this exchange of the axes for the top camera back.
     if (cameraName == "top_cam") {
         format.angleX = y;
         format.angleY = 0.0F - x;
@@ -46,6 +48,17 @@ void SetAngles(C3ds2Pov::COutFormat& format, const std::string& cameraName, floa
         format.angleY = y;
         format.angleZ = 0.0F - z;
     }
+}
+
+CSeenView SeenViewOf(const CPreparedScene& scene, const C3ds2Pov::COutFormat& format) {
+    CSeenView seen;
+    const bool fromTop = format.cameraName == NameOfPreset(ECameraPreset::Top);
+    seen.rotX = fromTop ? -format.angleY : -format.angleX;
+    seen.rotY = fromTop ? format.angleX : format.angleY;
+    seen.rotZ = fromTop ? -90 - format.angleZ : -format.angleZ;
+    seen.camera.SetModel(FramingSphere(scene));
+    Choose(seen.camera, scene, format.cameraName);
+    return seen;
 }
 
 void SetLighting(C3ds2Pov::COutFormat& format, const CSettings& settings) {

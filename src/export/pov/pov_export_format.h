@@ -11,18 +11,15 @@ struct CSettings;
 /** How the POV-Ray export's options come about from the settings and from what the view shows. */
 namespace pov_export_format {
 
-using CColor = std::array<float, 3>;   ///< red, green, blue, 0..1
-using CAngles = std::array<float, 3>;  ///< about X, Y and Z, degrees
+using CColor = std::array<float, 3>;  ///< red, green, blue, 0..1
 
 /** The camera, the textures, and one of the two backgrounds. */
 [[nodiscard]] C3ds2Pov::COutFormat Make(const CSettings& settings, const std::string& cameraName,
                                         const CColor& preview, const CColor& model);
-/** The angles, in degrees, of one rotation that turns as the engine's angles do and then as the trackball
- * did, whose matrix stands column by column: what the user sees. RotationOfAngles says what angles mean. As
- * long as the trackball was not used they are the engine's own. */
-[[nodiscard]] CAngles WithTrackBall(const CAngles& engine, const std::array<float, 16>& trackBall);
-/** The rotation as the exporter wants it. x, y, z: the view's rotation angles, degrees. */
+/** The rotation as the record has it. x, y, z: the view's rotation angles, degrees. */
 void SetAngles(C3ds2Pov::COutFormat& format, const std::string& cameraName, float x, float y, float z);
+/** What is seen by somebody who knows no more than the record: its camera, not zoomed, and its angles. */
+[[nodiscard]] CSeenView SeenViewOf(const CPreparedScene& scene, const C3ds2Pov::COutFormat& format);
 void SetLighting(C3ds2Pov::COutFormat& format, const CSettings& settings);
 /** True when the last file is to be written again, and nobody is asked for a name. */
 [[nodiscard]] bool TakesLastName(const CSettings& settings);

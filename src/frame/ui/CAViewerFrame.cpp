@@ -51,10 +51,6 @@ class CModelDropTarget final : public wxFileDropTarget {
     std::function<void(std::wstring)> m_drop;
 };
 
-float Channel(unsigned value) {
-    return static_cast<float>(value) / 255.0f;
-}
-
 }  // namespace
 
 CAViewerFrame::CAViewerFrame(const wxString& title)
@@ -148,33 +144,30 @@ void CAViewerFrame::BindEvents() {
 }
 
 void CAViewerFrame::ApplySettings() {
-    const CSettings& settings = CSettings::Instance();
-    C3dsDisplayWrap& engine = m_view->GetEngine();
-    engine.SetBkColors(Channel(settings.bkColorR), Channel(settings.bkColorG), Channel(settings.bkColorB));
-    engine.SetTextureRenderMode(0);
-    engine.SetShowBounds(settings.showBounds);
-    engine.SetShowCameras(settings.showCameras);
-    engine.SetShowLights(settings.showLights);
-    engine.SetShowAxis(settings.showAxis);
-    m_view->SetWireframe(settings.wireFrame);
-    m_view->SetRotate(settings.rotate);
+    m_view->GetEngine().SetTextureRenderMode(0);
+    m_view->Show(CShowState::From(CSettings::Instance()));
 }
 
 void CAViewerFrame::ShowHint() {
-    const CSettings& settings = CSettings::Instance();
-    m_view->SetHint(MakeHintPicture(*this, lng::Text("Open a model: Ctrl+O or drop one here"),
-                                    Channel(settings.bkColorR), Channel(settings.bkColorG),
-                                    Channel(settings.bkColorB)));
+    const CVec3 background = m_view->Shown().background;
+    m_view->SetHint(MakeHintPicture(*this, lng::Text("Open a model: Ctrl+O or drop one here"), background.x,
+                                    background.y, background.z));
+}
+
+CFrameState CAViewerFrame::State() const {
+    CFrameState now = m_state;
+    now.shown = m_view->Shown();
+    return now;
 }
 
 CCommandState CAViewerFrame::StateOfCommand(int id) const {
     const CCommand* command = FindCommand(id);
-    return command ? StateOf(*command, m_state, CSettings::Instance()) : CCommandState{false, false};
+    return command ? StateOf(*command, State()) : CCommandState{false, false};
 }
 
 void CAViewerFrame::ShowCommandStates() {
-    const CStateOfCommand stateOf = [this](const CCommand& command) {
-        return StateOf(command, m_state, CSettings::Instance());
+    const CStateOfCommand stateOf = [now = State()](const CCommand& command) {
+        return StateOf(command, now);
     };
     ShowStates(*m_menuBar, stateOf);
     ShowStates(*m_toolBar, stateOf);
@@ -348,9 +341,7 @@ void CAViewerFrame::OnViewKeyDown(int keyCode) {
 void CAViewerFrame::OnViewRightButtonDown() {
     // Later, when the press has been dealt with: the menu takes the mouse.
     CallAfter([this] {
-        const CStateOfCommand stateOf = [this](const CCommand& c) {
-            return StateOf(c, m_state, CSettings::Instance());
-        };
+        const CStateOfCommand stateOf = [now = State()](const CCommand& c) { return StateOf(c, now); };
         const std::unique_ptr<wxMenu> menu =
             MakeContextMenu(m_view->GetEngine().GetFileCameraNames(), stateOf);
         if (m_closed) return;

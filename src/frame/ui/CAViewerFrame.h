@@ -54,6 +54,7 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
     void MakePanes();
     void BindEvents();
     void ApplySettings();
+    [[nodiscard]] CFrameState State() const;
     void ShowHint();
     void ShowCommandStates();
     void FollowFullScreen();
@@ -76,7 +77,7 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
     void OnModelChanged() override;
 
     CIdleToolState m_tools;
-    CFrameState m_state;
+    CFrameState m_state;  ///< without what the view shows; ask State()
     std::unique_ptr<CViewer3DSWindowHandler> m_view;
     std::unique_ptr<CFileCommands> m_files;
     std::vector<std::wstring> m_notes;

@@ -3,7 +3,6 @@
 
 #include <unordered_map>
 
-#include "engine/C3dsDisplayWrap.h"
 #include "export/pov/ui/CPOVRaySettingsDlg.h"
 #include "frame/command_ids.h"
 #include "frame/ui/CAViewerFrame.h"
@@ -14,28 +13,19 @@ namespace {
 
 using folder_models::EStep;
 
-template <int id, void (CViewer3DSWindowHandler::*camera)()>
+template <int id, ECameraPreset preset>
 void SetCamera(CAViewerFrame& frame) {
-    (frame.View().*camera)();
+    frame.View().SetPreset(preset);
     CSettings::Instance().lastCamera = id;
 }
 
-/** Turns a setting over and hands it to the engine. */
-template <bool CSettings::*setting, void (C3dsDisplayWrap::*show)(bool)>
+/** Turns over what is shown, and has it so at the next start, too. */
+template <bool CShowState::*shown, bool CSettings::*setting>
 void Toggle(CAViewerFrame& frame) {
-    CSettings& settings = CSettings::Instance();
-    settings.*setting = !(settings.*setting);
-    (frame.View().GetEngine().*show)(settings.*setting);
-    frame.View().Redraw();
-}
-
-/** The same for the view. */
-template <bool CSettings::*setting, void (CViewer3DSWindowHandler::*show)(bool)>
-void ToggleView(CAViewerFrame& frame) {
-    CSettings& settings = CSettings::Instance();
-    settings.*setting = !(settings.*setting);
-    (frame.View().*show)(settings.*setting);
-    frame.View().Redraw();
+    CShowState show = frame.View().Shown();
+    show.*shown = !(show.*shown);
+    frame.View().Show(show);
+    CSettings::Instance().*setting = show.*shown;
 }
 
 template <void (CFileCommands::*command)()>
@@ -46,8 +36,8 @@ void File(CAViewerFrame& frame) {
 }  // namespace
 
 CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
-    using View = CViewer3DSWindowHandler;
-    using Engine = C3dsDisplayWrap;
+    using Shown = CShowState;
+    using Settings = CSettings;
     static const std::unordered_map<int, CHandler> handlers{
         {kCmdOpen, File<&CFileCommands::Open>},
         {kCmdReload, File<&CFileCommands::Reload>},
@@ -55,18 +45,18 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdCompressToZip, File<&CFileCommands::CompressToZip>},
         {kCmdDeleteFile, File<&CFileCommands::DeleteFile>},
         {kCmdExit, [](CAViewerFrame& frame) { frame.Close(); }},
-        {kCmdTopCamera, SetCamera<kCmdTopCamera, &View::SetTopCamera>},
-        {kCmdLeftCamera, SetCamera<kCmdLeftCamera, &View::SetLeftCamera>},
-        {kCmdRightCamera, SetCamera<kCmdRightCamera, &View::SetRightCamera>},
-        {kCmdFrontCamera, SetCamera<kCmdFrontCamera, &View::SetFrontCamera>},
-        {kCmdBackCamera, SetCamera<kCmdBackCamera, &View::SetBackCamera>},
-        {kCmdIsoCamera, SetCamera<kCmdIsoCamera, &View::SetIsoCamera>},
-        {kCmdShowBounds, Toggle<&CSettings::showBounds, &Engine::SetShowBounds>},
-        {kCmdShowCameras, Toggle<&CSettings::showCameras, &Engine::SetShowCameras>},
-        {kCmdShowLights, Toggle<&CSettings::showLights, &Engine::SetShowLights>},
-        {kCmdRenderMode, ToggleView<&CSettings::wireFrame, &View::SetWireframe>},
-        {kCmdShowAxis, Toggle<&CSettings::showAxis, &Engine::SetShowAxis>},
-        {kCmdRotate, ToggleView<&CSettings::rotate, &View::SetRotate>},
+        {kCmdTopCamera, SetCamera<kCmdTopCamera, ECameraPreset::Top>},
+        {kCmdLeftCamera, SetCamera<kCmdLeftCamera, ECameraPreset::Left>},
+        {kCmdRightCamera, SetCamera<kCmdRightCamera, ECameraPreset::Right>},
+        {kCmdFrontCamera, SetCamera<kCmdFrontCamera, ECameraPreset::Front>},
+        {kCmdBackCamera, SetCamera<kCmdBackCamera, ECameraPreset::Back>},
+        {kCmdIsoCamera, SetCamera<kCmdIsoCamera, ECameraPreset::Iso>},
+        {kCmdShowBounds, Toggle<&Shown::bounds, &Settings::showBounds>},
+        {kCmdShowCameras, Toggle<&Shown::cameras, &Settings::showCameras>},
+        {kCmdShowLights, Toggle<&Shown::lights, &Settings::showLights>},
+        {kCmdRenderMode, Toggle<&Shown::wire, &Settings::wireFrame>},
+        {kCmdShowAxis, Toggle<&Shown::axes, &Settings::showAxis>},
+        {kCmdRotate, Toggle<&Shown::rotate, &Settings::rotate>},
         {kCmdPreviousFile, [](CAViewerFrame& frame) { frame.Files().Step(EStep::Previous); }},
         {kCmdNextFile, [](CAViewerFrame& frame) { frame.Files().Step(EStep::Next); }},
         {kCmdFullScreen, [](CAViewerFrame& frame) { frame.ToggleFullScreen(); }},

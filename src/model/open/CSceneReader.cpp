@@ -21,10 +21,12 @@ bool IsZip(std::span<const std::byte> bytes) {
 
 CResult<CScene> ReadObj(std::string_view path) {
     std::vector<CSceneNote> notes;
-    CResult<CLib3dsFilePtr> file = CObjConv3ds::ConvertResult(path, notes);
+    std::vector<std::string> libraries;
+    CResult<CLib3dsFilePtr> file = CObjConv3ds::ConvertResult(path, notes, &libraries);
     if (!file) return file.Error();
     CScene scene = CScene::Adopt(std::move(file).Value());
     for (CSceneNote& note : notes) scene.AddNote(std::move(note));
+    for (std::string& library : libraries) scene.AddSourceFile(std::move(library));
     scene.SetTextures(CTextureLocator::BesideModel(path));
     return scene;
 }
@@ -46,6 +48,7 @@ CResult<CScene> ReadContents(std::string_view path) {
 CResult<CScene> CSceneReader::ReadFile(std::string_view path) {
     try {
         CResult<CScene> scene = ReadContents(path);
+        if (scene) scene.Value().AddSourceFile(std::string(path));
         if (scene || !scene.Error().where.empty()) return scene;
         return CError{scene.Error().code, scene.Error().message, std::string(path)};
     } catch (const std::bad_alloc&) {

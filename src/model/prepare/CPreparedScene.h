@@ -179,6 +179,7 @@ struct CPreparedScene {
     std::vector<CPreparedLight> lights;
     std::vector<CPreparedCamera> cameras;
     std::vector<CSceneNote> notes;
+    std::vector<std::string> sourceFiles;  ///< what the model was read from, pictures apart; may be empty
     CVec3 ambientLight;
     CVec3 backgroundColor;
     bool hasBackgroundColor = false;

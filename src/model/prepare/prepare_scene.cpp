@@ -118,6 +118,7 @@ CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options)
     CPreparedScene prepared;
     const Lib3dsFile& file = *scene.Header();
     prepared.notes = scene.Notes();
+    prepared.sourceFiles = scene.SourceFiles();
     prepared.ambientLight = {file.ambient[0], file.ambient[1], file.ambient[2]};
     prepared.hasBackgroundColor = file.background.solid.use != 0;
     prepared.backgroundColor = {file.background.solid.col[0], file.background.solid.col[1],

@@ -31,6 +31,7 @@ class CLibraryReader {
         : m_modelFolder(std::filesystem::path(modelPath).parent_path()), m_library(library) {}
 
     [[nodiscard]] bool AnyRead() const { return !m_read.empty(); }
+    [[nodiscard]] std::vector<std::string> FilesRead() const { return {m_read.begin(), m_read.end()}; }
 
     /** True where something that the line names is there. */
     bool ReadLine(std::string_view line) {
@@ -114,6 +115,7 @@ CMtlLibrary CMtlLibrary::OfLines(const std::vector<std::string>& lines, std::str
         const std::string name = file_util_ex::GetFileName(std::string(modelPath));
         (void)reader.ReadFile(file_util_ex::SetFileExt(name, "mtl"));
     }
+    library.m_filesRead = reader.FilesRead();
     return library;
 }
 

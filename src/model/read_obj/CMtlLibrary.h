@@ -29,7 +29,11 @@ class CMtlLibrary {
     /** What the file says of a material; none where nothing has that name. */
     [[nodiscard]] std::optional<std::string_view> TextOf(const std::string& name) const;
 
+    /** The paths of the files that it was read from. */
+    [[nodiscard]] const std::vector<std::string>& FilesRead() const { return m_filesRead; }
+
   private:
     std::deque<std::string> m_texts;
     std::map<std::string_view, std::string_view> m_materials;  ///< both lie in m_texts
+    std::vector<std::string> m_filesRead;
 };

@@ -80,7 +80,8 @@ Lib3dsFile* CObjConv3ds::Convert(std::string_view path) {
     return result ? result.Value().release() : nullptr;
 }
 
-CResult<CLib3dsFilePtr> CObjConv3ds::ConvertResult(std::string_view path, std::vector<CSceneNote>& notes) {
+CResult<CLib3dsFilePtr> CObjConv3ds::ConvertResult(std::string_view path, std::vector<CSceneNote>& notes,
+                                                   std::vector<std::string>* libraries) {
     return Guarded(path, notes, [&](CNoteList& list) -> CResult<CLib3dsFilePtr> {
         CResult<CObjGeometry> geometry = [&]() -> CResult<CObjGeometry> {
             auto bytes = file_util_ex::ReadWholeFile(path, kMaxObj);
@@ -90,6 +91,7 @@ CResult<CLib3dsFilePtr> CObjConv3ds::ConvertResult(std::string_view path, std::v
         }();
         if (!geometry) return geometry.Error();
         const CMtlLibrary library = CMtlLibrary::OfLines(geometry.Value().libraries, path, list);
+        if (libraries) *libraries = library.FilesRead();
         return MakeScene(geometry.Value(), library, list);
     });
 }

@@ -35,9 +35,11 @@ class CObjConv3ds {
     [[nodiscard]] static Lib3dsFile* Convert(const std::wstring& path) { return Convert(path.c_str()); }
     [[nodiscard]] static Lib3dsFile* Convert(std::string_view path);
 
-    /** The same with a reason for a failure, and notes (replaced) on a success. */
+    /** The same with a reason for a failure, and notes (replaced) on a success. libraries, which may be null,
+     * becomes the MTL files that were read. */
     [[nodiscard]] static CResult<CLib3dsFilePtr> ConvertResult(std::string_view path,
-                                                               std::vector<CSceneNote>& notes);
+                                                               std::vector<CSceneNote>& notes,
+                                                               std::vector<std::string>* libraries = nullptr);
 
     /** Of texts in memory; the mtllib lines are not followed, mtl stands for all of them. */
     [[nodiscard]] static CResult<CLib3dsFilePtr> ConvertText(std::string_view obj, std::string_view mtl,

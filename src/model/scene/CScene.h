@@ -72,6 +72,9 @@ class CScene {
     [[nodiscard]] const CTextureLocator& Textures() const { return m_textures; }
     void SetTextures(CTextureLocator textures) { m_textures = std::move(textures); }
     void AddNote(CSceneNote note) { m_notes.push_back(std::move(note)); }
+    /** The files that it was read from, pictures apart: UTF-8 paths. */
+    [[nodiscard]] const std::vector<std::string>& SourceFiles() const { return m_sourceFiles; }
+    void AddSourceFile(std::string path) { m_sourceFiles.push_back(std::move(path)); }
     /** Gives the raw bytes back. After it File() no longer completes; for programs that only draw. */
     void DropArrays();
 
@@ -86,4 +89,5 @@ class CScene {
     bool m_complete = true;
     CTextureLocator m_textures;
     std::vector<CSceneNote> m_notes;
+    std::vector<std::string> m_sourceFiles;
 };

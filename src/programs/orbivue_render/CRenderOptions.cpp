@@ -3,6 +3,7 @@
 
 #include <getopt.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -106,6 +107,17 @@ COutcome SetOverlays(CRenderOptions& options, std::string_view value) {
     return {};
 }
 
+/** An option of CSeenOptions, by its name without the dashes. */
+template <std::size_t length>
+struct CName {
+    constexpr CName(const char (&text)[length]) { std::copy_n(text, length, chars); }
+    char chars[length]{};
+};
+template <CName name>
+COutcome SetSeen(CRenderOptions& options, std::string_view value) {
+    return options.seen.Set(name.chars, value);
+}
+
 COutcome SetWire(CRenderOptions& options, std::string_view) {
     options.wire = true;
     return {};
@@ -134,9 +146,16 @@ struct COptionEntry {
     std::string_view help;
 };
 
-constexpr std::array<COptionEntry, 12> kOptions{{
+constexpr std::array<COptionEntry, 19> kOptions{{
     {"size", "WxH", SetSize, "size of the picture in pixels (1024x768)"},
     {"camera", "NAME", SetCamera, "top, left, right, front, back, iso, or a camera of the file (iso)"},
+    {"angles", "X,Y,Z", SetSeen<"angles">, "turns the model about Z, then Y, then X, by degrees"},
+    {"turn", "X,Y,Z", SetSeen<"turn">, "turns it once more so, as the mouse does"},
+    {"orbit", "DEGREES", SetSeen<"orbit">, "turns the eye about the axis of the camera's name"},
+    {"pivot", "X,Y,Z", SetSeen<"pivot">, "moves the point that --turn and --scale are about"},
+    {"scale", "X,Y,Z", SetSeen<"scale">, "stretches the turned model"},
+    {"zoom-box", "L,T,R,B", SetSeen<"zoom-box">, "pixels of the picture that are to fill it"},
+    {"zoom", "STEP", SetSeen<"zoom">, "as the wheel: 20 for each notch away from the model"},
     {"frame", "N", SetFrame, "frame of the animation (the file's current one)"},
     {"background", "R,G,B", SetBackground, "background colour, 0 to 255 each (61,66,77)"},
     {"samples", "N", SetSamples, "samples for each pixel (4; 1 from 100,000 triangles on)"},

@@ -7,6 +7,7 @@
 
 #include "base/CResult.h"
 #include "base/math/CVec.h"
+#include "camera/CSeenOptions.h"
 #include "engine/overlay/overlays.h"
 
 /** What the command line asks for. Paths are as they were given. */
@@ -19,6 +20,7 @@ struct CRenderOptions {
     int width = 1024;
     int height = 768;
     std::string camera = "iso";  ///< a preset's word or name, or else a camera of the file
+    CSeenOptions seen;
     std::optional<float> frame;  ///< the file's current frame when not given
     CVec3 background{0.24f, 0.26f, 0.30f};
     std::optional<int> samples;  ///< by the size of the scene when not given

@@ -13,7 +13,6 @@
 #include "camera/CViewCamera.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/gl/COffscreenContext.h"
-#include "engine/gl/gl_api.h"
 #include "files/file_util_ex.h"
 #include "model/prepare/CPreparedScene.h"
 #include "picture/image_writer.h"
@@ -43,52 +42,31 @@ bool Print(const std::string& text) {
     return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
 }
 
-bool SetPreset(C3dsDisplayWrap& engine, ECameraPreset preset) {
-    switch (preset) {
-        case ECameraPreset::Top:
-            engine.SetTopCameraModel();
-            break;
-        case ECameraPreset::Left:
-            engine.SetLeftCameraModel();
-            break;
-        case ECameraPreset::Right:
-            engine.SetRightCameraModel();
-            break;
-        case ECameraPreset::Front:
-            engine.SetFrontCameraModel();
-            break;
-        case ECameraPreset::Back:
-            engine.SetBackCameraModel();
-            break;
-        case ECameraPreset::Iso:
-            engine.SetIsoCameraModel();
-            break;
-    }
-    return true;
-}
-
 bool SetCamera(C3dsDisplayWrap& engine, const std::string& name) {
     ECameraPreset preset{};
-    return PresetOfName(name, preset) ? SetPreset(engine, preset) : engine.SetFileCameraModel(name);
+    if (!PresetOfName(name, preset)) return engine.SetFileCameraModel(name);
+    engine.SetPreset(preset);
+    return true;
 }
 
 /** Frame first: presets fit the scene as it stands then. */
 bool SetUp(C3dsDisplayWrap& engine, const CRenderOptions& options) {
     engine.SetPreviewSize(C2DRect(0, 0, options.width, options.height));
-    engine.SetBkColors(options.background.x, options.background.y, options.background.z);
     engine.SetUseFileLights(options.fileLights);
     engine.SetTextureRenderMode(options.textureMode);
-    engine.SetShowBounds(options.overlays.bounds);
-    engine.SetShowCameras(options.overlays.cameras);
-    engine.SetShowLights(options.overlays.lights);
-    engine.SetShowAxis(options.overlays.axes);
+    engine.SetOverlays(options.overlays);
     if (options.frame) engine.SetFrame(*options.frame);
-    return SetCamera(engine, options.camera);
+    if (!SetCamera(engine, options.camera)) return false;
+    CSeenView seen = engine.SeenView();
+    seen.background = options.background;
+    seen.wire = options.wire;
+    options.seen.Apply(seen);
+    engine.SetSeenView(seen);
+    return true;
 }
 
-CResult<CImage> Draw(C3dsDisplayWrap& engine, COffscreenContext& context, const CRenderOptions& options) {
+CResult<CImage> Draw(C3dsDisplayWrap& engine, COffscreenContext& context) {
     (void)context.MakeCurrent();
-    glPolygonMode(GL_FRONT_AND_BACK, options.wire ? GL_LINE : GL_FILL);
     engine.PaintModel();
     return context.ReadPixels();
 }
@@ -115,7 +93,7 @@ int Run(const CRenderOptions& options) {
 
     CRenderTimes times{engine.GetReadMs(), engine.GetPrepareMs(), 0, 0, 0};
     const CClock::time_point drawing = CClock::now();
-    const CResult<CImage> picture = Draw(engine, context, options);
+    const CResult<CImage> picture = Draw(engine, context);
     if (!picture) return Complain(picture.Error().Text(), kNoGraphics);
     times.draw = MsSince(drawing);
     if (!options.output.empty()) {

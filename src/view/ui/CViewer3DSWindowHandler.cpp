@@ -13,7 +13,6 @@
 #include <utility>
 
 #include "base/text/lng.h"
-#include "camera/CViewPose.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
 #include "files/file_util_ex.h"
@@ -95,10 +94,10 @@ CStatus CViewer3DSWindowHandler::Reload() {
     if (m_path.empty()) return CError{EErrorCode::NotFound, lng::Mark("no model is open"), {}};
     CResult<CLoadedScene> loaded = LoadBesideWindows(m_path);
     if (!loaded) return loaded.Error();
-    const CViewPose pose = GetEngine().GetPose();
+    const CSeenView seen = SeenView();
     BeginWork();
     const bool opened = GetEngine().OpenLoaded(std::move(loaded));
-    GetEngine().SetPose(pose);
+    GetEngine().SetSeenView(seen);
     const bool playing = m_playing;
     AfterSceneChange();
     m_playing = playing;
@@ -174,36 +173,17 @@ CStatus CViewer3DSWindowHandler::SaveToPath(const std::wstring& path) {
     };
     const std::string target = file_util_ex::ConvertToUTF8(path);
     if (file_util_ex::GetFileExt(target) != "zip") return write(target);
-    CResult<CImage> picture = TakePicture();
+    CResult<CImage> picture = TakePicture(EPictureOf::ModelAndOverlays);
     return SaveSceneZip(scene, write, picture ? picture.Value() : CImage{}, target);
-}
-
-CResult<CImage> CViewer3DSWindowHandler::TakePicture() {
-    BeginWork();
-    CResult<CImage> picture = GetEngine().TakePicture([this] { DrawFrame(GL_RENDER, -1, -1); });
-    EndWork();
-    return picture;
 }
 
 // --- how it is shown -------------------------------------------------------------------------------------
 
-void CViewer3DSWindowHandler::SetTopCamera() {
-    SetCamera(&C3dsDisplayWrap::SetTopCameraModel);
-}
-void CViewer3DSWindowHandler::SetLeftCamera() {
-    SetCamera(&C3dsDisplayWrap::SetLeftCameraModel);
-}
-void CViewer3DSWindowHandler::SetRightCamera() {
-    SetCamera(&C3dsDisplayWrap::SetRightCameraModel);
-}
-void CViewer3DSWindowHandler::SetFrontCamera() {
-    SetCamera(&C3dsDisplayWrap::SetFrontCameraModel);
-}
-void CViewer3DSWindowHandler::SetBackCamera() {
-    SetCamera(&C3dsDisplayWrap::SetBackCameraModel);
-}
-void CViewer3DSWindowHandler::SetIsoCamera() {
-    SetCamera(&C3dsDisplayWrap::SetIsoCameraModel);
+void CViewer3DSWindowHandler::SetPreset(ECameraPreset preset) {
+    m_gestures.ResetTrackBall();
+    BeginWork();
+    GetEngine().SetPreset(preset);
+    EndWork();
 }
 
 bool CViewer3DSWindowHandler::SetFileCamera(const std::string& name) {
@@ -224,31 +204,41 @@ void CViewer3DSWindowHandler::SetHint(CImage hint) {
     if (!GetEngine().Prepared()) Redraw();
 }
 
-void CViewer3DSWindowHandler::SetCamera(void (C3dsDisplayWrap::*preset)()) {
-    m_gestures.ResetTrackBall();
-    BeginWork();
-    (GetEngine().*preset)();
-    EndWork();
-}
-
 void CViewer3DSWindowHandler::ResetView() {
     m_gestures.ResetTrackBall();
 }
 
+void CViewer3DSWindowHandler::Show(const CShowState& show) {
+    GetEngine().SetWireframe(show.wire);
+    GetEngine().SetBkColors(show.background.x, show.background.y, show.background.z);
+    GetEngine().SetOverlays(
+        {.bounds = show.bounds, .cameras = show.cameras, .lights = show.lights, .axes = show.axes});
+    SetRotate(show.rotate);
+    Redraw();
+}
+
+CShowState CViewer3DSWindowHandler::Shown() const {
+    const CSeenView& seen = GetEngine().SeenView();
+    const COverlays& overlays = GetEngine().Overlays();
+    return {.wire = seen.wire,
+            .rotate = m_rotate,
+            .bounds = overlays.bounds,
+            .cameras = overlays.cameras,
+            .lights = overlays.lights,
+            .axes = overlays.axes,
+            .background = seen.background};
+}
+
 void CViewer3DSWindowHandler::SetWireframe(bool wireframe) {
-    m_wireframe = wireframe;
+    GetEngine().SetWireframe(wireframe);
 }
 
 void CViewer3DSWindowHandler::SetPivotOffset(double x, double y, double z) {
-    m_pivot[0] = x;
-    m_pivot[1] = y;
-    m_pivot[2] = z;
+    GetEngine().SetPivotOffset({x, y, z});
 }
 
 void CViewer3DSWindowHandler::SetScale(double x, double y, double z) {
-    m_scale[0] = x;
-    m_scale[1] = y;
-    m_scale[2] = z;
+    GetEngine().SetScale({x, y, z});
 }
 
 void CViewer3DSWindowHandler::SetRotate(bool rotate) {

@@ -9,8 +9,10 @@
 
 #include "base/CResult.h"
 #include "engine/C3DSWindowHandler.h"
+#include "engine/C3dsDisplayWrap.h"
 #include "model/textures/CTextureLocator.h"
 #include "picture/CImage.h"
+#include "session/CShowState.h"
 #include "view/CGestureTarget.h"
 #include "view/CViewGestures.h"
 #include "view/ui/CTrackBall.h"
@@ -66,23 +68,31 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
      * the path ends in ".zip" (in lower case), otherwise as 3DS. From then on the scene refers to its
      * textures as JPEG files, whatever they were. */
     [[nodiscard]] CStatus SaveToPath(const std::wstring& path);
-    /** What is seen, without the trackball's ball and the zoom box. */
-    [[nodiscard]] CResult<CImage> TakePicture();
+    /** What is seen, in the size of the view; with overlays the trackball's ball and the zoom box, too. */
+    [[nodiscard]] CResult<CImage> TakePicture(EPictureOf what);
 
     // --- how it is shown ---------------------------------------------------------------------------------
-    void SetTopCamera();
-    void SetLeftCamera();
-    void SetRightCamera();
-    void SetFrontCamera();
-    void SetBackCamera();
-    void SetIsoCamera();
+    /** All of it, the trackball's turn included; as it is until something changes. */
+    [[nodiscard]] const CSeenView& SeenView();
+    /** What a show may change for itself: taken over, and told. Whoever wants it to stay for the next start
+     * writes the settings, too. */
+    void Show(const CShowState& show);
+    [[nodiscard]] CShowState Shown() const;
+    /** Takes the trackball's rotation back; pivot offset and scale stay. */
+    void SetPreset(ECameraPreset preset);
+    void SetTopCamera() { SetPreset(ECameraPreset::Top); }
+    void SetLeftCamera() { SetPreset(ECameraPreset::Left); }
+    void SetRightCamera() { SetPreset(ECameraPreset::Right); }
+    void SetFrontCamera() { SetPreset(ECameraPreset::Front); }
+    void SetBackCamera() { SetPreset(ECameraPreset::Back); }
+    void SetIsoCamera() { SetPreset(ECameraPreset::Iso); }
     /** Looks through a camera of the file. False when there is none so named. */
     bool SetFileCamera(const std::string& name);
     /** Takes the trackball's rotation back, nothing else. */
     void ResetView();
     void SetWireframe(bool wireframe);
-    [[nodiscard]] bool IsWireframe() const { return m_wireframe; }
-    /** What the model turns about, as seen from the look-at point. */
+    /** What the model turns about, as seen from the look-at point. Numbers that are not
+     * finite change nothing, here and below. */
     void SetPivotOffset(double x, double y, double z);
     void SetScale(double x, double y, double z);
     /** The model turns by itself while one is shown. */
@@ -129,21 +139,15 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
     [[nodiscard]] bool Open(const std::function<bool()>& open);
     [[nodiscard]] CResult<CLoadedScene> LoadBesideWindows(const std::wstring& path);
     void AfterSceneChange();
-    void SetCamera(void (C3dsDisplayWrap::*preset)());
     void OnLongPress();
 
     void DrawFrame(int renderMode, int x, int y);
-    void SetUpCamera();
-    void SetUpModel(int renderMode);
     void StartTrackBall(CPixel point);
     void DrawOverlays();
 
     CKeyDownListener* m_owner = nullptr;
     std::wstring m_path;
-    bool m_wireframe = false;
     bool m_rotate = false;
-    double m_pivot[3] = {0, 0, 0};
-    double m_scale[3] = {1, 1, 1};
     CTrackBall m_trackBall{true};
     CViewGestures m_gestures;
     std::function<void()> m_whenReady;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the view draws a frame; everything else is in CViewer3DSWindowHandler.cpp.
+// How the view draws a frame, and the value that says what it shows.
 #include <GL/gl.h>
-#include <GL/glu.h>
 
 #include "engine/C3dsDisplayWrap.h"
 #include "view/ui/CGlAttribGuard.h"
@@ -15,53 +14,38 @@ void CViewer3DSWindowHandler::DrawFrame(int renderMode, int x, int y) {
     constexpr GLenum kHints[] = {GL_POLYGON_SMOOTH_HINT, GL_POINT_SMOOTH_HINT, GL_PERSPECTIVE_CORRECTION_HINT,
                                  GL_LINE_SMOOTH_HINT};
     for (const GLenum hint : kHints) glHint(hint, GL_NICEST);
+    (void)SeenView();  // with what the mouse turned since the last frame
     if (!GetEngine().InitDrawings(renderMode, x, y)) {
         if (renderMode == GL_RENDER) DrawViewHint(m_hint);
         return;
     }
 
-    SetUpCamera();
-    glPushMatrix();
+    const CSeenView& seen = GetEngine().SeenView();
+    glMultMatrixf(seen.ViewMatrix().m.data());  // the projection matrix is the current one
     glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
-    glPushMatrix();
-    SetUpModel(renderMode);
-    glPolygonMode(GL_FRONT_AND_BACK, m_wireframe ? GL_LINE : GL_FILL);
+    if (renderMode == GL_RENDER) {
+        if (const auto point = m_gestures.TakePendingDrag()) {
+            glLoadMatrixf(seen.BallMatrix().m.data());
+            StartTrackBall(*point);
+        }
+    }
+    glLoadMatrixf(seen.PlacingMatrix().m.data());
+    glPolygonMode(GL_FRONT_AND_BACK, seen.wire ? GL_LINE : GL_FILL);
     GetEngine().DrawModel(renderMode);
-
-    glMatrixMode(GL_PROJECTION);
-    glPopMatrix();
-    glMatrixMode(GL_MODELVIEW);
-    glPopMatrix();
+    glLoadIdentity();
     if (renderMode == GL_RENDER) DrawOverlays();
 }
 
-/** Multiplies the camera onto the projection matrix, which stays the current one. */
-void CViewer3DSWindowHandler::SetUpCamera() {
-    const C3dsDisplayWrap& engine = GetEngine();
-    const float origin[3] = {engine.GetXOrg(), engine.GetYOrg(), engine.GetZOrg()};
-    // The eye turns about an axis through the look-at point: about any other its distance would change, and
-    // with it what the engine's near and far planes cut off.
-    float view[3] = {engine.GetEyeX() - origin[0], engine.GetEyeY() - origin[1],
-                     engine.GetEyeZ() - origin[2]};
-    m_trackBall.OrbitEye(engine.GetCameraName(), view);
-    glMatrixMode(GL_PROJECTION);
-    gluLookAt(origin[0] + view[0], origin[1] + view[1], origin[2] + view[2], origin[0], origin[1], origin[2],
-              engine.GetUpX(), engine.GetUpY(), engine.GetUpZ());
+const CSeenView& CViewer3DSWindowHandler::SeenView() {
+    GetEngine().SetTurn(m_trackBall.Rotation(), m_trackBall.OrbitSum());
+    return GetEngine().SeenView();
 }
 
-/** The model turns about the look-at point shifted by the pivot offset, and is scaled about
- * that same point. */
-void CViewer3DSWindowHandler::SetUpModel(int renderMode) {
-    const C3dsDisplayWrap& engine = GetEngine();
-    glTranslated(m_pivot[0], m_pivot[1], m_pivot[2]);
-    glTranslatef(engine.GetXOrg(), engine.GetYOrg(), engine.GetZOrg());
-    glScaled(m_scale[0], m_scale[1], m_scale[2]);
-    if (renderMode == GL_RENDER)
-        if (const auto point = m_gestures.TakePendingDrag()) StartTrackBall(*point);
-    m_trackBall.ApplyMatrix();
-    glTranslatef(-engine.GetXOrg(), -engine.GetYOrg(), -engine.GetZOrg());
-    glTranslated(-m_pivot[0], -m_pivot[1], -m_pivot[2]);
+CResult<CImage> CViewer3DSWindowHandler::TakePicture(EPictureOf what) {
+    BeginWork();
+    CResult<CImage> picture = GetEngine().TakePicture(SeenView(), what, [this] { DrawOverlays(); });
+    EndWork();
+    return picture;
 }
 
 void CViewer3DSWindowHandler::StartTrackBall(CPixel point) {

@@ -5,6 +5,7 @@
 #include <lib3ds/file.h>
 
 #include <clocale>
+#include <filesystem>
 #include <future>
 #include <stdexcept>
 #include <thread>
@@ -15,6 +16,7 @@
 #include "model/open/CSceneReader.h"
 #include "model/textures/CLib3dsMatUtil.h"
 #include "picture/image_writer.h"
+#include "row_name.h"
 #include "scene_builder/CSceneBuilder.h"
 #include "scene_builder/shapes.h"
 
@@ -173,6 +175,9 @@ TEST_P(C3ds2PovRefuses, EndsTheFlowAndTouchesNothing) {
     const std::string model = AddModel(folder);
     folder.Add("broken.3ds", "no model");
     const std::string before = CTestFolder::TextOf(model), picture = CTestFolder::TextOf(folder / "wood.png");
+    const std::string library = folder.Add("model.mtl", "newmtl a\nKd 1 0 0\n");
+    folder.Add("model.obj", "mtllib model.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl a\nf 1 2 3\n");
+    std::filesystem::create_symlink(library, folder / "link.pov");
     const std::size_t count = folder.Count();
     CFlow flow;
     const CStatus status =
@@ -183,15 +188,40 @@ TEST_P(C3ds2PovRefuses, EndsTheFlowAndTouchesNothing) {
     EXPECT_EQ(folder.Count(), count);
     EXPECT_EQ(CTestFolder::TextOf(model), before);
     EXPECT_EQ(CTestFolder::TextOf(folder / "wood.png"), picture);
+    EXPECT_EQ(CTestFolder::TextOf(library).substr(0, 6), "newmtl");
 }
 INSTANTIATE_TEST_SUITE_P(
     C3ds2Pov, C3ds2PovRefuses,
     testing::Values(CRefused{"TheModelItself", "model.3ds", "./model.3ds", EErrorCode::BadArgument},
                     CRefused{"APictureOfIt", "model.3ds", "wood.png", EErrorCode::BadArgument},
+                    CRefused{"AMaterialFile", "model.obj", "model.mtl", EErrorCode::BadArgument},
+                    CRefused{"ALinkToOne", "model.obj", "link.pov", EErrorCode::BadArgument},
                     CRefused{"NoModel", "broken.3ds", "a.pov", EErrorCode::BadFormat},
                     CRefused{"MissingModel", "none.3ds", "a.pov", EErrorCode::NotFound},
                     CRefused{"NoFolder", "model.3ds", "none/a.pov", EErrorCode::WriteFailed}),
-    [](const auto& row) { return row.param.name; });
+    kRowName);
+
+// The folder of an output that is taken away at the last moment: pictures that were there must stay.
+TEST(C3ds2Pov, ANameThatCannotBeHadLeavesThePicturesAsTheyWere) {
+    class CTakesTheName final : public C3ds2PovExportFlow {
+      public:
+        explicit CTakesTheName(std::string path) : m_path(std::move(path)) {}
+        void Begin(int) override {}
+        void Step() override {}
+        void Finished() override {}
+        void Message(int) override { std::filesystem::create_directory(m_path); }
+
+      private:
+        std::string m_path;
+    };
+    const CTestFolder folder;
+    const std::string model = AddModel(folder);
+    const std::string picture = folder.Add("out-t0.png", "old");
+    CTakesTheName flow(folder / "out.pov");
+    EXPECT_FALSE(C3ds2Pov::TryExport(model, folder / "out.pov", {}, &flow));
+    EXPECT_EQ(CTestFolder::TextOf(picture), "old");
+    EXPECT_EQ(folder.Count(), 4u);  // the model, its picture, this one and the folder
+}
 
 TEST(C3ds2Pov, WithoutASceneTheFlowStillEnds) {
     CFlow flow;

@@ -9,6 +9,7 @@
 #include "model/prepare/CPreparedScene.h"
 #include "model/textures/CTextureLocator.h"
 #include "picture/image_codec.h"
+#include "row_name.h"
 
 namespace {
 
@@ -49,12 +50,13 @@ TEST(CPovPictures, WhatPovReadsAlikeIsCopiedByteByByte) {
     EXPECT_EQ(pictures.Use(0, EPovPicture::Color)->fileName, picture->fileName);
     EXPECT_EQ(pictures.Use(1, EPovPicture::Color), nullptr);
     ASSERT_TRUE(pictures.Stage(0).HasValue());
-    ASSERT_TRUE(pictures.Commit().HasValue());
+    ASSERT_TRUE(pictures.TakeStaged().Commit().HasValue());
     EXPECT_EQ(CTestFolder::TextOf(set.folder / picture->fileName),
               CTestFolder::TextOf(set.scene.textures[0].foundAt));
 }
 
 struct CKind {
+    const char* name;
     EPovPicture kind;
     std::array<int, 3> pixel;  ///< of the fading picture at (4, 2): 200, 100, 60 and alpha 144
 };
@@ -67,7 +69,7 @@ TEST_P(ConvertedPicture, IsAnOpaquePngOfWhatIsAskedFor) {
     ASSERT_NE(picture, nullptr);
     EXPECT_EQ(picture->type, "png");
     ASSERT_TRUE(pictures.Stage(0).HasValue());
-    ASSERT_TRUE(pictures.Commit().HasValue());
+    ASSERT_TRUE(pictures.TakeStaged().Commit().HasValue());
     const auto read = image_codec::ReadImageFile(set.folder / picture->fileName);
     ASSERT_TRUE(read.HasValue());
     const std::uint8_t* pixel = read.Value().Pixel(4, 2);
@@ -75,12 +77,13 @@ TEST_P(ConvertedPicture, IsAnOpaquePngOfWhatIsAskedFor) {
     EXPECT_EQ(pixel[3], 255);
 }
 INSTANTIATE_TEST_SUITE_P(CPovPictures, ConvertedPicture,
-                         testing::Values(CKind{EPovPicture::Color, {200, 100, 60}},
-                                         CKind{EPovPicture::NegativeColor, {55, 155, 195}},
-                                         CKind{EPovPicture::Value, {125, 125, 125}},
-                                         CKind{EPovPicture::NegativeValue, {130, 130, 130}},
-                                         CKind{EPovPicture::Alpha, {144, 144, 144}},
-                                         CKind{EPovPicture::NegativeAlpha, {111, 111, 111}}));
+                         testing::Values(CKind{"Color", EPovPicture::Color, {200, 100, 60}},
+                                         CKind{"NegativeColor", EPovPicture::NegativeColor, {55, 155, 195}},
+                                         CKind{"Value", EPovPicture::Value, {125, 125, 125}},
+                                         CKind{"NegativeValue", EPovPicture::NegativeValue, {130, 130, 130}},
+                                         CKind{"Alpha", EPovPicture::Alpha, {144, 144, 144}},
+                                         CKind{"NegativeAlpha", EPovPicture::NegativeAlpha, {111, 111, 111}}),
+                         kRowName);
 
 TEST(CPovPictures, SourcesAreNeverTargets) {
     CPictureScene set("out-t0.png", Fading());
@@ -88,7 +91,7 @@ TEST(CPovPictures, SourcesAreNeverTargets) {
     CPovPictures pictures(set.scene, set.locator, set.folder / "out.pov");
     EXPECT_NE(pictures.Use(0, EPovPicture::Color)->fileName, "out-t0.png");
     ASSERT_TRUE(pictures.Stage(0).HasValue());
-    ASSERT_TRUE(pictures.Commit().HasValue());
+    ASSERT_TRUE(pictures.TakeStaged().Commit().HasValue());
     EXPECT_EQ(CTestFolder::TextOf(set.folder / "out-t0.png"), before);
 }
 

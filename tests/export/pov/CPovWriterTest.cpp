@@ -6,10 +6,13 @@
 #include <cstdlib>
 
 #include "base/math/rotation_of_angles.h"
+#include "camera/CSeenOptions.h"
 #include "engine/test_scenes.h"
 #include "export/pov/CPovCamera.h"
+#include "export/pov/pov_export_format.h"
 #include "files/CTestFolder.h"
 #include "model/textures/CTextureLocator.h"
+#include "row_name.h"
 
 namespace {
 
@@ -18,7 +21,9 @@ using test_scenes::CBuilder;
 std::string Written(CBuilder& builder, const C3ds2Pov::COutFormat& format = {}) {
     const CTestFolder folder;
     const CTextureLocator nowhere;
-    const CStatus status = CPovWriter(builder.Scene(), nowhere, format).Write(folder / "a.pov", nullptr);
+    const CSeenView seen = pov_export_format::SeenViewOf(builder.Scene(), format);
+    const CStatus status =
+        C3ds2Pov::TryExport({builder.Scene(), nowhere, seen}, folder / "a.pov", format, nullptr);
     EXPECT_TRUE(status.HasValue());
     return CTestFolder::TextOf(folder / "a.pov");
 }
@@ -30,6 +35,7 @@ std::size_t Occurrences(const std::string& text, const std::string& what) {
 }
 
 struct CTurned {
+    const char* name;
     const char* camera;
     CVec3 viewAngles;
     CVec3 record;
@@ -42,25 +48,64 @@ TEST_P(CPovCameraTest, StandsWhereTheTurnedModelIsSeenAlike) {
     builder.Add(test_scenes::MakeCube(), test_scenes::Plain({1, 1, 1}));
     C3ds2Pov::COutFormat format;
     format.cameraName = GetParam().camera;
-    const CVec3 straight = CPovCamera(builder.Scene(),
-                                      [&] {
-                                          C3ds2Pov::COutFormat unturned = format;
-                                          if (format.cameraName == "top_cam") unturned.angleZ = -90;
-                                          return unturned;
-                                      }())
-                               .Eye();
+    const auto eye = [&] { return CPovCamera(pov_export_format::SeenViewOf(builder.Scene(), format)).Eye(); };
+    if (format.cameraName == "top_cam") format.angleZ = -90;
+    const CVec3 straight = eye();
     format.angleX = GetParam().record.x;
     format.angleY = GetParam().record.y;
     format.angleZ = GetParam().record.z;
     const CVec3 a = GetParam().viewAngles;
-    const CVec3 seen =
-        RotationOfAngles(a.x, a.y, a.z).TransformPoint(CPovCamera(builder.Scene(), format).Eye());
+    const CVec3 seen = RotationOfAngles(a.x, a.y, a.z).TransformPoint(eye());
     EXPECT_LT(Length(seen - straight), 1e-4f * Length(straight));
 }
 INSTANTIATE_TEST_SUITE_P(CPovWriter, CPovCameraTest,
-                         testing::Values(CTurned{"top_cam", {10, 20, 30}, {20, -10, -120}},
-                                         CTurned{"iso_cam", {10, 20, 30}, {-10, 20, -30}},
-                                         CTurned{"", {0, 0, 45}, {0, 0, -45}}));
+                         testing::Values(CTurned{"Top", "top_cam", {10, 20, 30}, {20, -10, -120}},
+                                         CTurned{"Iso", "iso_cam", {10, 20, 30}, {-10, 20, -30}},
+                                         CTurned{"None", "", {0, 0, 45}, {0, 0, -45}}),
+                         kRowName);
+
+struct CPlaced {
+    const char* name;
+    CSeenOptions options;
+};
+class CPovCameraPlaced : public testing::TestWithParam<CPlaced> {};
+
+// From where the camera stands the model, as it is written, is seen from where the view sees it.
+TEST_P(CPovCameraPlaced, StandsBeforeTheWrittenModelAsTheViewDoes) {
+    CSeenView seen;
+    seen.camera.SetModel({{5, 6, 7}, 2});
+    seen.camera.SetPreset(ECameraPreset::Iso);
+    GetParam().options.Apply(seen);
+    const CPovCamera camera(seen);
+    const CVec3 eye = camera.Place().AffineInverse().TransformPoint(camera.Eye());
+    EXPECT_LT(Length(seen.ModelMatrix().TransformPoint(eye) - seen.Eye()), 1e-3f);
+}
+const CPlaced kPlaced[] = {
+    {"Turned", {.anglesDeg = {10, 20, 30}, .turnDeg = {50, 60, 70}}},
+    {"Pivot", {.turnDeg = {50, 60, 70}, .pivot = {1, -2, 3}}},
+    {"Even", {.anglesDeg = {0, 0, 30}, .turnDeg = {5, 6, 7}, .pivot = {1, -2, 3}, .scale = {3, 3, 3}}},
+    {"Uneven", {.anglesDeg = {0, 0, 30}, .turnDeg = {5, 6, 7}, .pivot = {1, -2, 3}, .scale = {3, 2, 1}}},
+    {"Mirrored", {.turnDeg = {5, 6, 7}, .scale = {-1, -1, -1}}},
+    {"Zoomed", {.turnDeg = {5, 6, 7}, .orbitDeg = 40, .zoomBox = C2DRect(10, 10, 90, 200), .zoom = -20}},
+};
+INSTANTIATE_TEST_SUITE_P(CPovWriter, CPovCameraPlaced, testing::ValuesIn(kPlaced), kRowName);
+
+TEST(CPovWriter, AFlattenedOrUnevenViewMovesModelAndLightsTogether) {
+    CBuilder builder;
+    builder.Add(test_scenes::MakeCube(), test_scenes::Plain({1, 1, 1}));
+    builder.Scene().lights.push_back(test_scenes::LightAt({1, 2, 3}, 2));
+    CSeenView seen;
+    for (const double height : {4.0, 0.0}) {
+        seen.scale = {1, 1, height};
+        const CTestFolder folder;
+        const CTextureLocator nowhere;
+        ASSERT_TRUE(C3ds2Pov::TryExport({builder.Scene(), nowhere, seen}, folder / "a.pov", {}, nullptr));
+        const std::string text = CTestFolder::TextOf(folder / "a.pov");
+        EXPECT_NE(text.find(height > 0 ? "light_source{<1,2,12>" : "light_source{<1,2,0>"),
+                  std::string::npos);
+        EXPECT_EQ(text.find("matrix<1,0,0,0,1,0,0,0,4,0,0,0>") != std::string::npos, height > 0);
+    }
+}
 
 TEST(CPovWriter, InstancesAreDeclaredOnceAndPlacedOften) {
     CBuilder builder;
@@ -119,7 +164,7 @@ TEST_P(WritePovLightsTest, ThereIsAlwaysLight) {
 INSTANTIATE_TEST_SUITE_P(CPovWriter, WritePovLightsTest,
                          testing::Values(CLit{"On", false, 3, false}, CLit{"Off", true, 3, true},
                                          CLit{"NotWanted", false, 3 | C3ds2Pov::kHeadlight, true}),
-                         [](const auto& row) { return row.param.name; });
+                         kRowName);
 
 TEST(CPovWriter, OptionsReachTheText) {
     CBuilder builder;

@@ -266,23 +266,43 @@ TEST_F(CExportWxTest, AFailureEndsAsSilentlyAsASuccess) {
     EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(CExportWxTest, HandsTheFileToTheDesktop) {
+TEST_F(CExportWxTest, HandsTheFileToTheDesktopOnceOrTellsWhatIsMissing) {
     const char* path = getenv("PATH");
     const std::string pathBefore = path ? path : "";
-    for (const bool works : {true, false}) {
-        const std::string program =
-            folder.Add("xdg-open", std::string("#!/bin/sh\necho \"$1\" >'") + (folder / "opened") +
-                                       (works ? "'\n" : "'\nexit 3\n"));
-        fs::permissions(program, fs::perms::owner_all);
-        setenv("PATH", (folder.Path() + ":" + pathBefore).c_str(), 1);
-        Export({IsFinished(), When([&] { Click(CPovExportDialog::kIdOpen); })});
+    const auto addProgram = [&](const char* name, const std::string& text) {
+        fs::permissions(folder.Add(name, "#!/bin/sh\n" + text), fs::perms::owner_all);
+    };
+    // A double click, as events: the second one finds the dialog on its way out.
+    const auto export2 = [&] {
+        setenv("PATH", folder.Path().c_str(), 1);
+        Export({IsFinished(), When([&] {
+                    Click(CPovExportDialog::kIdOpen);
+                    Click(CPovExportDialog::kIdOpen);
+                })});
         setenv("PATH", pathBefore.c_str(), 1);
-        EXPECT_EQ(Read(folder / "opened"), output + "\n");
-        EXPECT_EQ(messages.size(), works ? 0U : 1U);
-    }
-    EXPECT_NE(
-        messages.at(0).find(L"Unable to find POV-RAY executable. Please download POV-RAY from the: https://"),
-        std::wstring::npos);
+    };
+    static int asserts;
+    asserts = 0;
+    const wxAssertHandler_t assertsBefore = wxSetAssertHandler(
+        [](const wxString&, int, const wxString&, const wxString&, const wxString&) { ++asserts; });
+    addProgram("xdg-open", "echo \"$1\" >>'" + (folder / "opened") + "'\n");
+    export2();
+    EXPECT_EQ(Read(folder / "opened"), output + "\n");
+    EXPECT_TRUE(messages.empty());
+    addProgram("xdg-open", "exit 3\n");
+    export2();
+    addProgram("povray", "");
+    export2();
+    fs::remove(folder / "xdg-open");
+    export2();
+    wxSetAssertHandler(assertsBefore);
+    EXPECT_EQ(asserts, 0);
+    ASSERT_EQ(messages.size(), 3u);
+    EXPECT_EQ(
+        messages[0].find(L"Unable to find POV-RAY executable. Please download POV-RAY from the: https://"),
+        0u);
+    EXPECT_NE(messages[1].find(L"not associated"), std::wstring::npos);
+    EXPECT_NE(messages[2].find(L"xdg-utils"), std::wstring::npos);
 }
 
 TEST_F(CExportWxTest, AsksForANameWhereThereIsNoLastOne) {

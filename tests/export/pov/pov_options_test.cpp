@@ -3,59 +3,34 @@
 
 #include <array>
 
-#include "base/math/rotation_of_angles.h"
 #include "export/pov/pov_export_format.h"
 #include "export/pov/pov_settings.h"
+#include "row_name.h"
 #include "settings/CSettings.h"
 
 namespace {
 
 struct CAnglesCase {
+    const char* name;
     const char* camera;
     std::array<float, 3> view, exported;
 };
 class PovAnglesTest : public testing::TestWithParam<CAnglesCase> {};
 
 TEST_P(PovAnglesTest, AreTurnedRoundForTheExporter) {
-    const auto& [camera, view, exported] = GetParam();
+    const auto& [name, camera, view, exported] = GetParam();
     C3ds2Pov::COutFormat format;
     pov_export_format::SetAngles(format, camera, view[0], view[1], view[2]);
     EXPECT_EQ((std::array{format.angleX, format.angleY, format.angleZ}), exported);
 }
 
 INSTANTIATE_TEST_SUITE_P(Cameras, PovAnglesTest,
-                         testing::Values(CAnglesCase{"top_cam", {10, 20, 30}, {20, -10, -120}},
-                                         CAnglesCase{"iso_cam", {10, 20, 30}, {-10, 20, -30}},
-                                         CAnglesCase{"top_cam2", {10, 20, 30}, {-10, 20, -30}},
-                                         CAnglesCase{"", {-10, -20, -30}, {10, -20, 30}},
-                                         CAnglesCase{"top_cam", {0, 0, 0}, {0, 0, -90}}));
-
-struct CTurnCase {
-    std::array<float, 3> engine;
-    float turnDeg;
-    CVec3 axis;
-};
-class PovTrackBallTest : public testing::TestWithParam<CTurnCase> {};
-
-TEST_P(PovTrackBallTest, OneRotationShowsWhatBothTurnsShow) {
-    const auto& [engine, turnDeg, axis] = GetParam();
-    const CMat4 trackBall = CMat4::Rotation(turnDeg, axis);
-    const CMat4 seen = trackBall * RotationOfAngles(engine[0], engine[1], engine[2]);
-    const auto [x, y, z] = pov_export_format::WithTrackBall(engine, trackBall.m);
-    const CMat4 exported = RotationOfAngles(x, y, z);
-    for (std::size_t i = 0; i < 16; ++i) EXPECT_NEAR(exported.m[i], seen.m[i], 1e-5F) << i;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Turns, PovTrackBallTest,
-    testing::Values(CTurnCase{{0, 0, 0}, 50, {1, 2, 3}}, CTurnCase{{20, 0, 130}, 170, {-1, 0.5F, 0.2F}},
-                    CTurnCase{{-170, 0, 350}, -80, {0, 0, 1}}, CTurnCase{{0, 0, 0}, 90, {0, 1, 0}},
-                    CTurnCase{{0, 0, 40}, -90, {0, 1, 0}}, CTurnCase{{0, 0, 40}, 89.9999F, {0, 1, 0}},
-                    CTurnCase{{0, 0, 0}, 180, {1, 0, 0}}));
-
-TEST(PovExportFormatTest, WithoutTheTrackBallTheEnginesAnglesAreTakenAsTheyAre) {
-    EXPECT_EQ(pov_export_format::WithTrackBall({350, 0, 271}, CMat4{}.m), (std::array{350.0F, 0.0F, 271.0F}));
-}
+                         testing::Values(CAnglesCase{"Top", "top_cam", {10, 20, 30}, {20, -10, -120}},
+                                         CAnglesCase{"Iso", "iso_cam", {10, 20, 30}, {-10, 20, -30}},
+                                         CAnglesCase{"AlmostTop", "top_cam2", {10, 20, 30}, {-10, 20, -30}},
+                                         CAnglesCase{"NoName", "", {-10, -20, -30}, {10, -20, 30}},
+                                         CAnglesCase{"TopNotTurned", "top_cam", {0, 0, 0}, {0, 0, -90}}),
+                         kRowName);
 
 TEST(PovExportFormatTest, TakesWhatTheSettingsSay) {
     CSettings settings;

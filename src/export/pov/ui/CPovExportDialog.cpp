@@ -7,7 +7,9 @@
 #include <wx/statline.h>
 
 #include "base/text/lng.h"
+#include "export/pov/pov_hand_over.h"
 #include "export/pov/ui/CPovExportProgCtrl.h"
+#include "files/file_util_ex.h"
 #include "files/std_file_paths.h"
 #include "settings/CSettings.h"
 #include "widgets/CUserPrompt.h"
@@ -20,15 +22,15 @@ constexpr int kIdExport = 1001;
 constexpr int kStartDelayMs = 200;
 constexpr std::chrono::milliseconds kAppearLimit(2000);
 constexpr std::chrono::milliseconds kServeLimit(50);
-constexpr wchar_t kPovRayDownload[] = L"https://www.povray.org/download/";
 
 }  // namespace
 
-CPovExportDialog::CPovExportDialog(wxWindow* parent, const C3ds2Pov::COutFormat& format, Lib3dsFile* scene)
+CPovExportDialog::CPovExportDialog(wxWindow* parent, const C3ds2Pov::COutFormat& format,
+                                   const CPovSource& source)
     : wxDialog(parent, wxID_ANY, lng::Text("3ds File Export Status"), wxDefaultPosition,
                parent->FromDIP(wxSize(450, 100))),
       m_format(format),
-      m_scene(scene),
+      m_source(source),
       m_timer(this),
       m_bar(new CPovExportProgCtrl(this)),
       m_open(new wxButton(this, kIdOpen, lng::Text("Open with POV-RAY"))),
@@ -64,22 +66,24 @@ void CPovExportDialog::StartSoon() {
 }
 
 void CPovExportDialog::EndModal(int code) {
-    if (m_finished) wxDialog::EndModal(code);
+    // A second click may be waiting when the first has ended it.
+    if (m_finished && IsModal()) wxDialog::EndModal(code);
 }
 
 void CPovExportDialog::Export() {
     const CBusyCursor cursor;
     m_bar->ShowNow(kAppearLimit);  // on a busy machine the delay was too short
     // Nobody looks at the result: the window says only that the export has ended.
-    (void)C3ds2Pov::Export(m_scene, CSettings::Instance().povLastName, m_format, this);
+    const std::string output = file_util_ex::ConvertToUTF8(CSettings::Instance().povLastName);
+    (void)C3ds2Pov::TryExport(m_source, output, m_format, this).HasValue();
 }
 
 void CPovExportDialog::OpenWithPovRay() {
+    if (!m_open->IsEnabled()) return;  // the second click of a double one
+    m_open->Disable();
     const wxLogNull quiet;
     if (!std_file_paths::LaunchBrowser(CSettings::Instance().povLastName)) {
-        CUserPrompt::Instance().ShowMessage(
-            lng::Text("Unable to find POV-RAY executable. Please download POV-RAY from the: ") +
-            kPovRayDownload + L".");
+        CUserPrompt::Instance().ShowMessage(pov_hand_over::WhyNot(pov_hand_over::WhatIsThere()));
     }
     QueueEvent(new wxCommandEvent(wxEVT_BUTTON, kIdClose));
 }

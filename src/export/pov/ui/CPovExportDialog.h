@@ -9,9 +9,7 @@
 
 class CPovExportProgCtrl;
 class wxButton;
-struct Lib3dsFile;
-
-/** Exports a scene as soon as the window is on the screen, to the path CSettings::povLastName, and shows how
+/** Exports what is seen as soon as the window is on the screen, to the path CSettings::povLastName, and shows how
  * far it has come. The window cannot be closed before the export has ended. How that ended is not told. */
 class CPovExportDialog final : public wxDialog, private C3ds2PovExportFlow {
   public:
@@ -19,7 +17,7 @@ class CPovExportDialog final : public wxDialog, private C3ds2PovExportFlow {
     static constexpr int kIdClose = 5101;
 
     /** The scene stays the caller's and must not change while the window is open. */
-    CPovExportDialog(wxWindow* parent, const C3ds2Pov::COutFormat& format, Lib3dsFile* scene);
+    CPovExportDialog(wxWindow* parent, const C3ds2Pov::COutFormat& format, const CPovSource& source);
 
     /** Has the export begin when the window has had the time to appear. Followed by ShowModal. */
     void StartSoon();
@@ -37,7 +35,7 @@ class CPovExportDialog final : public wxDialog, private C3ds2PovExportFlow {
     void Work(const std::function<void()>& work) override;
 
     C3ds2Pov::COutFormat m_format;
-    Lib3dsFile* m_scene;
+    CPovSource m_source;
     wxTimer m_timer;
     CPovExportProgCtrl* m_bar;
     wxButton* m_open;

@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "export/pov/ui/pov_export_command.h"
 
-#include <lib3ds/file.h>
 #include <wx/window.h>
-
-#include <cmath>
 
 #include "base/text/lng.h"
 #include "engine/C3dsDisplayWrap.h"
@@ -19,21 +16,6 @@
 namespace {
 
 constexpr char kSaveEntry[] = "pov_out";
-
-/** Has the scene stand at the frame that is shown, which the exporter takes, as long as it lives. */
-class CShownFrame {
-  public:
-    CShownFrame(Lib3dsFile& scene, float frame) : m_scene(scene), m_before(scene.current_frame) {
-        scene.current_frame = static_cast<Lib3dsIntd>(std::lround(frame));
-    }
-    CShownFrame(const CShownFrame&) = delete;
-    CShownFrame& operator=(const CShownFrame&) = delete;
-    ~CShownFrame() { m_scene.current_frame = m_before; }
-
-  private:
-    Lib3dsFile& m_scene;
-    Lib3dsIntd m_before;
-};
 
 /** Holds the view still as long as it lives: it shows what is exported, and drawing takes
  * no time from that. */
@@ -56,12 +38,12 @@ class CStillView {
     bool m_rotates, m_plays;
 };
 
-/** The view's scene, complete; null without one. To complete a large one takes its time. */
-Lib3dsFile* SceneOf(CViewer3DSWindowHandler& view) {
+/** The view's scene; null without one. To prepare a large one again after an edit takes its time. */
+const CPreparedScene* SceneOf(CViewer3DSWindowHandler& view) {
     const CBusyCursor cursor;
     const CStillView still(view);
-    Lib3dsFile* scene = nullptr;
-    RunJob([&](CJobProgress&) { scene = view.GetEngine().Get3dsFile(); });
+    const CPreparedScene* scene = nullptr;
+    RunJob([&](CJobProgress&) { scene = view.GetEngine().Prepared(); });
     return scene;
 }
 
@@ -86,16 +68,13 @@ void RunPovExport(const std::wstring& modelPath, CViewer3DSWindowHandler& view, 
         settings, engine.GetCameraName(), {engine.GetBKRValue(), engine.GetBKGValue(), engine.GetBKBValue()},
         {engine.GetFileBKRValue(), engine.GetFileBKGValue(), engine.GetFileBKBValue()});
     if (!ChooseOutput(settings, parent)) return;
+    const CStillView still(view);
     // Only now: behind the dialog the model may have gone on turning.
-    const auto [x, y, z] = pov_export_format::WithTrackBall(
-        {engine.GetRotAngleX(), engine.GetRotAngleY(), engine.GetRotAngleZ()}, view.GetTrackBall().Matrix());
-    pov_export_format::SetAngles(format, engine.GetCameraName(), x, y, z);
+    pov_export_format::SetAngles(format, engine.GetCameraName(), engine.GetRotAngleX(), engine.GetRotAngleY(),
+                                 engine.GetRotAngleZ());
     pov_export_format::SetLighting(format, settings);
     parent.Refresh(false);
-    const CStillView still(view);
-    Lib3dsFile& scene = *engine.Get3dsFile();
-    const CShownFrame shownFrame(scene, engine.GetFrame());
-    CPovExportDialog dialog(&parent, format, &scene);
+    CPovExportDialog dialog(&parent, format, {*engine.Prepared(), engine.GetTextures(), view.SeenView()});
     dialog.StartSoon();
     dialog.ShowModal();
 }

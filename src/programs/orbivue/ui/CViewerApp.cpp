@@ -64,6 +64,8 @@ int main(int argc, char** argv) {
     pointers.reserve(count + 1);
     for (std::wstring& argument : arguments) pointers.push_back(argument.data());
     pointers.push_back(nullptr);
+    // Its developers' questions are nothing to ask a user.
+    wxDISABLE_ASSERTS_IN_RELEASE_BUILD();
     const int code = wxEntry(argc, pointers.data());
     return s_exitCode.value_or(code);
 }

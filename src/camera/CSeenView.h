@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "base/math/CRotation.h"
+#include "base/math/CMatrix.h"
+#include "base/math/CSphere.h"
+#include "camera/CViewCamera.h"
+
+/** All that decides what is seen of a prepared scene. Window, pictures and exporters take it as one value and
+ * get their matrices here, so that they show the same. It is also what is kept over a reload.
+ *
+ * A point of the scene goes through ModelMatrix, ViewMatrix and ProjectionMatrix in that order. First the
+ * rotation angles turn the model about the look-at point; then the trackball turns it and the scale stretches
+ * what was turned, both about the look-at point shifted by the pivot offset. */
+struct CSeenView {
+    CViewCamera camera;                  ///< with the zooms and the size of the picture
+    float rotX = 0, rotY = 0, rotZ = 0;  ///< degrees, see RotationOfAngles
+    CRotation turn;                      ///< the trackball's
+    double orbit = 0;                    ///< radians; see OrbitedEye
+    CVec3d pivot;
+    CVec3d scale{1, 1, 1};
+    CVec3 background;   ///< 0..1
+    bool wire = false;  ///< polygons as lines
+    float frame = 0;    ///< of the animation
+
+    /** The camera's eye, turned by the orbit. */
+    [[nodiscard]] CVec3 Eye() const;
+    /** As gluLookAt from Eye; straight along the up vector, too. */
+    [[nodiscard]] CMat4 ViewMatrix() const;
+    /** Where the trackball's ball stands: the model's part before the trackball turns it. */
+    [[nodiscard]] CMat4 BallMatrix() const;
+    /** Pivot, scale and trackball. */
+    [[nodiscard]] CMat4 PlacingMatrix() const;
+    /** The rotation angles. */
+    [[nodiscard]] CMat4 AnglesMatrix() const;
+    [[nodiscard]] CMat4 ModelMatrix() const { return PlacingMatrix() * AnglesMatrix(); }
+    /** Holds the model's sphere and the others, as they are placed; see CViewCamera::DepthRange. */
+    [[nodiscard]] CDepthRange DepthRange(const CSphere& model, std::span<const CSphere> others = {}) const;
+    [[nodiscard]] CMat4 ProjectionMatrix(CDepthRange range) const { return camera.ProjectionMatrix(range); }
+};
+
+/** The vector from the look-at point to the eye, turned by an angle (radians) about the axis that belongs to
+ * the camera's name. Only an angle above 0 turns it. */
+[[nodiscard]] CVec3d OrbitedEye(std::string_view cameraName, double angle, CVec3d eye);
+
+/** range widened so that it holds the spheres, which modelView places; viewProjection is the projection with
+ * the camera on it. Not for parallel projections, which are left alone. */
+[[nodiscard]] CDepthRange WidenedFor(CDepthRange range, const CMat4& viewProjection, const CMat4& modelView,
+                                     std::span<const CSphere> spheres);

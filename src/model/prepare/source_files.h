@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+struct CPreparedScene;
+
+/** What of a scene was read from a file. */
+enum class ESource { None, Model, Picture };
+
+/** What would be lost if the file of that path (UTF-8) were written over, whichever name or link leads to it:
+ * the model with its material files, or one of its pictures. Whoever exports asks it for each file. */
+[[nodiscard]] ESource SourceAt(const CPreparedScene& scene, const std::string& path);
