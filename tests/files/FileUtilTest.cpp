@@ -33,8 +33,48 @@ TEST(FileUtilTest, PathsAreJoinedAndResolved) {
     EXPECT_EQ(fu::MakePath("", "b"), "b");
     EXPECT_EQ(fu::SetFileExt("a.x", ".y"), "a.y");
     EXPECT_EQ(fu::SetFileExt(L"a.x", L""), L"a");
-    EXPECT_EQ(fu::MakeAbsolute("/a/b", "../c/./d"), "/a/c/d");
     EXPECT_EQ(fu::MakeAbsolute(L"/a/b", L"/c"), L"/c");
+    EXPECT_EQ(fu::MakeAbsolute("", "a/./b//c"), "a/b/c");
+    EXPECT_EQ(fu::MakeAbsolute("/", "../.."), "/");
+}
+
+TEST(FileUtilTest, TwoDotsLeadWhereTheSystemGoes) {
+    const CTestFolder folder;
+    ASSERT_TRUE(fu::Mkdir(folder / "far/deep"));
+    fs::create_directory_symlink("far/deep", folder / "link");
+    fs::create_directory_symlink("link", folder / "link2");
+    fs::create_symlink("nowhere", folder / "broken");
+    folder.Add("x", "");
+    for (const auto& [path, expected] : {std::pair{"./far/deep//../x", "far/x"},
+                                         {"link/../x", "far/x"},
+                                         {"link2/../x", "far/x"},
+                                         {"link2/../../x", "x"},
+                                         {"link/x", "link/x"},
+                                         {"none/../x", "none/../x"},
+                                         {"none/../../x", "none/../../x"},
+                                         {"broken/../x", "broken/../x"},
+                                         {"x/../far", "x/../far"}}) {
+        EXPECT_EQ(fu::MakeAbsolute(folder.Path(), path), folder / expected) << path;
+    }
+}
+
+TEST(FileUtilTest, NamesOfAnyBytesAreKept) {
+    const CTestFolder folder;
+    for (const char* name : {"r\xE4"
+                             "der.3ds",
+                             "\xC3\x28", "cut\xE2\x82", "\xED\xB2\x80",
+                             "r\xC3\xA4"
+                             "der",
+                             "\xEF\xBF\xBD"})
+        folder.Add(name, "");
+    std::vector<std::wstring> files;
+    ASSERT_TRUE(fu::GetAllFiles(fu::PathFromBytes(folder.Path()), files));
+    ASSERT_EQ(files.size(), 6u);
+    for (const std::wstring& file : files) EXPECT_TRUE(fu::DoesFileExist(file)) << fu::ConvertToUTF8(file);
+    EXPECT_EQ(fu::ShownText(fu::PathFromBytes("r\xE4"
+                                              "der\xC3\xA4")),
+              L"r\xFFFD"
+              L"der\xE4");
 }
 
 TEST(FileUtilTest, ListsFilesByMaskInOrderAndFoldersApart) {

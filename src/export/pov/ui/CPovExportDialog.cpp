@@ -7,6 +7,7 @@
 #include <wx/statline.h>
 
 #include "base/text/lng.h"
+#include "base/text/utf8_text.h"
 #include "export/pov/ui/CPovExportProgCtrl.h"
 #include "files/std_file_paths.h"
 #include "settings/CSettings.h"
@@ -34,7 +35,8 @@ CPovExportDialog::CPovExportDialog(wxWindow* parent, const C3ds2Pov::COutFormat&
       m_open(new wxButton(this, kIdOpen, lng::Text("Open with POV-RAY"))),
       m_close(new wxButton(this, kIdClose, lng::Text("Close"))) {
     SetAccessibleName(*m_bar, GetTitle().ToStdWstring());
-    SetTitle(lng::Text("3ds File Export Status -") + CSettings::Instance().povLastName);
+    SetTitle(lng::Text("3ds File Export Status -") +
+             file_util_ex::ShownText(CSettings::Instance().povLastName));
     m_open->Disable();
     m_close->Disable();
     SetEscapeId(kIdClose);
@@ -76,7 +78,12 @@ void CPovExportDialog::Export() {
 
 void CPovExportDialog::OpenWithPovRay() {
     const wxLogNull quiet;
-    if (!std_file_paths::LaunchBrowser(CSettings::Instance().povLastName)) {
+    m_open->Disable();  // once is enough
+    bool opened = false;
+    RunBesideWindows(
+        [&opened] { opened = std_file_paths::LaunchBrowser(CSettings::Instance().povLastName).HasValue(); },
+        {});
+    if (!opened) {
         CUserPrompt::Instance().ShowMessage(
             lng::Text("Unable to find POV-RAY executable. Please download POV-RAY from the: ") +
             kPovRayDownload + L".");
