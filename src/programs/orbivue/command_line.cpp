@@ -8,17 +8,16 @@
 #include <system_error>
 #include <vector>
 
+#include "base/text/ascii_text.h"
 #include "base/text/lng.h"
 #include "files/file_util_ex.h"
 #include "session/folder_models.h"
 
 namespace {
 
-bool TakePrefixNoCase(std::string_view& text, std::string_view lowerCasePrefix) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    const std::string_view head = text.substr(0, lowerCasePrefix.size());
-    if (!std::ranges::equal(head, lowerCasePrefix, {}, lower)) return false;
-    text.remove_prefix(lowerCasePrefix.size());
+bool TakePrefixNoCase(std::string_view& text, std::string_view prefix) {
+    if (!ascii_text::EqualNoCase(text.substr(0, prefix.size()), prefix)) return false;
+    text.remove_prefix(prefix.size());
     return true;
 }
 
