@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <filesystem>
+#include <system_error>
 
 #include "files/file_util_ex.h"
+
+namespace fs = std::filesystem;
 
 namespace file_util_ex {
 namespace {
@@ -62,6 +65,17 @@ String<Char> Joined(View<Char> folder, View<Char> name) {
     return out.append(name);
 }
 
+// Where ".." leads from a path. What is no folder keeps its "..", and so leads to nothing, as it does for the
+// system.
+std::string FolderAbove(const std::string& path) {
+    if (path == "/") return path;
+    std::error_code error;
+    std::string folder = path;
+    if (fs::is_symlink(path, error)) folder = fs::canonical(path, error).string();
+    if (error || !fs::is_directory(folder, error)) return MakePath(path, "..");
+    return fs::path(folder).parent_path().string();
+}
+
 }  // namespace
 
 std::string GetFileExt(std::string_view path) {
@@ -102,13 +116,21 @@ std::wstring MakePath(std::wstring_view folder, std::wstring_view name) {
 }
 
 std::string MakeAbsolute(std::string_view folder, std::string_view path) {
-    const std::string joined =
-        !path.empty() && path.front() == '/' ? std::string(path) : MakePath(folder, path);
-    return std::filesystem::path(joined).lexically_normal().string();
+    const std::string joined = path.starts_with('/') ? std::string(path) : MakePath(folder, path);
+    std::string result = joined.starts_with('/') ? "/" : "";
+    for (const fs::path& part : fs::path(joined)) {
+        const std::string& name = part.native();
+        if (name == "..") {
+            result = FolderAbove(result);
+        } else if (name != "." && name.find_first_not_of('/') != name.npos) {
+            result = MakePath(result, name);
+        }
+    }
+    return result;
 }
 
 std::wstring MakeAbsolute(std::wstring_view folder, std::wstring_view path) {
-    return ConvertFromUTF8W(MakeAbsolute(ConvertToUTF8(folder), ConvertToUTF8(path)));
+    return PathFromBytes(MakeAbsolute(ConvertToUTF8(folder), ConvertToUTF8(path)));
 }
 
 }  // namespace file_util_ex

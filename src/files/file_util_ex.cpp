@@ -44,7 +44,7 @@ bool ListFolder(std::string_view folder, std::vector<std::string>& paths, const 
 }
 
 void AppendWide(const std::vector<std::string>& narrow, std::vector<std::wstring>& wide) {
-    for (const std::string& path : narrow) wide.push_back(ConvertFromUTF8W(path));
+    for (const std::string& path : narrow) wide.push_back(PathFromBytes(path));
 }
 
 }  // namespace

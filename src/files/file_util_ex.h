@@ -13,8 +13,8 @@
 #include "base/CResult.h"
 #include "base/text/utf8_text.h"
 
-/** Paths, files and folders. Narrow text is UTF-8; each wide form does the same as the narrow one of its
- * name. A path is split at '/' alone: a backslash is an ordinary character here. */
+/** Paths, files and folders. Narrow text is UTF-8, paths are whatever bytes the system has; each wide form does
+ * the same as the narrow one of its name, and gives paths by PathFromBytes. A path is split at '/' alone: a backslash is an ordinary character here. */
 namespace file_util_ex {
 
 /** True for a regular file or what a link to one leads to; false for a folder. */
@@ -55,7 +55,8 @@ bool Rmdir(std::wstring_view path);
 /** folder + "/" + name, with one '/' between; the name alone when folder is empty. */
 [[nodiscard]] std::string MakePath(std::string_view folder, std::string_view name);
 [[nodiscard]] std::wstring MakePath(std::wstring_view folder, std::wstring_view name);
-/** The path, resolved against folder when it is relative; "." and ".." are folded away by name. */
+/** The path, resolved against folder when it is relative, without "." and "..". As for the system, ".." leads
+ * from a link to a folder to what that folder lies in, and from what is no folder nowhere: there it stays. */
 [[nodiscard]] std::string MakeAbsolute(std::string_view folder, std::string_view path);
 [[nodiscard]] std::wstring MakeAbsolute(std::wstring_view folder, std::wstring_view path);
 

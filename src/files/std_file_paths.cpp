@@ -2,9 +2,7 @@
 #include "files/std_file_paths.h"
 
 #include <pwd.h>
-#include <spawn.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -14,16 +12,17 @@
 #include <mutex>
 #include <span>
 #include <system_error>
-#include <thread>
 #include <vector>
 
 #include "base/text/ascii_text.h"
+#include "base/text/lng.h"
 #include "files/file_util_ex.h"
+#include "files/start_program.h"
 
 namespace fs = std::filesystem;
-using file_util_ex::ConvertFromUTF8W;
 using file_util_ex::ConvertToUTF8;
 using file_util_ex::MakePath;
+using file_util_ex::PathFromBytes;
 
 namespace std_file_paths {
 namespace {
@@ -98,19 +97,26 @@ bool RunsInBuildTree() {
     return ExecutablePath().starts_with(ORBIVUE_BUILD_TREE "/");
 }
 
-// False when the process ended with a failure soon. Some desktops' opener runs as long as what it opened, so
-// a longer life is a success, and a thread stays behind to collect the process.
-bool WaitABit(pid_t child) {
-    using namespace std::chrono_literals;
-    int status = 0;
-    for (int i = 0; i < 100; ++i) {
-        const pid_t ended = ::waitpid(child, &status, WNOHANG);
-        if (ended == child) return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-        if (ended < 0) return false;
-        std::this_thread::sleep_for(10ms);
+// True for "http://..." and the like.
+bool IsAddress(std::string_view text) {
+    constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    const std::size_t colon = text.find(':');
+    return colon != text.npos && colon > 1 && text.substr(0, colon).find_first_not_of(kLetters) == text.npos;
+}
+
+// What the opener of the desktop is to do: a file has its folder as working folder, as pictures that it names may
+// be found from there, and begins with '/', so that no name is taken for an option or an address.
+CProgramToStart OpenerOf(std::string_view urlOrPath) {
+    CProgramToStart opener{"xdg-open", {}, {}};
+    if (IsAddress(urlOrPath) && !Exists(std::string(urlOrPath))) {
+        opener.arguments.emplace_back(urlOrPath);
+        return opener;
     }
-    std::thread([child] { (void)::waitpid(child, nullptr, 0); }).detach();
-    return true;
+    std::error_code error;
+    const std::string path = file_util_ex::MakeAbsolute(fs::current_path(error).string(), urlOrPath);
+    opener.arguments.push_back(path);
+    opener.folder = file_util_ex::GetFilePath(path);
+    return opener;
 }
 
 }  // namespace
@@ -141,7 +147,9 @@ std::string GetTempDir() {
     if (tempDir.empty()) {
         std::error_code error;
         const fs::path base = fs::temp_directory_path(error);
-        std::string made = MakePath(error ? "/tmp" : base.string(), name);
+        const std::string here = fs::current_path(error).string();
+        std::string made =
+            MakePath(base.empty() ? "/tmp" : file_util_ex::MakeAbsolute(here, base.string()), name);
         if (::mkdtemp(made.data()) != nullptr) tempDir = std::move(made);
     }
     return tempDir;
@@ -177,37 +185,41 @@ std::string GetPluginPath(std::string_view fileName) {
     return FindUnder(roots, fileName);
 }
 
-bool LaunchBrowser(std::string_view urlOrPath) {
-    // A leading '-' would be an option of the program that is started.
-    if (urlOrPath.empty() || urlOrPath.front() == '-') return false;
-    std::string program = "xdg-open";
-    std::string argument(urlOrPath);
-    std::array<char*, 3> arguments = {program.data(), argument.data(), nullptr};
-    pid_t child = 0;
-    if (::posix_spawnp(&child, program.c_str(), nullptr, nullptr, arguments.data(), environ) != 0)
-        return false;
-    return WaitABit(child);
+CStatus LaunchBrowser(std::string_view urlOrPath) {
+    const auto failure = [urlOrPath](const char* why) {
+        return CError{EErrorCode::NotFound, why, std::string(urlOrPath)};
+    };
+    if (urlOrPath.empty()) return failure(lng::Mark("there is no such file or folder"));
+    CResult<CStartedProgram> opener = StartProgram(OpenerOf(urlOrPath));
+    if (!opener) return opener.Error();
+    // Some desktops' opener runs as long as what it opened, so a longer life is a success.
+    constexpr std::chrono::seconds kLongest(1);
+    constexpr int kNoSuchFile = 2;
+    const int code = opener.Value().WaitForEnd(kLongest).value_or(0);
+    if (code == 0) return CDone{};
+    return failure(code == kNoSuchFile ? lng::Mark("there is no such file or folder")
+                                       : lng::Mark("the desktop has no program that opens this"));
 }
 
 void SetAppName(std::wstring_view name) {
     SetAppName(ConvertToUTF8(name));
 }
 std::wstring GetIniFilePath(std::wstring_view fileName) {
-    return ConvertFromUTF8W(GetIniFilePath(ConvertToUTF8(fileName)));
+    return PathFromBytes(GetIniFilePath(ConvertToUTF8(fileName)));
 }
 std::wstring GetTempDirName() {
-    return ConvertFromUTF8W(GetTempDir());
+    return PathFromBytes(GetTempDir());
 }
 std::wstring GetTempFilePath(std::wstring_view fileName) {
-    return ConvertFromUTF8W(GetTempFilePath(ConvertToUTF8(fileName)));
+    return PathFromBytes(GetTempFilePath(ConvertToUTF8(fileName)));
 }
 std::wstring GetDataPath(std::wstring_view relative) {
-    return ConvertFromUTF8W(GetDataPath(ConvertToUTF8(relative)));
+    return PathFromBytes(GetDataPath(ConvertToUTF8(relative)));
 }
 std::wstring GetImgPath(std::wstring_view fileName) {
-    return ConvertFromUTF8W(GetImgPath(ConvertToUTF8(fileName)));
+    return PathFromBytes(GetImgPath(ConvertToUTF8(fileName)));
 }
-bool LaunchBrowser(std::wstring_view urlOrPath) {
+CStatus LaunchBrowser(std::wstring_view urlOrPath) {
     return LaunchBrowser(ConvertToUTF8(urlOrPath));
 }
 

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/CResult.h"
+
 /** Where the program's files are. Narrow text is UTF-8; no path ends in '/'. Usable from several threads. */
 namespace std_file_paths {
 
@@ -44,9 +46,10 @@ void DeleteTempDir();
 /** Like GetDataPath, for what is compiled for the machine: lib/orbivue, or the build tree. */
 [[nodiscard]] std::string GetPluginPath(std::string_view fileName);
 
-/** Opens an address or a file with the desktop's program for it. False when that program
- * could not be started. */
-[[nodiscard]] bool LaunchBrowser(std::string_view urlOrPath);
-[[nodiscard]] bool LaunchBrowser(std::wstring_view urlOrPath);
+/** Opens an address ("https://...") or a file with the desktop's program for it, as StartProgram starts one, in the
+ * file's folder. Waits up to a second for the desktop's answer, so windows call it beside the event loop. NotFound
+ * with "xdg-open" in where: the desktop's opener itself is not installed. */
+[[nodiscard]] CStatus LaunchBrowser(std::string_view urlOrPath);
+[[nodiscard]] CStatus LaunchBrowser(std::wstring_view urlOrPath);
 
 }  // namespace std_file_paths

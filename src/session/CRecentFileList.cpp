@@ -72,7 +72,7 @@ std::wstring CRecentFileList::GetNameByIndex(std::size_t index) const {
 
 std::wstring CRecentFileList::MenuText(std::size_t index) const {
     constexpr std::size_t kLongest = 60;
-    std::wstring path = GetNameByIndex(index);
+    std::wstring path = file_util_ex::ShownText(GetNameByIndex(index));
     if (path.size() > kLongest) {
         const std::size_t tail = std::min(file_util_ex::GetFileName(path).size() + 1, kLongest - 1);
         path = path.substr(0, kLongest - tail - 1) + L"…" + path.substr(path.size() - tail);

@@ -12,8 +12,8 @@
 #include "files/CFileDescriptor.h"
 #include "files/file_util_ex.h"
 
-using file_util_ex::ConvertFromUTF8W;
 using file_util_ex::ConvertToUTF8;
+using file_util_ex::PathFromBytes;
 
 namespace {
 
@@ -96,7 +96,7 @@ int CLocalRegStore::GetInt(std::wstring_view section, std::wstring_view key, int
 std::wstring CLocalRegStore::GetString(std::string_view section, std::string_view key,
                                        std::wstring_view defaultValue) {
     const std::optional<std::string> value = ValueOf(DefaultIni(), section, key);
-    return value ? ConvertFromUTF8W(*value) : std::wstring(defaultValue);
+    return value ? PathFromBytes(*value) : std::wstring(defaultValue);
 }
 
 std::wstring CLocalRegStore::GetString(std::wstring_view section, std::wstring_view key,
@@ -167,7 +167,7 @@ int CLocalRegStore::GetInt(const CIniFile* ini, std::string_view section, std::s
 std::wstring CLocalRegStore::GetString(const CIniFile* ini, std::wstring_view section, std::wstring_view key,
                                        std::wstring_view defaultValue) {
     const std::optional<std::string> value = ValueOf(ini, ConvertToUTF8(section), ConvertToUTF8(key));
-    return value ? ConvertFromUTF8W(*value) : std::wstring(defaultValue);
+    return value ? PathFromBytes(*value) : std::wstring(defaultValue);
 }
 
 std::string CLocalRegStore::GetString(const CIniFile* ini, std::string_view section, std::string_view key,

@@ -33,8 +33,38 @@ TEST(FileUtilTest, PathsAreJoinedAndResolved) {
     EXPECT_EQ(fu::MakePath("", "b"), "b");
     EXPECT_EQ(fu::SetFileExt("a.x", ".y"), "a.y");
     EXPECT_EQ(fu::SetFileExt(L"a.x", L""), L"a");
-    EXPECT_EQ(fu::MakeAbsolute("/a/b", "../c/./d"), "/a/c/d");
     EXPECT_EQ(fu::MakeAbsolute(L"/a/b", L"/c"), L"/c");
+    EXPECT_EQ(fu::MakeAbsolute("", "a/./b//c"), "a/b/c");
+    EXPECT_EQ(fu::MakeAbsolute("/", "../.."), "/");
+}
+
+TEST(FileUtilTest, TwoDotsLeadWhereTheSystemGoes) {
+    const CTestFolder folder;
+    ASSERT_TRUE(fu::Mkdir(folder / "far/deep"));
+    fs::create_directory_symlink("far/deep", folder / "link");
+    fs::create_directory_symlink("link", folder / "link2");
+    fs::create_symlink("nowhere", folder / "broken");
+    folder.Add("x", "");
+    for (const auto& [path, expected] : {std::pair{"./far/deep//../x", "far/x"},
+                                         {"link/../x", "far/x"},
+                                         {"link2/../x", "far/x"},
+                                         {"link2/../../x", "x"},
+                                         {"link/x", "link/x"},
+                                         {"none/../x", "none/../x"},
+                                         {"none/../../x", "none/../../x"},
+                                         {"broken/../x", "broken/../x"},
+                                         {"x/../far", "x/../far"}}) {
+        EXPECT_EQ(fu::MakeAbsolute(folder.Path(), path), folder / expected) << path;
+    }
+}
+
+TEST(FileUtilTest, ListsNamesOfAnyBytes) {
+    const CTestFolder folder;
+    folder.Add("r\xE4.3ds", "");
+    std::vector<std::wstring> files;
+    ASSERT_TRUE(fu::GetAllFiles(fu::PathFromBytes(folder.Path()), files));
+    ASSERT_EQ(files.size(), 1u);
+    EXPECT_TRUE(fu::DoesFileExist(files.front()));
 }
 
 TEST(FileUtilTest, ListsFilesByMaskInOrderAndFoldersApart) {

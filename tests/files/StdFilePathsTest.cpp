@@ -75,25 +75,29 @@ struct CBrowserCase {
     const char* name;
     const char* script;  // of the desktop's opener; null for none
     const char* address;
-    bool opens;
+    const char* error;  // empty: it opens
 };
 class LaunchBrowserTest : public testing::TestWithParam<CBrowserCase> {};
 
-TEST_P(LaunchBrowserTest, TellsWhetherTheOpenerRan) {
+TEST_P(LaunchBrowserTest, TellsWhatTheOpenerSays) {
     const CTestFolder folder;
     const CVariable path("PATH", folder.Path());
     if (GetParam().script != nullptr) {
         const std::string opener = folder.Add("xdg-open", GetParam().script);
         fs::permissions(opener, fs::perms::owner_all);
     }
-    EXPECT_EQ(paths::LaunchBrowser(GetParam().address), GetParam().opens);
+    const CStatus opened = paths::LaunchBrowser(GetParam().address);
+    EXPECT_EQ(opened ? "" : opened.Error().Text(), GetParam().error);
 }
 
 const CBrowserCase kOpeners[] = {
-    {"Opens", "#!/bin/sh\n[ \"$1\" = 'http://a/?b&c d' ]\n", "http://a/?b&c d", true},
-    {"OpenerFails", "#!/bin/sh\nexit 3\n", "http://a", false},
-    {"NoOpener", nullptr, "http://a", false},
-    {"Option", "#!/bin/sh\n", "--help", false},
-    {"OpenerStays", "#!/bin/sh\nexec /bin/sleep 2 >/dev/null 2>&1\n", "http://a", true},
+    {"Opens", "#!/bin/sh\n[ \"$1\" = 'http://a/?b&c d' ]\n", "http://a/?b&c d", ""},
+    {"Path", "#!/bin/sh\n[ \"$1$PWD\" = '/usr/bin/usr' ]\n", "/usr/./bin", ""},
+    {"NoOption", "#!/bin/sh\n[ \"${1%/--help}\" != \"$1\" ]\n", "--help", ""},
+    {"OpenerFails", "#!/bin/sh\nexit 3\n", "http://a",
+     "http://a: the desktop has no program that opens this"},
+    {"NoFile", "#!/bin/sh\nexit 2\n", "/a/b", "/a/b: there is no such file or folder"},
+    {"NoOpener", nullptr, "http://a", "xdg-open: this program is not installed"},
+    {"OpenerStays", "#!/bin/sh\nexec /bin/sleep 2 >/dev/null 2>&1\n", "http://a", ""},
 };
 INSTANTIATE_TEST_SUITE_P(Openers, LaunchBrowserTest, testing::ValuesIn(kOpeners), kRowName);

@@ -1,6 +1,6 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
-# Opens a model in the program's window and closes it with Esc. Needs a display and a window manager.
+# Opens models in the program's window, and closes it in each of its ways. Needs a display and a window manager.
 # Usage: program_in_window.sh PROGRAM MODEL
 set -eu
 program=$1
@@ -22,38 +22,96 @@ wait_for() {
 }
 settings=$XDG_CONFIG_HOME/orbivue/settings.ini
 mkdir -p "$XDG_CONFIG_HOME/orbivue"
-printf '[Settings]\nCloseOnEsc=1\nLastCamera=-1\nBkColorR=300\nLanguage=../none\nPovDiffuse=abc\nBounds=-5\n' >"$settings"
+cd "$XDG_CACHE_HOME"
+here=$PWD
+mkdir models empty far far/deep
+latin1=$(printf 'r\344der')  # no UTF-8
+cp "$model" models/a.3ds
+cp "$model" models/b.3ds
+cp "$model" 'my new car.3ds'
+cp "$model" "$latin1.3ds"
+cp "$model" far/x.3ds
+ln -s far/deep link
+printf 'nothing' >broken.3ds
 
+# window TITLE: the window with a title that matches, of the process
+window() {
+    for found in $(xdotool search --all --onlyvisible --pid "$process" --name .); do
+        ! xdotool getwindowname "$found" | grep -q "$1" || echo "$found"
+    done | grep .
+}
 # start TITLE ARGUMENT...
 start() {
     title=$1
     shift
-    "$program" "$@" &
+    "$program" "$@" 2>"$here/errors.txt" &
     process=$!
-    wait_for "the title" xdotool search --all --onlyvisible --pid "$process" --name "$title"
+    wait_for "the title $title of $*" window "$title"
 }
-run() {
-    start "$2" "$1"
-    window=$(xdotool search --all --onlyvisible --pid "$process" --name "$2" | tail -n 1)
-    xdotool windowactivate --sync "$window" key Escape
-    wait "$process" || fail "the program failed"
+press() { xdotool windowactivate --sync "$(window .)" key "$@"; }
+# opens TITLE ERRORS ARGUMENT...: and Esc closes; ERRORS is a pattern for all of standard error
+opens() {
+    title=$1 errors=$2
+    shift 2
+    start "$title" "$@"
+    press Escape
+    wait "$process" || fail "the program failed with $*"
+    # shellcheck disable=SC2254  # a pattern is wanted
+    case $(cat "$here/errors.txt") in $errors) ;; *) fail "$*: standard error: $(cat "$here/errors.txt")" ;; esac
 }
-run "$model" "^Orbivue - $model\$"
-grep -q '^LastCamera=32776' "$settings" || fail "the camera was not written"
-grep -q '^BkColorR=44' "$settings" || fail "the colour was not written"
-grep -q '^PovDiffuse=0.000' "$settings" || fail "a factor that is none was not written as 0"
-grep -q '^Bounds=1' "$settings" || fail "a number that is not 0 was not written as 1"
-grep -q '^Language=../none' "$settings" || fail "an unknown language was changed"
+# wrote LINE: the settings have a line that begins so
+wrote() { grep -q "^$1" "$settings" || fail "the settings have no $1"; }
 
-printf 'nothing' >"$XDG_CACHE_HOME/broken.3ds"
-run "$XDG_CACHE_HOME/broken.3ds" "^Orbivue - $XDG_CACHE_HOME/broken.3ds - File open failed\$"
-run "$XDG_CACHE_HOME/missing.3ds" '^Orbivue$'
+printf '[Settings]\nCloseOnEsc=1\nLastCamera=-1\nBkColorR=300\nLanguage=../none\nPovDiffuse=abc\nBounds=-5\n' >"$settings"
+opens "^Orbivue - $model\$" '' "$model"
+wrote 'LastCamera=32776'
+wrote 'BkColorR=44'
+wrote 'PovDiffuse=0.000'
+wrote 'Bounds=1'
+wrote 'Language=../none'
 
-# A path that a shell split, and a session that ends: what was opened is remembered.
-cp "$model" "$XDG_CACHE_HOME/my new car.3ds"
-start "^Orbivue - $XDG_CACHE_HOME/my new car.3ds\$" "$XDG_CACHE_HOME/my" new car.3ds extra
+#     title                                             errors                            arguments
+opens "^Orbivue - $here/broken.3ds - File open failed\$" "Orbivue: $here/broken.3ds: ?*"  broken.3ds
+opens '^Orbivue$'                                       ''                                missing.3ds
+opens "^Orbivue - $here/models/a.3ds\$"                 ''                                models
+opens '^Orbivue$'                "Orbivue: $here/empty: there is no model in this folder" empty
+opens "^Orbivue - $here/far/x.3ds\$"                    ''                                link/../x.3ds
+opens "^Orbivue - $here/my new car.3ds\$"               ''             "file://$here/my%20new%20car.3ds"
+opens "^Orbivue - $here/r.*der.3ds\$"                    ''                                "$latin1.3ds"
+wrote "File1=$here/$latin1.3ds"
+cp "$settings" "$here/before.ini"
+for option in -x --version -h; do
+    "$program" "$option" >/dev/null 2>&1 || [ $option = -x ] || fail "$option failed"
+done
+cmp -s "$settings" "$here/before.ini" || fail "the settings were written without a window"
+
+# A program that is started has the user's environment, and the folder of what it is to open.
+mkdir bin exported
+printf '#!/bin/sh\necho "$GDK_BACKEND,$LANGUAGE,${DESKTOP_STARTUP_ID-},$PWD,$*" >"%s/opened"\n' "$here" >bin/xdg-open
+chmod +x bin/xdg-open
+printf '[Settings]\nPovUseLastName=1\nPovLastName=%s/exported/-a b.pov\nLanguage=en\n' "$here" >"$settings"
+export PATH="$here/bin:$PATH" LANGUAGE=xx GDK_BACKEND='x11,*' DESKTOP_STARTUP_ID=ours_TIME1
+start "^Orbivue - $model\$" "$model"
+press alt+e Down Return
+wait_for "the export's window" window 'Status -'
+wait_for "the export" test -s 'exported/-a b.pov'
+wait_for "the opener" sh -c "xdotool key Return; test -s opened"
+[ "$(cat opened)" = "x11,*,xx,,$here/exported,$here/exported/-a b.pov" ] || fail "the opener got $(cat opened)"
+kill -TERM "$process"
+wait "$process" || true
+cp "$here/before.ini" "$settings"
+
+# Where Esc is not to close, it does nothing. A path that a shell split, and a session that ends: what was opened is
+# remembered.
+sed -i 's/^CloseOnEsc=1/CloseOnEsc=0/' "$settings"
+start "^Orbivue - $here/models/a.3ds\$" models/a.3ds
+press Escape space
+wait_for "the next model" window "^Orbivue - $here/models/b.3ds\$"
+kill -KILL "$process"
+wait "$process" || true
+start "^Orbivue - $here/my new car.3ds\$" my new car.3ds extra
 kill -TERM "$process"
 status=0
 wait "$process" || status=$?
 [ "$status" = 143 ] || fail "ended with $status by a signal"
-grep -q '^File1=.*my new car.3ds' "$settings" || fail "a signal lost the list of recent files"
+wrote "File1=$here/my new car.3ds"

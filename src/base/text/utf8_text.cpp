@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "base/text/utf8_text.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -9,6 +10,11 @@ constexpr char32_t kReplacement = 0xFFFD;
 
 bool IsSurrogate(char32_t c) {
     return c >= 0xD800 && c <= 0xDFFF;
+}
+
+// U+DC80 to U+DCFF, each a byte of a path.
+bool IsEscapedByte(char32_t c) {
+    return c >= 0xDC80 && c <= 0xDCFF;
 }
 
 bool IsContinuation(char byte) {
@@ -82,22 +88,38 @@ std::string ConvertToUTF8(std::wstring_view text) {
                 ++i;
             }
         }
-        utf8_text::Append(out, c > 0x10FFFF || IsSurrogate(c) ? kReplacement : c);
+        if (IsEscapedByte(c)) {
+            out.push_back(static_cast<char>(static_cast<unsigned char>(c & 0xFF)));
+        } else {
+            utf8_text::Append(out, c > 0x10FFFF || IsSurrogate(c) ? kReplacement : c);
+        }
     }
     return out;
 }
 
 std::wstring ConvertFromUTF8W(std::string_view text) {
+    return ShownText(PathFromBytes(text));
+}
+
+std::wstring PathFromBytes(std::string_view bytes) {
     static_assert(sizeof(wchar_t) == 4);
     std::wstring out;
-    out.reserve(text.size());
-    while (!text.empty()) {
+    out.reserve(bytes.size());
+    while (!bytes.empty()) {
+        const char32_t escaped = 0xDC00U + static_cast<unsigned char>(bytes.front());
         const utf8_text::CCharacter first =
-            utf8_text::First(text).value_or(utf8_text::CCharacter{kReplacement, 1});
+            utf8_text::First(bytes).value_or(utf8_text::CCharacter{escaped, 1});
         out.push_back(static_cast<wchar_t>(first.code));
-        text.remove_prefix(first.length);
+        bytes.remove_prefix(first.length);
     }
     return out;
+}
+
+std::wstring ShownText(std::wstring text) {
+    const auto replaced = static_cast<wchar_t>(kReplacement);
+    std::ranges::replace_if(
+        text, [](wchar_t c) { return IsEscapedByte(static_cast<char32_t>(c)); }, replaced);
+    return text;
 }
 
 }  // namespace file_util_ex

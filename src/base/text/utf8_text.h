@@ -27,9 +27,17 @@ void Append(std::string& out, char32_t character);
 /** Wide text (UTF-32 here, UTF-16 pairs accepted) and UTF-8, one into the other. */
 namespace file_util_ex {
 
-/** Never fails: what is no character (a lone surrogate, a value above U+10FFFF) becomes U+FFFD. */
+/** Never fails: what is no character (a lone surrogate, a value above U+10FFFF) becomes U+FFFD; but what
+ * PathFromBytes put in for a byte becomes that byte. */
 [[nodiscard]] std::string ConvertToUTF8(std::wstring_view text);
 /** Never fails: each byte that belongs to no well-formed sequence becomes U+FFFD. */
 [[nodiscard]] std::wstring ConvertFromUTF8W(std::string_view text);
+
+/** The name of a file, whose bytes may be anything: each byte that belongs to no well-formed sequence becomes
+ * a lone surrogate, U+DC80 to U+DCFF, of which ConvertToUTF8 makes the same byte again. */
+[[nodiscard]] std::wstring PathFromBytes(std::string_view bytes);
+/** A path, or a text with one in it, as people may see it: U+FFFD for each such surrogate, which the toolkit
+ * cannot show. */
+[[nodiscard]] std::wstring ShownText(std::wstring text);
 
 }  // namespace file_util_ex

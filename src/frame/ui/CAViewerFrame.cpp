@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "base/text/lng.h"
+#include "base/text/utf8_text.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
 #include "export/pov/ui/pov_export_command.h"
@@ -173,10 +174,10 @@ void CAViewerFrame::ShowCommandStates() {
     ShowStates(*m_toolBar, stateOf);
 }
 
-void CAViewerFrame::OpenByPath(const std::wstring& path) {
+void CAViewerFrame::OpenByPath(const std::wstring& path, const std::function<void(const CError&)>& failed) {
     OnOpening();  // from the first picture on
-    m_view->WhenReady([this, path] {
-        m_files->OpenByPath(path);
+    m_view->WhenReady([this, path, failed] {
+        if (!m_files->OpenByPath(path) && failed) failed(m_view->GetEngine().LastError());
         EndCommand();
     });
 }
@@ -281,6 +282,10 @@ void CAViewerFrame::ExportPov() {
 }
 
 // --- what is told ---------------------------------------------------------------------------------------
+
+void CAViewerFrame::ShowTitle(const std::wstring& title) {
+    SetTitle(file_util_ex::ShownText(title));
+}
 
 void CAViewerFrame::ShowRunning(int commandId) {
     m_state.runningCommand = commandId;

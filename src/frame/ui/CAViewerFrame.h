@@ -4,10 +4,12 @@
 #include <wx/aui/framemanager.h>
 #include <wx/frame.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "base/CResult.h"
 #include "frame/command_states.h"
 #include "frame/ui/CFileCommands.h"
 #include "view/CKeyDownListener.h"
@@ -27,8 +29,9 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
 
     /** False when the display gave no OpenGL window; nothing else may be called then. */
     [[nodiscard]] bool HasView() const;
-    /** Opens a file as the Open command does, once the view can. */
-    void OpenByPath(const std::wstring& path);
+    /** Opens a file as the Open command does, once the view can. failed, if there is one, is told why it cannot be
+     * opened, beside what the window shows. */
+    void OpenByPath(const std::wstring& path, const std::function<void(const CError&)>& failed = {});
     /** Puts what the next start shows again into the settings' store: the window's place and
      * the recent files. */
     void KeepState();
@@ -70,7 +73,7 @@ class CAViewerFrame final : public wxFrame, private CKeyDownListener, private CF
     void OnViewKeyDown(int keyCode) override;
     void OnViewLeftButtonDown() override {}
     void OnViewRightButtonDown() override;
-    void ShowTitle(const std::wstring& title) override { SetTitle(title); }
+    void ShowTitle(const std::wstring& title) override;
     void ShowRunning(int commandId) override;
     void OnOpening() override;
     void OnOpened() override;

@@ -75,7 +75,7 @@ int Run(const CRenderOptions& options) {
     const CClock::time_point start = CClock::now();
     C3dsDisplayWrap engine;
     engine.SetViewingOnly(true);
-    const std::wstring path = file_util_ex::ConvertFromUTF8W(options.input);
+    const std::wstring path = file_util_ex::PathFromBytes(options.input);
     // Starting OpenGL takes as long as reading a middling file, so both go on at once.
     std::future<bool> opened = std::async(std::launch::async, [&] { return engine.OpenModel(path.c_str()); });
     CResult<COffscreenContext> made =

@@ -14,8 +14,9 @@
 #include "widgets/file_dialog_text.h"
 #include "widgets/ui/file_chooser.h"
 
-using file_util_ex::ConvertFromUTF8W;
 using file_util_ex::ConvertToUTF8;
+using file_util_ex::PathFromBytes;
+using file_util_ex::ShownText;
 
 namespace {
 
@@ -61,7 +62,7 @@ std::wstring CBXFileDialogI::LaunchSaveDialog(wxWindow* parent, std::wstring_vie
     file_chooser::SetFilters(dialog, filters);
     file_chooser::FollowFilter(dialog, filters);
     file_chooser::SetFolder(dialog, StartFolder(initialFolder));
-    file_chooser::SetName(dialog, ConvertToUTF8(file_util_ex::GetFileName(defaultName)));
+    file_chooser::SetName(dialog, ConvertToUTF8(ShownText(file_util_ex::GetFileName(defaultName))));
 
     // Asked while the dialog stands, so that a No leads back to it; and here, as the desktop's own question
     // would be about the name before its extension.
@@ -70,7 +71,7 @@ std::wstring CBXFileDialogI::LaunchSaveDialog(wxWindow* parent, std::wstring_vie
         wxEVT_BUTTON,
         [&](wxCommandEvent& event) {
             path = file_dialog_text::AddExtension(
-                ConvertFromUTF8W(file_chooser::ChosenPath(dialog)),
+                PathFromBytes(file_chooser::ChosenPath(dialog)),
                 file_dialog_text::ExtensionFor(filters, dialog.GetFilterIndex(), defaultExtension));
             event.Skip(MayWrite(path));
         },

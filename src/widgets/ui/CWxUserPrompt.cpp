@@ -5,6 +5,8 @@
 #include <wx/msgdlg.h>
 #include <wx/utils.h>
 
+#include "base/text/utf8_text.h"
+
 CWxUserPrompt::CWxUserPrompt() {
     m_modalDialogs.Register();
 }
@@ -12,7 +14,8 @@ CWxUserPrompt::CWxUserPrompt() {
 int CWxUserPrompt::Show(const std::wstring& text, long style) const {
     // A box over the top window alone would open behind a dialog that asks.
     wxWindow* parent = m_modalDialogs.Last();
-    return wxMessageBox(text, wxTheApp->GetAppName(), style, parent ? parent : wxTheApp->GetTopWindow());
+    return wxMessageBox(file_util_ex::ShownText(text), wxTheApp->GetAppName(), style,
+                        parent ? parent : wxTheApp->GetTopWindow());
 }
 
 void CWxUserPrompt::ShowMessage(const std::wstring& text) {

@@ -20,6 +20,9 @@ class Utf8TextTest : public testing::TestWithParam<CUtf8Case> {};
 TEST_P(Utf8TextTest, ReadsAsCharacters) {
     EXPECT_EQ(ConvertFromUTF8W(GetParam().bytes), GetParam().text);
     EXPECT_EQ(utf8_text::Decode(GetParam().bytes).has_value(), GetParam().isSound);
+    const std::wstring path = file_util_ex::PathFromBytes(GetParam().bytes);
+    EXPECT_EQ(ConvertToUTF8(path), GetParam().bytes);
+    EXPECT_EQ(file_util_ex::ShownText(path), GetParam().text);
 }
 
 const CUtf8Case kUtf8[] = {

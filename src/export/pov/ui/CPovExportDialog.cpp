@@ -36,7 +36,8 @@ CPovExportDialog::CPovExportDialog(wxWindow* parent, const C3ds2Pov::COutFormat&
       m_open(new wxButton(this, kIdOpen, lng::Text("Open with POV-RAY"))),
       m_close(new wxButton(this, kIdClose, lng::Text("Close"))) {
     SetAccessibleName(*m_bar, GetTitle().ToStdWstring());
-    SetTitle(lng::Text("3ds File Export Status -") + CSettings::Instance().povLastName);
+    SetTitle(lng::Text("3ds File Export Status -") +
+             file_util_ex::ShownText(CSettings::Instance().povLastName));
     m_open->Disable();
     m_close->Disable();
     SetEscapeId(kIdClose);
@@ -82,7 +83,11 @@ void CPovExportDialog::OpenWithPovRay() {
     if (!m_open->IsEnabled()) return;  // the second click of a double one
     m_open->Disable();
     const wxLogNull quiet;
-    if (!std_file_paths::LaunchBrowser(CSettings::Instance().povLastName)) {
+    bool opened = false;
+    RunJob([&opened](CJobProgress&) {
+        opened = std_file_paths::LaunchBrowser(CSettings::Instance().povLastName).HasValue();
+    });
+    if (!opened) {
         CUserPrompt::Instance().ShowMessage(pov_hand_over::WhyNot(pov_hand_over::WhatIsThere()));
     }
     QueueEvent(new wxCommandEvent(wxEVT_BUTTON, kIdClose));

@@ -60,7 +60,7 @@ std::wstring C3DSFileDlgI::LaunchDialog(wxWindow* parent, std::wstring_view star
     // preview is beside it.
     const CPreviewControl preview(GTK_FILE_CHOOSER(dialog.GetHandle()), Background(), Cache());
     if (dialog.ShowModal() != wxID_OK) return {};
-    std::wstring path = file_util_ex::ConvertFromUTF8W(file_chooser::ChosenPath(dialog));
+    std::wstring path = file_util_ex::PathFromBytes(file_chooser::ChosenPath(dialog));
     CLocalRegStore::WriteString("3dsFileDialog", "Path", std::wstring_view(file_util_ex::GetFilePath(path)));
     return path;
 }

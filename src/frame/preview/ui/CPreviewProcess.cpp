@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "frame/preview/ui/CPreviewProcess.h"
 
-#include <wx/process.h>
-#include <wx/stream.h>
-#include <wx/utils.h>
-
-#include <array>
 #include <utility>
 
 #include "files/file_util_ex.h"
@@ -13,17 +8,8 @@
 
 namespace {
 
-constexpr int kPipePeriodMs = 50;
-constexpr unsigned kLowPriority = 70;  // of 100; 50 is ours
+constexpr int kPipePeriodMs = 25;
 constexpr std::size_t kMaxTextBytes = 4 << 20;
-
-// Reads what is there, and waits for nothing.
-void Read(wxInputStream* from, std::string& into) {
-    std::array<char, 4096> buffer;
-    while (from && from->CanRead() && from->Read(buffer.data(), buffer.size()).LastRead() > 0) {
-        if (into.size() < kMaxTextBytes) into.append(buffer.data(), from->LastRead());
-    }
-}
 
 std::string BackgroundText(const CPreviewRequest& request) {
     const auto& [red, green, blue] = request.background;
@@ -32,27 +18,13 @@ std::string BackgroundText(const CPreviewRequest& request) {
 
 }  // namespace
 
-class CPreviewProcess::CChild final : public wxProcess {
-  public:
-    explicit CChild(CPreviewProcess& owner) : wxProcess(wxPROCESS_REDIRECT), m_owner(&owner) {}
-    void Leave() { m_owner = nullptr; }
-    void OnTerminate(int, int status) override {
-        if (m_owner) m_owner->OnChildEnded(status);
-        delete this;
-    }
-
-  private:
-    CPreviewProcess* m_owner;
-};
-
 CPreviewProcess::CPreviewProcess(CEnded ended)
     : m_ended(std::move(ended)), m_folder(std_file_paths::GetTempFilePath("open-preview")) {
-    m_pipeTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ReadPipes(); });
+    m_pipeTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { LookAfterChild(); });
 }
 
 CPreviewProcess::~CPreviewProcess() {
     Kill();
-    if (m_child) m_child->Leave();
     file_util_ex::Rmdir(m_folder);
 }
 
@@ -62,43 +34,32 @@ bool CPreviewProcess::Start(const CPreviewRequest& request) {
     file_util_ex::DeleteFileW(PicturePath());
     const std::string side = std::to_string(request.sidePx);
     const std::string size = side + "x" + side;
-    const std::string background = BackgroundText(request);
-    const std::string picture = PicturePath();
-    const std::array<const char*, 9> arguments = {program.c_str(),
-                                                  "--stats",
-                                                  "--size",
-                                                  size.c_str(),
-                                                  "--background",
-                                                  background.c_str(),
-                                                  request.modelPath.c_str(),
-                                                  picture.c_str(),
-                                                  nullptr};
-    auto child = std::make_unique<CChild>(*this);
-    child->SetPriority(kLowPriority);
-    m_pid = wxExecute(arguments.data(), wxEXEC_ASYNC, child.get());
-    if (m_pid <= 0) return false;
-    m_child = child.release();
-    m_child->CloseOutput();
+    const std::string folder = file_util_ex::GetFilePath(request.modelPath);
+    CResult<CStartedProgram> started =
+        StartProgram({program,
+                      {"--stats", "--size", size, "--background", BackgroundText(request), "--",
+                       request.modelPath, PicturePath()},
+                      folder,
+                      true});
+    if (!started) return false;
+    m_child.emplace(std::move(started.Value()));
     m_request = request;
-    m_outcome = {0, {}, {}, picture};
+    m_outcome = {0, {}, {}, PicturePath()};
     m_pipeTimer.Start(kPipePeriodMs);
     return true;
 }
 
 void CPreviewProcess::Kill() {
-    if (m_child) wxProcess::Kill(static_cast<int>(m_pid), wxSIGKILL);
+    if (m_child) m_child->Kill();
 }
 
-void CPreviewProcess::ReadPipes() {
+void CPreviewProcess::LookAfterChild() {
     if (!m_child) return;
-    Read(m_child->GetInputStream(), m_outcome.output);
-    Read(m_child->GetErrorStream(), m_outcome.errors);
-}
-
-void CPreviewProcess::OnChildEnded(int exitCode) {
+    const std::optional<int> exitCode = m_child->ExitCode();  // first, so that its last words are read
+    m_child->ReadOutput(m_outcome.output, m_outcome.errors, kMaxTextBytes);
+    if (!exitCode) return;
     m_pipeTimer.Stop();
-    ReadPipes();
-    m_child = nullptr;
-    m_outcome.exitCode = exitCode;
+    m_child.reset();
+    m_outcome.exitCode = *exitCode;
     m_ended(m_request, m_outcome);
 }

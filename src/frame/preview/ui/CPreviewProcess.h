@@ -4,9 +4,10 @@
 #include <wx/timer.h>
 
 #include <functional>
-#include <memory>
+#include <optional>
 #include <string>
 
+#include "files/start_program.h"
 #include "frame/preview/CPreviewRequest.h"
 #include "frame/preview/CPreviewWorker.h"
 #include "frame/preview/preview_facts.h"
@@ -26,16 +27,13 @@ class CPreviewProcess final : public CPreviewWorker {
     void Kill() override;
 
   private:
-    class CChild;
     [[nodiscard]] std::string PicturePath() const { return m_folder + "/preview.png"; }
-    void OnChildEnded(int exitCode);
-    /** Keeps the child from waiting for a full pipe. */
-    void ReadPipes();
+    /** Sees its end, and keeps it from waiting for a full pipe. */
+    void LookAfterChild();
 
     CEnded m_ended;
-    std::string m_folder;       // of its own, so that a killed child's remains go with it
-    CChild* m_child = nullptr;  // deletes itself when the process has ended
-    long m_pid = 0;
+    std::string m_folder;  // of its own, so that a killed child's remains go with it
+    std::optional<CStartedProgram> m_child;
     CPreviewRequest m_request;
     preview_facts::COutcome m_outcome;
     wxTimer m_pipeTimer;

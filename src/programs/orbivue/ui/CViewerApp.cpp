@@ -6,18 +6,19 @@
 #include <wx/log.h>
 #include <wx/msgout.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <optional>
-#include <system_error>
+#include <utility>
 #include <vector>
 
 #include "base/process_memory.h"
 #include "base/text/lng.h"
 #include "files/file_util_ex.h"
+#include "files/start_program.h"
 #include "files/std_file_paths.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "programs/orbivue/command_line.h"
@@ -39,12 +40,41 @@ std::optional<int> s_exitCode;
 void Complain(const char* sentence) {
     std::fprintf(stderr, "%s: %s\n", kAppName, sentence);
 }
-
-std::vector<std::wstring> Arguments(int argc, wxChar** argv) {
-    std::vector<std::wstring> arguments;
-    for (int i = 1; i < argc; ++i) arguments.emplace_back(argv[i]);
-    return arguments;
+void Complain(const CError& error) {
+    Complain(file_util_ex::ConvertToUTF8(lng::Text(error)).c_str());
 }
+
+/** Swallows what a trial of the command line would say. */
+class CNoMessages final : public wxMessageOutput {
+  public:
+    void Output(const wxString&) override {}
+};
+
+/** Messages on standard error: a box would be the default, and there may be no windows. */
+void PrintMessages(FILE* stream = stderr) {
+    delete wxMessageOutput::Set(new wxMessageOutputStderr(stream));
+}
+
+/** A variable of this process's own, as long as this lives. */
+class CVariableGuard {
+  public:
+    CVariableGuard(const char* name, const char* value) : m_name(name) {
+        if (const char* before = std::getenv(name)) m_before = before;
+        setenv(name, value, 1);
+    }
+    CVariableGuard(const CVariableGuard&) = delete;
+    CVariableGuard& operator=(const CVariableGuard&) = delete;
+    ~CVariableGuard() {
+        if (m_before)
+            setenv(m_name, m_before->c_str(), 1);
+        else
+            unsetenv(m_name);
+    }
+
+  private:
+    const char* m_name;
+    std::optional<std::string> m_before;
+};
 
 /** The description of -c keeps its run of blanks: it lines the example up. */
 constexpr const char* kConvertText = lng::Mark(
@@ -55,11 +85,12 @@ constexpr const char* kConvertText = lng::Mark(
 wxIMPLEMENT_APP_NO_MAIN(CViewerApp);
 
 int main(int argc, char** argv) {
+    const CUserEnvironment environment;
     // As names of files are, whatever the locale: the toolkit takes them for Latin-1 in that of scripts, "C".
     std::vector<std::wstring> arguments;
     const auto count = static_cast<std::size_t>(argc);
     arguments.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) arguments.push_back(file_util_ex::ConvertFromUTF8W(argv[i]));
+    for (std::size_t i = 0; i < count; ++i) arguments.push_back(file_util_ex::PathFromBytes(argv[i]));
     std::vector<wchar_t*> pointers;
     pointers.reserve(count + 1);
     for (std::wstring& argument : arguments) pointers.push_back(argument.data());
@@ -77,17 +108,32 @@ CViewerApp::CViewerApp() {
 }
 
 bool CViewerApp::Initialize(int& argc, wxChar** argv) {
-    m_withoutWindows = NeedsNoWindow(Arguments(argc, argv));
-    if (m_withoutWindows) return wxAppConsole::Initialize(argc, argv);
+    std::vector<wchar_t*> ours = WithoutToolkitOptions({argv, argv + argc});
+    m_withoutWindows = !AsksForWindow(ours);
+    if (m_withoutWindows) {
+        argc = static_cast<int>(ours.size());
+        ours.push_back(nullptr);
+        std::ranges::copy(ours, argv);
+        return wxAppConsole::Initialize(argc, argv);
+    }
 #if defined(__WXGTK__) && !wxUSE_GLCANVAS_EGL
     // This toolkit's OpenGL windows speak GLX alone; on a Wayland desktop they work through its X server.
-    setenv("GDK_BACKEND", "x11", 1);
+    const CVariableGuard backend("GDK_BACKEND", "x11");
 #endif
     const wxLogNull quiet;  // the toolkit's own words name no way out
     if (wxApp::Initialize(argc, argv)) return true;
     Complain("there is no display to open a window on; orbivue-render draws models without one.");
     s_exitCode = kExitNoDisplay;
     return false;
+}
+
+bool CViewerApp::AsksForWindow(std::vector<wchar_t*> arguments) {
+    wxCmdLineParser parser(static_cast<int>(arguments.size()), arguments.data());
+    OnInitCmdLine(parser);
+    delete wxMessageOutput::Set(new CNoMessages);
+    const bool makesSense = parser.Parse(false) == 0;
+    PrintMessages();
+    return makesSense && !parser.Found("c") && !parser.Found("version");
 }
 
 void CViewerApp::CleanUp() {
@@ -103,12 +149,12 @@ void CViewerApp::OnInitCmdLine(wxCmdLineParser& parser) {
     };
     parser.AddSwitch("h", lng::Text("help"), lng::Text("Shows this help"), wxCMD_LINE_OPTION_HELP);
     parser.AddSwitch("c", lng::Text("convert"), lng::Text(kConvertText));
+    // Unseen in the summary.
+    parser.AddLongSwitch("version", {}, wxCMD_LINE_HIDDEN);
     parameter(lng::Mark("3ds input file"), wxCMD_LINE_PARAM_OPTIONAL);
     // As many as there are: a path may hold more than one blank.
     parameter(lng::Mark("POV-Ray output file"), wxCMD_LINE_PARAM_OPTIONAL | wxCMD_LINE_PARAM_MULTIPLE);
     parser.SetSwitchChars("-");
-    // A message box would be the default, and there may be no windows.
-    delete wxMessageOutput::Set(new wxMessageOutputStderr);
 }
 
 bool CViewerApp::OnCmdLineParsed(wxCmdLineParser& parser) {
@@ -116,9 +162,15 @@ bool CViewerApp::OnCmdLineParsed(wxCmdLineParser& parser) {
         m_helpRequested = true;
         return false;
     }
+    if (parser.Found("version")) {
+        s_exitCode = std::printf("%s %s\n", kAppName, ORBIVUE_VERSION) > 0 && std::fflush(stdout) == 0
+                         ? kExitDone
+                         : kExitFailed;
+        return false;
+    }
     std::vector<std::wstring> parameters;
     for (std::size_t i = 0; i < parser.GetParamCount(); ++i)
-        parameters.push_back(parser.GetParam(i).ToStdWstring());
+        parameters.push_back(PathOfParameter(parser.GetParam(i).ToStdWstring()));
     if (parser.Found("c")) {
         const std::optional<CConversionPaths> paths = ConversionPathsOf(parameters);
         m_convert = paths.has_value();
@@ -137,7 +189,7 @@ bool CViewerApp::OnCmdLineParsed(wxCmdLineParser& parser) {
 
 bool CViewerApp::OnCmdLineHelp(wxCmdLineParser& parser) {
     s_exitCode = kExitDone;
-    delete wxMessageOutput::Set(new wxMessageOutputStderr(stdout));
+    PrintMessages(stdout);
     return wxApp::OnCmdLineHelp(parser);
 }
 
@@ -171,13 +223,12 @@ bool CViewerApp::ShowFrame() {
     SetTopWindow(frame);
     ShowFirst(*frame);
     EndOrderlyOnSignals();
-    if (!m_inputPath.empty() && file_util_ex::DoesFileExist(m_inputPath)) {
-        // The list of recent files outlives the current folder.
-        std::error_code error;
-        const std::string folder = std::filesystem::current_path(error).string();
-        frame->OpenByPath(file_util_ex::MakeAbsolute(file_util_ex::ConvertFromUTF8W(folder), m_inputPath));
-    }
-    m_inputPath.clear();
+    const CResult<std::wstring> model = ModelToOpen(std::exchange(m_inputPath, {}));
+    const auto complain = [](const CError& error) { Complain(error); };
+    if (model)
+        frame->OpenByPath(model.Value(), complain);
+    else if (!model.Error().message.empty())
+        Complain(model.Error());
     return true;
 }
 

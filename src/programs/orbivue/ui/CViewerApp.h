@@ -4,6 +4,7 @@
 #include <wx/app.h>
 
 #include <string>
+#include <vector>
 
 /** The program: reads the command line and the settings, and either converts a model to POV-Ray, or shows the
  * frame, opens the model named, and writes the settings back at the end. For a conversion and for help it
@@ -12,7 +13,8 @@ class CViewerApp final : public wxApp {
   public:
     CViewerApp();
 
-    /** False, after one sentence on the error output, when there is no display. */
+    /** Judges the command line first. False, after one sentence on the error output, when it asks for a window and
+     * there is no display. */
     bool Initialize(int& argc, wxChar** argv) override;
     void CleanUp() override;
     void OnInitCmdLine(wxCmdLineParser& parser) override;
@@ -22,6 +24,8 @@ class CViewerApp final : public wxApp {
     int OnExit() override;
 
   private:
+    /** False for help, the version, a conversion, and a command line that makes no sense. */
+    [[nodiscard]] bool AsksForWindow(std::vector<wchar_t*> arguments);
     void LoadSettings();
     bool ShowFrame();
     void EndOrderlyOnSignals();
