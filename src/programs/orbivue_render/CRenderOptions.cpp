@@ -224,6 +224,7 @@ CResult<CRenderOptions> ParseRenderOptions(std::span<const std::string> argument
     std::vector<std::string> words{"orbivue-render"};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
+    argv.reserve(words.size() + 1);
     for (std::string& word : words) argv.push_back(word.data());
     argv.push_back(nullptr);
 
