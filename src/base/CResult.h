@@ -16,6 +16,7 @@ enum class EErrorCode {
     WriteFailed,  ///< the system did not take all bytes
     NoGraphics,   ///< no OpenGL context can be had
     BadArgument,  ///< the caller's values make no sense
+    Cancelled,    ///< somebody asked for an early end
 };
 
 /** One failure. lng::Text gives its line in the language in force. */

@@ -42,7 +42,8 @@ ssize_t ReadSome(int fd, std::byte* to, std::size_t count) {
 }  // namespace
 
 CResult<std::vector<std::byte>> ReadWholeFile(std::string_view path, std::uint64_t maxBytes,
-                                              const CFirstBytesJudge& wantsRest) {
+                                              const CFirstBytesJudge& wantsRest,
+                                              const std::atomic<bool>* cancelled) {
     const CFileDescriptor file(
         ::open(std::string(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat info = {};
@@ -57,6 +58,8 @@ CResult<std::vector<std::byte>> ReadWholeFile(std::string_view path, std::uint64
     const auto whole = static_cast<std::size_t>(std::min(told, maxBytes) + 1);
     bytes.reserve(told == 0 ? kChunkBytes : std::min(whole, kChunkBytes));  // a device tells 0
     while (true) {
+        if (cancelled && *cancelled)
+            return CError{EErrorCode::Cancelled, lng::Mark("cancelled"), std::string(path)};
         const std::size_t used = bytes.size();
         const std::size_t room = bytes.capacity() > used ? bytes.capacity() - used : kChunkBytes;
         bytes.resize(used + std::min(room, kChunkBytes));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -76,10 +77,11 @@ bool GetSubDirs(std::wstring_view folder, std::vector<std::wstring>& folders);
 using CFirstBytesJudge = std::function<bool(std::span<const std::byte>)>;
 /** The bytes of a file, however its size changes meanwhile. Over maxBytes: TooLarge, and no more than that is
  * read. A pipe or device is read to its end; one that is silent for two seconds is Unreadable. wantsRest, if
- * there is one, is asked once with what the first read gave, which may be a byte; says it no, that is all. */
+ * there is one, is asked once with what the first read gave, which may be a byte; says it no, that is all.
+ * cancelled, which may be null and which another thread may set, ends the reading with Cancelled. */
 [[nodiscard]] CResult<std::vector<std::byte>> ReadWholeFile(
     std::string_view path, std::uint64_t maxBytes = std::numeric_limits<std::uint64_t>::max(),
-    const CFirstBytesJudge& wantsRest = {});
+    const CFirstBytesJudge& wantsRest = {}, const std::atomic<bool>* cancelled = nullptr);
 /** Replaces the file in one step, as CAtomicFile does: after a failure the old file is as before. */
 [[nodiscard]] CStatus WriteFileAtomically(std::string_view path, std::span<const std::byte> bytes);
 [[nodiscard]] CStatus WriteFileAtomically(std::string_view path, std::string_view text);

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <atomic>
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <string_view>
 #include <vector>
 
@@ -13,8 +16,12 @@
  * CError. Paths are UTF-8. */
 class CSceneReader {
   public:
-    /** Opens by content and extension: a 3DS file, a zip archive that holds one, or an OBJ file. */
-    [[nodiscard]] static CResult<CScene> ReadFile(std::string_view path);
+    /** Opens by content and extension: a 3DS file, a zip archive that holds one, or an OBJ file. A file of more
+     * than maxBytes is TooLarge. cancelled may be null; another thread may set it, and reading then ends soon
+     * with Cancelled, converting an OBJ file apart. */
+    [[nodiscard]] static CResult<CScene> ReadFile(
+        std::string_view path, std::uint64_t maxBytes = std::numeric_limits<std::uint64_t>::max(),
+        const std::atomic<bool>* cancelled = nullptr);
     /** Reads a 3DS image that somebody holds in memory; textures are found in the locator alone. */
     [[nodiscard]] static CResult<CScene> ReadBytes(std::vector<std::byte> bytes,
                                                    CTextureLocator textures = {});

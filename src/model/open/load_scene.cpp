@@ -26,34 +26,63 @@ CError OutOfMemory(std::string_view path) {
     return {EErrorCode::TooLarge, lng::Mark("not enough memory to open it"), std::string(path)};
 }
 
-CLoadedScene Prepare(CScene scene, double readMs, CLoadProgress* progress) {
+CError Cancelled(std::string_view path) {
+    return {EErrorCode::Cancelled, lng::Mark("cancelled"), std::string(path)};
+}
+
+CError TooLarge(std::string_view path) {
+    return {EErrorCode::TooLarge, lng::Mark("the scene needs more memory than it may take"),
+            std::string(path)};
+}
+
+/** What the arrays of a scene take as they were read. */
+std::uint64_t BytesOf(const CScene& scene) {
+    std::uint64_t bytes = 0;
+    for (const CMeshView& mesh : scene.Meshes())
+        bytes += mesh.pointCount * mesh.pointStride + mesh.texelCount * mesh.texelStride +
+                 mesh.faceCount * (mesh.faceStride + mesh.smoothingStride + sizeof(std::uint16_t));
+    return bytes;
+}
+
+CResult<CLoadedScene> Prepare(CScene scene, double readMs, CLoadProgress* progress, const CLoadLimits& limits,
+                              std::string_view path) {
     const CStopwatch watch;
+    const std::uint64_t taken = BytesOf(scene);
+    if (taken > limits.bytes) return TooLarge(path);
+    std::atomic<std::int64_t> bytesLeft{static_cast<std::int64_t>(limits.bytes - taken)};
     if (progress) {
         progress->meshCount = static_cast<unsigned>(scene.Meshes().size());
         progress->phase = CLoadProgress::EPhase::Preparing;
     }
     CPrepareOptions options;
+    options.threads = limits.threads;
     options.meshesDone = progress ? &progress->meshesDone : nullptr;
+    options.cancelled = progress ? &progress->cancelled : nullptr;
+    options.bytesLeft = &bytesLeft;
     CPreparedScene prepared = PrepareScene(scene, options);
-    return {std::move(scene), std::move(prepared), readMs, watch.Ms()};
+    if (progress && progress->cancelled) return Cancelled(path);
+    if (bytesLeft < 0) return TooLarge(path);
+    return CLoadedScene{std::move(scene), std::move(prepared), readMs, watch.Ms()};
 }
 
 }  // namespace
 
-CResult<CLoadedScene> LoadScene(std::string_view path, CLoadProgress* progress) {
+CResult<CLoadedScene> LoadScene(std::string_view path, CLoadProgress* progress, const CLoadLimits& limits) {
     try {
         const CStopwatch watch;
-        CResult<CScene> read = CSceneReader::ReadFile(path);
+        CResult<CScene> read =
+            CSceneReader::ReadFile(path, limits.bytes, progress ? &progress->cancelled : nullptr);
         if (!read) return read.Error();
-        return Prepare(std::move(read).Value(), watch.Ms(), progress);
+        if (progress && progress->cancelled) return Cancelled(path);
+        return Prepare(std::move(read).Value(), watch.Ms(), progress, limits, path);
     } catch (const std::exception&) {
         return OutOfMemory(path);
     }
 }
 
-CResult<CLoadedScene> LoadScene(CScene scene, CLoadProgress* progress) {
+CResult<CLoadedScene> LoadScene(CScene scene, CLoadProgress* progress, const CLoadLimits& limits) {
     try {
-        return Prepare(std::move(scene), 0, progress);
+        return Prepare(std::move(scene), 0, progress, limits, {});
     } catch (const std::exception&) {
         return OutOfMemory({});
     }

@@ -9,6 +9,7 @@
 
 #include "base/jobs/parallel_for.h"
 #include "base/text/lng.h"
+#include "model/prepare/prepare_scene.h"
 #include "model/scene/CNoteList.h"
 #include "model/scene/CScene.h"
 #include "picture/image_codec.h"
@@ -126,9 +127,10 @@ void PrepareMaterials(const CScene& scene, CPreparedScene& prepared) {
     prepared.materials.emplace_back();
 }
 
-void LoadTextures(const CScene& scene, unsigned threads, CPreparedScene& prepared) {
+void LoadTextures(const CScene& scene, const CPrepareOptions& options, CPreparedScene& prepared) {
     std::vector<CSceneNote> problems(prepared.textures.size());
-    ParallelFor(prepared.textures.size(), threads, [&](std::size_t i) {
+    ParallelFor(prepared.textures.size(), options.threads, [&](std::size_t i) {
+        if (options.IsStopped()) return;
         CPreparedTexture& texture = prepared.textures[i];
         const std::string name = CNoteList::Printable(texture.reference);
         const std::optional<CTextureHit> hit = scene.Textures().Find(texture.reference);
@@ -144,6 +146,7 @@ void LoadTextures(const CScene& scene, unsigned threads, CPreparedScene& prepare
         }
         texture.foundAt = hit->foundAt;
         texture.image = std::move(image).Value();
+        options.Spend(texture.image.rgba.size());
         texture.hasTranslucency = HasTranslucency(texture.image);
     });
     for (CSceneNote& problem : problems) {

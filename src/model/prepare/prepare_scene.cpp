@@ -21,6 +21,11 @@ bool HasAnyMap(const CPreparedMaterial& m) {
            m.bump.HasEffect();
 }
 
+std::size_t BytesOf(const CPreparedMesh& mesh) {
+    return mesh.vertices.size() * sizeof mesh.vertices[0] + mesh.texCoords.size() * sizeof mesh.texCoords[0] +
+           mesh.IndexCount() * sizeof(std::uint32_t);
+}
+
 void PrepareMeshes(const CScene& scene, const CPrepareOptions& options, CPreparedScene& prepared) {
     const auto defaultMaterial = static_cast<std::uint32_t>(prepared.materials.size() - 1);
     std::vector<bool> mapped;
@@ -28,10 +33,12 @@ void PrepareMeshes(const CScene& scene, const CPrepareOptions& options, CPrepare
     const std::vector<CMeshView>& views = scene.Meshes();
     prepared.meshes.resize(views.size());
     ParallelFor(views.size(), options.threads, [&](std::size_t i) {
+        if (options.IsStopped()) return;
         const auto usesMap = [&](std::uint16_t m) { return m != CMeshView::kNoMaterial && mapped[m]; };
         const auto& used = views[i].faceMaterials;
         prepared.meshes[i] =
             PrepareMesh(views[i], defaultMaterial, std::any_of(used.begin(), used.end(), usesMap));
+        options.Spend(BytesOf(prepared.meshes[i]));
         if (options.meshesDone) ++*options.meshesDone;
     });
     for (const CMeshView& view : views) prepared.vertexCount += view.pointCount;
@@ -125,8 +132,10 @@ CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options)
                                 file.background.solid.col[2]};
     PrepareMaterials(scene, prepared);
     PrepareMeshes(scene, options, prepared);
+    if (options.IsStopped()) return prepared;
     if (options.loadTextures) {
-        LoadTextures(scene, options.threads, prepared);
+        LoadTextures(scene, options, prepared);
+        if (options.IsStopped()) return prepared;
         ReplaceBlackWithoutPicture(prepared);
     }
     DecideBlending(prepared);
