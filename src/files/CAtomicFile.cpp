@@ -97,6 +97,20 @@ CResult<CAtomicFile> CAtomicFile::Create(std::string_view path) {
     if (const int refusal = exists ? RefusalOf(target, old) : 0; refusal != 0)
         return WriteError(path, refusal);
 
+    CResult<CAtomicFile> made = Open(std::move(target), path);
+    if (made && exists && !KeepPermissions(made.Value().m_file.Get(), old)) return WriteError(path, errno);
+    return made;
+}
+
+CResult<CAtomicFile> CAtomicFile::CreateNew(std::string_view path) {
+    struct stat old = {};
+    if (::lstat(std::string(path).c_str(), &old) == 0) return WriteError(path, EEXIST);
+    CResult<CAtomicFile> made = Open(std::string(path), path);
+    if (made) made.Value().m_mustBeNew = true;
+    return made;
+}
+
+CResult<CAtomicFile> CAtomicFile::Open(std::string target, std::string_view path) {
     CFileDescriptor file = OpenWithoutName(target);
     std::string name;
     for (int i = 0; i < kMaxNames && !file.IsOpen(); ++i) {
@@ -106,9 +120,7 @@ CResult<CAtomicFile> CAtomicFile::Create(std::string_view path) {
         if (!file.IsOpen() && errno != EEXIST) return WriteError(path, errno);
     }
     if (!file.IsOpen()) return WriteError(path, EEXIST);
-    CAtomicFile made(std::move(target), std::move(name), std::move(file));
-    if (exists && !KeepPermissions(made.m_file.Get(), old)) return WriteError(path, errno);
-    return made;
+    return CAtomicFile(std::move(target), std::move(name), std::move(file));
 }
 
 CAtomicFile::CAtomicFile(std::string target, std::string tempName, CFileDescriptor file)
@@ -117,6 +129,7 @@ CAtomicFile::CAtomicFile(std::string target, std::string tempName, CFileDescript
 CAtomicFile::CAtomicFile(CAtomicFile&& other) noexcept
     : m_target(std::move(other.m_target)),
       m_tempName(std::exchange(other.m_tempName, {})),
+      m_mustBeNew(other.m_mustBeNew),
       m_file(std::move(other.m_file)),
       m_gathered(std::move(other.m_gathered)),
       m_error(std::move(other.m_error)) {}
@@ -148,11 +161,17 @@ CStatus CAtomicFile::Commit() {
     if (!m_error && ::fsync(m_file.Get()) != 0) Fail(errno);
     if (!m_error && m_tempName.empty() && !NameIt()) Fail(errno);
     if (!m_error && !m_file.Close()) Fail(errno);
-    if (!m_error && ::rename(m_tempName.c_str(), m_target.c_str()) != 0) Fail(errno);
+    if (!m_error && !TakeTarget()) Fail(errno);
     if (m_error) return *m_error;
     m_tempName.clear();
     SyncFolderOf(m_target);
     return CDone{};
+}
+
+bool CAtomicFile::TakeTarget() {
+    if (!m_mustBeNew) return ::rename(m_tempName.c_str(), m_target.c_str()) == 0;
+    // Unlike rename, link takes no name that something has.
+    return ::link(m_tempName.c_str(), m_target.c_str()) == 0 && ::unlink(m_tempName.c_str()) == 0;
 }
 
 bool CAtomicFile::NameIt() {

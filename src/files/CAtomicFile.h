@@ -23,6 +23,9 @@ class CAtomicFile {
   public:
     /** path is UTF-8; its folder must exist. */
     [[nodiscard]] static CResult<CAtomicFile> Create(std::string_view path);
+    /** The same for a name that nothing has, now or at Commit, be it a link that leads nowhere: such a thing
+     * stays as it is, and Create or Commit fails. */
+    [[nodiscard]] static CResult<CAtomicFile> CreateNew(std::string_view path);
     CAtomicFile(CAtomicFile&& other) noexcept;
     CAtomicFile& operator=(CAtomicFile&&) = delete;
     ~CAtomicFile();
@@ -36,13 +39,16 @@ class CAtomicFile {
 
   private:
     CAtomicFile(std::string target, std::string tempName, CFileDescriptor file);
+    [[nodiscard]] static CResult<CAtomicFile> Open(std::string target, std::string_view path);
     bool NameIt();
+    bool TakeTarget();
     bool Flush(std::span<const std::byte> bytes);
     void Fail(int errorNumber);
     void Discard();
 
     std::string m_target;
     std::string m_tempName;  ///< empty when there is no temporary name to delete
+    bool m_mustBeNew = false;
     CFileDescriptor m_file;
     std::vector<std::byte> m_gathered;
     std::optional<CError> m_error;
