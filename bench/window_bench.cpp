@@ -22,6 +22,7 @@
 #include "files/file_util_ex.h"
 #include "frame/command_ids.h"
 #include "frame/ui/CAViewerFrame.h"
+#include "session/CSession.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 
 namespace {
@@ -57,6 +58,9 @@ class CBench {
         wxTheApp->ProcessIdle();
     }
     [[nodiscard]] CAViewerFrame& Frame() { return *m_frame; }
+    [[nodiscard]] bool Open(const std::wstring& path) {
+        return m_frame->Session().Open(COpenRequest::OfFile(path)) != EOpened::Failed;
+    }
 
     static void WaitFor(const std::function<bool()>& condition) {
         while (!condition()) {
@@ -123,7 +127,7 @@ int MeasureOpening(CBench& bench, const std::string& path) {
         longestGap = std::max(longestGap, sinceTick.Time());
         sinceTick.Start();
     });
-    const bool opened = bench.Frame().Files().OpenByPath(wide);
+    const bool opened = bench.Open(wide);
     longestGap = std::max(longestGap, sinceTick.Time());
     const long open = watch.Time();
     const long picture = bench.WaitForPicture();
@@ -136,7 +140,7 @@ int MeasureOpening(CBench& bench, const std::string& path) {
  * second time round. */
 int MeasureSteps(CBench& bench, const std::string& folder) {
     const std::vector<std::wstring> models = ModelsBelow(folder);
-    if (models.size() < 2 || !bench.Frame().Files().OpenByPath(models.front())) return 1;
+    if (models.size() < 2 || !bench.Open(models.front())) return 1;
     bench.WaitForPaint();
     wxUIActionSimulator hand;
     std::vector<long> times;
@@ -169,7 +173,7 @@ int MeasureMemory(CBench& bench, const std::vector<std::string>& folders) {
     std::printf("{\"models\": %zu, \"before_mb\": %.1f", models.size(), before);
     for (int round = 1; round <= 3; ++round) {
         for (const std::wstring& model : models) {
-            (void)bench.Frame().Files().OpenByPath(model);
+            (void)bench.Open(model);
             bench.WaitForPaint();
         }
         bench.Frame().View().CloseModel();

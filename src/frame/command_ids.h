@@ -47,6 +47,8 @@ constexpr int kCmdReload = 33001;
 constexpr int kCmdPlayAnimation = 33002;
 constexpr int kCmdResetView = 33003;
 constexpr int kCmdSceneNotes = 33004;
+constexpr int kCmdUndo = 33005;
+constexpr int kCmdRedo = 33006;
 constexpr int kCmdFirstSceneCamera = 33100;
 constexpr int kMaxSceneCameras = 100;
 

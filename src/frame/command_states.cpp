@@ -11,12 +11,18 @@ bool IsEnabled(ENeeds needs, const CFrameState& frame) {
             return true;
         case ENeeds::Model:
             return frame.hasModel;
+        case ENeeds::File:
+            return frame.hasFile;
         case ENeeds::Neighbour:
             return frame.folderModels >= 2;
         case ENeeds::Animation:
             return frame.isAnimated;
         case ENeeds::Notes:
             return frame.hasNotes;
+        case ENeeds::Undo:
+            return frame.canUndo;
+        case ENeeds::Redo:
+            return frame.canRedo;
         case ENeeds::Feature:
             break;
     }

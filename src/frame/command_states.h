@@ -8,9 +8,12 @@ struct CCommand;
 /** What menus and toolbar depend on. */
 struct CFrameState {
     CShowState shown;           ///< what the view shows, which need not be what the settings say
-    bool hasModel = false;      ///< a model is shown
+    bool hasModel = false;      ///< a model is open
+    bool hasFile = false;       ///< opening was asked for a file, be it open or not
     unsigned folderModels = 0;  ///< models in its folder, itself among them
     bool hasNotes = false;
+    bool canUndo = false;
+    bool canRedo = false;
     bool isAnimated = false;
     bool isPlaying = false;
     bool isFullScreen = false;

@@ -15,7 +15,7 @@ constexpr bool kToggle = true, kEndsGroup = true;
 // clang-format off
 constexpr CCommand kCommands[] = {
     {kCmdOpen, EMenu::File, Mark("&Open\tCtrl+O"), Mark("Open 3ds file"), "open_file.ico"},
-    {kCmdReload, EMenu::File, Mark("&Reload\tF5"), nullptr, nullptr, ENeeds::Model},
+    {kCmdReload, EMenu::File, Mark("&Reload\tF5"), nullptr, nullptr, ENeeds::File},
     {kCmdSaveAs, EMenu::File, Mark("&Save As\tCtrl+S"), Mark("Save 3ds file"), "save.ico", ENeeds::Model},
     {kCmdCompressToZip, EMenu::File, Mark("Compress to zip"), Mark("Compress to zip"), "zip.ico", ENeeds::Model},
     {kCmdDeleteFile, EMenu::File, Mark("&Delete file"), Mark("Delete current file"), "delete_file.ico", ENeeds::Model,
@@ -60,6 +60,8 @@ constexpr CCommand kCommands[] = {
     {kCmdExportGoogleDrive, EMenu::Export, Mark("Export to Google Drive"), Mark("Export to Google Drive"),
      "google_drive.ico", ENeeds::Feature},
 
+    {kCmdUndo, EMenu::Tools, Mark("&Undo\tCtrl+Z"), nullptr, nullptr, ENeeds::Undo},
+    {kCmdRedo, EMenu::Tools, Mark("&Redo\tCtrl+Shift+Z"), nullptr, nullptr, ENeeds::Redo, !kToggle, kEndsGroup},
     {kCmdScreenShot, EMenu::Tools, Mark("ScreenShot\tCtrl+C"), Mark("ScreenShot (CTRL+C)"), "screenshot.ico",
      ENeeds::Feature, !kToggle, kEndsGroup},
     {kCmdSelectLanguage, EMenu::Tools, Mark("Select Language"), nullptr, nullptr, ENeeds::Feature, !kToggle, kEndsGroup},

@@ -10,10 +10,13 @@ enum class EMenu { File, View, Export, Tools, Help };
 /** What must be there before a command can be chosen. */
 enum class ENeeds {
     Nothing,
-    Model,      ///< a model is shown
+    Model,      ///< a model is open
+    File,       ///< opening was asked for a file, be it open or not
     Neighbour,  ///< the model's folder holds another one
     Animation,  ///< the model moves
     Notes,      ///< something was noticed about the model
+    Undo,       ///< an edit can be taken back
+    Redo,       ///< an edit that was taken back can be done again
     Feature,    ///< something that this version does not have yet
 };
 

@@ -15,7 +15,7 @@ std::vector<std::wstring> List(const std::wstring& folder, const std::vector<std
     return files;
 }
 
-const std::vector<std::wstring> kMasks{L"*.3ds", L"*.zip", L"*.orv"};
+const std::vector<std::wstring> kMasks{L"*.3ds", L"*.zip"};
 
 }  // namespace
 

@@ -9,7 +9,7 @@ namespace folder_models {
 
 enum class EStep { Previous, Next };
 
-/** The models beside a file: its folder's files with the endings 3ds, zip and orv in any letter case, in the
+/** The models beside a file: its folder's files with the endings 3ds and zip in any letter case, in the
  * order of their names. Empty when the folder cannot be listed. */
 [[nodiscard]] std::vector<std::wstring> ListBeside(const std::wstring& path);
 /** The models inside a folder, as ListBeside gives them, or else its obj files. */

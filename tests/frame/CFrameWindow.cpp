@@ -19,7 +19,7 @@ CFrameWindow::CFrameWindow() {
 }
 
 CFrameWindow::~CFrameWindow() {
-    m_frame->Close(true);
+    if (m_frame) m_frame->Close(true);
     wxTheApp->ProcessIdle();  // windows are deleted when there is nothing else to do
     CUserPrompt::Install(std::move(m_promptBefore));
 }

@@ -3,14 +3,18 @@
 
 #include <wx/evtloop.h>
 #include <wx/uiaction.h>
+#include <wx/weakref.h>
 
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "files/CTestFolder.h"
 #include "frame/ui/CAViewerFrame.h"
+#include "frame/ui/CFileCommands.h"
+#include "session/CSession.h"
 #include "settings/CLocalRegStore.h"
 #include "settings/CSettingsGuard.h"
 #include "widgets/CModalDriver.h"
@@ -24,7 +28,7 @@ class CRecordedPrompt final : public CUserPrompt {
     void ShowMessage(const std::wstring& text) override { messages.push_back(text); }
     [[nodiscard]] bool AskYesNo(const std::wstring& text) override {
         messages.push_back(text);
-        if (whileAsking) whileAsking();
+        if (const auto work = std::exchange(whileAsking, nullptr)) work();
         return answer;
     }
     void BeginBusy() override { ++busy; }
@@ -32,7 +36,7 @@ class CRecordedPrompt final : public CUserPrompt {
 
     std::vector<std::wstring> messages;
     bool answer = false;
-    std::function<void()> whileAsking;
+    std::function<void()> whileAsking;  ///< once
     int busy = 0;
 };
 
@@ -49,7 +53,11 @@ class CFrameWindow {
     [[nodiscard]] bool IsReady() const { return m_ready; }
     [[nodiscard]] CAViewerFrame& Frame() { return *m_frame; }
     [[nodiscard]] C3dsDisplayWrap& Engine();
-    [[nodiscard]] bool Open(const std::wstring& path) { return m_frame->Files().OpenByPath(path); }
+    [[nodiscard]] bool Open(const std::wstring& path) {
+        return m_frame->Session().Open(COpenRequest::OfFile(path)) != EOpened::Failed;
+    }
+    /** False once the frame has been closed. */
+    [[nodiscard]] bool IsThere() const { return m_frame != nullptr; }
     /** Closes the frame as a user does, and shows a new one, as a new start of the program does. */
     void StartAgain();
     /** Presses a key with the view in focus, and serves what follows. */
@@ -65,7 +73,7 @@ class CFrameWindow {
     CLocalRegStore::CDefaultFileGuard m_store;
     CSettingsGuard m_settings;
     std::unique_ptr<CUserPrompt> m_promptBefore;
-    CAViewerFrame* m_frame = nullptr;
+    wxWeakRef<CAViewerFrame> m_frame;
     wxUIActionSimulator m_hand;
     bool m_ready = false;
 };

@@ -7,6 +7,7 @@
 
 #include "frame/command_states.h"
 #include "frame/command_table.h"
+#include "frame/save_name.h"
 
 namespace {
 
@@ -61,7 +62,7 @@ TEST(CommandTableTest, GroupsTheMenus) {
     EXPECT_EQ(menus[EMenu::File], "ooooo|o|o");
     EXPECT_EQ(menus[EMenu::View], "oooooo|ooooo|o|oo|o|o|oo|ooo");
     EXPECT_EQ(menus[EMenu::Export], "oo|ooo");
-    EXPECT_EQ(menus[EMenu::Tools], "o|o|o|ooo");
+    EXPECT_EQ(menus[EMenu::Tools], "oo|o|o|o|ooo");
     EXPECT_EQ(menus[EMenu::Help], "o|o|o");
 }
 
@@ -87,19 +88,22 @@ const CStateCase kStateCases[] = {
      {},
      {kCmdOpen, kCmdExit, kCmdIsoCamera, kCmdShowAxis, kCmdFullScreen},
      {kCmdSaveAs, kCmdCompressToZip, kCmdDeleteFile, kCmdPreviousFile, kCmdNextFile, kCmdExportPov,
-      kCmdExportHtml, kCmdExportGoogleDrive, kCmdScreenShot, kCmdReload, kCmdPlayAnimation, kCmdSceneNotes}},
+      kCmdExportHtml, kCmdExportGoogleDrive, kCmdScreenShot, kCmdReload, kCmdPlayAnimation, kCmdSceneNotes,
+      kCmdUndo, kCmdRedo}},
     {"LonelyModel",
-     {.hasModel = true, .folderModels = 1},
+     {.hasModel = true, .hasFile = true, .folderModels = 1},
      {kCmdSaveAs, kCmdCompressToZip, kCmdDeleteFile, kCmdReload},
      {kCmdPreviousFile, kCmdNextFile, kCmdPlayAnimation}},
     {"FailedOpenAmongOthers",  // the way on to the next file stays open
-     {.folderModels = 2},
-     {kCmdPreviousFile, kCmdNextFile},
+     {.hasFile = true, .folderModels = 2},
+     {kCmdPreviousFile, kCmdNextFile, kCmdReload},
      {kCmdSaveAs, kCmdDeleteFile}},
     {"AnimatedModel",
-     {.hasModel = true, .folderModels = 3, .hasNotes = true, .isAnimated = true},
+     {.hasModel = true, .hasFile = true, .folderModels = 3, .hasNotes = true, .isAnimated = true},
      {kCmdPlayAnimation, kCmdNextFile, kCmdSceneNotes},
-     {}}};
+     {}},
+    {"Edited", {.hasModel = true, .canUndo = true}, {kCmdUndo, kCmdDeleteFile}, {kCmdRedo, kCmdReload}},
+    {"TakenBack", {.hasModel = true, .canRedo = true}, {kCmdRedo}, {kCmdUndo}}};
 INSTANTIATE_TEST_SUITE_P(All, CommandStatesTest, testing::ValuesIn(kStateCases),
                          [](const auto& c) { return std::string(c.param.name); });
 
@@ -111,6 +115,14 @@ TEST(CommandStatesTest, ChecksWhatIsOn) {
     const std::set<int> checked{kCmdShowLights, kCmdRenderMode, kCmdFullScreen, kCmdNextFile};
     for (const CCommand& command : Commands())
         EXPECT_EQ(StateOf(command, frame).checked, checked.count(command.id) == 1) << command.text;
+}
+
+TEST(SaveNameTest, TakesTheEndingsThatAreWritten) {
+    for (const wchar_t* name : {L"/m/a.3ds", L"/m/a.3DS", L"a b.zip"})
+        EXPECT_TRUE(IsNameToSave(name)) << name;
+    // Only small letters have an archive written, and nobody takes a scene for one.
+    for (const wchar_t* name : {L"/m/a.obj", L"a.ZIP", L"a.3ds.txt", L"a", L""})
+        EXPECT_FALSE(IsNameToSave(name)) << name;
 }
 
 }  // namespace

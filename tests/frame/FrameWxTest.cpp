@@ -4,7 +4,10 @@
 #include <sys/resource.h>
 #include <wx/app.h>
 #include <wx/dnd.h>
+#include <wx/filedlg.h>
 #include <wx/menu.h>
+#include <wx/slider.h>
+#include <wx/statusbr.h>
 
 #include <csignal>
 #include <filesystem>
@@ -17,6 +20,8 @@
 #include "frame/command_table.h"
 #include "model/prepare/CPreparedScene.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
+#include "widgets/CModalDriver.h"
+#include "widgets/ui/file_chooser.h"
 
 namespace {
 
@@ -40,6 +45,14 @@ class CFullDisk {
     void (*m_signal)(int);
 };
 
+wxWindow* Slider(const wxWindow& parent) {
+    for (wxWindow* child : parent.GetChildren()) {
+        wxWindow* found = dynamic_cast<wxSlider*>(child) ? child : Slider(*child);
+        if (found) return found;
+    }
+    return nullptr;
+}
+
 class FrameWxTest : public testing::Test {
   protected:
     void SetUp() override { ASSERT_TRUE(window.IsReady()); }
@@ -51,6 +64,30 @@ class FrameWxTest : public testing::Test {
     }
     [[nodiscard]] CAViewerFrame& Frame() { return window.Frame(); }
     [[nodiscard]] wxString Title() { return Frame().GetTitle(); }
+    [[nodiscard]] bool Shows(const std::wstring& path) {
+        return CFrameWindow::WaitFor([&] { return Frame().View().GetPath() == path; });
+    }
+    /** Waits for a save dialog that proposes a name, and gives it another one, in the test's folder. */
+    [[nodiscard]] CModalDriver::CStep Rename(std::string proposed, std::string name) {
+        return [this, proposed = std::move(proposed), name = std::move(name)] {
+            wxFileDialog* dialog = CModalDriver::FileDialog();
+            if (!dialog || file_chooser::Name(*dialog) != proposed) return false;
+            file_chooser::SetFolder(*dialog, window.folder.Path());
+            file_chooser::SetName(*dialog, name);
+            return true;
+        };
+    }
+    /** What the status bar says when a menu has come and gone. */
+    [[nodiscard]] wxString AfterHelp() {
+        Frame().DoGiveHelp("help", true);
+        Frame().DoGiveHelp("", false);
+        return Frame().GetStatusBar()->GetStatusText(0);
+    }
+    void RunWithDialog(int command, std::deque<CModalDriver::CStep> steps) {
+        CModalDriver driver(std::move(steps));
+        Frame().RunCommand(command);
+        EXPECT_TRUE(driver.IsDone());
+    }
 
     CFrameWindow window;
 };
@@ -72,53 +109,50 @@ TEST_F(FrameWxTest, OpensStepsAndDeletes) {
     EXPECT_TRUE(window.IsEnabled(kCmdSaveAs) && window.IsEnabled(kCmdNextFile) &&
                 window.IsEnabled(kCmdDeleteFile));
     window.Press(WXK_SPACE);
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return Frame().View().GetPath() == chess; }));
-    window.Press(WXK_BACK);
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return Frame().View().GetPath() == knot; }));
+    EXPECT_TRUE(Shows(chess));
+    // The chess game plays: its bar may have the focus, and goes away with it.
+    wxWindow* slider = Slider(Frame());
+    ASSERT_NE(slider, nullptr);
+    slider->SetFocus();
+    window.Press(WXK_SPACE);
+    EXPECT_TRUE(Shows(knot));
+    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return Frame().View().GetCanvas()->GetWindow()->HasFocus(); }));
 
     Frame().RunCommand(kCmdDeleteFile);
     EXPECT_EQ(window.prompt->messages.back(), L"Are you sure do you want to delete a.3ds file?");
     EXPECT_TRUE(file_util_ex::DoesFileExist(knot));
     window.prompt->answer = true;
     Frame().RunCommand(kCmdDeleteFile);
-    EXPECT_FALSE(file_util_ex::DoesFileExist(knot));
+    EXPECT_EQ(Frame().View().GetPath(), chess);
+    Frame().RunCommand(kCmdDeleteFile);
     EXPECT_EQ(window.Engine().Prepared(), nullptr);
     EXPECT_EQ(Title(), "Orbivue");
-    EXPECT_EQ(Frame().Files().RecentFiles().Files(), std::vector<std::wstring>{chess});
     EXPECT_FALSE(window.IsEnabled(kCmdSaveAs) || window.IsEnabled(kCmdNextFile) ||
-                 window.IsEnabled(kCmdDeleteFile));
+                 window.IsEnabled(kCmdDeleteFile) || window.IsEnabled(kCmdReload));
 }
 
-TEST_F(FrameWxTest, TellsWhyAFileCannotBeDeleted) {
-    const std::wstring knot = Sample("knot.3ds", "a.3ds");
-    ASSERT_TRUE(window.Open(knot));
-    window.prompt->answer = true;
-    // Something that no unlink removes has come in its place.
+TEST_F(FrameWxTest, TriesAgainWhatCouldNotBeOpened) {
+    const std::wstring bad = file_util_ex::ConvertFromUTF8W(window.folder.Add("a.3ds", "nothing"));
+    EXPECT_FALSE(window.Open(bad));
+    EXPECT_EQ(Title(), L"Orbivue - " + bad + L" - File open failed");
+    EXPECT_FALSE(window.IsEnabled(kCmdSaveAs));
     std::filesystem::remove(window.folder / "a.3ds");
-    std::filesystem::create_directory(window.folder / "a.3ds");
-    Frame().RunCommand(kCmdDeleteFile);
-    EXPECT_EQ(window.prompt->messages.back(),
-              L"The file a.3ds could not be deleted.\n" + knot + L": this is a folder");
-}
-
-TEST_F(FrameWxTest, TellsOfAFailedOpenInTheTitleAlone) {
-    const std::wstring bad = file_util_ex::ConvertFromUTF8W(window.folder.Add("bad.3ds", "nothing"));
-    EXPECT_FALSE(window.Open(bad));
-    EXPECT_EQ(Title(), L"Orbivue - " + bad + L" - File open failed");
-    const std::wstring object = file_util_ex::ConvertFromUTF8W(window.folder.Add("bad.obj", "nothing"));
-    EXPECT_FALSE(window.Open(object));
-    EXPECT_EQ(Title(), L"Orbivue - " + bad + L" - File open failed");
-    constexpr char kTriangle[] = "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
-    EXPECT_FALSE(window.Open(file_util_ex::ConvertFromUTF8W(window.folder.Add("good.OBJ", kTriangle))));
-    EXPECT_TRUE(Title().EndsWith("good.OBJ - File open failed"));
-    EXPECT_FALSE(window.Open(bad));
-    const std::wstring good = file_util_ex::ConvertFromUTF8W(window.folder.Add("good.obj", kTriangle));
-    EXPECT_TRUE(window.Open(good));
-    EXPECT_EQ(Title(), L"Orbivue - " + bad + L" - File open failed");
+    (void)Sample("knot.3ds", "a.3ds");
+    window.Press(WXK_F5);
+    EXPECT_TRUE(Shows(bad));
+    EXPECT_EQ(Title(), L"Orbivue - " + bad);
     EXPECT_TRUE(window.IsEnabled(kCmdSaveAs));
-    EXPECT_EQ(Frame().Files().RecentFiles().Files(), std::vector<std::wstring>{good});
     EXPECT_TRUE(window.prompt->messages.empty());
     EXPECT_EQ(window.prompt->busy, 0);
+}
+
+TEST_F(FrameWxTest, OpensAnObjUnderTheOldTitle) {
+    constexpr char kTriangle[] = "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\nf 9 9 9\n";
+    const std::wstring good = file_util_ex::ConvertFromUTF8W(window.folder.Add("good.obj", kTriangle));
+    EXPECT_TRUE(window.Open(good));
+    EXPECT_EQ(Title(), "Orbivue");
+    EXPECT_EQ(window.Engine().Prepared()->triangleCount, 1u);
+    EXPECT_TRUE(window.IsEnabled(kCmdSceneNotes)) << "what was left out is told";
 }
 
 TEST_F(FrameWxTest, RemembersWhatWasChosen) {
@@ -202,6 +236,58 @@ TEST_F(FrameWxTest, SavesScenesAndArchivesThatOpenAgain) {
     EXPECT_EQ(window.Engine().Prepared()->triangleCount, triangles);
 }
 
+/** A name in which neither kind of file can be is refused, and pictures that the new place lacks are copied. */
+TEST_F(FrameWxTest, AsksForTheFileToSaveTo) {
+    ASSERT_TRUE(window.Open(std_file_paths::GetDataPath(L"samples/orrery.3ds")));
+    window.prompt->answer = true;
+    const auto enter = CModalDriver::Press(WXK_RETURN);
+    RunWithDialog(kCmdSaveAs, {Rename("orrery.3ds", "x.obj"), enter, Rename("x.3ds", "planets.3ds"), enter});
+    EXPECT_FALSE(std::filesystem::exists(window.folder / "x.obj"));
+    ASSERT_EQ(window.prompt->messages.size(), 2u);
+    EXPECT_EQ(window.prompt->messages[0],
+              L"A scene is saved as a .3ds or a .zip file, and x.obj would be neither.");
+    RunWithDialog(kCmdCompressToZip, {Rename("orrery.zip", "planets"), enter});
+    EXPECT_EQ(window.prompt->messages.size(), 2u);
+    for (const char* name : {"planets.3ds", "planets.zip"}) {
+        ASSERT_TRUE(window.Open(file_util_ex::ConvertFromUTF8W(window.folder / name)));
+        for (const CPreparedTexture& texture : window.Engine().Prepared()->textures)
+            EXPECT_FALSE(texture.foundAt.empty()) << name << ": " << texture.reference;
+    }
+}
+
+TEST_F(FrameWxTest, AsksForTheFileToOpen) {
+    const std::wstring knot = Sample("knot.3ds", "k.3ds");
+    CLocalRegStore::WriteString("3dsFileDialog", "Path",
+                                std::wstring_view(file_util_ex::ConvertFromUTF8W(window.folder.Path())));
+    const auto select = [&] {
+        wxFileDialog* dialog = CModalDriver::FileDialog();
+        if (!dialog) return false;
+        const std::string path = window.folder / "k.3ds";
+        gtk_file_chooser_select_filename(GTK_FILE_CHOOSER(dialog->GetHandle()), path.c_str());
+        return file_chooser::ChosenPath(*dialog) == path;
+    };
+    RunWithDialog(kCmdOpen, {select, CModalDriver::Press(WXK_RETURN)});
+    EXPECT_EQ(Frame().View().GetPath(), knot);
+}
+
+TEST_F(FrameWxTest, SaysHowToBringAnObjectBack) {
+    ASSERT_TRUE(window.Open(Sample("chess.3ds", "c.3ds")));
+    const wxString before = Frame().GetStatusBar()->GetStatusText(3);
+    EXPECT_EQ(AfterHelp(), "");
+    const CPreparedScene& scene = *window.Engine().Prepared();
+    std::string name;
+    for (const CPreparedNode& node : scene.nodes)
+        if (node.mesh >= 0) name = node.name;
+    Frame().Session().DeleteNode(name);
+    const wxString message =
+        L"The object " + file_util_ex::ConvertFromUTF8W(name) + L" was removed. Ctrl+Z brings it back.";
+    EXPECT_EQ(Frame().GetStatusBar()->GetStatusText(0), message);
+    EXPECT_NE(Frame().GetStatusBar()->GetStatusText(3), before);
+    EXPECT_EQ(AfterHelp(), message);
+    EXPECT_TRUE(window.IsEnabled(kCmdUndo));
+    EXPECT_FALSE(window.IsEnabled(kCmdRedo));
+}
+
 TEST_F(FrameWxTest, FillsTheScreenAndComesBack) {
     ASSERT_TRUE(window.Open(Sample("knot.3ds", "k.3ds")));
     window.Press(WXK_F11);
@@ -248,28 +334,27 @@ TEST_F(FrameWxTest, PlaysAndHoldsAnimations) {
     EXPECT_TRUE(CFrameWindow::WaitFor([&] { return window.Engine().GetFrame() != held; }));
 }
 
-TEST_F(FrameWxTest, AStaleRecentFileLeavesWhatIsShown) {
-    const std::wstring knot = Sample("knot.3ds", "a.3ds"), chess = Sample("chess.3ds", "b.3ds");
-    ASSERT_TRUE(window.Open(knot) && window.Open(chess));
-    std::filesystem::remove(window.folder / "a.3ds");
-    Frame().RunCommand(kCmdFirstRecentFile + 1);
-    EXPECT_EQ(Frame().View().GetPath(), chess);
-    EXPECT_EQ(Frame().Files().RecentFiles().Files(), std::vector<std::wstring>{chess});
-}
-
 /** What happens while a question is open waits for its answer. */
 TEST_F(FrameWxTest, DropsAndClosingWaitForAnAnswer) {
     const std::wstring knot = Sample("knot.3ds", "a.3ds"), chess = Sample("chess.3ds", "b.3ds");
     ASSERT_TRUE(window.Open(knot));
-    window.prompt->answer = true;
     window.prompt->whileAsking = [&] {
-        Frame().Files().OpenDropped(chess);
+        Frame().Session().OpenFileOrFolder(chess);
         EXPECT_EQ(Frame().View().GetPath(), knot);
     };
     Frame().RunCommand(kCmdDeleteFile);
-    EXPECT_FALSE(file_util_ex::DoesFileExist(knot));
-    EXPECT_TRUE(file_util_ex::DoesFileExist(chess));
+    EXPECT_TRUE(Shows(chess));
+    window.prompt->whileAsking = [&] {
+        Frame().Session().OpenFileOrFolder(knot);
+        EXPECT_FALSE(Frame().Close());
+    };
+    Frame().RunCommand(kCmdDeleteFile);
+    EXPECT_TRUE(window.IsThere());
     EXPECT_EQ(Frame().View().GetPath(), chess);
+    EXPECT_TRUE(CFrameWindow::WaitFor([&] {
+        wxTheApp->ProcessIdle();
+        return !window.IsThere();
+    }));
 }
 
 }  // namespace

@@ -19,16 +19,16 @@ std::wstring Wide(const std::string& text) {
 
 TEST(FolderModelsTest, StepsRoundTheFolder) {
     const CTestFolder folder;
-    for (const char* name : {"a.3ds", "b.ZIP", "c.orv", "d.obj", "e.jpg"}) folder.Add(name, "x");
+    for (const char* name : {"a.3ds", "b.ZIP", "c.3ds", "d.obj", "e.jpg"}) folder.Add(name, "x");
     const auto path = [&](const char* name) { return Wide(folder / name); };
     const std::vector<std::wstring> models = folder_models::ListBeside(path("a.3ds"));
     ASSERT_EQ(models.size(), 3u);
     EXPECT_EQ(folder_models::ListInside(Wide(folder.Path())), models);
-    EXPECT_EQ(folder_models::Neighbour(models, path("c.orv"), EStep::Next), path("a.3ds"));
-    EXPECT_EQ(folder_models::Neighbour(models, path("a.3ds"), EStep::Previous), path("c.orv"));
+    EXPECT_EQ(folder_models::Neighbour(models, path("c.3ds"), EStep::Next), path("a.3ds"));
+    EXPECT_EQ(folder_models::Neighbour(models, path("a.3ds"), EStep::Previous), path("c.3ds"));
     EXPECT_EQ(folder_models::Neighbour(models, path("a.3ds"), EStep::Next), path("b.ZIP"));
     EXPECT_EQ(folder_models::Neighbour(models, path("A.3DS"), EStep::Next), path("a.3ds"));
-    EXPECT_EQ(folder_models::Neighbour(models, path("A.3DS"), EStep::Previous), path("c.orv"));
+    EXPECT_EQ(folder_models::Neighbour(models, path("A.3DS"), EStep::Previous), path("c.3ds"));
     EXPECT_EQ(folder_models::Neighbour({path("a.3ds")}, path("a.3ds"), EStep::Next), L"");
     EXPECT_TRUE(folder_models::ListBeside(L"/nowhere/at/all.3ds").empty());
 }

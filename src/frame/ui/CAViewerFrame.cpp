@@ -15,9 +15,11 @@
 #include "base/text/utf8_text.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
+#include "export/pov/ui/CPOVRaySettingsDlg.h"
 #include "export/pov/ui/pov_export_command.h"
 #include "files/std_file_paths.h"
 #include "frame/ui/CAnimationBar.h"
+#include "frame/ui/CFileCommands.h"
 #include "frame/ui/CSceneNotesDlg.h"
 #include "frame/ui/CSceneStatusBar.h"
 #include "frame/ui/command_handlers.h"
@@ -25,8 +27,7 @@
 #include "frame/ui/command_tool_bar.h"
 #include "frame/ui/full_screen_watch.h"
 #include "frame/ui/hint_picture.h"
-#include "model/open/load_scene.h"
-#include "model/prepare/CPreparedScene.h"
+#include "session/CSession.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 #include "widgets/ui/accessible_name.h"
@@ -34,7 +35,6 @@
 
 namespace {
 
-constexpr char kWindowState[] = "WindowState";
 constexpr char kToolBarPane[] = "toolbar";
 constexpr char kAnimationPane[] = "animation";
 
@@ -56,25 +56,31 @@ class CModelDropTarget final : public wxFileDropTarget {
 
 CAViewerFrame::CAViewerFrame(const wxString& title)
     : wxFrame(nullptr, wxID_ANY, title, wxDefaultPosition, wxWindow::FromDIP(wxSize(1024, 768), nullptr)),
+      m_hint(lng::Text("Open a model: Ctrl+O or drop one here")),
       m_view(std::make_unique<CViewer3DSWindowHandler>(this, &m_tools)),
-      m_files(std::make_unique<CFileCommands>(*this, *m_view, static_cast<CFileCommandsClient&>(*this))) {
+      m_session(std::make_unique<CSession>(*m_view, static_cast<CSessionFrame&>(*this), m_recent)),
+      m_files(std::make_unique<CFileCommands>(*this, *m_view, *m_session,
+                                              [this](int command) { ShowRunning(command); })) {
     if (!HasView()) return;
+    m_session->AddListener(*this);
     const wxString icon = std_file_paths::GetImgPath(L"main.ico");
     SetIcons(wxIconBundle(icon, wxBITMAP_TYPE_ICO));
     m_view->SetOwner(this);
     MakePanes();
     BindEvents();
+    BindKeys();
     ApplySettings();
-    m_files->RecentFiles().LoadStdProfileSettings();
-    OnModelChanged();
+    m_recent.LoadStdProfileSettings();
+    ShowDocument();
     m_aui.Update();
-    if (!wx_window_state::LoadState(this, kWindowState)) wx_window_state::MaximizeFrame(this);
+    if (!wx_window_state::LoadState(this, kStateName)) wx_window_state::MaximizeFrame(this);
     m_view->GetCanvas()->GetWindow()->SetFocus();
 }
 
 CAViewerFrame::~CAViewerFrame() {
     m_aui.UnInit();
     m_files.reset();
+    m_session.reset();
     m_view.reset();  // its canvas is a window of this one
 }
 
@@ -120,7 +126,7 @@ void CAViewerFrame::BindEvents() {
     Bind(wxEVT_MENU, [this](wxCommandEvent& event) { RunCommand(CommandOfWidgetId(event.GetId())); });
     Bind(wxEVT_CLOSE_WINDOW, &CAViewerFrame::OnClose, this);
     Bind(wxEVT_DPI_CHANGED, [this](wxDPIChangedEvent& event) {
-        ShowHint();
+        ShowHint(m_hint);
         event.Skip();
     });
     WatchFullScreen(*this, [this] {
@@ -132,16 +138,43 @@ void CAViewerFrame::BindEvents() {
     });
     m_view->SetFrameListener(
         [this] { m_animationBar->ShowFrame(static_cast<int>(std::lround(m_view->GetEngine().GetFrame()))); });
+    m_view->SetNodeDeleter([this](const char* node) { m_session->DeleteNode(node); });
     // Later, because who dropped it waits for an answer.
     const auto drop = [this](std::wstring path) {
         CallAfter([this, path = std::move(path)] {
-            if (m_closed) return;
-            m_files->OpenDropped(path);
-            if (!m_files->IsBusy()) EndCommand();
+            if (!m_closed) m_session->OpenFileOrFolder(path);
         });
     };
     SetDropTarget(new CModelDropTarget(drop));
     m_view->GetCanvas()->GetWindow()->SetDropTarget(new CModelDropTarget(drop));
+}
+
+/** The keys of the view work wherever in the frame the focus went, but for where somebody types; and the
+ * keys that open menus open the view's. */
+void CAViewerFrame::BindKeys() {
+    wxWindow* canvas = m_view->GetCanvas()->GetWindow();
+    Bind(wxEVT_CHAR_HOOK, [this, canvas](wxKeyEvent& event) {
+        const int key = event.GetKeyCode();
+        const bool isForView = key == WXK_SPACE || key == WXK_BACK || key == WXK_ESCAPE;
+        const wxWindow* focus = FindFocus();
+        const auto holdsFocus = [focus](const wxWindow* bar) {
+            for (const wxWindow* window = focus; window; window = window->GetParent())
+                if (window == bar) return true;
+            return false;
+        };
+        const bool isElsewhere = focus != canvas && (!focus || focus == this || holdsFocus(m_animationBar) ||
+                                                     holdsFocus(m_toolBar) || holdsFocus(m_statusBar));
+        if (isForView && isElsewhere && !event.HasAnyModifiers())
+            OnViewKeyDown(key);
+        else
+            event.Skip();
+    });
+    canvas->Bind(wxEVT_CONTEXT_MENU, [this, canvas](wxContextMenuEvent& event) {
+        // With a place it comes from the mouse, whose button the view tells of itself.
+        if (event.GetPosition() != wxDefaultPosition) return event.Skip();
+        const wxSize size = canvas->GetClientSize();
+        ShowContextMenu(ScreenToClient(canvas->ClientToScreen(wxPoint(size.x / 2, size.y / 2))));
+    });
 }
 
 void CAViewerFrame::ApplySettings() {
@@ -149,10 +182,10 @@ void CAViewerFrame::ApplySettings() {
     m_view->Show(CShowState::From(CSettings::Instance()));
 }
 
-void CAViewerFrame::ShowHint() {
+void CAViewerFrame::ShowHint(const std::wstring& text) {
     const CVec3 background = m_view->Shown().background;
-    m_view->SetHint(MakeHintPicture(*this, lng::Text("Open a model: Ctrl+O or drop one here"), background.x,
-                                    background.y, background.z));
+    m_hint = text;
+    m_view->SetHint(MakeHintPicture(*this, text, background.x, background.y, background.z));
 }
 
 CFrameState CAViewerFrame::State() const {
@@ -172,14 +205,12 @@ void CAViewerFrame::ShowCommandStates() {
     };
     ShowStates(*m_menuBar, stateOf);
     ShowStates(*m_toolBar, stateOf);
+    TickSceneCamera(*m_menuBar, SceneCameras());
 }
 
-void CAViewerFrame::OpenByPath(const std::wstring& path, const std::function<void(const CError&)>& failed) {
-    OnOpening();  // from the first picture on
-    m_view->WhenReady([this, path, failed] {
-        if (!m_files->OpenByPath(path) && failed) failed(m_view->GetEngine().LastError());
-        EndCommand();
-    });
+CSceneCameras CAViewerFrame::SceneCameras() const {
+    const C3dsDisplayWrap& engine = m_view->GetEngine();
+    return {engine.GetFileCameraNames(), engine.GetCameraName()};
 }
 
 // --- commands -------------------------------------------------------------------------------------------
@@ -189,9 +220,9 @@ bool CAViewerFrame::HasHandler(int id) {
 }
 
 void CAViewerFrame::RunCommand(int id) {
-    if (m_files->IsBusy() || m_closed) return;
-    if (CRecentFileListMgr::IsRecentFileResource(id)) {
-        m_files->OpenRecent(id);
+    if (m_session->IsBusy() || m_closed) return;
+    if (const auto recent = m_recent.GetIndexByResource(id)) {
+        m_session->OpenRecent(*recent);
     } else if (id >= kCmdFirstSceneCamera && id < kCmdFirstSceneCamera + kMaxSceneCameras) {
         const std::vector<std::string> names = m_view->GetEngine().GetFileCameraNames();
         const auto index = static_cast<std::size_t>(id - kCmdFirstSceneCamera);
@@ -199,15 +230,7 @@ void CAViewerFrame::RunCommand(int id) {
     } else if (StateOfCommand(id).enabled) {
         if (const CCommandHandlers::CHandler handler = CCommandHandlers::Find(id)) handler(*this);
     }
-    EndCommand();
-}
-
-/** What had to wait for a command: its own marks, a file that was dropped meanwhile, and closing. */
-void CAViewerFrame::EndCommand() {
-    if (m_closed) return;
-    m_files->OpenWhatWasDropped();
-    ShowCommandStates();
-    CloseWhereAsked();
+    if (!m_closed) ShowCommandStates();
 }
 
 void CAViewerFrame::ToggleFullScreen() {
@@ -237,6 +260,9 @@ void CAViewerFrame::ShowPanes() {
     const bool toolBar = show(kToolBarPane, m_state.isToolBarShown);
     const bool animation = show(kAnimationPane, m_state.isAnimated);
     if (!toolBar && !animation) return;
+    // What is hidden would keep the keys.
+    if (wxWindow* canvas = m_view->GetCanvas()->GetWindow(); animation && !canvas->HasFocus())
+        canvas->SetFocus();
     // The manager would have the view painted at once, and it will be painted anyway.
     const wxWindowUpdateLocker noPainting(m_view->GetCanvas()->GetWindow());
     m_aui.Update();
@@ -259,8 +285,8 @@ void CAViewerFrame::ResetView() {
 }
 
 void CAViewerFrame::PlayAnimation(bool play) {
-    m_state.isPlaying = play && m_state.isAnimated;
-    m_view->SetPlaying(m_state.isPlaying);
+    m_session->Play(play);
+    m_state.isPlaying = m_session->IsPlaying();
     m_animationBar->ShowPlaying(m_state.isPlaying);
     ShowCommandStates();
 }
@@ -273,108 +299,17 @@ void CAViewerFrame::ShowFrame(int frame) {
 
 void CAViewerFrame::ShowNotes() {
     m_files->HoldModel(kCmdSceneNotes, [this] { CSceneNotesDlg(this, m_notes).ShowModal(); });
-    CloseWhereAsked();
+}
+
+void CAViewerFrame::SetPovOptions() {
+    m_files->HoldModel(kCmdPovSettings, [this] { CPOVRaySettingsDlg(this).ShowModal(); });
 }
 
 void CAViewerFrame::ExportPov() {
-    m_files->HoldModel(kCmdExportPov, [this] { RunPovExport(m_view->GetPath(), *m_view, *this); });
-    CloseWhereAsked();
-}
-
-// --- what is told ---------------------------------------------------------------------------------------
-
-void CAViewerFrame::ShowTitle(const std::wstring& title) {
-    SetTitle(file_util_ex::ShownText(title));
+    m_files->HoldModel(kCmdExportPov, [this] { RunPovExport(m_session->Document().path, *m_view, *this); });
 }
 
 void CAViewerFrame::ShowRunning(int commandId) {
     m_state.runningCommand = commandId;
     ShowCommandStates();
-}
-
-void CAViewerFrame::OnOpening() {
-    m_view->SetHint({});  // somebody has done what it says
-}
-
-void CAViewerFrame::OnOpened() {
-    if (CSettings::Instance().lastCamera != kCmdIsoCamera) ResetView();
-}
-
-void CAViewerFrame::OnModelChanged() {
-    C3dsDisplayWrap& engine = m_view->GetEngine();
-    const CPreparedScene* scene = engine.Prepared();
-    const CSceneSummary summary = scene ? SummaryOf(*scene) : CSceneSummary{};
-    m_state.hasModel = scene != nullptr;
-    if (!m_state.hasModel) ShowHint();
-    m_state.hasNotes = !summary.lines.empty();
-    m_state.folderModels = m_files->FolderModels();
-    m_state.isAnimated = engine.HasAnimation();
-    m_state.isPlaying = m_state.isAnimated && m_view->IsPlaying();
-    m_notes = summary.lines;
-    m_statusBar->EndProgress();
-    m_statusBar->ShowScene(summary);
-    if (scene) {
-        m_animationBar->SetRange(static_cast<int>(scene->firstFrame), static_cast<int>(scene->lastFrame));
-        m_animationBar->ShowFrame(static_cast<int>(std::lround(engine.GetFrame())));
-        m_animationBar->ShowPlaying(m_state.isPlaying);
-    }
-    ShowSceneCameras(*m_menuBar, engine.GetFileCameraNames());
-    m_files->RecentFiles().UpdateMenu(*m_menuBar->GetMenu(0));
-    ShowPanes();
-    ShowCommandStates();
-}
-
-void CAViewerFrame::OnViewKeyDown(int keyCode) {
-    switch (keyCode) {
-        case WXK_SPACE:
-            RunCommand(kCmdNextFile);
-            break;
-        case WXK_BACK:
-            RunCommand(kCmdPreviousFile);
-            break;
-        case WXK_ESCAPE:
-            if (CSettings::Instance().closeOnEsc) Close(true);
-            break;
-        case WXK_F11:
-            RunCommand(kCmdFullScreen);
-            break;
-        default:
-            break;
-    }
-}
-
-void CAViewerFrame::OnViewRightButtonDown() {
-    // Later, when the press has been dealt with: the menu takes the mouse.
-    CallAfter([this] {
-        const CStateOfCommand stateOf = [now = State()](const CCommand& c) { return StateOf(c, now); };
-        const std::unique_ptr<wxMenu> menu =
-            MakeContextMenu(m_view->GetEngine().GetFileCameraNames(), stateOf);
-        if (m_closed) return;
-        m_menuIsOpen = true;
-        PopupMenu(menu.get());
-        m_menuIsOpen = false;
-        CloseWhereAsked();
-    });
-}
-
-void CAViewerFrame::OnClose(wxCloseEvent& event) {
-    // In the midst of an opening, a question or an export the frame is in use; it closes when that has ended.
-    if (m_files->IsBusy() || m_menuIsOpen) {
-        m_closeLater = true;
-        if (event.CanVeto()) event.Veto();
-        return;
-    }
-    KeepState();
-    m_closed = true;
-    Destroy();
-}
-
-void CAViewerFrame::KeepState() {
-    if (m_closed) return;
-    wx_window_state::SaveState(this, kWindowState);
-    m_files->RecentFiles().SaveStdProfileSettings();
-}
-
-void CAViewerFrame::CloseWhereAsked() {
-    if (std::exchange(m_closeLater, false)) CallAfter([this] { Close(); });
 }

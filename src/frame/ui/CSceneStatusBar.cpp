@@ -29,10 +29,17 @@ CSceneStatusBar::CSceneStatusBar(wxWindow* parent, std::function<void()> showNot
 }
 
 void CSceneStatusBar::ShowMessage(const std::wstring& text) {
+    m_message = text;
     SetStatusText(text, kMessage);
 }
 
+void CSceneStatusBar::ShowHelp(const std::wstring& text) {
+    SetStatusText(text.empty() ? m_message : text, kMessage);
+}
+
 void CSceneStatusBar::ShowScene(const CSceneSummary& summary) {
+    // Nothing is to be cut off that is about to go.
+    for (const EField field : {kTriangles, kObjects}) SetStatusText(wxEmptyString, field);
     m_notes->SetLabel(summary.notes);
     m_notes->Show(!summary.notes.empty());
     FitFields(summary);  // first, as a text is drawn at once
@@ -41,7 +48,7 @@ void CSceneStatusBar::ShowScene(const CSceneSummary& summary) {
 }
 
 void CSceneStatusBar::ShowProgress(const CProgressText& progress) {
-    SetStatusText(progress.text, kMessage);
+    ShowMessage(progress.text);
     if (progress.percent < 0)
         m_gauge->Pulse();
     else
@@ -54,7 +61,7 @@ void CSceneStatusBar::ShowProgress(const CProgressText& progress) {
 
 void CSceneStatusBar::EndProgress() {
     m_gauge->Hide();
-    SetStatusText(wxEmptyString, kMessage);
+    ShowMessage({});
 }
 
 /** Each field as wide as its text. */

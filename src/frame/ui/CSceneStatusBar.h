@@ -16,6 +16,8 @@ class CSceneStatusBar final : public wxStatusBar {
     CSceneStatusBar(wxWindow* parent, std::function<void()> showNotes);
 
     void ShowMessage(const std::wstring& text);
+    /** Shows what a menu's item is in place of the message, which comes back with an empty text. */
+    void ShowHelp(const std::wstring& text);
     void ShowScene(const CSceneSummary& summary);
     /** A text and a bar in place of the message, painted at once. */
     void ShowProgress(const CProgressText& progress);
@@ -26,6 +28,7 @@ class CSceneStatusBar final : public wxStatusBar {
     void PlaceChildren();
     void FitFields(const CSceneSummary& summary);
 
+    std::wstring m_message;
     wxGauge* m_gauge;
     wxButton* m_notes;
 };

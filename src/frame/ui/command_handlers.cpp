@@ -3,9 +3,10 @@
 
 #include <unordered_map>
 
-#include "export/pov/ui/CPOVRaySettingsDlg.h"
 #include "frame/command_ids.h"
 #include "frame/ui/CAViewerFrame.h"
+#include "frame/ui/CFileCommands.h"
+#include "session/CSession.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 
@@ -33,6 +34,19 @@ void File(CAViewerFrame& frame) {
     (frame.Files().*command)();
 }
 
+template <int id, EStep step>
+void Step(CAViewerFrame& frame) {
+    frame.ShowRunning(id);
+    frame.Session().Step(step);
+    frame.ShowRunning(0);
+}
+
+template <void (CSession::*change)()>
+void Change(CAViewerFrame& frame) {
+    (frame.Session().*change)();
+    frame.View().Redraw();
+}
+
 }  // namespace
 
 CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
@@ -40,7 +54,7 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
     using Settings = CSettings;
     static const std::unordered_map<int, CHandler> handlers{
         {kCmdOpen, File<&CFileCommands::Open>},
-        {kCmdReload, File<&CFileCommands::Reload>},
+        {kCmdReload, [](CAViewerFrame& frame) { frame.Session().Reload(); }},
         {kCmdSaveAs, File<&CFileCommands::SaveAs>},
         {kCmdCompressToZip, File<&CFileCommands::CompressToZip>},
         {kCmdDeleteFile, File<&CFileCommands::DeleteFile>},
@@ -57,14 +71,16 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdRenderMode, Toggle<&Shown::wire, &Settings::wireFrame>},
         {kCmdShowAxis, Toggle<&Shown::axes, &Settings::showAxis>},
         {kCmdRotate, Toggle<&Shown::rotate, &Settings::rotate>},
-        {kCmdPreviousFile, [](CAViewerFrame& frame) { frame.Files().Step(EStep::Previous); }},
-        {kCmdNextFile, [](CAViewerFrame& frame) { frame.Files().Step(EStep::Next); }},
+        {kCmdPreviousFile, Step<kCmdPreviousFile, EStep::Previous>},
+        {kCmdNextFile, Step<kCmdNextFile, EStep::Next>},
+        {kCmdUndo, Change<&CSession::Undo>},
+        {kCmdRedo, Change<&CSession::Redo>},
         {kCmdFullScreen, [](CAViewerFrame& frame) { frame.ToggleFullScreen(); }},
         {kCmdShowToolBar, [](CAViewerFrame& frame) { frame.ToggleToolBar(); }},
         {kCmdPlayAnimation, [](CAViewerFrame& frame) { frame.TogglePlaying(); }},
         {kCmdResetView, [](CAViewerFrame& frame) { frame.ResetView(); }},
         {kCmdSceneNotes, [](CAViewerFrame& frame) { frame.ShowNotes(); }},
-        {kCmdPovSettings, [](CAViewerFrame& frame) { CPOVRaySettingsDlg(&frame).ShowModal(); }},
+        {kCmdPovSettings, [](CAViewerFrame& frame) { frame.SetPovOptions(); }},
         {kCmdExportPov, [](CAViewerFrame& frame) { frame.ExportPov(); }}};
     const auto found = handlers.find(id);
     return found == handlers.end() ? nullptr : found->second;

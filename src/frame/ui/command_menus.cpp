@@ -14,10 +14,22 @@ wxString Escaped(const std::string& name) {
     return wxControl::EscapeMnemonics(wxString(lng::ConvertFromUTF8(name)));
 }
 
-void FillWithCameras(wxMenu& menu, const std::vector<std::string>& names) {
+void Tick(wxMenu& menu, const CSceneCameras& cameras) {
+    bool isTicked = false;  // of several with one name the first is looked through
+    for (std::size_t i = 0; i < menu.GetMenuItemCount() && i < cameras.names.size(); ++i) {
+        const bool tick = !isTicked && cameras.names[i] == cameras.current;
+        isTicked = isTicked || tick;
+        wxMenuItem* item = menu.FindItemByPosition(i);
+        if (item->IsChecked() != tick) item->Check(tick);
+    }
+}
+
+void FillWithCameras(wxMenu& menu, const CSceneCameras& cameras) {
     while (menu.GetMenuItemCount() > 0) menu.Destroy(menu.FindItemByPosition(0));
-    for (std::size_t i = 0; i < names.size() && i < kMaxSceneCameras; ++i)
-        menu.Append(WidgetIdOf(kCmdFirstSceneCamera) + static_cast<int>(i), Escaped(names[i]));
+    for (std::size_t i = 0; i < cameras.names.size() && i < kMaxSceneCameras; ++i)
+        menu.AppendCheckItem(WidgetIdOf(kCmdFirstSceneCamera) + static_cast<int>(i),
+                             Escaped(cameras.names[i]));
+    Tick(menu, cameras);
 }
 
 wxMenuItem* Append(wxMenu& menu, const CCommand& command) {
@@ -25,10 +37,11 @@ wxMenuItem* Append(wxMenu& menu, const CCommand& command) {
                        command.isToggle ? wxITEM_CHECK : wxITEM_NORMAL);
 }
 
-void AppendCamerasMenu(wxMenu& menu, const std::vector<std::string>& names) {
-    auto* cameras = new wxMenu;
-    FillWithCameras(*cameras, names);
-    menu.Append(kSceneCamerasMenu, lng::Text("Cameras of the scene"), cameras)->Enable(!names.empty());
+void AppendCamerasMenu(wxMenu& menu, const CSceneCameras& cameras) {
+    auto* subMenu = new wxMenu;
+    FillWithCameras(*subMenu, cameras);
+    menu.Append(kSceneCamerasMenu, lng::Text("Cameras of the scene"), subMenu)
+        ->Enable(!cameras.names.empty());
 }
 
 }  // namespace
@@ -48,8 +61,7 @@ std::unique_ptr<wxMenuBar> MakeMenuBar() {
     return bar;
 }
 
-std::unique_ptr<wxMenu> MakeContextMenu(const std::vector<std::string>& sceneCameras,
-                                        const CStateOfCommand& stateOf) {
+std::unique_ptr<wxMenu> MakeContextMenu(const CSceneCameras& sceneCameras, const CStateOfCommand& stateOf) {
     auto menu = std::make_unique<wxMenu>();
     for (const int id : ContextMenuOrder()) {
         const CCommand* command = FindCommand(id);
@@ -61,15 +73,19 @@ std::unique_ptr<wxMenu> MakeContextMenu(const std::vector<std::string>& sceneCam
         wxMenuItem* item = Append(*menu, *command);
         item->Enable(state.enabled);
         if (command->isToggle) item->Check(state.checked);
-        if (id == kCmdIsoCamera && !sceneCameras.empty()) AppendCamerasMenu(*menu, sceneCameras);
+        if (id == kCmdIsoCamera && !sceneCameras.names.empty()) AppendCamerasMenu(*menu, sceneCameras);
     }
     return menu;
 }
 
-void ShowSceneCameras(wxMenuBar& bar, const std::vector<std::string>& names) {
+void ShowSceneCameras(wxMenuBar& bar, const CSceneCameras& cameras) {
     wxMenuItem* item = bar.FindItem(kSceneCamerasMenu);
-    FillWithCameras(*item->GetSubMenu(), names);
-    item->Enable(!names.empty());
+    FillWithCameras(*item->GetSubMenu(), cameras);
+    item->Enable(!cameras.names.empty());
+}
+
+void TickSceneCamera(wxMenuBar& bar, const CSceneCameras& cameras) {
+    Tick(*bar.FindItem(kSceneCamerasMenu)->GetSubMenu(), cameras);
 }
 
 void ShowStates(wxMenuBar& bar, const CStateOfCommand& stateOf) {

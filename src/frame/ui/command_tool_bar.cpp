@@ -6,6 +6,7 @@
 #include <wx/icon.h>
 #include <wx/image.h>
 #include <wx/log.h>
+#include <wx/menu.h>
 
 #include <functional>
 #include <string>
@@ -42,6 +43,41 @@ void Fade(wxImage& image) {
     for (int i = 0; i < pixels; ++i) alpha[i] = static_cast<unsigned char>(alpha[i] * kOpacityPercent / 100);
 }
 
+/** Draws as the standard does. In its menu of the tools that do not fit, those that are switched off are so,
+ * and toggles are there, ticked where they are on. */
+class CToolBarArt final : public wxAuiDefaultToolBarArt {
+  public:
+    wxAuiToolBarArt* Clone() override { return new CToolBarArt(*this); }
+
+    int ShowDropDown(wxWindow* bar, const wxAuiToolBarItemArray& items) override {
+        wxMenu menu;
+        for (std::size_t i = 0; i < items.GetCount(); ++i) Append(menu, items[i]);
+        const int chosen = bar->GetPopupMenuSelectionFromUser(menu, Below(*bar));
+        return chosen == wxID_NONE ? -1 : chosen;
+    }
+
+  private:
+    static void Append(wxMenu& menu, const wxAuiToolBarItem& tool) {
+        if (tool.GetKind() == wxITEM_SEPARATOR) {
+            if (menu.GetMenuItemCount() > 0) menu.AppendSeparator();
+            return;
+        }
+        const bool isToggle = tool.GetKind() == wxITEM_CHECK;
+        if (!isToggle && tool.GetKind() != wxITEM_NORMAL) return;
+        const wxString text = wxControl::EscapeMnemonics(tool.GetShortHelp());
+        auto* item =
+            new wxMenuItem(&menu, tool.GetId(), text, wxEmptyString, isToggle ? wxITEM_CHECK : wxITEM_NORMAL);
+        if (!isToggle) item->SetBitmap(tool.GetBitmapBundle());
+        menu.Append(item);
+        item->Enable((tool.GetState() & wxAUI_BUTTON_STATE_DISABLED) == 0);
+        if (isToggle) item->Check((tool.GetState() & wxAUI_BUTTON_STATE_CHECKED) != 0);
+    }
+    static wxPoint Below(const wxWindow& bar) {
+        const wxSize size = bar.GetClientSize();
+        return {size.x, size.y};
+    }
+};
+
 }  // namespace
 
 wxBitmapBundle LoadIcon(const char* fileName, int size) {
@@ -51,6 +87,7 @@ wxBitmapBundle LoadIcon(const char* fileName, int size) {
 wxAuiToolBar* MakeToolBar(wxWindow* parent) {
     auto* bar = new wxAuiToolBar(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                                  wxAUI_TB_DEFAULT_STYLE | wxAUI_TB_OVERFLOW | wxAUI_TB_HORIZONTAL);
+    bar->SetArtProvider(new CToolBarArt);
     SetAccessibleName(*bar, lng::Text("Toolbar"));
     bar->SetToolBitmapSize(parent->FromDIP(wxSize(kToolIconSize, kToolIconSize)));
     for (const int id : ToolBarOrder()) {

@@ -3,26 +3,17 @@
 
 #include <GL/gl.h>
 #include <wx/cursor.h>
-#include <wx/stopwatch.h>
 #include <wx/utils.h>
 #include <wx/window.h>
 
 #include <array>
 #include <cmath>
-#include <optional>
 #include <utility>
 
-#include "base/text/lng.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
-#include "files/file_util_ex.h"
-#include "model/open/load_scene.h"
-#include "model/save/lib3ds_util.h"
-#include "model/save/save_scene.h"
-#include "model/scene/CScene.h"
 #include "view/CKeyDownListener.h"
 #include "view/pick_records.h"
-#include "widgets/ui/run_job.h"
 
 namespace {
 
@@ -40,10 +31,6 @@ wxCursor CursorOf(EToolCursor cursor) {
             break;
     }
     return wxCursor(wxCURSOR_ARROW);
-}
-
-std::wstring TextOrNothing(const wchar_t* text) {
-    return text ? text : L"";
 }
 
 }  // namespace
@@ -64,117 +51,6 @@ void CViewer3DSWindowHandler::WhenReady(std::function<void()> work) {
         work();
     else
         m_whenReady = std::move(work);
-}
-
-// --- opening ---------------------------------------------------------------------------------------------
-
-bool CViewer3DSWindowHandler::OpenModel(const wchar_t* path) {
-    const std::wstring name = TextOrNothing(path);
-    return OpenNamed(name, [&] {
-        GetEngine().CloseModel();  // first, so that memory never holds two
-        CResult<CLoadedScene> loaded = LoadBesideWindows(name);
-        BeginWork();  // a window that was repainted meanwhile may have left another context
-        return GetEngine().OpenLoaded(std::move(loaded));
-    });
-}
-
-CResult<CLoadedScene> CViewer3DSWindowHandler::LoadBesideWindows(const std::wstring& path) {
-    CLoadProgress progress;
-    std::optional<CResult<CLoadedScene>> loaded;
-    const std::string utf8 = file_util_ex::ConvertToUTF8(path);
-    const wxStopWatch watch;
-    RunJob([&](CJobProgress&) { loaded.emplace(LoadScene(utf8, &progress)); },
-           [&](CJobProgress&) {
-               if (m_progressListener) m_progressListener(progress, watch.Time());
-           });
-    return std::move(*loaded);
-}
-
-CStatus CViewer3DSWindowHandler::Reload() {
-    if (m_path.empty()) return CError{EErrorCode::NotFound, lng::Mark("no model is open"), {}};
-    CResult<CLoadedScene> loaded = LoadBesideWindows(m_path);
-    if (!loaded) return loaded.Error();
-    const CSeenView seen = SeenView();
-    BeginWork();
-    const bool opened = GetEngine().OpenLoaded(std::move(loaded));
-    GetEngine().SetSeenView(seen);
-    const bool playing = m_playing;
-    AfterSceneChange();
-    m_playing = playing;
-    EndWork();
-    if (!opened) return GetEngine().LastError();
-    return CDone{};
-}
-
-bool CViewer3DSWindowHandler::OpenModelStruct(Lib3dsFile* scene, const wchar_t* name) {
-    CLib3dsFilePtr owned(scene);
-    const std::wstring path = TextOrNothing(name);
-    return OpenNamed(path, [&] {
-        return GetEngine().OpenModelStruct(owned.release(),
-                                           CTextureLocator::BesideModel(file_util_ex::ConvertToUTF8(path)));
-    });
-}
-
-bool CViewer3DSWindowHandler::OpenNamed(const std::wstring& name, const std::function<bool()>& open) {
-    if (!name.empty() && name == m_path) return true;
-    m_path.clear();
-    if (name.empty() || !Open(open)) return false;
-    m_path = name;
-    return true;
-}
-
-bool CViewer3DSWindowHandler::OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures,
-                                              const wchar_t* name) {
-    if (!Open([&] { return GetEngine().OpenBufferModel(data, size, textures); })) return false;
-    m_path = TextOrNothing(name);
-    return true;
-}
-
-bool CViewer3DSWindowHandler::Open(const std::function<bool()>& open) {
-    SetPivotOffset(0, 0, 0);
-    SetScale(1, 1, 1);
-    m_gestures.ResetTrackBall();
-    BeginWork();
-    const bool opened = open();
-    AfterSceneChange();
-    EndWork();
-    return opened;
-}
-
-void CViewer3DSWindowHandler::CloseModel() {
-    m_path.clear();
-    m_gestures.ResetTrackBall();
-    BeginWork();
-    GetEngine().CloseModel();
-    AfterSceneChange();
-    EndWork();
-}
-
-void CViewer3DSWindowHandler::AfterSceneChange() {
-    if (!GetCanvas()) return;
-    m_playing = true;
-    GetCanvas()->SetRotating(m_rotate && GetEngine().Prepared());
-    GetCanvas()->OnModelOpened();
-}
-
-std::wstring CViewer3DSWindowHandler::GetFileName() const {
-    return file_util_ex::GetFileName(m_path);
-}
-
-// --- saving ----------------------------------------------------------------------------------------------
-
-CStatus CViewer3DSWindowHandler::SaveToPath(const std::wstring& path) {
-    Lib3dsFile* scene = GetEngine().Get3dsFile();
-    if (!scene) return CError{EErrorCode::NotFound, lng::Mark("no model is open"), {}};
-    lib3ds_util::change_textures_ext(scene, "jpg");
-    const CSceneWriter write = [this](std::string_view target) -> CStatus {
-        if (GetEngine().SaveAs(file_util_ex::ConvertFromUTF8W(target).c_str())) return CDone{};
-        return GetEngine().LastError();
-    };
-    const std::string target = file_util_ex::ConvertToUTF8(path);
-    if (file_util_ex::GetFileExt(target) != "zip") return write(target);
-    CResult<CImage> picture = TakePicture(EPictureOf::ModelAndOverlays);
-    return SaveSceneZip(scene, write, picture ? picture.Value() : CImage{}, target);
 }
 
 // --- how it is shown -------------------------------------------------------------------------------------
@@ -326,7 +202,10 @@ void CViewer3DSWindowHandler::ZoomModel(const C2DRect& box) {
 }
 
 void CViewer3DSWindowHandler::DeleteNode(const char* name) {
-    (void)GetEngine().DeleteNode(name);  // a node that is gone already is no worse
+    if (m_nodeDeleter)
+        m_nodeDeleter(name);
+    else
+        (void)GetEngine().DeleteNode(name);  // a node that is gone already is no worse
 }
 
 void CViewer3DSWindowHandler::StartLongPress(int periodMs) {

@@ -6,12 +6,15 @@
 
 #include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "base/CResult.h"
 #include "engine/C3DSWindowHandler.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "model/textures/CTextureLocator.h"
 #include "picture/CImage.h"
+#include "session/CSceneView.h"
 #include "session/CShowState.h"
 #include "view/CGestureTarget.h"
 #include "view/CViewGestures.h"
@@ -31,7 +34,10 @@ using CProgressListener = std::function<void(const CLoadProgress& progress, long
  *
  * Mouse positions are pixels of the framebuffer, origin top left. Must be deleted before the window that the
  * canvas was made in. All calls come from the thread of the windows. */
-class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHandler, private CGestureTarget {
+class CViewer3DSWindowHandler final : public wxEvtHandler,
+                                      public C3DSWindowHandler,
+                                      public CSceneView,
+                                      private CGestureTarget {
   public:
     /** Makes the canvas as a child of parent. tools may be null and must outlive the view. */
     CViewer3DSWindowHandler(wxWindow* parent, CViewToolState* tools);
@@ -45,29 +51,35 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
     void WhenReady(std::function<void()> work);
 
     // --- opening -----------------------------------------------------------------------------------------
-    /** Opening what is shown already is a success that does nothing. After a failure nothing is shown and the
-     * current path is empty. Windows repaint while it is read, and input waits. */
-    [[nodiscard]] bool OpenModel(const wchar_t* path);
-    /** Reads the file that is shown again; camera, rotation and frame stay. On failure all stays as it is. */
-    [[nodiscard]] CStatus Reload();
+    [[nodiscard]] bool OpenModel(const wchar_t* path) override;
+    [[nodiscard]] bool OpenModelStruct(Lib3dsFile* scene, const wchar_t* name,
+                                       std::vector<CSceneNote> notes = {}) override;
+    /** After a failure the current path stays. */
+    [[nodiscard]] bool OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures,
+                                       const wchar_t* name) override;
+    [[nodiscard]] bool OpenLoaded(CLoadedScene scene, const wchar_t* path) override;
+    [[nodiscard]] CStatus Reload() override;
+    void CloseModel() override;
+    [[nodiscard]] const CError& LastError() const override;
+    void LoadBeside(const std::function<void(CLoadProgress&)>& work) override;
     /** Hears how far an opening has come, with the milliseconds since it began, as long as it takes. */
     void SetProgressListener(CProgressListener listener) { m_progressListener = std::move(listener); }
-    /** As OpenModel, with a scene in memory, which it takes whatever the outcome. */
-    [[nodiscard]] bool OpenModelStruct(Lib3dsFile* scene, const wchar_t* name);
-    /** Opens the bytes of a file whatever is shown; after a failure the current path stays. */
-    [[nodiscard]] bool OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures,
-                                       const wchar_t* name);
-    /** Shows nothing and forgets the path. Harmless when nothing is shown. */
-    void CloseModel();
     /** The file name part of the current path; empty when there is none. */
     [[nodiscard]] std::wstring GetFileName() const;
     [[nodiscard]] const std::wstring& GetPath() const { return m_path; }
+
+    // --- edits -------------------------------------------------------------------------------------------
+    [[nodiscard]] std::vector<CStatus> ApplyEdits(std::span<const CEdit> edits) override;
+    [[nodiscard]] bool TakeBackEdits(std::size_t count) override;
+    /** Who takes a node out on a long press; until somebody does, the view does it itself. */
+    void SetNodeDeleter(std::function<void(const char*)> deleter) { m_nodeDeleter = std::move(deleter); }
 
     // --- saving ------------------------------------------------------------------------------------------
     /** Writes the scene with all edits: as a zip archive with its textures and a picture of the view where
      * the path ends in ".zip" (in lower case), otherwise as 3DS. From then on the scene refers to its
      * textures as JPEG files, whatever they were. */
-    [[nodiscard]] CStatus SaveToPath(const std::wstring& path);
+    [[nodiscard]] CStatus SaveToPath(const std::wstring& path) override;
+    [[nodiscard]] Lib3dsFile* Get3dsFile() override;
     /** What is seen, in the size of the view; with overlays the trackball's ball and the zoom box, too. */
     [[nodiscard]] CResult<CImage> TakePicture(EPictureOf what);
 
@@ -99,8 +111,9 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
     void SetRotate(bool rotate);
     [[nodiscard]] bool IsRotating() const { return m_rotate; }
     /** Plays the scene's animation, or holds it. On at every opening. */
-    void SetPlaying(bool playing);
-    [[nodiscard]] bool IsPlaying() const { return m_playing; }
+    void SetPlaying(bool playing) override;
+    [[nodiscard]] bool IsPlaying() const override { return m_playing; }
+    [[nodiscard]] bool HasAnimation() const override;
     /** Shown in the middle while no model is; an empty one shows nothing. Sizes are framebuffer pixels. */
     void SetHint(CImage hint);
     /** Called after every frame of the animation that was played. */
@@ -137,7 +150,8 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
 
     [[nodiscard]] bool OpenNamed(const std::wstring& name, const std::function<bool()>& open);
     [[nodiscard]] bool Open(const std::function<bool()>& open);
-    [[nodiscard]] CResult<CLoadedScene> LoadBesideWindows(const std::wstring& path);
+    [[nodiscard]] CResult<CLoadedScene> LoadFile(const std::wstring& path);
+    [[nodiscard]] bool ShowLoaded(CResult<CLoadedScene> loaded);
     void AfterSceneChange();
     void OnLongPress();
 
@@ -153,6 +167,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler, public C3DSWindowHand
     std::function<void()> m_whenReady;
     std::function<void()> m_frameListener;
     CProgressListener m_progressListener;
+    std::function<void(const char*)> m_nodeDeleter;
     bool m_playing = true;
     CImage m_hint;
     EToolCursor m_cursor = EToolCursor::Standard;

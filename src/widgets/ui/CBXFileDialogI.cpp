@@ -27,13 +27,27 @@ std::string& RegEntry() {
     return entry;
 }
 
+std::wstring& Document() {
+    static std::wstring path;
+    return path;
+}
+
+/** Always one that exists: without any the dialog would stand wherever the program was started. */
 std::string StartFolder(std::wstring_view initialFolder) {
-    if (file_util_ex::DoesFolderExist(initialFolder)) return ConvertToUTF8(initialFolder);
-    if (!RegEntry().empty()) {
-        const std::wstring kept = CLocalRegStore::GetString(RegEntry(), kPathKey, L"");
-        if (file_util_ex::DoesFolderExist(kept)) return ConvertToUTF8(kept);
-    }
-    return ConvertToUTF8(wxStandardPaths::Get().GetDocumentsDir().ToStdWstring());
+    const std::wstring remembered =
+        RegEntry().empty() ? std::wstring() : CLocalRegStore::GetString(RegEntry(), kPathKey, L"");
+    for (const std::wstring& folder :
+         {std::wstring(initialFolder), remembered, file_util_ex::GetFilePath(Document()),
+          wxStandardPaths::Get().GetDocumentsDir().ToStdWstring()})
+        if (file_util_ex::DoesFolderExist(folder)) return ConvertToUTF8(folder);
+    return "/";
+}
+
+std::wstring StartName(std::wstring_view defaultName, std::wstring_view defaultExtension) {
+    if (!defaultName.empty()) return file_util_ex::GetFileName(defaultName);
+    const std::wstring name = file_util_ex::GetFileName(Document());
+    return name.empty() ? name
+                        : file_util_ex::SetFileExt(name, file_dialog_text::ExtensionOf(defaultExtension));
 }
 
 void RememberFolder(std::wstring_view path) {
@@ -53,6 +67,10 @@ std::string CBXFileDialogI::SetRegEntry(std::string_view name) {
     return std::exchange(RegEntry(), std::string(name));
 }
 
+void CBXFileDialogI::SetDocument(std::wstring path) {
+    Document() = std::move(path);
+}
+
 std::wstring CBXFileDialogI::LaunchSaveDialog(wxWindow* parent, std::wstring_view defaultExtension,
                                               std::wstring_view wildcard, std::wstring_view title,
                                               std::wstring_view initialFolder,
@@ -62,7 +80,7 @@ std::wstring CBXFileDialogI::LaunchSaveDialog(wxWindow* parent, std::wstring_vie
     file_chooser::SetFilters(dialog, filters);
     file_chooser::FollowFilter(dialog, filters);
     file_chooser::SetFolder(dialog, StartFolder(initialFolder));
-    file_chooser::SetName(dialog, ConvertToUTF8(ShownText(file_util_ex::GetFileName(defaultName))));
+    file_chooser::SetName(dialog, ConvertToUTF8(ShownText(StartName(defaultName, defaultExtension))));
 
     // Asked while the dialog stands, so that a No leads back to it; and here, as the desktop's own question
     // would be about the name before its extension.

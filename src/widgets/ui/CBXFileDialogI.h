@@ -15,11 +15,14 @@ class CBXFileDialogI {
     /** Selects the entry for the dialogs from now on and returns the one before. Empty, as at first: none,
      * and no folder is remembered. */
     static std::string SetRegEntry(std::string_view name);
+    /** The file that is open (its path, or only its name; empty for none): a dialog that is given no folder and
+     * remembers none stands in its folder, and one that is given no name proposes its name. */
+    static void SetDocument(std::wstring path);
     /** Asks for the file to save to. The path chosen, or empty when cancelled. A name without an extension
      * gets that of the chosen kind of file; a file that exists is replaced only after a question.
      * defaultExtension: "pov", ".pov" or "*.pov". wildcard: "3ds and zip files(*.3ds;*.zip)|*.3ds;*.zip||" or
-     * a pattern alone. initialFolder: when empty or missing the remembered one, else the user's documents.
-     * defaultName: a name or a path, of which the name counts. */
+     * a pattern alone. initialFolder: when empty or missing the remembered one, else the document's, else
+     * the user's documents. defaultName: a name or a path, of which the name counts. */
     [[nodiscard]] static std::wstring LaunchSaveDialog(wxWindow* parent, std::wstring_view defaultExtension,
                                                        std::wstring_view wildcard, std::wstring_view title,
                                                        std::wstring_view initialFolder,

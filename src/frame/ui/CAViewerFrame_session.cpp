@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+// How the frame shows what the session and the view tell; everything else is in CAViewerFrame.cpp.
+#include <wx/menu.h>
+
+#include <cmath>
+#include <utility>
+
+#include "base/text/lng.h"
+#include "base/text/utf8_text.h"
+#include "engine/C3dsDisplayWrap.h"
+#include "files/file_util_ex.h"
+#include "frame/ui/CAViewerFrame.h"
+#include "frame/ui/CAnimationBar.h"
+#include "frame/ui/CSceneStatusBar.h"
+#include "frame/ui/command_menus.h"
+#include "model/prepare/CPreparedScene.h"
+#include "session/CSession.h"
+#include "session/scene_summary.h"
+#include "settings/CSettings.h"
+#include "view/ui/CViewer3DSWindowHandler.h"
+#include "widgets/CUserPrompt.h"
+#include "widgets/ui/CBXFileDialogI.h"
+#include "widgets/ui/wx_window_state.h"
+
+namespace {
+
+/** What the view says in place of the document's scene. */
+std::wstring HintOf(const CDocument& document, const CError& error) {
+    const std::wstring name = file_util_ex::ShownText(file_util_ex::GetFileName(document.path));
+    std::wstring text = lng::Text("%s cannot be opened:", name) + L"\n";
+    // Of the file itself the name is said already.
+    const bool isOfPart = file_util_ex::PathFromBytes(error.where) != document.modelPath;
+    text += lng::Text(CError{error.code, error.message, isOfPart ? error.where : std::string()});
+    if (document.HasFile()) text += L"\n" + lng::Text("F5 tries again.");
+    return text;
+}
+
+}  // namespace
+
+void CAViewerFrame::OpenByPath(const std::wstring& path, std::function<void(const CError&)> failed) {
+    OnOpening();  // from the first picture on
+    m_openFailed = std::move(failed);
+    m_view->WhenReady([this, path] { m_session->OpenFileOrFolder(path); });
+}
+
+// --- what the session tells -----------------------------------------------------------------------------
+
+void CAViewerFrame::ShowTitle(const std::wstring& title) {
+    SetTitle(file_util_ex::ShownText(title));
+}
+
+void CAViewerFrame::ShowMessage(const std::wstring& text) {
+    m_statusBar->ShowMessage(text);
+}
+
+/** The toolkit would keep what the bar said, and leave a character behind where that was nothing. */
+void CAViewerFrame::DoGiveHelp(const wxString& text, bool show) {
+    if (m_statusBar) m_statusBar->ShowHelp(show ? text.ToStdWstring() : std::wstring());
+}
+
+void CAViewerFrame::Tell(const std::wstring& text) {
+    CUserPrompt::Instance().ShowMessage(text);
+}
+
+void CAViewerFrame::BeginBusy() {
+    CUserPrompt::Instance().BeginBusy();
+}
+
+void CAViewerFrame::EndBusy() {
+    CUserPrompt::Instance().EndBusy();
+}
+
+void CAViewerFrame::OnOpening() {
+    m_view->SetHint({});  // somebody has done what it says
+}
+
+void CAViewerFrame::AskForTurn() {
+    CallAfter([this] {
+        if (!m_closed) m_session->RunWaiting();
+    });
+}
+
+void CAViewerFrame::OnOpened(const COpenReport& report) {
+    const auto failed = std::exchange(m_openFailed, nullptr);
+    const bool hasFailed = report.result == EOpened::Failed;
+    if (hasFailed && failed) failed(report.error);
+    if (hasFailed && !report.isReload) m_hint = HintOf(m_session->Document(), report.error);
+    if (report.result == EOpened::Opened && !report.isReload &&
+        CSettings::Instance().lastCamera != kCmdIsoCamera)
+        ResetView();
+    ShowDocument();
+    // What was shown before may still be there, and hides the hint.
+    if (hasFailed && !report.isReload && m_view->GetEngine().Prepared())
+        ShowMessage(lng::Text("%s cannot be opened:",
+                              file_util_ex::ShownText(file_util_ex::GetFileName(m_session->Document().path))) +
+                    L" " + lng::Text(CError{report.error.code, report.error.message, {}}));
+}
+
+void CAViewerFrame::OnDocumentChanged() {
+    if (m_session->Document().origin == EOrigin::None)
+        m_hint = lng::Text("Open a model: Ctrl+O or drop one here");
+    ShowDocument();
+}
+
+void CAViewerFrame::ShowDocument() {
+    C3dsDisplayWrap& engine = m_view->GetEngine();
+    const CPreparedScene* scene = engine.Prepared();
+    const CSceneSummary summary = scene ? SummaryOf(*scene) : CSceneSummary{};
+    if (!scene) ShowHint(m_hint);
+    CBXFileDialogI::SetDocument(m_session->Document().path);
+    m_state.hasModel = m_session->Document().isOpen;
+    m_state.hasFile = m_session->Document().HasFile();
+    m_state.folderModels = m_session->FolderModels();
+    m_state.hasNotes = !summary.lines.empty();
+    m_state.canUndo = m_session->Edits().CanUndo();
+    m_state.canRedo = m_session->Edits().CanRedo();
+    m_state.isAnimated = engine.HasAnimation();
+    m_state.isPlaying = m_session->IsPlaying();
+    m_notes = summary.lines;
+    m_statusBar->EndProgress();
+    m_statusBar->ShowScene(summary);
+    ShowAnimation();
+    ShowSceneCameras(*m_menuBar, SceneCameras());
+    m_recent.UpdateMenu(*m_menuBar->GetMenu(0));
+    ShowPanes();
+    ShowCommandStates();
+}
+
+void CAViewerFrame::ShowAnimation() {
+    const C3dsDisplayWrap& engine = m_view->GetEngine();
+    const CPreparedScene* scene = engine.Prepared();
+    if (!scene) return;
+    m_animationBar->SetRange(static_cast<int>(scene->firstFrame), static_cast<int>(scene->lastFrame));
+    m_animationBar->ShowFrame(static_cast<int>(std::lround(engine.GetFrame())));
+    m_animationBar->ShowPlaying(m_state.isPlaying);
+}
+
+// --- what the view tells --------------------------------------------------------------------------------
+
+void CAViewerFrame::OnViewKeyDown(int keyCode) {
+    switch (keyCode) {
+        case WXK_SPACE:
+            RunCommand(kCmdNextFile);
+            break;
+        case WXK_BACK:
+            RunCommand(kCmdPreviousFile);
+            break;
+        case WXK_ESCAPE:
+            if (CSettings::Instance().closeOnEsc) Close(true);
+            break;
+        case WXK_F11:
+            RunCommand(kCmdFullScreen);
+            break;
+        default:
+            break;
+    }
+}
+
+void CAViewerFrame::OnViewRightButtonDown() {
+    // Later, when the press has been dealt with: the menu takes the mouse.
+    CallAfter([this] { ShowContextMenu(wxDefaultPosition); });
+}
+
+void CAViewerFrame::ShowContextMenu(wxPoint where) {
+    if (m_closed || m_session->IsBusy()) return;
+    const CStateOfCommand stateOf = [now = State()](const CCommand& c) { return StateOf(c, now); };
+    const std::unique_ptr<wxMenu> menu = MakeContextMenu(SceneCameras(), stateOf);
+    int chosen = wxID_NONE;
+    {
+        const CTurns::CHold hold(m_session->Turns());
+        chosen = GetPopupMenuSelectionFromUser(*menu, where);
+    }
+    if (chosen != wxID_NONE) RunCommand(CommandOfWidgetId(chosen));
+}
+
+// --- the end --------------------------------------------------------------------------------------------
+
+void CAViewerFrame::OnClose(wxCloseEvent& event) {
+    // In the midst of an opening, a question or an export the frame is in use; it closes when that has ended.
+    if (!m_session->MayClose()) {
+        if (event.CanVeto()) event.Veto();
+        return;
+    }
+    KeepState();
+    m_closed = true;
+    Destroy();
+}
+
+void CAViewerFrame::CloseNow() {
+    Close();
+}
+
+void CAViewerFrame::KeepState() {
+    if (m_closed) return;
+    wx_window_state::SaveState(this, kStateName);
+    m_recent.SaveStdProfileSettings();
+}

@@ -1,0 +1,256 @@
+// SPDX-License-Identifier: MIT
+// Opening, saving and deleting; what is done with the open scene is in CSession_edits.cpp.
+#include "session/CSession.h"
+
+#include <optional>
+#include <utility>
+
+#include "base/text/lng.h"
+#include "files/file_util_ex.h"
+#include "model/read_obj/CObjConv3ds.h"
+#include "session/CRecentFileList.h"
+#include "session/CSceneView.h"
+#include "session/CSessionFrame.h"
+#include "session/CSessionListener.h"
+
+using file_util_ex::ConvertToUTF8;
+
+namespace {
+
+constexpr wchar_t kTitle[] = L"Orbivue";
+
+/** Has the user wait as long as it lives. */
+class CBusyFrame {
+  public:
+    explicit CBusyFrame(CSessionFrame& frame) : m_frame(frame) { frame.BeginBusy(); }
+    CBusyFrame(const CBusyFrame&) = delete;
+    CBusyFrame& operator=(const CBusyFrame&) = delete;
+    ~CBusyFrame() { m_frame.EndBusy(); }
+
+  private:
+    CSessionFrame& m_frame;
+};
+
+/** Compared exactly on purpose: "model.OBJ" is none. */
+bool IsObj(const std::wstring& path) {
+    return file_util_ex::GetFileExt(path) == L"obj";
+}
+
+CDocument DocumentOf(const COpenRequest& request) {
+    return {request.origin, request.path, request.modelPath, false};
+}
+
+}  // namespace
+
+CSession::CSession(CSceneView& view, CSessionFrame& frame, CRecentFileList& recent)
+    : m_view(view),
+      m_frame(frame),
+      m_recent(recent),
+      m_turns([&frame] { frame.AskForTurn(); }),
+      m_edits(view) {}
+
+bool CSession::KeepWhileBusy(std::function<void()> work) {
+    if (IsBusy())
+        m_turns.Keep(std::move(work));
+    else
+        m_turns.ForgetKept();
+    return IsBusy();
+}
+
+// --- opening ---------------------------------------------------------------------------------------------
+
+EOpened CSession::Open(const COpenRequest& request) {
+    if (KeepWhileBusy([this, request] { Open(request); })) return EOpened::Waits;
+    return OpenNow(request);
+}
+
+EOpened CSession::OpenNow(const COpenRequest& request) {
+    const CTurns::CHold hold(m_turns);
+    COpenReport report;
+    {
+        const CBusyFrame busy(m_frame);
+        CDocument asked = DocumentOf(request);
+        m_frame.OnOpening();
+        const bool isRepeat = m_shown && m_shown->IsSame(asked);
+        const CStatus shown = isRepeat ? CStatus(CDone{}) : Show(request);
+        report.result = !shown ? EOpened::Failed : isRepeat ? EOpened::AlreadyShown : EOpened::Opened;
+        if (!shown) report.error = shown.Error();
+        asked.isOpen = shown.HasValue();
+        m_document = std::move(asked);
+    }
+    if (!IsObj(m_document.path)) {
+        std::wstring title = std::wstring(kTitle) + L" - " + m_document.path;
+        if (!m_document.isOpen) title += L" - " + lng::Text("File open failed");
+        m_frame.ShowTitle(title);
+    }
+    CountModels();
+    if (m_document.HasFile()) {
+        if (m_document.isOpen)
+            m_recent.AddToRecentFileList(m_document.path);
+        else if (!file_util_ex::DoesFileExist(m_document.path))
+            m_recent.Remove(m_document.path);
+    }
+    TellOfOpening(report);
+    return report.result;
+}
+
+CStatus CSession::Show(const COpenRequest& request) {
+    const std::wstring& path = request.modelPath;
+    const bool isShown = m_shown && m_shown->modelPath == path;  // because somebody else asked for it
+    CStatus shown = CDone{};
+    if (request.memory) {
+        const CModelInMemory& model = *request.memory;
+        shown = Answer(m_view.OpenBufferModel(model.data.data(), static_cast<long>(model.data.size()),
+                                              model.textures, request.path.c_str()));
+    } else if (request.ready && request.ready->stamp == CFileStamp::Of(ConvertToUTF8(path))) {
+        shown = Answer(m_view.OpenLoaded(std::move(request.ready->scene), path.c_str()));
+    } else if (IsObj(path)) {
+        shown = ShowObj(path, isShown);
+    } else {
+        // The view takes a path that it knows for one that it shows, and after some failures it shows none.
+        if (isShown || !m_shown) m_view.CloseModel();
+        m_shown.reset();
+        shown = Answer(m_view.OpenModel(path.c_str()));
+    }
+    if (!shown && IsObj(path)) return shown;
+    m_edits.Clear();
+    m_shown.reset();
+    if (shown) m_shown = DocumentOf(request);
+    return shown;
+}
+
+/** What cannot be converted never gets to the view, which goes on showing what it shows. */
+CStatus CSession::ShowObj(const std::wstring& path, bool isShown) {
+    std::vector<CSceneNote> notes;
+    std::optional<CResult<CLib3dsFilePtr>> converted;
+    m_view.LoadBeside([&](CLoadProgress&) {
+        converted.emplace(CObjConv3ds::ConvertResult(ConvertToUTF8(path), notes));
+    });
+    if (!*converted) return converted->Error();
+    if (isShown || !m_shown) m_view.CloseModel();
+    m_shown.reset();
+    m_edits.Clear();
+    return Answer(
+        m_view.OpenModelStruct(std::move(*converted).Value().release(), path.c_str(), std::move(notes)));
+}
+
+CStatus CSession::Answer(bool opened) const {
+    if (opened) return CDone{};
+    return m_view.LastError();
+}
+
+EOpened CSession::OpenFileOrFolder(const std::wstring& path) {
+    if (KeepWhileBusy([this, path] { OpenFileOrFolder(path); })) return EOpened::Waits;
+    if (!file_util_ex::DoesFolderExist(path)) return OpenNow(COpenRequest::OfFile(path));
+    const std::vector<std::wstring> models = folder_models::ListInside(path);
+    if (!models.empty()) return OpenNow(COpenRequest::OfFile(models.front()));
+    const CTurns::CHold hold(m_turns);
+    m_frame.Tell(lng::Text("There is no model in the folder %s.", path));
+    return EOpened::Failed;
+}
+
+EOpened CSession::OpenRecent(std::size_t index) {
+    const std::wstring path = m_recent.GetNameByIndex(index);
+    return path.empty() ? EOpened::Failed : Open(COpenRequest::OfFile(path));
+}
+
+void CSession::Step(folder_models::EStep step) {
+    if (!KeepWhileBusy([this, step] { Step(step); })) StepNow(step);
+}
+
+void CSession::StepNow(folder_models::EStep step) {
+    if (!m_document.HasFile()) return;
+    const std::wstring path =
+        folder_models::Neighbour(folder_models::ListBeside(m_document.path), m_document.path, step);
+    if (!path.empty()) OpenNow(COpenRequest::OfFile(path));
+}
+
+void CSession::Reload() {
+    if (!KeepWhileBusy([this] { Reload(); })) ReloadNow();
+}
+
+void CSession::ReloadNow() {
+    if (!m_document.HasFile()) return;
+    if (m_shown && m_shown->IsSame(m_document))
+        ReloadShown();
+    else
+        OpenNow({m_document.origin, m_document.path, m_document.modelPath, {}, {}});
+}
+
+void CSession::ReloadShown() {
+    COpenReport report;
+    report.result = EOpened::Opened;
+    report.isReload = true;
+    const CTurns::CHold hold(m_turns);
+    {
+        const CBusyFrame busy(m_frame);
+        const CStatus read = m_view.Reload();
+        if (read) {
+            m_edits.Clear();
+        } else {
+            report.result = EOpened::Failed;
+            report.error = read.Error();
+        }
+    }
+    CountModels();
+    TellOfOpening(report);
+    if (report.result == EOpened::Failed)
+        m_frame.Tell(
+            lng::Text("The file %s cannot be read again.", file_util_ex::GetFileName(m_document.path)) +
+            L"\n" + lng::Text(report.error));
+}
+
+void CSession::CountModels() {
+    m_folderModels = m_document.HasFile()
+                         ? static_cast<unsigned>(folder_models::ListBeside(m_document.path).size())
+                         : 0;
+}
+
+void CSession::TellOfOpening(const COpenReport& report) {
+    COpenReport told = report;
+    told.folderModels = m_folderModels;
+    const std::vector<CSessionListener*> listeners = m_listeners;  // they may come and go meanwhile
+    for (CSessionListener* listener : listeners) listener->OnOpened(told);
+}
+
+void CSession::TellOfChange() {
+    const std::vector<CSessionListener*> listeners = m_listeners;
+    for (CSessionListener* listener : listeners) listener->OnDocumentChanged();
+}
+
+// --- the file --------------------------------------------------------------------------------------------
+
+CStatus CSession::DeleteFile() {
+    const CTurns::CHold hold(m_turns);
+    const CDocument document = std::exchange(m_document, {});
+    std::wstring next;
+    if (document.HasFile())
+        next = folder_models::Neighbour(folder_models::ListBeside(document.path), document.path,
+                                        folder_models::EStep::Next);
+    m_view.CloseModel();
+    m_edits.Clear();
+    m_shown.reset();
+    m_folderModels = 0;
+    m_frame.ShowTitle(kTitle);
+    const CStatus deleted =
+        document.HasFile() ? file_util_ex::TryDeleteFile(ConvertToUTF8(document.path)) : CStatus(CDone{});
+    if (deleted) m_recent.Remove(document.path);
+    if (deleted && !next.empty())
+        OpenNow(COpenRequest::OfFile(next));
+    else
+        TellOfChange();
+    return deleted;
+}
+
+CStatus CSession::Save(const std::wstring& path) {
+    const CTurns::CHold hold(m_turns);
+    const CBusyFrame busy(m_frame);
+    CStatus saved = m_view.SaveToPath(path);
+    CountModels();
+    TellOfChange();
+    return saved;
+}
+
+bool CSession::MayClose() {
+    return m_turns.MayClose([this] { m_frame.CloseNow(); });
+}

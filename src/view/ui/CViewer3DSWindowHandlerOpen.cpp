@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: MIT
+// How the view opens, closes, edits and saves scenes; everything else is in CViewer3DSWindowHandler.cpp.
+#include <wx/stopwatch.h>
+
+#include <exception>
+#include <optional>
+#include <utility>
+
+#include "base/text/lng.h"
+#include "engine/C3dsDisplayWrap.h"
+#include "engine/CGLCanvasI.h"
+#include "files/file_util_ex.h"
+#include "model/open/load_scene.h"
+#include "model/save/lib3ds_util.h"
+#include "model/save/save_scene.h"
+#include "model/scene/CScene.h"
+#include "view/ui/CViewer3DSWindowHandler.h"
+#include "widgets/ui/run_job.h"
+
+namespace {
+
+std::wstring TextOrNothing(const wchar_t* text) {
+    return text ? text : L"";
+}
+
+CResult<CLoadedScene> LoadStruct(CLib3dsFilePtr file, const std::string& path,
+                                 const std::vector<CSceneNote>& notes, CLoadProgress& progress) {
+    try {
+        CScene scene = CScene::Adopt(std::move(file));
+        for (const CSceneNote& note : notes) scene.AddNote(note);
+        scene.SetTextures(CTextureLocator::BesideModel(path));
+        return LoadScene(std::move(scene), &progress);
+    } catch (const std::exception&) {
+        return CError{EErrorCode::TooLarge, lng::Mark("not enough memory to show it"), path};
+    }
+}
+
+}  // namespace
+
+// --- opening ---------------------------------------------------------------------------------------------
+
+bool CViewer3DSWindowHandler::OpenModel(const wchar_t* path) {
+    const std::wstring name = TextOrNothing(path);
+    return OpenNamed(name, [&] {
+        GetEngine().CloseModel();  // first, so that memory never holds two
+        return ShowLoaded(LoadFile(name));
+    });
+}
+
+void CViewer3DSWindowHandler::LoadBeside(const std::function<void(CLoadProgress&)>& work) {
+    CLoadProgress progress;
+    const wxStopWatch watch;
+    RunJob([&](CJobProgress&) { work(progress); },
+           [&](CJobProgress&) {
+               if (m_progressListener) m_progressListener(progress, watch.Time());
+           });
+}
+
+CResult<CLoadedScene> CViewer3DSWindowHandler::LoadFile(const std::wstring& path) {
+    std::optional<CResult<CLoadedScene>> loaded;
+    const std::string utf8 = file_util_ex::ConvertToUTF8(path);
+    LoadBeside([&](CLoadProgress& progress) { loaded.emplace(LoadScene(utf8, &progress)); });
+    return std::move(*loaded);
+}
+
+bool CViewer3DSWindowHandler::ShowLoaded(CResult<CLoadedScene> loaded) {
+    BeginWork();  // a window that was repainted meanwhile may have left another context
+    return GetEngine().OpenLoaded(std::move(loaded));
+}
+
+CStatus CViewer3DSWindowHandler::Reload() {
+    if (m_path.empty()) return CError{EErrorCode::NotFound, lng::Mark("no model is open"), {}};
+    CResult<CLoadedScene> loaded = LoadFile(m_path);
+    if (!loaded) return loaded.Error();
+    const CSeenView seen = SeenView();
+    BeginWork();
+    const bool opened = GetEngine().OpenLoaded(std::move(loaded));
+    GetEngine().SetSeenView(seen);
+    const bool playing = m_playing;
+    AfterSceneChange();
+    m_playing = playing;
+    EndWork();
+    if (!opened) return GetEngine().LastError();
+    return CDone{};
+}
+
+bool CViewer3DSWindowHandler::OpenModelStruct(Lib3dsFile* scene, const wchar_t* name,
+                                              std::vector<CSceneNote> notes) {
+    CLib3dsFilePtr owned(scene);
+    const std::wstring path = TextOrNothing(name);
+    return OpenNamed(path, [&] {
+        GetEngine().CloseModel();
+        if (!owned)
+            return ShowLoaded(CError{EErrorCode::BadArgument, lng::Mark("there is no scene"), {}});
+        std::optional<CResult<CLoadedScene>> loaded;
+        LoadBeside([&](CLoadProgress& progress) {
+            loaded.emplace(LoadStruct(std::move(owned), file_util_ex::ConvertToUTF8(path), notes, progress));
+        });
+        return ShowLoaded(std::move(*loaded));
+    });
+}
+
+bool CViewer3DSWindowHandler::OpenLoaded(CLoadedScene scene, const wchar_t* path) {
+    m_path.clear();
+    if (!Open([&] { return ShowLoaded(std::move(scene)); })) return false;
+    m_path = TextOrNothing(path);
+    return true;
+}
+
+bool CViewer3DSWindowHandler::OpenNamed(const std::wstring& name, const std::function<bool()>& open) {
+    if (!name.empty() && name == m_path) return true;
+    m_path.clear();
+    if (name.empty() || !Open(open)) return false;
+    m_path = name;
+    return true;
+}
+
+bool CViewer3DSWindowHandler::OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures,
+                                              const wchar_t* name) {
+    if (!Open([&] { return GetEngine().OpenBufferModel(data, size, textures); })) return false;
+    m_path = TextOrNothing(name);
+    return true;
+}
+
+bool CViewer3DSWindowHandler::Open(const std::function<bool()>& open) {
+    SetPivotOffset(0, 0, 0);
+    SetScale(1, 1, 1);
+    m_gestures.ResetTrackBall();
+    BeginWork();
+    const bool opened = open();
+    AfterSceneChange();
+    EndWork();
+    return opened;
+}
+
+void CViewer3DSWindowHandler::CloseModel() {
+    m_path.clear();
+    m_gestures.ResetTrackBall();
+    BeginWork();
+    GetEngine().CloseModel();
+    AfterSceneChange();
+    EndWork();
+}
+
+void CViewer3DSWindowHandler::AfterSceneChange() {
+    if (!GetCanvas()) return;
+    m_playing = true;
+    GetCanvas()->SetRotating(m_rotate && GetEngine().Prepared());
+    GetCanvas()->OnModelOpened();
+}
+
+std::wstring CViewer3DSWindowHandler::GetFileName() const {
+    return file_util_ex::GetFileName(m_path);
+}
+
+const CError& CViewer3DSWindowHandler::LastError() const {
+    return GetEngine().LastError();
+}
+
+// --- edits -----------------------------------------------------------------------------------------------
+
+std::vector<CStatus> CViewer3DSWindowHandler::ApplyEdits(std::span<const CEdit> edits) {
+    BeginWork();
+    std::vector<CStatus> answers;
+    for (const CEdit& edit : edits) {
+        const auto* deletion = std::get_if<CDeleteEdit>(&edit);
+        if (!deletion)
+            answers.emplace_back(
+                CError{EErrorCode::Unsupported, lng::Mark("this edit is not possible here"), {}});
+        else if (GetEngine().DeleteNode(deletion->node.c_str()))
+            answers.emplace_back(CDone{});
+        else
+            answers.emplace_back(GetEngine().LastError());
+    }
+    return answers;
+}
+
+bool CViewer3DSWindowHandler::TakeBackEdits(std::size_t) {
+    return false;  // the engine keeps no way back
+}
+
+bool CViewer3DSWindowHandler::HasAnimation() const {
+    return GetEngine().HasAnimation();
+}
+
+// --- saving ----------------------------------------------------------------------------------------------
+
+Lib3dsFile* CViewer3DSWindowHandler::Get3dsFile() {
+    return GetEngine().Get3dsFile();
+}
+
+CStatus CViewer3DSWindowHandler::SaveToPath(const std::wstring& path) {
+    Lib3dsFile* scene = GetEngine().Get3dsFile();
+    if (!scene) return CError{EErrorCode::NotFound, lng::Mark("no model is open"), {}};
+    lib3ds_util::change_textures_ext(scene, "jpg");
+    const CSceneWriter write = [this](std::string_view target) -> CStatus {
+        if (GetEngine().SaveAs(file_util_ex::ConvertFromUTF8W(target).c_str())) return CDone{};
+        return GetEngine().LastError();
+    };
+    const std::string target = file_util_ex::ConvertToUTF8(path);
+    if (file_util_ex::GetFileExt(target) != "zip") return write(target);
+    CResult<CImage> picture = TakePicture(EPictureOf::ModelAndOverlays);
+    return SaveSceneZip(scene, write, picture ? picture.Value() : CImage{}, target);
+}
