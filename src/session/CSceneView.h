@@ -47,7 +47,7 @@ class CSceneView {
     /** Takes the last count edits back that succeeded. False when it cannot; then nothing has changed. */
     [[nodiscard]] virtual bool TakeBackEdits(std::size_t count) = 0;
 
-    /** As CFileCommands saves: a zip archive for the ending "zip" in small letters, 3DS for any other. */
+    /** Writes the scene with all edits: a zip archive for the ending "zip" in small letters, 3DS for any other. */
     [[nodiscard]] virtual CStatus SaveToPath(const std::wstring& path) = 0;
     /** The scene with all edits, the view's own; null for none. */
     [[nodiscard]] virtual Lib3dsFile* Get3dsFile() = 0;

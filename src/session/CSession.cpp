@@ -123,9 +123,8 @@ CStatus CSession::Show(const COpenRequest& request) {
 CStatus CSession::ShowObj(const std::wstring& path, bool isShown) {
     std::vector<CSceneNote> notes;
     std::optional<CResult<CLib3dsFilePtr>> converted;
-    m_view.LoadBeside([&](CLoadProgress&) {
-        converted.emplace(CObjConv3ds::ConvertResult(ConvertToUTF8(path), notes));
-    });
+    m_view.LoadBeside(
+        [&](CLoadProgress&) { converted.emplace(CObjConv3ds::ConvertResult(ConvertToUTF8(path), notes)); });
     if (!*converted) return converted->Error();
     if (isShown || !m_shown) m_view.CloseModel();
     m_shown.reset();
@@ -201,9 +200,8 @@ void CSession::ReloadShown() {
 }
 
 void CSession::CountModels() {
-    m_folderModels = m_document.HasFile()
-                         ? static_cast<unsigned>(folder_models::ListBeside(m_document.path).size())
-                         : 0;
+    m_folderModels =
+        m_document.HasFile() ? static_cast<unsigned>(folder_models::ListBeside(m_document.path).size()) : 0;
 }
 
 void CSession::TellOfOpening(const COpenReport& report) {

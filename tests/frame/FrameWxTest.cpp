@@ -334,6 +334,31 @@ TEST_F(FrameWxTest, PlaysAndHoldsAnimations) {
     EXPECT_TRUE(CFrameWindow::WaitFor([&] { return window.Engine().GetFrame() != held; }));
 }
 
+TEST_F(FrameWxTest, EscClosesOnlyWhereItIsSetTo) {
+    window.Press(WXK_ESCAPE);
+    wxTheApp->ProcessIdle();
+    ASSERT_TRUE(window.IsThere());
+    CSettings::Instance().closeOnEsc = true;
+    window.Press(WXK_ESCAPE);
+    EXPECT_TRUE(CFrameWindow::WaitFor([&] {
+        wxTheApp->ProcessIdle();
+        return !window.IsThere();
+    }));
+}
+
+TEST_F(FrameWxTest, TicksTheCameraOfTheScene) {
+    ASSERT_TRUE(window.Open(Sample("orrery.3ds", "o.3ds")));
+    const int first = WidgetIdOf(kCmdFirstSceneCamera);
+    ASSERT_NE(Frame().GetMenuBar()->FindItem(first), nullptr);
+    EXPECT_FALSE(Frame().GetMenuBar()->IsChecked(first));
+    for (int times = 0; times < 2; ++times) {
+        Frame().RunCommand(kCmdFirstSceneCamera);
+        EXPECT_TRUE(Frame().GetMenuBar()->IsChecked(first));
+    }
+    Frame().RunCommand(kCmdTopCamera);
+    EXPECT_FALSE(Frame().GetMenuBar()->IsChecked(first));
+}
+
 /** What happens while a question is open waits for its answer. */
 TEST_F(FrameWxTest, DropsAndClosingWaitForAnAnswer) {
     const std::wstring knot = Sample("knot.3ds", "a.3ds"), chess = Sample("chess.3ds", "b.3ds");

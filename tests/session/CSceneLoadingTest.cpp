@@ -64,7 +64,8 @@ TEST_P(CLoadLimitsTest, AreKept) {
     const std::wstring path = Large(20'000);
     const auto size = static_cast<double>(std::filesystem::file_size(folder / "large.3ds"));
     const CResult<CReadyScene> ready =
-        CSceneLoading(path, {.threads = 1, .bytes = static_cast<std::uint64_t>(size * GetParam().shareOfFile)})
+        CSceneLoading(path,
+                      {.threads = 1, .bytes = static_cast<std::uint64_t>(size * GetParam().shareOfFile)})
             .Take();
     EXPECT_EQ(ready.HasValue(), GetParam().succeeds);
     EXPECT_TRUE(ready || ready.Error().code == EErrorCode::TooLarge);

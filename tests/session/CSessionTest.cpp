@@ -51,7 +51,8 @@ TEST_P(CSessionRoadTest, IsTheSameForAll) {
     EXPECT_EQ(stage.reports[0].result, road.result);
     EXPECT_EQ(stage.reports[0].folderModels, stage.session.FolderModels());
     EXPECT_EQ(stage.reports[0].error.message.empty(), road.result != EOpened::Failed);
-    EXPECT_TRUE(stage.title.ends_with(file_util_ex::ConvertFromUTF8W(road.titleEnd))) << testing::PrintToString(stage.title);
+    EXPECT_TRUE(stage.title.ends_with(file_util_ex::ConvertFromUTF8W(road.titleEnd)))
+        << testing::PrintToString(stage.title);
     EXPECT_EQ(stage.Shown(), file_util_ex::ConvertFromUTF8W(road.shown));
     EXPECT_EQ(stage.view.loads, road.loads);
     EXPECT_EQ(stage.recent.Files().size(), road.recent);

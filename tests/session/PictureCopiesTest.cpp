@@ -30,7 +30,8 @@ class PictureCopiesTest : public testing::Test {
     }
     [[nodiscard]] std::vector<std::string> Missing() {
         std::vector<std::string> names;
-        for (const CImageDataText& picture : picture_copies::MissingAt(&m_scene.File(), to / "saved/chair.3ds"))
+        for (const CImageDataText& picture :
+             picture_copies::MissingAt(&m_scene.File(), to / "saved/chair.3ds"))
             names.push_back(picture.name);
         return names;
     }

@@ -10,6 +10,7 @@
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
 #include "files/file_util_ex.h"
+#include "model/open/CSceneReader.h"
 #include "model/open/load_scene.h"
 #include "model/save/lib3ds_util.h"
 #include "model/save/save_scene.h"
@@ -21,6 +22,21 @@ namespace {
 
 std::wstring TextOrNothing(const wchar_t* text) {
     return text ? text : L"";
+}
+
+CResult<CLoadedScene> LoadBytes(const char* data, long size, const CImageDataTextVec& textures,
+                                CLoadProgress& progress) {
+    if (data == nullptr || size <= 0)
+        return CError{EErrorCode::BadFormat, lng::Mark("the model is empty"), {}};
+    try {
+        const auto* bytes = reinterpret_cast<const std::byte*>(data);
+        CResult<CScene> read =
+            CSceneReader::ReadBytes({bytes, bytes + size}, CTextureLocator::InMemory(textures));
+        if (!read) return read.Error();
+        return LoadScene(std::move(read).Value(), &progress);
+    } catch (const std::exception&) {
+        return CError{EErrorCode::TooLarge, lng::Mark("not enough memory to open it"), {}};
+    }
 }
 
 CResult<CLoadedScene> LoadStruct(CLib3dsFilePtr file, const std::string& path,
@@ -90,8 +106,7 @@ bool CViewer3DSWindowHandler::OpenModelStruct(Lib3dsFile* scene, const wchar_t* 
     const std::wstring path = TextOrNothing(name);
     return OpenNamed(path, [&] {
         GetEngine().CloseModel();
-        if (!owned)
-            return ShowLoaded(CError{EErrorCode::BadArgument, lng::Mark("there is no scene"), {}});
+        if (!owned) return ShowLoaded(CError{EErrorCode::BadArgument, lng::Mark("there is no scene"), {}});
         std::optional<CResult<CLoadedScene>> loaded;
         LoadBeside([&](CLoadProgress& progress) {
             loaded.emplace(LoadStruct(std::move(owned), file_util_ex::ConvertToUTF8(path), notes, progress));
@@ -117,7 +132,14 @@ bool CViewer3DSWindowHandler::OpenNamed(const std::wstring& name, const std::fun
 
 bool CViewer3DSWindowHandler::OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures,
                                               const wchar_t* name) {
-    if (!Open([&] { return GetEngine().OpenBufferModel(data, size, textures); })) return false;
+    const auto open = [&] {
+        GetEngine().CloseModel();
+        std::optional<CResult<CLoadedScene>> loaded;
+        LoadBeside(
+            [&](CLoadProgress& progress) { loaded.emplace(LoadBytes(data, size, textures, progress)); });
+        return ShowLoaded(std::move(*loaded));
+    };
+    if (!Open(open)) return false;
     m_path = TextOrNothing(name);
     return true;
 }
