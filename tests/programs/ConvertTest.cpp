@@ -14,8 +14,8 @@ namespace {
 TEST(ConvertTest, TakesTheLightingOfTheSettings) {
     const CSettingsGuard guard;
     const CTestFolder folder;
-    const std::wstring input = file_util_ex::ConvertFromUTF8W(
-        folder.Add("a.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n"));
+    const std::wstring input =
+        file_util_ex::ConvertFromUTF8W(folder.Add("a.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n"));
     const auto convert = [&](const char* name) {
         EXPECT_TRUE(ConvertToPov(input, file_util_ex::ConvertFromUTF8W(folder / name)));
         return CTestFolder::TextOf(folder / name);
