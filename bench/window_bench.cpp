@@ -123,7 +123,7 @@ int MeasureOpening(CBench& bench, const std::string& path) {
     wxStopWatch watch, sinceTick;
     bench.ExpectPictureOf(wide);
     long longestGap = 0;
-    bench.Frame().View().SetProgressListener([&](const CLoadProgress&, long) {
+    bench.Frame().View().SetProgressListener([&](const CJobProgress&, long) {
         longestGap = std::max(longestGap, sinceTick.Time());
         sinceTick.Start();
     });

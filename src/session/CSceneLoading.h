@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <future>
+#include <chrono>
 #include <optional>
 #include <string>
 
+#include "base/jobs/CJob.h"
 #include "model/open/load_scene.h"
 #include "session/CFileStamp.h"
 
@@ -19,19 +20,17 @@ struct CReadyScene {
 class CSceneLoading {
   public:
     explicit CSceneLoading(std::wstring path, const CLoadLimits& limits = {});
-    CSceneLoading(const CSceneLoading&) = delete;
-    CSceneLoading& operator=(const CSceneLoading&) = delete;
-    ~CSceneLoading();
 
-    void Cancel() { m_progress.cancelled = true; }
-    [[nodiscard]] bool IsDone() const;
-    [[nodiscard]] const CLoadProgress& Progress() const { return m_progress; }
+    void Cancel() { m_job.Progress().Cancel(); }
+    [[nodiscard]] bool IsDone() const { return m_job.HasEndedWithin(std::chrono::milliseconds(0)); }
+    [[nodiscard]] const CJobProgress& Progress() { return m_job.Progress(); }
     [[nodiscard]] const std::wstring& Path() const { return m_path; }
     /** The outcome, once; waits for it. A file that was written while it was read gives Unreadable. */
     [[nodiscard]] CResult<CReadyScene> Take();
 
   private:
     std::wstring m_path;
-    CLoadProgress m_progress;
-    std::future<CResult<CReadyScene>> m_result;  // last: its thread uses the others
+    std::optional<CResult<CReadyScene>> m_result;
+    bool m_isTaken = false;
+    CJob m_job;  // last: its thread uses the others
 };

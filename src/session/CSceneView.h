@@ -12,8 +12,8 @@
 #include "model/scene/CSceneNote.h"
 #include "model/textures/CTextureLocator.h"
 
+class CJobProgress;
 struct CLoadedScene;
-struct CLoadProgress;
 struct Lib3dsFile;
 
 /** The 3D view as the session sees it: it shows one scene or none. */
@@ -40,7 +40,7 @@ class CSceneView {
     /** Why the last opening failed. */
     [[nodiscard]] virtual const CError& LastError() const = 0;
     /** Does work on another thread while windows repaint, input waits, and how far it is gets shown. */
-    virtual void LoadBeside(const std::function<void(CLoadProgress&)>& work) = 0;
+    virtual void LoadBeside(const std::function<void(CJobProgress&)>& work) = 0;
 
     /** Applies edits in order; one answer for each. Has nothing repainted. */
     [[nodiscard]] virtual std::vector<CStatus> ApplyEdits(std::span<const CEdit> edits) = 0;

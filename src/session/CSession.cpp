@@ -123,8 +123,10 @@ CStatus CSession::Show(const COpenRequest& request) {
 CStatus CSession::ShowObj(const std::wstring& path, bool isShown) {
     std::vector<CSceneNote> notes;
     std::optional<CResult<CLib3dsFilePtr>> converted;
-    m_view.LoadBeside(
-        [&](CLoadProgress&) { converted.emplace(CObjConv3ds::ConvertResult(ConvertToUTF8(path), notes)); });
+    m_view.LoadBeside([&](CJobProgress& progress) {
+        progress.SetPhase(lng::Mark("Reading the file..."));
+        converted.emplace(CObjConv3ds::ConvertResult(ConvertToUTF8(path), notes));
+    });
     if (!*converted) return converted->Error();
     if (isShown || !m_shown) m_view.CloseModel();
     m_shown.reset();

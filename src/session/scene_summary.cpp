@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
+#include "base/jobs/CJobProgress.h"
 #include "base/text/lng.h"
-#include "model/open/load_scene.h"
 #include "model/prepare/CPreparedScene.h"
 
 namespace {
@@ -30,9 +30,9 @@ CSceneSummary SummaryOf(const CPreparedScene& scene) {
     return summary;
 }
 
-CProgressText ProgressOf(const CLoadProgress& progress) {
-    const unsigned count = progress.meshCount, done = progress.meshesDone;
-    if (progress.phase == CLoadProgress::EPhase::Reading || count == 0)
-        return {lng::Text("Reading the file..."), -1};
-    return {lng::Text("Preparing the picture..."), static_cast<int>(std::min(100u, 100u * done / count))};
+CProgressText ProgressOf(const CJobProgress& progress) {
+    const std::string phase = progress.Phase();
+    const double share = progress.Share();
+    return {phase.empty() ? std::wstring() : lng::Text(phase.c_str()),
+            share > 0 ? static_cast<int>(100 * share) : -1};
 }

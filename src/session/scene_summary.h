@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-struct CLoadProgress;
+class CJobProgress;
 struct CPreparedScene;
 
 /** The status bar's texts about a scene, in the language in force. */
@@ -21,4 +21,4 @@ struct CProgressText {
     std::wstring text;
     int percent = -1;  ///< 0..100; -1 where nobody can tell
 };
-[[nodiscard]] CProgressText ProgressOf(const CLoadProgress& progress);
+[[nodiscard]] CProgressText ProgressOf(const CJobProgress& progress);

@@ -8,6 +8,7 @@
 #include "frame/command_states.h"
 #include "frame/command_table.h"
 #include "frame/save_name.h"
+#include "row_name.h"
 
 namespace {
 
@@ -71,9 +72,6 @@ struct CStateCase {
     CFrameState frame;
     std::set<int> enabled, disabled;
 };
-void PrintTo(const CStateCase& c, std::ostream* out) {
-    *out << c.name;
-}
 
 class CommandStatesTest : public testing::TestWithParam<CStateCase> {};
 
@@ -104,8 +102,7 @@ const CStateCase kStateCases[] = {
      {}},
     {"Edited", {.hasModel = true, .canUndo = true}, {kCmdUndo, kCmdDeleteFile}, {kCmdRedo, kCmdReload}},
     {"TakenBack", {.hasModel = true, .canRedo = true}, {kCmdRedo}, {kCmdUndo}}};
-INSTANTIATE_TEST_SUITE_P(All, CommandStatesTest, testing::ValuesIn(kStateCases),
-                         [](const auto& c) { return std::string(c.param.name); });
+INSTANTIATE_TEST_SUITE_P(All, CommandStatesTest, testing::ValuesIn(kStateCases), kRowName);
 
 TEST(CommandStatesTest, ChecksWhatIsOn) {
     const CFrameState frame{.shown = {.wire = true, .lights = true},

@@ -38,8 +38,8 @@ CStatus CPaperView::Reload() {
     return m_error;
 }
 
-void CPaperView::LoadBeside(const std::function<void(CLoadProgress&)>& work) {
-    CLoadProgress progress;
+void CPaperView::LoadBeside(const std::function<void(CJobProgress&)>& work) {
+    CJobProgress progress;
     work(progress);
 }
 

@@ -28,7 +28,7 @@ class CPaperView final : public CSceneView {
     [[nodiscard]] CStatus Reload() override;
     void CloseModel() override { shown.clear(); }
     [[nodiscard]] const CError& LastError() const override { return m_error; }
-    void LoadBeside(const std::function<void(CLoadProgress&)>& work) override;
+    void LoadBeside(const std::function<void(CJobProgress&)>& work) override;
     [[nodiscard]] std::vector<CStatus> ApplyEdits(std::span<const CEdit> edits) override;
     [[nodiscard]] bool TakeBackEdits(std::size_t count) override;
     [[nodiscard]] CStatus SaveToPath(const std::wstring&) override { return CDone{}; }

@@ -32,9 +32,6 @@ struct CRoad {
     CLoads loads;
     std::size_t recent;
 };
-void PrintTo(const CRoad& road, std::ostream* out) {
-    *out << road.name;
-}
 
 class CSessionRoadTest : public testing::TestWithParam<CRoad> {};
 

@@ -132,7 +132,7 @@ void CAViewerFrame::BindEvents() {
     WatchFullScreen(*this, [this] {
         if (!m_closed && IsFullScreen() != m_state.isFullScreen) FollowFullScreen();
     });
-    m_view->SetProgressListener([this](const CLoadProgress& progress, long elapsedMs) {
+    m_view->SetProgressListener([this](const CJobProgress& progress, long elapsedMs) {
         constexpr long kShowAfterMs = 500;
         if (elapsedMs >= kShowAfterMs) m_statusBar->ShowProgress(ProgressOf(progress));
     });

@@ -4,7 +4,7 @@
 #include <string>
 #include <variant>
 
-#include "base/math/geometry.h"
+#include "base/math/CVec.h"
 
 /** Edits of a scene as values. Nodes and materials are named as the file has them; texts are
  * UTF-8. */

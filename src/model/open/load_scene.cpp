@@ -44,43 +44,40 @@ std::uint64_t BytesOf(const CScene& scene) {
     return bytes;
 }
 
-CResult<CLoadedScene> Prepare(CScene scene, double readMs, CLoadProgress* progress, const CLoadLimits& limits,
+CResult<CLoadedScene> Prepare(CScene scene, double readMs, CJobProgress* progress, const CLoadLimits& limits,
                               std::string_view path) {
     const CStopwatch watch;
     const std::uint64_t taken = BytesOf(scene);
     if (taken > limits.bytes) return TooLarge(path);
     std::atomic<std::int64_t> bytesLeft{static_cast<std::int64_t>(limits.bytes - taken)};
-    if (progress) {
-        progress->meshCount = static_cast<unsigned>(scene.Meshes().size());
-        progress->phase = CLoadProgress::EPhase::Preparing;
-    }
+    if (progress) progress->SetPhase(lng::Mark("Preparing the picture..."));
     CPrepareOptions options;
     options.threads = limits.threads;
-    options.meshesDone = progress ? &progress->meshesDone : nullptr;
-    options.cancelled = progress ? &progress->cancelled : nullptr;
+    options.progress = progress;
     options.bytesLeft = &bytesLeft;
     CPreparedScene prepared = PrepareScene(scene, options);
-    if (progress && progress->cancelled) return Cancelled(path);
+    if (progress && progress->IsCancelled()) return Cancelled(path);
     if (bytesLeft < 0) return TooLarge(path);
     return CLoadedScene{std::move(scene), std::move(prepared), readMs, watch.Ms()};
 }
 
 }  // namespace
 
-CResult<CLoadedScene> LoadScene(std::string_view path, CLoadProgress* progress, const CLoadLimits& limits) {
+CResult<CLoadedScene> LoadScene(std::string_view path, CJobProgress* progress, const CLoadLimits& limits) {
     try {
         const CStopwatch watch;
+        if (progress) progress->SetPhase(lng::Mark("Reading the file..."));
         CResult<CScene> read =
-            CSceneReader::ReadFile(path, limits.bytes, progress ? &progress->cancelled : nullptr);
+            CSceneReader::ReadFile(path, limits.bytes, progress ? &progress->CancelFlag() : nullptr);
         if (!read) return read.Error();
-        if (progress && progress->cancelled) return Cancelled(path);
+        if (progress && progress->IsCancelled()) return Cancelled(path);
         return Prepare(std::move(read).Value(), watch.Ms(), progress, limits, path);
     } catch (const std::exception&) {
         return OutOfMemory(path);
     }
 }
 
-CResult<CLoadedScene> LoadScene(CScene scene, CLoadProgress* progress, const CLoadLimits& limits) {
+CResult<CLoadedScene> LoadScene(CScene scene, CJobProgress* progress, const CLoadLimits& limits) {
     try {
         return Prepare(std::move(scene), 0, progress, limits, {});
     } catch (const std::exception&) {

@@ -1,26 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <limits>
 #include <string_view>
 
 #include "base/CResult.h"
+#include "base/jobs/CJobProgress.h"
 #include "model/prepare/CPreparedScene.h"
 #include "model/scene/CScene.h"
-
-/** How far a scene that another thread loads has come; and the way to tell that thread that nobody waits
- * for it any more. */
-struct CLoadProgress {
-    enum class EPhase { Reading, Preparing };
-    std::atomic<EPhase> phase{EPhase::Reading};
-    std::atomic<unsigned> meshesDone{0};
-    std::atomic<unsigned> meshCount{0};  ///< 0 while reading
-    /** Set by whoever waits: the loading ends soon, with Cancelled. Converting an OBJ file goes on to its end
-     * first. */
-    std::atomic<bool> cancelled{false};
-};
 
 /** What a loading may take. */
 struct CLoadLimits {
@@ -38,9 +26,11 @@ struct CLoadedScene {
 };
 
 /** Reads a scene as CSceneReader does, and prepares it. path is UTF-8. Uses no OpenGL and no windows, so any
- * thread may do it. progress may be null. Whatever happens, running out of memory too, is in the result. */
-[[nodiscard]] CResult<CLoadedScene> LoadScene(std::string_view path, CLoadProgress* progress = nullptr,
+ * thread may do it. progress may be null: its phases are reading and preparing, its share is that of the meshes
+ * prepared, and cancelled it ends soon, with Cancelled (converting an OBJ file goes on to its end first).
+ * Whatever happens, running out of memory too, is in the result. */
+[[nodiscard]] CResult<CLoadedScene> LoadScene(std::string_view path, CJobProgress* progress = nullptr,
                                               const CLoadLimits& limits = {});
 /** Prepares a scene that somebody read. */
-[[nodiscard]] CResult<CLoadedScene> LoadScene(CScene scene, CLoadProgress* progress = nullptr,
+[[nodiscard]] CResult<CLoadedScene> LoadScene(CScene scene, CJobProgress* progress = nullptr,
                                               const CLoadLimits& limits = {});

@@ -32,6 +32,7 @@ void PrepareMeshes(const CScene& scene, const CPrepareOptions& options, CPrepare
     for (const CPreparedMaterial& material : prepared.materials) mapped.push_back(HasAnyMap(material));
     const std::vector<CMeshView>& views = scene.Meshes();
     prepared.meshes.resize(views.size());
+    std::atomic<std::size_t> done{0};
     ParallelFor(views.size(), options.threads, [&](std::size_t i) {
         if (options.IsStopped()) return;
         const auto usesMap = [&](std::uint16_t m) { return m != CMeshView::kNoMaterial && mapped[m]; };
@@ -39,7 +40,9 @@ void PrepareMeshes(const CScene& scene, const CPrepareOptions& options, CPrepare
         prepared.meshes[i] =
             PrepareMesh(views[i], defaultMaterial, std::any_of(used.begin(), used.end(), usesMap));
         options.Spend(BytesOf(prepared.meshes[i]));
-        if (options.meshesDone) ++*options.meshesDone;
+        ++done;
+        if (options.progress)
+            options.progress->SetShare(static_cast<double>(done) / static_cast<double>(views.size()));
     });
     for (const CMeshView& view : views) prepared.vertexCount += view.pointCount;
 }

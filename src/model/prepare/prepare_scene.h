@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstdint>
 
+#include "base/jobs/CJobProgress.h"
 #include "model/prepare/CPreparedScene.h"
 
 class CScene;
@@ -11,13 +12,12 @@ class CScene;
 struct CPrepareOptions {
     unsigned threads = 0;                            ///< 0: one for each core
     bool loadTextures = true;                        ///< false leaves CPreparedTexture::image empty
-    std::atomic<unsigned>* meshesDone = nullptr;     ///< counted up, from any thread
-    const std::atomic<bool>* cancelled = nullptr;    ///< set by any thread: it ends soon
+    CJobProgress* progress = nullptr;                ///< gets the share of the meshes; cancelled it ends soon
     std::atomic<std::int64_t>* bytesLeft = nullptr;  ///< counted down by what is made; below 0 it ends soon
 
     /** True when the rest is not wanted any more. */
     [[nodiscard]] bool IsStopped() const {
-        return (cancelled && *cancelled) || (bytesLeft && *bytesLeft < 0);
+        return (progress && progress->IsCancelled()) || (bytesLeft && *bytesLeft < 0);
     }
     void Spend(std::size_t bytes) const {
         if (bytesLeft) *bytesLeft -= static_cast<std::int64_t>(bytes);

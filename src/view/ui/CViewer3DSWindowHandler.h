@@ -20,14 +20,14 @@
 #include "view/CViewGestures.h"
 #include "view/ui/CTrackBall.h"
 
+class CJobProgress;
 class CKeyDownListener;
 class wxWindow;
-struct CLoadProgress;
 struct CLoadedScene;
 struct Lib3dsFile;
 
 /** See CViewer3DSWindowHandler::SetProgressListener. */
-using CProgressListener = std::function<void(const CLoadProgress& progress, long elapsedMs)>;
+using CProgressListener = std::function<void(const CJobProgress& progress, long elapsedMs)>;
 
 /** The 3D view of the main window: owns the display engine and the OpenGL canvas, draws every frame, and
  * passes what the mouse does to CViewGestures.
@@ -61,7 +61,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     [[nodiscard]] CStatus Reload() override;
     void CloseModel() override;
     [[nodiscard]] const CError& LastError() const override;
-    void LoadBeside(const std::function<void(CLoadProgress&)>& work) override;
+    void LoadBeside(const std::function<void(CJobProgress&)>& work) override;
     /** Hears how far an opening has come, with the milliseconds since it began, as long as it takes. */
     void SetProgressListener(CProgressListener listener) { m_progressListener = std::move(listener); }
     /** The file name part of the current path; empty when there is none. */

@@ -25,7 +25,7 @@ std::wstring TextOrNothing(const wchar_t* text) {
 }
 
 CResult<CLoadedScene> LoadBytes(const char* data, long size, const CImageDataTextVec& textures,
-                                CLoadProgress& progress) {
+                                CJobProgress& progress) {
     if (data == nullptr || size <= 0)
         return CError{EErrorCode::BadFormat, lng::Mark("the model is empty"), {}};
     try {
@@ -40,7 +40,7 @@ CResult<CLoadedScene> LoadBytes(const char* data, long size, const CImageDataTex
 }
 
 CResult<CLoadedScene> LoadStruct(CLib3dsFilePtr file, const std::string& path,
-                                 const std::vector<CSceneNote>& notes, CLoadProgress& progress) {
+                                 const std::vector<CSceneNote>& notes, CJobProgress& progress) {
     try {
         CScene scene = CScene::Adopt(std::move(file));
         for (const CSceneNote& note : notes) scene.AddNote(note);
@@ -63,19 +63,17 @@ bool CViewer3DSWindowHandler::OpenModel(const wchar_t* path) {
     });
 }
 
-void CViewer3DSWindowHandler::LoadBeside(const std::function<void(CLoadProgress&)>& work) {
-    CLoadProgress progress;
+void CViewer3DSWindowHandler::LoadBeside(const std::function<void(CJobProgress&)>& work) {
     const wxStopWatch watch;
-    RunJob([&](CJobProgress&) { work(progress); },
-           [&](CJobProgress&) {
-               if (m_progressListener) m_progressListener(progress, watch.Time());
-           });
+    RunJob(work, [&](CJobProgress& progress) {
+        if (m_progressListener) m_progressListener(progress, watch.Time());
+    });
 }
 
 CResult<CLoadedScene> CViewer3DSWindowHandler::LoadFile(const std::wstring& path) {
     std::optional<CResult<CLoadedScene>> loaded;
     const std::string utf8 = file_util_ex::ConvertToUTF8(path);
-    LoadBeside([&](CLoadProgress& progress) { loaded.emplace(LoadScene(utf8, &progress)); });
+    LoadBeside([&](CJobProgress& progress) { loaded.emplace(LoadScene(utf8, &progress)); });
     return std::move(*loaded);
 }
 
@@ -108,7 +106,7 @@ bool CViewer3DSWindowHandler::OpenModelStruct(Lib3dsFile* scene, const wchar_t* 
         GetEngine().CloseModel();
         if (!owned) return ShowLoaded(CError{EErrorCode::BadArgument, lng::Mark("there is no scene"), {}});
         std::optional<CResult<CLoadedScene>> loaded;
-        LoadBeside([&](CLoadProgress& progress) {
+        LoadBeside([&](CJobProgress& progress) {
             loaded.emplace(LoadStruct(std::move(owned), file_util_ex::ConvertToUTF8(path), notes, progress));
         });
         return ShowLoaded(std::move(*loaded));
@@ -136,7 +134,7 @@ bool CViewer3DSWindowHandler::OpenBufferModel(const char* data, long size, const
         GetEngine().CloseModel();
         std::optional<CResult<CLoadedScene>> loaded;
         LoadBeside(
-            [&](CLoadProgress& progress) { loaded.emplace(LoadBytes(data, size, textures, progress)); });
+            [&](CJobProgress& progress) { loaded.emplace(LoadBytes(data, size, textures, progress)); });
         return ShowLoaded(std::move(*loaded));
     };
     if (!Open(open)) return false;
