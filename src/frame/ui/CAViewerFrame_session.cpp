@@ -9,13 +9,13 @@
 #include "base/text/utf8_text.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "files/file_util_ex.h"
+#include "frame/scene_summary.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "frame/ui/CAnimationBar.h"
 #include "frame/ui/CSceneStatusBar.h"
 #include "frame/ui/command_menus.h"
 #include "model/prepare/CPreparedScene.h"
 #include "session/CSession.h"
-#include "session/scene_summary.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 #include "widgets/CUserPrompt.h"
@@ -91,8 +91,8 @@ void CAViewerFrame::OnOpened(const COpenReport& report) {
     ShowDocument();
     // What was shown before may still be there, and hides the hint.
     if (hasFailed && !report.isReload && m_view->GetEngine().Prepared())
-        ShowMessage(lng::Text("%s cannot be opened:",
-                              file_util_ex::ShownText(file_util_ex::GetFileName(m_session->Document().path))) +
+        ShowMessage(lng::Text("%s cannot be opened:", file_util_ex::ShownText(file_util_ex::GetFileName(
+                                                          m_session->Document().path))) +
                     L" " + lng::Text(CError{report.error.code, report.error.message, {}}));
 }
 

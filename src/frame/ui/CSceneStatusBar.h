@@ -5,7 +5,7 @@
 
 #include <functional>
 
-#include "session/scene_summary.h"
+#include "frame/scene_summary.h"
 
 class wxButton;
 class wxGauge;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "session/picture_copies.h"
+#include "model/save/picture_copies.h"
 
 #include <algorithm>
 

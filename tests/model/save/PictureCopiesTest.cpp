@@ -5,11 +5,11 @@
 #include <filesystem>
 
 #include "files/CTestFolder.h"
+#include "model/save/picture_copies.h"
 #include "model/scene/CScene.h"
 #include "model/textures/CLib3dsMatUtil.h"
 #include "scene_builder/CSceneBuilder.h"
 #include "scene_builder/shapes.h"
-#include "session/picture_copies.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "session/scene_summary.h"
+#include "frame/scene_summary.h"
 
 #include <algorithm>
 
