@@ -91,8 +91,8 @@ void CAViewerFrame::OnOpened(const COpenReport& report) {
     ShowDocument();
     // What was shown before may still be there, and hides the hint.
     if (hasFailed && !report.isReload && m_view->GetEngine().Prepared())
-        ShowMessage(lng::Text("%s cannot be opened:",
-                              file_util_ex::ShownText(file_util_ex::GetFileName(m_session->Document().path))) +
+        ShowMessage(lng::Text("%s cannot be opened:", file_util_ex::ShownText(file_util_ex::GetFileName(
+                                                          m_session->Document().path))) +
                     L" " + lng::Text(CError{report.error.code, report.error.message, {}}));
 }
 
