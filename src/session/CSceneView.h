@@ -16,6 +16,12 @@ class CJobProgress;
 struct CLoadedScene;
 struct Lib3dsFile;
 
+/** What is known of a scene in memory beside what it holds itself. */
+struct CStructFacts {
+    std::vector<CSceneNote> notes;
+    std::vector<std::string> sourceFiles;  ///< UTF-8 paths of the files that it was made of
+};
+
 /** The 3D view as the session sees it: it shows one scene or none. */
 class CSceneView {
   public:
@@ -24,10 +30,9 @@ class CSceneView {
     /** Opening what is shown under that path already is a success that does nothing. After a failure nothing
      * is shown; LastError tells why. Windows repaint meanwhile, and input waits. */
     [[nodiscard]] virtual bool OpenModel(const wchar_t* path) = 0;
-    /** As OpenModel, with a scene in memory, which it takes whatever the outcome, and what is to be noted of
-     * it. */
+    /** As OpenModel, with a scene in memory, which it takes whatever the outcome. */
     [[nodiscard]] virtual bool OpenModelStruct(Lib3dsFile* scene, const wchar_t* name,
-                                               std::vector<CSceneNote> notes = {}) = 0;
+                                               const CStructFacts& facts = {}) = 0;
     /** Opens the bytes of a file whatever is shown. */
     [[nodiscard]] virtual bool OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures,
                                                const wchar_t* name) = 0;

@@ -121,18 +121,18 @@ CStatus CSession::Show(const COpenRequest& request) {
 
 /** What cannot be converted never gets to the view, which goes on showing what it shows. */
 CStatus CSession::ShowObj(const std::wstring& path, bool isShown) {
-    std::vector<CSceneNote> notes;
+    CStructFacts facts;
     std::optional<CResult<CLib3dsFilePtr>> converted;
     m_view.LoadBeside([&](CJobProgress& progress) {
         progress.SetPhase(lng::Mark("Reading the file..."));
-        converted.emplace(CObjConv3ds::ConvertResult(ConvertToUTF8(path), notes));
+        converted.emplace(CObjConv3ds::ConvertResult(ConvertToUTF8(path), facts.notes, &facts.sourceFiles));
     });
     if (!*converted) return converted->Error();
+    facts.sourceFiles.push_back(ConvertToUTF8(path));
     if (isShown || !m_shown) m_view.CloseModel();
     m_shown.reset();
     m_edits.Clear();
-    return Answer(
-        m_view.OpenModelStruct(std::move(*converted).Value().release(), path.c_str(), std::move(notes)));
+    return Answer(m_view.OpenModelStruct(std::move(*converted).Value().release(), path.c_str(), facts));
 }
 
 CStatus CSession::Answer(bool opened) const {

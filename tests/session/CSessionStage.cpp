@@ -17,7 +17,7 @@ bool CPaperView::OpenModel(const wchar_t* path) {
     return Show("file", path, file_util_ex::DoesFileExist(file) && CTestFolder::TextOf(file) != "bad");
 }
 
-bool CPaperView::OpenModelStruct(Lib3dsFile* scene, const wchar_t* name, std::vector<CSceneNote>) {
+bool CPaperView::OpenModelStruct(Lib3dsFile* scene, const wchar_t* name, const CStructFacts&) {
     const CLib3dsFilePtr owned(scene);
     return shown == name || Show("struct", name, owned != nullptr);
 }

@@ -21,7 +21,7 @@ class CPaperView final : public CSceneView {
   public:
     [[nodiscard]] bool OpenModel(const wchar_t* path) override;
     [[nodiscard]] bool OpenModelStruct(Lib3dsFile* scene, const wchar_t* name,
-                                       std::vector<CSceneNote> notes) override;
+                                       const CStructFacts& facts) override;
     [[nodiscard]] bool OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures,
                                        const wchar_t* name) override;
     [[nodiscard]] bool OpenLoaded(CLoadedScene scene, const wchar_t* path) override;

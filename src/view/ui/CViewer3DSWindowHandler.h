@@ -53,7 +53,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     // --- opening -----------------------------------------------------------------------------------------
     [[nodiscard]] bool OpenModel(const wchar_t* path) override;
     [[nodiscard]] bool OpenModelStruct(Lib3dsFile* scene, const wchar_t* name,
-                                       std::vector<CSceneNote> notes = {}) override;
+                                       const CStructFacts& facts = {}) override;
     /** After a failure the current path stays. */
     [[nodiscard]] bool OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures,
                                        const wchar_t* name) override;

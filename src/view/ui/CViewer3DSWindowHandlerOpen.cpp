@@ -39,11 +39,12 @@ CResult<CLoadedScene> LoadBytes(const char* data, long size, const CImageDataTex
     }
 }
 
-CResult<CLoadedScene> LoadStruct(CLib3dsFilePtr file, const std::string& path,
-                                 const std::vector<CSceneNote>& notes, CJobProgress& progress) {
+CResult<CLoadedScene> LoadStruct(CLib3dsFilePtr file, const std::string& path, const CStructFacts& facts,
+                                 CJobProgress& progress) {
     try {
         CScene scene = CScene::Adopt(std::move(file));
-        for (const CSceneNote& note : notes) scene.AddNote(note);
+        for (const CSceneNote& note : facts.notes) scene.AddNote(note);
+        for (const std::string& source : facts.sourceFiles) scene.AddSourceFile(source);
         scene.SetTextures(CTextureLocator::BesideModel(path));
         return LoadScene(std::move(scene), &progress);
     } catch (const std::exception&) {
@@ -99,7 +100,7 @@ CStatus CViewer3DSWindowHandler::Reload() {
 }
 
 bool CViewer3DSWindowHandler::OpenModelStruct(Lib3dsFile* scene, const wchar_t* name,
-                                              std::vector<CSceneNote> notes) {
+                                              const CStructFacts& facts) {
     CLib3dsFilePtr owned(scene);
     const std::wstring path = TextOrNothing(name);
     return OpenNamed(path, [&] {
@@ -107,7 +108,7 @@ bool CViewer3DSWindowHandler::OpenModelStruct(Lib3dsFile* scene, const wchar_t* 
         if (!owned) return ShowLoaded(CError{EErrorCode::BadArgument, lng::Mark("there is no scene"), {}});
         std::optional<CResult<CLoadedScene>> loaded;
         LoadBeside([&](CJobProgress& progress) {
-            loaded.emplace(LoadStruct(std::move(owned), file_util_ex::ConvertToUTF8(path), notes, progress));
+            loaded.emplace(LoadStruct(std::move(owned), file_util_ex::ConvertToUTF8(path), facts, progress));
         });
         return ShowLoaded(std::move(*loaded));
     });
