@@ -56,7 +56,7 @@ CStatus CAtomicFileGroup::Commit() {
     for (CMember& member : m_members) {
         CFileDescriptor before(::open(member.path.c_str(), O_RDONLY | O_CLOEXEC));
         const bool isNew = !before.IsOpen() && errno == ENOENT;
-        const CStatus status = member.file.Commit();
+        CStatus status = member.file.Commit();
         if (!status) {
             for (const CNamed& done : named) TakeBack(done);
             return status;

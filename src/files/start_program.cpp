@@ -37,6 +37,11 @@ CEnvironment CurrentEnvironment() {
     return current;
 }
 
+/** What programs are started with now. */
+CEnvironment UsersEnvironment() {
+    return KeptEnvironment() ? *KeptEnvironment() : CurrentEnvironment();
+}
+
 std::string_view ValueOf(const CEnvironment& environment, std::string_view name) {
     for (const std::string& variable : environment) {
         const std::string_view text(variable);
@@ -157,8 +162,12 @@ CUserEnvironment::~CUserEnvironment() {
     KeptEnvironment().reset();
 }
 
+bool IsProgramInstalled(const std::string& name) {
+    return PathOfProgram(name, ValueOf(UsersEnvironment(), "PATH")).HasValue();
+}
+
 CResult<CStartedProgram> StartProgram(const CProgramToStart& what) {
-    CEnvironment environment = KeptEnvironment() ? *KeptEnvironment() : CurrentEnvironment();
+    CEnvironment environment = UsersEnvironment();
     const CResult<std::string> path = PathOfProgram(what.program, ValueOf(environment, "PATH"));
     if (!path) return path.Error();
 

@@ -55,6 +55,9 @@ class CStartedProgram {
     CFileDescriptor m_output, m_errors;
 };
 
+/** True where StartProgram would find a program of that name. */
+[[nodiscard]] bool IsProgramInstalled(const std::string& name);
+
 /** Starts a program with the user's environment, no input, and no file of this process. Returns at once. NotFound,
  * with its name in where: it is not installed. */
 [[nodiscard]] CResult<CStartedProgram> StartProgram(const CProgramToStart& what);

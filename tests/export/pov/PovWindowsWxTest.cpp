@@ -264,6 +264,10 @@ TEST_F(CExportWxTest, AFailureEndsAsSilentlyAsASuccess) {
     Export({IsFinished(), CModalDriver::Press(WXK_ESCAPE)});
     EXPECT_FALSE(fs::exists(folder / "missing/out.pov"));
     EXPECT_TRUE(messages.empty());
+    // Only who wants to open it is told that there is nothing.
+    Export({IsFinished(), When([&] { Click(CPovExportDialog::kIdOpen); })});
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0].find(L"POV-R"), std::wstring::npos);
 }
 
 TEST_F(CExportWxTest, HandsTheFileToTheDesktopOnceOrTellsWhatIsMissing) {

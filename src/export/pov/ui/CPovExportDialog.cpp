@@ -83,12 +83,15 @@ void CPovExportDialog::OpenWithPovRay() {
     if (!m_open->IsEnabled()) return;  // the second click of a double one
     m_open->Disable();
     const wxLogNull quiet;
-    bool opened = false;
-    RunJob([&opened](CJobProgress&) {
-        opened = std_file_paths::LaunchBrowser(CSettings::Instance().povLastName).HasValue();
-    });
-    if (!opened) {
-        CUserPrompt::Instance().ShowMessage(pov_hand_over::WhyNot(pov_hand_over::WhatIsThere()));
+    const std::wstring& output = CSettings::Instance().povLastName;
+    if (!file_util_ex::DoesFileExist(output)) {  // the export failed
+        CUserPrompt::Instance().ShowMessage(
+            lng::Text(CError{EErrorCode::NotFound, lng::Mark("there is no such file or folder"),
+                             file_util_ex::ConvertToUTF8(output)}));
+    } else {
+        bool opened = false;
+        RunJob([&](CJobProgress&) { opened = std_file_paths::LaunchBrowser(output).HasValue(); });
+        if (!opened) CUserPrompt::Instance().ShowMessage(pov_hand_over::WhyNot(pov_hand_over::WhatIsThere()));
     }
     QueueEvent(new wxCommandEvent(wxEVT_BUTTON, kIdClose));
 }
