@@ -4,8 +4,8 @@
 #include <span>
 #include <string_view>
 
-#include "base/math/CRotation.h"
 #include "base/math/CMatrix.h"
+#include "base/math/CRotation.h"
 #include "base/math/CSphere.h"
 #include "camera/CViewCamera.h"
 

@@ -76,8 +76,10 @@ constexpr std::array<COption, 13> kOptions{{
     {"self", SetNumber<&COutFormat::selfDiffuse>},
     {"textures", SetFlag<&COutFormat::outputTextures>},
     {"radiosity", SetFlag<&COutFormat::radiosity>},
-    {"mode", [](COptions& options,
-                const std::string& value) { options.format.mode = static_cast<std::int32_t>(Number(value)); }},
+    {"mode",
+     [](COptions& options, const std::string& value) {
+         options.format.mode = static_cast<std::int32_t>(Number(value));
+     }},
     {"size",
      [](COptions& options, const std::string& value) {
          options.width = static_cast<double>(Number(value));
@@ -118,7 +120,8 @@ CStatus Export(const COptions& options, const std::string& input, const std::str
     seen.camera.SetViewSize(options.width, options.height);
     options.seen.Apply(seen);
     CTimes times;
-    return C3ds2Pov::TryExport({scene, loaded.Value().scene.Textures(), seen}, output, options.format, &times);
+    return C3ds2Pov::TryExport({scene, loaded.Value().scene.Textures(), seen}, output, options.format,
+                               &times);
 }
 
 }  // namespace
