@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <optional>
 
@@ -20,9 +19,10 @@ struct C3dsDisplayWrap::CState {
     enum class EGpu { Nothing, NeedsUpload, NeedsRefresh, Ready };
 
     std::optional<CScene> scene;
-    CTexturesOfScene knownTextures;      ///< of scene, for those who got its Lib3dsFile
-    CPreparedScene prepared;             ///< ask Fresh() for it
-    std::unique_ptr<CSceneEdits> edits;  ///< refers to scene; made by the first edit
+    CTexturesOfScene knownTextures;  ///< of scene, for those who got its Lib3dsFile
+    CPreparedScene prepared;
+    std::unique_ptr<CSceneEdits> edits;  ///< refers to both; made by the first edit
+    CSphere framing{{}, 1};              ///< what presets are placed round; edits do not change it
     bool viewingOnly = false;
     double readMs = 0, prepareMs = 0;
     CError lastError;
@@ -37,10 +37,9 @@ struct C3dsDisplayWrap::CState {
     C2DRect preview{0, 0, 640, 480};
 
     void Show(CLoadedScene loaded);
-    /** The prepared scene, prepared anew when edits made it out of date. A scene must be open. */
-    CPreparedScene& Fresh();
     /** Evaluates nodes at the current frame; the file's camera in use moves along. */
     void Evaluate();
+    void FollowFileCamera();
     void SyncGpu(CGlCurrent& gl);
     void DropWhatWasUploaded();
     void SetPreview(const C2DRect& rect);
@@ -49,12 +48,16 @@ struct C3dsDisplayWrap::CState {
     /** Keeps the failure for LastError. */
     bool Fail(CError error);
     bool Answer(const CStatus& status);
-    /** Runs an edit of the open scene; without one, and on any exception, it fails. */
-    bool Edit(const std::function<CStatus(CSceneEdits&)>& edit);
-    /** Changes a material: of one node, or of the whole scene where node is null. */
-    bool EditMaterial(const char* node, const char* material, const CSceneEdits::CMaterialChange& change);
-    bool EditTexture(const char* node, const char* material, const CStdStr<wchar_t>& imagePath);
-
-  private:
-    void PrepareAgain();
+    /** The edits of the open scene; null where none can be made. */
+    CSceneEdits* Edits();
+    /** One edit; LastError() tells why it failed. */
+    bool Edit(const CEdit& edit);
+    /** The same, refused where its node has no name: that would mean the whole scene. */
+    bool EditNode(const char* node, const CEdit& edit);
+    /** One answer for each edit, whatever happens. */
+    std::vector<CStatus> Apply(std::span<const CEdit> all);
+    /** Where nothing is edited: what presets are placed round at the frame that is shown. */
+    void DecideFraming();
+    /** After the prepared scene was changed. */
+    void SceneChanged();
 };

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <exception>
 #include <new>
 #include <utility>
@@ -25,11 +24,6 @@ std::string Utf8(const wchar_t* path) {
     return path == nullptr ? std::string() : file_util_ex::ConvertToUTF8(path);
 }
 
-template <class T>
-bool SameBytes(const std::vector<T>& a, const std::vector<T>& b) {
-    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0);
-}
-
 }  // namespace
 
 void C3dsDisplayWrap::CState::Show(CLoadedScene loaded) {
@@ -47,41 +41,27 @@ void C3dsDisplayWrap::CState::Show(CLoadedScene loaded) {
     SetPreset(ECameraPreset::Iso);
 }
 
-CPreparedScene& C3dsDisplayWrap::CState::Fresh() {
-    if (edits && edits->NeedsPreparing()) PrepareAgain();
-    return prepared;
-}
-
-void C3dsDisplayWrap::CState::PrepareAgain() {
-    CPreparedScene made = PrepareScene(*scene);
-    // Vertices that are as before keep their place in memory: by it the renderer knows what it has.
-    for (std::size_t i = 0; i < std::min(made.meshes.size(), prepared.meshes.size()); ++i) {
-        CPreparedMesh& now = made.meshes[i];
-        CPreparedMesh& before = prepared.meshes[i];
-        if (SameBytes(now.vertices, before.vertices) && SameBytes(now.texCoords, before.texCoords)) {
-            now.vertices.swap(before.vertices);
-            now.texCoords.swap(before.texCoords);
-        }
-    }
-    prepared = std::move(made);
-    edits->Renew(prepared);
-    // Twice without a drawing between, and new vertices may lie where drawn ones lay.
-    if (gpu == EGpu::NeedsRefresh) gpu = EGpu::NeedsUpload;
-    if (gpu == EGpu::Ready) gpu = EGpu::NeedsRefresh;
-    Evaluate();
-}
-
 void C3dsDisplayWrap::CState::Evaluate() {
-    if (seen.frame != prepared.currentFrame || edits) EvaluateNodes(prepared, *scene, seen.frame);
+    if (seen.frame != prepared.currentFrame) EvaluateNodes(prepared, *scene, seen.frame);
+    FollowFileCamera();
+}
+
+void C3dsDisplayWrap::CState::FollowFileCamera() {
     for (const CPreparedCamera& fileCamera : prepared.cameras) {
         if (fileCamera.name == seen.camera.Name()) return seen.camera.Follow(fileCamera);
     }
 }
 
 void C3dsDisplayWrap::CState::SetPreset(ECameraPreset preset) {
-    seen.camera.SetModel(scene ? FramingSphere(Fresh()) : CSphere{{}, 1});
+    DecideFraming();
+    seen.camera.SetModel(framing);
     seen.camera.SetPreset(preset);
     seen.rotX = seen.rotY = seen.rotZ = 0;
+}
+
+void C3dsDisplayWrap::CState::DecideFraming() {
+    if (!scene) framing = {{}, 1};
+    if (scene && !(edits && edits->IsEdited())) framing = FramingSphere(prepared);
 }
 
 bool C3dsDisplayWrap::CState::Fail(CError error) {
@@ -156,12 +136,14 @@ void C3dsDisplayWrap::CloseModel() {
 bool C3dsDisplayWrap::SaveAs(const wchar_t* path) {
     if (!m_state->scene || m_state->viewingOnly)
         return m_state->Fail({EErrorCode::NotFound, lng::Mark("no model is open"), {}});
+    if (m_state->edits) m_state->edits->SettleForSaving();
     return m_state->Answer(WriteScene(*m_state->scene, Utf8(path)));
 }
 
 Lib3dsFile* C3dsDisplayWrap::Get3dsFile() {
     if (!m_state->scene || m_state->viewingOnly) return nullptr;
     try {
+        if (m_state->edits) m_state->edits->SettleForSaving();
         Lib3dsFile* file = m_state->scene->File();
         m_state->knownTextures = CTexturesOfScene(file, m_state->scene->Textures());
         return file;
@@ -172,7 +154,7 @@ Lib3dsFile* C3dsDisplayWrap::Get3dsFile() {
 }
 
 const CPreparedScene* C3dsDisplayWrap::Prepared() const {
-    return m_state->scene ? &m_state->Fresh() : nullptr;
+    return m_state->scene ? &m_state->prepared : nullptr;
 }
 const CTextureLocator& C3dsDisplayWrap::GetTextures() const {
     static const CTextureLocator nowhere;
@@ -192,7 +174,7 @@ double C3dsDisplayWrap::GetPrepareMs() const {
 }
 
 bool C3dsDisplayWrap::HasAnimation() const {
-    return m_state->scene && m_state->Fresh().animated;
+    return m_state->scene && m_state->prepared.animated;
 }
 float C3dsDisplayWrap::GetFrame() const {
     return m_state->seen.frame;
@@ -200,8 +182,7 @@ float C3dsDisplayWrap::GetFrame() const {
 
 void C3dsDisplayWrap::CState::SetFrame(float frame) {
     if (!scene || !std::isfinite(frame)) return;
-    const CPreparedScene& now = Fresh();
-    seen.frame = std::clamp(frame, now.firstFrame, std::max(now.firstFrame, now.lastFrame));
+    seen.frame = std::clamp(frame, prepared.firstFrame, std::max(prepared.firstFrame, prepared.lastFrame));
     Evaluate();
 }
 

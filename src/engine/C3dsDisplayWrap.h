@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "base/math/C2DRect.h"
 #include "camera/CSeenView.h"
 #include "engine/overlay/overlays.h"
+#include "model/edit/CEdit.h"
 #include "model/textures/CTextureLocator.h"
 #include "picture/CImage.h"
 
@@ -34,8 +36,9 @@ enum class EPictureOf { Model, ModelAndOverlays };
  * says why. Names are UTF-8 or the file's bytes; null stands for an empty one. Not thread-safe: one thread at
  * a time calls it.
  *
- * Edits change the scene in memory, and take effect at the next drawing. Nodes and materials go on answering
- * to the names they had when the scene was opened. */
+ * Edits change the scene in memory at once, and show at the next drawing. Nodes and materials go on answering
+ * to the names they had when the scene was opened; everything else that an edit does not name stays as it was
+ * decided then, and preset cameras frame the scene as it was before the first edit. */
 class C3dsDisplayWrap {
   public:
     C3dsDisplayWrap();
@@ -55,7 +58,8 @@ class C3dsDisplayWrap {
     [[nodiscard]] bool OpenLoaded(CResult<CLoadedScene> loaded);
     void CloseModel();
     [[nodiscard]] bool SaveAs(const wchar_t* path);
-    /** The scene with all edits, owned by the engine; null when none is open. */
+    /** The scene with all edits, owned by the engine; null when none is open. Valid as it is until the next
+     * edit. */
     [[nodiscard]] Lib3dsFile* Get3dsFile();
     /** The scene as it is drawn; null when none is open. Valid until the next open, close or edit. */
     [[nodiscard]] const CPreparedScene* Prepared() const;
@@ -165,8 +169,18 @@ class C3dsDisplayWrap {
     /** Shows the scene at a frame of its animation. */
     void SetFrame(float frame);
 
-    // --- edits: see CSceneEdits and material_edits. Values that are not finite are refused ---------------
+    // --- edits: see CEdit -------------------------------------------------------------------------------
+    /** Applies edits in their order; one answer for each. One that fails changes nothing; those after it are
+     * applied all the same. A batch costs hardly more than its dearest edit. */
+    [[nodiscard]] std::vector<CStatus> ApplyEdits(std::span<const CEdit> edits);
+    /** Takes back the last edits that succeeded, exactly; false when there are not so many. To have one again,
+     * apply it again. */
+    [[nodiscard]] bool TakeBackEdits(std::size_t count);
+    /** What the materials of a node's parts are called in the file, however often they were split. An empty
+     * name stands for parts without a material; as a target it means all of the node. */
+    [[nodiscard]] std::vector<std::string> GetMaterialNamesOfNode(const std::string& node) const;
     [[nodiscard]] const char* GetNodeNameById(int id) const;
+    /** Each of these is one edit. Values that are not finite are refused, and so is a node without a name. */
     [[nodiscard]] bool DeleteNode(const char* node);
     [[nodiscard]] bool ReplaceNode(const char* node, const wchar_t* file, const char* newNode);
     [[nodiscard]] bool MoveNode(const char* node, float x, float y, float z);

@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "base/math/rotation_of_angles.h"
-#include "camera/framing.h"
 #include "engine/C3dsDisplayState.h"
 
 void C3dsDisplayWrap::CState::SetPreview(const C2DRect& rect) {
@@ -40,7 +39,7 @@ void C3dsDisplayWrap::SetPreset(ECameraPreset preset) {
 
 bool C3dsDisplayWrap::SetFileCameraModel(const std::string& name) {
     if (!m_state->scene) return false;
-    for (const CPreparedCamera& camera : m_state->Fresh().cameras) {
+    for (const CPreparedCamera& camera : m_state->prepared.cameras) {
         if (camera.name != name) continue;
         m_state->SetPreset(ECameraPreset::Iso);  // for the sphere and the angles
         m_state->seen.camera.SetFileCamera(camera);
@@ -52,7 +51,7 @@ bool C3dsDisplayWrap::SetFileCameraModel(const std::string& name) {
 std::vector<std::string> C3dsDisplayWrap::GetFileCameraNames() const {
     std::vector<std::string> names;
     if (!m_state->scene) return names;
-    for (const CPreparedCamera& camera : m_state->Fresh().cameras) names.push_back(camera.name);
+    for (const CPreparedCamera& camera : m_state->prepared.cameras) names.push_back(camera.name);
     return names;
 }
 
@@ -62,7 +61,8 @@ const CSeenView& C3dsDisplayWrap::SeenView() const {
 
 void C3dsDisplayWrap::SetSeenView(const CSeenView& seen) {
     m_state->seen = seen;
-    if (m_state->scene) m_state->seen.camera.SetModel(FramingSphere(m_state->Fresh()));
+    m_state->DecideFraming();
+    if (m_state->scene) m_state->seen.camera.SetModel(m_state->framing);
     m_state->SetPreview(m_state->preview);  // it may have changed since
     m_state->SetFrame(seen.frame);
 }

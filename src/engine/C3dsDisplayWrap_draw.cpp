@@ -107,11 +107,10 @@ class CShownMeanwhile {
 }  // namespace
 
 void C3dsDisplayWrap::CState::SyncGpu(CGlCurrent& gl) {
-    const CPreparedScene& now = Fresh();
     if (gpu == EGpu::NeedsRefresh) {
-        renderer.Refresh(gl, now);
+        renderer.Refresh(gl, prepared);
     } else if (gpu == EGpu::NeedsUpload) {
-        renderer.Upload(gl, now);
+        renderer.Upload(gl, prepared);
     }
     const bool uploaded = gpu != EGpu::Ready;
     gpu = EGpu::Ready;

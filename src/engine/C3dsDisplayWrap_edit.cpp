@@ -1,139 +1,142 @@
 // SPDX-License-Identifier: MIT
-#include <cmath>
 #include <exception>
+#include <utility>
 
 #include "base/text/lng.h"
 #include "engine/C3dsDisplayState.h"
 #include "files/file_util_ex.h"
-#include "model/edit/material_edits.h"
 
 namespace {
 
-std::string_view Text(const char* text) {
-    return text == nullptr ? std::string_view() : text;
+std::string Text(const char* text) {
+    return text == nullptr ? std::string() : text;
 }
 
-/** Null asks for the scene-wide form, which a caller's null does not mean. */
-const char* OneNode(const char* node) {
-    return node == nullptr ? "" : node;
+CError NothingToEdit() {
+    return {EErrorCode::NotFound, lng::Mark("no model is open for editing"), {}};
 }
 
-CError NotANumber() {
-    return {EErrorCode::BadArgument, lng::Mark("the value is not a number"), {}};
+CMaterialTarget OnNode(const char* node, const char* material) {
+    return {Text(node), Text(material)};
+}
+
+CMaterialTarget Everywhere(const char* material) {
+    return {{}, Text(material)};
 }
 
 }  // namespace
 
-bool C3dsDisplayWrap::CState::Edit(const std::function<CStatus(CSceneEdits&)>& edit) {
-    if (!scene || viewingOnly)
-        return Fail({EErrorCode::NotFound, lng::Mark("no model is open for editing"), {}});
+CSceneEdits* C3dsDisplayWrap::CState::Edits() {
+    if (!scene || viewingOnly) return nullptr;
+    if (!edits) edits = std::make_unique<CSceneEdits>(*scene, prepared);
+    return edits.get();
+}
+
+std::vector<CStatus> C3dsDisplayWrap::CState::Apply(std::span<const CEdit> all) {
     try {
-        const CPreparedScene& now = Fresh();
-        if (!edits) edits = std::make_unique<CSceneEdits>(*scene, now);
-        const CStatus status = edit(*edits);
-        if (status && !edits->NeedsPreparing()) Evaluate();
-        return Answer(status);
+        if (Edits() == nullptr) return {all.size(), NothingToEdit()};
+        DecideFraming();
+        std::vector<CStatus> answers = edits->Apply(all);
+        SceneChanged();
+        return answers;
     } catch (const std::exception&) {
-        return Fail({EErrorCode::TooLarge, lng::Mark("not enough memory for the edit"), {}});
+        return {all.size(), CError{EErrorCode::TooLarge, lng::Mark("not enough memory for the edit"), {}}};
     }
 }
 
-bool C3dsDisplayWrap::CState::EditMaterial(const char* node, const char* material,
-                                           const CSceneEdits::CMaterialChange& change) {
-    return Edit([&](CSceneEdits& e) {
-        return node == nullptr ? e.ChangeMaterial(Text(material), change)
-                               : e.ChangeNodeMaterial(node, Text(material), change);
-    });
+void C3dsDisplayWrap::CState::SceneChanged() {
+    if (gpu == EGpu::Ready) gpu = EGpu::NeedsRefresh;
+    FollowFileCamera();
 }
 
-bool C3dsDisplayWrap::CState::EditTexture(const char* node, const char* material,
-                                          const CStdStr<wchar_t>& imagePath) {
-    if (!scene || viewingOnly)
-        return Fail({EErrorCode::NotFound, lng::Mark("no model is open for editing"), {}});
-    std::string name;
-    if (!imagePath.empty()) {
-        CResult<std::string> added =
-            material_edits::AddTextureFile(*scene, file_util_ex::ConvertToUTF8(imagePath));
-        if (!added) return Fail(added.Error());
-        name = std::move(added).Value();
+bool C3dsDisplayWrap::CState::Edit(const CEdit& edit) {
+    return Answer(Apply({&edit, 1}).front());
+}
+
+bool C3dsDisplayWrap::CState::EditNode(const char* node, const CEdit& edit) {
+    if (Text(node).empty())
+        return Fail({EErrorCode::NotFound, lng::Mark("the scene has no such object"), {}});
+    return Edit(edit);
+}
+
+std::vector<CStatus> C3dsDisplayWrap::ApplyEdits(std::span<const CEdit> edits) {
+    std::vector<CStatus> answers = m_state->Apply(edits);
+    for (const CStatus& answer : answers)
+        (void)m_state->Answer(answer);  // LastError() tells the last failure
+    return answers;
+}
+
+bool C3dsDisplayWrap::TakeBackEdits(std::size_t count) {
+    try {
+        CSceneEdits* edits = m_state->Edits();
+        if (edits == nullptr || !edits->TakeBack(count)) return false;
+        m_state->SceneChanged();
+        return true;
+    } catch (const std::exception&) {
+        return m_state->Fail({EErrorCode::TooLarge, lng::Mark("not enough memory for the edit"), {}});
     }
-    return EditMaterial(node, material, [&name](Lib3dsMaterial& m) { material_edits::SetTexture(m, name); });
+}
+
+std::vector<std::string> C3dsDisplayWrap::GetMaterialNamesOfNode(const std::string& node) const {
+    const CSceneEdits* all = m_state->Edits();
+    return all == nullptr ? std::vector<std::string>() : all->MaterialNamesOf(node);
 }
 
 const char* C3dsDisplayWrap::GetNodeNameById(int id) const {
     if (!m_state->scene || id < 0) return nullptr;
-    const std::vector<CPreparedNode>& nodes = m_state->Fresh().nodes;
+    const std::vector<CPreparedNode>& nodes = m_state->prepared.nodes;
     const auto index = static_cast<std::size_t>(id);
     return index < nodes.size() && nodes[index].mesh >= 0 ? nodes[index].name.c_str() : nullptr;
 }
 
 bool C3dsDisplayWrap::DeleteNode(const char* node) {
-    // A copy: the name may be the one that GetNodeNameById gave out, which dies with the node.
-    const std::string name(Text(node));
-    return m_state->Edit([&](CSceneEdits& e) { return e.DeleteNode(name); });
+    return m_state->EditNode(node, CDeleteEdit{Text(node)});
 }
 
 bool C3dsDisplayWrap::ReplaceNode(const char* node, const wchar_t* file, const char* newNode) {
     const std::string path = file == nullptr ? std::string() : file_util_ex::ConvertToUTF8(file);
-    return m_state->Edit([&](CSceneEdits& e) { return e.ReplaceNode(Text(node), path, Text(newNode)); });
+    return m_state->EditNode(node, CReplaceEdit{Text(node), path, Text(newNode)});
 }
 
 bool C3dsDisplayWrap::MoveNode(const char* node, float x, float y, float z) {
-    return m_state->Edit([&](CSceneEdits& e) {
-        return e.MoveNode(m_state->prepared, Text(node), {x, y, z});
-    });
+    return m_state->EditNode(node, CMoveEdit{Text(node), {x, y, z}});
 }
 
 bool C3dsDisplayWrap::RotateNode(const char* node, float x, float y, float z) {
-    return m_state->Edit([&](CSceneEdits& e) {
-        return e.RotateNode(m_state->prepared, Text(node), {x, y, z});
-    });
+    return m_state->EditNode(node, CRotateEdit{Text(node), {x, y, z}});
 }
 
 bool C3dsDisplayWrap::SetNodeMaterialColor(const char* node, const char* material, float r, float g,
                                            float b) {
-    if (!IsFinite(CVec3{r, g, b})) return m_state->Fail(NotANumber());
-    return m_state->EditMaterial(OneNode(node), material, [=](Lib3dsMaterial& m) {
-        material_edits::SetColor(m, {r, g, b});
-    });
+    return m_state->EditNode(node, CColorEdit{OnNode(node, material), {r, g, b}});
 }
 
 bool C3dsDisplayWrap::SetNodeMaterialShininess(const char* node, const char* material, float value) {
-    if (!std::isfinite(value)) return m_state->Fail(NotANumber());
-    return m_state->EditMaterial(OneNode(node), material,
-                                 [=](Lib3dsMaterial& m) { material_edits::SetShininess(m, value); });
+    return m_state->EditNode(node, CShininessEdit{OnNode(node, material), value});
 }
 
 bool C3dsDisplayWrap::SetNodeMaterialTransparency(const char* node, const char* material, float value) {
-    if (!std::isfinite(value)) return m_state->Fail(NotANumber());
-    return m_state->EditMaterial(OneNode(node), material,
-                                 [=](Lib3dsMaterial& m) { material_edits::SetTransparency(m, value); });
+    return m_state->EditNode(node, CTransparencyEdit{OnNode(node, material), value});
 }
 
 bool C3dsDisplayWrap::SetNodeMaterialTexture(const char* node, const char* material,
                                              const CStdStr<wchar_t>& imagePath) {
-    return m_state->EditTexture(OneNode(node), material, imagePath);
+    return m_state->EditNode(node,
+                             CTextureEdit{OnNode(node, material), file_util_ex::ConvertToUTF8(imagePath)});
 }
 
 bool C3dsDisplayWrap::SetMaterialColor(const char* material, float r, float g, float b) {
-    if (!IsFinite(CVec3{r, g, b})) return m_state->Fail(NotANumber());
-    return m_state->EditMaterial(nullptr, material, [=](Lib3dsMaterial& m) {
-        material_edits::SetColor(m, {r, g, b});
-    });
+    return m_state->Edit(CColorEdit{Everywhere(material), {r, g, b}});
 }
 
 bool C3dsDisplayWrap::SetMaterialShininess(const char* material, float value) {
-    if (!std::isfinite(value)) return m_state->Fail(NotANumber());
-    return m_state->EditMaterial(nullptr, material,
-                                 [=](Lib3dsMaterial& m) { material_edits::SetShininess(m, value); });
+    return m_state->Edit(CShininessEdit{Everywhere(material), value});
 }
 
 bool C3dsDisplayWrap::SetMaterialTransparency(const char* material, float value) {
-    if (!std::isfinite(value)) return m_state->Fail(NotANumber());
-    return m_state->EditMaterial(nullptr, material,
-                                 [=](Lib3dsMaterial& m) { material_edits::SetTransparency(m, value); });
+    return m_state->Edit(CTransparencyEdit{Everywhere(material), value});
 }
 
 bool C3dsDisplayWrap::SetMaterialTexture(const char* material, const CStdStr<wchar_t>& imagePath) {
-    return m_state->EditTexture(nullptr, material, imagePath);
+    return m_state->Edit(CTextureEdit{Everywhere(material), file_util_ex::ConvertToUTF8(imagePath)});
 }

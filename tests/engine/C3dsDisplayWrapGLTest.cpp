@@ -16,6 +16,7 @@
 #include "files/CTestFolder.h"
 #include "model/prepare/CPreparedScene.h"
 #include "model/read_3ds/C3dsBytes.h"
+#include "picture/image_writer.h"
 
 namespace {
 
@@ -212,6 +213,34 @@ TEST_F(C3dsDisplayWrapGLTest, EditsShowInTheNextFrameAndAreSaved) {
     ASSERT_TRUE(m_engine.OpenModel(path.c_str()));
     EXPECT_FLOAT_EQ(m_engine.Prepared()->bounds.max.z, -2);
     EXPECT_NE(m_engine.Get3dsFile(), nullptr);
+}
+
+TEST_F(C3dsDisplayWrapGLTest, EditsThatAreTakenBackLeaveThePictureAsItWas) {
+    const CTestFolder folder;
+    ASSERT_TRUE(image_codec::WritePng(folder / "blue.png", {1, 1, {0, 0, 200, 255}}, false));
+    const CBytes texels = Chunk(0x4140, Words({8}) + CBytes(64));
+    const CBytes faces = CubeFaces(Chunk(0x4130, Text("Red") + Words({2, 6, 7})));
+    ASSERT_TRUE(Open(Scene(Material("Red") + Mesh("Box", CubePoints() + faces + texels) +
+                           Mesh("Other", CubePoints(3, 0, 0) + faces + texels))));
+    EXPECT_EQ(m_engine.GetMaterialNamesOfNode("Box"), (std::vector<std::string>{"", "Red"}));
+    const CImage plain = Paint();
+    const float radius = m_engine.GetRadius();
+    const std::vector<CEdit> edits{CTextureEdit{{"Box", "Red"}, folder / "blue.png"},
+                                   CColorEdit{{"", "Green"}, {1, 0, 0}}, CTransparencyEdit{{"Box", ""}, 0.5f},
+                                   CMoveEdit{"Box", {90, 0, 1}}, CDeleteEdit{"Other"}};
+    for (int round = 0; round < 2; ++round) {
+        const std::vector<CStatus> answers = m_engine.ApplyEdits(edits);
+        ASSERT_EQ(answers.size(), edits.size());
+        EXPECT_FALSE(answers[1]);
+        EXPECT_EQ(m_engine.LastError().where, "Green");
+        // Once with a frame between, once without.
+        EXPECT_TRUE(round == 1 || Paint().rgba != plain.rgba);
+        m_engine.SetIsoCameraModel();
+        EXPECT_EQ(m_engine.GetRadius(), radius);
+        EXPECT_FALSE(m_engine.TakeBackEdits(5));
+        ASSERT_TRUE(m_engine.TakeBackEdits(4));
+        EXPECT_EQ(Paint().rgba, plain.rgba);
+    }
 }
 
 TEST_F(C3dsDisplayWrapGLTest, ValuesThatAreNoNumbersAndNullNamesAreRefused) {

@@ -29,22 +29,23 @@ void CMeshBuffers::Upload(CGlCurrent& gl, const CPreparedMesh& mesh) {
         FillFrom(gl, m_texCoords, CGlBuffer::ETarget::Vertices, mesh.texCoords);
     }
     m_source = mesh.vertices.data();
+    m_stamp = mesh.stamp;
     m_vertexCount = static_cast<std::uint32_t>(mesh.vertices.size());
     m_indexCount = 0;
-    RefreshIndices(gl, mesh);
+    (void)RefreshIndices(gl, mesh);
 }
 
 bool CMeshBuffers::HoldsVerticesOf(const CPreparedMesh& mesh) const {
     if (m_vertexCount == 0) return false;
-    return m_source == mesh.vertices.data() && m_vertexCount == mesh.vertices.size();
+    return m_stamp == mesh.stamp && m_source == mesh.vertices.data() && m_vertexCount == mesh.vertices.size();
 }
 
-void CMeshBuffers::RefreshIndices(CGlCurrent& gl, const CPreparedMesh& mesh) {
+bool CMeshBuffers::RefreshIndices(CGlCurrent& gl, const CPreparedMesh& mesh) {
     const bool same =
         m_indexCount == mesh.IndexCount() &&
         std::equal(m_batches.begin(), m_batches.end(), mesh.batches.begin(), mesh.batches.end(), SameCut);
     m_batches = mesh.batches;
-    if (same) return;
+    if (same) return false;
     m_indexCount = mesh.IndexCount();
     m_wide = mesh.indices16.empty();
     if (m_wide) {
@@ -52,6 +53,7 @@ void CMeshBuffers::RefreshIndices(CGlCurrent& gl, const CPreparedMesh& mesh) {
     } else {
         FillFrom(gl, m_indices, CGlBuffer::ETarget::Indices, mesh.indices16);
     }
+    return true;
 }
 
 void CMeshBuffers::Bind(CGlCurrent& gl) const {

@@ -11,10 +11,10 @@
 class CMeshBuffers {
   public:
     void Upload(CGlCurrent& gl, const CPreparedMesh& mesh);
-    /** True while it holds that mesh's vertices (told by where they lie and how many there are). */
+    /** True while it holds that mesh's vertices (told by its stamp, and where they lie, and how many). */
     [[nodiscard]] bool HoldsVerticesOf(const CPreparedMesh& mesh) const;
-    /** Uploads the indices anew if the batches cut them differently than before. */
-    void RefreshIndices(CGlCurrent& gl, const CPreparedMesh& mesh);
+    /** Uploads the indices anew if the batches cut them differently than before: true. */
+    bool RefreshIndices(CGlCurrent& gl, const CPreparedMesh& mesh);
 
     /** Makes it the source of drawing: vertex, normal and texture coordinate arrays, and indices. */
     void Bind(CGlCurrent& gl) const;
@@ -30,6 +30,7 @@ class CMeshBuffers {
     CGlBuffer m_vertices, m_texCoords, m_indices;
     std::vector<CPreparedBatch> m_batches;
     const void* m_source = nullptr;  ///< never read
+    std::uint64_t m_stamp = 0;
     std::uint32_t m_vertexCount = 0, m_indexCount = 0;
     bool m_wide = false;  ///< 32-bit indices
 };

@@ -64,7 +64,8 @@ struct CSceneRenderer::CState {
     CSortedBatches sorted;
 
     void Learn(CGlCurrent& gl);
-    void UpdateMeshes(CGlCurrent& gl, const CPreparedScene& scene);
+    /** True where some mesh is another than before. */
+    bool UpdateMeshes(CGlCurrent& gl, const CPreparedScene& scene);
 };
 
 void CSceneRenderer::CState::Learn(CGlCurrent& gl) {
@@ -73,8 +74,9 @@ void CSceneRenderer::CState::Learn(CGlCurrent& gl) {
     shadersWork = can->shaders && shaders.Check(gl).HasValue();
 }
 
-void CSceneRenderer::CState::UpdateMeshes(CGlCurrent& gl, const CPreparedScene& scene) {
+bool CSceneRenderer::CState::UpdateMeshes(CGlCurrent& gl, const CPreparedScene& scene) {
     std::vector<CMeshBuffers> before = std::move(meshes);
+    bool changed = before.size() != scene.meshes.size();
     meshes.clear();
     meshes.resize(scene.meshes.size());
     for (std::size_t i = 0; i < meshes.size(); ++i) {
@@ -82,17 +84,19 @@ void CSceneRenderer::CState::UpdateMeshes(CGlCurrent& gl, const CPreparedScene& 
         const auto holds = [&](const CMeshBuffers& buffers) { return buffers.HoldsVerticesOf(mesh); };
         const bool givenBack = mesh.vertices.empty() && !mesh.batches.empty();
         // Meshes mostly keep their place, so that is where to look first.
-        auto found = i < before.size() && (givenBack || holds(before[i]))
-                         ? before.begin() + static_cast<std::ptrdiff_t>(i)
-                         : std::find_if(before.begin(), before.end(), holds);
+        const bool isInPlace = i < before.size() && (givenBack || holds(before[i]));
+        auto found = isInPlace ? before.begin() + static_cast<std::ptrdiff_t>(i)
+                               : std::find_if(before.begin(), before.end(), holds);
+        changed = changed || !isInPlace;
         if (found != before.end()) {
             meshes[i] = std::move(*found);
             *found = {};
-            if (!givenBack) meshes[i].RefreshIndices(gl, mesh);
+            if (!givenBack) changed = meshes[i].RefreshIndices(gl, mesh) || changed;
         } else if (!mesh.vertices.empty() && mesh.IndexCount() > 0) {
             meshes[i].Upload(gl, mesh);
         }
     }
+    return changed;
 }
 
 CSceneRenderer::CSceneRenderer() : m_state(std::make_unique<CState>()) {}
@@ -106,9 +110,8 @@ void CSceneRenderer::Upload(CGlCurrent& gl, const CPreparedScene& scene) {
 
 void CSceneRenderer::Refresh(CGlCurrent& gl, const CPreparedScene& scene) {
     m_state->Learn(gl);
-    m_state->sorted.Clear();
     const CBindingGuard guard(gl);
-    m_state->UpdateMeshes(gl, scene);
+    if (m_state->UpdateMeshes(gl, scene)) m_state->sorted.Clear();
     m_state->textures.Update(gl, *m_state->can, scene);
 }
 

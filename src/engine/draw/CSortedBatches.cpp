@@ -22,9 +22,11 @@ CDepthSpan SortInto(CGlCurrent& gl, CGlBuffer& buffer, const CPreparedMesh& mesh
 CDepthSpan CSortedBatches::Sort(CGlCurrent& gl, std::uint32_t node, std::uint32_t batch,
                                 const CPreparedMesh& mesh, const std::array<double, 4>& row) {
     CEntry& entry = m_batches[{node, batch}];
-    if (!entry.indices.IsEmpty() && entry.row == row) return entry.range;
+    if (!entry.indices.IsEmpty() && entry.row == row && entry.source == mesh.vertices.data())
+        return entry.range;
     const CPreparedBatch& part = mesh.batches[batch];
     entry.row = row;
+    entry.source = mesh.vertices.data();
     entry.range = mesh.indices16.empty() ? SortInto(gl, entry.indices, mesh, mesh.indices32, part, row)
                                          : SortInto(gl, entry.indices, mesh, mesh.indices16, part, row);
     return entry.range;

@@ -31,6 +31,7 @@ class CSortedBatches {
     struct CEntry {
         CGlBuffer indices;
         std::array<double, 4> row{};
+        const void* source = nullptr;  ///< the mesh's vertices; never read. An edit may number nodes anew
         CDepthSpan range;
     };
     std::map<std::pair<std::uint32_t, std::uint32_t>, CEntry> m_batches;

@@ -1,84 +1,101 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
-#include <map>
+#include <span>
 #include <string>
-#include <string_view>
-#include <unordered_map>
+#include <vector>
 
 #include "base/CResult.h"
-#include "base/math/CMatrix.h"
-#include "lib3ds/types.h"
+#include "model/edit/CEdit.h"
+#include "model/edit/CEditedScene.h"
+#include "model/edit/CPictureShelf.h"
 
-class CScene;
 struct CPreparedScene;
 
-/** Edits of one scene. They change the Lib3dsFile, so that whatever is written or exported
- * afterwards has them.
+/** Applies edits to one scene and its prepared form, and takes them back, the last one first.
  *
- * Nodes and materials go on answering to the names they had when the object was made, although splitting
- * one off gives the new part another name in the file: a list of edits may name the same node and material
- * again and again.
- *
- * After edits the prepared scene is out of date: moving and turning nodes needs EvaluateNodes, everything
- * for which NeedsPreparing() says so needs PrepareScene, and then Renew() before the next edit that takes
- * a prepared scene. */
+ * An edit changes what it names and nothing else: where things stand, what they are called and which sides
+ * are shown was decided when the scene was opened. Values of materials prepare nothing; a picture is decoded
+ * once while the scene is open; only a mesh that comes from another file is prepared, and one that gets its
+ * first picture. */
 class CSceneEdits {
   public:
-    using CMaterialChange = std::function<void(Lib3dsMaterial&)>;
+    /** Neither is owned, both must outlive this. prepared was made from scene, and may be evaluated at other
+     * frames meanwhile. */
+    CSceneEdits(CScene& scene, CPreparedScene& prepared);
+    CSceneEdits(const CSceneEdits&) = delete;
+    CSceneEdits& operator=(const CSceneEdits&) = delete;
 
-    /** The scene is not owned and must outlive this; prepared was made from it and is only read now. */
-    CSceneEdits(CScene& scene, const CPreparedScene& prepared);
+    /** Applies edits in their order; one answer for each. One that fails changes nothing, and those after it
+     * are applied all the same. Moving and turning count at the frame that prepared was evaluated at. */
+    [[nodiscard]] std::vector<CStatus> Apply(std::span<const CEdit> edits);
+    /** Takes back the last edits that succeeded: everything is as it was before them. False when there are
+     * not so many; then nothing is taken back. */
+    [[nodiscard]] bool TakeBack(std::size_t count);
+    /** True while some edit is in force. */
+    [[nodiscard]] bool IsEdited() const { return !m_starts.empty(); }
 
-    /** Takes a node out, and its mesh when no other node shows it. One that has children becomes a dummy,
-     * which draws nothing, so that they stay where they are. */
-    [[nodiscard]] CStatus DeleteNode(std::string_view node);
-    /** Shows the mesh of another file's node (UTF-8 path) in place of this node's: the new mesh's own origin
-     * comes to where the old one's was, with the node's position, turn, size and animation. newNode empty:
-     * the node of the same name, or else the first one with a mesh. Its materials come along, under new names
-     * where the scene has others so named. */
-    [[nodiscard]] CStatus ReplaceNode(std::string_view node, std::string_view path, std::string_view newNode);
-    /** Moves a node (and its children) by offset in scene coordinates; prepared tells where
-     * its parent stands. */
-    [[nodiscard]] CStatus MoveNode(const CPreparedScene& prepared, std::string_view node, CVec3 offset);
-    /** Turns a node (and its children) about its own origin by RotationOfAngles in scene coordinates. */
-    [[nodiscard]] CStatus RotateNode(const CPreparedScene& prepared, std::string_view node, CVec3 anglesDeg);
-    /** Changes a material on this node alone: what it shares with other nodes is split off first. An empty
-     * name stands for all its materials; faces without one then get one. */
-    [[nodiscard]] CStatus ChangeNodeMaterial(std::string_view node, std::string_view material,
-                                             const CMaterialChange& change);
-    /** Changes a material wherever it is used, split or not. */
-    [[nodiscard]] CStatus ChangeMaterial(std::string_view material, const CMaterialChange& change);
+    /** The names of the materials that a node's parts have, as the file has them, each once. Parts without a
+     * material give an empty name, which as a target means all of the node. Empty when there is no such node. */
+    [[nodiscard]] std::vector<std::string> MaterialNamesOf(const std::string& node) const;
 
-    [[nodiscard]] bool NeedsPreparing() const { return m_needsPreparing; }
-    /** Takes a newly prepared scene: gives its nodes the names they answer to here. */
-    void Renew(CPreparedScene& prepared);
+    /** Before the scene is written: whoever reads the file decides anew where things stand, from what the
+     * file holds. Where that would turn out otherwise after the edits, the file gets other values that mean
+     * the same. */
+    void SettleForSaving();
 
   private:
-    struct CTarget {
-        Lib3dsNode* node = nullptr;   ///< null for a mesh without one
-        Lib3dsMesh* mesh = nullptr;   ///< null for a dummy
-        bool isPlacedByMesh = false;  ///< as in CPreparedNode
+    using CMaterialChange = CEditedScene::CMaterialChange;
+    /** What SettleForSaving wrote, to be undone before the next edit. */
+    struct CSettled {
+        struct CPivot {
+            Lib3dsNode* node;
+            CVec3 before;
+        };
+        std::vector<std::size_t> meshes;
+        std::vector<CPivot> pivots;
+        std::vector<Lib3dsMaterial*> twoSided;
     };
 
-    [[nodiscard]] CTarget* Find(std::string_view node);
-    void Index(const CPreparedScene& prepared);
-    [[nodiscard]] bool Answers(std::string_view material, std::string_view asked) const;
-    [[nodiscard]] bool IsShared(const Lib3dsMesh* mesh) const;
-    [[nodiscard]] bool OwnMesh(CTarget& target);
-    [[nodiscard]] Lib3dsMaterial* OwnMaterial(Lib3dsMesh& mesh, const std::string& material);
-    [[nodiscard]] CStatus TransformMesh(CTarget& target, const CMat4& transform);
-    void DropMesh(Lib3dsMesh* mesh);
-    void HideMorphTargets(const Lib3dsNode& node);
-    void PutMesh(CTarget& target, Lib3dsMesh* mesh, const CMat4& meshToNode);
-    void TakeMaterials(CScene& from, Lib3dsMesh& mesh);
-    void Changed();
+    [[nodiscard]] CStatus Do(const CColorEdit& edit);
+    [[nodiscard]] CStatus Do(const CShininessEdit& edit);
+    [[nodiscard]] CStatus Do(const CTransparencyEdit& edit);
+    [[nodiscard]] CStatus Do(const CTextureEdit& edit);
+    [[nodiscard]] CStatus Do(const CMoveEdit& edit);
+    [[nodiscard]] CStatus Do(const CRotateEdit& edit);
+    [[nodiscard]] CStatus Do(const CReplaceEdit& edit);
+    [[nodiscard]] CStatus Do(const CDeleteEdit& edit);
+
+    /** The materials that an edit may change; what is shared with other nodes is split off. */
+    [[nodiscard]] CResult<std::vector<std::uint32_t>> Targets(const CMaterialTarget& target);
+    [[nodiscard]] CResult<std::vector<std::uint32_t>> TargetsOnNode(const CMaterialTarget& target);
+    [[nodiscard]] std::uint32_t OwnMaterial(std::size_t mesh, std::uint32_t material);
+    [[nodiscard]] CStatus ChangeValue(const CMaterialTarget& target, bool isNumber,
+                                      const CMaterialChange& change);
+    [[nodiscard]] CResult<std::string> AddPictureFile(const std::string& path);
+    [[nodiscard]] std::string AddPicture(const CPictureShelf::CPicture& picture);
+    void AdoptPictures(const CScene& from, Lib3dsMaterial& material);
+
+    [[nodiscard]] CStatus PlaceByMesh(std::size_t node, const CMat4& transform);
+    [[nodiscard]] CVec3 TurningPoint(const CPreparedNode& node) const;
+    void DropMorphTargets(const Lib3dsNode& deleted);
+    [[nodiscard]] bool IsMorphTarget(const std::string& mesh, const Lib3dsNode* exceptOf) const;
+    void LeaveEmptyMesh(std::size_t node);
+    void PutMesh(std::size_t node, CNewMesh mesh, const CMat4& place);
+    void AdoptMaterials(const CScene& from, CMeshView& view);
+    [[nodiscard]] std::uint32_t AdoptMaterial(const CScene& from, const Lib3dsMaterial& material);
+
+    void Unsettle();
+    void Settle(std::size_t mesh, const CMeshPlacing& placing);
+    void SettlePlacedTwice();
+    void SettleMirroring();
+    void SettleNotPlacedTwice();
 
     CScene& m_scene;
-    std::map<std::string, CTarget, std::less<>> m_targets;
-    std::unordered_map<const void*, std::string> m_names;  ///< by node, or mesh without one
-    std::map<std::string, std::string, std::less<>>
-        m_materialOrigin;  ///< new name to the one it was split from
-    bool m_needsPreparing = false;
+    CPreparedScene& m_prepared;
+    CPictureShelf m_shelf;
+    CEditedScene m_edited;
+    std::vector<std::size_t> m_starts;  ///< for each edit in force the number of steps before it
+    float m_firstFrame;                 ///< that the scene was opened at
+    CSettled m_settled;
 };

@@ -4,11 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "base/CResult.h"
 #include "base/math/CVec.h"
 #include "lib3ds/types.h"
-
-class CScene;
 
 /** Setting the properties of one Lib3dsMaterial. Values are clamped to 0..1 and must be finite. */
 namespace material_edits {
@@ -24,11 +21,7 @@ void SetTransparency(Lib3dsMaterial& material, float value);
  * placing, another gets a repeated one. */
 void SetTexture(Lib3dsMaterial& material, std::string_view textureName);
 
-/** Makes the scene find the picture at a path (UTF-8) and gives the name for its materials: the file's own
- * name, or one with "#2", ... when the scene calls another picture so. Fails when the file cannot be read. */
-[[nodiscard]] CResult<std::string> AddTextureFile(CScene& scene, std::string_view path);
-/** Makes the pictures of a material that came from another scene findable in this one, and renames
- * them where needed. */
-void AdoptTextures(CScene& scene, const CScene& from, Lib3dsMaterial& material);
+/** A picture's file name as a material can hold it, cut before its ending, from 2 on with "#2", "#3", ... */
+[[nodiscard]] std::string TextureName(const std::string& fileName, unsigned number);
 
 }  // namespace material_edits

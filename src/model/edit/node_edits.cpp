@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "model/edit/node_edits.h"
 
-#include <lib3ds/mesh.h>
 #include <lib3ds/node.h>
 #include <lib3ds/quat.h>
 #include <lib3ds/tracks.h>
@@ -75,6 +74,31 @@ void Store(float (&to)[3], CVec3 v) {
     to[2] = v.z;
 }
 
+/** The keys of a track one after the other. */
+template <class TKey>
+std::vector<std::byte> BytesOf(const TKey* key) {
+    std::vector<std::byte> bytes;
+    for (; key != nullptr; key = key->next) {
+        bytes.resize(bytes.size() + sizeof(TKey));
+        std::memcpy(bytes.data() + bytes.size() - sizeof(TKey), key, sizeof(TKey));
+    }
+    return bytes;
+}
+
+/** Into the keys that they come from. */
+template <class TKey>
+void PutBytes(const std::vector<std::byte>& bytes, TKey*& first) {
+    if (bytes.empty()) {
+        first = nullptr;
+        return;
+    }
+    TKey* key = first;
+    for (std::size_t at = 0; at < bytes.size(); at += sizeof(TKey)) {
+        std::memcpy(key, bytes.data() + at, sizeof(TKey));
+        key = key->next;
+    }
+}
+
 }  // namespace
 
 void MoveTracks(Lib3dsNode& node, CVec3 offset) {
@@ -110,14 +134,6 @@ void RotateTracks(Lib3dsNode& node, const CMat4& rotation) {
     lib3ds_quat_track_setup(&data.rot_track);
 }
 
-void TransformMesh(Lib3dsMesh& mesh, const CMat4& transform) {
-    for (Lib3dsDword i = 0; i < mesh.points; ++i) {
-        Store(mesh.pointL[i].pos, transform.TransformPoint(VectorOf(mesh.pointL[i].pos)));
-    }
-    const CMat4 matrix = transform * CMat4::FromLib3ds(mesh.matrix);
-    std::memcpy(mesh.matrix, matrix.m.data(), sizeof mesh.matrix);
-}
-
 CMat4 RotationInParent(const CMat4& parentWorld, const CMat4& rotation) {
     const CVec3 x = Normalized({parentWorld.m[0], parentWorld.m[1], parentWorld.m[2]});
     const CVec3 rawY{parentWorld.m[4], parentWorld.m[5], parentWorld.m[6]};
@@ -130,12 +146,19 @@ CMat4 RotationInParent(const CMat4& parentWorld, const CMat4& rotation) {
     return back * rotation * axes;
 }
 
-CVec3 TurningPoint(const Lib3dsMesh& mesh) {
-    const CMat4 matrix = CMat4::FromLib3ds(mesh.matrix);
-    if (matrix != CMat4{}) return {matrix.m[12], matrix.m[13], matrix.m[14]};
-    CBox box;
-    for (Lib3dsDword i = 0; i < mesh.points; ++i) box.Add(VectorOf(mesh.pointL[i].pos));
-    return box.Center();
+CTracksBefore::CTracksBefore(const Lib3dsNode& node)
+    : m_positionKeys(BytesOf(node.data.object.pos_track.keyL)),
+      m_rotationKeys(BytesOf(node.data.object.rot_track.keyL)) {
+    std::copy_n(node.data.object.pos, 3, m_position.begin());
+}
+
+void CTracksBefore::PutBack(Lib3dsNode& node) const {
+    Lib3dsObjectData& data = node.data.object;
+    std::copy(m_position.begin(), m_position.end(), data.pos);
+    if (m_positionKeys.empty()) lib3ds_lin3_track_free_keys(&data.pos_track);
+    if (m_rotationKeys.empty()) lib3ds_quat_track_free_keys(&data.rot_track);
+    PutBytes(m_positionKeys, data.pos_track.keyL);
+    PutBytes(m_rotationKeys, data.rot_track.keyL);
 }
 
 }  // namespace node_edits

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <vector>
+
 #include "base/math/CMatrix.h"
 #include "lib3ds/types.h"
 
-/** Moving and turning the nodes of a Lib3dsFile. An animated node keeps its animation: every key moves along.
- * Nothing is evaluated here; the node's matrix is as before until the scene is evaluated anew. */
+/** Moving and turning the nodes of a Lib3dsFile. An animated node keeps its animation: every key moves
+ * along. */
 namespace node_edits {
 
 /** Adds offset, in the coordinates of the node's parent, to all position keys of an object node (to a new one
@@ -14,14 +18,20 @@ void MoveTracks(Lib3dsNode& node, CVec3 offset);
 /** Turns an object node about its own place: rotation is applied after its own rotation, in the coordinates
  * of its parent, and must be a rotation. */
 void RotateTracks(Lib3dsNode& node, const CMat4& rotation);
-/** Carries points and matrix of a mesh: for meshes that no node shows. */
-void TransformMesh(Lib3dsMesh& mesh, const CMat4& transform);
-
 /** rotation, given in scene coordinates, as it is seen in the coordinates of parentWorld (whose scale and
  * shear do not count). */
 [[nodiscard]] CMat4 RotationInParent(const CMat4& parentWorld, const CMat4& rotation);
-/** Where a mesh without a node is turned: the origin of its matrix, or its middle when that
- * matrix says nothing. */
-[[nodiscard]] CVec3 TurningPoint(const Lib3dsMesh& mesh);
+
+/** What MoveTracks and RotateTracks change, as it is now. */
+class CTracksBefore {
+  public:
+    explicit CTracksBefore(const Lib3dsNode& node);
+    /** Keys that were added since go again. */
+    void PutBack(Lib3dsNode& node) const;
+
+  private:
+    std::array<float, 3> m_position{};
+    std::vector<std::byte> m_positionKeys, m_rotationKeys;
+};
 
 }  // namespace node_edits

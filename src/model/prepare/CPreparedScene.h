@@ -52,6 +52,7 @@ struct CPreparedMesh {
     CBox bounds;                 ///< of the vertices, in the file's coordinates
     CMat4 toLocal;               ///< file coordinates to object coordinates; see ResolveMirroring
     bool matrixMirrors = false;  ///< the mesh matrix has a negative determinant
+    std::uint64_t stamp = 0;     ///< another one where vertices or indices were made anew
 
     [[nodiscard]] std::uint32_t IndexCount() const {
         return static_cast<std::uint32_t>(indices16.empty() ? indices32.size() : indices16.size());

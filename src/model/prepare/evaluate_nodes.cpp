@@ -207,6 +207,16 @@ CSphere SphereOf(const CPreparedScene& prepared) {
 }
 }  // namespace
 
+CMat4 WorldOf(const CPreparedScene& prepared, int node, float frame) {
+    CMat4 world;
+    while (node >= 0) {
+        const CPreparedNode& at = prepared.nodes[static_cast<std::size_t>(node)];
+        world = (at.isPlacedByMesh ? at.fixedWorld : LocalMatrix(*at.source, frame)) * world;
+        node = at.isPlacedByMesh ? -1 : at.parent;
+    }
+    return world.IsFinite() ? world : CMat4{};
+}
+
 void EvaluateNodes(CPreparedScene& prepared, const CScene&, float frame) {
     prepared.currentFrame = frame;
     EvaluateTransforms(prepared, frame);

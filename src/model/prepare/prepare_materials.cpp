@@ -4,6 +4,7 @@
 #include <lib3ds/file.h>
 #include <lib3ds/material.h>
 
+#include <algorithm>
 #include <numbers>
 #include <unordered_map>
 
@@ -25,7 +26,6 @@ class CTextureList {
     explicit CTextureList(std::vector<CPreparedTexture>& textures) : m_textures(textures) {}
 
     int IndexOf(const char* name) {
-        if (!name[0]) return -1;
         const auto [place, isNew] = m_indexOfName.emplace(name, static_cast<int>(m_textures.size()));
         if (isNew) m_textures.push_back({name, {}, {}, false});
         return place->second;
@@ -36,9 +36,7 @@ class CTextureList {
     std::unordered_map<std::string, int> m_indexOfName;
 };
 
-CPreparedMap PrepareMap(const Lib3dsTextureMap& map, CTextureList& textures) {
-    CPreparedMap result;
-    result.texture = textures.IndexOf(map.name);
+void SetMapValues(const Lib3dsTextureMap& map, CPreparedMap& result) {
     result.amount = map.percent;
     result.scale = {map.scale[0], map.scale[1]};
     result.offset = {map.offset[0], map.offset[1]};
@@ -49,7 +47,6 @@ CPreparedMap PrepareMap(const Lib3dsTextureMap& map, CTextureList& textures) {
     result.negative = (map.flags & LIB3DS_NEGATE) != 0;
     result.alphaSource = (map.flags & LIB3DS_ALPHA_SOURCE) != 0;
     result.ignoreAlpha = (map.flags & LIB3DS_IGNORE_ALPHA) != 0;
-    return result;
 }
 
 EShading Shading(const Lib3dsMaterial& material) {
@@ -67,34 +64,21 @@ EShading Shading(const Lib3dsMaterial& material) {
     }
 }
 
-CPreparedMaterial PrepareMaterial(const Lib3dsMaterial& material, CTextureList& textures) {
-    CPreparedMaterial result;
-    result.name = material.name;
-    result.ambient = Color(material.ambient);
-    result.diffuse = Color(material.diffuse);
-    result.specular = Color(material.specular);
-    result.shininess = material.shininess;
-    result.shininessStrength = material.shin_strength;
-    result.transparency = material.transparency;
-    // Old files have the flag alone, which means all of it.
-    result.selfIllumination = material.self_ilpct > 0 ? material.self_ilpct
-                              : material.self_illum   ? 1.0f
-                                                      : 0.0f;
-    result.shading = Shading(material);
-    result.twoSided = material.two_sided != 0;
-    result.wire = material.use_wire != 0;
-    result.wireSizePx = std::max(material.wire_size, 1.0f);
-    result.additive = material.additive != 0;
-    result.texture = PrepareMap(material.texture1_map, textures);
-    result.texture2 = PrepareMap(material.texture2_map, textures);
-    result.opacity = PrepareMap(material.opacity_map, textures);
-    result.specularMap = PrepareMap(material.specular_map, textures);
-    result.shininessMap = PrepareMap(material.shininess_map, textures);
-    result.selfIlluminationMap = PrepareMap(material.self_illum_map, textures);
-    result.bump = PrepareMap(material.bump_map, textures);
-    result.reflection = PrepareMap(material.reflection_map, textures);
-    return result;
-}
+/** Both forms of each map that is prepared. */
+struct CMapPlace {
+    Lib3dsTextureMap Lib3dsMaterial::*file;
+    CPreparedMap CPreparedMaterial::*prepared;
+};
+constexpr CMapPlace kMaps[] = {
+    {&Lib3dsMaterial::texture1_map, &CPreparedMaterial::texture},
+    {&Lib3dsMaterial::texture2_map, &CPreparedMaterial::texture2},
+    {&Lib3dsMaterial::opacity_map, &CPreparedMaterial::opacity},
+    {&Lib3dsMaterial::specular_map, &CPreparedMaterial::specularMap},
+    {&Lib3dsMaterial::shininess_map, &CPreparedMaterial::shininessMap},
+    {&Lib3dsMaterial::self_illum_map, &CPreparedMaterial::selfIlluminationMap},
+    {&Lib3dsMaterial::bump_map, &CPreparedMaterial::bump},
+    {&Lib3dsMaterial::reflection_map, &CPreparedMaterial::reflection},
+};
 
 CResult<CImage> LoadImage(const CTextureHit& hit, const std::string& reference) {
     return hit.data ? image_codec::DecodeImage(*hit.data, reference)
@@ -109,6 +93,42 @@ bool HasTranslucency(const CImage& image) {
 }
 }  // namespace
 
+void SetMaterialValues(const Lib3dsMaterial& material, CPreparedMaterial& result) {
+    result.ambient = Color(material.ambient);
+    result.diffuse = Color(material.diffuse);
+    result.specular = Color(material.specular);
+    result.shininess = material.shininess;
+    result.shininessStrength = material.shin_strength;
+    result.transparency = material.transparency;
+    // Old files have the flag alone, which means all of it.
+    result.selfIllumination = material.self_ilpct > 0 ? material.self_ilpct
+                              : material.self_illum   ? 1.0f
+                                                      : 0.0f;
+    result.shading = Shading(material);
+    result.wire = material.use_wire != 0;
+    result.wireSizePx = std::max(material.wire_size, 1.0f);
+    result.additive = material.additive != 0;
+    for (const CMapPlace& map : kMaps) SetMapValues(material.*map.file, result.*map.prepared);
+}
+
+CPreparedMaterial PrepareMaterial(const Lib3dsMaterial& material, const CTextureIndexOf& indexOf) {
+    CPreparedMaterial result;
+    result.name = material.name;
+    result.twoSided = material.two_sided != 0;
+    SetMaterialValues(material, result);
+    for (const CMapPlace& map : kMaps) {
+        const auto& name = (material.*map.file).name;
+        (result.*map.prepared).texture = name[0] == 0 ? -1 : indexOf(name);
+    }
+    return result;
+}
+
+bool UsesTexCoords(const CPreparedMaterial& m) {
+    return m.texture.HasEffect() || m.texture2.HasEffect() || m.opacity.HasEffect() ||
+           m.specularMap.HasEffect() || m.shininessMap.HasEffect() || m.selfIlluminationMap.HasEffect() ||
+           m.bump.HasEffect();
+}
+
 std::array<float, 6> CPreparedMap::UvTransform() const {
     // 3D Studio scales and turns the map about its middle, then moves it.
     const float angle = rotationDeg * std::numbers::pi_v<float> / 180.0f;
@@ -122,63 +142,77 @@ std::array<float, 6> CPreparedMap::UvTransform() const {
 void PrepareMaterials(const CScene& scene, CPreparedScene& prepared) {
     CTextureList textures(prepared.textures);
     for (const Lib3dsMaterial* material = scene.Header()->materials; material; material = material->next) {
-        prepared.materials.push_back(PrepareMaterial(*material, textures));
+        prepared.materials.push_back(
+            PrepareMaterial(*material, [&](const char* name) { return textures.IndexOf(name); }));
     }
     prepared.materials.emplace_back();
 }
 
+std::optional<CSceneNote> LoadTexture(const CTextureLocator& textures, CPreparedTexture& texture) {
+    const std::string name = CNoteList::Printable(texture.reference);
+    const std::optional<CTextureHit> hit = textures.Find(texture.reference);
+    if (!hit) return CSceneNote{CSceneNote::EKind::Missing, lng::Mark("Texture not found"), name};
+    CResult<CImage> image = LoadImage(*hit, texture.reference);
+    if (!image) {
+        return CSceneNote{CSceneNote::EKind::Missing, lng::Mark("Texture not readable"), name,
+                          image.Error().message};
+    }
+    texture.foundAt = hit->foundAt;
+    SetPicture(std::move(image).Value(), texture);
+    return std::nullopt;
+}
+
+void SetPicture(CImage image, CPreparedTexture& texture) {
+    texture.image = std::move(image);
+    texture.hasTranslucency = HasTranslucency(texture.image);
+}
+
 void LoadTextures(const CScene& scene, const CPrepareOptions& options, CPreparedScene& prepared) {
-    std::vector<CSceneNote> problems(prepared.textures.size());
+    std::vector<std::optional<CSceneNote>> problems(prepared.textures.size());
     ParallelFor(prepared.textures.size(), options.threads, [&](std::size_t i) {
         if (options.IsStopped()) return;
-        CPreparedTexture& texture = prepared.textures[i];
-        const std::string name = CNoteList::Printable(texture.reference);
-        const std::optional<CTextureHit> hit = scene.Textures().Find(texture.reference);
-        if (!hit) {
-            problems[i] = {CSceneNote::EKind::Missing, lng::Mark("Texture not found"), name};
-            return;
-        }
-        CResult<CImage> image = LoadImage(*hit, texture.reference);
-        if (!image) {
-            problems[i] = {CSceneNote::EKind::Missing, lng::Mark("Texture not readable"), name,
-                           image.Error().message};
-            return;
-        }
-        texture.foundAt = hit->foundAt;
-        texture.image = std::move(image).Value();
-        options.Spend(texture.image.rgba.size());
-        texture.hasTranslucency = HasTranslucency(texture.image);
+        problems[i] = LoadTexture(scene.Textures(), prepared.textures[i]);
+        options.Spend(prepared.textures[i].image.rgba.size());
     });
-    for (CSceneNote& problem : problems) {
-        if (*problem.what != '\0') prepared.notes.push_back(std::move(problem));
+    for (std::optional<CSceneNote>& problem : problems) {
+        if (problem) prepared.notes.push_back(std::move(*problem));
     }
 }
 
-void ReplaceBlackWithoutPicture(CPreparedScene& prepared) {
-    for (CPreparedMaterial& material : prepared.materials) {
-        const CPreparedMap& map = material.texture;
-        const bool missing =
-            map.HasEffect() && prepared.textures[static_cast<std::size_t>(map.texture)].image.IsEmpty();
-        const CVec3 brightest{std::max(material.diffuse.x, material.ambient.x),
-                              std::max(material.diffuse.y, material.ambient.y),
-                              std::max(material.diffuse.z, material.ambient.z)};
-        if (!missing || std::max({brightest.x, brightest.y, brightest.z}) > 0.04f) continue;
-        material.diffuse = material.ambient = CPreparedMaterial{}.diffuse;
-        prepared.notes.push_back({CSceneNote::EKind::Missing,
-                                  lng::Mark("Without its picture this material would be black and is grey"),
-                                  CNoteList::Printable(material.name)});
-    }
+namespace {
+const CPreparedTexture* PictureOf(const CPreparedMap& map, const std::vector<CPreparedTexture>& textures) {
+    return map.HasEffect() ? &textures[static_cast<std::size_t>(map.texture)] : nullptr;
+}
+}  // namespace
+
+bool ReplaceBlackWithoutPicture(const std::vector<CPreparedTexture>& textures, CPreparedMaterial& material) {
+    const CPreparedTexture* picture = PictureOf(material.texture, textures);
+    const CVec3 brightest{std::max(material.diffuse.x, material.ambient.x),
+                          std::max(material.diffuse.y, material.ambient.y),
+                          std::max(material.diffuse.z, material.ambient.z)};
+    if (picture == nullptr || !picture->image.IsEmpty()) return false;
+    if (std::max({brightest.x, brightest.y, brightest.z}) > 0.04f) return false;
+    material.diffuse = material.ambient = CPreparedMaterial{}.diffuse;
+    return true;
 }
 
-void DecideBlending(CPreparedScene& prepared) {
-    const auto isLoaded = [&](const CPreparedMap& map) {
-        return map.HasEffect() && !prepared.textures[static_cast<std::size_t>(map.texture)].image.IsEmpty();
-    };
+void DecideBlending(const std::vector<CPreparedTexture>& textures, CPreparedMaterial& material) {
+    const CPreparedTexture* picture = PictureOf(material.texture, textures);
+    const CPreparedTexture* opacity = PictureOf(material.opacity, textures);
+    const bool seesThrough = picture != nullptr && !picture->image.IsEmpty() && picture->hasTranslucency &&
+                             material.texture.AlphaIsOpacity();
+    material.needsBlending = material.transparency > 0 || material.additive || seesThrough ||
+                             (opacity != nullptr && !opacity->image.IsEmpty());
+}
+
+void DecideLooks(bool picturesAreLoaded, CPreparedScene& prepared) {
     for (CPreparedMaterial& material : prepared.materials) {
-        const CPreparedMap& map = material.texture;
-        const bool seesThrough = isLoaded(map) && map.AlphaIsOpacity() &&
-                                 prepared.textures[static_cast<std::size_t>(map.texture)].hasTranslucency;
-        material.needsBlending =
-            material.transparency > 0 || material.additive || isLoaded(material.opacity) || seesThrough;
+        if (picturesAreLoaded && ReplaceBlackWithoutPicture(prepared.textures, material)) {
+            prepared.notes.push_back(
+                {CSceneNote::EKind::Missing,
+                 lng::Mark("Without its picture this material would be black and is grey"),
+                 CNoteList::Printable(material.name)});
+        }
+        DecideBlending(prepared.textures, material);
     }
 }

@@ -4,6 +4,7 @@
 #include <lib3ds/mesh.h>
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cmath>
 #include <numbers>
@@ -311,9 +312,21 @@ void CMeshPreparer::EmitBatches() {
     else
         fill(m_mesh.indices32);
 }
+
+void SetNameAndPlace(const CMeshView& view, CPreparedMesh& mesh) {
+    mesh.name = view.mesh->name;
+    mesh.toLocal = view.matrix.AffineInverse();
+    mesh.matrixMirrors = view.matrix.Determinant3() < 0;
+}
+
+std::uint64_t NextStamp() {
+    static std::atomic<std::uint64_t> last{0};
+    return ++last;
+}
+
 /** lib3ds turns the points of a mesh over whose matrix mirrors; here they are again as the file has them. */
 std::vector<CVec3> PointsAsInFile(const CMeshView& view) {
-    const CMat4 flip = FlipOfMesh(*view.mesh);
+    const CMat4 flip = FlipOf(view.matrix);
     std::vector<CVec3> points(view.pointCount);
     for (std::size_t i = 0; i < points.size(); ++i) points[i] = flip.TransformPoint(PointOf(view, i));
     return points;
@@ -321,7 +334,7 @@ std::vector<CVec3> PointsAsInFile(const CMeshView& view) {
 }  // namespace
 
 CPreparedMesh PrepareMesh(const CMeshView& view, std::uint32_t defaultMaterial, bool keepTexCoords) {
-    const CMat4 matrix = CMat4::FromLib3ds(view.mesh->matrix);
+    const CMat4& matrix = view.matrix;
     if (matrix.Determinant3() < 0 && !view.pointsUnflipped) {
         const std::vector<CVec3> points = PointsAsInFile(view);
         CMeshView asInFile = view;
@@ -331,8 +344,20 @@ CPreparedMesh PrepareMesh(const CMeshView& view, std::uint32_t defaultMaterial, 
         return PrepareMesh(asInFile, defaultMaterial, keepTexCoords);
     }
     CPreparedMesh mesh = CMeshPreparer(view, defaultMaterial, keepTexCoords).Run();
-    mesh.name = view.mesh->name;
-    mesh.toLocal = matrix.AffineInverse();
-    mesh.matrixMirrors = matrix.Determinant3() < 0;
+    SetNameAndPlace(view, mesh);
+    mesh.stamp = NextStamp();
+    return mesh;
+}
+
+CPreparedMesh PrepareOutline(const CMeshView& view) {
+    CPreparedMesh mesh;
+    const CMat4 flip = view.pointsUnflipped ? CMat4{} : FlipOf(view.matrix);
+    for (std::size_t i = 0; i < view.faceCount; ++i) {
+        const CFaceIndices face = FaceOf(view, i);
+        if (face.a == face.b || face.b == face.c || face.a == face.c) continue;
+        for (const std::uint16_t point : {face.a, face.b, face.c})
+            mesh.bounds.Add(flip.TransformPoint(PointOf(view, point)));
+    }
+    SetNameAndPlace(view, mesh);
     return mesh;
 }

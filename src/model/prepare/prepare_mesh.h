@@ -21,3 +21,6 @@ struct CMeshView;
  */
 [[nodiscard]] CPreparedMesh PrepareMesh(const CMeshView& view, std::uint32_t defaultMaterial,
                                         bool keepTexCoords);
+
+/** The same mesh without vertices, indices and batches: name, bounds and place. */
+[[nodiscard]] CPreparedMesh PrepareOutline(const CMeshView& view);

@@ -80,8 +80,7 @@ bool HasNoKeys(const Lib3dsObjectData& data) {
 }
 
 /** The place of a mesh that no keys place: its points are drawn where the file has them. */
-CMat4 PlaceOfMesh(const Lib3dsMesh& mesh) {
-    const CMat4 matrix = CMat4::FromLib3ds(mesh.matrix);
+CMat4 PlaceOfMesh(const CMat4& matrix) {
     bool invertible = false;
     (void)matrix.AffineInverse(&invertible);
     return invertible ? matrix : CMat4{};
@@ -160,7 +159,7 @@ void CNodePreparer::SetMesh(const Lib3dsNode& source, CPreparedNode& node) {
     m_shown[mesh] = true;
     if (HasNoKeys(data)) {
         node.isPlacedByMesh = true;
-        node.fixedWorld = PlaceOfMesh(*m_scene.Meshes()[mesh].mesh);
+        node.fixedWorld = PlaceOfMesh(m_scene.Meshes()[mesh].matrix);
         node.meshToNode = m_prepared.meshes[mesh].toLocal;
     } else {
         node.pivot = {data.pivot[0], data.pivot[1], data.pivot[2]};
@@ -176,7 +175,7 @@ void CNodePreparer::AddMeshesWithoutNode() {
         node.name = UniqueName(mesh.name, m_names);
         node.mesh = static_cast<int>(i);
         node.isPlacedByMesh = true;
-        node.fixedWorld = PlaceOfMesh(*m_scene.Meshes()[i].mesh);
+        node.fixedWorld = PlaceOfMesh(m_scene.Meshes()[i].matrix);
         node.meshToNode = mesh.toLocal;
         m_prepared.nodes.push_back(std::move(node));
     }

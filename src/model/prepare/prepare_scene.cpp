@@ -15,12 +15,6 @@
 #include "model/scene/CScene.h"
 
 namespace {
-bool HasAnyMap(const CPreparedMaterial& m) {
-    return m.texture.HasEffect() || m.texture2.HasEffect() || m.opacity.HasEffect() ||
-           m.specularMap.HasEffect() || m.shininessMap.HasEffect() || m.selfIlluminationMap.HasEffect() ||
-           m.bump.HasEffect();
-}
-
 std::size_t BytesOf(const CPreparedMesh& mesh) {
     return mesh.vertices.size() * sizeof mesh.vertices[0] + mesh.texCoords.size() * sizeof mesh.texCoords[0] +
            mesh.IndexCount() * sizeof(std::uint32_t);
@@ -29,7 +23,7 @@ std::size_t BytesOf(const CPreparedMesh& mesh) {
 void PrepareMeshes(const CScene& scene, const CPrepareOptions& options, CPreparedScene& prepared) {
     const auto defaultMaterial = static_cast<std::uint32_t>(prepared.materials.size() - 1);
     std::vector<bool> mapped;
-    for (const CPreparedMaterial& material : prepared.materials) mapped.push_back(HasAnyMap(material));
+    for (const CPreparedMaterial& material : prepared.materials) mapped.push_back(UsesTexCoords(material));
     const std::vector<CMeshView>& views = scene.Meshes();
     prepared.meshes.resize(views.size());
     std::atomic<std::size_t> done{0};
@@ -37,14 +31,14 @@ void PrepareMeshes(const CScene& scene, const CPrepareOptions& options, CPrepare
         if (options.IsStopped()) return;
         const auto usesMap = [&](std::uint16_t m) { return m != CMeshView::kNoMaterial && mapped[m]; };
         const auto& used = views[i].faceMaterials;
-        prepared.meshes[i] =
-            PrepareMesh(views[i], defaultMaterial, std::any_of(used.begin(), used.end(), usesMap));
+        prepared.meshes[i] = options.outlines ? PrepareOutline(views[i])
+                                              : PrepareMesh(views[i], defaultMaterial,
+                                                            std::any_of(used.begin(), used.end(), usesMap));
         options.Spend(BytesOf(prepared.meshes[i]));
         ++done;
         if (options.progress)
             options.progress->SetShare(static_cast<double>(done) / static_cast<double>(views.size()));
     });
-    for (const CMeshView& view : views) prepared.vertexCount += view.pointCount;
 }
 
 /** Frames at which some track of the tree has a key; animated when there are several, or a hide key. */
@@ -101,28 +95,31 @@ class CKeyRange {
     int m_first = 0, m_last = 0;
 };
 
-/** The file's segment where it makes sense, else the range of the keys. */
-void PrepareFrames(const Lib3dsFile& file, CPreparedScene& prepared) {
+}  // namespace
+
+void FindFrames(const CScene& scene, CPreparedScene& prepared) {
     CKeyRange keys;
     for (const CPreparedNode& node : prepared.nodes) {
         if (node.source) keys.AddNode(*node.source);
     }
+    const Lib3dsFile& file = *scene.Header();
     prepared.animated = keys.IsAnimated();
     const bool segmentFits = file.segment_to > file.segment_from && file.segment_from <= keys.Last() &&
                              file.segment_to >= keys.First();
     prepared.firstFrame = static_cast<float>(segmentFits ? file.segment_from : keys.First());
     prepared.lastFrame = static_cast<float>(segmentFits ? file.segment_to : keys.Last());
-    prepared.currentFrame =
-        std::clamp(static_cast<float>(file.current_frame), prepared.firstFrame, prepared.lastFrame);
 }
 
-void CountTriangles(CPreparedScene& prepared) {
+void CountParts(const CScene& scene, CPreparedScene& prepared) {
+    prepared.triangleCount = prepared.vertexCount = 0;
     for (const CPreparedNode& node : prepared.nodes) {
         if (node.mesh >= 0)
             prepared.triangleCount += prepared.meshes[static_cast<std::size_t>(node.mesh)].IndexCount() / 3;
     }
+    for (const CMeshView& view : scene.Meshes()) {
+        if (view.isInFile) prepared.vertexCount += view.pointCount;
+    }
 }
-}  // namespace
 
 CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options) {
     CPreparedScene prepared;
@@ -136,18 +133,17 @@ CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options)
     PrepareMaterials(scene, prepared);
     PrepareMeshes(scene, options, prepared);
     if (options.IsStopped()) return prepared;
-    if (options.loadTextures) {
-        LoadTextures(scene, options, prepared);
-        if (options.IsStopped()) return prepared;
-        ReplaceBlackWithoutPicture(prepared);
-    }
-    DecideBlending(prepared);
+    if (options.loadTextures) LoadTextures(scene, options, prepared);
+    if (options.IsStopped()) return prepared;
+    DecideLooks(options.loadTextures, prepared);
     PrepareNodes(scene, prepared);
-    PrepareFrames(file, prepared);
-    CountTriangles(prepared);
-    EvaluateNodes(prepared, scene, prepared.currentFrame);
-    if (ResolveMirroring(prepared)) EvaluateNodes(prepared, scene, prepared.currentFrame);
-    if (ResolvePlacedTwice(prepared)) EvaluateNodes(prepared, scene, prepared.currentFrame);
+    FindFrames(scene, prepared);
+    CountParts(scene, prepared);
+    const float frame =
+        std::clamp(static_cast<float>(file.current_frame), prepared.firstFrame, prepared.lastFrame);
+    EvaluateNodes(prepared, scene, frame);
+    if (ResolveMirroring(prepared)) EvaluateNodes(prepared, scene, frame);
+    if (ResolvePlacedTwice(prepared)) EvaluateNodes(prepared, scene, frame);
     ShowBothSidesIfTurnedAway(prepared);
     return prepared;
 }

@@ -12,6 +12,7 @@ class CScene;
 struct CPrepareOptions {
     unsigned threads = 0;                            ///< 0: one for each core
     bool loadTextures = true;                        ///< false leaves CPreparedTexture::image empty
+    bool outlines = false;                           ///< meshes get all but vertices, indices and batches
     CJobProgress* progress = nullptr;                ///< gets the share of the meshes; cancelled it ends soon
     std::atomic<std::int64_t>* bytesLeft = nullptr;  ///< counted down by what is made; below 0 it ends soon
 
@@ -33,3 +34,11 @@ struct CPrepareOptions {
 /** Evaluates node transforms, visibility, lights, cameras and bounds at a frame (clamped to
  * nothing: tracks decide). */
 void EvaluateNodes(CPreparedScene& prepared, const CScene& scene, float frame);
+/** Where a node's coordinates lie in the scene at a frame, whatever was evaluated before; the identity for
+ * node -1. */
+[[nodiscard]] CMat4 WorldOf(const CPreparedScene& prepared, int node, float frame);
+
+/** Finds out whether anything is animated, and between which frames. */
+void FindFrames(const CScene& scene, CPreparedScene& prepared);
+/** Counts triangles and vertices. */
+void CountParts(const CScene& scene, CPreparedScene& prepared);

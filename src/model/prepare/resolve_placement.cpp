@@ -20,16 +20,23 @@ std::vector<const CPreparedNode*> ReferenceNodes(const CPreparedScene& prepared)
 }
 }  // namespace
 
-bool ResolveMirroring(CPreparedScene& prepared) {
-    const CMat4 mirror = CMat4::Scale({-1, 1, 1});
+std::vector<bool> MeshesToTurn(const CPreparedScene& prepared) {
     const std::vector<const CPreparedNode*> reference = ReferenceNodes(prepared);
     std::vector<bool> turned(prepared.meshes.size());
+    for (std::size_t i = 0; i < turned.size(); ++i) {
+        turned[i] =
+            prepared.meshes[i].matrixMirrors && reference[i] && reference[i]->world.Determinant3() > 0;
+    }
+    return turned;
+}
+
+bool ResolveMirroring(CPreparedScene& prepared) {
+    const CMat4 mirror = CMat4::Scale({-1, 1, 1});
+    const std::vector<bool> turned = MeshesToTurn(prepared);
     bool any = false;
-    for (std::size_t i = 0; i < prepared.meshes.size(); ++i) {
-        CPreparedMesh& mesh = prepared.meshes[i];
-        turned[i] = mesh.matrixMirrors && reference[i] && reference[i]->world.Determinant3() > 0;
+    for (std::size_t i = 0; i < turned.size(); ++i) {
         if (!turned[i]) continue;
-        mesh.toLocal = mirror * mesh.toLocal;
+        prepared.meshes[i].toLocal = mirror * prepared.meshes[i].toLocal;
         any = true;
     }
     for (CPreparedNode& node : prepared.nodes) {
@@ -70,14 +77,18 @@ bool IsPlacedTwice(const CPreparedNode& node, const CPreparedMesh& mesh) {
 }
 }  // namespace
 
-bool ResolvePlacedTwice(CPreparedScene& prepared) {
+bool ArePlacedTwice(const CPreparedScene& prepared) {
     std::size_t keyed = 0;
     for (const CPreparedNode& node : prepared.nodes) {
         if (!IsKeyed(node)) continue;
         if (!IsPlacedTwice(node, prepared.meshes[static_cast<std::size_t>(node.mesh)])) return false;
         ++keyed;
     }
-    if (keyed < 2) return false;  // one object alone stands well anywhere
+    return keyed >= 2;  // one object alone stands well anywhere
+}
+
+bool ResolvePlacedTwice(CPreparedScene& prepared) {
+    if (!ArePlacedTwice(prepared)) return false;
     for (CPreparedNode& node : prepared.nodes) {
         if (IsKeyed(node)) node.meshToNode = node.world.AffineInverse();
     }

@@ -9,6 +9,12 @@
  * (lib3ds always does the latter. Of 84 such meshes of real files it is right for those alone whose node does
  * not mirror.) Nodes must be evaluated; true when they must be evaluated again. */
 [[nodiscard]] bool ResolveMirroring(CPreparedScene& prepared);
+/** The meshes that it turns over, as their nodes are now. */
+[[nodiscard]] std::vector<bool> MeshesToTurn(const CPreparedScene& prepared);
+
+/** True where some programs' habit, see ResolvePlacedTwice, would move the objects twice. Nodes must be
+ * evaluated. */
+[[nodiscard]] bool ArePlacedTwice(const CPreparedScene& prepared);
 
 /** Some programs leave every mesh matrix at the identity although the points already stand where they belong
  * in the scene; the node transforms would then move them a second time. That is so where every keyed node

@@ -77,7 +77,6 @@ CResult<CScene> C3dsParser::Parse(std::vector<std::byte> bytes) {
 
 C3dsParser::C3dsParser(std::vector<std::byte> bytes) {
     m_scene.m_bytes = std::move(bytes);
-    m_scene.m_complete = false;
     Lib3dsFile& file = *m_scene.m_file;
     m_nextMaterial = &file.materials;
     m_nextMesh = &file.meshes;

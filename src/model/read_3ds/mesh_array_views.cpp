@@ -61,6 +61,7 @@ CMeshView ViewOfChunk(std::span<std::byte> bytes, const CMeshChunk& chunk, Lib3d
                       CNoteList& notes) {
     CMeshView view;
     view.mesh = &mesh;
+    view.matrix = CMat4::FromLib3ds(mesh.matrix);
     view.pointsUnflipped = true;
     view.points = bytes.data() + chunk.points.offset;
     view.pointStride = 12;

@@ -3,16 +3,20 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "base/CResult.h"
+#include "base/math/CMatrix.h"
 #include "model/scene/CSceneNote.h"
 #include "model/textures/CTextureLocator.h"
 
 struct Lib3dsFile;
+struct Lib3dsMaterial;
 struct Lib3dsMesh;
 
 struct CLib3dsFileDeleter {
@@ -21,11 +25,24 @@ struct CLib3dsFileDeleter {
 };
 using CLib3dsFilePtr = std::unique_ptr<Lib3dsFile, CLib3dsFileDeleter>;
 
+struct CLib3dsMeshDeleter {
+    void operator()(Lib3dsMesh* mesh) const;
+};
+using CLib3dsMeshPtr = std::unique_ptr<Lib3dsMesh, CLib3dsMeshDeleter>;
+
+/** Where an edit wants a mesh to stand: what its points, as the file has them, are multiplied with, and the
+ * matrix that goes with them then. Faces of points that are mirrored by it are turned round, and so show the
+ * same side. */
+struct CMeshPlacing {
+    CMat4 points, matrix;
+};
+
 /** Where the arrays of one mesh lie: in the bytes of the file as they were read, or in a Lib3dsMesh. Both
  * are walked with a stride, so the scene is prepared by one piece of code. All indices and numbers are
- * already repaired. */
+ * already repaired. Arrays and matrix stay as they were read, whatever is edited. */
 struct CMeshView {
-    Lib3dsMesh* mesh = nullptr;         ///< name, matrix and flags; its lists may still be empty
+    Lib3dsMesh* mesh = nullptr;         ///< name and flags; its lists may still be empty
+    CMat4 matrix;                       ///< the mesh matrix
     const std::byte* points = nullptr;  ///< three floats each
     std::size_t pointStride = 0, pointCount = 0;
     const std::byte* texels = nullptr;  ///< two floats each; count is 0 or >= pointCount
@@ -40,14 +57,31 @@ struct CMeshView {
      * points over when it reads them, and back when it writes). */
     bool pointsUnflipped = false;
 
+    // What edits ask for; CScene::File() brings the Lib3dsMesh up to date with it.
+    bool isFilled = false;                ///< the lists of mesh hold the arrays
+    bool isInFile = true;                 ///< false: taken out of the file, and kept
+    std::optional<CMeshPlacing> placing;  ///< none: as it was read
+    bool faceNamesAreOld = false, placeIsOld = false;
+    bool facesAreTurned = false;   ///< the lists hold faces of mirrored points, the other way round
+    std::vector<CVec3> ownPoints;  ///< what points refers to once the lists hold other ones
+
     static constexpr std::uint16_t kNoMaterial = 0xFFFF;
+};
+
+/** A mesh that is in no file yet, and the view of it. */
+struct CNewMesh {
+    CLib3dsMeshPtr mesh;
+    CMeshView view;
 };
 
 /** One scene in memory: the Lib3dsFile, the textures' whereabouts, and notes of what was repaired.
  *
  * The large arrays of a scene that was read from bytes stay where they were read, and are copied into the
  * Lib3dsFile only when somebody asks for it (File): viewing needs no second copy, which would be four times
- * as large (lib3ds keeps a 64-byte material name in every face). */
+ * as large (lib3ds keeps a 64-byte material name in every face).
+ *
+ * Meshes and materials are known by their numbers: the order of the file, new ones behind. A mesh that is
+ * taken out keeps its number. */
 class CScene {
   public:
     CScene();
@@ -60,13 +94,29 @@ class CScene {
     /** The same for one that stays its owner's, and must outlive the result. */
     [[nodiscard]] static CScene Borrow(Lib3dsFile& file);
 
-    /** The complete scene, owned by this object, never null. The first call fills the mesh arrays. */
+    /** The complete scene with all edits, owned by this object, never null. The first call fills the mesh
+     * arrays; further ones write what edits changed since. */
     [[nodiscard]] Lib3dsFile* File();
-    /** The same structure; mesh arrays may be empty. */
+    /** The same structure; mesh arrays may be empty, and older than the edits. */
     [[nodiscard]] Lib3dsFile* Header() const { return m_file.get(); }
     [[nodiscard]] const std::vector<CMeshView>& Meshes() const { return m_meshes; }
-    /** Meshes as the views see them must be taken anew after the Lib3dsFile has been edited. */
-    void RefreshMeshes();
+
+    // --- edits, each with the one that takes it back (the last one first) -----------------------------------
+    /** Adds a mesh as the last one. */
+    void AddMesh(CNewMesh mesh);
+    void DropLastMesh();
+    /** A mesh of the same arrays under another name. */
+    [[nodiscard]] CNewMesh CopyOfMesh(std::size_t mesh, std::string_view name) const;
+    void SetInFile(std::size_t mesh, bool isInFile);
+    /** No value: as it was read. */
+    void Place(std::size_t mesh, const std::optional<CMeshPlacing>& placing);
+    /** Where the mesh stands with all edits. */
+    [[nodiscard]] CMat4 MatrixOf(std::size_t mesh) const;
+    /** Gives all faces that have one material another one; both may be kNoMaterial. */
+    void ChangeFaceMaterial(std::size_t mesh, std::uint16_t from, std::uint16_t to);
+    /** Adds a material that nothing else owns yet, as the last one. */
+    void AddMaterial(Lib3dsMaterial* material);
+    void DropLastMaterial();
 
     [[nodiscard]] const std::vector<CSceneNote>& Notes() const { return m_notes; }
     [[nodiscard]] const CTextureLocator& Textures() const { return m_textures; }
@@ -81,12 +131,15 @@ class CScene {
   private:
     friend class C3dsParser;
     explicit CScene(CLib3dsFilePtr file) : m_file(std::move(file)) {}
+    /** What points at the mesh in the file's list, or would. */
+    [[nodiscard]] Lib3dsMesh*& LinkTo(std::size_t mesh);
 
     CLib3dsFilePtr m_file;
     std::vector<std::byte> m_bytes;                 ///< what m_meshes points into; repaired in place
     std::vector<std::vector<std::byte>> m_patches;  ///< lists that were too short in m_bytes
     std::vector<CMeshView> m_meshes;
-    bool m_complete = true;
+    std::map<std::size_t, CLib3dsMeshPtr> m_takenOut;  ///< by their numbers
+    std::vector<Lib3dsMaterial*> m_materials;          ///< of the file, once one was added
     CTextureLocator m_textures;
     std::vector<CSceneNote> m_notes;
     std::vector<std::string> m_sourceFiles;

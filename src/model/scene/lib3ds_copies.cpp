@@ -1,27 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "model/scene/lib3ds_copies.h"
+#include "model/scene/lib3ds_name.h"
 
-#include <lib3ds/file.h>
 #include <lib3ds/material.h>
 #include <lib3ds/mesh.h>
-#include <lib3ds/node.h>
 
 #include <algorithm>
 #include <cstring>
-#include <set>
 
 #include "model/scene/lib3ds_name.h"
-#include "model/scene/unique_names.h"
 
 namespace lib3ds_copies {
 namespace {
-
-template <class T>
-std::string UnusedName(const T* list, std::string_view name) {
-    std::set<std::string> taken{""};
-    for (; list != nullptr; list = list->next) taken.insert(list->name);
-    return UniqueName(lib3ds_name::Cut(name), taken);
-}
 
 template <class T>
 void CopyArray(T* to, const T* from, std::size_t count) {
@@ -30,11 +20,27 @@ void CopyArray(T* to, const T* from, std::size_t count) {
 
 }  // namespace
 
-Lib3dsMesh* CopyMesh(const Lib3dsMesh& mesh, std::string_view name) {
+Lib3dsMesh* CopyMeshHeader(const Lib3dsMesh& mesh, std::string_view name) {
     Lib3dsMesh* copy = lib3ds_mesh_new("");
     if (copy == nullptr) return nullptr;
+    if (mesh.flags > 0 && !lib3ds_mesh_new_flag_list(copy, mesh.flags)) {
+        lib3ds_mesh_free(copy);
+        return nullptr;
+    }
+    CopyArray(copy->flagL, mesh.flagL, mesh.flags);
+    copy->object_flags = mesh.object_flags;
+    copy->color = mesh.color;
+    std::memcpy(copy->matrix, mesh.matrix, sizeof copy->matrix);
+    copy->box_map = mesh.box_map;
+    copy->map_data = mesh.map_data;
+    CopyName(copy->name, name);
+    return copy;
+}
+
+Lib3dsMesh* CopyMesh(const Lib3dsMesh& mesh, std::string_view name) {
+    Lib3dsMesh* copy = CopyMeshHeader(mesh, name);
+    if (copy == nullptr) return nullptr;
     const bool made = (mesh.points == 0 || lib3ds_mesh_new_point_list(copy, mesh.points)) &&
-                      (mesh.flags == 0 || lib3ds_mesh_new_flag_list(copy, mesh.flags)) &&
                       (mesh.texels == 0 || lib3ds_mesh_new_texel_list(copy, mesh.texels)) &&
                       (mesh.faces == 0 || lib3ds_mesh_new_face_list(copy, mesh.faces));
     if (!made) {
@@ -42,15 +48,8 @@ Lib3dsMesh* CopyMesh(const Lib3dsMesh& mesh, std::string_view name) {
         return nullptr;
     }
     CopyArray(copy->pointL, mesh.pointL, mesh.points);
-    CopyArray(copy->flagL, mesh.flagL, mesh.flags);
     for (Lib3dsDword i = 0; i < mesh.texels; ++i) CopyArray(copy->texelL[i], mesh.texelL[i], 2);
     CopyArray(copy->faceL, mesh.faceL, mesh.faces);
-    copy->object_flags = mesh.object_flags;
-    copy->color = mesh.color;
-    std::memcpy(copy->matrix, mesh.matrix, sizeof copy->matrix);
-    copy->box_map = mesh.box_map;
-    copy->map_data = mesh.map_data;
-    CopyName(copy->name, name);
     return copy;
 }
 
@@ -70,23 +69,6 @@ bool SameLook(const Lib3dsMaterial& a, const Lib3dsMaterial& b) {
     const auto* bytesA = reinterpret_cast<const unsigned char*>(&a);
     const auto* bytesB = reinterpret_cast<const unsigned char*>(&b);
     return std::memcmp(bytesA + start, bytesB + start, sizeof(Lib3dsMaterial) - start) == 0;
-}
-
-std::string UnusedMaterialName(Lib3dsFile& file, std::string_view name) {
-    return UnusedName(file.materials, name);
-}
-
-std::string UnusedMeshName(Lib3dsFile& file, std::string_view name) {
-    return UnusedName(file.meshes, name);
-}
-
-bool UsedByOtherMeshes(const Lib3dsFile& file, const Lib3dsMesh& mesh, std::string_view material) {
-    for (const Lib3dsMesh* other = file.meshes; other != nullptr; other = other->next) {
-        if (other == &mesh) continue;
-        const auto uses = [material](const Lib3dsFace& face) { return material == face.material; };
-        if (std::any_of(other->faceL, other->faceL + other->faces, uses)) return true;
-    }
-    return false;
 }
 
 }  // namespace lib3ds_copies

@@ -7,8 +7,6 @@
 #include "base/math/CMatrix.h"
 #include "model/scene/CScene.h"
 
-struct Lib3dsMesh;
-
 /** Single entries of a CMeshView. Indices are not checked; entries need not be aligned. */
 struct CFaceIndices {
     std::uint16_t a, b, c, flags;
@@ -37,5 +35,5 @@ struct CFaceIndices {
 }
 
 /** What lib3ds multiplies the points of a mesh with whose matrix mirrors: matrix * scale(-1, 1, 1) *
- * inverse(matrix). It is its own inverse. The identity for all other meshes. */
-[[nodiscard]] CMat4 FlipOfMesh(const Lib3dsMesh& mesh);
+ * inverse(matrix). It is its own inverse. The identity for all other matrices. */
+[[nodiscard]] CMat4 FlipOf(const CMat4& matrix);

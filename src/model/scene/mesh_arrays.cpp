@@ -72,23 +72,31 @@ void RepairMeshArrays(CMeshView& view, CNoteList& notes) {
     RepairTexels(view);
 }
 
-CMeshView ViewOfMesh(Lib3dsMesh& mesh, std::span<Lib3dsMaterial* const> materials) {
-    CMeshView view;
-    view.mesh = &mesh;
+void PointAtLists(CMeshView& view) {
+    const Lib3dsMesh& mesh = *view.mesh;
     view.points = reinterpret_cast<const std::byte*>(mesh.pointL);
     view.pointStride = sizeof(Lib3dsPoint);
     view.pointCount = mesh.points;
-    if (mesh.texels >= mesh.points) {
-        view.texels = reinterpret_cast<const std::byte*>(mesh.texelL);
-        view.texelStride = sizeof(Lib3dsTexel);
-        view.texelCount = mesh.texels;
-    }
-    if (mesh.faces == 0) return view;
+    view.pointsUnflipped = false;
+    view.isFilled = true;
+    const bool hasTexels = mesh.texels > 0 && mesh.texels >= mesh.points;
+    view.texels = hasTexels ? reinterpret_cast<const std::byte*>(mesh.texelL) : nullptr;
+    view.texelStride = sizeof(Lib3dsTexel);
+    view.texelCount = hasTexels ? mesh.texels : 0;
+    view.faceCount = mesh.faces;
+    if (mesh.faces == 0) return;
     static_assert(offsetof(Lib3dsFace, flags) == offsetof(Lib3dsFace, points) + 6);
     view.faces = reinterpret_cast<const std::byte*>(mesh.faceL[0].points);
     view.smoothing = reinterpret_cast<const std::byte*>(&mesh.faceL[0].smoothing);
     view.faceStride = view.smoothingStride = sizeof(Lib3dsFace);
-    view.faceCount = mesh.faces;
+}
+
+CMeshView ViewOfMesh(Lib3dsMesh& mesh, std::span<Lib3dsMaterial* const> materials) {
+    CMeshView view;
+    view.mesh = &mesh;
+    view.matrix = CMat4::FromLib3ds(mesh.matrix);
+    PointAtLists(view);
+    if (mesh.faces == 0) return view;
 
     std::unordered_map<std::string_view, std::uint16_t> indexOfName;
     for (std::size_t i = 0; i < materials.size(); ++i)
@@ -108,27 +116,40 @@ CMeshView ViewOfMesh(Lib3dsMesh& mesh, std::span<Lib3dsMaterial* const> material
     return view;
 }
 
-namespace {
-void FillPoints(const CMeshView& view, Lib3dsMesh& mesh) {
-    const CMat4 flip = view.pointsUnflipped ? FlipOfMesh(mesh) : CMat4{};
-    for (std::size_t i = 0; i < view.pointCount; ++i) {
-        CVec3 p = PointOf(view, i);
-        if (view.pointsUnflipped) p = flip.TransformPoint(p);
-        mesh.pointL[i].pos[0] = p.x;
-        mesh.pointL[i].pos[1] = p.y;
-        mesh.pointL[i].pos[2] = p.z;
+void WriteFaceMaterials(const CMeshView& view, std::span<Lib3dsMaterial* const> materials, Lib3dsMesh& mesh) {
+    for (std::size_t i = 0; i < view.faceCount; ++i) {
+        auto& name = mesh.faceL[i].material;
+        const std::uint16_t material =
+            view.faceMaterials.empty() ? CMeshView::kNoMaterial : view.faceMaterials[i];
+        if (material < materials.size()) {
+            std::memcpy(name, materials[material]->name, sizeof name);
+        } else {
+            std::memset(name, 0, sizeof name);
+        }
     }
 }
 
-void FillFaces(const CMeshView& view, std::span<Lib3dsMaterial* const> materials, Lib3dsMesh& mesh) {
+namespace {
+void StorePoint(const CVec3& p, Lib3dsPoint& point) {
+    point.pos[0] = p.x;
+    point.pos[1] = p.y;
+    point.pos[2] = p.z;
+}
+
+void FillPoints(const CMeshView& view, Lib3dsMesh& mesh) {
+    const CMat4 flip = view.pointsUnflipped ? FlipOf(view.matrix) : CMat4{};
+    for (std::size_t i = 0; i < view.pointCount; ++i) {
+        CVec3 p = PointOf(view, i);
+        if (view.pointsUnflipped) p = flip.TransformPoint(p);
+        StorePoint(p, mesh.pointL[i]);
+    }
+}
+
+void FillFaces(const CMeshView& view, Lib3dsMesh& mesh) {
     for (std::size_t i = 0; i < view.faceCount; ++i) {
         Lib3dsFace& face = mesh.faceL[i];
         std::memcpy(face.points, view.faces + i * view.faceStride, 8);  // three indices and the flags
         face.smoothing = SmoothingOf(view, i);
-        const std::uint16_t material =
-            view.faceMaterials.empty() ? CMeshView::kNoMaterial : view.faceMaterials[i];
-        if (material < materials.size())
-            std::memcpy(face.material, materials[material]->name, sizeof(face.material));
         const CVec3 a = PointOf(view, face.points[0]);
         const CVec3 normal =
             Normalized(Cross(PointOf(view, face.points[1]) - a, PointOf(view, face.points[2]) - a));
@@ -139,8 +160,7 @@ void FillFaces(const CMeshView& view, std::span<Lib3dsMaterial* const> materials
 }
 }  // namespace
 
-bool CompleteMesh(const CMeshView& view, std::span<Lib3dsMaterial* const> materials) {
-    Lib3dsMesh& mesh = *view.mesh;
+bool FillMesh(const CMeshView& view, std::span<Lib3dsMaterial* const> materials, Lib3dsMesh& mesh) {
     const auto points = static_cast<Lib3dsDword>(view.pointCount),
                faces = static_cast<Lib3dsDword>(view.faceCount);
     if (points > 0 && !lib3ds_mesh_new_point_list(&mesh, points)) return false;
@@ -149,6 +169,39 @@ bool CompleteMesh(const CMeshView& view, std::span<Lib3dsMaterial* const> materi
     FillPoints(view, mesh);
     for (std::size_t i = 0; i < mesh.texels; ++i)
         std::memcpy(mesh.texelL[i], view.texels + i * view.texelStride, 8);
-    FillFaces(view, materials, mesh);
+    FillFaces(view, mesh);
+    WriteFaceMaterials(view, materials, mesh);
     return true;
+}
+
+void TurnFaces(CMeshView& view) {
+    for (std::size_t i = 0; i < view.faceCount; ++i) {
+        Lib3dsFace& face = view.mesh->faceL[i];
+        std::swap(face.points[1], face.points[2]);
+        // The edges go on belonging to the same corners: AB changes places with CA.
+        const unsigned ab = face.flags & LIB3DS_FACE_FLAG_VIS_AB, ca = face.flags & LIB3DS_FACE_FLAG_VIS_AC;
+        face.flags = static_cast<Lib3dsWord>(
+            (face.flags & ~unsigned{LIB3DS_FACE_FLAG_VIS_AB | LIB3DS_FACE_FLAG_VIS_AC}) |
+            (ab != 0 ? unsigned{LIB3DS_FACE_FLAG_VIS_AC} : 0u) |
+            (ca != 0 ? unsigned{LIB3DS_FACE_FLAG_VIS_AB} : 0u));
+    }
+    view.facesAreTurned = !view.facesAreTurned;
+}
+
+void PlacePoints(CMeshView& view) {
+    Lib3dsMesh& mesh = *view.mesh;
+    if (view.ownPoints.empty()) {
+        view.ownPoints.resize(view.pointCount);
+        for (std::size_t i = 0; i < view.pointCount; ++i) view.ownPoints[i] = PointOf(view, i);
+        view.points = reinterpret_cast<const std::byte*>(view.ownPoints.data());
+        view.pointStride = sizeof(CVec3);
+    }
+    const CMeshPlacing placing = view.placing.value_or(CMeshPlacing{{}, view.matrix});
+    const CMat4 carry = FlipOf(placing.matrix) * placing.points * FlipOf(view.matrix);
+    for (std::size_t i = 0; i < view.ownPoints.size(); ++i) {
+        StorePoint(view.placing ? carry.TransformPoint(view.ownPoints[i]) : view.ownPoints[i],
+                   mesh.pointL[i]);
+    }
+    std::memcpy(mesh.matrix, placing.matrix.m.data(), sizeof mesh.matrix);
+    if ((placing.points.Determinant3() < 0) != view.facesAreTurned) TurnFaces(view);
 }

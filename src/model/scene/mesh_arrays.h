@@ -20,6 +20,16 @@ void RepairMeshArrays(CMeshView& view, CNoteList& notes);
  * materials: in file order. */
 [[nodiscard]] CMeshView ViewOfMesh(Lib3dsMesh& mesh, std::span<Lib3dsMaterial* const> materials);
 
-/** Copies the view's arrays into the lists of its Lib3dsMesh, as lib3ds would have read them.
- * False: no memory. */
-[[nodiscard]] bool CompleteMesh(const CMeshView& view, std::span<Lib3dsMaterial* const> materials);
+/** Copies the view's arrays into the lists of a mesh that has none, as lib3ds would have read them; name,
+ * matrix and the rest of it stay. False: no memory. */
+[[nodiscard]] bool FillMesh(const CMeshView& view, std::span<Lib3dsMaterial* const> materials,
+                            Lib3dsMesh& mesh);
+/** From now on the view reads the lists of its Lib3dsMesh, which FillMesh has filled from it. */
+void PointAtLists(CMeshView& view);
+/** Names the faces of a filled mesh after the view's materials. */
+void WriteFaceMaterials(const CMeshView& view, std::span<Lib3dsMaterial* const> materials, Lib3dsMesh& mesh);
+/** Writes points and matrix of a filled mesh as the view's placing wants them, or without one as they were;
+ * the view keeps points of its own from then on. */
+void PlacePoints(CMeshView& view);
+/** Turns the faces of a filled mesh the other way round. */
+void TurnFaces(CMeshView& view);

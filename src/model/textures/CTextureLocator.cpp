@@ -7,6 +7,7 @@
 
 #include "model/textures/CTextureFolders.h"
 #include "model/textures/CTexturesInMemory.h"
+#include "model/textures/texture_name.h"
 
 CTextureLocator CTextureLocator::BesideModel(std::string_view modelPath) {
     CTextureLocator locator;
@@ -23,9 +24,7 @@ CTextureLocator CTextureLocator::InMemory(CImageDataTextVec textures, std::strin
 }
 
 std::optional<CTextureHit> CTextureLocator::Find(std::string_view reference) const {
-    const auto added = std::find_if(m_added.rbegin(), m_added.rend(),
-                                    [reference](const auto& texture) { return texture->name == reference; });
-    if (added != m_added.rend()) return CTextureHit{(*added)->name, &(*added)->data};
+    if (const CImageDataText* added = FindAdded(reference)) return CTextureHit{added->name, &added->data};
     if (!m_memory && !m_folders) return std::nullopt;
     const CTextureQuery query(reference);
     if (m_memory) {
@@ -38,6 +37,16 @@ std::optional<CTextureHit> CTextureLocator::Find(std::string_view reference) con
     return CTextureHit{found->native(), nullptr};
 }
 
-void CTextureLocator::Add(CImageDataText texture) {
-    m_added.push_back(std::make_shared<const CImageDataText>(std::move(texture)));
+void CTextureLocator::Add(std::shared_ptr<const CImageDataText> texture) {
+    m_added.push_back(std::move(texture));
+}
+
+const CImageDataText* CTextureLocator::FindAdded(std::string_view reference) const {
+    const auto find = [this](const auto& matches) {
+        const auto found = std::find_if(m_added.rbegin(), m_added.rend(),
+                                        [&](const auto& texture) { return matches(texture->name); });
+        return found == m_added.rend() ? nullptr : found->get();
+    };
+    if (const auto* same = find([&](const std::string& name) { return name == reference; })) return same;
+    return find([&](const std::string& name) { return texture_name::SameButForEnding(name, reference); });
 }

@@ -44,11 +44,13 @@ class CTextureLocator {
      * it may be a name that DOS cut down) a longer name, where there is only one. */
     [[nodiscard]] std::optional<CTextureHit> Find(std::string_view reference) const;
 
-    /** From now on this object finds the picture wherever its exact name is asked for, before all others.
-     * Copies made earlier do not. */
-    void Add(CImageDataText texture);
+    /** From now on this object finds the picture wherever its name is asked for, with whatever ending (saving
+     * changes endings), before all others. Copies made earlier do not. */
+    void Add(std::shared_ptr<const CImageDataText> texture);
 
   private:
+    [[nodiscard]] const CImageDataText* FindAdded(std::string_view reference) const;
+
     std::vector<std::shared_ptr<const CImageDataText>> m_added;  ///< shared with copies, as the rest
     std::shared_ptr<CTextureFolders> m_folders;
     std::shared_ptr<const CTexturesInMemory> m_memory;

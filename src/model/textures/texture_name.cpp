@@ -86,6 +86,13 @@ std::size_t PictureRank(std::string_view ext) {
     return kNoPicture;
 }
 
+bool SameButForEnding(std::string_view a, std::string_view b) {
+    const std::string keyA = FoldKey(a), keyB = FoldKey(b);
+    const CParts partsA = Split(keyA), partsB = Split(keyB);
+    const bool arePictures = IsPictureExtension(partsA.ext) && IsPictureExtension(partsB.ext);
+    return keyA == keyB || (arePictures && partsA.stem == partsB.stem);
+}
+
 bool IsTruncationOf(std::string_view cut, std::string_view name) {
     constexpr std::size_t kDosStem = 8, kDosExt = 3, kLeastPrefix = 5;
     const CParts cutParts = Split(cut), nameParts = Split(name);

@@ -30,6 +30,9 @@ inline constexpr std::size_t kNoPicture = 1000;
     return PictureRank(ext) != kNoPicture;
 }
 
+/** True where two names of pictures differ in nothing but letter case and the ending. */
+[[nodiscard]] bool SameButForEnding(std::string_view a, std::string_view b);
+
 /** True where a DOS program may have cut name down to cut: BERETT~1.JPG or BERETTA_.JPG for
  * beretta_new.jpg. Both are keys. */
 [[nodiscard]] bool IsTruncationOf(std::string_view cut, std::string_view name);

@@ -4,101 +4,22 @@
 #include <gtest/gtest.h>
 #include <lib3ds/file.h>
 #include <lib3ds/material.h>
-#include <lib3ds/mesh.h>
-
-#include <optional>
 
 #include "base/math/rotation_of_angles.h"
-#include "files/CTestFolder.h"
+#include "model/edit/CEdited.h"
 #include "model/edit/material_edits.h"
-#include "model/read_3ds/CReadScene.h"
-#include "model/save/write_scene.h"
+#include "model/save/lib3ds_util.h"
+#include "model/textures/CLib3dsMatUtil.h"
+#include "picture/image_writer.h"
 
 namespace {
 
-constexpr float kHalfPi = 1.57079633f;
+using CNames = std::vector<std::string>;
 
-CBytes Group(std::string_view material, std::initializer_list<std::uint16_t> faces) {
-    return Chunk(0x4130, Text(material) + Words({static_cast<std::uint16_t>(faces.size())}) + Values(faces));
-}
-CBytes AllFaces(std::string_view material) {
-    return Group(material, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11});
-}
-CBytes RedCube(std::string_view name, const CBytes& parts = {}) {
-    return Mesh(name, CubePoints() + CubeFaces(AllFaces("Red")) + parts);
-}
-CBytes Rotation(std::initializer_list<CBytes> keys) {
-    CBytes all;
-    std::uint32_t frame = 0;
-    for (const CBytes& key : keys) {
-        all = all + Dwords({frame}) + Words({0}) + key;
-        frame += 10;
-    }
-    return Track(0xB021, static_cast<std::uint32_t>(keys.size()), all);
-}
-CBytes Instance(std::string_view name) {
-    return Chunk(0xB011, Text(name));
-}
-CBytes DiffuseColor(std::uint8_t r, std::uint8_t g, std::uint8_t b) {
-    return Chunk(0xA020, Chunk(0x0011, Values<std::uint8_t>({r, g, b})));
-}
-
-/** One node of each kind that is moved in its own way. "Child" hangs on a turned and stretched parent. */
-CBytes ZooFile() {
-    const CBytes meshes = Material("Red", DiffuseColor(255, 0, 0)) + Material("Blue") + RedCube("Keyed") +
-                          RedCube("Animated") + RedCube("Parent") + RedCube("Child") +
-                          RedCube("Unkeyed", Matrix({1, 0, 0, 0, 1, 0, 0, 0, 1, 5, 6, 7})) +
-                          RedCube("NoNode");
-    const CBytes turned = Rotation({Floats({0.5f, 0, 0, 1})}) + Track(0xB022, 1, Key(0, {2, 1, 3}));
-    const CBytes moving = Track(0xB020, 2, Key(0, {10, 0, 0}) + Key(10, {20, 5, 0})) +
-                          Rotation({Floats({0.3f, 1, 0, 0}), Floats({kHalfPi, 0, 1, 0})});
-    return Scene(meshes,
-                 Keyframer(ObjectNode(0, "Keyed", 65535, AtPosition(1, 2, 3)) +
-                           ObjectNode(1, "Animated", 65535, moving) +
-                           ObjectNode(2, "Parent", 65535, AtPosition(-9, 0, 0) + turned) +
-                           ObjectNode(3, "Child", 2, AtPosition(3, 0, 0)) + ObjectNode(4, "Unkeyed", 65535)));
-}
-
-/** A scene under edit, as the engine keeps it. */
-class CEdited {
-  public:
-    explicit CEdited(const CBytes& file) : m_read(file), m_edits(m_read.scene, m_read.prepared) {}
-
-    CSceneEdits& Edits() { return m_edits; }
-    CScene& Scene() { return m_read.scene; }
-    /** Brought up to date and evaluated. */
-    const CPreparedScene& At(float frame = 0) {
-        if (m_edits.NeedsPreparing()) {
-            m_read.prepared = PrepareScene(m_read.scene);
-            m_edits.Renew(m_read.prepared);
-        }
-        return m_read.At(frame);
-    }
-    /** The scene as it comes back from a file. */
-    const CPreparedScene& Reopened(float frame = 0) {
-        const auto bytes = SceneTo3ds(m_read.scene);
-        EXPECT_TRUE(bytes.HasValue());
-        return m_reopened.emplace(bytes.Value()).At(frame);
-    }
-
-  private:
-    CReadScene m_read;
-    CSceneEdits m_edits;
-    std::optional<CReadScene> m_reopened;
-};
-
-const CPreparedNode* NodeOf(const CPreparedScene& scene, std::string_view name) {
-    for (const CPreparedNode& node : scene.nodes) {
-        if (node.name == name) return &node;
-    }
-    return nullptr;
-}
-
-/** What a node does to a point of its mesh, told by four points. */
+/** What a node does to its mesh, told by four vertices. */
 std::array<CVec3, 4> Marks(const CPreparedScene& scene, std::string_view name) {
     const CPreparedNode* node = NodeOf(scene, name);
     if (node == nullptr) return {};
-    // Corners are known by their distance order in the file; the mesh's points are the same before and after.
     const CPreparedMesh& mesh = scene.meshes[static_cast<std::size_t>(node->mesh)];
     std::array<CVec3, 4> marks;
     for (std::size_t i = 0; i < 4; ++i)
@@ -118,8 +39,18 @@ const CPreparedMaterial& MaterialOf(const CPreparedScene& scene, std::string_vie
 CVec3 ColorOf(const CPreparedScene& scene, std::string_view node) {
     return MaterialOf(scene, node).diffuse;
 }
-CSceneEdits::CMaterialChange Paint(CVec3 color) {
-    return [color](Lib3dsMaterial& m) { material_edits::SetColor(m, color); };
+CColorEdit Paint(const std::string& node, const std::string& material, CVec3 color) {
+    return {{node, material}, color};
+}
+
+std::string AddPicture(const CTestFolder& folder, std::string_view name, std::uint8_t shade) {
+    EXPECT_TRUE(image_codec::WritePng(folder / name, {1, 1, {shade, 0, 0, 255}}, false));
+    return folder / name;
+}
+/** Red of the one pixel of the picture on a node; -1 without one. */
+int ShadeOn(const CPreparedScene& scene, std::string_view node) {
+    const CPreparedMap& map = MaterialOf(scene, node).texture;
+    return map.HasEffect() ? scene.textures[static_cast<std::size_t>(map.texture)].image.rgba[0] : -1;
 }
 
 class CSceneEditsPlace : public testing::TestWithParam<const char*> {};
@@ -129,112 +60,130 @@ TEST_P(CSceneEditsPlace, MovesByTheOffsetAndTurnsAboutItsOwnOriginAtEveryFrameAn
         CEdited moved(ZooFile()), turned(ZooFile());
         const auto before = Marks(moved.At(frame), GetParam());
         CMat4 by = CMat4::Translation({0.5f, -4, 7});
-        ASSERT_TRUE(moved.Edits().MoveNode(moved.At(0), GetParam(), {0.5f, -4, 7}));
+        (void)moved.At();
+        ASSERT_TRUE(moved.Do(CMoveEdit{GetParam(), {0.5f, -4, 7}}));
         ExpectMapped(before, Marks(moved.At(frame), GetParam()), by);
         ExpectMapped(before, Marks(moved.Reopened(frame), GetParam()), by);
 
         // A mesh whose matrix says nothing turns about its middle, which is the origin here.
         const CVec3 origin = NodeOf(turned.At(frame), GetParam())->world.TransformPoint({});
         by = CMat4::Translation(origin) * RotationOfAngles(30, -50, 110) * CMat4::Translation(-origin);
-        ASSERT_TRUE(turned.Edits().RotateNode(turned.At(0), GetParam(), {30, -50, 110}));
+        (void)turned.At();
+        ASSERT_TRUE(turned.Do(CRotateEdit{GetParam(), {30, -50, 110}}));
         ExpectMapped(before, Marks(turned.At(frame), GetParam()), by);
         ExpectMapped(before, Marks(turned.Reopened(frame), GetParam()), by);
+        // What is turned twice turns about the same point.
+        ASSERT_TRUE(turned.Do(CRotateEdit{GetParam(), {10, 0, 0}}));
+        by = CMat4::Translation(origin) * RotationOfAngles(10, 0, 0) * CMat4::Translation(-origin) * by;
+        ExpectMapped(before, Marks(turned.At(frame), GetParam()), by);
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(Nodes, CSceneEditsPlace,
-                         testing::Values("Keyed", "Animated", "Parent", "Unkeyed", "NoNode"),
+                         testing::Values("Keyed", "Animated", "Parent", "Unkeyed", "NoNode", "Half"),
                          [](const auto& row) { return std::string(row.param); });
 
 TEST(CSceneEditsTest, ChildMovesInSceneCoordinatesWhateverItsParentIsAndFollowsIt) {
     CEdited scene(ZooFile());
     auto before = Marks(scene.At(), "Child");
-    ASSERT_TRUE(scene.Edits().MoveNode(scene.At(), "Child", {0, 0, 5}));
+    ASSERT_TRUE(scene.Do(CMoveEdit{"Child", {0, 0, 5}}));
     ExpectMapped(before, Marks(scene.At(), "Child"), CMat4::Translation({0, 0, 5}));
-    const CVec3 origin = NodeOf(scene.At(), "Child")->world.TransformPoint({});
-    ASSERT_TRUE(scene.Edits().RotateNode(scene.At(), "Child", {0, 0, 90}));
-    EXPECT_LT(Length(NodeOf(scene.At(), "Child")->world.TransformPoint({}) - origin), 1e-4f);
+    // Turning its parent in the same batch counts for the child's way already.
+    const CVec3 origin = NodeOf(scene.At(), "Parent")->world.TransformPoint({});
+    const CMat4 turn = CMat4::Translation(origin) * RotationOfAngles(0, 0, 90) * CMat4::Translation(-origin);
     before = Marks(scene.At(), "Child");
-    ASSERT_TRUE(scene.Edits().MoveNode(scene.At(), "Parent", {1, 2, 3}));
-    ExpectMapped(before, Marks(scene.At(), "Child"), CMat4::Translation({1, 2, 3}));
+    const std::vector<CEdit> both{CRotateEdit{"Parent", {0, 0, 90}}, CMoveEdit{"Child", {1, 2, 3}}};
+    for (const CStatus& answer : scene.Edits().Apply(both)) EXPECT_TRUE(answer);
+    ExpectMapped(before, Marks(scene.At(), "Child"), CMat4::Translation({1, 2, 3}) * turn);
 }
 
-TEST(CSceneEditsTest, UnknownNodesAndNumbersThatAreNoneAreRefused) {
-    CEdited scene(ZooFile());
+TEST(CSceneEditsTest, WhatIsRefusedChangesNothingAndTheRestOfTheBatchIsApplied) {
+    const CTestFolder folder;
+    const std::string noPicture = folder.Add("text.png", "text");
     const float nan = std::nanf("");
-    EXPECT_EQ(scene.Edits().MoveNode(scene.At(), "keyed", {1, 1, 1}).Error().code, EErrorCode::NotFound);
-    EXPECT_EQ(scene.Edits().MoveNode(scene.At(), "Keyed", {nan, 1, 1}).Error().code, EErrorCode::BadArgument);
-    EXPECT_EQ(scene.Edits().RotateNode(scene.At(), "Keyed", {1, INFINITY, 1}).Error().code,
-              EErrorCode::BadArgument);
-    EXPECT_FALSE(scene.Edits().DeleteNode(""));
-    EXPECT_FALSE(scene.Edits().ChangeNodeMaterial("Keyed", "Green", Paint({})));
-    EXPECT_FALSE(scene.Edits().ChangeMaterial("Green", Paint({})));
-    EXPECT_FALSE(scene.Edits().NeedsPreparing());
+    const std::vector<CEdit> edits{CMoveEdit{"keyed", {1, 1, 1}},
+                                   CMoveEdit{"Keyed", {nan, 1, 1}},
+                                   CRotateEdit{"Keyed", {1, INFINITY, 1}},
+                                   CDeleteEdit{""},
+                                   Paint("Keyed", "Green", {}),
+                                   Paint("Keyed", "", {0, 1, 0}),
+                                   Paint("", "Green", {}),
+                                   Paint("", "", {}),
+                                   Paint("", "Red", {nan, 0, 0}),
+                                   CTextureEdit{{"Keyed", ""}, noPicture},
+                                   CReplaceEdit{"Keyed", noPicture, ""}};
+    CEdited scene(ZooFile());
+    std::string codes;
+    for (const CStatus& answer : scene.Edits().Apply(edits))
+        codes += answer ? '+' : answer.Error().code == EErrorCode::NotFound ? 'n' : 'b';
+    EXPECT_EQ(codes, "nbbnn+nnbbb");
+    EXPECT_EQ(scene.At().materials.size(), 4u);  // Red and what "Keyed" got of it, Blue and none
+    EXPECT_FALSE(scene.Edits().TakeBack(2));
+    EXPECT_EQ(ColorOf(scene.At(), "Keyed"), (CVec3{0, 1, 0}));
+    EXPECT_TRUE(scene.Edits().TakeBack(1));
+    EXPECT_EQ(ColorOf(scene.At(), "Keyed"), (CVec3{1, 0, 0}));
 }
 
 TEST(CSceneEditsTest, EveryNodeCanBeDeletedAndItsChildrenStayInTheirPlace) {
     CEdited scene(ZooFile());
-    const auto child = Marks(scene.At(), "Child");
+    const auto child = Marks(scene.At(), "Child"), other = Marks(scene.At(), "OfUnkeyed");
     std::size_t left = scene.At().triangleCount;
-    for (const char* name : {"Parent", "Keyed", "NoNode", "Child", "Unkeyed", "Animated"}) {
-        ASSERT_TRUE(scene.Edits().DeleteNode(name)) << name;
+    for (const char* name :
+         {"Parent", "Unkeyed", "Keyed", "NoNode", "Child", "OfUnkeyed", "Half", "Animated"}) {
+        EXPECT_EQ(scene.At().animated, left > 0);
+        ASSERT_TRUE(scene.Do(CDeleteEdit{name})) << name;
         left -= 12;
         EXPECT_EQ(scene.At().triangleCount, left) << name;
-        EXPECT_FALSE(scene.Edits().DeleteNode(name)) << name;
+        EXPECT_FALSE(scene.Do(CDeleteEdit{name})) << name;
         EXPECT_EQ(scene.Reopened().triangleCount, left) << name;
-        if (left < 3 * 12) continue;
+        if (left < 4 * 12) continue;
         ExpectMapped(child, Marks(scene.At(), "Child"), {});
         ExpectMapped(child, Marks(scene.Reopened(), "Child"), {});
+        ExpectMapped(other, Marks(scene.Reopened(), "OfUnkeyed"), {});
     }
     EXPECT_EQ(left, 0u);
+    EXPECT_FALSE(scene.At().animated);
 }
 
-/** Two nodes that show one mesh. */
-CBytes TwinsFile() {
-    return Scene(Material("Red", DiffuseColor(255, 0, 0)) + RedCube("Box"),
-                 Keyframer(ObjectNode(0, "Box", 65535, AtPosition(0, 0, 0)) +
-                           ObjectNode(1, "Box", 65535, AtPosition(5, 0, 0) + Instance("Two"))));
+TEST(CSceneEditsTest, WhatADeletedNodeMorphedIntoDoesNotAppear) {
+    CEdited scene(MorphFile());
+    EXPECT_EQ(scene.At().triangleCount, 24u);
+    ASSERT_TRUE(scene.Do(CDeleteEdit{"Shape"}));
+    EXPECT_EQ(scene.At().triangleCount, 12u);
+    EXPECT_EQ(scene.Reopened().triangleCount, 12u);
 }
 
 TEST(CSceneEditsTest, PaintingOrDeletingOneInstanceLeavesTheOther) {
     CEdited scene(TwinsFile());
-    ASSERT_TRUE(scene.Edits().ChangeNodeMaterial("Box.Two", "Red", Paint({0, 1, 0})));
-    // By the names of before, as a list of edits has them.
-    ASSERT_TRUE(scene.Edits().ChangeNodeMaterial(
-        "Box.Two", "Red", [](Lib3dsMaterial& m) { material_edits::SetTransparency(m, 0.5f); }));
+    ASSERT_TRUE(scene.Do(Paint("Box.Two", "Red", {0, 1, 0})));
+    ASSERT_TRUE(scene.Do(CTransparencyEdit{{"Box.Two", "Red"}, 0.5f}));
     EXPECT_EQ(ColorOf(scene.At(), "Box"), (CVec3{1, 0, 0}));
     EXPECT_EQ(ColorOf(scene.At(), "Box.Two"), (CVec3{0, 1, 0}));
     EXPECT_EQ(scene.At().materials.size(), 3u);  // Red, its copy and the default one: split once
-    EXPECT_EQ(scene.Reopened().triangleCount, 24u);
-    ASSERT_TRUE(scene.Edits().DeleteNode("Box"));
+    EXPECT_EQ(scene.Reopened().triangleCount, 36u);
+    ASSERT_TRUE(scene.Do(CDeleteEdit{"Box"}));
     ASSERT_NE(NodeOf(scene.At(), "Box.Two"), nullptr);
-    EXPECT_EQ(scene.Reopened().triangleCount, 12u);
+    EXPECT_EQ(scene.Reopened().triangleCount, 24u);
 }
 
-TEST(CSceneEditsTest, SharedMaterialIsSplitForTheNodeAndOnlyThen) {
+TEST(CSceneEditsTest, MaterialsGoByTheNamesOfTheFileHoweverOftenTheyAreSplit) {
     CEdited scene(ZooFile());
-    ASSERT_TRUE(scene.Edits().ChangeNodeMaterial("Keyed", "", Paint({0, 0, 1})));
-    EXPECT_EQ(ColorOf(scene.At(), "Keyed"), (CVec3{0, 0, 1}));
+    EXPECT_EQ(scene.Edits().MaterialNamesOf("Half"), (CNames{"Red", "Blue", ""}));
+    ASSERT_TRUE(scene.Do(Paint("Keyed", "Red", {0, 0, 1})));
+    ASSERT_TRUE(scene.Do(Paint("Half", "", {0, 1, 0})));
+    EXPECT_EQ(MaterialOf(scene.At(), "Keyed").name, "Red#2");
+    EXPECT_EQ(scene.Edits().MaterialNamesOf("Keyed"), CNames{"Red"});
+    EXPECT_EQ(scene.Edits().MaterialNamesOf("Half"), (CNames{"Red", "Blue", ""}));
+    EXPECT_EQ(scene.Edits().MaterialNamesOf("Nobody"), CNames{});
+    for (const CPreparedBatch& batch : scene.At().meshes[7].batches)  // the part without a material, too
+        EXPECT_EQ(scene.At().materials[batch.material].diffuse, (CVec3{0, 1, 0}));
+    EXPECT_FALSE(scene.Do(Paint("", "Red#2", {1, 1, 1})));
+    EXPECT_FALSE(scene.Do(Paint("Keyed", "Red#2", {1, 1, 1})));
     EXPECT_EQ(ColorOf(scene.At(), "Child"), (CVec3{1, 0, 0}));
-    const std::string own = MaterialOf(scene.At(), "Keyed").name;
-    ASSERT_TRUE(scene.Edits().ChangeNodeMaterial("Keyed", "", Paint({0, 1, 1})));
-    EXPECT_EQ(MaterialOf(scene.At(), "Keyed").name, own);
-    EXPECT_EQ(ColorOf(scene.Reopened(), "Keyed"), (CVec3{0, 1, 1}));
-    EXPECT_EQ(ColorOf(scene.Reopened(), "Child"), (CVec3{1, 0, 0}));
-    // The form that names a material alone reaches the split part too.
-    ASSERT_TRUE(scene.Edits().ChangeMaterial("Red", Paint({1, 1, 0})));
-    EXPECT_EQ(ColorOf(scene.At(), "Keyed"), (CVec3{1, 1, 0}));
-    EXPECT_EQ(ColorOf(scene.At(), "Child"), (CVec3{1, 1, 0}));
-}
-
-TEST(CSceneEditsTest, FacesWithoutAMaterialGetOneOfTheirOwn) {
-    CEdited scene(
-        Scene(Mesh("Half", CubePoints() + CubeFaces(Group("Red", {0, 1}))) + Material("Red") + Cube("Bare")));
-    ASSERT_TRUE(scene.Edits().ChangeNodeMaterial("Half", "", Paint({0, 1, 0})));
-    const CPreparedScene& now = scene.At();
-    for (const CPreparedBatch& batch : now.meshes[0].batches)
-        EXPECT_EQ(now.materials[batch.material].diffuse, (CVec3{0, 1, 0}));
-    EXPECT_NE(ColorOf(now, "Bare"), (CVec3{0, 1, 0}));
+    // The form that names a material alone reaches the split part, too.
+    ASSERT_TRUE(scene.Do(Paint("", "Red", {1, 1, 0})));
+    for (const char* node : {"Keyed", "Child", "Half"})
+        EXPECT_EQ(ColorOf(scene.At(), node), (CVec3{1, 1, 0}));
 }
 
 TEST(CSceneEditsTest, ValuesAreClampedAndAColorIsNotHiddenByAPicture) {
@@ -253,39 +202,40 @@ TEST(CSceneEditsTest, ValuesAreClampedAndAColorIsNotHiddenByAPicture) {
     EXPECT_FLOAT_EQ(red.transparency, 0);
 }
 
-TEST(CSceneEditsTest, TexturesFromElsewhereAreFoundUnderNamesOfTheirOwn) {
+TEST(CSceneEditsTest, PicturesFromElsewhereGetNamesOfTheirOwnAndStayWhenEndingsChange) {
     const CTestFolder folder;
     std::filesystem::create_directory(folder / "a");
     std::filesystem::create_directory(folder / "b");
-    const std::string first = folder.Add("a/wood.png", "first"), second = folder.Add("b/wood.png", "second");
+    const std::string first = AddPicture(folder, "a/wood.png", 10),
+                      second = AddPicture(folder, "b/WOOD.png", 20),
+                      longName = AddPicture(folder, std::string(90, 'x') + ".png", 30);
     CEdited scene(ZooFile());
-    const auto one = material_edits::AddTextureFile(scene.Scene(), first);
-    ASSERT_TRUE(one);
-    EXPECT_EQ(one.Value(), "wood.png");
-    material_edits::SetTexture(*lib3ds_file_material_by_name(scene.Scene().Header(), "Red"), one.Value());
-    const auto two = material_edits::AddTextureFile(scene.Scene(), second);
-    ASSERT_TRUE(two);
-    EXPECT_EQ(two.Value(), "wood#2.png");
-    EXPECT_EQ(material_edits::AddTextureFile(scene.Scene(), first).Value(), "wood.png");  // known already
-    EXPECT_EQ(scene.Scene().Textures().Find("wood#2.png")->data->size(), 6u);
-    EXPECT_FALSE(material_edits::AddTextureFile(scene.Scene(), folder / "none.png"));
-    const auto longName =
-        material_edits::AddTextureFile(scene.Scene(), folder.Add(std::string(90, 'x') + ".png", "long"));
-    ASSERT_TRUE(longName);
-    EXPECT_EQ(longName.Value().size(), 63u);
-    EXPECT_TRUE(longName.Value().ends_with(".png"));
-}
-
-/** Another file's node: a flat square round (0.5, 0.5, 0), red as well, but of another red. */
-std::string AddReplacement(const CTestFolder& folder) {
-    const CBytes points = Points({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0});
-    const CBytes faces = Faces({0, 1, 2, 0, 2, 3}, Group("Red", {0, 1}));
-    const CBytes file =
-        Scene(Material("Red", DiffuseColor(128, 0, 0)) + Cube("Other") + Mesh("Square", points + faces),
-              Keyframer(ObjectNode(0, "Other", 65535, AtPosition(0, 0, 0)) +
-                        ObjectNode(1, "Square", 65535,
-                                   AtPosition(50, 60, 70) + Chunk(0xB013, Floats({0.5f, 0.5f, 0})))));
-    return folder.Add("new.3ds", file);
+    const std::vector<CEdit> edits{CTextureEdit{{"Keyed", ""}, first}, CTextureEdit{{"Animated", ""}, second},
+                                   CTextureEdit{{"Child", ""}, longName},
+                                   CTextureEdit{{"Parent", ""}, first}};
+    for (const CStatus& answer : scene.Edits().Apply(edits)) EXPECT_TRUE(answer);
+    EXPECT_EQ(scene.At().textures.size(), 3u);
+    const auto expectAll = [](const CPreparedScene& now) {
+        const std::array shades{ShadeOn(now, "Keyed"), ShadeOn(now, "Animated"), ShadeOn(now, "Child"),
+                                ShadeOn(now, "Parent")};
+        EXPECT_EQ(shades, (std::array{10, 20, 30, 10}));
+    };
+    expectAll(scene.At());
+    expectAll(scene.Reopened());
+    lib3ds_util::change_textures_ext(scene.Scene().Header(), "jpg");
+    ASSERT_TRUE(scene.Do(CShininessEdit{{"", "Red"}, 0.5f}));
+    expectAll(scene.At());
+    expectAll(scene.Reopened());
+    CImageDataTextVec found;
+    CLib3dsMatUtil::GetMatTextures(scene.Scene().File(), found, scene.Scene().Textures());
+    EXPECT_EQ(found.size(), 3u);
+    // A file that changed meanwhile is another picture.
+    (void)AddPicture(folder, "a/wood.png", 40);
+    ASSERT_TRUE(scene.Do(CTextureEdit{{"Keyed", ""}, first}));
+    EXPECT_EQ(ShadeOn(scene.At(), "Keyed"), 40);
+    EXPECT_EQ(ShadeOn(scene.At(), "Parent"), 10);
+    ASSERT_TRUE(scene.Do(CTextureEdit{{"Keyed", ""}, ""}));
+    EXPECT_EQ(ShadeOn(scene.At(), "Keyed"), -1);
 }
 
 class CSceneEditsReplace : public testing::TestWithParam<const char*> {};
@@ -294,7 +244,8 @@ TEST_P(CSceneEditsReplace, TakesTheMeshIntoThePlaceOfTheOldOne) {
     const CTestFolder folder;
     CEdited scene(ZooFile());
     const CMat4 place = NodeOf(scene.At(4), GetParam())->world;
-    ASSERT_TRUE(scene.Edits().ReplaceNode(GetParam(), AddReplacement(folder), "Square"));
+    ASSERT_TRUE(scene.Do(CReplaceEdit{GetParam(), folder.Add("new.3ds", SquareFile()), "Square"}));
+    EXPECT_EQ(scene.Edits().MaterialNamesOf(GetParam()), CNames{"Red"});
     for (const CPreparedScene& now : {scene.At(4), scene.Reopened(4)}) {
         const CPreparedNode* node = NodeOf(now, GetParam());
         ASSERT_NE(node, nullptr);
@@ -308,8 +259,8 @@ TEST_P(CSceneEditsReplace, TakesTheMeshIntoThePlaceOfTheOldOne) {
         EXPECT_EQ(ColorOf(now, "NoNode" == std::string(GetParam()) ? "Keyed" : "NoNode"), (CVec3{1, 0, 0}));
     }
     // It answers to its old name.
-    EXPECT_TRUE(scene.Edits().MoveNode(scene.At(), GetParam(), {1, 0, 0}));
-    EXPECT_TRUE(scene.Edits().DeleteNode(GetParam()));
+    EXPECT_TRUE(scene.Do(CMoveEdit{GetParam(), {1, 0, 0}}));
+    EXPECT_TRUE(scene.Do(CDeleteEdit{GetParam()}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Nodes, CSceneEditsReplace,
@@ -318,16 +269,32 @@ INSTANTIATE_TEST_SUITE_P(Nodes, CSceneEditsReplace,
 
 TEST(CSceneEditsTest, ReplacementIsChosenByNameOrElseTheFirst) {
     const CTestFolder folder;
-    const std::string file = AddReplacement(folder);
+    const std::string file = folder.Add("new.3ds", SquareFile());
     CEdited scene(ZooFile());
-    EXPECT_EQ(scene.Edits().ReplaceNode("Keyed", file, "Nothing").Error().code, EErrorCode::NotFound);
-    EXPECT_FALSE(scene.Edits().ReplaceNode("Keyed", folder / "none.3ds", ""));
-    EXPECT_FALSE(scene.Edits().ReplaceNode("Nobody", file, ""));
-    EXPECT_EQ(scene.At().triangleCount, 72u);
-    ASSERT_TRUE(scene.Edits().ReplaceNode("Keyed", file, ""));
-    EXPECT_EQ(scene.At().triangleCount, 72u);  // "Other", as large as what it replaced
-    ASSERT_TRUE(scene.Edits().ReplaceNode("Keyed", file, "Square"));
-    EXPECT_EQ(scene.At().triangleCount, 62u);
+    const std::size_t all = scene.At().triangleCount;
+    EXPECT_EQ(scene.Do(CReplaceEdit{"Keyed", file, "Nothing"}).Error().code, EErrorCode::NotFound);
+    EXPECT_FALSE(scene.Do(CReplaceEdit{"Keyed", folder / "none.3ds", ""}));
+    EXPECT_FALSE(scene.Do(CReplaceEdit{"Nobody", file, ""}));
+    ASSERT_TRUE(scene.Do(CReplaceEdit{"Keyed", file, ""}));
+    EXPECT_EQ(scene.At().triangleCount, all);  // "Other", as large as what it replaced
+    ASSERT_TRUE(scene.Do(CReplaceEdit{"Keyed", file, "Square"}));
+    EXPECT_EQ(scene.At().triangleCount, all - 10);
+}
+
+/** Where things stand was decided at opening; an edit of one must not decide it anew for the others. */
+TEST(CSceneEditsTest, ObjectsThatAnEditDoesNotNameStayWhereTheyAre) {
+    CEdited twice(PlacedTwiceFile(false)), notTwice(PlacedTwiceFile(true));
+    const auto a = Marks(twice.At(), "A"), b = Marks(twice.At(), "B");
+    ASSERT_TRUE(twice.Do(CMoveEdit{"A", {0, 7, 0}}));
+    ASSERT_TRUE(twice.Do(Paint("B", "", {1, 0, 0})));
+    const auto other = Marks(notTwice.At(), "B");
+    ASSERT_TRUE(notTwice.Do(CDeleteEdit{"Odd"}));  // the two that are left look like those of the first scene
+    for (const bool reopened : {false, true}) {
+        const CPreparedScene& now = reopened ? twice.Reopened() : twice.At();
+        ExpectMapped(a, Marks(now, "A"), CMat4::Translation({0, 7, 0}));
+        ExpectMapped(b, Marks(now, "B"), {});
+        ExpectMapped(other, Marks(reopened ? notTwice.Reopened() : notTwice.At(), "B"), {});
+    }
 }
 
 }  // namespace
