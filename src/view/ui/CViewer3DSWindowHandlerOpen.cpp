@@ -181,23 +181,11 @@ const CError& CViewer3DSWindowHandler::LastError() const {
 // --- edits -----------------------------------------------------------------------------------------------
 
 std::vector<CStatus> CViewer3DSWindowHandler::ApplyEdits(std::span<const CEdit> edits) {
-    BeginWork();
-    std::vector<CStatus> answers;
-    for (const CEdit& edit : edits) {
-        const auto* deletion = std::get_if<CDeleteEdit>(&edit);
-        if (!deletion)
-            answers.emplace_back(
-                CError{EErrorCode::Unsupported, lng::Mark("this edit is not possible here"), {}});
-        else if (GetEngine().DeleteNode(deletion->node.c_str()))
-            answers.emplace_back(CDone{});
-        else
-            answers.emplace_back(GetEngine().LastError());
-    }
-    return answers;
+    return GetEngine().ApplyEdits(edits);
 }
 
-bool CViewer3DSWindowHandler::TakeBackEdits(std::size_t) {
-    return false;  // the engine keeps no way back
+bool CViewer3DSWindowHandler::TakeBackEdits(std::size_t count) {
+    return GetEngine().TakeBackEdits(count);
 }
 
 bool CViewer3DSWindowHandler::HasAnimation() const {
