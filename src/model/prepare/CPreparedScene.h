@@ -173,10 +173,10 @@ struct CPreparedCamera {
 };
 
 struct CPreparedScene {
-    std::vector<CPreparedMesh> meshes;
+    std::vector<CPreparedMesh> meshes;  ///< an empty one stands where an edit took one out
     std::vector<CPreparedNode> nodes;
     std::vector<CPreparedMaterial> materials;  ///< the last one is the default for faces without a material
-    std::vector<CPreparedTexture> textures;
+    std::vector<CPreparedTexture> textures;    ///< edits may leave some that no material uses
     std::vector<CPreparedLight> lights;
     std::vector<CPreparedCamera> cameras;
     std::vector<CSceneNote> notes;

@@ -50,7 +50,9 @@ std::string AddPicture(const CTestFolder& folder, std::string_view name, std::ui
 /** Red of the one pixel of the picture on a node; -1 without one. */
 int ShadeOn(const CPreparedScene& scene, std::string_view node) {
     const CPreparedMap& map = MaterialOf(scene, node).texture;
-    return map.HasEffect() ? scene.textures[static_cast<std::size_t>(map.texture)].image.rgba[0] : -1;
+    if (!map.HasEffect()) return -1;
+    const CImage& image = scene.textures[static_cast<std::size_t>(map.texture)].image;
+    return image.IsEmpty() ? -1 : image.rgba[0];
 }
 
 class CSceneEditsPlace : public testing::TestWithParam<const char*> {};
