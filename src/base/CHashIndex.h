@@ -7,8 +7,9 @@
 
 #include "base/hash_secret.h"
 
-/** An open hash table of numbers; what they stand for is the caller's. Grows as needed, and is
- * cheap while small. Keys that a file chooses do not make it slow. */
+/** A hash table (open addressing) of numbers, for instance of indices into a list of the caller's. Grows as
+ * needed. Hashes are mixed with a secret of the process, so that keys chosen by a hostile file cannot make
+ * it slow. */
 class CHashIndex {
   public:
     CHashIndex() { Clear(); }
@@ -18,8 +19,8 @@ class CHashIndex {
         m_used = 0;
     }
 
-    /** The number stored under this hash for which isEqual(number) holds; else adds `fresh`
-     * and returns that. */
+    /** Returns the number stored under `key`, a hash, for which isEqual(number) holds. Where there is none,
+     * stores `fresh`, which must not be kNone, and returns it. */
     template <class IsEqual>
     std::uint32_t FindOrAdd(std::uint64_t key, std::uint32_t fresh, IsEqual isEqual) {
         if (m_used * 2 >= m_slots.size()) Grow();
@@ -37,7 +38,7 @@ class CHashIndex {
 
     static constexpr std::uint32_t kNone = UINT32_MAX;
 
-    /** The number stored under this hash for which isEqual(number) holds, or kNone. */
+    /** The number stored under `key` for which isEqual(number) holds, or kNone. */
     template <class IsEqual>
     [[nodiscard]] std::uint32_t Find(std::uint64_t key, IsEqual isEqual) const {
         const std::uint32_t hash = Mixed(key);

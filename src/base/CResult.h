@@ -9,21 +9,21 @@
 /** Why an operation failed. The code is for programs, the message for people. */
 enum class EErrorCode {
     NotFound,     ///< no file, entry or object of that name
-    Unreadable,   ///< it exists and the system refuses to give its bytes
+    Unreadable,   ///< it exists, but the system does not let us read it
     BadFormat,    ///< the bytes are not what they should be
-    Unsupported,  ///< well formed, and nothing we read
+    Unsupported,  ///< well formed, but of a kind that we do not read
     TooLarge,     ///< over one of our limits
-    WriteFailed,  ///< the system did not take all bytes
+    WriteFailed,  ///< not all bytes could be written
     NoGraphics,   ///< no OpenGL context can be had
-    BadArgument,  ///< the caller's values make no sense
-    Cancelled,    ///< somebody asked for an early end
+    BadArgument,  ///< the caller passed invalid values
+    Cancelled,    ///< the caller or the user cancelled it
 };
 
-/** One failure. lng::Text gives its line in the language in force. */
+/** One failure. lng::Text gives its line in the current language. */
 struct CError {
     EErrorCode code = EErrorCode::BadFormat;
-    std::string message;  ///< one line: a literal of ours, marked by lng::Mark, or the words of a library
-    std::string where;    ///< the path or place that it is about; may be empty
+    std::string message;  ///< one line: our own literal, marked by lng::Mark, or the text of a library
+    std::string where;    ///< the path, file entry or object concerned; may be empty
 
     /** One line of English: "where: message", or the message alone when there is no place. */
     [[nodiscard]] std::string Text() const { return where.empty() ? message : where + ": " + message; }

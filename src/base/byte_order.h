@@ -5,7 +5,8 @@
 #include <cstdint>
 #include <span>
 
-/** Numbers of files, read at any place. Bytes beyond the end read as 0. */
+/** Reads unsigned integers at any offset of a file's bytes: Le little-endian, Be big-endian. Bytes beyond the
+ * end read as 0. */
 namespace byte_order {
 
 inline std::uint32_t At8(std::span<const std::byte> bytes, std::size_t at) {

@@ -4,6 +4,6 @@
 #include <array>
 #include <cstdint>
 
-/** Odd numbers that differ in every process: hashes that multiply by them collide for nobody who writes a file. No
- * result may depend on them, only the time it takes. */
+/** Odd multipliers for hashes, random in every process, so that nobody can write a file whose keys collide.
+ * No result may depend on them, only the time that it takes. */
 extern const std::array<std::uint64_t, 4> kHashSecret;

@@ -7,8 +7,9 @@
 
 #include "base/jobs/CJobProgress.h"
 
-/** A piece of work on a thread of its own, from its making on; where the system gives no thread it is done
- * by the making one. What it yields it leaves in what the function refers to, which outlives the job. */
+/** Runs a function on a thread of its own, beginning in the constructor. Where the system has no further
+ * thread, the constructor runs it to its end. The function stores its results in variables that it refers to,
+ * which must outlive the job. */
 class CJob {
   public:
     using CWork = std::function<void(CJobProgress&)>;
@@ -16,13 +17,13 @@ class CJob {
     explicit CJob(CWork work);
     CJob(const CJob&) = delete;
     CJob& operator=(const CJob&) = delete;
-    /** Cancels work that goes on, and waits for its end. */
+    /** Cancels the work if it is still running, and waits until it has ended. */
     ~CJob();
 
     [[nodiscard]] CJobProgress& Progress() { return m_progress; }
-    /** True as soon as the work has ended; false when it goes on after that time. */
+    /** Waits for the work, at most that long. True when it has ended. */
     [[nodiscard]] bool HasEndedWithin(std::chrono::milliseconds time) const;
-    /** Waits for the end, and throws here what the work threw; once. */
+    /** Waits until the work has ended, and rethrows what it threw. Call it once. */
     void Finish() { m_end.get(); }
 
   private:

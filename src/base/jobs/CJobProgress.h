@@ -4,21 +4,21 @@
 #include <algorithm>
 #include <atomic>
 
-/** How far a piece of work has come, and the wish that it end early. The thread that works writes the first
- * and asks for the second; others do it the other way round. */
+/** The progress of a job and the request to cancel it. The working thread sets share and phase and asks
+ * IsCancelled; any other thread reads share and phase and may cancel. */
 class CJobProgress {
   public:
-    /** 0 to 1, of the whole work. */
+    /** How much of the whole work is done, clamped to 0..1. */
     void SetShare(double share) { m_share = std::clamp(share, 0.0, 1.0); }
     [[nodiscard]] double Share() const { return m_share; }
     /** What is being done now: a literal marked by lng::Mark, which is translated where it is shown. */
     void SetPhase(const char* englishText) { m_phase = englishText; }
     [[nodiscard]] const char* Phase() const { return m_phase; }
 
-    /** The work ends as soon as it can, and leaves nothing behind. */
+    /** Asks the work to end as soon as it can, without a result. */
     void Cancel() { m_cancelled = true; }
     [[nodiscard]] bool IsCancelled() const { return m_cancelled; }
-    /** The same for code that knows nothing of jobs. */
+    /** IsCancelled for code that knows nothing of jobs. */
     [[nodiscard]] const std::atomic<bool>& CancelFlag() const { return m_cancelled; }
 
   private:

@@ -30,7 +30,7 @@ void ParallelFor(std::size_t count, unsigned threads, const std::function<void(s
         try {
             for (std::size_t i = 1; i < std::min(cores, count); ++i) helpers.emplace_back(work);
         } catch (const std::system_error&) {
-            // No further thread can be had: those that are there do it.
+            // The system has no further thread: the threads that run do all the work.
         }
         work();
     }

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-/** A rectangle in window pixels, origin top left. As dragged it may be turned over;
- * Normalized() puts it right. */
+/** A rectangle in window pixels, origin top left. One that was dragged to the left or upwards has left >
+ * right or top > bottom; Normalized() puts that right. */
 class C2DRect {
   public:
     C2DRect() = default;

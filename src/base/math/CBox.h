@@ -25,6 +25,7 @@ struct CBox {
         }
     }
     [[nodiscard]] CVec3 Center() const { return IsEmpty() ? CVec3{} : (min + max) * 0.5f; }
+    /** One of the eight corners, 0..7: bits 0, 1 and 2 of i choose max in place of min for x, y and z. */
     [[nodiscard]] CVec3 Corner(unsigned i) const {
         return {(i & 1u) ? max.x : min.x, (i & 2u) ? max.y : min.y, (i & 4u) ? max.z : min.z};
     }

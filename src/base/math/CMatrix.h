@@ -38,7 +38,7 @@ struct CMatrixT {
                 m[2] * d.x + m[6] * d.y + m[10] * d.z};
     }
     [[nodiscard]] std::array<T, 4> Transform(const std::array<T, 4>& v) const;
-    /** Row 0..3: what gives x, y, z or w of a transformed point. */
+    /** Row 0..3, which yields x, y, z or w of a transformed point. */
     [[nodiscard]] std::array<T, 4> Row(std::size_t row) const {
         return {m[row], m[row + 4], m[row + 8], m[row + 12]};
     }
@@ -46,13 +46,14 @@ struct CMatrixT {
     /** Determinant of the upper left 3x3: negative where the transform mirrors. Computed in double. */
     [[nodiscard]] double Determinant3() const;
     [[nodiscard]] bool IsFinite() const;
-    /** The full inverse, computed in double; the identity and *ok = false where there is none to compute: the
-     * matrix is singular or not finite, or the inverse leaves the range of a double. */
+    /** The full inverse, computed in double. The identity and *ok = false where the matrix is singular or not
+     * finite, or the inverse leaves the range of a double. */
     [[nodiscard]] CMatrixT Inverse(bool* ok = nullptr) const;
-    /** The inverse of an affine matrix that does not flatten space: the identity and *ok = false, too, where
-     * the volume of a unit cube shrinks to less than 1e-12 of what the longest column allows. */
+    /** The inverse of an affine matrix. The identity and *ok = false also where the matrix flattens space:
+     * its determinant is at most 1e-12 times the cube of its longest column. */
     [[nodiscard]] CMatrixT AffineInverse(bool* ok = nullptr) const;
-    /** The matrix (3x3, column by column) that turns normals, its largest entry 1; not of unit length. */
+    /** The 3x3 matrix, column by column, that transforms normals, scaled so that its largest entry is 1. The
+     * normals that it yields are not of unit length. */
     [[nodiscard]] std::array<float, 9> NormalMatrix() const;
     [[nodiscard]] std::array<float, 16> ToFloat() const { return CMatrixT<float>::From(*this).m; }
 
@@ -68,6 +69,6 @@ extern template struct CMatrixT<float>;
 extern template struct CMatrixT<double>;
 
 using CMat4 = CMatrixT<float>;
-/** The products of camera, turn and node transforms are made in double, so that a model far from the origin
- * does not tremble: only the result, seen from the eye, is rounded to float. */
+/** Products of camera, rotation and node transforms are computed in double, so that a scene far from the
+ * origin does not jitter: only the result, in eye coordinates, is rounded to float. */
 using CMatrix4d = CMatrixT<double>;

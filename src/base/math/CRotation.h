@@ -3,19 +3,19 @@
 
 #include "base/math/CMatrix.h"
 
-/** A rotation as a unit quaternion. Products are brought back to unit length, so any number of them stays a
- * rotation: a matrix multiplied onto itself for an hour of dragging would shear. */
+/** A rotation as a unit quaternion. Products are normalized, so that a chain of any length stays a rotation;
+ * matrices multiplied during an hour of dragging would begin to shear. */
 class CRotation {
   public:
     CRotation() = default;
 
     /** Counter-clockwise by angle (radians) about a unit axis; the zero axis gives no rotation. */
     [[nodiscard]] static CRotation About(CVec3d axis, double angle);
-    /** The shortest turn that carries one unit vector onto another; none where there is no single one
-     * (opposite or zero vectors). */
+    /** The shortest rotation from one unit vector to another; the identity where there is no single shortest
+     * one (opposite or zero vectors). */
     [[nodiscard]] static CRotation Between(CVec3d from, CVec3d to);
 
-    /** a * b turns by b first. */
+    /** a * b rotates by b first. */
     friend CRotation operator*(const CRotation& a, const CRotation& b);
 
     [[nodiscard]] CVec3d Apply(CVec3d v) const;

@@ -21,10 +21,11 @@ struct CVec3T {
 };
 
 using CVec3 = CVec3T<float>;
-/** For rays and turns, which lose too much in floats. */
+/** For rays and rotations, which lose too much precision in floats. */
 using CVec3d = CVec3T<double>;
 
-// A list in braces counts as a CVec3. Declared inline, as the compiler inlines a plain template less.
+// type_identity_t lets a braced list stand for a vector. Declared inline because the compiler inlines a plain
+// template less readily.
 template <class T = float>
 inline T Dot(CVec3T<T> a, std::type_identity_t<CVec3T<T>> b) {
     return a.x * b.x + a.y * b.y + a.z * b.z;
@@ -41,12 +42,12 @@ template <class T = float>
 inline bool IsFinite(CVec3T<T> a) {
     return std::isfinite(a.x) && std::isfinite(a.y) && std::isfinite(a.z);
 }
-/** A vector shorter than this has no direction that can be told: the squares of its numbers leave a float's
- * range, and the root of their sum is rounding. */
+/** A vector shorter than this has no usable direction: the squares of its components underflow a float, so
+ * its length is mere rounding error. */
 constexpr double kNoLength = 1e-20;
 
-/** a / |a|; the zero vector where a is no longer than `none`. A caller whose vectors have a known size, and
- * noise in proportion, gives a larger one. */
+/** a / |a|; the zero vector where a is no longer than `none`. A caller that knows the size of its vectors,
+ * and so of their rounding errors, passes a larger `none`. */
 template <class T = float>
 inline CVec3T<T> Normalized(CVec3T<T> a, std::type_identity_t<T> none = static_cast<T>(kNoLength)) {
     const T length = Length(a);

@@ -7,11 +7,11 @@
 #include "base/hash_secret.h"
 #include "base/math/CVec.h"
 
-/** Keys for CHashIndex: equal points have equal ones, 0 and -0 being equal. */
+/** Keys for CHashIndex. Equal points have equal keys; 0 and -0 count as equal. */
 namespace point_hash {
 
 inline std::uint64_t Bits(float a, float b) {
-    // Adding zero makes one zero of the two.
+    // Adding 0 turns -0 into 0.
     return (std::uint64_t{std::bit_cast<std::uint32_t>(a + 0.0f)} << 32) |
            std::bit_cast<std::uint32_t>(b + 0.0f);
 }

@@ -5,8 +5,7 @@
 #include <string>
 #include <string_view>
 
-/** The 8-bit code pages in which programs of the DOS and Windows days wrote names: 1251,
- * 866, 1252 and 437. */
+/** The 8-bit code pages in which programs for DOS and early Windows wrote names: 1251, 866, 1252 and 437. */
 namespace code_pages {
 
 inline constexpr std::size_t kCount = 4;

@@ -41,7 +41,7 @@ std::wstring Text(const char* englishText, std::wstring_view value) {
 }
 
 std::wstring Text(const CError& error) {
-    // A library's words may be in any encoding; and the catalogue has its head under the empty text.
+    // A library's text may be in any encoding, and the empty text would yield the catalogue's header.
     const std::string sound = file_util_ex::ConvertToUTF8(ConvertFromUTF8(error.message));
     const std::wstring message = sound.empty() ? std::wstring() : Text(sound.c_str());
     return error.where.empty() ? message : ConvertFromUTF8(error.where) + L": " + message;

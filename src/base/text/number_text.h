@@ -9,19 +9,18 @@
 namespace number_text {
 
 /** The decimal number that the text begins with, after blanks and one optional '+'; what follows it is
- * ignored. None when there is no digit there, and for words ("inf", "nan"). Beyond the type's range: its
- * largest value, or 0 when too small. */
+ * ignored. Nothing when no digit is there; words ("inf", "nan") are no numbers. A number beyond the type's
+ * range gives its largest value, one that is too small gives 0. */
 [[nodiscard]] std::optional<double> ParseLeading(std::string_view text);
-/** The same for the whole number that the text begins with, in decimal. Beyond the range:
- * the nearest value. */
+/** The same for a decimal whole number. One out of range gives the nearest value. */
 [[nodiscard]] std::optional<int> ParseLeadingInt(std::string_view text);
 
-/** As printf's "%.<decimals>f" writes it in the C locale. What is not finite is written as
- * 0. decimals 0..17. */
+/** As printf's "%.<decimals>f" writes it in the C locale. A value that is not finite is written as 0.
+ * decimals: 0..17. */
 [[nodiscard]] std::string FormatFixed(double value, int decimals);
-/** Appends to a text that is being built. */
+/** Appends FormatFixed(value, decimals) to out. */
 void AppendFixed(std::string& out, double value, int decimals);
-/** The shortest text that reads back as the same value; not finite: 0. */
+/** The shortest text that reads back as the same value; "0" for one that is not finite. */
 [[nodiscard]] std::string FormatShortest(float value);
 [[nodiscard]] std::string FormatShortest(double value);
 

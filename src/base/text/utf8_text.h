@@ -7,37 +7,37 @@
 
 namespace utf8_text {
 
-/** A character and the bytes that it takes. */
+/** A character and the number of bytes that encode it. */
 struct CCharacter {
     char32_t code = 0;
     std::size_t length = 0;
 };
-/** The character that the text, which is not empty, begins with; nothing where that is no well-formed
- * sequence: one cut short or too long, a surrogate, a value above U+10FFFF. */
+/** The first character of a text, which must not be empty. Nothing where the text begins with an ill-formed
+ * sequence: one that is cut short or overlong, a surrogate, or a value above U+10FFFF. */
 [[nodiscard]] std::optional<CCharacter> First(std::string_view text);
-/** Appends a character, which is none of those. */
+/** Appends a character, which must be neither a surrogate nor above U+10FFFF. */
 void Append(std::string& out, char32_t character);
 /** The characters of a text; nothing where any part of it is not well-formed. */
 [[nodiscard]] std::optional<std::u32string> Decode(std::string_view text);
-/** As much of the text's beginning as fits, not cut inside a character. */
+/** The longest beginning of the text that takes at most maxBytes and does not end inside a character. */
 [[nodiscard]] std::string_view Cut(std::string_view text, std::size_t maxBytes);
 
 }  // namespace utf8_text
 
-/** Wide text (UTF-32 here, UTF-16 pairs accepted) and UTF-8, one into the other. */
+/** Conversion between wide text (UTF-32; surrogate pairs of UTF-16 are accepted) and UTF-8. */
 namespace file_util_ex {
 
-/** Never fails: what is no character (a lone surrogate, a value above U+10FFFF) becomes U+FFFD; but what
- * PathFromBytes put in for a byte becomes that byte. */
+/** Never fails: a lone surrogate and a value above U+10FFFF become U+FFFD. A surrogate that PathFromBytes put
+ * in for a byte becomes that byte again. */
 [[nodiscard]] std::string ConvertToUTF8(std::wstring_view text);
 /** Never fails: each byte that belongs to no well-formed sequence becomes U+FFFD. */
 [[nodiscard]] std::wstring ConvertFromUTF8W(std::string_view text);
 
-/** The name of a file, whose bytes may be anything: each byte that belongs to no well-formed sequence becomes
- * a lone surrogate, U+DC80 to U+DCFF, of which ConvertToUTF8 makes the same byte again. */
+/** A path or file name, which may hold any bytes, as wide text. Each byte that belongs to no well-formed
+ * sequence becomes a lone surrogate, U+DC80 to U+DCFF, which ConvertToUTF8 turns back into that byte. */
 [[nodiscard]] std::wstring PathFromBytes(std::string_view bytes);
-/** A path, or a text with one in it, as people may see it: U+FFFD for each such surrogate, which the toolkit
- * cannot show. */
+/** A path, or a text that holds one, in the form that people see: each such surrogate, which the toolkit
+ * cannot show, becomes U+FFFD. */
 [[nodiscard]] std::wstring ShownText(std::wstring text);
 
 }  // namespace file_util_ex
