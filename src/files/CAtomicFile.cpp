@@ -47,7 +47,8 @@ std::string TempNameFor(const std::string& target) {
     return (folder.empty() ? "." : folder == "/" ? "" : folder) + tail + ".tmp";
 }
 
-// Whatever ends the process leaves nothing of such a file behind. Not open where the file system has none.
+// The system deletes such a file however the process ends. Not open where the file system has no
+// unnamed files.
 CFileDescriptor OpenWithoutName(const std::string& target) {
     if (::access("/proc/self/fd", X_OK) != 0) return {};  // the way to give it a name
     const std::string folder = file_util_ex::GetFilePath(target);

@@ -13,28 +13,28 @@
 #include "base/CResult.h"
 #include "files/CFileDescriptor.h"
 
-/** Writes a file so that its name never shows a part of it: the bytes go to a file without a name in the
- * same folder (with a temporary one where the file system has no such files), and Commit() puts them on the
- * disk and gives the name. Destroyed without Commit, or after any failure, or when the process is killed,
- * that file is gone and the old one is as it was. A link is followed: what it leads to is replaced. A file
- * that exists keeps its permissions; one that is write-protected, a folder and a device are refused. Small
- * writes are gathered. */
+/** Writes a file in one step, so that its name never leads to a part of it. The bytes go to an unnamed file
+ * in the same folder (one with a temporary name where the file system has no unnamed files); Commit() syncs
+ * it to the disk and gives it the name. When the object is destroyed without Commit, or after any failure,
+ * that file is gone and the old one is as it was. A killed process can leave only a file with a temporary
+ * name behind. A symbolic link is followed: its target is replaced. An existing file keeps its permissions.
+ * Write-protected files, folders and devices are refused. Small writes are buffered. */
 class CAtomicFile {
   public:
     /** path is UTF-8; its folder must exist. */
     [[nodiscard]] static CResult<CAtomicFile> Create(std::string_view path);
-    /** The same for a name that nothing has, now or at Commit, be it a link that leads nowhere: such a thing
-     * stays as it is, and Create or Commit fails. */
+    /** The same for a new file. Where something has the name already, now or at Commit, even a dangling link,
+     * CreateNew or Commit fails and leaves it as it is. */
     [[nodiscard]] static CResult<CAtomicFile> CreateNew(std::string_view path);
     CAtomicFile(CAtomicFile&& other) noexcept;
     CAtomicFile& operator=(CAtomicFile&&) = delete;
     ~CAtomicFile();
 
-    /** A failure stays: later calls of Write and Commit return it again, so a writer may
-     * test Commit alone. */
+    /** A failure is remembered: later calls of Write and Commit return it again, so a writer may test
+     * Commit alone. */
     CStatus Write(std::span<const std::byte> bytes);
     CStatus Write(std::string_view text);
-    /** Ends the writing; call it once. */
+    /** Completes the file and gives it its name. Call it once, and write nothing afterwards. */
     [[nodiscard]] CStatus Commit();
 
   private:

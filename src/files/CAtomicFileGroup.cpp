@@ -14,7 +14,7 @@
 
 namespace {
 
-/** A file that got its name, and what had that name before: it lives on as long as it is open. */
+/** A file that got its name, and the file that it replaced, which exists as long as it is open. */
 struct CNamed {
     std::string path;
     CFileDescriptor before;  ///< not open where there was nothing, or nothing that may be read
@@ -31,7 +31,7 @@ bool Copy(const CFileDescriptor& from, CAtomicFile& to) {
     }
 }
 
-/** As well as it goes: what failed may well fail this, too. */
+/** Best effort: the cause of the failure may make this fail, too. */
 void TakeBack(const CNamed& named) {
     if (named.isNew) {
         std::error_code ignored;

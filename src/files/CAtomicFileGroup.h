@@ -7,13 +7,13 @@
 #include "files/CAtomicFile.h"
 
 /** Files that belong together and get their names together, in the order in which they were added: all of
- * them or none. Destroyed without Commit, nothing has changed. */
+ * them or none. A group that is destroyed without Commit changes nothing. */
 class CAtomicFileGroup {
   public:
     /** path (UTF-8) is the one that the file was created for. */
     void Add(std::string path, CAtomicFile file);
-    /** Where one of them cannot be named, those before it are taken back: what was there is there again, in a
-     * new file with the same bytes, and what is new is deleted. Call it once. */
+    /** Gives all files their names; call it once. Where one of them fails, those before it are undone: a
+     * replaced file is restored as a new file with the same bytes, a new one is deleted. */
     [[nodiscard]] CStatus Commit();
 
   private:

@@ -22,7 +22,7 @@ class CFileDescriptor {
 
     [[nodiscard]] bool IsOpen() const { return m_fd >= 0; }
     [[nodiscard]] int Get() const { return m_fd; }
-    /** False when closing reported a write error that came late. The descriptor is gone either way. */
+    /** False when closing reported a late write error. The descriptor is closed either way. */
     [[nodiscard]] bool Close() { return m_fd < 0 || ::close(std::exchange(m_fd, -1)) == 0; }
 
   private:

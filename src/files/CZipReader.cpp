@@ -93,7 +93,7 @@ CStatus CZipReader::CArchive::Open() {
     if (bytes.size() > kMaxArchiveBytes || ClaimsTooMany(bytes)) {
         return CError{EErrorCode::TooLarge, lng::Mark("the archive is too large"), {}};
     }
-    if (bytes.empty()) return notZip;  // to the library an archive without files
+    if (bytes.empty()) return notZip;  // the library would take it for an archive without files
     zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, nullptr);
     if (source == nullptr) return notZip;
     zip.reset(zip_open_from_source(source, ZIP_RDONLY, nullptr));

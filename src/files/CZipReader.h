@@ -24,7 +24,7 @@ class CZipReader {
     static constexpr std::uint64_t kMaxArchiveBytes = 1ULL << 30;
     static constexpr std::uint64_t kMaxEntries = 10'000;
     static constexpr std::uint64_t kMaxUnpackedBytes = 1ULL << 30;  ///< all that one object ever unpacks
-    /** Beyond the free size, an entry may unpack to so many times its packed size. */
+    /** An entry of more than kRatioFreeBytes may unpack to at most kMaxRatio times its packed size. */
     static constexpr std::uint64_t kMaxRatio = 250;
     static constexpr std::uint64_t kRatioFreeBytes = 32ULL << 20;
 
@@ -40,7 +40,7 @@ class CZipReader {
     [[nodiscard]] static bool LooksLikeZip(std::string_view firstBytes);
 
     /** The files, in the archive's order. Backslashes in names are taken for '/'. Folders are left out, and
-     * so is a name that is absolute, has a drive, climbs out of its folder or is no text. */
+     * so are entries whose name is absolute, has a drive, leads out of the archive's folder or is no text. */
     [[nodiscard]] const std::vector<CZipEntry>& Entries() const;
     /** The unpacked bytes, with their check sum verified. TooLarge: more than maxBytes or over the limits
      * above. Unsupported: encrypted, or packed in a way that is not read. BadFormat: damaged. where is

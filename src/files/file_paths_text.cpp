@@ -65,8 +65,8 @@ String<Char> Joined(View<Char> folder, View<Char> name) {
     return out.append(name);
 }
 
-// Where ".." leads from a path. What is no folder keeps its "..", and so leads to nothing, as it does for the
-// system.
+// Where ".." leads from a path. Something that is no folder keeps its "..", so the result names nothing, as
+// it does for the system.
 std::string FolderAbove(const std::string& path) {
     if (path == "/") return path;
     std::error_code error;

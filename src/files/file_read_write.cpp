@@ -26,7 +26,7 @@ CError ReadError(std::string_view path, int errorNumber) {
             std::string(path)};
 }
 
-// As read(2), but waits a while for what is not a file: nobody may hold the program up with a pipe.
+// Like read(2), but waits only a while for a pipe or device, so that none can block the program.
 ssize_t ReadSome(int fd, std::byte* to, std::size_t count) {
     while (true) {
         const ssize_t got = ::read(fd, to, count);

@@ -14,8 +14,9 @@
 #include "base/CResult.h"
 #include "base/text/utf8_text.h"
 
-/** Paths, files and folders. Narrow text is UTF-8, paths are whatever bytes the system has; each wide form does
- * the same as the narrow one of its name, and gives paths by PathFromBytes. A path is split at '/' alone: a backslash is an ordinary character here. */
+/** Paths, files and folders. Narrow text is UTF-8, but narrow paths may hold any bytes. Each wide function
+ * does the same as the narrow one of its name, and returns paths as PathFromBytes makes them. A path is split
+ * at '/' alone: a backslash is an ordinary character here. */
 namespace file_util_ex {
 
 /** True for a regular file or what a link to one leads to; false for a folder. */
@@ -56,8 +57,9 @@ bool Rmdir(std::wstring_view path);
 /** folder + "/" + name, with one '/' between; the name alone when folder is empty. */
 [[nodiscard]] std::string MakePath(std::string_view folder, std::string_view name);
 [[nodiscard]] std::wstring MakePath(std::wstring_view folder, std::wstring_view name);
-/** The path, resolved against folder when it is relative, without "." and "..". As for the system, ".." leads
- * from a link to a folder to what that folder lies in, and from what is no folder nowhere: there it stays. */
+/** The path, resolved against folder when it is relative, without "." and "..". As in the system, ".." after
+ * a link to a folder leads to the parent of the folder that the link points to. After something that is no
+ * folder it leads nowhere, so it is kept. */
 [[nodiscard]] std::string MakeAbsolute(std::string_view folder, std::string_view path);
 [[nodiscard]] std::wstring MakeAbsolute(std::wstring_view folder, std::wstring_view path);
 
@@ -73,12 +75,13 @@ bool GetAllFiles(std::wstring_view folder, std::vector<std::wstring>& files,
 bool GetSubDirs(std::string_view folder, std::vector<std::string>& folders);
 bool GetSubDirs(std::wstring_view folder, std::vector<std::wstring>& folders);
 
-/** Says of a file's first bytes whether the rest is wanted. */
+/** Decides from a file's first bytes whether the rest is wanted. */
 using CFirstBytesJudge = std::function<bool(std::span<const std::byte>)>;
-/** The bytes of a file, however its size changes meanwhile. Over maxBytes: TooLarge, and no more than that is
- * read. A pipe or device is read to its end; one that is silent for two seconds is Unreadable. wantsRest, if
- * there is one, is asked once with what the first read gave, which may be a byte; says it no, that is all.
- * cancelled, which may be null and which another thread may set, ends the reading with Cancelled. */
+/** Reads all bytes of a file, even if its size changes meanwhile. TooLarge: it has more than maxBytes; no
+ * more than those are read. A pipe or device is read to its end; one that sends nothing for two seconds is
+ * Unreadable. wantsRest, if given, is called once with the bytes of the first read, perhaps a single one;
+ * when it returns false, those bytes are the result. cancelled may be null; when another thread sets it,
+ * reading ends with Cancelled. */
 [[nodiscard]] CResult<std::vector<std::byte>> ReadWholeFile(
     std::string_view path, std::uint64_t maxBytes = std::numeric_limits<std::uint64_t>::max(),
     const CFirstBytesJudge& wantsRest = {}, const std::atomic<bool>* cancelled = nullptr);

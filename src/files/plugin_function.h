@@ -3,6 +3,6 @@
 
 #include <string_view>
 
-/** The function of one of our plug-ins, which stays loaded; null when the plug-in, or a library that it
- * needs, is not installed. file: as std_file_paths::GetPluginPath takes it. */
+/** The address of a function in one of our plug-ins, which is loaded and stays loaded. Null when the plug-in,
+ * or a library that it needs, is not installed. file: as std_file_paths::GetPluginPath takes it. */
 [[nodiscard]] void* FunctionOfPlugin(std::string_view file, const char* function);

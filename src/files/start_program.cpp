@@ -51,8 +51,8 @@ std::string_view ValueOf(const CEnvironment& environment, std::string_view name)
     return {};
 }
 
-/** The program's path. A folder of $PATH that is not absolute is passed over: the program's working folder may be
- * a stranger's. */
+/** The program's path. A folder of $PATH that is not absolute is passed over: the program's working folder
+ * may be a stranger's. */
 CResult<std::string> PathOfProgram(const std::string& name, std::string_view searchPath) {
     if (name.find('/') != name.npos) return name;
     if (searchPath.empty()) searchPath = "/usr/local/bin:/usr/bin:/bin";
@@ -137,7 +137,7 @@ class CSpawnPlan {
 };
 
 void ReadWhatIsThere(CFileDescriptor& from, std::string& into, std::size_t maxBytes) {
-    constexpr int kMaxReads = 256;  // whoever writes on and on does not hold us up
+    constexpr int kMaxReads = 256;  // a program that never stops writing must not block us
     std::array<char, 4096> buffer{};
     for (int i = 0; i < kMaxReads && from.IsOpen(); ++i) {
         const ssize_t got = ::read(from.Get(), buffer.data(), buffer.size());
@@ -151,7 +151,7 @@ void ReadWhatIsThere(CFileDescriptor& from, std::string& into, std::size_t maxBy
 
 CUserEnvironment::CUserEnvironment() {
     CEnvironment environment = CurrentEnvironment();
-    // Each is good for one start, which was ours.
+    // Each is valid for a single program start, which was this process's own.
     std::erase_if(environment, [](const std::string& variable) {
         return variable.starts_with("DESKTOP_STARTUP_ID=") || variable.starts_with("XDG_ACTIVATION_TOKEN=");
     });
@@ -212,7 +212,7 @@ CStartedProgram::~CStartedProgram() {
     try {
         std::thread([pid = m_pid] { (void)::waitpid(pid, nullptr, 0); }).detach();
     } catch (const std::system_error&) {
-        return;  // what is left of it when it ends goes when this process ends
+        return;  // once it has ended, its entry is removed when this process ends
     }
 }
 
@@ -226,7 +226,7 @@ std::optional<int> CStartedProgram::ExitCode() {
     int status = 0;
     const pid_t ended = ::waitpid(m_pid, &status, WNOHANG);
     if (ended == m_pid) m_exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    // Where whoever started us has the system collect processes by itself nobody can tell.
+    // Not known where our parent process made the system reap ended processes by itself.
     if (ended < 0 && errno == ECHILD) m_exitCode = 0;
     return m_exitCode;
 }

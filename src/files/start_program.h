@@ -11,8 +11,9 @@
 #include "base/CResult.h"
 #include "files/CFileDescriptor.h"
 
-/** As long as it lives, programs are started with the environment as it was when it was made: first thing in main,
- * before anybody changes a variable for this process's own sake. Without one they get that of their moment. */
+/** Remembers the environment at its construction; as long as it lives, programs are started with that.
+ * Construct it first in main(), before this process changes variables for itself. Without one, programs get
+ * the environment at the time of their start. */
 class CUserEnvironment {
   public:
     CUserEnvironment();
@@ -23,10 +24,11 @@ class CUserEnvironment {
 
 struct CProgramToStart {
     std::string program;                 ///< its path, or a name to be found in an absolute folder of $PATH
-    std::vector<std::string> arguments;  ///< as they are: there is no shell
-    std::string folder;                  ///< to work in; where there is none, the one of this process
-    /** True for a helper whose output is read and whose end is awaited: it has a low priority. False for a program
-     * of the user's: it has a session of its own, lives on when this process ends, and prints nothing. */
+    std::vector<std::string> arguments;  ///< passed as they are, without a shell
+    std::string folder;                  ///< working folder; this process's where it does not exist
+    /** True for a helper whose output is read and whose end is awaited: it has a low priority. False
+     * for a program of the user's: it has a session of its own, lives on when this process ends, and
+     * prints nothing. */
     bool isHelper = false;
 };
 
@@ -37,12 +39,12 @@ class CStartedProgram {
     CStartedProgram& operator=(CStartedProgram&&) = delete;
     ~CStartedProgram();
 
-    /** What a helper wrote since the last call is appended; of each, at most maxBytes are kept in all. Waits for
-     * nothing. */
+    /** Appends what a helper wrote to its output and error streams since the last call. Each text grows to at
+     * most maxBytes; the rest is dropped. Does not wait. */
     void ReadOutput(std::string& output, std::string& errors, std::size_t maxBytes);
-    /** The exit code once it has ended; 128 and the signal's number for one that was killed. */
+    /** The exit code; nothing while the program runs, 128 plus the signal's number when it was killed. */
     [[nodiscard]] std::optional<int> ExitCode();
-    /** The same, after waiting for the end, at most so long. */
+    /** ExitCode() after waiting for the end, at most `limit`. */
     [[nodiscard]] std::optional<int> WaitForEnd(std::chrono::milliseconds limit);
     void Kill();
 
@@ -58,6 +60,7 @@ class CStartedProgram {
 /** True where StartProgram would find a program of that name. */
 [[nodiscard]] bool IsProgramInstalled(const std::string& name);
 
-/** Starts a program with the user's environment, no input, and no file of this process. Returns at once. NotFound,
- * with its name in where: it is not installed. */
+/** Starts a program with the user's environment (see CUserEnvironment), without input, and without
+ * this process's open files. Returns at once. NotFound, with the program's name in `where`: it is
+ * not installed. */
 [[nodiscard]] CResult<CStartedProgram> StartProgram(const CProgramToStart& what);

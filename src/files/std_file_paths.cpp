@@ -63,7 +63,7 @@ std::string BaseFolder(const char* variable, std::string_view underHome) {
 std::string OwnFolder(const char* variable, std::string_view underHome) {
     const std::string base = BaseFolder(variable, underHome);
     std::string folder = MakePath(base, FolderName());
-    // When this fails, so will what is done with the path, and that is where it can be told.
+    // When this fails, so does whatever uses the path, and that is where the error can be reported.
     (void)file_util_ex::Mkdir(base);
     (void)::mkdir(folder.c_str(), 0700);
     return folder;
@@ -91,8 +91,7 @@ std::string InstallPrefix() {
     return file_util_ex::GetFilePath(GetAppFolderPath());
 }
 
-// An installed program never looks into the build tree: whoever owns that path on a user's
-// machine is a stranger.
+// An installed program never looks into the build tree: on a user's machine that path may belong to anybody.
 bool RunsInBuildTree() {
     return ExecutablePath().starts_with(ORBIVUE_BUILD_TREE "/");
 }
@@ -104,8 +103,8 @@ bool IsAddress(std::string_view text) {
     return colon != text.npos && colon > 1 && text.substr(0, colon).find_first_not_of(kLetters) == text.npos;
 }
 
-// What the opener of the desktop is to do: a file has its folder as working folder, as pictures that it names may
-// be found from there, and begins with '/', so that no name is taken for an option or an address.
+// What the opener of the desktop is to do: a file has its folder as working folder, as pictures that it names
+// may be found from there, and begins with '/', so that no name is taken for an option or an address.
 CProgramToStart OpenerOf(std::string_view urlOrPath) {
     CProgramToStart opener{"xdg-open", {}, {}};
     if (IsAddress(urlOrPath) && !Exists(std::string(urlOrPath))) {

@@ -9,7 +9,7 @@
 /** Where the program's files are. Narrow text is UTF-8; no path ends in '/'. Usable from several threads. */
 namespace std_file_paths {
 
-/** The name that the folders are called after, in lower case; "Orbivue" until somebody sets another. */
+/** Sets the name after which, in lower case, the folders are called; "Orbivue" by default. */
 void SetAppName(std::string_view name);
 void SetAppName(std::wstring_view name);
 
@@ -22,8 +22,8 @@ void SetAppName(std::wstring_view name);
 /** The folder for the user's data ($XDG_DATA_HOME or ~/.local/share), made (0700) when missing. */
 [[nodiscard]] std::string GetUserDataFolderPath();
 
-/** This process's temporary folder: private (0700), made on demand, the same until
- * DeleteTempDir. Empty: refused. */
+/** This process's temporary folder: private (0700), made on demand, the same until DeleteTempDir. Empty when
+ * it cannot be made. */
 [[nodiscard]] std::string GetTempDir();
 /** The same, wide. */
 [[nodiscard]] std::wstring GetTempDirName();
@@ -46,9 +46,9 @@ void DeleteTempDir();
 /** Like GetDataPath, for what is compiled for the machine: lib/orbivue, or the build tree. */
 [[nodiscard]] std::string GetPluginPath(std::string_view fileName);
 
-/** Opens an address ("https://...") or a file with the desktop's program for it, as StartProgram starts one, in the
- * file's folder. Waits up to a second for the desktop's answer, so windows call it beside the event loop. NotFound
- * with "xdg-open" in where: the desktop's opener itself is not installed. */
+/** Opens an address ("https://...") or a file with the desktop's program for it, as StartProgram starts one,
+ * in the file's folder. Waits up to a second for the desktop's answer, so windows call it off the main
+ * thread. NotFound with "xdg-open" in where: the desktop's opener itself is not installed. */
 [[nodiscard]] CStatus LaunchBrowser(std::string_view urlOrPath);
 [[nodiscard]] CStatus LaunchBrowser(std::wstring_view urlOrPath);
 

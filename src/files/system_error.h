@@ -3,6 +3,6 @@
 
 #include <string>
 
-/** What an errno value means, for CError::message: a literal for the catalogue for all that befalls files;
- * the system's own words for the rest. */
+/** The meaning of an errno value, for CError::message: a literal of the catalogue for all usual errors of
+ * files, the system's own text for the rest. */
 [[nodiscard]] std::string SystemErrorText(int errorNumber);
