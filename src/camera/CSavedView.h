@@ -13,16 +13,17 @@ struct CViewMatrices {
     std::array<int, 4> viewport{0, 0, 1, 1};  ///< x, y, width, height
 };
 
-/** Brings window points of a picture back into the space that it was drawn from. Never divides by zero. */
+/** Turns window points of a drawn picture back into the coordinates that its model-view matrix was given.
+ * Never divides by zero. */
 class CSavedView {
   public:
     CSavedView() = default;
     explicit CSavedView(const CViewMatrices& matrices);
 
-    /** Window coordinates with y upwards, depth 0 near to 1 far. Nothing where the matrices
-     * have no inverse. */
+    /** Window coordinates with y upwards, depth 0 near to 1 far. Nothing where the matrices cannot
+     * be inverted. */
     [[nodiscard]] std::optional<CVec3d> Unproject(double x, double y, double depth) const;
-    /** The point that all rays come from; nothing for a parallel projection. */
+    /** The point where all rays begin; nothing for a parallel projection. */
     [[nodiscard]] std::optional<CVec3d> Eye() const;
 
   private:

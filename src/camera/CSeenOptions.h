@@ -9,8 +9,8 @@
 #include "base/math/C2DRect.h"
 #include "camera/CSeenView.h"
 
-/** What a command line says of how a scene is seen, apart from its camera: the same as the mouse and a script
- * do in the window. */
+/** The options of a command line that decide how a scene is seen, apart from its camera. Each has the effect
+ * that the mouse or a script has in the main window. */
 struct CSeenOptions {
     CVec3 anglesDeg;  ///< the rotation angles
     CVec3 turnDeg;    ///< the trackball's turn, as RotationOfAngles takes angles
@@ -22,9 +22,9 @@ struct CSeenOptions {
 
     static constexpr std::array<const char*, 7> kNames{"angles", "turn",     "orbit", "pivot",
                                                        "scale",  "zoom-box", "zoom"};
-    /** Takes the value of the option of that name. What is wrong with it, if something is; a value that is wrong
-     * changes nothing. */
+    /** Sets the option `name`, one of kNames, from the text of its value. Returns what is wrong with the
+     * value, which then changes nothing, or nothing on success. */
     [[nodiscard]] std::optional<std::string> Set(std::string_view name, std::string_view value);
-    /** Changes what is seen; camera and view size must be set already. */
+    /** Applies the options to a seen view whose camera and view size are set. */
     void Apply(CSeenView& seen) const;
 };

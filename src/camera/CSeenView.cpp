@@ -23,8 +23,8 @@ CVec3 InFloat(CVec3d v) {
     return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
 }
 
-/** What `linear` does, about another point than the origin. The shift is made in double: far from the origin
- * its parts are much larger than their sum. */
+/** The transform `linear` about another point than the origin. The shift is computed in double: far from the
+ * origin its parts are much larger than their sum. */
 CMat4 About(CMat4 linear, CVec3d center) {
     const auto& m = linear.m;
     const auto moved = [&](std::size_t row, double c) {

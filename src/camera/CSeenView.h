@@ -9,12 +9,12 @@
 #include "base/math/CSphere.h"
 #include "camera/CViewCamera.h"
 
-/** All that decides what is seen of a prepared scene. Window, pictures and exporters take it as one value and
- * get their matrices here, so that they show the same. It is also what is kept over a reload.
+/** Everything that decides what is seen of a prepared scene. The main window, saved pictures and exporters
+ * take it as one value and get their matrices from it, so that they all show the same. A reload keeps it.
  *
  * A point of the scene goes through ModelMatrix, ViewMatrix and ProjectionMatrix in that order. First the
- * rotation angles turn the model about the look-at point; then the trackball turns it and the scale stretches
- * what was turned, both about the look-at point shifted by the pivot offset. */
+ * rotation angles turn the scene about the look-at point; then the trackball turns it and the scale stretches
+ * the result, both about the look-at point shifted by the pivot offset. */
 struct CSeenView {
     CViewCamera camera;                  ///< with the zooms and the size of the picture
     float rotX = 0, rotY = 0, rotZ = 0;  ///< degrees, see RotationOfAngles
@@ -30,14 +30,15 @@ struct CSeenView {
     [[nodiscard]] CVec3 Eye() const;
     /** As gluLookAt from Eye; straight along the up vector, too. */
     [[nodiscard]] CMat4 ViewMatrix() const;
-    /** Where the trackball's ball stands: the model's part before the trackball turns it. */
+    /** The coordinates that the trackball turns in: the scale, about the look-at point shifted by
+     * the pivot. */
     [[nodiscard]] CMat4 BallMatrix() const;
     /** Pivot, scale and trackball. */
     [[nodiscard]] CMat4 PlacingMatrix() const;
     /** The rotation angles. */
     [[nodiscard]] CMat4 AnglesMatrix() const;
     [[nodiscard]] CMat4 ModelMatrix() const { return PlacingMatrix() * AnglesMatrix(); }
-    /** Holds the model's sphere and the others, as they are placed; see CViewCamera::DepthRange. */
+    /** CViewCamera::DepthRange, widened so that it holds the spheres as ModelMatrix places them. */
     [[nodiscard]] CDepthRange DepthRange(const CSphere& model, std::span<const CSphere> others = {}) const;
     [[nodiscard]] CMat4 ProjectionMatrix(CDepthRange range) const { return camera.ProjectionMatrix(range); }
 };
@@ -46,7 +47,7 @@ struct CSeenView {
  * the camera's name. Only an angle above 0 turns it. */
 [[nodiscard]] CVec3d OrbitedEye(std::string_view cameraName, double angle, CVec3d eye);
 
-/** range widened so that it holds the spheres, which modelView places; viewProjection is the projection with
- * the camera on it. Not for parallel projections, which are left alone. */
+/** range, widened so that it holds the spheres, which modelView places. viewProjection is the projection
+ * times the view matrix; a parallel one leaves range as it is. */
 [[nodiscard]] CDepthRange WidenedFor(CDepthRange range, const CMat4& viewProjection, const CMat4& modelView,
                                      std::span<const CSphere> spheres);

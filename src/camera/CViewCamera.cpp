@@ -192,20 +192,20 @@ bool CViewCamera::Zoom(const C2DRect& rect) {
         Widen(r.top, r.bottom, magnification / kMaxBoxZoom);
     }
 
-    const CFrame frame = FrameOf(m_back, m_up);
+    const CFrame axes = FrameOf(m_back, m_up);
     const double tanY = TanHalfFovY();
     const double tanX = tanY * Aspect();
     const auto ray = [&](double x, double y) {  // of length 1 along the old line of sight
         const float a = static_cast<float>((2 * x / m_width - 1) * tanX);
         const float b = static_cast<float>((1 - 2 * y / m_height) * tanY);
-        return frame.right * a + frame.up * b - frame.back;
+        return axes.right * a + axes.up * b - axes.back;
     };
     const CVec3 eye = Eye();
     const CVec3 middle = ray((r.left + r.right) / 2, (r.top + r.bottom) / 2);
     const double distance = Distance() * static_cast<double>(Length(middle));
     // The picture's own up vector: with the scene's, looking aside from steep above would also
     // roll the picture.
-    const CFrame turned = FrameOf(-Normalized(middle), frame.up);
+    const CFrame turned = FrameOf(-Normalized(middle), axes.up);
     double seenX = 0, seenY = 0;
     for (const CVec3 corner :
          {ray(r.left, r.top), ray(r.right, r.top), ray(r.left, r.bottom), ray(r.right, r.bottom)}) {

@@ -19,10 +19,10 @@ struct CDepthRange {
     float farPlane = 2;
 };
 
-/** How a camera's picture depends on its shape, for those who have it drawn in a shape that is not known yet.
- * With aspect = width / height, the tangent of half the vertical field of view is max(tanY, tanX / aspect),
- * and the eye stands so far from the target: with a fittedRadius, zoom * fittedRadius * sqrt(1 + t * t) / t
- * for t = tanY * min(1, aspect); without one (0), distance. */
+/** How a camera's field of view and distance depend on the shape of the picture, for exporters that do not
+ * know that shape yet. With aspect = width / height, the tangent of half the vertical field of view is
+ * max(tanY, tanX / aspect). The eye's distance from the target is `distance` where fittedRadius is 0, else
+ * zoom * fittedRadius * sqrt(1 + t * t) / t with t = tanY * min(1, aspect). */
 struct CCameraLens {
     double tanX = 0, tanY = 0;
     double fittedRadius = 0;
@@ -36,8 +36,8 @@ struct CCameraLens {
  * sphere just fits the narrower side of the view: at radius / sin(half the narrower angle). It keeps fitting
  * when the view is resized; wheel zooms scale that distance, so that they survive a resize in proportion.
  *
- * Whatever it is given (radius 0, views without area, non-finite numbers), its answers are finite and eye
- * and target differ. */
+ * Its results are finite and its eye and target differ whatever it is given (radius 0, views without area,
+ * non-finite numbers). */
 class CViewCamera {
   public:
     /** The Iso preset of a unit sphere. */
@@ -55,8 +55,8 @@ class CViewCamera {
      * the vertical one of that picture is used for any shape of view. Roll and the up vector of a camera that
      * looks straight up or down are those of lib3ds_matrix_camera. Forgets all zooming. */
     void SetFileCamera(const CPreparedCamera& camera);
-    /** The file's camera moved (animation): goes with it and keeps the wheel zoom. Does nothing when another
-     * camera is in use, or a zoom box has moved this one. */
+    /** Takes over the pose of the file camera in use after an animation has moved it, and keeps the wheel
+     * zoom. Does nothing when another camera is in use, or a zoom box has moved this one. */
     void Follow(const CPreparedCamera& camera);
 
     /** Moves the eye along the line of sight: away for positive steps, towards the target for negative ones,
@@ -78,13 +78,13 @@ class CViewCamera {
     /** Radius of the sphere of SetModel, never 0. */
     [[nodiscard]] float ModelRadius() const { return m_model.radius; }
     [[nodiscard]] double Aspect() const { return m_width / m_height; }
-    /** Of SetViewSize, at least 1. */
+    /** As SetViewSize set it, at least 1. */
     [[nodiscard]] double ViewWidth() const { return m_width; }
     [[nodiscard]] double ViewHeight() const { return m_height; }
     [[nodiscard]] CCameraLens Lens() const;
 
-    /** Near and far planes that hug the model's sphere wherever it may be turned to about the target, and
-     * hold the other spheres besides. With the eye inside, the near plane lies at a 4,000th of the model's
+    /** Near and far planes that enclose the model's sphere closely however it is turned about the target, and
+     * that also hold the other spheres. With the eye inside, the near plane lies at a 4,000th of the model's
      * far end, but not behind the front of the sphere of SetModel. */
     [[nodiscard]] CDepthRange DepthRange(const CSphere& model, std::span<const CSphere> others = {}) const;
     /** As gluLookAt and gluPerspective make them. */
