@@ -14,7 +14,7 @@ constexpr std::size_t DxtBlockBytes(EDxt kind) {
 constexpr std::size_t kDxtUnpackedBytes = std::size_t{4} * 4 * 4;
 
 /** The function of the plug-in orbivue_dxt_blocks, which calls libsquish. It is a plug-in because loading
- * that and the OpenMP that it brings takes a millisecond, at every start, which few models need spend.
+ * libsquish and its OpenMP would add a millisecond to every start, and few models have such pictures.
  *
  * Unpacks `count` blocks that stand one after another into RGBA, 64 bytes a block, rows from the top. Any
  * thread may call, several at a time. */

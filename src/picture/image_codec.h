@@ -11,8 +11,7 @@
 #include "picture/image_writer.h"
 
 /** Reads pictures: JPEG, PNG, TGA, BMP, GIF (its first frame), TIFF, PCX, DDS (see dds_image). Any thread may
- * call, several at a time. Nothing is logged and no library shows a message. Programs that call these link
- * orbivue_image; writing needs orbivue_platform alone. */
+ * call, several at a time. Nothing is logged and no library shows a message. */
 namespace image_codec {
 
 constexpr int kMaxSide = 16384;                           ///< pixels

@@ -8,13 +8,13 @@
 
 #include "picture/picture_formats.h"
 
-/** What the first bytes of a picture tell, found without decoding it. */
+/** What the bytes of a picture tell without being decoded. */
 namespace image_probe {
 
 using EFormat = EPictureFormat;
 
-/** The format by its signature. TGA has none: it is one by its header making sense and
- * nothing else matching. */
+/** The format by its signature. TGA has none: bytes are taken for TGA when no other format matches and either
+ * nameHint (a file name, may be empty) ends in a TGA ending or their header is plausible. */
 [[nodiscard]] EFormat FormatOf(std::span<const std::byte> bytes, std::string_view nameHint);
 
 /** Width and height in pixels as the header claims them, each the larger where a format has
@@ -24,7 +24,7 @@ struct CClaim {
     std::uint64_t height = 0;
 };
 
-/** For Tga, Bmp, Gif, Tiff, Pcx and Dds: the sizes for which their decoder will take memory. */
+/** For Tga, Bmp, Gif, Tiff, Pcx and Dds: the size for which the decoder will allocate memory. */
 [[nodiscard]] CClaim ClaimOf(EFormat format, std::span<const std::byte> bytes);
 
 /** False when a TGA's pixels end early, which its decoder does not notice. */

@@ -8,14 +8,14 @@
 
 #include "settings/CIniFile.h"
 
-/** The ini files of the program. One form of the operations works on the default file, the one last loaded by
- * Load(path); the other on a CIniFile that the caller holds. Narrow text is UTF-8.
+/** The ini files of the program. One form of each operation works on the default file, the one last loaded by
+ * Load(path); the other on a CIniFile that the caller owns. Narrow text is UTF-8.
  *
- * Readers never fail: without file, section or key they return the default given, also when the CIniFile
- * is null. A whole number is the one that the value's text begins with ("12.9" is 12), the nearest that
- * fits when it is out of range; a text that does not begin with one gives the default. A bool is true when
- * its whole number is not 0. For the syntax, and what may stand in names and values, see CIniFile. One
- * thread at a time. */
+ * Readers never fail: without file, section or key they return the default given, also when the CIniFile is
+ * null. A whole number is the one that the value's text begins with ("12.9" is 12), the nearest that fits
+ * when it is out of range; a text that does not begin with one gives the default. A bool is true when its
+ * whole number is not 0. For the syntax, and what may stand in names and values, see CIniFile. One thread at
+ * a time. */
 class CLocalRegStore {
   public:
     CLocalRegStore() = delete;
@@ -33,21 +33,22 @@ class CLocalRegStore {
     static bool WriteInt(std::wstring_view section, std::wstring_view key, int value);
     static bool WriteString(std::string_view section, std::string_view key, std::wstring_view value);
     static bool WriteString(std::wstring_view section, std::wstring_view key, std::wstring_view value);
-    /** WriteString also where the value is what it was when this process began. A value that another
-     * copy of the program wrote meanwhile is kept by the other forms unless this process changed it too;
-     * not by this one. */
+    /** WriteString for a value that must reach the file. Where another copy of the program has saved another
+     * value meanwhile, WriteString replaces it only if this process changed the value too; this function
+     * always does. */
     static bool OverwriteString(std::string_view section, std::string_view key, std::wstring_view value);
-    /** Reads the file again, as another copy of the program may have saved since: what this
-     * one wrote stays. */
+    /** Reads the file again, to take over what another copy of the program has saved since. Values that this
+     * process wrote stay. */
     static void TakeOverOthers();
-    /** Replaces the file, with what others wrote meanwhile taken over. False when it could not be replaced
-     * (it is then as before) or none was ever loaded. */
+    /** Replaces the file, keeping what other copies of the program saved meanwhile. False when it could not
+     * be replaced (it is then as before) or none was ever loaded. */
     [[nodiscard]] static bool Save();
 
     // --- a file of the caller's -------------------------------------------------------------------------
-    /** A new, empty file; end it with DestroyIniFile. Text is UTF-8 whatever the argument says. */
+    /** A new, empty file, which the caller frees with DestroyIniFile. Text is UTF-8 whatever the
+     * argument says. */
     [[nodiscard]] static CIniFile* CreateInitFile(bool isUtf8);
-    /** The file's content, or null when it cannot be read; end it with DestroyIniFile. */
+    /** The file's content, or null when it cannot be read; the caller frees it with DestroyIniFile. */
     [[nodiscard]] static CIniFile* LoadIniFile(std::string_view path);
     /** Null is allowed. */
     static void DestroyIniFile(CIniFile* ini);

@@ -10,12 +10,11 @@ struct CSettings {
     /** The command identifier of the camera "ISO Camera". */
     static constexpr int kIsoCamera = 32776;
 
-    /** The process's one object; made with the defaults below at the first call, and it
-     * lives until the end. */
+    /** The one object of the process. The first call creates it with the defaults below; it lives until the
+     * process ends. */
     [[nodiscard]] static CSettings& Instance();
 
-    /** Loads the file into the store. False when there is none that can be read, which leaves the
-     * defaults in force. */
+    /** Loads the file into the store. False when it cannot be read; the defaults then stay. */
     static bool LoadFile();
     /** Takes the values from the store. Without its key a field keeps its value, except lastCamera, the
      * background colour and the two factors, which then get their defaults. A colour keeps its low eight

@@ -5,9 +5,9 @@
 
 namespace lng {
 
-/** Chooses the language of all texts looked up from now on, once per run: a code such as "de" or "pt_BR".
- * "en", codes without a catalogue and what is no code give English. Catalogues are
- * "languages/CODE/CATALOGUE.mo" in the program's data. */
+/** Sets the language of all texts looked up from now on. Call it once, on the main thread. code is a language
+ * code such as "de" or "pt_BR"; "en", a code without a catalogue and a text that is no code mean English.
+ * Catalogues are "languages/CODE/CATALOGUE.mo" in the program's data. */
 void SetLanguage(std::wstring_view code);
 
 }  // namespace lng
