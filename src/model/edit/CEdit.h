@@ -8,19 +8,19 @@
 
 /** Edits of a scene as values: CSceneEdits applies them and takes them back.
  *
- * Nodes and materials go by the names that the file has for them (unique ones, where it repeats a name),
- * however often a material was split since. A node that was replaced keeps its name; the materials that came
- * with it go by the names that their own file has for them. Paths are UTF-8. */
+ * Nodes and materials are named as in the file (names that the file repeats are made unique). A copy of a
+ * material that an edit made for one node keeps the material's name here. A node that was replaced keeps its
+ * name; the materials that came with it have the names of their own file. Paths are UTF-8. */
 
-/** The materials that an edit changes. A node shares its materials with others: what is changed on the node
- * alone is split off first. */
+/** The materials that an edit changes. Where the target names a node and other nodes share its material, the
+ * edit changes a copy for that node alone. */
 struct CMaterialTarget {
     std::string node;      ///< empty: wherever the material is used
     std::string material;  ///< empty: all materials of the node; faces without one then get one
     friend bool operator==(const CMaterialTarget&, const CMaterialTarget&) = default;
 };
 
-/** Colours are 0..1; a picture that covers the surface loses its effect. */
+/** Sets the colour, red, green and blue 0..1. A picture that covers the surface is no longer shown. */
 struct CColorEdit {
     CMaterialTarget target;
     CVec3 color;

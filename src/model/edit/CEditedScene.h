@@ -16,17 +16,18 @@
 
 class CPictureShelf;
 
-/** A scene and its prepared form, changed in step by small steps, each of which notes what takes it back
- * exactly. Indices are those of the prepared scene; a mesh has the same one in both, and so has a material,
- * but for the last prepared one, which stands for none.
+/** Changes a scene and its prepared form together, in small steps, and records for each step how to undo it
+ * exactly. Indices are those of the prepared scene. Meshes and materials have the same index in both forms,
+ * except that the last prepared material stands for faces without one.
  *
- * A mesh that is taken out leaves an empty one in its place. What is taken out lives on until this goes. */
+ * A mesh that is taken out leaves an empty one in its place. What is taken out is kept until this object
+ * is destroyed. */
 class CEditedScene {
   public:
     using CMaterialChange = std::function<void(Lib3dsMaterial&)>;
 
-    /** Neither is owned, both must outlive this, and nobody else may change them meanwhile but by evaluating
-     * the prepared one. */
+    /** Owns none of the three, which must outlive this. Nobody else may change them meanwhile, except by
+     * evaluating the prepared scene. */
     CEditedScene(CScene& scene, CPreparedScene& prepared, CPictureShelf& shelf);
 
     [[nodiscard]] const CScene& Scene() const { return m_scene; }
@@ -34,58 +35,60 @@ class CEditedScene {
 
     // --- taking back ---------------------------------------------------------------------------------------
     [[nodiscard]] std::size_t StepCount() const { return m_undo.size(); }
-    /** Takes the last steps back until so many are left. */
+    /** Undoes the last steps until `count` of them are left. */
     void UndoTo(std::size_t count);
-    /** After steps and their taking back: evaluates and counts anew what they changed. */
+    /** Call it after a series of steps or UndoTo: evaluates nodes and counts parts again as far as
+     * they changed. */
     void Finish();
 
     // --- materials -----------------------------------------------------------------------------------------
     [[nodiscard]] std::uint32_t NoMaterial() const;
-    /** In the scene; null for NoMaterial(). */
+    /** The material in the scene; null for NoMaterial(). */
     [[nodiscard]] const Lib3dsMaterial* Material(std::uint32_t index) const;
-    /** As the file has it, also for one that was split off; empty for NoMaterial(). */
+    /** The material's name in the file, also for a copy; empty for NoMaterial(). */
     [[nodiscard]] const std::string& NameInFile(std::uint32_t index) const;
     void ChangeMaterial(std::uint32_t index, const CMaterialChange& change);
-    /** The same, and the surface shows another picture, -1 for none. */
+    /** The same; the surface also shows another picture: an index into textures, -1 for none. */
     void ChangeMaterial(std::uint32_t index, const CMaterialChange& change, int texture);
-    /** A new material; it gets a name that is free. */
+    /** Adds a material under a name that is not taken, and returns its index. */
     std::uint32_t AddMaterial(const Lib3dsMaterial& values, CPreparedMaterial look,
                               const std::string& nameInFile);
-    /** A copy of a material, or one for faces without. */
+    /** Adds a copy of a material; of NoMaterial(), one that faces without a material can get. */
     std::uint32_t CopyMaterial(std::uint32_t index);
-    /** Gives the parts of a mesh that have one material another one, which no part of it has. */
+    /** Replaces material `from` by `to` on a mesh of which no part has `to` yet. */
     void UseMaterial(std::size_t mesh, std::uint32_t from, std::uint32_t to);
 
     // --- pictures ------------------------------------------------------------------------------------------
     void SetTextures(CTextureLocator textures);
-    /** The picture that is found under a name, decoded once; one that is not found or not readable has an
-     * empty image, and a note says so. */
+    /** The index of the texture that a material's reference names. Its picture is decoded once; where it is
+     * not found or cannot be read, the image is empty and a note says so. */
     [[nodiscard]] int TextureOf(const std::string& reference);
 
     // --- meshes --------------------------------------------------------------------------------------------
-    /** A name for a further mesh. */
+    /** A mesh name that is not taken, made from base. */
     [[nodiscard]] std::string NewMeshName(const std::string& base);
-    /** As the last ones of both. */
+    /** Adds a mesh as the last one of scene and prepared scene. */
     void AddMesh(CNewMesh mesh, CPreparedMesh prepared);
     void TakeMeshOut(std::size_t mesh);
     void PlaceMesh(std::size_t mesh, const CMeshPlacing& placing);
-    /** Prepares a mesh again that was prepared without texture coordinates, if it has some. */
+    /** Where a mesh was prepared without the texture coordinates that it has, prepares it again with them. */
     void AddTexCoords(std::size_t mesh);
     /** True where several nodes show it. */
     [[nodiscard]] bool IsShared(std::size_t mesh) const;
-    /** Gives a node a copy of the mesh that it shares with others; the mesh that it shows then. */
+    /** Where a node shares its mesh with others, gives it a copy of its own. Returns the mesh that it
+     * then shows. */
     std::size_t OwnMesh(std::size_t node);
 
     // --- nodes ---------------------------------------------------------------------------------------------
     /** The object or dummy of that name. */
     [[nodiscard]] std::optional<std::size_t> FindNode(const std::string& name) const;
-    /** For changing anything but its name and source. */
+    /** The node, for changes of anything but its name and source. */
     [[nodiscard]] CPreparedNode& ChangeNode(std::size_t node);
-    /** For changing name, instance and pivot of a node that has a source. */
+    /** The file's node, for changes of name, instance and pivot. The node must have a source. */
     [[nodiscard]] Lib3dsNode& ChangeSource(std::size_t node);
-    /** For changing position and rotation keys. */
+    /** The file's node, for changes of position and rotation keys. The node must have a source. */
     [[nodiscard]] Lib3dsNode& ChangeTracks(std::size_t node);
-    /** Of a node without children. */
+    /** Takes out a node that has no children. */
     void RemoveNode(std::size_t node);
 
   private:

@@ -13,23 +13,23 @@
 #include "model/prepare/CPreparedScene.h"
 #include "model/textures/CTextureLocator.h"
 
-/** Keeps what was read of picture files for edits, and decoded pictures that no edit in force shows, so that
- * neither is done twice while a scene is open. */
+/** Caches the picture files that edits have read, and decoded pictures that no current edit shows, so that
+ * nothing is read or decoded twice while a scene is open. */
 class CPictureShelf {
   public:
     using CPicture = std::shared_ptr<const CImageDataText>;  ///< the second owner is the scene's locator
 
-    /** The bytes of a file (UTF-8 path), under the name that they go by, its own at first. A file that has
-     * changed since is read anew. */
+    /** The bytes of a file (UTF-8 path) with their current name, at first the file's own. A file that has
+     * changed since it was read is read again. */
     [[nodiscard]] CResult<CPicture> Read(std::string_view path);
-    /** Bytes that are not those of a file. */
+    /** Adds bytes that were not read from a file of their own. */
     [[nodiscard]] CPicture Add(CImageDataText picture);
-    /** The same bytes go by another name from now on. */
+    /** Returns the same bytes under another name, which Read gives them from now on. */
     [[nodiscard]] CPicture Rename(const CPicture& picture, std::string_view name);
 
-    /** A decoded picture that is not shown at present, by where it is found. */
+    /** Keeps a decoded picture that is not shown at present, under the place where its bytes were found. */
     void Keep(const std::optional<CTextureHit>& hit, CPreparedTexture texture);
-    /** It, or an empty texture. */
+    /** Takes out the picture that Keep stored for the place; an empty texture where there is none. */
     [[nodiscard]] CPreparedTexture Take(const std::optional<CTextureHit>& hit);
 
   private:
@@ -42,6 +42,6 @@ class CPictureShelf {
     using CPlace = std::pair<const void*, std::string>;  ///< of a CTextureHit
 
     std::vector<CFile> m_files;
-    std::vector<CPicture> m_held;  ///< kept, so that no other bytes lie where they lie
+    std::vector<CPicture> m_held;  ///< kept, so that no other bytes get their address
     std::map<CPlace, CPreparedTexture> m_decoded;
 };

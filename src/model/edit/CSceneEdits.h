@@ -14,10 +14,10 @@ struct CPreparedScene;
 
 /** Applies edits to one scene and its prepared form, and takes them back, the last one first.
  *
- * An edit changes what it names and nothing else: where things stand, what they are called and which sides
- * are shown was decided when the scene was opened. Values of materials prepare nothing; a picture is decoded
- * once while the scene is open; only a mesh that comes from another file is prepared, and one that gets its
- * first picture. */
+ * An edit changes only what it names: all other places, names and visible sides stay as they were
+ * decided when the scene was opened. Changing the values of a material prepares no mesh, and a picture
+ * is decoded once while the scene is open. Only a mesh from another file, or one that gets its first
+ * picture, is prepared. */
 class CSceneEdits {
   public:
     /** Neither is owned, both must outlive this. prepared was made from scene, and may be evaluated at other
@@ -26,22 +26,24 @@ class CSceneEdits {
     CSceneEdits(const CSceneEdits&) = delete;
     CSceneEdits& operator=(const CSceneEdits&) = delete;
 
-    /** Applies edits in their order; one answer for each. One that fails changes nothing, and those after it
-     * are applied all the same. Moving and turning count at the frame that prepared was evaluated at. */
+    /** Applies edits in their order and returns one status for each. An edit that fails changes
+     * nothing, and those after it are still applied. Moves and rotations refer to the frame at which
+     * prepared was evaluated. */
     [[nodiscard]] std::vector<CStatus> Apply(std::span<const CEdit> edits);
-    /** Takes back the last edits that succeeded: everything is as it was before them. False when there are
-     * not so many; then nothing is taken back. */
+    /** Undoes the last `count` edits that succeeded: everything is as it was before them. False when there
+     * are fewer; then nothing is undone. */
     [[nodiscard]] bool TakeBack(std::size_t count);
-    /** True while some edit is in force. */
+    /** True while the scene has an edit that was not taken back. */
     [[nodiscard]] bool IsEdited() const { return !m_starts.empty(); }
 
-    /** The names of the materials that a node's parts have, as the file has them, each once. Parts without a
-     * material give an empty name, which as a target means all of the node. Empty when there is no such node. */
+    /** The names of the materials that a node's parts have, as the file has them, each once. Parts
+     * without a material give an empty name, which as a target means all of the node. Empty when there is
+     * no such node. */
     [[nodiscard]] std::vector<std::string> MaterialNamesOf(const std::string& node) const;
 
-    /** Before the scene is written: whoever reads the file decides anew where things stand, from what the
-     * file holds. Where that would turn out otherwise after the edits, the file gets other values that mean
-     * the same. */
+    /** Call it before the scene is written. A program that opens the file decides again from its contents
+     * where objects stand and how they face. Where it would decide otherwise because of the edits, the file
+     * gets other values with the same meaning. The next edit undoes this. */
     void SettleForSaving();
 
   private:
@@ -95,7 +97,7 @@ class CSceneEdits {
     CPreparedScene& m_prepared;
     CPictureShelf m_shelf;
     CEditedScene m_edited;
-    std::vector<std::size_t> m_starts;  ///< for each edit in force the number of steps before it
+    std::vector<std::size_t> m_starts;  ///< for each edit not taken back, the number of steps before it
     float m_firstFrame;                 ///< that the scene was opened at
     CSettled m_settled;
 };

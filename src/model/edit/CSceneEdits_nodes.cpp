@@ -48,8 +48,8 @@ CStatus CSceneEdits::Do(const CMoveEdit& edit) {
     return CDone{};
 }
 
-/** Of one that its mesh places: the origin of the mesh's matrix, or the mesh's middle where that matrix says
- * nothing. */
+/** Of one that its mesh places: the origin of the mesh's matrix, or the mesh's middle where that matrix
+ * says nothing. */
 CVec3 CSceneEdits::TurningPoint(const CPreparedNode& node) const {
     const auto mesh = static_cast<std::size_t>(node.mesh);
     const CMeshView& view = m_scene.Meshes()[mesh];
@@ -86,8 +86,8 @@ bool CSceneEdits::IsMorphTarget(const std::string& mesh, const Lib3dsNode* excep
     return false;
 }
 
-/** What a node morphs into is part of it, unless others show it or morph into it: left in the file it would
- * be an object of its own. */
+/** A node's morph targets are deleted with it, unless other nodes show them or morph into them: left in the
+ * file, each would become an object of its own. */
 void CSceneEdits::DropMorphTargets(const Lib3dsNode& deleted) {
     for (std::size_t i = 0; i < m_prepared.meshes.size(); ++i) {
         const std::string name = m_prepared.meshes[i].name;

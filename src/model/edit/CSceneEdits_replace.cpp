@@ -81,8 +81,7 @@ CStatus CSceneEdits::Do(const CReplaceEdit& edit) {
     const CPreparedNode* chosen = Choose(outlines, edit.newNode, edit.node);
     if (chosen == nullptr)
         return CError{EErrorCode::NotFound, lng::Mark("the file has no such object"), edit.path};
-    // The new mesh stands in the old one's frame with its own origin, so that no pivot is left to tell
-    // them apart.
+    // The new mesh keeps its own origin in the old one's coordinates, so the node needs no pivot.
     const auto mesh = static_cast<std::size_t>(m_prepared.nodes[*node].mesh);
     const CMat4 place = Unmirrored(m_scene.MatrixOf(mesh));
     CNewMesh made =

@@ -17,7 +17,7 @@ bool IsKeyed(const CPreparedNode& node) {
     return node.mesh >= 0 && !node.isPlacedByMesh;
 }
 
-/** As whoever reads the file makes it out of pivot and matrix. */
+/** The transform as a reader of the file computes it from pivot and matrix. */
 bool IsAsInFile(const CPreparedNode& node, const CPreparedMesh& mesh) {
     return node.meshToNode == CMat4::Translation(-node.pivot) * mesh.toLocal;
 }
@@ -47,8 +47,8 @@ void CSceneEdits::Settle(std::size_t mesh, const CMeshPlacing& placing) {
     m_settled.meshes.push_back(mesh);
 }
 
-/** Who turns a mirrored mesh over hangs on the first node that shows it, which may be another one now. Written
- * without mirroring, nobody need ask. */
+/** Whether a node turns a mirrored mesh over depends on the first node that shows the mesh, which may be
+ * another one now. A mesh written without mirroring avoids the question. */
 void CSceneEdits::SettleMirroring() {
     const std::vector<bool> turned = MeshesToTurn(m_prepared);
     for (std::size_t i = 0; i < turned.size(); ++i) {
@@ -66,8 +66,8 @@ void CSceneEdits::SettleMirroring() {
     }
 }
 
-/** The points of such a scene were taken as standing where they belong. Matrices that say so let every reader
- * find that. */
+/** The points of such a scene were taken to stand where they belong. Matrices that say so lead every reader
+ * to the same result. */
 void CSceneEdits::SettlePlacedTwice() {
     for (const CPreparedNode& node : m_prepared.nodes) {
         if (!IsKeyed(node)) continue;
@@ -80,8 +80,8 @@ void CSceneEdits::SettlePlacedTwice() {
     }
 }
 
-/** An edit may leave only objects that look as if they were placed twice, and they are not. One matrix that is
- * set, with a pivot that takes it back, tells the reader. */
+/** After an edit the remaining objects may look as if they were placed twice although they are not. One
+ * matrix that is set, with a pivot that cancels it, tells the reader so. */
 void CSceneEdits::SettleNotPlacedTwice() {
     if (!ArePlacedTwice(m_prepared)) return;
     const auto first = std::find_if(m_prepared.nodes.begin(), m_prepared.nodes.end(), IsKeyed);

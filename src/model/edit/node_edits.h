@@ -8,25 +8,25 @@
 #include "base/math/CMatrix.h"
 #include "lib3ds/types.h"
 
-/** Moving and turning the nodes of a Lib3dsFile. An animated node keeps its animation: every key moves
- * along. */
+/** Moving and turning the nodes of a Lib3dsFile. An animated node keeps its animation: every key
+ * moves along. */
 namespace node_edits {
 
 /** Adds offset, in the coordinates of the node's parent, to all position keys of an object node (to a new one
  * at frame 0 when there is none). */
 void MoveTracks(Lib3dsNode& node, CVec3 offset);
-/** Turns an object node about its own place: rotation is applied after its own rotation, in the coordinates
+/** Turns an object node about its own origin: rotation is applied after its own rotation, in the coordinates
  * of its parent, and must be a rotation. */
 void RotateTracks(Lib3dsNode& node, const CMat4& rotation);
-/** rotation, given in scene coordinates, as it is seen in the coordinates of parentWorld (whose scale and
- * shear do not count). */
+/** Converts a rotation from scene coordinates into those of parentWorld, whose scale and shear
+ * are ignored. */
 [[nodiscard]] CMat4 RotationInParent(const CMat4& parentWorld, const CMat4& rotation);
 
-/** What MoveTracks and RotateTracks change, as it is now. */
+/** A copy of what MoveTracks and RotateTracks change, to undo them with. */
 class CTracksBefore {
   public:
     explicit CTracksBefore(const Lib3dsNode& node);
-    /** Keys that were added since go again. */
+    /** Restores the copied values; keys that were added since are removed. */
     void PutBack(Lib3dsNode& node) const;
 
   private:

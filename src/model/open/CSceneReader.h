@@ -16,13 +16,13 @@
  * CError. Paths are UTF-8. */
 class CSceneReader {
   public:
-    /** Opens by content and extension: a 3DS file, a zip archive that holds one, or an OBJ file. A file of more
-     * than maxBytes is TooLarge. cancelled may be null; another thread may set it, and reading then ends soon
-     * with Cancelled, converting an OBJ file apart. */
+    /** Opens by content and extension: a 3DS file, a zip archive that holds one, or an OBJ file. A file of
+     * more than maxBytes is TooLarge. cancelled may be null; another thread may set it, and reading then ends
+     * with Cancelled: soon, except while an OBJ file is converted. */
     [[nodiscard]] static CResult<CScene> ReadFile(
         std::string_view path, std::uint64_t maxBytes = std::numeric_limits<std::uint64_t>::max(),
         const std::atomic<bool>* cancelled = nullptr);
-    /** Reads a 3DS image that somebody holds in memory; textures are found in the locator alone. */
+    /** Reads the bytes of a 3DS file; textures are looked for in the locator alone. */
     [[nodiscard]] static CResult<CScene> ReadBytes(std::vector<std::byte> bytes,
                                                    CTextureLocator textures = {});
 };

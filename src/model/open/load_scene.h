@@ -10,10 +10,10 @@
 #include "model/prepare/CPreparedScene.h"
 #include "model/scene/CScene.h"
 
-/** What a loading may take. */
+/** What loading a scene may use. */
 struct CLoadLimits {
     unsigned threads = 0;  ///< 0: one for each core
-    /** For the bytes of the file, the prepared vertices and the decoded pictures together; beyond them the
+    /** For the bytes of the file, the prepared vertices and the decoded pictures together; beyond them
      * loading ends with TooLarge. */
     std::uint64_t bytes = std::numeric_limits<std::int64_t>::max();
 };
@@ -26,11 +26,11 @@ struct CLoadedScene {
 };
 
 /** Reads a scene as CSceneReader does, and prepares it. path is UTF-8. Uses no OpenGL and no windows, so any
- * thread may do it. progress may be null: its phases are reading and preparing, its share is that of the meshes
- * prepared, and cancelled it ends soon, with Cancelled (converting an OBJ file goes on to its end first).
- * Whatever happens, running out of memory too, is in the result. */
+ * thread may call it. progress may be null; its phases are reading and preparing, and its share is that of
+ * the prepared meshes. When it is cancelled, loading ends soon with Cancelled (but converts an OBJ file to
+ * its end first). Every failure, also lack of memory, is in the result. */
 [[nodiscard]] CResult<CLoadedScene> LoadScene(std::string_view path, CJobProgress* progress = nullptr,
                                               const CLoadLimits& limits = {});
-/** Prepares a scene that somebody read. */
+/** Prepares a scene that was read already. */
 [[nodiscard]] CResult<CLoadedScene> LoadScene(CScene scene, CJobProgress* progress = nullptr,
                                               const CLoadLimits& limits = {});

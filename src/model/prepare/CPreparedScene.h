@@ -13,7 +13,7 @@
 
 struct Lib3dsNode;
 
-/** A scene made ready to be drawn, picked and exported: the only form in which anybody reads geometry.
+/** A scene made ready to be drawn, picked and exported: all code that uses geometry reads it in this form.
  *
  * Meshes hold vertices split by smoothing group and texture seam and triangles batched by material. Nodes
  * carry the hierarchy; PrepareScene evaluates them at the file's current frame, EvaluateNodes at any other.
@@ -52,7 +52,7 @@ struct CPreparedMesh {
     CBox bounds;                 ///< of the vertices, in the file's coordinates
     CMat4 toLocal;               ///< file coordinates to object coordinates; see ResolveMirroring
     bool matrixMirrors = false;  ///< the mesh matrix has a negative determinant
-    std::uint64_t stamp = 0;     ///< another one where vertices or indices were made anew
+    std::uint64_t stamp = 0;     ///< changes whenever vertices or indices are made anew
 
     [[nodiscard]] std::uint32_t IndexCount() const {
         return static_cast<std::uint32_t>(indices16.empty() ? indices32.size() : indices16.size());
@@ -74,8 +74,8 @@ struct CPreparedNode {
     int parent = -1;               ///< index into nodes, or -1
     int mesh = -1;                 ///< index into meshes, or -1
     Lib3dsNode* source = nullptr;  ///< not owned; null for a node made up for a mesh without one
-    bool isPlacedByMesh =
-        false;  ///< no keys say where it is: fixedWorld does, which shows the points as the file has them
+    /** No keys say where the node is: fixedWorld does, and shows the points as the file has them. */
+    bool isPlacedByMesh = false;
     CMat4 fixedWorld;       ///< world when isPlacedByMesh
     CVec3 pivot;            ///< in object coordinates
     CMat4 meshToNode;       ///< T(-pivot) * mesh.toLocal; constant

@@ -7,8 +7,7 @@
 
 struct CMeshView;
 
-/**
- * Makes one prepared mesh: normals, split vertices, batches, bounds.
+/** Makes one prepared mesh: normals, split vertices, batches, bounds.
  *
  * A corner's normal is the sum of the normals of those faces at its vertex that share a smoothing group with
  * its own face, weighted by their angle there (Thürmer and Wüthrich, "Computing vertex normals from polygonal
@@ -17,8 +16,7 @@ struct CMeshView;
  * moved up by one. Faces with two equal corners are left out.
  *
  * @param defaultMaterial the material of faces that are in no material group
- * @param keepTexCoords   false when no material of the mesh has a map
- */
+ * @param keepTexCoords   false when no material of the mesh has a map */
 [[nodiscard]] CPreparedMesh PrepareMesh(const CMeshView& view, std::uint32_t defaultMaterial,
                                         bool keepTexCoords);
 

@@ -10,13 +10,13 @@
 class CScene;
 
 struct CPrepareOptions {
-    unsigned threads = 0;                            ///< 0: one for each core
-    bool loadTextures = true;                        ///< false leaves CPreparedTexture::image empty
-    bool outlines = false;                           ///< meshes get all but vertices, indices and batches
-    CJobProgress* progress = nullptr;                ///< gets the share of the meshes; cancelled it ends soon
-    std::atomic<std::int64_t>* bytesLeft = nullptr;  ///< counted down by what is made; below 0 it ends soon
+    unsigned threads = 0;              ///< 0: one for each core
+    bool loadTextures = true;          ///< false leaves CPreparedTexture::image empty
+    bool outlines = false;             ///< meshes get all but vertices, indices and batches
+    CJobProgress* progress = nullptr;  ///< gets the share of prepared meshes; cancelling it stops the work
+    std::atomic<std::int64_t>* bytesLeft = nullptr;  ///< reduced by what is made; below 0 the work stops
 
-    /** True when the rest is not wanted any more. */
+    /** True once the work was cancelled or has used up its bytes. */
     [[nodiscard]] bool IsStopped() const {
         return (progress && progress->IsCancelled()) || (bytesLeft && *bytesLeft < 0);
     }
@@ -26,16 +26,16 @@ struct CPrepareOptions {
 };
 
 /** Makes the prepared scene: normals by smoothing group, split vertices, batches, materials, textures,
- * hierarchy, evaluated at the file's current frame. Works on all cores; the result does not depend on
- * their number. Cannot fail: whatever a scene holds is repaired by then. Stopped (see the options) it gives
- * a part that is good for nothing but being thrown away. The scene must outlive the result's node sources. */
+ * hierarchy, evaluated at the file's current frame. Works on all cores; the result does not depend on their
+ * number. Cannot fail, as reading has repaired the scene. When the options stop it, the result is incomplete
+ * and must be discarded. The result's nodes refer to the scene, which must outlive it. */
 [[nodiscard]] CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options = {});
 
-/** Evaluates node transforms, visibility, lights, cameras and bounds at a frame (clamped to
- * nothing: tracks decide). */
+/** Evaluates node transforms, visibility, lights, cameras and bounds at any frame: it is not clamped, the
+ * tracks decide what they give beyond their keys. */
 void EvaluateNodes(CPreparedScene& prepared, const CScene& scene, float frame);
-/** Where a node's coordinates lie in the scene at a frame, whatever was evaluated before; the identity for
- * node -1. */
+/** The transform from a node's coordinates to the scene's at a frame, whatever was evaluated before; the
+ * identity for node -1. */
 [[nodiscard]] CMat4 WorldOf(const CPreparedScene& prepared, int node, float frame);
 
 /** Finds out whether anything is animated, and between which frames. */

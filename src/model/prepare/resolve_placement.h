@@ -3,17 +3,18 @@
 
 #include "model/prepare/CPreparedScene.h"
 
-/** Decides for each mesh whose matrix mirrors who turns it over. Its points are mirrored already; their
- * inverse matrix turns them back. Where the keys of the mesh's node mirror again (a negative scale) that is
- * all. Where they do not, the mirror was lost on the way to the keyframer, and toLocal gets it as x -> -x.
- * (lib3ds always does the latter. Of 84 such meshes of real files it is right for those alone whose node does
- * not mirror.) Nodes must be evaluated; true when they must be evaluated again. */
+/** Decides for each mesh whose matrix mirrors whether its node or toLocal mirrors it. The file's points are
+ * mirrored already, and the inverse of the matrix turns them back. Where the keys of the mesh's node mirror
+ * again (a negative scale), nothing else is needed. Where they do not, the mirroring was lost on the way to
+ * the keyframer, and toLocal gets it as x -> -x. (lib3ds always does the latter; of 84 such meshes in real
+ * files, that is right only for those whose node does not mirror.) Nodes must be evaluated; returns true when
+ * they must be evaluated again. */
 [[nodiscard]] bool ResolveMirroring(CPreparedScene& prepared);
-/** The meshes that it turns over, as their nodes are now. */
+/** For each mesh, whether ResolveMirroring turns it over with the nodes as they are now. */
 [[nodiscard]] std::vector<bool> MeshesToTurn(const CPreparedScene& prepared);
 
-/** True where some programs' habit, see ResolvePlacedTwice, would move the objects twice. Nodes must be
- * evaluated. */
+/** True where the node transforms would move the objects a second time; see ResolvePlacedTwice. Nodes must
+ * be evaluated. */
 [[nodiscard]] bool ArePlacedTwice(const CPreparedScene& prepared);
 
 /** Some programs leave every mesh matrix at the identity although the points already stand where they belong

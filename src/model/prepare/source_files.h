@@ -9,5 +9,5 @@ struct CPreparedScene;
 enum class ESource { None, Model, Picture };
 
 /** What would be lost if the file of that path (UTF-8) were written over, whichever name or link leads to it:
- * the model with its material files, or one of its pictures. Whoever exports asks it for each file. */
+ * the model with its material files, or one of its pictures. Exporters ask it before they write a file. */
 [[nodiscard]] ESource SourceAt(const CPreparedScene& scene, const std::string& path);

@@ -21,7 +21,7 @@ class C3dsParser {
   public:
     /** Fails with BadFormat when the bytes are no 3DS file. */
     [[nodiscard]] static CResult<CScene> Parse(std::vector<std::byte> bytes);
-    /** False when a file that begins with these bytes is none that Parse reads. */
+    /** False when Parse would refuse any file that begins with these bytes. */
     [[nodiscard]] static bool MayBeScene(std::span<const std::byte> firstBytes);
 
   private:

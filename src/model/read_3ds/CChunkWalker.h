@@ -14,8 +14,8 @@ struct C3dsChunk {
     std::size_t end = 0;    ///< never past the parent's end
 };
 
-/** Reads numbers and strings from [begin, end) of some bytes; past the end it gives zeros and says
- * so. Little endian. */
+/** Reads numbers and strings from [begin, end) of some bytes; past the end it returns zeros, and RanOut() is
+ * true. Little endian. */
 class CByteCursor {
   public:
     CByteCursor(std::span<const std::byte> bytes, std::size_t begin, std::size_t end)
@@ -23,7 +23,7 @@ class CByteCursor {
 
     [[nodiscard]] std::size_t Position() const { return m_position; }
     [[nodiscard]] std::size_t Left() const { return m_end - m_position; }
-    /** True once something was read that was not there. */
+    /** True once a read went past the end. */
     [[nodiscard]] bool RanOut() const { return m_ranOut; }
 
     template <class T>
@@ -72,7 +72,7 @@ class CChunkWalker {
     CChunkWalker(std::span<const std::byte> bytes, std::size_t begin, std::size_t end)
         : m_bytes(bytes), m_position(begin), m_end(end) {}
 
-    /** The next chunk; false at the end, End() then says how it came. */
+    /** Sets chunk to the next one. False at the end; End() then tells why. */
     [[nodiscard]] bool Next(C3dsChunk& chunk) {
         if (m_position == m_end) return false;
         CByteCursor header(m_bytes, m_position, m_end);

@@ -33,7 +33,7 @@ struct CMeshChunk {
     std::vector<std::string> boxMap;  ///< six names, or none
     float matrix[4][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, 0}};
     std::uint8_t color = 0;
-    bool hasMapping = false;  ///< the next are set
+    bool hasMapping = false;  ///< mapType and mapping are set
     std::uint16_t mapType = 0;
     float mapping[21] = {};  ///< tile u v, position, scale, 4x3 matrix, planar size, cylinder height
 

@@ -15,7 +15,7 @@
 struct Lib3dsMaterial;
 struct Lib3dsMesh;
 
-/** From a material's name to its place in the file. The names must outlive it. */
+/** Finds the index of a material, in file order, by its name. The names must outlive it. */
 class CMaterialIndex {
   public:
     explicit CMaterialIndex(const Lib3dsMaterial* first);
@@ -33,6 +33,6 @@ class CMaterialIndex {
                                     const CMaterialIndex& materials,
                                     std::vector<std::vector<std::byte>>& patches, CNoteList& notes);
 
-/** Small things of a mesh chunk that lib3ds keeps beside the large arrays. */
+/** Copies the mapping of a mesh chunk, which lib3ds keeps beside the large arrays. */
 void FillMeshMapping(const CMeshChunk& chunk, Lib3dsMesh& mesh);
 void FillPointFlags(std::span<const std::byte> bytes, const CMeshChunk& chunk, Lib3dsMesh& mesh);

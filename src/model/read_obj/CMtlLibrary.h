@@ -16,14 +16,15 @@ class CMtlLibrary {
     CMtlLibrary() = default;
     CMtlLibrary(CMtlLibrary&&) = default;  // a copy would point into the texts of the original
 
-    /** Of the files that mtllib lines name, each line one with blanks in its name or several: regular files in
-     * the model's folder or below, or below one of the few folders above it where the line says so; nothing
-     * else. What is missing is noted; where nothing is found a file of the model's name is taken, as renamed
-     * models often still name the old one. */
+    /** Reads the files that mtllib lines name; a line names one file, perhaps with blanks in its name, or
+     * several. Reads only regular files in the model's folder, below it or, where the line leads there, below
+     * one of the few folders above it. Missing files are noted. Where none is found, the MTL file with the
+     * model's own name is taken, as a renamed model often still refers to the old name. */
     [[nodiscard]] static CMtlLibrary OfLines(const std::vector<std::string>& lines,
                                              std::string_view modelPath, CNoteList& notes);
 
-    /** Of several materials with one name the first counts, and of over 100,000 the first. */
+    /** Adds the text of an MTL file. Of several materials with one name the first counts; materials after the
+     * first 100,000 are ignored. */
     void Add(std::string text);
 
     /** What the file says of a material; none where nothing has that name. */

@@ -20,11 +20,11 @@ struct Lib3dsFile;
  * - Polygons are cut into triangles, corners with several texture coordinates into several points.
  * - Points and lines, and the vertices of a file that has nothing else, become small solids; see
  *   MakePointsAndLinesSolid. A note tells how many.
- * - Normals have no place in a 3DS scene, smoothing groups have: those of the file are kept where it has two
- *   or more; else they are told from its normals; without normals an "s" line decides, and without any the
+ * - A 3DS scene has smoothing groups in place of normals. The file's own groups are kept where it has two or
+ *   more; else they are derived from its normals; without normals an "s" line decides, and without one the
  *   angle between faces. A hard edge that ends inside a smooth surface is lost.
- * - Materials: see MakeMtlMaterial. What is used but nowhere defined is grey.
- * - Faces with indices or coordinates that cannot be are left out; what was left out is told in the notes.
+ * - Materials: see MakeMtlMaterial. A material that is used but not defined is grey.
+ * - Faces with invalid indices or coordinates are left out; notes tell what was left out.
  *
  * Whatever the bytes are (at most 2 GB), memory stays below some 20 times the file's size plus 50 MB, and the
  * time grows with the bytes. Paths are UTF-8 or wide. */
@@ -35,13 +35,13 @@ class CObjConv3ds {
     [[nodiscard]] static Lib3dsFile* Convert(const std::wstring& path) { return Convert(path.c_str()); }
     [[nodiscard]] static Lib3dsFile* Convert(std::string_view path);
 
-    /** The same with a reason for a failure, and notes (replaced) on a success. libraries, which may be null,
-     * becomes the MTL files that were read. */
+    /** Convert with the reason of a failure. On success notes is replaced, and libraries, which may be null,
+     * gets the paths of the MTL files that were read. */
     [[nodiscard]] static CResult<CLib3dsFilePtr> ConvertResult(std::string_view path,
                                                                std::vector<CSceneNote>& notes,
                                                                std::vector<std::string>* libraries = nullptr);
 
-    /** Of texts in memory; the mtllib lines are not followed, mtl stands for all of them. */
+    /** Converts texts in memory. mtl stands for all MTL files; mtllib lines are not followed. */
     [[nodiscard]] static CResult<CLib3dsFilePtr> ConvertText(std::string_view obj, std::string_view mtl,
                                                              std::vector<CSceneNote>& notes);
 };

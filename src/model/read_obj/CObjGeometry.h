@@ -32,11 +32,11 @@ struct CObjGeometry {
     std::vector<std::string> materials;  ///< as usemtl names them
     std::vector<std::string> libraries;  ///< what mtllib lines say, whole lines
 
-    bool smoothingStated = false;    ///< some s line stands before a face, were it "s off"
+    bool smoothingStated = false;    ///< an s line, even "s off", stands before a face
     bool tooManyNames = false;       ///< groups beyond our limit share one, materials beyond it are ignored
     std::size_t brokenFaces = 0;     ///< left out: positions that are not there, or are no numbers
     std::size_t brokenElements = 0;  ///< the same for points and lines
-    std::size_t solidPoints = 0, solidLines = 0;  ///< of which there are faces now
+    std::size_t solidPoints = 0, solidLines = 0;  ///< turned into faces of small solids
     std::size_t crowdedOut = 0;  ///< points and lines left out beside faces, over the limit of triangles
 
     [[nodiscard]] std::uint32_t FaceBegin(std::size_t face) const {

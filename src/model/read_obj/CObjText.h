@@ -9,10 +9,10 @@
 #include "base/text/ascii_text.h"
 #include "base/text/number_text.h"
 
-/** Walks through the text of an OBJ or MTL file, line by line and word by word; no byte is read more often than
- * a few times, and nothing is copied. Lines end with a line feed, a carriage return or both, words with a blank
- * or a tab. Where words and numbers are read a '#' begins a comment, and a backslash before the end of a line
- * joins the next one to it. */
+/** Walks through the text of an OBJ or MTL file, line by line and word by word; no byte is read more often
+ * than a few times, and nothing is copied. Lines end with a line feed, a carriage return or both, words with
+ * a blank or a tab. Where words and numbers are read a '#' begins a comment, and a backslash before the end
+ * of a line joins the next one to it. */
 class CObjText {
   public:
     /** text must outlive what is read from it. A UTF-8 byte order mark is passed over. */
@@ -23,7 +23,7 @@ class CObjText {
     }
 
     [[nodiscard]] bool AtEnd() const { return m_at == m_end; }
-    /** What is not read yet begins here. */
+    /** Where the text that is not read yet begins. */
     [[nodiscard]] const char* Place() const { return m_at; }
 
     /** Goes to the beginning of the next line. One that ends with both signs counts as two. */
@@ -73,8 +73,8 @@ class CObjText {
         return static_cast<float>(isWindowsNan ? kNan : number_text::ParseLeading(word).value_or(kNan));
     }
 
-    /** An index of one of `count` entries so far, counted from 1 or with a minus backwards from the newest, up
-     * to the next slash or the word's end; counted from 0, or -1 where nothing can have it. It may be one
+    /** Reads an index up to the next slash or the word's end: counted from 1 or, where negative, backwards
+     * from the newest of `count` entries. Returned counted from 0, or -1 where it is invalid. It may be that
      * of an entry that comes later. */
     std::int32_t Index(std::size_t count) {
         if (m_at != m_end && *m_at == '+') ++m_at;

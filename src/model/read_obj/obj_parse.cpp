@@ -29,7 +29,8 @@ bool IsUsable(CVec3 p) {
            std::abs(p.z) <= kLargestCoordinate;
 }
 
-/** Numbers names in the order of their first use. A tree, as nobody can make one slow by the choice of names. */
+/** Numbers names in the order of their first use. A tree, as nobody can make one slow by the choice
+ * of names. */
 class CNameNumbers {
   public:
     explicit CNameNumbers(std::vector<std::string>& names) : m_names(names) {}

@@ -140,7 +140,8 @@ CSizes SizesFor(const CObjGeometry& geometry, const std::vector<CElement>& eleme
 
 // ---- what they look like
 
-/** A solid in a frame of its own; seen from outside the corners of its triangles run counter-clockwise. */
+/** A solid in coordinates of its own; seen from outside the corners of its triangles
+ * run counter-clockwise. */
 struct CShape {
     std::span<const CVec3> points;
     std::span<const CTriangle> triangles;

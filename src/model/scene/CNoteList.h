@@ -13,7 +13,7 @@
 class CNoteList {
   public:
     void Add(CSceneNote note);
-    /** what is a literal for the catalogue; scripts/update_languages knows these three. reason: a
+    /** what: a literal, which scripts/update_languages collects from calls of these three. reason: a
      * CError's message. */
     void Repaired(const char* what, std::string subject = {}) {
         Add({CSceneNote::EKind::Repaired, what, std::move(subject)});

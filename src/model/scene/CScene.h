@@ -30,8 +30,8 @@ struct CLib3dsMeshDeleter {
 };
 using CLib3dsMeshPtr = std::unique_ptr<Lib3dsMesh, CLib3dsMeshDeleter>;
 
-/** Where an edit wants a mesh to stand: what its points, as the file has them, are multiplied with, and the
- * matrix that goes with them then. Faces of points that are mirrored by it are turned round, and so show the
+/** Where an edit puts a mesh: `points` transforms its points as the file has them, and `matrix` is the mesh
+ * matrix that belongs to the result. Where `points` mirrors, faces are turned round, so that they show the
  * same side. */
 struct CMeshPlacing {
     CMat4 points, matrix;
@@ -91,7 +91,7 @@ class CScene {
 
     /** Takes a scene made by somebody else (never null) and repairs it in place. */
     [[nodiscard]] static CScene Adopt(CLib3dsFilePtr file);
-    /** The same for one that stays its owner's, and must outlive the result. */
+    /** The same for a scene that its owner keeps; it must outlive the result. */
     [[nodiscard]] static CScene Borrow(Lib3dsFile& file);
 
     /** The complete scene with all edits, owned by this object, never null. The first call fills the mesh
@@ -107,14 +107,15 @@ class CScene {
     void DropLastMesh();
     /** A mesh of the same arrays under another name. */
     [[nodiscard]] CNewMesh CopyOfMesh(std::size_t mesh, std::string_view name) const;
+    /** False takes a mesh out of the file and keeps it; true puts it back. */
     void SetInFile(std::size_t mesh, bool isInFile);
-    /** No value: as it was read. */
+    /** Puts a mesh where an edit wants it; without a value, where it was read. */
     void Place(std::size_t mesh, const std::optional<CMeshPlacing>& placing);
     /** Where the mesh stands with all edits. */
     [[nodiscard]] CMat4 MatrixOf(std::size_t mesh) const;
-    /** Gives all faces that have one material another one; both may be kNoMaterial. */
+    /** Replaces material `from` by `to` on all faces of a mesh; both may be kNoMaterial. */
     void ChangeFaceMaterial(std::size_t mesh, std::uint16_t from, std::uint16_t to);
-    /** Adds a material that nothing else owns yet, as the last one. */
+    /** Adds a material as the last one and takes ownership of it. */
     void AddMaterial(Lib3dsMaterial* material);
     void DropLastMaterial();
 
@@ -125,7 +126,7 @@ class CScene {
     /** The files that it was read from, pictures apart: UTF-8 paths. */
     [[nodiscard]] const std::vector<std::string>& SourceFiles() const { return m_sourceFiles; }
     void AddSourceFile(std::string path) { m_sourceFiles.push_back(std::move(path)); }
-    /** Gives the raw bytes back. After it File() no longer completes; for programs that only draw. */
+    /** Frees the raw bytes, for programs that only draw. File() can no longer fill the mesh arrays then. */
     void DropArrays();
 
   private:

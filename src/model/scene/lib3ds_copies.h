@@ -8,7 +8,8 @@
 /** Copies of a scene's parts, under names that fit the structures. */
 namespace lib3ds_copies {
 
-/** A copy of everything but the chain and the user data; not in any file yet. Null when memory is short. */
+/** A copy of everything but the chain and the user data, in no file and owned by the caller. Null when memory
+ * is short. */
 [[nodiscard]] Lib3dsMesh* CopyMesh(const Lib3dsMesh& mesh, std::string_view name);
 /** The same without points, texture coordinates and faces. */
 [[nodiscard]] Lib3dsMesh* CopyMeshHeader(const Lib3dsMesh& mesh, std::string_view name);

@@ -11,7 +11,8 @@ template <class T>
     return result;
 }
 
-/** Appends at the end, in constant time: link points at the place of the next one and is moved on. */
+/** Appends at the end, in constant time: link points at the pointer that takes the next item, and is
+ * moved on. */
 template <class T>
 void AppendToList(T**& link, T* item) {
     *link = item;

@@ -34,6 +34,6 @@ struct CFaceIndices {
     return mask;
 }
 
-/** What lib3ds multiplies the points of a mesh with whose matrix mirrors: matrix * scale(-1, 1, 1) *
+/** The transform that lib3ds applies to the points of a mesh whose matrix mirrors: matrix * scale(-1, 1, 1) *
  * inverse(matrix). It is its own inverse. The identity for all other matrices. */
 [[nodiscard]] CMat4 FlipOf(const CMat4& matrix);

@@ -19,8 +19,8 @@ std::string UniqueName(std::string_view name, std::set<std::string>& taken) {
     std::string candidate(name);
     std::size_t number = 2;
     for (std::size_t tries = 1; !taken.insert(candidate).second; ++tries) {
-        // A file of 60,000 equal names must not try every number from 2 on for each; the size is a good
-        // first guess. Nor may one that has taken all numbers there make us try them one by one.
+        // A file of 60,000 equal names must not try every number from 2 on for each; the size is a good first
+        // guess. Nor may a file that has taken all numbers near that guess make us try them one by one.
         if (tries == kFewTries) number = std::max(number, taken.size());
         if (tries > kManyTries) number *= 3;
         candidate = lib3ds_name::WithSuffix(name, "#" + std::to_string(number++));

@@ -11,7 +11,7 @@ struct Lib3dsFile;
 struct Lib3dsMaterial;
 struct Lib3dsTextureMap;
 
-/** What can be told from the materials of a scene. */
+/** Queries about the materials of a scene. */
 class CLib3dsMatUtil {
   public:
     /** All maps of a material, each with its mask behind it. */
@@ -29,9 +29,9 @@ class CLib3dsMatUtil {
     static void GetMatTextures(Lib3dsFile* file, CImageDataTextVec& textures);
 };
 
-/** Makes known where the textures of a scene lie, as long as it lives: a Lib3dsFile has no room for that.
- * Whoever owns a scene keeps one beside it. Any thread may use any such object; of two for one scene the
- * later one counts. */
+/** Registers where the textures of a scene lie, as long as this object lives: a Lib3dsFile has no field for
+ * that. The owner of a scene keeps one beside it. Any thread may use any such object; of two for one scene
+ * the later one counts. */
 class CTexturesOfScene {
   public:
     CTexturesOfScene() = default;

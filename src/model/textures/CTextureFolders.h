@@ -25,7 +25,8 @@ class CTextureFolders {
 
     /** The path of the picture. */
     [[nodiscard]] std::optional<std::filesystem::path> Find(const CTextureQuery& query);
-    /** Only in the model's folder, and on the reference's own path below it; by its very name. */
+    /** Looks only in the model's folder and along the reference's own path below it, and only for
+     * that name. */
     [[nodiscard]] std::optional<std::filesystem::path> FindBesideModel(const CTextureQuery& query);
 
   private:

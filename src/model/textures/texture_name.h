@@ -23,7 +23,8 @@ struct CParts {
 };
 [[nodiscard]] CParts Split(std::string_view key);
 
-/** The place of an ending (lower case, without dot) among those of PictureFormats; kNoPicture for any other. */
+/** The place of an ending (lower case, without dot) among those of PictureFormats; kNoPicture for
+ * any other. */
 inline constexpr std::size_t kNoPicture = 1000;
 [[nodiscard]] std::size_t PictureRank(std::string_view ext);
 [[nodiscard]] inline bool IsPictureExtension(std::string_view ext) {
