@@ -74,12 +74,12 @@ bool IsFiniteRect(const C2DRect& r) {
     return std::isfinite(r.left) && std::isfinite(r.top) && std::isfinite(r.right) && std::isfinite(r.bottom);
 }
 
-/** A distance that a float can surely tell from none at this place. */
+/** A distance that a float at this place can surely distinguish from 0. */
 float FinestAt(CVec3 p) {
     return std::max({std::abs(p.x), std::abs(p.y), std::abs(p.z)}) * 1e-6f;
 }
 
-/** Widens an extent about its middle to at least size. */
+/** Widens an extent about its middle by the factor. */
 void Widen(double& low, double& high, double factor) {
     const double middle = (low + high) / 2;
     const double half = (high - low) / 2 * factor;

@@ -133,7 +133,7 @@ CResult<std::vector<std::byte>> CZipReader::CArchive::Unpack(const CZipEntry& en
     const std::unique_ptr<zip_file_t, CZipDeleter> file(zip_fopen_index(zip.get(), entry.index, 0));
     if (!file) return damaged;
     std::vector<std::byte> out;
-    // A claim costs memory only as far as the packed bytes could make it true.
+    // A claimed size costs memory only as far as the packed bytes could unpack to it.
     out.reserve(static_cast<std::size_t>(std::min({entry.size, limit, bytes.size() * std::uint64_t{1100}})) +
                 1);
     while (true) {

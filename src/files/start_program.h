@@ -32,7 +32,7 @@ struct CProgramToStart {
     bool isHelper = false;
 };
 
-/** A program that was started. It lives on when this object goes. */
+/** A program that was started. The program lives on when this object is destroyed. */
 class CStartedProgram {
   public:
     CStartedProgram(CStartedProgram&& other) noexcept;

@@ -108,8 +108,7 @@ CResult<CImage> DecodeOther(EFormat format, CBytes bytes) {
     if (format == EFormat::Tga && !image_probe::IsTgaWhole(bytes)) return endsEarly;
     std::vector<std::byte> firstFrame;
     if (format == EFormat::Gif) {
-        // The decoder would unpack every frame of an animation, without any limit; so it gets the first
-        // one only.
+        // The decoder would unpack every frame of an animation, without any limit; it gets the first alone.
         const std::size_t end = image_probe::FirstGifFrameEnd(bytes);
         if (end == 0) return endsEarly;
         firstFrame.assign(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(end));

@@ -13,8 +13,8 @@ namespace image_probe {
 
 using EFormat = EPictureFormat;
 
-/** The format by its signature. TGA has none: bytes are taken for TGA when no other format matches and either
- * nameHint (a file name, may be empty) ends in a TGA ending or their header is plausible. */
+/** The format by its signature. TGA has none: bytes without a signature are TGA when nameHint (a file name,
+ * may be empty) ends as TGA files do, or when no other format matches and their header is plausible. */
 [[nodiscard]] EFormat FormatOf(std::span<const std::byte> bytes, std::string_view nameHint);
 
 /** Width and height in pixels as the header claims them, each the larger where a format has

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "settings/CIniFile.h"
 
-// The header holds the whole library where it is asked to; the shared one brings a Unicode
-// library of 30 MB along.
+// SI_IMPLEMENTATION compiles the library from its header: the shared one brings a Unicode library of 30
+// MB along.
 #define SI_IMPLEMENTATION
 #define SI_NO_CONVERSION
 #include <SimpleIni.h>
@@ -63,7 +63,7 @@ std::string Unescaped(std::string_view text) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         const std::size_t code =
             text[i] == '\\' && i + 1 < text.size() ? kEscaped.find(text[i + 1]) : kEscaped.npos;
-        // A backslash before anything else is what it is: people write paths by hand.
+        // A backslash before any other character stands for itself: people write paths by hand.
         value += code == kEscaped.npos ? text[i] : kControls[code];
         if (code != kEscaped.npos) ++i;
     }
@@ -101,7 +101,8 @@ bool IsBrokenLine(std::string_view line) {
 // name, and lose it when it saves.
 std::string WithoutBrokenLines(std::string_view text) {
     while (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
-    // The library takes one mark away; were it not ours, it could be one that a dropped line has uncovered.
+    // The library removes one byte order mark. Without ours it could remove one that a dropped line
+    // has uncovered.
     std::string kept(kByteOrderMark);
     kept.reserve(kept.size() + text.size());
     for (std::size_t at = 0; at < text.size();) {

@@ -33,7 +33,7 @@ CIniFile* DefaultIni() {
     return Default().file.get();
 }
 
-/** What this process wrote, unless the file had it so. */
+/** Sets a value and records it as changed by this process, unless the file had that value already. */
 bool SetDefault(std::string_view section, std::string_view key, const std::string& value) {
     std::pair<std::string, std::string> name{section, key};
     if (Default().changes.count(name) == 0 && Default().base->Get(section, key) == value) return true;

@@ -5,7 +5,7 @@
 
 /** The rotation by three angles in degrees: first about Z, then about Y, then about X, all of them the
  * scene's own fixed axes and counter-clockwise as seen from the positive end. As column matrices: Rx * Ry *
- * Rz. A turntable's spin (Z) is thus applied to the model itself, and its tilt (X) to the spinning model.
+ * Rz. A turntable's spin (Z) is thus applied to the scene itself, and its tilt (X) to the spinning scene.
  *
  * The automatic rotation of the view, the POV-Ray export that reproduces it, and the turning of single nodes
  * all use this function, so that they cannot drift apart. Whole turns are taken off first; non-finite angles

@@ -48,8 +48,8 @@ CStatus CSceneEdits::Do(const CMoveEdit& edit) {
     return CDone{};
 }
 
-/** Of one that its mesh places: the origin of the mesh's matrix, or the mesh's middle where that matrix
- * says nothing. */
+/** The turning point of a node that its mesh places: the origin of the mesh's matrix, or the mesh's middle
+ * where that matrix is the identity. */
 CVec3 CSceneEdits::TurningPoint(const CPreparedNode& node) const {
     const auto mesh = static_cast<std::size_t>(node.mesh);
     const CMeshView& view = m_scene.Meshes()[mesh];

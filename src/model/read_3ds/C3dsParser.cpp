@@ -153,7 +153,8 @@ void C3dsParser::ReadMeshData(const C3dsChunk& chunk) {
 
 void C3dsParser::ReadSetting(const C3dsChunk& chunk) {
     if (!IsCleanableChunk(chunk.id)) return;
-    // The function that reads settings is not public; a file that holds this one setting leads there.
+    // lib3ds' function that reads settings is not public; reading a file that holds this one setting
+    // calls it.
     std::vector<std::byte> clean;
     CopyCleanChunk(Bytes(), chunk, clean, m_notes);
     if (clean.empty()) return;

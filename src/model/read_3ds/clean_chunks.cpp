@@ -212,7 +212,7 @@ class CChunkFrame {
     std::size_t m_start;
 };
 
-/** Chunks that come out as another kind. True when it was one of them. */
+/** Writes chunks that come out as another kind. True when the chunk was one of them. */
 bool CopyConverted(CByteCursor in, std::uint16_t id, std::vector<std::byte>& out) {
     const bool byteColor = id == LIB3DS_COLOR_24 || id == LIB3DS_LIN_COLOR_24;
     if (byteColor && in.Left() >= 3) {

@@ -10,7 +10,7 @@
 #include "model/read_obj/CObjGeometry.h"
 #include "model/read_obj/obj_triangulate.h"
 
-/** As much of an OBJ group as one 3DS mesh can hold, with what is needed to tell its smoothing groups. */
+/** As much of an OBJ group as one 3DS mesh can hold, with what is needed to derive its smoothing groups. */
 struct CObjPiece {
     static constexpr std::size_t kMaxPoints = 65'535,
                                  kMaxFaces = 65'535;  ///< the format's counts have 16 bits

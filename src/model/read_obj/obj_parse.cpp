@@ -29,8 +29,7 @@ bool IsUsable(CVec3 p) {
            std::abs(p.z) <= kLargestCoordinate;
 }
 
-/** Numbers names in the order of their first use. A tree, as nobody can make one slow by the choice
- * of names. */
+/** Numbers names in the order of their first use. A tree, because no choice of names can make it slow. */
 class CNameNumbers {
   public:
     explicit CNameNumbers(std::vector<std::string>& names) : m_names(names) {}
@@ -182,7 +181,7 @@ class CObjReader {
     CObjText m_text;
     CObjGeometry& m_out;
     CNameNumbers m_groupNumbers, m_materialNumbers;
-    // What is in force for the next face.
+    // What applies to the next face.
     std::string m_object, m_group, m_material;
     std::uint32_t m_smoothing = 0;
     bool m_smoothingStated = false;
@@ -244,7 +243,7 @@ void MarkBrokenFaces(CObjGeometry& out) {
     }
 }
 
-/** What the file says becomes what can be relied on. */
+/** Checks and mends what the file says, so that the result can be relied on. */
 void Mend(CObjGeometry& out) {
     CheckIndices(out.cornerPositions, out.positions.size());
     CheckIndices(out.cornerTexCoords, out.texCoords.size());

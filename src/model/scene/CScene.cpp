@@ -67,7 +67,7 @@ CScene CScene::Borrow(Lib3dsFile& file) {
 
 Lib3dsFile* CScene::File() {
     const auto materials = ListOf(m_file->materials);
-    // Those that were taken out, too: they may come back, and the bytes go.
+    // Also those that were taken out: they may come back, but the bytes are freed.
     for (CMeshView& view : m_meshes) BringUpToDate(view, materials);
     Release(m_bytes);
     Release(m_patches);
