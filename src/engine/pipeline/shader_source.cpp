@@ -131,7 +131,7 @@ void main() {
     {
         vec2 at = Coordinates(0, vUv);
         vec4 color = texture2D(uMap0, at);
-        // The picture's colours are premultiplied, so that transparent pixels do not bleed into the edges.
+        // Colours are premultiplied where alpha counts, so that transparent pixels do not bleed into the edges.
         color.rgb /= max(mix(1.0, color.a, uMapWeight[0].z + uMapWeight[0].w), 0.004);
         float amount = Amount(0, at) * mix(1.0, color.a, uMapWeight[0].z);
         diffuse = mix(diffuse, Colour(0, color), amount);
