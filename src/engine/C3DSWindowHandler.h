@@ -8,18 +8,18 @@
 class C3dsDisplayWrap;
 class CGLCanvasI;
 
-/** A window handler that shows a display engine: paints it, zooms it with the wheel, sizes and turns it. Owns
- * the engine and, once given, the canvas. */
+/** Passes what the canvas tells to a display engine: paints the scene, zooms with the wheel, sets the size,
+ * turns the scene and plays its animation. Owns the engine and, once SetCanvas was called, the canvas. */
 class C3DSWindowHandler : public CGLWindowHandler {
   public:
-    /** Makes an engine of its own. */
+    /** Creates the engine. */
     C3DSWindowHandler();
     /** engine must not be null. */
     explicit C3DSWindowHandler(std::unique_ptr<C3dsDisplayWrap> engine);
     /** Closes the model with the canvas's context current, then deletes the engine, then the canvas. */
     ~C3DSWindowHandler() override;
 
-    /** Takes the canvas made for this handler; it may be null, and nothing is then made current. */
+    /** Takes ownership of the canvas. Without one (null) the handler makes no OpenGL context current. */
     void SetCanvas(std::unique_ptr<CGLCanvasI> canvas);
     [[nodiscard]] CGLCanvasI* GetCanvas() const { return m_canvas.get(); }
     [[nodiscard]] C3dsDisplayWrap& GetEngine() const { return *m_engine; }
@@ -33,7 +33,7 @@ class C3DSWindowHandler : public CGLWindowHandler {
     bool OnAnimationTick() override;
 
   protected:
-    /** The last position of a press, or of a move with the left button down. */
+    /** Where the mouse was at the last press, or at the last move with the left button down. */
     int m_mouseX = 0;
     int m_mouseY = 0;
 

@@ -19,10 +19,10 @@ struct C3dsDisplayWrap::CState {
     enum class EGpu { Nothing, NeedsUpload, NeedsRefresh, Ready };
 
     std::optional<CScene> scene;
-    CTexturesOfScene knownTextures;  ///< of scene, for those who got its Lib3dsFile
+    CTexturesOfScene knownTextures;  ///< the scene's textures, for callers that hold its Lib3dsFile
     CPreparedScene prepared;
-    std::unique_ptr<CSceneEdits> edits;  ///< refers to both; made by the first edit
-    CSphere framing{{}, 1};              ///< what presets are placed round; edits do not change it
+    std::unique_ptr<CSceneEdits> edits;  ///< refers to scene and prepared; created by the first edit
+    CSphere framing{{}, 1};              ///< the sphere that preset cameras frame; edits do not change it
     bool viewingOnly = false;
     double readMs = 0, prepareMs = 0;
     CError lastError;
@@ -37,7 +37,7 @@ struct C3dsDisplayWrap::CState {
     C2DRect preview{0, 0, 640, 480};
 
     void Show(CLoadedScene loaded);
-    /** Evaluates nodes at the current frame; the file's camera in use moves along. */
+    /** Moves the nodes, and the file's camera if one is in use, to the current frame. */
     void Evaluate();
     void FollowFileCamera();
     void SyncGpu(CGlCurrent& gl);
@@ -45,19 +45,19 @@ struct C3dsDisplayWrap::CState {
     void SetPreview(const C2DRect& rect);
     void SetFrame(float frame);
     void SetPreset(ECameraPreset preset);
-    /** Keeps the failure for LastError. */
+    /** Stores the error for LastError(); returns false. */
     bool Fail(CError error);
     bool Answer(const CStatus& status);
-    /** The edits of the open scene; null where none can be made. */
+    /** The edits of the open scene; null when it cannot be edited. */
     CSceneEdits* Edits();
     /** One edit; LastError() tells why it failed. */
     bool Edit(const CEdit& edit);
-    /** The same, refused where its node has no name: that would mean the whole scene. */
+    /** As Edit, but fails for a node without a name, which would mean the whole scene. */
     bool EditNode(const char* node, const CEdit& edit);
-    /** One answer for each edit, whatever happens. */
+    /** Returns one status for each edit, also when no edit can be made. */
     std::vector<CStatus> Apply(std::span<const CEdit> all);
-    /** Where nothing is edited: what presets are placed round at the frame that is shown. */
+    /** Sets framing from the frame that is shown, unless the scene has been edited. */
     void DecideFraming();
-    /** After the prepared scene was changed. */
+    /** To be called after every change of the prepared scene. */
     void SceneChanged();
 };

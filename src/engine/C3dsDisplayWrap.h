@@ -24,78 +24,89 @@ struct CPreparedScene;
 template <class T>
 using CStdStr = std::basic_string<T>;
 
-/** What a picture shows beside the background: overlays are those of C3dsDisplayWrap::SetOverlays, and what
- * the caller draws over the model. */
+/** What a picture shows in front of the background. Overlays are those of C3dsDisplayWrap::SetOverlays and
+ * what the caller draws over the scene. */
 enum class EPictureOf { Model, ModelAndOverlays };
 
-/** The display engine: one 3DS scene at a time, drawn with OpenGL into the current context, and edited.
+/** The display engine: holds one 3DS scene at a time, draws it with OpenGL into the current context, and
+ * edits it.
  *
- * Every operation that draws needs the canvas's context to be current (its caller sees to that), and so does
- * opening or closing when a scene has been drawn before; cameras, getters and edits do not. Buffers and
- * textures are made by the first drawing. Loading and editing report failure by their bool; LastError() then
- * says why. Names are UTF-8 or the file's bytes; null stands for an empty one. Not thread-safe: one thread at
- * a time calls it.
+ * The caller must make the canvas's context current before every operation that draws, and before it opens or
+ * closes a scene if one has been drawn; cameras, getters and edits need no context. The first drawing creates
+ * buffers and textures. Opening and editing return false on failure; LastError() then holds the reason. After
+ * a failed opening no scene is open; a failed edit changes nothing. Names are UTF-8 or the file's bytes; null
+ * counts as an empty name. Not thread-safe: only one thread at a time may call it.
  *
- * Edits change the scene in memory at once, and show at the next drawing. Nodes and materials go on answering
- * to the names they had when the scene was opened; everything else that an edit does not name stays as it was
- * decided then, and preset cameras frame the scene as it was before the first edit. */
+ * Edits change the scene in memory at once and show at the next drawing. Edits find nodes and materials by
+ * the names that they had when the scene was opened. Values that were computed at opening and that no edit
+ * names stay; so preset cameras frame the scene as it was before the first edit. */
 class C3dsDisplayWrap {
   public:
     C3dsDisplayWrap();
     C3dsDisplayWrap(const C3dsDisplayWrap&) = delete;
     C3dsDisplayWrap& operator=(const C3dsDisplayWrap&) = delete;
-    /** The context that scenes were drawn in must be current, or none. */
+    /** If a scene has been drawn, its context must be current. */
     virtual ~C3dsDisplayWrap();
-    /** Called by the engine itself after every zoom; does nothing here. */
+    /** The engine calls this after every zoom. The base class does nothing. */
     virtual void UpdateModelOnZoom();
 
     // --- scene life -------------------------------------------------------------------------------------
+    /** Reads a model file and shows it in place of the scene before. */
     [[nodiscard]] bool OpenModel(const wchar_t* path);
-    /** Takes ownership of the scene, also when it fails. */
+    /** Opens a scene in memory. Takes ownership of file, also when it fails. textures finds its pictures. */
     [[nodiscard]] bool OpenModelStruct(Lib3dsFile* file, CTextureLocator textures = {});
+    /** Opens the bytes of a 3DS file, with its textures. Keeps no pointer to data. */
     [[nodiscard]] bool OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures);
-    /** Shows what LoadScene gave, on another thread perhaps; a failure is a failed open. */
+    /** Opens the result of LoadScene, which may have run on another thread. An error in it counts as a
+     * failed opening. */
     [[nodiscard]] bool OpenLoaded(CResult<CLoadedScene> loaded);
+    /** Frees the scene and what was uploaded of it. Harmless when none is open. */
     void CloseModel();
+    /** Writes the scene with all edits as a 3DS file. */
     [[nodiscard]] bool SaveAs(const wchar_t* path);
-    /** The scene with all edits, owned by the engine; null when none is open. Valid as it is until the next
-     * edit. */
+    /** The scene with all edits, owned by the engine; null when none is open. Valid until the next open,
+     * close or edit. */
     [[nodiscard]] Lib3dsFile* Get3dsFile();
     /** The scene as it is drawn; null when none is open. Valid until the next open, close or edit. */
     [[nodiscard]] const CPreparedScene* Prepared() const;
-    /** Where the pictures of the open scene come from; finds nothing when none is open. As long valid. */
+    /** Finds the pictures of the open scene; finds nothing when none is open. Valid until the next open,
+     * close or edit. */
     [[nodiscard]] const CTextureLocator& GetTextures() const;
+    /** Why the last failed operation failed. */
     [[nodiscard]] const CError& LastError() const;
 
-    /** For programs that only draw, set before opening: what only edits, picking, saving and other frames
-     * need is given back as soon as it can be. Edits, SaveAs, Get3dsFile and picking then fail or find
-     * nothing, and the frame is chosen before the first drawing. */
+    /** For programs that only draw; set it before opening. The engine then frees the memory that only edits,
+     * picking, saving and other frames of the animation need. Edits, SaveAs, Get3dsFile and picking fail or
+     * find nothing, and the frame must be chosen before the first drawing. */
     void SetViewingOnly(bool viewingOnly);
     /** How long the last successful open took, in milliseconds: reading, and preparing to draw. */
     [[nodiscard]] double GetReadMs() const;
     [[nodiscard]] double GetPrepareMs() const;
 
     // --- drawing ----------------------------------------------------------------------------------------
-    /** Sets the viewport, clears, and leaves the perspective projection as the current matrix.
-     * GL_SELECT restricts it to the 5 x 5 pixels round (x, y), origin top left. False without a scene:
-     * then it only clears. */
+    /** Sets the viewport, clears, and leaves the perspective projection as the current matrix. In GL_SELECT
+     * the projection is restricted to the 5 x 5 pixels round (x, y), origin top left. Without a scene it only
+     * clears and returns false. */
     [[nodiscard]] bool InitDrawings(int renderMode, int x, int y);
-    /** Draws with the current matrices and polygon mode: turns by the rotation angles about the origin point,
-     * then the nodes; in GL_RENDER the overlays too, in GL_SELECT each node under its identifier, its index
-     * in Prepared(). Where the caller's model-view matrix carries the scene out of the depth range, the range
-     * is widened for this call. */
+    /** Draws the nodes with the current matrices and polygon mode, turned by the rotation angles about the
+     * origin point. GL_RENDER also draws the overlays; GL_SELECT gives each node its index in Prepared() as
+     * its name. If the caller's model-view matrix moves the scene out of the depth range, this call widens
+     * the range. */
     void DrawModel(int renderMode);
-    /** A whole frame as SeenView has it. Leaves the projection with the camera on it, and the model-view
-     * matrix as the identity. */
+    /** Draws the whole picture as SeenView() describes it. Leaves projection times camera in the projection
+     * matrix and the identity in the model-view matrix. */
     void PaintModel();
-    /** Goes one frame on, from the last one back to the first. Draws nothing itself, as only the caller knows
-     * how the view is turned: who gets true repaints. False when nothing is animated. */
+    /** Moves the animation to its next frame, and from the last frame to the first. Draws nothing: the
+     * caller, who knows how the view is turned, must repaint when this returns true. False when nothing
+     * is animated. */
     bool DrawAnimations();
-    /** The open scene as seen has it, as a picture in memory of that camera's view size, with four samples a
-     * pixel where the context has them. drawOver, which may be empty, adds overlays of the caller's after
-     * PaintModel. The window's own picture and what is seen in it stay. */
+    /** Draws the open scene as seen describes it into a picture in memory. The picture has the view size
+     * of seen's camera and four samples a pixel where the context supports them. drawOver, which may be
+     * empty, is called after PaintModel and draws the caller's overlays. Does not change the window's
+     * picture or SeenView(). */
     [[nodiscard]] CResult<CImage> TakePicture(const CSeenView& seen, EPictureOf what,
                                               const std::function<void()>& drawOver = {});
+    /** The viewport in pixels; its width and height are the size of the view. */
     void SetPreviewSize(const C2DRect& rect);
     [[nodiscard]] const C2DRect& GetPreviewSize() const;
     /** Turns by dx degrees more about the scene's vertical (Z) and by dy about its horizontal (X) axis, see
@@ -104,22 +115,23 @@ class C3dsDisplayWrap {
     /** See CViewCamera::Zoom for both. */
     void ZoomModel(int step);
     void ZoomModel(const C2DRect& rect);
+    /** Each 0..1. */
     void SetBkColors(float r, float g, float b);
     /** 0 trilinear with anisotropy, 1 bilinear, 2 nearest, 3 no textures; others are as 0. */
     void SetTextureRenderMode(int mode);
     /** False: the lights of the file are not used, only a headlight at the eye. */
     void SetUseFileLights(bool use);
 
-    /** Drawn by DrawModel in render mode, after the scene. */
+    /** DrawModel draws them after the scene in GL_RENDER. */
     void SetOverlays(const COverlays& overlays);
     [[nodiscard]] const COverlays& Overlays() const;
 
     // --- what is seen -----------------------------------------------------------------------------------
     [[nodiscard]] const CSeenView& SeenView() const;
-    /** For the same scene; the size of the view stays the preview's. */
+    /** seen must belong to the open scene. The size of the view stays that of SetPreviewSize. */
     void SetSeenView(const CSeenView& seen);
-    /** Parts of it. Opening a scene takes pivot, scale and turn back. Numbers that are not finite
-     * change nothing. */
+    /** Each sets one part of the seen view. Opening a scene resets pivot, scale and turn. Numbers that are
+     * not finite change nothing. */
     void SetPivotOffset(CVec3d offset);
     void SetScale(CVec3d scale);
     void SetTurn(const CRotation& turn, double orbit);
@@ -133,8 +145,8 @@ class C3dsDisplayWrap {
     void SetFrontCameraModel() { SetPreset(ECameraPreset::Front); }
     void SetBackCameraModel() { SetPreset(ECameraPreset::Back); }
     void SetIsoCameraModel() { SetPreset(ECameraPreset::Iso); }
-    /** Looks through a camera of the file, with its roll and field of view. False when there
-     * is none so named. */
+    /** Looks through the camera of the file with this name, with its roll and field of view. False when there
+     * is no such camera. */
     [[nodiscard]] bool SetFileCameraModel(const std::string& name);
     [[nodiscard]] std::vector<std::string> GetFileCameraNames() const;
     [[nodiscard]] float GetXOrg() const;
@@ -153,11 +165,11 @@ class C3dsDisplayWrap {
     [[nodiscard]] float GetRotAngleX() const;
     [[nodiscard]] float GetRotAngleY() const;
     [[nodiscard]] float GetRotAngleZ() const;
-    /** The background that the view clears to, 0..1. */
+    /** The background colour of the view, 0..1. */
     [[nodiscard]] float GetBKRValue() const;
     [[nodiscard]] float GetBKGValue() const;
     [[nodiscard]] float GetBKBValue() const;
-    /** The one that the file asks for, 0..1. */
+    /** The background colour that the file sets, 0..1. */
     [[nodiscard]] float GetFileBKRValue() const;
     [[nodiscard]] float GetFileBKGValue() const;
     [[nodiscard]] float GetFileBKBValue() const;
@@ -166,21 +178,24 @@ class C3dsDisplayWrap {
     /** True when the file's keyframes change something. */
     [[nodiscard]] bool HasAnimation() const;
     [[nodiscard]] float GetFrame() const;
-    /** Shows the scene at a frame of its animation. */
+    /** Shows the scene at a frame of its animation, limited to the file's range. Does nothing without a scene
+     * or for a value that is not finite. */
     void SetFrame(float frame);
 
     // --- edits: see CEdit -------------------------------------------------------------------------------
-    /** Applies edits in their order; one answer for each. One that fails changes nothing; those after it are
-     * applied all the same. A batch costs hardly more than its dearest edit. */
+    /** Applies edits in order and returns one status for each. An edit that fails changes nothing; the edits
+     * after it are still applied. One batch costs little more than its most expensive edit. */
     [[nodiscard]] std::vector<CStatus> ApplyEdits(std::span<const CEdit> edits);
-    /** Takes back the last edits that succeeded, exactly; false when there are not so many. To have one again,
-     * apply it again. */
+    /** Takes back the last count edits that succeeded. False, and nothing changes, when there are fewer. To
+     * redo an edit, apply it again. */
     [[nodiscard]] bool TakeBackEdits(std::size_t count);
-    /** What the materials of a node's parts are called in the file, however often they were split. An empty
-     * name stands for parts without a material; as a target it means all of the node. */
+    /** The names that the materials of a node have in the file, each once, even where edits split a material.
+     * An empty name stands for parts without a material; as an edit's target an empty name means all
+     * materials of the node. */
     [[nodiscard]] std::vector<std::string> GetMaterialNamesOfNode(const std::string& node) const;
     [[nodiscard]] const char* GetNodeNameById(int id) const;
-    /** Each of these is one edit. Values that are not finite are refused, and so is a node without a name. */
+    /** Each of these applies one edit. They fail for values that are not finite and for a node without
+     * a name. */
     [[nodiscard]] bool DeleteNode(const char* node);
     [[nodiscard]] bool ReplaceNode(const char* node, const wchar_t* file, const char* newNode);
     [[nodiscard]] bool MoveNode(const char* node, float x, float y, float z);

@@ -18,7 +18,7 @@ int Pixels(double extent) {
     return static_cast<int>(std::clamp(std::abs(extent), 1.0, 65536.0));
 }
 
-/** Gives the memory back, which neither clear() nor the assignment of {} does. */
+/** Frees the memory, which neither clear() nor the assignment of {} does. */
 template <class T>
 void Release(std::vector<T>& vector) {
     std::vector<T>().swap(vector);
@@ -31,8 +31,8 @@ void RestrictTo(float x, float y, int width, int height) {
     glScalef(w / kPickPixels, h / kPickPixels, 1);
 }
 
-/** Holds the projection matrix widened in depth where the spheres, as the model-view matrix carries them,
- * would be cut off. Set back by hand: its stack may have no room left. */
+/** Widens the depth range of the projection matrix during its lifetime if the spheres, moved by the
+ * model-view matrix, would be cut off. The old matrix is saved here because the matrix stack may be full. */
 class CWidenedDepth {
   public:
     CWidenedDepth(CDepthRange range, std::span<const CSphere> spheres) {
@@ -64,7 +64,7 @@ class CWidenedDepth {
     CMat4 m_projection;
 };
 
-/** Draws into a picture as long as it lives, then into the window again, with its state. */
+/** Makes a picture the target of drawing during its lifetime, then the window again, with its state. */
 class CIntoPicture {
   public:
     CIntoPicture() { glPushAttrib(GL_ALL_ATTRIB_BITS); }
@@ -76,7 +76,7 @@ class CIntoPicture {
     }
 };
 
-/** Shows something else as long as it lives. */
+/** Sets another seen view during its lifetime. */
 template <class State>
 class CShownMeanwhile {
   public:

@@ -4,8 +4,8 @@
 class CGLWindowHandler;
 class wxWindow;
 
-/** The OpenGL canvas as its handler sees it. Work that touches OpenGL outside a paint event stands between
- * BeginGL and EndGL. The handler's owner deletes the canvas after the engine. */
+/** The OpenGL canvas as its handler sees it. Code that calls OpenGL outside a paint event calls BeginGL
+ * before and EndGL after. The handler deletes the canvas after the engine. */
 class CGLCanvasI {
   public:
     CGLCanvasI() = default;
@@ -15,16 +15,16 @@ class CGLCanvasI {
 
     /** Makes the canvas's context current; does nothing before the canvas is ready. */
     virtual void BeginGL() = 0;
-    /** Ends work begun with BeginGL and has the window repainted. */
+    /** Ends what BeginGL began and asks for a repaint. */
     virtual void EndGL() = 0;
-    /** False until the window exists for the display server, which is some time after it was first shown:
-     * until then no context can be made current. */
+    /** False until the display server has created the window, some time after it was first shown. Until then
+     * no context can be made current. */
     [[nodiscard]] virtual bool IsReady() const = 0;
     /** The window that shows the picture: mouse positions and the cursor refer to it. */
     [[nodiscard]] virtual wxWindow* GetWindow() = 0;
-    /** Told after every attempt to open a model, before EndGL. */
+    /** Called after every attempt to open a model, before EndGL. */
     virtual void OnModelOpened() = 0;
-    /** Whether the handler gets rotation ticks. Off at first. */
+    /** Turns rotation ticks for the handler on or off. Off at first. */
     virtual void SetRotating(bool rotating) = 0;
 
     /** Makes the canvas as a child of parent, with its events going to handler (not owned). Null when the

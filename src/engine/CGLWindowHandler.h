@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/** What an OpenGL canvas tells whoever draws into it. Every slot does nothing unless it is overridden. Mouse
- * positions are window pixels with the origin at the top left. One thread, the canvas's, calls all slots. The
- * order of the slots is fixed; new ones go to the end. */
+/** The events that an OpenGL canvas passes to the object that draws into it. Every slot does nothing unless
+ * it is overridden. Mouse positions are window pixels with the origin at the top left. One thread, the
+ * canvas's, calls all slots. The order of the slots is fixed; new ones go to the end. */
 class CGLWindowHandler {
   public:
     CGLWindowHandler() = default;
@@ -11,7 +11,7 @@ class CGLWindowHandler {
     CGLWindowHandler& operator=(const CGLWindowHandler&) = delete;
     virtual ~CGLWindowHandler() = default;
 
-    /** Draws a frame; the canvas's context is current and its buffers are swapped afterwards. */
+    /** Draws the picture. The canvas's context is current; the canvas swaps its buffers afterwards. */
     virtual void OnPaint() {}
     virtual void OnLeftDown(int /*x*/, int /*y*/) {}
     virtual void OnMouseMove(int /*x*/, int /*y*/, const bool& /*leftDown*/) {}
@@ -24,6 +24,7 @@ class CGLWindowHandler {
     virtual void OnKeyDown(int /*keyCode*/) {}
     /** One step of the automatic rotation. */
     virtual void OnRotationTick() {}
-    /** One frame of the animation. True while there is animation to play: the canvas then repaints. */
+    /** Moves the animation to its next frame. True while there is animation to play; the canvas
+     * then repaints. */
     virtual bool OnAnimationTick() { return false; }
 };

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/** Numbers of the commands; those of the fixed table are shared with settings and scripts
- * and never change. */
+/** Numbers of the commands. Settings and scripts store those of the fixed table, so they never change. */
 constexpr int kCmdOpen = 32807;
 constexpr int kCmdSaveAs = 32812;
 constexpr int kCmdCompressToZip = 32819;
@@ -42,7 +41,7 @@ constexpr int kCmdVisitWebsite = 32843;
 constexpr int kCmdCheckForUpdates = 32845;
 constexpr int kCmdAbout = 32104;
 
-/** Commands beside the fixed table, in a range of their own. */
+/** Commands that are not in the fixed table, in a range of their own. */
 constexpr int kCmdReload = 33001;
 constexpr int kCmdPlayAnimation = 33002;
 constexpr int kCmdResetView = 33003;
@@ -52,7 +51,7 @@ constexpr int kCmdRedo = 33006;
 constexpr int kCmdFirstSceneCamera = 33100;
 constexpr int kMaxSceneCameras = 100;
 
-/** The toolkit takes only numbers below 32768 for menus and tools: a command goes by this one there. */
+/** The number of a command in menus and toolbars, where the toolkit accepts only numbers below 32768. */
 [[nodiscard]] constexpr int WidgetIdOf(int command) {
     return command - 30000;
 }

@@ -5,12 +5,12 @@
 
 struct CCommand;
 
-/** What menus and toolbar depend on. */
+/** The state that menus and the toolbar depend on. */
 struct CFrameState {
-    CShowState shown;           ///< what the view shows, which need not be what the settings say
+    CShowState shown;           ///< how the view shows models; the settings may differ
     bool hasModel = false;      ///< a model is open
-    bool hasFile = false;       ///< opening was asked for a file, be it open or not
-    unsigned folderModels = 0;  ///< models in its folder, itself among them
+    bool hasFile = false;       ///< the document is a file, open or failed to open
+    unsigned folderModels = 0;  ///< number of models in its folder, itself included
     bool hasNotes = false;
     bool canUndo = false;
     bool canRedo = false;
@@ -18,14 +18,15 @@ struct CFrameState {
     bool isPlaying = false;
     bool isFullScreen = false;
     bool isToolBarShown = false;
-    int runningCommand = 0;  ///< shown pressed while it runs; 0: none
+    int runningCommand = 0;  ///< its tool is shown pressed while it runs; 0: none
 };
 
+/** How menus and the toolbar show a command. */
 struct CCommandState {
     bool enabled = true;
     bool checked = false;
     friend bool operator==(const CCommandState&, const CCommandState&) = default;
 };
 
-/** How a command is to be shown now. */
+/** Whether a command is enabled and checked in this state. */
 [[nodiscard]] CCommandState StateOf(const CCommand& command, const CFrameState& frame);

@@ -7,17 +7,17 @@
 
 enum class EMenu { File, View, Export, Tools, Help };
 
-/** What must be there before a command can be chosen. */
+/** What a command needs in order to be enabled. */
 enum class ENeeds {
     Nothing,
     Model,      ///< a model is open
-    File,       ///< opening was asked for a file, be it open or not
-    Neighbour,  ///< the model's folder holds another one
-    Animation,  ///< the model moves
-    Notes,      ///< something was noticed about the model
+    File,       ///< the document is a file, open or failed to open
+    Neighbour,  ///< the folder contains another model
+    Animation,  ///< the scene is animated
+    Notes,      ///< opening the model gave notes
     Undo,       ///< an edit can be taken back
-    Redo,       ///< an edit that was taken back can be done again
-    Feature,    ///< something that this version does not have yet
+    Redo,       ///< an undone edit can be applied again
+    Feature,    ///< a feature that this version does not have; always disabled
 };
 
 /** One command. Texts are English literals for lng::Text. */
@@ -32,7 +32,7 @@ struct CCommand {
     bool endsGroup = false;  ///< a separator follows in the menu
 };
 
-/** All commands, in menu order. The recent files stand behind "Delete file", see kCmdFirstRecentFile. */
+/** All commands, in menu order. The recent files follow "Delete file", see kCmdFirstRecentFile. */
 [[nodiscard]] std::span<const CCommand> Commands();
 /** Null for a number that is no command's. */
 [[nodiscard]] const CCommand* FindCommand(int id);

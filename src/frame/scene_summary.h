@@ -7,7 +7,7 @@
 class CJobProgress;
 struct CPreparedScene;
 
-/** The status bar's texts about a scene, in the language in force. */
+/** The status bar's texts about a scene, translated. */
 struct CSceneSummary {
     std::wstring triangles;           ///< "Triangles: 1,234"
     std::wstring objects;             ///< "Objects: 12"
@@ -16,9 +16,9 @@ struct CSceneSummary {
 };
 [[nodiscard]] CSceneSummary SummaryOf(const CPreparedScene& scene);
 
-/** How far an opening is, for the status bar. */
+/** The progress of an opening, for the status bar. */
 struct CProgressText {
     std::wstring text;
-    int percent = -1;  ///< 0..100; -1 where nobody can tell
+    int percent = -1;  ///< 0..100; -1 when not known
 };
 [[nodiscard]] CProgressText ProgressOf(const CJobProgress& progress);

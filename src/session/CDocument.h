@@ -6,16 +6,16 @@
 /** Where a model came from. */
 enum class EOrigin { None, File, Script, Memory, Download };
 
-/** What opening was asked for last, and whether it is open. Paths are wide and absolute. */
+/** The model that was last to be opened, and whether it is open. Paths are wide and absolute. */
 struct CDocument {
     EOrigin origin = EOrigin::None;
-    std::wstring path;       ///< shown in the title: of the file or script, or the name of a model in memory
-    std::wstring modelPath;  ///< the file that holds the scene; empty for a model in memory
-    bool isOpen = false;     ///< it could be opened, and has not been closed since
+    std::wstring path;       ///< of the file or script, or a model's name in memory; the title shows it
+    std::wstring modelPath;  ///< the model's file, for a script the one it names; empty in memory
+    bool isOpen = false;     ///< false after a failed opening and after closing
 
-    /** True where path is a file's: one that may be deleted, read again, stepped on from, and saved beside. */
+    /** True when path is a file: only then can it be deleted, reloaded, saved beside, or stepped on from. */
     [[nodiscard]] bool HasFile() const { return origin == EOrigin::File || origin == EOrigin::Script; }
-    /** The same model from the same place; what is held in memory is never the same twice. */
+    /** True for the same model from the same file. Models in memory are never the same. */
     [[nodiscard]] bool IsSame(const CDocument& other) const {
         return HasFile() && origin == other.origin && path == other.path && modelPath == other.modelPath;
     }

@@ -24,7 +24,7 @@ const CEditLog::CStep* CEditLog::Redo() {
     CStep step = std::move(m_undone.back());
     m_undone.pop_back();
     const std::size_t before = m_done.size();
-    (void)Do(std::move(step));  // a step of which nothing can be done any more is gone
+    (void)Do(std::move(step));  // a step whose edits all fail is dropped
     return m_done.size() > before ? &m_done.back() : nullptr;
 }
 

@@ -9,25 +9,26 @@
 
 class CSceneView;
 
-/** The edits of the scene that is shown, in steps of one or more that are undone and redone together. */
+/** The edits of the scene that is shown, grouped into steps. The edits of a step are undone and
+ * redone together. */
 class CEditLog {
   public:
     struct CStep {
         std::vector<CEdit> edits;
-        std::wstring what;  ///< for people: what it did
+        std::wstring what;  ///< translated: what the step did
     };
 
     /** view must outlive it. */
     explicit CEditLog(CSceneView& view) : m_view(view) {}
 
-    /** Applies edits as one step; those that fail are left out of it. One answer for each. What was undone
-     * before is forgotten. */
+    /** Applies edits as one step, without those that fail, and returns one status for each. Steps that were
+     * undone before can no longer be redone. */
     std::vector<CStatus> Apply(std::vector<CEdit> edits, std::wstring what);
-    /** The step that was taken back or done again; null when there is none, or the view cannot. Valid until
-     * the next call. */
+    /** Undo takes the last step back, Redo applies the last undone step again. They return that step, valid
+     * until the next call, or null when there is none or the view fails. */
     [[nodiscard]] const CStep* Undo();
     [[nodiscard]] const CStep* Redo();
-    /** Another scene is shown. */
+    /** Forgets all steps. To be called when another scene is shown. */
     void Clear();
 
     [[nodiscard]] bool CanUndo() const { return !m_done.empty(); }

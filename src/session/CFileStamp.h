@@ -5,13 +5,14 @@
 #include <optional>
 #include <string_view>
 
-/** Tells a file from what it was before: two equal stamps mean that nobody wrote or replaced it meanwhile. */
+/** Identifies a state of a file: two equal stamps mean that nobody wrote or replaced the file
+ * between them. */
 struct CFileStamp {
     std::uint64_t bytes = 0;
     std::int64_t changedNs = 0;  ///< when its contents were written last
     std::uint64_t device = 0, inode = 0;
 
-    /** Of the file that a path (UTF-8) leads to; nothing where there is none. */
+    /** The stamp of the file at a path (UTF-8); nothing if there is no such file. */
     [[nodiscard]] static std::optional<CFileStamp> Of(std::string_view path);
     friend bool operator==(const CFileStamp&, const CFileStamp&) = default;
 };

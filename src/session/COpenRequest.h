@@ -10,21 +10,22 @@
 #include "session/CDocument.h"
 #include "session/CSceneLoading.h"
 
-/** A 3DS file that somebody holds in memory, and its textures. */
+/** The bytes of a 3DS file in memory, and its textures. */
 struct CModelInMemory {
     std::vector<char> data;
     CImageDataTextVec textures;
 };
 
-/** A wish to see a model. It may have to wait for its turn, so it holds all that it needs. */
+/** A request to open a model. It may have to wait for its turn, so it holds all data that opening needs. */
 struct COpenRequest {
     EOrigin origin = EOrigin::File;
     std::wstring path;       ///< see CDocument
     std::wstring modelPath;  ///< likewise
-    /** Of EOrigin::Memory and Download. Shared, as copies of a request do not copy the model. */
+    /** Set for EOrigin::Memory and Download. Shared by the copies of the request, so that they do not copy
+     * the model. */
     std::shared_ptr<const CModelInMemory> memory;
-    /** The scene of modelPath, where it was loaded ahead; taken from here unless the file has been changed
-     * since. Shared likewise. */
+    /** The scene of modelPath if it was loaded ahead; used unless the file has changed since. Shared by the
+     * copies of the request; the first opening takes it. */
     std::shared_ptr<CReadyScene> ready;
 
     [[nodiscard]] static COpenRequest OfFile(std::wstring path) {
@@ -41,15 +42,15 @@ struct COpenRequest {
 
 enum class EOpened {
     Opened,
-    AlreadyShown,  ///< a success: what is shown stays as it is
+    AlreadyShown,  ///< a success: the same model is open already and stays as it is
     Failed,
-    Waits,  ///< something else holds the turn; this comes next, unless something newer is asked for
+    Waits,  ///< the session is busy; it opens this next unless a newer request replaces it
 };
 
-/** How an opening ended; told once after each. */
+/** How an opening ended. */
 struct COpenReport {
     EOpened result = EOpened::Failed;  ///< never Waits
     CError error;                      ///< why it failed
-    bool isReload = false;             ///< the same file again; camera and frame stay
-    unsigned folderModels = 0;         ///< the models in the document's folder, itself among them
+    bool isReload = false;             ///< the same file was read again; camera and frame stay
+    unsigned folderModels = 0;         ///< number of models in the document's folder, itself included
 };

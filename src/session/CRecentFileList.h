@@ -5,19 +5,19 @@
 #include <string>
 #include <vector>
 
-/** The files opened last, the newest first. Kept in the default ini store, section "RecentFiles",
- * keys File1 and so on. Several copies of the program add to one list: saving merges with what others
- * saved meanwhile. */
+/** The files opened last, the newest first, stored in the default ini store, section "RecentFiles", keys
+ * File1 and so on. Several running copies of the program share the list: saving merges it with what the
+ * others have saved. */
 class CRecentFileList {
   public:
     static constexpr std::size_t kMaxFiles = 9;
 
     void LoadStdProfileSettings();
-    /** Into the store; CLocalRegStore::Save writes it. */
+    /** Puts the list into the store; CLocalRegStore::Save writes the store to its file. */
     void SaveStdProfileSettings();
-    /** Puts a path in front, where it may have stood before. */
+    /** Puts a path first; an entry that it had already moves there. */
     void AddToRecentFileList(const std::wstring& path);
-    /** Drops an entry: of a file that is gone. */
+    /** Removes an entry, for example of a file that no longer exists. */
     void RemoveIndex(std::size_t index);
     void Remove(const std::wstring& path);
 

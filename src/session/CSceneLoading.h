@@ -9,14 +9,14 @@
 #include "model/open/load_scene.h"
 #include "session/CFileStamp.h"
 
-/** A scene that was loaded before anybody asked to see it, and the file as it was then. */
+/** A scene that was loaded before it is to be shown, with the stamp of its file at that time. */
 struct CReadyScene {
     CLoadedScene scene;
     CFileStamp stamp;
 };
 
-/** Loads a scene on a thread of its own, from its making on, within limits. Whoever made it asks from time to
- * time whether it is done. Destroyed before that it cancels, and waits the moment that this takes. */
+/** Loads a scene on a thread of its own, which the constructor starts. The owner polls IsDone. The destructor
+ * cancels loading and waits until the thread has ended. */
 class CSceneLoading {
   public:
     explicit CSceneLoading(std::wstring path, const CLoadLimits& limits = {});
@@ -25,7 +25,8 @@ class CSceneLoading {
     [[nodiscard]] bool IsDone() const { return m_job.HasEndedWithin(std::chrono::milliseconds(0)); }
     [[nodiscard]] const CJobProgress& Progress() { return m_job.Progress(); }
     [[nodiscard]] const std::wstring& Path() const { return m_path; }
-    /** The outcome, once; waits for it. A file that was written while it was read gives Unreadable. */
+    /** Waits for the result and moves it out; call it once. The error is Unreadable for a file that was
+     * written while it was read. */
     [[nodiscard]] CResult<CReadyScene> Take();
 
   private:

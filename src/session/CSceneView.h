@@ -16,45 +16,49 @@ class CJobProgress;
 struct CLoadedScene;
 struct Lib3dsFile;
 
-/** What is known of a scene in memory beside what it holds itself. */
+/** Facts about a scene in memory that the scene itself does not hold. */
 struct CStructFacts {
     std::vector<CSceneNote> notes;
     std::vector<std::string> sourceFiles;  ///< UTF-8 paths of the files that it was made of
 };
 
-/** The 3D view as the session sees it: it shows one scene or none. */
+/** The 3D view as the session sees it: it shows one scene or none. All calls come from the thread of
+ * the windows. */
 class CSceneView {
   public:
     virtual ~CSceneView() = default;
 
-    /** Opening what is shown under that path already is a success that does nothing. After a failure nothing
-     * is shown; LastError tells why. Windows repaint meanwhile, and input waits. */
+    /** Opens a file. True, and nothing happens, if the view already shows this path. After a failure nothing
+     * is shown and LastError tells why. Windows repaint during the call, and input waits. */
     [[nodiscard]] virtual bool OpenModel(const wchar_t* path) = 0;
-    /** As OpenModel, with a scene in memory, which it takes whatever the outcome. */
+    /** As OpenModel, for a scene in memory. Takes ownership of scene, also when it fails. */
     [[nodiscard]] virtual bool OpenModelStruct(Lib3dsFile* scene, const wchar_t* name,
                                                const CStructFacts& facts = {}) = 0;
-    /** Opens the bytes of a file whatever is shown. */
+    /** Opens the bytes of a file, also when the view already shows a scene of this name. Keeps no pointer
+     * to data. */
     [[nodiscard]] virtual bool OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures,
                                                const wchar_t* name) = 0;
-    /** Shows a scene that was loaded from that path, whatever is shown. */
+    /** Shows a scene that was loaded from path, also when the view already shows this path. */
     [[nodiscard]] virtual bool OpenLoaded(CLoadedScene scene, const wchar_t* path) = 0;
-    /** Reads the file that is shown again; camera, rotation and frame stay. On failure all stays as it is. */
+    /** Reads the shown file again; camera, rotation and frame stay. On failure nothing changes. */
     [[nodiscard]] virtual CStatus Reload() = 0;
     /** Shows nothing and forgets the path. Harmless when nothing is shown. */
     virtual void CloseModel() = 0;
-    /** Why the last opening failed. */
+    /** Why the last opening failed; valid until the next opening. */
     [[nodiscard]] virtual const CError& LastError() const = 0;
-    /** Does work on another thread while windows repaint, input waits, and how far it is gets shown. */
+    /** Runs work on another thread and returns when it has ended. Meanwhile windows repaint and show its
+     * progress; input waits. */
     virtual void LoadBeside(const std::function<void(CJobProgress&)>& work) = 0;
 
-    /** Applies edits in order; one answer for each. Has nothing repainted. */
+    /** Applies edits in order and returns one status for each. The caller repaints. */
     [[nodiscard]] virtual std::vector<CStatus> ApplyEdits(std::span<const CEdit> edits) = 0;
-    /** Takes the last count edits back that succeeded. False when it cannot; then nothing has changed. */
+    /** Takes back the last count edits that succeeded. False, and nothing changes, when it cannot. */
     [[nodiscard]] virtual bool TakeBackEdits(std::size_t count) = 0;
 
-    /** Writes the scene with all edits: a zip archive for the ending "zip" in small letters, 3DS for any other. */
+    /** Writes the scene with all edits: as a zip archive if the path ends in "zip" in lower case, else
+     * as 3DS. */
     [[nodiscard]] virtual CStatus SaveToPath(const std::wstring& path) = 0;
-    /** The scene with all edits, the view's own; null for none. */
+    /** The scene with all edits, owned by the view; null when none is open. */
     [[nodiscard]] virtual Lib3dsFile* Get3dsFile() = 0;
 
     [[nodiscard]] virtual bool HasAnimation() const = 0;

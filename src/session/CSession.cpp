@@ -19,7 +19,7 @@ namespace {
 
 constexpr wchar_t kTitle[] = L"Orbivue";
 
-/** Has the user wait as long as it lives. */
+/** Shows the wait cursor during its lifetime. */
 class CBusyFrame {
   public:
     explicit CBusyFrame(CSessionFrame& frame) : m_frame(frame) { frame.BeginBusy(); }
@@ -31,7 +31,7 @@ class CBusyFrame {
     CSessionFrame& m_frame;
 };
 
-/** Compared exactly on purpose: "model.OBJ" is none. */
+/** The case matters on purpose: "model.OBJ" is not an OBJ file here. */
 bool IsObj(const std::wstring& path) {
     return file_util_ex::GetFileExt(path) == L"obj";
 }
@@ -96,7 +96,7 @@ EOpened CSession::OpenNow(const COpenRequest& request) {
 
 CStatus CSession::Show(const COpenRequest& request) {
     const std::wstring& path = request.modelPath;
-    const bool isShown = m_shown && m_shown->modelPath == path;  // because somebody else asked for it
+    const bool isShown = m_shown && m_shown->modelPath == path;  // opened before by another request
     CStatus shown = CDone{};
     if (request.memory) {
         const CModelInMemory& model = *request.memory;
@@ -107,7 +107,7 @@ CStatus CSession::Show(const COpenRequest& request) {
     } else if (IsObj(path)) {
         shown = ShowObj(path, isShown);
     } else {
-        // The view takes a path that it knows for one that it shows, and after some failures it shows none.
+        // The view assumes that it shows the path that it knows; after some failures it shows nothing.
         if (isShown || !m_shown) m_view.CloseModel();
         m_shown.reset();
         shown = Answer(m_view.OpenModel(path.c_str()));
@@ -119,7 +119,7 @@ CStatus CSession::Show(const COpenRequest& request) {
     return shown;
 }
 
-/** What cannot be converted never gets to the view, which goes on showing what it shows. */
+/** A file that cannot be converted never reaches the view, which keeps its scene. */
 CStatus CSession::ShowObj(const std::wstring& path, bool isShown) {
     CStructFacts facts;
     std::optional<CResult<CLib3dsFilePtr>> converted;

@@ -17,9 +17,11 @@ class CSceneView;
 class CSessionFrame;
 class CSessionListener;
 
-/** What is open, where it came from, what was changed, and what is busy. Opening is the one road by which a
- * model reaches the view, whoever asks; it ends by telling the listeners, once. What fails to open is told by
- * the title and in the view. The thread of the windows alone. */
+/** Knows which model is open, where it came from, how it was edited, and whether work is going on. Every
+ * model, from a dialog, a script or the network, is opened here; each opening ends with one call to every
+ * listener. The title and the view show a failed opening. Only the thread of the windows may call it.
+ *
+ * The session is busy while a CTurns::CHold exists. */
 class CSession {
   public:
     /** All must outlive it. */
@@ -29,31 +31,31 @@ class CSession {
     void RemoveListener(CSessionListener& listener) { std::erase(m_listeners, &listener); }
 
     // --- opening: each of these waits while the turn is held ---------------------------------------------
-    /** A file that is gone leaves the recent files. */
+    /** Opens a model. A file that no longer exists is removed from the recent files. */
     EOpened Open(const COpenRequest& request);
-    /** A file, or the first model of a folder. */
+    /** Opens a file, or the first model of a folder. */
     EOpened OpenFileOrFolder(const std::wstring& path);
-    /** An entry of the recent files. */
+    /** Opens an entry of the recent files. */
     EOpened OpenRecent(std::size_t index);
-    /** The model before or after this one in its folder; nothing where there is no other. */
+    /** Opens the previous or next model of the folder; does nothing if there is no other. */
     void Step(folder_models::EStep step);
-    /** Reads the file again: of the model that is shown, which stays if that fails, or tries once more to open
-     * what could not be opened. */
+    /** Reads the file of the shown model again; on failure the shown model stays. After a failed opening it
+     * tries that file again. */
     void Reload();
 
     // --- the document ------------------------------------------------------------------------------------
     [[nodiscard]] const CDocument& Document() const { return m_document; }
-    /** The models in its folder, as counted last. */
+    /** Number of models in its folder when last counted. */
     [[nodiscard]] unsigned FolderModels() const { return m_folderModels; }
-    /** Closes it, deletes its file, if it has one, and opens the next model of the folder. */
+    /** Closes the document, deletes its file, if it has one, and opens the next model of the folder. */
     [[nodiscard]] CStatus DeleteFile();
     /** See CSceneView::SaveToPath. */
     [[nodiscard]] CStatus Save(const std::wstring& path);
     // --- edits -------------------------------------------------------------------------------------------
-    /** Applies edits as one step that can be undone; one answer for each. what: for people, what they do.
-     * Refused while the turn is held. Has nothing repainted. */
+    /** Applies edits as one step that can be undone, and returns one status for each. what: translated, what
+     * the step does. All edits fail while the session is busy. The caller repaints. */
     std::vector<CStatus> Apply(std::vector<CEdit> edits, const std::wstring& what);
-    /** Takes a node out, and says how to bring it back. */
+    /** Deletes a node and shows a message that tells how to undo it. */
     void DeleteNode(const std::string& node);
     void Undo();
     void Redo();
@@ -64,12 +66,12 @@ class CSession {
     [[nodiscard]] bool IsPlaying() const;
 
     // --- turns -------------------------------------------------------------------------------------------
-    /** To be held through questions, dialogs and work that needs the model: CTurns::CHold hold(Turns()). */
+    /** Hold a turn during questions, dialogs and work that needs the model: CTurns::CHold hold(Turns()). */
     [[nodiscard]] CTurns& Turns() { return m_turns; }
     [[nodiscard]] bool IsBusy() const { return m_turns.IsHeld(); }
-    /** What waited: closing, or one request. */
+    /** Does what had to wait: closes the window, or opens the last request. */
     void RunWaiting() { m_turns.RunWaiting(); }
-    /** True when the window may close now; else CSessionFrame::CloseNow follows in its turn. */
+    /** True when the window may close now. If not, CSessionFrame::CloseNow is called later. */
     [[nodiscard]] bool MayClose();
 
   private:
@@ -92,6 +94,6 @@ class CSession {
     CTurns m_turns;
     CEditLog m_edits;
     CDocument m_document;
-    std::optional<CDocument> m_shown;  ///< whose scene the view has; not the document's after some failures
+    std::optional<CDocument> m_shown;  ///< whose scene the view shows; after some failures not m_document
     unsigned m_folderModels = 0;
 };

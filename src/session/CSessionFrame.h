@@ -8,17 +8,17 @@ class CSessionFrame {
   public:
     virtual ~CSessionFrame() = default;
     virtual void ShowTitle(const std::wstring& title) = 0;
-    /** Something that happened, in passing. */
+    /** Shows a message in the status bar. */
     virtual void ShowMessage(const std::wstring& text) = 0;
-    /** A message that waits until it has been read. */
+    /** Shows a message box and returns when the user has closed it. */
     virtual void Tell(const std::wstring& text) = 0;
-    /** Shows that the user has to wait, from one to the other. */
+    /** The wait cursor is shown from BeginBusy to EndBusy. */
     virtual void BeginBusy() = 0;
     virtual void EndBusy() = 0;
-    /** A model is being opened from now on; CSessionListener::OnOpened follows. */
+    /** Called when an opening begins; CSessionListener::OnOpened follows when it has ended. */
     virtual void OnOpening() = 0;
-    /** Is to call CSession::RunWaiting soon, from the event loop. */
+    /** Must have the event loop call CSession::RunWaiting soon; not from inside this call. */
     virtual void AskForTurn() = 0;
-    /** Closes the window, which was asked for while something held the turn. */
+    /** Closes the window. Called when closing was requested while the session was busy. */
     virtual void CloseNow() = 0;
 };

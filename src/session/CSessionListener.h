@@ -3,13 +3,13 @@
 
 struct COpenReport;
 
-/** Hears what happens to the document. Called on the session's thread, when all of it has happened. A listener
- * may ask the session for another model. */
+/** Is told about changes of the document, on the session's thread, when the change is complete. A listener
+ * may open another model in the call. */
 class CSessionListener {
   public:
     virtual ~CSessionListener() = default;
-    /** After every opening, exactly once: failed ones, repeats and reloads included. */
+    /** Called exactly once after every opening, including failed ones, repeats and reloads. */
     virtual void OnOpened(const COpenReport& report) = 0;
-    /** It was closed, edited or saved; the recent files or what can be undone changed. */
+    /** The document was closed, edited or saved, or the recent files or the steps to undo changed. */
     virtual void OnDocumentChanged() {}
 };

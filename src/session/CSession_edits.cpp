@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is done with the scene that is open.
+// Work on the open scene: edits, undo and playing.
 #include <utility>
 
 #include "base/text/lng.h"

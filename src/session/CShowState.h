@@ -5,8 +5,8 @@
 
 struct CSettings;
 
-/** How the view shows whatever model is open, as far as a user or a show switches it. It starts as the
- * settings have it; what a show changes in it is not stored there, what the user switches is. */
+/** How the view shows the open model, as far as a user or a show can switch it. It starts with the values of
+ * the settings. The user's changes are stored in the settings; those of a show are not. */
 struct CShowState {
     bool wire = false;
     bool rotate = false;

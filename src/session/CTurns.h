@@ -3,15 +3,16 @@
 
 #include <functional>
 
-/** Sees to it that one thing at a time is done with the document. While somebody holds the turn (an opening, a
- * question, a dialog, an export), what else is asked for waits: one piece of work, the newest; and closing,
- * before which nothing else comes. One thread. */
+/** Lets only one piece of work at a time use the document. While an opening, a question, a dialog or an
+ * export holds the turn, other work waits: only the newest request is kept, and a request to close, which is
+ * done first. All calls come from one thread. */
 class CTurns {
   public:
-    /** wake is called when the turn is free and something waits; it has RunWaiting called, later. */
+    /** wake is called when the turn becomes free while something waits. It must arrange a later call
+     * of RunWaiting. */
     explicit CTurns(std::function<void()> wake) : m_wake(std::move(wake)) {}
 
-    /** Holds the turn as long as it lives. */
+    /** Holds the turn during its lifetime. Holds may be nested. */
     class CHold {
       public:
         explicit CHold(CTurns& turns) : m_turns(turns) { ++turns.m_holds; }
@@ -24,13 +25,13 @@ class CTurns {
     };
 
     [[nodiscard]] bool IsHeld() const { return m_holds > 0; }
-    /** Keeps work for later, in place of what waited before. Only while the turn is held. */
+    /** Keeps work for later and drops the work kept before. Only while the turn is held. */
     void Keep(std::function<void()> work);
-    /** Forgets what was kept, because something newer is done. */
+    /** Drops the work that was kept. */
     void ForgetKept() { m_waiting = nullptr; }
-    /** True when closing may be done now; else it is remembered, and close is called in its turn. */
+    /** True when the window may close now. If not, close is kept, and RunWaiting calls it. */
     [[nodiscard]] bool MayClose(std::function<void()> close);
-    /** Does what waits; nothing while the turn is held. */
+    /** Runs what waits. Does nothing while the turn is held. */
     void RunWaiting();
 
   private:

@@ -11,7 +11,7 @@ namespace {
 
 std::vector<std::wstring> List(const std::wstring& folder, const std::vector<std::wstring>& masks) {
     std::vector<std::wstring> files;
-    (void)file_util_ex::GetAllFiles(folder, files, masks);  // then it has none that can be reached
+    (void)file_util_ex::GetAllFiles(folder, files, masks);  // a folder that cannot be read counts as empty
     return files;
 }
 

@@ -4,14 +4,15 @@
 #include "base/math/C2DRect.h"
 #include "view/CViewToolState.h"
 
-/** What mouse gestures act upon: the scene that is shown, and the window round it. Coordinates are window
- * pixels, origin top left. */
+/** What mouse gestures act on: the scene that is shown, and the view's window. Coordinates are window pixels,
+ * origin top left. */
 class CGestureTarget {
   public:
     virtual ~CGestureTarget() = default;
 
     [[nodiscard]] virtual int ViewHeight() const = 0;
-    /** The name of the node seen there, owned by the scene; null when there is none. */
+    /** The name of the node seen at a point, owned by the scene and valid until it is edited; null
+     * for none. */
     [[nodiscard]] virtual const char* PickNode(int x, int y) = 0;
     virtual void ZoomModel(int step) = 0;
     virtual void ZoomModel(const C2DRect& box) = 0;
@@ -20,9 +21,9 @@ class CGestureTarget {
     virtual void StartLongPress(int periodMs) = 0;
     virtual void StopLongPress() = 0;
     virtual void ShowCursor(EToolCursor cursor) = 0;
-    /** Tells whoever owns the view that the left button went down. */
+    /** Tells the view's owner that the left button went down. */
     virtual void TellLeftButtonDown() = 0;
-    /** Brackets work on the scene outside of drawing; its end has the window repainted. */
+    /** Enclose work on the scene outside of drawing; EndWork repaints the window. */
     virtual void BeginWork() = 0;
     virtual void EndWork() = 0;
 };

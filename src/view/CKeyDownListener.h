@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/** Who owns the 3D view hears from it through this: keys that arrive while the view has the focus,
- * and presses of the mouse buttons. Called on the thread of the windows. The three operations stand
- * in a fixed order. */
+/** The view's owner implements this to receive keys pressed while the view has the focus, and presses of the
+ * mouse buttons. Called on the thread of the windows. The order of the three operations is fixed. */
 class CKeyDownListener {
   public:
     /** keyCode is the toolkit's: 32 space, 8 back space, 27 Esc, 350 F11, ... */

@@ -11,7 +11,7 @@ namespace {
 
 constexpr double kTwoPi = 2 * std::numbers::pi;
 
-/** In radii: a vector that the window's pixels are too coarse to give a direction. */
+/** In radii: a shorter vector has no reliable direction, because pixels are too coarse. */
 constexpr double kNoDirection = 0.0001;
 
 /** The same direction in (-pi, pi]: the short way round. */
@@ -63,7 +63,7 @@ std::optional<CTrackBallMotion::CGrab> CTrackBallMotion::GrabAt(int x, int y) co
     const double discriminant = along * along - (Dot(m_eye, m_eye) - 1);
     const CVec3d sideways = ray - m_sight * Dot(ray, m_sight);
     const double root = std::sqrt(std::max(0.0, discriminant));
-    // From inside the ball the nearer point lies behind the eye; the one in sight is the farther.
+    // From inside the ball the nearer point is behind the eye, so the farther one is taken.
     const double distance = -along - root >= 0 ? -along - root : -along + root;
     grab.missed = !(discriminant > 0) || distance < 0;
     grab.vector = grab.missed ? OutlinePoint(sideways) : Normalized(m_eye + ray * distance, kNoDirection);

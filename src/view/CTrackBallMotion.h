@@ -13,8 +13,8 @@
  *
  * A drag that begins on the ball (as large as the model's bounding sphere) keeps the grabbed point under the
  * mouse. A drag that begins beside it spins the model about the line of sight, and counts the spin as orbit
- * angle. When the mouse crosses the ball's outline the drag ends there (Drag returns false) and is begun
- * anew by the caller.
+ * angle. When the mouse crosses the ball's outline the drag ends there (Drag returns false) and the caller
+ * begins a new one.
  *
  * Coordinates are those of the model-view matrix that SetBall was given, which is centred on the ball. Angles
  * are in radians. Whatever the matrices, the rotation stays a rotation of finite numbers. */
@@ -22,15 +22,16 @@ class CTrackBallMotion {
   public:
     explicit CTrackBallMotion(bool overlayEnabled);
 
-    /** Back to how it was made: no rotation, no orbit, no drag. */
+    /** Returns to the state after construction: no rotation, no orbit, no drag. */
     void Reset();
-    /** size is twice the model's radius, view the eye as seen from the centre. The rays start at the eye of
-     * the matrices, which is the same unless a pivot offset, a scale or an orbit moved it; view says how the
-     * overlay is seen, and serves the rays where the matrices have no eye (a parallel projection). */
+    /** size: twice the model's radius. view: the vector from the ball's centre to the eye, for drawing the
+     * overlay. Rays through window points start at the eye of the matrices, which differs from view when a
+     * pivot offset, a scale or an orbit moved it. For a parallel projection, whose matrices have no eye, they
+     * start at view. */
     void SetBall(float size, CVec3 view, const CViewMatrices& matrices);
     /** Starts a drag at a window point whose y counts upwards. */
     void Begin(int x, int y);
-    /** Follows the mouse. False when it crossed the outline: the drag has gone as far as it can. */
+    /** Follows the mouse. False when the mouse crossed the outline, which ends the drag. */
     [[nodiscard]] bool Drag(int x, int y);
     /** Follows the mouse once more, ends the drag and adds its orbit angle to those before. */
     void Release(int x, int y);
@@ -81,7 +82,7 @@ class CTrackBallMotion {
     CVec3d m_view;         ///< as given, in radii
     CVec3d m_eye;          ///< where the rays start, in radii
     CVec3d m_sight;        ///< unit vector towards the eye
-    CVec3d m_right, m_up;  ///< with m_sight a right-handed frame, from which azimuths are measured
+    CVec3d m_right, m_up;  ///< with m_sight right-handed axes, from which azimuths are measured
     CSavedView m_saved;
 
     CVec3d m_begin, m_current;

@@ -57,7 +57,7 @@ void CViewGestures::LeftUp(int x, int y) {
     m_target.StopLongPress();
     if (m_dragState != EDragState::Idle) FinishDrag(x, y);
     if (!m_zoomBox) return;
-    // The box ends where the mouse was last seen moving, not where the button came up.
+    // The box ends at the last move of the mouse, not where the button was released.
     const C2DRect box = m_zoomBox->Normalized();
     m_zoomBox.reset();
     m_target.ZoomModel(box);
@@ -82,8 +82,8 @@ void CViewGestures::LongPress(int x, int y) {
         return;
     const char* node = m_target.PickNode(m_pressPoint.x, m_pressPoint.y);
     if (!node) return;
-    // No EndWork: the node is to disappear with the next paint, whatever asks for it.
-    const std::string name = node;  // the scene owns the other one, and loses it
+    // No EndWork: the node disappears at the next repaint, whatever its cause.
+    const std::string name = node;  // a copy: the scene owns node and deletes it
     m_target.BeginWork();
     m_target.DeleteNode(name.c_str());
 }

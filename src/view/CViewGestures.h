@@ -13,14 +13,14 @@ struct CPixel {
     friend bool operator==(const CPixel&, const CPixel&) = default;
 };
 
-/** Idle -> Pending (pressed, the trackball waits for a frame to start in) -> Dragging -> Idle. */
+/** Idle -> Pending (pressed; the trackball starts at the next repaint) -> Dragging -> Idle. */
 enum class EDragState { Idle = 0, Pending = 1, Dragging = 2 };
 
 /** Turns presses, moves and wheel turns into a trackball drag, a zoom box, the use of a tool or the deletion
- * of a node. Knows no window: it is told what happened and acts upon its target.
+ * of a node. Needs no window: it receives input through its functions and acts on its target.
  *
- * A drag starts in the first frame drawn after the press, because the trackball needs that frame's matrices:
- * whoever draws asks TakePendingDrag and starts the trackball there. */
+ * A drag starts at the first repaint after the press, because the trackball needs the matrices of that
+ * repaint: the drawing code calls TakePendingDrag and starts the trackball. */
 class CViewGestures {
   public:
     /** How long a press must last, and how far it may stray, to delete a node. */
@@ -39,10 +39,10 @@ class CViewGestures {
     void Wheel(int rotation);
     /** The long-press timer ran out with the mouse at (x, y). */
     void LongPress(int x, int y);
-    /** Ends a drag where it is and takes the trackball's rotation back. */
+    /** Ends a drag and resets the trackball's rotation. */
     void ResetTrackBall();
 
-    /** In a frame that is drawn: where the trackball is to start (y upwards), once for each drag. */
+    /** To be called in each repaint: where the trackball must start (y upwards), once for each drag. */
     [[nodiscard]] std::optional<CPixel> TakePendingDrag();
 
     [[nodiscard]] EDragState DragState() const { return m_dragState; }

@@ -5,10 +5,10 @@
  * and the view zooms by a fixed step for each event it is given. */
 class CWheelNotches {
   public:
-    /** Adds a rotation; answers how many notches it completed, negative towards the user. */
+    /** Adds a rotation and returns how many notches it completed, negative towards the user. */
     [[nodiscard]] int Add(int rotation, int rotationOfANotch) {
         if (rotationOfANotch <= 0) return 0;
-        // A change of direction starts afresh, or the first notch back would be swallowed.
+        // A change of direction starts from 0, or the first notch back would be lost.
         if ((rotation < 0) != (m_rest < 0)) m_rest = 0;
         m_rest += rotation;
         const int notches = m_rest / rotationOfANotch;

@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
-/** How code without windows speaks to the user: messages, questions and the wait cursor. The window layer
- * installs one at the start; tests install their own and see what would have been asked. Texts are translated
- * already. Thread of the windows only. */
+/** Messages, questions and the wait cursor for code that has no windows. The window layer installs one at the
+ * start; tests install their own, which records the calls. Texts are already translated. Only the thread of
+ * the windows may call it. */
 class CUserPrompt {
   public:
     CUserPrompt() = default;
@@ -16,18 +16,18 @@ class CUserPrompt {
 
     /** A message box with the program's name as its caption. */
     virtual void ShowMessage(const std::wstring& text) = 0;
-    /** Asks before something is lost, with the buttons Yes and No, of which Enter takes No. True for Yes. */
+    /** Asks before something is lost, with the buttons Yes and No; the default is No. True for Yes. */
     [[nodiscard]] virtual bool AskYesNo(const std::wstring& text) = 0;
     virtual void BeginBusy() = 0;
     virtual void EndBusy() = 0;
 
-    /** The one in force, never null: at first one that shows nothing and answers No. */
+    /** The installed prompt. At first it is one that shows nothing and answers No. */
     [[nodiscard]] static CUserPrompt& Instance();
-    /** Puts another in force and gives the one before; null for the first one. */
+    /** Installs a prompt (null: the first one) and returns the one before, null if that was the first one. */
     static std::unique_ptr<CUserPrompt> Install(std::unique_ptr<CUserPrompt> prompt);
 };
 
-/** Shows the wait cursor as long as it lives. */
+/** Shows the wait cursor during its lifetime. */
 class CBusyCursor {
   public:
     CBusyCursor() { CUserPrompt::Instance().BeginBusy(); }

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-/** What file dialogs make of wildcards and names; no window is needed for it. */
+/** How file dialogs read wildcards and complete names; needs no window. */
 namespace file_dialog_text {
 
 /** One line of a dialog's list of file kinds. */
@@ -16,9 +16,9 @@ struct CFilter {
     bool operator==(const CFilter&) const = default;
 };
 
-/** The kinds of a wildcard: "label|pattern;pattern|label|pattern...", with or without bars at its end, or a
- * pattern alone, which is its own label. A label without patterns is a pattern as well; blanks around any of
- * them are dropped. Empty for an empty wildcard. */
+/** Splits a wildcard into kinds of files: "label|pattern;pattern|label|pattern...", with or without bars at
+ * the end, or one pattern, which is then also the label. A label without patterns is its own pattern. Blanks
+ * around labels and patterns are dropped. Empty for an empty wildcard. */
 [[nodiscard]] std::vector<CFilter> ParseWildcard(std::wstring_view wildcard);
 /** The same as one text in the toolkit's form: "label|pattern;pattern|...", no bars at the end. */
 [[nodiscard]] std::wstring JoinWildcard(const std::vector<CFilter>& filters);
@@ -30,11 +30,11 @@ struct CFilter {
  * the kind; one that is out of range counts as none chosen. */
 [[nodiscard]] std::wstring ExtensionFor(const std::vector<CFilter>& filters, int chosen,
                                         std::wstring_view defaultExtension);
-/** The path, with the extension added when its name has none. A number after the last dot ("Room 2.5") is
- * none, and a dot at the end is dropped. */
+/** Adds the extension to a path whose name has none. A number after the last dot ("Room 2.5") is no
+ * extension, and a dot at the end is dropped. */
 [[nodiscard]] std::wstring AddExtension(std::wstring_view path, std::wstring_view extension);
-/** The name with its extension changed to that of the chosen kind; as it is when the kind
- * has its extension. */
+/** Changes the name's extension to the first of the chosen kind, unless the kind has its
+ * extension already. */
 [[nodiscard]] std::wstring NameForFilter(std::wstring_view name, const CFilter& filter);
 
 }  // namespace file_dialog_text

@@ -11,9 +11,9 @@ constexpr int kLeastWidth = 160;
 constexpr int kLeastHeight = 80;
 constexpr int kMostSide = 32767;  // display servers count in 16 bits
 constexpr int kTitleHeight = 32;
-constexpr int kGripWidth = 100;  // so much of the title bar is enough to drag the window by
+constexpr int kGripWidth = 100;  // this width of title bar is enough to drag the window
 
-// Stored numbers are anybody's: all sums are made wide.
+// Stored numbers may have any value, so sums are computed in 64 bits.
 struct CSpan {
     std::int64_t begin = 0;
     std::int64_t end = 0;

@@ -13,13 +13,13 @@ struct CPlaceRect {
     bool operator==(const CPlaceRect&) const = default;
 };
 
-/** Where a window is kept to be when it stands again: no window is needed for this arithmetic. */
+/** Computes where a window is placed when it is opened again; needs no window. */
 namespace window_place {
 
-/** The place, so changed that a person can see and drag the window: no larger than the screen that shows most
- * of it, no smaller than a title bar needs, and moved onto that screen unless a good part of its title bar is
- * on one already. One that is on no screen goes to the nearest. screens: the parts of each that windows may
- * use, the first one being the main one; when there is none, only the size is mended. Any numbers will do. */
+/** Changes a place so that the user can see and drag the window: no larger than the screen that shows most of
+ * it, no smaller than a title bar needs, and moved onto that screen unless enough of its title bar is on a
+ * screen already. A place on no screen moves to the nearest. screens: the part of each screen that windows
+ * may use, the main screen first; if empty, only the size is corrected. Accepts any numbers. */
 [[nodiscard]] CPlaceRect BringOntoScreen(const CPlaceRect& place, std::span<const CPlaceRect> screens);
 
 }  // namespace window_place

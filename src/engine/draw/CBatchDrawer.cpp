@@ -68,7 +68,7 @@ void CBatchDrawer::DrawTransparent(const std::vector<CDrawItem>& items) {
     }
 }
 
-/** The far side first: right for what bulges outwards, without sorting. */
+/** The far side first: the right order for convex shapes, without sorting. */
 void CBatchDrawer::DrawBothSides(const CMeshBuffers& mesh, const CPreparedBatch& batch) {
     glEnable(GL_CULL_FACE);
     glCullFace(GL_FRONT);

@@ -12,7 +12,7 @@ class CPacedDrawing;
 class CSortedBatches;
 
 /** Draws the items of a draw list through a pipeline, and changes only the OpenGL state that differs from one
- * item to the next. Lives for one frame, inside a CGlStateGuard. */
+ * item to the next. Lives for one drawing of the view, inside a CGlStateGuard. */
 class CBatchDrawer {
   public:
     CBatchDrawer(CGlCurrent& gl, const CPreparedScene& scene, const CFrameView& view, CDrawPipeline& pipeline,

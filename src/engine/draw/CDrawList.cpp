@@ -15,7 +15,7 @@ float DepthOf(const std::array<double, 4>& row, CVec3 p) {
     return static_cast<float>(row[0] * p.x + row[1] * p.y + row[2] * p.z + row[3]);
 }
 
-/** The keys of all materials, each computed once a frame and only when something uses it. */
+/** The keys of all materials, each computed at most once a drawing, when something uses it. */
 class CKeys {
   public:
     CKeys(const CPreparedScene& scene, const CDrawPipeline& pipeline)
@@ -42,7 +42,7 @@ class CKeys {
     std::vector<std::uint32_t> m_keys;
 };
 
-/** Adds a batch as the parts that its material has. */
+/** Adds one item for each part that the batch's material has. */
 template <class TMakePart, class TSort>
 void Add(CDrawList& list, const CPreparedMaterial& material, const TMakePart& make, const TSort& sort) {
     if (!IsBlended(material)) {

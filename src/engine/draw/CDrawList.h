@@ -15,14 +15,15 @@ struct CFrameView;
 struct CDrawItem {
     std::uint32_t node = 0, batch = 0, material = 0;
     std::uint32_t key = 0;  ///< CDrawPipeline::SortKey
-    float depth = 0;        ///< of the middle; larger is farther
+    float depth = 0;        ///< depth of the batch's middle; larger is farther
     bool sorted = false;    ///< its indices are in the CSortedBatches
     ESurfacePart part = ESurfacePart::Whole;
 };
 
-/** What a frame draws, in this order: what is outside the view, hidden or invisible is left out. What is
- * transparent by its pictures alone is in both lists, once for each part. That holds for pictures without
- * half-tones, too: filtering makes some at every edge, and of a small fence or leaf nothing else is left. */
+/** What one drawing of the view draws, in this order, without nodes that are hidden or outside the view and
+ * without invisible materials. A batch that only its pictures make transparent is in both lists, once for its
+ * solid and once for its translucent pixels. This includes pictures whose alpha is only 0 or 255: filtering
+ * creates values between at every edge, and a distant fence or leaf consists of such pixels alone. */
 struct CDrawList {
     std::vector<CDrawItem> opaque;       ///< grouped by program and material, near ones first
     std::vector<CDrawItem> transparent;  ///< far ones first

@@ -11,12 +11,13 @@
 class CMeshBuffers {
   public:
     void Upload(CGlCurrent& gl, const CPreparedMesh& mesh);
-    /** True while it holds that mesh's vertices (told by its stamp, and where they lie, and how many). */
+    /** True while the buffers hold that mesh's vertices; compares the mesh's stamp and the address and number
+     * of its vertices. */
     [[nodiscard]] bool HoldsVerticesOf(const CPreparedMesh& mesh) const;
-    /** Uploads the indices anew if the batches cut them differently than before: true. */
+    /** Uploads the indices again if the mesh's batches have changed; then true. */
     bool RefreshIndices(CGlCurrent& gl, const CPreparedMesh& mesh);
 
-    /** Makes it the source of drawing: vertex, normal and texture coordinate arrays, and indices. */
+    /** Binds the arrays of vertices, normals and texture coordinates and the index buffer for drawing. */
     void Bind(CGlCurrent& gl) const;
     /** Draws a run of triangles with the bound arrays; indices come from the bound index buffer. */
     void Draw(CGlCurrent& gl, std::uint32_t firstIndex, std::uint32_t count) const;

@@ -6,9 +6,9 @@
 class CGlCurrent;
 struct CGlCapabilities;
 
-/** Hands a software renderer its work in portions. Left alone it keeps every triangle of a frame, with all
- * that a pixel of it needs, and starts on the pixels late; in portions it draws the pixels of one while the
- * next is set up, and stores two. On other renderers it does nothing. Lives for one frame. */
+/** Gives a software renderer its work in portions. Otherwise the renderer stores all triangles of a picture
+ * and begins late to fill pixels; with portions it fills the pixels of one while the next is set up, and
+ * stores only two. Does nothing on other renderers. Lives for one drawing of the view. */
 class CPacedDrawing {
   public:
     CPacedDrawing(CGlCurrent& gl, const CGlCapabilities& can);
@@ -16,7 +16,7 @@ class CPacedDrawing {
     CPacedDrawing& operator=(const CPacedDrawing&) = delete;
     ~CPacedDrawing();
 
-    /** That many triangles were drawn. */
+    /** To be called after each draw call with its number of triangles. */
     void Drawn(std::uint32_t triangles);
 
   private:

@@ -36,7 +36,7 @@ ETextureFilter FilterOf(int textureRenderMode) {
     }
 }
 
-/** Uploading binds buffers and textures; the caller finds his own bound again. */
+/** Restores the caller's bound buffers and textures, because uploading binds others. */
 class CBindingGuard {
   public:
     explicit CBindingGuard(CGlCurrent&) {
@@ -64,7 +64,7 @@ struct CSceneRenderer::CState {
     CSortedBatches sorted;
 
     void Learn(CGlCurrent& gl);
-    /** True where some mesh is another than before. */
+    /** True when a mesh is not the same as before. */
     bool UpdateMeshes(CGlCurrent& gl, const CPreparedScene& scene);
 };
 
@@ -116,7 +116,7 @@ void CSceneRenderer::Refresh(CGlCurrent& gl, const CPreparedScene& scene) {
 }
 
 void CSceneRenderer::Clear(CGlCurrent&) {
-    // Programs and what was learnt of the context serve the next scene, too.
+    // Programs and capabilities of the context are kept for the next scene.
     m_state->shaders.Trim();
     m_state->textures.Clear();
     m_state->noTextures.Clear();
@@ -152,7 +152,7 @@ void CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDr
 }
 
 void CSceneRenderer::DrawForSelection(CGlCurrent& gl, const CPreparedScene& scene) {
-    // Selection needs no buffers, but a context that something was uploaded to.
+    // Selection needs no buffers, only the capabilities, which the first upload queries.
     if (!m_state->can) return;
     const CGlStateGuard guard(gl, m_state->can->shaders);
     const CFrameView view = CFrameView::FromCurrent(gl);

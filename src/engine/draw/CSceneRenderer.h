@@ -7,7 +7,7 @@
 class CGlCurrent;
 struct CPreparedScene;
 
-/** What a frame is drawn with, apart from the matrices. */
+/** How a scene is drawn, apart from the matrices. */
 struct CDrawOptions {
     bool useFileLights = true;   ///< false, or none in the file: one headlight at the eye
     int textureRenderMode = 0;   ///< 0 trilinear with anisotropy; 1 bilinear, 2 nearest, 3 no textures
@@ -18,8 +18,8 @@ struct CDrawOptions {
  *
  * The caller sets both matrices: projection (with the camera on it, as gluLookAt multiplied there) and
  * model-view (the turn of the model alone). Lighting happens in model-view space; the eye is derived from the
- * projection matrix. What materials mean is said in CMaterialLook.h, what lights mean in CFrameLights.h. The
- * polygon mode that the caller set is kept (wire frame). All other GL state is left as it was found. */
+ * projection matrix. CMaterialLook.h describes what materials mean, CFrameLights.h what lights mean. The
+ * scene is drawn with the caller's polygon mode (wire frame). All GL state is restored. */
 class CSceneRenderer {
   public:
     CSceneRenderer();
@@ -27,16 +27,18 @@ class CSceneRenderer {
     CSceneRenderer(const CSceneRenderer&) = delete;
     CSceneRenderer& operator=(const CSceneRenderer&) = delete;
 
-    /** Makes buffers and textures of the scene, dropping those of the one before. */
+    /** Creates the scene's buffers and textures and deletes those of the scene before. */
     void Upload(CGlCurrent& gl, const CPreparedScene& scene);
-    /** After an edit changed materials, textures, batches or nodes: makes what is new. A mesh whose vertices
-     * still lie where they lay, and a picture likewise, is not uploaded again; one that was given back since
-     * (empty now) stays. */
+    /** To be called after an edit: uploads what is new. Meshes and pictures whose data is still at the same
+     * address are not uploaded again. Those whose data in memory was freed after the upload keep their
+     * buffers and textures. */
     void Refresh(CGlCurrent& gl, const CPreparedScene& scene);
-    /** Deletes everything it made of a scene; its programs stay for the next one, in the same context. */
+    /** Deletes the scene's buffers and textures. Keeps the shader programs for the next scene in the
+     * same context. */
     void Clear(CGlCurrent& gl);
 
-    /** What is opaque, then what is transparent from back to front. scene must be the one uploaded. */
+    /** Draws the opaque parts, then the transparent parts from back to front. scene must be the
+     * one uploaded. */
     void Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options);
     /** For GL_SELECT: loads each drawn node's index with glLoadName and draws its triangles plainly,
      * leaving out nodes whose bounds do not meet the view volume (the pick region, when the projection is

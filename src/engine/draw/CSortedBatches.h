@@ -9,8 +9,8 @@
 #include "engine/draw/triangle_order.h"
 #include "engine/gl/CGlBuffer.h"
 
-/** Index buffers of transparent parts with their triangles from back to front, kept from frame to frame and
- * sorted anew only when the view of that part changed. */
+/** Index buffers of transparent parts with their triangles in order from back to front. They are kept from
+ * one drawing to the next and sorted again only when the view of that part has changed. */
 class CSortedBatches {
   public:
     /** Larger parts are drawn in the file's order: sorting them would cost more than drawing. */
@@ -31,7 +31,7 @@ class CSortedBatches {
     struct CEntry {
         CGlBuffer indices;
         std::array<double, 4> row{};
-        const void* source = nullptr;  ///< the mesh's vertices; never read. An edit may number nodes anew
+        const void* source = nullptr;  ///< the mesh's vertices; only compared: an edit may renumber nodes
         CDepthSpan range;
     };
     std::map<std::pair<std::uint32_t, std::uint32_t>, CEntry> m_batches;

@@ -5,10 +5,10 @@ class CGlCurrent;
 struct CFrameView;
 struct CPreparedScene;
 
-/** Draws for GL_SELECT with the two current matrices: for each node that may be hit glLoadName(its index),
- * then its triangles. OpenGL selects triangle by triangle on the processor, so only nodes whose bounds, and
- * of these only triangles whose corners, are not all beyond one side of the view volume are handed over.
+/** Draws for GL_SELECT with the two current matrices: calls glLoadName with the index of each node that may
+ * be hit, then draws its triangles. OpenGL selects on the processor, triangle by triangle; so nodes and
+ * triangles that lie wholly beyond one side of the view volume are left out.
  *
- * What can be hit is what can be seen: one-sided materials not from behind, and no hidden node or invisible
- * material. Wires count as if they were filled, for they are too thin to be hit. */
+ * Only what can be seen can be hit: no one-sided material from behind, no hidden node, no invisible material.
+ * Triangles of wire materials are filled, because lines are too thin to be hit. */
 void DrawSelectable(CGlCurrent& gl, const CPreparedScene& scene, const CFrameView& view);

@@ -16,8 +16,9 @@ struct CDepthSpan {
     [[nodiscard]] float Middle() const { return (min + max) * 0.5f; }
 };
 
-/** The triangles of indices in order of falling depth of their middles, where the depth of a point p is row .
- * (p, 1). Equal depths (to 1/65,536 of the whole) keep their order. Indices must be valid. */
+/** Writes the triangles of indices to ordered, the farthest middle first. The depth of a point p is row . (p,
+ * 1). Triangles whose depths differ by less than 1/65,536 of the whole range keep their order. Indices must
+ * be valid. Returns the range of depths. */
 template <class TIndex>
 CDepthSpan OrderBackToFront(std::span<const CPreparedVertex> vertices, std::span<const TIndex> indices,
                             const std::array<double, 4>& row, std::vector<TIndex>& ordered);

@@ -16,10 +16,10 @@ class CGlBuffer {
     CGlBuffer& operator=(CGlBuffer&& other) noexcept;
     ~CGlBuffer();
 
-    /** Copies the bytes to the context, in place of what was there. Leaves the buffer bound. */
+    /** Replaces the buffer's data by a copy of these bytes. Leaves the buffer bound. */
     void Fill(CGlCurrent& gl, ETarget target, const void* data, std::size_t bytes,
               EUsage usage = EUsage::Static);
-    /** Binds it; an empty one binds nothing. */
+    /** Binds the buffer; an empty one unbinds the target. */
     void Bind(CGlCurrent& gl, ETarget target) const;
 
     [[nodiscard]] bool IsEmpty() const { return m_id == 0; }

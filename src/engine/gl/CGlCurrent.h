@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/** Proof that an OpenGL context is current. Functions that create, draw with or delete GL objects take one,
- * so the compiler asks whether a context is current. Only those who make a context current hand one out: the
- * offscreen context, the canvas, and the engine for its fixed interface, whose callers promise it. */
+/** Proof that an OpenGL context is current. Functions that create GL objects or draw with them take one, so
+ * the compiler checks that the caller has a current context. Only two classes can give one out: the offscreen
+ * context, and the engine, whose callers promise that a context is current. */
 class CGlCurrent {
   public:
     CGlCurrent(const CGlCurrent&) = delete;

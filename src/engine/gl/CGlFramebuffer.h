@@ -5,8 +5,8 @@
 
 class CGlCurrent;
 
-/** One framebuffer object with an 8-bit RGBA colour and a 24-bit depth buffer. Move-only;
- * empty by default. */
+/** One framebuffer object with an 8-bit RGBA colour and a 24-bit depth buffer. Move-only; empty by default.
+ * Destroyed while its context is current. */
 class CGlFramebuffer {
   public:
     CGlFramebuffer() = default;
@@ -14,11 +14,12 @@ class CGlFramebuffer {
     CGlFramebuffer& operator=(CGlFramebuffer&& other) noexcept;
     ~CGlFramebuffer();
 
-    /** samples: 0 or 1 for none, more are reduced to what the context has. Leaves it bound. */
+    /** samples: per pixel, 0 or 1 for no multisampling, at most as many as the context has. Leaves the
+     * framebuffer bound. */
     [[nodiscard]] static CResult<CGlFramebuffer> Create(CGlCurrent& gl, int width, int height, int samples);
 
     void Bind(CGlCurrent& gl) const;
-    /** Copies the colours, averaging samples, to one of the same size; that one is bound afterwards. */
+    /** Copies the colours, samples averaged, to a framebuffer of the same size and leaves that one bound. */
     void ResolveTo(CGlCurrent& gl, const CGlFramebuffer& target) const;
 
     [[nodiscard]] int Width() const { return m_width; }

@@ -17,6 +17,6 @@ class CGlStateGuard {
   private:
     bool m_hasShaders;
     int m_program = 0;
-    // Kept here: a caller who pushed already may have used up the few places of the projection stack.
+    // Saved here because the caller may have used up the projection stack, which is small.
     std::array<float, 16> m_projection{};
 };

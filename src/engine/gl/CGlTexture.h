@@ -11,9 +11,9 @@ struct CImage;
 enum class ETextureWrap { Repeat, Mirror, Clamp };
 enum class ETextureFilter { Trilinear, Bilinear, Nearest };
 
-/** One two-dimensional texture with all its mipmap levels. Move-only; empty until filled. Its first row
- * is the picture's top row: users turn v over, which saves a copy of the picture. Destroyed while its
- * context is current. */
+/** One two-dimensional texture with all its mipmap levels. Move-only; empty until filled. Its first row is
+ * the picture's top row: callers mirror v, which saves a copy of the picture. Destroyed while its context
+ * is current. */
 class CGlTexture {
   public:
     CGlTexture() = default;
@@ -26,8 +26,8 @@ class CGlTexture {
     void Fill(CGlCurrent& gl, const CGlCapabilities& can, const CImage& image, ETextureWrap wrap);
     /** Binds it to a texture unit, which becomes the active one, and sets the filter if it was another. */
     void Bind(CGlCurrent& gl, int unit, ETextureFilter filter);
-    /** What lies beside a clamped picture, for the fixed pipeline: red, green, blue, alpha.
-     * Bound at present. */
+    /** The colour beside a clamped picture for the fixed pipeline: red, green, blue, alpha, 0..1. The texture
+     * must be bound. */
     void SetBorder(CGlCurrent& gl, const std::array<float, 4>& color);
 
     [[nodiscard]] bool IsEmpty() const { return m_id == 0; }
@@ -40,5 +40,5 @@ class CGlTexture {
     float m_anisotropy = 1;
 };
 
-/** The picture averaged down (or, to reach the next power of two, up) to a size. Public for its test. */
+/** Scales a picture to a size by averaging; up only to the next power of two. Public for its test. */
 [[nodiscard]] CImage ResizeForTexture(const CImage& image, int width, int height);

@@ -44,7 +44,7 @@ EGLDisplay FindDeviceDisplay() {
     return EGL_NO_DISPLAY;
 }
 
-/** Started once for the process and never ended: ending it would take the contexts of others along. */
+/** Initialised once for the process and never terminated: that would destroy all other contexts too. */
 EGLDisplay FindDisplay() {
     static const EGLDisplay found = [] {
         if (ClientHas("EGL_MESA_platform_surfaceless")) {

@@ -15,8 +15,8 @@ class CGlCurrent;
  * Move-only. One thread uses it at a time, and each thread has at most one context current. */
 class COffscreenContext {
   public:
-    /** samples: of one pixel, 0 or 1 for none; reduced to what the context has. Current in this
-     * thread on success. */
+    /** samples: per pixel, 0 or 1 for no multisampling, at most as many as the context has. On success the
+     * context is current in this thread. */
     [[nodiscard]] static CResult<COffscreenContext> Create(int width, int height, int samples = 0);
 
     COffscreenContext(COffscreenContext&&) noexcept;
@@ -26,7 +26,7 @@ class COffscreenContext {
     /** Makes it current in this thread and its picture the target of drawing, with a viewport of
      * the whole picture. */
     CGlCurrent& MakeCurrent();
-    /** Another size or number of samples; the picture's content is lost. On failure the old picture stays. */
+    /** Changes size and samples; the picture's content is lost. On failure the old picture stays. */
     [[nodiscard]] CStatus Resize(int width, int height, int samples);
     /** What was drawn, samples averaged, alpha as drawn. */
     [[nodiscard]] CResult<CImage> ReadPixels();
@@ -34,7 +34,7 @@ class COffscreenContext {
     [[nodiscard]] int Width() const;
     [[nodiscard]] int Height() const;
     [[nodiscard]] int Samples() const;
-    /** What draws, in the driver's words. */
+    /** The renderer's name as the driver gives it. */
     [[nodiscard]] std::string RendererName() const;
 
   private:

@@ -7,11 +7,12 @@
 
 class CGlCurrent;
 
-/** A picture in memory that OpenGL draws into, with as many samples as the context has. Move-only;
- * empty by default. */
+/** A picture in memory that OpenGL draws into, with as many samples as the context has. Move-only; empty by
+ * default. Destroyed while its context is current. */
 class CPictureTarget {
   public:
-    /** samples: of one pixel, 0 or 1 for none. Leaves it bound, with a viewport of the whole picture. */
+    /** samples: per pixel, 0 or 1 for no multisampling. Leaves the picture bound, with a viewport of the
+     * whole picture. */
     [[nodiscard]] static CResult<CPictureTarget> Create(CGlCurrent& gl, int width, int height, int samples);
 
     /** Makes it the target of drawing, with a viewport of the whole picture. */

@@ -17,10 +17,10 @@ constexpr CVec3 kCameraColor{0.25f, 0.55f, 0.95f};
 constexpr CVec3 kLightColor{0.95f, 0.80f, 0.20f};
 constexpr CVec3 kLightOffColor{0.45f, 0.40f, 0.20f};
 constexpr float kSymbolSize = 0.06f;  // of the radius
-constexpr float kAxisLength = 0.85f;  // with its letter it stays inside the sphere, and so in every preset
+constexpr float kAxisLength = 0.85f;  // with its letter it stays inside the sphere, which every preset shows
 constexpr float kLetterSize = 0.09f;
 
-/** Lines in plain colours; afterwards everything is as before. */
+/** Sets the state for lines in plain colours during its lifetime. */
 class CLineState {
   public:
     CLineState() {

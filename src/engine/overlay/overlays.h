@@ -8,8 +8,9 @@
 class CGlCurrent;
 struct CPreparedScene;
 
-/** Line drawings over a scene that has just been drawn: with its matrices, hidden by what stands before them.
- * They use the fixed pipeline and leave all OpenGL state as they found it. */
+/** Which line drawings are shown over a scene. They use the matrices and the depth buffer of the scene
+ * that has just been drawn, so nearer surfaces hide them. They use the fixed pipeline and restore all
+ * OpenGL state. */
 struct COverlays {
     bool bounds = false;
     bool cameras = false;
@@ -19,7 +20,8 @@ struct COverlays {
     [[nodiscard]] bool Any() const { return bounds || cameras || lights || axes; }
 };
 
-/** Draws the chosen ones, sized after the scene's bounding sphere (as a unit sphere when it has no size). */
+/** Draws the chosen ones. Their size follows the scene's bounding sphere, or a unit sphere for a scene
+ * without extent. */
 void DrawOverlays(const CGlCurrent& gl, const CPreparedScene& scene, const COverlays& overlays);
 
 /** Spheres that hold what DrawOverlays would draw, for the choice of near and far planes. */

@@ -14,7 +14,7 @@ struct CFrameLights;
 struct CFrameView;
 struct CPreparedMaterial;
 
-/** What stays the same during one frame. */
+/** What stays the same during one drawing of the view. */
 struct CFrame {
     const CFrameView& view;
     const CFrameLights& lights;
@@ -23,19 +23,19 @@ struct CFrame {
     bool asLines = false;  ///< the caller draws a wire frame
 };
 
-/** One way of giving materials, lights and transforms to OpenGL. Used between Begin and End of one frame; the
- * caller takes care of culling, blending and buffers, and restores state that was changed. */
+/** One way of giving materials, lights and transforms to OpenGL. Begin and End enclose one drawing of the
+ * view. The caller sets culling, blending and buffers, and restores the state that the pipeline changes. */
 class CDrawPipeline {
   public:
     virtual ~CDrawPipeline() = default;
     virtual void Begin(CGlCurrent& gl, const CFrame& frame) = 0;
     virtual void End(CGlCurrent& gl) = 0;
-    /** Parts of equal keys are cheap to draw one after the other. */
+    /** Parts with equal keys need few changes of state between them, so the caller groups them. */
     [[nodiscard]] virtual std::uint32_t SortKey(const CPreparedMaterial& material, bool hasTexCoords,
                                                 ESurfacePart part) const = 0;
     virtual void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords,
                              ESurfacePart part) = 0;
-    /** The transform of what is drawn next; comes after UseMaterial. */
+    /** Sets the transform of the triangles drawn next. Call it after UseMaterial. */
     virtual void UseTransform(CGlCurrent& gl, const CMatrix4d& eyeModelView) = 0;
 };
 

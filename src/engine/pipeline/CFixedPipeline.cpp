@@ -43,7 +43,7 @@ void SetLight(GLenum name, const CFrameLight& light) {
     glLightf(name, GL_SPOT_CUTOFF, cone ? halfDeg : 180);
     glLightf(name, GL_SPOT_EXPONENT, cone ? SpotExponent(light) : 0);
     if (cone) glLightfv(name, GL_SPOT_DIRECTION, Four(light.direction).data());
-    // Half the light in the middle of the range is as near as this formula comes to a straight fall.
+    // The formula cannot give a linear falloff; half the light in the middle of the range comes nearest.
     const float middle = (light.innerRange + light.outerRange) * 0.5f;
     glLightf(name, GL_CONSTANT_ATTENUATION, 1);
     glLightf(name, GL_LINEAR_ATTENUATION, 0);
@@ -105,7 +105,7 @@ void CFixedPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& materi
     const bool metal = material.shading == EShading::Metal && look.surface.tintedSpecular;
     const CVec3 d = look.diffuse, s = look.specular;
     const CVec3 specular = metal ? CVec3{s.x * d.x, s.y * d.y, s.z * d.z} : s;
-    // A texture takes the colour's place by its amount; what is left of the colour shines through as a whole.
+    // A texture replaces the colour by its amount; the rest of the colour is added evenly.
     const bool textured = look.surface.Has(EMapKind::Texture);
     const float kept = textured ? 1 - material.texture.amount : 1;
     const auto blend = [&](CVec3 color) {

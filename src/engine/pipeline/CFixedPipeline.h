@@ -7,9 +7,9 @@
 
 struct CMaterialLook;
 
-/** OpenGL's built-in lighting, for contexts without shaders: the same colours, computed for each
- * vertex. It shows the first texture only, ends highlights at an exponent of 128 and gives spots a soft
- * edge only roughly. */
+/** OpenGL's built-in lighting, for contexts without shaders: the same colours as the shaders, computed for
+ * each vertex. It shows only the first texture, limits the exponent of highlights to 128 and approximates the
+ * soft edge of spots. */
 class CFixedPipeline final : public CDrawPipeline {
   public:
     void Begin(CGlCurrent& gl, const CFrame& frame) override;

@@ -19,7 +19,7 @@ float CosOfHalf(float coneDeg) {
     return std::cos(half * std::numbers::pi_v<float> / 180);
 }
 
-/** By how much the turn of the model enlarges it; ranges of lights grow with it. */
+/** The factor by which the model-view matrix enlarges the scene; it also scales the ranges of lights. */
 float Enlargement(const CFrameView& view) {
     return static_cast<float>(std::cbrt(std::abs(view.modelView.Determinant3())));
 }

@@ -20,9 +20,9 @@ struct CFrameLight {
     float outerRange = 2e30f;
 };
 
-/** The lights of one frame: those of the file that are switched on, the strongest kMaxLights when there are
- * more; when there is none, or they are not wanted, one white headlight at the eye. The file's ambient
- * light always counts. */
+/** The lights of one drawing of the view: those of the file that are switched on, at most the kMaxLights
+ * strongest; or one white headlight at the eye when there are none or useFileLights is false. The file's
+ * ambient light always counts. */
 struct CFrameLights {
     static constexpr std::size_t kMaxLights = 8;
 

@@ -7,9 +7,9 @@
 
 class CGlCurrent;
 
-/** The view of one frame, taken from the two current matrices: projection with the camera on it,
- * model-view with the turn of the model. Drawing happens in eye-relative space: the axes of model-view
- * space, the eye at the origin. */
+/** The view of one drawing, taken from the two current matrices: the projection, which includes the camera,
+ * and the model-view matrix, which turns the scene. Drawing happens in eye-relative space: the axes of
+ * model-view space with the eye at the origin. */
 struct CFrameView {
     CMatrix4d projection;         ///< as the caller set it
     CMatrix4d modelView;          ///< as the caller set it
@@ -25,17 +25,17 @@ struct CFrameView {
     [[nodiscard]] static CFrameView FromCurrent(CGlCurrent& gl);
     [[nodiscard]] static CFrameView FromMatrices(const CMatrix4d& projection, const CMatrix4d& modelView);
 
-    /** What the vertices of a mesh are multiplied with to come into eye-relative space. */
+    /** The matrix that takes the vertices of a mesh to eye-relative space. */
     [[nodiscard]] CMatrix4d EyeModelView(const CMat4& meshToWorld) const;
     /** A scene's point in eye-relative space. */
     [[nodiscard]] CVec3 ToEye(CVec3 worldPoint) const;
-    /** A matrix, 3x3 column by column, that takes (x, y, 1) of a pixel, as gl_FragCoord has it, to a
-     * vector towards the viewer, of any length. viewport: x, y, width, height as OpenGL has them,
-     * width and height > 0. */
+    /** A matrix, 3x3 column by column, that takes (x, y, 1) of a pixel, in gl_FragCoord's coordinates, to a
+     * vector towards the viewer, of any length. viewport: x, y, width, height as OpenGL has them, width and
+     * height > 0. */
     [[nodiscard]] std::array<float, 9> PixelToViewer(const std::array<int, 4>& viewport) const;
     /** False when a box in the scene's coordinates lies wholly outside the view volume. */
     [[nodiscard]] bool MayShow(const CBox& worldBounds) const;
-    /** Depth (larger is farther) of a mesh's point p: row . (p, 1). */
+    /** The row that gives the depth of a mesh's point p as row . (p, 1); larger is farther. */
     [[nodiscard]] std::array<double, 4> DepthRow(const CMatrix4d& eyeModelView) const;
 };
 

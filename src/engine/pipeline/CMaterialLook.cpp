@@ -45,7 +45,7 @@ CMaterialLook CMaterialLook::From(const CPreparedMaterial& material, const CText
     CShaderVariant& surface = look.surface;
     surface.maps = UsableMaps(material, textures, hasTexCoords);
     surface.specular = material.shininessStrength > 0;
-    // A line has no plane whose normal could be taken.
+    // Flat shading needs the normal of a plane, and a line has none.
     surface.flat = material.shading == EShading::Flat && !asLines;
     surface.twoSided = material.twoSided && !surface.flat;
     if (!surface.specular) {

@@ -11,24 +11,23 @@ class CTextureSet;
 struct CPreparedMap;
 struct CPreparedMaterial;
 
-/**
- * What a material means for drawing, the same for shaders and the fixed pipeline:
+/** What a material means for drawing, the same for shaders and the fixed pipeline:
  *
  *   colour = self-illumination * diffuse + file's ambient light * ambient
  *          + for each light: colour * (diffuse * N.L + specular * (N.H)^exponent where N.L > 0)
  *   opacity = 1 - transparency; blending scales everything by it, highlights too
  *
- * so a self-illuminated part is lit on top of its own light, and clipped at white.
- */
+ * so a self-illuminated part adds the lamps' light to its own; sums are clipped at white. */
 struct CMaterialLook {
     CVec3 diffuse, ambient;
-    CVec3 specular;      ///< times its strength; of metal without maps tinted by diffuse
+    CVec3 specular;      ///< times its strength; for metal without maps tinted by diffuse
     float exponent = 1;  ///< 2^(10 * shininess)
     float selfIllumination = 0;
     float opacity = 1;
-    CShaderVariant surface;  ///< its lights are not filled in
+    CShaderVariant surface;  ///< without the lights, which the pipeline adds
 
-    /** Maps count only with texture coordinates (reflections always) and a texture that is there. */
+    /** Maps count only if the mesh has texture coordinates (reflections always) and the texture
+     * was uploaded. */
     [[nodiscard]] static CMaterialLook From(const CPreparedMaterial& material, const CTextureSet& textures,
                                             bool hasTexCoords, bool asLines);
 };

@@ -27,8 +27,8 @@ CVec3 BaseColor(const CMaterialLook& look, CVec3 ambientLight) {
     return d + CVec3{a.x * ambientLight.x, a.y * ambientLight.y, a.z * ambientLight.z};
 }
 
-/** Where the angle of a reflection jumps by a whole turn, and at the poles, mipmapping would take a
- * level too coarse. */
+/** Without mipmaps: where the angle of a reflection jumps by a whole turn, and at the poles, too coarse a
+ * level would be chosen. */
 ETextureFilter FilterFor(EMapKind kind, ETextureFilter wanted) {
     return kind == EMapKind::Reflection && wanted == ETextureFilter::Trilinear ? ETextureFilter::Bilinear
                                                                                : wanted;
@@ -109,7 +109,7 @@ CShaderPipeline::CVariantProgram& CShaderPipeline::Program(CGlCurrent& gl, const
     if (!m_rejected.contains(variant.Key())) {
         CResult<CVariantProgram> built = Build(gl, variant);
         if (built) return m_programs.emplace(variant.Key(), std::move(built).Value()).first->second;
-        m_rejected.insert(variant.Key());  // to try it again would take as long in every frame
+        m_rejected.insert(variant.Key());  // or each drawing would spend the time to try again
     }
     // A driver that gives up on a long program (many maps) still draws the material without them.
     const CShaderVariant plain;
@@ -152,8 +152,8 @@ void CShaderPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& mater
 }
 
 void CShaderPipeline::SetFrame(const CVariantProgram& program) const {
-    // Rows of a window count upwards, those of a picture downwards for Mesa, which hears of a change between the
-    // two only when a program is new or one of its values is.
+    // For Mesa the rows of a window count upwards and those of a framebuffer object downwards. Mesa notices a
+    // change between the two only when the program or one of its uniforms changes.
     constexpr std::array<float, 9> kNone{};
     glUniformMatrix3fv(program.toViewer, 1, GL_FALSE, kNone.data());
     glUniformMatrix3fv(program.toViewer, 1, GL_FALSE, m_toViewer.data());

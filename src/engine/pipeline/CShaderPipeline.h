@@ -16,7 +16,7 @@ struct CMaterialLook;
 /** Per-pixel Blinn-Phong in GLSL 1.20; programs are built when a scene first needs them, and kept. */
 class CShaderPipeline final : public CDrawPipeline {
   public:
-    /** Makes a program of a vertex and a fragment shader's text. */
+    /** Builds a program from the sources of a vertex and a fragment shader. */
     using CBuilder = CResult<CGlProgram> (*)(CGlCurrent&, const std::string&, const std::string&);
     explicit CShaderPipeline(CBuilder build = &CGlProgram::Build) : m_build(build) {}
 
@@ -28,10 +28,10 @@ class CShaderPipeline final : public CDrawPipeline {
                      ESurfacePart part) override;
     void UseTransform(CGlCurrent& gl, const CMatrix4d& eyeModelView) override;
 
-    /** Whether this context's compiler takes our shaders at all; builds the simplest one. */
+    /** Builds the simplest program. An error means that this context cannot compile our shaders. */
     [[nodiscard]] CStatus Check(CGlCurrent& gl);
-    /** Between two scenes: keeps the programs for the next one, unless they have become many. A software
-     * renderer holds half a megabyte of machine code for each. */
+    /** To be called between two scenes: keeps the programs for the next one, but deletes all if there are
+     * more than kMostKept. A software renderer holds half a megabyte of machine code for each. */
     void Trim() {
         constexpr std::size_t kMostKept = 12;
         if (m_programs.size() > kMostKept) m_programs.clear();
@@ -40,7 +40,7 @@ class CShaderPipeline final : public CDrawPipeline {
   private:
     struct CVariantProgram {
         CGlProgram program;
-        std::uint64_t frame = 0;  ///< in which its lights were last set
+        std::uint64_t frame = 0;  ///< the drawing (m_frameNumber) in which its lights were last set
         int normal = -1, toViewer = -1, base = -1, diffuse = -1, ambient = -1, self = -1, specular = -1;
         int ambientLight = -1, lightPosition = -1, lightDirection = -1, lightColor = -1, lightRange = -1;
         int mapS = -1, mapT = -1, mapValue = -1, mapWeight = -1;
@@ -56,9 +56,9 @@ class CShaderPipeline final : public CDrawPipeline {
 
     CBuilder m_build;
     std::unordered_map<std::uint32_t, CVariantProgram> m_programs;
-    std::unordered_set<std::uint32_t> m_rejected;  ///< variants that the driver does not take
+    std::unordered_set<std::uint32_t> m_rejected;  ///< variants that the driver cannot compile
     CVariantProgram* m_current = nullptr;
     std::optional<CFrame> m_frame;
-    std::array<float, 9> m_toViewer{};  ///< CFrameView::PixelToViewer of this frame
+    std::array<float, 9> m_toViewer{};  ///< CFrameView::PixelToViewer of this drawing
     std::uint64_t m_frameNumber = 0;
 };

@@ -8,7 +8,7 @@
 
 namespace {
 
-/** Never read, or given back after it was uploaded. */
+/** Never read, or freed after it was uploaded. */
 bool IsGone(const CImage& image) {
     return image.IsEmpty() || image.rgba.empty();
 }

@@ -15,20 +15,20 @@ struct CPreparedMap;
 struct CPreparedScene;
 struct CPreparedTexture;
 
-/** How a map's alpha counts: as weight of the colours, which are uploaded multiplied by it,
- * or not for them. */
+/** How a map uses its picture's alpha: Multiplied uploads colours multiplied by alpha, Separate uploads both
+ * as they are. */
 enum class EAlphaUse { Separate, Multiplied };
 
-/** The textures of a scene on the GPU: one for each picture, way of going on beside it and use of its alpha
- * that some material has. Pictures that no map with an effect uses are not uploaded. */
+/** The textures of a scene on the GPU: one for each combination of picture, wrap mode and use of alpha that
+ * some material needs. Pictures that no map with an effect uses are not uploaded. */
 class CTextureSet {
   public:
-    /** Uploads what is missing, replaces what another picture stands for now, drops what is no longer used. A
-     * picture whose bytes were given back since (empty, same place) keeps its texture. */
+    /** Uploads missing textures, replaces those whose picture has changed, and deletes those no longer used.
+     * A picture whose bytes were freed after the upload keeps its texture. */
     void Update(CGlCurrent& gl, const CGlCapabilities& can, const CPreparedScene& scene);
     void Clear() { m_textures.clear(); }
 
-    /** slot says what the map is for. */
+    /** True when the map's picture was uploaded. slot: the map's kind. */
     [[nodiscard]] bool Has(EMapKind slot, const CPreparedMap& map) const;
     /** The map's texture; null where Has is false. */
     [[nodiscard]] CGlTexture* Find(EMapKind slot, const CPreparedMap& map);

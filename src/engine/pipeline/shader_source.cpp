@@ -9,8 +9,8 @@ namespace {
 constexpr std::array<const char*, kMapKinds> kMapMacros{"TEXTURE",   "TEXTURE2", "OPACITY", "SPECULAR_MAP",
                                                         "SHININESS", "SELF",     "BUMP",    "REFLECTION"};
 
-// Every varying costs a software renderer as much as a triangle's set-up does; a plain part
-// needs no position.
+// For a software renderer each varying costs as much as the set-up of a triangle; a plain part needs
+// no position.
 constexpr const char* kVertex = R"(
 #ifdef POSITION
 varying vec3 vPoint;
@@ -74,7 +74,7 @@ uniform float uSelf;
 vec2 Coordinates(int i, vec2 uv) {
     return vec2(dot(uMapS[i], vec3(uv, 1.0)), dot(uMapT[i], vec3(uv, 1.0)));
 }
-// The map's amount, none beside a decal.
+// The map's amount; 0 outside a decal.
 float Amount(int i, vec2 at) {
     vec2 away = abs(at - 0.5);
     return uMapValue[i].w > 0.5 && max(away.x, away.y) > 0.5 ? 0.0 : uMapValue[i].x;
@@ -131,7 +131,7 @@ void main() {
     {
         vec2 at = Coordinates(0, vUv);
         vec4 color = texture2D(uMap0, at);
-        // Colours are multiplied by an alpha that counts, so that what is transparent does not bleed into its edge.
+        // Colours are premultiplied where alpha counts, so that transparent pixels do not bleed into the edges.
         color.rgb /= max(mix(1.0, color.a, uMapWeight[0].z + uMapWeight[0].w), 0.004);
         float amount = Amount(0, at) * mix(1.0, color.a, uMapWeight[0].z);
         diffuse = mix(diffuse, Colour(0, color), amount);

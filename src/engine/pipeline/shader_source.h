@@ -8,16 +8,17 @@
 enum class EMapKind { Texture, Texture2, Opacity, Specular, Shininess, SelfIllumination, Bump, Reflection };
 constexpr int kMapKinds = 8;
 
-/** Which pixels of a surface are drawn. Pictures often leave most of a surface opaque, and its triangles
- * cannot be put into an order that is right everywhere; so what is solid is drawn with the depth buffer, and
- * only the rest of it from back to front. */
+/** Which pixels of a surface are drawn. Most pixels of a surface with a transparent picture are often opaque,
+ * and no order of its triangles is right everywhere. So its solid pixels are drawn with the depth buffer, and
+ * only the rest from back to front. */
 enum class ESurfacePart { Whole, Solid, Translucent };
-/** The least alpha, of 255, that is solid. What is drawn solid is wrong by 2 % at most, which nobody sees;
- * and pictures of a lossy format are solid where they were meant to be. */
+/** The least alpha, of 255, that counts as solid. The error of at most 2 % is invisible, and lossy picture
+ * formats stay solid where they were meant to be. */
 constexpr int kSolidAlpha = 250;
 
-/** Which of the small programs draws a part. A plain part under the headlight needs a dozen instructions, and
- * software OpenGL is as fast as that; so each combination that a scene uses is a program of its own. */
+/** Selects the shader program for a part. Each combination that a scene uses gets its own program,
+ * because software OpenGL is only as fast as a program is short: a plain part under the headlight needs a
+ * dozen instructions. */
 struct CShaderVariant {
     std::uint32_t maps = 0;  ///< bit 1 << EMapKind
     int lights = 0;          ///< 0: headlight

@@ -16,7 +16,7 @@
 
 namespace {
 
-/** Says that the export has ended, on every way out. */
+/** Calls Finished on every way out of the export. */
 class CFinishedGuard {
   public:
     explicit CFinishedGuard(C3ds2PovExportFlow* flow) : m_flow(flow) {}
@@ -34,7 +34,7 @@ class CFinishedGuard {
     C3ds2PovExportFlow* m_flow;
 };
 
-/** Runs the work; exceptions, those of the flow too, become errors. */
+/** Runs work and turns exceptions, also those of the flow, into errors. */
 template <class Work>
 CStatus Guarded(C3ds2PovExportFlow* flow, const std::string& output, Work work) {
     const CFinishedGuard guard(flow);
@@ -52,7 +52,7 @@ CStatus Guarded(C3ds2PovExportFlow* flow, const std::string& output, Work work) 
 CStatus Prepare(const CScene& scene, const std::string& output, const C3ds2Pov::COutFormat& format,
                 C3ds2PovExportFlow* flow) {
     CPrepareOptions options;
-    options.loadTextures = true;  // without pictures too: materials may be black where they are missing
+    options.loadTextures = true;  // also for an export without them: materials may depend on missing pictures
     CPreparedScene prepared;
     C3ds2PovExportFlow::Do(flow, [&] { prepared = PrepareScene(scene, options); });
     const CSeenView seen = pov_export_format::SeenViewOf(prepared, format);

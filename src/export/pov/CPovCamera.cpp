@@ -8,7 +8,7 @@
 
 namespace {
 
-/** True where the scale does no more than make all larger or smaller. */
+/** True when the scale is the same for all axes. */
 bool IsEven(CVec3d scale) {
     constexpr double kSmallest = 1e-6, kLargest = 1e6;  // beyond it eye and model are no longer told apart
     return scale.x >= kSmallest && scale.x <= kLargest && scale.y == scale.x && scale.z == scale.x;
@@ -21,7 +21,7 @@ CPovCamera::CPovCamera(const CSeenView& seen)
     Place(seen);
     const CVec3 back = Normalized(seen.Eye() - seen.camera.Target());
     const CMat4 view = seen.ViewMatrix();
-    // Along the up vector the view takes another one, which its matrix tells.
+    // The up vector comes from the view's matrix: the view uses another one when it looks along it.
     const bool hasUp = Length(Cross(seen.camera.Up(), back)) > 1e-3f;
     m_back = FromView(back);
     m_up = FromView(hasUp ? seen.camera.Up() : CVec3{view.m[1], view.m[5], view.m[9]});
@@ -70,7 +70,8 @@ void CPovCamera::Write(CPovText& text, float scale) const {
     text << "#declare Aspect=image_width/image_height;\n";
     text << "#declare Center=" << m_target * scale << ";\n";
     if (m_lens.fittedRadius > 0) {
-        // From here, but for the zoom, the narrower side of any picture just holds the sphere round the model.
+        // At this distance, without zoom, the sphere round the model just fits the narrower side of
+        // the picture.
         text << "#declare Narrow=" << m_lens.tanY << "*min(1,Aspect);\n";
         text << "#declare Distance=" << m_lens.zoom * m_lens.fittedRadius * size
              << "*sqrt(1+Narrow*Narrow)/Narrow;\n";
@@ -82,7 +83,7 @@ void CPovCamera::Write(CPovText& text, float scale) const {
     text << "#declare Ahead=vnormalize(Center-Eye);\n#declare Right=vnormalize(vcross(Ahead," << m_up
          << "));\n";
     text << "camera{perspective location Eye direction Ahead*";
-    if (m_lens.tanX > 0)  // what a zoom box held is seen in a picture of any shape
+    if (m_lens.tanX > 0)  // the content of a zoom box is visible in a picture of any shape
         text << "(.5/max(" << m_lens.tanY << "," << m_lens.tanX << "/Aspect))";
     else
         text << 0.5 / m_lens.tanY;

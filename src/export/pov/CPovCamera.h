@@ -5,22 +5,22 @@
 
 class CPovText;
 
-/** The camera of an exported scene: the view's own, moved round the model the other way instead of the model
- * being turned, shifted and scaled. Scene coordinates stay as the file has them; the camera carries the
- * change from the file's right-handed to POV-Ray's left-handed axes. Only where the view's scale is uneven
- * the model is placed as the view places it (Place), as no camera can stand in for that. */
+/** The camera of an exported scene. Where the view turns, shifts and scales the model, the export moves the
+ * camera the opposite way, so the scene keeps the file's coordinates. The camera also converts the file's
+ * right-handed axes to POV-Ray's left-handed ones. Only if the view's scale differs between the axes is the
+ * model itself transformed (Place), because no camera can show that. */
 class CPovCamera {
   public:
     explicit CPovCamera(const CSeenView& seen);
 
-    /** What the scene's coordinates are multiplied with to become the written ones. */
+    /** The transform from the scene's coordinates to the written ones. */
     [[nodiscard]] const CMat4& Place() const { return m_place; }
-    /** Where it stands in a picture of the view's shape, in written coordinates. */
+    /** The camera's position for a picture of the view's shape, in written coordinates. */
     [[nodiscard]] CVec3 Eye() const;
-    /** Of the model, in written coordinates. */
+    /** Radius of the scene's bounding sphere, in written coordinates. */
     [[nodiscard]] float ModelRadius() const { return m_radius; }
-    /** A direction of the view's space, in which the turned model stands, in written coordinates; as long
-     * as it is given. */
+    /** Converts a direction of the view's space, in which the model is turned, to written coordinates; keeps
+     * its length. */
     [[nodiscard]] CVec3 FromView(CVec3 direction) const;
 
     /** Declares Eye and the camera, for a scene that is written `scale` times as large. The picture may have

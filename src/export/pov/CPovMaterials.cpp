@@ -9,7 +9,7 @@
 
 namespace {
 
-/** An additive surface covers next to nothing of what is behind it, and shines so much more itself. */
+/** An additive surface hides almost nothing behind it; its own colour is increased to make up for that. */
 constexpr float kAdditiveCover = 1.0f / 256;
 constexpr float kBumpHeight = 0.03f;  // of white over black, in widths of a tile, as in the view
 constexpr float kViewDiffuse = 1 / CPovMaterials::kLightGain;
@@ -33,7 +33,7 @@ std::string Rgb(CVec3 c) {
     return "rgb<" + Number(c.x) + ',' + Number(c.y) + ',' + Number(c.z) + '>';
 }
 
-/** What the light without direction gives, as POV-Ray wants it: a factor of the pigment. */
+/** The ambient light as POV-Ray expects it: as a factor of the pigment. */
 CVec3 AmbientFactor(CVec3 light, CVec3 ambient, CVec3 pigment) {
     const auto factor = [](float l, float a, float p) { return p > 0 ? l * a / p : 0; };
     return {factor(light.x, ambient.x, pigment.x), factor(light.y, ambient.y, pigment.y),
@@ -79,7 +79,7 @@ std::uint32_t CPovMaterials::Use(CKey key) {
     CTexture made = Make(m_scene.materials[material], hasTexCoords, lit);
     std::uint32_t number = 0;
     if (hasTexCoords && !made.mapped) {
-        // The same as without coordinates: one declaration serves both.
+        // Equal to the texture without coordinates, so one declaration serves both.
         number = Use(CKey{material, false, lit});
     } else {
         number = static_cast<std::uint32_t>(m_textures.size());
@@ -89,7 +89,7 @@ std::uint32_t CPovMaterials::Use(CKey key) {
     return number;
 }
 
-/** True where something is left of a surface without the light. */
+/** True when a surface is visible without the light. */
 bool CPovMaterials::ShowsUnlit(const CPreparedMaterial& material, bool hasTexCoords) {
     const CVec3 light = m_scene.ambientLight;
     return light.x > 0 || light.y > 0 || light.z > 0 || material.selfIllumination > 0 ||
@@ -227,7 +227,7 @@ std::string CPovMaterials::Normal(const CPreparedMaterial& material) {
 }
 
 std::string CPovMaterials::Finish(const CPreparedMaterial& material, CTerms terms, bool mapped) {
-    // What shines by itself takes less light from lamps.
+    // A self-illuminated surface takes less light from lamps.
     const float plain = Unit(m_format.diffuse), own = Unit(m_format.selfDiffuse);
     float diffuse = terms.lit ? plain + (own - plain) * terms.self : 0;
     float self = terms.self;
@@ -244,7 +244,7 @@ std::string CPovMaterials::Finish(const CPreparedMaterial& material, CTerms term
     if (ambient.x > 0 || ambient.y > 0 || ambient.z > 0) finish += " ambient " + Rgb(ambient);
     const float strength = Luminance(material.specular) * Unit(material.shininessStrength);
     if (strength > 0 && terms.lit && !terms.highlightApart) {
-        // POV-Ray does not dim the highlights of what is seen through.
+        // POV-Ray does not dim the highlights of transparent surfaces; the view does.
         finish += " specular " + Number(strength * terms.specular * terms.opacity * kViewDiffuse);
         finish += " roughness " + Number(std::exp2(-10 * Unit(material.shininess)));
         if (material.shading == EShading::Metal) finish += " metallic";
@@ -265,7 +265,7 @@ float CPovMaterials::Reflection(const CPreparedMaterial& material) {
     return Unit(map.amount);
 }
 
-/** A finish has no colour for its highlight; a clear metallic layer on top has. */
+/** A POV-Ray finish has no colour for its highlight, but a transparent metallic layer on top has. */
 std::string CPovMaterials::HighlightLayer(const CPreparedMaterial& material) {
     return "texture{pigment{" + Rgb(material.specular) + " transmit 1}finish{diffuse 0 specular " +
            Number(Unit(material.shininessStrength) * (1 - Unit(material.transparency)) * kViewDiffuse) +

@@ -15,13 +15,13 @@
 
 class CPovText;
 
-/** The materials of an exported scene as POV-Ray textures T0, T1, ...: those that are used, with maps and
- * without. What a material means is said in engine/CMaterialLook.h and engine/shader_source.h; here the same
- * is put into POV-Ray's terms, for lights that are 1/0.6 as bright as the file's (a diffuse of 0.6 then shows
- * as much as the view). */
+/** The used materials of an exported scene as POV-Ray textures T0, T1, ..., separately for meshes with and
+ * without texture coordinates. engine/pipeline/CMaterialLook.h and shader_source.h there define what a
+ * material means; this class expresses it in POV-Ray's terms, for lights 1/0.6 times as bright as the file's
+ * (a diffuse of 0.6 then gives the view's brightness). */
 class CPovMaterials {
   public:
-    /** A file's light of 1 as POV-Ray's. */
+    /** POV-Ray's brightness for a light of brightness 1 in the file. */
     static constexpr float kLightGain = 1 / 0.6f;
 
     /** All must outlive it. */
@@ -29,22 +29,23 @@ class CPovMaterials {
 
     /** The number of the texture that shows a material on a mesh with or without texture coordinates. */
     [[nodiscard]] std::uint32_t Use(std::uint32_t material, bool hasTexCoords);
-    /** The same where a surface turns away from the light at the eye: what shows of it then. */
+    /** The texture for surfaces that face away from the light at the eye: what is visible of them
+     * without light. */
     [[nodiscard]] std::uint32_t UseUnlit(std::uint32_t material, bool hasTexCoords);
-    /** True where that texture has maps that texture coordinates place. */
+    /** True when the texture has maps that need texture coordinates. */
     [[nodiscard]] bool IsMapped(std::uint32_t texture) const { return m_textures[texture].mapped; }
-    /** The picture that mirrors show; null for none. Of several the first one used. */
+    /** The picture that reflecting materials show, of several the first one used; null for none. */
     [[nodiscard]] const CPovPictures::CPicture* Environment() const {
         return m_environment ? &*m_environment : nullptr;
     }
-    /** Appends the declarations of all that were used. */
+    /** Appends the declarations of all used textures. */
     void Write(CPovText& text) const;
 
   private:
-    /** What a value map changes, on its way down to the texture that has them all. */
+    /** The values that value maps change. */
     struct CTerms {
         float opacity = 1, self = 0, specular = 1;
-        bool highlightApart = false;  ///< a layer of its own has the highlight
+        bool highlightApart = false;  ///< a separate layer has the highlight
         bool lit = true;
     };
     struct CValueMap {
@@ -54,7 +55,7 @@ class CPovMaterials {
     };
     struct CTexture {
         std::string name;
-        std::string body, plainBody;  ///< plainBody where the pictures are not there
+        std::string body, plainBody;  ///< plainBody: used when the picture files are missing
         std::string layer;            ///< a second texture{} on top of it; may be empty
         std::vector<std::string> files;
         bool mapped = false;

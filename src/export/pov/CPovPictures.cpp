@@ -21,7 +21,7 @@ std::size_t Be16(const std::vector<std::byte>& bytes, std::size_t i) {
     return At(bytes, i) << 8 | At(bytes, i + 1);
 }
 
-/** Components of a JPEG's frame header; 0 when there is none that is usual. */
+/** The number of components in a JPEG's frame header; 0 for none or an unusual one. */
 unsigned JpegComponents(const std::vector<std::byte>& bytes) {
     for (std::size_t i = 2; i + 9 < bytes.size();) {
         if (At(bytes, i) != 0xFF) return 0;
@@ -54,7 +54,7 @@ bool IsNegative(EPovPicture kind) {
            kind == EPovPicture::NegativeAlpha;
 }
 
-/** The picture that POV-Ray is to see. */
+/** The picture to write for POV-Ray. */
 CImage Converted(const CImage& source, EPovPicture kind) {
     CImage image = source;
     const std::uint8_t flip = IsNegative(kind) ? 255 : 0;

@@ -16,14 +16,15 @@ class CTextureLocator;
 struct CPreparedScene;
 struct CPreparedTexture;
 
-/** What of a picture a map needs: its colours, or one value as grey. */
+/** The part of a picture that a map needs: its colours, or one value as grey. */
 enum class EPovPicture { Color, NegativeColor, Value, NegativeValue, Alpha, NegativeAlpha };
 
-/** The pictures of an exported scene: which files there are, and writing them beside the scene. Files that
- * POV-Ray reads as the view does are copied byte by byte, all others become PNG.
+/** Chooses the picture files of an exported scene and writes them beside it. Files that POV-Ray decodes as
+ * the view does are copied byte by byte; all others become PNG.
  *
- * Names begin with the scene's, so that scenes in one folder do not take each other's pictures, and are
- * ASCII, as POV-Ray finds no others. No file that is a source of the scene is ever a target. */
+ * File names begin with the scene's name, so that scenes in one folder do not overwrite each
+ * other's pictures, and are ASCII, because POV-Ray finds no others. A source file of the scene is
+ * never overwritten. */
 class CPovPictures {
   public:
     struct CPicture {
@@ -35,14 +36,14 @@ class CPovPictures {
     /** scene and locator must outlive it; outputPath is the .pov file, UTF-8. */
     CPovPictures(const CPreparedScene& scene, const CTextureLocator& locator, std::string_view outputPath);
 
-    /** The file that shows this of a texture, planned at the first call; null where there is
-     * no such picture. */
+    /** The file for this part of a texture's picture, chosen at the first call; null when there is no such
+     * picture. Valid as long as this object. */
     [[nodiscard]] const CPicture* Use(int texture, EPovPicture kind);
     [[nodiscard]] std::size_t Count() const { return m_planned.size(); }
 
-    /** Writes picture number i of Count() under a temporary name. */
+    /** Writes picture i, 0 to Count() - 1, under a temporary name. */
     [[nodiscard]] CStatus Stage(std::size_t i);
-    /** Those that were written, to get their names with others. */
+    /** The written files, which the caller gives their final names together with others. */
     [[nodiscard]] CAtomicFileGroup TakeStaged() { return std::move(m_staged); }
 
   private:

@@ -20,9 +20,9 @@
 
 namespace {
 
-/** Triangles whose text is held in memory at once. */
+/** The number of triangles whose text is in memory at once. */
 constexpr std::uint32_t kTrianglesAtOnce = 400'000;
-/** A mesh much smaller than the scene need not be finer than this part of the scene asks for. */
+/** Limits the precision of small meshes: their extent counts as at least this part of the scene's. */
 constexpr float kSmallestShare = 1.0f / 30;
 constexpr float kSmallestRadius = 1e-2f, kLargestRadius = 1e5f;
 
@@ -31,13 +31,13 @@ constexpr std::string_view kRadiosity =
     "2\n"
     "low_error_factor .7 gray_threshold 0 minimum_reuse .02 brightness 1 adc_bailout .01}";
 
-/** By how much a transform enlarges; 0 for one that flattens. */
+/** The factor by which a transform enlarges; 0 for one that flattens. */
 float Enlargement(const CMat4& matrix) {
     const double volume = std::abs(matrix.Determinant3());
     return std::isfinite(volume) ? static_cast<float>(std::cbrt(volume)) : 0.0f;
 }
 
-/** POV-Ray has no inverse for a transform that flattens, or nearly does. */
+/** True for a transform that flattens, or nearly does: POV-Ray needs its inverse. */
 bool IsInvertible(const CMat4& matrix) {
     double longest = 0;
     for (std::size_t column = 0; column < 3; ++column) {
@@ -104,10 +104,10 @@ CStatus CPovWriter::Write(const std::string& output, C3ds2PovExportFlow* flow) {
     CPovPictures pictures(m_scene, m_locator, output);
     CPovMaterials materials(m_scene, m_format, pictures);
     C3ds2PovExportFlow::Do(flow, [&] {
-        CollectJobs();
+        CollectWork();
         UseMaterials(materials);
     });
-    if (flow) flow->Begin(static_cast<int>(1 + m_jobs.size() + pictures.Count()));
+    if (flow) flow->Begin(static_cast<int>(1 + m_work.size() + pictures.Count()));
     if (CStatus status = file.Value().Write(Head(materials).View()); !status) return status;
     if (flow) flow->Step();
     if (CStatus status = WriteMeshes(file.Value(), flow); !status) return status;
@@ -116,28 +116,28 @@ CStatus CPovWriter::Write(const std::string& output, C3ds2PovExportFlow* flow) {
         if (flow) flow->Step();
     }
     if (flow) flow->Message(static_cast<int>(m_scene.triangleCount));
-    // Last the scene: what renders it as soon as it is there finds its pictures.
+    // The scene gets its name last, so that a program that renders it at once finds its pictures.
     CAtomicFileGroup files = pictures.TakeStaged();
     files.Add(output, std::move(file).Value());
     return Try(flow, [&] { return files.Commit(); });
 }
 
-void CPovWriter::CollectJobs() {
-    std::vector<std::optional<std::size_t>> jobOfMesh(m_scene.meshes.size());
+void CPovWriter::CollectWork() {
+    std::vector<std::optional<std::size_t>> workOfMesh(m_scene.meshes.size());
     for (std::uint32_t n = 0; n < m_scene.nodes.size(); ++n) {
         const CPreparedNode& node = m_scene.nodes[n];
         const CMat4 place = PlaceOf(n);
         if (node.mesh < 0 || !node.visible || !place.IsFinite()) continue;
         const auto mesh = static_cast<std::uint32_t>(node.mesh);
         if (!IsInvertible(place)) {
-            m_jobs.push_back({mesh, {n}, true});
+            m_work.push_back({mesh, {n}, true});
             continue;
         }
-        if (!jobOfMesh[mesh]) {
-            jobOfMesh[mesh] = m_jobs.size();
-            m_jobs.push_back({mesh, {}, false});
+        if (!workOfMesh[mesh]) {
+            workOfMesh[mesh] = m_work.size();
+            m_work.push_back({mesh, {}, false});
         }
-        m_jobs[*jobOfMesh[mesh]].nodes.push_back(n);
+        m_work[*workOfMesh[mesh]].nodes.push_back(n);
     }
 }
 
@@ -145,10 +145,10 @@ void CPovWriter::UseMaterials(CPovMaterials& materials) {
     m_batches.resize(m_scene.meshes.size());
     const bool unlitMatters = HasMode(C3ds2Pov::kViewLook) && HasMode(C3ds2Pov::kSmoothNormals) &&
                               !HasPovLights(m_scene, !HasMode(C3ds2Pov::kHeadlight));
-    for (const CJob& job : m_jobs) {
-        std::vector<CPovBatch>& batches = m_batches[job.mesh];
+    for (const CExportWork& work : m_work) {
+        std::vector<CPovBatch>& batches = m_batches[work.mesh];
         if (!batches.empty()) continue;
-        const CPreparedMesh& mesh = m_scene.meshes[job.mesh];
+        const CPreparedMesh& mesh = m_scene.meshes[work.mesh];
         for (const CPreparedBatch& range : mesh.batches) {
             const CPreparedMaterial& material = m_scene.materials[range.material];
             CPovBatch batch;
@@ -160,8 +160,8 @@ void CPovWriter::UseMaterials(CPovMaterials& materials) {
             batch.flat = material.shading == EShading::Flat;
             batch.oneSided = !material.twoSided;
             batch.seesThrough = IsBlended(material);
-            // POV-Ray turns normals towards the eye; the view leaves dark what shows its front to the eye but
-            // has normals that turn away. POV-Ray takes that for an inside.
+            // POV-Ray turns normals towards the eye. The view leaves a triangle dark whose front faces the
+            // eye but whose normals point away; in POV-Ray it gets an interior texture.
             if (unlitMatters && !batch.skipped && batch.oneSided && !batch.seesThrough) {
                 batch.unlit = materials.UseUnlit(range.material, !mesh.texCoords.empty());
             }
@@ -192,14 +192,14 @@ CPovText CPovWriter::Head(const CPovMaterials& materials) const {
 }
 
 CStatus CPovWriter::WriteMeshes(CAtomicFile& file, C3ds2PovExportFlow* flow) {
-    for (std::size_t first = 0; first < m_jobs.size();) {
+    for (std::size_t first = 0; first < m_work.size();) {
         std::size_t last = first;
-        for (std::uint32_t triangles = 0; last < m_jobs.size() && triangles < kTrianglesAtOnce; ++last) {
-            triangles += m_scene.meshes[m_jobs[last].mesh].IndexCount() / 3;
+        for (std::uint32_t triangles = 0; last < m_work.size() && triangles < kTrianglesAtOnce; ++last) {
+            triangles += m_scene.meshes[m_work[last].mesh].IndexCount() / 3;
         }
         std::vector<CPovText> texts(last - first);
         C3ds2PovExportFlow::Do(flow, [&] {
-            ParallelFor(texts.size(), 0, [&](std::size_t i) { texts[i] = JobText(first + i); });
+            ParallelFor(texts.size(), 0, [&](std::size_t i) { texts[i] = WorkText(first + i); });
         });
         for (const CPovText& text : texts) {
             if (CStatus status = Try(flow, [&] { return file.Write(text.View()); }); !status) return status;
@@ -210,21 +210,21 @@ CStatus CPovWriter::WriteMeshes(CAtomicFile& file, C3ds2PovExportFlow* flow) {
     return CDone{};
 }
 
-std::vector<CVec3> CPovWriter::EyesOf(const CJob& job) const {
+std::vector<CVec3> CPovWriter::EyesOf(const CExportWork& work) const {
     std::vector<CVec3> eyes;
-    if (!HasMode(C3ds2Pov::kViewLook) || job.moved) return eyes;
-    for (const std::uint32_t node : job.nodes) {
+    if (!HasMode(C3ds2Pov::kViewLook) || work.moved) return eyes;
+    for (const std::uint32_t node : work.nodes) {
         eyes.push_back(PlaceOf(node).AffineInverse().TransformPoint(m_camera.Eye()));
     }
     return eyes;
 }
 
-float CPovWriter::ExtentFor(const CJob& job) const {
+float CPovWriter::ExtentFor(const CExportWork& work) const {
     const CBox placed = m_scene.bounds.Transformed(m_camera.Place());
-    const CBox& bounds = job.moved ? placed : m_scene.meshes[job.mesh].bounds;
-    float enlargement = job.moved ? 1.0f : 0.0f;
-    if (!job.moved) {
-        for (const std::uint32_t node : job.nodes) {
+    const CBox& bounds = work.moved ? placed : m_scene.meshes[work.mesh].bounds;
+    float enlargement = work.moved ? 1.0f : 0.0f;
+    if (!work.moved) {
+        for (const std::uint32_t node : work.nodes) {
             enlargement = std::max(enlargement, Enlargement(PlaceOf(node)));
         }
     }
@@ -233,23 +233,23 @@ float CPovWriter::ExtentFor(const CJob& job) const {
     return enlargement > 0 ? std::max(own, scene / enlargement * kSmallestShare) : own;
 }
 
-CPovText CPovWriter::JobText(std::size_t jobIndex) const {
-    const CJob& job = m_jobs[jobIndex];
-    const CPreparedMesh& mesh = m_scene.meshes[job.mesh];
-    const CMat4 place = PlaceOf(job.nodes.front());
-    CPovMesh numbers = CPovMesh::Make(mesh, ExtentFor(job), job.moved ? &place : nullptr);
-    const bool smooth = HasMode(C3ds2Pov::kSmoothNormals) && !job.moved;
-    std::vector<CPovPart> parts = SplitIntoParts(mesh, numbers, m_batches[job.mesh], EyesOf(job), smooth);
+CPovText CPovWriter::WorkText(std::size_t workIndex) const {
+    const CExportWork& work = m_work[workIndex];
+    const CPreparedMesh& mesh = m_scene.meshes[work.mesh];
+    const CMat4 place = PlaceOf(work.nodes.front());
+    CPovMesh numbers = CPovMesh::Make(mesh, ExtentFor(work), work.moved ? &place : nullptr);
+    const bool smooth = HasMode(C3ds2Pov::kSmoothNormals) && !work.moved;
+    std::vector<CPovPart> parts = SplitIntoParts(mesh, numbers, m_batches[work.mesh], EyesOf(work), smooth);
     for (CPovPart& part : parts) {
         if (part.normals) KeepEqualNormals(numbers, part.faces);
     }
 
     CPovText text;
     text << "// " << pov_text::CommentText(mesh.name) << '\n';
-    const bool single = job.nodes.size() == 1;
+    const bool single = work.nodes.size() == 1;
     for (std::size_t p = 0; p < parts.size(); ++p) {
         const auto name = [&] {
-            text << 'M' << static_cast<std::uint32_t>(jobIndex) << '_' << static_cast<std::uint32_t>(p);
+            text << 'M' << static_cast<std::uint32_t>(workIndex) << '_' << static_cast<std::uint32_t>(p);
         };
         if (!single) {
             text << "#declare ";
@@ -258,13 +258,13 @@ CPovText CPovWriter::JobText(std::size_t jobIndex) const {
         }
         WritePovMesh2(text, numbers, parts[p]);
         if (!single) text << "}\n";
-        for (std::size_t n = 0; n < job.nodes.size(); ++n) {
+        for (std::size_t n = 0; n < work.nodes.size(); ++n) {
             if (!single) {
                 text << "object{";
                 name();
                 text << ' ';
             }
-            WritePlaced(text, job, job.nodes[n], numbers.enlarged);
+            WritePlaced(text, work, work.nodes[n], numbers.enlarged);
             // Beyond the most eyes all bits are alike.
             if (parts[p].hiddenFrom >> std::min(n, kMostEyes) & 1u) text << "\n#if(HideBacks)no_image#end\n";
             text << "}\n";
@@ -273,8 +273,9 @@ CPovText CPovWriter::JobText(std::size_t jobIndex) const {
     return text;
 }
 
-void CPovWriter::WritePlaced(CPovText& text, const CJob& job, std::uint32_t node, float enlarged) const {
-    CMat4 place = job.moved ? CMat4{} : PlaceOf(node);
+void CPovWriter::WritePlaced(CPovText& text, const CExportWork& work, std::uint32_t node,
+                             float enlarged) const {
+    CMat4 place = work.moved ? CMat4{} : PlaceOf(node);
     const float back = 1 / enlarged;
     if (enlarged != 1) place = place * CMat4::Scale({back, back, back});
     if (m_scale != 1) place = CMat4::Scale({m_scale, m_scale, m_scale}) * place;
@@ -282,7 +283,8 @@ void CPovWriter::WritePlaced(CPovText& text, const CJob& job, std::uint32_t node
     if (HasMode(C3ds2Pov::kViewLook)) text << "no_shadow no_reflection";
 }
 
-/** What mirrors show: a picture far away all round, turned with the view, that is seen in nothing else. */
+/** Writes the environment for reflections: a distant sphere with a picture, turned with the view and visible
+ * only in reflections. */
 void CPovWriter::WriteEnvironment(CPovText& text, const CPovPictures::CPicture& picture) const {
     text << "#if(file_exists(\"" << picture.fileName << "\"))\n"
          << "sphere{0,1 hollow no_image no_shadow finish{diffuse 0 emission 1} pigment{image_map{"

@@ -38,7 +38,7 @@ C3ds2Pov::COutFormat Make(const CSettings& settings, const std::string& cameraNa
 }
 
 void SetAngles(C3ds2Pov::COutFormat& format, const std::string& cameraName, float x, float y, float z) {
-    // SeenViewOf takes this exchange of the axes for the top camera back.
+    // SeenViewOf reverses this exchange of axes for the top camera.
     if (cameraName == "top_cam") {
         format.angleX = y;
         format.angleY = 0.0F - x;

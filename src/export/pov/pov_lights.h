@@ -6,9 +6,9 @@
 class CPovText;
 struct CPreparedScene;
 
-/** True where the scene has lights that are switched on and wanted. */
+/** True when useFileLights is set and the scene has a light that is switched on. */
 [[nodiscard]] bool HasPovLights(const CPreparedScene& scene, bool useFileLights);
 
-/** Writes the lights that are switched on, for a scene whose points are multiplied with `place`; where there is
- * none, or they are not wanted, one white light at Eye, which must be declared. */
+/** Writes the lights that are switched on, transformed by `place`. If HasPovLights is false, it writes one
+ * white light at Eye, which the text must have declared. */
 void WritePovLights(CPovText& text, const CPreparedScene& scene, bool useFileLights, const CMat4& place);

@@ -20,7 +20,8 @@ std::string Matrix(const CPreparedMap& map) {
     if (t == kSame) return {};
     const double a = t[0], b = t[1], c = t[2], d = t[3], e = t[4], f = t[5];
     const double det = a * d - b * c;
-    // A map without extent shows one spot of its picture everywhere; as it is it shows at least the picture.
+    // A map without extent would show one pixel of its picture everywhere; unchanged, it shows the
+    // whole picture.
     if (!std::isfinite(det) || std::abs(det) < 1e-12) return {};
     CPovText text;
     text << " matrix<";

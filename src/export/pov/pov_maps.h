@@ -10,20 +10,20 @@ struct CPreparedMap;
 /** The pieces of POV-Ray text that place a map's picture on a surface. */
 namespace pov_maps {
 
-/** At most five decimals, which is finer than an 8-bit colour. */
+/** A number with at most five decimals, finer than an 8-bit colour needs. */
 [[nodiscard]] std::string Number(float value);
 
-/** Turns the picture's coordinates into those of the file: " matrix<...>" with the mirroring of every other
- * tile before it; empty where they are alike. */
+/** The text that takes the picture's coordinates to the file's texture coordinates: " matrix<...>", preceded
+ * by the mirroring of every second tile; empty when both are equal. */
 [[nodiscard]] std::string Placement(const CPreparedMap& map);
 
-/** The picture's colours. modifiers are put in after its name. */
+/** An image_map of the picture's colours, with modifiers after the file name. */
 [[nodiscard]] std::string ImageMap(const CPovPictures::CPicture& picture, const std::string& modifiers);
-/** The picture's grey as the value of a pattern. */
+/** A pattern whose value is the picture's grey. */
 [[nodiscard]] std::string Pattern(const CPovPictures::CPicture& picture);
 
-/** For a map that is not tiled: `inside` where its picture lies, `outside` beside it. listKeyword is
- * "pigment_map" or "texture_map", and both bodies are such. */
+/** For a map that is not tiled: `inside` within its picture, `outside` beside it. listKeyword is
+ * "pigment_map" or "texture_map"; both texts are bodies of that kind. */
 [[nodiscard]] std::string Once(const CPreparedMap& map, const std::string& listKeyword,
                                const std::string& outside, const std::string& inside);
 

@@ -22,10 +22,10 @@ struct CPovSettings {
 
 namespace pov_settings {
 
-/** What the two diffuse fields take: 0..1 with three decimals. */
+/** The format of the two diffuse fields: 0..1 with three decimals. */
 [[nodiscard]] CNumberFormat DiffuseFormat();
 [[nodiscard]] CPovSettings ToFields(const CSettings& settings);
-/** Puts the fields into the settings. Where a number is wrong it fails and changes nothing. */
+/** Puts the fields into the settings. Fails and changes nothing if a number is wrong. */
 [[nodiscard]] CStatus FromFields(const CPovSettings& fields, CSettings& settings);
 
 }  // namespace pov_settings

@@ -11,7 +11,7 @@ const CPreviewResult* CPreviewCache::Find(const CPreviewRequest& request) {
 }
 
 void CPreviewCache::Add(const CPreviewRequest& request, CPreviewResult result) {
-    // What is known of the file as it was before is of no more use.
+    // Previews of older states of the file are useless.
     m_entries.remove_if([&](const auto& entry) {
         return entry.first.path == request.path && entry.first.sidePx == request.sidePx &&
                entry.first.background == request.background;

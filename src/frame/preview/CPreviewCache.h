@@ -8,14 +8,14 @@
 #include "frame/preview/CPreviewRequest.h"
 #include "frame/preview/CPreviewResult.h"
 
-/** The last previews, so that going back to a file shows it at once. */
+/** Keeps the last previews, so that selecting a file again shows its preview at once. */
 class CPreviewCache {
   public:
     static constexpr std::size_t kCapacity = 12;
 
-    /** Null when it is not here; valid until the next Add. */
+    /** Null when the cache does not have it; valid until the next Add. */
     [[nodiscard]] const CPreviewResult* Find(const CPreviewRequest& request);
-    /** The one that was not looked at for longest makes room. */
+    /** Adds a preview; a full cache drops the one that has not been looked up for longest. */
     void Add(const CPreviewRequest& request, CPreviewResult result);
 
   private:

@@ -4,7 +4,7 @@
 struct CPreviewRequest;
 struct CPreviewResult;
 
-/** Where a CPreviewQueue shows what it has. */
+/** Shows the previews of a CPreviewQueue. */
 class CPreviewDisplay {
   public:
     CPreviewDisplay() = default;

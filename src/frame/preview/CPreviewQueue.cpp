@@ -52,7 +52,7 @@ void CPreviewQueue::OnEnded(const CPreviewResult& result, CTime now) {
 void CPreviewQueue::OnTime(CTime now) {
     if (m_running && !m_running->killed && now >= m_running->deadline) {
         KillRunning();
-        // Not for the cache: it may have been the machine that was busy.
+        // Not cached, because the machine may only have been busy.
         Show(Problem(lng::Mark("Drawing a preview of this file takes too long.")));
     }
     StartIfDue(now);

@@ -11,26 +11,26 @@ class CPreviewCache;
 class CPreviewDisplay;
 class CPreviewWorker;
 
-/** Decides what is drawn and shown while somebody walks through a folder: only the newest selection counts,
- * one drawing goes on at a time, a selection is drawn once it has lasted a moment, and a drawing that is no
- * longer wanted or takes too long is killed. Holds no clock: each call says what time it is, and OnTime is to
- * be called at NextTime. One thread. */
+/** Decides which preview is drawn and shown while the user moves through a folder. Only the newest selection
+ * counts; it is drawn after it has lasted for kSettle. Only one drawing runs at a time, and it is killed when
+ * it is no longer wanted or takes longer than kPatience. The class has no clock: the caller passes the time
+ * to each call and calls OnTime at NextTime. All calls come from one thread. */
 class CPreviewQueue {
   public:
     using CTime = std::chrono::steady_clock::time_point;
 
-    static constexpr std::chrono::milliseconds kSettle{60};  ///< how long a selection lasts until it is drawn
+    static constexpr std::chrono::milliseconds kSettle{60};        ///< from a selection to its drawing
     static constexpr std::chrono::milliseconds kPatience{10'000};  ///< how long one drawing may take
 
     /** All three must outlive it. */
     CPreviewQueue(CPreviewWorker& worker, CPreviewDisplay& display, CPreviewCache& cache);
 
-    /** The selection changed, perhaps to what it was; nothing: no file is selected. */
+    /** The selection changed or was repeated; nothing: no file is selected. */
     void Select(const std::optional<CPreviewRequest>& request, CTime now);
-    /** What the worker had started has ended, well, badly or by Kill. */
+    /** The worker's drawing has ended: with success, with failure, or by Kill. */
     void OnEnded(const CPreviewResult& result, CTime now);
     void OnTime(CTime now);
-    /** When OnTime has something to do; nothing: not before another call. */
+    /** When to call OnTime next; nothing: not before another function was called. */
     [[nodiscard]] std::optional<CTime> NextTime() const;
 
   private:

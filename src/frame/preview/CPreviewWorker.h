@@ -3,7 +3,7 @@
 
 struct CPreviewRequest;
 
-/** Who draws previews, one at a time, for a CPreviewQueue. */
+/** Draws previews for a CPreviewQueue, one at a time. */
 class CPreviewWorker {
   public:
     CPreviewWorker() = default;
@@ -11,9 +11,9 @@ class CPreviewWorker {
     CPreviewWorker& operator=(const CPreviewWorker&) = delete;
     virtual ~CPreviewWorker() = default;
 
-    /** Begins, and returns at once. True promises one call of CPreviewQueue::OnEnded, later,
-     * never from in here. */
+    /** Starts a drawing and returns at once. After true, CPreviewQueue::OnEnded is called once, later, not
+     * during this call. */
     [[nodiscard]] virtual bool Start(const CPreviewRequest& request) = 0;
-    /** Ends what was started as soon as can be; OnEnded follows all the same. */
+    /** Ends the running drawing as soon as possible; OnEnded is still called. */
     virtual void Kill() = 0;
 };

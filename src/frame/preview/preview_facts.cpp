@@ -48,7 +48,7 @@ std::int64_t Count(const nlohmann::json& stats, const char* key) {
     return static_cast<std::int64_t>(std::min(found->get<std::uint64_t>(), std::uint64_t{1} << 62));
 }
 
-// The program's line is "program: path: reason"; whoever reads it knows the first two.
+// The program's line is "program: path: reason"; the user needs only the reason.
 std::wstring Reason(std::string_view errors, std::string_view modelPath) {
     std::string_view line = errors.substr(0, errors.find('\n'));
     for (const std::string_view known : {std::string_view("orbivue-render"), modelPath}) {

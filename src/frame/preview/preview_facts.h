@@ -10,28 +10,28 @@
 #include "frame/preview/CPreviewRequest.h"
 #include "frame/preview/CPreviewResult.h"
 
-/** What stands before and after the drawing of a preview. Narrow text is UTF-8. */
+/** Makes the request for a preview and reads the result of its drawing. Narrow strings are UTF-8. */
 namespace preview_facts {
 
-/** How pictures are wanted. */
+/** Size and background of preview pictures. */
 struct CLook {
     int sidePx = 256;
     std::array<std::uint8_t, 3> background{};
 };
 
-/** The request for a selected path; none for what is no regular file (folders, pipes, devices, nothing). A
- * scene script's request is for the model that its section "Model" names, relative to the script's folder. */
+/** The request for a selected path; nothing unless it is a regular file. For a scene script it draws the
+ * model that its section "Model" names, relative to the script's folder. */
 [[nodiscard]] std::optional<CPreviewRequest> RequestFor(const std::string& path, const CLook& look);
 
-/** What the drawing program left. */
+/** What the drawing program left when it ended. */
 struct COutcome {
     int exitCode = 0;
     std::string output;  ///< its statistics, JSON
     std::string errors;
     std::string picturePath;
 };
-/** Never fails: a drawing that did not end well is a result with a problem. Anything may
- * stand in the texts. */
+/** The result of a drawing; a failed one gives a result with a problem. The outcome's texts may have
+ * any content. */
 [[nodiscard]] CPreviewResult ResultOf(const CPreviewRequest& request, const COutcome& outcome);
 
 /** "812 bytes", "12.3 kB", "4.0 MB": steps of 1,000. */

@@ -38,7 +38,7 @@ namespace {
 constexpr char kToolBarPane[] = "toolbar";
 constexpr char kAnimationPane[] = "animation";
 
-/** Hands the first of the dropped paths on. */
+/** Passes the first of the dropped paths on. */
 class CModelDropTarget final : public wxFileDropTarget {
   public:
     explicit CModelDropTarget(std::function<void(std::wstring)> drop) : m_drop(std::move(drop)) {}
@@ -139,7 +139,7 @@ void CAViewerFrame::BindEvents() {
     m_view->SetFrameListener(
         [this] { m_animationBar->ShowFrame(static_cast<int>(std::lround(m_view->GetEngine().GetFrame()))); });
     m_view->SetNodeDeleter([this](const char* node) { m_session->DeleteNode(node); });
-    // Later, because who dropped it waits for an answer.
+    // Later, because the program that the file was dragged from waits for an answer.
     const auto drop = [this](std::wstring path) {
         CallAfter([this, path = std::move(path)] {
             if (!m_closed) m_session->OpenFileOrFolder(path);
@@ -149,8 +149,8 @@ void CAViewerFrame::BindEvents() {
     m_view->GetCanvas()->GetWindow()->SetDropTarget(new CModelDropTarget(drop));
 }
 
-/** The keys of the view work wherever in the frame the focus went, but for where somebody types; and the
- * keys that open menus open the view's. */
+/** The view's keys work wherever in the main window the focus is, except in text fields. The keys for a
+ * context menu open the view's. */
 void CAViewerFrame::BindKeys() {
     wxWindow* canvas = m_view->GetCanvas()->GetWindow();
     Bind(wxEVT_CHAR_HOOK, [this, canvas](wxKeyEvent& event) {
@@ -170,7 +170,7 @@ void CAViewerFrame::BindKeys() {
             event.Skip();
     });
     canvas->Bind(wxEVT_CONTEXT_MENU, [this, canvas](wxContextMenuEvent& event) {
-        // With a place it comes from the mouse, whose button the view tells of itself.
+        // An event with a position comes from the mouse, and the view reports the mouse's button itself.
         if (event.GetPosition() != wxDefaultPosition) return event.Skip();
         const wxSize size = canvas->GetClientSize();
         ShowContextMenu(ScreenToClient(canvas->ClientToScreen(wxPoint(size.x / 2, size.y / 2))));
@@ -240,7 +240,7 @@ void CAViewerFrame::ToggleFullScreen() {
 
 void CAViewerFrame::FollowFullScreen() {
     m_state.isFullScreen = IsFullScreen();
-    // Where the desktop does it the toolkit leaves its bars as they were.
+    // If the desktop makes the window full screen, the toolkit does not hide its bars.
     m_menuBar->Show(!m_state.isFullScreen);
     m_statusBar->Show(!m_state.isFullScreen);
     SendSizeEvent();
@@ -249,7 +249,7 @@ void CAViewerFrame::FollowFullScreen() {
     ShowCommandStates();
 }
 
-/** The model alone fills a full screen; the panes come back with the menus. */
+/** In full screen only the view is shown; the panes return together with the menus. */
 void CAViewerFrame::ShowPanes() {
     const auto show = [this](const char* name, bool wanted) {
         wxAuiPaneInfo& pane = m_aui.GetPane(name);
@@ -260,10 +260,10 @@ void CAViewerFrame::ShowPanes() {
     const bool toolBar = show(kToolBarPane, m_state.isToolBarShown);
     const bool animation = show(kAnimationPane, m_state.isAnimated);
     if (!toolBar && !animation) return;
-    // What is hidden would keep the keys.
+    // A hidden control would keep the keyboard focus.
     if (wxWindow* canvas = m_view->GetCanvas()->GetWindow(); animation && !canvas->HasFocus())
         canvas->SetFocus();
-    // The manager would have the view painted at once, and it will be painted anyway.
+    // The manager would paint the view at once, although a repaint follows anyway.
     const wxWindowUpdateLocker noPainting(m_view->GetCanvas()->GetWindow());
     m_aui.Update();
 }

@@ -26,9 +26,9 @@ struct CSceneCameras;
 struct CSceneSummary;
 class wxAuiToolBar;
 
-/** The main window: the view in its middle, the menus, the toolbar, the status bar, and the bar of an
- * animation. Every command, from wherever it is chosen, arrives at RunCommand. It shows what the session, which
- * it owns, has open. */
+/** The main window: the view in its middle, the menus, the toolbar, the status bar, and the animation
+ * bar. RunCommand runs every command, from menus, tools and keys. It owns the session and shows the
+ * session's document. */
 class CAViewerFrame final : public wxFrame,
                             private CKeyDownListener,
                             private CSessionFrame,
@@ -37,17 +37,16 @@ class CAViewerFrame final : public wxFrame,
     explicit CAViewerFrame(const wxString& title);
     ~CAViewerFrame() override;
 
-    /** False when the display gave no OpenGL window; nothing else may be called then. */
+    /** False when the display has no OpenGL window to give; then no other function may be called. */
     [[nodiscard]] bool HasView() const;
-    /** Opens a file, or the first model of a folder, once the view can. failed, if there is one, is told why it
-     * cannot be opened, beside what the window shows. */
+    /** Opens a file, or the first model of a folder, as soon as the view can. If that fails, failed, unless
+     * empty, is called with the reason, in addition to what the window shows. */
     void OpenByPath(const std::wstring& path, std::function<void(const CError&)> failed = {});
-    /** Puts what the next start shows again into the settings' store: the window's place and
-     * the recent files. */
+    /** Puts the window's place and the recent files into the settings' store for the next start. */
     void KeepState();
-    /** Does what a command does; nothing for one that is disabled now. */
+    /** Runs a command; does nothing if it is disabled. */
     void RunCommand(int id);
-    /** True for a command that does something when it is enabled. */
+    /** True for a command that is implemented. */
     [[nodiscard]] static bool HasHandler(int id);
 
     [[nodiscard]] CViewer3DSWindowHandler& View() { return *m_view; }
@@ -60,12 +59,12 @@ class CAViewerFrame final : public wxFrame,
     void ToggleFullScreen();
     void ToggleToolBar();
     void TogglePlaying();
-    /** The preset camera last chosen, with no rotation and no zoom. */
+    /** Looks through the preset camera last chosen, without rotation and zoom. */
     void ResetView();
     void ShowNotes();
     void SetPovOptions();
     void ExportPov();
-    /** Shows a command pressed; 0: none is. */
+    /** Shows the tool of a command pressed; 0 for none. */
     void ShowRunning(int commandId);
     void DoGiveHelp(const wxString& text, bool show) override;
 
@@ -77,7 +76,7 @@ class CAViewerFrame final : public wxFrame,
     void BindKeys();
     void ApplySettings();
     [[nodiscard]] CFrameState State() const;
-    /** What the empty view says: what to do, or why there is nothing to be seen. */
+    /** Shows a text in the empty view: what to do, or why nothing is shown. */
     void ShowHint(const std::wstring& text);
     void ShowCommandStates();
     [[nodiscard]] CSceneCameras SceneCameras() const;
@@ -107,15 +106,15 @@ class CAViewerFrame final : public wxFrame,
     void OnDocumentChanged() override;
 
     CIdleToolState m_tools;
-    CFrameState m_state;  ///< without what the view shows; ask State()
+    CFrameState m_state;  ///< without `shown`, which State() adds
     CRecentFileListMgr m_recent;
     std::wstring m_hint;
     std::unique_ptr<CViewer3DSWindowHandler> m_view;
     std::unique_ptr<CSession> m_session;
     std::unique_ptr<CFileCommands> m_files;
     std::vector<std::wstring> m_notes;
-    std::function<void(const CError&)> m_openFailed;  ///< told of the next opening that fails
-    bool m_closed = false;  ///< it lives on until the event loop is idle, and does nothing more
+    std::function<void(const CError&)> m_openFailed;  ///< called if the next opening fails
+    bool m_closed = false;  ///< the window object lives until the event loop is idle, but ignores events
 
     wxAuiManager m_aui;
     wxMenuBar* m_menuBar = nullptr;

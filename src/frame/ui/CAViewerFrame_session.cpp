@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the frame shows what the session and the view tell; everything else is in CAViewerFrame.cpp.
+// How the main window shows what the session and the view report; everything else is in CAViewerFrame.cpp.
 #include <wx/menu.h>
 
 #include <cmath>
@@ -24,11 +24,11 @@
 
 namespace {
 
-/** What the view says in place of the document's scene. */
+/** The text that the view shows instead of the document's scene. */
 std::wstring HintOf(const CDocument& document, const CError& error) {
     const std::wstring name = file_util_ex::ShownText(file_util_ex::GetFileName(document.path));
     std::wstring text = lng::Text("%s cannot be opened:", name) + L"\n";
-    // Of the file itself the name is said already.
+    // The text names the file itself already.
     const bool isOfPart = file_util_ex::PathFromBytes(error.where) != document.modelPath;
     text += lng::Text(CError{error.code, error.message, isOfPart ? error.where : std::string()});
     if (document.HasFile()) text += L"\n" + lng::Text("F5 tries again.");
@@ -53,7 +53,7 @@ void CAViewerFrame::ShowMessage(const std::wstring& text) {
     m_statusBar->ShowMessage(text);
 }
 
-/** The toolkit would keep what the bar said, and leave a character behind where that was nothing. */
+/** The toolkit would restore the bar's text later, and leave a character behind if it was empty. */
 void CAViewerFrame::DoGiveHelp(const wxString& text, bool show) {
     if (m_statusBar) m_statusBar->ShowHelp(show ? text.ToStdWstring() : std::wstring());
 }
@@ -71,7 +71,7 @@ void CAViewerFrame::EndBusy() {
 }
 
 void CAViewerFrame::OnOpening() {
-    m_view->SetHint({});  // somebody has done what it says
+    m_view->SetHint({});  // the user has followed it
 }
 
 void CAViewerFrame::AskForTurn() {
@@ -89,7 +89,7 @@ void CAViewerFrame::OnOpened(const COpenReport& report) {
         CSettings::Instance().lastCamera != kCmdIsoCamera)
         ResetView();
     ShowDocument();
-    // What was shown before may still be there, and hides the hint.
+    // The view may still show the model before, which would hide the hint.
     if (hasFailed && !report.isReload && m_view->GetEngine().Prepared())
         ShowMessage(lng::Text("%s cannot be opened:", file_util_ex::ShownText(file_util_ex::GetFileName(
                                                           m_session->Document().path))) +
@@ -157,7 +157,7 @@ void CAViewerFrame::OnViewKeyDown(int keyCode) {
 }
 
 void CAViewerFrame::OnViewRightButtonDown() {
-    // Later, when the press has been dealt with: the menu takes the mouse.
+    // After the press has been handled, because the menu captures the mouse.
     CallAfter([this] { ShowContextMenu(wxDefaultPosition); });
 }
 
@@ -176,7 +176,7 @@ void CAViewerFrame::ShowContextMenu(wxPoint where) {
 // --- the end --------------------------------------------------------------------------------------------
 
 void CAViewerFrame::OnClose(wxCloseEvent& event) {
-    // In the midst of an opening, a question or an export the frame is in use; it closes when that has ended.
+    // During an opening, a question or an export the main window is in use; it closes afterwards.
     if (!m_session->MayClose()) {
         if (event.CanVeto()) event.Veto();
         return;

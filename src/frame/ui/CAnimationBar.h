@@ -9,10 +9,10 @@ class wxBitmapButton;
 class wxSlider;
 class wxStaticText;
 
-/** Play, pause and a time slider for a scene that moves. */
+/** A play and pause button and a time slider for an animated scene. */
 class CAnimationBar final : public wxPanel {
   public:
-    /** What the user does with it. */
+    /** Called when the user presses the button or moves the slider. */
     struct CActions {
         std::function<void(bool)> setPlaying;
         std::function<void(int)> setFrame;

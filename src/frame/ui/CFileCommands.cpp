@@ -70,7 +70,7 @@ void CFileCommands::AskAndSave(const CSaveDialog& dialog) {
     });
 }
 
-/** Asks until the name is one of a file that can be written, or the user gives up. */
+/** Asks until the name is that of a file that can be written, or the user cancels. */
 std::wstring CFileCommands::AskForTarget(const CSaveDialog& dialog) {
     const CRegEntryGuard entry(kSaveEntry);
     const std::wstring& current = m_session.Document().path;
@@ -89,7 +89,7 @@ std::wstring CFileCommands::AskForTarget(const CSaveDialog& dialog) {
 }
 
 void CFileCommands::Save(const std::wstring& path) {
-    RepaintWindows();  // or the dialog's picture stays over the view until the end
+    RepaintWindows();  // or the dialog stays visible over the view until saving has ended
     const CStatus saved = m_session.Save(path);
     if (!saved)
         TellOfFailure(lng::Text("The file could not be saved."), saved.Error());

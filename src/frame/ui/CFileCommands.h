@@ -8,11 +8,11 @@ class CSceneView;
 class CSession;
 class wxWindow;
 
-/** The questions and dialogs of the file commands; what follows from the answers is the session's. Failures,
- * but for those of opening, are told by a message box. */
+/** The questions and dialogs of the file commands; the session does the work. A message box reports failures,
+ * except those of opening. */
 class CFileCommands {
   public:
-    /** Shows a command pressed; 0: none is. */
+    /** Shows the tool of a command pressed; 0 for none. */
     using CShowRunning = std::function<void(int command)>;
 
     /** All must outlive it. */
@@ -22,8 +22,8 @@ class CFileCommands {
     void SaveAs();
     void CompressToZip();
     void DeleteFile();
-    /** Does something with the model that is shown, which stays until the work has ended: no other one can be
-     * opened meanwhile. The command is shown pressed. Nothing when the session is busy. */
+    /** Runs work that needs the shown model and shows the command pressed. No other model can be opened until
+     * work has ended. Does nothing when the session is busy. */
     void HoldModel(int command, const std::function<void()>& work);
 
   private:

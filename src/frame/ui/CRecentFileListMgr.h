@@ -16,13 +16,13 @@ class CRecentFileListMgr : public CRecentFileList {
         return commandId >= kCmdFirstRecentFile &&
                commandId < kCmdFirstRecentFile + static_cast<int>(kMaxFiles);
     }
-    /** Nothing for a command that no entry has now. */
+    /** The index of the entry for a command; nothing if there is no such entry. */
     [[nodiscard]] std::optional<std::size_t> GetIndexByResource(int commandId) const {
         const auto index = static_cast<std::size_t>(commandId - kCmdFirstRecentFile);
         return IsRecentFileResource(commandId) && index < Files().size() ? std::optional(index)
                                                                          : std::nullopt;
     }
-    /** Shows the entries where placeholder (kCmdFirstRecentFile, disabled) stands, which comes back
-     * for an empty list. */
+    /** Replaces the placeholder (kCmdFirstRecentFile, disabled) in the menu by the entries; an empty list
+     * brings the placeholder back. */
     void UpdateMenu(wxMenu& menu) const;
 };

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/** Lists what was noticed about a model, to be read and copied. */
+/** Shows the notes about a model as text that can be selected and copied. */
 class CSceneNotesDlg final : public wxDialog {
   public:
     CSceneNotesDlg(wxWindow* parent, const std::vector<std::wstring>& lines);

@@ -38,7 +38,7 @@ void CSceneStatusBar::ShowHelp(const std::wstring& text) {
 }
 
 void CSceneStatusBar::ShowScene(const CSceneSummary& summary) {
-    // Nothing is to be cut off that is about to go.
+    // A message that is about to disappear must not be cut off.
     for (const EField field : {kTriangles, kObjects}) SetStatusText(wxEmptyString, field);
     m_notes->SetLabel(summary.notes);
     m_notes->Show(!summary.notes.empty());
@@ -80,7 +80,7 @@ void CSceneStatusBar::PlaceChildren() {
         wxRect place;
         if (!GetFieldRect(field, place)) return;
         place.Deflate(border);
-        if (place.width > 0 && place.height > 0) child.SetSize(place);  // not so before the first layout
+        if (place.width > 0 && place.height > 0) child.SetSize(place);  // empty before the first layout
     };
     put(*m_gauge, kGauge, FromDIP(2));
     put(*m_notes, kNotes, 0);

@@ -10,16 +10,17 @@
 class wxButton;
 class wxGauge;
 
-/** What is going on, and what the scene holds; its notes are a button. */
+/** The status bar: a message or the progress of an opening, and facts about the scene. A button shows the
+ * scene's notes. */
 class CSceneStatusBar final : public wxStatusBar {
   public:
     CSceneStatusBar(wxWindow* parent, std::function<void()> showNotes);
 
     void ShowMessage(const std::wstring& text);
-    /** Shows what a menu's item is in place of the message, which comes back with an empty text. */
+    /** Shows the help text of a menu item instead of the message; an empty text brings the message back. */
     void ShowHelp(const std::wstring& text);
     void ShowScene(const CSceneSummary& summary);
-    /** A text and a bar in place of the message, painted at once. */
+    /** Shows a text and a progress bar instead of the message, and paints them at once. */
     void ShowProgress(const CProgressText& progress);
     void EndProgress();
 

@@ -20,7 +20,7 @@ void SetCamera(CAViewerFrame& frame) {
     CSettings::Instance().lastCamera = id;
 }
 
-/** Turns over what is shown, and has it so at the next start, too. */
+/** Toggles how the view shows models, and stores it for the next start. */
 template <bool CShowState::*shown, bool CSettings::*setting>
 void Toggle(CAViewerFrame& frame) {
     CShowState show = frame.View().Shown();

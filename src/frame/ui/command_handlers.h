@@ -3,9 +3,9 @@
 
 class CAViewerFrame;
 
-/** What the commands of the table do. */
+/** The functions that run the commands of the table. */
 struct CCommandHandlers {
     using CHandler = void (*)(CAViewerFrame& frame);
-    /** Null for a command that does nothing yet. */
+    /** Null for a command that is not implemented. */
     [[nodiscard]] static CHandler Find(int id);
 };

@@ -15,7 +15,7 @@ wxString Escaped(const std::string& name) {
 }
 
 void Tick(wxMenu& menu, const CSceneCameras& cameras) {
-    bool isTicked = false;  // of several with one name the first is looked through
+    bool isTicked = false;  // of several cameras with one name the first is used
     for (std::size_t i = 0; i < menu.GetMenuItemCount() && i < cameras.names.size(); ++i) {
         const bool tick = !isTicked && cameras.names[i] == cameras.current;
         isTicked = isTicked || tick;
@@ -90,7 +90,7 @@ void TickSceneCamera(wxMenuBar& bar, const CSceneCameras& cameras) {
 
 void ShowStates(wxMenuBar& bar, const CStateOfCommand& stateOf) {
     for (const CCommand& command : Commands()) {
-        if (command.id == kCmdFirstRecentFile) continue;  // its list looks after itself
+        if (command.id == kCmdFirstRecentFile) continue;  // CRecentFileListMgr updates its list
         wxMenuItem* item = bar.FindItem(WidgetIdOf(command.id));
         const CCommandState state = stateOf(command);
         if (item->IsEnabled() != state.enabled) item->Enable(state.enabled);

@@ -11,29 +11,30 @@
 #include "frame/command_states.h"
 #include "frame/command_table.h"
 
-/** Tells how a command is to be shown now. */
+/** Returns whether a command is enabled and checked now. */
 using CStateOfCommand = std::function<CCommandState(const CCommand&)>;
 
-/** The cameras of a scene (UTF-8), and the one that is looked through; empty, or that of a preset, for none
- * of them. */
+/** The names of a scene's cameras (UTF-8), and of the camera in use; current may be empty or a
+ * preset's name. */
 struct CSceneCameras {
     std::vector<std::string> names;
     std::string current;
 };
 
-/** The menu bar with all commands of the table, in the language in force; the View menu holds an empty
- * sub-menu for the scene's cameras behind the presets. The caller owns it until a frame takes it. */
+/** The menu bar with all commands of the table, translated. After the presets the View menu has an empty
+ * sub-menu for the scene's cameras. The caller owns the bar until SetMenuBar passes it to a window. */
 [[nodiscard]] std::unique_ptr<wxMenuBar> MakeMenuBar();
 /** The view's context menu, with the scene's cameras. */
 [[nodiscard]] std::unique_ptr<wxMenu> MakeContextMenu(const CSceneCameras& sceneCameras,
                                                       const CStateOfCommand& stateOf);
-/** Puts a scene's cameras into the sub-menu of the View menu. */
+/** Fills the View menu's sub-menu with a scene's cameras. */
 void ShowSceneCameras(wxMenuBar& bar, const CSceneCameras& cameras);
-/** Ticks the one in use there. */
+/** Ticks the camera in use in that sub-menu. */
 void TickSceneCamera(wxMenuBar& bar, const CSceneCameras& cameras);
-/** Moves the last menu (Help) to the right end of a bar that a frame shows, where the toolkit can do that. */
+/** Moves the last menu (Help) to the right end of a bar that is on a window, where the toolkit
+ * supports it. */
 void AlignHelpRight(wxMenuBar& bar);
 /** Enables and checks all items. */
 void ShowStates(wxMenuBar& bar, const CStateOfCommand& stateOf);
-/** The keys of all commands, for when the menu bar is hidden and does not hear them. */
+/** The keys of all commands, because a hidden menu bar does not receive them. */
 [[nodiscard]] wxAcceleratorTable MakeAcceleratorTable();

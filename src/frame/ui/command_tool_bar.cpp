@@ -17,7 +17,7 @@
 
 namespace {
 
-/** A picture of the images folder in all sizes from one on, each passed through change. */
+/** Loads an icon of the images folder in all sizes from a given one up, each passed through change. */
 wxBitmapBundle LoadSizes(const char* fileName, int size, const std::function<void(wxImage&)>& change) {
     const wxLogNull quiet;  // a program without its pictures still works
     const wxString path = std_file_paths::GetImgPath(lng::ConvertFromUTF8(fileName));
@@ -32,8 +32,8 @@ wxBitmapBundle LoadSizes(const char* fileName, int size, const std::function<voi
     return wxBitmapBundle::FromBitmaps(sizes);
 }
 
-/** Grey and mostly see-through, so that it looks switched off on light and dark ground; the toolkit's own
- * way, to brighten, makes it the liveliest on a dark one. */
+/** Grey and mostly transparent, so that it looks disabled on light and dark backgrounds. The toolkit's own
+ * way brightens it, which makes it conspicuous on a dark one. */
 void Fade(wxImage& image) {
     constexpr int kOpacityPercent = 45;
     image = image.ConvertToGreyscale();
@@ -43,8 +43,8 @@ void Fade(wxImage& image) {
     for (int i = 0; i < pixels; ++i) alpha[i] = static_cast<unsigned char>(alpha[i] * kOpacityPercent / 100);
 }
 
-/** Draws as the standard does. In its menu of the tools that do not fit, those that are switched off are so,
- * and toggles are there, ticked where they are on. */
+/** The standard art, except for the menu of the tools that do not fit: it disables items and shows ticked
+ * toggles as the toolbar does. */
 class CToolBarArt final : public wxAuiDefaultToolBarArt {
   public:
     wxAuiToolBarArt* Clone() override { return new CToolBarArt(*this); }
@@ -102,7 +102,7 @@ wxAuiToolBar* MakeToolBar(wxWindow* parent) {
                      command->isToggle ? wxITEM_CHECK : wxITEM_NORMAL, tip, tip, nullptr);
     }
     bar->Realize();
-    // The arrow to what does not fit shows only when something does not.
+    // The overflow arrow appears only when a tool does not fit.
     bar->Bind(wxEVT_SIZE, [bar](wxSizeEvent& event) {
         if (bar->GetOverflowVisible() == bar->GetToolBarFits())
             bar->SetOverflowVisible(!bar->GetToolBarFits());

@@ -5,6 +5,6 @@
 
 class wxTopLevelWindow;
 
-/** Calls changed, as long as the window lives, whenever it has come to fill the screen or has ceased to, at
- * whoever's wish: the desktop has keys and menus for that, of which the toolkit sends no event. */
+/** Calls changed whenever the window enters or leaves full screen, until the window is destroyed. This
+ * includes changes by the desktop's keys and menus, for which the toolkit sends no event. */
 void WatchFullScreen(wxTopLevelWindow& window, std::function<void()> changed);

@@ -7,7 +7,7 @@
 
 class wxWindow;
 
-/** A text as a see-through picture in framebuffer pixels of a window, to be read on a background of that
- * colour (each channel 0..1). Lines too long for the window are broken. */
+/** Draws a text into a transparent picture, in framebuffer pixels of a window, readable on a background of
+ * the given colour (0..1). Lines too long for the window are wrapped. */
 [[nodiscard]] CImage MakeHintPicture(const wxWindow& window, const std::wstring& text, float red, float green,
                                      float blue);

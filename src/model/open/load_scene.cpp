@@ -1,26 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "model/open/load_scene.h"
 
-#include <chrono>
 #include <exception>
 #include <string>
 #include <utility>
 
+#include "base/CStopwatch.h"
 #include "base/text/lng.h"
 #include "model/open/CSceneReader.h"
 #include "model/prepare/prepare_scene.h"
 
 namespace {
-
-class CStopwatch {
-  public:
-    [[nodiscard]] double Ms() const {
-        return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - m_start).count();
-    }
-
-  private:
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
-};
 
 CError OutOfMemory(std::string_view path) {
     return {EErrorCode::TooLarge, lng::Mark("not enough memory to open it"), std::string(path)};

@@ -21,7 +21,7 @@ bool TakePrefixNoCase(std::string_view& text, std::string_view prefix) {
     return true;
 }
 
-// Nothing when a "%" stands before anything but two digits, or for a byte that no name has.
+// Nothing when two hexadecimal digits do not follow a "%", or for a byte that no file name contains.
 std::optional<std::string> PercentDecoded(std::string_view text) {
     std::string decoded;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -40,7 +40,7 @@ std::optional<std::string> PercentDecoded(std::string_view text) {
     return decoded;
 }
 
-// The list of recent files outlives the current folder.
+// Absolute, because the list of recent files is used with other current folders.
 std::wstring Absolute(const std::wstring& path) {
     std::error_code error;
     const std::filesystem::path folder = std::filesystem::current_path(error);

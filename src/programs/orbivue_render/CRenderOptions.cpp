@@ -203,7 +203,7 @@ CError Refusal(int why, std::string_view word) {
                  "'");
 }
 
-/** Adds the names of files, which stand beside the options. */
+/** Adds the file names, which are the arguments that are not options. */
 CResult<CRenderOptions> WithFiles(CRenderOptions options, std::span<char* const> files) {
     if (files.empty()) return Wrong("no input file given");
     if (files.size() > 2) return Wrong("too many files given");
@@ -231,8 +231,8 @@ CResult<CRenderOptions> ParseRenderOptions(std::span<const std::string> argument
     CRenderOptions options;
     static const auto kLong = LongOptions();
     const int count = static_cast<int>(words.size());
-    opterr = 0;  // it tells nobody but us
-    optind = 0;  // from the start again
+    opterr = 0;  // no messages of its own
+    optind = 0;  // restarts getopt
     for (int got = 0; (got = getopt_long(count, argv.data(), ":h", kLong.data(), nullptr)) != -1;) {
         if (got == kMissingValue || got == kUnknown)
             return Refusal(got, argv[static_cast<std::size_t>(optind - 1)]);

@@ -10,7 +10,7 @@
 #include "camera/CSeenOptions.h"
 #include "engine/overlay/overlays.h"
 
-/** What the command line asks for. Paths are as they were given. */
+/** The options of the command line. Paths are as given. */
 struct CRenderOptions {
     enum class EAction { Draw, Help, Version };
 
@@ -23,8 +23,8 @@ struct CRenderOptions {
     CSeenOptions seen;
     std::optional<float> frame;  ///< the file's current frame when not given
     CVec3 background{0.24f, 0.26f, 0.30f};
-    std::optional<int> samples;  ///< by the size of the scene when not given
-    int textureMode = 0;         ///< as C3dsDisplayWrap::SetTextureRenderMode has it
+    std::optional<int> samples;  ///< when not given, chosen by the size of the scene
+    int textureMode = 0;         ///< see C3dsDisplayWrap::SetTextureRenderMode
     COverlays overlays;
     bool wire = false;
     bool fileLights = true;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <unistd.h>
 
-#include <chrono>
 #include <cstdio>
 #include <exception>
 #include <future>
@@ -9,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "base/CStopwatch.h"
 #include "base/process_memory.h"
 #include "camera/CViewCamera.h"
 #include "engine/C3dsDisplayWrap.h"
@@ -25,11 +25,6 @@ enum EExit { kDone = 0, kUsage = 1, kCannotRead = 2, kCannotWrite = 3, kNoGraphi
 
 constexpr std::size_t kManyTriangles = 100000;
 constexpr int kSmoothSamples = 4;
-
-using CClock = std::chrono::steady_clock;
-double MsSince(CClock::time_point start) {
-    return std::chrono::duration<double, std::milli>(CClock::now() - start).count();
-}
 
 int Complain(const std::string& message, EExit code) {
     std::string line = "orbivue-render: " + message;
@@ -49,7 +44,7 @@ bool SetCamera(C3dsDisplayWrap& engine, const std::string& name) {
     return true;
 }
 
-/** Frame first: presets fit the scene as it stands then. */
+/** Sets the frame first, because presets fit the scene as it is at that frame. */
 bool SetUp(C3dsDisplayWrap& engine, const CRenderOptions& options) {
     engine.SetPreviewSize(C2DRect(0, 0, options.width, options.height));
     engine.SetUseFileLights(options.fileLights);
@@ -72,7 +67,7 @@ CResult<CImage> Draw(C3dsDisplayWrap& engine, COffscreenContext& context) {
 }
 
 int Run(const CRenderOptions& options) {
-    const CClock::time_point start = CClock::now();
+    const CStopwatch start;
     C3dsDisplayWrap engine;
     engine.SetViewingOnly(true);
     const std::wstring path = file_util_ex::PathFromBytes(options.input);
@@ -87,22 +82,22 @@ int Run(const CRenderOptions& options) {
         return Complain("--camera: the file has no camera '" + options.camera + "'", kUsage);
     }
     if (!options.samples && engine.Prepared()->triangleCount < kManyTriangles) {
-        // No more samples to be had is no reason to draw nothing.
+        // If the context has fewer samples, it draws with those.
         (void)context.Resize(options.width, options.height, kSmoothSamples).HasValue();
     }
 
     CRenderTimes times{engine.GetReadMs(), engine.GetPrepareMs(), 0, 0, 0};
-    const CClock::time_point drawing = CClock::now();
+    const CStopwatch drawing;
     const CResult<CImage> picture = Draw(engine, context);
     if (!picture) return Complain(picture.Error().Text(), kNoGraphics);
-    times.draw = MsSince(drawing);
+    times.draw = drawing.Ms();
     if (!options.output.empty()) {
-        const CClock::time_point writing = CClock::now();
+        const CStopwatch writing;
         const CStatus written = image_codec::WritePng(options.output, picture.Value(), false);
         if (!written) return Complain(written.Error().Text(), kCannotWrite);
-        times.write = MsSince(writing);
+        times.write = writing.Ms();
     }
-    times.total = MsSince(start);
+    times.total = start.Ms();
     if (!options.stats) return kDone;
     const std::string json = RenderStatsJson(engine, times, context.RendererName(), context.Samples());
     return Print(json) ? kDone : Complain("the statistics cannot be written", kCannotWrite);
@@ -130,7 +125,8 @@ int main(int argc, char** argv) {
     try {
         const int code = Main({argv + (argc > 0 ? 1 : 0), argv + argc});
         std::fflush(nullptr);
-        // Nothing is left to be saved, and giving back a large scene piece by piece takes longer than ending.
+        // Ends without destructors: nothing is left to save, and freeing a large scene piece by piece
+        // takes time.
         ::_exit(code);
     } catch (const std::bad_alloc&) {
         return Complain("not enough memory", kCannotRead);

@@ -13,7 +13,7 @@ namespace {
 
 using nlohmann::json;
 
-/** Four significant decimals say enough of times and places; a float's sixteen hide it. */
+/** Four significant digits are enough for times and positions, and easier to read than sixteen. */
 double Rounded(double value) {
     return std::round(value * 1e4) / 1e4;
 }
@@ -95,6 +95,6 @@ std::string RenderStatsJson(const C3dsDisplayWrap& engine, const CRenderTimes& t
         {"samples", samples},
         {"renderer", renderer},
     };
-    // Names are the file's own bytes: what is no UTF-8 is shown by the replacement character.
+    // Names are the file's bytes; bytes that are not UTF-8 become the replacement character.
     return stats.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
 }

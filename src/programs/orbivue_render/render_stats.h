@@ -5,7 +5,7 @@
 
 class C3dsDisplayWrap;
 
-/** Milliseconds of one run. */
+/** Durations of one run in milliseconds. */
 struct CRenderTimes {
     double read = 0;
     double prepare = 0;
@@ -14,9 +14,9 @@ struct CRenderTimes {
     double total = 0;  ///< since the program's main function began
 };
 
-/** Facts about the scene that an engine shows, its camera and the run, as a JSON object with a line end. */
+/** Facts about the engine's scene, its camera and the run, as a JSON object with a line end. */
 [[nodiscard]] std::string RenderStatsJson(const C3dsDisplayWrap& engine, const CRenderTimes& times,
                                           const std::string& renderer, int samples);
 
-/** The most memory this process has ever held, in MB of 1,000,000 bytes; 0 where the system does not tell. */
+/** The peak memory of this process in MB of 1,000,000 bytes; 0 when the system does not tell. */
 [[nodiscard]] double PeakMemoryMb();

@@ -20,13 +20,13 @@ wxGLAttributes Attributes(int samples) {
     return attributes;
 }
 
-/** What is left of a period, at least 1: a timer of 0 would never let the window paint. */
+/** The rest of a period, at least 1: with a timer of 0 the window would never paint. */
 int Rest(int periodMs, const wxStopWatch& sinceLast) {
     return static_cast<int>(std::clamp<long>(periodMs - sinceLast.Time(), 1, periodMs));
 }
 
-/** The toolkit takes a display without OpenGL for a mistake of ours and would ask the user
- * about it in a dialog. */
+/** The toolkit treats a display without OpenGL as a programming error and would show the user a dialog
+ * about it. */
 class CWithoutAsserts {
   public:
     CWithoutAsserts() : m_before(wxSetAssertHandler(nullptr)) {}
@@ -42,7 +42,7 @@ class CWithoutAsserts {
 
 CGLCanvasI* CGLCanvasI::Create(CGLWindowHandler* handler, wxWindow* parent) {
     const CWithoutAsserts probing;
-    // In software four samples cost five times the time of a frame.
+    // In software, drawing with four samples takes five times as long.
     const int wanted = IsDisplayDrawnInSoftware() ? 0 : 4;
     for (const int samples : {wanted, wanted / 2, 0}) {
         const wxGLAttributes attributes = Attributes(samples);
@@ -65,7 +65,7 @@ CGLCanvas::CGLCanvas(CGLWindowHandler* handler, wxWindow* parent, const wxGLAttr
 }
 
 CGLCanvas::~CGLCanvas() {
-    // The handler is being deleted too; nothing that happens to a dying window may reach it.
+    // The handler is being deleted too, so no event of the dying window may reach it.
     m_handler = nullptr;
     m_rotationTimer.Stop();
     m_animationTimer.Stop();
@@ -122,7 +122,7 @@ void CGLCanvas::OnModelOpened() {
 void CGLCanvas::SetRotating(bool rotating) {
     m_rotating = rotating;
     if (rotating)
-        Refresh(false);  // the frame after which ticks begin
+        Refresh(false);  // ticks begin after this repaint
     else
         m_rotationTimer.Stop();
 }
@@ -134,7 +134,7 @@ CGLCanvas::CPoint CGLCanvas::InPixels(wxPoint position) const {
 }
 
 void CGLCanvas::Paint() {
-    const wxPaintDC dc(this);  // without one the toolkit would ask for the same paint again
+    const wxPaintDC dc(this);  // without one the toolkit would repeat the paint event
     if (!m_handler || IsFrozen() || !IsReady() || !SetCurrent(m_context)) return;
     m_handler->OnPaint();
     SwapBuffers();
@@ -212,5 +212,5 @@ void CGLCanvas::Wheel(wxMouseEvent& event) {
 
 void CGLCanvas::KeyDown(wxKeyEvent& event) {
     if (m_handler) m_handler->OnKeyDown(event.GetKeyCode());
-    event.Skip();  // menus hear of their keys, too
+    event.Skip();  // so that menus receive their keys
 }

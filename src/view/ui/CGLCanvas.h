@@ -8,14 +8,14 @@
 #include "engine/CGLCanvasI.h"
 #include "view/CWheelNotches.h"
 
-/** The OpenGL window: double buffered, 24 bits of depth, four samples a pixel where hardware draws them, a
- * context of the compatibility profile.
+/** The OpenGL window: double buffered, 24 bits of depth, four samples a pixel unless OpenGL runs in software,
+ * a context of the compatibility profile.
  *
  * All coordinates and sizes given to the handler are pixels of the framebuffer; on a display with a content
- * scale the toolkit's own are smaller. Frozen it paints nothing. It repaints when it is exposed, after EndGL,
- * after a turn of the wheel or a new size, and after a tick. Ticks come only after a frame has been shown, so
- * a hidden or slow window gets no more of them than it shows: rotation ticks while SetRotating is on,
- * animation ticks from OnModelOpened until the handler answers that nothing is left to play. */
+ * scale the toolkit's own are smaller. A frozen canvas paints nothing. It repaints when it is exposed, after
+ * EndGL, after a turn of the wheel or a new size, and after a tick. The next tick comes only after a repaint,
+ * so a hidden or slow window gets no more ticks than it can show: rotation ticks while SetRotating is on,
+ * animation ticks from OnModelOpened until the handler returns false. */
 class CGLCanvas final : public wxGLCanvas, public CGLCanvasI {
   public:
     /** About thirty frames a second, the pace of the file format's animations. */

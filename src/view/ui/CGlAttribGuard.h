@@ -3,8 +3,8 @@
 
 #include <GL/gl.h>
 
-/** Restores all server attributes of the fixed pipeline (not the matrices) when it goes. A context
- * must be current. */
+/** Saves all server attributes of the fixed pipeline (not the matrices) and restores them when it is
+ * destroyed. A context must be current. */
 class CGlAttribGuard {
   public:
     CGlAttribGuard() { glPushAttrib(GL_ALL_ATTRIB_BITS); }
@@ -13,7 +13,7 @@ class CGlAttribGuard {
     ~CGlAttribGuard() { glPopAttrib(); }
 };
 
-/** Pushes one matrix stack and pops it when it goes; the matrix mode is left at that stack. */
+/** Pushes one matrix stack and pops it when it is destroyed. Leaves the matrix mode at that stack. */
 class CGlMatrixGuard {
   public:
     explicit CGlMatrixGuard(GLenum mode) : m_mode(mode) {

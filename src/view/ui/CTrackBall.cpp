@@ -92,8 +92,8 @@ void CTrackBall::DrawBall() const {
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     glLineWidth(1.0f);
     glColor4f(0.5f, 0, 0, 0);
-    // An alpha of 0 leaves the picture as it is: the ball is see-through, and only its depth hides what lies
-    // behind its near half.
+    // An alpha of 0 leaves the picture as it is: the ball is invisible, and only its depth values hide what
+    // lies behind its near half.
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     DrawSphere(Radius(), kSlices, kStacks);

@@ -3,8 +3,8 @@
 
 #include "view/CTrackBallMotion.h"
 
-/** The trackball as a view uses it: its mathematics, tied to the OpenGL context that is current
- * when it is called. */
+/** The trackball of a view: CTrackBallMotion with the matrices of the OpenGL context that is current during
+ * each call. */
 class CTrackBall : public CTrackBallMotion {
   public:
     using CTrackBallMotion::CTrackBallMotion;
@@ -14,8 +14,8 @@ class CTrackBall : public CTrackBallMotion {
     void SetBall(float r, float ex, float ey, float ez);
     /** Multiplies the rotation onto the current matrix. */
     void ApplyMatrix() const;
-    /** Draws the ball with its turned frame round the origin of the current model-view matrix, over what is
-     * there. Nothing unless a drag is under way. Leaves state and matrices as they were. */
+    /** Draws the ball with its turned rings round the origin of the current model-view matrix, over the
+     * picture. Draws nothing unless a drag is under way. Restores state and matrices. */
     void DrawOverlay() const;
 
   private:

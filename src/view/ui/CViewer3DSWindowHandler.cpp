@@ -130,7 +130,7 @@ const char* CViewer3DSWindowHandler::PickNode(int x, int y) {
     BeginWork();
     std::array<GLuint, kSelectionWords> words{};
     glSelectBuffer(kSelectionWords, words.data());
-    (void)glRenderMode(GL_SELECT);  // answers how the mode before ended, which was plain drawing
+    (void)glRenderMode(GL_SELECT);  // the result belongs to the mode before, plain drawing, and means nothing
     glInitNames();
     glPushName(0xFFFFFFFFu);
     DrawFrame(GL_SELECT, x, y);
@@ -142,7 +142,7 @@ const char* CViewer3DSWindowHandler::PickNode(int x, int y) {
 
 void CViewer3DSWindowHandler::OnPaint() {
     DrawFrame(GL_RENDER, -1, -1);
-    // Not from inside a paint: the work may take long, and the empty frame is to be seen meanwhile.
+    // Not inside the paint event: the work may take long, and the empty view should be visible meanwhile.
     if (m_whenReady) CallAfter([work = std::exchange(m_whenReady, nullptr)] { work(); });
 }
 
@@ -205,7 +205,7 @@ void CViewer3DSWindowHandler::DeleteNode(const char* name) {
     if (m_nodeDeleter)
         m_nodeDeleter(name);
     else
-        (void)GetEngine().DeleteNode(name);  // a node that is gone already is no worse
+        (void)GetEngine().DeleteNode(name);  // a node that no longer exists needs no deletion
 }
 
 void CViewer3DSWindowHandler::StartLongPress(int periodMs) {

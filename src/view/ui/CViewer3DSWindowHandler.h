@@ -29,8 +29,8 @@ struct Lib3dsFile;
 /** See CViewer3DSWindowHandler::SetProgressListener. */
 using CProgressListener = std::function<void(const CJobProgress& progress, long elapsedMs)>;
 
-/** The 3D view of the main window: owns the display engine and the OpenGL canvas, draws every frame, and
- * passes what the mouse does to CViewGestures.
+/** The 3D view of the main window: owns the display engine and the OpenGL canvas, repaints the view, and
+ * passes mouse events to CViewGestures.
  *
  * Mouse positions are pixels of the framebuffer, origin top left. Must be deleted before the window that the
  * canvas was made in. All calls come from the thread of the windows. */
@@ -43,11 +43,11 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     CViewer3DSWindowHandler(wxWindow* parent, CViewToolState* tools);
     ~CViewer3DSWindowHandler() override;
 
-    /** Who hears of keys and buttons; null for nobody. */
+    /** Sets the object that receives keys and button presses; not owned, null for none. */
     void SetOwner(CKeyDownListener* owner) { m_owner = owner; }
 
-    /** Runs work as soon as scenes can be opened: now, or after the window's first paint. Only the last work
-     * given before that is run. */
+    /** Runs work as soon as scenes can be opened: now, or after the window's first paint. Until then only the
+     * last work given is kept. */
     void WhenReady(std::function<void()> work);
 
     // --- opening -----------------------------------------------------------------------------------------
@@ -62,7 +62,8 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     void CloseModel() override;
     [[nodiscard]] const CError& LastError() const override;
     void LoadBeside(const std::function<void(CJobProgress&)>& work) override;
-    /** Hears how far an opening has come, with the milliseconds since it began, as long as it takes. */
+    /** Sets the function that is called repeatedly during an opening, with its progress and the milliseconds
+     * since it began. */
     void SetProgressListener(CProgressListener listener) { m_progressListener = std::move(listener); }
     /** The file name part of the current path; empty when there is none. */
     [[nodiscard]] std::wstring GetFileName() const;
@@ -71,26 +72,27 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     // --- edits -------------------------------------------------------------------------------------------
     [[nodiscard]] std::vector<CStatus> ApplyEdits(std::span<const CEdit> edits) override;
     [[nodiscard]] bool TakeBackEdits(std::size_t count) override;
-    /** Who takes a node out on a long press; until somebody does, the view does it itself. */
+    /** Sets the function that deletes a node on a long press. Without one the engine deletes it. */
     void SetNodeDeleter(std::function<void(const char*)> deleter) { m_nodeDeleter = std::move(deleter); }
 
     // --- saving ------------------------------------------------------------------------------------------
-    /** Writes the scene with all edits: as a zip archive with its textures and a picture of the view where
-     * the path ends in ".zip" (in lower case), otherwise as 3DS. From then on the scene refers to its
-     * textures as JPEG files, whatever they were. */
+    /** Writes the scene with all edits: as a zip archive with its textures and a picture of the view if the
+     * path ends in ".zip" (in lower case), otherwise as 3DS. Afterwards the scene refers to all its textures
+     * as JPEG files. */
     [[nodiscard]] CStatus SaveToPath(const std::wstring& path) override;
     [[nodiscard]] Lib3dsFile* Get3dsFile() override;
-    /** What is seen, in the size of the view; with overlays the trackball's ball and the zoom box, too. */
+    /** The picture that the view shows, in its size. With overlays it includes the trackball's ball and the
+     * zoom box. */
     [[nodiscard]] CResult<CImage> TakePicture(EPictureOf what);
 
     // --- how it is shown ---------------------------------------------------------------------------------
-    /** All of it, the trackball's turn included; as it is until something changes. */
+    /** Everything that is seen, including the trackball's turn. The reference shows later changes. */
     [[nodiscard]] const CSeenView& SeenView();
-    /** What a show may change for itself: taken over, and told. Whoever wants it to stay for the next start
-     * writes the settings, too. */
+    /** Show applies a state, and Shown returns the current one. Neither touches the settings: a caller who
+     * wants the state at the next start writes it there. */
     void Show(const CShowState& show);
     [[nodiscard]] CShowState Shown() const;
-    /** Takes the trackball's rotation back; pivot offset and scale stay. */
+    /** Looks through a preset camera and resets the trackball's rotation; pivot offset and scale stay. */
     void SetPreset(ECameraPreset preset);
     void SetTopCamera() { SetPreset(ECameraPreset::Top); }
     void SetLeftCamera() { SetPreset(ECameraPreset::Left); }
@@ -98,30 +100,32 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     void SetFrontCamera() { SetPreset(ECameraPreset::Front); }
     void SetBackCamera() { SetPreset(ECameraPreset::Back); }
     void SetIsoCamera() { SetPreset(ECameraPreset::Iso); }
-    /** Looks through a camera of the file. False when there is none so named. */
+    /** Looks through the camera of the file with this name. False when there is no such camera. */
     bool SetFileCamera(const std::string& name);
-    /** Takes the trackball's rotation back, nothing else. */
+    /** Resets the trackball's rotation and nothing else. */
     void ResetView();
     void SetWireframe(bool wireframe);
-    /** What the model turns about, as seen from the look-at point. Numbers that are not
-     * finite change nothing, here and below. */
+    /** Sets the point that the model turns about, relative to the look-at point. Numbers that are not finite
+     * change nothing; the same holds for SetScale. */
     void SetPivotOffset(double x, double y, double z);
     void SetScale(double x, double y, double z);
-    /** The model turns by itself while one is shown. */
+    /** Turns the automatic rotation on or off. */
     void SetRotate(bool rotate);
     [[nodiscard]] bool IsRotating() const { return m_rotate; }
-    /** Plays the scene's animation, or holds it. On at every opening. */
+    /** Plays or pauses the scene's animation. Every opening starts it. */
     void SetPlaying(bool playing) override;
     [[nodiscard]] bool IsPlaying() const override { return m_playing; }
     [[nodiscard]] bool HasAnimation() const override;
-    /** Shown in the middle while no model is; an empty one shows nothing. Sizes are framebuffer pixels. */
+    /** Sets the picture that is drawn in the middle while no model is shown; an empty one draws nothing. Its
+     * size is in framebuffer pixels. */
     void SetHint(CImage hint);
-    /** Called after every frame of the animation that was played. */
+    /** Sets the function that is called after each frame of a playing animation. */
     void SetFrameListener(std::function<void()> listener) { m_frameListener = std::move(listener); }
-    /** Has the canvas repainted, after a change of the engine that draws differently. */
+    /** Repaints the canvas; call it after changing the engine. */
     void Redraw();
 
-    /** The name of the node seen at a point, owned by the engine; null for none. */
+    /** The name of the node seen at a point, owned by the engine and valid until the scene is edited; null
+     * for none. */
     [[nodiscard]] const char* PickNode(int x, int y) override;
     [[nodiscard]] const CTrackBall& GetTrackBall() const { return m_trackBall; }
     [[nodiscard]] EDragState GetDragState() const { return m_gestures.DragState(); }

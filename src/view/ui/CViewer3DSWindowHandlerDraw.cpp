@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the view draws a frame, and the value that says what it shows.
+// How the view repaints, and the seen view that describes what it shows.
 #include <GL/gl.h>
 
 #include "engine/C3dsDisplayWrap.h"
@@ -14,7 +14,7 @@ void CViewer3DSWindowHandler::DrawFrame(int renderMode, int x, int y) {
     constexpr GLenum kHints[] = {GL_POLYGON_SMOOTH_HINT, GL_POINT_SMOOTH_HINT, GL_PERSPECTIVE_CORRECTION_HINT,
                                  GL_LINE_SMOOTH_HINT};
     for (const GLenum hint : kHints) glHint(hint, GL_NICEST);
-    (void)SeenView();  // with what the mouse turned since the last frame
+    (void)SeenView();  // takes over what the mouse has turned since the last repaint
     if (!GetEngine().InitDrawings(renderMode, x, y)) {
         if (renderMode == GL_RENDER) DrawViewHint(m_hint);
         return;

@@ -79,7 +79,7 @@ CResult<CLoadedScene> CViewer3DSWindowHandler::LoadFile(const std::wstring& path
 }
 
 bool CViewer3DSWindowHandler::ShowLoaded(CResult<CLoadedScene> loaded) {
-    BeginWork();  // a window that was repainted meanwhile may have left another context
+    BeginWork();  // another window's repaint may have changed the current context
     return GetEngine().OpenLoaded(std::move(loaded));
 }
 

@@ -22,7 +22,8 @@ void DrawViewHint(const CImage& hint) {
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
-    // A start outside of the view would draw nothing at all; so it starts inside and is moved there.
+    // A raster position outside the view is invalid and draws nothing; so it starts inside and is moved
+    // with glBitmap.
     glRasterPos2i(0, 0);
     glBitmap(0, 0, 0, 0, static_cast<float>((viewport[2] - hint.width) / 2),
              -static_cast<float>((viewport[3] - hint.height) / 2), nullptr);

@@ -3,6 +3,6 @@
 
 struct CImage;
 
-/** Draws a picture (its alpha counts, colours not multiplied by it) over the middle of the viewport, pixel
- * for pixel. An empty one draws nothing. Leaves state and matrices as they were. */
+/** Draws a picture over the middle of the viewport, pixel for pixel, blended by its alpha (colours not
+ * premultiplied). An empty one draws nothing. Restores state and matrices. */
 void DrawViewHint(const CImage& hint);

@@ -40,8 +40,8 @@ void DrawZoomBox(const C2DRect& box) {
     const CGlAttribGuard attributes;
     const CGlMatrixGuard projection(GL_PROJECTION);
     glLoadIdentity();
-    // h stands at the right and w at the bottom. The corners are brought back through these same matrices, so
-    // they land on the mouse whatever the axes are.
+    // h belongs to the right edge and w to the bottom. The corners are unprojected by the current matrices,
+    // so they appear at the mouse whatever these are.
     glOrtho(x, h, w, y, 1000.0, -1000.0);
     const CGlMatrixGuard modelView(GL_MODELVIEW);
     glLoadIdentity();

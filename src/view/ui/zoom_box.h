@@ -3,6 +3,6 @@
 
 class C2DRect;
 
-/** Draws a see-through rectangle with a black border over the picture. box is in window pixels as dragged,
- * origin top left; the viewport must be the window's. Leaves state and matrices as they were. */
+/** Draws a translucent rectangle with a black border over the picture. box: start and current corner in
+ * window pixels, origin top left. The viewport must be the window's. Restores state and matrices. */
 void DrawZoomBox(const C2DRect& box);

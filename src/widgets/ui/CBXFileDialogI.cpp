@@ -32,7 +32,7 @@ std::wstring& Document() {
     return path;
 }
 
-/** Always one that exists: without any the dialog would stand wherever the program was started. */
+/** A folder that exists: without one the dialog would start in the program's current folder. */
 std::string StartFolder(std::wstring_view initialFolder) {
     const std::wstring remembered =
         RegEntry().empty() ? std::wstring() : CLocalRegStore::GetString(RegEntry(), kPathKey, L"");
@@ -82,8 +82,8 @@ std::wstring CBXFileDialogI::LaunchSaveDialog(wxWindow* parent, std::wstring_vie
     file_chooser::SetFolder(dialog, StartFolder(initialFolder));
     file_chooser::SetName(dialog, ConvertToUTF8(ShownText(StartName(defaultName, defaultExtension))));
 
-    // Asked while the dialog stands, so that a No leads back to it; and here, as the desktop's own question
-    // would be about the name before its extension.
+    // Asked while the dialog is open, so that No leads back to it. The desktop's own question would name the
+    // file before the extension is added.
     std::wstring path;
     dialog.Bind(
         wxEVT_BUTTON,

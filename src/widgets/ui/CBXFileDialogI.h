@@ -12,24 +12,24 @@ class CBXFileDialogI {
   public:
     CBXFileDialogI() = delete;
 
-    /** Selects the entry for the dialogs from now on and returns the one before. Empty, as at first: none,
-     * and no folder is remembered. */
+    /** Selects the entry for the following dialogs and returns the one before. With an empty name, as at
+     * first, no folder is remembered. */
     static std::string SetRegEntry(std::string_view name);
-    /** The file that is open (its path, or only its name; empty for none): a dialog that is given no folder and
-     * remembers none stands in its folder, and one that is given no name proposes its name. */
+    /** Sets the open file: its path, or only its name; empty for none. A dialog without a given or remembered
+     * folder starts in the file's folder, and one without a given name proposes the file's name. */
     static void SetDocument(std::wstring path);
-    /** Asks for the file to save to. The path chosen, or empty when cancelled. A name without an extension
-     * gets that of the chosen kind of file; a file that exists is replaced only after a question.
+    /** Asks for the file to save to and returns its path, empty when cancelled. A name without an extension
+     * gets that of the chosen kind of file; the dialog asks before it accepts a file that exists.
      * defaultExtension: "pov", ".pov" or "*.pov". wildcard: "3ds and zip files(*.3ds;*.zip)|*.3ds;*.zip||" or
-     * a pattern alone. initialFolder: when empty or missing the remembered one, else the document's, else
-     * the user's documents. defaultName: a name or a path, of which the name counts. */
+     * a pattern alone. initialFolder: when empty or missing the remembered one, else the document's, else the
+     * user's documents. defaultName: a name, or a path whose name is used. */
     [[nodiscard]] static std::wstring LaunchSaveDialog(wxWindow* parent, std::wstring_view defaultExtension,
                                                        std::wstring_view wildcard, std::wstring_view title,
                                                        std::wstring_view initialFolder,
                                                        std::wstring_view defaultName);
 };
 
-/** Selects a remembered-folder entry as long as it lives. */
+/** Selects an entry during its lifetime, then the one before. */
 class CRegEntryGuard {
   public:
     explicit CRegEntryGuard(std::string_view name) : m_before(CBXFileDialogI::SetRegEntry(name)) {}

@@ -5,8 +5,8 @@
 
 #include <vector>
 
-/** Knows which modal dialogs are open, from Register() on: the toolkit's lists of windows leave
- * file dialogs out. */
+/** Keeps a list of the open modal dialogs, starting with Register(). Needed because the toolkit's own lists
+ * of windows leave out file dialogs. */
 class CModalDialogs final : public wxModalDialogHook {
   public:
     /** The one that was opened last; null when there is none. */
@@ -15,7 +15,7 @@ class CModalDialogs final : public wxModalDialogHook {
   protected:
     int Enter(wxDialog* dialog) override {
         m_open.push_back(dialog);
-        return wxID_NONE;  // it opens as it would
+        return wxID_NONE;  // the dialog opens as usual
     }
     void Exit(wxDialog* dialog) override { std::erase(m_open, dialog); }
 

@@ -12,7 +12,7 @@ CWxUserPrompt::CWxUserPrompt() {
 }
 
 int CWxUserPrompt::Show(const std::wstring& text, long style) const {
-    // A box over the top window alone would open behind a dialog that asks.
+    // With the top window as parent the box would open behind a modal dialog.
     wxWindow* parent = m_modalDialogs.Last();
     return wxMessageBox(file_util_ex::ShownText(text), wxTheApp->GetAppName(), style,
                         parent ? parent : wxTheApp->GetTopWindow());

@@ -6,8 +6,8 @@
 #include "widgets/CUserPrompt.h"
 #include "widgets/ui/CModalDialogs.h"
 
-/** Speaks through the toolkit's message boxes, over the modal dialog that is open, else over the
- * program's top window. */
+/** Shows the toolkit's message boxes, above the open modal dialog or, without one, above the program's
+ * top window. */
 class CWxUserPrompt final : public CUserPrompt {
   public:
     CWxUserPrompt();

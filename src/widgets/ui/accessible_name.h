@@ -5,5 +5,6 @@
 
 class wxWindow;
 
-/** Names a window for screen readers, which the toolkit's own SetName does not reach, and for the toolkit. */
+/** Sets a window's name for the toolkit and for screen readers, which the toolkit's SetName does
+ * not reach. */
 void SetAccessibleName(wxWindow& window, const std::wstring& name);

@@ -5,6 +5,6 @@
 
 class wxButton;
 
-/** Shows a text in the program's language. The toolkit takes a translated "Cancel" or "Close" for the
- * desktop's own button and hands it to GTK, which shows it in the desktop's language. */
+/** Sets a button's text so that it appears in the program's language. The toolkit's SetLabel turns a
+ * translated "Cancel" or "Close" into GTK's stock button, which GTK shows in the desktop's language. */
 void SetButtonLabel(wxButton& button, const std::wstring& text);

@@ -22,7 +22,7 @@ void Watch() {
         return G_SOURCE_REMOVE;
     };
     g_unix_signal_add(signal, tell, nullptr);
-    // GLib's own handler would swallow a second one until the event loop has heard of the first.
+    // GLib's own handler would hold a second signal back until the event loop has handled the first.
     if (::sigaction(signal, nullptr, &action) != 0) return;
     action.sa_flags |= static_cast<int>(SA_RESETHAND);
     (void)::sigaction(signal, &action, nullptr);

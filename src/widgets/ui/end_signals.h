@@ -3,7 +3,7 @@
 
 #include <functional>
 
-/** Calls end, in the event loop, with the first signal that asks the process to end: SIGTERM, SIGINT or
- * SIGHUP, but none that whoever started it has it ignore. A second one of its kind ends it at once, also when
- * the event loop has not come to the first yet. */
+/** Calls end from the event loop when the process receives SIGTERM, SIGINT or SIGHUP. A signal that was
+ * ignored when the process started stays ignored. A second signal of the same kind ends the process at once,
+ * even if the event loop has not yet handled the first. */
 void WatchEndSignals(std::function<void(int signal)> end);

@@ -4,6 +4,6 @@
 class wxStaticText;
 class wxWindow;
 
-/** Makes a label a field's: it stands in front of the field in the tab order, and gives it its name (without
- * the colon), for screen readers too. */
+/** Connects a label with its field: moves the label before the field in the tab order, and names the field,
+ * for screen readers too, with the label's text without the colon. */
 void SetLabelFor(wxStaticText& label, wxWindow& field);

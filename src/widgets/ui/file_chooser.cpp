@@ -23,7 +23,7 @@ std::string TakeText(char* text) {
     return text == nullptr ? std::string() : std::string(text);
 }
 
-// The desktop's patterns know sets of letters and no flag for the case.
+// GTK's patterns support sets of letters but no flag to ignore the case.
 std::string AnyCase(const std::string& pattern) {
     std::string result;
     for (const char c : pattern) {
@@ -49,7 +49,7 @@ GtkFileFilter* MakeFilter(const CFilter& filter) {
 using CFilters = std::vector<CFilter>;
 
 void OnFilterChanged(GtkFileChooser* chooser, GParamSpec*, gpointer data) {
-    if (!gtk_widget_get_mapped(GTK_WIDGET(chooser))) return;  // it is being taken down
+    if (!gtk_widget_get_mapped(GTK_WIDGET(chooser))) return;  // the dialog is being closed
     auto* dialog = static_cast<wxFileDialog*>(data);
     const auto* filters =
         static_cast<const CFilters*>(g_object_get_data(G_OBJECT(chooser), "orbivue-filters"));

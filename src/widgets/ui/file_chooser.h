@@ -8,16 +8,15 @@
 
 class wxFileDialog;
 
-/** What the toolkit's file dialog leaves out of the desktop's chooser beneath it: any letter case in its
- * filters, and names that do not pass through the locale. Paths are UTF-8. */
+/** Features of GTK's file chooser that the toolkit's file dialog lacks: filters that ignore the letter case,
+ * and names that are not converted by the locale. Paths are UTF-8. */
 namespace file_chooser {
 
-/** Replaces the dialog's kinds of files; each matches in any case of ASCII letters. The
- * first one is chosen. */
+/** Replaces the dialog's kinds of files and chooses the first. Patterns ignore the case of ASCII letters. */
 void SetFilters(wxFileDialog& dialog, const std::vector<file_dialog_text::CFilter>& filters);
-/** A folder that is missing is not shown. */
+/** Shows a folder; one that does not exist changes nothing. */
 void SetFolder(wxFileDialog& dialog, const std::string& folder);
-/** Save dialogs only: the name in the entry. */
+/** Save dialogs only: sets the name in the entry. */
 void SetName(wxFileDialog& dialog, const std::string& name);
 [[nodiscard]] std::string Name(wxFileDialog& dialog);
 /** The path that is chosen now; empty when there is none. */

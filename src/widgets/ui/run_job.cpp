@@ -17,7 +17,7 @@ void RunJob(const CJob::CWork& work, const std::function<void(CJobProgress&)>& t
 }
 
 void RepaintWindows() {
-    // As long as the display server needs to tell what was uncovered.
+    // The time that the display server needs to report uncovered areas.
     constexpr std::chrono::milliseconds kForNews(80);
     RunJob([kForNews](CJobProgress&) { std::this_thread::sleep_for(kForNews); });
 }

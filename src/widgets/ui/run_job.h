@@ -6,10 +6,10 @@
 #include "base/jobs/CJob.h"
 
 /** Runs work on a thread of its own and returns when it has ended. Windows repaint meanwhile; keys and the
- * mouse wait. tick, which may be empty, is called on this thread every few hundredths of a second, and may
- * cancel. An exception of the work is thrown here. Without an event loop it only waits. Thread of the windows
- * only. */
+ * mouse wait. tick, which may be empty, is called on this thread every few hundredths of a second and may
+ * cancel the work. Rethrows an exception of the work. Without an event loop it only waits. Only the thread of
+ * the windows may call it. */
 void RunJob(const CJob::CWork& work, const std::function<void(CJobProgress&)>& tick = {});
 
-/** Lets windows paint what is due, before long work on this thread. */
+/** Paints all windows that need it; call it before long work on this thread. */
 void RepaintWindows();

@@ -7,6 +7,6 @@
 void ShowFirst(wxTopLevelWindow& window) {
     const wxSize size = window.GetSize();
     const GtkAllocation first{0, 0, size.x, size.y};
-    gtk_widget_set_allocation(window.GetHandle(), &first);  // which the desktop's window is made with
+    gtk_widget_set_allocation(window.GetHandle(), &first);  // GTK creates the desktop's window with this size
     window.Show();
 }

@@ -3,7 +3,6 @@
 
 class wxTopLevelWindow;
 
-/** Shows a window for the first time, laid out in its own size from the beginning. Show alone begins with a
- * window as small as a dot until the desktop has told how thick its frame is, and GTK complains on the error
- * output of a menu bar that it should lay out in that. */
+/** Shows a window for the first time in its full size. With Show alone the window is tiny until the desktop
+ * has told the size of its border, and GTK prints warnings about a menu bar that does not fit. */
 void ShowFirst(wxTopLevelWindow& window);

@@ -7,9 +7,9 @@
 
 #include "base/text/CNumberFormat.h"
 
-/** Lets only a number of a format into a text control: keys that no number has are refused while typing, and
- * what is typed is checked by Validate, which tells the user what is wanted and leads back to the field. The
- * control's name (SetName) begins that message. Moves no values itself. */
+/** Restricts a text control to numbers of a format. It rejects keys that no number contains. Validate checks
+ * the text; if it is wrong, Validate shows what is expected, in a message that begins with the control's name
+ * (SetName), and puts the focus on the field. Transfers no values. */
 class wxNumValidator final : public wxValidator {
   public:
     explicit wxNumValidator(CNumberFormat format);

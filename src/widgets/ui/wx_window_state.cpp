@@ -41,8 +41,8 @@ CPlaceRect PlaceOf(const wxWindow& window) {
 class CPlaceWatch {
   public:
     explicit CPlaceWatch(wxWindow& window) : m_window(window), m_place(PlaceOf(window)) {
-        // The size of a maximised window may arrive before the news that it is maximised, so a size counts
-        // only when it has lasted a while.
+        // The size event of a maximised window may arrive before the event that it is maximised, so a size
+        // counts only after it has lasted a while.
         m_timer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Note(); });
         window.Bind(wxEVT_SIZE, &CPlaceWatch::OnChange<wxSizeEvent>, this);
         window.Bind(wxEVT_MOVE, &CPlaceWatch::OnChange<wxMoveEvent>, this);
@@ -53,7 +53,7 @@ class CPlaceWatch {
         if (top && !top->IsFullScreen() && !top->IsIconized()) m_maximized = top->IsMaximized();
     }
     [[nodiscard]] const CPlaceRect& Place() const { return m_place; }
-    /** Beside being full screen or iconised. */
+    /** Apart from full screen and iconised. */
     [[nodiscard]] bool IsMaximized() const { return m_maximized; }
 
   private:
@@ -118,7 +118,7 @@ void Apply(wxWindow& window, const CPlaceRect& place) {
     const wxSize size = window.FromDIP(wxSize(place.width, place.height));
     window.SetSize(wxRect(at, size), wxSIZE_ALLOW_MINUS_ONE);
     if (!window.IsTopLevel() || gtk_widget_get_mapped(window.GetHandle())) return;
-    // The first window of a process loses a place that it was given before it came up.
+    // The first window of a process loses a position that is set before it is shown.
     g_object_set_data_full(G_OBJECT(window.GetHandle()), kPlaceKey, new wxPoint(at),
                            [](gpointer point) { delete static_cast<wxPoint*>(point); });
     g_signal_connect(window.GetHandle(), "map-event", G_CALLBACK(OnMappedMove), nullptr);
@@ -138,7 +138,7 @@ bool LoadState(wxWindow* window, std::string_view name) {
         auto* top = dynamic_cast<wxTopLevelWindow*>(window);
         Apply(*window, top ? window_place::BringOntoScreen(*stored, Screens(*window)) : *stored);
         if (top && CLocalRegStore::GetInt(name, kMaximized, 0) != 0) {
-            Watch(*window);  // before it grows
+            Watch(*window);  // before maximising changes its size
             MaximizeFrame(top);
         }
     }

@@ -9,7 +9,7 @@
 
 namespace {
 
-/** Positions are a millionth of the extent fine; with five digits silhouettes would begin to differ. */
+/** Positions are rounded to a millionth of the extent; with five digits silhouettes would differ visibly. */
 constexpr double kDigits = 6;
 constexpr int kMostDecimals = 9;
 /** Keeps whole numbers far from overflow, and their products too. */

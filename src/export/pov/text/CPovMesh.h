@@ -7,8 +7,8 @@
 
 #include "model/prepare/CPreparedScene.h"
 
-/** The numbers of a prepared mesh as they are written: whole numbers of a decimal unit, each different
- * position, normal and texture coordinate once. */
+/** The numbers of a prepared mesh as they are written: integers in a decimal unit. Equal positions, normals
+ * and texture coordinates are stored once. */
 struct CPovMesh {
     static constexpr int kNormalDecimals = 4;
     static constexpr int kUvDecimals = 5;
@@ -18,11 +18,11 @@ struct CPovMesh {
     std::vector<std::array<std::int64_t, 2>> texCoords;
     /** For each prepared vertex its place in the lists above. */
     std::vector<std::uint32_t> positionOf, normalOf, texCoordOf;
-    int decimals = 0;    ///< positions are so many decimal places fine, as written
-    float enlarged = 1;  ///< written coordinates are those of the mesh times this
+    int decimals = 0;    ///< decimal places of the written positions
+    float enlarged = 1;  ///< the factor from the mesh's coordinates to the written ones
 
-    /** extent: the length that a millionth of is fine enough for positions, in the mesh's coordinates.
-     * transform: what the vertices are multiplied with before; null for nothing. */
+    /** extent: positions are rounded to about a millionth of this length, in the mesh's coordinates.
+     * transform: applied to the vertices first; null for none. */
     [[nodiscard]] static CPovMesh Make(const CPreparedMesh& mesh, float extent, const CMat4* transform);
 };
 
@@ -32,14 +32,13 @@ struct CPovFace {
     std::uint32_t texture = 0;
 };
 
-/** True for a triangle without area in the written numbers, which POV-Ray would leave out
- * itself or refuse. */
+/** True for a triangle whose written numbers give it no area; POV-Ray would skip or reject it. */
 [[nodiscard]] bool IsDegenerate(const CPovMesh& mesh, const CPovFace& face);
-/** POV-Ray takes the plane's normal for a triangle whose corners have equal ones, even where those are
- * others. One corner of such a triangle gets a vertex of its own whose normal differs by the smallest step.
- * Vertices that are added have no counterpart in the prepared mesh. */
+/** For a triangle whose three corners have equal normals POV-Ray uses the normal of its plane instead. To
+ * prevent this, one corner gets a new vertex whose normal differs by the smallest step. New vertices have no
+ * counterpart in the prepared mesh. */
 void KeepEqualNormals(CPovMesh& mesh, std::vector<CPovFace>& faces);
-/** True when the normals of a triangle's corners point to its back, on the whole. */
+/** True when the sum of the corners' normals points to the triangle's back. */
 [[nodiscard]] bool HasNormalsBehind(const CPovMesh& mesh, const CPovFace& face);
-/** True when the normals of all corners are those of the triangles, so that none need be written. */
+/** True when all corners have the normal of their triangle's plane, so that normals need not be written. */
 [[nodiscard]] bool AreFlat(const CPovMesh& mesh, const std::vector<CPovFace>& faces);

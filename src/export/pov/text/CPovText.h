@@ -10,22 +10,22 @@
 
 #include "base/math/CVec.h"
 
-/** POV-Ray text that is being built: appends without the locale and without clearing memory first, as a large
- * scene is a hundred megabytes of small numbers. */
+/** Builds POV-Ray text. Numbers do not depend on the locale. New memory is not cleared, because the text of a
+ * large scene has a hundred megabytes. */
 class CPovText {
   public:
     CPovText& operator<<(std::string_view text);
     CPovText& operator<<(char c);
     CPovText& operator<<(std::uint32_t value);
-    /** The shortest text that reads back as the same value; what is not finite is 0. */
+    /** Appends the shortest text that reads back as the same value; 0 for a value that is not finite. */
     CPovText& operator<<(float value);
     CPovText& operator<<(double value);
     /** "<x,y,z>" */
     CPovText& operator<<(CVec3 v);
 
-    /** value / 10^decimals without zeros at either end: -1250 with 3 decimals is "-1.25", 0 is "0". */
+    /** Appends value / 10^decimals without superfluous zeros: -1250 with 3 decimals is "-1.25", 0 is "0". */
     void AppendFixed(std::int64_t value, int decimals);
-    /** "<a,b,c>" of such values, as many as there are. */
+    /** Appends a vector "<a,b,...>" of such values. */
     template <std::size_t N>
     void AppendFixedVector(const std::array<std::int64_t, N>& values, int decimals) {
         *this << '<';
@@ -43,7 +43,7 @@ class CPovText {
     void Clear() { m_size = 0; }
 
   private:
-    /** Room for that many more characters. */
+    /** Makes room for count more characters; returns where they go. */
     char* Reserve(std::size_t count);
 
     std::unique_ptr<char[]> m_text;
@@ -52,12 +52,12 @@ class CPovText {
 
 namespace pov_text {
 
-/** A name of the scene as it may stand in a line comment: ASCII, what could end or begin a comment, a line or
- * a text is percent-escaped, long ones are cut. */
+/** A name of the scene for a line comment, in ASCII. Characters that could end or begin a comment, a line or
+ * a string are percent-escaped; long names are cut. */
 [[nodiscard]] std::string CommentText(std::string_view name);
 
-/** A file name of ASCII letters, digits and '_' alone, never empty, for any base name. Names that differ stay
- * different as good as surely: what was replaced goes into a number at the end. */
+/** A file name of ASCII letters, digits and '_', never empty, for any base name. If characters were replaced,
+ * it ends in a hash of the name, so different names almost certainly stay different. */
 [[nodiscard]] std::string FileStem(std::string_view name);
 
 /** The text of a value, or of a vector. */

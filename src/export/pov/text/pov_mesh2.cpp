@@ -35,7 +35,7 @@ class CNumbering {
     std::vector<std::uint32_t> m_number, m_order;
 };
 
-/** Lists of entries of a part: which thing stands at each place, and where each used vertex finds its own. */
+/** A list of a part: its entries, and for each used vertex the index of its entry. */
 struct CEntries {
     std::vector<std::array<std::uint32_t, 3>> entries;  ///< position, normal, texture coordinate; 0 if unused
     std::vector<std::uint32_t> ofVertex;                ///< by the part's numbering of vertices
@@ -45,7 +45,7 @@ struct CLayout {
     bool normalsJoint = false, texCoordsJoint = false;
 };
 
-/** Average length of entries, from some of them. */
+/** The average text length of entries, estimated from a sample. */
 template <std::size_t N>
 std::size_t LengthOf(const std::vector<std::array<std::int64_t, N>>& entries, int decimals) {
     CPovText text;
@@ -62,15 +62,15 @@ std::size_t DigitsOf(std::size_t number) {
     return digits;
 }
 
-/** A part's vertices, and the same in each layout that makes sense. */
+/** A part's vertices, and its lists in each possible layout. */
 class CPartLists {
   public:
     CPartLists(const CPovMesh& mesh, const CPovPart& part) : m_mesh(mesh), m_part(part) {
         CNumbering used(mesh.positionOf.size());
         m_corners.reserve(part.faces.size());
         for (const CPovFace& face : part.faces) {
-            // The other way round, as POV-Ray's axes are left-handed. Where three normals are equal POV-Ray
-            // takes the plane's own, so its front is put where they point to.
+            // In reverse order, because POV-Ray's axes are left-handed. For three equal normals POV-Ray uses
+            // the plane's normal, so the triangle's front must be on their side.
             const bool kept = part.normals && HasNormalsBehind(mesh, face);
             m_corners.push_back({used.Of(face.corner[0]), used.Of(face.corner[kept ? 1 : 2]),
                                  used.Of(face.corner[kept ? 2 : 1])});
@@ -198,7 +198,7 @@ void CPartLists::Write(CPovText& text) const {
     if (m_part.texCoords && !m_layout.texCoordsJoint) WriteIndices(text, "uv_indices", m_texCoords, false);
     if (!several) text << "texture{T" << m_textures.front() << '}';
     if (m_part.unlit == kNoTexture) return;
-    // An inside wants an outside besides the list.
+    // POV-Ray requires an exterior texture in addition to the list if there is an interior one.
     if (several) text << "texture{T" << m_textures.front() << '}';
     text << "\n#if(HideBacks)interior_texture{T" << m_part.unlit << "}#end\n";
 }

@@ -11,8 +11,8 @@
 
 namespace {
 
-/** The connected pieces of a mesh. A piece is closed when each edge is run through as often one way as the
- * other; that is summed up with hashes, so that no table of edges is needed. */
+/** The connected pieces of a mesh. A piece is closed if its triangles use each edge equally often in both
+ * directions. Sums of hashes check this without a table of edges. */
 class CShells {
   public:
     explicit CShells(std::size_t positions)
@@ -21,12 +21,12 @@ class CShells {
     }
 
     void Join(std::uint32_t a, std::uint32_t b) { m_parent[Root(a)] = Root(b); }
-    /** After all joining, once for each edge of a triangle. */
+    /** To be called after all joining, once for each edge of each triangle. */
     void CountEdge(std::uint32_t a, std::uint32_t b) {
         if (a != b) m_sum[Root(a)] += a < b ? Mixed(a, b) : 0 - Mixed(b, a);
     }
-    /** After all joining, once for each triangle; volume is what it spans with a fixed point. A second one at
-     * the same place is the back of a fin, which would not lie behind its front. */
+    /** To be called after all joining, once for each triangle. volume: of the tetrahedron with a fixed point.
+     * A second triangle at the same place is the back of a thin sheet, which its front does not hide. */
     void CountFace(std::array<std::uint32_t, 3> corner, double volume, bool seesThrough) {
         const std::uint32_t root = Root(corner[0]);
         m_volume[root] += volume;
@@ -37,10 +37,11 @@ class CShells {
         if (isNew) m_faces.push_back(corner);
         if (seesThrough || !isNew) m_showsInside[root] = true;
     }
-    /** After all counting. */
+    /** To be called after all counting. */
     [[nodiscard]] bool HidesItsInside(std::uint32_t a) {
         const std::uint32_t root = Root(a);
-        // A room of negative volume faces inwards: one looks into it through the walls that turn their backs.
+        // A closed piece of negative volume, a room, faces inwards: the eye looks into it through the backs
+        // of walls.
         return m_sum[root] == 0 && m_volume[root] > 0 && !m_showsInside[root];
     }
 

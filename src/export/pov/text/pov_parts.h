@@ -13,8 +13,8 @@ constexpr std::uint32_t kNoTexture = UINT32_MAX;
 struct CPovPart {
     bool normals = false;
     bool texCoords = false;
-    std::uint32_t hiddenFrom = 0;      ///< bit i: one-sided, and its back turned to eye number i
-    std::uint32_t unlit = kNoTexture;  ///< of what turns away from the eye by its normals alone
+    std::uint32_t hiddenFrom = 0;      ///< bit i: one-sided, and eye i sees its back
+    std::uint32_t unlit = kNoTexture;  ///< texture of triangles whose normals alone face away from the eye
     std::vector<CPovFace> faces;
 };
 
@@ -27,16 +27,18 @@ struct CPovBatch {
     bool mapped = false;
     bool flat = false;
     bool oneSided = false;     ///< not seen from behind
-    bool seesThrough = false;  ///< what is behind it may be seen
+    bool seesThrough = false;  ///< transparent at least in places
     bool skipped = false;      ///< not written at all
 };
 
-/** Sorts the triangles of a mesh into parts; degenerate ones are left out. batches: one for each of the mesh.
+/** Sorts the triangles of a mesh into parts, without degenerate ones. batches: one entry for each batch of
+ * the mesh.
  *
- * eyes: where the mesh is looked at from, in its own coordinates, once for each node that shows it. The view
- * does not show what turns its back. Of a shell without holes nothing is hidden, as nobody sees its inside
- * from outside; so the written mesh of a usual solid does not depend on the camera. With more than kMostEyes
- * nothing is hidden that any of them sees (all bits are set, or none). No eyes: nothing is hidden. */
+ * eyes: the eye's position in the mesh's coordinates, once for each node that shows the mesh. The view hides
+ * one-sided triangles that face away from the eye. In a closed shell nothing is hidden, because its inside
+ * cannot be seen from outside; so the written mesh of an ordinary solid does not depend on the camera. With
+ * more than kMostEyes eyes a triangle is hidden only if all eyes see its back (all bits are set, or none).
+ * Without eyes nothing is hidden. */
 [[nodiscard]] std::vector<CPovPart> SplitIntoParts(const CPreparedMesh& mesh, const CPovMesh& numbers,
                                                    std::span<const CPovBatch> batches,
                                                    std::span<const CVec3> eyes, bool smooth);

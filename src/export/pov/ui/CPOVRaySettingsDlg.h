@@ -12,8 +12,8 @@ class wxStaticBox;
 class wxStaticBoxSizer;
 class wxTextCtrl;
 
-/** The options of the POV-Ray export. OK puts them into the program's settings, when all
- * of them are right. */
+/** The dialog with the options of the POV-Ray export. OK stores them in the program's settings if all
+ * are valid. */
 class CPOVRaySettingsDlg final : public wxDialog {
   public:
     static constexpr int kIdOk = 5100;

@@ -73,8 +73,8 @@ void CPovExportDialog::EndModal(int code) {
 
 void CPovExportDialog::Export() {
     const CBusyCursor cursor;
-    m_bar->ShowNow(kAppearLimit);  // on a busy machine the delay was too short
-    // Nobody looks at the result: the window says only that the export has ended.
+    m_bar->ShowNow(kAppearLimit);  // on a busy machine the delay may be too short
+    // The result is ignored: the window tells only that the export has ended.
     const std::string output = file_util_ex::ConvertToUTF8(CSettings::Instance().povLastName);
     (void)C3ds2Pov::TryExport(m_source, output, m_format, this).HasValue();
 }
@@ -109,7 +109,7 @@ void CPovExportDialog::Work(const std::function<void()>& work) {
 }
 
 void CPovExportDialog::Finished() {
-    m_bar->Complete();  // with what was asked for too early
+    m_bar->Complete();  // drops clicks that came too early
     m_finished = true;
     m_open->Enable();
     m_close->Enable();

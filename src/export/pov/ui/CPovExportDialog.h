@@ -9,8 +9,8 @@
 
 class CPovExportProgCtrl;
 class wxButton;
-/** Exports what is seen as soon as the window is on the screen, to the path CSettings::povLastName, and shows how
- * far it has come. The window cannot be closed before the export has ended. How that ended is not told. */
+/** Exports to CSettings::povLastName as soon as the window is on the screen, and shows the progress. The
+ * window cannot be closed before the export has ended. It does not show whether the export succeeded. */
 class CPovExportDialog final : public wxDialog, private C3ds2PovExportFlow {
   public:
     static constexpr int kIdOpen = 5100;
@@ -19,7 +19,7 @@ class CPovExportDialog final : public wxDialog, private C3ds2PovExportFlow {
     /** The scene stays the caller's and must not change while the window is open. */
     CPovExportDialog(wxWindow* parent, const C3ds2Pov::COutFormat& format, const CPovSource& source);
 
-    /** Has the export begin when the window has had the time to appear. Followed by ShowModal. */
+    /** Starts the export after the time that the window needs to appear. Call ShowModal next. */
     void StartSoon();
     /** Ignored as long as the export has not ended. */
     void EndModal(int code) override;

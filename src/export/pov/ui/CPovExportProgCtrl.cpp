@@ -62,10 +62,11 @@ void CPovExportProgCtrl::ShowNow(std::chrono::milliseconds limit) {
     if (!loop) return;
     m_isDrawn = false;
     Refresh();
-    // To draw is the last thing that is done for events; there may always be one more, though.
+    // Drawing comes after all other events, and new events may keep coming; so this waits for drawing only up
+    // to limit.
     while ((!m_isDrawn || loop->Pending()) && CClock::now() < start + limit) loop->DispatchTimeout(kPauseMs);
     gdk_display_flush(gtk_widget_get_display(GetHandle()));
     const auto end = CClock::now();
-    // Where the windows take long, the export must still get most of the time.
+    // If painting is slow, the export must still get most of the time.
     m_nextShow = end + std::max<CClock::duration>(50ms, 4 * (end - start));
 }

@@ -5,18 +5,19 @@
 
 #include <chrono>
 
-/** The progress bar of the POV-Ray export. The export comes back to the event loop only when it has ended, so
- * the bar itself has its window painted, and has what the user does meanwhile heard at once. */
+/** The progress bar of the POV-Ray export. The export returns to the event loop only when it has ended, so
+ * the bar itself dispatches events: windows repaint, and input is handled at once. */
 class CPovExportProgCtrl final : public wxGauge {
   public:
     explicit CPovExportProgCtrl(wxWindow* parent);
 
-    /** Starts again at 0. total: at least 1. */
+    /** Resets the bar to 0. total: number of steps, at least 1. */
     void Begin(unsigned total);
     void Step();
     /** Shows the bar full. */
     void Complete();
-    /** Serves events until there are none and the bar is on the screen as it is now; at most that long. */
+    /** Dispatches events until none are left and the bar is drawn with its current value, but no longer
+     * than limit. */
     void ShowNow(std::chrono::milliseconds limit);
 
   private:

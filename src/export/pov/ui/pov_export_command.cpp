@@ -17,8 +17,8 @@ namespace {
 
 constexpr char kSaveEntry[] = "pov_out";
 
-/** Holds the view still as long as it lives: it shows what is exported, and drawing takes
- * no time from that. */
+/** Stops rotation and animation during its lifetime: the view keeps showing what is exported, and repaints do
+ * not slow the export down. */
 class CStillView {
   public:
     explicit CStillView(CViewer3DSWindowHandler& view)
@@ -38,7 +38,8 @@ class CStillView {
     bool m_rotates, m_plays;
 };
 
-/** The view's scene; null without one. To prepare a large one again after an edit takes its time. */
+/** The view's scene; null without one. The wait cursor is shown because preparing a large scene after an edit
+ * takes time. */
 const CPreparedScene* SceneOf(CViewer3DSWindowHandler& view) {
     const CBusyCursor cursor;
     const CStillView still(view);
@@ -47,7 +48,7 @@ const CPreparedScene* SceneOf(CViewer3DSWindowHandler& view) {
     return scene;
 }
 
-/** Sees to it that CSettings::povLastName is where to export to. False when the user cancels. */
+/** Sets CSettings::povLastName to the export's target. False when the user cancels. */
 bool ChooseOutput(CSettings& settings, wxWindow& parent) {
     if (pov_export_format::TakesLastName(settings)) return true;
     const CRegEntryGuard entry(kSaveEntry);
@@ -69,7 +70,7 @@ void RunPovExport(const std::wstring& modelPath, CViewer3DSWindowHandler& view, 
         {engine.GetFileBKRValue(), engine.GetFileBKGValue(), engine.GetFileBKBValue()});
     if (!ChooseOutput(settings, parent)) return;
     const CStillView still(view);
-    // Only now: behind the dialog the model may have gone on turning.
+    // Only now, because the model may have turned while the dialog was open.
     pov_export_format::SetAngles(format, engine.GetCameraName(), engine.GetRotAngleX(), engine.GetRotAngleY(),
                                  engine.GetRotAngleZ());
     pov_export_format::SetLighting(format, settings);

@@ -6,16 +6,16 @@
 
 class wxWindow;
 
-/** The open dialog: the desktop's own, with a preview of the selected file at its side. Thread of
- * the windows only. */
+/** The open dialog: the desktop's own, with a preview of the selected file beside the list. Only the thread
+ * of the windows may call it. */
 class C3DSFileDlgI {
   public:
     C3DSFileDlgI() = delete;
 
-    /** The ground of the previews from now on: each part 0 to 1. Black at first. */
+    /** Sets the background of the following previews, 0..1. Black at first. */
     static void SetBackgroundColor(float r, float g, float b);
-    /** Asks for a file to open. Its path, or empty when cancelled. After a choice the folder is stored in the
-     * default ini file (CLocalRegStore), section "3dsFileDialog", key Path; a cancelled dialog leaves that as
-     * it was. startFolder: when empty or missing, the program's samples. */
+    /** Asks for a file to open and returns its path, empty when cancelled. Stores the folder of a chosen file
+     * in the default ini file (CLocalRegStore), section "3dsFileDialog", key Path. startFolder: if empty or
+     * missing, the program's samples. */
     [[nodiscard]] static std::wstring LaunchDialog(wxWindow* parent, std::wstring_view startFolder);
 };

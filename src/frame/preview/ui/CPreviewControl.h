@@ -13,10 +13,10 @@
 class CPreviewCache;
 struct _GtkFileChooser;
 
-/** Puts a preview at the side of an open dialog and keeps it in step with what is selected there. */
+/** Adds a preview to an open dialog and updates it when the selection changes. */
 class CPreviewControl {
   public:
-    /** The dialog's chooser must not outlive it: it is told of each selection. */
+    /** Neither pointer nor reference is owned: chooser and cache must outlive this object. */
     CPreviewControl(_GtkFileChooser* chooser, const std::array<std::uint8_t, 3>& background,
                     CPreviewCache& cache);
     CPreviewControl(const CPreviewControl&) = delete;

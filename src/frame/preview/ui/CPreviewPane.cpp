@@ -34,8 +34,8 @@ GtkWidget* DimLabel(const std::string& text) {
     return label;
 }
 
-// The frame's ground is the picture's, so that only the model comes and goes; the dots are
-// seen on any ground.
+// The pane has the picture's background, so that only the model appears and disappears; the dots are visible
+// on any background.
 std::string Style(const std::array<std::uint8_t, 3>& background) {
     const auto& [red, green, blue] = background;
     const std::string ground =

@@ -9,9 +9,8 @@
 
 struct _GtkWidget;
 
-/** The picture and the facts at the side of the open dialog, made of the desktop's own controls as the
- * rest of the dialog is. Always of the same width, so that the list of files does not move while somebody
- * walks through it. */
+/** The picture and the facts beside the list of the open dialog, made of GTK's controls like the rest of the
+ * dialog. Its width never changes, so the list of files does not move while the user goes through it. */
 class CPreviewPane final : public CPreviewDisplay {
   public:
     static constexpr int kSide = 256;  ///< of the picture, in device-independent pixels
@@ -19,9 +18,9 @@ class CPreviewPane final : public CPreviewDisplay {
     explicit CPreviewPane(const std::array<std::uint8_t, 3>& background);
     ~CPreviewPane() override;
 
-    /** The control; whoever puts it into a container shares it. */
+    /** The control, owned by the pane; a container that it is added to holds a reference of its own. */
     [[nodiscard]] _GtkWidget* Widget() const { return m_box; }
-    /** Of the display that the pane is on: pixels for each device-independent pixel. */
+    /** Pixels per device-independent pixel on the pane's display. */
     [[nodiscard]] int ScaleFactor() const;
 
     void ShowNothing() override;

@@ -12,15 +12,15 @@
 #include "frame/preview/CPreviewWorker.h"
 #include "frame/preview/preview_facts.h"
 
-/** Draws previews by the program orbivue-render, which stands beside this one: whatever a file does to it,
- * the windows go on. It runs with a low priority. */
+/** Draws previews with the program orbivue-render, which is installed beside this one. A file that makes it
+ * crash or hang does not affect this process. It runs with low priority. */
 class CPreviewProcess final : public CPreviewWorker {
   public:
-    /** Told of each end, on the event loop. */
+    /** Called from the event loop each time a drawing has ended. */
     using CEnded = std::function<void(const CPreviewRequest&, const preview_facts::COutcome&)>;
 
     explicit CPreviewProcess(CEnded ended);
-    /** Kills what runs, tells nobody, and deletes the pictures. */
+    /** Kills the running drawing without calling CEnded, and deletes the pictures. */
     ~CPreviewProcess() override;
 
     [[nodiscard]] bool Start(const CPreviewRequest& request) override;
@@ -28,7 +28,7 @@ class CPreviewProcess final : public CPreviewWorker {
 
   private:
     [[nodiscard]] std::string PicturePath() const { return m_folder + "/preview.png"; }
-    /** Sees its end, and keeps it from waiting for a full pipe. */
+    /** Detects the child's end, and reads its pipes so that it does not block on a full one. */
     void LookAfterChild();
 
     CEnded m_ended;

@@ -34,7 +34,7 @@ namespace {
 
 constexpr char kAppName[] = "Orbivue";
 
-/** Where no window is wanted, what the process answers: the toolkit itself knows one answer for all that. */
+/** The exit code when no window is wanted: the toolkit has only one for all these cases. */
 std::optional<int> s_exitCode;
 
 void Complain(const char* sentence) {
@@ -44,7 +44,7 @@ void Complain(const CError& error) {
     Complain(file_util_ex::ConvertToUTF8(lng::Text(error)).c_str());
 }
 
-/** Swallows what a trial of the command line would say. */
+/** Discards the messages of a trial parse of the command line. */
 class CNoMessages final : public wxMessageOutput {
   public:
     void Output(const wxString&) override {}
@@ -55,7 +55,7 @@ void PrintMessages(FILE* stream = stderr) {
     delete wxMessageOutput::Set(new wxMessageOutputStderr(stream));
 }
 
-/** A variable of this process's own, as long as this lives. */
+/** Sets an environment variable of this process during its lifetime. */
 class CVariableGuard {
   public:
     CVariableGuard(const char* name, const char* value) : m_name(name) {
@@ -76,7 +76,7 @@ class CVariableGuard {
     std::optional<std::string> m_before;
 };
 
-/** The description of -c keeps its run of blanks: it lines the example up. */
+/** The run of blanks in the description of -c aligns the example. */
 constexpr const char* kConvertText = lng::Mark(
     "converts 3ds file to POV-Ray:              Orbivue.exe -c source_file.3ds dest_file.pov(optional)");
 
@@ -86,7 +86,8 @@ wxIMPLEMENT_APP_NO_MAIN(CViewerApp);
 
 int main(int argc, char** argv) {
     const CUserEnvironment environment;
-    // As names of files are, whatever the locale: the toolkit takes them for Latin-1 in that of scripts, "C".
+    // Decoded as file names, whatever the locale: in the locale "C", which scripts use, the toolkit takes
+    // them for Latin-1.
     std::vector<std::wstring> arguments;
     const auto count = static_cast<std::size_t>(argc);
     arguments.reserve(count);
@@ -95,7 +96,7 @@ int main(int argc, char** argv) {
     pointers.reserve(count + 1);
     for (std::wstring& argument : arguments) pointers.push_back(argument.data());
     pointers.push_back(nullptr);
-    // Its developers' questions are nothing to ask a user.
+    // The toolkit's assertion dialogs are for its developers, not for users.
     wxDISABLE_ASSERTS_IN_RELEASE_BUILD();
     const int code = wxEntry(argc, pointers.data());
     return s_exitCode.value_or(code);
@@ -120,7 +121,7 @@ bool CViewerApp::Initialize(int& argc, wxChar** argv) {
     // This toolkit's OpenGL windows speak GLX alone; on a Wayland desktop they work through its X server.
     const CVariableGuard backend("GDK_BACKEND", "x11");
 #endif
-    const wxLogNull quiet;  // the toolkit's own words name no way out
+    const wxLogNull quiet;  // the toolkit's own message does not say what to do
     if (wxApp::Initialize(argc, argv)) return true;
     Complain("there is no display to open a window on; orbivue-render draws models without one.");
     s_exitCode = kExitNoDisplay;
@@ -152,7 +153,7 @@ void CViewerApp::OnInitCmdLine(wxCmdLineParser& parser) {
     // Unseen in the summary.
     parser.AddLongSwitch("version", {}, wxCMD_LINE_HIDDEN);
     parameter(lng::Mark("3ds input file"), wxCMD_LINE_PARAM_OPTIONAL);
-    // As many as there are: a path may hold more than one blank.
+    // Any number of parameters, because a path may contain several blanks.
     parameter(lng::Mark("POV-Ray output file"), wxCMD_LINE_PARAM_OPTIONAL | wxCMD_LINE_PARAM_MULTIPLE);
     parser.SetSwitchChars("-");
 }
@@ -195,7 +196,7 @@ bool CViewerApp::OnCmdLineHelp(wxCmdLineParser& parser) {
 
 bool CViewerApp::OnInit() {
     lng_util_internal::SetDomain(lng::Domain(), "viewer");
-    s_exitCode = kExitBadUsage;  // unless something better is known
+    s_exitCode = kExitBadUsage;  // until another outcome is known
     if (!wxApp::OnInit()) {
         m_helpRequested = true;
         return false;
@@ -242,7 +243,7 @@ void CViewerApp::EndBySignal(int signal) {
     if (auto* frame = dynamic_cast<CAViewerFrame*>(GetTopWindow())) frame->KeepState();
     KeepSettings();
     std::signal(signal, SIG_DFL);
-    (void)std::raise(signal);  // whoever sent it sees what it did
+    (void)std::raise(signal);  // so that the sender sees that the signal ended it
 }
 
 void CViewerApp::LoadSettings() {
@@ -253,7 +254,7 @@ void CViewerApp::LoadSettings() {
 void CViewerApp::KeepSettings() {
     CSettings& settings = CSettings::Instance();
     if (settings.lastCamera == -1) settings.lastCamera = CSettings::kIsoCamera;
-    (void)settings.WriteAll();  // nobody is left to be told
+    (void)settings.WriteAll();  // no window is left to show an error
     std_file_paths::DeleteTempDir();
 }
 

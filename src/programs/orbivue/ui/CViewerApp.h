@@ -6,15 +6,15 @@
 #include <string>
 #include <vector>
 
-/** The program: reads the command line and the settings, and either converts a model to POV-Ray, or shows the
- * frame, opens the model named, and writes the settings back at the end. For a conversion and for help it
- * starts no window system. See EExitCode for what the process answers. */
+/** The program: reads the command line and the settings, then either converts a model to POV-Ray, or shows
+ * the main window, opens the named model, and writes the settings at the end. A conversion and the help need
+ * no window system. See EExitCode for the exit codes. */
 class CViewerApp final : public wxApp {
   public:
     CViewerApp();
 
-    /** Judges the command line first. False, after one sentence on the error output, when it asks for a window and
-     * there is no display. */
+    /** Checks the command line first. False, after one sentence on the error output, when it needs a window
+     * and there is no display. */
     bool Initialize(int& argc, wxChar** argv) override;
     void CleanUp() override;
     void OnInitCmdLine(wxCmdLineParser& parser) override;
@@ -24,12 +24,13 @@ class CViewerApp final : public wxApp {
     int OnExit() override;
 
   private:
-    /** False for help, the version, a conversion, and a command line that makes no sense. */
+    /** False for help, the version, a conversion, and a wrong command line. */
     [[nodiscard]] bool AsksForWindow(std::vector<wchar_t*> arguments);
     void LoadSettings();
     bool ShowFrame();
     void EndOrderlyOnSignals();
-    /** Keeps what a normal end keeps, and ends: a desktop ends its session so. */
+    /** Stores what a normal end stores, then ends the process. Desktops end programs by a signal when the
+     * session ends. */
     void EndBySignal(int signal);
     /** Writes the settings and removes the temporary folder. */
     void KeepSettings();
