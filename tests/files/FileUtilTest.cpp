@@ -8,21 +8,20 @@ namespace fs = std::filesystem;
 namespace fu = file_util_ex;
 
 TEST(FileUtilTest, PathsFallIntoTheirParts) {
-    struct CPathCase {
+    const struct {
         std::string path, folder, name, ext, stem;
-    };
-    for (const CPathCase& c :
-         {CPathCase{"/m/a.b/Car.3DS", "/m/a.b", "Car.3DS", "3DS", "/m/a.b/Car"},
-          CPathCase{"/m/a.b/Car", "/m/a.b", "Car", "", "/m/a.b/Car"},
-          CPathCase{"a.tar.gz", "", "a.tar.gz", "gz", "a.tar"},
-          CPathCase{"/x/.profile", "/x", ".profile", "", "/x/.profile"},
-          CPathCase{"/x.3ds", "/", "x.3ds", "3ds", "/x"}, CPathCase{"x.", "", "x.", "", "x"},
-          CPathCase{"a//b.c", "a", "b.c", "c", "a//b"}}) {
+    } rows[] = {{"/m/a.b/Car.3DS", "/m/a.b", "Car.3DS", "3DS", "/m/a.b/Car"},
+                {"/m/a.b/Car", "/m/a.b", "Car", "", "/m/a.b/Car"},
+                {"a.tar.gz", "", "a.tar.gz", "gz", "a.tar"},
+                {"/x/.profile", "/x", ".profile", "", "/x/.profile"},
+                {"/x.3ds", "/", "x.3ds", "3ds", "/x"},
+                {"x.", "", "x.", "", "x"},
+                {"a//b.c", "a", "b.c", "c", "a//b"}};
+    for (const auto& c : rows) {
         EXPECT_EQ(fu::GetFilePath(c.path), c.folder);
         EXPECT_EQ(fu::GetFileName(c.path), c.name);
         EXPECT_EQ(fu::GetFileExt(c.path), c.ext);
         EXPECT_EQ(fu::GetFileNameWithPath(c.path), c.stem);
-        EXPECT_EQ(fu::GetFileExt(fu::ConvertFromUTF8W(c.path)), fu::ConvertFromUTF8W(c.ext));
         EXPECT_EQ(fu::SetFileExt(c.path, "3ds"), c.stem + ".3ds");
     }
 }
@@ -32,7 +31,6 @@ TEST(FileUtilTest, PathsAreJoinedAndResolved) {
     EXPECT_EQ(fu::MakePath("/", "b"), "/b");
     EXPECT_EQ(fu::MakePath("", "b"), "b");
     EXPECT_EQ(fu::SetFileExt("a.x", ".y"), "a.y");
-    EXPECT_EQ(fu::SetFileExt(L"a.x", L""), L"a");
     EXPECT_EQ(fu::MakeAbsolute(L"/a/b", L"/c"), L"/c");
     EXPECT_EQ(fu::MakeAbsolute("", "a/./b//c"), "a/b/c");
     EXPECT_EQ(fu::MakeAbsolute("/", "../.."), "/");
@@ -58,25 +56,16 @@ TEST(FileUtilTest, TwoDotsLeadWhereTheSystemGoes) {
     }
 }
 
-TEST(FileUtilTest, ListsNamesOfAnyBytes) {
-    const CTestFolder folder;
-    folder.Add("r\xE4.3ds", "");
-    std::vector<std::wstring> files;
-    ASSERT_TRUE(fu::GetAllFiles(fu::PathFromBytes(folder.Path()), files));
-    ASSERT_EQ(files.size(), 1u);
-    EXPECT_TRUE(fu::DoesFileExist(files.front()));
-}
-
 TEST(FileUtilTest, ListsFilesByMaskInOrderAndFoldersApart) {
     const CTestFolder folder;
-    folder.Add("b.3DS", "");
-    folder.Add("a.3ds", "");
-    folder.Add("c.obj", "");
-    folder.Add(".3ds", "");
+    for (const char* name : {"b.3DS", "a.3ds", "c.obj", ".3ds", "r\xE4.3ds"}) folder.Add(name, "");
     ASSERT_TRUE(fu::Mkdir(folder / "sub.3ds/deep"));
     std::vector<std::string> files = {"kept"};
     const std::vector<std::string> masks = {"*.3ds"};
     EXPECT_TRUE(fu::GetAllFiles(folder.Path(), files, masks));
+    ASSERT_EQ(files.size(), 4u);
+    EXPECT_TRUE(fu::DoesFileExist(files.back())) << "a name that is no text";
+    files.pop_back();
     EXPECT_EQ(files, (std::vector<std::string>{"kept", folder / "a.3ds", folder / "b.3DS"}));
     std::vector<std::wstring> folders;
     EXPECT_TRUE(fu::GetSubDirs(fu::ConvertFromUTF8W(folder.Path()), folders));

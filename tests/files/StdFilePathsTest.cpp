@@ -64,13 +64,6 @@ TEST(StdFilePathsTest, TheTemporaryFolderIsPrivateAndMadeAnewAfterItsDeletion) {
     paths::DeleteTempDir();
 }
 
-TEST(StdFilePathsTest, ProgramsInTheBuildTreeFindTheSourcesData) {
-    EXPECT_TRUE(fs::exists(paths::GetDataPath("CMakeLists.txt")));
-    EXPECT_TRUE(fs::exists(paths::GetPluginPath("orbivue_wximage_codecs.so")));
-    EXPECT_TRUE(fs::exists(paths::GetPluginPath("orbivue_dxt_blocks.so")));
-    EXPECT_TRUE(paths::GetDataPath("no/such.file").ends_with("/share/orbivue/no/such.file"));
-}
-
 struct CBrowserCase {
     const char* name;
     const char* script;  // of the desktop's opener; null for none

@@ -4,7 +4,6 @@
 #include <array>
 #include <atomic>
 #include <cstdlib>
-#include <functional>
 #include <thread>
 
 #include "files/CTestFolder.h"
@@ -35,12 +34,6 @@ std::string TgaHeader(unsigned type, unsigned width, unsigned height, unsigned b
 }
 std::string Tga24() {
     return TgaHeader(2, 2, 1, 24) + "\0\0\xFF\xFF\0\0"s;
-}
-std::string TgaRle32() {
-    return TgaHeader(10, 2, 1, 32) + "\x01\0\0\xFF\xFF\xFF\0\0\x80"s;
-}
-std::string TgaZeroAlpha() {
-    return TgaHeader(2, 2, 1, 32) + "\0\0\xFF\0\xFF\0\0\0"s;
 }
 std::string Bmp(unsigned width = 2, unsigned height = 1) {
     return "BM" + Le32(62) + Le32(0) + Le32(54) + Le32(40) + Le32(width) + Le32(height) + Le16(1) + Le16(24) +
@@ -84,31 +77,16 @@ const std::string kRedBlue = "\x00\xF8\x1F\x00"s, kFirstRedThenBlue = kRedBlue +
 std::string Dxt1(unsigned width = 2) {
     return DdsPacked("DXT1", kFirstRedThenBlue, width);
 }
-std::string Dxt3() {
-    return DdsPacked("DXT3", "\x8F\0\0\0\0\0\0\0"s + kFirstRedThenBlue);
-}
-std::string Dxt5() {
-    return DdsPacked("DXT5", "\xFF\x80\x08\0\0\0\0\0"s + kFirstRedThenBlue);
-}
-std::string Dds565() {
-    return DdsMasked(0x40, 16, {0xF800, 0x7E0, 0x1F, 0xFFFF}, "\x00\xF8\x1F\x00"s);
-}
 std::string Dds24() {
     return DdsMasked(0x40, 24, {0xFF0000, 0xFF00, 0xFF, 0}, "\0\0\xFF\xFF\0\0"s);
 }
-std::string Dds32() {
-    return DdsMasked(0x41, 32, {0xFF, 0xFF00, 0xFF0000, 0xFF000000}, "\xFF\0\0\xFF\0\0\xFF\x80"s);
-}
-std::string DdsTenBits() {
-    return DdsMasked(0x41, 32, {0x3FF00000, 0xFFC00, 0x3FF, 0xC0000000}, "\0\0\xF0\xFF\xFF\x03\0\x40"s);
-}
-std::string DdsZeroAlpha() {
-    return DdsMasked(0x41, 32, {0xFF, 0xFF00, 0xFF0000, 0xFF000000}, "\xFF\0\0\0\0\0\xFF\0"s);
+std::string DdsRgba(std::string_view pixels) {
+    return DdsMasked(0x41, 32, {0xFF, 0xFF00, 0xFF0000, 0xFF000000}, pixels);
 }
 
 struct CFormatCase {
     const char* name;
-    std::function<std::string()> make;
+    std::string bytes;
     std::uint8_t secondAlpha = 255;
 };
 class ImageFormatTest : public testing::TestWithParam<CFormatCase> {};
@@ -116,7 +94,7 @@ class ImageFormatTest : public testing::TestWithParam<CFormatCase> {};
 }  // namespace
 
 TEST_P(ImageFormatTest, GivesRedThenBlueByContentAlone) {
-    const auto image = Decode(GetParam().make(), "misleading.png");
+    const auto image = Decode(GetParam().bytes, "misleading.png");
     ASSERT_TRUE(image) << image.Error().Text();
     ASSERT_EQ(image.Value().width, 2);
     ASSERT_EQ(image.Value().height, 1);
@@ -125,7 +103,7 @@ TEST_P(ImageFormatTest, GivesRedThenBlueByContentAlone) {
 }
 
 TEST_P(ImageFormatTest, EveryPrefixAndChangedByteHasAClearOutcome) {
-    const std::string whole = GetParam().make();
+    const std::string whole = GetParam().bytes;
     for (std::size_t i = 0; i < whole.size(); ++i) {
         for (const int change : {-1, 0x01, 0x80, 0xFF}) {
             std::string bytes = change < 0 ? whole.substr(0, i) : whole;
@@ -139,17 +117,25 @@ TEST_P(ImageFormatTest, EveryPrefixAndChangedByteHasAClearOutcome) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Formats, ImageFormatTest,
-    testing::Values(CFormatCase{"Tga24", Tga24}, CFormatCase{"TgaRle32", TgaRle32, 0x80},
-                    CFormatCase{"TgaZeroAlpha", TgaZeroAlpha}, CFormatCase{"Bmp", [] { return Bmp(); }},
-                    CFormatCase{"Gif", [] { return Gif(); }}, CFormatCase{"Tiff", [] { return Tiff(); }},
-                    CFormatCase{"Pcx", [] { return Pcx(); }}, CFormatCase{"Dxt1", [] { return Dxt1(); }},
-                    CFormatCase{"Dxt3", Dxt3, 0x88}, CFormatCase{"Dxt5", Dxt5, 0x80},
-                    CFormatCase{"Dds565", Dds565}, CFormatCase{"Dds24", Dds24},
-                    CFormatCase{"Dds32", Dds32, 0x80}, CFormatCase{"DdsTenBits", DdsTenBits, 0x55},
-                    CFormatCase{"DdsZeroAlpha", DdsZeroAlpha}),
-    kRowName);
+const CFormatCase kFormats[] = {
+    {"Tga24", Tga24()},
+    {"TgaRle32", TgaHeader(10, 2, 1, 32) + "\x01\0\0\xFF\xFF\xFF\0\0\x80"s, 0x80},
+    {"TgaZeroAlpha", TgaHeader(2, 2, 1, 32) + "\0\0\xFF\0\xFF\0\0\0"s},
+    {"Bmp", Bmp()},
+    {"Gif", Gif()},
+    {"Tiff", Tiff()},
+    {"Pcx", Pcx()},
+    {"Dxt1", Dxt1()},
+    {"Dxt3", DdsPacked("DXT3", "\x8F\0\0\0\0\0\0\0"s + kFirstRedThenBlue), 0x88},
+    {"Dxt5", DdsPacked("DXT5", "\xFF\x80\x08\0\0\0\0\0"s + kFirstRedThenBlue), 0x80},
+    {"Dds565", DdsMasked(0x40, 16, {0xF800, 0x7E0, 0x1F, 0xFFFF}, "\x00\xF8\x1F\x00"s)},
+    {"Dds24", Dds24()},
+    {"Dds32", DdsRgba("\xFF\0\0\xFF\0\0\xFF\x80"s), 0x80},
+    {"DdsTenBits",
+     DdsMasked(0x41, 32, {0x3FF00000, 0xFFC00, 0x3FF, 0xC0000000}, "\0\0\xF0\xFF\xFF\x03\0\x40"s), 0x55},
+    {"DdsZeroAlpha", DdsRgba("\xFF\0\0\0\0\0\xFF\0"s)},
+};
+INSTANTIATE_TEST_SUITE_P(Formats, ImageFormatTest, testing::ValuesIn(kFormats), kRowName);
 
 namespace {
 
@@ -199,34 +185,31 @@ TEST_P(ImageRefusalTest, SaysWhy) {
     EXPECT_EQ(image.Error().code, GetParam().code) << image.Error().message;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Refusals, ImageRefusalTest,
-    testing::Values(
-        CRefusal{"Nothing", "", "a.jpg", EErrorCode::Unsupported},
-        CRefusal{"Text", "BMW is a car, not a picture", "a.bmp", EErrorCode::Unsupported},
-        CRefusal{"DdsNoSize", "DDS |" + std::string(124, '\0'), "a.dds", EErrorCode::BadFormat},
-        CRefusal{"DdsHeader", Dxt1().replace(4, 1, "\0"s), "a.dds", EErrorCode::BadFormat},
-        CRefusal{"DdsKind", DdsPacked("DX10", std::string(99, '\0')), "a.dds", EErrorCode::Unsupported},
-        CRefusal{"DdsPalette", DdsMasked(0x20, 8, {}, "12"), "", EErrorCode::Unsupported},
-        CRefusal{"DdsBits", DdsMasked(0x40, 0, {}, "12"), "", EErrorCode::Unsupported},
-        CRefusal{"DdsBig", Dxt1(16385), "", EErrorCode::TooLarge},
-        CRefusal{"DdsCutBlock", Dxt1(5), "", EErrorCode::BadFormat},
-        CRefusal{"DdsCutPixel", Dds24().substr(0, 133), "", EErrorCode::BadFormat},
-        CRefusal{"JpegHeadOnly", "\xFF\xD8\xFF\xE0\0\x10JFIF"s, "", EErrorCode::BadFormat},
-        CRefusal{"PngHeadOnly", "\x89PNG\r\n\x1a\n"s, "", EErrorCode::BadFormat},
-        CRefusal{"TgaCut", Tga24().substr(0, 20), "", EErrorCode::BadFormat},
-        CRefusal{"TgaNoSize", TgaHeader(2, 0, 9, 24), "a.tga", EErrorCode::BadFormat},
-        CRefusal{"TgaWide", TgaHeader(10, 16385, 1, 24) + "x", "", EErrorCode::TooLarge},
-        CRefusal{"TgaBig", TgaHeader(10, 8193, 8193, 24) + "x", "", EErrorCode::TooLarge},
-        CRefusal{"BmpBig", Bmp(0x7FFFFFFF, 2), "", EErrorCode::TooLarge},
-        CRefusal{"BmpTopDownBig", Bmp(2, 0x80000000), "", EErrorCode::TooLarge},
-        CRefusal{"GifFrameBig", Gif(65535, 65535), "", EErrorCode::TooLarge},
-        CRefusal{"TiffBig", Tiff(65535), "", EErrorCode::TooLarge},
-        CRefusal{"PcxBig", Pcx(65535), "", EErrorCode::TooLarge},
-        CRefusal{"PngBig",
-                 "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x80\0\0\0\0\1\x08\2\0\0\0\x08\x54\x0D\x7F\0\0\0\0IDAT"s,
-                 "", EErrorCode::TooLarge}),
-    kRowName);
+const CRefusal kRefusals[] = {
+    {"Nothing", "", "a.jpg", EErrorCode::Unsupported},
+    {"Text", "BMW is a car, not a picture", "a.bmp", EErrorCode::Unsupported},
+    {"DdsNoSize", "DDS |" + std::string(124, '\0'), "a.dds", EErrorCode::BadFormat},
+    {"DdsHeader", Dxt1().replace(4, 1, "\0"s), "a.dds", EErrorCode::BadFormat},
+    {"DdsKind", DdsPacked("DX10", std::string(99, '\0')), "a.dds", EErrorCode::Unsupported},
+    {"DdsPalette", DdsMasked(0x20, 8, {}, "12"), "", EErrorCode::Unsupported},
+    {"DdsBits", DdsMasked(0x40, 0, {}, "12"), "", EErrorCode::Unsupported},
+    {"DdsBig", Dxt1(16385), "", EErrorCode::TooLarge},
+    {"DdsCutBlock", Dxt1(5), "", EErrorCode::BadFormat},
+    {"DdsCutPixel", Dds24().substr(0, 133), "", EErrorCode::BadFormat},
+    {"JpegHeadOnly", "\xFF\xD8\xFF\xE0\0\x10JFIF"s, "", EErrorCode::BadFormat},
+    {"PngHeadOnly", "\x89PNG\r\n\x1a\n"s, "", EErrorCode::BadFormat},
+    {"TgaCut", Tga24().substr(0, 20), "", EErrorCode::BadFormat},
+    {"TgaNoSize", TgaHeader(2, 0, 9, 24), "a.tga", EErrorCode::BadFormat},
+    {"TgaWide", TgaHeader(10, 16385, 1, 24) + "x", "", EErrorCode::TooLarge},
+    {"TgaBig", TgaHeader(10, 8193, 8193, 24) + "x", "", EErrorCode::TooLarge},
+    {"BmpBig", Bmp(0x7FFFFFFF, 2), "", EErrorCode::TooLarge},
+    {"BmpTopDownBig", Bmp(2, 0x80000000), "", EErrorCode::TooLarge},
+    {"GifFrameBig", Gif(65535, 65535), "", EErrorCode::TooLarge},
+    {"TiffBig", Tiff(65535), "", EErrorCode::TooLarge},
+    {"PcxBig", Pcx(65535), "", EErrorCode::TooLarge},
+    {"PngBig", "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x80\0\0\0\0\1\x08\2\0\0\0\x08\x54\x0D\x7F\0\0\0\0IDAT"s, "",
+     EErrorCode::TooLarge}};
+INSTANTIATE_TEST_SUITE_P(Refusals, ImageRefusalTest, testing::ValuesIn(kRefusals), kRowName);
 
 namespace {
 
@@ -258,9 +241,8 @@ TEST(ImageWriterTest, PngKeepsEveryPixel) {
 TEST(ImageWriterTest, JpegIsCloseAndACutOneIsStillShown) {
     const CTestFolder folder;
     CImage image = TestImage(320, 200);
-    for (std::size_t i = 0; i < image.rgba.size(); ++i) {
-        if (i % 4 >= 2) image.rgba[i] = i % 4 == 2 ? 90 : 255;
-    }
+    for (std::size_t i = 2; i < image.rgba.size(); i += i % 4 == 2 ? 1 : 3)
+        image.rgba[i] = i % 4 == 2 ? 90 : 255;
     ASSERT_TRUE(image_codec::WriteJpeg(folder / "a.jpg", image, 95));
     const auto read = image_codec::ReadImageFile(folder / "a.jpg");
     ASSERT_TRUE(read);
@@ -301,18 +283,14 @@ TEST(ImageCodecTest, ManyThreadsDecodeAtOnceAndNobodySaysAWord) {
     const std::vector<std::string> sound = {Tga24(), Bmp(), Gif(), Tiff(), Pcx(), Dxt1()};
     const std::vector<std::string> damaged = {Tga24().substr(0, 20), Bmp().substr(0, 50),
                                               Tiff().substr(0, 60)};
-    std::vector<std::thread> threads;
-    threads.reserve(4);
     std::atomic<int> decoded = 0;
-    for (int t = 0; t < 4; ++t) {
-        threads.emplace_back([&] {
-            for (int i = 0; i < 200; ++i) {
-                for (const std::string& bytes : sound) decoded += Decode(bytes) ? 1 : 0;
-                for (const std::string& bytes : damaged) decoded += Decode(bytes) ? 1 : 0;
-            }
-        });
-    }
-    for (std::thread& thread : threads) thread.join();
+    const auto decodeAll = [&] {
+        for (int i = 0; i < 200; ++i) {
+            for (const std::string& bytes : sound) decoded += Decode(bytes) ? 1 : 0;
+            for (const std::string& bytes : damaged) decoded += Decode(bytes) ? 1 : 0;
+        }
+    };
+    { const std::jthread a(decodeAll), b(decodeAll), c(decodeAll), d(decodeAll); }
     EXPECT_EQ(decoded, 4 * 200 * 6);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }

@@ -24,14 +24,12 @@ settings=$XDG_CONFIG_HOME/orbivue/settings.ini
 mkdir -p "$XDG_CONFIG_HOME/orbivue"
 cd "$XDG_CACHE_HOME"
 here=$PWD
-mkdir models empty far far/deep
+mkdir models empty
 latin1=$(printf 'r\344der')  # no UTF-8
 cp "$model" models/a.3ds
 cp "$model" models/b.3ds
 cp "$model" 'my new car.3ds'
 cp "$model" "$latin1.3ds"
-cp "$model" far/x.3ds
-ln -s far/deep link
 printf 'nothing' >broken.3ds
 
 # window TITLE: the window with a title that matches, of the process
@@ -62,12 +60,9 @@ opens() {
 # wrote LINE: the settings have a line that begins so
 wrote() { grep -q "^$1" "$settings" || fail "the settings have no $1"; }
 
-printf '[Settings]\nCloseOnEsc=1\nLastCamera=-1\nBkColorR=300\nLanguage=../none\nPovDiffuse=abc\nBounds=-5\n' >"$settings"
+printf '[Settings]\nCloseOnEsc=1\nLastCamera=-1\nLanguage=../none\n' >"$settings"
 opens "^Orbivue - $model\$" '' "$model"
 wrote 'LastCamera=32776'
-wrote 'BkColorR=44'
-wrote 'PovDiffuse=0.000'
-wrote 'Bounds=1'
 wrote 'Language=../none'
 
 #     title                                             errors                            arguments
@@ -75,7 +70,6 @@ opens "^Orbivue - $here/broken.3ds - File open failed\$" "Orbivue: $here/broken.
 opens '^Orbivue$'                                       ''                                missing.3ds
 opens "^Orbivue - $here/models/a.3ds\$"                 ''                                models
 opens '^Orbivue$'                "Orbivue: $here/empty: there is no model in this folder" empty
-opens "^Orbivue - $here/far/x.3ds\$"                    ''                                link/../x.3ds
 opens "^Orbivue - $here/my new car.3ds\$"               ''             "file://$here/my%20new%20car.3ds"
 opens "^Orbivue - $here/r.*der.3ds\$"                    ''                                "$latin1.3ds"
 wrote "File1=$here/$latin1.3ds"

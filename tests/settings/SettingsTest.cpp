@@ -77,15 +77,12 @@ TEST_F(SettingsTest, AMissingKeyKeepsTheFieldExceptCameraColourAndFactors) {
     m_settings.language = L"de";
     m_settings.rotate = true;
     m_settings.povLastName = L"x";
+    CSettings expected = m_settings;
+    expected.wireFrame = true;
     m_settings.lastCamera = 1;
     m_settings.bkColorR = m_settings.bkColorG = m_settings.bkColorB = 9;
     m_settings.povDiffuse = m_settings.povSelfDiff = 5;
     m_settings.ReadAll();
-    CSettings expected;
-    expected.language = L"de";
-    expected.rotate = true;
-    expected.povLastName = L"x";
-    expected.wireFrame = true;
     EXPECT_EQ(m_settings, expected);
 }
 
@@ -128,6 +125,5 @@ TEST_F(SettingsTest, OtherSectionsStayAndAValueThatCannotBeWrittenIsTold) {
     const std::string before = File();
     m_settings.povLastName = std::wstring(1, L'\0');
     EXPECT_FALSE(m_settings.WriteAll());
-    EXPECT_NE(File().find("PovLastName="), std::string::npos);
     EXPECT_EQ(File(), before);
 }

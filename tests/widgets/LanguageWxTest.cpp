@@ -10,20 +10,9 @@
 
 namespace {
 
-/** The texts are German as long as it lives. */
-class CGerman {
-  public:
-    CGerman() {
-        lng_util_internal::SetDomain(lng::Domain(), "viewer");
-        lng::SetLanguage(L"de");
-    }
-    CGerman(const CGerman&) = delete;
-    CGerman& operator=(const CGerman&) = delete;
-    ~CGerman() { lng::SetLanguage(L"en"); }
-};
-
-TEST(LanguageWxTest, ErrorsAreToldInTheLanguageInForce) {
-    const CGerman german;
+TEST(LanguageWxTest, ErrorsAndNumbersAreToldInTheLanguageInForce) {
+    lng_util_internal::SetDomain(lng::Domain(), "viewer");
+    lng::SetLanguage(L"de");
     const CError missing = file_util_ex::ReadWholeFile("/no/such/file").Error();
     EXPECT_EQ(lng::Text(missing), L"/no/such/file: diese Datei oder diesen Ordner gibt es nicht");
     EXPECT_EQ(lng::Text(CError{EErrorCode::WriteFailed, SystemErrorText(ENOSPC), {}}),
@@ -32,11 +21,9 @@ TEST(LanguageWxTest, ErrorsAreToldInTheLanguageInForce) {
     EXPECT_EQ(lng::Text(CError{EErrorCode::BadFormat, "Bogus \xFF marker", "a.jpg"}),
               L"a.jpg: Bogus \uFFFD marker");
     EXPECT_EQ(lng::Text(CError{EErrorCode::BadFormat, "", "a.jpg"}), L"a.jpg: ");
-}
-
-TEST(LanguageWxTest, NumbersAreSetApartAsTheLanguageDoesIt) {
-    const CGerman german;
     EXPECT_EQ(lng::Number(1'234'567), L"1.234.567");
+    lng::SetLanguage(L"en");
+    EXPECT_EQ(lng::Number(1'234'567), L"1,234,567");
 }
 
 }  // namespace

@@ -21,15 +21,11 @@ bool IsQuestionActive() {
 TEST(UserPromptWxTest, EnterLosesNothing) {
     auto* frame = new wxFrame(nullptr, wxID_ANY, "main");
     CModalDriver::ShowFirst(*frame);
-    {
-        CModalDriver driver({IsQuestionActive, CModalDriver::Press(WXK_RETURN)});
-        EXPECT_FALSE(CWxUserPrompt().AskYesNo(L"Shall it be lost?"));
-        EXPECT_TRUE(driver.IsDone());
-    }
-    {
-        CModalDriver driver(
-            {IsQuestionActive, CModalDriver::Press(WXK_TAB), CModalDriver::Press(WXK_RETURN)});
-        EXPECT_TRUE(CWxUserPrompt().AskYesNo(L"Shall it be lost?"));
+    for (const bool tabs : {false, true}) {
+        std::deque<CModalDriver::CStep> steps{IsQuestionActive, CModalDriver::Press(WXK_RETURN)};
+        if (tabs) steps.insert(steps.begin() + 1, CModalDriver::Press(WXK_TAB));
+        CModalDriver driver(std::move(steps));
+        EXPECT_EQ(CWxUserPrompt().AskYesNo(L"Shall it be lost?"), tabs);
         EXPECT_TRUE(driver.IsDone());
     }
     frame->Destroy();

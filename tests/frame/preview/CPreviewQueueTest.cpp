@@ -4,37 +4,34 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 #include <string>
-#include <utility>
 
 #include "frame/preview/CPreviewCache.h"
 #include "frame/preview/CPreviewDisplay.h"
 #include "frame/preview/CPreviewWorker.h"
+#include "row_name.h"
 
 using namespace std::chrono_literals;
 
 namespace {
 
-CPreviewRequest File(const std::string& name, std::int64_t changedNs = 1) {
-    CPreviewRequest request;
-    request.path = request.modelPath = name;
-    request.changedNs = changedNs;
-    return request;
-}
+/** What happens to a queue, word by word, and what it does then, told after " > ".
+ * A name selects a file ("a2" once it has changed), "-" nothing; a number lets as many milliseconds pass; "!" ends
+ * the drawing with a picture, "?" without one; "forget" leaves out what was told so far. */
+struct CStory {
+    const char* name;
+    std::string events, told;
+    bool canStart = true;
+};
 
-CPreviewResult Picture(int triangles) {
-    CPreviewResult result;
-    result.png.resize(1);
-    result.triangles = triangles;
-    return result;
-}
-
-/** Notes what the queue does, and keeps the time. */
-class CPreviewQueueTest : public testing::Test, protected CPreviewWorker, protected CPreviewDisplay {
+class CPreviewQueueTest : public testing::TestWithParam<CStory>,
+                          protected CPreviewWorker,
+                          protected CPreviewDisplay {
   protected:
     bool Start(const CPreviewRequest& request) override {
         Note("start " + request.path);
-        return canStart;
+        return GetParam().canStart;
     }
     void Kill() override { Note("kill"); }
     void ShowNothing() override { Note("nothing"); }
@@ -54,140 +51,68 @@ class CPreviewQueueTest : public testing::Test, protected CPreviewWorker, protec
         }
         now = end;
     }
-    void Select(const CPreviewRequest& request) { queue.Select(request, now); }
-    void End(const CPreviewResult& result) { queue.OnEnded(result, now); }
-    void SelectAndDraw(const CPreviewRequest& request) {
-        Select(request);
-        Pass(60ms);
-        End(Picture(1));
+    void Select(const std::string& name) {
+        CPreviewRequest request;
+        request.path = name.substr(0, 1);
+        request.modelPath = name == "s" ? "" : name;  // a script that names no model
+        request.changedNs = name.ends_with('2') ? 2 : 1;
+        queue.Select(request, now);
     }
-    std::string Told() { return std::exchange(told, {}); }
+    void Do(const std::string& event) {
+        CPreviewResult result;
+        result.png.resize(event == "!" ? 1 : 0);
+        if (event == "-") {
+            queue.Select(std::nullopt, now);
+        } else if (event == "!" || event == "?") {
+            queue.OnEnded(result, now);
+        } else if (event == "forget") {
+            told.clear();
+        } else if (std::isdigit(static_cast<unsigned char>(event[0]))) {
+            Pass(std::chrono::milliseconds(std::stoi(event)));
+        } else {
+            Select(event);
+        }
+    }
 
-    bool canStart = true;
     std::string told;
     CPreviewQueue::CTime now{1h};
     CPreviewCache cache;
     CPreviewQueue queue{*this, *this, cache};
 };
 
-TEST_F(CPreviewQueueTest, DrawsWhatStaysSelected) {
-    Select(File("a"));
-    Pass(59ms);
-    EXPECT_EQ(Told(), "wait a");
-    Pass(1ms);
-    EXPECT_EQ(Told(), "start a");
-    End(Picture(1));
-    EXPECT_EQ(Told(), "picture a");
-    EXPECT_FALSE(queue.NextTime()) << "nothing is left to do";
-    Select(File("a"));
-    EXPECT_EQ(Told(), "") << "the same selection told again";
+TEST_P(CPreviewQueueTest, Tells) {
+    std::istringstream events(GetParam().events);
+    for (std::string event; events >> event;) Do(event);
+    EXPECT_EQ(told, GetParam().told);
 }
 
-TEST_F(CPreviewQueueTest, WalkingThroughAFolderDrawsOnlyWhereItRests) {
-    for (int i = 0; i < 300; ++i) {
-        Select(File(std::to_string(i)));
-        Pass(30ms);
-    }
-    EXPECT_EQ(Told().find("start"), std::string::npos);
-    Pass(30ms);
-    EXPECT_EQ(Told(), "start 299");
+/** Each file of so many letters is drawn to its end. */
+std::string Drawn(std::string_view names) {
+    std::string events;
+    for (const char name : names) events += std::string(1, name) + " 60 ! ";
+    return events;
 }
 
-TEST_F(CPreviewQueueTest, KillsWhatIsNoLongerWantedAndDrawsTheNewestNext) {
-    Select(File("a"));
-    Pass(100ms);
-    Select(File("b"));
-    Select(File("c"));
-    EXPECT_EQ(Told(), "wait a, start a, kill, wait b, wait c") << "it is killed once";
-    Pass(1s);
-    EXPECT_EQ(Told(), "") << "one at a time";
-    End(Picture(1));
-    EXPECT_EQ(Told(), "start c") << "what was killed shows nothing, whatever it says";
-    End(Picture(2));
-    EXPECT_EQ(Told(), "picture c");
-    Select(File("a"));
-    EXPECT_EQ(Told(), "wait a") << "what was killed is not kept";
-}
-
-TEST_F(CPreviewQueueTest, ComesBackToAFileWhoseDrawingWasKilled) {
-    Select(File("a"));
-    Pass(60ms);
-    Select(File("b"));
-    Select(File("a"));
-    Told();
-    End({});
-    EXPECT_EQ(Told(), "") << "it has not settled";
-    Pass(60ms);
-    End(Picture(1));
-    EXPECT_EQ(Told(), "start a, picture a");
-}
-
-TEST_F(CPreviewQueueTest, SelectsNothing) {
-    Select(File("a"));
-    queue.Select(std::nullopt, now);
-    Pass(1s);
-    EXPECT_EQ(Told(), "wait a, nothing");
-    Select(File("a"));
-    Pass(60ms);
-    queue.Select(std::nullopt, now);
-    End(Picture(1));
-    Pass(1min);
-    EXPECT_EQ(Told(), "wait a, start a, kill, nothing");
-}
-
-TEST_F(CPreviewQueueTest, GivesUpOnWhatTakesTooLong) {
-    Select(File("a"));
-    Pass(60ms + 9'999ms);
-    EXPECT_EQ(Told(), "wait a, start a");
-    Pass(1ms);
-    EXPECT_EQ(Told(), "kill, problem a");
-    Pass(1min);
-    End(Picture(1));
-    Pass(1min);
-    EXPECT_EQ(Told(), "") << "the late end changes nothing and starts nothing";
-    Select(File("b"));
-    Select(File("a"));
-    EXPECT_EQ(Told(), "wait b, wait a") << "another try, as the machine may have been busy";
-}
-
-TEST_F(CPreviewQueueTest, ShowsWhatItKnowsAtOnce) {
-    SelectAndDraw(File("a"));
-    Select(File("b"));
-    Pass(60ms);
-    CPreviewResult broken;
-    broken.problem = L"no";
-    End(broken);
-    Told();
-    Select(File("a"));
-    Select(File("b"));
-    EXPECT_EQ(Told(), "picture a, problem b");
-    Select(File("a", 2));
-    EXPECT_EQ(Told(), "wait a") << "the file has changed";
-}
-
-TEST_F(CPreviewQueueTest, KeepsTheLastDozen) {
-    for (int i = 0; i < 13; ++i) {
-        SelectAndDraw(File(std::to_string(i)));
-        if (i == 11) Select(File("0"));  // looked at again, so "1" has to go
-    }
-    Told();
-    Select(File("1"));
-    EXPECT_EQ(Told(), "wait 1");
-    Select(File("0"));
-    Select(File("2"));
-    EXPECT_EQ(Told(), "picture 0, picture 2");
-}
-
-TEST_F(CPreviewQueueTest, SaysWhenThereIsNoPreviewToBeHad) {
-    canStart = false;
-    Select(File("a"));
-    Pass(1min);
-    EXPECT_EQ(Told(), "wait a, start a, problem a") << "no second try";
-    CPreviewRequest script = File("s");
-    script.modelPath.clear();
-    Select(script);
-    Pass(1min);
-    EXPECT_EQ(Told(), "problem s");
-}
+const CStory kStories[] = {
+    {"NotYetSettled", "a 59", "wait a"},
+    {"DrawsWhatStaysSelectedOnce", "a 60 ! a 60000", "wait a, start a, picture a"},
+    {"WalksThroughAFolder", "a 30 b 30 c 30 forget 30", "start c"},
+    {"KillsOnceAndDrawsTheNewestNext", "a 100 b c 1000 ! ! a",
+     "wait a, start a, kill, wait b, wait c, start c, picture c, wait a"},
+    {"OneAtATime", "a 100 b forget 1000", ""},
+    {"ComesBackToWhatWasKilled", "a 60 b a forget ? 59", ""},
+    {"DrawsWhatWasKilledAgain", "a 60 b a forget ? 60 !", "start a, picture a"},
+    {"NothingBeforeItSettled", "a - 1000", "wait a, nothing"},
+    {"NothingWhileDrawn", "a 60 - ! 60000", "wait a, start a, kill, nothing"},
+    {"Patient", "a 10059", "wait a, start a"},
+    {"GivesUp", "a 60 forget 10000 60000 ! 60000", "kill, problem a"},
+    {"TriesAgainWhatTookTooLong", "a 10060 ! forget b a", "wait b, wait a"},
+    {"ShowsWhatItKnowsAtOnce", "a 60 ! b 60 ? forget a b a2", "picture a, problem b, wait a"},
+    {"KeepsTheLastDozen", Drawn("abcdefghijkl") + "a " + Drawn("m") + "forget b a c",
+     "wait b, picture a, picture c"},
+    {"CannotStart", "a 60000", "wait a, start a, problem a", false},
+    {"NoModel", "s 60000", "problem s"},
+};
+INSTANTIATE_TEST_SUITE_P(Stories, CPreviewQueueTest, testing::ValuesIn(kStories), kRowName);
 
 }  // namespace

@@ -59,70 +59,61 @@ class EditsAndFileTest : public testing::TestWithParam<CRow> {
     CEdit SomeEdit(CEdited& scene) {
         const std::vector<CPreparedNode>& nodes = scene.At().nodes;
         const std::string node = nodes.empty() ? "" : nodes[Below(nodes.size())].name;
-        switch (Below(10)) {
-            case 0:
-                return CShininessEdit{SomeTarget(scene, node), Number(1)};
-            case 1:
-                return CTransparencyEdit{SomeTarget(scene, node), Number(1)};
-            case 2:
-                return CTextureEdit{SomeTarget(scene, node),
-                                    m_folder / (Below(2) == 0 ? "wood.png" : "glass.png")};
-            case 3:
-                return CTextureEdit{SomeTarget(scene, node), ""};
-            case 4:
-                return CReplaceEdit{node, m_folder / "square.3ds", Below(2) == 0 ? "Square" : ""};
-            case 5:
-                return CDeleteEdit{node};
-            case 6:
-                return CMoveEdit{node, Vector(9)};
-            case 7:
-                return CRotateEdit{node, Vector(360)};
-            default:
-                return CColorEdit{SomeTarget(scene, node), Vector(1)};
-        }
+        const CMaterialTarget target = SomeTarget(scene, node);
+        const CEdit one[] = {CShininessEdit{target, Number(1)},
+                             CTransparencyEdit{target, Number(1)},
+                             CTextureEdit{target, m_folder / (Below(2) == 0 ? "wood.png" : "glass.png")},
+                             CTextureEdit{target, ""},
+                             CReplaceEdit{node, m_folder / "square.3ds", Below(2) == 0 ? "Square" : ""},
+                             CDeleteEdit{node},
+                             CMoveEdit{node, Vector(9)},
+                             CRotateEdit{node, Vector(360)},
+                             CColorEdit{target, Vector(1)},
+                             CColorEdit{target, Vector(1)}};
+        return one[Below(std::size(one))];
     }
 };
 
 /** One value after the other as text, exact; for looking for the first that differs. */
 class CDump {
   public:
-    CDump& operator<<(const std::string& text) {
-        lines.push_back(text);
-        return *this;
-    }
-    CDump& operator<<(double value) { return *this << std::to_string(std::bit_cast<std::uint64_t>(value)); }
-    CDump& operator<<(CVec3 v) { return *this << double(v.x) << double(v.y) << double(v.z); }
-    CDump& operator<<(const CMat4& matrix) {
-        for (const float value : matrix.m) *this << double(value);
-        return *this;
-    }
-    CDump& operator<<(const CPreparedMap& map) {
-        return *this << double(map.texture) << double(map.amount) << double(map.scale.x) << double(map.tile);
+    template <class... T>
+    void Add(const T&... values) {
+        (One(values), ...);
     }
     std::vector<std::string> lines;
+
+  private:
+    void One(const std::string& text) { lines.push_back(text); }
+    template <class T>
+    requires(std::is_arithmetic_v<T> || std::is_enum_v<T>) void One(T value) {
+        One(std::to_string(std::bit_cast<std::uint64_t>(static_cast<double>(value))));
+    }
+    void One(CVec3 v) { Add(v.x, v.y, v.z); }
+    void One(const CMat4& matrix) {
+        for (const float value : matrix.m) One(value);
+    }
+    void One(const CPreparedMap& map) { Add(map.texture, map.amount, map.scale.x, map.tile); }
 };
 
 std::vector<std::string> Dumped(const CPreparedScene& scene) {
     CDump to;
-    for (const CPreparedNode& node : scene.nodes) {
-        to << node.name << double(node.kind) << double(node.parent) << double(node.mesh) << node.pivot
-           << node.fixedWorld << node.meshToNode << node.meshToWorld << node.worldBounds.min;
+    for (const CPreparedNode& n : scene.nodes) {
+        to.Add(n.name, n.kind, n.parent, n.mesh, n.pivot, n.fixedWorld, n.meshToNode, n.meshToWorld,
+               n.worldBounds.min);
     }
     for (const CPreparedMesh& mesh : scene.meshes) {
-        to << mesh.name << mesh.bounds.max << mesh.toLocal << double(mesh.texCoords.size());
-        for (const CPreparedVertex& vertex : mesh.vertices) to << vertex.Position() << vertex.Normal();
-        for (const CPreparedBatch& batch : mesh.batches)
-            to << double(batch.material) << double(batch.indexCount);
+        to.Add(mesh.name, mesh.bounds.max, mesh.toLocal, mesh.texCoords.size());
+        for (const CPreparedVertex& vertex : mesh.vertices) to.Add(vertex.Position(), vertex.Normal());
+        for (const CPreparedBatch& batch : mesh.batches) to.Add(batch.material, batch.indexCount);
     }
-    for (const CPreparedMaterial& material : scene.materials) {
-        to << material.name << material.ambient << material.diffuse << material.specular
-           << double(material.shininess) << double(material.shininessStrength)
-           << double(material.transparency) << double(material.twoSided) << double(material.needsBlending)
-           << material.texture << material.opacity;
+    for (const CPreparedMaterial& m : scene.materials) {
+        to.Add(m.name, m.ambient, m.diffuse, m.specular, m.shininess, m.shininessStrength, m.transparency,
+               m.twoSided, m.needsBlending, m.texture, m.opacity);
     }
-    for (const CPreparedTexture& texture : scene.textures) to << texture.reference << texture.foundAt;
-    to << double(scene.triangleCount) << double(scene.vertexCount) << double(scene.notes.size())
-       << double(scene.animated) << double(scene.lastFrame) << scene.bounds.min << scene.bounds.max;
+    for (const CPreparedTexture& texture : scene.textures) to.Add(texture.reference, texture.foundAt);
+    to.Add(scene.triangleCount, scene.vertexCount, scene.notes.size(), scene.animated, scene.lastFrame,
+           scene.bounds.min, scene.bounds.max);
     return to.lines;
 }
 

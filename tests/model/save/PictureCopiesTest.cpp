@@ -21,11 +21,9 @@ class PictureCopiesTest : public testing::Test {
         std::filesystem::create_directories(to / "saved");
         (void)from.Add("model/wood.png", "a picture");
         m_locator = CTextureLocator::BesideModel(from / "model/chair.3ds");
-        m_scene.AddMaterial("Wood", [] {
-            CMaterialValues values;
-            values.texture = "WOOD.JPG";  // as a file that was saved once has it
-            return values;
-        }());
+        CMaterialValues values;
+        values.texture = "WOOD.JPG";  // as a file that was saved once has it
+        m_scene.AddMaterial("Wood", values);
         m_known = CTexturesOfScene(&m_scene.File(), m_locator);
     }
     [[nodiscard]] std::vector<std::string> Missing() {
@@ -54,13 +52,8 @@ TEST_F(PictureCopiesTest, CopiesWhatWouldNotBeFound) {
 }
 
 TEST_F(PictureCopiesTest, OverwritesNothing) {
-    (void)to.Add("saved/WOOD.png", "another one");
-    EXPECT_EQ(Copy(), std::vector<std::string>{"WOOD.png"});
-    EXPECT_EQ(CTestFolder::TextOf(to / "saved/WOOD.png"), "another one");
-    std::filesystem::remove(to / "saved/WOOD.png");
-
+    (void)to.Add("victim", "keep me");
     for (const char* target : {"elsewhere", "victim"}) {
-        (void)to.Add("victim", "keep me");
         std::filesystem::create_symlink(to / target, to / "saved/WOOD.png");
         EXPECT_EQ(Copy(), std::vector<std::string>{"WOOD.png"}) << target;
         EXPECT_FALSE(std::filesystem::exists(to / "elsewhere"));

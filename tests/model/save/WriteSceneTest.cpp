@@ -24,7 +24,7 @@ CBytes FullFile() {
         Keyframer(ObjectNode(0, kLongName, 65535, moving) + ObjectNode(1, "Mirror", 0, AtPosition(1, 2, 3))));
 }
 
-TEST(write_scene, SceneComesBackAsItWas) {
+TEST(WriteSceneTest, SceneComesBackAsItWas) {
     CReadScene before(FullFile());
     const auto bytes = SceneTo3ds(before.scene);
     ASSERT_TRUE(bytes);
@@ -43,7 +43,7 @@ TEST(write_scene, SceneComesBackAsItWas) {
     EXPECT_EQ(SceneTo3ds(after.scene).Value(), bytes.Value());  // nothing drifts from one saving to the next
 }
 
-TEST(write_scene, FileIsReplacedAndStaysAsItWasOnFailure) {
+TEST(WriteSceneTest, FileIsReplacedAndStaysAsItWasOnFailure) {
     const CTestFolder folder;
     const std::string path = folder.Add("out.3ds", "old");
     CScene scene = CReadScene(FullFile()).scene;
