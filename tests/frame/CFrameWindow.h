@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <wx/app.h>
 #include <wx/evtloop.h>
 #include <wx/uiaction.h>
 #include <wx/weakref.h>
@@ -11,22 +12,24 @@
 #include <utility>
 #include <vector>
 
+#include "engine/C3dsDisplayWrap.h"
+#include "engine/CGLCanvasI.h"
 #include "files/CTestFolder.h"
+#include "files/file_util_ex.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "frame/ui/CFileCommands.h"
 #include "session/CSession.h"
 #include "settings/CLocalRegStore.h"
 #include "settings/CSettingsGuard.h"
+#include "view/ui/CViewer3DSWindowHandler.h"
 #include "widgets/CModalDriver.h"
 #include "widgets/CUserPrompt.h"
-
-class C3dsDisplayWrap;
 
 /** Answers all questions as it was told and keeps what was asked. */
 class CRecordedPrompt final : public CUserPrompt {
   public:
     void ShowMessage(const std::wstring& text) override { messages.push_back(text); }
-    [[nodiscard]] bool AskYesNo(const std::wstring& text) override {
+    bool AskYesNo(const std::wstring& text) override {
         messages.push_back(text);
         if (const auto work = std::exchange(whileAsking, nullptr)) work();
         return answer;
@@ -43,32 +46,61 @@ class CRecordedPrompt final : public CUserPrompt {
 /** The program's frame, shown, with settings and files of its own. */
 class CFrameWindow {
   public:
-    CFrameWindow();
-    ~CFrameWindow();
+    CFrameWindow() {
+        auto recorded = std::make_unique<CRecordedPrompt>();
+        prompt = recorded.get();
+        m_promptBefore = CUserPrompt::Install(std::move(recorded));
+        [[maybe_unused]] static const bool s_once = (wxInitAllImageHandlers(), true);
+        CLocalRegStore::Load(file_util_ex::ConvertFromUTF8W(folder / "settings.ini"));
+        ShowFrame();
+    }
+    ~CFrameWindow() {
+        if (m_frame) m_frame->Close(true);
+        wxTheApp->ProcessIdle();  // windows are deleted when there is nothing else to do
+        CUserPrompt::Install(std::move(m_promptBefore));
+    }
 
     /** Serves events until the condition holds; false when it never does. */
-    [[nodiscard]] static bool WaitFor(const std::function<bool()>& condition) {
-        return CModalDriver::WaitFor(condition);
-    }
-    [[nodiscard]] bool IsReady() const { return m_ready; }
-    [[nodiscard]] CAViewerFrame& Frame() { return *m_frame; }
-    [[nodiscard]] C3dsDisplayWrap& Engine();
-    [[nodiscard]] bool Open(const std::wstring& path) {
+    static bool WaitFor(const std::function<bool()>& condition) { return CModalDriver::WaitFor(condition); }
+    bool IsReady() const { return m_ready; }
+    CAViewerFrame& Frame() { return *m_frame; }
+    C3dsDisplayWrap& Engine() { return m_frame->View().GetEngine(); }
+    bool Open(const std::wstring& path) {
         return m_frame->Session().Open(COpenRequest::OfFile(path)) != EOpened::Failed;
     }
     /** False once the frame has been closed. */
-    [[nodiscard]] bool IsThere() const { return m_frame != nullptr; }
+    bool IsThere() const { return m_frame != nullptr; }
     /** Closes the frame as a user does, and shows a new one, as a new start of the program does. */
-    void StartAgain();
+    void StartAgain() {
+        m_frame->Close();
+        wxTheApp->ProcessIdle();
+        (void)CSettings::Instance().WriteAll();
+        CSettings::Instance() = CSettings();
+        CLocalRegStore::Load(file_util_ex::ConvertFromUTF8W(folder / "settings.ini"));
+        CSettings::Instance().ReadAll();
+        ShowFrame();
+    }
     /** Presses a key with the view in focus, and serves what follows. */
-    void Press(int key, int modifiers = 0);
-    [[nodiscard]] bool IsEnabled(int id) const { return m_frame->StateOfCommand(id).enabled; }
+    void Press(int key, int modifiers = 0) {
+        m_hand.Char(key, modifiers);
+        wxEventLoopBase::GetActive()->YieldFor(wxEVT_CATEGORY_ALL);
+    }
+    bool IsEnabled(int id) const { return m_frame->StateOfCommand(id).enabled; }
 
     CTestFolder folder;
     CRecordedPrompt* prompt;
 
   private:
-    void ShowFrame();
+    void ShowFrame() {
+        m_frame = new CAViewerFrame("Orbivue");
+        if (!m_frame->HasView()) return;
+        m_frame->Show();
+        m_frame->Raise();
+        const CGLCanvasI* canvas = m_frame->View().GetCanvas();
+        m_ready = WaitFor([&] { return canvas->IsReady() && m_frame->IsActive(); });
+        m_frame->View().GetCanvas()->GetWindow()->SetFocus();
+        m_ready = m_ready && WaitFor([&] { return m_frame->View().GetCanvas()->GetWindow()->HasFocus(); });
+    }
 
     CLocalRegStore::CDefaultFileGuard m_store;
     CSettingsGuard m_settings;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
-#include <wx/app.h>
 #include <wx/dnd.h>
 #include <wx/filedlg.h>
 #include <wx/menu.h>
@@ -10,15 +9,10 @@
 
 #include <filesystem>
 
-#include "engine/C3dsDisplayWrap.h"
-#include "engine/CGLCanvasI.h"
-#include "files/file_util_ex.h"
 #include "files/std_file_paths.h"
 #include "frame/CFrameWindow.h"
 #include "frame/command_table.h"
 #include "model/prepare/CPreparedScene.h"
-#include "view/ui/CViewer3DSWindowHandler.h"
-#include "widgets/CModalDriver.h"
 #include "widgets/ui/file_chooser.h"
 
 namespace {

@@ -77,16 +77,4 @@ const CParameterCase kAddresses[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Parameters, CPathOfParameterTest, testing::ValuesIn(kAddresses), kRowName);
 
-TEST(ConversionPathsTest, TakesOneOrTwoParameters) {
-    const auto output = [](std::vector<std::wstring> parameters) {
-        const auto paths = ConversionPathsOf(parameters);
-        return paths ? paths->output : L"none";
-    };
-    EXPECT_EQ(output({L"a.3ds"}), L"a.pov");
-    EXPECT_EQ(output({L"/m/v1.2/car"}), L"/m/v1.2/car.pov");
-    EXPECT_EQ(output({L"a.3ds", L"b.pov"}), L"b.pov");
-    EXPECT_EQ(output({}), L"none");
-    EXPECT_EQ(output({L"a", L"b", L"c"}), L"none");
-}
-
 }  // namespace

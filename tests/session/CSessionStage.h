@@ -4,6 +4,7 @@
 #include <functional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "files/CTestFolder.h"
@@ -19,23 +20,56 @@
 /** A view without a display. Files whose text is "bad", and such bytes, cannot be opened. */
 class CPaperView final : public CSceneView {
   public:
-    [[nodiscard]] bool OpenModel(const wchar_t* path) override;
-    [[nodiscard]] bool OpenModelStruct(Lib3dsFile* scene, const wchar_t* name,
-                                       const CStructFacts& facts) override;
-    [[nodiscard]] bool OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures,
-                                       const wchar_t* name) override;
-    [[nodiscard]] bool OpenLoaded(CLoadedScene scene, const wchar_t* path) override;
-    [[nodiscard]] CStatus Reload() override;
+    bool OpenModel(const wchar_t* path) override {
+        if (shown == path) return true;
+        const std::string file = file_util_ex::ConvertToUTF8(path);
+        return Show("file", path, file_util_ex::DoesFileExist(file) && CTestFolder::TextOf(file) != "bad");
+    }
+    bool OpenModelStruct(Lib3dsFile* scene, const wchar_t* name, const CStructFacts&) override {
+        const CLib3dsFilePtr owned(scene);
+        return shown == name || Show("struct", name, owned != nullptr);
+    }
+    bool OpenBufferModel(const char* data, long size, const CImageDataTextVec&,
+                         const wchar_t* name) override {
+        return Show("buffer", name, std::string(data, static_cast<std::size_t>(size)) != "bad");
+    }
+    bool OpenLoaded(CLoadedScene, const wchar_t* path) override { return Show("ready", path, true); }
+    CStatus Reload() override {
+        const std::wstring before = shown;
+        if (Show("reload", before, CTestFolder::TextOf(file_util_ex::ConvertToUTF8(before)) != "bad"))
+            return CDone{};
+        shown = before;
+        return m_error;
+    }
     void CloseModel() override { shown.clear(); }
-    [[nodiscard]] const CError& LastError() const override { return m_error; }
-    void LoadBeside(const std::function<void(CJobProgress&)>& work) override;
-    [[nodiscard]] std::vector<CStatus> ApplyEdits(std::span<const CEdit> edits) override;
-    [[nodiscard]] bool TakeBackEdits(std::size_t count) override;
-    [[nodiscard]] CStatus SaveToPath(const std::wstring&) override { return CDone{}; }
-    [[nodiscard]] Lib3dsFile* Get3dsFile() override { return nullptr; }
-    [[nodiscard]] bool HasAnimation() const override { return true; }
+    const CError& LastError() const override { return m_error; }
+    void LoadBeside(const std::function<void(CJobProgress&)>& work) override {
+        CJobProgress progress;
+        work(progress);
+    }
+    std::vector<CStatus> ApplyEdits(std::span<const CEdit> edits) override {
+        std::vector<CStatus> answers;
+        for (const CEdit& edit : edits) {
+            const std::string& node = std::get<CDeleteEdit>(edit).node;
+            const bool found = nodes.erase(node) == 1;
+            if (found) m_deleted.push_back(node);
+            answers.push_back(found ? CStatus(CDone{}) : CStatus(CError{EErrorCode::NotFound, "none", node}));
+        }
+        return answers;
+    }
+    bool TakeBackEdits(std::size_t count) override {
+        if (count > m_deleted.size()) return false;
+        for (; count > 0; --count) {
+            nodes.insert(m_deleted.back());
+            m_deleted.pop_back();
+        }
+        return true;
+    }
+    CStatus SaveToPath(const std::wstring&) override { return CDone{}; }
+    Lib3dsFile* Get3dsFile() override { return nullptr; }
+    bool HasAnimation() const override { return true; }
     void SetPlaying(bool playing) override { m_playing = playing; }
-    [[nodiscard]] bool IsPlaying() const override { return m_playing; }
+    bool IsPlaying() const override { return m_playing; }
 
     std::wstring shown;              ///< empty: nothing is
     std::vector<std::string> loads;  ///< "file", "struct", "buffer", "ready", "reload": each that read anew
@@ -43,7 +77,13 @@ class CPaperView final : public CSceneView {
     std::function<void()> whileLoading;  ///< once
 
   private:
-    [[nodiscard]] bool Show(const char* how, const std::wstring& name, bool succeeds);
+    bool Show(const char* how, const std::wstring& name, bool succeeds) {
+        loads.emplace_back(how);
+        if (const auto work = std::exchange(whileLoading, nullptr)) work();
+        m_error = {EErrorCode::BadFormat, "bad", file_util_ex::ConvertToUTF8(name)};
+        shown = succeeds ? name : L"";
+        return succeeds;
+    }
 
     CError m_error;
     std::vector<std::string> m_deleted;
@@ -53,15 +93,23 @@ class CPaperView final : public CSceneView {
 /** A session with files of its own, and all that it told. */
 class CSessionStage : private CSessionFrame, private CSessionListener {
   public:
-    CSessionStage();
+    CSessionStage() {
+        CLocalRegStore::Load(file_util_ex::ConvertFromUTF8W(folder / "settings.ini"));
+        session.AddListener(*this);
+    }
 
-    [[nodiscard]] std::wstring Add(const char* name, const char* text = "good") {
+    std::wstring Add(const char* name, const char* text = "good") {
         return file_util_ex::ConvertFromUTF8W(folder.Add(name, text));
     }
     EOpened Open(const std::wstring& path) { return session.Open(COpenRequest::OfFile(path)); }
     /** What the event loop does: everything that was asked for later. */
-    void ServeEvents();
-    [[nodiscard]] std::wstring Shown() const { return file_util_ex::GetFileName(view.shown); }
+    void ServeEvents() {
+        while (m_turnsAsked > 0) {
+            --m_turnsAsked;
+            session.RunWaiting();
+        }
+    }
+    std::wstring Shown() const { return file_util_ex::GetFileName(view.shown); }
 
     CTestFolder folder;
     CLocalRegStore::CDefaultFileGuard store;
@@ -87,7 +135,10 @@ class CSessionStage : private CSessionFrame, private CSessionListener {
     void OnOpening() override {}
     void AskForTurn() override { ++m_turnsAsked; }
     void CloseNow() override { ++closings; }
-    void OnOpened(const COpenReport& report) override;
+    void OnOpened(const COpenReport& report) override {
+        reports.push_back(report);
+        if (onOpened) onOpened(report);
+    }
     void OnDocumentChanged() override { ++changes; }
 
     int m_turnsAsked = 0;

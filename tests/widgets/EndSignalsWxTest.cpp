@@ -4,7 +4,6 @@
 #include <csignal>
 #include <cstdlib>
 
-#include "widgets/CModalDriver.h"
 #include "widgets/ui/end_signals.h"
 
 namespace {
@@ -14,15 +13,6 @@ class EndSignalsWxTest : public testing::Test {
   protected:
     EndSignalsWxTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 };
-
-TEST_F(EndSignalsWxTest, TheEventLoopHearsOfTheFirst) {
-    const auto end = [] {
-        WatchEndSignals([](int signal) { std::_Exit(signal == SIGINT ? 42 : 1); });
-        (void)std::raise(SIGINT);
-        (void)CModalDriver::WaitFor([] { return false; });
-    };
-    EXPECT_EXIT(end(), testing::ExitedWithCode(42), "");
-}
 
 TEST_F(EndSignalsWxTest, ASecondEndsAProcessThatIsTooBusyToHear) {
     const auto insist = [] {
