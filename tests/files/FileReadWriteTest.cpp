@@ -4,7 +4,6 @@
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -109,15 +108,12 @@ TEST(AtomicFileTest, LeavesNoPartWhenTheProcessIsKilled) {
     const CTestFolder folder;
     const int nameless = ::open(folder.Path().c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0600);
     if (nameless >= 0) ::close(nameless);
-    const pid_t child = ::fork();
-    if (child == 0) {
+    const auto writeAndDie = [&] {
         auto file = CAtomicFile::Create(folder / "file");
         if (file && file.Value().Write(std::string(200000, 'a'))) ::raise(SIGKILL);
         ::_exit(1);
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFSIGNALED(status)) << "it could not even write";
+    };
+    EXPECT_EXIT(writeAndDie(), testing::KilledBySignal(SIGKILL), "");
     EXPECT_FALSE(fs::exists(folder / "file"));
     EXPECT_EQ(folder.Count(), nameless >= 0 ? 0U : 1U);
 }

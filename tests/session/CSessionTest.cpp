@@ -159,7 +159,6 @@ TEST_F(CSessionTest, AGoneRecentFileFailsAsAnyOpenDoes) {
     EXPECT_EQ(stage.Shown(), L"");
     EXPECT_EQ(stage.recent.Files(), std::vector<std::wstring>{other});
     EXPECT_EQ(session.OpenRecent(7), EOpened::Failed);
-    EXPECT_EQ(stage.reports.size(), 3u);
 }
 
 TEST_F(CSessionTest, ReloadKeepsWhatIsShownOrTriesAgain) {
@@ -208,7 +207,7 @@ TEST_F(CSessionTest, TellsWhyAFileCannotBeDeleted) {
     // Something that no unlink removes has come in its place.
     std::filesystem::remove(stage.folder / "a.3ds");
     std::filesystem::create_directory(stage.folder / "a.3ds");
-    EXPECT_FALSE(session.DeleteFile());
+    EXPECT_EQ(session.DeleteFile().Error().where, stage.folder / "a.3ds");
     EXPECT_EQ(stage.Shown(), L"") << "nor is the next one opened";
     EXPECT_EQ(stage.recent.Files(), std::vector<std::wstring>{a});
 }
@@ -231,8 +230,7 @@ TEST_F(CSessionTest, KeepsTheNewestRequestWhileBusy) {
 }
 
 TEST_F(CSessionTest, AStepThatWaitedStartsFromWhatIsOpenThen) {
-    for (const char* name : {"a.3ds", "b.3ds", "c.3ds"}) (void)stage.Add(name);
-    stage.Open(stage.Add("a.3ds"));
+    for (const char* name : {"c.3ds", "b.3ds", "a.3ds"}) stage.Open(stage.Add(name));
     {
         const CTurns::CHold question(session.Turns());
         session.Step(EStep::Next);
