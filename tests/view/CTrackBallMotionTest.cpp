@@ -95,21 +95,6 @@ const CGrabCase kCameras[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Cameras, CTrackBallGrabTest, testing::ValuesIn(kCameras), kRowName);
 
-TEST(CTrackBallMotionTest, DragsAddUpAndMovesWithoutOneChangeNothing) {
-    CTrackBallMotion once = FromTheFront(), twice = FromTheFront();
-    EXPECT_TRUE(once.Drag(300, 100));
-    once.Release(250, 150);
-    EXPECT_EQ(once.Matrix(), CTrackBallMotion(true).Matrix());
-    once.Begin(200, 150);
-    once.Release(230, 150);
-    for (int i = 0; i < 2; ++i) {
-        twice.Begin(200, 150);
-        twice.Release(230, 150);
-    }
-    EXPECT_FALSE(once.IsDragging());
-    ExpectNear(Turned(twice, {0, -1, 0}), Turned(once, Turned(once, {0, -1, 0})), 1e-6);
-}
-
 // --- beside the ball ---
 
 using CPath = std::vector<std::array<int, 2>>;
@@ -136,7 +121,6 @@ TEST_P(CTrackBallSpinTest, TurnsAboutTheLineOfSight) {
         EXPECT_EQ(ball.OrbitAngle(), 0);
     };
     drag();
-    EXPECT_NEAR(ball.AccumulatedOrbitAngle(), c.orbit, 1e-9);
     ExpectNear(Turned(ball, {1, 0, 0}), c.right, 1e-6);
     ExpectNear(Turned(ball, {0, 1, 0}), {0, 1, 0}, 1e-6);
     drag();
@@ -161,13 +145,6 @@ TEST(CTrackBallMotionTest, CannotFollowAcrossTheOutline) {
     // The grabbed point went as far as the outline, 1 / 2.7 before the centre.
     const CVec3d rim{std::sqrt(1 - 1 / (2.7 * 2.7)), -1 / 2.7, 0};
     ExpectNear(Turned(ball, {0, -1, 0}), rim, 0.01);
-    ball.Release(390, 150);
-    ExpectNear(Turned(ball, {0, -1, 0}), rim, 0.01);
-
-    ball.Begin(390, 150);
-    EXPECT_TRUE(ball.Drag(10, 160));
-    EXPECT_FALSE(ball.Drag(200, 160));
-    EXPECT_FALSE(ball.IsMissed());
 }
 
 // --- the orbit of the eye ---
@@ -186,12 +163,12 @@ TEST_P(CTrackBallOrbitTest, TurnsTheEye) {
     CTrackBallMotion ball = FromTheFront();
     ball.Begin(c.path[0][0], c.path[0][1]);
     for (const auto& [x, y] : c.path) (void)ball.Drag(x, y);
-    float eye[3] = {static_cast<float>(c.eye.x), static_cast<float>(c.eye.y), static_cast<float>(c.eye.z)};
+    const CVec3 from = Floats(c.eye);
+    float eye[3] = {from.x, from.y, from.z}, still[3] = {1, 2, 3};
     ball.OrbitEye(c.camera, eye);  // the drag under way counts
     ExpectNear({eye[0], eye[1], eye[2]}, c.expected, 1e-5);
 
     ball.Reset();
-    float still[3] = {1, 2, 3};
     ball.OrbitEye(c.camera, still);
     ExpectNear({still[0], still[1], still[2]}, {1, 2, 3}, 0);
 }
