@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <numbers>
 
 #include "base/math/rotation_of_angles.h"
@@ -93,17 +92,20 @@ INSTANTIATE_TEST_SUITE_P(Views, CSeenViewTest, testing::ValuesIn(kSeen), kRowNam
 
 struct CLensCase {
     const char* name;
-    std::function<void(CViewCamera&)> set;
+    CSeenOptions zoom;
+    bool fileCamera = false;
 };
 class CCameraLensTest : public testing::TestWithParam<CLensCase> {};
 
 // What is written for another program must follow a picture's shape as the view does.
 TEST_P(CCameraLensTest, TellsWhatTheCameraDoesInAnyShape) {
-    CViewCamera camera;
+    CSeenView seen;
+    CViewCamera& camera = seen.camera;
     camera.SetModel(kModel);
     camera.SetViewSize(640, 480);
     camera.SetPreset(ECameraPreset::Front);
-    GetParam().set(camera);
+    if (GetParam().fileCamera) camera.SetFileCamera({.position = {0, -30, 5}, .target = {1, 2, 3}});
+    GetParam().zoom.Apply(seen);
     for (const double aspect : {0.3, 1.0, 2.5}) {
         camera.SetViewSize(1000 * aspect, 1000);
         const CCameraLens lens = camera.Lens();
@@ -115,21 +117,10 @@ TEST_P(CCameraLensTest, TellsWhatTheCameraDoesInAnyShape) {
         EXPECT_NEAR(static_cast<double>(Length(camera.Eye() - camera.Target())), distance, 1e-4 * distance);
     }
 }
-const CPreparedCamera kFileCamera{.name = "Camera01", .position = {0, -30, 5}, .target = {1, 2, 3}};
-const CLensCase kLenses[] = {
-    {"Preset", [](CViewCamera&) {}},
-    {"Wheel", [](CViewCamera& camera) { camera.Zoom(-60); }},
-    {"ZoomBox",
-     [](CViewCamera& camera) {
-         EXPECT_TRUE(camera.Zoom(C2DRect(100, 50, 180, 300)));
-         camera.Zoom(20);
-     }},
-    {"FileCamera",
-     [](CViewCamera& camera) {
-         camera.SetFileCamera(kFileCamera);
-         camera.Zoom(-20);
-     }},
-};
+const CLensCase kLenses[] = {{"Preset", {}},
+                             {"Wheel", {.zoom = -60}},
+                             {"ZoomBox", {.zoomBox = C2DRect(100, 50, 180, 300), .zoom = 20}},
+                             {"FileCamera", {.zoom = -20}, true}};
 INSTANTIATE_TEST_SUITE_P(Cameras, CCameraLensTest, testing::ValuesIn(kLenses), kRowName);
 
 TEST(CSeenOptionsTest, TakesWholeNumbersOfTheRightCountAlone) {

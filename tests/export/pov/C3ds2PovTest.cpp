@@ -105,7 +105,9 @@ TEST(C3ds2PovTest, EveryRoadWritesTheSame) {
     ASSERT_TRUE(C3ds2Pov::TryExport(file, output, {}, nullptr).HasValue());
     const std::string plain = CTestFolder::TextOf(output);
     EXPECT_NE(plain.find("image_map"), std::string::npos);
-    CFlow flow;
+    CFlow flow, none;
+    EXPECT_FALSE(C3ds2Pov::Export(static_cast<Lib3dsFile*>(nullptr), L"a.pov", {}, &none));
+    EXPECT_EQ(none.finished, 1) << "ends without a scene, too";
     ASSERT_TRUE(C3ds2Pov::TryExport(file, output, {}, &flow).HasValue());
     EXPECT_GE(flow.works, 5);  // preparing, the meshes, writing them, pictures, names
     EXPECT_EQ(flow.elsewhere, 0);
@@ -188,12 +190,6 @@ TEST(C3ds2PovTest, ANameThatCannotBeHadLeavesThePicturesAsTheyWere) {
     EXPECT_FALSE(C3ds2Pov::TryExport(model, folder / "out.pov", {}, &flow));
     EXPECT_EQ(CTestFolder::TextOf(picture), "old");
     EXPECT_EQ(folder.Count(), 4u);  // the model, its picture, this one and the folder
-}
-
-TEST(C3ds2PovTest, WithoutASceneTheFlowStillEnds) {
-    CFlow flow;
-    EXPECT_FALSE(C3ds2Pov::Export(static_cast<Lib3dsFile*>(nullptr), L"a.pov", {}, &flow));
-    EXPECT_EQ(flow.finished, 1);
 }
 
 }  // namespace

@@ -84,10 +84,10 @@ void FlattenedNode(CBuilder& b) {
     b.Add(MakeCube(), Plain({1, 1, 1}), CMat4::Translation({0, 0, 7}) * CMat4::Scale({1, 1, 0}));
 }
 
-std::function<void(CBuilder&)> SquareUnder(const CPreparedLight& light, float side = 2) {
+std::function<void(CBuilder&)> SquareUnder(const std::vector<CPreparedLight>& lights, float side = 2) {
     return [=](CBuilder& b) {
         b.Add(MakePlane(side), Plain({1, 1, 1}));
-        b.Scene().lights.push_back(light);
+        b.Scene().lights = lights;
     };
 }
 const CPreparedLight kLamp = LightAt({1, 2, 3}, 2),
@@ -109,13 +109,14 @@ const CGoldenCase kGolden[] = {
     {"leaning_normals", LeaningNormals},
     {"half_a_square", HalfASquare},
     {"flattened_node", FlattenedNode},
-    {"stretched_view", SquareUnder(kLamp), {}, {1, 1, 4}},
-    {"flattened_view", SquareUnder(kLamp), {}, {1, 1, 0}},
-    {"aimless_spot", SquareUnder(kAimless)},
-    {"light_off", SquareUnder(kOff)},
-    {"headlight", SquareUnder(kLamp), {.mode = 3 | C3ds2Pov::kHeadlight}},
-    {"tiny", SquareUnder(kLamp, 1e-7f)},
-    {"huge", SquareUnder(kLamp, 1e9f)},
+    {"stretched_view", SquareUnder({kLamp}), {}, {1, 1, 4}},
+    {"flattened_view", SquareUnder({kLamp}), {}, {1, 1, 0}},
+    {"aimless_spot", SquareUnder({kAimless})},
+    {"one_of_two_lights", SquareUnder({kOff, kLamp})},
+    {"light_off", SquareUnder({kOff})},
+    {"headlight", SquareUnder({kLamp}), {.mode = 3 | C3ds2Pov::kHeadlight}},
+    {"tiny", SquareUnder({kLamp}, 1e-7f)},
+    {"huge", SquareUnder({kLamp}, 1e9f)},
 };
 INSTANTIATE_TEST_SUITE_P(Golden, CPovWriterTest, testing::ValuesIn(kGolden), kRowName);
 
