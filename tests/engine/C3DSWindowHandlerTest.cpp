@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <memory>
 #include <string>
 #include <vector>
@@ -51,8 +50,8 @@ TEST(C3DSWindowHandlerTest, WheelZoomsAwayBelowOneAndTowardsFromOneOn) {
     std::vector<std::string> log;
     C3DSWindowHandler handler(std::make_unique<CRecordingEngine>(log));
     const auto distance = [&] {
-        const C3dsDisplayWrap& e = handler.GetEngine();
-        return std::hypot(e.GetEyeX() - e.GetXOrg(), e.GetEyeY() - e.GetYOrg(), e.GetEyeZ() - e.GetZOrg());
+        const CViewCamera& camera = handler.GetEngine().SeenView().camera;
+        return Length(camera.Eye() - camera.Target());
     };
     const float start = distance();
     handler.OnWheel(0);
@@ -60,16 +59,6 @@ TEST(C3DSWindowHandlerTest, WheelZoomsAwayBelowOneAndTowardsFromOneOn) {
     handler.OnWheel(1);
     EXPECT_NEAR(distance(), start, 1e-4f);
     EXPECT_EQ(log, (std::vector<std::string>{"zoomed", "zoomed"}));
-}
-
-TEST(C3DSWindowHandlerTest, TicksTurnAndWithoutASceneNothingPlays) {
-    std::vector<std::string> log;
-    C3DSWindowHandler handler(std::make_unique<CRecordingEngine>(log));
-    handler.SetCanvas(std::make_unique<CRecordingCanvas>(log));
-    handler.OnRotationTick();
-    EXPECT_FLOAT_EQ(handler.GetEngine().GetRotAngleZ(), 1);
-    EXPECT_FALSE(handler.OnAnimationTick());
-    EXPECT_EQ(log, std::vector<std::string>{"begin"});
 }
 
 }  // namespace

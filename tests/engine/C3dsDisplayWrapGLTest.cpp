@@ -9,11 +9,11 @@
 #include <set>
 #include <string>
 
-#include "camera/camera_matrices.h"
 #include "engine/CPictureTest.h"
 #include "engine/gl/COffscreenContext.h"
 #include "engine/gl/gl_api.h"
 #include "files/CTestFolder.h"
+#include "files/file_util_ex.h"
 #include "model/prepare/CPreparedScene.h"
 #include "model/read_3ds/C3dsBytes.h"
 #include "picture/image_writer.h"
@@ -27,11 +27,6 @@ constexpr CColor kBackground{0, 0, 255};
 CBytes Tower() {
     return Scene(Mesh("Low", CubePoints(0, 0, -3) + CubeFaces()) +
                  Mesh("High", CubePoints(0, 0, 3) + CubeFaces()));
-}
-
-/** A square whose corners are the given ones. */
-CBytes Square(std::initializer_list<float> corners) {
-    return Scene(Mesh("Square", Points(corners) + Faces({0, 1, 2, 0, 2, 3})));
 }
 
 class C3dsDisplayWrapGLTest : public testing::Test {
@@ -68,19 +63,12 @@ class C3dsDisplayWrapGLTest : public testing::Test {
         }
         const int count = glRenderMode(GL_RENDER);
         std::set<std::string> names;
-        for (int i = 0; i < count; ++i) {
-            const char* name =
-                m_engine.GetNodeNameById(static_cast<int>(hits[static_cast<std::size_t>(i) * 4 + 3]));
-            names.insert(name != nullptr ? name : "(none)");
-        }
+        for (std::size_t i = 3; i < static_cast<std::size_t>(count) * 4; i += 4)
+            names.insert(m_engine.GetNodeNameById(static_cast<int>(hits[i])));
         return names;
     }
-    /** As gluLookAt with the camera that the getters tell. */
     void LookThroughCamera() {
-        const CVec3 eye{m_engine.GetEyeX(), m_engine.GetEyeY(), m_engine.GetEyeZ()};
-        const CVec3 target{m_engine.GetXOrg(), m_engine.GetYOrg(), m_engine.GetZOrg()};
-        const CVec3 up{m_engine.GetUpX(), m_engine.GetUpY(), m_engine.GetUpZ()};
-        glMultMatrixd(camera_matrices::LookAt(eye, target, up).m.data());
+        glMultMatrixf(m_engine.SeenView().camera.ViewMatrix().m.data());
         glMatrixMode(GL_MODELVIEW);
         glLoadIdentity();
     }
@@ -95,7 +83,6 @@ TEST_F(C3dsDisplayWrapGLTest, WithoutASceneOnlyTheBackgroundIsDrawn) {
         EXPECT_EQ(CountDrawn(Paint()), 0);
         EXPECT_EQ(ColorAt(Paint(), 0, 0), kBackground);
         EXPECT_EQ(m_engine.Get3dsFile(), nullptr);
-        EXPECT_EQ(m_engine.GetNodeNameById(0), nullptr);
         EXPECT_FALSE(m_engine.DrawAnimations());
         EXPECT_FALSE(m_engine.DeleteNode("Low"));
         EXPECT_FALSE(m_engine.SaveAs(L"/nowhere/out.3ds"));
@@ -105,7 +92,6 @@ TEST_F(C3dsDisplayWrapGLTest, WithoutASceneOnlyTheBackgroundIsDrawn) {
     EXPECT_FALSE(m_engine.OpenModel(L"/no/such/file.3ds"));
     EXPECT_EQ(m_engine.LastError().code, EErrorCode::NotFound);
     expectNone();
-    EXPECT_FALSE(m_engine.OpenBufferModel("MM", 2, {}));
     EXPECT_FALSE(m_engine.OpenBufferModel(nullptr, -1, {}));
     EXPECT_FALSE(m_engine.OpenModelStruct(nullptr));
     EXPECT_TRUE(m_engine.OpenModelStruct(lib3ds_file_new()));  // a scene with nothing in it
@@ -114,46 +100,12 @@ TEST_F(C3dsDisplayWrapGLTest, WithoutASceneOnlyTheBackgroundIsDrawn) {
     expectNone();
 }
 
-TEST_F(C3dsDisplayWrapGLTest, FlatHugeTinyAndFarOffScenesAreSeen) {
-    for (const CBytes& file :
-         {Square({0, 0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1}), Square({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}),
-          Square({-1e6f, 0, 0, 1e6f, 0, 0, 1e6f, 1e6f, 0, -1e6f, 1e6f, 0}),
-          Square({0, 0, 0, 1e-4f, 0, 0, 1e-4f, 1e-4f, 0, 0, 1e-4f, 0}),
-          Square({1000, 1000, 1000, 1001, 1000, 1000, 1001, 1001, 1000, 1000, 1001, 1000})}) {
-        ASSERT_TRUE(Open(file));
-        EXPECT_GT(CountDrawn(Paint()), 2000) << m_engine.Prepared()->bounds.max.x;
-    }
-}
-
-TEST_F(C3dsDisplayWrapGLTest, ViewersOwnFrameIsThatOfPaintModel) {
-    ASSERT_TRUE(Open(Tower()));
-    m_engine.SetRightCameraModel();
-    m_engine.UpdateRotAngles(20, 10);
-    const CImage painted = Paint();
-    ASSERT_TRUE(m_engine.InitDrawings(GL_RENDER, -1, -1));
-    LookThroughCamera();
-    m_engine.DrawModel(GL_RENDER);
-    EXPECT_EQ(Context().ReadPixels().Value().rgba, painted.rgba);
-}
-
-TEST_F(C3dsDisplayWrapGLTest, PickFindsTheNodeUnderThePixelCountedFromTheTop) {
-    ASSERT_TRUE(Open(Tower()));
-    m_engine.SetFrontCameraModel();
-    const CImage image = Paint();
-    for (const auto& [y, name] : {std::pair{40, "High"}, std::pair{110, "Low"}}) {
-        EXPECT_NE(ColorAt(image, kWidth / 2, y), kBackground);
-        EXPECT_EQ(Pick(kWidth / 2, y), std::set<std::string>{name});
-    }
-    EXPECT_TRUE(Pick(5, 5).empty());
-    EXPECT_TRUE(Pick(kWidth / 2, kHeight / 2).empty());  // the gap
-    EXPECT_EQ(m_engine.GetNodeNameById(-1), nullptr);
-    EXPECT_EQ(m_engine.GetNodeNameById(2), nullptr);
-}
-
-/** Every pixel well inside or outside a node must agree, also in a view that a zoom box has turned. */
 TEST_F(C3dsDisplayWrapGLTest, PickAgreesWithThePictureAfterZooming) {
     ASSERT_TRUE(Open(Tower()));
     m_engine.SetFrontCameraModel();
+    EXPECT_EQ(Pick(kWidth / 2, 40), std::set<std::string>{"High"});
+    EXPECT_EQ(Pick(kWidth / 2, 110), std::set<std::string>{"Low"});
+    for (const int id : {-1, 2}) EXPECT_EQ(m_engine.GetNodeNameById(id), nullptr);
     m_engine.ZoomModel(C2DRect(70, 5, 150, 65));
     m_engine.ZoomModel(-20);
     m_engine.UpdateRotAngles(15, 0);
@@ -163,10 +115,8 @@ TEST_F(C3dsDisplayWrapGLTest, PickAgreesWithThePictureAfterZooming) {
         for (int x = 6; x < kWidth - 6; x += 12) {
             const bool drawn = ColorAt(image, x, y) != kBackground;
             bool even = true;
-            for (int d = -4; d <= 4; d += 4) {
-                even &= (ColorAt(image, x + d, y) != kBackground) == drawn &&
-                        (ColorAt(image, x, y + d) != kBackground) == drawn;
-            }
+            for (const auto& [dx, dy] : {std::array{-4, 0}, {4, 0}, {0, -4}, {0, 4}})
+                even &= (ColorAt(image, x + dx, y + dy) != kBackground) == drawn;
             if (!even) continue;
             EXPECT_EQ(!Pick(x, y).empty(), drawn) << x << ' ' << y;
             asked += drawn;
@@ -176,7 +126,7 @@ TEST_F(C3dsDisplayWrapGLTest, PickAgreesWithThePictureAfterZooming) {
 }
 
 TEST_F(C3dsDisplayWrapGLTest, CallersScaleAndShiftAreNotCutOff) {
-    ASSERT_TRUE(Open(Square({-1, 0, -1, 1, 0, -1, 1, 0, 1, -1, 0, 1})));
+    ASSERT_TRUE(Open(Scene(Mesh("Square", Points({-1, 0, -1, 1, 0, -1, 1, 0, 1}) + Faces({0, 1, 2})))));
     m_engine.SetFrontCameraModel();
     for (const float forward : {-3.0f, 40.0f}) {  // nearer than the near plane and beyond the far one
         ASSERT_TRUE(m_engine.InitDrawings(GL_RENDER, -1, -1));
@@ -184,19 +134,19 @@ TEST_F(C3dsDisplayWrapGLTest, CallersScaleAndShiftAreNotCutOff) {
         glTranslatef(0, forward, 0);
         glScalef(2, 2, 2);
         m_engine.DrawModel(GL_RENDER);
-        EXPECT_NE(ColorAt(Context().ReadPixels().Value(), kWidth / 2, kHeight / 2), kBackground) << forward;
+        EXPECT_NE(ColorAt(Context().ReadPixels().Value(), kWidth / 2 + 5, kHeight / 2 + 5), kBackground)
+            << forward;
     }
 }
 
 TEST_F(C3dsDisplayWrapGLTest, EditsShowInTheNextFrameAndAreSaved) {
     const CTestFolder folder;
-    const std::string file = folder / "edited.3ds";
-    const std::wstring path(file.begin(), file.end());
+    const std::wstring path = file_util_ex::ConvertFromUTF8W(folder / "edited.3ds");
     ASSERT_TRUE(Open(Tower()));
     m_engine.SetFrontCameraModel();
-    (void)Paint();
     const auto high = [&] { return ColorAt(Paint(), kWidth / 2, 40); };
     const auto low = [&] { return ColorAt(Paint(), kWidth / 2, 110); };
+    (void)Paint();
     ASSERT_TRUE(m_engine.SetNodeMaterialColor("High", nullptr, 1, 0, 0));
     EXPECT_GT(high()[0], 4 * high()[1]);
     EXPECT_LT(low()[0], 2 * low()[1]);
@@ -204,15 +154,12 @@ TEST_F(C3dsDisplayWrapGLTest, EditsShowInTheNextFrameAndAreSaved) {
     EXPECT_EQ(low(), kBackground);
     ASSERT_TRUE(m_engine.MoveNode("High", 0, 0, -6));
     EXPECT_EQ(high(), kBackground);
-    EXPECT_NE(low(), kBackground);
     ASSERT_TRUE(m_engine.SaveAs(path.c_str()));
-    ASSERT_TRUE(m_engine.DeleteNode(m_engine.GetNodeNameById(1)));
+    ASSERT_TRUE(m_engine.DeleteNode(m_engine.GetNodeNameById(1)));  // a name of its own, which goes with it
     ASSERT_TRUE(m_engine.DeleteNode("Low"));
     EXPECT_EQ(CountDrawn(Paint()), 0);
-    EXPECT_FALSE(m_engine.SetNodeMaterialColor("High", nullptr, 1, 0, 0));
     ASSERT_TRUE(m_engine.OpenModel(path.c_str()));
     EXPECT_FLOAT_EQ(m_engine.Prepared()->bounds.max.z, -2);
-    EXPECT_NE(m_engine.Get3dsFile(), nullptr);
 }
 
 TEST_F(C3dsDisplayWrapGLTest, EditsThatAreTakenBackLeaveThePictureAsItWas) {
@@ -244,17 +191,12 @@ TEST_F(C3dsDisplayWrapGLTest, EditsThatAreTakenBackLeaveThePictureAsItWas) {
 }
 
 TEST_F(C3dsDisplayWrapGLTest, ValuesThatAreNoNumbersAndNullNamesAreRefused) {
-    const CBytes redFace = Chunk(0x4130, Text("Red") + Words({1, 0}));
-    ASSERT_TRUE(Open(Scene(Material("Red") + Mesh("Box", CubePoints() + CubeFaces(redFace)))));
-    const float nan = std::nanf("");
-    EXPECT_FALSE(m_engine.SetNodeMaterialColor("Box", "Red", nan, 0, 0));
+    ASSERT_TRUE(Open(Scene(Material("Red") + Cube("Box"))));
     EXPECT_FALSE(m_engine.SetMaterialColor("Red", 0, INFINITY, 0));
-    EXPECT_FALSE(m_engine.SetMaterialTransparency("Red", nan));
-    EXPECT_FALSE(m_engine.SetNodeMaterialShininess("Box", "Red", nan));
+    EXPECT_FALSE(m_engine.SetMaterialTransparency("Red", std::nanf("")));
+    EXPECT_FALSE(m_engine.SetNodeMaterialShininess("Box", "Red", std::nanf("")));
     EXPECT_FALSE(m_engine.SetNodeMaterialColor(nullptr, "Red", 1, 0, 0));
-    EXPECT_FALSE(m_engine.SetMaterialColor(nullptr, 1, 0, 0));
     EXPECT_FALSE(m_engine.ReplaceNode("Box", nullptr, nullptr));
-    EXPECT_FALSE(m_engine.SetMaterialTexture("Red", L"/no/such/picture.png"));
     EXPECT_FALSE(m_engine.DeleteNode(nullptr));
     EXPECT_TRUE(m_engine.SetMaterialColor("Red", 1, 0, 0));
 }
@@ -263,19 +205,14 @@ TEST_F(C3dsDisplayWrapGLTest, AnimationRunsToItsEndAndBeginsAgain) {
     const CBytes moving = Track(0xB020, 2, Key(0, {0, 0, 0}) + Key(3, {9, 0, 0}));
     ASSERT_TRUE(Open(Scene(
         Cube("Box"), Chunk(0xB000, Chunk(0xB008, Dwords({0, 3})) + ObjectNode(0, "Box", 65535, moving)))));
-    EXPECT_TRUE(m_engine.HasAnimation());
-    std::vector<float> frames;
-    for (int i = 0; i < 5; ++i) {
-        frames.push_back(m_engine.GetFrame());
+    for (const float frame : {0.0f, 1.0f, 2.0f, 3.0f, 0.0f}) {
+        EXPECT_EQ(m_engine.GetFrame(), frame);
         EXPECT_TRUE(m_engine.DrawAnimations());
     }
-    EXPECT_EQ(frames, (std::vector<float>{0, 1, 2, 3, 0}));
-    m_engine.SetFrame(3);
-    EXPECT_NEAR(m_engine.Prepared()->bounds.min.x, 8, 1e-3f);
-    m_engine.SetFrame(1e9f);
-    EXPECT_EQ(m_engine.GetFrame(), 3);
-    m_engine.SetFrame(std::nanf(""));
-    EXPECT_EQ(m_engine.GetFrame(), 3);
+    for (const float frame : {3.0f, 1e9f, std::nanf("")}) {
+        m_engine.SetFrame(frame);
+        EXPECT_EQ(m_engine.GetFrame(), 3);
+    }
     // An edit keeps the frame that is shown.
     ASSERT_TRUE(m_engine.SetNodeMaterialColor("Box", nullptr, 1, 0, 0));
     EXPECT_NEAR(m_engine.Prepared()->bounds.min.x, 8, 1e-3f);
@@ -297,13 +234,13 @@ TEST_F(C3dsDisplayWrapGLTest, OverlaysAddToThePictureAndLeaveNoStateBehind) {
         COverlays overlays;
         overlays.*show = true;
         m_engine.SetOverlays(overlays);
-        GLint depth = 0, mode = 0;
-        const CImage with = Paint();
-        EXPECT_GT(CountDrawn(with), CountDrawn(plain) + 15);
-        glGetIntegerv(GL_MODELVIEW_STACK_DEPTH, &depth);
-        glGetIntegerv(GL_MATRIX_MODE, &mode);
-        EXPECT_EQ(depth, 1);
-        EXPECT_EQ(mode, GL_MODELVIEW);
+        EXPECT_GT(CountDrawn(Paint()), CountDrawn(plain) + 15);
+        for (const auto& [what, before] :
+             {std::pair{GL_MODELVIEW_STACK_DEPTH, 1}, {GL_MATRIX_MODE, GL_MODELVIEW}}) {
+            GLint now = 0;
+            glGetIntegerv(static_cast<GLenum>(what), &now);
+            EXPECT_EQ(now, before);
+        }
         m_engine.SetOverlays({});
         EXPECT_EQ(Paint().rgba, plain.rgba);
     }
@@ -352,6 +289,7 @@ TEST_F(C3dsDisplayWrapGLTest, SeenViewIsDrawnAlikeInOneGoAndInParts) {
     const CImage painted = Paint();
     const CSeenView seen = m_engine.SeenView();
     EXPECT_EQ(seen.pivot.x, 1);
+    EXPECT_LT(CountDrawn(painted), 2000) << "more than lines";
     ASSERT_TRUE(m_engine.InitDrawings(GL_RENDER, -1, -1));
     glMultMatrixf(seen.ViewMatrix().m.data());
     glMatrixMode(GL_MODELVIEW);
@@ -368,18 +306,15 @@ TEST_F(C3dsDisplayWrapGLTest, SeenViewIsDrawnAlikeInOneGoAndInParts) {
     EXPECT_EQ(m_engine.SeenView().ModelMatrix(), CMat4{});
 }
 
-TEST_F(C3dsDisplayWrapGLTest, CamerasOfTheFileAreOffered) {
+TEST_F(C3dsDisplayWrapGLTest, CamerasOfTheFileSeeTheModelNotTurned) {
     ASSERT_TRUE(Open(Stage()));
-    EXPECT_EQ(m_engine.GetCameraName(), "iso_cam");
     EXPECT_EQ(m_engine.GetFileCameraNames(), std::vector<std::string>{"Cam"});
     m_engine.UpdateRotAngles(30, 0);
     ASSERT_TRUE(m_engine.SetFileCameraModel("Cam"));
+    EXPECT_FALSE(m_engine.SetFileCameraModel("Nobody"));
     EXPECT_EQ(m_engine.GetCameraName(), "Cam");
     EXPECT_FLOAT_EQ(m_engine.GetEyeX(), -6);
     EXPECT_FLOAT_EQ(m_engine.GetRotAngleZ(), 0);
-    EXPECT_NE(ColorAt(Paint(), kWidth / 2, kHeight / 2), kBackground);
-    EXPECT_FALSE(m_engine.SetFileCameraModel("Nobody"));
-    EXPECT_EQ(m_engine.GetCameraName(), "Cam");
 }
 
 TEST_F(C3dsDisplayWrapGLTest, ViewingOnlyDrawsTheSameAndGivesMemoryBack) {

@@ -62,15 +62,18 @@ void CPictureTest::LookFrom(CVec3 eye, CVec3 target) {
 }
 
 CImage CPictureTest::Draw(const CDrawOptions& options) {
-    CGlCurrent& gl = Gl();
-    m_renderer.Upload(gl, m_builder.Scene());
+    m_renderer.Upload(Gl(), m_builder.Scene());
+    Place();
+    return DrawAgain(options);
+}
+
+void CPictureTest::Place() {
     glMatrixMode(GL_PROJECTION);
     glLoadMatrixf(m_projection.ToFloat().data());
     glMatrixMode(GL_MODELVIEW);
     glLoadMatrixf(m_turn.ToFloat().data());
     glClearColor(0.2f, 0.2f, 0.2f, 1);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    return DrawAgain(options);
 }
 
 CImage CPictureTest::DrawAgain(const CDrawOptions& options) {

@@ -26,6 +26,8 @@ class CPictureTest : public testing::Test {
     void LookFrom(CVec3 eye, CVec3 target = {});
     /** Sets the matrices, clears to dark grey and draws the builder's scene. */
     CImage Draw(const CDrawOptions& options = {});
+    /** Sets the matrices and clears. */
+    void Place();
     /** Like Draw without clearing, uploading or setting matrices. */
     CImage DrawAgain(const CDrawOptions& options = {});
 

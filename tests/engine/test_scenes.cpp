@@ -52,13 +52,9 @@ CPreparedMesh MakePlane(float side) {
 
 CPreparedMesh MakeCube(float side) {
     CPreparedMesh mesh;
-    const std::array<std::pair<CVec3, CVec3>, 6> faces{{{{1, 0, 0}, {0, 0, 1}},
-                                                        {{-1, 0, 0}, {0, 0, 1}},
-                                                        {{0, 1, 0}, {0, 0, 1}},
-                                                        {{0, -1, 0}, {0, 0, 1}},
-                                                        {{1, 0, 0}, {0, 1, 0}},
-                                                        {{1, 0, 0}, {0, -1, 0}}}};
-    for (const auto& [right, up] : faces) AddSquare(mesh, right, up, Cross(right, up) * (side / 2), side);
+    const CVec3 x{1, 0, 0}, y{0, 1, 0}, z{0, 0, 1};
+    for (const auto& [right, up] : {std::pair{x, z}, {-x, z}, {y, z}, {-y, z}, {x, y}, {x, -y}})
+        AddSquare(mesh, right, up, Cross(right, up) * (side / 2), side);
     return Finished(std::move(mesh));
 }
 
@@ -93,11 +89,8 @@ void Append(CPreparedMesh& mesh, const CPreparedMesh& other, std::uint32_t mater
 
 CImage MakeImage(int width, int height, const std::function<std::array<std::uint8_t, 4>(int, int)>& color) {
     CImage image{width, height, {}};
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            for (std::uint8_t channel : color(x, y)) image.rgba.push_back(channel);
-        }
-    }
+    for (int i = 0; i < width * height; ++i)
+        for (const std::uint8_t channel : color(i % width, i / width)) image.rgba.push_back(channel);
     return image;
 }
 

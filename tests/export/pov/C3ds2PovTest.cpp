@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <lib3ds/file.h>
 
-#include <clocale>
 #include <filesystem>
 #include <future>
 #include <stdexcept>
@@ -49,11 +48,7 @@ class CFlow final : public C3ds2PovExportFlow {
         ++done;
         Called();
     }
-    void Finished() override {
-        ++finished;
-        callsAfterFinished = 0;
-        CountThread();
-    }
+    void Finished() override { ++finished; }
     void Message(int value) override {
         message = value;
         Called();
@@ -67,18 +62,15 @@ class CFlow final : public C3ds2PovExportFlow {
 
   private:
     void Called() {
-        if (finished > 0) ++callsAfterFinished;
-        CountThread();
+        callsAfterFinished += finished;
+        elsewhere += std::this_thread::get_id() != m_own;
         if (++m_calls == m_throwAt) throw std::runtime_error("enough");
-    }
-    void CountThread() {
-        if (std::this_thread::get_id() != m_own) ++elsewhere;
     }
     int m_throwAt, m_calls = 0;
     std::thread::id m_own = std::this_thread::get_id();
 };
 
-TEST(C3ds2Pov, WritesSceneAndPicturesAndTellsTheFlow) {
+TEST(C3ds2PovTest, WritesSceneAndPicturesAndTellsTheFlow) {
     const CTestFolder folder;
     const std::string model = AddModel(folder);
     CFlow flow;
@@ -101,53 +93,34 @@ TEST(C3ds2Pov, WritesSceneAndPicturesAndTellsTheFlow) {
         file_util_ex::DoesFileExist(folder / text.substr(picture, text.find('"', picture) - picture)));
 }
 
-TEST(C3ds2Pov, BothFormsWriteTheSame) {
+// From the path or the scene, with a window that repaints while work goes on elsewhere or without; what the flow
+// is told comes to the window's own thread.
+TEST(C3ds2PovTest, EveryRoadWritesTheSame) {
     const CTestFolder folder;
-    const std::string model = AddModel(folder);
+    const std::string model = AddModel(folder), output = folder / "a.pov";
     auto scene = CSceneReader::ReadFile(model);
     ASSERT_TRUE(scene.HasValue());
     Lib3dsFile* file = scene.Value().File();
     const CTexturesOfScene known(file, scene.Value().Textures());
-    EXPECT_TRUE(C3ds2Pov::Export(file, file_util_ex::ConvertFromUTF8W(folder / "a.pov"), {}, nullptr));
-    const std::string first = CTestFolder::TextOf(folder / "a.pov");
-    EXPECT_TRUE(C3ds2Pov::Export(file_util_ex::ConvertFromUTF8W(model),
-                                 file_util_ex::ConvertFromUTF8W(folder / "a.pov"), {}, nullptr));
-    EXPECT_EQ(CTestFolder::TextOf(folder / "a.pov"), first);
-    EXPECT_NE(first.find("image_map"), std::string::npos);
-}
-
-// A window repaints while work goes on elsewhere; what the flow is told comes to the window's own thread.
-TEST(C3ds2Pov, LongWorkOnAnotherThreadChangesNothing) {
-    const CTestFolder folder;
-    auto scene = CSceneReader::ReadFile(AddModel(folder));
-    ASSERT_TRUE(scene.HasValue());
-    Lib3dsFile* file = scene.Value().File();
-    const CTexturesOfScene known(file, scene.Value().Textures());
-    ASSERT_TRUE(C3ds2Pov::TryExport(file, folder / "a.pov", {}, nullptr).HasValue());
-    const std::string plain = CTestFolder::TextOf(folder / "a.pov");
-    CFlow flow;
-    ASSERT_TRUE(C3ds2Pov::TryExport(file, folder / "a.pov", {}, &flow).HasValue());
+    ASSERT_TRUE(C3ds2Pov::TryExport(file, output, {}, nullptr).HasValue());
+    const std::string plain = CTestFolder::TextOf(output);
+    EXPECT_NE(plain.find("image_map"), std::string::npos);
+    CFlow flow, none;
+    EXPECT_FALSE(C3ds2Pov::Export(static_cast<Lib3dsFile*>(nullptr), L"a.pov", {}, &none));
+    EXPECT_EQ(none.finished, 1) << "ends without a scene, too";
+    ASSERT_TRUE(C3ds2Pov::TryExport(file, output, {}, &flow).HasValue());
     EXPECT_GE(flow.works, 5);  // preparing, the meshes, writing them, pictures, names
     EXPECT_EQ(flow.elsewhere, 0);
-    EXPECT_EQ(CTestFolder::TextOf(folder / "a.pov"), plain);
+    EXPECT_EQ(CTestFolder::TextOf(output), plain);
+    EXPECT_TRUE(C3ds2Pov::Export(file_util_ex::ConvertFromUTF8W(model),
+                                 file_util_ex::ConvertFromUTF8W(output), {}, nullptr));
+    EXPECT_EQ(CTestFolder::TextOf(output), plain);
 }
 
-TEST(C3ds2Pov, CommaLocaleChangesNothing) {
-    const CTestFolder folder;
-    const std::string model = AddModel(folder);
-    ASSERT_TRUE(C3ds2Pov::TryExport(model, folder / "a.pov", {}, nullptr).HasValue());
-    const std::string plain = CTestFolder::TextOf(folder / "a.pov");
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    (void)(std::setlocale(LC_ALL, "de_DE.UTF-8") || std::setlocale(LC_ALL, "fr_FR.UTF-8"));
-    EXPECT_TRUE(C3ds2Pov::TryExport(model, folder / "a.pov", {}, nullptr).HasValue());
-    std::setlocale(LC_ALL, before.c_str());
-    EXPECT_EQ(CTestFolder::TextOf(folder / "a.pov"), plain);
-}
-
-class C3ds2PovCancel : public testing::TestWithParam<int> {};
+class C3ds2PovCancelTest : public testing::TestWithParam<int> {};
 
 // Whichever call of the flow ends the export, all is as before.
-TEST_P(C3ds2PovCancel, LeavesNothingBehind) {
+TEST_P(C3ds2PovCancelTest, LeavesNothingBehind) {
     const CTestFolder folder;
     const std::string model = AddModel(folder);
     folder.Add("out.pov", "old");
@@ -160,7 +133,7 @@ TEST_P(C3ds2PovCancel, LeavesNothingBehind) {
     EXPECT_EQ(folder.Count(), before);
     EXPECT_EQ(CTestFolder::TextOf(folder / "out.pov"), "old");
 }
-INSTANTIATE_TEST_SUITE_P(C3ds2Pov, C3ds2PovCancel, testing::Values(1, 2, 3, 4, 5));
+INSTANTIATE_TEST_SUITE_P(Calls, C3ds2PovCancelTest, testing::Range(1, 6));
 
 struct CRefused {
     const char* name;
@@ -168,65 +141,55 @@ struct CRefused {
     const char* output;
     EErrorCode code;
 };
-class C3ds2PovRefuses : public testing::TestWithParam<CRefused> {};
+class C3ds2PovRefusesTest : public testing::TestWithParam<CRefused> {};
 
-TEST_P(C3ds2PovRefuses, EndsTheFlowAndTouchesNothing) {
+TEST_P(C3ds2PovRefusesTest, EndsTheFlowAndTouchesNothing) {
     const CTestFolder folder;
     const std::string model = AddModel(folder);
     folder.Add("broken.3ds", "no model");
-    const std::string before = CTestFolder::TextOf(model), picture = CTestFolder::TextOf(folder / "wood.png");
+    const std::string picture = folder / "wood.png";
     const std::string library = folder.Add("model.mtl", "newmtl a\nKd 1 0 0\n");
     folder.Add("model.obj", "mtllib model.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl a\nf 1 2 3\n");
     std::filesystem::create_symlink(library, folder / "link.pov");
-    const std::size_t count = folder.Count();
+    const auto all = [&] {
+        return std::pair(folder.Count(), CTestFolder::TextOf(model) + CTestFolder::TextOf(picture) +
+                                             CTestFolder::TextOf(library));
+    };
+    const auto before = all();
     CFlow flow;
     const CStatus status =
         C3ds2Pov::TryExport(folder / GetParam().input, folder / GetParam().output, {}, &flow);
     ASSERT_FALSE(status.HasValue());
     EXPECT_EQ(status.Error().code, GetParam().code) << status.Error().Text();
     EXPECT_EQ(flow.finished, 1);
-    EXPECT_EQ(folder.Count(), count);
-    EXPECT_EQ(CTestFolder::TextOf(model), before);
-    EXPECT_EQ(CTestFolder::TextOf(folder / "wood.png"), picture);
-    EXPECT_EQ(CTestFolder::TextOf(library).substr(0, 6), "newmtl");
+    EXPECT_EQ(all(), before);
 }
-INSTANTIATE_TEST_SUITE_P(
-    C3ds2Pov, C3ds2PovRefuses,
-    testing::Values(CRefused{"TheModelItself", "model.3ds", "./model.3ds", EErrorCode::BadArgument},
-                    CRefused{"APictureOfIt", "model.3ds", "wood.png", EErrorCode::BadArgument},
-                    CRefused{"AMaterialFile", "model.obj", "model.mtl", EErrorCode::BadArgument},
-                    CRefused{"ALinkToOne", "model.obj", "link.pov", EErrorCode::BadArgument},
-                    CRefused{"NoModel", "broken.3ds", "a.pov", EErrorCode::BadFormat},
-                    CRefused{"MissingModel", "none.3ds", "a.pov", EErrorCode::NotFound},
-                    CRefused{"NoFolder", "model.3ds", "none/a.pov", EErrorCode::WriteFailed}),
-    kRowName);
+const CRefused kRefused[] = {{"TheModelItself", "model.3ds", "./model.3ds", EErrorCode::BadArgument},
+                             {"APictureOfIt", "model.3ds", "wood.png", EErrorCode::BadArgument},
+                             {"AMaterialFile", "model.obj", "model.mtl", EErrorCode::BadArgument},
+                             {"ALinkToOne", "model.obj", "link.pov", EErrorCode::BadArgument},
+                             {"NoModel", "broken.3ds", "a.pov", EErrorCode::BadFormat},
+                             {"MissingModel", "none.3ds", "a.pov", EErrorCode::NotFound},
+                             {"NoFolder", "model.3ds", "none/a.pov", EErrorCode::WriteFailed}};
+INSTANTIATE_TEST_SUITE_P(Outputs, C3ds2PovRefusesTest, testing::ValuesIn(kRefused), kRowName);
 
 // The folder of an output that is taken away at the last moment: pictures that were there must stay.
-TEST(C3ds2Pov, ANameThatCannotBeHadLeavesThePicturesAsTheyWere) {
-    class CTakesTheName final : public C3ds2PovExportFlow {
-      public:
-        explicit CTakesTheName(std::string path) : m_path(std::move(path)) {}
+TEST(C3ds2PovTest, ANameThatCannotBeHadLeavesThePicturesAsTheyWere) {
+    struct CTakesTheName final : C3ds2PovExportFlow {
         void Begin(int) override {}
         void Step() override {}
         void Finished() override {}
-        void Message(int) override { std::filesystem::create_directory(m_path); }
-
-      private:
-        std::string m_path;
+        void Message(int) override { std::filesystem::create_directory(path); }
+        std::string path;
     };
     const CTestFolder folder;
     const std::string model = AddModel(folder);
     const std::string picture = folder.Add("out-t0.png", "old");
-    CTakesTheName flow(folder / "out.pov");
+    CTakesTheName flow;
+    flow.path = folder / "out.pov";
     EXPECT_FALSE(C3ds2Pov::TryExport(model, folder / "out.pov", {}, &flow));
     EXPECT_EQ(CTestFolder::TextOf(picture), "old");
     EXPECT_EQ(folder.Count(), 4u);  // the model, its picture, this one and the folder
-}
-
-TEST(C3ds2Pov, WithoutASceneTheFlowStillEnds) {
-    CFlow flow;
-    EXPECT_FALSE(C3ds2Pov::Export(static_cast<Lib3dsFile*>(nullptr), L"a.pov", {}, &flow));
-    EXPECT_EQ(flow.finished, 1);
 }
 
 }  // namespace

@@ -21,16 +21,21 @@ struct CPictureScene {
 
     CPictureScene(const std::string& name, const CImage& image) {
         const std::string path = folder / name;
-        if (name.ends_with(".jpg")) {
-            EXPECT_TRUE(image_codec::WriteJpeg(path, image).HasValue());
-        } else {
-            EXPECT_TRUE(image_codec::WritePng(path, image, true).HasValue());
-        }
+        EXPECT_TRUE(name.ends_with(".jpg") ? image_codec::WriteJpeg(path, image)
+                                           : image_codec::WritePng(path, image, true));
         locator = CTextureLocator::BesideModel(folder / "model.3ds");
-        scene.textures.push_back({name, path, image_codec::ReadImageFile(path).Value(), false});
-        for (std::size_t i = 3; i < image.rgba.size(); i += 4) {
-            scene.textures[0].hasTranslucency = scene.textures[0].hasTranslucency || image.rgba[i] != 255;
-        }
+        const bool translucent = image.Pixel(0, 0)[3] != 255;
+        scene.textures.push_back({name, path, image_codec::ReadImageFile(path).Value(), translucent});
+    }
+    /** Writes the picture and returns its path. */
+    std::string Write(EPovPicture kind, const char* type) {
+        CPovPictures pictures(scene, locator, folder / "out.pov");
+        const auto* picture = pictures.Use(0, kind);
+        if (!picture || !pictures.Stage(0).HasValue()) return {};
+        EXPECT_EQ(picture->type, type);
+        const std::string written = picture->fileName;
+        EXPECT_TRUE(pictures.TakeStaged().Commit().HasValue());
+        return folder / written;
     }
 };
 
@@ -41,18 +46,11 @@ CImage Fading() {
     });
 }
 
-TEST(CPovPictures, WhatPovReadsAlikeIsCopiedByteByByte) {
+TEST(CPovPicturesTest, WhatPovReadsAlikeIsCopiedByteByByte) {
     CPictureScene set("Wood.JPG.jpg", test_scenes::QuarterImage());
-    CPovPictures pictures(set.scene, set.locator, set.folder / "out.pov");
-    const auto* picture = pictures.Use(0, EPovPicture::Color);
-    ASSERT_NE(picture, nullptr);
-    EXPECT_EQ(picture->type, "jpeg");
-    EXPECT_EQ(pictures.Use(0, EPovPicture::Color)->fileName, picture->fileName);
-    EXPECT_EQ(pictures.Use(1, EPovPicture::Color), nullptr);
-    ASSERT_TRUE(pictures.Stage(0).HasValue());
-    ASSERT_TRUE(pictures.TakeStaged().Commit().HasValue());
-    EXPECT_EQ(CTestFolder::TextOf(set.folder / picture->fileName),
-              CTestFolder::TextOf(set.scene.textures[0].foundAt));
+    const std::string written = set.Write(EPovPicture::Color, "jpeg");
+    EXPECT_EQ(CTestFolder::TextOf(written), CTestFolder::TextOf(set.scene.textures[0].foundAt));
+    EXPECT_NE(written, set.scene.textures[0].foundAt);
 }
 
 struct CKind {
@@ -60,42 +58,32 @@ struct CKind {
     EPovPicture kind;
     std::array<int, 3> pixel;  ///< of the fading picture at (4, 2): 200, 100, 60 and alpha 144
 };
-class ConvertedPicture : public testing::TestWithParam<CKind> {};
+class CConvertedPictureTest : public testing::TestWithParam<CKind> {};
 
-TEST_P(ConvertedPicture, IsAnOpaquePngOfWhatIsAskedFor) {
+TEST_P(CConvertedPictureTest, IsAnOpaquePngOfWhatIsAskedFor) {
     CPictureScene set("leaf.png", Fading());
-    CPovPictures pictures(set.scene, set.locator, set.folder / "out.pov");
-    const auto* picture = pictures.Use(0, GetParam().kind);
-    ASSERT_NE(picture, nullptr);
-    EXPECT_EQ(picture->type, "png");
-    ASSERT_TRUE(pictures.Stage(0).HasValue());
-    ASSERT_TRUE(pictures.TakeStaged().Commit().HasValue());
-    const auto read = image_codec::ReadImageFile(set.folder / picture->fileName);
+    const auto read = image_codec::ReadImageFile(set.Write(GetParam().kind, "png"));
     ASSERT_TRUE(read.HasValue());
     const std::uint8_t* pixel = read.Value().Pixel(4, 2);
     for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(pixel[i], GetParam().pixel[i], 1);
     EXPECT_EQ(pixel[3], 255);
 }
-INSTANTIATE_TEST_SUITE_P(CPovPictures, ConvertedPicture,
-                         testing::Values(CKind{"Color", EPovPicture::Color, {200, 100, 60}},
-                                         CKind{"NegativeColor", EPovPicture::NegativeColor, {55, 155, 195}},
-                                         CKind{"Value", EPovPicture::Value, {125, 125, 125}},
-                                         CKind{"NegativeValue", EPovPicture::NegativeValue, {130, 130, 130}},
-                                         CKind{"Alpha", EPovPicture::Alpha, {144, 144, 144}},
-                                         CKind{"NegativeAlpha", EPovPicture::NegativeAlpha, {111, 111, 111}}),
-                         kRowName);
+const CKind kKinds[] = {{"Color", EPovPicture::Color, {200, 100, 60}},
+                        {"NegativeColor", EPovPicture::NegativeColor, {55, 155, 195}},
+                        {"Value", EPovPicture::Value, {125, 125, 125}},
+                        {"NegativeValue", EPovPicture::NegativeValue, {130, 130, 130}},
+                        {"Alpha", EPovPicture::Alpha, {144, 144, 144}},
+                        {"NegativeAlpha", EPovPicture::NegativeAlpha, {111, 111, 111}}};
+INSTANTIATE_TEST_SUITE_P(Kinds, CConvertedPictureTest, testing::ValuesIn(kKinds), kRowName);
 
-TEST(CPovPictures, SourcesAreNeverTargets) {
+TEST(CPovPicturesTest, SourcesAreNeverTargets) {
     CPictureScene set("out-t0.png", Fading());
     const std::string before = CTestFolder::TextOf(set.folder / "out-t0.png");
-    CPovPictures pictures(set.scene, set.locator, set.folder / "out.pov");
-    EXPECT_NE(pictures.Use(0, EPovPicture::Color)->fileName, "out-t0.png");
-    ASSERT_TRUE(pictures.Stage(0).HasValue());
-    ASSERT_TRUE(pictures.TakeStaged().Commit().HasValue());
+    EXPECT_NE(set.Write(EPovPicture::Color, "png"), set.folder / "out-t0.png");
     EXPECT_EQ(CTestFolder::TextOf(set.folder / "out-t0.png"), before);
 }
 
-TEST(CPovPictures, WithoutCommitNothingIsLeft) {
+TEST(CPovPicturesTest, WithoutCommitNothingIsLeft) {
     const CPictureScene set("leaf.png", Fading());
     {
         CPovPictures pictures(set.scene, set.locator, set.folder / "out.pov");
@@ -110,7 +98,7 @@ std::vector<std::byte> Bytes(std::string_view text) {
     return {begin, begin + text.size()};
 }
 
-TEST(CPovPictures, OnlyPlainFormatsAreTakenAsTheyAre) {
+TEST(CPovPicturesTest, OnlyPlainFormatsAreTakenAsTheyAre) {
     using namespace std::literals;
     constexpr auto kJpegHead = "\xFF\xD8\xFF\xE0\0\x04\0\0\xFF\xC0\0\x11\x08\0\x10\0\x10"sv;
     const auto jpeg = [&](char components) {

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <functional>
 
-#include "base/math/rotation_of_angles.h"
 #include "camera/CSeenOptions.h"
 #include "engine/test_scenes.h"
 #include "export/pov/CPovCamera.h"
@@ -14,64 +14,120 @@
 #include "model/textures/CTextureLocator.h"
 #include "row_name.h"
 
+using namespace test_scenes;
+
 namespace {
 
-using test_scenes::CBuilder;
-
-std::string Written(CBuilder& builder, const C3ds2Pov::COutFormat& format = {}) {
-    const CTestFolder folder;
-    const CTextureLocator nowhere;
-    const CSeenView seen = pov_export_format::SeenViewOf(builder.Scene(), format);
-    const CStatus status =
-        C3ds2Pov::TryExport({builder.Scene(), nowhere, seen}, folder / "a.pov", format, nullptr);
-    EXPECT_TRUE(status.HasValue());
-    return CTestFolder::TextOf(folder / "a.pov");
-}
-
-std::size_t Occurrences(const std::string& text, const std::string& what) {
-    std::size_t count = 0;
-    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++count;
-    return count;
-}
-
-struct CTurned {
+struct CGoldenCase {
     const char* name;
-    const char* camera;
-    CVec3 viewAngles;
-    CVec3 record;
+    std::function<void(CBuilder&)> build;
+    C3ds2Pov::COutFormat format{};
+    CVec3d scale{1, 1, 1};  ///< of the view
 };
-class CPovCameraTest : public testing::TestWithParam<CTurned> {};
+class CPovWriterTest : public testing::TestWithParam<CGoldenCase> {};
 
-// Walking round the model shows what turning the model before the camera shows.
-TEST_P(CPovCameraTest, StandsWhereTheTurnedModelIsSeenAlike) {
+// Equals golden/NAME.pov. With ORBIVUE_WRITE_GOLDEN set it is written instead, for a person to read.
+TEST_P(CPovWriterTest, WritesTheAcceptedText) {
+    const CGoldenCase& c = GetParam();
     CBuilder builder;
-    builder.Add(test_scenes::MakeCube(), test_scenes::Plain({1, 1, 1}));
-    C3ds2Pov::COutFormat format;
-    format.cameraName = GetParam().camera;
-    const auto eye = [&] { return CPovCamera(pov_export_format::SeenViewOf(builder.Scene(), format)).Eye(); };
-    if (format.cameraName == "top_cam") format.angleZ = -90;
-    const CVec3 straight = eye();
-    format.angleX = GetParam().record.x;
-    format.angleY = GetParam().record.y;
-    format.angleZ = GetParam().record.z;
-    const CVec3 a = GetParam().viewAngles;
-    const CVec3 seen = RotationOfAngles(a.x, a.y, a.z).TransformPoint(eye());
-    EXPECT_LT(Length(seen - straight), 1e-4f * Length(straight));
+    c.build(builder);
+    CSeenView seen = pov_export_format::SeenViewOf(builder.Scene(), c.format);
+    seen.scale = c.scale;
+    const CTestFolder folder;
+    ASSERT_TRUE(
+        C3ds2Pov::TryExport({builder.Scene(), CTextureLocator(), seen}, folder / "a.pov", c.format, nullptr));
+    const std::string golden = ORBIVUE_POV_GOLDEN + std::string(c.name) + ".pov";
+    if (std::getenv("ORBIVUE_WRITE_GOLDEN")) std::filesystem::copy_file(folder / "a.pov", golden);
+    EXPECT_EQ(CTestFolder::TextOf(folder / "a.pov"), CTestFolder::TextOf(golden));
 }
-INSTANTIATE_TEST_SUITE_P(CPovWriter, CPovCameraTest,
-                         testing::Values(CTurned{"Top", "top_cam", {10, 20, 30}, {20, -10, -120}},
-                                         CTurned{"Iso", "iso_cam", {10, 20, 30}, {-10, 20, -30}},
-                                         CTurned{"None", "", {0, 0, 45}, {0, 0, -45}}),
-                         kRowName);
+
+void ManyMaterials(CBuilder& b) {
+    CPreparedMaterial material = Plain({0.5f, 0.25f, 1});
+    material.texture = b.AddTexture(QuarterImage());
+    b.Add(MakeSphere(1, 2), material);
+    CPreparedMaterial lamp = Plain({1, 1, 0});
+    lamp.selfIllumination = 1;
+    b.Add(MakePlane(), lamp);
+}
+
+void TwoInstances(CBuilder& b) {
+    const int mesh = b.AddMesh(MakePlane());
+    b.AddNode(mesh, CMat4::Translation({5, 0, 0}));
+    b.AddNode(mesh, CMat4::Scale({-1, 1, 1}));
+}
+
+/** Smooth, and hard edges beside them: one normal serves many places and the other way round. */
+void CubeAndSphere(CBuilder& b) {
+    CPreparedMesh mesh = MakeCube();
+    Append(mesh, MakeSphere(1, 3), 0);
+    CPreparedMaterial mapped;
+    mapped.texture = b.AddTexture(QuarterImage());
+    b.Add(mesh, mapped);
+}
+
+/** Whose normals are equal but not the plane's, which POV-Ray would take instead. */
+void LeaningNormals(CBuilder& b) {
+    CPreparedMesh mesh = MakePlane();
+    for (CPreparedVertex& vertex : mesh.vertices) vertex.normal[0] = vertex.normal[2];
+    b.Add(mesh, Plain({1, 1, 1}));
+}
+
+/** One of its two triangles has no area and is left out. */
+void HalfASquare(CBuilder& b) {
+    CPreparedMesh mesh = MakePlane();
+    mesh.vertices[1] = mesh.vertices[0];
+    b.Add(mesh, Plain({1, 1, 1}));
+}
+
+/** Moved instead of placed: POV-Ray cannot invert its matrix. */
+void FlattenedNode(CBuilder& b) {
+    b.Add(MakeCube(), Plain({1, 1, 1}), CMat4::Translation({0, 0, 7}) * CMat4::Scale({1, 1, 0}));
+}
+
+std::function<void(CBuilder&)> SquareUnder(const std::vector<CPreparedLight>& lights, float side = 2) {
+    return [=](CBuilder& b) {
+        b.Add(MakePlane(side), Plain({1, 1, 1}));
+        b.Scene().lights = lights;
+    };
+}
+const CPreparedLight kLamp = LightAt({1, 2, 3}, 2),
+                     kAimless{.spot = true, .position = {1, 2, 3}, .target = {1, 2, 3}},
+                     kOff{.off = true, .position = {1, 2, 3}};
+
+const CGoldenCase kGolden[] = {
+    {"defaults", ManyMaterials},
+    {"all_options",
+     ManyMaterials,
+     {.radiosity = true,
+      .diffuse = 0.25F,
+      .selfDiffuse = 2,  // beyond its range
+      .outputTextures = false,
+      .bkGreen = 0.5F,
+      .mode = 0}},
+    {"two_instances", TwoInstances},
+    {"cube_and_sphere", CubeAndSphere},
+    {"leaning_normals", LeaningNormals},
+    {"half_a_square", HalfASquare},
+    {"flattened_node", FlattenedNode},
+    {"stretched_view", SquareUnder({kLamp}), {}, {1, 1, 4}},
+    {"flattened_view", SquareUnder({kLamp}), {}, {1, 1, 0}},
+    {"aimless_spot", SquareUnder({kAimless})},
+    {"one_of_two_lights", SquareUnder({kOff, kLamp})},
+    {"light_off", SquareUnder({kOff})},
+    {"headlight", SquareUnder({kLamp}), {.mode = 3 | C3ds2Pov::kHeadlight}},
+    {"tiny", SquareUnder({kLamp}, 1e-7f)},
+    {"huge", SquareUnder({kLamp}, 1e9f)},
+};
+INSTANTIATE_TEST_SUITE_P(Golden, CPovWriterTest, testing::ValuesIn(kGolden), kRowName);
 
 struct CPlaced {
     const char* name;
     CSeenOptions options;
 };
-class CPovCameraPlaced : public testing::TestWithParam<CPlaced> {};
+class CPovCameraTest : public testing::TestWithParam<CPlaced> {};
 
 // From where the camera stands the model, as it is written, is seen from where the view sees it.
-TEST_P(CPovCameraPlaced, StandsBeforeTheWrittenModelAsTheViewDoes) {
+TEST_P(CPovCameraTest, StandsBeforeTheWrittenModelAsTheViewDoes) {
     CSeenView seen;
     seen.camera.SetModel({{5, 6, 7}, 2});
     seen.camera.SetPreset(ECameraPreset::Iso);
@@ -88,116 +144,6 @@ const CPlaced kPlaced[] = {
     {"Mirrored", {.turnDeg = {5, 6, 7}, .scale = {-1, -1, -1}}},
     {"Zoomed", {.turnDeg = {5, 6, 7}, .orbitDeg = 40, .zoomBox = C2DRect(10, 10, 90, 200), .zoom = -20}},
 };
-INSTANTIATE_TEST_SUITE_P(CPovWriter, CPovCameraPlaced, testing::ValuesIn(kPlaced), kRowName);
-
-TEST(CPovWriter, AFlattenedOrUnevenViewMovesModelAndLightsTogether) {
-    CBuilder builder;
-    builder.Add(test_scenes::MakeCube(), test_scenes::Plain({1, 1, 1}));
-    builder.Scene().lights.push_back(test_scenes::LightAt({1, 2, 3}, 2));
-    CSeenView seen;
-    for (const double height : {4.0, 0.0}) {
-        seen.scale = {1, 1, height};
-        const CTestFolder folder;
-        const CTextureLocator nowhere;
-        ASSERT_TRUE(C3ds2Pov::TryExport({builder.Scene(), nowhere, seen}, folder / "a.pov", {}, nullptr));
-        const std::string text = CTestFolder::TextOf(folder / "a.pov");
-        EXPECT_NE(text.find(height > 0 ? "light_source{<1,2,12>" : "light_source{<1,2,0>"),
-                  std::string::npos);
-        EXPECT_EQ(text.find("matrix<1,0,0,0,1,0,0,0,4,0,0,0>") != std::string::npos, height > 0);
-    }
-}
-
-TEST(CPovWriter, InstancesAreDeclaredOnceAndPlacedOften) {
-    CBuilder builder;
-    const int mesh = builder.AddMesh(test_scenes::MakeSphere());
-    builder.AddNode(mesh, CMat4::Translation({5, 0, 0}));
-    builder.AddNode(mesh, CMat4::Scale({-1, 1, 1}));
-    const std::string text = Written(builder);
-    EXPECT_EQ(Occurrences(text, "mesh2{"), 1u);
-    EXPECT_EQ(Occurrences(text, "object{M0_0"), 2u);
-    EXPECT_NE(text.find("matrix<1,0,0,0,1,0,0,0,1,5,0,0>"), std::string::npos);
-    EXPECT_NE(text.find("matrix<-1,0,0,0,1,0,0,0,1,0,0,0>"), std::string::npos);
-}
-
-TEST(CPovWriter, WhatANodeFlattensIsMovedInsteadOfPlaced) {
-    CBuilder builder;
-    builder.Add(test_scenes::MakeCube(), test_scenes::Plain({1, 1, 1}),
-                CMat4::Translation({0, 0, 7}) * CMat4::Scale({1, 1, 0}));
-    const std::string text = Written(builder);
-    EXPECT_EQ(text.find("matrix<"), std::string::npos);  // POV-Ray cannot invert such a one
-    EXPECT_NE(text.find("<1,1,7>"), std::string::npos);
-}
-
-TEST(CPovWriter, TinyAndHugeScenesAreWrittenInAUsualSize) {
-    for (const float size : {1e-7f, 1e9f}) {
-        CBuilder builder;
-        builder.Add(test_scenes::MakeCube(size), test_scenes::Plain({1, 1, 1}));
-        const std::string text = Written(builder);
-        const std::size_t at = text.find("Distance=");
-        ASSERT_NE(at, std::string::npos);
-        EXPECT_NEAR(std::strtod(&text[at + 9], nullptr), 1, 0.01);
-    }
-}
-
-struct CLit {
-    const char* name;
-    bool off;
-    std::int32_t mode;
-    bool headlight;
-};
-class WritePovLightsTest : public testing::TestWithParam<CLit> {};
-
-TEST_P(WritePovLightsTest, ThereIsAlwaysLight) {
-    CBuilder builder;
-    builder.Add(test_scenes::MakeCube(), test_scenes::Plain({1, 1, 1}));
-    builder.Scene().lights.push_back(test_scenes::LightAt({1, 2, 3}, 2));
-    builder.Scene().lights.back().off = GetParam().off;
-    builder.Scene().lights.back().spot = true;
-    builder.Scene().lights.back().target = {1, 2, 3};  // aims nowhere
-    C3ds2Pov::COutFormat format;
-    format.mode = GetParam().mode;
-    const std::string text = Written(builder, format);
-    EXPECT_EQ(Occurrences(text, "light_source{"), 1u);
-    EXPECT_EQ(text.find("light_source{Eye") != std::string::npos, GetParam().headlight);
-    EXPECT_EQ(text.find("spotlight point_at<1,2,2>") == std::string::npos, GetParam().headlight);
-}
-INSTANTIATE_TEST_SUITE_P(CPovWriter, WritePovLightsTest,
-                         testing::Values(CLit{"On", false, 3, false}, CLit{"Off", true, 3, true},
-                                         CLit{"NotWanted", false, 3 | C3ds2Pov::kHeadlight, true}),
-                         kRowName);
-
-TEST(CPovWriter, OptionsReachTheText) {
-    CBuilder builder;
-    CPreparedMaterial material = test_scenes::Plain({0.5f, 0.25f, 1});
-    material.texture = builder.AddTexture(test_scenes::QuarterImage());
-    builder.Add(test_scenes::MakeSphere(), material);
-    CPreparedMaterial lamp = test_scenes::Plain({1, 1, 0});
-    lamp.selfIllumination = 1;
-    builder.Add(test_scenes::MakeCube(), lamp);
-    const std::string plain = Written(builder);
-    EXPECT_NE(plain.find("image_map{png \"a-t0.png\""), std::string::npos);
-    EXPECT_NE(plain.find("finish{diffuse .6}"), std::string::npos);
-    EXPECT_NE(plain.find("finish{diffuse .1 emission 1}"), std::string::npos);
-    EXPECT_NE(plain.find("normal_vectors"), std::string::npos);
-    EXPECT_NE(plain.find("no_shadow"), std::string::npos);
-    EXPECT_EQ(plain.find("radiosity"), std::string::npos);
-
-    C3ds2Pov::COutFormat format;
-    format.radiosity = true;
-    format.outputTextures = false;
-    format.diffuse = 0.25f;
-    format.selfDiffuse = 2;  // beyond its range
-    format.bkGreen = 0.5f;
-    format.mode = 0;
-    const std::string other = Written(builder, format);
-    EXPECT_EQ(other.find("image_map"), std::string::npos);
-    EXPECT_EQ(other.find("uv_vectors"), std::string::npos);
-    EXPECT_NE(other.find("rgb<.5,.25,1>}finish{diffuse .25}"), std::string::npos);
-    EXPECT_NE(other.find("finish{diffuse 1 emission 1}"), std::string::npos);
-    EXPECT_EQ(other.find("normal_vectors"), std::string::npos);
-    EXPECT_EQ(other.find("no_shadow"), std::string::npos);
-    EXPECT_NE(other.find("radiosity{"), std::string::npos);
-    EXPECT_NE(other.find("background{rgb<0,0.5,0>}"), std::string::npos);
-}
+INSTANTIATE_TEST_SUITE_P(Views, CPovCameraTest, testing::ValuesIn(kPlaced), kRowName);
 
 }  // namespace

@@ -168,6 +168,8 @@ const CPreparedLight kReds{.position = {-4, -3, 1}, .color = {1, 0.2f, 0.2f}},
     kHardSpot{.spot = true, .position = {1, 0, 3}, .hotspotDeg = 30, .falloffDeg = 30},
     kFading{.position = {0, 0, 1}, .attenuate = true, .innerRange = 1.2f, .outerRange = 1.8f};
 
+const auto kLitByTwo = Show(MakeSphere(1.6f), Shiny({0.7f, 0.7f, 0.7f}), {kReds, kBlues}, {0.1f, 0.2f, 0.1f});
+
 const CPictureCase kCases[] = {
     {"headlight", Show(MakeSphere(1.6f), Shiny({0.2f, 0.4f, 0.8f}))},
     {"flat", Show(MakeSphere(1.6f, 8), Shiny({0.2f, 0.4f, 0.8f}, 0.5f, EShading::Flat))},
@@ -190,10 +192,11 @@ const CPictureCase kCases[] = {
     {"additive", TwoGlowingSpheres},
     {"mirrored_node", CubeAndItsMirrorImage, {1, -4, 2}},
     {"uneven_scale", FlattenedSphere},
-    {"omni_lights", Show(MakeSphere(1.6f), Shiny({0.7f, 0.7f, 0.7f}), {kReds, kBlues}, {0.1f, 0.2f, 0.1f})},
+    {"omni_lights", kLitByTwo},
     {"spot", Show(MakePlane(4), kPaleFloor, {kSpot}), {0, -2, 4}},
     {"spot_hard_edge", Show(MakePlane(4), kPaleFloor, {kHardSpot}), {0, -2, 4}},
     {"attenuation", Show(MakePlane(4), kPaleFloor, {kFading}), {0, -2, 4}},
+    {"fixed_omni_lights", kLitByTwo, {0, -5, 2}, {.fixedFunction = true}},
     {"fixed_texture", SphereWithMap(&CMaterial::texture, Quarters), {0, -5, 2}, {.fixedFunction = true}},
 };
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdlib>
 #include <vector>
 
 #include "engine/CPictureTest.h"
@@ -27,9 +25,11 @@ CPreparedMaterial Glass(CVec3 color) {
 
 class SceneRendererGLTest : public CPictureTest {};
 
-TEST_F(SceneRendererGLTest, OneSidedIsSeenFromItsFrontOnly) {
+TEST_F(SceneRendererGLTest, OneSidedIsSeenFromItsFrontOnlyAndHiddenNotAtAll) {
     m_builder.Add(MakePlane(1), Plain({1, 0, 0}), CMat4::Translation({-1, 0, 0}));
     m_builder.Add(MakePlane(1), {.diffuse = {0, 1, 0}, .twoSided = true}, CMat4::Translation({1, 0, 0}));
+    m_builder.Add(MakePlane(6), Plain({0, 0, 1}), CMat4::Translation({0, 0, 1}));
+    m_builder.Scene().nodes[2].visible = false;
     const int left = 105, right = 215;
     const CImage front = Draw();
     EXPECT_EQ(ColorAt(front, left, kMiddleY)[1], 0);
@@ -53,32 +53,18 @@ TEST_F(SceneRendererGLTest, MirroredNodesAndViewsKeepTheirFrontFaces) {
 TEST_F(SceneRendererGLTest, GlassIsSortedInsideOneBatchAndAgainWhenTheViewTurns) {
     CPreparedMaterial glass = Glass({1, 1, 1});
     glass.texture = m_builder.AddTexture(QuarterImage());
-    CPreparedMesh mesh = MakePlane();
-    for (CVec2& uv : mesh.texCoords) uv = {0.25f, 0.75f};  // red
-    for (std::size_t i = 0; i < 4; ++i) {                  // and the same above it in white
-        mesh.vertices.push_back(mesh.vertices[i]);
-        mesh.vertices.back().position[2] = 1;
-        mesh.texCoords.push_back({0.75f, 0.25f});
-    }
-    for (std::size_t i = 0; i < 6; ++i)
-        mesh.indices16.push_back(static_cast<std::uint16_t>(mesh.indices16[i] + 4));
+    CPreparedMesh mesh = MakePlane(), above = mesh;
+    for (CVec2& uv : mesh.texCoords) uv = {0.25f, 0.75f};   // red
+    for (CVec2& uv : above.texCoords) uv = {0.75f, 0.25f};  // white
+    for (CPreparedVertex& vertex : above.vertices) vertex.position[2] = 1;
+    Append(mesh, above, 0);
     mesh.batches = {{0, 0, mesh.IndexCount()}};
     mesh.bounds.max.z = 1;
     m_builder.Add(mesh, glass);
     EXPECT_GT(ColorAt(Draw(), kMiddleX, kMiddleY)[1], 120);
     LookFrom({0, 0, -5});
-    glMatrixMode(GL_PROJECTION);
-    glLoadMatrixf(m_projection.ToFloat().data());
-    glMatrixMode(GL_MODELVIEW);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    Place();
     EXPECT_LT(ColorAt(DrawAgain(), kMiddleX, kMiddleY)[1], 90);
-}
-
-TEST_F(SceneRendererGLTest, HiddenAndFarAwayNodesAreLeftOut) {
-    m_builder.Add(MakePlane(), Plain({1, 0, 0}));
-    m_builder.Add(MakePlane(), Plain({1, 0, 0}), CMat4::Translation({1000, 0, 0}));
-    m_builder.Scene().nodes[0].visible = false;
-    EXPECT_EQ(CountDrawn(Draw()), 0);
 }
 
 TEST_F(SceneRendererGLTest, ModelsFarFromTheOriginDoNotTremble) {
@@ -102,36 +88,6 @@ TEST_F(SceneRendererGLTest, ParallelProjectionIsLitFromTheViewersDirection) {
     EXPECT_TRUE(HasColor(Draw({true, 0, true}), kMiddleX, kMiddleY, {64, 64, 64}, 2));
 }
 
-TEST_F(SceneRendererGLTest, FixedPipelineAgreesOnALitSphere) {
-    m_builder.Add(MakeSphere(1.5f, 64),
-                  {.diffuse = {0.2f, 0.4f, 0.8f}, .shininess = 0.3f, .shininessStrength = 0.5f});
-    m_builder.Scene().ambientLight = {0.1f, 0.1f, 0.1f};
-    for (const bool fileLight : {false, true}) {
-        m_builder.Scene().lights = {LightAt({3, -3, 6})};
-        const CImage pixel = Draw({fileLight}), vertex = Draw({fileLight, 0, true});
-        int largest = 0;
-        for (std::size_t i = 0; i < pixel.rgba.size(); ++i) {
-            largest = std::max(largest, std::abs(pixel.rgba[i] - vertex.rgba[i]));
-        }
-        // Light that is computed for each corner of a fine mesh loses a little at the highlight and the rim.
-        EXPECT_LE(largest, 6) << "with a light of the file: " << fileLight;
-        EXPECT_GT(CountDrawn(vertex), 5000);
-    }
-}
-
-TEST_F(SceneRendererGLTest, WireFrameOfTheCallerStays) {
-    m_builder.Add(MakePlane(), Plain({1, 1, 1}));
-    const int filled = CountDrawn(Draw());
-    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
-    const CImage image = Draw();
-    int mode[2] = {};
-    glGetIntegerv(GL_POLYGON_MODE, mode);
-    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
-    EXPECT_EQ(mode[0], GL_LINE);
-    EXPECT_GT(CountDrawn(image), 100);
-    EXPECT_LT(CountDrawn(image), filled / 10);
-}
-
 TEST_F(SceneRendererGLTest, TexturesCanBeSwitchedOffAndMissingOnesShowTheColour) {
     CPreparedMaterial material = Plain({0, 1, 0});
     material.texture = m_builder.AddTexture(OneColorImage({255, 0, 0, 255}));
@@ -141,23 +97,6 @@ TEST_F(SceneRendererGLTest, TexturesCanBeSwitchedOffAndMissingOnesShowTheColour)
     EXPECT_TRUE(HasColor(Draw({.textureRenderMode = 3}), kMiddleX, kMiddleY, {0, 255, 0}));
     m_builder.Scene().textures[0].image = {};
     EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {0, 255, 0}));
-}
-
-TEST_F(SceneRendererGLTest, TranslucentPicturesDoNotBleedTheirHiddenColours) {
-    CPreparedMaterial material = Plain({1, 1, 1});
-    // White and opaque on the left; on the right transparent, of a red that must never show.
-    using CPixelValue = std::array<std::uint8_t, 4>;
-    material.texture = m_builder.AddTexture(MakeImage(4, 4, [](int x, int) {
-        return x < 2 ? CPixelValue{255, 255, 255, 255} : CPixelValue{255, 0, 0, 0};
-    }));
-    material.needsBlending = true;
-    m_builder.Add(MakePlane(), material);
-    const CImage image = Draw();
-    for (int x = 0; x < image.width; ++x) {
-        const CColor color = ColorAt(image, x, kMiddleY);
-        ASSERT_LE(color[0] - color[1], 2) << "at " << x;
-    }
-    EXPECT_EQ(ColorAt(image, 200, kMiddleY), kBackground);
 }
 
 // --- life of the buffers ---
@@ -175,7 +114,7 @@ TEST_F(SceneRendererGLTest, RefreshShowsEditedMaterialsTexturesAndNodes) {
     scene.meshes.pop_back();
     scene.materials[0].texture = m_builder.AddTexture(OneColorImage({0, 255, 0, 255}));
     m_renderer.Refresh(Gl(), scene);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    Place();
     EXPECT_TRUE(HasColor(DrawAgain(), kMiddleX, kMiddleY, {0, 255, 0}));
     EXPECT_LT(m_renderer.GpuBytes(), before);
 

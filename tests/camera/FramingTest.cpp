@@ -21,7 +21,7 @@ CPreparedScene ObjectsAt(std::initializer_list<float> places) {
     return scene;
 }
 
-TEST(FramingSphere, HoldsAllThatCanBeSeenTogether) {
+TEST(FramingTest, HoldsAllThatCanBeSeenTogether) {
     const CPreparedScene scene = ObjectsAt({0, 10, 20});
     EXPECT_EQ(FramingSphere(scene).radius, scene.boundingSphere.radius);
     const CSphere sphere = FramingSphere(ObjectsAt({0, 3, 5000}));
@@ -29,7 +29,7 @@ TEST(FramingSphere, HoldsAllThatCanBeSeenTogether) {
     EXPECT_NEAR(sphere.center.x, 1.5f, 0.01f);
 }
 
-TEST(FramingSphere, WithoutTrianglesIsRoundLightsAndCameras) {
+TEST(FramingTest, WithoutTrianglesIsRoundLightsAndCameras) {
     CPreparedScene scene;
     EXPECT_EQ(FramingSphere(scene).radius, 0);
     scene.lights.resize(2);

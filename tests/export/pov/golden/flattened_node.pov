@@ -1,0 +1,27 @@
+// Written by Orbivue. Start POV-Ray 3.7 or later in the folder of this file.
+#version 3.7;
+global_settings{assumed_gamma srgb max_trace_level 64}
+#default{finish{ambient 0 emission 0}}
+// One-sided surfaces that turn their back to this camera: 1 hides them, as the view does; 0 shows them,
+// which is right for other cameras.
+#declare HideBacks=1;
+background{rgb<0,0,0>}
+#declare Aspect=image_width/image_height;
+#declare Center=<0,0,7>;
+#declare Narrow=0.41421356237309503*min(1,Aspect);
+#declare Distance=1.4142135381698608*sqrt(1+Narrow*Narrow)/Narrow;
+#declare Eye=Center+<0.5773503,-0.5773503,0.5773502>*Distance;
+#declare Ahead=vnormalize(Center-Eye);
+#declare Right=vnormalize(vcross(Ahead,<0,0,1>));
+camera{perspective location Eye direction Ahead*1.2071067811865475 up vcross(Right,Ahead) right Right*Aspect}
+light_source{Eye rgb 1/.6}
+// 
+#declare T0=texture{pigment{rgb 1}finish{diffuse .6}}
+// not lit
+#declare T1=texture{pigment{rgb 0}finish{diffuse 0}}
+// 
+mesh2{vertex_vectors{4,
+<-1,-1,7><1,1,7><1,-1,7><-1,1,7>}
+face_indices{4,
+<0,1,2><0,3,1><3,2,1><3,0,2>}
+texture{T0}no_shadow no_reflection}

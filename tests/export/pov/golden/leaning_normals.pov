@@ -1,0 +1,33 @@
+// Written by Orbivue. Start POV-Ray 3.7 or later in the folder of this file.
+#version 3.7;
+global_settings{assumed_gamma srgb max_trace_level 64}
+#default{finish{ambient 0 emission 0}}
+// One-sided surfaces that turn their back to this camera: 1 hides them, as the view does; 0 shows them,
+// which is right for other cameras.
+#declare HideBacks=1;
+background{rgb<0,0,0>}
+#declare Aspect=image_width/image_height;
+#declare Center=<0,0,0>;
+#declare Narrow=0.41421356237309503*min(1,Aspect);
+#declare Distance=1.4142135381698608*sqrt(1+Narrow*Narrow)/Narrow;
+#declare Eye=Center+<0.57735026,-0.57735026,0.57735026>*Distance;
+#declare Ahead=vnormalize(Center-Eye);
+#declare Right=vnormalize(vcross(Ahead,<0,0,1>));
+camera{perspective location Eye direction Ahead*1.2071067811865475 up vcross(Right,Ahead) right Right*Aspect}
+light_source{Eye rgb 1/.6}
+// 
+#declare T0=texture{pigment{rgb 1}finish{diffuse .6}}
+// not lit
+#declare T1=texture{pigment{rgb 0}finish{diffuse 0}}
+// 
+mesh2{vertex_vectors{4,
+<-1,-1,0><1,1,0><1,-1,0><-1,1,0>}
+normal_vectors{2,
+<1,0,.9999><1,0,1>}
+face_indices{2,
+<0,1,2><0,3,1>}
+normal_indices{2,
+<0,1,1><0,1,1>}
+texture{T0}
+#if(HideBacks)interior_texture{T1}#end
+no_shadow no_reflection}
