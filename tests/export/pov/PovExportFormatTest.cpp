@@ -30,7 +30,7 @@ TEST_P(PovAnglesTest, StandForTheTurnedModel) {
     C3ds2Pov::COutFormat format;
     format.cameraName = camera;
     const auto eyeFor = [&](CVec3 angles) {
-        pov_export_format::SetAngles(format, camera, angles.x, angles.y, angles.z);
+        pov_export_format::SetAngles(format, format.cameraName, angles.x, angles.y, angles.z);
         return CPovCamera(pov_export_format::SeenViewOf(builder.Scene(), format)).Eye();
     };
     const CVec3 straight = eyeFor({}), turned = eyeFor(view);
