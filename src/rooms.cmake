@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 # The rooms of the house, lowest first, and what each may use: its library links, and its files include, nothing else.
-# A room uses rooms that stand above it in this list; tests/rooms checks the include lines against it. A room's windows
+# A room uses rooms that stand above it in this list; scripts/check_rooms holds the include lines against it. A room's windows
 # are a room of their own, NAME/ui. Layers: base, files and picture, settings, model, camera, engine, session,
 # widgets, view, export, frame, programs. Written "room: what it uses"; a name that ends in /* stands for all rooms below.
 set(ORBIVUE_ROOMS
