@@ -232,7 +232,7 @@ CStatus CSession::DeleteFile() {
     m_shown.reset();
     m_folderModels = 0;
     m_frame.ShowTitle(kTitle);
-    const CStatus deleted =
+    CStatus deleted =
         document.HasFile() ? file_util_ex::TryDeleteFile(ConvertToUTF8(document.path)) : CStatus(CDone{});
     if (deleted) m_recent.Remove(document.path);
     if (deleted && !next.empty())
