@@ -34,7 +34,7 @@ CQuat OfAxisAngle(CVec3 axis, double angle) {
 
 CQuat OfRotation(const CMat4& r) {
     const auto at = [&](int row, int column) {
-        return static_cast<double>(r.m[static_cast<std::size_t>(column * 4 + row)]);
+        return static_cast<double>(r.m[static_cast<std::size_t>(column) * 4 + static_cast<std::size_t>(row)]);
     };
     // The largest component first, so that nothing is divided by a small number.
     const double trace = at(0, 0) + at(1, 1) + at(2, 2);
