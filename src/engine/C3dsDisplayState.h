@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -32,6 +33,9 @@ struct C3dsDisplayWrap::CState {
     CDrawOptions options;
     COverlays overlays;
     CDepthRange depthRange;  ///< of the last InitDrawings
+    bool moving = false;
+    bool wholeFrame = true;           ///< of the last drawing
+    std::function<bool()> interrupt;  ///< see SetInterrupt; may be empty
 
     CSeenView seen;
     C2DRect preview{0, 0, 640, 480};

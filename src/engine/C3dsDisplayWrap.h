@@ -122,6 +122,24 @@ class C3dsDisplayWrap {
     /** False: the lights of the file are not used, only a headlight at the eye. */
     void SetUseFileLights(bool use);
 
+    // --- keeping up while something moves ---------------------------------------------------------------
+    /** To be called when something begins to move (a drag, turning by itself, an animation), and when all is
+     * at rest again. While true, and where OpenGL is drawn in software, DrawModel keeps a budget of time a
+     * frame, which it measures as it goes: it draws coarser levels of meshes, and leaves out what does not
+     * fit. Opening a scene does not change it. */
+    void SetMoving(bool moving);
+    /** False when the last DrawModel for GL_RENDER drew less than the full picture: coarser levels, parts left
+     * out, or an interrupted drawing. The caller then draws again once all is at rest. */
+    [[nodiscard]] bool IsLastFrameWhole() const;
+    /** To be called in idle time and at rest with the context current: takes over one mesh of what the level
+     * maker has finished. True while more is to come; then call again in some milliseconds. The first call
+     * after a whole picture that took long starts the maker, a thread of low priority. */
+    bool WorkOnLevels();
+    /** Asked between the portions of a full picture, some milliseconds apart; true ends the drawing. The
+     * picture is then not whole and must not be shown. Empty: never. Not asked while moving, nor for
+     * TakePicture, nor on hardware. The function must not call the engine. */
+    void SetInterrupt(std::function<bool()> wanted);
+
     /** DrawModel draws them after the scene in GL_RENDER. */
     void SetOverlays(const COverlays& overlays);
     [[nodiscard]] const COverlays& Overlays() const;

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "base/byte_order.h"
+#include "base/text/lng.h"
 #include "files/file_util_ex.h"
 
 namespace image_probe {
@@ -13,6 +14,11 @@ namespace {
 using CBytes = std::span<const std::byte>;
 
 using byte_order::At8, byte_order::Be16, byte_order::Be32, byte_order::Le16, byte_order::Le32;
+
+struct CSize {
+    std::uint64_t width = 0;
+    std::uint64_t height = 0;
+};
 
 bool StartsWith(CBytes bytes, std::string_view text) {
     return bytes.size() >= text.size() &&
@@ -42,7 +48,7 @@ bool LooksLikeTga(CBytes bytes) {
            Le16(bytes, 14) > 0;
 }
 
-CClaim BmpClaim(CBytes bytes) {
+CSize BmpSize(CBytes bytes) {
     if (Le32(bytes, 14) == 12) return {Le16(bytes, 18), Le16(bytes, 20)};
     // Signed: a negative height means rows from the top.
     const auto side = [bytes](std::size_t at) {
@@ -51,7 +57,7 @@ CClaim BmpClaim(CBytes bytes) {
     return {side(18), side(22)};
 }
 
-CClaim PcxClaim(CBytes bytes) {
+CSize PcxSize(CBytes bytes) {
     const std::uint32_t left = Le16(bytes, 4), top = Le16(bytes, 6), right = Le16(bytes, 8),
                         bottom = Le16(bytes, 10);
     if (right < left || bottom < top) return {};
@@ -60,11 +66,11 @@ CClaim PcxClaim(CBytes bytes) {
     return {std::max(right - left + 1, lineBytes / 4), bottom - top + 1};
 }
 
-CClaim TiffClaim(CBytes bytes) {
+CSize TiffSize(CBytes bytes) {
     const bool little = StartsWith(bytes, "II");
     const auto read16 = [=](std::size_t at) { return little ? Le16(bytes, at) : Be16(bytes, at); };
     const auto read32 = [=](std::size_t at) { return little ? Le32(bytes, at) : Be32(bytes, at); };
-    CClaim claim;
+    CSize claim;
     const std::size_t directory = read32(4);
     const std::uint32_t count = directory < bytes.size() ? read16(directory) : 0;
     for (std::uint32_t i = 0; i < count; ++i) {
@@ -95,10 +101,47 @@ std::size_t GifImageStart(CBytes bytes) {
     return At8(bytes, at) == 0x2C ? at : bytes.size();
 }
 
-CClaim GifClaim(CBytes bytes) {
+CSize GifSize(CBytes bytes) {
     const std::size_t image = GifImageStart(bytes);
     return {std::max(Le16(bytes, 6), Le16(bytes, image + 5)),
             std::max(Le16(bytes, 8), Le16(bytes, image + 7))};
+}
+
+// The frame header, whose marker is one of C0 to CF but for three that mean something else.
+CSize JpegSize(CBytes bytes) {
+    for (std::size_t at = 2; at + 9 < bytes.size();) {
+        const std::uint32_t marker = At8(bytes, at + 1);
+        if (At8(bytes, at) != 0xFF) return {};
+        const bool isFrame =
+            marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
+        if (isFrame) return {Be16(bytes, at + 7), Be16(bytes, at + 5)};
+        at += marker == 0xFF ? 1 : 2 + std::size_t{Be16(bytes, at + 2)};
+    }
+    return {};
+}
+
+CSize SizeOf(EFormat format, CBytes bytes) {
+    switch (format) {
+        case EFormat::Jpeg:
+            return JpegSize(bytes);
+        case EFormat::Png:
+            return {Be32(bytes, 16), Be32(bytes, 20)};
+        case EFormat::Tga:
+            return {Le16(bytes, 12), Le16(bytes, 14)};
+        case EFormat::Bmp:
+            return BmpSize(bytes);
+        case EFormat::Gif:
+            return GifSize(bytes);
+        case EFormat::Tiff:
+            return TiffSize(bytes);
+        case EFormat::Pcx:
+            return PcxSize(bytes);
+        case EFormat::Dds:
+            return {Le32(bytes, 16), Le32(bytes, 12)};
+        case EFormat::Unknown:
+            break;
+    }
+    return {};
 }
 
 }  // namespace
@@ -111,23 +154,14 @@ EFormat FormatOf(std::span<const std::byte> bytes, std::string_view nameHint) {
     return LooksLikeTga(bytes) ? EFormat::Tga : EFormat::Unknown;
 }
 
-CClaim ClaimOf(EFormat format, std::span<const std::byte> bytes) {
-    switch (format) {
-        case EFormat::Tga:
-            return {Le16(bytes, 12), Le16(bytes, 14)};
-        case EFormat::Bmp:
-            return BmpClaim(bytes);
-        case EFormat::Gif:
-            return GifClaim(bytes);
-        case EFormat::Tiff:
-            return TiffClaim(bytes);
-        case EFormat::Pcx:
-            return PcxClaim(bytes);
-        case EFormat::Dds:
-            return {Le32(bytes, 16), Le32(bytes, 12)};
-        default:
-            return {};
-    }
+CResult<CPictureClaim> ClaimOf(std::span<const std::byte> bytes, std::string_view nameHint) {
+    const EFormat format = FormatOf(bytes, nameHint);
+    if (format == EFormat::Unknown)
+        return CError{EErrorCode::Unsupported, lng::Mark("not a kind of picture that is read"), {}};
+    const CSize size = SizeOf(format, bytes);
+    if (size.width == 0 || size.height == 0)
+        return CError{EErrorCode::BadFormat, lng::Mark("the picture has no size"), {}};
+    return CPictureClaim{format, size.width, size.height};
 }
 
 bool IsTgaWhole(std::span<const std::byte> bytes) {

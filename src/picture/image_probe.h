@@ -6,6 +6,7 @@
 #include <span>
 #include <string_view>
 
+#include "base/CResult.h"
 #include "picture/picture_formats.h"
 
 /** What the bytes of a picture tell without being decoded. */
@@ -17,15 +18,16 @@ using EFormat = EPictureFormat;
  * may be empty) ends as TGA files do, or when no other format matches and their header is plausible. */
 [[nodiscard]] EFormat FormatOf(std::span<const std::byte> bytes, std::string_view nameHint);
 
-/** Width and height in pixels as the header claims them, each the larger where a format has
- * two; 0 when unknown. */
-struct CClaim {
-    std::uint64_t width = 0;
+/** What a picture's header says of it. */
+struct CPictureClaim {
+    EFormat format = EFormat::Unknown;
+    std::uint64_t width = 0;  ///< pixels, at least 1; no limit is applied
     std::uint64_t height = 0;
 };
 
-/** For Tga, Bmp, Gif, Tiff, Pcx and Dds: the size for which the decoder will allocate memory. */
-[[nodiscard]] CClaim ClaimOf(EFormat format, std::span<const std::byte> bytes);
+/** Reads the header alone: nothing is decoded and no memory is taken. nameHint: as FormatOf takes it.
+ * Unsupported: a format that is not read. BadFormat: the header does not tell a size. */
+[[nodiscard]] CResult<CPictureClaim> ClaimOf(std::span<const std::byte> bytes, std::string_view nameHint);
 
 /** False when a TGA's pixels end early, which its decoder does not notice. */
 [[nodiscard]] bool IsTgaWhole(std::span<const std::byte> bytes);

@@ -9,7 +9,8 @@
 #include "camera/camera_matrices.h"
 #include "engine/gl/CGlCurrent.h"
 #include "engine/gl/gl_api.h"
-#include "picture/image_codec.h"
+#include "picture/decode/image_codec.h"
+#include "picture/image_writer.h"
 
 namespace {
 
@@ -90,9 +91,9 @@ testing::AssertionResult MatchesGolden(const CImage& image, const std::string& n
         Save(image, file);
         return testing::AssertionFailure() << why << "; look at " << (kActual / file);
     };
-    const CResult<CImage> golden = image_codec::ReadImageFile((kGolden / file).string());
+    const auto golden = image_codec::ReadImageFile((kGolden / file).string());
     if (!golden) return fail(golden.Error().Text());
-    const CImage& expected = golden.Value();
+    const CImage& expected = golden.Value().image;
     if (expected.width != image.width || expected.height != image.height) return fail("another size");
     CImage difference = image;
     int largest = 0, count = 0;

@@ -8,7 +8,8 @@
 
 #include "files/CTestFolder.h"
 #include "files/file_util_ex.h"
-#include "picture/image_codec.h"
+#include "picture/decode/image_codec.h"
+#include "picture/image_writer.h"
 #include "row_name.h"
 
 using namespace std::string_literals;
@@ -24,7 +25,9 @@ std::string Le32(unsigned value) {
 }
 
 CResult<CImage> Decode(std::string_view bytes, std::string_view name = "") {
-    return DecodeImage(std::as_bytes(std::span(bytes)), name);
+    CResult<image_codec::CDecodedImage> decoded = DecodeImage(std::as_bytes(std::span(bytes)), name);
+    if (!decoded) return decoded.Error();
+    return std::move(decoded).Value().image;
 }
 
 // Two pixels in a row, red and half-transparent or opaque blue, as each format stores them.
@@ -220,11 +223,11 @@ TEST(ImageWriterTest, PngKeepsEveryPixel) {
     const CTestFolder folder;
     const CImage image = TestImage(301, 77);
     ASSERT_TRUE(image_codec::WritePng(folder / "a.png", image, true));
-    EXPECT_EQ(image_codec::ReadImageFile(folder / "a.png").Value().rgba, image.rgba);
+    EXPECT_EQ(image_codec::ReadImageFile(folder / "a.png").Value().image.rgba, image.rgba);
     ASSERT_TRUE(image_codec::WritePng(folder / "b.png", image, false));
     CImage opaque = image;
     for (std::size_t i = 3; i < opaque.rgba.size(); i += 4) opaque.rgba[i] = 255;
-    EXPECT_EQ(image_codec::ReadImageFile(folder / "b.png").Value().rgba, opaque.rgba);
+    EXPECT_EQ(image_codec::ReadImageFile(folder / "b.png").Value().image.rgba, opaque.rgba);
 }
 
 TEST(ImageWriterTest, JpegIsCloseAndACutOneIsStillShown) {
@@ -235,16 +238,16 @@ TEST(ImageWriterTest, JpegIsCloseAndACutOneIsStillShown) {
     ASSERT_TRUE(image_codec::WriteJpeg(folder / "a.jpg", image, 95));
     const auto read = image_codec::ReadImageFile(folder / "a.jpg");
     ASSERT_TRUE(read);
-    ASSERT_EQ(read.Value().rgba.size(), image.rgba.size());
+    ASSERT_EQ(read.Value().image.rgba.size(), image.rgba.size());
     int worst = 0;
     for (std::size_t i = 0; i < image.rgba.size(); ++i) {
-        worst = std::max(worst, std::abs(int{image.rgba[i]} - int{read.Value().rgba[i]}));
+        worst = std::max(worst, std::abs(int{image.rgba[i]} - int{read.Value().image.rgba[i]}));
     }
     EXPECT_LE(worst, 8);
     const std::string bytes = CTestFolder::TextOf(folder / "a.jpg");
     const auto cut = Decode(std::string_view(bytes).substr(0, bytes.size() * 2 / 3));
     ASSERT_TRUE(cut);
-    EXPECT_EQ(cut.Value().rgba[1], read.Value().rgba[1]);
+    EXPECT_EQ(cut.Value().rgba[1], read.Value().image.rgba[1]);
 }
 
 TEST(ImageWriterTest, RefusesPicturesThatAreNone) {

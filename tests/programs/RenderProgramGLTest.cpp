@@ -10,7 +10,7 @@
 
 #include "files/CTestFolder.h"
 #include "model/read_3ds/C3dsBytes.h"
-#include "picture/image_codec.h"
+#include "picture/decode/image_codec.h"
 #include "row_name.h"
 
 namespace {
@@ -54,10 +54,10 @@ TEST(RenderProgramGLTest, WritesAPictureOfTheSizeAndBackground) {
     EXPECT_EQ(run.out + run.err, "");
     const auto image = image_codec::ReadImageFile(folder / "box.png");
     ASSERT_TRUE(image);
-    EXPECT_EQ(image.Value().width, 120);
-    EXPECT_EQ(image.Value().height, 80);
-    EXPECT_EQ(image.Value().Pixel(0, 0)[0], 255);
-    EXPECT_NE(image.Value().Pixel(60, 40)[2], 0);  // the box is grey
+    EXPECT_EQ(image.Value().image.width, 120);
+    EXPECT_EQ(image.Value().image.height, 80);
+    EXPECT_EQ(image.Value().image.Pixel(0, 0)[0], 255);
+    EXPECT_NE(image.Value().image.Pixel(60, 40)[2], 0);  // the box is grey
 }
 
 TEST(RenderProgramGLTest, StatsTellTheSceneTheCameraAndTheFrame) {

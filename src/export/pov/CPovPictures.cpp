@@ -9,8 +9,9 @@
 #include "model/prepare/CPreparedScene.h"
 #include "model/prepare/source_files.h"
 #include "model/textures/CTextureLocator.h"
-#include "picture/image_codec.h"
 #include "picture/image_probe.h"
+#include "picture/image_writer.h"
+#include "picture/picture_limits.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include "model/prepare/prepare_scene.h"
 #include "model/scene/CNoteList.h"
 #include "model/scene/CScene.h"
-#include "picture/image_codec.h"
+#include "picture/decode/image_codec.h"
 
 namespace {
 CVec3 Color(const float* rgb) {
@@ -80,7 +80,7 @@ constexpr CMapPlace kMaps[] = {
     {&Lib3dsMaterial::reflection_map, &CPreparedMaterial::reflection},
 };
 
-CResult<CImage> LoadImage(const CTextureHit& hit, const std::string& reference) {
+CResult<image_codec::CDecodedImage> LoadImage(const CTextureHit& hit, const std::string& reference) {
     return hit.data ? image_codec::DecodeImage(*hit.data, reference)
                     : image_codec::ReadImageFile(hit.foundAt);
 }
@@ -152,13 +152,13 @@ std::optional<CSceneNote> LoadTexture(const CTextureLocator& textures, CPrepared
     const std::string name = CNoteList::Printable(texture.reference);
     const std::optional<CTextureHit> hit = textures.Find(texture.reference);
     if (!hit) return CSceneNote{CSceneNote::EKind::Missing, lng::Mark("Texture not found"), name};
-    CResult<CImage> image = LoadImage(*hit, texture.reference);
+    CResult<image_codec::CDecodedImage> image = LoadImage(*hit, texture.reference);
     if (!image) {
         return CSceneNote{CSceneNote::EKind::Missing, lng::Mark("Texture not readable"), name,
                           image.Error().message};
     }
     texture.foundAt = hit->foundAt;
-    SetPicture(std::move(image).Value(), texture);
+    SetPicture(std::move(image).Value().image, texture);
     return std::nullopt;
 }
 

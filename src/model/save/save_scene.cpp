@@ -12,7 +12,7 @@
 #include "files/std_file_paths.h"
 #include "files/zip_file_util.h"
 #include "model/textures/CLib3dsMatUtil.h"
-#include "picture/image_codec.h"
+#include "picture/decode/image_codec.h"
 #include "picture/image_writer.h"
 
 namespace {
@@ -50,8 +50,8 @@ bool IsJpeg(std::span<const std::byte> bytes) {
 
 bool WriteAsJpeg(const CImageDataText& texture, const std::string& path) {
     if (IsJpeg(texture.data)) return file_util_ex::WriteFileAtomically(path, texture.data).HasValue();
-    const CResult<CImage> image = image_codec::DecodeImage(texture.data, texture.name);
-    return image && image_codec::WriteJpeg(path, image.Value(), kTextureQuality).HasValue();
+    const auto image = image_codec::DecodeImage(texture.data, texture.name);
+    return image && image_codec::WriteJpeg(path, image.Value().image, kTextureQuality).HasValue();
 }
 
 void WriteTextures(Lib3dsFile* scene, const CScratchFolder& folder, std::vector<std::string>& files) {

@@ -8,7 +8,8 @@
 #include "files/file_util_ex.h"
 #include "model/prepare/CPreparedScene.h"
 #include "model/textures/CTextureLocator.h"
-#include "picture/image_codec.h"
+#include "picture/decode/image_codec.h"
+#include "picture/image_writer.h"
 #include "row_name.h"
 
 namespace {
@@ -25,7 +26,7 @@ struct CPictureScene {
                                            : image_codec::WritePng(path, image, true));
         locator = CTextureLocator::BesideModel(folder / "model.3ds");
         const bool translucent = image.Pixel(0, 0)[3] != 255;
-        scene.textures.push_back({name, path, image_codec::ReadImageFile(path).Value(), translucent});
+        scene.textures.push_back({name, path, image_codec::ReadImageFile(path).Value().image, translucent});
     }
     /** Writes the picture and returns its path. */
     std::string Write(EPovPicture kind, const char* type) {
@@ -64,7 +65,7 @@ TEST_P(CConvertedPictureTest, IsAnOpaquePngOfWhatIsAskedFor) {
     CPictureScene set("leaf.png", Fading());
     const auto read = image_codec::ReadImageFile(set.Write(GetParam().kind, "png"));
     ASSERT_TRUE(read.HasValue());
-    const std::uint8_t* pixel = read.Value().Pixel(4, 2);
+    const std::uint8_t* pixel = read.Value().image.Pixel(4, 2);
     for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(pixel[i], GetParam().pixel[i], 1);
     EXPECT_EQ(pixel[3], 255);
 }

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "picture/image_codec.h"
+#include "picture/decode/image_codec.h"
 
 #include <png.h>
 #include <turbojpeg.h>
 
+#include <algorithm>
 #include <memory>
 #include <new>
 #include <type_traits>
@@ -12,9 +13,9 @@
 #include "base/text/lng.h"
 #include "files/file_util_ex.h"
 #include "files/plugin_function.h"
-#include "picture/dds_image.h"
+#include "picture/decode/dds_image.h"
+#include "picture/decode/wx_image_codecs.h"
 #include "picture/image_probe.h"
-#include "picture/wx_image_codecs.h"
 
 namespace image_codec {
 namespace {
@@ -30,15 +31,6 @@ CError Damaged(std::string why) {
     return {EErrorCode::BadFormat, std::move(why), {}};
 }
 
-CStatus CheckSize(std::uint64_t width, std::uint64_t height) {
-    if (width == 0 || height == 0) return Damaged(lng::Mark("the picture has no size"));
-    constexpr std::uint64_t kSide = kMaxSide;
-    if (width > kSide || height > kSide || width * height * 4 > kMaxDecodedBytes) {
-        return CError{EErrorCode::TooLarge, lng::Mark("the picture is too large"), {}};
-    }
-    return CDone{};
-}
-
 CImage MakeImage(int width, int height) {
     CImage image{width, height, {}};
     image.rgba.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
@@ -52,7 +44,6 @@ CResult<CImage> DecodePng(CBytes bytes) {
         return Damaged(static_cast<const char*>(header.message));
     }
     const std::unique_ptr<png_image, decltype(&png_image_free)> release(&header, &png_image_free);
-    if (CStatus fits = CheckSize(header.width, header.height); !fits) return fits.Error();
     header.format = PNG_FORMAT_RGBA;
     CImage image = MakeImage(static_cast<int>(header.width), static_cast<int>(header.height));
     if (png_image_finish_read(&header, nullptr, image.rgba.data(), 0, nullptr) == 0) {
@@ -79,10 +70,6 @@ CResult<CImage> DecodeJpeg(CBytes bytes) {
         tjDecompressHeader3(decoder.get(), data, bytes.size(), &width, &height, &sampling, &colours) != 0) {
         return Damaged(tjGetErrorStr2(decoder.get()));
     }
-    if (CStatus fits = CheckSize(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height));
-        !fits) {
-        return fits.Error();
-    }
     const bool cmyk = colours == TJCS_CMYK || colours == TJCS_YCCK;
     CImage image = MakeImage(width, height);
     const int outcome = tjDecompress2(decoder.get(), data, bytes.size(), image.rgba.data(), width, 0, height,
@@ -101,8 +88,6 @@ FDecodeWithWx WxDecoder() {
 }
 
 CResult<CImage> DecodeOther(EFormat format, CBytes bytes) {
-    const image_probe::CClaim claim = image_probe::ClaimOf(format, bytes);
-    if (CStatus fits = CheckSize(claim.width, claim.height); !fits) return fits.Error();
     if (format == EFormat::Dds) return dds_image::Decode(bytes);
     const CError endsEarly = Damaged(lng::Mark("the picture's data ends early"));
     if (format == EFormat::Tga && !image_probe::IsTgaWhole(bytes)) return endsEarly;
@@ -126,27 +111,29 @@ CResult<CImage> DecodeOther(EFormat format, CBytes bytes) {
 
 }  // namespace
 
-CResult<CImage> DecodeImage(std::span<const std::byte> bytes, std::string_view nameHint) {
+CResult<CDecodedImage> DecodeImage(std::span<const std::byte> bytes, std::string_view nameHint,
+                                   const CDecodeLimits& limits) {
+    const CResult<CPictureClaim> claim = ClaimOf(bytes, nameHint);
+    if (!claim) return claim.Error();
+    const auto [format, width, height] = claim.Value();
+    constexpr std::uint64_t kSide = kMaxSide;
+    if (width > kSide || height > kSide || width * height * 4 > std::min(limits.bytes, kMaxDecodedBytes))
+        return CError{EErrorCode::TooLarge, lng::Mark("the picture is too large"), {}};
     try {
-        switch (const EFormat format = image_probe::FormatOf(bytes, nameHint)) {
-            case EFormat::Png:
-                return DecodePng(bytes);
-            case EFormat::Jpeg:
-                return DecodeJpeg(bytes);
-            case EFormat::Unknown:
-                return CError{EErrorCode::Unsupported, lng::Mark("not a kind of picture that is read"), {}};
-            default:
-                return DecodeOther(format, bytes);
-        }
+        CResult<CImage> image = format == EFormat::Png    ? DecodePng(bytes)
+                                : format == EFormat::Jpeg ? DecodeJpeg(bytes)
+                                                          : DecodeOther(format, bytes);
+        if (!image) return image.Error();
+        return CDecodedImage{std::move(image).Value(), 1};
     } catch (const std::bad_alloc&) {
         return CError{EErrorCode::TooLarge, lng::Mark("not enough memory for the picture"), {}};
     }
 }
 
-CResult<CImage> ReadImageFile(std::string_view path) {
+CResult<CDecodedImage> ReadImageFile(std::string_view path, const CDecodeLimits& limits) {
     const CResult<std::vector<std::byte>> bytes = file_util_ex::ReadWholeFile(path, kMaxFileBytes);
     if (!bytes) return bytes.Error();
-    CResult<CImage> image = DecodeImage(bytes.Value(), path);
+    CResult<CDecodedImage> image = DecodeImage(bytes.Value(), path, limits);
     if (image) return image;
     CError error = image.Error();
     error.where = path;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "picture/wx_image_codecs.h"
+#include "picture/decode/wx_image_codecs.h"
 
 #include <wx/imagbmp.h>
 #include <wx/image.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "picture/dxt_blocks.h"
+#include "picture/decode/dxt_blocks.h"
 
 #include <squish.h>
 

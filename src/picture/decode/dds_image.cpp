@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "picture/dds_image.h"
+#include "picture/decode/dds_image.h"
 
 #include <algorithm>
 #include <array>
@@ -11,7 +11,7 @@
 #include "base/byte_order.h"
 #include "base/text/lng.h"
 #include "files/plugin_function.h"
-#include "picture/dxt_blocks.h"
+#include "picture/decode/dxt_blocks.h"
 
 namespace dds_image {
 namespace {
