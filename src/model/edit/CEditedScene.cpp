@@ -36,9 +36,11 @@ CEditedScene::CEditedScene(CScene& scene, CPreparedScene& prepared, CPictureShel
     : m_scene(scene), m_prepared(prepared), m_shelf(shelf) {
     for (Lib3dsMaterial* material : ListOf(scene.Header()->materials)) {
         m_materials.push_back({material, material->name});
-        m_materialNames.insert(material->name);
+        m_materialNames.Add(material->name);
     }
-    for (const CPreparedMesh& mesh : prepared.meshes) m_meshNames.insert(mesh.name);
+    for (const CPreparedMesh& mesh : prepared.meshes) m_meshNames.Add(mesh.name);
+    m_materialNames.Add("");
+    m_meshNames.Add("");
 }
 
 void CEditedScene::UndoTo(std::size_t count) {
@@ -107,7 +109,7 @@ std::uint32_t CEditedScene::AddMaterial(const Lib3dsMaterial& values, CPreparedM
     const std::uint32_t index = NoMaterial();
     if (index + 1 >= CMeshView::kNoMaterial) throw std::bad_alloc();
     const std::string base = nameInFile.empty() ? "Default" : nameInFile;
-    look.name = UniqueName(base, m_materialNames);
+    look.name = m_materialNames.Take(base);
     CMaterialPtr owned = Made(lib3ds_copies::CopyMaterial(values, look.name));
     DecideLook(look);
     const std::string name = look.name;
@@ -120,7 +122,7 @@ std::uint32_t CEditedScene::AddMaterial(const Lib3dsMaterial& values, CPreparedM
         m_materials.pop_back();
         m_prepared.materials.erase(m_prepared.materials.begin() + index);
         RenumberNoMaterial(index + 1, index);
-        m_materialNames.erase(name);
+        m_materialNames.Release(name);
     });
     return index;
 }
@@ -186,8 +188,8 @@ int CEditedScene::TextureOf(const std::string& reference) {
 // --- meshes ----------------------------------------------------------------------------------------------
 
 std::string CEditedScene::NewMeshName(const std::string& base) {
-    std::string name = UniqueName(base, m_meshNames);
-    m_undo.emplace_back([this, name] { m_meshNames.erase(name); });
+    std::string name = m_meshNames.Take(base);
+    m_undo.emplace_back([this, name] { m_meshNames.Release(name); });
     return name;
 }
 

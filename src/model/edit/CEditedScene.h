@@ -4,15 +4,15 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "base/name_hash.h"
 #include "lib3ds/types.h"
 #include "model/prepare/CPreparedScene.h"
 #include "model/scene/CScene.h"
+#include "model/scene/unique_names.h"
 
 class CPictureShelf;
 
@@ -107,7 +107,7 @@ class CEditedScene {
     CPictureShelf& m_shelf;
     std::vector<std::function<void()>> m_undo;
     std::vector<CMaterial> m_materials;
-    std::set<std::string> m_materialNames{""}, m_meshNames{""};    ///< taken
-    mutable std::unordered_map<std::string, std::size_t> m_nodes;  ///< by name; empty: to be made anew
+    CUniqueNames m_materialNames, m_meshNames;
+    mutable CNameMap<std::size_t> m_nodes;  ///< by name; empty: to be made anew
     bool m_placesChanged = false;
 };

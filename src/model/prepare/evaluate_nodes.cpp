@@ -9,8 +9,8 @@
 #include <cmath>
 #include <numbers>
 #include <string>
-#include <unordered_map>
 
+#include "base/name_hash.h"
 #include "model/prepare/prepare_scene.h"
 
 namespace {
@@ -146,8 +146,8 @@ void EvaluateTransforms(CPreparedScene& prepared, float frame) {
 /** Cameras and lights that have nodes stand where these are; a target node of the same name is
  * what they look at. */
 void EvaluateViewers(CPreparedScene& prepared, float frame) {
-    std::unordered_map<std::string, CPreparedLight*> lights;
-    std::unordered_map<std::string, CPreparedCamera*> cameras;
+    CNameMap<CPreparedLight*> lights;
+    CNameMap<CPreparedCamera*> cameras;
     for (CPreparedLight& light : prepared.lights) lights.emplace(light.name, &light);
     for (CPreparedCamera& camera : prepared.cameras) cameras.emplace(camera.name, &camera);
     for (const CPreparedNode& node : prepared.nodes) {

@@ -6,9 +6,9 @@
 
 #include <algorithm>
 #include <numbers>
-#include <unordered_map>
 
 #include "base/jobs/parallel_for.h"
+#include "base/name_hash.h"
 #include "base/text/lng.h"
 #include "model/prepare/prepare_scene.h"
 #include "model/scene/CNoteList.h"
@@ -33,7 +33,7 @@ class CTextureList {
 
   private:
     std::vector<CPreparedTexture>& m_textures;
-    std::unordered_map<std::string, int> m_indexOfName;
+    CNameMap<int> m_indexOfName;
 };
 
 void SetMapValues(const Lib3dsTextureMap& map, CPreparedMap& result) {

@@ -9,11 +9,9 @@
 
 #include <algorithm>
 #include <cctype>
-#include <set>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 
+#include "base/name_hash.h"
 #include "base/text/ascii_text.h"
 #include "base/text/lng.h"
 #include "model/scene/CScene.h"
@@ -48,8 +46,8 @@ class CMeshFinder {
         if (!isNew && place->second != mesh) place->second = kAmbiguous;
     }
 
-    std::unordered_map<std::string, int> m_exact;
-    std::unordered_map<std::string, int> m_loose;
+    CNameMap<int> m_exact;
+    CNameMap<int> m_loose;
 };
 
 ENodeKind KindOf(const Lib3dsNode& node) {
@@ -112,8 +110,8 @@ class CNodePreparer {
     CPreparedScene& m_prepared;
     CMeshFinder m_finder;
     std::vector<bool> m_shown;
-    std::set<std::string> m_names;
-    std::unordered_set<std::string> m_morphTargets;
+    CUniqueNames m_names;
+    CNameSet m_morphTargets;
 };
 
 /** In file order, parents first; without recursion, as trees may be deep. */
@@ -143,8 +141,7 @@ void CNodePreparer::AddNode(Lib3dsNode& source, int parent) {
     node.parent = parent;
     node.source = &source;
     node.name = DisplayName(source);
-    if (node.kind == ENodeKind::Object || node.kind == ENodeKind::Dummy)
-        node.name = UniqueName(node.name, m_names);
+    if (node.kind == ENodeKind::Object || node.kind == ENodeKind::Dummy) node.name = m_names.Take(node.name);
     if (node.kind == ENodeKind::Object) SetMesh(source, node);
     m_prepared.nodes.push_back(std::move(node));
 }
@@ -172,7 +169,7 @@ void CNodePreparer::AddMeshesWithoutNode() {
         const CPreparedMesh& mesh = m_prepared.meshes[i];
         if (m_shown[i] || m_morphTargets.contains(mesh.name)) continue;
         CPreparedNode node;
-        node.name = UniqueName(mesh.name, m_names);
+        node.name = m_names.Take(mesh.name);
         node.mesh = static_cast<int>(i);
         node.isPlacedByMesh = true;
         node.fixedWorld = PlaceOfMesh(m_scene.Meshes()[i].matrix);

@@ -14,12 +14,12 @@
 #include "base/jobs/parallel_for.h"
 #include "base/text/lng.h"
 #include "model/read_3ds/clean_chunks.h"
-#include "model/read_3ds/keyframer_reading.h"
 #include "model/read_3ds/mesh_array_views.h"
 #include "model/read_3ds/read_name.h"
 #include "model/read_3ds/scene_limits.h"
 #include "model/scene/lib3ds_list.h"
 #include "model/scene/lib3ds_memory_io.h"
+#include "model/scene/scene_budget.h"
 #include "model/scene/unique_names.h"
 
 namespace {
@@ -75,7 +75,7 @@ CResult<CScene> C3dsParser::Parse(std::vector<std::byte> bytes) {
     return std::move(parser.m_scene);
 }
 
-C3dsParser::C3dsParser(std::vector<std::byte> bytes) {
+C3dsParser::C3dsParser(std::vector<std::byte> bytes) : m_keyframer(*m_scene.m_file, m_notes) {
     m_scene.m_bytes = std::move(bytes);
     Lib3dsFile& file = *m_scene.m_file;
     m_nextMaterial = &file.materials;
@@ -120,7 +120,7 @@ void C3dsParser::ReadSections(const C3dsChunk& main) {
                 ReadMeshData(section);
                 break;
             case LIB3DS_KFDATA:
-                ReadKeyframer(Bytes(), section, *m_scene.m_file, m_notes);
+                m_keyframer.Read(Bytes(), section);
                 break;
             default:
                 break;
@@ -141,7 +141,7 @@ void C3dsParser::ReadMeshData(const C3dsChunk& chunk) {
                 ReadNamedObject(part);
                 break;
             case LIB3DS_KFDATA:
-                ReadKeyframer(Bytes(), part, *m_scene.m_file, m_notes);
+                m_keyframer.Read(Bytes(), part);
                 break;
             default:
                 ReadSetting(part);
@@ -170,9 +170,9 @@ void C3dsParser::ReadSetting(const C3dsChunk& chunk) {
 }
 
 void C3dsParser::ReadMaterial(const C3dsChunk& chunk) {
-    constexpr std::size_t kMaxMaterials = CMeshView::kNoMaterial;
-    if (m_materialCount >= kMaxMaterials)
-        return m_notes.Limited("There are more than 65,534 materials; the rest is not used");
+    static_assert(scene_budget::kMaterials < CMeshView::kNoMaterial);
+    if (m_materialCount >= scene_budget::kMaterials)
+        return m_notes.Limited("There are more than 16,384 materials; the rest is not used");
     Lib3dsMaterial* material = lib3ds_material_new();
     if (!material) return;
     AppendToList(m_nextMaterial, material);
@@ -197,31 +197,53 @@ void C3dsParser::ReadNamedObject(const C3dsChunk& chunk) {
 
     for (const C3dsChunk& part : parts) {
         if (part.id == LIB3DS_N_TRI_OBJECT) AddMesh(name, part, flags);
-        if (part.id == LIB3DS_N_CAMERA) {
-            Lib3dsCamera* camera = lib3ds_camera_new(name.c_str());
-            camera->object_flags = flags;
-            const auto read = [camera](Lib3dsIo* io) { return lib3ds_camera_read(camera, io); };
-            if (ReadClean(Bytes(), part, m_notes, read))
-                AppendToList(m_nextCamera, camera);
-            else
-                lib3ds_camera_free(camera);
-        }
-        if (part.id == LIB3DS_N_DIRECT_LIGHT) {
-            Lib3dsLight* light = lib3ds_light_new(name.c_str());
-            light->object_flags = flags;
-            light->color[0] = light->color[1] = light->color[2] = 1;  // as 3D Studio makes new lights
-            light->multiplier = 1;
-            const auto read = [light](Lib3dsIo* io) { return lib3ds_light_read(light, io); };
-            if (ReadClean(Bytes(), part, m_notes, read))
-                AppendToList(m_nextLight, light);
-            else
-                lib3ds_light_free(light);
-        }
+        if (part.id == LIB3DS_N_CAMERA) AddCamera(name, part, flags);
+        if (part.id == LIB3DS_N_DIRECT_LIGHT) AddLight(name, part, flags);
     }
+}
+
+void C3dsParser::AddCamera(const std::string& name, const C3dsChunk& chunk, std::uint32_t objectFlags) {
+    if (m_cameraCount >= scene_budget::kCameras)
+        return m_notes.Limited("There are more than 10,000 cameras; the rest is left out");
+    Lib3dsCamera* camera = lib3ds_camera_new(name.c_str());
+    if (!camera) return;
+    camera->object_flags = objectFlags;
+    const auto read = [camera](Lib3dsIo* io) { return lib3ds_camera_read(camera, io); };
+    if (!ReadClean(Bytes(), chunk, m_notes, read)) return lib3ds_camera_free(camera);
+    AppendToList(m_nextCamera, camera);
+    ++m_cameraCount;
+}
+
+void C3dsParser::AddLight(const std::string& name, const C3dsChunk& chunk, std::uint32_t objectFlags) {
+    if (m_lightCount >= scene_budget::kLights)
+        return m_notes.Limited("There are more than 10,000 lights; the rest is left out");
+    Lib3dsLight* light = lib3ds_light_new(name.c_str());
+    if (!light) return;
+    light->object_flags = objectFlags;
+    light->color[0] = light->color[1] = light->color[2] = 1;  // as 3D Studio makes new lights
+    light->multiplier = 1;
+    const auto read = [light](Lib3dsIo* io) { return lib3ds_light_read(light, io); };
+    if (!ReadClean(Bytes(), chunk, m_notes, read)) return lib3ds_light_free(light);
+    AppendToList(m_nextLight, light);
+    ++m_lightCount;
+}
+
+bool C3dsParser::MayAddMesh(bool hasFaces) {
+    if (!hasFaces && m_emptyMeshCount >= scene_budget::kMeshesWithoutFaces) {
+        m_notes.Limited("There are more than 10,000 meshes without faces; the rest of them is left out");
+        return false;
+    }
+    if (m_meshChunks.size() >= scene_budget::kMeshes) {
+        m_notes.Limited("There are more than 100,000 meshes; the rest is left out");
+        return false;
+    }
+    m_emptyMeshCount += hasFaces ? 0 : 1;
+    return true;
 }
 
 void C3dsParser::AddMesh(const std::string& name, const C3dsChunk& chunk, std::uint32_t objectFlags) {
     CMeshChunk parsed = CMeshChunk::Parse(Bytes(), chunk, m_notes);
+    if (!MayAddMesh(parsed.faces.count > 0 && parsed.points.count > 0)) return;
     Lib3dsMesh* mesh = lib3ds_mesh_new(name.c_str());
     if (!mesh) return;
     mesh->object_flags = objectFlags;

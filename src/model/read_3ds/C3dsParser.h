@@ -2,12 +2,12 @@
 #pragma once
 
 #include <cstddef>
-#include <unordered_map>
 #include <vector>
 
 #include "base/CResult.h"
 #include "model/read_3ds/CChunkWalker.h"
 #include "model/read_3ds/CMeshChunk.h"
+#include "model/read_3ds/keyframer_reading.h"
 #include "model/scene/CNoteList.h"
 #include "model/scene/CScene.h"
 
@@ -32,16 +32,21 @@ class C3dsParser {
     void ReadSetting(const C3dsChunk& chunk);
     void ReadMaterial(const C3dsChunk& chunk);
     void ReadNamedObject(const C3dsChunk& chunk);
+    void AddCamera(const std::string& name, const C3dsChunk& chunk, std::uint32_t objectFlags);
+    void AddLight(const std::string& name, const C3dsChunk& chunk, std::uint32_t objectFlags);
     void AddMesh(const std::string& name, const C3dsChunk& chunk, std::uint32_t objectFlags);
+    /** False where the scene has as many meshes as it may have; a note says so. */
+    [[nodiscard]] bool MayAddMesh(bool hasFaces);
     void FinishMeshes();
     [[nodiscard]] std::span<const std::byte> Bytes() const { return m_scene.m_bytes; }
 
     CScene m_scene;
     CNoteList m_notes;
     std::vector<CMeshChunk> m_meshChunks;  ///< one for each mesh of the file, in order
+    CKeyframerReader m_keyframer;
     struct Lib3dsMaterial** m_nextMaterial;
     struct Lib3dsMesh** m_nextMesh;
     struct Lib3dsCamera** m_nextCamera;
     struct Lib3dsLight** m_nextLight;
-    std::size_t m_materialCount = 0;
+    std::size_t m_materialCount = 0, m_cameraCount = 0, m_lightCount = 0, m_emptyMeshCount = 0;
 };

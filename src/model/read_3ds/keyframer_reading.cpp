@@ -13,6 +13,7 @@
 
 #include "model/scene/lib3ds_list.h"
 #include "model/scene/lib3ds_name.h"
+#include "model/scene/scene_budget.h"
 
 namespace {
 constexpr int kMaxFrame = 1'000'000;
@@ -101,110 +102,128 @@ void LinkKeys(Track& track, std::vector<typename CTrackKind<Track>::Key*>& keys,
     *link = nullptr;
 }
 
+/** Where notes of keys go, and how many keys the scene may still have. */
+struct CKeyNotes {
+    CNoteList& notes;
+    std::size_t& keysLeft;
+};
+
 template <class Track>
-void ReadTrack(CByteCursor in, Track& track, float replacement, CNoteList& notes) {
-    if (track.keyL) return;  // a second track of the same kind
-    track.flags = in.Read<std::uint16_t>();
-    in.Skip(8);
-    const std::uint32_t claimed = in.Read<std::uint32_t>();
+std::vector<typename CTrackKind<Track>::Key*> ReadKeys(CByteCursor& in, std::uint32_t claimed,
+                                                       float replacement, CKeyNotes& to) {
     std::vector<typename CTrackKind<Track>::Key*> keys;
     for (std::uint32_t i = 0; i < claimed && in.Left() > 0; ++i) {
+        if (to.keysLeft == 0) {
+            to.notes.Limited("There are more than 2,000,000 keys; the rest is not used");
+            return keys;
+        }
         auto* key = CTrackKind<Track>::kNewKey();
         if (!key) break;
         ReadTcb(in, key->tcb);
-        ReadValue(in, *key, replacement, notes);
+        ReadValue(in, *key, replacement, to.notes);
         if (in.RanOut()) {
             CTrackKind<Track>::kFreeKey(key);
             break;
         }
         keys.push_back(key);
+        --to.keysLeft;
     }
-    if (keys.size() < claimed) notes.Repaired("A list of keys is shorter than it says");
-    LinkKeys(track, keys, notes);
+    if (keys.size() < claimed) to.notes.Repaired("A list of keys is shorter than it says");
+    return keys;
+}
+
+template <class Track>
+void ReadTrack(CByteCursor in, Track& track, float replacement, CKeyNotes& to) {
+    if (track.keyL) return;  // a second track of the same kind
+    track.flags = in.Read<std::uint16_t>();
+    in.Skip(8);
+    const std::uint32_t claimed = in.Read<std::uint32_t>();
+    std::vector<typename CTrackKind<Track>::Key*> keys = ReadKeys<Track>(in, claimed, replacement, to);
+    LinkKeys(track, keys, to.notes);
     // A loop over a single key has no length: lib3ds would divide by it.
     if (!track.keyL || !track.keyL->next)
         track.flags &= ~static_cast<Lib3dsDword>(LIB3DS_REPEAT | LIB3DS_SMOOTH);
     CTrackKind<Track>::SetUp(track);
 }
 
-void ReadVector(CByteCursor& in, float (&target)[3], CNoteList& notes) {
-    for (float& value : target) value = Usable(in.Read<float>(), 0, notes);
+void ReadVector(CByteCursor& in, float (&target)[3], CKeyNotes& to) {
+    for (float& value : target) value = Usable(in.Read<float>(), 0, to.notes);
 }
 
-void ReadObjectPart(CByteCursor in, std::uint16_t id, Lib3dsObjectData& data, CNoteList& notes) {
+void ReadObjectPart(CByteCursor in, std::uint16_t id, Lib3dsObjectData& data, CKeyNotes& to) {
     switch (id) {
         case LIB3DS_PIVOT:
-            ReadVector(in, data.pivot, notes);
+            ReadVector(in, data.pivot, to);
             break;
         case LIB3DS_INSTANCE_NAME:
             CopyName(data.instance, in.ReadString());
             break;
         case LIB3DS_BOUNDBOX:
-            ReadVector(in, data.bbox_min, notes);
-            ReadVector(in, data.bbox_max, notes);
+            ReadVector(in, data.bbox_min, to);
+            ReadVector(in, data.bbox_max, to);
             break;
         case LIB3DS_MORPH_SMOOTH:
-            data.morph_smooth = Usable(in.Read<float>(), 0, notes);
+            data.morph_smooth = Usable(in.Read<float>(), 0, to.notes);
             break;
         case LIB3DS_POS_TRACK_TAG:
-            ReadTrack(in, data.pos_track, 0, notes);
+            ReadTrack(in, data.pos_track, 0, to);
             break;
         case LIB3DS_ROT_TRACK_TAG:
-            ReadTrack(in, data.rot_track, 0, notes);
+            ReadTrack(in, data.rot_track, 0, to);
             break;
         case LIB3DS_SCL_TRACK_TAG:
-            ReadTrack(in, data.scl_track, 1, notes);
+            ReadTrack(in, data.scl_track, 1, to);
             break;
         case LIB3DS_HIDE_TRACK_TAG:
-            ReadTrack(in, data.hide_track, 0, notes);
+            ReadTrack(in, data.hide_track, 0, to);
             break;
         case LIB3DS_MORPH_TRACK_TAG:
-            ReadTrack(in, data.morph_track, 0, notes);
+            ReadTrack(in, data.morph_track, 0, to);
             break;
         default:
             break;
     }
 }
 
-void ReadCameraPart(CByteCursor in, std::uint16_t id, Lib3dsCameraData& data, CNoteList& notes) {
+void ReadCameraPart(CByteCursor in, std::uint16_t id, Lib3dsCameraData& data, CKeyNotes& to) {
     switch (id) {
         case LIB3DS_POS_TRACK_TAG:
-            ReadTrack(in, data.pos_track, 0, notes);
+            ReadTrack(in, data.pos_track, 0, to);
             break;
         case LIB3DS_FOV_TRACK_TAG:
-            ReadTrack(in, data.fov_track, 45, notes);
+            ReadTrack(in, data.fov_track, 45, to);
             break;
         case LIB3DS_ROLL_TRACK_TAG:
-            ReadTrack(in, data.roll_track, 0, notes);
+            ReadTrack(in, data.roll_track, 0, to);
             break;
         default:
             break;
     }
 }
 
-void ReadLightPart(CByteCursor in, std::uint16_t id, Lib3dsLightData& data, CNoteList& notes) {
+void ReadLightPart(CByteCursor in, std::uint16_t id, Lib3dsLightData& data, CKeyNotes& to) {
     switch (id) {
         case LIB3DS_POS_TRACK_TAG:
-            ReadTrack(in, data.pos_track, 0, notes);
+            ReadTrack(in, data.pos_track, 0, to);
             break;
         case LIB3DS_COL_TRACK_TAG:
-            ReadTrack(in, data.col_track, 1, notes);
+            ReadTrack(in, data.col_track, 1, to);
             break;
         case LIB3DS_HOT_TRACK_TAG:
-            ReadTrack(in, data.hotspot_track, 45, notes);
+            ReadTrack(in, data.hotspot_track, 45, to);
             break;
         case LIB3DS_FALL_TRACK_TAG:
-            ReadTrack(in, data.falloff_track, 45, notes);
+            ReadTrack(in, data.falloff_track, 45, to);
             break;
         case LIB3DS_ROLL_TRACK_TAG:
-            ReadTrack(in, data.roll_track, 0, notes);
+            ReadTrack(in, data.roll_track, 0, to);
             break;
         default:
             break;
     }
 }
 
-void ReadNodePart(CByteCursor in, std::uint16_t id, Lib3dsNode& node, CNoteList& notes) {
+void ReadNodePart(CByteCursor in, std::uint16_t id, Lib3dsNode& node, CKeyNotes& to) {
     switch (id) {
         case LIB3DS_NODE_ID:
             node.node_id = in.Read<std::uint16_t>();
@@ -220,26 +239,30 @@ void ReadNodePart(CByteCursor in, std::uint16_t id, Lib3dsNode& node, CNoteList&
     }
     switch (node.type) {
         case LIB3DS_OBJECT_NODE:
-            ReadObjectPart(in, id, node.data.object, notes);
+            ReadObjectPart(in, id, node.data.object, to);
             break;
         case LIB3DS_CAMERA_NODE:
-            ReadCameraPart(in, id, node.data.camera, notes);
+            ReadCameraPart(in, id, node.data.camera, to);
             break;
         case LIB3DS_LIGHT_NODE:
-            ReadLightPart(in, id, node.data.light, notes);
+            ReadLightPart(in, id, node.data.light, to);
             break;
         case LIB3DS_TARGET_NODE:
-            if (id == LIB3DS_POS_TRACK_TAG) ReadTrack(in, node.data.target.pos_track, 0, notes);
+            if (id == LIB3DS_POS_TRACK_TAG) ReadTrack(in, node.data.target.pos_track, 0, to);
             break;
         case LIB3DS_SPOT_NODE:
-            if (id == LIB3DS_POS_TRACK_TAG) ReadTrack(in, node.data.spot.pos_track, 0, notes);
+            if (id == LIB3DS_POS_TRACK_TAG) ReadTrack(in, node.data.spot.pos_track, 0, to);
             break;
         case LIB3DS_AMBIENT_NODE:
-            if (id == LIB3DS_COL_TRACK_TAG) ReadTrack(in, node.data.ambient.col_track, 0, notes);
+            if (id == LIB3DS_COL_TRACK_TAG) ReadTrack(in, node.data.ambient.col_track, 0, to);
             break;
         case LIB3DS_UNKNOWN_NODE:
             break;
     }
+}
+
+bool IsNode(std::uint16_t id) {
+    return id >= LIB3DS_AMBIENT_NODE_TAG && id <= LIB3DS_SPOTLIGHT_NODE_TAG;
 }
 
 Lib3dsNode* NewNode(std::uint16_t id) {
@@ -278,34 +301,36 @@ void ReadSegment(CByteCursor in, Lib3dsFile& file, CNoteList& notes) {
 }
 }  // namespace
 
-void ReadKeyframer(std::span<const std::byte> bytes, const C3dsChunk& chunk, Lib3dsFile& file,
-                   CNoteList& notes) {
-    constexpr std::size_t kMaxNodes = 65'000;  // ids are 16-bit and 65535 means "no parent"
-    Lib3dsNode** link = &file.nodes;
-    std::size_t count = 0;
-    for (; *link; link = &(*link)->next) ++count;
+CKeyframerReader::CKeyframerReader(Lib3dsFile& file, CNoteList& notes)
+    : m_file(file), m_notes(notes), m_next(&file.nodes), m_keysLeft(scene_budget::kKeys) {}
 
-    CChunkWalker parts(bytes, chunk.begin, chunk.end);
+void CKeyframerReader::Read(std::span<const std::byte> bytes, const C3dsChunk& section) {
+    CChunkWalker parts(bytes, section.begin, section.end);
     for (C3dsChunk part; parts.Next(part);) {
         const CByteCursor in(bytes, part.begin, part.end);
-        if (part.id == LIB3DS_KFHDR) ReadHeader(in, file);
-        if (part.id == LIB3DS_KFSEG) ReadSegment(in, file, notes);
+        if (part.id == LIB3DS_KFHDR) ReadHeader(in, m_file);
+        if (part.id == LIB3DS_KFSEG) ReadSegment(in, m_file, m_notes);
         if (part.id == LIB3DS_KFCURTIME)
-            file.current_frame = std::clamp(CByteCursor(in).Read<std::int32_t>(), -kMaxFrame, kMaxFrame);
-        if (count >= kMaxNodes) continue;
-        Lib3dsNode* node = NewNode(part.id);
-        if (!node) continue;
-        node->node_id = static_cast<Lib3dsWord>(count++);
-        node->parent_id = LIB3DS_NO_PARENT;
-        CChunkWalker inner(bytes, part.begin, part.end);
-        for (C3dsChunk piece; inner.Next(piece);) {
-            ReadNodePart(CByteCursor(bytes, piece.begin, piece.end), piece.id, *node, notes);
-        }
-        *link = node;
-        link = &node->next;
+            m_file.current_frame = std::clamp(CByteCursor(in).Read<std::int32_t>(), -kMaxFrame, kMaxFrame);
+        ReadNode(bytes, part);
     }
-    if (count >= kMaxNodes) notes.Limited("There are more than 65,000 nodes; the rest is not shown");
-    if (parts.End() != CChunkWalker::EEnd::Clean) notes.Repaired("A chunk does not fit into its parent");
+    if (parts.End() != CChunkWalker::EEnd::Clean) m_notes.Repaired("A chunk does not fit into its parent");
+}
+
+void CKeyframerReader::ReadNode(std::span<const std::byte> bytes, const C3dsChunk& chunk) {
+    if (!IsNode(chunk.id)) return;
+    if (m_nodeCount >= scene_budget::kNodes)
+        return m_notes.Limited("There are more than 65,000 nodes; the rest is not shown");
+    Lib3dsNode* node = NewNode(chunk.id);
+    if (!node) return;
+    node->node_id = static_cast<Lib3dsWord>(m_nodeCount++);
+    node->parent_id = LIB3DS_NO_PARENT;
+    CKeyNotes keys{m_notes, m_keysLeft};
+    CChunkWalker inner(bytes, chunk.begin, chunk.end);
+    for (C3dsChunk piece; inner.Next(piece);) {
+        ReadNodePart(CByteCursor(bytes, piece.begin, piece.end), piece.id, *node, keys);
+    }
+    AppendToList(m_next, node);
 }
 
 namespace {
@@ -330,7 +355,8 @@ void MakeIdsUnique(const std::vector<Lib3dsNode*>& nodes, std::vector<Lib3dsNode
 
 /** Cuts the link to the parent where going up would not end. */
 void BreakCycles(const std::vector<Lib3dsNode*>& nodes, CNoteList& notes) {
-    constexpr int kMaxDepth = 8192;  // lib3ds goes down by recursion when it writes and frees
+    // lib3ds goes down by recursion when it writes and frees.
+    constexpr int kMaxDepth = static_cast<int>(scene_budget::kNodeDepth);
     constexpr int kUnknown = -1, kOnPath = -2;
     for (Lib3dsNode* node : nodes) node->user.i = kUnknown;
     std::vector<Lib3dsNode*> path;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "model/read_3ds/mesh_array_views.h"
 
-#include <lib3ds/material.h>
 #include <lib3ds/mesh.h>
 
 #include <algorithm>
@@ -10,18 +9,6 @@
 #include "model/scene/lib3ds_name.h"
 #include "model/scene/mesh_access.h"
 #include "model/scene/mesh_arrays.h"
-
-CMaterialIndex::CMaterialIndex(const Lib3dsMaterial* first) {
-    std::size_t index = 0;
-    for (const Lib3dsMaterial* material = first; material; material = material->next, ++index) {
-        m_indexOfName.emplace(material->name, static_cast<std::uint16_t>(index));
-    }
-}
-
-std::uint16_t CMaterialIndex::Find(std::string_view name) const {
-    const auto found = m_indexOfName.find(name);
-    return found == m_indexOfName.end() ? CMeshView::kNoMaterial : found->second;
-}
 
 namespace {
 /** The array itself, or a copy filled up with zeros when it has fewer entries than wanted. */

@@ -4,27 +4,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "model/read_3ds/CMeshChunk.h"
+#include "model/scene/CMaterialIndex.h"
 #include "model/scene/CNoteList.h"
 #include "model/scene/CScene.h"
 
-struct Lib3dsMaterial;
 struct Lib3dsMesh;
-
-/** Finds the index of a material, in file order, by its name. The names must outlive it. */
-class CMaterialIndex {
-  public:
-    explicit CMaterialIndex(const Lib3dsMaterial* first);
-    /** kNoMaterial when there is none of that name. */
-    [[nodiscard]] std::uint16_t Find(std::string_view name) const;
-
-  private:
-    std::unordered_map<std::string_view, std::uint16_t> m_indexOfName;
-};
 
 /** The view of a mesh whose arrays lie in the bytes of the file, mended (RepairMeshArrays). Lists that are
  * shorter than they must be are copied into patches and filled up with zeros. Threads may work on different

@@ -80,8 +80,7 @@ EObjSmoothing CObjSceneMaker::SmoothingSource() const {
 
 void CObjSceneMaker::AddMesh(std::uint32_t group, CObjPiece piece) {
     AssignSmoothing(piece, m_geometry.normals, m_smoothing);
-    const std::string name =
-        UniqueName(StoredName(m_geometry.groups[group], kNamelessMesh), m_takenMeshNames);
+    const std::string name = m_meshNames.Take(StoredName(m_geometry.groups[group], kNamelessMesh));
     Lib3dsMesh* mesh = lib3ds_mesh_new(name.c_str());
     if (!mesh) throw std::bad_alloc();
     AppendToList(m_meshLink, mesh);
@@ -107,7 +106,7 @@ const std::string& CObjSceneMaker::MaterialName(std::int32_t material) {
 void CObjSceneMaker::AddMaterial(std::int32_t material) {
     const std::string asked =
         material < 0 ? std::string() : m_geometry.materials[static_cast<std::size_t>(material)];
-    const std::string name = UniqueName(StoredName(asked, kDefaultName), m_takenMaterialNames);
+    const std::string name = m_namesOfMaterials.Take(StoredName(asked, kDefaultName));
     const std::optional<std::string_view> text = m_library.TextOf(asked);
     if (material >= 0 && !text) m_notes.Missing("Material not found", CNoteList::Printable(asked));
     AppendToList(m_materialLink, MakeMtlMaterial(name, text));

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <set>
 #include <string>
 #include <vector>
 
@@ -11,6 +10,7 @@
 #include "model/read_obj/obj_smoothing.h"
 #include "model/scene/CNoteList.h"
 #include "model/scene/CScene.h"
+#include "model/scene/unique_names.h"
 
 struct Lib3dsMaterial;
 struct Lib3dsMesh;
@@ -38,5 +38,5 @@ class CObjSceneMaker {
     Lib3dsMesh** m_meshLink;
     EObjSmoothing m_smoothing;
     std::vector<std::string> m_materialNames;  ///< of material number i - 1; empty until it is used
-    std::set<std::string> m_takenMeshNames, m_takenMaterialNames;
+    CUniqueNames m_meshNames, m_namesOfMaterials;
 };

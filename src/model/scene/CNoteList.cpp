@@ -6,19 +6,33 @@
 
 #include "base/text/lng.h"
 #include "base/text/utf8_text.h"
+#include "model/scene/scene_budget.h"
+
+namespace {
+bool IsSame(const CSceneNote& a, const CSceneNote& b) {
+    return a.kind == b.kind && a.what == b.what && a.subject == b.subject && a.reason == b.reason;
+}
+}  // namespace
 
 void CNoteList::Add(CSceneNote note) {
     const std::size_t times = std::exchange(note.times, 1);
-    std::string text = note.Text();
-    if (const auto found = m_indexOfText.find(text); found != m_indexOfText.end()) {
-        m_notes[found->second].times += times;
+    // A broken file says the same thing a million times.
+    if (m_last < m_notes.size() && IsSame(note, m_notes[m_last])) {
+        m_notes[m_last].times += times;
         return;
     }
-    if (m_notes.size() >= kMaxNotes) {
-        ++m_dropped;
+    std::string text = note.Text();
+    if (const auto found = m_indexOfText.find(text); found != m_indexOfText.end()) {
+        m_last = found->second;
+        m_notes[m_last].times += times;
+        return;
+    }
+    if (m_notes.size() >= scene_budget::kNotes) {
+        m_dropped += times;
         return;
     }
     note.times = times;
+    m_last = m_notes.size();
     m_indexOfText.emplace(std::move(text), m_notes.size());
     m_notes.push_back(std::move(note));
 }

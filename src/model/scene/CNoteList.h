@@ -33,8 +33,8 @@ class CNoteList {
     [[nodiscard]] static std::string Printable(std::string_view name);
 
   private:
-    static constexpr std::size_t kMaxNotes = 200;
     std::vector<CSceneNote> m_notes;
     std::map<std::string, std::size_t> m_indexOfText;
+    std::size_t m_last = 0;  ///< the note that was added last: the next one is mostly the same
     std::size_t m_dropped = 0;
 };

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <new>
 
+#include "model/scene/CMaterialIndex.h"
 #include "model/scene/CNoteList.h"
 #include "model/scene/lib3ds_copies.h"
 #include "model/scene/lib3ds_list.h"
@@ -52,7 +53,7 @@ CScene::~CScene() = default;
 
 CScene CScene::Adopt(CLib3dsFilePtr file) {
     CScene scene(std::move(file));
-    const auto materials = ListOf(scene.m_file->materials);
+    const CMaterialIndex materials(scene.m_file->materials);
     for (Lib3dsMesh* mesh = scene.m_file->meshes; mesh; mesh = mesh->next)
         scene.m_meshes.push_back(ViewOfMesh(*mesh, materials));
     CNoteList notes;

@@ -7,9 +7,9 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
-#include <unordered_map>
 
 #include "base/math/CMatrix.h"
+#include "model/scene/CMaterialIndex.h"
 #include "model/scene/CScene.h"
 #include "model/scene/mesh_access.h"
 
@@ -91,25 +91,21 @@ void PointAtLists(CMeshView& view) {
     view.faceStride = view.smoothingStride = sizeof(Lib3dsFace);
 }
 
-CMeshView ViewOfMesh(Lib3dsMesh& mesh, std::span<Lib3dsMaterial* const> materials) {
+CMeshView ViewOfMesh(Lib3dsMesh& mesh, const CMaterialIndex& materials) {
     CMeshView view;
     view.mesh = &mesh;
     view.matrix = CMat4::FromLib3ds(mesh.matrix);
     PointAtLists(view);
     if (mesh.faces == 0) return view;
 
-    std::unordered_map<std::string_view, std::uint16_t> indexOfName;
-    for (std::size_t i = 0; i < materials.size(); ++i)
-        indexOfName.emplace(materials[i]->name, static_cast<std::uint16_t>(i));
     view.faceMaterials.reserve(mesh.faces);
     std::string_view last = "";
     std::uint16_t lastIndex = CMeshView::kNoMaterial;
     for (std::size_t i = 0; i < mesh.faces; ++i) {
         const std::string_view name = mesh.faceL[i].material;
         if (name != last) {
-            const auto found = indexOfName.find(name);
             last = name;
-            lastIndex = found == indexOfName.end() ? CMeshView::kNoMaterial : found->second;
+            lastIndex = materials.Find(name);
         }
         view.faceMaterials.push_back(lastIndex);
     }

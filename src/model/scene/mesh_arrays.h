@@ -7,6 +7,7 @@
 
 #include "model/scene/CNoteList.h"
 
+class CMaterialIndex;
 struct CMeshView;
 struct Lib3dsMesh;
 struct Lib3dsMaterial;
@@ -16,9 +17,9 @@ struct Lib3dsMaterial;
  * become 0. Different meshes may be mended by different threads, each with its own notes. */
 void RepairMeshArrays(CMeshView& view, CNoteList& notes);
 
-/** A view of the lists of a Lib3dsMesh, which must stay as they are while the view is used.
- * materials: in file order. */
-[[nodiscard]] CMeshView ViewOfMesh(Lib3dsMesh& mesh, std::span<Lib3dsMaterial* const> materials);
+/** A view of the lists of a Lib3dsMesh, which must stay as they are while the view is used. materials: of its
+ * file. */
+[[nodiscard]] CMeshView ViewOfMesh(Lib3dsMesh& mesh, const CMaterialIndex& materials);
 
 /** Copies the view's arrays into the lists of a mesh that has none, as lib3ds would have read them; name,
  * matrix and the rest of it stay. False: no memory. */

@@ -8,40 +8,45 @@
 #include <lib3ds/mesh.h>
 #include <lib3ds/node.h>
 
-#include <algorithm>
-#include <unordered_map>
 #include <vector>
 
+#include "base/text/utf8_text.h"
 #include "model/scene/lib3ds_name.h"
 
-std::string UniqueName(std::string_view name, std::set<std::string>& taken) {
-    constexpr std::size_t kFewTries = 9, kManyTries = 100;
-    std::string candidate(name);
-    std::size_t number = 2;
-    for (std::size_t tries = 1; !taken.insert(candidate).second; ++tries) {
-        // A file of 60,000 equal names must not try every number from 2 on for each; the size is a good first
-        // guess. Nor may a file that has taken all numbers near that guess make us try them one by one.
-        if (tries == kFewTries) number = std::max(number, taken.size());
-        if (tries > kManyTries) number *= 3;
-        candidate = lib3ds_name::WithSuffix(name, "#" + std::to_string(number++));
+std::string CUniqueNames::Take(std::string_view name) {
+    if (const auto [place, isNew] = m_taken.emplace(name); isNew) return *place;
+    // Names that only differ where a number may cut them share one row of numbers, so that no number is tried
+    // twice for any of them.
+    constexpr std::size_t kLongestNumber = 8;  // "#" and seven digits
+    const std::string_view beginning = utf8_text::Cut(name, lib3ds_name::kMaxBytes - kLongestNumber);
+    std::uint32_t& number = m_nextNumber.try_emplace(std::string(beginning), 2).first->second;
+    while (true) {
+        const auto [place, isNew] =
+            m_taken.insert(lib3ds_name::WithSuffix(name, "#" + std::to_string(number++)));
+        if (isNew) return *place;
     }
-    return candidate;
+}
+
+void CUniqueNames::Release(const std::string& name) {
+    m_taken.erase(name);
+    m_nextNumber.clear();  // so that the same name comes next again
 }
 
 namespace {
-using CNewNames = std::unordered_map<std::string, std::vector<std::string>>;
+/** For names that were not unique all that stand for them, in order. */
+using CNewNames = CNameMap<std::vector<std::string>>;
 
-/** Renames all but the first of each name; the result lists, for names that were not unique, all
- * that stand for it. */
+/** Renames all but the first of each name. */
 template <class T>
 CNewNames RenameRepeated(T* first, CNoteList& notes) {
-    std::set<std::string> taken;
+    CUniqueNames taken;
     CNewNames names;
     for (T* item = first; item; item = item->next) {
-        const std::string old = item->name;
-        const std::string name = UniqueName(old, taken);
-        names[old].push_back(name);
-        if (name == old) continue;
+        const std::string name = taken.Take(item->name);
+        if (name == item->name) continue;
+        std::vector<std::string>& all = names[item->name];
+        if (all.empty()) all.emplace_back(item->name);
+        all.push_back(name);
         CopyName(item->name, name);
         notes.Repaired("A name was there twice; the second got another", CNoteList::Printable(name));
     }
@@ -55,11 +60,12 @@ void MakeNamesUnique(Lib3dsFile& file, CNoteList& notes) {
     (void)RenameRepeated(file.lights, notes);
     const CNewNames meshNames = RenameRepeated(file.meshes, notes);
 
-    std::unordered_map<std::string, std::size_t> used;
+    if (meshNames.empty()) return;
+    CNameMap<std::size_t> used;
     for (Lib3dsNode* node = file.nodes; node; node = node->next) {
         if (node->type != LIB3DS_OBJECT_NODE || node->data.object.instance[0]) continue;
-        const auto found = meshNames.find(node->name);
-        if (found == meshNames.end() || found->second.size() < 2) continue;
+        const auto found = meshNames.find(std::string_view(node->name));
+        if (found == meshNames.end()) continue;
         const std::size_t turn = used[found->first]++;
         if (turn < found->second.size()) CopyName(node->name, found->second[turn]);
     }
