@@ -44,6 +44,12 @@ std::optional<std::string> CSeenOptions::Set(std::string_view name, std::string_
             zoom = static_cast<int>(std::lround((*number)[0]));
         return {};
     }
+    if (name == "pan") {
+        const auto n = Numbers<2>(value);
+        if (!n) return "needs DX,DY in pixels";
+        pan = *n;
+        return {};
+    }
     if (name == "zoom-box") {
         const auto n = Numbers<4>(value);
         if (!n) return "needs LEFT,TOP,RIGHT,BOTTOM in pixels";
@@ -69,6 +75,7 @@ void CSeenOptions::Apply(CSeenView& seen) const {
     seen.orbit = orbitDeg * kDegree;
     seen.pivot = pivot;
     seen.scale = scale;
-    if (zoomBox) (void)seen.camera.Zoom(*zoomBox);  // one without area shows all, as in the window
+    seen.Pan(pan[0], pan[1]);
+    if (zoomBox) (void)seen.ZoomTo(*zoomBox);  // one without area shows all, as in the window
     if (zoom != 0) seen.camera.Zoom(zoom);
 }

@@ -19,9 +19,10 @@ struct CSeenOptions {
     int zoom = 0;                    ///< a step as CViewCamera::Zoom takes it, after the box
     CVec3d pivot;
     CVec3d scale{1, 1, 1};
+    std::array<double, 2> pan{};  ///< pixels to the right and down, before the box
 
-    static constexpr std::array<const char*, 7> kNames{"angles", "turn",     "orbit", "pivot",
-                                                       "scale",  "zoom-box", "zoom"};
+    static constexpr std::array<const char*, 8> kNames{"angles", "turn", "orbit",    "pivot",
+                                                       "scale",  "pan",  "zoom-box", "zoom"};
     /** Sets the option `name`, one of kNames, from the text of its value. Returns what is wrong with the
      * value, which then changes nothing, or nothing on success. */
     [[nodiscard]] std::optional<std::string> Set(std::string_view name, std::string_view value);

@@ -13,8 +13,9 @@
  * take it as one value and get their matrices from it, so that they all show the same. A reload keeps it.
  *
  * A point of the scene goes through ModelMatrix, ViewMatrix and ProjectionMatrix in that order. First the
- * rotation angles turn the scene about the look-at point; then the trackball turns it and the scale stretches
- * the result, both about the look-at point shifted by the pivot offset. */
+ * rotation angles turn the scene about the turning point, which is the look-at point unless the mouse has
+ * chosen another one; then the trackball turns it and the scale stretches the result, both about the turning
+ * point shifted by the pivot offset; at last the result is shifted as a whole. */
 struct CSeenView {
     CViewCamera camera;                  ///< with the zooms and the size of the picture
     float rotX = 0, rotY = 0, rotZ = 0;  ///< degrees, see RotationOfAngles
@@ -22,6 +23,8 @@ struct CSeenView {
     double orbit = 0;                    ///< radians; see OrbitedEye
     CVec3d pivot;
     CVec3d scale{1, 1, 1};
+    CVec3d aside;       ///< from the look-at point to the turning point
+    CVec3d shift;       ///< of the turned scene
     CVec3 background;   ///< 0..1
     bool wire = false;  ///< polygons as lines
     float frame = 0;    ///< of the animation
@@ -30,10 +33,13 @@ struct CSeenView {
     [[nodiscard]] CVec3 Eye() const;
     /** As gluLookAt from Eye; straight along the up vector, too. */
     [[nodiscard]] CMat4 ViewMatrix() const;
-    /** The coordinates that the trackball turns in: the scale, about the look-at point shifted by
-     * the pivot. */
+    /** What the scene turns about, in the scene's coordinates, without the pivot offset. */
+    [[nodiscard]] CVec3d TurningPoint() const;
+    /** Where the middle of the trackball is seen: the turning point, shifted. */
+    [[nodiscard]] CVec3 BallCenter() const;
+    /** The coordinates that the trackball turns in: the scale, about the ball's center moved by the pivot. */
     [[nodiscard]] CMat4 BallMatrix() const;
-    /** Pivot, scale and trackball. */
+    /** Pivot, scale, trackball and shift. */
     [[nodiscard]] CMat4 PlacingMatrix() const;
     /** The rotation angles. */
     [[nodiscard]] CMat4 AnglesMatrix() const;
@@ -41,6 +47,25 @@ struct CSeenView {
     /** CViewCamera::DepthRange, widened so that it holds the spheres as ModelMatrix places them. */
     [[nodiscard]] CDepthRange DepthRange(const CSphere& model, std::span<const CSphere> others = {}) const;
     [[nodiscard]] CMat4 ProjectionMatrix(CDepthRange range) const { return camera.ProjectionMatrix(range); }
+
+    // --- what the mouse does with it; pixels of the view, origin top left -----------------------------------
+    /** Moves the scene so that the middle of the model follows the pointer: dx to the right, dy down. */
+    void Pan(double dx, double dy);
+    /** CViewCamera::Zoom, with what is seen at (x, y) staying there. */
+    void ZoomAt(int step, double x, double y);
+    /** CViewCamera::Zoom to a box. The scene stays where it is seen, and then turns about the new look-at
+     * point. */
+    [[nodiscard]] bool ZoomTo(const C2DRect& box);
+    /** Brings a point of the scene to the look-at point, the middle of the view. Without a pivot offset the
+     * scene then turns about it. */
+    void CenterOn(CVec3d point);
+    /** Takes back what these did with aside and shift. */
+    void ForgetPlaces() { aside = shift = {}; }
+
+  private:
+    void TurnAbout(CVec3d point);
+    void ShiftAcross(double right, double down);
+    [[nodiscard]] double MiddleDepth() const;
 };
 
 /** The vector from the look-at point to the eye, turned by an angle (radians) about the axis that belongs to

@@ -77,6 +77,11 @@ class CViewCamera {
     [[nodiscard]] const std::string& Name() const { return m_name; }
     /** Radius of the sphere of SetModel, never 0. */
     [[nodiscard]] float ModelRadius() const { return m_model.radius; }
+    [[nodiscard]] CVec3 ModelCenter() const { return m_model.center; }
+    /** From the eye to the target. */
+    [[nodiscard]] double Distance() const;
+    /** The tangent of half the vertical field of view. */
+    [[nodiscard]] double TanHalfFovY() const;
     [[nodiscard]] double Aspect() const { return m_width / m_height; }
     /** As SetViewSize set it, at least 1. */
     [[nodiscard]] double ViewWidth() const { return m_width; }
@@ -96,8 +101,6 @@ class CViewCamera {
   private:
     enum class EKind { Preset, File, Boxed };
 
-    [[nodiscard]] double TanHalfFovY() const;
-    [[nodiscard]] double Distance() const;
     [[nodiscard]] double FittingDistance() const;
     void TakeFilePose(const CPreparedCamera& camera);
 

@@ -57,6 +57,7 @@ void C3dsDisplayWrap::CState::SetPreset(ECameraPreset preset) {
     seen.camera.SetModel(framing);
     seen.camera.SetPreset(preset);
     seen.rotX = seen.rotY = seen.rotZ = 0;
+    seen.ForgetPlaces();
 }
 
 void C3dsDisplayWrap::CState::DecideFraming() {

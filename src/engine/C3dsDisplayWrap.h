@@ -112,9 +112,15 @@ class C3dsDisplayWrap {
     /** Turns by dx degrees more about the scene's vertical (Z) and by dy about its horizontal (X) axis, see
      * RotationOfAngles. Opening a scene and choosing a camera set all angles to 0. */
     void UpdateRotAngles(float dx, float dy);
-    /** See CViewCamera::Zoom for both. */
+    /** See CViewCamera::Zoom and CSeenView::ZoomTo. */
     void ZoomModel(int step);
     void ZoomModel(const C2DRect& rect);
+    /** See CSeenView for both. Every camera and every opening takes back what they did. */
+    void ZoomModelAt(int step, double x, double y);
+    void PanModel(double dx, double dy);
+    /** Brings the point of the model that is seen at (x, y) to the middle of the view: see CSeenView::CenterOn.
+     * False, and nothing changes, where none is seen. */
+    bool CenterModelAt(double x, double y);
     /** Each 0..1. */
     void SetBkColors(float r, float g, float b);
     /** 0 trilinear with anisotropy, 1 bilinear, 2 nearest, 3 no textures; others are as 0. */
@@ -128,6 +134,8 @@ class C3dsDisplayWrap {
      * frame, which it measures as it goes: it draws coarser levels of meshes, and leaves out what does not
      * fit. Opening a scene does not change it. */
     void SetMoving(bool moving);
+    /** True where the current context draws with the processor. */
+    [[nodiscard]] bool IsDrawnInSoftware() const;
     /** False when the last DrawModel for GL_RENDER drew less than the full picture: coarser levels, parts left
      * out, or an interrupted drawing. The caller then draws again once all is at rest. */
     [[nodiscard]] bool IsLastFrameWhole() const;

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "base/math/rotation_of_angles.h"
+#include "camera/point_under.h"
 #include "engine/C3dsDisplayState.h"
 
 void C3dsDisplayWrap::CState::SetPreview(const C2DRect& rect) {
@@ -30,7 +31,23 @@ void C3dsDisplayWrap::ZoomModel(int step) {
 }
 
 void C3dsDisplayWrap::ZoomModel(const C2DRect& rect) {
-    if (m_state->seen.camera.Zoom(rect)) UpdateModelOnZoom();
+    if (m_state->seen.ZoomTo(rect)) UpdateModelOnZoom();
+}
+
+void C3dsDisplayWrap::ZoomModelAt(int step, double x, double y) {
+    m_state->seen.ZoomAt(step, x, y);
+    UpdateModelOnZoom();
+}
+
+void C3dsDisplayWrap::PanModel(double dx, double dy) {
+    m_state->seen.Pan(dx, dy);
+}
+
+bool C3dsDisplayWrap::CenterModelAt(double x, double y) {
+    if (!m_state->scene) return false;
+    const auto point = PointUnder(m_state->prepared, m_state->seen, x, y);
+    if (point) m_state->seen.CenterOn(*point);
+    return point.has_value();
 }
 
 void C3dsDisplayWrap::SetPreset(ECameraPreset preset) {

@@ -27,4 +27,20 @@ class CGLWindowHandler {
     /** Moves the animation to its next frame. True while there is animation to play; the canvas
      * then repaints. */
     virtual bool OnAnimationTick() { return false; }
+    /** A drag that pans begins at a press of the middle button, or of the right one with Shift held (which
+     * is then no OnRightDown), and ends with its release. */
+    virtual void OnPanDown(int /*x*/, int /*y*/) {}
+    /** False when the mouse has not moved since: then it was a click. */
+    virtual bool OnPanUp() { return false; }
+    /** The second press of the left button, after its OnLeftDown. */
+    virtual void OnDoubleClick(int /*x*/, int /*y*/) {}
+    /** The wheel was turned with Alt held; otherwise as OnWheel. */
+    virtual void OnWheelAt(int /*x*/, int /*y*/, int /*rotation*/) {}
+    /** Two fingers spread (factor above 1) or closed round a point, since the call before. */
+    virtual void OnPinch(int /*x*/, int /*y*/, double /*factor*/) {}
+    /** A key without Ctrl or Alt, after its OnKeyDown. True when it moved the model: nobody else shall have
+     * it then. */
+    virtual bool OnModelKey(int /*keyCode*/, bool /*shiftDown*/) { return false; }
+    /** Asked after OnPaint: false when the picture is not complete and must not be shown. */
+    [[nodiscard]] virtual bool IsPictureComplete() const { return true; }
 };

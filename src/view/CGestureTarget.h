@@ -16,6 +16,14 @@ class CGestureTarget {
     [[nodiscard]] virtual const char* PickNode(int x, int y) = 0;
     virtual void ZoomModel(int step) = 0;
     virtual void ZoomModel(const C2DRect& box) = 0;
+    /** As ZoomModel, with what is seen at the point staying there. */
+    virtual void ZoomModelAt(int step, int x, int y) = 0;
+    /** Moves the model by pixels, to the right and down. */
+    virtual void PanModel(int dx, int dy) = 0;
+    /** Turns the model about the view's own axes: what is in front goes to the right and up, by degrees. */
+    virtual void TurnModel(double rightDeg, double upDeg) = 0;
+    /** Brings the point of the model that is seen there to the middle of the view. False when none is. */
+    virtual bool CenterModelAt(int x, int y) = 0;
     virtual void DeleteNode(const char* name) = 0;
 
     virtual void StartLongPress(int periodMs) = 0;

@@ -127,6 +127,10 @@ void CTrackBallMotion::Release(int x, int y) {
     StartAt(x, y);
 }
 
+void CTrackBallMotion::Turn(CVec3d axis, double angle) {
+    if (!m_dragging) SetRotation(CRotation::About(axis, angle) * m_rotation);
+}
+
 void CTrackBallMotion::SetRotation(const CRotation& rotation) {
     m_rotation = rotation;
     m_matrix = rotation.Matrix();

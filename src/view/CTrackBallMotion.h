@@ -36,6 +36,10 @@ class CTrackBallMotion {
     /** Follows the mouse once more, ends the drag and adds its orbit angle to those before. */
     void Release(int x, int y);
 
+    /** Turns the model about a unit axis (of the coordinates of SetBall) by radians. Does nothing during
+     * a drag. */
+    void Turn(CVec3d axis, double angle);
+
     /** Turns a vector from the look-at point to the eye by the sum of all orbit angles; see OrbitedEye. */
     void OrbitEye(std::string_view cameraName, float (&eye)[3]) const;
 

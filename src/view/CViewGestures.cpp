@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "view/CViewGestures.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <string>
 
@@ -8,6 +10,7 @@ CViewGestures::CViewGestures(CGestureTarget& target, CTrackBallMotion& trackBall
     : m_target(target), m_trackBall(trackBall), m_tools(tools) {}
 
 void CViewGestures::LeftDown(int x, int y, bool controlDown) {
+    m_pan.reset();
     if (controlDown) {
         m_zoomBox = C2DRect(x, y, x, y);
     } else if (m_dragState == EDragState::Idle && !UseTool(x, y)) {
@@ -40,6 +43,8 @@ void CViewGestures::Move(int x, int y, bool leftDown) {
         m_zoomBox->right = x;
         m_zoomBox->bottom = y;
         m_target.EndWork();
+    } else if (m_pan) {
+        PanTo({x, y});
     }
     if (m_tools) m_target.ShowCursor(m_tools->GetCursor());
 }
@@ -75,6 +80,74 @@ void CViewGestures::FinishDrag(int x, int y) {
 void CViewGestures::Wheel(int rotation) {
     if (m_dragState != EDragState::Idle) return;
     m_target.ZoomModel(rotation < 1 ? kWheelStep : -kWheelStep);
+}
+
+void CViewGestures::WheelAt(int x, int y, int rotation) {
+    if (m_dragState != EDragState::Idle) return;
+    m_target.ZoomModelAt(rotation < 1 ? kWheelStep : -kWheelStep, x, y);
+}
+
+void CViewGestures::Pinch(int x, int y, double factor) {
+    constexpr double kStepsOfE = 200;  // see CViewCamera::Zoom
+    if (m_dragState != EDragState::Idle || !(factor > 0) || !std::isfinite(factor)) return;
+    m_pinched -= kStepsOfE * std::log(factor);
+    const double whole = std::trunc(std::clamp(m_pinched, -1000.0, 1000.0));
+    m_pinched = std::clamp(m_pinched - whole, -1.0, 1.0);
+    if (whole == 0) return;
+    m_target.ZoomModelAt(static_cast<int>(whole), x, y);
+    m_target.EndWork();
+}
+
+void CViewGestures::PanDown(int x, int y) {
+    if (m_dragState == EDragState::Idle && !m_zoomBox) m_pan = CPan{{x, y}};
+}
+
+bool CViewGestures::PanUp() {
+    const bool hasMoved = m_pan && m_pan->hasMoved;
+    m_pan.reset();
+    if (hasMoved) m_target.EndWork();
+    return hasMoved;
+}
+
+void CViewGestures::PanTo(CPixel point) {
+    if (point == m_pan->last) return;
+    m_target.PanModel(point.x - m_pan->last.x, point.y - m_pan->last.y);
+    *m_pan = {point, true};
+    m_target.EndWork();
+}
+
+void CViewGestures::Key(EViewKey key, bool fine) {
+    if (m_dragState != EDragState::Idle) return;
+    const double turn = fine ? kKeyDeg / kFineShare : kKeyDeg;
+    const int zoom = fine ? kKeyStep / kFineShare : kKeyStep;
+    switch (key) {
+        case EViewKey::TurnLeft:
+            m_target.TurnModel(-turn, 0);
+            break;
+        case EViewKey::TurnRight:
+            m_target.TurnModel(turn, 0);
+            break;
+        case EViewKey::TurnUp:
+            m_target.TurnModel(0, turn);
+            break;
+        case EViewKey::TurnDown:
+            m_target.TurnModel(0, -turn);
+            break;
+        case EViewKey::ZoomIn:
+            m_target.ZoomModel(-zoom);
+            break;
+        case EViewKey::ZoomOut:
+            m_target.ZoomModel(zoom);
+            break;
+    }
+    m_target.EndWork();
+}
+
+void CViewGestures::DoubleClick(int x, int y) {
+    // The press may be held on, and what comes under it was not meant to be deleted.
+    m_target.StopLongPress();
+    if (m_zoomBox || (m_tools && m_tools->IsActive()) || !m_target.CenterModelAt(x, y)) return;
+    m_target.EndWork();
 }
 
 void CViewGestures::LongPress(int x, int y) {

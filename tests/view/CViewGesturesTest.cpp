@@ -24,6 +24,17 @@ class CRecordedTarget final : public CGestureTarget {
         log += " box(" + Pair(static_cast<int>(r.left), static_cast<int>(r.top)) + "," +
                Pair(static_cast<int>(r.right), static_cast<int>(r.bottom)) + ")";
     }
+    void ZoomModelAt(int step, int x, int y) override {
+        log += " zoom(" + std::to_string(step) + " at " + Pair(x, y) + ")";
+    }
+    void PanModel(int dx, int dy) override { log += " pan(" + Pair(dx, dy) + ")"; }
+    void TurnModel(double rightDeg, double upDeg) override {
+        log += " turn(" + Pair(static_cast<int>(rightDeg), static_cast<int>(upDeg)) + ")";
+    }
+    bool CenterModelAt(int x, int y) override {
+        log += " center(" + Pair(x, y) + ")";
+        return !node.empty();
+    }
     void DeleteNode(const char* name) override { log += std::string(" delete(") + name + ")"; }
     void StartLongPress(int periodMs) override { log += " timer(" + std::to_string(periodMs) + ")"; }
     void StopLongPress() override { log += " stop"; }
@@ -80,6 +91,18 @@ struct CRig {
             gestures.Wheel(x);
         else if (what == "long")
             gestures.LongPress(x, y);
+        else if (what == "pan-down")
+            gestures.PanDown(x, y);
+        else if (what == "pan-up")
+            target.log += gestures.PanUp() ? " moved" : " clicked";
+        else if (what == "double")
+            gestures.DoubleClick(x, y);
+        else if (what == "alt-wheel")
+            gestures.WheelAt(x, y, 120);
+        else if (what == "pinch")
+            gestures.Pinch(x, y, 1.002);
+        else if (what == "key")
+            gestures.Key(EViewKey::ZoomIn, false);
         else if (what == "frame")
             Frame();
         else if (what == "reset")
@@ -170,5 +193,23 @@ const CGestureCase kNodes[] = {
     {"ToolOverNothingDrags", kOverNothing, "down 200 149", " pick(200,149) tell paint pending(200,150)"},
 };
 INSTANTIATE_TEST_SUITE_P(Nodes, CViewGesturesTest, testing::ValuesIn(kNodes), kRowName);
+
+const CGestureCase kOthers[] = {
+    {"PanIsToldOfEachWay", kIdle,
+     "pan-down 10 20 move-up 15 18 move-up 15 18 move-up 5 18 pan-up 0 0 move-up 1 1",
+     " pan(5,-2) paint pan(-10,0) paint paint moved idle"},
+    {"PanWithoutAMoveIsAClick", kNone, "pan-down 10 20 move-up 10 20 pan-up 0 0", " clicked idle"},
+    {"PanWaitsForTheDrag", kNone, "down 200 149 frame 0 0 pan-down 200 149 move 200 149 pan-up 0 0",
+     " tell paint start(200,150) paint clicked dragging(200,150)"},
+    {"APressEndsThePan", kNone, "pan-down 10 20 down 10 20 frame 0 0 move 15 20",
+     " tell paint start(10,279) paint dragging(15,279) turned"},
+    {"NothingElseDuringADrag", kNone, "down 200 149 alt-wheel 5 5 key 0 0", " tell paint pending(200,150)"},
+    {"DoubleClickCentersAndDeletesNothing", kIdle, "down 20 30 double 20 30",
+     " timer(500) tell paint stop center(20,30) paint pending(20,269)"},
+    {"DoubleClickOverNothing", kOverNothing, "double 20 30", " stop idle"},
+    {"DoubleClickIsTheTools", kActive, "double 20 30", " stop idle"},
+    {"FingersAddUpToSteps", kNone, "pinch 5 6 pinch 5 6 pinch 5 6", " zoom(-1 at 5,6) paint idle"},
+};
+INSTANTIATE_TEST_SUITE_P(Others, CViewGesturesTest, testing::ValuesIn(kOthers), kRowName);
 
 }  // namespace

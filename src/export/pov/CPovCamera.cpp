@@ -36,14 +36,15 @@ void CPovCamera::Place(const CSeenView& seen) {
         return;
     }
     m_shrink = static_cast<float>(1 / seen.scale.x);
-    // The look-at point, which the view does not move, as the model sees it: it keeps its place relative to
-    // the pivot. The shift is applied last, by the rotation angles alone.
-    const CVec3 pivot{static_cast<float>(seen.pivot.x), static_cast<float>(seen.pivot.y),
-                      static_cast<float>(seen.pivot.z)};
+    // The look-at point as the model sees it: the view's turns, scale and shift taken back one by one.
+    const auto inFloat = [](CVec3d v) {
+        return CVec3{static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
+    };
     m_turn = seen.turn.Matrix();
-    const CVec3 shift = pivot - FromView(pivot) * m_shrink;
+    const CVec3 fromTurningPoint =
+        inFloat(seen.pivot) - FromView(inFloat(seen.pivot + seen.aside + seen.shift)) * m_shrink;
     m_turn = seen.AnglesMatrix();
-    m_target = m_target + FromView(shift);
+    m_target = inFloat(seen.TurningPoint()) + FromView(fromTurningPoint);
     m_turn = seen.turn.Matrix() * m_turn;
 }
 

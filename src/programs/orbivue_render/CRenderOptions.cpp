@@ -146,7 +146,7 @@ struct COptionEntry {
     std::string_view help;
 };
 
-constexpr std::array<COptionEntry, 19> kOptions{{
+constexpr std::array<COptionEntry, 20> kOptions{{
     {"size", "WxH", SetSize, "size of the picture in pixels (1024x768)"},
     {"camera", "NAME", SetCamera, "top, left, right, front, back, iso, or a camera of the file (iso)"},
     {"angles", "X,Y,Z", SetSeen<"angles">, "turns the model about Z, then Y, then X, by degrees"},
@@ -154,6 +154,7 @@ constexpr std::array<COptionEntry, 19> kOptions{{
     {"orbit", "DEGREES", SetSeen<"orbit">, "turns the eye about the axis of the camera's name"},
     {"pivot", "X,Y,Z", SetSeen<"pivot">, "moves the point that --turn and --scale are about"},
     {"scale", "X,Y,Z", SetSeen<"scale">, "stretches the turned model"},
+    {"pan", "DX,DY", SetSeen<"pan">, "moves the model by pixels, to the right and down"},
     {"zoom-box", "L,T,R,B", SetSeen<"zoom-box">, "pixels of the picture that are to fill it"},
     {"zoom", "STEP", SetSeen<"zoom">, "as the wheel: 20 for each notch away from the model"},
     {"frame", "N", SetFrame, "frame of the animation (the file's current one)"},

@@ -79,16 +79,22 @@ void CGLCanvas::BindEvents() {
         event.Skip();
     });
     Bind(wxEVT_LEFT_DOWN, &CGLCanvas::LeftDown, this);
-    Bind(wxEVT_LEFT_DCLICK, &CGLCanvas::LeftDown, this);
+    Bind(wxEVT_LEFT_DCLICK, &CGLCanvas::DoubleClick, this);
     Bind(wxEVT_LEFT_UP, &CGLCanvas::LeftUp, this);
-    Bind(wxEVT_MOUSE_CAPTURE_LOST, [this](wxMouseCaptureLostEvent&) { EndPress(); });
+    Bind(wxEVT_MOUSE_CAPTURE_LOST, [this](wxMouseCaptureLostEvent&) {
+        EndPress();
+        EndPan();
+    });
     Bind(wxEVT_RIGHT_DOWN, &CGLCanvas::RightDown, this);
     Bind(wxEVT_RIGHT_DCLICK, &CGLCanvas::RightDown, this);
-    Bind(wxEVT_RIGHT_UP, [this](wxMouseEvent& event) {
-        const CPoint p = InPixels(event.GetPosition());
-        if (m_handler) m_handler->OnRightUp(p.x, p.y);
-        event.Skip();
+    Bind(wxEVT_RIGHT_UP, &CGLCanvas::RightUp, this);
+    const auto middleDown = [this](wxMouseEvent& event) { BeginPan(event, wxMOUSE_BTN_MIDDLE); };
+    Bind(wxEVT_MIDDLE_DOWN, middleDown);
+    Bind(wxEVT_MIDDLE_DCLICK, middleDown);
+    Bind(wxEVT_MIDDLE_UP, [this](wxMouseEvent&) {
+        if (m_panButton == wxMOUSE_BTN_MIDDLE) EndPan();
     });
+    if (EnableTouchEvents(wxTOUCH_ZOOM_GESTURE)) Bind(wxEVT_GESTURE_ZOOM, &CGLCanvas::Pinch, this);
     Bind(wxEVT_MOTION, &CGLCanvas::Move, this);
     Bind(wxEVT_MOUSEWHEEL, &CGLCanvas::Wheel, this);
     Bind(wxEVT_KEY_DOWN, &CGLCanvas::KeyDown, this);
@@ -137,7 +143,7 @@ void CGLCanvas::Paint() {
     const wxPaintDC dc(this);  // without one the toolkit would repeat the paint event
     if (!m_handler || IsFrozen() || !IsReady() || !SetCurrent(m_context)) return;
     m_handler->OnPaint();
-    SwapBuffers();
+    if (m_handler->IsPictureComplete()) SwapBuffers();
     ArmTicks();
 }
 
@@ -177,9 +183,14 @@ void CGLCanvas::LeftDown(wxMouseEvent& event) {
     if (m_handler) m_handler->OnLeftDown(m_mouse.x, m_mouse.y);
 }
 
+void CGLCanvas::DoubleClick(wxMouseEvent& event) {
+    LeftDown(event);
+    if (m_handler) m_handler->OnDoubleClick(m_mouse.x, m_mouse.y);
+}
+
 void CGLCanvas::LeftUp(wxMouseEvent& event) {
     m_mouse = InPixels(event.GetPosition());
-    if (HasCapture()) ReleaseMouse();
+    if (HasCapture() && m_panButton == wxMOUSE_BTN_NONE) ReleaseMouse();
     EndPress();
 }
 
@@ -190,7 +201,42 @@ void CGLCanvas::EndPress() {
     if (m_handler) m_handler->OnLeftUp(m_mouse.x, m_mouse.y);
 }
 
+void CGLCanvas::BeginPan(const wxMouseEvent& event, wxMouseButton button) {
+    SetFocus();
+    if (m_panButton != wxMOUSE_BTN_NONE) return;
+    if (!HasCapture()) CaptureMouse();
+    m_panButton = button;
+    m_mouse = InPixels(event.GetPosition());
+    if (m_handler) m_handler->OnPanDown(m_mouse.x, m_mouse.y);
+}
+
+bool CGLCanvas::EndPan() {
+    if (m_panButton == wxMOUSE_BTN_NONE) return false;
+    m_panButton = wxMOUSE_BTN_NONE;
+    if (HasCapture() && !m_pressed) ReleaseMouse();
+    return m_handler && m_handler->OnPanUp();
+}
+
+void CGLCanvas::Pinch(wxZoomGestureEvent& event) {
+    const double factor = event.GetZoomFactor();
+    const double before = event.IsGestureStart() ? 1 : m_pinched;
+    m_pinched = factor;
+    const CPoint p = InPixels(event.GetPosition());
+    if (m_handler && before > 0) m_handler->OnPinch(p.x, p.y, factor / before);
+}
+
+void CGLCanvas::RightUp(wxMouseEvent& event) {
+    const CPoint p = InPixels(event.GetPosition());
+    if (m_panButton == wxMOUSE_BTN_RIGHT) {
+        // A click is none of a drag's business, and has the meaning that it has without Shift.
+        if (!EndPan() && m_handler) m_handler->OnRightDown(p.x, p.y);
+    }
+    if (m_handler) m_handler->OnRightUp(p.x, p.y);
+    event.Skip();
+}
+
 void CGLCanvas::RightDown(wxMouseEvent& event) {
+    if (event.ShiftDown()) return BeginPan(event, wxMOUSE_BTN_RIGHT);
     SetFocus();
     const CPoint p = InPixels(event.GetPosition());
     if (m_handler) m_handler->OnRightDown(p.x, p.y);
@@ -205,12 +251,20 @@ void CGLCanvas::Move(wxMouseEvent& event) {
 void CGLCanvas::Wheel(wxMouseEvent& event) {
     if (event.GetWheelAxis() != wxMOUSE_WHEEL_VERTICAL || !m_handler) return;
     const int notches = m_wheel.Add(event.GetWheelRotation(), event.GetWheelDelta());
-    for (int i = 0; i < std::abs(notches); ++i)
-        m_handler->OnWheel(notches > 0 ? event.GetWheelDelta() : -event.GetWheelDelta());
+    const int notch = notches > 0 ? event.GetWheelDelta() : -event.GetWheelDelta();
+    const CPoint p = InPixels(event.GetPosition());
+    for (int i = 0; i < std::abs(notches); ++i) {
+        if (event.AltDown())
+            m_handler->OnWheelAt(p.x, p.y, notch);
+        else
+            m_handler->OnWheel(notch);
+    }
     if (notches != 0) Refresh(false);
 }
 
 void CGLCanvas::KeyDown(wxKeyEvent& event) {
     if (m_handler) m_handler->OnKeyDown(event.GetKeyCode());
+    const bool isPlain = !event.ControlDown() && !event.AltDown() && !event.MetaDown();
+    if (isPlain && m_handler && m_handler->OnModelKey(event.GetKeyCode(), event.ShiftDown())) return;
     event.Skip();  // so that menus receive their keys
 }

@@ -50,7 +50,13 @@ class CGLCanvas final : public wxGLCanvas, public CGLCanvasI {
     void LeftDown(wxMouseEvent& event);
     void LeftUp(wxMouseEvent& event);
     void EndPress();
+    void DoubleClick(wxMouseEvent& event);
     void RightDown(wxMouseEvent& event);
+    void RightUp(wxMouseEvent& event);
+    void BeginPan(const wxMouseEvent& event, wxMouseButton button);
+    /** Returns whether the mouse was moved. */
+    bool EndPan();
+    void Pinch(wxZoomGestureEvent& event);
     void Move(wxMouseEvent& event);
     void Wheel(wxMouseEvent& event);
     void KeyDown(wxKeyEvent& event);
@@ -64,6 +70,8 @@ class CGLCanvas final : public wxGLCanvas, public CGLCanvasI {
     bool m_rotating = false;
     bool m_animating = false;
     bool m_pressed = false;
+    wxMouseButton m_panButton = wxMOUSE_BTN_NONE;  ///< held, and pans
+    double m_pinched = 1;                          ///< the gesture's factor so far
     CPoint m_mouse;
     CWheelNotches m_wheel;
 };

@@ -5,6 +5,7 @@
 #include <wx/timer.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,6 +18,7 @@
 #include "session/CSceneView.h"
 #include "session/CShowState.h"
 #include "view/CGestureTarget.h"
+#include "view/CMotion.h"
 #include "view/CViewGestures.h"
 #include "view/ui/CTrackBall.h"
 
@@ -139,11 +141,22 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     void OnWheel(int rotation) override;
     void OnKeyDown(int keyCode) override;
     bool OnAnimationTick() override;
+    void OnPanDown(int x, int y) override;
+    bool OnPanUp() override;
+    void OnDoubleClick(int x, int y) override;
+    void OnWheelAt(int x, int y, int rotation) override;
+    void OnPinch(int x, int y, double factor) override;
+    bool OnModelKey(int keyCode, bool shiftDown) override;
+    [[nodiscard]] bool IsPictureComplete() const override { return !m_isInterrupted; }
 
   private:
     [[nodiscard]] int ViewHeight() const override;
     void ZoomModel(int step) override;
     void ZoomModel(const C2DRect& box) override;
+    void ZoomModelAt(int step, int x, int y) override;
+    void PanModel(int dx, int dy) override;
+    void TurnModel(double rightDeg, double upDeg) override;
+    [[nodiscard]] bool CenterModelAt(int x, int y) override;
     void DeleteNode(const char* name) override;
     void StartLongPress(int periodMs) override;
     void StopLongPress() override;
@@ -159,6 +172,15 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     void AfterSceneChange();
     void OnLongPress();
 
+    // --- keeping up while something moves ------------------------------------------------------------------
+    /** Something moves what is seen; the caller repaints. */
+    void Moved();
+    /** Draws the full picture in good time after the last movement. */
+    void AwaitRest();
+    /** The time of AwaitRest is over, or idle work is to be continued. */
+    void OnRest();
+    [[nodiscard]] bool IsInterrupted();
+    [[nodiscard]] bool DrawsFewerSamples(bool moving);
     void DrawFrame(int renderMode, int x, int y);
     void StartTrackBall(CPixel point);
     void DrawOverlays();
@@ -176,4 +198,9 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     CImage m_hint;
     EToolCursor m_cursor = EToolCursor::Standard;
     wxTimer m_longPressTimer;
+    CMotion m_motion;
+    wxTimer m_restTimer;
+    bool m_isMoving = false;       ///< as the engine was told
+    bool m_isInterrupted = false;  ///< the picture that was drawn last
+    std::optional<bool> m_hasSlowSamples;
 };

@@ -2,11 +2,86 @@
 // How the view repaints, and the seen view that describes what it shows.
 #include <GL/gl.h>
 
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
 #include "engine/C3dsDisplayWrap.h"
+#include "engine/CGLCanvasI.h"
 #include "view/ui/CGlAttribGuard.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
+#include "view/ui/input_waits.h"
 #include "view/ui/view_hint.h"
 #include "view/ui/zoom_box.h"
+
+namespace {
+
+/** Between two calls of the engine's idle work, which waits for another thread most of the time. */
+constexpr int kIdlePeriodMs = 15;
+
+using CClock = std::chrono::steady_clock;
+
+}  // namespace
+
+// --- moving and resting ----------------------------------------------------------------------------------
+
+void CViewer3DSWindowHandler::OnPaint() {
+    m_motion.SetRunning(GetEngine().Prepared() && (m_rotate || (m_playing && HasAnimation())));
+    const bool moving = m_motion.IsMoving(CClock::now());
+    if (std::exchange(m_isMoving, moving) != moving) GetEngine().SetMoving(moving);
+    m_isInterrupted = false;
+    const bool fewerSamples = DrawsFewerSamples(moving);
+    if (fewerSamples) glDisable(GL_MULTISAMPLE);
+    DrawFrame(GL_RENDER, -1, -1);
+    if (fewerSamples) glEnable(GL_MULTISAMPLE);
+    const bool whole = !GetEngine().Prepared() || (GetEngine().IsLastFrameWhole() && !fewerSamples);
+    m_motion.Drawn(m_isInterrupted ? EDrawn::Interrupted
+                   : whole         ? EDrawn::Whole
+                                   : EDrawn::Reduced,
+                   CClock::now());
+    AwaitRest();
+    // Not inside the paint event: the work may take long, and the empty view should be visible meanwhile.
+    if (m_whenReady) CallAfter([work = std::exchange(m_whenReady, nullptr)] { work(); });
+}
+
+void CViewer3DSWindowHandler::Moved() {
+    m_motion.Moved(CClock::now());
+}
+
+void CViewer3DSWindowHandler::AwaitRest() {
+    m_motion.SetRunning(GetEngine().Prepared() && (m_rotate || (m_playing && HasAnimation())));
+    const CClock::time_point now = CClock::now();
+    if (const auto due = m_motion.DueIn(now))
+        m_restTimer.StartOnce(std::max(1, static_cast<int>(due->count())));
+    else if (!m_motion.IsMoving(now) && GetEngine().Prepared())
+        m_restTimer.StartOnce(kIdlePeriodMs);
+    else
+        m_restTimer.Stop();
+}
+
+void CViewer3DSWindowHandler::OnRest() {
+    if (m_motion.OwesPicture()) return Redraw();
+    if (m_motion.IsMoving(CClock::now()) || !GetEngine().Prepared()) return;
+    BeginWork();
+    if (GetEngine().WorkOnLevels()) m_restTimer.StartOnce(kIdlePeriodMs);
+}
+
+bool CViewer3DSWindowHandler::IsInterrupted() {
+    m_isInterrupted = m_isInterrupted || InputWaits(m_gestures.IsHeld());
+    return m_isInterrupted;
+}
+
+/** A window has several samples for each pixel only where the display is taken for hardware. */
+bool CViewer3DSWindowHandler::DrawsFewerSamples(bool moving) {
+    if (!m_hasSlowSamples) {
+        GLint samples = 0;
+        glGetIntegerv(GL_SAMPLES, &samples);
+        m_hasSlowSamples = samples > 0 && GetEngine().IsDrawnInSoftware();
+    }
+    return moving && *m_hasSlowSamples;
+}
+
+// --- drawing ---------------------------------------------------------------------------------------------
 
 void CViewer3DSWindowHandler::DrawFrame(int renderMode, int x, int y) {
     const CGlAttribGuard attributes;
@@ -50,17 +125,18 @@ CResult<CImage> CViewer3DSWindowHandler::TakePicture(EPictureOf what) {
 
 void CViewer3DSWindowHandler::StartTrackBall(CPixel point) {
     const C3dsDisplayWrap& engine = GetEngine();
-    m_trackBall.SetBall(2 * engine.GetRadius(), engine.GetEyeX() - engine.GetXOrg(),
-                        engine.GetEyeY() - engine.GetYOrg(), engine.GetEyeZ() - engine.GetZOrg());
+    const CVec3 view = engine.SeenView().camera.Eye() - engine.SeenView().BallCenter();
+    m_trackBall.SetBall(2 * engine.GetRadius(), view.x, view.y, view.z);
     m_trackBall.Begin(point.x, point.y);
 }
 
 void CViewer3DSWindowHandler::DrawOverlays() {
     const C3dsDisplayWrap& engine = GetEngine();
     if (m_gestures.DragState() == EDragState::Dragging) {
-        glTranslatef(engine.GetXOrg(), engine.GetYOrg(), engine.GetZOrg());
+        const CVec3 center = engine.SeenView().BallCenter();
+        glTranslatef(center.x, center.y, center.z);
         m_trackBall.DrawOverlay();
-        glTranslatef(-engine.GetXOrg(), -engine.GetYOrg(), -engine.GetZOrg());
+        glTranslatef(-center.x, -center.y, -center.z);
     } else if (m_gestures.ZoomBox()) {
         DrawZoomBox(*m_gestures.ZoomBox());
     }

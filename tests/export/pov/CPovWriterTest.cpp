@@ -141,6 +141,9 @@ const CPlaced kPlaced[] = {
     {"Pivot", {.turnDeg = {50, 60, 70}, .pivot = {1, -2, 3}}},
     {"Even", {.anglesDeg = {0, 0, 30}, .turnDeg = {5, 6, 7}, .pivot = {1, -2, 3}, .scale = {3, 3, 3}}},
     {"Uneven", {.anglesDeg = {0, 0, 30}, .turnDeg = {5, 6, 7}, .pivot = {1, -2, 3}, .scale = {3, 2, 1}}},
+    {"Panned", {.anglesDeg = {0, 0, 30}, .turnDeg = {5, 60, 7}, .scale = {3, 3, 3}, .pan = {50, -70}}},
+    {"PannedPivot", {.turnDeg = {50, 60, 70}, .orbitDeg = 40, .pivot = {1, -2, 3}, .pan = {-30, 90}}},
+    {"PannedUneven", {.turnDeg = {5, 6, 7}, .scale = {3, 2, 1}, .pan = {50, -70}}},
     {"Mirrored", {.turnDeg = {5, 6, 7}, .scale = {-1, -1, -1}}},
     {"Zoomed", {.turnDeg = {5, 6, 7}, .orbitDeg = 40, .zoomBox = C2DRect(10, 10, 90, 200), .zoom = -20}},
 };

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "view/CMotion.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+#include "row_name.h"
+
+namespace {
+
+struct CMotionCase {
+    const char* name;
+    /** Each of: N (milliseconds pass), move, release, run, stop, and what is drawn then: whole, less,
+     * interrupted. */
+    const char* steps;
+    const char* state;  ///< "moves" or "rests", and when the full picture is due
+};
+
+class CMotionTest : public testing::TestWithParam<CMotionCase> {};
+
+TEST_P(CMotionTest, KnowsWhenTheFullPictureIsDue) {
+    CMotion motion;
+    CMotion::CTime now{std::chrono::hours(1)};
+    std::istringstream steps(GetParam().steps);
+    for (std::string what; steps >> what;) {
+        if (what == "move")
+            motion.Moved(now);
+        else if (what == "release")
+            motion.Released(now);
+        else if (what == "run" || what == "stop")
+            motion.SetRunning(what == "run");
+        else if (what == "whole")
+            motion.Drawn(EDrawn::Whole, now);
+        else if (what == "less")
+            motion.Drawn(EDrawn::Reduced, now);
+        else if (what == "interrupted")
+            motion.Drawn(EDrawn::Interrupted, now);
+        else
+            now += std::chrono::milliseconds(std::stoi(what));
+    }
+    const auto due = motion.DueIn(now);
+    EXPECT_EQ(std::string(motion.IsMoving(now) ? "moves" : "rests") +
+                  (due ? " due " + std::to_string(due->count()) : ""),
+              GetParam().state);
+}
+
+const CMotionCase kMotions[] = {
+    {"NothingAtFirst", "", "rests"},
+    {"StillFrameIsAllThereIs", "whole 500", "rests"},
+    {"MovingPictureOwesTheFullOne", "move less 20", "moves due 30"},
+    {"EachMovementWaitsAnew", "move less 40 move less 40", "moves due 10"},
+    {"HeldStill", "move less 50", "rests due 0"},
+    {"ReleasedAtOnce", "move less 5 release", "rests due 0"},
+    {"SmallSceneIsWholeWhileItMoves", "move whole 20", "moves"},
+    {"ShownInFull", "move less 60 whole 10", "rests"},
+    {"PressInterruptsIt", "move less 60 interrupted 10", "moves due 40"},
+    {"PressThatMovesNothing", "interrupted 70", "rests due 0"},
+    {"TurnsByItself", "run less 500", "moves"},
+    {"StopsTurning", "run less 500 stop", "rests due 0"},
+    {"StopsTurningAfterAWholePicture", "run whole 500 stop", "rests"},
+};
+INSTANTIATE_TEST_SUITE_P(Motions, CMotionTest, testing::ValuesIn(kMotions), kRowName);
+
+}  // namespace
