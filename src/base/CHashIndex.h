@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -13,6 +14,9 @@
 class CHashIndex {
   public:
     CHashIndex() { Clear(); }
+    /** Has room for so many numbers from the beginning. */
+    explicit CHashIndex(std::size_t expected)
+        : m_slots(expected * 2 < kFirstSize ? kFirstSize : std::bit_ceil(expected * 2 + 1)) {}
 
     void Clear() {
         m_slots.assign(kFirstSize, {});

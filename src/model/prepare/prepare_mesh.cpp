@@ -7,38 +7,29 @@
 #include <atomic>
 #include <bit>
 #include <cmath>
-#include <numbers>
-#include <numeric>
+#include <utility>
 
-#include "base/CHashIndex.h"
+#include "model/prepare/mesh_faces.h"
 #include "model/scene/CScene.h"
 #include "model/scene/mesh_access.h"
 
 namespace {
 /** A vertex of more faces than this gets its normals group by group, in linear time; faces that share two
  * groups then count twice. */
-constexpr std::uint32_t kHugeFan = 4096;
-constexpr std::uint16_t kWrapU = LIB3DS_FACE_FLAG_WRAP_U, kWrapV = LIB3DS_FACE_FLAG_WRAP_V;
-
-/** acos to within 7e-5 rad, ten times as fast (Abramowitz and Stegun, Handbook of Mathematical
- * Functions, 4.4.45). */
-float FastAcos(float x) {
-    const float a = std::min(std::abs(x), 1.0f);
-    const float r =
-        std::sqrt(1.0f - a) * (1.5707288f + a * (-0.2121144f + a * (0.0742610f - a * 0.0187293f)));
-    return x < 0 ? std::numbers::pi_v<float> - r : r;
-}
+constexpr std::uint32_t kHugeFan = 256;
 
 std::int16_t Snorm(float value) {
     return static_cast<std::int16_t>(std::lrint(value * 32767.0f));
 }
 
-struct CFaceWork {
-    std::uint16_t point[3];
-    std::uint16_t wrap;  ///< bits 0..2: u of that corner is moved up; bits 3..5: v
-    std::uint32_t smoothing;
-    CVec3 weighted[3];  ///< unit normal times the angle at each corner
-};
+/** The direction of a sum of faces; where they cancel each other, there is nothing to go by but the face. */
+CVec3 NormalOf(const CMeshFace& face, CVec3 sum) {
+    constexpr float kCancelled = 1e-12f;
+    if (Dot(sum, sum) > kCancelled) return Normalized(sum);
+    // Where no face can be trusted much, all weights are small.
+    const CVec3 own = face.weighted[0] + face.weighted[1] + face.weighted[2];
+    return Normalized(Dot(sum, sum) > kCancelled * Dot(own, own) ? sum : own);
+}
 
 /** The state of one mesh while it is prepared. */
 class CMeshPreparer {
@@ -49,8 +40,10 @@ class CMeshPreparer {
           m_texCoords(keepTexCoords && view.texelCount > 0) {}
 
     CPreparedMesh Run() {
-        CollectFaces();
-        WeldPoints();
+        CMeshFaces faces = CollectFaces(m_view, m_texCoords);
+        m_faces = std::move(faces.faces);
+        m_source = std::move(faces.source);
+        m_weld = WeldPoints(m_view);
         CollectCorners();
         EmitVertices();
         EmitBatches();
@@ -58,20 +51,33 @@ class CMeshPreparer {
     }
 
   private:
-    void CollectFaces();
-    [[nodiscard]] std::uint16_t WrapOf(const CFaceIndices& face) const;
-    void WeldPoints();
     void CollectCorners();
     void EmitVertices();
+    /** The corners at one place, as positions in m_corners. */
+    struct CFan {
+        std::uint32_t begin, end;
+        bool onePoint = true;  ///< the file has one point for all
+        bool turned = false;   ///< m_sides tells which faces are turned over against others
+    };
+    /** What corners of a fan have in common. */
+    struct CCommon {
+        std::uint32_t smoothing = ~0u;
+        unsigned anyWrap = 0;
+    };
     void EmitVertex(std::uint32_t begin, std::uint32_t end);
-    void EmitSplitVertex(std::uint32_t begin, std::uint32_t end, bool onePoint);
+    CCommon LookAt(CFan& fan);
+    [[nodiscard]] bool HasTurned(const CFan& fan);
+    [[nodiscard]] std::uint16_t PlaceOfCorner(std::uint32_t corner, std::uint32_t after) const;
+    void EmitSplitVertex(const CFan& fan);
     [[nodiscard]] std::uint16_t PointOfCorner(std::uint32_t corner) const;
     [[nodiscard]] std::uint32_t AddVertex(std::uint32_t point, CVec3 normal, unsigned wrap);
-    [[nodiscard]] CVec3 NormalOfCorner(std::uint32_t corner, std::uint32_t begin, std::uint32_t end) const;
+    [[nodiscard]] CVec3 SumOf(const CFan& fan) const;
+    [[nodiscard]] CVec3 SumFor(std::uint32_t at, const CFan& fan) const;
+    [[nodiscard]] bool IsSmooth(std::uint32_t own, std::uint32_t other, const CFan& fan) const;
     /** Sums of the faces of each smoothing group. */
     using CGroupSums = std::vector<CVec3>;
-    [[nodiscard]] CGroupSums SumsByGroup(std::uint32_t begin, std::uint32_t end) const;
-    [[nodiscard]] static CVec3 NormalFromSums(const CFaceWork& face, const CGroupSums& sums);
+    [[nodiscard]] CGroupSums SumsByGroup(const CFan& fan) const;
+    [[nodiscard]] static CVec3 SumFor(const CMeshFace& face, const CGroupSums& sums);
     void EmitBatches();
     [[nodiscard]] std::uint32_t MaterialOf(std::uint32_t face) const;
 
@@ -79,75 +85,27 @@ class CMeshPreparer {
     std::uint32_t m_defaultMaterial;
     bool m_texCoords;
     CPreparedMesh m_mesh;
-    std::vector<CFaceWork> m_faces;
+    std::vector<CMeshFace> m_faces;
     std::vector<std::uint32_t> m_source;  ///< for each of m_faces its number in the view
     std::vector<std::uint16_t> m_weld;    ///< for each point the first one at the same place; see WeldPoints
+    CFanSides m_sides;
+    std::vector<CFanSides::CCorner> m_fan;        ///< reused
     std::vector<std::uint32_t> m_firstCorner;     ///< for each point, and one more: where its corners begin
     std::vector<std::uint32_t> m_corners;         ///< face * 3 + corner, by point
     std::vector<std::uint32_t> m_vertexOfCorner;  ///< for each face * 3 + corner its prepared vertex
 };
 
-void CMeshPreparer::CollectFaces() {
-    m_faces.reserve(m_view.faceCount);
-    m_source.reserve(m_view.faceCount);
-    for (std::size_t i = 0; i < m_view.faceCount; ++i) {
-        const CFaceIndices face = FaceOf(m_view, i);
-        if (face.a == face.b || face.b == face.c || face.a == face.c) continue;
-        const CVec3 p[3] = {PointOf(m_view, face.a), PointOf(m_view, face.b), PointOf(m_view, face.c)};
-        const CVec3 edge[3] = {Normalized(p[1] - p[0]), Normalized(p[2] - p[1]), Normalized(p[0] - p[2])};
-        const CVec3 normal = Normalized(Cross(edge[0], -edge[2]));
-        const float first = FastAcos(-Dot(edge[0], edge[2])), second = FastAcos(-Dot(edge[1], edge[0]));
-        const float third = std::max(std::numbers::pi_v<float> - first - second, 0.0f);
-        m_faces.push_back({{face.a, face.b, face.c},
-                           WrapOf(face),
-                           SmoothingOf(m_view, i),
-                           {normal * first, normal * second, normal * third}});
-        m_source.push_back(static_cast<std::uint32_t>(i));
-    }
-}
-
-std::uint16_t CMeshPreparer::WrapOf(const CFaceIndices& face) const {
-    if (!m_texCoords || (face.flags & (kWrapU | kWrapV)) == 0) return 0;
-    const CVec2 uv[3] = {TexelOf(m_view, face.a), TexelOf(m_view, face.b), TexelOf(m_view, face.c)};
-    unsigned wrap = 0;
-    const auto mark = [&](float a, float b, float c, unsigned shift) {
-        // Only a face that really spans the seam: other programs leave the flags set at random.
-        if (std::max({a, b, c}) - std::min({a, b, c}) <= 0.5f) return;
-        const float value[3] = {a, b, c};
-        for (unsigned i = 0; i < 3; ++i) wrap |= value[i] < 0.5f ? 1u << (shift + i) : 0u;
-    };
-    if (face.flags & kWrapU) mark(uv[0].x, uv[1].x, uv[2].x, 0);
-    if (face.flags & kWrapV) mark(uv[0].y, uv[1].y, uv[2].y, 3);
-    return static_cast<std::uint16_t>(wrap);
-}
-
-/** Exporters repeat a point where the map has a seam; its surface is smooth all the same. Without a map
- * points are repeated on purpose. */
-void CMeshPreparer::WeldPoints() {
-    m_weld.resize(m_view.pointCount);
-    std::iota(m_weld.begin(), m_weld.end(), std::uint16_t{0});
-    if (m_view.texelCount == 0) return;
-    CHashIndex places;
-    for (std::uint32_t i = 0; i < m_view.pointCount; ++i) {
-        const CVec3 p = PointOf(m_view, i);
-        const auto bits = [](float value) { return std::uint64_t{std::bit_cast<std::uint32_t>(value)}; };
-        const std::uint64_t key = (bits(p.x) << 32 | bits(p.y)) ^ (bits(p.z) * 0x9E3779B97F4A7C15u);
-        const auto isHere = [&](std::uint32_t other) { return PointOf(m_view, other) == p; };
-        m_weld[i] = static_cast<std::uint16_t>(places.FindOrAdd(key, i, isHere));
-    }
-}
-
 /** Corners by welded point, by counting. */
 void CMeshPreparer::CollectCorners() {
     m_firstCorner.assign(m_view.pointCount + 1, 0);
-    for (const CFaceWork& face : m_faces) {
+    for (const CMeshFace& face : m_faces) {
         for (const std::uint16_t point : face.point) ++m_firstCorner[m_weld[point]];
     }
     std::uint32_t sum = 0;
     for (std::uint32_t& first : m_firstCorner) first = std::exchange(sum, sum + first);
     m_corners.resize(m_faces.size() * 3);
     std::uint32_t corner = 0;
-    for (const CFaceWork& face : m_faces) {
+    for (const CMeshFace& face : m_faces) {
         for (const std::uint16_t point : face.point) m_corners[m_firstCorner[m_weld[point]]++] = corner++;
     }
     // Each entry now holds its point's end, which is the next one's beginning.
@@ -169,27 +127,52 @@ std::uint16_t CMeshPreparer::PointOfCorner(std::uint32_t corner) const {
     return m_faces[corner / 3].point[corner % 3];
 }
 
-CVec3 CMeshPreparer::NormalOfCorner(std::uint32_t corner, std::uint32_t begin, std::uint32_t end) const {
-    const CFaceWork& own = m_faces[corner / 3];
-    const std::uint16_t ownPoint = PointOfCorner(corner);
-    CVec3 sum;
-    for (std::uint32_t i = begin; i < end && own.smoothing != 0; ++i) {
-        const CFaceWork& face = m_faces[m_corners[i] / 3];
-        if ((face.smoothing & own.smoothing) == 0) continue;
-        const CVec3 weighted = face.weighted[m_corners[i] % 3];
-        // The back of a sheet that is modelled with two sides lies at the same places, too.
-        if (PointOfCorner(m_corners[i]) != ownPoint && Dot(weighted, own.weighted[corner % 3]) <= 0) continue;
-        sum = sum + weighted;
-    }
-    // Faces that cancel each other leave nothing to go by but the face itself.
-    if (Dot(sum, sum) < 1e-12f) sum = own.weighted[0] + own.weighted[1] + own.weighted[2];
-    return Normalized(sum);
+std::uint16_t CMeshPreparer::PlaceOfCorner(std::uint32_t corner, std::uint32_t after) const {
+    return m_weld[m_faces[corner / 3].point[(corner % 3 + after) % 3]];
 }
 
-CMeshPreparer::CGroupSums CMeshPreparer::SumsByGroup(std::uint32_t begin, std::uint32_t end) const {
+CVec3 CMeshPreparer::SumOf(const CFan& fan) const {
+    CVec3 sum;
+    for (std::uint32_t i = fan.begin; i < fan.end; ++i) {
+        sum = sum + m_faces[m_corners[i] / 3].weighted[m_corners[i] % 3];
+    }
+    return sum;
+}
+
+/** Whether the surface goes on smoothly from one corner of a fan to another; they share a smoothing group. */
+bool CMeshPreparer::IsSmooth(std::uint32_t own, std::uint32_t other, const CFan& fan) const {
+    const std::uint32_t a = m_corners[own], b = m_corners[other];
+    const std::uint16_t pointA = PointOfCorner(a), pointB = PointOfCorner(b);
+    if (pointA != pointB) {
+        // What the map does not need to be two points was split on purpose.
+        const CVec2 s = TexelOf(m_view, pointA), t = TexelOf(m_view, pointB);
+        if (s.x == t.x && s.y == t.y) return false;
+    }
+    if (fan.turned) {
+        const CFanSides::ERelation relation = m_sides.Relation(own - fan.begin, other - fan.begin);
+        if (relation != CFanSides::ERelation::Unknown) return relation == CFanSides::ERelation::Same;
+    } else if (pointA == pointB) {
+        return true;
+    }
+    // The back of a sheet that is modelled with two sides lies at the same places, too.
+    return Dot(m_faces[a / 3].weighted[a % 3], m_faces[b / 3].weighted[b % 3]) > 0;
+}
+
+CVec3 CMeshPreparer::SumFor(std::uint32_t at, const CFan& fan) const {
+    const CMeshFace& own = m_faces[m_corners[at] / 3];
+    CVec3 sum = own.weighted[m_corners[at] % 3];
+    for (std::uint32_t i = fan.begin; i < fan.end && own.smoothing != 0; ++i) {
+        const CMeshFace& face = m_faces[m_corners[i] / 3];
+        if (i == at || (face.smoothing & own.smoothing) == 0 || !IsSmooth(at, i, fan)) continue;
+        sum = sum + face.weighted[m_corners[i] % 3];
+    }
+    return sum;
+}
+
+CMeshPreparer::CGroupSums CMeshPreparer::SumsByGroup(const CFan& fan) const {
     CGroupSums sums(32);
-    for (std::uint32_t i = begin; i < end; ++i) {
-        const CFaceWork& face = m_faces[m_corners[i] / 3];
+    for (std::uint32_t i = fan.begin; i < fan.end; ++i) {
+        const CMeshFace& face = m_faces[m_corners[i] / 3];
         for (std::uint32_t bits = face.smoothing; bits != 0; bits &= bits - 1) {
             CVec3& sum = sums[static_cast<std::size_t>(std::countr_zero(bits))];
             sum = sum + face.weighted[m_corners[i] % 3];
@@ -198,33 +181,57 @@ CMeshPreparer::CGroupSums CMeshPreparer::SumsByGroup(std::uint32_t begin, std::u
     return sums;
 }
 
-CVec3 CMeshPreparer::NormalFromSums(const CFaceWork& face, const CGroupSums& sums) {
+CVec3 CMeshPreparer::SumFor(const CMeshFace& face, const CGroupSums& sums) {
     CVec3 sum;
     for (std::uint32_t bits = face.smoothing; bits != 0; bits &= bits - 1) {
         sum = sum + sums[static_cast<std::size_t>(std::countr_zero(bits))];
     }
-    if (Dot(sum, sum) < 1e-12f) sum = face.weighted[0] + face.weighted[1] + face.weighted[2];
-    return Normalized(sum);
+    return sum;
+}
+
+bool CMeshPreparer::HasTurned(const CFan& fan) {
+    if (fan.end - fan.begin > kHugeFan) return false;
+    m_fan.clear();
+    for (std::uint32_t i = fan.begin; i < fan.end; ++i)
+        m_fan.push_back({PlaceOfCorner(m_corners[i], 1), PlaceOfCorner(m_corners[i], 2)});
+    return m_sides.Find(m_fan);
+}
+
+CMeshPreparer::CCommon CMeshPreparer::LookAt(CFan& fan) {
+    CCommon common;
+    const std::uint16_t point = PointOfCorner(m_corners[fan.begin]);
+    // Round a point inside the surface each neighbour comes once after it and once before.
+    const auto mixed = [this](std::uint16_t neighbour) {
+        const std::uint32_t spread = m_weld[neighbour] * 0x9E3779B1u;
+        return spread ^ (spread >> 15);
+    };
+    std::uint32_t balance = 0;
+    constexpr std::uint32_t kAfter[3] = {1, 2, 0}, kBefore[3] = {2, 0, 1};
+    for (std::uint32_t i = fan.begin; i < fan.end; ++i) {
+        const CMeshFace& face = m_faces[m_corners[i] / 3];
+        const std::uint32_t corner = m_corners[i] % 3;
+        common.smoothing &= face.smoothing;
+        common.anyWrap |= face.wrap;
+        fan.onePoint &= face.point[corner] == point;
+        balance += mixed(face.point[kAfter[corner]]) - mixed(face.point[kBefore[corner]]);
+    }
+    fan.turned = balance != 0 && HasTurned(fan);
+    return common;
 }
 
 void CMeshPreparer::EmitVertex(std::uint32_t begin, std::uint32_t end) {
     if (begin == end) return;
-    std::uint32_t common = ~0u;
-    unsigned anyWrap = 0;
-    const std::uint16_t point = PointOfCorner(m_corners[begin]);
-    bool onePoint = true;
-    for (std::uint32_t i = begin; i < end; ++i) {
-        common &= m_faces[m_corners[i] / 3].smoothing;
-        anyWrap |= m_faces[m_corners[i] / 3].wrap;
-        onePoint &= PointOfCorner(m_corners[i]) == point;
-    }
-    if (common == 0 || anyWrap != 0 || !onePoint) return EmitSplitVertex(begin, end, onePoint);
+    CFan fan{begin, end};
+    const CCommon common = LookAt(fan);
+    if (common.smoothing == 0 || common.anyWrap != 0 || !fan.onePoint || fan.turned)
+        return EmitSplitVertex(fan);
     // By far the most: everything here is one smooth surface.
-    const std::uint32_t vertex = AddVertex(point, NormalOfCorner(m_corners[begin], begin, end), 0);
+    const CVec3 normal = NormalOf(m_faces[m_corners[begin] / 3], SumOf(fan));
+    const std::uint32_t vertex = AddVertex(PointOfCorner(m_corners[begin]), normal, 0);
     for (std::uint32_t i = begin; i < end; ++i) m_vertexOfCorner[m_corners[i]] = vertex;
 }
 
-void CMeshPreparer::EmitSplitVertex(std::uint32_t begin, std::uint32_t end, bool onePoint) {
+void CMeshPreparer::EmitSplitVertex(const CFan& fan) {
     struct CDone {
         std::uint32_t smoothing;
         std::uint16_t point;
@@ -233,21 +240,22 @@ void CMeshPreparer::EmitSplitVertex(std::uint32_t begin, std::uint32_t end, bool
     };
     constexpr std::size_t kMaxRemembered = 64;
     std::vector<CDone> done;
-    const CGroupSums sums(end - begin > kHugeFan ? SumsByGroup(begin, end) : CGroupSums{});
-    for (std::uint32_t i = begin; i < end; ++i) {
+    const CGroupSums sums(fan.end - fan.begin > kHugeFan ? SumsByGroup(fan) : CGroupSums{});
+    for (std::uint32_t i = fan.begin; i < fan.end; ++i) {
         const std::uint32_t corner = m_corners[i];
-        const CFaceWork& face = m_faces[corner / 3];
+        const CMeshFace& face = m_faces[corner / 3];
         const std::uint16_t point = PointOfCorner(corner);
         const unsigned wrap = ((face.wrap >> (corner % 3)) & 1u) | ((face.wrap >> (corner % 3 + 2)) & 2u);
         const auto same = [&](const CDone& d) {
-            return onePoint && face.smoothing != 0 && d.smoothing == face.smoothing && d.wrap == wrap;
+            return fan.onePoint && !fan.turned && face.smoothing != 0 && d.smoothing == face.smoothing &&
+                   d.wrap == wrap;
         };
         const auto found = std::find_if(done.begin(), done.end(), same);
         if (found != done.end()) {
             m_vertexOfCorner[corner] = found->vertex;
             continue;
         }
-        const CVec3 normal = sums.empty() ? NormalOfCorner(corner, begin, end) : NormalFromSums(face, sums);
+        const CVec3 normal = NormalOf(face, sums.empty() ? SumFor(i, fan) : SumFor(face, sums));
         const std::int16_t packed[3] = {Snorm(normal.x), Snorm(normal.y), Snorm(normal.z)};
         const auto alike = [&](const CDone& d) {
             return d.wrap == wrap && d.point == point &&
