@@ -39,13 +39,14 @@ ssize_t ReadSome(int fd, std::byte* to, std::size_t count) {
     }
 }
 
-}  // namespace
+CFileDescriptor OpenToRead(std::string_view path, int moreFlags) {
+    return CFileDescriptor(
+        ::open(std::string(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | moreFlags));
+}
 
-CResult<std::vector<std::byte>> ReadWholeFile(std::string_view path, std::uint64_t maxBytes,
-                                              const CFirstBytesJudge& wantsRest,
-                                              const std::atomic<bool>* cancelled) {
-    const CFileDescriptor file(
-        ::open(std::string(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+CResult<std::vector<std::byte>> ReadAll(const CFileDescriptor& file, std::string_view path,
+                                        std::uint64_t maxBytes, const CFirstBytesJudge& wantsRest,
+                                        const std::atomic<bool>* cancelled) {
     struct stat info = {};
     if (!file.IsOpen() || ::fstat(file.Get(), &info) != 0) return ReadError(path, errno);
     if (S_ISDIR(info.st_mode)) return ReadError(path, EISDIR);
@@ -70,6 +71,25 @@ CResult<std::vector<std::byte>> ReadWholeFile(std::string_view path, std::uint64
         if (got == 0 || (used == 0 && wantsRest && !wantsRest(bytes))) return bytes;
         if (used == 0) bytes.reserve(whole);
     }
+}
+
+}  // namespace
+
+CResult<std::vector<std::byte>> ReadWholeFile(std::string_view path, std::uint64_t maxBytes,
+                                              const CFirstBytesJudge& wantsRest,
+                                              const std::atomic<bool>* cancelled) {
+    return ReadAll(OpenToRead(path, 0), path, maxBytes, wantsRest, cancelled);
+}
+
+CResult<std::vector<std::byte>> ReadPlainFile(std::string_view path, std::uint64_t maxBytes) {
+    struct stat info = {};
+    // Opening may already do something, where it is no file: a tape rewinds.
+    if (::lstat(std::string(path).c_str(), &info) != 0) return ReadError(path, errno);
+    if (!S_ISREG(info.st_mode)) return ReadError(path, S_ISLNK(info.st_mode) ? ELOOP : ENXIO);
+    const CFileDescriptor file = OpenToRead(path, O_NOFOLLOW);
+    if (file.IsOpen() && (::fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode)))
+        return ReadError(path, ENXIO);
+    return ReadAll(file, path, maxBytes, {}, nullptr);
 }
 
 CStatus WriteFileAtomically(std::string_view path, std::span<const std::byte> bytes) {

@@ -62,11 +62,7 @@ class CLibraryReader {
 
     CTextureFolders& FoldersAbove(std::size_t levels) {
         auto& folders = m_folders[levels];
-        if (!folders) {
-            std::filesystem::path above = m_modelFolder;
-            for (std::size_t i = 0; i < levels; ++i) above /= "..";
-            folders.emplace(above);
-        }
+        if (!folders) folders.emplace(m_modelFolder, levels);
         return *folders;
     }
 

@@ -12,8 +12,7 @@ namespace picture_copies {
 namespace {
 
 bool HasBytes(const CTextureHit& hit, const std::vector<std::byte>& bytes) {
-    if (hit.data) return *hit.data == bytes;
-    const auto found = file_util_ex::ReadWholeFile(hit.foundAt, bytes.size());
+    const auto found = ReadTexture(hit, bytes.size());
     return found && found.Value() == bytes;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -11,18 +12,30 @@ struct Lib3dsFile;
 struct Lib3dsMaterial;
 struct Lib3dsTextureMap;
 
+/** One picture of a scene. */
+struct CScenePicture {
+    std::vector<std::string> references;  ///< the materials' names for it, as they have them
+    std::string name;                     ///< a file name for it: UTF-8, no folder, sound on every system
+    CTextureHit hit;                      ///< where it is, and whether outside of the model's folder
+};
+
+constexpr std::uint64_t kMostTextureBytes = 512'000'000;
+
 /** Queries about the materials of a scene. */
 class CLib3dsMatUtil {
   public:
     /** All maps of a material, each with its mask behind it. */
     [[nodiscard]] static std::array<Lib3dsTextureMap*, 16> MapsOf(Lib3dsMaterial& material);
-    /** The picture names in all maps and masks of all materials, as the file has them, each once in
-     * any letter case. */
-    [[nodiscard]] static std::vector<std::string> MapNames(const Lib3dsFile& file);
+    /** The pictures that go with a scene wherever it is packed, exported or sent: those in maps and masks of
+     * materials that a face has, each once however many names lead to it, in the order of the materials. What is
+     * not found is left out. */
+    [[nodiscard]] static std::vector<CScenePicture> PicturesOf(const Lib3dsFile& file,
+                                                               const CTextureLocator& locator);
 
-    /** Appends each picture that the materials name: its bytes as found, under the file name that the
-     * materials have (without folders, so it is safe to write it into one; with the ending of what was
-     * found). What is not found or not readable is left out. Null appends nothing. */
+    /** Appends the PicturesOf a scene with their bytes, under the file name that the materials have (without folders,
+     * so it is safe to write it into one; with the ending of what was found; of pictures with one name the later ones
+     * with the last folder of their reference before it, "red/hull.jpg"). What is not readable is left out, and what
+     * is more than kMostTextureBytes together. Null appends nothing. */
     static void GetMatTextures(Lib3dsFile* file, CImageDataTextVec& textures, const CTextureLocator& locator);
     /** The same with the locator that a CTexturesOfScene has made known for this scene;
      * nothing without one. */

@@ -5,15 +5,21 @@
 #include <filesystem>
 #include <utility>
 
+#include "base/text/lng.h"
+#include "files/file_util_ex.h"
 #include "model/textures/CTextureFolders.h"
 #include "model/textures/CTexturesInMemory.h"
 #include "model/textures/texture_name.h"
 
+CResult<std::vector<std::byte>> ReadTexture(const CTextureHit& hit, std::uint64_t maxBytes) {
+    if (!hit.data) return file_util_ex::ReadPlainFile(hit.foundAt, maxBytes);
+    if (hit.data->size() <= maxBytes) return *hit.data;
+    return CError{EErrorCode::TooLarge, lng::Mark("the file is too large"), hit.foundAt};
+}
+
 CTextureLocator CTextureLocator::BesideModel(std::string_view modelPath) {
     CTextureLocator locator;
-    const std::filesystem::path folder = std::filesystem::path(modelPath).parent_path();
-    locator.m_folders =
-        std::make_shared<CTextureFolders>(folder.empty() ? std::filesystem::path(".") : folder);
+    locator.m_folders = std::make_shared<CTextureFolders>(std::filesystem::path(modelPath).parent_path());
     return locator;
 }
 
@@ -34,19 +40,22 @@ std::optional<CTextureHit> CTextureLocator::Find(std::string_view reference) con
     }
     const auto found = m_folders->Find(query);
     if (!found) return std::nullopt;
-    return CTextureHit{found->native(), nullptr};
+    return CTextureHit{found->native(), nullptr, !m_folders->IsInModelFolder(*found)};
 }
 
 void CTextureLocator::Add(std::shared_ptr<const CImageDataText> texture) {
-    m_added.push_back(std::move(texture));
+    std::string key = texture_name::FoldKey(texture->name);
+    m_added.push_back({std::move(texture), std::move(key)});
 }
 
 const CImageDataText* CTextureLocator::FindAdded(std::string_view reference) const {
+    if (m_added.empty()) return nullptr;
     const auto find = [this](const auto& matches) {
-        const auto found = std::find_if(m_added.rbegin(), m_added.rend(),
-                                        [&](const auto& texture) { return matches(texture->name); });
-        return found == m_added.rend() ? nullptr : found->get();
+        const auto found = std::find_if(m_added.rbegin(), m_added.rend(), matches);
+        return found == m_added.rend() ? nullptr : found->texture.get();
     };
-    if (const auto* same = find([&](const std::string& name) { return name == reference; })) return same;
-    return find([&](const std::string& name) { return texture_name::SameButForEnding(name, reference); });
+    if (const auto* same = find([&](const CAdded& added) { return added.texture->name == reference; }))
+        return same;
+    const std::string key = texture_name::FoldKey(reference);
+    return find([&](const CAdded& added) { return texture_name::SameKeyButForEnding(added.key, key); });
 }

@@ -87,26 +87,52 @@ std::size_t PictureRank(std::string_view ext) {
 }
 
 bool SameButForEnding(std::string_view a, std::string_view b) {
-    const std::string keyA = FoldKey(a), keyB = FoldKey(b);
-    const CParts partsA = Split(keyA), partsB = Split(keyB);
-    const bool arePictures = IsPictureExtension(partsA.ext) && IsPictureExtension(partsB.ext);
-    return keyA == keyB || (arePictures && partsA.stem == partsB.stem);
+    return SameKeyButForEnding(FoldKey(a), FoldKey(b));
 }
 
-bool IsTruncationOf(std::string_view cut, std::string_view name) {
-    constexpr std::size_t kDosStem = 8, kDosExt = 3, kLeastPrefix = 5;
-    const CParts cutParts = Split(cut), nameParts = Split(name);
-    if (!IsPictureExtension(nameParts.ext) || cutParts.ext != nameParts.ext.substr(0, kDosExt)) return false;
-    const std::size_t tilde = cutParts.stem.rfind('~');
-    const bool numbered = tilde != std::string_view::npos && tilde + 1 < cutParts.stem.size() &&
-                          cutParts.stem.find_first_not_of("0123456789", tilde + 1) == std::string_view::npos;
-    const std::string_view prefix = numbered ? cutParts.stem.substr(0, tilde) : cutParts.stem;
-    if (prefix.size() < kLeastPrefix || cutParts.stem.size() > kDosStem) return false;
-    if (!numbered && prefix.size() != kDosStem) return false;
-    const std::string squeezed = Squeezed(nameParts.stem);
-    const bool hadToBeCut = squeezed.size() > kDosStem || squeezed.size() != nameParts.stem.size() ||
-                            nameParts.ext.size() > kDosExt;
-    return hadToBeCut && squeezed.starts_with(prefix);
+bool SameKeyButForEnding(std::string_view a, std::string_view b) {
+    const CParts partsA = Split(a), partsB = Split(b);
+    return a == b ||
+           (partsA.stem == partsB.stem && IsPictureExtension(partsA.ext) && IsPictureExtension(partsB.ext));
+}
+
+std::string WithAlpha(std::string_view name) {
+    return name.ends_with(".jpg") ? std::string(name) + ".png" : std::string();
+}
+
+namespace {
+constexpr std::size_t kDosStem = 8, kDosExt = 3, kLeastPrefix = 5;
+constexpr std::size_t kNumberedPrefix = 6;  // before "~1"
+
+std::string Joined(std::string_view prefix, std::string_view ext) {
+    return std::string(prefix) + '.' + std::string(ext);
+}
+}  // namespace
+
+std::optional<std::string> KeyOfCutDown(std::string_view cut) {
+    const CParts parts = Split(cut);
+    if (parts.stem.size() > kDosStem) return std::nullopt;
+    const std::size_t tilde = parts.stem.rfind('~');
+    const bool numbered = tilde != std::string_view::npos && tilde + 1 < parts.stem.size() &&
+                          parts.stem.find_first_not_of("0123456789", tilde + 1) == std::string_view::npos;
+    const std::string_view prefix = numbered ? parts.stem.substr(0, tilde) : parts.stem;
+    if (prefix.size() < kLeastPrefix || (!numbered && prefix.size() != kDosStem)) return std::nullopt;
+    return Joined(prefix, parts.ext);
+}
+
+std::vector<std::string> CutDownKeys(std::string_view key) {
+    const CParts parts = Split(key);
+    const std::string squeezed = Squeezed(parts.stem);
+    const bool hadToBeCut =
+        squeezed.size() > kDosStem || squeezed.size() != parts.stem.size() || parts.ext.size() > kDosExt;
+    std::vector<std::string> keys;
+    if (!hadToBeCut) return keys;
+    for (const std::size_t length : {kLeastPrefix, kNumberedPrefix, kDosStem}) {
+        if (squeezed.size() >= length)
+            keys.push_back(
+                Joined(std::string_view(squeezed).substr(0, length), parts.ext.substr(0, kDosExt)));
+    }
+    return keys;
 }
 
 }  // namespace texture_name
@@ -137,4 +163,13 @@ CTextureQuery::CTextureQuery(std::string_view reference) {
     steps.pop_back();
     if (steps.size() > kMaxFolders) steps.erase(steps.begin(), steps.end() - kMaxFolders);
     for (const std::string_view step : steps) folders.push_back(texture_name::ReferenceKeys(step));
+    if (!steps.empty()) lastFolder = steps.back();
+}
+
+CTextureQuery CTextureQuery::BaseInFolder() const {
+    CTextureQuery query = *this;
+    if (lastFolder.empty()) return query;
+    query.base = lastFolder + '/' + base;
+    query.baseKeys = texture_name::ReferenceKeys(query.base);
+    return query;
 }

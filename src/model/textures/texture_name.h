@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,10 +34,18 @@ inline constexpr std::size_t kNoPicture = 1000;
 
 /** True where two names of pictures differ in nothing but letter case and the ending. */
 [[nodiscard]] bool SameButForEnding(std::string_view a, std::string_view b);
+/** The same of two keys. */
+[[nodiscard]] bool SameKeyButForEnding(std::string_view a, std::string_view b);
 
-/** True where a DOS program may have cut name down to cut: BERETT~1.JPG or BERETTA_.JPG for
- * beretta_new.jpg. Both are keys. */
-[[nodiscard]] bool IsTruncationOf(std::string_view cut, std::string_view name);
+/** The name of the PNG picture that Compress to zip puts beside NAME.jpg when the picture has transparent parts, which
+ * a JPEG file cannot hold: NAME.jpg.png. Empty for any other name. */
+[[nodiscard]] std::string WithAlpha(std::string_view name);
+
+/** DOS programs cut names down: BERETT~1.JPG or BERETTA_.JPG for "beretta new.jpg". KeyOfCutDown is nothing for
+ * a key that none of them made, else a text that is among the CutDownKeys of each key that it may stand for. */
+[[nodiscard]] std::optional<std::string> KeyOfCutDown(std::string_view cut);
+/** key is that of a picture's name; empty where DOS would have kept it. */
+[[nodiscard]] std::vector<std::string> CutDownKeys(std::string_view key);
 
 }  // namespace texture_name
 
@@ -45,9 +54,13 @@ inline constexpr std::size_t kNoPicture = 1000;
 struct CTextureQuery {
     explicit CTextureQuery(std::string_view reference);
 
+    /** A query for "folder/name", where folder is the one before the name; this one where there is none. */
+    [[nodiscard]] CTextureQuery BaseInFolder() const;
+
     std::string base;                   ///< the file name's bytes; empty when there is none
     std::vector<std::string> baseKeys;  ///< never empty unless base is
     std::vector<std::vector<std::string>>
-        folders;            ///< keys of each folder on the way, those after the last ".."
-    bool absolute = false;  ///< began with a root, a drive or a host
+        folders;             ///< keys of each folder on the way, those after the last ".."
+    std::string lastFolder;  ///< the bytes of the last of them
+    bool absolute = false;   ///< began with a root, a drive or a host
 };

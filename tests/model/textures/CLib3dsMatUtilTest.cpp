@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <lib3ds/file.h>
 #include <lib3ds/material.h>
+#include <lib3ds/mesh.h>
 
 #include <cstring>
 
@@ -23,6 +24,10 @@ CLib3dsFilePtr SceneWithMaps() {
     std::strcpy(file->materials->bump_mask.name, "skin.jpg");
     std::strcpy(file->materials->reflection_map.name, "C:\\MAPS\\SKY.RGB");
     std::strcpy(file->materials->opacity_map.name, "gone.tga");
+    Lib3dsMesh* mesh = lib3ds_mesh_new("m");
+    lib3ds_mesh_new_face_list(mesh, 1);
+    std::strcpy(mesh->faceL[0].material, file->materials->name);
+    lib3ds_file_insert_mesh(file.get(), mesh);
     return file;
 }
 
@@ -39,6 +44,36 @@ TEST(CLib3dsMatUtilTest, GetsEachPictureOnceFromDisk) {
     EXPECT_EQ(CTestFolder::TextOf(textures[0].data), "skin bytes");
     EXPECT_EQ(textures[1].name, "SKY.tga");
     EXPECT_EQ(CTestFolder::TextOf(textures[1].data), "sky bytes");
+}
+
+TEST(CLib3dsMatUtilTest, ListsWhatTravelsByThePictureFound) {
+    const CTestFolder folder;
+    std::filesystem::create_directories(folder / "car/red");
+    std::filesystem::create_directories(folder / "maps");
+    for (const char* file : {"car/skin.jpg", "car/red/skin.jpg", "maps/w\xC3\xA4nd.png", "car/unused.png"})
+        (void)folder.Add(file, file);
+    CLib3dsFilePtr file = SceneWithMaps();
+    Lib3dsMaterial* other = lib3ds_material_new();
+    std::strcpy(other->name, "no face has it");
+    std::strcpy(other->texture1_map.name, "unused.png");
+    lib3ds_file_insert_material(file.get(), other);
+    Lib3dsMaterial& first = *lib3ds_file_material_by_name(file.get(), file->meshes->faceL[0].material);
+    std::strcpy(first.texture2_map.name, "RED\\SKIN.BMP");
+    std::strcpy(first.specular_map.name, "W\x84ND.TGA");  // code page 437
+    const CTextureLocator locator = CTextureLocator::BesideModel(folder / "car/a.3ds");
+
+    std::string told;
+    for (const CScenePicture& picture : CLib3dsMatUtil::PicturesOf(*file, locator)) {
+        told += picture.name + (picture.hit.outsideModelFolder ? " outside" : "");
+        for (const std::string& reference : picture.references) told += " " + reference;
+        told += "; ";
+    }
+    EXPECT_EQ(told,
+              "SKIN.JPG SKIN.JPG skin.jpg; SKIN.jpg RED\\SKIN.BMP; w\xC3\xA4nd.png outside W\x84ND.TGA; ");
+    CImageDataTextVec textures;
+    CLib3dsMatUtil::GetMatTextures(file.get(), textures, locator);
+    ASSERT_EQ(textures.size(), 3u);
+    EXPECT_EQ(textures[1].name, "RED/SKIN.jpg");
 }
 
 TEST(CLib3dsMatUtilTest, KnowsTheSceneAsLongAsSomebodyHoldsItsTextures) {
