@@ -46,6 +46,8 @@ struct C3dsDisplayWrap::CState {
     void FollowFileCamera();
     void SyncGpu(CGlCurrent& gl);
     void DropWhatWasUploaded();
+    /** How a drawing keeps to time now. */
+    [[nodiscard]] CDrawPace Pace() const;
     void SetPreview(const C2DRect& rect);
     void SetFrame(float frame);
     void SetPreset(ECameraPreset preset);

@@ -76,18 +76,27 @@ class CIntoPicture {
     }
 };
 
-/** Sets another seen view during its lifetime. */
+/** Sets another seen view during its lifetime, and draws it exactly. */
 template <class State>
 class CShownMeanwhile {
   public:
     CShownMeanwhile(State& state, const CSeenView& seen, const COverlays& overlays)
-        : m_state(state), m_seen(state.seen), m_preview(state.preview), m_overlays(state.overlays) {
+        : m_state(state),
+          m_seen(state.seen),
+          m_preview(state.preview),
+          m_overlays(state.overlays),
+          m_wholeFrame(state.wholeFrame) {
         const CViewCamera& camera = seen.camera;
+        state.options.exact = true;
         Show(seen, C2DRect(0, 0, camera.ViewWidth(), camera.ViewHeight()), overlays);
     }
     CShownMeanwhile(const CShownMeanwhile&) = delete;
     CShownMeanwhile& operator=(const CShownMeanwhile&) = delete;
-    ~CShownMeanwhile() { Show(m_seen, m_preview, m_overlays); }
+    ~CShownMeanwhile() {
+        m_state.options.exact = false;
+        m_state.wholeFrame = m_wholeFrame;
+        Show(m_seen, m_preview, m_overlays);
+    }
 
   private:
     void Show(const CSeenView& seen, const C2DRect& preview, const COverlays& overlays) {
@@ -102,6 +111,7 @@ class CShownMeanwhile {
     CSeenView m_seen;
     C2DRect m_preview;
     COverlays m_overlays;
+    bool m_wholeFrame;
 };
 
 }  // namespace
@@ -177,7 +187,7 @@ void C3dsDisplayWrap::DrawModel(int renderMode) {
         if (renderMode == GL_SELECT) {
             m_state->renderer.DrawForSelection(gl, scene);
         } else {
-            m_state->renderer.Draw(gl, scene, m_state->options);
+            m_state->wholeFrame = m_state->renderer.Draw(gl, scene, m_state->options, m_state->Pace());
             DrawOverlays(gl, scene, m_state->overlays);
         }
     }

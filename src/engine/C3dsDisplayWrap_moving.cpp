@@ -2,9 +2,16 @@
 #include <utility>
 
 #include "engine/C3dsDisplayState.h"
+#include "engine/gl/CGlCurrent.h"
+
+CDrawPace C3dsDisplayWrap::CState::Pace() const {
+    if (options.exact) return {};
+    return {moving, &interrupt};
+}
 
 void C3dsDisplayWrap::SetMoving(bool moving) {
     m_state->moving = moving;
+    m_state->renderer.PauseLevels(moving);
 }
 
 bool C3dsDisplayWrap::IsLastFrameWhole() const {
@@ -12,7 +19,10 @@ bool C3dsDisplayWrap::IsLastFrameWhole() const {
 }
 
 bool C3dsDisplayWrap::WorkOnLevels() {
-    return false;
+    CState& state = *m_state;
+    if (!state.scene || state.moving || state.gpu != CState::EGpu::Ready) return false;
+    CGlCurrent gl;
+    return state.renderer.WorkOnLevels(gl, state.prepared, state.options);
 }
 
 void C3dsDisplayWrap::SetInterrupt(std::function<bool()> wanted) {

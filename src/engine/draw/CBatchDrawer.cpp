@@ -11,8 +11,8 @@
 #include "engine/pipeline/CMaterialLook.h"
 
 CBatchDrawer::CBatchDrawer(CGlCurrent& gl, const CPreparedScene& scene, const CFrameView& view,
-                           CDrawPipeline& pipeline, const std::vector<CMeshBuffers>& meshes,
-                           const CSortedBatches& sorted, CPacedDrawing& pace)
+                           CDrawPipeline& pipeline, const CSceneMeshes& meshes, const CSortedBatches& sorted,
+                           CPacedDrawing& pace)
     : m_gl(gl),
       m_scene(scene),
       m_view(view),
@@ -22,7 +22,6 @@ CBatchDrawer::CBatchDrawer(CGlCurrent& gl, const CPreparedScene& scene, const CF
       m_pace(pace) {
     glGetIntegerv(GL_POLYGON_MODE, m_polygonMode);
     glEnable(GL_DEPTH_TEST);
-    glDepthFunc(GL_LEQUAL);
     glDisable(GL_ALPHA_TEST);
     glDisable(GL_FOG);
     glCullFace(GL_BACK);
@@ -35,82 +34,98 @@ CBatchDrawer::CBatchDrawer(CGlCurrent& gl, const CPreparedScene& scene, const CF
 
 void CBatchDrawer::DrawOpaque(const std::vector<CDrawItem>& items) {
     glDepthMask(GL_TRUE);
+    m_opaque = true;
     glDisable(GL_BLEND);
     for (const CDrawItem& item : items) {
+        if (m_pace.HasEnded()) return;
         Prepare(item);
-        const CPreparedBatch& batch = m_scene.meshes[*m_mesh].batches[item.batch];
-        m_meshes[*m_mesh].Draw(m_gl, batch.firstIndex, batch.indexCount);
-        m_pace.Drawn(batch.indexCount / 3);
+        DrawTriangles(item);
+        m_pace.Drawn(item.indexCount / 3, item.pixels);
     }
 }
 
 void CBatchDrawer::DrawTransparent(const std::vector<CDrawItem>& items) {
     if (items.empty()) return;
     glDepthMask(GL_FALSE);
+    m_opaque = false;
+    m_material.reset();
     glEnable(GL_BLEND);
     for (const CDrawItem& item : items) {
+        if (m_pace.HasEnded()) return;
         Prepare(item);
         const CPreparedMaterial& material = m_scene.materials[item.material];
         const GLenum behind = material.additive ? GL_ONE : GL_ONE_MINUS_SRC_ALPHA;
         glBlendFuncSeparate(GL_SRC_ALPHA, behind, material.additive ? GL_ZERO : GL_ONE, behind);
-        const CMeshBuffers& mesh = m_meshes[*m_mesh];
-        const CPreparedBatch& batch = m_scene.meshes[*m_mesh].batches[item.batch];
         if (item.sorted) {
             m_sorted.BindIndices(m_gl, item.node, item.batch);
             m_ownIndices = false;
-            mesh.Draw(m_gl, 0, batch.indexCount);
-        } else if (material.twoSided) {
-            DrawBothSides(mesh, batch);
-        } else {
-            mesh.Draw(m_gl, batch.firstIndex, batch.indexCount);
         }
-        m_pace.Drawn(batch.indexCount / 3);
+        if (material.twoSided && !item.sorted) {
+            DrawBothSides(item);
+        } else {
+            DrawTriangles(item);
+        }
+        m_pace.Drawn(item.indexCount / 3, item.pixels);
     }
 }
 
+void CBatchDrawer::DrawTriangles(const CDrawItem& item) {
+    m_shape.vertices->Draw(m_gl, item.firstIndex, item.indexCount);
+}
+
 /** The far side first: the right order for convex shapes, without sorting. */
-void CBatchDrawer::DrawBothSides(const CMeshBuffers& mesh, const CPreparedBatch& batch) {
+void CBatchDrawer::DrawBothSides(const CDrawItem& item) {
     glEnable(GL_CULL_FACE);
     glCullFace(GL_FRONT);
-    mesh.Draw(m_gl, batch.firstIndex, batch.indexCount);
+    DrawTriangles(item);
     glCullFace(GL_BACK);
-    mesh.Draw(m_gl, batch.firstIndex, batch.indexCount);
+    DrawTriangles(item);
     glDisable(GL_CULL_FACE);
+}
+
+void CBatchDrawer::Bind(const CDrawItem& item, std::size_t mesh) {
+    // All boxes are one.
+    const std::pair<std::size_t, int> wanted(item.level == kBoxLevel ? 0 : mesh, item.level);
+    if (m_bound == wanted && (m_ownIndices || item.sorted)) return;
+    m_bound = wanted;
+    m_shape = m_meshes.Shape(m_scene, mesh, item.level);
+    m_shape.Bind(m_gl);
+    m_ownIndices = true;
 }
 
 void CBatchDrawer::Prepare(const CDrawItem& item) {
     const CPreparedNode& node = m_scene.nodes[item.node];
-    const auto meshIndex = static_cast<std::uint32_t>(node.mesh);
-    const CMeshBuffers& mesh = m_meshes[meshIndex];
-    if (m_mesh != meshIndex || (!m_ownIndices && !item.sorted)) {
-        mesh.Bind(m_gl);
-        m_mesh = meshIndex;
-        m_ownIndices = true;
-    }
-    const bool newMaterial =
-        m_material != item.material || m_hasTexCoords != mesh.HasTexCoords() || m_part != item.part;
+    const auto mesh = static_cast<std::size_t>(node.mesh);
+    Bind(item, mesh);
+    const bool newMaterial = m_material != item.material || m_use != item.use;
     if (newMaterial) {
         m_material = item.material;
-        m_hasTexCoords = mesh.HasTexCoords();
-        m_part = item.part;
-        UseMaterial(item, m_hasTexCoords);
+        m_use = item.use;
+        UseMaterial(item);
     }
-    if (newMaterial || m_node != item.node) {
-        m_pipeline.UseTransform(m_gl, m_view.EyeModelView(node.meshToWorld));
+    if (newMaterial || m_node != item.node || m_level != item.level) {
+        const CMat4 toWorld = item.level == kBoxLevel
+                                  ? node.meshToWorld * BoxPlacement(m_scene.meshes[mesh].bounds)
+                                  : node.meshToWorld;
+        m_pipeline.UseTransform(m_gl, m_view.EyeModelView(toWorld));
         glFrontFace(node.mirrored != m_view.mirrored ? GL_CW : GL_CCW);
         m_node = item.node;
+        m_level = item.level;
     }
 }
 
-void CBatchDrawer::UseMaterial(const CDrawItem& item, bool hasTexCoords) {
+void CBatchDrawer::UseMaterial(const CDrawItem& item) {
     const CPreparedMaterial& material = m_scene.materials[item.material];
-    m_pipeline.UseMaterial(m_gl, material, hasTexCoords, item.part);
+    m_pipeline.UseMaterial(m_gl, material, item.use);
     if (material.twoSided) {
         glDisable(GL_CULL_FACE);
     } else {
         glEnable(GL_CULL_FACE);
     }
     UsePolygonMode(material);
+    // Of many opaque surfaces in one place only the first is lit. Lines share their places with each other.
+    const bool lines = m_wire || m_polygonMode[0] == GL_LINE;
+    glDepthFunc(m_opaque && !lines ? GL_LESS : GL_LEQUAL);
 }
 
 void CBatchDrawer::UsePolygonMode(const CPreparedMaterial& material) {

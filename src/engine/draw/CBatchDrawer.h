@@ -3,9 +3,11 @@
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "engine/draw/CDrawList.h"
+#include "engine/draw/CSceneMeshes.h"
 #include "engine/pipeline/CDrawPipeline.h"
 
 class CPacedDrawing;
@@ -16,28 +18,34 @@ class CSortedBatches;
 class CBatchDrawer {
   public:
     CBatchDrawer(CGlCurrent& gl, const CPreparedScene& scene, const CFrameView& view, CDrawPipeline& pipeline,
-                 const std::vector<CMeshBuffers>& meshes, const CSortedBatches& sorted, CPacedDrawing& pace);
+                 const CSceneMeshes& meshes, const CSortedBatches& sorted, CPacedDrawing& pace);
 
+    /** Both end early when the pace says so. */
     void DrawOpaque(const std::vector<CDrawItem>& items);
     void DrawTransparent(const std::vector<CDrawItem>& items);
 
   private:
     void Prepare(const CDrawItem& item);
-    void UseMaterial(const CDrawItem& item, bool hasTexCoords);
+    void UseMaterial(const CDrawItem& item);
     void UsePolygonMode(const CPreparedMaterial& material);
-    void DrawBothSides(const CMeshBuffers& mesh, const CPreparedBatch& batch);
+    void Bind(const CDrawItem& item, std::size_t mesh);
+    void DrawTriangles(const CDrawItem& item);
+    void DrawBothSides(const CDrawItem& item);
 
     CGlCurrent& m_gl;
     const CPreparedScene& m_scene;
     const CFrameView& m_view;
     CDrawPipeline& m_pipeline;
-    const std::vector<CMeshBuffers>& m_meshes;
+    const CSceneMeshes& m_meshes;
     const CSortedBatches& m_sorted;
     CPacedDrawing& m_pace;
     int m_polygonMode[2] = {};  ///< the caller's, front and back
-    std::optional<std::uint32_t> m_node, m_material, m_mesh;
-    bool m_hasTexCoords = false;
-    ESurfacePart m_part = ESurfacePart::Whole;
-    bool m_ownIndices = true;  ///< the mesh's own index buffer is bound
+    std::optional<std::uint32_t> m_node, m_material;
+    std::optional<std::pair<std::size_t, int>> m_bound;  ///< mesh and level
+    CShape m_shape;                                      ///< the bound one
+    int m_level = 0;                                     ///< of the transform in use
+    CSurfaceUse m_use;
+    bool m_ownIndices = true;  ///< the shape's own index buffer is bound
     bool m_wire = false;
+    bool m_opaque = true;  ///< the opaque items are being drawn
 };

@@ -2,8 +2,13 @@
 #include "engine/draw/CDrawList.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <tuple>
+#include <utility>
 
+#include "engine/draw/CFramePlan.h"
+#include "engine/draw/CSceneMeshes.h"
 #include "engine/draw/CSortedBatches.h"
 #include "engine/pipeline/CDrawPipeline.h"
 #include "engine/pipeline/CFrameView.h"
@@ -24,70 +29,135 @@ class CKeys {
           m_known(scene.materials.size() * kKinds),
           m_keys(m_known.size()) {}
 
-    std::uint32_t Of(std::uint32_t material, bool hasTexCoords, ESurfacePart part) {
-        const std::size_t kind = static_cast<std::size_t>(part) * 2 + (hasTexCoords ? 1u : 0u);
+    std::uint32_t Of(std::uint32_t material, const CSurfaceUse& use) {
+        const std::size_t kind = (static_cast<std::size_t>(use.part) * 2 + (use.hasTexCoords ? 1u : 0u)) * 2 +
+                                 (use.litByVertex ? 1u : 0u);
         const std::size_t at = material * kKinds + kind;
         if (!m_known[at]) {
-            m_keys[at] = m_pipeline.SortKey(m_scene.materials[material], hasTexCoords, part);
+            m_keys[at] = m_pipeline.SortKey(m_scene.materials[material], use);
             m_known[at] = true;
         }
         return m_keys[at];
     }
 
   private:
-    static constexpr std::size_t kKinds = 6;  ///< of keys of one material
+    static constexpr std::size_t kKinds = 12;  ///< of keys of one material
     const CPreparedScene& m_scene;
     const CDrawPipeline& m_pipeline;
     std::vector<bool> m_known;
     std::vector<std::uint32_t> m_keys;
 };
 
-/** Adds one item for each part that the batch's material has. */
-template <class TMakePart, class TSort>
-void Add(CDrawList& list, const CPreparedMaterial& material, const TMakePart& make, const TSort& sort) {
-    if (!IsBlended(material)) {
-        list.opaque.push_back(make(ESurfacePart::Whole));
-        return;
-    }
-    const bool parts = MayBeSolid(material);
-    if (parts) list.opaque.push_back(make(ESurfacePart::Solid));
-    list.transparent.push_back(make(parts ? ESurfacePart::Translucent : ESurfacePart::Whole));
-    sort(list.transparent.back());
+/** Large nodes come first, as what comes last may be left out; alike ones stay grouped. */
+int RankOf(float pixels) {
+    return pixels < 1 ? 32 : 32 - std::ilogb(pixels);
 }
+
+/** Collects the items of a drawing, node by node. */
+class CListBuilder {
+  public:
+    CListBuilder(CGlCurrent& gl, const CPreparedScene& scene, const CFrameView& view, const CFramePlan& plan,
+                 const CDrawPipeline& pipeline, const CSceneMeshes& meshes, CSortedBatches& sorted)
+        : m_gl(gl),
+          m_scene(scene),
+          m_view(view),
+          m_plan(plan),
+          m_meshes(meshes),
+          m_sorted(sorted),
+          m_keys(scene, pipeline) {}
+
+    void AddNode(std::uint32_t n) {
+        const CPreparedNode& node = m_scene.nodes[n];
+        const CNodePlan& plan = m_plan.nodes[n];
+        m_mesh = static_cast<std::size_t>(node.mesh);
+        m_row = m_view.DepthRow(m_view.EyeModelView(node.meshToWorld));
+        m_shape = m_meshes.Shape(m_scene, m_mesh, plan.level);
+        CDrawItem item;
+        item.node = n;
+        item.level = plan.level;
+        item.depth = DepthOf(m_row, m_scene.meshes[m_mesh].bounds.Center());
+        item.rank = m_plan.moving ? RankOf(plan.screen.pixels) : 0;
+        item.use.hasTexCoords = m_meshes.HasTexCoords(m_mesh);
+        if (m_shape.batches == nullptr) return AddBox(item, plan);
+        item.pixels = plan.screen.pixels / static_cast<float>(m_shape.batches->size());
+        for (std::uint32_t b = 0; b < m_shape.batches->size(); ++b) {
+            const CPreparedBatch& batch = (*m_shape.batches)[b];
+            item.batch = b;
+            item.firstIndex = batch.firstIndex;
+            item.indexCount = batch.indexCount;
+            item.use.litByVertex =
+                m_meshes.Grain(m_mesh, plan.level, b) * plan.screen.pixelsPerUnit <= m_plan.grainPixels;
+            Add(item, batch, plan.repeated);
+        }
+    }
+
+    CDrawList list;
+
+  private:
+    /** In the material of most of its triangles. */
+    void AddBox(CDrawItem item, const CNodePlan& plan) {
+        const std::vector<CPreparedBatch>& batches = m_scene.meshes[m_mesh].batches;
+        const auto largest = std::max_element(
+            batches.begin(), batches.end(),
+            [](const CPreparedBatch& a, const CPreparedBatch& b) { return a.indexCount < b.indexCount; });
+        if (largest == batches.end()) return;
+        constexpr std::uint32_t kBoxIndices = 36;
+        item.batch = static_cast<std::uint32_t>(largest - batches.begin());
+        item.indexCount = kBoxIndices;
+        item.pixels = plan.screen.pixels;
+        Add(item, *largest, plan.repeated);
+    }
+
+    /** Adds one item for each part that the batch's material has. */
+    void Add(CDrawItem item, const CPreparedBatch& batch, bool repeated) {
+        const CPreparedMaterial& material = m_scene.materials[batch.material];
+        if (item.indexCount == 0 || IsInvisible(material)) return;
+        item.material = batch.material;
+        if (!IsBlended(material)) {
+            if (!repeated) Put(list.opaque, item, ESurfacePart::Whole);
+            return;
+        }
+        const bool parts = MayBeSolid(material);
+        if (parts && !repeated) Put(list.opaque, item, ESurfacePart::Solid);
+        if (!material.additive && !m_shape.sorting.vertices.empty() && CSortedBatches::Sorts(batch)) {
+            item.depth = m_sorted.Sort(m_gl, item.node, item.batch, m_shape.sorting, batch, m_row).Middle();
+            item.sorted = true;
+            item.firstIndex = 0;
+        }
+        Put(list.transparent, item, parts ? ESurfacePart::Translucent : ESurfacePart::Whole);
+    }
+
+    void Put(std::vector<CDrawItem>& to, CDrawItem item, ESurfacePart part) {
+        item.use.part = part;
+        item.key = m_keys.Of(item.material, item.use);
+        to.push_back(item);
+    }
+
+    CGlCurrent& m_gl;
+    const CPreparedScene& m_scene;
+    const CFrameView& m_view;
+    const CFramePlan& m_plan;
+    const CSceneMeshes& m_meshes;
+    CSortedBatches& m_sorted;
+    CKeys m_keys;
+    std::size_t m_mesh = 0;  ///< of the node at work
+    std::array<double, 4> m_row{};
+    CShape m_shape;
+};
 
 }  // namespace
 
 CDrawList CDrawList::Build(CGlCurrent& gl, const CPreparedScene& scene, const CFrameView& view,
-                           const CDrawPipeline& pipeline, const std::vector<CMeshBuffers>& meshes,
+                           const CFramePlan& plan, const CDrawPipeline& pipeline, const CSceneMeshes& meshes,
                            CSortedBatches& sorted) {
-    CDrawList list;
-    CKeys keys(scene, pipeline);
+    CListBuilder builder(gl, scene, view, plan, pipeline, meshes, sorted);
     for (std::uint32_t n = 0; n < scene.nodes.size(); ++n) {
-        const CPreparedNode& node = scene.nodes[n];
-        const auto meshIndex = static_cast<std::size_t>(node.mesh);
-        if (!node.visible || node.mesh < 0 || meshIndex >= meshes.size() || !view.MayShow(node.worldBounds))
-            continue;
-        const CPreparedMesh& mesh = scene.meshes[meshIndex];
-        const bool hasTexCoords = meshes[meshIndex].HasTexCoords();
-        const std::array<double, 4> row = view.DepthRow(view.EyeModelView(node.meshToWorld));
-        const float middle = DepthOf(row, mesh.bounds.Center());
-        for (std::uint32_t b = 0; b < mesh.batches.size(); ++b) {
-            const CPreparedBatch& batch = mesh.batches[b];
-            const CPreparedMaterial& material = scene.materials[batch.material];
-            if (batch.indexCount == 0 || IsInvisible(material)) continue;
-            const auto part = [&](ESurfacePart which) {
-                const std::uint32_t key = keys.Of(batch.material, hasTexCoords, which);
-                return CDrawItem{n, b, batch.material, key, middle, false, which};
-            };
-            Add(list, material, part, [&](CDrawItem& item) {
-                if (material.additive || mesh.vertices.empty() || !CSortedBatches::Sorts(batch)) return;
-                item.depth = sorted.Sort(gl, n, b, mesh, row).Middle();
-                item.sorted = true;
-            });
-        }
+        if (plan.nodes[n].shown) builder.AddNode(n);
     }
+    CDrawList list = std::move(builder.list);
     const auto byState = [](const CDrawItem& a, const CDrawItem& b) {
-        return std::tie(a.key, a.material, a.depth, a.node) < std::tie(b.key, b.material, b.depth, b.node);
+        return std::tie(a.rank, a.key, a.material, a.depth, a.node) <
+               std::tie(b.rank, b.key, b.material, b.depth, b.node);
     };
     std::sort(list.opaque.begin(), list.opaque.end(), byState);
     std::stable_sort(list.transparent.begin(), list.transparent.end(),

@@ -4,12 +4,15 @@
 #include <cstdint>
 #include <vector>
 
-#include "engine/draw/CMeshBuffers.h"
 #include "engine/pipeline/shader_source.h"
 
+class CGlCurrent;
 class CDrawPipeline;
+class CSceneMeshes;
 class CSortedBatches;
+struct CFramePlan;
 struct CFrameView;
+struct CPreparedScene;
 
 /** One batch of one node to draw. */
 struct CDrawItem {
@@ -17,7 +20,11 @@ struct CDrawItem {
     std::uint32_t key = 0;  ///< CDrawPipeline::SortKey
     float depth = 0;        ///< depth of the batch's middle; larger is farther
     bool sorted = false;    ///< its indices are in the CSortedBatches
-    ESurfacePart part = ESurfacePart::Whole;
+    CSurfaceUse use;
+    int level = 0;     ///< see CShape.h
+    int rank = 0;      ///< of a moving frame: the larger the node on the screen, the lower
+    float pixels = 0;  ///< that it covers at most, where that is known
+    std::uint32_t firstIndex = 0, indexCount = 0;  ///< within its shape
 };
 
 /** What one drawing of the view draws, in this order, without nodes that are hidden or outside the view and
@@ -25,10 +32,10 @@ struct CDrawItem {
  * solid and once for its translucent pixels. This includes pictures whose alpha is only 0 or 255: filtering
  * creates values between at every edge, and a distant fence or leaf consists of such pixels alone. */
 struct CDrawList {
-    std::vector<CDrawItem> opaque;       ///< grouped by program and material, near ones first
+    std::vector<CDrawItem> opaque;       ///< by rank, then grouped by program and material, near ones first
     std::vector<CDrawItem> transparent;  ///< far ones first
 
     [[nodiscard]] static CDrawList Build(CGlCurrent& gl, const CPreparedScene& scene, const CFrameView& view,
-                                         const CDrawPipeline& pipeline,
-                                         const std::vector<CMeshBuffers>& meshes, CSortedBatches& sorted);
+                                         const CFramePlan& plan, const CDrawPipeline& pipeline,
+                                         const CSceneMeshes& meshes, CSortedBatches& sorted);
 };

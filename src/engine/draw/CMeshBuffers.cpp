@@ -57,6 +57,11 @@ bool CMeshBuffers::RefreshIndices(CGlCurrent& gl, const CPreparedMesh& mesh) {
 }
 
 void CMeshBuffers::Bind(CGlCurrent& gl) const {
+    BindVertices(gl);
+    m_indices.Bind(gl, CGlBuffer::ETarget::Indices);
+}
+
+void CMeshBuffers::BindVertices(CGlCurrent& gl) const {
     if (HasTexCoords()) {
         m_texCoords.Bind(gl, CGlBuffer::ETarget::Vertices);
         glTexCoordPointer(2, GL_FLOAT, 0, nullptr);
@@ -67,7 +72,6 @@ void CMeshBuffers::Bind(CGlCurrent& gl) const {
     m_vertices.Bind(gl, CGlBuffer::ETarget::Vertices);
     glVertexPointer(3, GL_FLOAT, sizeof(CPreparedVertex), nullptr);
     glNormalPointer(GL_SHORT, sizeof(CPreparedVertex), Offset(offsetof(CPreparedVertex, normal)));
-    m_indices.Bind(gl, CGlBuffer::ETarget::Indices);
 }
 
 void CMeshBuffers::Draw(CGlCurrent&, std::uint32_t firstIndex, std::uint32_t count) const {

@@ -19,6 +19,8 @@ class CMeshBuffers {
 
     /** Binds the arrays of vertices, normals and texture coordinates and the index buffer for drawing. */
     void Bind(CGlCurrent& gl) const;
+    /** Binds all but the index buffer. */
+    void BindVertices(CGlCurrent& gl) const;
     /** Draws a run of triangles with the bound arrays; indices come from the bound index buffer. */
     void Draw(CGlCurrent& gl, std::uint32_t firstIndex, std::uint32_t count) const;
 

@@ -5,11 +5,13 @@
 
 #include "engine/gl/CGlCapabilities.h"
 #include "engine/gl/gl_api.h"
+#include "engine/plan/CFrameBudget.h"
 
 namespace {
 
 // Measured with 1 million triangles: smaller portions wait more, larger ones store more.
-constexpr std::uint32_t kPortion = 50'000;
+constexpr std::uint32_t kMostTriangles = 50'000;
+constexpr float kMostPixels = 2e6f;
 
 void WaitAndDelete(GLsync fence) {
     constexpr GLuint64 kLongestWaitNs = 10'000'000'000;
@@ -19,22 +21,41 @@ void WaitAndDelete(GLsync fence) {
 
 }  // namespace
 
-CPacedDrawing::CPacedDrawing(CGlCurrent&, const CGlCapabilities& can)
-    : m_active(can.software), m_fences(can.fences) {}
+CPacedDrawing::CPacedDrawing(CGlCurrent&, const CGlCapabilities& can, const CDrawPace& pace)
+    : m_active(can.software), m_fences(can.fences), m_pace(pace) {}
 
 CPacedDrawing::~CPacedDrawing() {
     if (m_previous) glDeleteSync(static_cast<GLsync>(m_previous));
 }
 
-void CPacedDrawing::Drawn(std::uint32_t triangles) {
-    m_pending += triangles;
-    if (!m_active || m_pending < kPortion) return;
-    m_pending = 0;
-    if (!m_fences) {
+void CPacedDrawing::Drawn(std::uint32_t triangles, float pixels) {
+    m_triangles += triangles;
+    m_pixels += pixels;
+    if (m_active && (m_triangles >= kMostTriangles || m_pixels >= kMostPixels)) EndPortion();
+}
+
+void CPacedDrawing::EndPortion() {
+    m_triangles = 0;
+    m_pixels = 0;
+    if (m_fences) {
+        void* before = std::exchange(m_previous, glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0));
+        glFlush();
+        if (before) WaitAndDelete(static_cast<GLsync>(before));
+    } else {
         glFinish();
-        return;
     }
-    void* before = std::exchange(m_previous, glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0));
-    glFlush();
-    if (before) WaitAndDelete(static_cast<GLsync>(before));
+    if (m_pace.moving) {
+        m_ended = PassedMs() > CFrameBudget::kLatestMs;
+    } else if (m_pace.interrupt != nullptr && *m_pace.interrupt) {
+        m_ended = (*m_pace.interrupt)();
+    }
+}
+
+double CPacedDrawing::Finish() {
+    if (m_active) glFinish();
+    return PassedMs();
+}
+
+double CPacedDrawing::PassedMs() const {
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - m_begin).count();
 }

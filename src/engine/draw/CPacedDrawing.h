@@ -1,27 +1,48 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <functional>
 
 class CGlCurrent;
 struct CGlCapabilities;
 
+/** When a drawing of the view ends before it is whole. Has no effect on hardware. */
+struct CDrawPace {
+    bool moving = false;  ///< it ends when CFrameBudget::kLatestMs have passed
+    /** At rest: asked between two portions; true ends the drawing. May be null or empty; not owned. */
+    const std::function<bool()>* interrupt = nullptr;
+};
+
 /** Gives a software renderer its work in portions. Otherwise the renderer stores all triangles of a picture
  * and begins late to fill pixels; with portions it fills the pixels of one while the next is set up, and
- * stores only two. Does nothing on other renderers. Lives for one drawing of the view. */
+ * stores only two. Between portions a drawing can end. Does nothing on other renderers. Lives for one drawing of the
+ * view. */
 class CPacedDrawing {
   public:
-    CPacedDrawing(CGlCurrent& gl, const CGlCapabilities& can);
+    CPacedDrawing(CGlCurrent& gl, const CGlCapabilities& can, const CDrawPace& pace);
     CPacedDrawing(const CPacedDrawing&) = delete;
     CPacedDrawing& operator=(const CPacedDrawing&) = delete;
     ~CPacedDrawing();
 
-    /** To be called after each draw call with its number of triangles. */
-    void Drawn(std::uint32_t triangles);
+    /** To be called after each draw call with its number of triangles, and of pixels at most. */
+    void Drawn(std::uint32_t triangles, float pixels);
+    /** True once nothing more is to be drawn. */
+    [[nodiscard]] bool HasEnded() const { return m_ended; }
+    /** Waits for all that was drawn, where that is software's work. Returns the milliseconds since the beginning. */
+    double Finish();
 
   private:
+    [[nodiscard]] double PassedMs() const;
+    void EndPortion();
+
     bool m_active;
-    bool m_fences;                ///< otherwise each portion is waited for
-    std::uint32_t m_pending = 0;  ///< triangles of the portion that grows
-    void* m_previous = nullptr;   ///< GLsync of the portion before
+    bool m_fences;  ///< otherwise each portion is waited for
+    const CDrawPace& m_pace;
+    bool m_ended = false;
+    std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
+    std::uint32_t m_triangles = 0;  ///< of the portion that grows
+    float m_pixels = 0;
+    void* m_previous = nullptr;  ///< GLsync of the portion before
 };

@@ -3,12 +3,16 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
+#include <utility>
 #include <vector>
 
 #include "engine/draw/CBatchDrawer.h"
 #include "engine/draw/CDrawList.h"
-#include "engine/draw/CMeshBuffers.h"
+#include "engine/draw/CFramePlan.h"
 #include "engine/draw/CPacedDrawing.h"
+#include "engine/draw/CSceneLevels.h"
+#include "engine/draw/CSceneMeshes.h"
 #include "engine/draw/CSortedBatches.h"
 #include "engine/draw/selection_draw.h"
 #include "engine/gl/CGlCapabilities.h"
@@ -19,6 +23,8 @@
 #include "engine/pipeline/CFrameView.h"
 #include "engine/pipeline/CShaderPipeline.h"
 #include "engine/pipeline/CTextureSet.h"
+#include "engine/plan/CEqualMeshes.h"
+#include "engine/plan/CFrameBudget.h"
 #include "model/prepare/CPreparedScene.h"
 
 namespace {
@@ -60,12 +66,23 @@ struct CSceneRenderer::CState {
     CFixedPipeline fixed;
     CTextureSet textures;
     CTextureSet noTextures;
-    std::vector<CMeshBuffers> meshes;
+    CSceneMeshes meshes;
+    CEqualMeshes equal;
     CSortedBatches sorted;
+    CSceneLevels levels;
+    CFrameBudget budget;
+    float allowedError = 0;                         ///< of the last moving frame, see ChooseLevels
+    bool isSlow = false;                            ///< the last whole frame was
+    std::set<std::pair<int, std::uint32_t>> tried;  ///< kinds of items that were drawn once in idle time
 
     void Learn(CGlCurrent& gl);
-    /** True when a mesh is not the same as before. */
-    bool UpdateMeshes(CGlCurrent& gl, const CPreparedScene& scene);
+    [[nodiscard]] bool IsSoftware() const { return can->software; }
+    template <class TDraw>
+    void InFrame(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options, const TDraw& draw);
+    [[nodiscard]] CFramePlan Plan(const CPreparedScene& scene, const CFrameView& view,
+                                  const CDrawOptions& options, bool moving);
+    void LearnFrom(const CFramePlan& plan, double ms, bool ended);
+    bool TryNextKind(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options);
 };
 
 void CSceneRenderer::CState::Learn(CGlCurrent& gl) {
@@ -74,36 +91,51 @@ void CSceneRenderer::CState::Learn(CGlCurrent& gl) {
     shadersWork = can->shaders && shaders.Check(gl).HasValue();
 }
 
-bool CSceneRenderer::CState::UpdateMeshes(CGlCurrent& gl, const CPreparedScene& scene) {
-    std::vector<CMeshBuffers> before = std::move(meshes);
-    bool changed = before.size() != scene.meshes.size();
-    meshes.clear();
-    meshes.resize(scene.meshes.size());
-    for (std::size_t i = 0; i < meshes.size(); ++i) {
-        const CPreparedMesh& mesh = scene.meshes[i];
-        const auto holds = [&](const CMeshBuffers& buffers) { return buffers.HoldsVerticesOf(mesh); };
-        const bool givenBack = mesh.vertices.empty() && !mesh.batches.empty();
-        // Meshes mostly keep their place, so that is where to look first.
-        const bool isInPlace = i < before.size() && (givenBack || holds(before[i]));
-        auto found = isInPlace ? before.begin() + static_cast<std::ptrdiff_t>(i)
-                               : std::find_if(before.begin(), before.end(), holds);
-        changed = changed || !isInPlace;
-        if (found != before.end()) {
-            meshes[i] = std::move(*found);
-            *found = {};
-            if (!givenBack) changed = meshes[i].RefreshIndices(gl, mesh) || changed;
-        } else if (!mesh.vertices.empty() && mesh.IndexCount() > 0) {
-            meshes[i].Upload(gl, mesh);
-        }
-    }
-    return changed;
+/** Prepares all for drawing the scene, and calls draw(view, pipeline). */
+template <class TDraw>
+void CSceneRenderer::CState::InFrame(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
+                                     const TDraw& draw) {
+    const CGlStateGuard guard(gl, can->shaders);
+    const CFrameView view = CFrameView::FromCurrent(gl);
+    const CFrameLights lights = CFrameLights::From(scene, view, options.useFileLights);
+    const bool plain = options.textureRenderMode == kNoTextures;
+    int polygonMode[2] = {};
+    glGetIntegerv(GL_POLYGON_MODE, polygonMode);
+    const CFrame frame{view, lights, plain ? noTextures : textures, FilterOf(options.textureRenderMode),
+                       polygonMode[0] == GL_LINE};
+    CDrawPipeline& pipeline = shadersWork && !options.fixedFunction ? static_cast<CDrawPipeline&>(shaders)
+                                                                    : static_cast<CDrawPipeline&>(fixed);
+    if (can->shaders) glUseProgram(0);
+    glMatrixMode(GL_PROJECTION);
+    glLoadMatrixf(view.eyeProjection.ToFloat().data());
+    glMatrixMode(GL_MODELVIEW);
+    pipeline.Begin(gl, frame);
+    draw(view, pipeline);
+    pipeline.End(gl);
+}
+
+CFramePlan CSceneRenderer::CState::Plan(const CPreparedScene& scene, const CFrameView& view,
+                                        const CDrawOptions& options, bool moving) {
+    CFramePlan plan = CFramePlan::InFull(scene, view, meshes, equal, IsSoftware());
+    if (!IsSoftware()) return plan;
+    if (!options.exact) plan.grainPixels = CFramePlan::kFineGrain;
+    if (!moving) return plan;
+    plan.FitTo(scene, meshes, budget.MostCost(), allowedError);
+    if (!plan.whole) plan.grainPixels = CFramePlan::kCoarseGrain;
+    return plan;
+}
+
+void CSceneRenderer::CState::LearnFrom(const CFramePlan& plan, double ms, bool ended) {
+    constexpr double kSlowMs = 25;
+    if (plan.moving && !ended) budget.Learn(plan.cost, ms);
+    if (!plan.moving && !ended) isSlow = ms > kSlowMs;
 }
 
 CSceneRenderer::CSceneRenderer() : m_state(std::make_unique<CState>()) {}
 CSceneRenderer::~CSceneRenderer() = default;
 
 void CSceneRenderer::Upload(CGlCurrent& gl, const CPreparedScene& scene) {
-    m_state->meshes.clear();
+    m_state->meshes.Clear();
     m_state->textures.Clear();
     Refresh(gl, scene);
 }
@@ -111,7 +143,11 @@ void CSceneRenderer::Upload(CGlCurrent& gl, const CPreparedScene& scene) {
 void CSceneRenderer::Refresh(CGlCurrent& gl, const CPreparedScene& scene) {
     m_state->Learn(gl);
     const CBindingGuard guard(gl);
-    if (m_state->UpdateMeshes(gl, scene)) m_state->sorted.Clear();
+    if (m_state->meshes.Update(gl, scene)) {
+        m_state->sorted.Clear();
+        m_state->levels.MeshesChanged();
+    }
+    m_state->equal.Update(scene);
     m_state->textures.Update(gl, *m_state->can, scene);
 }
 
@@ -120,35 +156,75 @@ void CSceneRenderer::Clear(CGlCurrent&) {
     m_state->shaders.Trim();
     m_state->textures.Clear();
     m_state->noTextures.Clear();
-    m_state->meshes.clear();
+    m_state->meshes.Clear();
+    m_state->equal.Clear();
     m_state->sorted.Clear();
+    m_state->levels.Forget();
+    m_state->tried.clear();
+    m_state->allowedError = 0;
+    m_state->isSlow = false;
 }
 
-void CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options) {
-    if (m_state->meshes.empty()) return;
-    const CGlStateGuard guard(gl, m_state->can->shaders);
-    const CFrameView view = CFrameView::FromCurrent(gl);
-    const CFrameLights lights = CFrameLights::From(scene, view, options.useFileLights);
-    const bool plain = options.textureRenderMode == kNoTextures;
-    int polygonMode[2] = {};
-    glGetIntegerv(GL_POLYGON_MODE, polygonMode);
-    const CFrame frame{view, lights, plain ? m_state->noTextures : m_state->textures,
-                       FilterOf(options.textureRenderMode), polygonMode[0] == GL_LINE};
+bool CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
+                          const CDrawPace& wanted) {
+    CState& state = *m_state;
+    if (state.meshes.Count() == 0) return true;
+    bool whole = true;
+    state.InFrame(gl, scene, options, [&](const CFrameView& view, CDrawPipeline& pipeline) {
+        CPacedDrawing pace(gl, *state.can, wanted);
+        const CFramePlan plan = state.Plan(scene, view, options, wanted.moving);
+        const CDrawList list = CDrawList::Build(gl, scene, view, plan, pipeline, state.meshes, state.sorted);
+        // In software each sample takes as long as a pixel.
+        if (plan.moving) glDisable(GL_MULTISAMPLE);
+        CBatchDrawer drawer(gl, scene, view, pipeline, state.meshes, state.sorted, pace);
+        drawer.DrawOpaque(list.opaque);
+        drawer.DrawTransparent(list.transparent);
+        if (state.IsSoftware() && !options.exact) state.LearnFrom(plan, pace.Finish(), pace.HasEnded());
+        whole = plan.whole && !pace.HasEnded();
+    });
+    return whole;
+}
 
-    CDrawPipeline& pipeline = m_state->shadersWork && !options.fixedFunction
-                                  ? static_cast<CDrawPipeline&>(m_state->shaders)
-                                  : static_cast<CDrawPipeline&>(m_state->fixed);
-    if (m_state->can->shaders) glUseProgram(0);
-    glMatrixMode(GL_PROJECTION);
-    glLoadMatrixf(view.eyeProjection.ToFloat().data());
-    glMatrixMode(GL_MODELVIEW);
-    pipeline.Begin(gl, frame);
-    const CDrawList list = CDrawList::Build(gl, scene, view, pipeline, m_state->meshes, m_state->sorted);
-    CPacedDrawing pace(gl, *m_state->can);
-    CBatchDrawer drawer(gl, scene, view, pipeline, m_state->meshes, m_state->sorted, pace);
-    drawer.DrawOpaque(list.opaque);
-    drawer.DrawTransparent(list.transparent);
-    pipeline.End(gl);
+bool CSceneRenderer::CState::TryNextKind(CGlCurrent& gl, const CPreparedScene& scene,
+                                         const CDrawOptions& options) {
+    bool found = false;
+    InFrame(gl, scene, options, [&](const CFrameView& view, CDrawPipeline& pipeline) {
+        glEnable(GL_SCISSOR_TEST);
+        glScissor(0, 0, 1, 1);
+        for (const float grain : {-1.0f, 1e38f}) {
+            const CFramePlan plan = CFramePlan::InBoxes(scene, meshes, grain);
+            CDrawList list = CDrawList::Build(gl, scene, view, plan, pipeline, meshes, sorted);
+            for (auto* items : {&list.opaque, &list.transparent}) {
+                const auto isNew = [&](const CDrawItem& item) {
+                    const int blending = items == &list.opaque                     ? 0
+                                         : scene.materials[item.material].additive ? 1
+                                                                                   : 2;
+                    return tried.emplace(blending, item.key).second;
+                };
+                const auto item = found ? items->end() : std::find_if(items->begin(), items->end(), isNew);
+                found = found || item != items->end();
+                *items = item == items->end() ? std::vector<CDrawItem>{} : std::vector{*item};
+            }
+            CPacedDrawing pace(gl, *can, CDrawPace{});
+            CBatchDrawer drawer(gl, scene, view, pipeline, meshes, sorted, pace);
+            drawer.DrawOpaque(list.opaque);
+            drawer.DrawTransparent(list.transparent);
+            (void)pace.Finish();
+        }
+    });
+    return found;
+}
+
+bool CSceneRenderer::WorkOnLevels(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options) {
+    CState& state = *m_state;
+    if (!state.can || !state.IsSoftware() || !state.isSlow || state.meshes.Count() == 0) return false;
+    // A scene that is never drawn coarser needs nothing.
+    if (state.meshes.CostInFull(scene) < CFrameBudget::kLeastCost) return false;
+    return state.TryNextKind(gl, scene, options) || state.levels.Work(gl, scene, state.meshes);
+}
+
+void CSceneRenderer::PauseLevels(bool paused) {
+    m_state->levels.SetPaused(paused);
 }
 
 void CSceneRenderer::DrawForSelection(CGlCurrent& gl, const CPreparedScene& scene) {
@@ -164,7 +240,6 @@ void CSceneRenderer::DrawForSelection(CGlCurrent& gl, const CPreparedScene& scen
 }
 
 std::size_t CSceneRenderer::GpuBytes() const {
-    std::size_t sum = m_state->textures.Bytes() + m_state->sorted.Bytes();
-    for (const CMeshBuffers& mesh : m_state->meshes) sum += mesh.Bytes();
-    return sum;
+    const std::size_t sum = m_state->textures.Bytes() + m_state->sorted.Bytes();
+    return sum + m_state->meshes.Bytes();
 }

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <memory>
 
+#include "engine/draw/CPacedDrawing.h"
+
 class CGlCurrent;
 struct CPreparedScene;
 
@@ -12,6 +14,7 @@ struct CDrawOptions {
     bool useFileLights = true;   ///< false, or none in the file: one headlight at the eye
     int textureRenderMode = 0;   ///< 0 trilinear with anisotropy; 1 bilinear, 2 nearest, 3 no textures
     bool fixedFunction = false;  ///< draw without shaders, as on a context that has none
+    bool exact = false;          ///< for a picture to keep: all is lit by pixel
 };
 
 /** Draws a prepared scene: GPU buffers, textures, the GLSL 1.20 program with its fixed-function fall-back.
@@ -38,8 +41,16 @@ class CSceneRenderer {
     void Clear(CGlCurrent& gl);
 
     /** Draws the opaque parts, then the transparent parts from back to front. scene must be the
-     * one uploaded. */
-    void Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options);
+     * one uploaded. pace: whether, in software, only what fits into a frame's time is drawn. False when the picture is
+     * not the full one, or not whole. */
+    bool Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
+              const CDrawPace& pace = {});
+    /** One step of what is done in idle time, in software and after a whole picture that took long: builds a program
+     * that moving frames need, or takes over what was made of a mesh. True while more is to come. Draws pixels of
+     * the current framebuffer. */
+    bool WorkOnLevels(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options);
+    /** While paused, no level of a further mesh is begun. */
+    void PauseLevels(bool paused);
     /** For GL_SELECT: loads each drawn node's index with glLoadName and draws its triangles plainly,
      * leaving out nodes whose bounds do not meet the view volume (the pick region, when the projection is
      * restricted to it). */

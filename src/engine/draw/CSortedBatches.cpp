@@ -6,12 +6,12 @@
 namespace {
 
 template <class TIndex>
-CDepthSpan SortInto(CGlCurrent& gl, CGlBuffer& buffer, const CPreparedMesh& mesh,
-                    const std::vector<TIndex>& all, const CPreparedBatch& batch,
+CDepthSpan SortInto(CGlCurrent& gl, CGlBuffer& buffer, std::span<const CPreparedVertex> vertices,
+                    std::span<const TIndex> all, const CPreparedBatch& batch,
                     const std::array<double, 4>& row) {
     std::vector<TIndex> ordered;
-    const std::span<const TIndex> indices = std::span(all).subspan(batch.firstIndex, batch.indexCount);
-    const CDepthSpan range = OrderBackToFront<TIndex>(mesh.vertices, indices, row, ordered);
+    const CDepthSpan range =
+        OrderBackToFront<TIndex>(vertices, all.subspan(batch.firstIndex, batch.indexCount), row, ordered);
     buffer.Fill(gl, CGlBuffer::ETarget::Indices, ordered.data(), ordered.size() * sizeof(TIndex),
                 CGlBuffer::EUsage::Stream);
     return range;
@@ -20,15 +20,15 @@ CDepthSpan SortInto(CGlCurrent& gl, CGlBuffer& buffer, const CPreparedMesh& mesh
 }  // namespace
 
 CDepthSpan CSortedBatches::Sort(CGlCurrent& gl, std::uint32_t node, std::uint32_t batch,
-                                const CPreparedMesh& mesh, const std::array<double, 4>& row) {
+                                const CSortSource& source, const CPreparedBatch& part,
+                                const std::array<double, 4>& row) {
     CEntry& entry = m_batches[{node, batch}];
-    if (!entry.indices.IsEmpty() && entry.row == row && entry.source == mesh.vertices.data())
-        return entry.range;
-    const CPreparedBatch& part = mesh.batches[batch];
+    if (!entry.indices.IsEmpty() && entry.row == row && entry.source == source.Identity()) return entry.range;
     entry.row = row;
-    entry.source = mesh.vertices.data();
-    entry.range = mesh.indices16.empty() ? SortInto(gl, entry.indices, mesh, mesh.indices32, part, row)
-                                         : SortInto(gl, entry.indices, mesh, mesh.indices16, part, row);
+    entry.source = source.Identity();
+    entry.range = source.indices16.empty()
+                      ? SortInto(gl, entry.indices, source.vertices, source.indices32, part, row)
+                      : SortInto(gl, entry.indices, source.vertices, source.indices16, part, row);
     return entry.range;
 }
 

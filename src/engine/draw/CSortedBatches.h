@@ -19,9 +19,10 @@ class CSortedBatches {
     [[nodiscard]] static bool Sorts(const CPreparedBatch& batch) {
         return batch.indexCount / 3 < kMaxTriangles;
     }
-    /** Sorts one batch of one node by the depth row of its mesh. Returns the range of its depths. */
-    CDepthSpan Sort(CGlCurrent& gl, std::uint32_t node, std::uint32_t batch, const CPreparedMesh& mesh,
-                    const std::array<double, 4>& row);
+    /** Sorts one batch of one node by the depth row of its mesh. part: the batch among the source's indices. Returns the
+     * range of its depths. */
+    CDepthSpan Sort(CGlCurrent& gl, std::uint32_t node, std::uint32_t batch, const CSortSource& source,
+                    const CPreparedBatch& part, const std::array<double, 4>& row);
     /** Binds the indices of a batch that Sort was called for; they start at 0. */
     void BindIndices(CGlCurrent& gl, std::uint32_t node, std::uint32_t batch) const;
     void Clear() { m_batches.clear(); }
@@ -31,7 +32,7 @@ class CSortedBatches {
     struct CEntry {
         CGlBuffer indices;
         std::array<double, 4> row{};
-        const void* source = nullptr;  ///< the mesh's vertices; only compared: an edit may renumber nodes
+        const void* source = nullptr;  ///< CSortSource::Identity: an edit may renumber nodes
         CDepthSpan range;
     };
     std::map<std::pair<std::uint32_t, std::uint32_t>, CEntry> m_batches;

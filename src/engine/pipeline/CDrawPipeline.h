@@ -31,10 +31,9 @@ class CDrawPipeline {
     virtual void Begin(CGlCurrent& gl, const CFrame& frame) = 0;
     virtual void End(CGlCurrent& gl) = 0;
     /** Parts with equal keys need few changes of state between them, so the caller groups them. */
-    [[nodiscard]] virtual std::uint32_t SortKey(const CPreparedMaterial& material, bool hasTexCoords,
-                                                ESurfacePart part) const = 0;
-    virtual void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords,
-                             ESurfacePart part) = 0;
+    [[nodiscard]] virtual std::uint32_t SortKey(const CPreparedMaterial& material,
+                                                const CSurfaceUse& use) const = 0;
+    virtual void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, const CSurfaceUse& use) = 0;
     /** Sets the transform of the triangles drawn next. Call it after UseMaterial. */
     virtual void UseTransform(CGlCurrent& gl, const CMatrix4d& eyeModelView) = 0;
 };

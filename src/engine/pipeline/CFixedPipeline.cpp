@@ -90,18 +90,16 @@ void CFixedPipeline::End(CGlCurrent&) {
     glDisable(GL_TEXTURE_2D);
 }
 
-std::uint32_t CFixedPipeline::SortKey(const CPreparedMaterial& material, bool hasTexCoords,
-                                      ESurfacePart part) const {
+std::uint32_t CFixedPipeline::SortKey(const CPreparedMaterial& material, const CSurfaceUse& use) const {
     CShaderVariant surface =
-        CMaterialLook::From(material, m_frame->textures, hasTexCoords, m_frame->asLines).surface;
-    surface.part = part;
+        CMaterialLook::From(material, m_frame->textures, use.hasTexCoords, m_frame->asLines).surface;
+    surface.part = use.part;
     return surface.Key();
 }
 
-void CFixedPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords,
-                                 ESurfacePart part) {
+void CFixedPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, const CSurfaceUse& use) {
     const CMaterialLook look =
-        CMaterialLook::From(material, m_frame->textures, hasTexCoords, m_frame->asLines);
+        CMaterialLook::From(material, m_frame->textures, use.hasTexCoords, m_frame->asLines);
     const bool metal = material.shading == EShading::Metal && look.surface.tintedSpecular;
     const CVec3 d = look.diffuse, s = look.specular;
     const CVec3 specular = metal ? CVec3{s.x * d.x, s.y * d.y, s.z * d.z} : s;
@@ -119,7 +117,7 @@ void CFixedPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& materi
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, material.twoSided);
     glShadeModel(look.surface.flat ? GL_FLAT : GL_SMOOTH);
     UseTexture(gl, material, look);
-    UsePart(part);
+    UsePart(use.part);
 }
 
 void CFixedPipeline::UseTexture(CGlCurrent& gl, const CPreparedMaterial& material,

@@ -14,10 +14,9 @@ class CFixedPipeline final : public CDrawPipeline {
   public:
     void Begin(CGlCurrent& gl, const CFrame& frame) override;
     void End(CGlCurrent& gl) override;
-    [[nodiscard]] std::uint32_t SortKey(const CPreparedMaterial& material, bool hasTexCoords,
-                                        ESurfacePart part) const override;
-    void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords,
-                     ESurfacePart part) override;
+    [[nodiscard]] std::uint32_t SortKey(const CPreparedMaterial& material,
+                                        const CSurfaceUse& use) const override;
+    void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, const CSurfaceUse& use) override;
     void UseTransform(CGlCurrent& gl, const CMatrix4d& eyeModelView) override;
 
   private:

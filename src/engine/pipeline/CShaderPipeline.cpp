@@ -52,15 +52,16 @@ std::array<float, 4> Weight(EMapKind kind, const CPreparedMap& map, const CPrepa
 
 }  // namespace
 
-CShaderVariant CShaderPipeline::Variant(const CPreparedMaterial& material, bool hasTexCoords,
-                                        ESurfacePart part) const {
-    CShaderVariant variant =
-        CMaterialLook::From(material, m_frame->textures, hasTexCoords, m_frame->asLines || IsWire(material))
-            .surface;
+CShaderVariant CShaderPipeline::Variant(const CPreparedMaterial& material, const CSurfaceUse& use) const {
+    CShaderVariant variant = CMaterialLook::From(material, m_frame->textures, use.hasTexCoords,
+                                                 m_frame->asLines || IsWire(material))
+                                 .surface;
     variant.lights = static_cast<int>(m_frame->lights.lights.size());
     variant.spots = m_frame->lights.anySpot;
     variant.ranges = m_frame->lights.anyRange;
-    variant.part = part;
+    variant.part = use.part;
+    const bool needsPixels = variant.flat || variant.Has(EMapKind::Bump) || variant.Has(EMapKind::Reflection);
+    variant.litByVertex = use.litByVertex && !needsPixels;
     return variant;
 }
 
@@ -70,8 +71,9 @@ CResult<CShaderPipeline::CVariantProgram> CShaderPipeline::Build(CGlCurrent& gl,
     if (!built) return built.Error();
     CVariantProgram result;
     result.program = std::move(built).Value();
-    const std::array<std::pair<int*, const char*>, 16> names{{{&result.normal, "uNormal"},
+    const std::array<std::pair<int*, const char*>, 17> names{{{&result.normal, "uNormal"},
                                                               {&result.toViewer, "uToViewer"},
+                                                              {&result.viewer, "uViewer"},
                                                               {&result.base, "uBase"},
                                                               {&result.diffuse, "uDiffuse"},
                                                               {&result.ambient, "uAmbient"},
@@ -131,22 +133,20 @@ void CShaderPipeline::End(CGlCurrent&) {
     glUseProgram(0);
 }
 
-std::uint32_t CShaderPipeline::SortKey(const CPreparedMaterial& material, bool hasTexCoords,
-                                       ESurfacePart part) const {
-    return Variant(material, hasTexCoords, part).Key();
+std::uint32_t CShaderPipeline::SortKey(const CPreparedMaterial& material, const CSurfaceUse& use) const {
+    return Variant(material, use).Key();
 }
 
-void CShaderPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords,
-                                  ESurfacePart part) {
-    CVariantProgram& program = Program(gl, Variant(material, hasTexCoords, part));
+void CShaderPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, const CSurfaceUse& use) {
+    CVariantProgram& program = Program(gl, Variant(material, use));
     if (m_current != &program) program.program.Use(gl);
     m_current = &program;
     if (program.frame != m_frameNumber) {
         SetFrame(program);
         program.frame = m_frameNumber;
     }
-    const CMaterialLook look =
-        CMaterialLook::From(material, m_frame->textures, hasTexCoords, m_frame->asLines || IsWire(material));
+    const CMaterialLook look = CMaterialLook::From(material, m_frame->textures, use.hasTexCoords,
+                                                   m_frame->asLines || IsWire(material));
     SetLook(program, look);
     if (look.surface.maps != 0) SetMaps(gl, program, material, look);
 }
@@ -157,6 +157,7 @@ void CShaderPipeline::SetFrame(const CVariantProgram& program) const {
     constexpr std::array<float, 9> kNone{};
     glUniformMatrix3fv(program.toViewer, 1, GL_FALSE, kNone.data());
     glUniformMatrix3fv(program.toViewer, 1, GL_FALSE, m_toViewer.data());
+    glUniform4fv(program.viewer, 1, m_frame->view.viewer.data());
     Set(program.ambientLight, m_frame->lights.ambient);
     std::vector<float> position, direction, color, range;
     for (const CFrameLight& light : m_frame->lights.lights) {

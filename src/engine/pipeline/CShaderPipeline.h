@@ -22,10 +22,9 @@ class CShaderPipeline final : public CDrawPipeline {
 
     void Begin(CGlCurrent& gl, const CFrame& frame) override;
     void End(CGlCurrent& gl) override;
-    [[nodiscard]] std::uint32_t SortKey(const CPreparedMaterial& material, bool hasTexCoords,
-                                        ESurfacePart part) const override;
-    void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, bool hasTexCoords,
-                     ESurfacePart part) override;
+    [[nodiscard]] std::uint32_t SortKey(const CPreparedMaterial& material,
+                                        const CSurfaceUse& use) const override;
+    void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, const CSurfaceUse& use) override;
     void UseTransform(CGlCurrent& gl, const CMatrix4d& eyeModelView) override;
 
     /** Builds the simplest program. An error means that this context cannot compile our shaders. */
@@ -41,12 +40,12 @@ class CShaderPipeline final : public CDrawPipeline {
     struct CVariantProgram {
         CGlProgram program;
         std::uint64_t frame = 0;  ///< the drawing (m_frameNumber) in which its lights were last set
-        int normal = -1, toViewer = -1, base = -1, diffuse = -1, ambient = -1, self = -1, specular = -1;
+        int normal = -1, toViewer = -1, viewer = -1, base = -1, diffuse = -1, ambient = -1, self = -1,
+            specular = -1;
         int ambientLight = -1, lightPosition = -1, lightDirection = -1, lightColor = -1, lightRange = -1;
         int mapS = -1, mapT = -1, mapValue = -1, mapWeight = -1;
     };
-    [[nodiscard]] CShaderVariant Variant(const CPreparedMaterial& material, bool hasTexCoords,
-                                         ESurfacePart part) const;
+    [[nodiscard]] CShaderVariant Variant(const CPreparedMaterial& material, const CSurfaceUse& use) const;
     [[nodiscard]] CResult<CVariantProgram> Build(CGlCurrent& gl, const CShaderVariant& variant) const;
     CVariantProgram& Program(CGlCurrent& gl, const CShaderVariant& variant);
     void SetFrame(const CVariantProgram& program) const;

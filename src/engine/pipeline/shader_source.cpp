@@ -17,7 +17,9 @@ varying vec3 vPoint;
 #endif
 #ifndef FLAT
 uniform mat3 uNormal;
+#ifndef LIT_BY_VERTEX
 varying vec3 vNormal;
+#endif
 #endif
 #ifdef MAPS
 varying vec2 vUv;
@@ -27,7 +29,9 @@ void main() {
 #ifdef POSITION
     vPoint = point.xyz;
 #endif
-#ifndef FLAT
+#ifdef LIT_BY_VERTEX
+    LightVertex(point.xyz, uNormal * gl_Normal);
+#elif !defined(FLAT)
     vNormal = uNormal * gl_Normal;
 #endif
 #ifdef MAPS
@@ -37,14 +41,72 @@ void main() {
 }
 )";
 
-constexpr const char* kDeclarations = R"(
+// What lights give at a vertex; where there are no maps, the colour itself.
+constexpr const char* kLitVaryings = R"(
+#ifdef LIT_BY_VERTEX
+varying vec3 vLit;
+#if defined(SPECULAR) && defined(MAPS)
+varying vec3 vShine;
+#endif
+#endif
+)";
+
+constexpr const char* kLightVertexBegin = R"(
+uniform vec4 uViewer;
+void LightVertex(vec3 point, vec3 N) {
+    vec3 V = uViewer.xyz - uViewer.w * point;
+    V *= inversesqrt(max(dot(V, V), 1e-30));
+    N *= inversesqrt(max(dot(N, N), 1e-30));
+#ifdef TWO_SIDED
+    if (dot(N, V) < 0.0) N = -N;
+#endif
+    vec3 lit = vec3(0.0);
+#ifdef SPECULAR
+    vec3 shine = vec3(0.0);
+#endif
+#ifdef LIGHTS
+    for (int i = 0; i < LIGHTS; ++i) {
+#define POINT point
+)";
+
+constexpr const char* kLightVertexEnd = R"(
+        lit += light * facing;
+#ifdef SPECULAR
+        shine += light * gloss;
+#endif
+    }
+#else
+    float facing = max(dot(N, V), 0.0);
+    lit = vec3(facing);
+#ifdef SPECULAR
+    shine = vec3(pow(max(facing, 1e-4), uSpecular.w));
+#endif
+#endif
+#ifdef MAPS
+    vLit = lit;
+#ifdef SPECULAR
+    vShine = shine;
+#endif
+#else
+    vLit = uBase + uDiffuse.rgb * lit;
+#ifdef SPECULAR
+    vLit += uSpecular.rgb * shine;
+#endif
+#endif
+}
+)";
+
+constexpr const char* kPixelDeclarations = R"(
 #ifdef POSITION
 varying vec3 vPoint;
 #endif
-#ifndef FLAT
+#if !defined(FLAT) && !defined(LIT_BY_VERTEX)
 varying vec3 vNormal;
 #endif
 uniform mat3 uToViewer;
+)";
+
+constexpr const char* kDeclarations = R"(
 uniform vec4 uDiffuse;
 uniform vec3 uBase;
 #ifdef SPECULAR
@@ -90,6 +152,7 @@ vec3 Colour(int i, vec4 color) {
 /** Steps of main() in order, each with the macro that it needs. */
 constexpr const char* kMain = R"(
 void main() {
+#ifndef LIT_BY_VERTEX
     vec3 V = uToViewer * vec3(gl_FragCoord.xy, 1.0);
     V *= inversesqrt(dot(V, V));
 #ifdef FLAT
@@ -99,6 +162,7 @@ void main() {
     vec3 N = vNormal * inversesqrt(max(dot(vNormal, vNormal), 1e-30));
 #ifdef TWO_SIDED
     if (!gl_FrontFacing) N = -N;
+#endif
 #endif
 #endif
     float opacity = uDiffuse.w;
@@ -190,9 +254,21 @@ void main() {
 #else
     vec3 color = uBase;
 #endif
-#ifdef LIGHTS
+#if defined(LIT_BY_VERTEX) && !defined(MAPS)
+    color = vLit;
+#elif defined(LIT_BY_VERTEX)
+    color += diffuse * vLit;
+#ifdef SPECULAR
+    color += specular * vShine;
+#endif
+#elif defined(LIGHTS)
     for (int i = 0; i < LIGHTS; ++i) {
-        vec3 L = uLightPosition[i].xyz - vPoint;
+#define POINT vPoint
+)";
+
+/** The light of one lamp at a place (POINT) with a normal (N), for a viewer (V). */
+constexpr const char* kOneLight = R"(
+        vec3 L = uLightPosition[i].xyz - POINT;
         float distance = length(L);
         L /= max(distance, 1e-20);
         vec3 light = uLightColor[i];
@@ -203,11 +279,17 @@ void main() {
         light *= clamp((uLightRange[i].y - distance) / (uLightRange[i].y - uLightRange[i].x), 0.0, 1.0);
 #endif
         float facing = max(dot(N, L), 0.0);
-        vec3 reflected = diffuse * facing;
 #ifdef SPECULAR
         vec3 H = L + V;
         float highlight = max(dot(N, H * inversesqrt(max(dot(H, H), 1e-20))), 1e-4);
-        reflected += specular * (facing > 0.0 ? pow(highlight, uSpecular.w) : 0.0);
+        float gloss = facing > 0.0 ? pow(highlight, uSpecular.w) : 0.0;
+#endif
+)";
+
+constexpr const char* kMainAfterLight = R"(
+        vec3 reflected = diffuse * facing;
+#ifdef SPECULAR
+        reflected += specular * gloss;
 #endif
         color += light * reflected;
     }
@@ -242,10 +324,11 @@ std::string Head(const CShaderVariant& variant) {
     for (unsigned i = 0; i < kMapMacros.size(); ++i) {
         if (variant.maps >> i & 1u) Define(text, kMapMacros[i]);
     }
-    const bool position = variant.lights > 0 || variant.flat || variant.Has(EMapKind::Bump);
+    const bool position =
+        (variant.lights > 0 && !variant.litByVertex) || variant.flat || variant.Has(EMapKind::Bump);
     const bool solid = variant.part == ESurfacePart::Solid;
     const bool translucent = variant.part == ESurfacePart::Translucent;
-    const std::array<std::pair<bool, const char*>, 10> flags{{{position, "POSITION"},
+    const std::array<std::pair<bool, const char*>, 11> flags{{{position, "POSITION"},
                                                               {variant.maps != 0, "MAPS"},
                                                               {variant.spots, "SPOTS"},
                                                               {variant.ranges, "RANGES"},
@@ -253,6 +336,7 @@ std::string Head(const CShaderVariant& variant) {
                                                               {variant.tintedSpecular, "TINTED"},
                                                               {variant.flat, "FLAT"},
                                                               {variant.twoSided, "TWO_SIDED"},
+                                                              {variant.litByVertex, "LIT_BY_VERTEX"},
                                                               {solid, "SOLID"},
                                                               {translucent, "TRANSLUCENT"}}};
     for (const auto& [wanted, name] : flags) {
@@ -269,17 +353,20 @@ std::string Head(const CShaderVariant& variant) {
 
 std::uint32_t CShaderVariant::Key() const {
     const auto bit = [](bool value, unsigned at) { return static_cast<std::uint32_t>(value) << at; };
-    return maps | bit(spots, 8) | bit(ranges, 9) | bit(specular, 10) | bit(tintedSpecular, 11) |
-           bit(flat, 12) | bit(twoSided, 13) | static_cast<std::uint32_t>(part) << 14 |
-           static_cast<std::uint32_t>(lights) << 16;
+    return maps | bit(litByVertex, 20) | bit(spots, 8) | bit(ranges, 9) | bit(specular, 10) |
+           bit(tintedSpecular, 11) | bit(flat, 12) | bit(twoSided, 13) |
+           static_cast<std::uint32_t>(part) << 14 | static_cast<std::uint32_t>(lights) << 16;
 }
 
 std::string VertexShaderSource(const CShaderVariant& variant) {
-    return Head(variant) + kVertex;
+    std::string text = Head(variant);
+    if (variant.litByVertex)
+        text += std::string(kDeclarations) + kLitVaryings + kLightVertexBegin + kOneLight + kLightVertexEnd;
+    return text + kVertex;
 }
 
 std::string FragmentShaderSource(const CShaderVariant& variant) {
-    std::string text = Head(variant) + kDeclarations;
+    std::string text = Head(variant) + kPixelDeclarations + kDeclarations + kLitVaryings;
     if (variant.maps != 0) {
         text += kMapFunctions;
         for (int i = 0; i < kMapKinds; ++i) {
@@ -287,5 +374,5 @@ std::string FragmentShaderSource(const CShaderVariant& variant) {
                 text += "uniform sampler2D uMap" + std::to_string(i) + ";\n";
         }
     }
-    return text + kMain;
+    return text + kMain + kOneLight + kMainAfterLight;
 }

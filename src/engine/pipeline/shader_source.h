@@ -16,6 +16,15 @@ enum class ESurfacePart { Whole, Solid, Translucent };
  * formats stay solid where they were meant to be. */
 constexpr int kSolidAlpha = 250;
 
+/** How a part is drawn, apart from its material. */
+struct CSurfaceUse {
+    bool hasTexCoords = false;
+    ESurfacePart part = ESurfacePart::Whole;
+    bool litByVertex = false;  ///< a wish: materials that need a pixel's normal are lit by pixel all the same
+
+    friend bool operator==(const CSurfaceUse&, const CSurfaceUse&) = default;
+};
+
 /** Selects the shader program for a part. Each combination that a scene uses gets its own program,
  * because software OpenGL is only as fast as a program is short: a plain part under the headlight needs a
  * dozen instructions. */
@@ -28,6 +37,7 @@ struct CShaderVariant {
     bool tintedSpecular = false;  ///< metal: the highlight takes the surface's colour
     bool flat = false;
     bool twoSided = false;
+    bool litByVertex = false;  ///< not with flat, bump maps or reflections, which need a pixel's normal
     ESurfacePart part = ESurfacePart::Whole;
 
     [[nodiscard]] bool Has(EMapKind map) const { return (maps >> static_cast<unsigned>(map) & 1u) != 0; }
@@ -37,7 +47,7 @@ struct CShaderVariant {
 
 /** GLSL 1.20. Matrices are OpenGL's current ones; everything else is in uniforms:
  *
- * uNormal (mat3); uToViewer (CFrameView::PixelToViewer); uBase, uDiffuse (with opacity in w), uAmbient,
+ * uNormal (mat3); uToViewer (CFrameView::PixelToViewer); uViewer (CFrameView::viewer, for lighting by vertex); uBase, uDiffuse (with opacity in w), uAmbient,
  * uSelf, uSpecular (exponent in w); uAmbientLight; uLightPosition (cosOuter in w), uLightDirection (cosInner
  * in w), uLightColor, uLightRange; for map number i: uMap<i>, uMapS[i] and uMapT[i] (rows of the coordinates'
  * transform), uMapValue[i] (amount, sign, bias, 1 when not tiled), uMapWeight[i] (the value is the weighted

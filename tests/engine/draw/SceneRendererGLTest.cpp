@@ -172,7 +172,7 @@ TEST_F(SceneRendererGLTest, AProgramThatIsRejectedIsNotCompiledAgainInEachFrame)
     CTextureSet none;
     for (int frame = 0; frame < 3; ++frame) {
         pipeline.Begin(Gl(), {view, lights, none});
-        pipeline.UseMaterial(Gl(), Plain({1, 0, 0}), false, ESurfacePart::Whole);
+        pipeline.UseMaterial(Gl(), Plain({1, 0, 0}), CSurfaceUse{});
         pipeline.End(Gl());
         pipeline.Trim();
     }

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "engine/plan/CScreenScale.h"
+
+class CEqualMeshes;
+class CSceneMeshes;
+struct CFrameView;
+struct CPreparedScene;
+
+/** What of one node a drawing shows. */
+struct CNodePlan {
+    bool shown = false;
+    bool repeated = false;  ///< another node shows the same: opaque parts are left out
+    int level = 0;          ///< see CShape.h
+    CNodeOnScreen screen;   ///< only set for software
+};
+
+/** What one drawing of the view shows of each node, and how coarsely. */
+struct CFramePlan {
+    /** Triangles of at most this many pixels may be lit by vertex: at rest nobody can tell. */
+    static constexpr float kFineGrain = 2;
+    /** The same in a moving picture that is coarse anyway. */
+    static constexpr float kCoarseGrain = 8;
+
+    std::vector<CNodePlan> nodes;
+    bool moving = false;
+    bool whole = true;       ///< all in full
+    float grainPixels = -1;  ///< what has a finer grain is lit by vertex; below 0 nothing
+    double cost = 0;         ///< see CFrameBudget; only of a moving frame
+
+    /** All that is in the view, in full. software: measures the nodes on the screen. */
+    [[nodiscard]] static CFramePlan InFull(const CPreparedScene& scene, const CFrameView& view,
+                                           const CSceneMeshes& meshes, const CEqualMeshes& equal,
+                                           bool software);
+    /** Everything as boxes, also what is hidden or outside of the view; grainPixels above 0: all lit by vertex. */
+    [[nodiscard]] static CFramePlan InBoxes(const CPreparedScene& scene, const CSceneMeshes& meshes,
+                                            float grainPixels);
+    /** Makes a plan in full one that costs at most mostCost. allowedError: see ChooseLevels. */
+    void FitTo(const CPreparedScene& scene, const CSceneMeshes& meshes, double mostCost, float& allowedError);
+};

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "engine/draw/CShape.h"
+
+/** The meshes of a scene on the GPU, with the levels that were made of them. */
+class CSceneMeshes {
+  public:
+    /** How one mesh can be drawn, finest first: the mesh itself, with an error of 0, then its levels. */
+    struct CForm {
+        float error;  ///< in the mesh's units
+        float cost;   ///< see CFrameBudget
+    };
+
+    /** Uploads what is new, and drops the levels of meshes that are not the same as before. True when a mesh is not the
+     * same. */
+    bool Update(CGlCurrent& gl, const CPreparedScene& scene);
+    void Clear();
+    void SetLevels(CGlCurrent& gl, const CPreparedScene& scene, std::size_t mesh, CMeshLevels levels);
+
+    [[nodiscard]] std::size_t Count() const { return m_meshes.size(); }
+    [[nodiscard]] bool HasTexCoords(std::size_t mesh) const { return m_meshes[mesh].buffers.HasTexCoords(); }
+    /** level: 0 for the mesh itself, or one of its Forms, or kBoxLevel. */
+    [[nodiscard]] CShape Shape(const CPreparedScene& scene, std::size_t mesh, int level) const;
+    [[nodiscard]] const std::vector<CForm>& Forms(std::size_t mesh) const { return m_meshes[mesh].forms; }
+    /** The cost of a whole frame, see CFrameBudget. */
+    [[nodiscard]] double CostInFull(const CPreparedScene& scene) const;
+    /** See GrainsOf; a huge value where it is not known. */
+    [[nodiscard]] float Grain(std::size_t mesh, int level, std::size_t batch) const;
+    /** True when the levels of the mesh as it is now were set. */
+    [[nodiscard]] bool HasLevelsSet(std::size_t mesh) const { return m_meshes[mesh].levelsSet; }
+    [[nodiscard]] std::size_t Bytes() const;
+
+  private:
+    struct CEntry {
+        CMeshBuffers buffers;
+        std::vector<CLevelBuffers> levels;
+        std::vector<float> grains;
+        std::vector<CForm> forms;
+        bool levelsSet = false;
+    };
+    bool Take(CGlCurrent& gl, const CPreparedMesh& mesh, std::vector<CEntry>& before, std::size_t place);
+    static void DropLevels(CEntry& entry);
+    static void Measure(CEntry& entry, const CPreparedScene& scene, const CPreparedMesh& mesh);
+
+    std::vector<CEntry> m_meshes;
+    CMeshBuffers m_box;  ///< from -1 to 1
+};
+
+/** The matrix that takes the box of kBoxLevel to a mesh's bounds. */
+[[nodiscard]] CMat4 BoxPlacement(const CBox& bounds);

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+/** One form in which a node can be drawn. */
+struct CLevelOption {
+    float error;  ///< in pixels
+    float cost;   ///< as CFrameBudget counts it
+};
+
+/** The forms of one node: options [first, first + count) of a CLevelChoices, finest first. */
+struct CNodeOptions {
+    std::uint32_t first = 0, count = 0;
+    float pixels = 0;           ///< its size on the screen
+    std::uint32_t chosen = 0;   ///< 0: the finest; count: only its box
+};
+
+struct CLevelChoices {
+    std::vector<CLevelOption> options;
+    std::vector<CNodeOptions> nodes;
+};
+
+constexpr float kBoxCost = 60;
+
+/** Chooses a form for each node: the coarsest within an error that is the same for all, as small as the sum of costs
+ * allows. Where even the coarsest cost too much, the smallest nodes become boxes. allowedError (pixels) is the one
+ * before, and is kept while the sum stays between 0.8 of mostCost and mostCost, so that the picture does not flicker.
+ * Returns the sum of costs. */
+double ChooseLevels(CLevelChoices& choices, double mostCost, float& allowedError);
