@@ -161,7 +161,8 @@ void main() {
     // A zero normal stays zero instead of becoming undefined.
     vec3 N = vNormal * inversesqrt(max(dot(vNormal, vNormal), 1e-30));
 #ifdef TWO_SIDED
-    if (!gl_FrontFacing) N = -N;
+    // By the normal, not by the winding: neighbours of such surfaces are often wound against each other.
+    if (dot(N, V) < 0.0) N = -N;
 #endif
 #endif
 #endif
