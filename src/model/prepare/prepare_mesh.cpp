@@ -9,6 +9,7 @@
 #include <cmath>
 #include <utility>
 
+#include "base/CHashIndex.h"
 #include "model/prepare/mesh_faces.h"
 #include "model/scene/CScene.h"
 #include "model/scene/mesh_access.h"
@@ -16,7 +17,7 @@
 namespace {
 /** A vertex of more faces than this gets its normals group by group, in linear time; faces that share two
  * groups then count twice. */
-constexpr std::uint32_t kHugeFan = 256;
+constexpr std::uint32_t kHugeFan = 128;
 
 std::int16_t Snorm(float value) {
     return static_cast<std::int16_t>(std::lrint(value * 32767.0f));
@@ -79,6 +80,11 @@ class CMeshPreparer {
     [[nodiscard]] CGroupSums SumsByGroup(const CFan& fan) const;
     [[nodiscard]] static CVec3 SumFor(const CMeshFace& face, const CGroupSums& sums);
     void EmitBatches();
+    /** Faces [begin, end) of one batch. */
+    struct CRun {
+        std::uint32_t begin, end, batch;
+    };
+    [[nodiscard]] std::vector<CRun> CountBatches();
     [[nodiscard]] std::uint32_t MaterialOf(std::uint32_t face) const;
 
     const CMeshView& m_view;
@@ -287,17 +293,28 @@ std::uint32_t CMeshPreparer::MaterialOf(std::uint32_t face) const {
     return material == CMeshView::kNoMaterial ? m_defaultMaterial : material;
 }
 
-/** Faces by material, in the order of the materials' first use, each batch in the file's order. */
-void CMeshPreparer::EmitBatches() {
-    std::vector<std::uint32_t> batchOfMaterial(m_defaultMaterial + 1, ~0u);
-    for (std::uint32_t face = 0; face < m_faces.size(); ++face) {
+/** Makes the batches, in the order of their materials' first use, and the runs of faces that belong to one. Goes
+ * by no list of all materials, as a file may have many of them and many meshes. */
+std::vector<CMeshPreparer::CRun> CMeshPreparer::CountBatches() {
+    std::vector<CRun> runs;
+    CHashIndex batchOfMaterial;
+    for (std::uint32_t face = 0; face < m_faces.size();) {
         const std::uint32_t material = MaterialOf(face);
-        if (batchOfMaterial[material] == ~0u) {
-            batchOfMaterial[material] = static_cast<std::uint32_t>(m_mesh.batches.size());
-            m_mesh.batches.push_back({material, 0, 0});
-        }
-        m_mesh.batches[batchOfMaterial[material]].indexCount += 3;
+        const auto fresh = static_cast<std::uint32_t>(m_mesh.batches.size());
+        const auto isOf = [&](std::uint32_t batch) { return m_mesh.batches[batch].material == material; };
+        const std::uint32_t batch = batchOfMaterial.FindOrAdd(material, fresh, isOf);
+        if (batch == fresh) m_mesh.batches.push_back({material, 0, 0});
+        const std::uint32_t begin = face++;
+        while (face < m_faces.size() && MaterialOf(face) == material) ++face;
+        runs.push_back({begin, face, batch});
+        m_mesh.batches[batch].indexCount += (face - begin) * 3;
     }
+    return runs;
+}
+
+/** Faces by material, each batch in the file's order. */
+void CMeshPreparer::EmitBatches() {
+    const std::vector<CRun> runs = CountBatches();
     std::vector<std::uint32_t> next;
     std::uint32_t sum = 0;
     for (CPreparedBatch& batch : m_mesh.batches) {
@@ -306,13 +323,12 @@ void CMeshPreparer::EmitBatches() {
         sum += batch.indexCount;
     }
     const auto fill = [&](auto& indices) {
+        using Index = typename std::remove_reference_t<decltype(indices)>::value_type;
         indices.resize(sum);
-        for (std::uint32_t face = 0; face < m_faces.size(); ++face) {
-            std::uint32_t& at = next[batchOfMaterial[MaterialOf(face)]];
-            for (std::uint32_t corner = face * 3; corner < face * 3 + 3; ++corner) {
-                using Index = typename std::remove_reference_t<decltype(indices)>::value_type;
+        for (const CRun& run : runs) {
+            std::uint32_t& at = next[run.batch];
+            for (std::uint32_t corner = run.begin * 3; corner < run.end * 3; ++corner)
                 indices[at++] = static_cast<Index>(m_vertexOfCorner[corner]);
-            }
         }
     };
     if (m_mesh.vertices.size() <= 65536)
