@@ -44,6 +44,15 @@ CFrameLight ToFrame(const CPreparedLight& source, const CFrameView& view) {
     return light;
 }
 
+/** The eye is the origin; without one the light comes from far away. */
+CFrameLight JoinedHeadlight(const CFrameView& view) {
+    constexpr float kFar = 1e12f;
+    CFrameLight light;
+    if (!view.perspective) light.position = CVec3{view.viewer[0], view.viewer[1], view.viewer[2]} * kFar;
+    light.color = {1, 1, 1};
+    return light;
+}
+
 }  // namespace
 
 CFrameLights CFrameLights::From(const CPreparedScene& scene, const CFrameView& view, bool useFileLights) {
@@ -53,12 +62,15 @@ CFrameLights CFrameLights::From(const CPreparedScene& scene, const CFrameView& v
     for (const CPreparedLight& light : scene.lights) {
         if (!light.off) result.lights.push_back(ToFrame(light, view));
     }
-    if (result.lights.size() > kMaxLights) {
+    const bool joins = scene.headlightJoins && !result.lights.empty();
+    const std::size_t most = kMaxLights - (joins ? 1 : 0);
+    if (result.lights.size() > most) {
         std::stable_sort(
             result.lights.begin(), result.lights.end(),
             [](const CFrameLight& a, const CFrameLight& b) { return Strength(a) > Strength(b); });
-        result.lights.resize(kMaxLights);
+        result.lights.resize(most);
     }
+    if (joins) result.lights.push_back(JoinedHeadlight(view));
     for (const CFrameLight& light : result.lights) {
         result.anySpot = result.anySpot || light.spot;
         result.anyRange = result.anyRange || light.innerRange < 1e30f;

@@ -21,8 +21,8 @@ struct CFrameLight {
 };
 
 /** The lights of one drawing of the view: those of the file that are switched on, at most the kMaxLights
- * strongest; or one white headlight at the eye when there are none or useFileLights is false. The file's
- * ambient light always counts. */
+ * strongest, joined by the headlight where these leave the scene in the dark; or one white headlight at the eye
+ * when there are none or useFileLights is false. The file's ambient light always counts. */
 struct CFrameLights {
     static constexpr std::size_t kMaxLights = 8;
 

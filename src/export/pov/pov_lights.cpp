@@ -50,10 +50,9 @@ bool HasPovLights(const CPreparedScene& scene, bool useFileLights) {
 }
 
 void WritePovLights(CPovText& text, const CPreparedScene& scene, bool useFileLights, const CMat4& place) {
-    if (!HasPovLights(scene, useFileLights)) {
-        text << "light_source{Eye rgb 1/.6}\n";
-        return;
-    }
+    const bool byFile = HasPovLights(scene, useFileLights);
+    if (!byFile || scene.headlightJoins) text << "light_source{Eye rgb 1/.6}\n";
+    if (!byFile) return;
     for (const CPreparedLight& light : scene.lights) {
         if (!light.off) WriteLight(text, light, place);
     }

@@ -182,6 +182,8 @@ struct CPreparedScene {
     std::vector<CSceneNote> notes;
     std::vector<std::string> sourceFiles;  ///< what the model was read from, pictures apart; may be empty
     CVec3 ambientLight;
+    /** The lights of the file leave it in the dark: who lights it by them adds a white light at the eye. */
+    bool headlightJoins = false;
     CVec3 backgroundColor;
     bool hasBackgroundColor = false;
     float firstFrame = 0, lastFrame = 0, currentFrame = 0;

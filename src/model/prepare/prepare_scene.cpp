@@ -145,5 +145,6 @@ CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options)
     if (ResolveMirroring(prepared)) EvaluateNodes(prepared, scene, frame);
     if (ResolvePlacedTwice(prepared)) EvaluateNodes(prepared, scene, frame);
     ShowBothSidesIfTurnedAway(prepared);
+    JoinHeadlightIfDark(prepared);
     return prepared;
 }

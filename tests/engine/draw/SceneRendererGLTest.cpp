@@ -86,6 +86,12 @@ TEST_F(SceneRendererGLTest, ParallelProjectionIsLitFromTheViewersDirection) {
     m_projection = CMatrix4d::From(CMat4::Scale({0.5f, 0.5f, -0.1f}));
     EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {64, 64, 64}));
     EXPECT_TRUE(HasColor(Draw({true, 0, true}), kMiddleX, kMiddleY, {64, 64, 64}, 2));
+    // Where it joins a light of the file that shines on the back, nothing else changes.
+    m_builder.Scene().lights = {LightAt({0, 0, -9})};
+    EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {0, 0, 0}));
+    m_builder.Scene().headlightJoins = true;
+    EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {64, 64, 64}, 2));
+    EXPECT_TRUE(HasColor(Draw({true, 0, true}), kMiddleX, kMiddleY, {64, 64, 64}, 2));
 }
 
 TEST_F(SceneRendererGLTest, TexturesCanBeSwitchedOffAndMissingOnesShowTheColour) {

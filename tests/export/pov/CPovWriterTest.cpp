@@ -90,6 +90,10 @@ std::function<void(CBuilder&)> SquareUnder(const std::vector<CPreparedLight>& li
         b.Scene().lights = lights;
     };
 }
+void SquareInTheDark(CBuilder& b) {
+    SquareUnder({LightAt({1, 2, -3}, 2)})(b);
+    b.Scene().headlightJoins = true;
+}
 const CPreparedLight kLamp = LightAt({1, 2, 3}, 2),
                      kAimless{.spot = true, .position = {1, 2, 3}, .target = {1, 2, 3}},
                      kOff{.off = true, .position = {1, 2, 3}};
@@ -114,6 +118,7 @@ const CGoldenCase kGolden[] = {
     {"aimless_spot", SquareUnder({kAimless})},
     {"one_of_two_lights", SquareUnder({kOff, kLamp})},
     {"light_off", SquareUnder({kOff})},
+    {"light_that_misses", SquareInTheDark},
     {"headlight", SquareUnder({kLamp}), {.mode = 3 | C3ds2Pov::kHeadlight}},
     {"tiny", SquareUnder({kLamp}, 1e-7f)},
     {"huge", SquareUnder({kLamp}, 1e9f)},

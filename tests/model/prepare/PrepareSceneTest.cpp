@@ -220,6 +220,35 @@ TEST(PrepareSceneTest, SceneThatFacesAwayIsShownFromBothSides) {
         EXPECT_EQ(CReadScene(Scene(meshes)).prepared.materials.back().twoSided, bothSides);
 }
 
+struct CDarkness {
+    const char* name;
+    CPreparedLight light;
+    float ambient;
+    bool joins;
+};
+class DarkFiles : public testing::TestWithParam<CDarkness> {};
+
+TEST_P(DarkFiles, AreLitFromTheEyeToo) {
+    CPreparedScene scene = CReadScene(Scene(Cube())).prepared;
+    scene.lights = {GetParam().light};
+    scene.ambientLight = {GetParam().ambient, GetParam().ambient, GetParam().ambient};
+    JoinHeadlightIfDark(scene);
+    EXPECT_EQ(scene.headlightJoins, GetParam().joins);
+    EXPECT_EQ(!scene.notes.empty(), GetParam().joins);
+}
+
+constexpr CVec3 kAbove{2, 3, 20};
+const CDarkness kDarknesses[] = {
+    {"Lamp", {.position = kAbove}, 0, false},
+    {"LampThatIsOff", {.off = true, .position = kAbove}, 0, false},
+    {"DimLamp", {.position = kAbove, .multiplier = 0.05f}, 0, true},
+    {"DimLampInAmbientLight", {.position = kAbove, .multiplier = 0.05f}, 0.3f, false},
+    {"LampInside", {.position = {0, 0, 0}}, 0, true},
+    {"SpotAtTheModel", {.spot = true, .position = kAbove, .target = {0, 0, 0}}, 0, false},
+    {"HeadlampAwayFromTheModel", {.spot = true, .position = {0, 0, 1.1f}, .target = {0, 0, 9}}, 0, true},
+    {"OutOfRange", {.position = kAbove, .attenuate = true, .innerRange = 1, .outerRange = 9}, 0, true}};
+INSTANTIATE_TEST_SUITE_P(PrepareSceneTest, DarkFiles, testing::ValuesIn(kDarknesses), kRowName);
+
 TEST(PrepareSceneTest, PointsThatStandInPlaceAreNotMovedAgainByKeys) {
     for (const bool standInPlace : {true, false}) {
         const float x = standInPlace ? 40 : 0, middle = standInPlace ? 0.5f : 0;
