@@ -126,7 +126,8 @@ bool Measure(const std::string& path, const COptions& options) {
         return false;
     }
     (void)context.Value().MakeCurrent();  // the token is for those who draw themselves
-    engine.SetPreviewSize(C2DRect(0, 0, static_cast<float>(options.width), static_cast<float>(options.height)));
+    engine.SetPreviewSize(
+        C2DRect(0, 0, static_cast<float>(options.width), static_cast<float>(options.height)));
     engine.SetIsoCameraModel();
     for (int i = 0; i < options.zoom; ++i) engine.ZoomModel(-20);
     for (int i = 0; i < 2; ++i) Paint(engine);
@@ -139,12 +140,13 @@ bool Measure(const std::string& path, const COptions& options) {
     const double n = static_cast<double>(f.wall.size()), compared = std::max(f.compared, 1);
     double sum = 0;
     for (const double ms : f.wall) sum += ms;
-    std::printf("{\"file\": \"%s\", \"triangles\": %zu, \"full_ms\": %.1f, \"levels_ms\": %.0f, \"frames_a_second\": "
-                "%.1f, \"median_ms\": %.1f, \"worst_ms\": %.1f, \"main_ms\": %.1f, \"all_ms\": %.1f, \"whole\": %d, "
-                "\"worst_db\": %.1f, \"mean_db\": %.1f, \"peak_mb\": %.0f}\n",
-                std::filesystem::path(path).filename().c_str(), engine.Prepared()->triangleCount, fullMs,
-                levelsMs, n * 1000 / sum, f.wall[f.wall.size() / 2], f.wall.back(), f.main / n, f.all / n,
-                f.whole, f.worstDb, f.sumDb / compared, PeakMb());
+    std::printf(
+        "{\"file\": \"%s\", \"triangles\": %zu, \"full_ms\": %.1f, \"levels_ms\": %.0f, \"frames_a_second\": "
+        "%.1f, \"median_ms\": %.1f, \"worst_ms\": %.1f, \"main_ms\": %.1f, \"all_ms\": %.1f, \"whole\": %d, "
+        "\"worst_db\": %.1f, \"mean_db\": %.1f, \"peak_mb\": %.0f}\n",
+        std::filesystem::path(path).filename().c_str(), engine.Prepared()->triangleCount, fullMs, levelsMs,
+        n * 1000 / sum, f.wall[f.wall.size() / 2], f.wall.back(), f.main / n, f.all / n, f.whole, f.worstDb,
+        f.sumDb / compared, PeakMb());
     std::fflush(stdout);
     engine.CloseModel();
     return true;
@@ -163,7 +165,9 @@ void AddFiles(const std::string& path, std::vector<std::string>& files) {
 bool ReadOptions(int argc, char** argv, COptions& options) {
     for (int i = 1; i < argc; ++i) {
         const std::string argument = argv[i];
-        int* number = argument == "--zoom" ? &options.zoom : argument == "--frames" ? &options.frames : nullptr;
+        int* number = argument == "--zoom"     ? &options.zoom
+                      : argument == "--frames" ? &options.frames
+                                               : nullptr;
         if (argument == "--still") {
             options.still = true;
         } else if (argument == "--size" && i + 1 < argc) {
@@ -185,7 +189,9 @@ int main(int argc, char** argv) {
     try {
         COptions options;
         if (!ReadOptions(argc, argv, options)) {
-            std::fprintf(stderr, "usage: orbivue_moving_bench [--still] [--zoom STEPS] [--frames N] [--size WxH] FILE...\n");
+            std::fprintf(
+                stderr,
+                "usage: orbivue_moving_bench [--still] [--zoom STEPS] [--frames N] [--size WxH] FILE...\n");
             return 2;
         }
         bool allOpened = true;

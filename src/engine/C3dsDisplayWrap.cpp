@@ -82,7 +82,9 @@ void C3dsDisplayWrap::UpdateModelOnZoom() {}
 
 bool C3dsDisplayWrap::OpenModel(const wchar_t* path) {
     CloseModel();
-    return OpenLoaded(LoadScene(Utf8(path)));
+    CLoadLimits limits;
+    if (m_state->viewingOnly) limits.pictureBytes = scene_budget::kPictureBytesForOneView;
+    return OpenLoaded(LoadScene(Utf8(path), nullptr, limits));
 }
 
 bool C3dsDisplayWrap::OpenLoaded(CResult<CLoadedScene> loaded) {

@@ -143,17 +143,13 @@ CShape CSceneMeshes::Shape(const CPreparedScene& scene, std::size_t mesh, int le
     const CPreparedMesh& source = scene.meshes[mesh];
     if (level == kBoxLevel) return {&m_box, nullptr, nullptr, {}};
     if (level == kFullLevel)
-        return {&entry.buffers,
-                nullptr,
-                &source.batches,
-                {source.vertices, source.indices16, source.indices32}};
+        return {
+            &entry.buffers, nullptr, &source.batches, {source.vertices, source.indices16, source.indices32}};
     const CLevelBuffers& buffers = entry.levels[static_cast<std::size_t>(level - 1)];
     const CMeshLevel& arrays = buffers.level;
     if (buffers.HasOwnVertices())
-        return {&buffers.own,
-                nullptr,
-                &arrays.batches,
-                {arrays.vertices, arrays.indices16, arrays.indices32}};
+        return {
+            &buffers.own, nullptr, &arrays.batches, {arrays.vertices, arrays.indices16, arrays.indices32}};
     return {&entry.buffers,
             &buffers.indices,
             &arrays.batches,

@@ -76,14 +76,16 @@ struct CPreparedNode {
     Lib3dsNode* source = nullptr;  ///< not owned; null for a node made up for a mesh without one
     /** No keys say where the node is: fixedWorld does, and shows the points as the file has them. */
     bool isPlacedByMesh = false;
-    CMat4 fixedWorld;       ///< world when isPlacedByMesh
-    CVec3 pivot;            ///< in object coordinates
-    CMat4 meshToNode;       ///< T(-pivot) * mesh.toLocal; constant
-    CMat4 world;            ///< node coordinates to scene, at the evaluated frame
-    CMat4 meshToWorld;      ///< world * meshToNode: what the vertices are multiplied with
-    bool mirrored = false;  ///< meshToWorld has a negative determinant: front faces are clockwise
-    bool visible = true;    ///< not hidden in the file, nor by its hide track at this frame
-    CBox worldBounds;       ///< of the mesh at this frame; empty without one
+    CMat4 fixedWorld;           ///< world when isPlacedByMesh
+    CVec3 pivot;                ///< in object coordinates
+    CMat4 meshToNode;           ///< T(-pivot) * mesh.toLocal; constant
+    CMat4 world;                ///< node coordinates to scene, at the evaluated frame
+    CMat4 meshToWorld;          ///< world * meshToNode: what the vertices are multiplied with
+    bool mirrored = false;      ///< meshToWorld has a negative determinant: front faces are clockwise
+    bool visible = true;        ///< not hidden by its hide track at this frame, and within the budget
+    bool isOverBudget = false;  ///< never visible: the nodes before it draw as much as a scene may
+    CBox worldBounds;           ///< of the vertices at this frame; see EvaluateBounds; empty without a mesh
+    std::uint64_t boundsStamp = 0;  ///< of the mesh that worldBounds were worked out for, 0: none
 };
 
 /** One map of a material. Amount 0 or texture -1 means that it has no effect. */

@@ -15,6 +15,7 @@
 #include "base/text/ascii_text.h"
 #include "base/text/lng.h"
 #include "model/scene/CScene.h"
+#include "model/scene/scene_budget.h"
 #include "model/scene/unique_names.h"
 
 namespace {
@@ -92,6 +93,7 @@ class CNodePreparer {
     void Run() {
         AddTree();
         AddMeshesWithoutNode();
+        KeepToBudget();
         NoteHidden();
         AddLights();
         AddCameras();
@@ -102,6 +104,7 @@ class CNodePreparer {
     void AddNode(Lib3dsNode& node, int parent);
     void SetMesh(const Lib3dsNode& source, CPreparedNode& node);
     void AddMeshesWithoutNode();
+    void KeepToBudget();
     void NoteHidden();
     void AddLights();
     void AddCameras();
@@ -176,6 +179,28 @@ void CNodePreparer::AddMeshesWithoutNode() {
         node.meshToNode = mesh.toLocal;
         m_prepared.nodes.push_back(std::move(node));
     }
+}
+
+/** A small file can name one large mesh, or one of many materials, in thousands of nodes. */
+void CNodePreparer::KeepToBudget() {
+    std::uint64_t triangles = scene_budget::kDrawnTriangles, batches = scene_budget::kDrawnBatches;
+    std::size_t left = 0;
+    for (CPreparedNode& node : m_prepared.nodes) {
+        if (node.mesh < 0) continue;
+        const CPreparedMesh& mesh = m_prepared.meshes[static_cast<std::size_t>(node.mesh)];
+        const std::uint64_t ownTriangles = mesh.IndexCount() / 3, ownBatches = mesh.batches.size();
+        node.isOverBudget = ownTriangles > triangles || ownBatches > batches;
+        if (node.isOverBudget) {
+            ++left;
+            continue;
+        }
+        triangles -= ownTriangles;
+        batches -= ownBatches;
+    }
+    if (left == 0) return;
+    m_prepared.notes.push_back({CSceneNote::EKind::Limited,
+                                lng::Mark("Objects beyond 64 million drawn triangles are not shown"),
+                                std::to_string(left)});
 }
 
 /** Authors hide parts to work on others; whoever opens the file wants to see all of it. */

@@ -8,6 +8,7 @@
 
 #include "base/jobs/parallel_for.h"
 #include "model/prepare/facing.h"
+#include "model/prepare/load_textures.h"
 #include "model/prepare/prepare_materials.h"
 #include "model/prepare/prepare_mesh.h"
 #include "model/prepare/prepare_nodes.h"
@@ -113,7 +114,7 @@ void FindFrames(const CScene& scene, CPreparedScene& prepared) {
 void CountParts(const CScene& scene, CPreparedScene& prepared) {
     prepared.triangleCount = prepared.vertexCount = 0;
     for (const CPreparedNode& node : prepared.nodes) {
-        if (node.mesh >= 0)
+        if (node.mesh >= 0 && !node.isOverBudget)
             prepared.triangleCount += prepared.meshes[static_cast<std::size_t>(node.mesh)].IndexCount() / 3;
     }
     for (const CMeshView& view : scene.Meshes()) {
@@ -141,9 +142,9 @@ CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options)
     CountParts(scene, prepared);
     const float frame =
         std::clamp(static_cast<float>(file.current_frame), prepared.firstFrame, prepared.lastFrame);
-    EvaluateNodes(prepared, scene, frame);
-    if (ResolveMirroring(prepared)) EvaluateNodes(prepared, scene, frame);
-    if (ResolvePlacedTwice(prepared)) EvaluateNodes(prepared, scene, frame);
+    EvaluateNodes(prepared, scene, frame, options.threads);
+    if (ResolveMirroring(prepared)) EvaluateNodes(prepared, scene, frame, options.threads);
+    if (ResolvePlacedTwice(prepared)) EvaluateNodes(prepared, scene, frame, options.threads);
     ShowBothSidesIfTurnedAway(prepared);
     return prepared;
 }

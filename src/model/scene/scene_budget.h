@@ -34,5 +34,10 @@ constexpr std::uint64_t kVerticesForBounds = 20'000'000;
 // --- pictures ---------------------------------------------------------------------------------------------
 /** Different names of pictures that are looked for. */
 constexpr std::size_t kPictureNames = 20'000;
+/** Decoded pictures of a scene together, as RGBA; see LoadTextures for what happens beyond. In the memory of
+ * the graphics card they take a third more. */
+constexpr std::uint64_t kPictureBytes = 512ULL << 20;
+/** The same where a scene is opened for one picture of it, which shows no such detail. */
+constexpr std::uint64_t kPictureBytesForOneView = 128ULL << 20;
 
 }  // namespace scene_budget
