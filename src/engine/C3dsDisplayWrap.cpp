@@ -27,7 +27,9 @@ std::string Utf8(const wchar_t* path) {
 }  // namespace
 
 void C3dsDisplayWrap::CState::Show(CLoadedScene loaded) {
-    if (viewingOnly) loaded.scene.DropArrays();
+    const auto morphs = [](const CPreparedNode& node) { return !node.morph.keys.empty(); };
+    const auto& nodes = loaded.prepared.nodes;
+    if (viewingOnly && std::none_of(nodes.begin(), nodes.end(), morphs)) loaded.scene.DropArrays();
     scene.emplace(std::move(loaded.scene));
     prepared = std::move(loaded.prepared);
     readMs = loaded.readMs;

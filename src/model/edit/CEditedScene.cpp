@@ -234,7 +234,9 @@ void CEditedScene::AddTexCoords(std::size_t mesh) {
     made.toLocal = old.toLocal;
     m_undo.emplace_back([this, mesh, held = std::exchange(old, std::move(made))]() mutable {
         m_prepared.meshes[mesh] = std::move(held);
+        m_placesChanged = true;
     });
+    m_placesChanged = true;  // a mesh that changes its shape needs that of this frame
 }
 
 bool CEditedScene::IsShared(std::size_t mesh) const {

@@ -12,7 +12,7 @@
 #include <utility>
 
 #include "base/name_hash.h"
-#include "model/prepare/node_bounds.h"
+#include "model/prepare/node_steps.h"
 #include "model/prepare/prepare_scene.h"
 
 namespace {
@@ -196,13 +196,13 @@ CMat4 WorldOf(const CPreparedScene& prepared, int node, float frame) {
     return world.IsFinite() ? world : CMat4{};
 }
 
-void EvaluateNodes(CPreparedScene& prepared, const CScene&, float frame, unsigned threads) {
+void EvaluateNodes(CPreparedScene& prepared, const CScene& scene, float frame, unsigned threads) {
     prepared.currentFrame = frame;
     EvaluateTransforms(prepared, frame);
     EvaluateViewers(prepared, frame);
     for (CPreparedNode& node : prepared.nodes) {
-        if (node.mesh >= 0)
-            node.visible = !node.isOverBudget && (!node.source || IsShown(*node.source, frame));
+        if (node.mesh >= 0) node.visible = !node.isLeftOut && (!node.source || IsShown(*node.source, frame));
     }
+    EvaluateMorphs(prepared, scene, frame, threads);
     EvaluateBounds(prepared, threads);
 }

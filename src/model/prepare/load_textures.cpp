@@ -138,7 +138,7 @@ void CTextureLoader::LearnClaims() {
             source.kept = std::move(read).Value();
             bytes = source.kept;
         }
-        const auto claim = image_codec::ClaimOf(bytes, m_prepared.textures[source.texture].reference);
+        const auto claim = image_codec::ClaimOf(bytes, source.hit.foundAt);
         constexpr std::uint64_t kLargest = 1ULL << 31;
         if (claim)
             source.bytes = std::min(claim.Value().width, kLargest) *
@@ -199,7 +199,7 @@ void CTextureLoader::DecodeOne(CSource& source) {
     const std::uint64_t slack = source.reduction > 1 ? source.Cost() / 8 + 4096 : 0;
     image_codec::CDecodeLimits limits;
     if (source.bytes > 0) limits.bytes = std::min(limits.bytes, source.Cost() + slack);
-    auto decoded = image_codec::DecodeImage(bytes, texture.reference, limits);
+    auto decoded = image_codec::DecodeImage(bytes, source.hit.foundAt, limits);
     source.kept = {};
     if (!decoded) return source.notes.push_back(NotReadable(NameOf(source), decoded.Error()));
     if (decoded.Value().reduction > 1)
@@ -245,7 +245,7 @@ std::optional<CSceneNote> LoadTexture(const CTextureLocator& textures, std::uint
         if (!file) return NotReadable(std::move(name), file.Error());
         read = std::move(file).Value();
     }
-    auto decoded = image_codec::DecodeImage(hit->data ? *hit->data : read, texture.reference,
+    auto decoded = image_codec::DecodeImage(hit->data ? *hit->data : read, hit->foundAt,
                                             {std::min(maxBytes, image_codec::kMaxDecodedBytes)});
     if (!decoded) return NotReadable(std::move(name), decoded.Error());
     texture.foundAt = hit->foundAt;

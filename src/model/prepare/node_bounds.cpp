@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "model/prepare/node_bounds.h"
-
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "base/jobs/parallel_for.h"
 #include "model/prepare/CPreparedScene.h"
+#include "model/prepare/node_steps.h"
 #include "model/scene/scene_budget.h"
 
 namespace {
