@@ -27,7 +27,9 @@ std::string Utf8(const wchar_t* path) {
 }  // namespace
 
 void C3dsDisplayWrap::CState::Show(CLoadedScene loaded) {
-    if (viewingOnly) loaded.scene.DropArrays();
+    const auto morphs = [](const CPreparedNode& node) { return !node.morph.keys.empty(); };
+    const auto& nodes = loaded.prepared.nodes;
+    if (viewingOnly && std::none_of(nodes.begin(), nodes.end(), morphs)) loaded.scene.DropArrays();
     scene.emplace(std::move(loaded.scene));
     prepared = std::move(loaded.prepared);
     readMs = loaded.readMs;
@@ -82,7 +84,9 @@ void C3dsDisplayWrap::UpdateModelOnZoom() {}
 
 bool C3dsDisplayWrap::OpenModel(const wchar_t* path) {
     CloseModel();
-    return OpenLoaded(LoadScene(Utf8(path)));
+    CLoadLimits limits;
+    if (m_state->viewingOnly) limits.pictureBytes = scene_budget::kPictureBytesForOneView;
+    return OpenLoaded(LoadScene(Utf8(path), nullptr, limits));
 }
 
 bool C3dsDisplayWrap::OpenLoaded(CResult<CLoadedScene> loaded) {

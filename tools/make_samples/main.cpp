@@ -13,6 +13,7 @@ void MakeAll(const std::filesystem::path& folder) {
     scenes::MakeMaterials(folder);
     scenes::MakeChess(folder);
     scenes::MakeKnot(folder);
+    scenes::MakeVase(folder);
 }
 
 }  // namespace

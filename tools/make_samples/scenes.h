@@ -14,6 +14,8 @@ void MakeMaterials(const std::filesystem::path& folder);
 void MakeChess(const std::filesystem::path& folder);
 /** A knot on a plinth, without a keyframer section. */
 void MakeKnot(const std::filesystem::path& folder);
+/** A lump of clay that becomes a bowl and a vase: one mesh that changes its shape. */
+void MakeVase(const std::filesystem::path& folder);
 /** Small scenes (in folder/3ds) that together hold every part of the format that lib3ds writes, and archives
  * of them (in folder/zip); for tests and fuzzing. */
 void MakeSeeds(const std::filesystem::path& folder);

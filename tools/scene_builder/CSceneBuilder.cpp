@@ -15,6 +15,10 @@
 #include <numbers>
 #include <stdexcept>
 
+#include "files/file_util_ex.h"
+#include "model/save/morph_tracks.h"
+#include "model/scene/lib3ds_memory_io.h"
+
 namespace {
 
 constexpr const char* kDummyName = "$$$DUMMY";
@@ -193,6 +197,13 @@ void CSceneBuilder::MoveTo(Lib3dsNode& object, int frame, CVec3 position) {
     AddKey(object.data.object.pos_track, frame, position);
 }
 
+void CSceneBuilder::MorphTo(Lib3dsNode& object, int frame, const std::string& mesh) {
+    Lib3dsMorphKey* key = lib3ds_morph_key_new();
+    key->tcb.frame = frame;
+    SetText(key->name, mesh);
+    lib3ds_morph_track_insert(&object.data.object.morph_track, key);
+}
+
 void CSceneBuilder::HideFrom(Lib3dsNode& object, int frame) {
     Lib3dsBoolKey* key = lib3ds_bool_key_new();
     key->tcb.frame = frame;
@@ -292,6 +303,10 @@ void CSceneBuilder::Bake() {
 
 void CSceneBuilder::Save(const std::filesystem::path& path) {
     Bake();
-    if (lib3ds_file_save(m_file.get(), path.c_str()) == 0)
+    CLib3dsMemoryWriter writer;
+    const bool written = lib3ds_file_write(m_file.get(), writer.Io()) != 0;
+    std::vector<std::byte> bytes = writer.Bytes();
+    WriteMorphTracks(*m_file, bytes);
+    if (!written || !file_util_ex::WriteFileAtomically(path.native(), bytes))
         throw std::runtime_error("could not write " + path.string());
 }

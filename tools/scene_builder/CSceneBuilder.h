@@ -74,6 +74,8 @@ class CSceneBuilder {
     void Spin(Lib3dsNode& object, float turns, float startDeg = 0, CVec3 axis = {0, 0, 1});
     /** A further position key of an object or dummy. */
     static void MoveTo(Lib3dsNode& object, int frame, CVec3 position);
+    /** From that frame on the object has the shape of another mesh with as many points. */
+    static void MorphTo(Lib3dsNode& object, int frame, const std::string& mesh);
     static void HideFrom(Lib3dsNode& object, int frame);
 
     void AddOmni(const std::string& name, CVec3 position, CVec3 color, float multiplier = 1);

@@ -11,11 +11,13 @@
 #include <utility>
 
 #include "model/edit/CPictureShelf.h"
+#include "model/prepare/load_textures.h"
 #include "model/prepare/prepare_materials.h"
 #include "model/prepare/prepare_mesh.h"
 #include "model/prepare/prepare_scene.h"
 #include "model/scene/lib3ds_copies.h"
 #include "model/scene/lib3ds_list.h"
+#include "model/scene/scene_budget.h"
 #include "model/scene/unique_names.h"
 
 namespace {
@@ -159,6 +161,14 @@ void CEditedScene::SetTextures(CTextureLocator textures) {
     m_scene.SetTextures(std::move(textures));
 }
 
+/** An edit's picture may always have some room, as the user chose it. */
+std::uint64_t CEditedScene::PictureBytesLeft() const {
+    constexpr std::uint64_t kLeast = scene_budget::kPictureBytes / 8;
+    std::uint64_t used = 0;
+    for (const CPreparedTexture& texture : m_prepared.textures) used += texture.image.rgba.size();
+    return std::max(kLeast, scene_budget::kPictureBytes - std::min(used, scene_budget::kPictureBytes));
+}
+
 int CEditedScene::TextureOf(const std::string& reference) {
     std::vector<CPreparedTexture>& textures = m_prepared.textures;
     const std::optional<CTextureHit> hit = m_scene.Textures().Find(reference);
@@ -172,7 +182,7 @@ int CEditedScene::TextureOf(const std::string& reference) {
     texture.reference = reference;
     const std::size_t notes = m_prepared.notes.size();
     if (texture.image.IsEmpty()) {
-        if (auto problem = LoadTexture(m_scene.Textures(), texture))
+        if (auto problem = LoadTexture(m_scene.Textures(), PictureBytesLeft(), texture))
             m_prepared.notes.push_back(std::move(*problem));
     }
     textures.push_back(std::move(texture));
@@ -224,7 +234,9 @@ void CEditedScene::AddTexCoords(std::size_t mesh) {
     made.toLocal = old.toLocal;
     m_undo.emplace_back([this, mesh, held = std::exchange(old, std::move(made))]() mutable {
         m_prepared.meshes[mesh] = std::move(held);
+        m_placesChanged = true;
     });
+    m_placesChanged = true;  // a mesh that changes its shape needs that of this frame
 }
 
 bool CEditedScene::IsShared(std::size_t mesh) const {

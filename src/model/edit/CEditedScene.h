@@ -96,6 +96,7 @@ class CEditedScene {
         Lib3dsMaterial* file;
         std::string nameInFile;
     };
+    [[nodiscard]] std::uint64_t PictureBytesLeft() const;
     void DecideLook(CPreparedMaterial& look);
     void RenumberNoMaterial(std::uint32_t from, std::uint32_t to);
     [[nodiscard]] std::uint16_t FaceMaterial(std::uint32_t index) const;

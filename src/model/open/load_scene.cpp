@@ -45,6 +45,7 @@ CResult<CLoadedScene> Prepare(CScene scene, double readMs, CJobProgress* progres
     options.threads = limits.threads;
     options.progress = progress;
     options.bytesLeft = &bytesLeft;
+    options.pictureBytes = limits.pictureBytes;
     CPreparedScene prepared = PrepareScene(scene, options);
     if (progress && progress->IsCancelled()) return Cancelled(path);
     if (bytesLeft < 0) return TooLarge(path);

@@ -9,6 +9,7 @@
 #include "base/jobs/CJobProgress.h"
 #include "model/prepare/CPreparedScene.h"
 #include "model/scene/CScene.h"
+#include "model/scene/scene_budget.h"
 
 /** What loading a scene may use. */
 struct CLoadLimits {
@@ -16,6 +17,8 @@ struct CLoadLimits {
     /** For the bytes of the file, the prepared vertices and the decoded pictures together; beyond them
      * loading ends with TooLarge. */
     std::uint64_t bytes = std::numeric_limits<std::int64_t>::max();
+    /** For the decoded pictures; beyond it they are made smaller. */
+    std::uint64_t pictureBytes = scene_budget::kPictureBytes;
 };
 
 /** A scene that was read and made ready to be drawn. */

@@ -64,6 +64,25 @@ struct CPreparedMesh {
 
 enum class ENodeKind { Object, Dummy, Camera, CameraTarget, Light, SpotTarget, Ambient };
 
+/** A key of a morph track: the mesh whose shape the node's mesh has at a frame. */
+struct CMorphKey {
+    float frame = 0;
+    std::size_t mesh = 0;  ///< index into meshes; as many points as the node's own
+};
+/** A shape between two others: share 0 is the first, 1 the second. */
+struct CMorphShape {
+    std::size_t from = 0, to = 0;  ///< indices into meshes
+    float share = 0;
+    friend bool operator==(const CMorphShape&, const CMorphShape&) = default;
+};
+/** How a node's mesh changes its shape; no other node shows that mesh. */
+struct CPreparedMorph {
+    std::vector<CMorphKey> keys;  ///< by frame; empty: it does not change
+    bool repeats = false;         ///< begins again behind the last key
+    CMorphShape shape;            ///< that the mesh with this stamp has
+    std::uint64_t stamp = 0;
+};
+
 /** One node of the hierarchy. Parents stand before their children. Object nodes with a mesh are what is
  * drawn; several nodes may share one mesh (instances). */
 struct CPreparedNode {
@@ -82,8 +101,12 @@ struct CPreparedNode {
     CMat4 world;            ///< node coordinates to scene, at the evaluated frame
     CMat4 meshToWorld;      ///< world * meshToNode: what the vertices are multiplied with
     bool mirrored = false;  ///< meshToWorld has a negative determinant: front faces are clockwise
-    bool visible = true;    ///< not hidden in the file, nor by its hide track at this frame
-    CBox worldBounds;       ///< of the mesh at this frame; empty without one
+    bool visible = true;    ///< not hidden by its hide track at this frame, and within the budget
+    /** Never visible: the nodes before it draw as much as a scene may, or others change into its shape. */
+    bool isLeftOut = false;
+    CPreparedMorph morph;
+    CBox worldBounds;  ///< of the vertices at this frame; see EvaluateBounds; empty without a mesh
+    std::uint64_t boundsStamp = 0;  ///< of the mesh that worldBounds were worked out for, 0: none
 };
 
 /** One map of a material. Amount 0 or texture -1 means that it has no effect. */

@@ -9,8 +9,10 @@
 #include <cmath>
 #include <numbers>
 #include <string>
+#include <utility>
 
 #include "base/name_hash.h"
+#include "model/prepare/node_steps.h"
 #include "model/prepare/prepare_scene.h"
 
 namespace {
@@ -134,12 +136,9 @@ void EvaluateTransforms(CPreparedScene& prepared, float frame) {
                 node.world = prepared.nodes[static_cast<std::size_t>(node.parent)].world * node.world;
         }
         if (!node.world.IsFinite()) node.world = {};
-        node.meshToWorld = node.world * node.meshToNode;
+        const CMat4 before = std::exchange(node.meshToWorld, node.world * node.meshToNode);
+        if (!(node.meshToWorld == before)) node.boundsStamp = 0;
         node.mirrored = node.meshToWorld.Determinant3() < 0;
-        node.worldBounds =
-            node.mesh < 0
-                ? CBox{}
-                : prepared.meshes[static_cast<std::size_t>(node.mesh)].bounds.Transformed(node.meshToWorld);
     }
 }
 
@@ -185,26 +184,6 @@ void EvaluateViewers(CPreparedScene& prepared, float frame) {
     }
 }
 
-/** The sphere round the box's middle through the farthest vertex: tighter than round the box's corners. */
-CSphere SphereOf(const CPreparedScene& prepared) {
-    CSphere sphere{prepared.bounds.Center(), 0};
-    double farthest = 0;
-    for (const CPreparedNode& node : prepared.nodes) {
-        if (node.mesh < 0 || !node.visible || node.worldBounds.IsEmpty()) continue;
-        double corner = 0;
-        for (unsigned i = 0; i < 8; ++i) {
-            const CVec3 d = node.worldBounds.Corner(i) - sphere.center;
-            corner = std::max(corner, static_cast<double>(Dot(d, d)));
-        }
-        if (corner <= farthest) continue;
-        for (const CPreparedVertex& vertex : prepared.meshes[static_cast<std::size_t>(node.mesh)].vertices) {
-            const CVec3 d = node.meshToWorld.TransformPoint(vertex.Position()) - sphere.center;
-            farthest = std::max(farthest, static_cast<double>(Dot(d, d)));
-        }
-    }
-    sphere.radius = static_cast<float>(std::sqrt(farthest));
-    return sphere;
-}
 }  // namespace
 
 CMat4 WorldOf(const CPreparedScene& prepared, int node, float frame) {
@@ -217,15 +196,13 @@ CMat4 WorldOf(const CPreparedScene& prepared, int node, float frame) {
     return world.IsFinite() ? world : CMat4{};
 }
 
-void EvaluateNodes(CPreparedScene& prepared, const CScene&, float frame) {
+void EvaluateNodes(CPreparedScene& prepared, const CScene& scene, float frame, unsigned threads) {
     prepared.currentFrame = frame;
     EvaluateTransforms(prepared, frame);
     EvaluateViewers(prepared, frame);
-    prepared.bounds = {};
     for (CPreparedNode& node : prepared.nodes) {
-        if (node.mesh < 0) continue;
-        node.visible = !node.source || IsShown(*node.source, frame);
-        if (node.visible) prepared.bounds.Add(node.worldBounds);
+        if (node.mesh >= 0) node.visible = !node.isLeftOut && (!node.source || IsShown(*node.source, frame));
     }
-    prepared.boundingSphere = SphereOf(prepared);
+    EvaluateMorphs(prepared, scene, frame, threads);
+    EvaluateBounds(prepared, threads);
 }

@@ -7,13 +7,11 @@
 #include <algorithm>
 #include <numbers>
 
-#include "base/jobs/parallel_for.h"
 #include "base/name_hash.h"
 #include "base/text/lng.h"
-#include "model/prepare/prepare_scene.h"
 #include "model/scene/CNoteList.h"
 #include "model/scene/CScene.h"
-#include "picture/decode/image_codec.h"
+#include "model/scene/scene_budget.h"
 
 namespace {
 CVec3 Color(const float* rgb) {
@@ -25,14 +23,25 @@ class CTextureList {
   public:
     explicit CTextureList(std::vector<CPreparedTexture>& textures) : m_textures(textures) {}
 
+    /** -1 for a new name when there are as many as a scene may have. */
     int IndexOf(const char* name) {
-        const auto [place, isNew] = m_indexOfName.emplace(name, static_cast<int>(m_textures.size()));
-        if (isNew) m_textures.push_back({name, {}, {}, false});
-        return place->second;
+        if (const auto found = m_indexOfName.find(std::string_view(name)); found != m_indexOfName.end())
+            return found->second;
+        if (m_textures.size() >= scene_budget::kPictureNames) {
+            m_isFull = true;
+            return -1;
+        }
+        const auto index = static_cast<int>(m_textures.size());
+        m_indexOfName.emplace(name, index);
+        m_textures.push_back({name, {}, {}, false});
+        return index;
     }
+    /** True once there were more names. */
+    [[nodiscard]] bool IsFull() const { return m_isFull; }
 
   private:
     std::vector<CPreparedTexture>& m_textures;
+    bool m_isFull = false;
     CNameMap<int> m_indexOfName;
 };
 
@@ -79,18 +88,6 @@ constexpr CMapPlace kMaps[] = {
     {&Lib3dsMaterial::bump_map, &CPreparedMaterial::bump},
     {&Lib3dsMaterial::reflection_map, &CPreparedMaterial::reflection},
 };
-
-CResult<image_codec::CDecodedImage> LoadImage(const CTextureHit& hit, const std::string& reference) {
-    return hit.data ? image_codec::DecodeImage(*hit.data, reference)
-                    : image_codec::ReadImageFile(hit.foundAt);
-}
-
-bool HasTranslucency(const CImage& image) {
-    for (std::size_t i = 3; i < image.rgba.size(); i += 4) {
-        if (image.rgba[i] != 255) return true;
-    }
-    return false;
-}
 }  // namespace
 
 void SetMaterialValues(const Lib3dsMaterial& material, CPreparedMaterial& result) {
@@ -146,37 +143,14 @@ void PrepareMaterials(const CScene& scene, CPreparedScene& prepared) {
             PrepareMaterial(*material, [&](const char* name) { return textures.IndexOf(name); }));
     }
     prepared.materials.emplace_back();
+    if (textures.IsFull())
+        prepared.notes.push_back(
+            {CSceneNote::EKind::Limited,
+             lng::Mark("There are more than 20,000 names of pictures; the rest is not looked for")});
 }
 
-std::optional<CSceneNote> LoadTexture(const CTextureLocator& textures, CPreparedTexture& texture) {
-    const std::string name = CNoteList::Printable(texture.reference);
-    const std::optional<CTextureHit> hit = textures.Find(texture.reference);
-    if (!hit) return CSceneNote{CSceneNote::EKind::Missing, lng::Mark("Texture not found"), name};
-    CResult<image_codec::CDecodedImage> image = LoadImage(*hit, texture.reference);
-    if (!image) {
-        return CSceneNote{CSceneNote::EKind::Missing, lng::Mark("Texture not readable"), name,
-                          image.Error().message};
-    }
-    texture.foundAt = hit->foundAt;
-    SetPicture(std::move(image).Value().image, texture);
-    return std::nullopt;
-}
-
-void SetPicture(CImage image, CPreparedTexture& texture) {
-    texture.image = std::move(image);
-    texture.hasTranslucency = HasTranslucency(texture.image);
-}
-
-void LoadTextures(const CScene& scene, const CPrepareOptions& options, CPreparedScene& prepared) {
-    std::vector<std::optional<CSceneNote>> problems(prepared.textures.size());
-    ParallelFor(prepared.textures.size(), options.threads, [&](std::size_t i) {
-        if (options.IsStopped()) return;
-        problems[i] = LoadTexture(scene.Textures(), prepared.textures[i]);
-        options.Spend(prepared.textures[i].image.rgba.size());
-    });
-    for (std::optional<CSceneNote>& problem : problems) {
-        if (problem) prepared.notes.push_back(std::move(*problem));
-    }
+void ForEachMap(CPreparedMaterial& material, const std::function<void(CPreparedMap&)>& visit) {
+    for (const CMapPlace& map : kMaps) visit(material.*map.prepared);
 }
 
 namespace {
@@ -206,13 +180,12 @@ void DecideBlending(const std::vector<CPreparedTexture>& textures, CPreparedMate
 }
 
 void DecideLooks(bool picturesAreLoaded, CPreparedScene& prepared) {
+    CNoteList notes;
     for (CPreparedMaterial& material : prepared.materials) {
-        if (picturesAreLoaded && ReplaceBlackWithoutPicture(prepared.textures, material)) {
-            prepared.notes.push_back(
-                {CSceneNote::EKind::Missing,
-                 lng::Mark("Without its picture this material would be black and is grey"),
-                 CNoteList::Printable(material.name)});
-        }
+        if (picturesAreLoaded && ReplaceBlackWithoutPicture(prepared.textures, material))
+            notes.Missing("Without its picture this material would be black and is grey",
+                          CNoteList::Printable(material.name));
         DecideBlending(prepared.textures, material);
     }
+    for (CSceneNote& note : notes.Take()) prepared.notes.push_back(std::move(note));
 }

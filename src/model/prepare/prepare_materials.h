@@ -2,13 +2,10 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 
 #include "model/prepare/CPreparedScene.h"
 
 class CScene;
-struct CPrepareOptions;
-class CTextureLocator;
 struct Lib3dsMaterial;
 
 /** Gives the index of the picture that a map names; the name is not empty. */
@@ -23,18 +20,11 @@ void SetMaterialValues(const Lib3dsMaterial& material, CPreparedMaterial& result
 [[nodiscard]] bool UsesTexCoords(const CPreparedMaterial& material);
 
 /** Fills materials (the file's in order, then the default one) and textures (each picture that a material
- * names once; not loaded yet, see LoadTextures). */
+ * names once, within the scene's budget; not loaded yet, see LoadTextures). */
 void PrepareMaterials(const CScene& scene, CPreparedScene& prepared);
 
-/** Finds and decodes all textures, on as many cores as the options say; a note tells of each that is not
- * found or cannot be read. When the options stop it, the remaining images stay empty. */
-void LoadTextures(const CScene& scene, const CPrepareOptions& options, CPreparedScene& prepared);
-/** Finds and decodes the picture that texture.reference names. On a failure returns a note that says what
- * is wrong. */
-[[nodiscard]] std::optional<CSceneNote> LoadTexture(const CTextureLocator& textures,
-                                                    CPreparedTexture& texture);
-/** Gives a texture a decoded picture. */
-void SetPicture(CImage image, CPreparedTexture& texture);
+/** Calls visit for each map of a material. */
+void ForEachMap(CPreparedMaterial& material, const std::function<void(CPreparedMap&)>& visit);
 
 /** Many files leave a material black where a picture covers it. When that picture is missing, makes the
  * material grey, so that its shape can be seen, and returns true. A material that is black without naming a

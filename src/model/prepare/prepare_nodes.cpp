@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "model/prepare/prepare_nodes.h"
+#include "model/prepare/node_steps.h"
 
 #include <lib3ds/camera.h>
 #include <lib3ds/file.h>
@@ -14,7 +14,9 @@
 #include "base/name_hash.h"
 #include "base/text/ascii_text.h"
 #include "base/text/lng.h"
+#include "model/scene/CNoteList.h"
 #include "model/scene/CScene.h"
+#include "model/scene/scene_budget.h"
 #include "model/scene/unique_names.h"
 
 namespace {
@@ -92,6 +94,9 @@ class CNodePreparer {
     void Run() {
         AddTree();
         AddMeshesWithoutNode();
+        AddMorphs();
+        HideMorphTargets();
+        KeepToBudget();
         NoteHidden();
         AddLights();
         AddCameras();
@@ -100,8 +105,12 @@ class CNodePreparer {
   private:
     void AddTree();
     void AddNode(Lib3dsNode& node, int parent);
+    void AddMorphs();
+    [[nodiscard]] std::vector<CMorphKey> MorphKeys(const CPreparedNode& node);
+    void HideMorphTargets();
     void SetMesh(const Lib3dsNode& source, CPreparedNode& node);
     void AddMeshesWithoutNode();
+    void KeepToBudget();
     void NoteHidden();
     void AddLights();
     void AddCameras();
@@ -112,6 +121,7 @@ class CNodePreparer {
     std::vector<bool> m_shown;
     CUniqueNames m_names;
     CNameSet m_morphTargets;
+    CNoteList m_notes;
 };
 
 /** In file order, parents first; without recursion, as trees may be deep. */
@@ -176,6 +186,82 @@ void CNodePreparer::AddMeshesWithoutNode() {
         node.meshToNode = mesh.toLocal;
         m_prepared.nodes.push_back(std::move(node));
     }
+}
+
+/** The keys of a node's track whose shapes are there and have as many points as its mesh. */
+std::vector<CMorphKey> CNodePreparer::MorphKeys(const CPreparedNode& node) {
+    std::vector<CMorphKey> keys;
+    const auto& views = m_scene.Meshes();
+    for (const Lib3dsMorphKey* key = node.source->data.object.morph_track.keyL; key; key = key->next) {
+        const int shape = m_finder.Find(key->name);
+        const char* fault =
+            shape < 0 ? lng::Mark("A shape that an object should change into is missing")
+            : views[static_cast<std::size_t>(shape)].pointCount !=
+                    views[static_cast<std::size_t>(node.mesh)].pointCount
+                ? lng::Mark("A shape that an object should change into has another number of points")
+                : nullptr;
+        if (fault)
+            m_notes.Add({CSceneNote::EKind::Limited, fault, CNoteList::Printable(key->name)});
+        else
+            keys.push_back({static_cast<float>(key->tcb.frame), static_cast<std::size_t>(shape)});
+    }
+    return keys;
+}
+
+void CNodePreparer::AddMorphs() {
+    std::vector<std::uint32_t> users(m_prepared.meshes.size());
+    for (const CPreparedNode& node : m_prepared.nodes) {
+        if (node.mesh >= 0) ++users[static_cast<std::size_t>(node.mesh)];
+    }
+    std::size_t pointsLeft = scene_budget::kMorphPoints;
+    for (CPreparedNode& node : m_prepared.nodes) {
+        if (node.kind != ENodeKind::Object || node.mesh < 0 || !node.source) continue;
+        if (!node.source->data.object.morph_track.keyL) continue;
+        const auto mesh = static_cast<std::size_t>(node.mesh);
+        const std::size_t points = m_scene.Meshes()[mesh].pointCount;
+        if (users[mesh] > 1 || points > pointsLeft) {
+            m_notes.Limited("An object does not change its shape", CNoteList::Printable(node.name));
+            continue;
+        }
+        node.morph.keys = MorphKeys(node);
+        node.morph.repeats = (node.source->data.object.morph_track.flags & LIB3DS_REPEAT) != 0;
+        if (!node.morph.keys.empty()) pointsLeft -= points;
+    }
+    for (CSceneNote& note : m_notes.Take()) m_prepared.notes.push_back(std::move(note));
+}
+
+/** The shapes that others change into are not drawn beside them, as long as they do not change themselves. */
+void CNodePreparer::HideMorphTargets() {
+    std::vector<bool> isShape(m_prepared.meshes.size());
+    for (const CPreparedNode& node : m_prepared.nodes) {
+        for (const CMorphKey& key : node.morph.keys) isShape[key.mesh] = true;
+    }
+    for (CPreparedNode& node : m_prepared.nodes) {
+        if (node.mesh >= 0 && node.morph.keys.empty() && isShape[static_cast<std::size_t>(node.mesh)])
+            node.isLeftOut = true;
+    }
+}
+
+/** A small file can name one large mesh, or one of many materials, in thousands of nodes. */
+void CNodePreparer::KeepToBudget() {
+    std::uint64_t triangles = scene_budget::kDrawnTriangles, batches = scene_budget::kDrawnBatches;
+    std::size_t left = 0;
+    for (CPreparedNode& node : m_prepared.nodes) {
+        if (node.mesh < 0 || node.isLeftOut) continue;
+        const CPreparedMesh& mesh = m_prepared.meshes[static_cast<std::size_t>(node.mesh)];
+        const std::uint64_t ownTriangles = mesh.IndexCount() / 3, ownBatches = mesh.batches.size();
+        node.isLeftOut = ownTriangles > triangles || ownBatches > batches;
+        if (node.isLeftOut) {
+            ++left;
+            continue;
+        }
+        triangles -= ownTriangles;
+        batches -= ownBatches;
+    }
+    if (left == 0) return;
+    m_prepared.notes.push_back({CSceneNote::EKind::Limited,
+                                lng::Mark("Objects beyond 48 million drawn triangles are not shown"),
+                                std::to_string(left)});
 }
 
 /** Authors hide parts to work on others; whoever opens the file wants to see all of it. */

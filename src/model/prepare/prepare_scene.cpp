@@ -8,9 +8,10 @@
 
 #include "base/jobs/parallel_for.h"
 #include "model/prepare/facing.h"
+#include "model/prepare/load_textures.h"
+#include "model/prepare/node_steps.h"
 #include "model/prepare/prepare_materials.h"
 #include "model/prepare/prepare_mesh.h"
-#include "model/prepare/prepare_nodes.h"
 #include "model/prepare/resolve_placement.h"
 #include "model/scene/CScene.h"
 
@@ -21,19 +22,14 @@ std::size_t BytesOf(const CPreparedMesh& mesh) {
 }
 
 void PrepareMeshes(const CScene& scene, const CPrepareOptions& options, CPreparedScene& prepared) {
-    const auto defaultMaterial = static_cast<std::uint32_t>(prepared.materials.size() - 1);
-    std::vector<bool> mapped;
-    for (const CPreparedMaterial& material : prepared.materials) mapped.push_back(UsesTexCoords(material));
+    const std::vector<bool> mapped = MappedMaterials(prepared);
     const std::vector<CMeshView>& views = scene.Meshes();
     prepared.meshes.resize(views.size());
     std::atomic<std::size_t> done{0};
     ParallelFor(views.size(), options.threads, [&](std::size_t i) {
         if (options.IsStopped()) return;
-        const auto usesMap = [&](std::uint16_t m) { return m != CMeshView::kNoMaterial && mapped[m]; };
-        const auto& used = views[i].faceMaterials;
-        prepared.meshes[i] = options.outlines ? PrepareOutline(views[i])
-                                              : PrepareMesh(views[i], defaultMaterial,
-                                                            std::any_of(used.begin(), used.end(), usesMap));
+        prepared.meshes[i] =
+            options.outlines ? PrepareOutline(views[i]) : PrepareMappedMesh(views[i], mapped);
         options.Spend(BytesOf(prepared.meshes[i]));
         ++done;
         if (options.progress)
@@ -101,6 +97,7 @@ void FindFrames(const CScene& scene, CPreparedScene& prepared) {
     CKeyRange keys;
     for (const CPreparedNode& node : prepared.nodes) {
         if (node.source) keys.AddNode(*node.source);
+        if (!node.morph.keys.empty()) keys.Add(node.source->data.object.morph_track);
     }
     const Lib3dsFile& file = *scene.Header();
     prepared.animated = keys.IsAnimated();
@@ -113,7 +110,7 @@ void FindFrames(const CScene& scene, CPreparedScene& prepared) {
 void CountParts(const CScene& scene, CPreparedScene& prepared) {
     prepared.triangleCount = prepared.vertexCount = 0;
     for (const CPreparedNode& node : prepared.nodes) {
-        if (node.mesh >= 0)
+        if (node.mesh >= 0 && !node.isLeftOut)
             prepared.triangleCount += prepared.meshes[static_cast<std::size_t>(node.mesh)].IndexCount() / 3;
     }
     for (const CMeshView& view : scene.Meshes()) {
@@ -141,9 +138,9 @@ CPreparedScene PrepareScene(const CScene& scene, const CPrepareOptions& options)
     CountParts(scene, prepared);
     const float frame =
         std::clamp(static_cast<float>(file.current_frame), prepared.firstFrame, prepared.lastFrame);
-    EvaluateNodes(prepared, scene, frame);
-    if (ResolveMirroring(prepared)) EvaluateNodes(prepared, scene, frame);
-    if (ResolvePlacedTwice(prepared)) EvaluateNodes(prepared, scene, frame);
+    EvaluateNodes(prepared, scene, frame, options.threads);
+    if (ResolveMirroring(prepared)) EvaluateNodes(prepared, scene, frame, options.threads);
+    if (ResolvePlacedTwice(prepared)) EvaluateNodes(prepared, scene, frame, options.threads);
     ShowBothSidesIfTurnedAway(prepared);
     JoinHeadlightIfDark(prepared);
     return prepared;

@@ -7,11 +7,13 @@
 #include <lib3ds/light.h>
 #include <lib3ds/material.h>
 #include <lib3ds/mesh.h>
+#include <lib3ds/node.h>
 
 #include <algorithm>
 #include <cmath>
 
 #include "base/jobs/parallel_for.h"
+#include "base/name_hash.h"
 #include "base/text/lng.h"
 #include "model/read_3ds/clean_chunks.h"
 #include "model/read_3ds/mesh_array_views.h"
@@ -19,6 +21,7 @@
 #include "model/read_3ds/scene_limits.h"
 #include "model/scene/lib3ds_list.h"
 #include "model/scene/lib3ds_memory_io.h"
+#include "model/scene/lib3ds_name.h"
 #include "model/scene/scene_budget.h"
 #include "model/scene/unique_names.h"
 
@@ -69,6 +72,7 @@ CResult<CScene> C3dsParser::Parse(std::vector<std::byte> bytes) {
     C3dsParser parser(std::move(bytes));
     if (CStatus status = parser.ReadMain(); !status) return status.Error();
     parser.FinishMeshes();
+    parser.SeparateMorphs();
     ClampScene(*parser.m_scene.m_file, parser.m_notes);
     LinkNodes(*parser.m_scene.m_file, parser.m_notes);
     parser.m_scene.m_notes = parser.m_notes.Take();
@@ -273,4 +277,35 @@ void C3dsParser::FinishMeshes() {
     }
     m_meshChunks.clear();
     MakeNamesUnique(file, m_notes);
+}
+
+void C3dsParser::SeparateMorphs() {
+    // The nodes are one flat list still.
+    std::vector<Lib3dsNode*> morphing;
+    CNameMap<std::size_t> users;
+    for (Lib3dsNode* node = m_scene.m_file->nodes; node; node = node->next) {
+        if (node->type != LIB3DS_OBJECT_NODE) continue;
+        ++users[node->name];
+        if (node->data.object.morph_track.keyL) morphing.push_back(node);
+    }
+    if (morphing.empty()) return;
+    CNameMap<std::size_t> meshes;
+    CUniqueNames names;
+    for (std::size_t i = 0; i < m_scene.m_meshes.size(); ++i) {
+        meshes.emplace(m_scene.m_meshes[i].mesh->name, i);
+        names.Add(m_scene.m_meshes[i].mesh->name);
+    }
+    std::size_t pointsLeft = scene_budget::kMorphPoints;
+    for (Lib3dsNode* node : morphing) {
+        const auto mesh = meshes.find(std::string_view(node->name));
+        std::size_t& shownBy = users.find(std::string_view(node->name))->second;
+        if (mesh == meshes.end() || shownBy < 2) continue;
+        const std::size_t points = m_scene.m_meshes[mesh->second].pointCount;
+        if (points > pointsLeft || m_scene.m_meshes.size() >= scene_budget::kMeshes) continue;
+        pointsLeft -= points;
+        --shownBy;
+        const std::string name = names.Take(node->name);
+        m_scene.AddMesh(m_scene.CopyOfMesh(mesh->second, name));
+        CopyName(node->name, name);
+    }
 }

@@ -38,6 +38,8 @@ class C3dsParser {
     /** False where the scene has as many meshes as it may have; a note says so. */
     [[nodiscard]] bool MayAddMesh(bool hasFaces);
     void FinishMeshes();
+    /** Nodes that share a mesh and change its shape each get a mesh of their own. */
+    void SeparateMorphs();
     [[nodiscard]] std::span<const std::byte> Bytes() const { return m_scene.m_bytes; }
 
     CScene m_scene;

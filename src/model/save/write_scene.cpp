@@ -8,6 +8,7 @@
 
 #include "base/text/lng.h"
 #include "files/file_util_ex.h"
+#include "model/save/morph_tracks.h"
 #include "model/scene/CScene.h"
 #include "model/scene/lib3ds_memory_io.h"
 
@@ -29,7 +30,9 @@ CResult<std::vector<std::byte>> SceneTo3ds(CScene& scene) {
         if (!lib3ds_file_write(file, writer.Io())) {
             return CError{EErrorCode::WriteFailed, lng::Mark("the scene cannot be written as 3DS"), {}};
         }
-        return writer.Bytes();
+        std::vector<std::byte> bytes = writer.Bytes();
+        WriteMorphTracks(*file, bytes);
+        return bytes;
     } catch (const std::bad_alloc&) {
         return CError{EErrorCode::TooLarge, lng::Mark("not enough memory to write the scene"), {}};
     }

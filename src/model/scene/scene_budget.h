@@ -25,14 +25,21 @@ constexpr std::size_t kNotes = 200;        ///< of reading, and again of prepari
 // --- what is prepared -------------------------------------------------------------------------------------
 /** Triangles and batches that are drawn, those of a mesh once for each node that shows it. Nodes beyond show
  * nothing. */
-constexpr std::uint64_t kDrawnTriangles = 64'000'000;
+constexpr std::uint64_t kDrawnTriangles = 48'000'000;
 constexpr std::uint64_t kDrawnBatches = 400'000;
 /** Vertices whose places are worked out for the bounds of one frame; nodes beyond have the bounds of their
  * turned boxes. Some 0.1 s on one core. */
 constexpr std::uint64_t kVerticesForBounds = 20'000'000;
+/** Points of all meshes that change their shapes together. */
+constexpr std::size_t kMorphPoints = 1'000'000;
 
 // --- pictures ---------------------------------------------------------------------------------------------
 /** Different names of pictures that are looked for. */
 constexpr std::size_t kPictureNames = 20'000;
+/** Decoded pictures of a scene together, as RGBA; see LoadTextures for what happens beyond. In the memory of
+ * the graphics card they take a third more. */
+constexpr std::uint64_t kPictureBytes = 512ULL << 20;
+/** The same where a scene is opened for one picture of it, which shows no such detail. */
+constexpr std::uint64_t kPictureBytesForOneView = 128ULL << 20;
 
 }  // namespace scene_budget

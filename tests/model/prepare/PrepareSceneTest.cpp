@@ -301,6 +301,73 @@ TEST(PrepareSceneTest, HideTrackSwitchesAtItsKeys) {
     }
 }
 
+/** A square whose node turns it by 45 degrees: its box would be half as wide again. */
+TEST(PrepareSceneTest, BoundsAreThoseOfTheVertices) {
+    const CBytes keys = AtPosition(5, 0, 0) + Track(0xB021, 2,
+                                                    Key(0, {std::numbers::pi_v<float> / 4, 0, 0, 1}) +
+                                                        Key(10, {std::numbers::pi_v<float> / 4, 0, 0, 1}));
+    CReadScene diamond(
+        Scene(Mesh("D", Points({1, 0, 0, 0, 1, 0, -1, 0, 0, 0, -1, 0}) + Faces({0, 1, 2, 0, 2, 3})),
+              Keyframer(ObjectNode(0, "D", 65535, keys))));
+    const float side = std::sqrt(0.5f);
+    for (const float frame : {0.0f, 10.0f}) {
+        EvaluateNodes(diamond.prepared, diamond.scene, frame);
+        const float turned = frame == 0 ? side : 1.0f;
+        ExpectNear(diamond.prepared.bounds.max, {5 + turned, turned, 0});
+        EXPECT_NEAR(diamond.prepared.boundingSphere.radius, 1, 1e-4f);
+    }
+}
+
+/** A triangle whose third point goes from height 1 over 3 to 1 in another place, and a track's faults. */
+class Morph : public testing::Test {
+  protected:
+    static CBytes Shape(std::string_view name, float height, const CBytes& more = {}) {
+        return Mesh(name, Points({0, 0, 0, 1, 0, 0, 0, 1, height}) + Faces({0, 1, 2}) + more);
+    }
+    static CBytes MorphKey(std::uint32_t frame, std::string_view shape) {
+        return Dwords({frame}) + Words({0}) + Text(shape);
+    }
+    static CBytes Into(std::string_view second) {
+        return AtPosition(0, 0, 0) + Track(0xB026, 2, MorphKey(0, "A") + MorphKey(10, second));
+    }
+    static float Height(CReadScene& read, float frame, std::size_t node = 0) {
+        EvaluateNodes(read.prepared, read.scene, frame);
+        return read.prepared.nodes[node].worldBounds.max.z;
+    }
+};
+
+TEST_F(Morph, ShapesAreBlendedBetweenKeys) {
+    // The target stands elsewhere in the file; its shape counts, in its own coordinates.
+    CReadScene read(Scene(Shape("A", 1) + Shape("B", 13, Matrix({1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 10})),
+                          Keyframer(ObjectNode(0, "A", 65535, Into("B")) + ObjectNode(1, "B", 65535))));
+    EXPECT_TRUE(read.prepared.animated);
+    const std::uint64_t stamp = read.prepared.meshes[0].stamp;
+    for (const auto& [frame, height] : {std::pair{0.0f, 1.0f}, {5.0f, 2.0f}, {10.0f, 3.0f}, {20.0f, 3.0f}})
+        EXPECT_NEAR(Height(read, frame), height, 1e-4f) << frame;
+    EXPECT_NE(read.prepared.meshes[0].stamp, stamp) << "drawn from new buffers";
+    EXPECT_FALSE(read.prepared.nodes[1].visible) << "the target";
+    EXPECT_GT(read.prepared.meshes[0].vertices[0].Normal().y, -1.0f);
+}
+
+TEST_F(Morph, NodesOfOneMeshChangeByThemselves) {
+    const auto back = AtPosition(0, 0, 0) + Track(0xB026, 2, MorphKey(0, "B") + MorphKey(10, "A"));
+    CReadScene read(Scene(Shape("A", 1) + Shape("B", 3),
+                          Keyframer(ObjectNode(0, "A", 65535, Into("B")) + ObjectNode(1, "A", 65535, back) +
+                                    ObjectNode(2, "A", 65535, AtPosition(0, 0, 0)))));
+    EXPECT_NEAR(Height(read, 2.5f, 0), 1.5f, 1e-4f);
+    EXPECT_NEAR(Height(read, 2.5f, 1), 2.5f, 1e-4f);
+    EXPECT_NEAR(Height(read, 2.5f, 2), 1, 1e-4f);
+}
+
+TEST_F(Morph, ShapeThatDoesNotFitIsNoted) {
+    CReadScene read(
+        Scene(Shape("A", 1) + Mesh("Four", Points({0, 0, 0, 1, 0, 0, 0, 1, 9, 1, 1, 1}) + Faces({0, 1, 2})),
+              Keyframer(ObjectNode(0, "A", 65535, Into("Four")))));
+    EXPECT_NEAR(Height(read, 10), 1, 1e-4f);
+    ASSERT_FALSE(read.prepared.notes.empty());
+    EXPECT_EQ(read.prepared.notes.back().subject, "Four");
+}
+
 TEST(PrepareSceneTest, CamerasAndLightsFollowTheirNodes) {
     const auto node = [](std::uint16_t chunk, std::uint16_t id, const char* name, const CBytes& tracks) {
         return Chunk(chunk, NodeId(id) + NodeHeader(name, 65535) + tracks);

@@ -7,8 +7,10 @@
 #include <lib3ds/mesh.h>
 #include <lib3ds/node.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string>
 
 #include "model/open/CSceneReader.h"
 #include "model/prepare/prepare_scene.h"
@@ -234,6 +236,66 @@ TEST(C3dsParserTest, GoodFileEqualsWhatLib3dsReads) {
     EXPECT_EQ(0, std::memcmp(&ours->background, &peer->background, sizeof(ours->background)));
     EXPECT_EQ(0, std::memcmp(&ours->materials->texture1_map, &peer->materials->texture1_map,
                              sizeof(Lib3dsTextureMap)));
+}
+
+/** Files that ask for more than a scene may have. */
+struct CGreedy {
+    const char* name;
+    std::size_t count;  ///< of the chunk
+    CBytes chunk;
+    CBytes (*file)(const CBytes& chunks);
+    std::size_t (*taken)(const CScene& scene);
+    std::size_t budget;
+};
+class GreedyFile : public testing::TestWithParam<CGreedy> {};
+
+TEST_P(GreedyFile, IsReadAsFarAsTheBudgetGoes) {
+    const CGreedy& greedy = GetParam();
+    CBytes chunks;
+    for (std::size_t i = 0; i < greedy.count; ++i)
+        chunks.insert(chunks.end(), greedy.chunk.begin(), greedy.chunk.end());
+    CResult<CScene> scene = CSceneReader::ReadBytes(greedy.file(chunks));
+    ASSERT_TRUE(scene);
+    EXPECT_EQ(greedy.taken(scene.Value()), greedy.budget);
+    const auto& notes = scene.Value().Notes();
+    EXPECT_TRUE(std::any_of(notes.begin(), notes.end(), [&](const CSceneNote& note) {
+        return note.kind == CSceneNote::EKind::Limited && note.times == greedy.count - greedy.budget;
+    }));
+}
+
+template <auto First>
+std::size_t ListLength(const CScene& scene) {
+    return ListOf(scene.Header()->*First).size();
+}
+CBytes InObject(const CBytes& chunks) {
+    return Scene(Chunk(0x4000, Text("x") + chunks));
+}
+const CGreedy kGreedy[] = {
+    {"EmptyMeshes", 10'005, Chunk(0x4100), InObject, ListLength<&Lib3dsFile::meshes>, 10'000},
+    {"Lights", 10'003, Chunk(0x4600, Floats({1, 2, 3})), InObject, ListLength<&Lib3dsFile::lights>, 10'000},
+    {"Cameras", 10'002, Chunk(0x4700, Floats({0, 0, 0, 1, 1, 1, 0, 50})), InObject,
+     ListLength<&Lib3dsFile::cameras>, 10'000},
+    {"Materials", 16'390, Chunk(0xAFFF), [](const CBytes& chunks) { return Scene(chunks); },
+     ListLength<&Lib3dsFile::materials>, 16'384},
+    {"NodesInManySections", 65'010, Chunk(0xB000, Chunk(0xB002)),
+     [](const CBytes& chunks) { return Scene(Cube(), chunks); }, ListLength<&Lib3dsFile::nodes>, 65'000},
+};
+INSTANTIATE_TEST_SUITE_P(C3dsParserTest, GreedyFile, testing::ValuesIn(kGreedy), kRowName);
+
+TEST(C3dsParserTest, RepeatedNamesGetTheNextFreeNumber) {
+    const std::string longName(62, 'n');
+    CBytes meshes;
+    for (const std::string& name :
+         {std::string("x"), std::string("x#2"), std::string("x"), std::string("x"), std::string("x#2"),
+          longName + "1", longName + "1", longName + "2", longName + "2"})
+        meshes = std::move(meshes) + Chunk(0x4000, Text(name) + Chunk(0x4100));
+    CResult<CScene> scene = CSceneReader::ReadBytes(Scene(meshes));
+    ASSERT_TRUE(scene);
+    std::vector<std::string> names;
+    for (const Lib3dsMesh* mesh : ListOf(scene.Value().Header()->meshes)) names.emplace_back(mesh->name);
+    const std::string cut(61, 'n');
+    EXPECT_EQ(names, (std::vector<std::string>{"x", "x#2", "x#3", "x#4", "x#2#2", longName + "1", cut + "#2",
+                                               longName + "2", cut + "#3"}));
 }
 
 TEST(C3dsParserTest, KindsThatLib3dsDoesNotReadAreConverted) {

@@ -14,14 +14,19 @@ namespace {
 
 const std::string kLongName(63, 'n');
 
-/** Long names, a mirrored mesh with and without keys, a hierarchy and an animation. */
+/** Long names, a mirrored mesh with and without keys, a hierarchy, an animation, and a mesh that changes its
+ * shape. */
 CBytes FullFile() {
     const CBytes mirrored = Matrix({-1, 0, 0, 0, 1, 0, 0, 0, 1, 4, 0, 0});
     const CBytes moving = Track(0xB020, 2, Key(0, {0, 0, 0}) + Key(20, {9, 0, 0}));
+    const CBytes shapes =
+        Dwords({0}) + Words({0}) + Text("Lump") + Dwords({20}) + Words({1}) + Floats({0.5f}) + Text("Shape");
     return Scene(
         Material(kLongName) + Cube(kLongName) + Mesh("Mirror", CubePoints() + CubeFaces() + mirrored) +
-            Mesh("MirrorFree", CubePoints() + CubeFaces() + mirrored),
-        Keyframer(ObjectNode(0, kLongName, 65535, moving) + ObjectNode(1, "Mirror", 0, AtPosition(1, 2, 3))));
+            Mesh("MirrorFree", CubePoints() + CubeFaces() + mirrored) + Cube("Lump") +
+            Mesh("Shape", CubePoints(5, 6, 7) + CubeFaces()),
+        Keyframer(ObjectNode(0, kLongName, 65535, moving) + ObjectNode(1, "Mirror", 0, AtPosition(1, 2, 3)) +
+                  ObjectNode(2, "Lump", 65535, AtPosition(0, 0, 0) + Track(0xB026, 2, shapes))));
 }
 
 TEST(WriteSceneTest, SceneComesBackAsItWas) {
