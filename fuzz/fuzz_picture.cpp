@@ -24,7 +24,8 @@ void Decode(std::span<const std::byte> bytes, std::string_view name, const CPict
     if (!decoded) return;
     const auto& [image, reduction] = decoded.Value();
     const auto divisor = static_cast<std::uint64_t>(reduction);
-    const auto width = static_cast<std::uint64_t>(image.width), height = static_cast<std::uint64_t>(image.height);
+    const auto width = static_cast<std::uint64_t>(image.width),
+               height = static_cast<std::uint64_t>(image.height);
     const bool isWhole = image.rgba.size() == width * height * 4 && image.rgba.size() <= kLimits.bytes;
     const bool isAsClaimed =
         width == (claim.width + divisor - 1) / divisor && height == (claim.height + divisor - 1) / divisor;

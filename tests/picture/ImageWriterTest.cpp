@@ -48,7 +48,8 @@ TEST(ImageWriterTest, JpegIsCloseAndACutOneIsStillShown) {
     }
     EXPECT_LE(worst, 8);
     const std::string bytes = CTestFolder::TextOf(folder / "a.jpg");
-    const auto cut = image_codec::DecodeImage(std::as_bytes(std::span(bytes).first(bytes.size() * 2 / 3)), "");
+    const auto cut =
+        image_codec::DecodeImage(std::as_bytes(std::span(bytes).first(bytes.size() * 2 / 3)), "");
     ASSERT_TRUE(cut);
     EXPECT_EQ(cut.Value().image.rgba[1], read.Value().image.rgba[1]);
 }

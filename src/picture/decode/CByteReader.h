@@ -20,7 +20,13 @@ class CByteReader {
     }
     std::uint32_t Le(std::size_t count) {  ///< count 1 to 4 bytes, the lowest first
         std::uint32_t value = 0;
-        for (std::size_t i = 0; i < count; ++i) value |= U8() << (8 * i);
+        if (Left() < count) {
+            for (std::size_t i = 0; i < count; ++i) value |= U8() << (8 * i);
+            return value;
+        }
+        for (std::size_t i = 0; i < count; ++i)
+            value |= static_cast<std::uint32_t>(m_bytes[m_at + i]) << (8 * i);
+        m_at += count;
         return value;
     }
     void Skip(std::size_t count) {

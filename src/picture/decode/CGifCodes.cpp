@@ -58,7 +58,8 @@ bool CGifCodes::Unpack(std::uint32_t code) {
     if (isNext) m_stack[m_stacked++] = static_cast<std::uint16_t>(m_firstOfLast);
     std::uint32_t at = isNext ? m_lastCode : code;
     // Each code's prefix is smaller than the code, so the chain ends.
-    for (; at >= roots + 2 && m_stacked < m_stack.size() - 1; at = m_prefix[at]) m_stack[m_stacked++] = m_suffix[at];
+    for (; at >= roots + 2 && m_stacked < m_stack.size() - 1; at = m_prefix[at])
+        m_stack[m_stacked++] = m_suffix[at];
     m_stack[m_stacked++] = static_cast<std::uint16_t>(at);
     Learn(at);
     m_lastCode = code;

@@ -41,8 +41,10 @@ std::span<std::uint8_t> CPictureRows::Begin(std::size_t y) {
 void CPictureRows::End(std::size_t y) {
     if (m_reduction == 1) return;
     const auto side = static_cast<std::size_t>(m_reduction);
-    for (std::size_t x = 0; x < m_width; ++x) {
-        for (std::size_t k = 0; k < 4; ++k) m_sums[x / side * 4 + k] += m_row[x * 4 + k];
+    for (std::size_t x = 0, block = 0; x < m_width; block += 4) {
+        for (const std::size_t end = std::min(x + side, m_width); x < end; ++x) {
+            for (std::size_t k = 0; k < 4; ++k) m_sums[block + k] += m_row[x * 4 + k];
+        }
     }
     const std::size_t outY = y / side, blockHeight = std::min(side, m_height - outY * side);
     if (++m_rowsSummed == blockHeight) WriteAverages(outY, blockHeight);

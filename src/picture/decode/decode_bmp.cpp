@@ -36,7 +36,8 @@ void FindPaletteAndData(CBytes bytes, CBmpHeader& header) {
     if (header.size == 40 && header.compression == kMasks) header.paletteAt += 12;
     if (header.size == 40 && header.compression == kMasksWithAlpha) header.paletteAt += 16;
     header.dataAt = Le32(bytes, 10);
-    if (header.dataAt < header.paletteAt) header.dataAt = header.paletteAt + header.colours * header.entryBytes;
+    if (header.dataAt < header.paletteAt)
+        header.dataAt = header.paletteAt + header.colours * header.entryBytes;
     // How many colours are said to be there is wrong more often than where the pixels begin.
     header.colours = std::min(most, (header.dataAt - header.paletteAt) / header.entryBytes);
 }

@@ -112,7 +112,8 @@ CDecoded DecodeGif(CBytes bytes, const CPictureClaim& claim, const CDecodeLimits
     if (!rows) return rows.Error();
 
     const std::uint32_t flags = At8(bytes, frame->at + 9);
-    CIndexCanvas canvas(width, height, static_cast<std::uint8_t>(frame->transparent.value_or(At8(bytes, 11))));
+    CIndexCanvas canvas(width, height,
+                        static_cast<std::uint8_t>(frame->transparent.value_or(At8(bytes, 11))));
     CGifCodes codes(CByteReader(bytes, frame->at + kDescriptor + PaletteCount(flags) * 3));
     if (CStatus read = ReadFrame(codes, (flags & 0x40) != 0, canvas); !read) return read.Error();
     const CPalette palette = ReadPalette(bytes, *frame);

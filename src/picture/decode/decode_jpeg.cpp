@@ -58,7 +58,8 @@ void CJpegReader::OnError(j_common_ptr jpeg) {
 }
 
 CError CJpegReader::Error() const {
-    if (m_errors.msg_code == JERR_NO_BACKING_STORE || m_errors.msg_code == JERR_OUT_OF_MEMORY) return IsTooLarge();
+    if (m_errors.msg_code == JERR_NO_BACKING_STORE || m_errors.msg_code == JERR_OUT_OF_MEMORY)
+        return IsTooLarge();
     return {EErrorCode::BadFormat, m_message.data(), {}};
 }
 
@@ -117,8 +118,10 @@ CDecoded DecodeJpeg(CBytes bytes, const CPictureClaim& claim, const CDecodeLimit
     if (scans > kMostScans || scans * claim.width * claim.height > kMostScansTimesPixels) return IsTooLarge();
     CJpegReader reader(bytes);
     if (!reader.ReadHeader()) return reader.Error();
-    if (reader.Components() != 1 && reader.Components() != 3 && reader.Components() != 4) return KindIsNotRead();
-    if (reader.Claim().width != claim.width || reader.Claim().height != claim.height) return HeaderIsDamaged();
+    if (reader.Components() != 1 && reader.Components() != 3 && reader.Components() != 4)
+        return KindIsNotRead();
+    if (reader.Claim().width != claim.width || reader.Claim().height != claim.height)
+        return HeaderIsDamaged();
     // Pixels that are not given out cost a quarter of the time or less.
     const CResult<int> reduction = ReductionFor(claim, limits, limits.pixels * 4);
     if (!reduction) return reduction.Error();

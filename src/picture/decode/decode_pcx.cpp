@@ -53,7 +53,8 @@ CPalette ReadPalette(CBytes bytes, const CPcxHeader& header) {
     CPalette palette;
     if (header.bits == 8) {
         constexpr std::uint32_t kMark = 12;
-        const bool hasTrailer = bytes.size() >= kHeader + kTrailer && At8(bytes, bytes.size() - kTrailer) == kMark;
+        const bool hasTrailer =
+            bytes.size() >= kHeader + kTrailer && At8(bytes, bytes.size() - kTrailer) == kMark;
         for (std::size_t i = 0; !hasTrailer && i < 256; ++i) {
             const auto grey = static_cast<std::uint8_t>(i);
             palette.Set(i, {grey, grey, grey, 255});
@@ -119,7 +120,9 @@ CDecoded DecodePcx(CBytes bytes, const CPictureClaim& claim, const CDecodeLimits
     if (!IsRead(header)) return KindIsNotRead();
     if (header.planeBytes * 8 < claim.width * header.bits) return HeaderIsDamaged();
     constexpr std::uint64_t kBytesOfByte = 32;  // 63 of two
-    if (header.LineBytes() * claim.height > kBytesOfByte * bytes.size()) return ClaimsTooMuch();
+    const std::uint64_t unpacked = header.LineBytes() * claim.height;
+    if (unpacked > kBytesOfByte * bytes.size()) return ClaimsTooMuch();
+    if (unpacked > limits.pixels * 2) return IsTooLarge();
     CResult<CPictureRows> rows = CPictureRows::Make(claim, limits);
     if (!rows) return rows.Error();
     const CPalette palette = ReadPalette(bytes, header);

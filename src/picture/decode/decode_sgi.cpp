@@ -41,7 +41,8 @@ bool CanHold(CBytes bytes, const CSgiHeader& header) {
     const std::size_t left = bytes.size() - std::min(kHeader, bytes.size());
     const std::size_t lines = header.height * header.planes;
     if (!header.isPacked) return lines * header.width * header.sampleBytes <= left;
-    return lines * kTableEntries <= left && header.used * header.width * header.height <= kSamplesOfByte * left;
+    return lines * kTableEntries <= left &&
+           header.used * header.width * header.height <= kSamplesOfByte * left;
 }
 
 /** Sets one channel of a row. */
@@ -107,6 +108,7 @@ CDecoded DecodeSgi(CBytes bytes, const CPictureClaim& claim, const CDecodeLimits
     const CSgiHeader header = ReadHeader(bytes, claim);
     if (!IsRead(bytes, header)) return KindIsNotRead();
     if (!CanHold(bytes, header)) return EndsEarly();
+    if (header.used * claim.width * claim.height > limits.pixels * 2) return IsTooLarge();
     CResult<CPictureRows> rows = CPictureRows::Make(claim, limits);
     if (!rows) return rows.Error();
     for (std::size_t line = 0; line < header.height; ++line) {

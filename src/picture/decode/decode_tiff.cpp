@@ -27,7 +27,8 @@ struct CTiffBytes {
 tmsize_t Read(thandle_t file, void* to, tmsize_t count) {
     auto& source = *static_cast<CTiffBytes*>(file);
     const CBytes left = source.bytes.subspan(std::min<std::uint64_t>(source.at, source.bytes.size()));
-    const CBytes part = left.first(std::min(left.size(), static_cast<std::size_t>(std::max<tmsize_t>(count, 0))));
+    const CBytes part =
+        left.first(std::min(left.size(), static_cast<std::size_t>(std::max<tmsize_t>(count, 0))));
     if (!part.empty()) std::memcpy(to, part.data(), part.size());
     source.at += part.size();
     return static_cast<tmsize_t>(part.size());
@@ -69,9 +70,9 @@ std::uint32_t Long(TIFF* tiff, std::uint32_t tag) {
 
 /** Compressions whose unpackers stand in libtiff itself or are zlib's. */
 bool IsReadCompression(std::uint16_t compression) {
-    constexpr std::uint16_t kRead[] = {
-        COMPRESSION_NONE, COMPRESSION_CCITTRLE,      COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4,
-        COMPRESSION_LZW,  COMPRESSION_ADOBE_DEFLATE, COMPRESSION_PACKBITS,  COMPRESSION_DEFLATE};
+    constexpr std::uint16_t kRead[] = {COMPRESSION_NONE,      COMPRESSION_CCITTRLE, COMPRESSION_CCITTFAX3,
+                                       COMPRESSION_CCITTFAX4, COMPRESSION_LZW,      COMPRESSION_ADOBE_DEFLATE,
+                                       COMPRESSION_PACKBITS,  COMPRESSION_DEFLATE};
     return std::ranges::find(kRead, compression) != std::end(kRead);
 }
 
@@ -89,7 +90,8 @@ CStatus CheckUnpacked(TIFF* tiff, const CPictureClaim& claim, std::uint64_t maxB
     constexpr std::uint64_t kSide = image_codec::kMaxSide;
     if (width == 0 || height == 0 || TIFFTileSize64(tiff) == 0) return HeaderIsDamaged();
     if (width > kSide || height > kSide) return IsTooLarge();
-    const std::uint64_t across = (claim.width + width - 1) / width, down = (claim.height + height - 1) / height;
+    const std::uint64_t across = (claim.width + width - 1) / width,
+                        down = (claim.height + height - 1) / height;
     if (TIFFTileSize64(tiff) > maxBytes || (across * width * pixelBits + 7) / 8 * down * height > maxBytes)
         return IsTooLarge();
     return CDone{};
@@ -99,6 +101,8 @@ CStatus CheckKind(TIFF* tiff, const CPictureClaim& claim) {
     if (Long(tiff, TIFFTAG_IMAGEWIDTH) != claim.width || Long(tiff, TIFFTAG_IMAGELENGTH) != claim.height)
         return HeaderIsDamaged();
     const std::uint16_t samples = Short(tiff, TIFFTAG_SAMPLESPERPIXEL);
+    // CIE L*a*b and its kin take long to convert, and no texture has them.
+    if (Short(tiff, TIFFTAG_PHOTOMETRIC) > PHOTOMETRIC_YCBCR) return KindIsNotRead();
     if (samples < 1 || samples > 5 || Short(tiff, TIFFTAG_BITSPERSAMPLE) > 16 ||
         !IsReadCompression(Short(tiff, TIFFTAG_COMPRESSION)))
         return KindIsNotRead();

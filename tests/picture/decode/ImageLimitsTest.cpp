@@ -72,9 +72,9 @@ std::string Seed(std::string_view name) {
 
 // Seven by five pixels: a quarter has two by two.
 TEST(ImageLimitsTest, EachFormatIsReduced) {
-    for (const char* name : {"bmp24.bmp", "bmp_rle8.bmp", "tga24.tga", "pcx8.pcx", "sgi_packed_rgba.sgi", "gif.gif",
-                             "dxt5.dds", "dds_grey.dds", "png24.png", "png32_interlaced.png", "jpeg.jpg",
-                             "jpeg_progressive.jpg", "tiff.tif"}) {
+    for (const char* name : {"bmp24.bmp", "bmp_rle8.bmp", "tga24.tga", "pcx8.pcx", "sgi_packed_rgba.sgi",
+                             "gif.gif", "dxt5.dds", "dds_grey.dds", "png24.png", "png32_interlaced.png",
+                             "jpeg.jpg", "jpeg_progressive.jpg", "tiff.tif"}) {
         const auto decoded = DecodeWithin(Seed(name), {2 * 2 * 4});
         ASSERT_TRUE(decoded) << name << decoded.Error().Text();
         EXPECT_EQ(decoded.Value().reduction, 4) << name;
@@ -111,7 +111,8 @@ std::string Tiff(std::string_view entry) {
            shortValue(278, 1) + longValue(279, 4) + Le32(0);
 }
 std::string TiffOfManyValues() {
-    std::string bytes = "II*\0"s + Le32(8) + Le16(100);
+    std::string bytes = "II*\0"s + Le32(8) + Le16(102);
+    for (const unsigned tag : {256U, 257U}) bytes += Le16(tag) + Le16(3) + Le32(1) + Le32(1);
     for (unsigned i = 0; i < 100; ++i) bytes += Le16(40000 + i) + Le16(1) + Le32(1200) + Le32(8);
     return bytes + Le32(0);
 }
@@ -124,15 +125,16 @@ std::string JpegOfManyScans() {
 const CTooMuch kTooMuch[] = {
     {"BmpRunsThatJump", With(Seed("bmp_jumps.bmp"), 18, Le32(9000) + Le32(7000)), EErrorCode::BadFormat},
     {"BmpOfPlainPixels", With(Seed("bmp24.bmp"), 18, Le32(16384) + Le32(16384)), EErrorCode::BadFormat},
-    {"PcxRunsOfNothing", With(Seed("pcx8.pcx"), 8, Le16(16000) + Le16(16000) + std::string(53, '\0') + "\1"s + Le16(16002)),
+    {"PcxRunsOfNothing",
+     With(Seed("pcx8.pcx"), 8, Le16(16000) + Le16(16000) + std::string(53, '\0') + "\1"s + Le16(16002)),
      EErrorCode::BadFormat},
     {"SgiRowsThatShareBytes", With(Seed("sgi_packed_grey.sgi"), 6, Be16(16384)), EErrorCode::BadFormat},
     {"SgiTablesBeyondItsEnd", With(Seed("sgi_packed_grey.sgi"), 8, Be16(9999)), EErrorCode::BadFormat},
     {"GifScreen", With(Seed("gif.gif"), 6, Le16(16384) + Le16(16384)), EErrorCode::BadFormat},
     {"DdsBlocks", With(Seed("dxt1.dds"), 12, Le32(16384) + Le32(16384)), EErrorCode::BadFormat},
     {"JpegScans", JpegOfManyScans()},
-    {"JpegCoefficients", With(Seed("jpeg_progressive.jpg"),
-                              Seed("jpeg_progressive.jpg").find("\xFF\xC2") + 5, Be16(16384) + Be16(16384))},
+    {"JpegCoefficients", With(Seed("jpeg_progressive.jpg"), Seed("jpeg_progressive.jpg").find("\xFF\xC2") + 5,
+                              Be16(16384) + Be16(16384))},
     {"TiffSamples", Tiff(Le16(277) + Le16(3) + Le32(1) + Le32(6)), EErrorCode::Unsupported},
     {"BigTiff", With(Seed("tiff.tif"), 0, "II+\0"s), EErrorCode::Unsupported},
     {"TiffValueOutside", Tiff(Le16(40000) + Le16(2) + Le32(5) + Le32(0xFFFFFFF0)), EErrorCode::BadFormat},

@@ -199,10 +199,32 @@ TEST(PictureKindsTest, KindsOfOnePictureAreAlike) {
         EXPECT_GT(pixels.size(), 300U) << pixels;
         for (const char* name : names) EXPECT_EQ(pixelsOf(name), pixels) << name;
     };
-    areAlike({"png24.png", "bmp24.bmp", "bmp4.bmp", "bmp8.bmp", "bmp_rle8.bmp", "dds24.dds", "gif.gif",
-              "gif_interlaced.gif", "pcx24.pcx", "pcx8.pcx", "png32_interlaced.png", "png48.png", "png_palette.png",
-              "sgi16.sgi", "sgi24.sgi", "tga24.tga", "tga_map.tga", "tiff.tif", "tiff16.tif", "tiff_big_endian.tif",
-              "tiff_bits.tif", "tiff_lzw.tif", "tiff_palette.tif", "tiff_planes.tif", "tiff_tiles.tif", "tiff_zip.tif"});
+    areAlike({"png24.png",
+              "bmp24.bmp",
+              "bmp4.bmp",
+              "bmp8.bmp",
+              "bmp_rle8.bmp",
+              "dds24.dds",
+              "gif.gif",
+              "gif_interlaced.gif",
+              "pcx24.pcx",
+              "pcx8.pcx",
+              "png32_interlaced.png",
+              "png48.png",
+              "png_palette.png",
+              "sgi16.sgi",
+              "sgi24.sgi",
+              "tga24.tga",
+              "tga_map.tga",
+              "tiff.tif",
+              "tiff16.tif",
+              "tiff_big_endian.tif",
+              "tiff_bits.tif",
+              "tiff_lzw.tif",
+              "tiff_palette.tif",
+              "tiff_planes.tif",
+              "tiff_tiles.tif",
+              "tiff_zip.tif"});
     areAlike({"png1.png", "bmp1.bmp", "pcx1.pcx", "tiff_fax.tif", "tiff_fax3.tif"});
     areAlike({"bmp32.bmp", "tga32_packed.tga", "tiff_alpha.tif"});
     areAlike({"png_grey.png", "tga8.tga"});

@@ -15,7 +15,8 @@ inline std::string Le32(unsigned value) {
 }
 
 inline CResult<CImage> Decode(std::string_view bytes, std::string_view name = "") {
-    CResult<image_codec::CDecodedImage> decoded = image_codec::DecodeImage(std::as_bytes(std::span(bytes)), name);
+    CResult<image_codec::CDecodedImage> decoded =
+        image_codec::DecodeImage(std::as_bytes(std::span(bytes)), name);
     if (!decoded) return decoded.Error();
     return std::move(decoded).Value().image;
 }
