@@ -17,8 +17,6 @@ function(orbivue_find_wx target)
 endfunction()
 # orbivue_wxbase: what needs neither pictures nor windows. Only sources may include it.
 orbivue_find_wx(orbivue_wxbase base)
-# orbivue_wximage: wxBase and wxImage, which need no display. Only sources may include them.
-orbivue_find_wx(orbivue_wximage core base)
 if(ORBIVUE_GUI)
   find_package(OpenGL REQUIRED COMPONENTS OpenGL GLX)
   # orbivue_wx: windows. Only ..._ui targets and programs link it.

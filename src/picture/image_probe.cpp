@@ -61,27 +61,24 @@ CSize PcxSize(CBytes bytes) {
     const std::uint32_t left = Le16(bytes, 4), top = Le16(bytes, 6), right = Le16(bytes, 8),
                         bottom = Le16(bytes, 10);
     if (right < left || bottom < top) return {};
-    // The decoder's buffer goes by bytes a line and planes, which need not agree with the width.
-    const std::uint32_t lineBytes = Le16(bytes, 66) * std::max(At8(bytes, 65), 1U);
-    return {std::max(right - left + 1, lineBytes / 4), bottom - top + 1};
+    return {right - left + 1, bottom - top + 1};
 }
 
 CSize TiffSize(CBytes bytes) {
     const bool little = StartsWith(bytes, "II");
     const auto read16 = [=](std::size_t at) { return little ? Le16(bytes, at) : Be16(bytes, at); };
     const auto read32 = [=](std::size_t at) { return little ? Le32(bytes, at) : Be32(bytes, at); };
-    CSize claim;
+    CSize size;
     const std::size_t directory = read32(4);
     const std::uint32_t count = directory < bytes.size() ? read16(directory) : 0;
     for (std::uint32_t i = 0; i < count; ++i) {
         const std::size_t entry = directory + 2 + i * std::size_t{12};
         const std::uint32_t value = read16(entry + 2) == 3 ? read16(entry + 8) : read32(entry + 8);
         const std::uint32_t tag = read16(entry);
-        // 256 and 257 are the picture's sides, 322 and 323 those of its tiles.
-        if (tag == 256 || tag == 322) claim.width = std::max<std::uint64_t>(claim.width, value);
-        if (tag == 257 || tag == 323) claim.height = std::max<std::uint64_t>(claim.height, value);
+        if (tag == 256) size.width = value;
+        if (tag == 257) size.height = value;
     }
-    return claim;
+    return size;
 }
 
 std::size_t ColourTableBytes(std::uint32_t flags) {
@@ -101,21 +98,32 @@ std::size_t GifImageStart(CBytes bytes) {
     return At8(bytes, at) == 0x2C ? at : bytes.size();
 }
 
+// The screen's size, or where it has none that of the first frame.
 CSize GifSize(CBytes bytes) {
+    if (Le16(bytes, 6) > 0 && Le16(bytes, 8) > 0) return {Le16(bytes, 6), Le16(bytes, 8)};
     const std::size_t image = GifImageStart(bytes);
-    return {std::max(Le16(bytes, 6), Le16(bytes, image + 5)),
-            std::max(Le16(bytes, 8), Le16(bytes, image + 7))};
+    return {Le16(bytes, image + 5), Le16(bytes, image + 7)};
+}
+
+CSize SgiSize(CBytes bytes) {
+    const bool isOneRow = Be16(bytes, 4) == 1;
+    return {Be16(bytes, 6), isOneRow ? 1 : Be16(bytes, 8)};
 }
 
 // The frame header, whose marker is one of C0 to CF but for three that mean something else.
 CSize JpegSize(CBytes bytes) {
     for (std::size_t at = 2; at + 9 < bytes.size();) {
         const std::uint32_t marker = At8(bytes, at + 1);
-        if (At8(bytes, at) != 0xFF) return {};
         const bool isFrame =
             marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
-        if (isFrame) return {Be16(bytes, at + 7), Be16(bytes, at + 5)};
-        at += marker == 0xFF ? 1 : 2 + std::size_t{Be16(bytes, at + 2)};
+        const bool hasNoLength = marker == 0x01 || (marker >= 0xD0 && marker <= 0xD8);
+        if (At8(bytes, at) != 0xFF || marker == 0 || marker == 0xFF) {
+            ++at;  // not a marker: some files have bytes between them
+        } else if (isFrame) {
+            return {Be16(bytes, at + 7), Be16(bytes, at + 5)};
+        } else {
+            at += hasNoLength ? 2 : 2 + std::size_t{Be16(bytes, at + 2)};
+        }
     }
     return {};
 }
@@ -136,6 +144,8 @@ CSize SizeOf(EFormat format, CBytes bytes) {
             return TiffSize(bytes);
         case EFormat::Pcx:
             return PcxSize(bytes);
+        case EFormat::Sgi:
+            return SgiSize(bytes);
         case EFormat::Dds:
             return {Le32(bytes, 16), Le32(bytes, 12)};
         case EFormat::Unknown:
@@ -162,30 +172,6 @@ CResult<CPictureClaim> ClaimOf(std::span<const std::byte> bytes, std::string_vie
     if (size.width == 0 || size.height == 0)
         return CError{EErrorCode::BadFormat, lng::Mark("the picture has no size"), {}};
     return CPictureClaim{format, size.width, size.height};
-}
-
-bool IsTgaWhole(std::span<const std::byte> bytes) {
-    const std::size_t pixelBytes = (At8(bytes, 16) + 7) / 8;
-    const std::size_t mapBytes =
-        At8(bytes, 1) == 0 ? 0 : std::size_t{Le16(bytes, 5)} * ((At8(bytes, 7) + 7) / 8);
-    std::size_t at = 18 + At8(bytes, 0) + mapBytes;
-    std::size_t pixels = std::size_t{Le16(bytes, 12)} * Le16(bytes, 14);
-    // Runs: a byte with the count less one, and its top bit set when one pixel stands for all.
-    const bool packed = At8(bytes, 2) >= 8;
-    while (packed && pixels > 0 && at < bytes.size()) {
-        const std::size_t run = (At8(bytes, at) & 0x7F) + 1;
-        at += 1 + ((At8(bytes, at) & 0x80) != 0 ? 1 : run) * pixelBytes;
-        pixels -= std::min(run, pixels);
-    }
-    return at + pixels * pixelBytes <= bytes.size();
-}
-
-std::size_t FirstGifFrameEnd(std::span<const std::byte> bytes) {
-    const std::size_t image = GifImageStart(bytes);
-    if (image >= bytes.size()) return 0;
-    // Ten bytes of descriptor, a colour table, one byte of code size, the data.
-    const std::size_t end = BehindBlocks(bytes, image + 11 + ColourTableBytes(At8(bytes, image + 9)));
-    return end <= bytes.size() ? end : 0;
 }
 
 }  // namespace image_probe

@@ -29,10 +29,4 @@ struct CPictureClaim {
  * Unsupported: a format that is not read. BadFormat: the header does not tell a size. */
 [[nodiscard]] CResult<CPictureClaim> ClaimOf(std::span<const std::byte> bytes, std::string_view nameHint);
 
-/** False when a TGA's pixels end early, which its decoder does not notice. */
-[[nodiscard]] bool IsTgaWhole(std::span<const std::byte> bytes);
-
-/** How many bytes of a GIF its first frame takes, header included; 0 when it has no whole frame. */
-[[nodiscard]] std::size_t FirstGifFrameEnd(std::span<const std::byte> bytes);
-
 }  // namespace image_probe

@@ -10,7 +10,7 @@ namespace {
 using namespace std::string_view_literals;
 using enum EPictureFormat;
 
-constexpr std::array<CPictureFormat, 8> kFormats{{
+constexpr std::array<CPictureFormat, 9> kFormats{{
     {Jpeg, "image/jpeg", {"jpg", "jpeg", "jpe"}, {"\xFF\xD8\xFF"sv}},
     {Png, "image/png", {"png"}, {"\x89PNG\r\n\x1a\n"sv}},
     {Tga, "image/x-tga", {"tga", "targa", "icb", "vda", "vst"}, {}},
@@ -18,6 +18,7 @@ constexpr std::array<CPictureFormat, 8> kFormats{{
     {Gif, "image/gif", {"gif"}, {"GIF87a"sv, "GIF89a"sv}},
     {Tiff, "image/tiff", {"tif", "tiff"}, {"II*\0"sv, "MM\0*"sv}},
     {Pcx, "image/vnd.zbrush.pcx", {"pcx"}, {}},
+    {Sgi, "image/x-sgi", {"sgi", "rgb", "rgba", "bw"}, {"\x01\xDA"sv}},
     {Dds, "image/x-dds", {"dds"}, {"DDS "sv}},
 }};
 

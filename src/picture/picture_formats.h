@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-enum class EPictureFormat { Unknown, Jpeg, Png, Tga, Bmp, Gif, Tiff, Pcx, Dds };
+enum class EPictureFormat { Unknown, Jpeg, Png, Tga, Bmp, Gif, Tiff, Pcx, Sgi, Dds };
 
 /** A kind of picture that is read. */
 struct CPictureFormat {

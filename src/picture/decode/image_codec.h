@@ -11,8 +11,9 @@
 #include "picture/image_probe.h"
 #include "picture/picture_limits.h"
 
-/** Reads pictures: JPEG, PNG, TGA, BMP, GIF (its first frame), TIFF, PCX, DDS (see dds_image). Any thread may
- * call, several at a time. Nothing is logged and no library shows a message. */
+/** Reads pictures: JPEG, PNG, TGA, BMP, GIF (its first frame), TIFF, PCX, SGI, DDS (see docs/picture-formats.md). The bytes
+ * may come from a stranger: whatever they are, time and memory stay within the limits. Any thread may call,
+ * several at a time. Nothing is logged and no library shows a message. */
 namespace image_codec {
 
 using image_probe::ClaimOf;
@@ -20,6 +21,7 @@ using image_probe::CPictureClaim;
 
 struct CDecodeLimits {
     std::uint64_t bytes = kMaxDecodedBytes;  ///< of the decoded picture as RGBA
+    std::uint64_t pixels = kMaxPixels;       ///< of the file
 };
 
 struct CDecodedImage {
@@ -28,10 +30,12 @@ struct CDecodedImage {
 };
 
 /** The format is taken from the bytes; where they do not tell, from the extension of nameHint (a file
- * name; it may be empty). A picture that does not fit the limits is decoded at a half, a quarter or an eighth of
- * its sides. Unsupported: a format that is not read, some kinds of DDS among them. TooLarge: a side over
- * kMaxSide, or the whole over the limits, found before memory is taken. BadFormat: damaged. A picture whose data
- * ends early is BadFormat, except a JPEG, whose missing rest is grey, as cameras and browsers show it. */
+ * name; it may be empty). A picture that does not fit limits.bytes is decoded at a half, a quarter or an eighth
+ * of its sides. Memory on the way: twice limits.bytes and 200 MB more at most.
+ *
+ * Unsupported: a format or a kind of it that is not read. TooLarge: a side over kMaxSide, or the whole over the
+ * limits, found before memory is taken. BadFormat: damaged. A picture whose data ends early is BadFormat, except a
+ * JPEG, whose missing rest is grey, as cameras and browsers show it. */
 [[nodiscard]] CResult<CDecodedImage> DecodeImage(std::span<const std::byte> bytes, std::string_view nameHint,
                                                  const CDecodeLimits& limits = {});
 /** Errors name the path. */
