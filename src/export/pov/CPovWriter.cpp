@@ -98,7 +98,8 @@ CStatus CPovWriter::CheckOutput(const std::string& output) const {
 
 CStatus CPovWriter::Write(const std::string& output, C3ds2PovExportFlow* flow) {
     if (CStatus status = CheckOutput(output); !status) return status;
-    CResult<CAtomicFile> file = CAtomicFile::Create(output);
+    // Who unpacked a stranger's archive here must not write over another file through a link of that name.
+    CResult<CAtomicFile> file = CAtomicFile::CreateUnlinked(output);
     if (!file) return file.Error();
 
     CPovPictures pictures(m_scene, m_locator, output);
@@ -115,10 +116,11 @@ CStatus CPovWriter::Write(const std::string& output, C3ds2PovExportFlow* flow) {
         if (CStatus status = Try(flow, [&] { return pictures.Stage(i); }); !status) return status;
         if (flow) flow->Step();
     }
+    if (CStatus status = file.Value().Write(pictures.Record()); !status) return status;
     if (flow) flow->Message(static_cast<int>(m_scene.triangleCount));
     // The scene gets its name last, so that a program that renders it at once finds its pictures.
     CAtomicFileGroup files = pictures.TakeStaged();
-    files.Add(output, std::move(file).Value());
+    if (CStatus status = files.Add(std::move(file).Value()); !status) return status;
     return Try(flow, [&] { return files.Commit(); });
 }
 

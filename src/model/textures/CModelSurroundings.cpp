@@ -42,7 +42,8 @@ bool IsTopOfProject(const fs::path& folder) {
 
 }  // namespace
 
-CModelSurroundings::CModelSurroundings(const fs::path& modelFolder) : m_private(CPrivateFolders::OfThisUser()) {
+CModelSurroundings::CModelSurroundings(const fs::path& modelFolder)
+    : m_private(CPrivateFolders::OfThisUser()) {
     const auto resolved = Resolved(modelFolder.empty() ? "." : modelFolder);
     if (!resolved || !HasKind(*resolved, S_IFDIR)) return;
     m_folder = *resolved;

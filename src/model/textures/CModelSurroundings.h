@@ -13,8 +13,9 @@
 /** The usual names of folders of pictures in lower case, the likeliest first. The last kLoosePictureFolders may as well
  * hold somebody's photographs. */
 inline constexpr std::array<std::string_view, 20> kPictureFolders{
-    "textures", "texture", "maps",    "map", "tex",    "materials", "material", "bitmaps",  "bitmap", "skins",
-    "skin",     "sprites", "gfx",     "bmp", "images", "image",     "img",      "pictures", "pics",   "graphics"};
+    "textures", "texture", "maps",  "map",      "tex",     "materials", "material",
+    "bitmaps",  "bitmap",  "skins", "skin",     "sprites", "gfx",       "bmp",
+    "images",   "image",   "img",   "pictures", "pics",    "graphics"};
 inline constexpr std::size_t kLoosePictureFolders = 6;
 
 /** The part of the disk in which the pictures of one model may lie. A model file comes from anywhere and names what it
@@ -58,7 +59,8 @@ class CModelSurroundings {
 
     void FindAbove();
     [[nodiscard]] bool Holds(const std::filesystem::path& folder) const;
-    [[nodiscard]] bool IsOpenDownTo(const std::filesystem::path& top, const std::filesystem::path& folder) const;
+    [[nodiscard]] bool IsOpenDownTo(const std::filesystem::path& top,
+                                    const std::filesystem::path& folder) const;
 
     std::shared_ptr<const CPrivateFolders> m_private;
     std::filesystem::path m_folder;

@@ -22,10 +22,11 @@ namespace {
 
 constexpr std::array<std::string_view, 8> kDesktopFolders{"Desktop",  "Downloads", "Documents", "Music",
                                                           "Pictures", "Videos",    "Templates", "Public"};
-constexpr std::array<const char*, 10> kSystemFolders{"/",        "/home",    "/root", "/tmp", "/var/tmp",
+constexpr std::array<const char*, 10> kSystemFolders{"/",        "/home",     "/root",  "/tmp", "/var/tmp",
                                                      "/dev/shm", "/run/user", "/media", "/mnt", "/run/media"};
 /** What the answer depends on; the first three have parts of their own below. */
-constexpr std::array<const char*, 6> kVariables{"HOME", "XDG_CONFIG_HOME", "TMPDIR", "TMP", "TEMP", "XDG_RUNTIME_DIR"};
+constexpr std::array<const char*, 6> kVariables{"HOME", "XDG_CONFIG_HOME", "TMPDIR", "TMP",
+                                                "TEMP", "XDG_RUNTIME_DIR"};
 constexpr std::uint64_t kMaxListBytes = 64 << 10;
 
 std::vector<std::string> CurrentVariables() {
@@ -41,7 +42,8 @@ std::string HomeInTheSystemsList() {
     std::array<char, 4096> buffer{};
     passwd entry{};
     passwd* found = nullptr;
-    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr) return {};
+    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr)
+        return {};
     return entry.pw_dir;
 }
 
@@ -62,7 +64,8 @@ std::optional<fs::path> FolderOfLine(std::string_view line, const fs::path& home
 
 std::optional<struct stat> FolderAt(const fs::path& path) {
     struct stat info {};
-    if (::fstatat(AT_FDCWD, path.c_str(), &info, AT_NO_AUTOMOUNT) != 0 || !S_ISDIR(info.st_mode)) return std::nullopt;
+    if (::fstatat(AT_FDCWD, path.c_str(), &info, AT_NO_AUTOMOUNT) != 0 || !S_ISDIR(info.st_mode))
+        return std::nullopt;
     return info;
 }
 

@@ -26,6 +26,11 @@ struct CGoldenCase {
 };
 class CPovWriterTest : public testing::TestWithParam<CGoldenCase> {};
 
+/** Without the record of pictures: their bytes depend on the library that packs them. */
+std::string WithoutRecord(const std::string& text) {
+    return text.substr(0, text.find("// The pictures written with this file"));
+}
+
 // Equals golden/NAME.pov. With ORBIVUE_WRITE_GOLDEN set it is written instead, for a person to read.
 TEST_P(CPovWriterTest, WritesTheAcceptedText) {
     const CGoldenCase& c = GetParam();
@@ -38,7 +43,8 @@ TEST_P(CPovWriterTest, WritesTheAcceptedText) {
         C3ds2Pov::TryExport({builder.Scene(), CTextureLocator(), seen}, folder / "a.pov", c.format, nullptr));
     const std::string golden = ORBIVUE_POV_GOLDEN + std::string(c.name) + ".pov";
     if (std::getenv("ORBIVUE_WRITE_GOLDEN")) std::filesystem::copy_file(folder / "a.pov", golden);
-    EXPECT_EQ(CTestFolder::TextOf(folder / "a.pov"), CTestFolder::TextOf(golden));
+    EXPECT_EQ(WithoutRecord(CTestFolder::TextOf(folder / "a.pov")),
+              WithoutRecord(CTestFolder::TextOf(golden)));
 }
 
 void ManyMaterials(CBuilder& b) {

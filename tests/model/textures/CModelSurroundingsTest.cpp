@@ -29,7 +29,10 @@ const CCase kCases[] = {
     {"TheDesktopsPictures", "home/Downloads/car/c.3ds", {"home/Pictures/x.png"}, "x.png", ""},
     {"PictureFolderInDownloads", "home/Downloads/car/c.3ds", {"home/Downloads/maps/x.png"}, "x.png", ""},
     {"PictureFolderInHome", "home/work/c.3ds", {"home/textures/x.png"}, "x.png", ""},
-    {"BelowInDownloads", "home/Downloads/car/c.3ds", {"home/Downloads/car/a/x.png"}, "x.png",
+    {"BelowInDownloads",
+     "home/Downloads/car/c.3ds",
+     {"home/Downloads/car/a/x.png"},
+     "x.png",
      "home/Downloads/car/a/x.png"},
     {"BesideInDownloads", "home/Downloads/c.3ds", {"home/Downloads/x.png"}, "X.PNG", "home/Downloads/x.png"},
     {"NoOtherFolderInDownloads", "home/Downloads/c.3ds", {"home/Downloads/a/x.png"}, "a/x.png", ""},
@@ -38,7 +41,11 @@ const CCase kCases[] = {
     {"NoPicturesOfHome", "home/c.3ds", {"home/Pictures/x.png"}, "Pictures\\x.png", ""},
     {"ByUserDirs", "home/Bilder/car/c.3ds", {"home/Bilder/maps/x.png"}, "x.png", ""},
     {"EnglishNamesStill", "home/Pictures/car/c.3ds", {"home/Pictures/maps/x.png"}, "x.png", ""},
-    {"ProjectInHome", "home/work/models/c.3ds", {"home/work/textures/x.png"}, "x.png", "home/work/textures/x.png"},
+    {"ProjectInHome",
+     "home/work/models/c.3ds",
+     {"home/work/textures/x.png"},
+     "x.png",
+     "home/work/textures/x.png"},
     {"HomeBelowTheModel", "c.3ds", {"home/x.png"}, "x.png", ""},
     {"HomeOnTheReferencesWay", "c.3ds", {"home/x.png"}, "home/x.png", ""},
     {"RelativeHome", "home/Downloads/car/c.3ds", {"home/Downloads/maps/x.png"}, "x.png", "", "./home"},
@@ -50,12 +57,23 @@ const CCase kCases[] = {
     {"LinkOutside", "m/c.3ds", {"home/x.png", "m/x.png -> ../home/x.png"}, "x.png", ""},
     {"LinkAbove", "a/m/c.3ds", {"a/y.png", "a/m/x.png -> ../y.png"}, "x.png", ""},
     {"LinkWithin", "m/c.3ds", {"m/deep/er/y.png", "m/x.png -> deep/er/y.png"}, "x.png", "m/deep/er/y.png"},
-    {"LinkedFolderOutside", "m/c.3ds", {"home/Pictures/x.png", "m/maps -> ../home/Pictures"}, "maps/x.png", ""},
-    {"LinkedPictureFolder", "g/m/c.3ds", {"g/textures/x.png", "g/m/maps -> ../textures"}, "MAPS/x.png",
+    {"LinkedFolderOutside",
+     "m/c.3ds",
+     {"home/Pictures/x.png", "m/maps -> ../home/Pictures"},
+     "maps/x.png",
+     ""},
+    {"LinkedPictureFolder",
+     "g/m/c.3ds",
+     {"g/textures/x.png", "g/m/maps -> ../textures"},
+     "MAPS/x.png",
      "g/textures/x.png"},
     {"LinkedFolderInARing", "m/c.3ds", {"m/a/y.png", "m/a/a -> .."}, "a/a/a/a/a/x.png", ""},
     {"LinkedDownloads", "dl/car/c.3ds", {"home/Downloads -> ../dl", "dl/maps/x.png"}, "x.png", ""},
-    {"OpenedThroughALink", "link/c.3ds", {"home/Downloads/car/y.png", "link -> home/Downloads/car", "home/Downloads/x.png"}, "x.png", ""},
+    {"OpenedThroughALink",
+     "link/c.3ds",
+     {"home/Downloads/car/y.png", "link -> home/Downloads/car", "home/Downloads/x.png"},
+     "x.png",
+     ""},
     {"DanglingLink", "m/c.3ds", {"m/x.png -> nowhere"}, "x.png", ""},
     {"Device", "m/c.3ds", {"m/x.png -> /dev/zero"}, "x.png", ""},
 };
@@ -64,7 +82,8 @@ class Surroundings : public testing::TestWithParam<CCase> {
   protected:
     Surroundings() : m_homeBefore(std::getenv("HOME")), m_wasAt(fs::current_path()) {
         fs::current_path(m_folder / "");
-        ::setenv("HOME", GetParam().home.starts_with('.') ? GetParam().home.c_str() : (m_folder / "home").c_str(), 1);
+        ::setenv("HOME",
+                 GetParam().home.starts_with('.') ? GetParam().home.c_str() : (m_folder / "home").c_str(), 1);
     }
     ~Surroundings() override {
         fs::current_path(m_wasAt);
