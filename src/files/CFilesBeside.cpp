@@ -33,7 +33,8 @@ std::string EndOf(const std::string& path) {
     struct stat info = {};
     if (!file.IsOpen() || ::fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode)) return {};
     std::string text(static_cast<std::size_t>(std::min(info.st_size, kMostRecord)), '\0');
-    const ssize_t got = ::pread(file.Get(), text.data(), text.size(), std::max<off_t>(info.st_size - kMostRecord, 0));
+    const ssize_t got =
+        ::pread(file.Get(), text.data(), text.size(), std::max<off_t>(info.st_size - kMostRecord, 0));
     text.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
     return text;
 }
@@ -47,7 +48,8 @@ std::string_view NextWord(std::string_view& line) {
 
 std::uint64_t Number(std::string_view word, int base) {
     std::uint64_t number = 0;
-    (void)std::from_chars(word.data(), word.data() + word.size(), number, base);  // a wrong one matches no file
+    (void)std::from_chars(word.data(), word.data() + word.size(), number,
+                          base);  // a wrong one matches no file
     return number;
 }
 
@@ -113,17 +115,20 @@ CStatus CFilesBeside::Write(const std::string& name, std::span<const std::byte> 
     const std::string path = file_util_ex::MakePath(m_folder, name);
     const auto chosen = m_chosen.find(name);
     if (chosen == m_chosen.end()) return CError{EErrorCode::BadArgument, "no chosen name", path};
+    const CWritten written{bytes.size(), SumOf(bytes)};
+    m_written[name] = written;
+    if (chosen->second && m_earlier[name] == written) return CDone{};  // it is there already
     CResult<CAtomicFile> file =
         chosen->second ? CAtomicFile::CreateOver(path, *chosen->second) : CAtomicFile::CreateNew(path);
     if (!file) return file.Error();
     if (CStatus status = file.Value().Write(bytes); !status) return status;
-    m_written[name] = {bytes.size(), SumOf(bytes)};
     return m_files.Add(std::move(file).Value());
 }
 
 std::vector<std::string> CFilesBeside::ToRecord() const {
     std::vector<std::string> lines;
     for (const auto& [name, written] : m_written)
-        lines.push_back(std::string(kMark) + name + ' ' + std::to_string(written.bytes) + ' ' + Hexadecimal(written.sum));
+        lines.push_back(std::string(kMark) + name + ' ' + std::to_string(written.bytes) + ' ' +
+                        Hexadecimal(written.sum));
     return lines;
 }
