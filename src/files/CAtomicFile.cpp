@@ -90,7 +90,8 @@ void SyncFolderOf(const std::string& path) {
 std::optional<CFileId> CFileId::Of(const std::string& path) {
     struct stat info = {};
     if (::lstat(path.c_str(), &info) != 0) return std::nullopt;
-    return CFileId{info.st_dev, info.st_ino};
+    return CFileId{info.st_dev, info.st_ino, info.st_mode & S_IFMT, info.st_size,
+                   std::int64_t{info.st_mtim.tv_sec} * 1'000'000'000 + info.st_mtim.tv_nsec};
 }
 
 CResult<CAtomicFile> CAtomicFile::Create(std::string_view path) {
@@ -262,9 +263,9 @@ bool CAtomicFile::ExchangeWithTarget() {
         return ::renameat2(AT_FDCWD, m_tempName.c_str(), AT_FDCWD, m_target.c_str(), RENAME_EXCHANGE) == 0;
     };
     if (exchange()) {
-        struct stat old = {};
-        const bool isFolder = ::lstat(m_tempName.c_str(), &old) != 0 || S_ISDIR(old.st_mode);
-        if (!isFolder && (!m_mustBe || CFileId{old.st_dev, old.st_ino} == *m_mustBe)) return true;
+        const std::optional<CFileId> old = CFileId::Of(m_tempName);
+        const bool isFolder = !old || S_ISDIR(old->kind);
+        if (!isFolder && (!m_mustBe || old == m_mustBe)) return true;
         if (exchange()) errno = isFolder ? EISDIR : EEXIST;
         return false;
     }

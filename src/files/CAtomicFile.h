@@ -3,8 +3,8 @@
 
 #include <sys/types.h>
 
-#include <compare>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -14,11 +14,14 @@
 #include "base/CResult.h"
 #include "files/CFileDescriptor.h"
 
-/** Tells a file from all others, as long as it exists. */
+/** Tells a file that nobody changes from all others; a later one may get the inode of one that is gone. */
 struct CFileId {
     dev_t device = 0;
     ino_t inode = 0;
-    auto operator<=>(const CFileId&) const = default;
+    mode_t kind = 0;
+    off_t bytes = 0;
+    std::int64_t changedNs = 0;  ///< its content
+    bool operator==(const CFileId&) const = default;
 
     /** Of what has the name, a link not followed; nothing where nothing has it. */
     [[nodiscard]] static std::optional<CFileId> Of(const std::string& path);

@@ -83,15 +83,16 @@ void CFilesBeside::Protect(const std::string& path) {
 bool CFilesBeside::IsFree(const std::string& name, std::optional<CFileId>& old) const {
     const std::string path = file_util_ex::MakePath(m_folder, name);
     old.reset();
-    struct stat info = {};
-    if (::lstat(path.c_str(), &info) != 0) return errno == ENOENT;
+    const std::optional<CFileId> there = CFileId::Of(path);
+    if (!there) return errno == ENOENT;
     const auto earlier = m_earlier.find(name);
-    const CFileId id{info.st_dev, info.st_ino};
-    if (earlier == m_earlier.end() || !S_ISREG(info.st_mode) || m_protected.contains(id)) return false;
-    if (static_cast<std::uint64_t>(info.st_size) != earlier->second.bytes) return false;
+    if (earlier == m_earlier.end() || !S_ISREG(there->kind) ||
+        m_protected.contains({there->device, there->inode}))
+        return false;
+    if (static_cast<std::uint64_t>(there->bytes) != earlier->second.bytes) return false;
     const auto bytes = file_util_ex::ReadPlainFile(path, earlier->second.bytes);
     if (!bytes || CWritten{bytes.Value().size(), SumOf(bytes.Value())} != earlier->second) return false;
-    old = id;
+    old = there;
     return true;
 }
 
@@ -117,7 +118,8 @@ CStatus CFilesBeside::Write(const std::string& name, std::span<const std::byte> 
     if (chosen == m_chosen.end()) return CError{EErrorCode::BadArgument, "no chosen name", path};
     const CWritten written{bytes.size(), SumOf(bytes)};
     m_written[name] = written;
-    if (chosen->second && m_earlier[name] == written) return CDone{};  // it is there already
+    if (chosen->second && m_earlier[name] == written && CFileId::Of(path) == chosen->second)
+        return CDone{};  // it is there already
     CResult<CAtomicFile> file =
         chosen->second ? CAtomicFile::CreateOver(path, *chosen->second) : CAtomicFile::CreateNew(path);
     if (!file) return file.Error();

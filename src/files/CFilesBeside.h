@@ -3,10 +3,12 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <set>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/CResult.h"
@@ -47,7 +49,7 @@ class CFilesBeside {
     [[nodiscard]] bool IsFree(const std::string& name, std::optional<CFileId>& old) const;
 
     std::string m_folder;
-    std::set<CFileId> m_protected;
+    std::set<std::pair<dev_t, ino_t>> m_protected;
     std::map<std::string, CWritten, std::less<>> m_earlier, m_written;
     std::map<std::string, std::optional<CFileId>, std::less<>> m_chosen;  ///< with the file to replace
     std::uint32_t m_next = 0;
