@@ -21,20 +21,22 @@ constexpr std::array kDenied{
     // programs and processes
     "execve", "execveat", "fork", "vfork",
     // other processes
-    "kill", "tkill", "rt_sigqueueinfo", "rt_tgsigqueueinfo", "pidfd_open", "pidfd_getfd", "pidfd_send_signal", "ptrace",
-    "process_vm_readv", "process_vm_writev", "process_madvise", "kcmp", "msgget", "semget", "shmget", "mq_open",
+    "kill", "tkill", "rt_sigqueueinfo", "rt_tgsigqueueinfo", "pidfd_open", "pidfd_getfd", "pidfd_send_signal",
+    "ptrace", "process_vm_readv", "process_vm_writev", "process_madvise", "kcmp", "msgget", "semget",
+    "shmget", "mq_open",
     // rights and views of the system
-    "setuid", "setgid", "setreuid", "setregid", "setresuid", "setresgid", "setgroups", "setfsuid", "setfsgid", "capset",
-    "mount", "umount2", "pivot_root", "chroot", "unshare", "setns", "move_mount", "open_tree", "fsopen", "fsmount",
-    "mount_setattr", "personality", "sethostname", "setdomainname",
+    "setuid", "setgid", "setreuid", "setregid", "setresuid", "setresgid", "setgroups", "setfsuid", "setfsgid",
+    "capset", "mount", "umount2", "pivot_root", "chroot", "unshare", "setns", "move_mount", "open_tree",
+    "fsopen", "fsmount", "mount_setattr", "personality", "sethostname", "setdomainname",
     // what belongs to files of other folders
-    "chmod", "fchmodat", "fchmodat2", "chown", "lchown", "fchownat", "utime", "utimes", "utimensat", "futimesat", "setxattr",
-    "lsetxattr", "fsetxattr", "removexattr", "lremovexattr", "fremovexattr", "mknod", "mknodat", "open_by_handle_at",
-    "name_to_handle_at", "quotactl", "fanotify_init",
+    "chmod", "fchmodat", "fchmodat2", "chown", "lchown", "fchownat", "utime", "utimes", "utimensat",
+    "futimesat", "setxattr", "lsetxattr", "fsetxattr", "removexattr", "lremovexattr", "fremovexattr", "mknod",
+    "mknodat", "open_by_handle_at", "name_to_handle_at", "quotactl", "fanotify_init",
     // large parts of the kernel
-    "bpf", "perf_event_open", "userfaultfd", "io_uring_setup", "io_uring_enter", "io_uring_register", "keyctl", "add_key",
-    "request_key", "init_module", "finit_module", "delete_module", "kexec_load", "kexec_file_load", "reboot", "swapon",
-    "swapoff", "acct", "settimeofday", "clock_settime", "adjtimex", "clock_adjtime", "iopl", "ioperm", "syslog", "vhangup"};
+    "bpf", "perf_event_open", "userfaultfd", "io_uring_setup", "io_uring_enter", "io_uring_register",
+    "keyctl", "add_key", "request_key", "init_module", "finit_module", "delete_module", "kexec_load",
+    "kexec_file_load", "reboot", "swapon", "swapoff", "acct", "settimeofday", "clock_settime", "adjtimex",
+    "clock_adjtime", "iopl", "ioperm", "syslog", "vhangup"};
 
 struct CFilterDeleter {
     void operator()(void* filter) const { seccomp_release(filter); }
@@ -56,7 +58,8 @@ bool DenyIf(scmp_filter_ctx filter, int call, const scmp_arg_cmp& condition) {
 bool AddRules(scmp_filter_ctx filter) {
     const bool denied = std::all_of(kDenied.begin(), kDenied.end(), [&](const char* name) {
         const int call = seccomp_syscall_resolve_name(name);
-        return call == __NR_SCMP_ERROR || seccomp_rule_add_array(filter, Refuse(EPERM), call, 0, nullptr) == 0;
+        return call == __NR_SCMP_ERROR ||
+               seccomp_rule_add_array(filter, Refuse(EPERM), call, 0, nullptr) == 0;
     });
     // A clone is either a thread or a process. clone3 hides which; the C library then takes clone.
     const auto self = static_cast<scmp_datum_t>(::getpid());

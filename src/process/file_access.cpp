@@ -32,14 +32,33 @@ constexpr std::uint64_t kChangeFolder = LANDLOCK_ACCESS_FS_MAKE_REG | LANDLOCK_A
 constexpr std::uint64_t kOfFiles = kRead | kWrite | LANDLOCK_ACCESS_FS_EXECUTE | kDeviceControl;
 
 // Libraries and what they read when they are loaded; of a process's own facts, those of this one alone.
-constexpr std::array kSystemFiles{
-    "/usr", "/lib", "/lib32", "/lib64", "/etc/ld.so.cache", "/etc/ld.so.conf", "/etc/ld.so.conf.d", "/etc/glvnd",
-    "/etc/drirc", "/etc/localtime", "/nix/store", "/gnu/store", "/run/opengl-driver", "/app", "/proc/self", "/proc/cpuinfo",
-    "/proc/meminfo", "/proc/stat", "/sys/devices/system", "/dev/urandom", "/dev/random", "/dev/zero"};
+constexpr std::array kSystemFiles{"/usr",
+                                  "/lib",
+                                  "/lib32",
+                                  "/lib64",
+                                  "/etc/ld.so.cache",
+                                  "/etc/ld.so.conf",
+                                  "/etc/ld.so.conf.d",
+                                  "/etc/glvnd",
+                                  "/etc/drirc",
+                                  "/etc/localtime",
+                                  "/nix/store",
+                                  "/gnu/store",
+                                  "/run/opengl-driver",
+                                  "/app",
+                                  "/proc/self",
+                                  "/proc/cpuinfo",
+                                  "/proc/meminfo",
+                                  "/proc/stat",
+                                  "/sys/devices/system",
+                                  "/dev/urandom",
+                                  "/dev/random",
+                                  "/dev/zero"};
 constexpr std::array kNowhere{"/dev/null"};
 
 int InterfaceVersion() {
-    return static_cast<int>(::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION));
+    return static_cast<int>(
+        ::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION));
 }
 
 /** Everything that a version can hold back, so that what no rule allows is denied. */
@@ -99,6 +118,7 @@ bool RestrictFiles(const CFileAccess& access) {
     for (const char* path : kNowhere) rules.Allow(path, kRead | kWrite);
     for (const std::string& path : access.readable) rules.Allow(path.c_str(), kRead | kList);
     for (const std::string& path : access.listable) rules.Allow(path.c_str(), kList);
-    for (const std::string& path : access.writable) rules.Allow(path.c_str(), kRead | kList | kWrite | kChangeFolder);
+    for (const std::string& path : access.writable)
+        rules.Allow(path.c_str(), kRead | kList | kWrite | kChangeFolder);
     return rules.Enforce();
 }

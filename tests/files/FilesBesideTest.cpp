@@ -18,7 +18,8 @@ std::span<const std::byte> Bytes(std::string_view text) {
 }
 
 /** One export of a picture; "" where it fails. */
-std::string Export(const CTestFolder& folder, std::string_view text, const std::function<void()>& meanwhile = {}) {
+std::string Export(const CTestFolder& folder, std::string_view text,
+                   const std::function<void()>& meanwhile = {}) {
     CFilesBeside files(folder / "s.pov");
     const auto name = files.ChooseName("s-t", ".png");
     if (!name) return {};
@@ -60,9 +61,11 @@ const CCase kCases[] = {
          fs::create_symlink("moved", path);
      },
      false},
-    {"RecordOfAnother", [](auto& f, auto&) {
+    {"RecordOfAnother",
+     [](auto& f, auto&) {
          (void)f.Add("s-t0.png", "foreign");
-         (void)f.Add("s.pov", "// orbivue-file: s-t0.png 7 0\n// orbivue-file: \n// orbivue-file: ../victim 4 1");
+         (void)f.Add("s.pov",
+                     "// orbivue-file: s-t0.png 7 0\n// orbivue-file: \n// orbivue-file: ../victim 4 1");
      },
      false},
 };
@@ -77,7 +80,8 @@ class FilesBeside : public testing::TestWithParam<CCase> {
 };
 
 TEST_P(FilesBeside, ReplacesOnlyItsOwn) {
-    struct stat before {}, after {};
+    struct stat before {
+    }, after{};
     const bool wasThere = ::lstat((m_folder / "s-t0.png").c_str(), &before) == 0;
     const std::string name = Export(m_folder, "picture");
     EXPECT_EQ(name, GetParam().isOurs ? "s-t0.png" : "s-t1000.png");

@@ -79,7 +79,8 @@ struct CProbe {
 const CProbe kProbes[] = {
     {"Internet", ENeeds::SystemCalls, [](auto&) { return Error(::socket(AF_INET, SOCK_STREAM, 0)); }, EPERM},
     {"Internet6", ENeeds::SystemCalls, [](auto&) { return Error(::socket(AF_INET6, SOCK_DGRAM, 0)); }, EPERM},
-    {"LocalSocket", ENeeds::SystemCalls, [](auto&) { return Error(::socket(AF_UNIX, SOCK_STREAM, 0)); }, EPERM},
+    {"LocalSocket", ENeeds::SystemCalls, [](auto&) { return Error(::socket(AF_UNIX, SOCK_STREAM, 0)); },
+     EPERM},
     {"Kernel", ENeeds::SystemCalls, [](auto&) { return Error(::socket(AF_NETLINK, SOCK_RAW, 0)); }, EPERM},
     {"Exec", ENeeds::SystemCalls, [](auto&) { return Error(::execl("/bin/true", "true", nullptr)); }, EPERM},
     {"Fork", ENeeds::SystemCalls, [](auto&) { return Error(::fork()); }, EPERM},
@@ -87,25 +88,33 @@ const CProbe kProbes[] = {
     {"KillParent", ENeeds::SystemCalls, [](auto&) { return Error(::kill(::getppid(), 0)); }, EPERM},
     {"LookIntoParent", ENeeds::SystemCalls,
      [](auto&) { return Error(::ptrace(PTRACE_ATTACH, ::getppid(), nullptr, nullptr)); }, EPERM},
-    {"ChangeRights", ENeeds::SystemCalls, [](auto& f) { return Error(::chmod((f + "/write").c_str(), 0777)); }, EPERM},
+    {"ChangeRights", ENeeds::SystemCalls,
+     [](auto& f) { return Error(::chmod((f + "/write").c_str(), 0777)); }, EPERM},
     {"Thread", ENeeds::SystemCalls, [](auto&) { return StartThread(); }, 0},
     {"Abort", ENeeds::SystemCalls, [](auto&) { return std::abort(), 0; }, 1000 + SIGABRT},
     {"ReadWhatIsNeeded", ENeeds::Files, [](auto& f) { return OpenError(f + "/read/a", O_RDONLY); }, 0},
-    {"ReadAParent", ENeeds::Files, [](auto& f) { return OpenError(f + "/else/../else/a", O_RDONLY); }, EACCES},
+    {"ReadAParent", ENeeds::Files, [](auto& f) { return OpenError(f + "/else/../else/a", O_RDONLY); },
+     EACCES},
     {"ReadElsewhere", ENeeds::Files, [](auto& f) { return OpenError(f + "/else/a", O_RDONLY); }, EACCES},
     {"ReadByALink", ENeeds::Files, [](auto& f) { return OpenError(f + "/read/link", O_RDONLY); }, EACCES},
     {"ReadPasswords", ENeeds::Files, [](auto&) { return OpenError("/etc/passwd", O_RDONLY); }, EACCES},
     {"ReadTheParentsMemory", ENeeds::Files,
      [](auto&) { return OpenError("/proc/" + std::to_string(::getppid()) + "/environ", O_RDONLY); }, EACCES},
-    {"ListWhatIsListed", ENeeds::Files, [](auto& f) { return OpenError(f + "/list", O_RDONLY | O_DIRECTORY); }, 0},
+    {"ListWhatIsListed", ENeeds::Files,
+     [](auto& f) { return OpenError(f + "/list", O_RDONLY | O_DIRECTORY); }, 0},
     {"ReadWhatIsListed", ENeeds::Files, [](auto& f) { return OpenError(f + "/list/a", O_RDONLY); }, EACCES},
     {"LoadALibrary", ENeeds::Files, [](auto&) { return OpenError("/usr/lib/os-release", O_RDONLY); }, 0},
-    {"WriteWhereItMay", ENeeds::Files, [](auto& f) { return OpenError(f + "/write/new", O_WRONLY | O_CREAT); }, 0},
+    {"WriteWhereItMay", ENeeds::Files,
+     [](auto& f) { return OpenError(f + "/write/new", O_WRONLY | O_CREAT); }, 0},
     {"WriteWhatItReads", ENeeds::Files, [](auto& f) { return OpenError(f + "/read/a", O_WRONLY); }, EACCES},
-    {"WriteElsewhere", ENeeds::Files, [](auto& f) { return OpenError(f + "/else/new", O_WRONLY | O_CREAT); }, EACCES},
-    {"EmptyElsewhere", ENeeds::Files, [](auto& f) { return Error(::truncate((f + "/else/a").c_str(), 0)); }, EACCES},
-    {"DeleteElsewhere", ENeeds::Files, [](auto& f) { return Error(::unlink((f + "/else/a").c_str())); }, EACCES},
-    {"PlantALink", ENeeds::Files, [](auto& f) { return Error(::symlink("/", (f + "/write/x").c_str())); }, EACCES},
+    {"WriteElsewhere", ENeeds::Files, [](auto& f) { return OpenError(f + "/else/new", O_WRONLY | O_CREAT); },
+     EACCES},
+    {"EmptyElsewhere", ENeeds::Files, [](auto& f) { return Error(::truncate((f + "/else/a").c_str(), 0)); },
+     EACCES},
+    {"DeleteElsewhere", ENeeds::Files, [](auto& f) { return Error(::unlink((f + "/else/a").c_str())); },
+     EACCES},
+    {"PlantALink", ENeeds::Files, [](auto& f) { return Error(::symlink("/", (f + "/write/x").c_str())); },
+     EACCES},
     {"GrowAFile", ENeeds::Limits, [](auto& f) { return WriteMuch(f + "/write/large"); }, EFBIG},
     {"OpenManyFiles", ENeeds::Limits, [](auto&) { return OpenMany(); }, EMFILE},
     {"RunLong", ENeeds::Limits, [](auto&) { return Spin(); }, 1000 + SIGKILL},
@@ -124,7 +133,7 @@ int RunConfined(const CProbe& probe, const std::string& folder) {
     confinement.limits = {kSanitized ? 0ULL : 256ULL << 20, 1, 1 << 20, 64};
     confinement.files = {{folder + "/read"}, {folder + "/list"}, {folder + "/write"}};
     const CConfined done = ConfineProcess(confinement);
-    const bool holds = probe.needs == ENeeds::Limits ? done.limits
+    const bool holds = probe.needs == ENeeds::Limits  ? done.limits
                        : probe.needs == ENeeds::Files ? done.files
                                                       : done.systemCalls;
     return holds ? probe.attempt(folder) : 255;
@@ -137,7 +146,8 @@ TEST_P(Confined, CanDoNoMoreThanItMust) {
         (void)folder.Add(std::string(name) + "/a", "text");
     }
     std::filesystem::create_symlink("../else/a", folder / "read/link");
-    if (kSanitized && std::string_view(GetParam().name) == "Grow") GTEST_SKIP() << "the sanitizer's own memory";
+    if (kSanitized && std::string_view(GetParam().name) == "Grow")
+        GTEST_SKIP() << "the sanitizer's own memory";
     const pid_t child = ::fork();
     if (child == 0) ::_exit(RunConfined(GetParam(), folder.Path()));
     int status = 0;

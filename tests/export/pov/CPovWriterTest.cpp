@@ -126,6 +126,30 @@ const CGoldenCase kGolden[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Golden, CPovWriterTest, testing::ValuesIn(kGolden), kRowName);
 
+// Each of the five value maps would double the text of a material, or treble it where it is not tiled.
+TEST(CPovWriterTest, MapsDoNotMultiplyTheText) {
+    CBuilder builder;
+    CPreparedMaterial material = Plain({0.5f, 0.25f, 1});
+    material.shininessStrength = 0.6f;
+    float amount = 0.9f;
+    for (CPreparedMap CPreparedMaterial::*map :
+         {&CPreparedMaterial::texture, &CPreparedMaterial::texture2, &CPreparedMaterial::opacity,
+          &CPreparedMaterial::selfIlluminationMap, &CPreparedMaterial::shininessMap,
+          &CPreparedMaterial::specularMap, &CPreparedMaterial::bump}) {
+        CPreparedMap& made = material.*map;
+        made = builder.AddTexture(QuarterImage(4));
+        made.tile = false;
+        made.amount = amount -= 0.05f;
+    }
+    builder.Add(MakePlane(), material);
+    for (CPreparedTexture& texture : builder.Scene().textures) texture.hasTranslucency = true;
+    const CTestFolder folder;
+    const CSeenView seen = pov_export_format::SeenViewOf(builder.Scene(), {});
+    ASSERT_TRUE(
+        C3ds2Pov::TryExport({builder.Scene(), CTextureLocator(), seen}, folder / "a.pov", {}, nullptr));
+    EXPECT_LT(std::filesystem::file_size(folder / "a.pov"), 30'000u);
+}
+
 struct CPlaced {
     const char* name;
     CSeenOptions options;
