@@ -203,8 +203,8 @@ CStatus CAtomicFile::Rest(bool sync) {
     return CDone{};
 }
 
-CStatus CAtomicFile::Place() {
-    if (CStatus rested = Rest(true); !rested) return rested;
+CStatus CAtomicFile::Place(bool sync) {
+    if (CStatus rested = Rest(sync); !rested) return rested;
     const std::optional<CFileId> own = CFileId::Of(m_tempName);
     if (m_mustBeNew ||
         (::faccessat(AT_FDCWD, m_target.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) != 0 && errno == ENOENT)) {

@@ -62,7 +62,7 @@ class CAtomicFile {
     /** Syncs all files of the file system that it is on, at once; false when that failed. */
     [[nodiscard]] bool SyncFileSystem() const;
     /** Commit, but what had the name before is kept until this object goes, and the folder is not synced. */
-    [[nodiscard]] CStatus Place();
+    [[nodiscard]] CStatus Place(bool sync);
     /** Undoes Place, as far as nobody has changed the file since. */
     void TakeBack();
     /** Syncs the folder that the file is in. */

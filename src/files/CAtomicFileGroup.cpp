@@ -14,11 +14,17 @@ CStatus CAtomicFileGroup::Add(CAtomicFile file) {
 }
 
 CStatus CAtomicFileGroup::Commit() {
-    // One for all: a disk may take milliseconds for each.
-    if (m_members.size() > kMostOpen && !m_members.front().SyncFileSystem())
-        return CError{EErrorCode::WriteFailed, SystemErrorText(errno), {}};
+    const bool isLarge = m_members.size() > kMostOpen;
+    if (isLarge) {
+        for (CAtomicFile& member : m_members) {
+            if (CStatus rested = member.Rest(false); !rested) return rested;
+        }
+        // At once for all: a disk may take milliseconds for each.
+        if (!m_members.front().SyncFileSystem())
+            return CError{EErrorCode::WriteFailed, SystemErrorText(errno), {}};
+    }
     for (CAtomicFile& member : m_members) {
-        if (CStatus placed = member.Place(); !placed) {
+        if (CStatus placed = member.Place(!isLarge); !placed) {
             for (CAtomicFile& before : m_members) before.TakeBack();
             return placed;
         }

@@ -82,9 +82,10 @@ TEST_F(SaveSceneTest, EachPictureIsThereOnceAndFoundAgain) {
     AddMaterial("Wall", "W\x84ND.JPG");  // code page 437
     AddMaterial("Leaf", "leaf.jpg");
     AddMaterial("Unused", "secret.jpg", false);
-    EXPECT_EQ(Pack(), (CNames{"HULL.jpg", "hull_2.jpg", "leaf.jpg", "leaf.jpg.png", "packed.3ds", "preview.png",
-                              "w\xC3\xA4nd.jpg"}));
-    EXPECT_STREQ(m_builder.File().materials->texture1_map.name, "red/HULL.tga") << "the scene keeps its names";
+    EXPECT_EQ(Pack(), (CNames{"HULL.jpg", "hull_2.jpg", "leaf.jpg", "leaf.jpg.png", "packed.3ds",
+                              "preview.png", "w\xC3\xA4nd.jpg"}));
+    EXPECT_STREQ(m_builder.File().materials->texture1_map.name, "red/HULL.tga")
+        << "the scene keeps its names";
 
     const auto scene = CSceneReader::ReadFile(m_folder / "packed.zip");
     ASSERT_TRUE(scene);
