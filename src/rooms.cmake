@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # The rooms of the house, lowest first, and what each may use: its library links, and its files include, nothing else.
 # A room uses rooms that stand above it in this list; scripts/check_rooms holds the include lines against it. A room's windows
-# are a room of their own, NAME/ui. Layers: base, files and picture, settings, model, camera, engine, session,
+# are a room of their own, NAME/ui. Layers: base, files, process and picture, settings, model, camera, engine, session,
 # widgets, view, export, frame, programs. Written "room: what it uses"; a name that ends in /* stands for all rooms below.
 set(ORBIVUE_ROOMS
   "base:"
@@ -9,6 +9,7 @@ set(ORBIVUE_ROOMS
   "base/math: base"
   "base/jobs: base"
   "files: base/*"
+  "process: base/* files"
   "picture: base/* files"
   "picture/decode: base/* files picture"
   "settings: base/* files"
@@ -42,4 +43,4 @@ set(ORBIVUE_ROOMS
   "frame/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/pov export/pov/ui frame frame/preview frame/preview/ui"
   "programs/orbivue: base/* files settings session export/pov"
   "programs/orbivue/ui: base/* files settings session widgets widgets/ui frame/ui programs/orbivue"
-  "programs/orbivue_render: base/* files picture model/* camera engine engine/gl engine/overlay")
+  "programs/orbivue_render: base/* files process picture model/* camera engine engine/gl engine/overlay")

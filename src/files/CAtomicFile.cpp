@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <random>
 #include <system_error>
@@ -86,6 +87,13 @@ void SyncFolderOf(const std::string& path) {
 
 }  // namespace
 
+std::optional<CFileId> CFileId::Of(const std::string& path) {
+    struct stat info = {};
+    if (::lstat(path.c_str(), &info) != 0) return std::nullopt;
+    return CFileId{info.st_dev, info.st_ino, info.st_mode & S_IFMT, info.st_size,
+                   std::int64_t{info.st_mtim.tv_sec} * 1'000'000'000 + info.st_mtim.tv_nsec};
+}
+
 CResult<CAtomicFile> CAtomicFile::Create(std::string_view path) {
     std::string target = FollowLinks(std::string(path));
     if (file_util_ex::GetFileName(target).empty()) {
@@ -111,6 +119,20 @@ CResult<CAtomicFile> CAtomicFile::CreateNew(std::string_view path) {
     return made;
 }
 
+CResult<CAtomicFile> CAtomicFile::CreateUnlinked(std::string_view path) {
+    struct stat old = {};
+    const std::string target(path);
+    if (::lstat(target.c_str(), &old) != 0 || !S_ISLNK(old.st_mode)) return Create(path);
+    return Open(target, path);
+}
+
+CResult<CAtomicFile> CAtomicFile::CreateOver(std::string_view path, const CFileId& old) {
+    if (CFileId::Of(std::string(path)) != old) return WriteError(path, EEXIST);
+    CResult<CAtomicFile> made = Open(std::string(path), path);
+    if (made) made.Value().m_mustBe = old;
+    return made;
+}
+
 CResult<CAtomicFile> CAtomicFile::Open(std::string target, std::string_view path) {
     CFileDescriptor file = OpenWithoutName(target);
     std::string name;
@@ -131,6 +153,8 @@ CAtomicFile::CAtomicFile(CAtomicFile&& other) noexcept
     : m_target(std::move(other.m_target)),
       m_tempName(std::exchange(other.m_tempName, {})),
       m_mustBeNew(other.m_mustBeNew),
+      m_mustBe(other.m_mustBe),
+      m_placed(other.m_placed),
       m_file(std::move(other.m_file)),
       m_gathered(std::move(other.m_gathered)),
       m_error(std::move(other.m_error)) {}
@@ -157,22 +181,99 @@ CStatus CAtomicFile::Write(std::string_view text) {
 }
 
 CStatus CAtomicFile::Commit() {
-    if (!m_error && !m_file.IsOpen()) Fail(EBADF);
-    if (!m_error) (void)Flush(m_gathered);  // m_error tells
-    if (!m_error && ::fsync(m_file.Get()) != 0) Fail(errno);
+    if (CStatus rested = Rest(true); !rested) return rested;
+    if (TakeTarget()) {
+        m_tempName.clear();
+        SyncFolderOf(m_target);
+        return CDone{};
+    }
+    Fail(errno);
+    return *m_error;
+}
+
+CStatus CAtomicFile::Rest(bool sync) {
+    const bool rests = !m_file.IsOpen() && !m_tempName.empty();
+    if (!m_error && !rests && !m_file.IsOpen()) Fail(EBADF);
+    if (!m_error && !rests) (void)Flush(m_gathered);  // m_error tells
+    m_gathered = {};
+    if (!m_error && !rests && sync && ::fsync(m_file.Get()) != 0) Fail(errno);
     if (!m_error && m_tempName.empty() && !NameIt()) Fail(errno);
     if (!m_error && !m_file.Close()) Fail(errno);
-    if (!m_error && !TakeTarget()) Fail(errno);
     if (m_error) return *m_error;
-    m_tempName.clear();
-    SyncFolderOf(m_target);
     return CDone{};
 }
 
+CStatus CAtomicFile::Place(bool sync) {
+    if (CStatus rested = Rest(sync); !rested) return rested;
+    const std::optional<CFileId> own = CFileId::Of(m_tempName);
+    if (m_mustBeNew ||
+        (::faccessat(AT_FDCWD, m_target.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) != 0 && errno == ENOENT)) {
+        m_mustBeNew = true;
+        if (TakeTarget()) {
+            m_tempName.clear();
+            m_placed = own;
+            return CDone{};
+        }
+    } else if (ExchangeWithTarget()) {
+        m_placed = own;
+        return CDone{};
+    }
+    Fail(errno);
+    return *m_error;
+}
+
+bool CAtomicFile::SyncFileSystem() const {
+    const std::string folder = file_util_ex::GetFilePath(m_target);
+    const CFileDescriptor handle(
+        ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return handle.IsOpen() && ::syncfs(handle.Get()) == 0;
+}
+
+void CAtomicFile::SyncFolder() const {
+    SyncFolderOf(m_target);
+}
+
+void CAtomicFile::TakeBack() {
+    if (!m_placed || CFileId::Of(m_target) != m_placed) return;
+    m_placed.reset();
+    if (m_tempName.empty()) {
+        (void)::unlink(m_target.c_str());
+    } else if (::rename(m_tempName.c_str(), m_target.c_str()) == 0) {
+        m_tempName.clear();
+    }
+}
+
 bool CAtomicFile::TakeTarget() {
+    if (m_mustBe && CFileId::Of(m_target) != m_mustBe) {
+        errno = EEXIST;
+        return false;
+    }
     if (!m_mustBeNew) return ::rename(m_tempName.c_str(), m_target.c_str()) == 0;
+    if (::renameat2(AT_FDCWD, m_tempName.c_str(), AT_FDCWD, m_target.c_str(), RENAME_NOREPLACE) == 0)
+        return true;
+    if (errno != EINVAL && errno != ENOSYS) return false;
     // Unlike rename, link takes no name that something has.
     return ::link(m_tempName.c_str(), m_target.c_str()) == 0 && ::unlink(m_tempName.c_str()) == 0;
+}
+
+// Afterwards what had the name has the temporary one. What was put there in the very moment before shows
+// only then, and gets its name back.
+bool CAtomicFile::ExchangeWithTarget() {
+    const auto exchange = [this] {
+        return ::renameat2(AT_FDCWD, m_tempName.c_str(), AT_FDCWD, m_target.c_str(), RENAME_EXCHANGE) == 0;
+    };
+    if (exchange()) {
+        const std::optional<CFileId> old = CFileId::Of(m_tempName);
+        const bool isFolder = !old || S_ISDIR(old->kind);
+        if (!isFolder && (!m_mustBe || old == m_mustBe)) return true;
+        if (exchange()) errno = isFolder ? EISDIR : EEXIST;
+        return false;
+    }
+    if (errno != EINVAL && errno != ENOSYS) return false;
+    const std::string kept = TempNameFor(m_target);
+    if (::link(m_target.c_str(), kept.c_str()) != 0 || !TakeTarget()) return false;
+    m_tempName = kept;
+    return true;
 }
 
 bool CAtomicFile::NameIt() {

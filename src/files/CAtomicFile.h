@@ -4,6 +4,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,6 +13,19 @@
 
 #include "base/CResult.h"
 #include "files/CFileDescriptor.h"
+
+/** Tells a file that nobody changes from all others; a later one may get the inode of one that is gone. */
+struct CFileId {
+    dev_t device = 0;
+    ino_t inode = 0;
+    mode_t kind = 0;
+    off_t bytes = 0;
+    std::int64_t changedNs = 0;  ///< its content
+    bool operator==(const CFileId&) const = default;
+
+    /** Of what has the name, a link not followed; nothing where nothing has it. */
+    [[nodiscard]] static std::optional<CFileId> Of(const std::string& path);
+};
 
 /** Writes a file in one step, so that its name never leads to a part of it. The bytes go to an unnamed file
  * in the same folder (one with a temporary name where the file system has no unnamed files); Commit() syncs
@@ -26,6 +40,11 @@ class CAtomicFile {
     /** The same for a new file. Where something has the name already, now or at Commit, even a dangling link,
      * CreateNew or Commit fails and leaves it as it is. */
     [[nodiscard]] static CResult<CAtomicFile> CreateNew(std::string_view path);
+    /** Like Create, but a link is replaced by the file itself, and what it leads to stays. */
+    [[nodiscard]] static CResult<CAtomicFile> CreateUnlinked(std::string_view path);
+    /** The same for a file that must still be the one that was looked at: where another has the name by then,
+     * even a link to that one, CreateOver or Commit fails and leaves it as it is. */
+    [[nodiscard]] static CResult<CAtomicFile> CreateOver(std::string_view path, const CFileId& old);
     CAtomicFile(CAtomicFile&& other) noexcept;
     CAtomicFile& operator=(CAtomicFile&&) = delete;
     ~CAtomicFile();
@@ -37,11 +56,24 @@ class CAtomicFile {
     /** Completes the file and gives it its name. Call it once, and write nothing afterwards. */
     [[nodiscard]] CStatus Commit();
 
+    // --- for files that get their names together, see CAtomicFileGroup -------------------------------------
+    /** Writes what is buffered and closes the file, which has a temporary name from then on. */
+    [[nodiscard]] CStatus Rest(bool sync);
+    /** Syncs all files of the file system that it is on, at once; false when that failed. */
+    [[nodiscard]] bool SyncFileSystem() const;
+    /** Commit, but what had the name before is kept until this object goes, and the folder is not synced. */
+    [[nodiscard]] CStatus Place(bool sync);
+    /** Undoes Place, as far as nobody has changed the file since. */
+    void TakeBack();
+    /** Syncs the folder that the file is in. */
+    void SyncFolder() const;
+
   private:
     CAtomicFile(std::string target, std::string tempName, CFileDescriptor file);
     [[nodiscard]] static CResult<CAtomicFile> Open(std::string target, std::string_view path);
     bool NameIt();
     bool TakeTarget();
+    bool ExchangeWithTarget();
     bool Flush(std::span<const std::byte> bytes);
     void Fail(int errorNumber);
     void Discard();
@@ -49,6 +81,8 @@ class CAtomicFile {
     std::string m_target;
     std::string m_tempName;  ///< empty when there is no temporary name to delete
     bool m_mustBeNew = false;
+    std::optional<CFileId> m_mustBe;  ///< what has the name
+    std::optional<CFileId> m_placed;  ///< this file, once Place has given it the name
     CFileDescriptor m_file;
     std::vector<std::byte> m_gathered;
     std::optional<CError> m_error;

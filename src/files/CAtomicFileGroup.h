@@ -1,25 +1,23 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <string>
+#include <cstddef>
 #include <vector>
 
 #include "files/CAtomicFile.h"
 
 /** Files that belong together and get their names together, in the order in which they were added: all of
- * them or none. A group that is destroyed without Commit changes nothing. */
+ * them or none. A group that is destroyed without Commit changes nothing. Of a large group only the first files
+ * are held open without a name; a killed process leaves the others under temporary names. */
 class CAtomicFileGroup {
   public:
-    /** path (UTF-8) is the one that the file was created for. */
-    void Add(std::string path, CAtomicFile file);
+    static constexpr std::size_t kMostOpen = 32;
+
+    [[nodiscard]] CStatus Add(CAtomicFile file);
     /** Gives all files their names; call it once. Where one of them fails, those before it are undone: a
-     * replaced file is restored as a new file with the same bytes, a new one is deleted. */
+     * replaced file gets its name back, a new one is deleted. */
     [[nodiscard]] CStatus Commit();
 
   private:
-    struct CMember {
-        std::string path;
-        CAtomicFile file;
-    };
-    std::vector<CMember> m_members;
+    std::vector<CAtomicFile> m_members;
 };

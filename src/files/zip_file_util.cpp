@@ -10,7 +10,9 @@
 #include <vector>
 
 #include "base/text/ascii_text.h"
+#include "base/text/code_pages.h"
 #include "base/text/lng.h"
+#include "base/text/utf8_text.h"
 #include "files/CAtomicFile.h"
 #include "files/file_util_ex.h"
 
@@ -50,10 +52,19 @@ CStatus AddFile(zip_t* zip, const std::string& name, const std::string& path) {
     return CDone{};
 }
 
+/** Archives name their files in UTF-8; a name on disk may be any bytes. */
+std::string EntryName(const std::string& name) {
+    constexpr std::size_t kWestern = 2;  // of code_pages
+    if (utf8_text::Decode(name)) return name;
+    std::string text;
+    for (const char32_t c : code_pages::Decode(name, kWestern)) utf8_text::Append(text, c);
+    return text;
+}
+
 CResult<std::map<std::string, std::string>> NamesToPaths(std::span<const std::string> files) {
     std::map<std::string, std::string> paths;
     for (const std::string& path : files) {
-        const auto [place, isNew] = paths.emplace(file_util_ex::GetFileName(path), path);
+        const auto [place, isNew] = paths.emplace(EntryName(file_util_ex::GetFileName(path)), path);
         if (!isNew && place->second != path) {
             return CError{EErrorCode::BadArgument, lng::Mark("two files have the same name"), path};
         }

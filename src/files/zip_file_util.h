@@ -10,7 +10,7 @@
 /** Writes zip archives. Narrow text is UTF-8. */
 namespace zip_file_util {
 
-/** Packs files into an archive, each under its file name alone, and replaces the archive's file in one
+/** Packs files into an archive, each under its file name alone (in UTF-8), and replaces the archive's file in one
  * step. A path listed twice is stored once. Fails, and leaves the target as it was, when a file cannot
  * be read, when two files share a name (BadArgument), when the list is empty, or when the archive
  * cannot be written. */

@@ -14,7 +14,7 @@ CAtomicFileGroup Staged(const CTestFolder& folder) {
         auto file = CAtomicFile::Create(folder / name);
         EXPECT_TRUE(file);
         EXPECT_TRUE(file.Value().Write(std::string(100'000, 'n')));
-        group.Add(folder / name, std::move(file).Value());
+        EXPECT_TRUE(group.Add(std::move(file).Value()));
     }
     return group;
 }

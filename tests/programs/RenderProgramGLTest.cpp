@@ -11,6 +11,7 @@
 #include "files/CTestFolder.h"
 #include "model/read_3ds/C3dsBytes.h"
 #include "picture/decode/image_codec.h"
+#include "picture/image_writer.h"
 #include "row_name.h"
 
 namespace {
@@ -78,6 +79,25 @@ TEST(RenderProgramGLTest, StatsTellTheSceneTheCameraAndTheFrame) {
     const auto moved = nlohmann::json::parse(Render(folder, "--stats box.3ds --frame 10").out);
     EXPECT_NEAR(moved["model"]["center"][2].get<double>(), 50, 1e-3);
     EXPECT_NEAR(moved["camera"]["target"][2].get<double>(), 50, 1e-3);
+}
+
+TEST(RenderProgramGLTest, ConfinedItDrawsTheSamePicture) {
+    const CTestFolder folder;
+    std::filesystem::create_directories(folder / "models");
+    std::filesystem::create_directories(folder / "textures");
+    const CImage red{1, 1, {255, 0, 0, 255}};
+    ASSERT_TRUE(image_codec::WritePng(folder / "textures/skin.png", red, false));
+    folder.Add("models/box.3ds",
+               Scene(Material("Red", Chunk(0xA200, Chunk(0xA300, Text("skin.png")))) + Cube("Box")));
+    const CRun run = Render(folder, "models/box.3ds free.png --size 60x40");
+    ASSERT_EQ(run.code, 0) << run.err;
+    const CRun confined = Render(folder, "--confined --stats models/box.3ds held.png --size 60x40");
+    ASSERT_EQ(confined.code, 0) << confined.err;
+    EXPECT_EQ(CTestFolder::TextOf(folder / "held.png"), CTestFolder::TextOf(folder / "free.png"));
+    const auto stats = nlohmann::json::parse(confined.out);
+    EXPECT_EQ(stats["textures"]["found"].size(), 1u);
+    EXPECT_EQ(stats["confined"]["limits"], true);
+    EXPECT_FALSE(nlohmann::json::parse(Render(folder, "--stats models/box.3ds").out).contains("confined"));
 }
 
 struct CExitCase {

@@ -68,7 +68,7 @@ std::uint32_t CPovMaterials::UseUnlit(std::uint32_t material, bool hasTexCoords)
         return Use(CKey{material, hasTexCoords, false});
     if (!m_black) {
         m_black = static_cast<std::uint32_t>(m_textures.size());
-        m_textures.push_back({"not lit", "pigment{rgb 0}finish{diffuse 0}", {}, {}, {}, false});
+        m_textures.push_back({"not lit", {}, "pigment{rgb 0}finish{diffuse 0}", {}, {}, {}, false});
     }
     return *m_black;
 }
@@ -111,7 +111,10 @@ CPovMaterials::CTexture CPovMaterials::Make(const CPreparedMaterial& material, b
     texture.plainBody = Body(material, terms, {}, false);
     texture.body = texture.plainBody;
     if (m_format.outputTextures && hasTexCoords) {
-        texture.body = Body(material, terms, maps, true);
+        texture.body =
+            maps.size() > 1 ? SharedBody(material, terms, maps) : Body(material, terms, maps, true);
+        if (m_shared) texture.shared = m_shared->Text();
+        m_shared.reset();
         texture.mapped = !texture.files.empty();
     }
     m_files = nullptr;
@@ -173,21 +176,47 @@ std::vector<CPovMaterials::CValueMap> CPovMaterials::ValueMaps(const CPreparedMa
     return maps;
 }
 
+std::string CPovMaterials::SharedBody(const CPreparedMaterial& material, CTerms terms,
+                                      std::span<const CValueMap> maps) {
+    m_shared.emplace("P");
+    m_made.clear();
+    return Body(material, terms, maps, true);
+}
+
+std::string CPovMaterials::Piece(const char* kind, const std::string& body) {
+    return m_shared ? m_shared->Declare(kind, body) : body;
+}
+
+std::string CPovMaterials::PatternPiece(const std::string& pattern) {
+    return m_shared ? m_patterns.Macro(pattern) : pattern;
+}
+
 std::string CPovMaterials::Body(const CPreparedMaterial& material, CTerms terms,
                                 std::span<const CValueMap> maps, bool mapped) {
+    if (!m_shared) return Blend(material, terms, maps, mapped);
+    const std::tuple key{maps.size(), terms.opacity, terms.self, terms.specular};
+    const auto known = m_made.find(key);
+    if (known != m_made.end()) return known->second;
+    return m_made[key] = Piece("texture", Blend(material, terms, maps, mapped));
+}
+
+std::string CPovMaterials::Blend(const CPreparedMaterial& material, CTerms terms,
+                                 std::span<const CValueMap> maps, bool mapped) {
     if (maps.empty()) {
         const float transmit = material.additive ? 1 - kAdditiveCover : 1 - terms.opacity;
-        return "pigment{" + Pigment(material, transmit, mapped) + '}' + (mapped ? Normal(material) : "") +
-               Finish(material, terms, mapped);
+        return "pigment{" + Piece("pigment", Pigment(material, transmit, mapped)) + '}' +
+               (mapped ? Normal(material) : "") + Finish(material, terms, mapped);
     }
     const CValueMap& first = maps.front();
     const auto at = [&](float value) {
         return Body(material, first.at(terms, value, Unit(first.map->amount)), maps.subspan(1), mapped);
     };
-    std::string body = "uv_mapping " + pov_maps::Pattern(*first.picture) + pov_maps::Placement(*first.map) +
-                       " texture_map{[0 " + at(0) + "][1 " + at(1) + "]}";
+    const std::string pattern =
+        PatternPiece("uv_mapping " + pov_maps::Pattern(*first.picture) + pov_maps::Placement(*first.map));
+    const std::string body = pov_maps::Choice(pattern, "texture_map", at(0), at(1));
     if (first.map->tile) return body;
-    return pov_maps::Once(*first.map, "texture_map", Body(material, terms, maps.subspan(1), mapped), body);
+    return pov_maps::Once(PatternPiece(pov_maps::Within(*first.map)), "texture_map",
+                          Body(material, terms, maps.subspan(1), mapped), Piece("texture", body));
 }
 
 std::string CPovMaterials::Pigment(const CPreparedMaterial& material, float transmit, bool mapped) {
@@ -197,12 +226,14 @@ std::string CPovMaterials::Pigment(const CPreparedMaterial& material, float tran
     return Mixed(pigment, material.texture2, !material.texture2.ignoreAlpha, transmit);
 }
 
-std::string CPovMaterials::Mixed(const std::string& below, const CPreparedMap& map, bool alphaCounts,
+std::string CPovMaterials::Mixed(const std::string& plain, const CPreparedMap& map, bool alphaCounts,
                                  float transmit) {
     const CPovPictures::CPicture* color = ColorPicture(map);
-    if (color == nullptr) return below;
-    std::string all = transmit > 0 ? " transmit all " + Number(transmit) : std::string();
-    std::string pigment = "uv_mapping " + pov_maps::ImageMap(*color, all) + pov_maps::Placement(map);
+    if (color == nullptr) return plain;
+    const std::string below = Piece("pigment", plain);
+    const std::string all = transmit > 0 ? " transmit all " + Number(transmit) : std::string();
+    std::string pigment =
+        PatternPiece("uv_mapping " + pov_maps::ImageMap(*color, all) + pov_maps::Placement(map));
     const float amount = Unit(map.amount);
     if (amount < 1) {
         pigment = "average pigment_map{[" + Number(1 - amount) + ' ' + below + "][" + Number(amount) + ' ' +
@@ -210,11 +241,13 @@ std::string CPovMaterials::Mixed(const std::string& below, const CPreparedMap& m
     }
     if (alphaCounts && m_scene.textures[static_cast<std::size_t>(map.texture)].hasTranslucency) {
         if (const CPovPictures::CPicture* alpha = Picture(map, EPovPicture::Alpha)) {
-            pigment = "uv_mapping " + pov_maps::Pattern(*alpha) + pov_maps::Placement(map) +
-                      " pigment_map{[0 " + below + "][1 " + pigment + "]}";
+            const std::string pattern =
+                PatternPiece("uv_mapping " + pov_maps::Pattern(*alpha) + pov_maps::Placement(map));
+            pigment = pov_maps::Choice(pattern, "pigment_map", below, pigment);
         }
     }
-    return map.tile ? pigment : pov_maps::Once(map, "pigment_map", below, pigment);
+    if (map.tile) return pigment;
+    return pov_maps::Once(PatternPiece(pov_maps::Within(map)), "pigment_map", below, pigment);
 }
 
 std::string CPovMaterials::Normal(const CPreparedMaterial& material) {
@@ -222,8 +255,10 @@ std::string CPovMaterials::Normal(const CPreparedMaterial& material) {
     if (picture == nullptr) return {};
     const float size = kBumpHeight * Unit(material.bump.amount) *
                        static_cast<float>(std::max(picture->width, picture->height));
-    return "normal{uv_mapping bump_map{" + std::string(picture->type) + " \"" + picture->fileName +
-           "\" interpolate 2 bump_size " + Number(size) + '}' + pov_maps::Placement(material.bump) + '}';
+    const std::string body = "uv_mapping bump_map{" + std::string(picture->type) + " \"" + picture->fileName +
+                             "\" interpolate 2 bump_size " + Number(size) + '}' +
+                             pov_maps::Placement(material.bump);
+    return "normal{" + Piece("normal", body) + '}';
 }
 
 std::string CPovMaterials::Finish(const CPreparedMaterial& material, CTerms terms, bool mapped) {
@@ -278,6 +313,7 @@ void CPovMaterials::Write(CPovText& text) const {
             text << (&file == &files.front() ? "" : "&") << "file_exists(\"" << file << "\")";
         }
     };
+    text << m_patterns.Text();
     std::vector<std::string> all;
     for (std::uint32_t i = 0; i < m_textures.size(); ++i) {
         const CTexture& texture = m_textures[i];
@@ -292,7 +328,7 @@ void CPovMaterials::Write(CPovText& text) const {
         all.insert(all.end(), texture.files.begin(), texture.files.end());
         text << "#if(";
         writeExist(texture.files);
-        text << ")\n";
+        text << ")\n" << texture.shared;
         declare(texture.body);
         text << "#else\n";
         declare(texture.plainBody);

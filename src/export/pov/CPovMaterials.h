@@ -11,6 +11,7 @@
 
 #include "export/pov/C3ds2Pov.h"
 #include "export/pov/CPovPictures.h"
+#include "export/pov/CPovShared.h"
 #include "model/prepare/CPreparedScene.h"
 
 class CPovText;
@@ -55,6 +56,7 @@ class CPovMaterials {
     };
     struct CTexture {
         std::string name;
+        std::string shared;           ///< declarations that body uses
         std::string body, plainBody;  ///< plainBody: used when the picture files are missing
         std::string layer;            ///< a second texture{} on top of it; may be empty
         std::vector<std::string> files;
@@ -69,8 +71,16 @@ class CPovMaterials {
     [[nodiscard]] std::vector<CValueMap> ValueMaps(const CPreparedMaterial& material);
     [[nodiscard]] std::string Body(const CPreparedMaterial& material, CTerms terms,
                                    std::span<const CValueMap> maps, bool mapped);
+    /** Body of a material with several value maps: its pieces are shared, as each map alone would double it. */
+    [[nodiscard]] std::string SharedBody(const CPreparedMaterial& material, CTerms terms,
+                                         std::span<const CValueMap> maps);
+    [[nodiscard]] std::string Blend(const CPreparedMaterial& material, CTerms terms,
+                                    std::span<const CValueMap> maps, bool mapped);
+    /** Names for pieces while m_shared is set; else the pieces themselves. */
+    [[nodiscard]] std::string Piece(const char* kind, const std::string& body);
+    [[nodiscard]] std::string PatternPiece(const std::string& pattern);
     [[nodiscard]] std::string Pigment(const CPreparedMaterial& material, float transmit, bool mapped);
-    [[nodiscard]] std::string Mixed(const std::string& below, const CPreparedMap& map, bool alphaCounts,
+    [[nodiscard]] std::string Mixed(const std::string& plain, const CPreparedMap& map, bool alphaCounts,
                                     float transmit);
     [[nodiscard]] std::string Normal(const CPreparedMaterial& material);
     [[nodiscard]] std::string Finish(const CPreparedMaterial& material, CTerms terms, bool mapped);
@@ -88,4 +98,8 @@ class CPovMaterials {
     std::optional<std::uint32_t> m_black;
     std::vector<CTexture> m_textures;
     std::vector<std::string>* m_files = nullptr;  ///< where the names of used pictures go
+    CPovShared m_patterns{"Q"};                   ///< of all materials; they open no file by themselves
+    std::optional<CPovShared> m_shared;           ///< of the material that is being made
+    /** What was made of it: by how many maps were left, and the terms. */
+    std::map<std::tuple<std::size_t, float, float, float>, std::string> m_made;
 };

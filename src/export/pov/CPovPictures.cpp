@@ -3,11 +3,10 @@
 
 #include <algorithm>
 
+#include "base/text/lng.h"
 #include "export/pov/text/CPovText.h"
-#include "files/CAtomicFile.h"
 #include "files/file_util_ex.h"
 #include "model/prepare/CPreparedScene.h"
-#include "model/prepare/source_files.h"
 #include "model/textures/CTextureLocator.h"
 #include "picture/image_probe.h"
 #include "picture/image_writer.h"
@@ -92,64 +91,77 @@ CPovPictures::CPovPictures(const CPreparedScene& scene, const CTextureLocator& l
                            std::string_view outputPath)
     : m_scene(scene),
       m_locator(locator),
-      m_folder(file_util_ex::GetFilePath(outputPath)),
-      m_stem(pov_text::FileStem(file_util_ex::GetFileNameWithPath(file_util_ex::GetFileName(outputPath)))) {}
+      m_stem(pov_text::FileStem(file_util_ex::GetFileNameWithPath(file_util_ex::GetFileName(outputPath)))),
+      m_files(outputPath) {
+    for (const std::string& source : scene.sourceFiles) m_files.Protect(source);
+    for (const CPreparedTexture& texture : scene.textures) {
+        if (!texture.foundAt.empty()) m_files.Protect(texture.foundAt);
+    }
+}
 
 const CPovPictures::CPicture* CPovPictures::Use(int texture, EPovPicture kind) {
     if (texture < 0 || static_cast<std::size_t>(texture) >= m_scene.textures.size()) return nullptr;
-    const CPreparedTexture& source = m_scene.textures[static_cast<std::size_t>(texture)];
-    if (source.image.IsEmpty()) return nullptr;
+    if (m_scene.textures[static_cast<std::size_t>(texture)].image.IsEmpty()) return nullptr;
+    texture = FirstAlike(texture);
     const auto [place, isNew] = m_known.try_emplace({texture, kind}, m_planned.size());
-    if (isNew) {
-        CPlanned planned;
-        planned.texture = texture;
-        planned.kind = kind;
-        planned.picture.type = "png";
-        planned.picture.width = source.image.width;
-        planned.picture.height = source.image.height;
-        if (kind == EPovPicture::Color && !source.hasTranslucency) {
-            std::string_view type;
-            std::vector<std::byte> bytes = Original(source);
-            if (PovReadsAlike(bytes, type)) {
-                planned.picture.type = type;
-                planned.original = std::move(bytes);
-            }
-        }
-        planned.picture.fileName = FreeName(planned.picture.type == "jpeg" ? ".jpg" : ".png");
-        planned.path = file_util_ex::MakePath(m_folder, planned.picture.fileName);
-        m_planned.push_back(std::move(planned));
-    }
+    if (isNew) m_planned.push_back(Plan(texture, kind));
     return &m_planned[place->second].picture;
+}
+
+int CPovPictures::FirstAlike(int texture) {
+    const CPreparedTexture& source = m_scene.textures[static_cast<std::size_t>(texture)];
+    if (source.foundAt.empty()) return texture;
+    const auto hit = m_locator.Find(source.reference);
+    // Pictures in memory may have one name and other bytes.
+    const auto bytes = reinterpret_cast<std::uintptr_t>(hit ? hit->data : nullptr);
+    return m_firstAt.emplace(std::to_string(bytes) + ' ' + source.foundAt, texture).first->second;
+}
+
+CPovPictures::CPlanned CPovPictures::Plan(int texture, EPovPicture kind) {
+    const CPreparedTexture& source = m_scene.textures[static_cast<std::size_t>(texture)];
+    CPlanned planned{{{}, "png", source.image.width, source.image.height}, texture, kind, false};
+    std::string_view type;
+    if (kind == EPovPicture::Color && !source.hasTranslucency && PovReadsAlike(Original(source), type)) {
+        planned.picture.type = type;
+        planned.isCopied = true;
+    }
+    const CResult<std::string> name =
+        m_files.ChooseName(m_stem + "-t", planned.picture.type == "jpeg" ? ".jpg" : ".png");
+    if (name) {
+        planned.picture.fileName = name.Value();
+    } else if (!m_error) {
+        m_error = name.Error();
+    }
+    return planned;
 }
 
 std::vector<std::byte> CPovPictures::Original(const CPreparedTexture& texture) const {
     const auto hit = m_locator.Find(texture.reference);
     if (!hit) return {};
-    if (hit->data != nullptr) return *hit->data;
-    auto bytes = file_util_ex::ReadWholeFile(hit->foundAt, image_codec::kMaxFileBytes);
+    auto bytes = ReadTexture(*hit, image_codec::kMaxFileBytes);
     return bytes ? std::move(bytes).Value() : std::vector<std::byte>();
 }
 
-std::string CPovPictures::FreeName(const std::string& extension) const {
-    for (std::size_t number = m_planned.size();; number += 1000) {
-        std::string name = m_stem + "-t" + std::to_string(number) + extension;
-        const std::string path = file_util_ex::MakePath(m_folder, name);
-        if (SourceAt(m_scene, path) == ESource::None) return name;
+CStatus CPovPictures::Stage(std::size_t i) {
+    if (m_error) return *m_error;
+    const CPlanned& planned = m_planned[i];
+    const CPreparedTexture& source = m_scene.textures[static_cast<std::size_t>(planned.texture)];
+    if (planned.isCopied) {
+        std::string_view type;
+        const std::vector<std::byte> original = Original(source);
+        if (PovReadsAlike(original, type) && type == planned.picture.type)
+            return m_files.Write(planned.picture.fileName, original);
+        return CError{EErrorCode::Unreadable, lng::Mark("a picture of the model has been changed meanwhile"),
+                      source.foundAt};
     }
+    const auto bytes = image_codec::PngBytes(Converted(source.image, planned.kind), false);
+    if (!bytes) return bytes.Error();
+    return m_files.Write(planned.picture.fileName, bytes.Value());
 }
 
-CStatus CPovPictures::Stage(std::size_t i) {
-    const CPlanned& planned = m_planned[i];
-    CResult<CAtomicFile> file = CAtomicFile::Create(planned.path);
-    if (!file) return file.Error();
-    if (!planned.original.empty()) {
-        if (CStatus status = file.Value().Write(planned.original); !status) return status;
-    } else {
-        const CImage& image = m_scene.textures[static_cast<std::size_t>(planned.texture)].image;
-        const auto bytes = image_codec::PngBytes(Converted(image, planned.kind), false);
-        if (!bytes) return bytes.Error();
-        if (CStatus status = file.Value().Write(bytes.Value()); !status) return status;
-    }
-    m_staged.Add(planned.path, std::move(file).Value());
-    return CDone{};
+std::string CPovPictures::Record() const {
+    std::string text;
+    for (const std::string& line : m_files.ToRecord()) text += "// " + line + '\n';
+    return text.empty() ? text
+                        : "// The pictures written with this file, for the next export to it:\n" + text;
 }

@@ -4,13 +4,15 @@
 #include <cstddef>
 #include <deque>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "base/CResult.h"
-#include "files/CAtomicFileGroup.h"
+#include "base/name_hash.h"
+#include "files/CFilesBeside.h"
 
 class CTextureLocator;
 struct CPreparedScene;
@@ -22,9 +24,9 @@ enum class EPovPicture { Color, NegativeColor, Value, NegativeValue, Alpha, Nega
 /** Chooses the picture files of an exported scene and writes them beside it. Files that POV-Ray decodes as
  * the view does are copied byte by byte; all others become PNG.
  *
- * File names begin with the scene's name, so that scenes in one folder do not overwrite each
- * other's pictures, and are ASCII, because POV-Ray finds no others. A source file of the scene is
- * never overwritten. */
+ * However many names the materials have for a picture that was found, it is written once. File names begin with the
+ * scene's name, so that scenes in one folder do not overwrite each other's pictures, and are ASCII, because POV-Ray finds
+ * no others. Which name is free is CFilesBeside's rule; a source file of the scene is never overwritten. */
 class CPovPictures {
   public:
     struct CPicture {
@@ -43,26 +45,31 @@ class CPovPictures {
 
     /** Writes picture i, 0 to Count() - 1, under a temporary name. */
     [[nodiscard]] CStatus Stage(std::size_t i);
+    /** The comment that the scene's file must hold once all are staged; see CFilesBeside. */
+    [[nodiscard]] std::string Record() const;
     /** The written files, which the caller gives their final names together with others. */
-    [[nodiscard]] CAtomicFileGroup TakeStaged() { return std::move(m_staged); }
+    [[nodiscard]] CAtomicFileGroup TakeStaged() { return m_files.TakeFiles(); }
 
   private:
     struct CPlanned {
         CPicture picture;
         int texture = 0;
         EPovPicture kind = EPovPicture::Color;
-        std::vector<std::byte> original;  ///< what is copied; empty: it is encoded
-        std::string path;
+        bool isCopied = false;  ///< as it was found; else it is encoded
     };
     [[nodiscard]] std::vector<std::byte> Original(const CPreparedTexture& texture) const;
-    [[nodiscard]] std::string FreeName(const std::string& extension) const;
+    /** The first texture that was found at the same place as this one. */
+    [[nodiscard]] int FirstAlike(int texture);
+    [[nodiscard]] CPlanned Plan(int texture, EPovPicture kind);
 
     const CPreparedScene& m_scene;
     const CTextureLocator& m_locator;
-    std::string m_folder, m_stem;
+    std::string m_stem;
+    CNameMap<int> m_firstAt;  ///< by where they were found
     std::map<std::pair<int, EPovPicture>, std::size_t> m_known;
     std::deque<CPlanned> m_planned;  ///< callers hold pointers to its pictures
-    CAtomicFileGroup m_staged;
+    CFilesBeside m_files;
+    std::optional<CError> m_error;  ///< of choosing a name
 };
 
 /** True where POV-Ray decodes these bytes to the colours that we do: a JPEG of one or three components, an

@@ -98,7 +98,8 @@ CStatus CPovWriter::CheckOutput(const std::string& output) const {
 
 CStatus CPovWriter::Write(const std::string& output, C3ds2PovExportFlow* flow) {
     if (CStatus status = CheckOutput(output); !status) return status;
-    CResult<CAtomicFile> file = CAtomicFile::Create(output);
+    // Who unpacked a stranger's archive here must not write over another file through a link of that name.
+    CResult<CAtomicFile> file = CAtomicFile::CreateUnlinked(output);
     if (!file) return file.Error();
 
     CPovPictures pictures(m_scene, m_locator, output);
@@ -115,14 +116,20 @@ CStatus CPovWriter::Write(const std::string& output, C3ds2PovExportFlow* flow) {
         if (CStatus status = Try(flow, [&] { return pictures.Stage(i); }); !status) return status;
         if (flow) flow->Step();
     }
+    if (CStatus status = file.Value().Write(pictures.Record()); !status) return status;
     if (flow) flow->Message(static_cast<int>(m_scene.triangleCount));
     // The scene gets its name last, so that a program that renders it at once finds its pictures.
     CAtomicFileGroup files = pictures.TakeStaged();
-    files.Add(output, std::move(file).Value());
+    if (CStatus status = files.Add(std::move(file).Value()); !status) return status;
     return Try(flow, [&] { return files.Commit(); });
 }
 
+// Each flattened node writes its mesh again, so they share what a scene's text may grow by.
 void CPovWriter::CollectWork() {
+    constexpr std::uint64_t kLeastFlattened = 10'000, kTimesFlattened = 10;
+    std::uint64_t left = 0;
+    for (const CPreparedMesh& mesh : m_scene.meshes) left += kTimesFlattened * (mesh.IndexCount() / 3);
+    left = std::max(left, kLeastFlattened);
     std::vector<std::optional<std::size_t>> workOfMesh(m_scene.meshes.size());
     for (std::uint32_t n = 0; n < m_scene.nodes.size(); ++n) {
         const CPreparedNode& node = m_scene.nodes[n];
@@ -130,7 +137,13 @@ void CPovWriter::CollectWork() {
         if (node.mesh < 0 || !node.visible || !place.IsFinite()) continue;
         const auto mesh = static_cast<std::uint32_t>(node.mesh);
         if (!IsInvertible(place)) {
-            m_work.push_back({mesh, {n}, true});
+            const std::uint64_t triangles = m_scene.meshes[mesh].IndexCount() / 3;
+            if (triangles > left) {
+                ++m_leftOut;
+            } else {
+                left -= triangles;
+                m_work.push_back({mesh, {n}, true});
+            }
             continue;
         }
         if (!workOfMesh[mesh]) {
@@ -188,6 +201,8 @@ CPovText CPovWriter::Head(const CPovMaterials& materials) const {
                    CMat4::Scale({m_scale, m_scale, m_scale}) * m_camera.Place());
     if (const auto* picture = materials.Environment()) WriteEnvironment(text, *picture);
     materials.Write(text);
+    if (m_leftOut > 0)
+        text << "// Flattened objects that are left out, as there are too many: " << m_leftOut << '\n';
     return text;
 }
 

@@ -58,5 +58,6 @@ class CPovWriter {
     CPovCamera m_camera;
     float m_scale = 1;  ///< of the whole scene: POV-Ray is imprecise with tiny and huge ones
     std::vector<CExportWork> m_work;
+    std::uint32_t m_leftOut = 0;                    ///< flattened nodes beyond the budget of CollectWork
     std::vector<std::vector<CPovBatch>> m_batches;  ///< by mesh
 };

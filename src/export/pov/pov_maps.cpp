@@ -55,10 +55,18 @@ std::string Pattern(const CPovPictures::CPicture& picture) {
     return "image_pattern" + ImageFile(picture) + '}';
 }
 
-std::string Once(const CPreparedMap& map, const std::string& listKeyword, const std::string& outside,
+std::string Within(const CPreparedMap& map) {
+    return "uv_mapping function{max(abs(x-.5),abs(y-.5))<=.5001}" + Matrix(map);
+}
+
+std::string Choice(const std::string& pattern, const std::string& listKeyword, const std::string& zero,
+                   const std::string& one) {
+    return pattern + ' ' + listKeyword + "{[0 " + zero + "][1 " + one + "]}";
+}
+
+std::string Once(const std::string& pattern, const std::string& listKeyword, const std::string& outside,
                  const std::string& inside) {
-    return "uv_mapping function{max(abs(x-.5),abs(y-.5))<=.5001}" + Matrix(map) + ' ' + listKeyword +
-           "{[.5 " + outside + "][.5 " + inside + "]}";
+    return pattern + ' ' + listKeyword + "{[.5 " + outside + "][.5 " + inside + "]}";
 }
 
 }  // namespace pov_maps

@@ -22,9 +22,14 @@ namespace pov_maps {
 /** A pattern whose value is the picture's grey. */
 [[nodiscard]] std::string Pattern(const CPovPictures::CPicture& picture);
 
-/** For a map that is not tiled: `inside` within its picture, `outside` beside it. listKeyword is
- * "pigment_map" or "texture_map"; both texts are bodies of that kind. */
-[[nodiscard]] std::string Once(const CPreparedMap& map, const std::string& listKeyword,
+/** For a map that is not tiled: a pattern that is 1 within its picture and 0 beside it. */
+[[nodiscard]] std::string Within(const CPreparedMap& map);
+/** The choice between two bodies by a pattern: `zero` where it is 0, `one` where it is 1; with soft edges, if any.
+ * listKeyword is "pigment_map" or "texture_map". */
+[[nodiscard]] std::string Choice(const std::string& pattern, const std::string& listKeyword,
+                                 const std::string& zero, const std::string& one);
+/** The same for the pattern Within. */
+[[nodiscard]] std::string Once(const std::string& pattern, const std::string& listKeyword,
                                const std::string& outside, const std::string& inside);
 
 }  // namespace pov_maps

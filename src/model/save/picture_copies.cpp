@@ -2,6 +2,8 @@
 #include "model/save/picture_copies.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 #include "files/CAtomicFile.h"
 #include "files/file_util_ex.h"
@@ -39,8 +41,15 @@ CImageDataTextVec MissingAt(Lib3dsFile* scene, std::string_view path) {
 std::vector<std::string> CopyInto(std::string_view folder, const CImageDataTextVec& pictures) {
     std::vector<std::string> refused;
     for (const CImageDataText& picture : pictures) {
-        const std::string name = file_util_ex::GetFileName(picture.name);
-        if (!WriteNew(file_util_ex::MakePath(folder, name), picture.data)) refused.push_back(name);
+        const std::string within = file_util_ex::GetFilePath(picture.name);
+        const bool isSound = within.find('/') == within.npos && within != "..";
+        const std::string path = file_util_ex::MakePath(folder, picture.name);
+        const std::string last = file_util_ex::GetFilePath(path);
+        // Through a link the picture might get anywhere.
+        std::error_code error;
+        const bool isThere = within.empty() || (isSound && file_util_ex::Mkdir(last) &&
+                                                !std::filesystem::is_symlink(last, error));
+        if (!isThere || !WriteNew(path, picture.data)) refused.push_back(picture.name);
     }
     return refused;
 }

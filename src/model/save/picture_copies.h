@@ -16,7 +16,7 @@ namespace picture_copies {
  * the names that its materials have. A CTexturesOfScene must tell where the scene's pictures lie. */
 [[nodiscard]] CImageDataTextVec MissingAt(Lib3dsFile* scene, std::string_view path);
 
-/** Writes pictures into a folder. Replaces nothing that has such a name there, not even a link. Returns the
+/** Writes pictures into a folder, "red/hull.jpg" into its folder "red", which is made where it is missing. Replaces nothing that has such a name there, not even a link. Returns the
  * names of the pictures that could not be written. */
 [[nodiscard]] std::vector<std::string> CopyInto(std::string_view folder, const CImageDataTextVec& pictures);
 

@@ -1,17 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include "model/save/save_scene.h"
 
+#include <lib3ds/file.h>
+#include <lib3ds/material.h>
+
+#include <array>
 #include <atomic>
-#include <set>
+#include <cstring>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "base/name_hash.h"
 #include "base/text/lng.h"
 #include "files/file_util_ex.h"
 #include "files/std_file_paths.h"
 #include "files/zip_file_util.h"
 #include "model/textures/CLib3dsMatUtil.h"
+#include "model/textures/texture_name.h"
 #include "picture/decode/image_codec.h"
 #include "picture/image_writer.h"
 
@@ -48,21 +54,92 @@ bool IsJpeg(std::span<const std::byte> bytes) {
            bytes[2] == std::byte{0xFF};
 }
 
-bool WriteAsJpeg(const CImageDataText& texture, const std::string& path) {
-    if (IsJpeg(texture.data)) return file_util_ex::WriteFileAtomically(path, texture.data).HasValue();
-    const auto image = image_codec::DecodeImage(texture.data, texture.name);
-    return image && image_codec::WriteJpeg(path, image.Value().image, kTextureQuality).HasValue();
+bool IsTranslucent(const CImage& image) {
+    for (std::size_t i = 3; i < image.rgba.size(); i += 4) {
+        if (image.rgba[i] != 255) return true;
+    }
+    return false;
 }
 
-void WriteTextures(Lib3dsFile* scene, const CScratchFolder& folder, std::vector<std::string>& files) {
-    CImageDataTextVec textures;
-    CLib3dsMatUtil::GetMatTextures(scene, textures);
-    std::set<std::string> written;
-    for (const CImageDataText& texture : textures) {
-        const std::string name = file_util_ex::SetFileExt(file_util_ex::GetFileName(texture.name), "jpg");
-        if (!written.insert(name).second) continue;
-        if (WriteAsJpeg(texture, folder.File(name))) files.push_back(folder.File(name));
+/** Names for pictures in one folder, also on systems that do not tell letter case. */
+class CFreeNames {
+  public:
+    /** name, with the extension "jpg", or a name like it that is still free and fits the format of the scene. */
+    std::string Take(const std::string& name) {
+        std::string stem = file_util_ex::GetFileNameWithPath(name);
+        if (stem.empty() || stem.size() > kMostBytes) stem = "texture";
+        std::string free = stem + kEnding;
+        for (int i = 2; !m_taken.insert(texture_name::FoldKey(free)).second; ++i)
+            free = stem + "_" + std::to_string(i) + kEnding;
+        return free;
     }
+
+  private:
+    static constexpr const char* kEnding = ".jpg";
+    static constexpr std::size_t kMostBytes = sizeof(Lib3dsTextureMap::name) - sizeof "_1000000.jpg";
+    CNameSet m_taken;
+};
+
+/** Gives maps of a scene other picture names, as long as it lives. */
+class CRenamedMaps {
+  public:
+    CRenamedMaps(Lib3dsFile& scene, const CNameMap<std::string>& names) {
+        for (Lib3dsMaterial* material = scene.materials; material; material = material->next) {
+            for (Lib3dsTextureMap* map : CLib3dsMatUtil::MapsOf(*material)) {
+                const auto name =
+                    names.find(std::string_view(map->name, strnlen(map->name, sizeof map->name)));
+                if (name == names.end()) continue;
+                std::memcpy(m_before.emplace_back(map).name.data(), map->name, sizeof map->name);
+                std::memcpy(map->name, name->second.c_str(), name->second.size() + 1);
+            }
+        }
+    }
+    CRenamedMaps(const CRenamedMaps&) = delete;
+    CRenamedMaps& operator=(const CRenamedMaps&) = delete;
+    ~CRenamedMaps() {
+        for (const CBefore& before : m_before)
+            std::memcpy(before.map->name, before.name.data(), sizeof before.map->name);
+    }
+
+  private:
+    struct CBefore {
+        explicit CBefore(Lib3dsTextureMap* m) : map(m) {}
+        Lib3dsTextureMap* map;
+        std::array<char, sizeof(Lib3dsTextureMap::name)> name{};
+    };
+    std::vector<CBefore> m_before;
+};
+
+/** The files of one picture: a JPEG file, and where that would lose transparent parts a PNG file beside it. */
+std::vector<std::string> WritePicture(const CScenePicture& picture, const std::string& path) {
+    const auto bytes = ReadTexture(picture.hit, kMostTextureBytes);
+    if (!bytes) return {};
+    if (IsJpeg(bytes.Value())) {
+        if (file_util_ex::WriteFileAtomically(path, bytes.Value())) return {path};
+        return {};
+    }
+    const auto image = image_codec::DecodeImage(bytes.Value(), picture.hit.foundAt);
+    if (!image || !image_codec::WriteJpeg(path, image.Value().image, kTextureQuality)) return {};
+    std::vector<std::string> files{path};
+    const std::string withAlpha = texture_name::WithAlpha(path);
+    if (IsTranslucent(image.Value().image) && image_codec::WritePng(withAlpha, image.Value().image, true))
+        files.push_back(withAlpha);
+    return files;
+}
+
+/** Appends the files that it writes. Returns the names that the scene's maps must have to find them. */
+CNameMap<std::string> WriteTextures(const Lib3dsFile& scene, const CScratchFolder& folder,
+                                    std::vector<std::string>& files) {
+    CFreeNames names;
+    CNameMap<std::string> nameOf;
+    for (const CScenePicture& picture : CLib3dsMatUtil::PicturesOf(scene, CTexturesOfScene::Find(&scene))) {
+        const std::string name = names.Take(picture.name);
+        const std::vector<std::string> written = WritePicture(picture, folder.File(name));
+        if (written.empty()) continue;
+        files.insert(files.end(), written.begin(), written.end());
+        for (const std::string& reference : picture.references) nameOf.emplace(reference, name);
+    }
+    return nameOf;
 }
 
 }  // namespace
@@ -74,8 +151,10 @@ CStatus SaveSceneZip(Lib3dsFile* scene, const CSceneWriter& write, const CImage&
         return CError{EErrorCode::WriteFailed, lng::Mark("no temporary folder can be made"), {}};
     std::vector<std::string> files{
         folder.File(file_util_ex::SetFileExt(file_util_ex::GetFileName(archivePath), "3ds"))};
-    if (CStatus saved = write(files.front()); !saved) return saved;
-    WriteTextures(scene, folder, files);
+    {
+        const CRenamedMaps renamed(*scene, WriteTextures(*scene, folder, files));
+        if (CStatus saved = write(files.front()); !saved) return saved;
+    }
     const std::string view = folder.File("preview.png");
     if (image_codec::WritePng(view, picture, false)) files.push_back(view);
     return zip_file_util::WriteZip(archivePath, files);

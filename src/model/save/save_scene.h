@@ -14,9 +14,14 @@ using CSceneWriter = std::function<CStatus(std::string_view path)>;
 
 /** Packs a scene with its textures and a picture of the view into a zip archive, replaced in one step.
  *
- * The archive holds the scene under the archive's own name with the extension "3ds", every texture as a JPEG
- * file under the name that its materials have (quality 95, a JPEG file as it is), and "preview.png". Textures
- * that are not found or cannot be read are left out. scene must refer to its textures by names that end in
- * ".jpg", see lib3ds_util::change_textures_ext. */
+ * The archive holds the scene under the archive's own name with the extension "3ds", every texture that a face shows
+ * as a JPEG file (quality 95, a JPEG file as it is), and "preview.png". A texture with transparent parts, which JPEG
+ * cannot hold, is there once more as NAME.jpg.png, which this program takes instead. Textures that are not found or
+ * cannot be read are left out.
+ *
+ * The textures' names are those that the materials have, and the packed scene's materials have the same: in UTF-8, one
+ * for each picture that was found, however many names it had, and different ones for pictures of one name in several
+ * folders. So other programs find them, too. The scene in memory keeps its names; they end in ".jpg", see
+ * lib3ds_util::change_textures_ext. */
 [[nodiscard]] CStatus SaveSceneZip(Lib3dsFile* scene, const CSceneWriter& write, const CImage& picture,
                                    std::string_view archivePath);

@@ -85,6 +85,25 @@ std::optional<fs::path> CModelSurroundings::SubFolder(const fs::path& path) cons
     return resolved;
 }
 
+std::vector<fs::path> CModelSurroundings::Readable() const {
+    constexpr std::size_t kMostEntries = 10'000;
+    std::vector<fs::path> readable;
+    if (m_below == EBelow::All) readable.push_back(m_folder);
+    std::vector<fs::path> parents = m_above;
+    if (m_below != EBelow::All) parents.push_back(m_folder);
+    for (const fs::path& parent : parents) {
+        std::error_code error;
+        std::size_t left = kMostEntries;
+        for (fs::directory_iterator entry(parent, error), end; !error && entry != end && left > 0; --left) {
+            const auto found = parent == m_folder && entry->is_regular_file(error) ? File(entry->path())
+                                                                                   : SubFolder(entry->path());
+            if (found) readable.push_back(*found);
+            entry.increment(error);
+        }
+    }
+    return readable;
+}
+
 bool CModelSurroundings::IsInFolder(const fs::path& resolved) const {
     return PartBelow(m_folder, resolved).has_value();
 }

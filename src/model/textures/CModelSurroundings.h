@@ -51,6 +51,9 @@ class CModelSurroundings {
     [[nodiscard]] std::optional<std::filesystem::path> File(const std::filesystem::path& path) const;
     /** The same for a folder that may be listed. */
     [[nodiscard]] std::optional<std::filesystem::path> SubFolder(const std::filesystem::path& path) const;
+    /** Folders that may be entered with all below, and where the model's folder may not be, the files beside the model
+     * (some thousands at most): all that the look-up of pictures and materials may want to read. */
+    [[nodiscard]] std::vector<std::filesystem::path> Readable() const;
     /** True for a resolved path in the model's folder or below it. */
     [[nodiscard]] bool IsInFolder(const std::filesystem::path& resolved) const;
 

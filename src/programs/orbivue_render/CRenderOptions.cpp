@@ -130,6 +130,10 @@ COutcome SetStats(CRenderOptions& options, std::string_view) {
     options.stats = true;
     return {};
 }
+COutcome SetConfined(CRenderOptions& options, std::string_view) {
+    options.confined = true;
+    return {};
+}
 COutcome SetHelp(CRenderOptions& options, std::string_view) {
     options.action = CRenderOptions::EAction::Help;
     return {};
@@ -146,7 +150,7 @@ struct COptionEntry {
     std::string_view help;
 };
 
-constexpr std::array<COptionEntry, 20> kOptions{{
+constexpr std::array<COptionEntry, 21> kOptions{{
     {"size", "WxH", SetSize, "size of the picture in pixels (1024x768)"},
     {"camera", "NAME", SetCamera, "top, left, right, front, back, iso, or a camera of the file (iso)"},
     {"angles", "X,Y,Z", SetSeen<"angles">, "turns the model about Z, then Y, then X, by degrees"},
@@ -165,6 +169,7 @@ constexpr std::array<COptionEntry, 20> kOptions{{
     {"wire", "", SetWire, "draw the edges of the triangles only"},
     {"no-file-lights", "", SetNoFileLights, "light from the eye, not by the lights of the file"},
     {"stats", "", SetStats, "print facts about the scene and the run as JSON"},
+    {"confined", "", SetConfined, "for files of strangers: limits, no network, no other files or programs"},
     {"help", "", SetHelp, "print this help"},
     {"version", "", SetVersion, "print the version"},
 }};

@@ -29,6 +29,7 @@ struct CRenderOptions {
     bool wire = false;
     bool fileLights = true;
     bool stats = false;
+    bool confined = false;  ///< hold the process to what one picture needs
 };
 
 constexpr int kMaxPictureSide = 16384;

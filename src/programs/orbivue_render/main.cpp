@@ -3,8 +3,10 @@
 
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <future>
 #include <new>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,8 +16,11 @@
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/gl/COffscreenContext.h"
 #include "files/file_util_ex.h"
+#include "files/std_file_paths.h"
 #include "model/prepare/CPreparedScene.h"
+#include "model/textures/CModelSurroundings.h"
 #include "picture/image_writer.h"
+#include "process/confine.h"
 #include "programs/orbivue_render/CRenderOptions.h"
 #include "programs/orbivue_render/render_stats.h"
 
@@ -66,8 +71,29 @@ CResult<CImage> Draw(C3dsDisplayWrap& engine, COffscreenContext& context) {
     return context.ReadPixels();
 }
 
+/** The files that a picture of the model needs. */
+CFileAccess FilesFor(const CRenderOptions& options) {
+    const CModelSurroundings surroundings(file_util_ex::GetFilePath(options.input));
+    CFileAccess files;
+    files.readable = {options.input, file_util_ex::GetFilePath(std_file_paths::GetAppFolderPath())};
+    for (const std::filesystem::path& path : surroundings.Readable()) files.readable.push_back(path.native());
+    files.listable.push_back(surroundings.Folder().native());
+    for (const std::filesystem::path& path : surroundings.Above()) files.listable.push_back(path.native());
+    if (!options.output.empty()) {
+        const std::string folder = file_util_ex::GetFilePath(options.output);
+        files.writable.push_back(folder.empty() ? "." : folder);
+    }
+    return files;
+}
+
+std::optional<CConfined> ConfineIfAsked(const CRenderOptions& options) {
+    if (!options.confined) return std::nullopt;
+    return ConfineProcess({LimitsForDrawing(), FilesFor(options)});
+}
+
 int Run(const CRenderOptions& options) {
     const CStopwatch start;
+    const std::optional<CConfined> confined = ConfineIfAsked(options);
     C3dsDisplayWrap engine;
     engine.SetViewingOnly(true);
     const std::wstring path = file_util_ex::PathFromBytes(options.input);
@@ -99,7 +125,8 @@ int Run(const CRenderOptions& options) {
     }
     times.total = start.Ms();
     if (!options.stats) return kDone;
-    const std::string json = RenderStatsJson(engine, times, context.RendererName(), context.Samples());
+    const std::string json =
+        RenderStatsJson(engine, times, context.RendererName(), context.Samples(), confined);
     return Print(json) ? kDone : Complain("the statistics cannot be written", kCannotWrite);
 }
 

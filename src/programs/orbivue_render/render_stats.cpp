@@ -63,14 +63,15 @@ double PeakMemoryMb() {
 }
 
 std::string RenderStatsJson(const C3dsDisplayWrap& engine, const CRenderTimes& times,
-                            const std::string& renderer, int samples) {
+                            const std::string& renderer, int samples,
+                            const std::optional<CConfined>& confined) {
     const CPreparedScene& scene = *engine.Prepared();
     const auto drawn = std::count_if(scene.nodes.begin(), scene.nodes.end(),
                                      [](const CPreparedNode& node) { return node.mesh >= 0; });
     const CVec3 center = scene.boundingSphere.center;
     json cameras = json::array();
     for (const CPreparedCamera& camera : scene.cameras) cameras.push_back(camera.name);
-    const json stats{
+    json stats{
         {"triangles", scene.triangleCount},
         {"vertices", scene.vertexCount},
         {"nodes", drawn},
@@ -95,6 +96,10 @@ std::string RenderStatsJson(const C3dsDisplayWrap& engine, const CRenderTimes& t
         {"samples", samples},
         {"renderer", renderer},
     };
+    if (confined) {
+        stats["confined"] = {
+            {"limits", confined->limits}, {"systemCalls", confined->systemCalls}, {"files", confined->files}};
+    }
     // Names are the file's bytes; bytes that are not UTF-8 become the replacement character.
     return stats.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
 }

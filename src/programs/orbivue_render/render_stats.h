@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
 #include <string>
+
+#include "process/confine.h"
 
 class C3dsDisplayWrap;
 
@@ -14,9 +17,11 @@ struct CRenderTimes {
     double total = 0;  ///< since the program's main function began
 };
 
-/** Facts about the engine's scene, its camera and the run, as a JSON object with a line end. */
+/** Facts about the engine's scene, its camera and the run, as a JSON object with a line end. confined: what
+ * the process is held to, if that was asked for. */
 [[nodiscard]] std::string RenderStatsJson(const C3dsDisplayWrap& engine, const CRenderTimes& times,
-                                          const std::string& renderer, int samples);
+                                          const std::string& renderer, int samples,
+                                          const std::optional<CConfined>& confined);
 
 /** The peak memory of this process in MB of 1,000,000 bytes; 0 when the system does not tell. */
 [[nodiscard]] double PeakMemoryMb();

@@ -26,6 +26,11 @@ struct CGoldenCase {
 };
 class CPovWriterTest : public testing::TestWithParam<CGoldenCase> {};
 
+/** Without the record of pictures: their bytes depend on the library that packs them. */
+std::string WithoutRecord(const std::string& text) {
+    return text.substr(0, text.find("// The pictures written with this file"));
+}
+
 // Equals golden/NAME.pov. With ORBIVUE_WRITE_GOLDEN set it is written instead, for a person to read.
 TEST_P(CPovWriterTest, WritesTheAcceptedText) {
     const CGoldenCase& c = GetParam();
@@ -38,7 +43,8 @@ TEST_P(CPovWriterTest, WritesTheAcceptedText) {
         C3ds2Pov::TryExport({builder.Scene(), CTextureLocator(), seen}, folder / "a.pov", c.format, nullptr));
     const std::string golden = ORBIVUE_POV_GOLDEN + std::string(c.name) + ".pov";
     if (std::getenv("ORBIVUE_WRITE_GOLDEN")) std::filesystem::copy_file(folder / "a.pov", golden);
-    EXPECT_EQ(CTestFolder::TextOf(folder / "a.pov"), CTestFolder::TextOf(golden));
+    EXPECT_EQ(WithoutRecord(CTestFolder::TextOf(folder / "a.pov")),
+              WithoutRecord(CTestFolder::TextOf(golden)));
 }
 
 void ManyMaterials(CBuilder& b) {
@@ -124,6 +130,30 @@ const CGoldenCase kGolden[] = {
     {"huge", SquareUnder({kLamp}, 1e9f)},
 };
 INSTANTIATE_TEST_SUITE_P(Golden, CPovWriterTest, testing::ValuesIn(kGolden), kRowName);
+
+// Each of the five value maps would double the text of a material, or treble it where it is not tiled.
+TEST(CPovWriterTest, MapsDoNotMultiplyTheText) {
+    CBuilder builder;
+    CPreparedMaterial material = Plain({0.5f, 0.25f, 1});
+    material.shininessStrength = 0.6f;
+    float amount = 0.9f;
+    for (CPreparedMap CPreparedMaterial::*map :
+         {&CPreparedMaterial::texture, &CPreparedMaterial::texture2, &CPreparedMaterial::opacity,
+          &CPreparedMaterial::selfIlluminationMap, &CPreparedMaterial::shininessMap,
+          &CPreparedMaterial::specularMap, &CPreparedMaterial::bump}) {
+        CPreparedMap& made = material.*map;
+        made = builder.AddTexture(QuarterImage(4));
+        made.tile = false;
+        made.amount = amount -= 0.05f;
+    }
+    builder.Add(MakePlane(), material);
+    for (CPreparedTexture& texture : builder.Scene().textures) texture.hasTranslucency = true;
+    const CTestFolder folder;
+    const CSeenView seen = pov_export_format::SeenViewOf(builder.Scene(), {});
+    ASSERT_TRUE(
+        C3ds2Pov::TryExport({builder.Scene(), CTextureLocator(), seen}, folder / "a.pov", {}, nullptr));
+    EXPECT_LT(std::filesystem::file_size(folder / "a.pov"), 30'000u);
+}
 
 struct CPlaced {
     const char* name;

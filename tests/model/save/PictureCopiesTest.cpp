@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <lib3ds/file.h>
+#include <lib3ds/material.h>
+
 #include <cstring>
 #include <filesystem>
 
@@ -24,6 +27,9 @@ class PictureCopiesTest : public testing::Test {
         CMaterialValues values;
         values.texture = "WOOD.JPG";  // as a file that was saved once has it
         m_scene.AddMaterial("Wood", values);
+        CShape box = shapes::Box({1, 1, 1});
+        box.materials = {"Wood"};
+        m_scene.AddPart("Box", box, nullptr, {0, 0, 0});
         m_known = CTexturesOfScene(&m_scene.File(), m_locator);
     }
     [[nodiscard]] std::vector<std::string> Missing() {
@@ -48,6 +54,19 @@ TEST_F(PictureCopiesTest, CopiesWhatWouldNotBeFound) {
     EXPECT_EQ(Missing(), std::vector<std::string>{"WOOD.png"});
     EXPECT_TRUE(Copy().empty());
     EXPECT_EQ(CTestFolder::TextOf(to / "saved/WOOD.png"), "a picture");
+    EXPECT_TRUE(Missing().empty());
+}
+
+TEST_F(PictureCopiesTest, KeepsPicturesOfOneNameApart) {
+    std::filesystem::create_directory(from / "model/old");
+    (void)from.Add("model/old/wood.png", "another");
+    CSceneBuilder::SetMap(m_scene.File().materials->bump_map, "OLD\\wood.png");
+    EXPECT_EQ(Missing(), (std::vector<std::string>{"WOOD.png", "OLD/wood.png"}));
+    std::filesystem::create_symlink(from / "model", to / "saved/OLD");
+    EXPECT_EQ(Copy(), std::vector<std::string>{"OLD/wood.png"}) << "not through a link";
+    std::filesystem::remove(to / "saved/OLD");
+    EXPECT_TRUE(Copy().empty());
+    EXPECT_EQ(CTestFolder::TextOf(to / "saved/OLD/wood.png"), "another");
     EXPECT_TRUE(Missing().empty());
 }
 

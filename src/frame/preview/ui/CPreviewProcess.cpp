@@ -37,7 +37,7 @@ bool CPreviewProcess::Start(const CPreviewRequest& request) {
     const std::string folder = file_util_ex::GetFilePath(request.modelPath);
     CResult<CStartedProgram> started =
         StartProgram({program,
-                      {"--stats", "--size", size, "--background", BackgroundText(request), "--",
+                      {"--confined", "--stats", "--size", size, "--background", BackgroundText(request), "--",
                        request.modelPath, PicturePath()},
                       folder,
                       true});

@@ -13,7 +13,8 @@
 #include "frame/preview/preview_facts.h"
 
 /** Draws previews with the program orbivue-render, which is installed beside this one. A file that makes it
- * crash or hang does not affect this process. It runs with low priority. */
+ * crash or hang does not affect this process, and cannot reach the network, other programs or other files
+ * (--confined). It runs with low priority. */
 class CPreviewProcess final : public CPreviewWorker {
   public:
     /** Called from the event loop each time a drawing has ended. */
