@@ -10,5 +10,6 @@ void CMotion::Drawn(EDrawn how, CTime now) {
 
 std::optional<std::chrono::milliseconds> CMotion::DueIn(CTime now) const {
     if (!m_owes || m_isRunning) return std::nullopt;
-    return std::max(std::chrono::milliseconds(0), std::chrono::ceil<std::chrono::milliseconds>(m_stillFrom - now));
+    return std::max(std::chrono::milliseconds(0),
+                    std::chrono::ceil<std::chrono::milliseconds>(m_stillFrom - now));
 }
