@@ -7,6 +7,7 @@
 
 #include "base/CStopwatch.h"
 #include "base/text/lng.h"
+#include "model/coarse/coarse_scene.h"
 #include "model/open/CSceneReader.h"
 #include "model/prepare/prepare_scene.h"
 
@@ -54,7 +55,8 @@ CResult<CLoadedScene> Prepare(CScene scene, double readMs, CJobProgress* progres
 
 }  // namespace
 
-CResult<CLoadedScene> LoadScene(std::string_view path, CJobProgress* progress, const CLoadLimits& limits) {
+CResult<CLoadedScene> LoadScene(std::string_view path, CJobProgress* progress, const CLoadLimits& limits,
+                                const CCoarseSceneTaker& takeCoarse) {
     try {
         const CStopwatch watch;
         if (progress) progress->SetPhase(lng::Mark("Reading the file..."));
@@ -62,6 +64,8 @@ CResult<CLoadedScene> LoadScene(std::string_view path, CJobProgress* progress, c
             CSceneReader::ReadFile(path, limits.bytes, progress ? &progress->CancelFlag() : nullptr);
         if (!read) return read.Error();
         if (progress && progress->IsCancelled()) return Cancelled(path);
+        if (takeCoarse && FaceCountOf(read.Value()) >= kCoarseFromFaces)
+            takeCoarse(MakeCoarseScene(read.Value(), limits.threads));
         return Prepare(std::move(read).Value(), watch.Ms(), progress, limits, path);
     } catch (const std::exception&) {
         return OutOfMemory(path);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <string_view>
 
@@ -28,12 +29,17 @@ struct CLoadedScene {
     double readMs = 0, prepareMs = 0;
 };
 
+/** Receives a stand-in for the scene (see MakeCoarseScene) on the thread that loads. */
+using CCoarseSceneTaker = std::function<void(CPreparedScene)>;
+
 /** Reads a scene as CSceneReader does, and prepares it. path is UTF-8. Uses no OpenGL and no windows, so any
  * thread may call it. progress may be null; its phases are reading and preparing, and its share is that of
  * the prepared meshes. When it is cancelled, loading ends soon with Cancelled (but converts an OBJ file to
- * its end first). Every failure, also lack of memory, is in the result. */
+ * its end first). Every failure, also lack of memory, is in the result. takeCoarse, which may be empty, is called
+ * once for a large scene when it has been read, before it is prepared. */
 [[nodiscard]] CResult<CLoadedScene> LoadScene(std::string_view path, CJobProgress* progress = nullptr,
-                                              const CLoadLimits& limits = {});
+                                              const CLoadLimits& limits = {},
+                                              const CCoarseSceneTaker& takeCoarse = {});
 /** Prepares a scene that was read already. */
 [[nodiscard]] CResult<CLoadedScene> LoadScene(CScene scene, CJobProgress* progress = nullptr,
                                               const CLoadLimits& limits = {});

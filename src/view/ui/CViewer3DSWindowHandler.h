@@ -26,6 +26,7 @@ class CJobProgress;
 class CKeyDownListener;
 class wxWindow;
 struct CLoadedScene;
+struct CPreparedScene;
 struct Lib3dsFile;
 
 /** See CViewer3DSWindowHandler::SetProgressListener. */
@@ -167,7 +168,9 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
 
     [[nodiscard]] bool OpenNamed(const std::wstring& name, const std::function<bool()>& open);
     [[nodiscard]] bool Open(const std::function<bool()>& open);
-    [[nodiscard]] CResult<CLoadedScene> LoadFile(const std::wstring& path);
+    enum class ELoading { KeepsPicture, ShowsCoarse };
+    [[nodiscard]] CResult<CLoadedScene> LoadFile(const std::wstring& path, ELoading how);
+    void ShowCoarse(CPreparedScene scene);
     [[nodiscard]] bool ShowLoaded(CResult<CLoadedScene> loaded);
     void AfterSceneChange();
     void OnLongPress();
@@ -195,6 +198,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     CProgressListener m_progressListener;
     std::function<void(const char*)> m_nodeDeleter;
     bool m_playing = true;
+    bool m_showsCoarse = false;  ///< the engine's scene is a stand-in
     CImage m_hint;
     EToolCursor m_cursor = EToolCursor::Standard;
     wxTimer m_longPressTimer;

@@ -51,7 +51,9 @@ void CViewer3DSWindowHandler::Moved() {
 void CViewer3DSWindowHandler::AwaitRest() {
     m_motion.SetRunning(GetEngine().Prepared() && (m_rotate || (m_playing && HasAnimation())));
     const CClock::time_point now = CClock::now();
-    if (const auto due = m_motion.DueIn(now))
+    if (m_showsCoarse)
+        m_restTimer.Stop();
+    else if (const auto due = m_motion.DueIn(now))
         m_restTimer.StartOnce(std::max(1, static_cast<int>(due->count())));
     else if (!m_motion.IsMoving(now) && GetEngine().Prepared())
         m_restTimer.StartOnce(kIdlePeriodMs);

@@ -130,7 +130,7 @@ bool CViewer3DSWindowHandler::OnAnimationTick() {
 }
 
 void CViewer3DSWindowHandler::OnLongPress() {
-    if (!GetCanvas()) return;
+    if (!GetCanvas() || m_showsCoarse) return;
     wxWindow* window = GetCanvas()->GetWindow();
     const wxPoint mouse = window->ScreenToClient(wxGetMousePosition());
     const double scale = window->GetContentScaleFactor();

@@ -2,7 +2,9 @@
 // How the view opens, closes, edits and saves scenes; everything else is in CViewer3DSWindowHandler.cpp.
 #include <wx/stopwatch.h>
 
+#include <chrono>
 #include <exception>
+#include <future>
 #include <optional>
 #include <utility>
 
@@ -60,7 +62,7 @@ bool CViewer3DSWindowHandler::OpenModel(const wchar_t* path) {
     const std::wstring name = TextOrNothing(path);
     return OpenNamed(name, [&] {
         GetEngine().CloseModel();  // first, so that memory never holds two
-        return ShowLoaded(LoadFile(name));
+        return ShowLoaded(LoadFile(name, ELoading::ShowsCoarse));
     });
 }
 
@@ -71,11 +73,31 @@ void CViewer3DSWindowHandler::LoadBeside(const std::function<void(CJobProgress&)
     });
 }
 
-CResult<CLoadedScene> CViewer3DSWindowHandler::LoadFile(const std::wstring& path) {
+CResult<CLoadedScene> CViewer3DSWindowHandler::LoadFile(const std::wstring& path, ELoading how) {
     std::optional<CResult<CLoadedScene>> loaded;
     const std::string utf8 = file_util_ex::ConvertToUTF8(path);
-    LoadBeside([&](CJobProgress& progress) { loaded.emplace(LoadScene(utf8, &progress)); });
+    std::promise<CPreparedScene> made;
+    std::future<CPreparedScene> coarse = made.get_future();
+    CCoarseSceneTaker take;
+    if (how == ELoading::ShowsCoarse)
+        take = [&made](CPreparedScene scene) { made.set_value(std::move(scene)); };
+    const auto load = [&](CJobProgress& progress) { loaded.emplace(LoadScene(utf8, &progress, {}, take)); };
+    const wxStopWatch watch;
+    RunJob(load, [&](CJobProgress& progress) {
+        if (m_progressListener) m_progressListener(progress, watch.Time());
+        if (coarse.valid() && coarse.wait_for(std::chrono::seconds(0)) == std::future_status::ready)
+            ShowCoarse(coarse.get());
+    });
+    m_showsCoarse = false;
     return std::move(*loaded);
+}
+
+/** Until the scene itself is there, which stands where it stands. The engine takes it for a scene; nobody else
+ * gets to see it, because input waits. */
+void CViewer3DSWindowHandler::ShowCoarse(CPreparedScene scene) {
+    if (GetCanvas()) GetCanvas()->SetRotating(false);  // the scene itself will not have been turned, either
+    m_showsCoarse = ShowLoaded(CLoadedScene{CScene(), std::move(scene)});
+    EndWork();
 }
 
 bool CViewer3DSWindowHandler::ShowLoaded(CResult<CLoadedScene> loaded) {
@@ -85,7 +107,7 @@ bool CViewer3DSWindowHandler::ShowLoaded(CResult<CLoadedScene> loaded) {
 
 CStatus CViewer3DSWindowHandler::Reload() {
     if (m_path.empty()) return CError{EErrorCode::NotFound, lng::Mark("no model is open"), {}};
-    CResult<CLoadedScene> loaded = LoadFile(m_path);
+    CResult<CLoadedScene> loaded = LoadFile(m_path, ELoading::KeepsPicture);
     if (!loaded) return loaded.Error();
     const CSeenView seen = SeenView();
     BeginWork();

@@ -6,7 +6,7 @@
 #include <thread>
 
 void RunJob(const CJob::CWork& work, const std::function<void(CJobProgress&)>& tick) {
-    constexpr std::chrono::milliseconds kBetweenRepaints(30);
+    constexpr std::chrono::milliseconds kBetweenRepaints(10);
     CJob job(work);
     while (!job.HasEndedWithin(kBetweenRepaints)) {
         if (tick) tick(job.Progress());
