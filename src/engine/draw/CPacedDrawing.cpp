@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "engine/draw/CPacedDrawing.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "engine/gl/CGlCapabilities.h"
@@ -28,8 +29,16 @@ CPacedDrawing::~CPacedDrawing() {
     if (m_previous) glDeleteSync(static_cast<GLsync>(m_previous));
 }
 
+std::uint32_t CPacedDrawing::PartsOf(std::uint32_t triangles, float pixels) const {
+    if (!m_active) return 1;
+    const float most = static_cast<float>(triangles) / 3 + 1;
+    const auto forPixels = static_cast<std::uint32_t>(std::clamp(pixels / kMostPixels, 0.0f, most));
+    return std::max(triangles / kMostTriangles, forPixels) + 1;
+}
+
 void CPacedDrawing::Drawn(std::uint32_t triangles, float pixels) {
     m_triangles += triangles;
+    m_allTriangles += triangles;
     m_pixels += pixels;
     if (m_active && (m_triangles >= kMostTriangles || m_pixels >= kMostPixels)) EndPortion();
 }

@@ -26,10 +26,14 @@ class CPacedDrawing {
     CPacedDrawing& operator=(const CPacedDrawing&) = delete;
     ~CPacedDrawing();
 
-    /** To be called after each draw call with its number of triangles, and of pixels at most. */
+    /** In how many draw calls so much is best drawn. */
+    [[nodiscard]] std::uint32_t PartsOf(std::uint32_t triangles, float pixels) const;
+    /** To be called after each draw call with its number of triangles, and of pixels, about. */
     void Drawn(std::uint32_t triangles, float pixels);
     /** True once nothing more is to be drawn. */
     [[nodiscard]] bool HasEnded() const { return m_ended; }
+    /** All that were drawn. */
+    [[nodiscard]] double Triangles() const { return m_allTriangles; }
     /** Waits for all that was drawn, where that is software's work. Returns the milliseconds since the beginning. */
     double Finish();
 
@@ -44,5 +48,6 @@ class CPacedDrawing {
     std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
     std::uint32_t m_triangles = 0;  ///< of the portion that grows
     float m_pixels = 0;
+    double m_allTriangles = 0;
     void* m_previous = nullptr;  ///< GLsync of the portion before
 };

@@ -97,7 +97,8 @@ std::vector<bool> CEqualMeshes::FindRepeated(const CPreparedScene& scene) const 
     std::vector<bool> result;
     std::vector<std::uint32_t> uses(m_first.size());
     const auto firstOf = [&](const CPreparedNode& node) {
-        const bool shown = node.visible && node.mesh >= 0 && static_cast<std::size_t>(node.mesh) < uses.size();
+        const bool shown =
+            node.visible && node.mesh >= 0 && static_cast<std::size_t>(node.mesh) < uses.size();
         return shown ? static_cast<std::int64_t>(m_first[static_cast<std::size_t>(node.mesh)]) : -1;
     };
     std::uint32_t most = 0;

@@ -17,8 +17,8 @@ double CostWithin(const CLevelChoices& choices, float error) {
     double sum = 0;
     for (const CNodeOptions& node : choices.nodes) {
         if (node.count > 0)
-            sum += static_cast<double>(
-                choices.options[node.first + CoarsestWithin(choices, node, error)].cost);
+            sum +=
+                static_cast<double>(choices.options[node.first + CoarsestWithin(choices, node, error)].cost);
     }
     return sum;
 }

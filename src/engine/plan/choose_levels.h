@@ -13,8 +13,8 @@ struct CLevelOption {
 /** The forms of one node: options [first, first + count) of a CLevelChoices, finest first. */
 struct CNodeOptions {
     std::uint32_t first = 0, count = 0;
-    float pixels = 0;           ///< its size on the screen
-    std::uint32_t chosen = 0;   ///< 0: the finest; count: only its box
+    float pixels = 0;          ///< its size on the screen
+    std::uint32_t chosen = 0;  ///< 0: the finest; count: only its box
 };
 
 struct CLevelChoices {

@@ -81,8 +81,9 @@ void CThinner::ThinPiece(CTriangles triangles, const CGoal& goal, std::vector<st
     const auto wanted = static_cast<std::size_t>(goal.share * static_cast<double>(triangles.size())) * 3;
     constexpr float kAnyError = 1;
     float relative = 0;
-    thinned.resize(meshopt_simplify(thinned.data(), indices.data(), indices.size(), &places[0].x, places.size(),
-                                    sizeof(CVec3), wanted, kAnyError, goal.options, &relative));
+    thinned.resize(meshopt_simplify(thinned.data(), indices.data(), indices.size(), &places[0].x,
+                                    places.size(), sizeof(CVec3), wanted, kAnyError, goal.options,
+                                    &relative));
     error = std::max(error, relative * meshopt_simplifyScale(&places[0].x, places.size(), sizeof(CVec3)));
     for (const std::uint32_t number : thinned) result.push_back(used[number]);
     for (const std::uint32_t vertex : used) m_numberInPiece[vertex] = kNone;

@@ -27,10 +27,11 @@ class CThinner {
   private:
     using CTriangles = std::span<std::array<std::uint32_t, 3>>;
     struct CGoal {
-        double share;         ///< of the triangles to keep
-        unsigned options;     ///< of meshoptimizer
+        double share;      ///< of the triangles to keep
+        unsigned options;  ///< of meshoptimizer
     };
-    void ThinPieces(CTriangles triangles, const CGoal& goal, std::vector<std::uint32_t>& result, float& error);
+    void ThinPieces(CTriangles triangles, const CGoal& goal, std::vector<std::uint32_t>& result,
+                    float& error);
     void ThinPiece(CTriangles triangles, const CGoal& goal, std::vector<std::uint32_t>& result, float& error);
     [[nodiscard]] std::size_t Cut(CTriangles triangles) const;
 

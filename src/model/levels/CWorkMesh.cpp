@@ -58,8 +58,8 @@ bool CWorkMesh::FindGrid(const CPreparedMesh& mesh) {
     }
     if (box.IsEmpty()) return false;
     const CVec3 size = box.max - box.min;
-    const double largest = std::max({static_cast<double>(size.x), static_cast<double>(size.y),
-                                     static_cast<double>(size.z)});
+    const double largest =
+        std::max({static_cast<double>(size.x), static_cast<double>(size.y), static_cast<double>(size.z)});
     m_cell = static_cast<float>(largest / kCellsASide);
     m_low = box.min;
     return std::isnormal(m_cell) && std::isfinite(1 / m_cell);

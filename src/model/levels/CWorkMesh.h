@@ -33,7 +33,8 @@ class CWorkMesh {
     void AddTriangle(std::array<std::uint32_t, 3> corners);
     void Split(const CPreparedMesh& mesh);
     void Weld(const CPreparedMesh& mesh);
-    void ListCandidates(const std::vector<std::uint32_t>& vertices, const std::vector<std::uint32_t>& weldedTo);
+    void ListCandidates(const std::vector<std::uint32_t>& vertices,
+                        const std::vector<std::uint32_t>& weldedTo);
     [[nodiscard]] CVec3 PlaceOf(const CPreparedVertex& vertex) const;
 
     CVec3 m_low;

@@ -26,7 +26,8 @@ std::size_t BytesOf(const CPreparedMesh& mesh) {
 void StoreIndices(CMeshLevel& level, std::vector<std::uint32_t> indices, std::size_t vertices) {
     if (vertices <= 65'536) {
         level.indices16.reserve(indices.size());
-        for (const std::uint32_t index : indices) level.indices16.push_back(static_cast<std::uint16_t>(index));
+        for (const std::uint32_t index : indices)
+            level.indices16.push_back(static_cast<std::uint16_t>(index));
     } else {
         level.indices32 = std::move(indices);
     }
