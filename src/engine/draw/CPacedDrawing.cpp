@@ -2,6 +2,7 @@
 #include "engine/draw/CPacedDrawing.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "engine/gl/CGlCapabilities.h"
@@ -23,7 +24,7 @@ void WaitAndDelete(GLsync fence) {
 }  // namespace
 
 CPacedDrawing::CPacedDrawing(CGlCurrent&, const CGlCapabilities& can, const CDrawPace& pace)
-    : m_active(can.software), m_fences(can.fences), m_pace(pace) {}
+    : m_active(can.software), m_fences(can.fences), m_pace(pace), m_beginMs(NowMs()) {}
 
 CPacedDrawing::~CPacedDrawing() {
     if (m_previous) glDeleteSync(static_cast<GLsync>(m_previous));
@@ -54,7 +55,7 @@ void CPacedDrawing::EndPortion() {
         glFinish();
     }
     if (m_pace.moving) {
-        m_ended = PassedMs() > CFrameBudget::kLatestMs;
+        m_ended = NowMs() - m_beginMs > CFrameBudget::kLatestMs;
     } else if (m_pace.interrupt != nullptr && *m_pace.interrupt) {
         m_ended = (*m_pace.interrupt)();
     }
@@ -62,9 +63,11 @@ void CPacedDrawing::EndPortion() {
 
 double CPacedDrawing::Finish() {
     if (m_active) glFinish();
-    return PassedMs();
+    return NowMs() - m_beginMs;
 }
 
-double CPacedDrawing::PassedMs() const {
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - m_begin).count();
+double CPacedDrawing::NowMs() const {
+    if (m_pace.clock != nullptr && *m_pace.clock) return (*m_pace.clock)();
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration<double, std::milli>(now).count();
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 
@@ -13,6 +12,8 @@ struct CDrawPace {
     bool moving = false;  ///< it ends when CFrameBudget::kLatestMs have passed
     /** At rest: asked between two portions; true ends the drawing. May be null or empty; not owned. */
     const std::function<bool()>* interrupt = nullptr;
+    /** Tells the time in milliseconds since any moment. May be null or empty, for the steady clock; not owned. */
+    const std::function<double()>* clock = nullptr;
 };
 
 /** Gives a software renderer its work in portions. Otherwise the renderer stores all triangles of a picture
@@ -38,14 +39,14 @@ class CPacedDrawing {
     double Finish();
 
   private:
-    [[nodiscard]] double PassedMs() const;
+    [[nodiscard]] double NowMs() const;
     void EndPortion();
 
     bool m_active;
     bool m_fences;  ///< otherwise each portion is waited for
-    const CDrawPace& m_pace;
+    CDrawPace m_pace;
     bool m_ended = false;
-    std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
+    double m_beginMs;
     std::uint32_t m_triangles = 0;  ///< of the portion that grows
     float m_pixels = 0;
     double m_allTriangles = 0;
