@@ -34,8 +34,9 @@ struct C3dsDisplayWrap::CState {
     COverlays overlays;
     CDepthRange depthRange;  ///< of the last InitDrawings
     bool moving = false;
-    bool wholeFrame = true;           ///< of the last drawing
-    std::function<bool()> interrupt;  ///< see SetInterrupt; may be empty
+    bool wholeFrame = true;              ///< of the last drawing
+    std::function<bool()> interrupt;     ///< see SetInterrupt; may be empty
+    std::function<double()> frameClock;  ///< see SetFrameClock; may be empty
 
     CSeenView seen;
     C2DRect preview{0, 0, 640, 480};

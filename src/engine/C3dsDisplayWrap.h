@@ -147,6 +147,9 @@ class C3dsDisplayWrap {
      * picture is then not whole and must not be shown. Empty: never. Not asked while moving, nor for
      * TakePicture, nor on hardware. The function must not call the engine. */
     void SetInterrupt(std::function<bool()> wanted);
+    /** For measurements: what tells the time, in milliseconds, by which a moving frame keeps its budget. Empty: a
+     * clock. */
+    void SetFrameClock(std::function<double()> nowMs);
 
     /** DrawModel draws them after the scene in GL_RENDER. */
     void SetOverlays(const COverlays& overlays);

@@ -6,7 +6,7 @@
 
 CDrawPace C3dsDisplayWrap::CState::Pace() const {
     if (options.exact) return {};
-    return {moving, &interrupt};
+    return {moving, &interrupt, &frameClock};
 }
 
 void C3dsDisplayWrap::SetMoving(bool moving) {
@@ -27,4 +27,8 @@ bool C3dsDisplayWrap::WorkOnLevels() {
 
 void C3dsDisplayWrap::SetInterrupt(std::function<bool()> wanted) {
     m_state->interrupt = std::move(wanted);
+}
+
+void C3dsDisplayWrap::SetFrameClock(std::function<double()> nowMs) {
+    m_state->frameClock = std::move(nowMs);
 }

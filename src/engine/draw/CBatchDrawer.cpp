@@ -40,7 +40,6 @@ void CBatchDrawer::DrawOpaque(const std::vector<CDrawItem>& items) {
         if (m_pace.HasEnded()) return;
         Prepare(item);
         DrawTriangles(item);
-        m_pace.Drawn(item.indexCount / 3, item.pixels);
     }
 }
 
@@ -65,12 +64,17 @@ void CBatchDrawer::DrawTransparent(const std::vector<CDrawItem>& items) {
         } else {
             DrawTriangles(item);
         }
-        m_pace.Drawn(item.indexCount / 3, item.pixels);
     }
 }
 
 void CBatchDrawer::DrawTriangles(const CDrawItem& item) {
-    m_shape.vertices->Draw(m_gl, item.firstIndex, item.indexCount);
+    const std::uint32_t triangles = item.indexCount / 3, parts = m_pace.PartsOf(triangles, item.pixels);
+    const std::uint32_t step = (triangles + parts - 1) / parts;
+    for (std::uint32_t first = 0; first < triangles && !m_pace.HasEnded(); first += step) {
+        const std::uint32_t count = std::min(step, triangles - first);
+        m_shape.vertices->Draw(m_gl, item.firstIndex + 3 * first, 3 * count);
+        m_pace.Drawn(count, item.pixels / static_cast<float>(parts));
+    }
 }
 
 /** The far side first: the right order for convex shapes, without sorting. */

@@ -76,15 +76,15 @@ class CListBuilder {
         item.node = n;
         item.level = plan.level;
         item.depth = DepthOf(m_row, m_scene.meshes[m_mesh].bounds.Center());
-        item.rank = m_plan.moving ? RankOf(plan.screen.pixels) : 0;
+        item.rank = m_plan.largeFirst ? RankOf(plan.screen.pixels) : 0;
         item.use.hasTexCoords = m_meshes.HasTexCoords(m_mesh);
         if (m_shape.batches == nullptr) return AddBox(item, plan);
-        item.pixels = plan.screen.pixels / static_cast<float>(m_shape.batches->size());
         for (std::uint32_t b = 0; b < m_shape.batches->size(); ++b) {
             const CPreparedBatch& batch = (*m_shape.batches)[b];
             item.batch = b;
             item.firstIndex = batch.firstIndex;
             item.indexCount = batch.indexCount;
+            item.pixels = plan.screen.pixels * m_meshes.Layers(m_mesh, b);
             item.use.litByVertex =
                 m_meshes.Grain(m_mesh, plan.level, b) * plan.screen.pixelsPerUnit <= m_plan.grainPixels;
             Add(item, batch, plan.repeated);
@@ -147,6 +147,14 @@ class CListBuilder {
 
 }  // namespace
 
+double CDrawList::Triangles() const {
+    double sum = 0;
+    for (const auto* items : {&opaque, &transparent}) {
+        for (const CDrawItem& item : *items) sum += item.indexCount / 3;
+    }
+    return sum;
+}
+
 CDrawList CDrawList::Build(CGlCurrent& gl, const CPreparedScene& scene, const CFrameView& view,
                            const CFramePlan& plan, const CDrawPipeline& pipeline, const CSceneMeshes& meshes,
                            CSortedBatches& sorted) {
@@ -156,8 +164,8 @@ CDrawList CDrawList::Build(CGlCurrent& gl, const CPreparedScene& scene, const CF
     }
     CDrawList list = std::move(builder.list);
     const auto byState = [](const CDrawItem& a, const CDrawItem& b) {
-        return std::tie(a.rank, a.key, a.material, a.depth, a.node) <
-               std::tie(b.rank, b.key, b.material, b.depth, b.node);
+        return std::tie(a.rank, b.key, b.material, a.depth, b.node) <
+               std::tie(b.rank, a.key, a.material, b.depth, a.node);
     };
     std::sort(list.opaque.begin(), list.opaque.end(), byState);
     std::stable_sort(list.transparent.begin(), list.transparent.end(),

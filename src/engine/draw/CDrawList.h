@@ -23,7 +23,7 @@ struct CDrawItem {
     CSurfaceUse use;
     int level = 0;     ///< see CShape.h
     int rank = 0;      ///< of a moving frame: the larger the node on the screen, the lower
-    float pixels = 0;  ///< that it covers at most, where that is known
+    float pixels = 0;  ///< that it covers, hidden ones too, about; 0 where nobody asks
     std::uint32_t firstIndex = 0, indexCount = 0;  ///< within its shape
 };
 
@@ -35,6 +35,8 @@ struct CDrawList {
     std::vector<CDrawItem> opaque;       ///< by rank, then grouped by program and material, near ones first
     std::vector<CDrawItem> transparent;  ///< far ones first
 
+    /** Of all items. */
+    [[nodiscard]] double Triangles() const;
     [[nodiscard]] static CDrawList Build(CGlCurrent& gl, const CPreparedScene& scene, const CFrameView& view,
                                          const CFramePlan& plan, const CDrawPipeline& pipeline,
                                          const CSceneMeshes& meshes, CSortedBatches& sorted);

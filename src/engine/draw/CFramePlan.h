@@ -28,6 +28,9 @@ struct CFramePlan {
 
     std::vector<CNodePlan> nodes;
     bool moving = false;
+    /** The opaque parts of large nodes first, where the clock may end the drawing. Otherwise the order is always the same, as
+     * of surfaces in one place the first one shows. */
+    bool largeFirst = false;
     bool whole = true;       ///< all in full
     float grainPixels = -1;  ///< what has a finer grain is lit by vertex; below 0 nothing
     double cost = 0;         ///< see CFrameBudget; only of a moving frame

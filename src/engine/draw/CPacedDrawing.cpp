@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "engine/draw/CPacedDrawing.h"
 
+#include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "engine/gl/CGlCapabilities.h"
@@ -22,14 +24,22 @@ void WaitAndDelete(GLsync fence) {
 }  // namespace
 
 CPacedDrawing::CPacedDrawing(CGlCurrent&, const CGlCapabilities& can, const CDrawPace& pace)
-    : m_active(can.software), m_fences(can.fences), m_pace(pace) {}
+    : m_active(can.software), m_fences(can.fences), m_pace(pace), m_beginMs(NowMs()) {}
 
 CPacedDrawing::~CPacedDrawing() {
     if (m_previous) glDeleteSync(static_cast<GLsync>(m_previous));
 }
 
+std::uint32_t CPacedDrawing::PartsOf(std::uint32_t triangles, float pixels) const {
+    if (!m_active) return 1;
+    const float most = static_cast<float>(triangles) / 3 + 1;
+    const auto forPixels = static_cast<std::uint32_t>(std::clamp(pixels / kMostPixels, 0.0f, most));
+    return std::max(triangles / kMostTriangles, forPixels) + 1;
+}
+
 void CPacedDrawing::Drawn(std::uint32_t triangles, float pixels) {
     m_triangles += triangles;
+    m_allTriangles += triangles;
     m_pixels += pixels;
     if (m_active && (m_triangles >= kMostTriangles || m_pixels >= kMostPixels)) EndPortion();
 }
@@ -45,7 +55,7 @@ void CPacedDrawing::EndPortion() {
         glFinish();
     }
     if (m_pace.moving) {
-        m_ended = PassedMs() > CFrameBudget::kLatestMs;
+        m_ended = NowMs() - m_beginMs > CFrameBudget::kLatestMs;
     } else if (m_pace.interrupt != nullptr && *m_pace.interrupt) {
         m_ended = (*m_pace.interrupt)();
     }
@@ -53,9 +63,11 @@ void CPacedDrawing::EndPortion() {
 
 double CPacedDrawing::Finish() {
     if (m_active) glFinish();
-    return PassedMs();
+    return NowMs() - m_beginMs;
 }
 
-double CPacedDrawing::PassedMs() const {
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - m_begin).count();
+double CPacedDrawing::NowMs() const {
+    if (m_pace.clock != nullptr && *m_pace.clock) return (*m_pace.clock)();
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration<double, std::milli>(now).count();
 }

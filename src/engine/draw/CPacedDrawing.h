@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 
@@ -13,6 +12,8 @@ struct CDrawPace {
     bool moving = false;  ///< it ends when CFrameBudget::kLatestMs have passed
     /** At rest: asked between two portions; true ends the drawing. May be null or empty; not owned. */
     const std::function<bool()>* interrupt = nullptr;
+    /** Tells the time in milliseconds since any moment. May be null or empty, for the steady clock; not owned. */
+    const std::function<double()>* clock = nullptr;
 };
 
 /** Gives a software renderer its work in portions. Otherwise the renderer stores all triangles of a picture
@@ -26,23 +27,28 @@ class CPacedDrawing {
     CPacedDrawing& operator=(const CPacedDrawing&) = delete;
     ~CPacedDrawing();
 
-    /** To be called after each draw call with its number of triangles, and of pixels at most. */
+    /** In how many draw calls so much is best drawn. */
+    [[nodiscard]] std::uint32_t PartsOf(std::uint32_t triangles, float pixels) const;
+    /** To be called after each draw call with its number of triangles, and of pixels, about. */
     void Drawn(std::uint32_t triangles, float pixels);
     /** True once nothing more is to be drawn. */
     [[nodiscard]] bool HasEnded() const { return m_ended; }
+    /** All that were drawn. */
+    [[nodiscard]] double Triangles() const { return m_allTriangles; }
     /** Waits for all that was drawn, where that is software's work. Returns the milliseconds since the beginning. */
     double Finish();
 
   private:
-    [[nodiscard]] double PassedMs() const;
+    [[nodiscard]] double NowMs() const;
     void EndPortion();
 
     bool m_active;
     bool m_fences;  ///< otherwise each portion is waited for
-    const CDrawPace& m_pace;
+    CDrawPace m_pace;
     bool m_ended = false;
-    std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
+    double m_beginMs;
     std::uint32_t m_triangles = 0;  ///< of the portion that grows
     float m_pixels = 0;
+    double m_allTriangles = 0;
     void* m_previous = nullptr;  ///< GLsync of the portion before
 };

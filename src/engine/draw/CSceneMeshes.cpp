@@ -2,6 +2,7 @@
 #include "engine/draw/CSceneMeshes.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "engine/draw/CSortedBatches.h"
@@ -52,6 +53,31 @@ float CostOf(const CPreparedScene& scene, const std::vector<CPreparedBatch>& bat
     return sum;
 }
 
+/** Twice the area of a batch, from samples of its triangles. */
+float TwiceAreaOf(const CPreparedMesh& mesh, const CPreparedBatch& batch) {
+    constexpr std::uint32_t kSamples = 256;
+    const std::uint32_t triangles = batch.indexCount / 3, step = triangles / kSamples + 1;
+    float sum = 0;
+    for (std::uint32_t t = 0; t < triangles; t += step) {
+        const auto corner = [&](std::uint32_t c) {
+            return mesh.vertices[mesh.Index(batch.firstIndex + 3 * t + c)].Position();
+        };
+        sum += Length(Cross(corner(1) - corner(0), corner(2) - corner(0)));
+    }
+    return sum * static_cast<float>(step);
+}
+
+std::vector<float> LayersOf(const CPreparedMesh& mesh) {
+    const CVec3 size = mesh.bounds.max - mesh.bounds.min;
+    const float box = size.x * size.y + size.y * size.z + size.z * size.x;
+    std::vector<float> layers;
+    for (const CPreparedBatch& batch : mesh.batches) {
+        const float covered = TwiceAreaOf(mesh, batch) / (2 * box);
+        layers.push_back(std::isfinite(covered) ? covered : 1);
+    }
+    return layers;
+}
+
 bool IsGivenBack(const CPreparedMesh& mesh) {
     return mesh.vertices.empty() && !mesh.batches.empty();
 }
@@ -99,9 +125,11 @@ bool CSceneMeshes::Take(CGlCurrent& gl, const CPreparedMesh& mesh, std::vector<C
         if (!IsGivenBack(mesh) && entry.buffers.RefreshIndices(gl, mesh)) {
             changed = true;
             DropLevels(entry);
+            entry.layers = LayersOf(mesh);
         }
     } else if (!mesh.vertices.empty() && mesh.IndexCount() > 0) {
         entry.buffers.Upload(gl, mesh);
+        entry.layers = LayersOf(mesh);
     }
     return changed;
 }

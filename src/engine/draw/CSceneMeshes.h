@@ -30,6 +30,11 @@ class CSceneMeshes {
     [[nodiscard]] double CostInFull(const CPreparedScene& scene) const;
     /** See GrainsOf; a huge value where it is not known. */
     [[nodiscard]] float Grain(std::size_t mesh, int level, std::size_t batch) const;
+    /** How often a batch covers its mesh's bounds, seen from anywhere, about: 1 for what is as large as its box, thousands
+     * for surfaces that lie in one another. */
+    [[nodiscard]] float Layers(std::size_t mesh, std::size_t batch) const {
+        return batch < m_meshes[mesh].layers.size() ? m_meshes[mesh].layers[batch] : 1;
+    }
     /** True when the levels of the mesh as it is now were set. */
     [[nodiscard]] bool HasLevelsSet(std::size_t mesh) const { return m_meshes[mesh].levelsSet; }
     [[nodiscard]] std::size_t Bytes() const;
@@ -39,6 +44,7 @@ class CSceneMeshes {
         CMeshBuffers buffers;
         std::vector<CLevelBuffers> levels;
         std::vector<float> grains;
+        std::vector<float> layers;
         std::vector<CForm> forms;
         bool levelsSet = false;
     };

@@ -73,6 +73,7 @@ struct CSceneRenderer::CState {
     CFrameBudget budget;
     float allowedError = 0;                         ///< of the last moving frame, see ChooseLevels
     bool isSlow = false;                            ///< the last whole frame was
+    bool runsLate = false;                          ///< the clock has ended a frame since all was at rest
     std::set<std::pair<int, std::uint32_t>> tried;  ///< kinds of items that were drawn once in idle time
 
     void Learn(CGlCurrent& gl);
@@ -81,7 +82,8 @@ struct CSceneRenderer::CState {
     void InFrame(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options, const TDraw& draw);
     [[nodiscard]] CFramePlan Plan(const CPreparedScene& scene, const CFrameView& view,
                                   const CDrawOptions& options, bool moving);
-    void LearnFrom(const CFramePlan& plan, double ms, bool ended);
+    /** drawn: the share of what was planned; 1 unless it has ended early. */
+    void LearnFrom(const CFramePlan& plan, double drawn, double ms);
     bool TryNextKind(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options);
 };
 
@@ -121,14 +123,17 @@ CFramePlan CSceneRenderer::CState::Plan(const CPreparedScene& scene, const CFram
     if (!options.exact) plan.grainPixels = CFramePlan::kFineGrain;
     if (!moving) return plan;
     plan.FitTo(scene, meshes, budget.MostCost(), allowedError);
+    plan.largeFirst = runsLate;
     if (!plan.whole) plan.grainPixels = CFramePlan::kCoarseGrain;
     return plan;
 }
 
-void CSceneRenderer::CState::LearnFrom(const CFramePlan& plan, double ms, bool ended) {
+void CSceneRenderer::CState::LearnFrom(const CFramePlan& plan, double drawn, double ms) {
     constexpr double kSlowMs = 25;
-    if (plan.moving && !ended) budget.Learn(plan.cost, ms);
+    const bool ended = drawn < 1;
+    if (plan.moving) budget.Learn(plan.cost * drawn, ms);
     if (!plan.moving && !ended) isSlow = ms > kSlowMs;
+    runsLate = plan.moving && (ended || runsLate);
 }
 
 CSceneRenderer::CSceneRenderer() : m_state(std::make_unique<CState>()) {}
@@ -179,7 +184,10 @@ bool CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDr
         CBatchDrawer drawer(gl, scene, view, pipeline, state.meshes, state.sorted, pace);
         drawer.DrawOpaque(list.opaque);
         drawer.DrawTransparent(list.transparent);
-        if (state.IsSoftware() && !options.exact) state.LearnFrom(plan, pace.Finish(), pace.HasEnded());
+        const double ms = pace.Finish();
+        const double drawn =
+            pace.HasEnded() ? std::min(pace.Triangles() / std::max(list.Triangles(), 1.0), 0.999) : 1;
+        if (state.IsSoftware() && !options.exact) state.LearnFrom(plan, drawn, ms);
         whole = plan.whole && !pace.HasEnded();
     });
     return whole;

@@ -9,7 +9,7 @@ class CFrameBudget {
     static constexpr double kLatestMs = 45;  ///< when a moving frame is ended, whatever is left out
     static constexpr double kCallCost = 30;  ///< of one drawing call
     /** This much is drawn on the slowest machine: where pixels take the time, fewer triangles save none. */
-    static constexpr double kLeastCost = 96'000;
+    static constexpr double kLeastCost = 200'000;
 
     /** The cost that fits into a frame. */
     [[nodiscard]] double MostCost() const { return (kTargetMs - kFixedMs) / m_msPerCost; }

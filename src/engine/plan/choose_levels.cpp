@@ -63,5 +63,7 @@ double ChooseLevels(CLevelChoices& choices, double mostCost, float& allowedError
     if (!fits || (allowedError > 0 && before < kFinerBelow * mostCost))
         allowedError = SmallestErrorFor(choices, kAim * mostCost);
     for (CNodeOptions& node : choices.nodes) node.chosen = CoarsestWithin(choices, node, allowedError);
-    return MakeSmallestBoxes(choices, CostWithin(choices, allowedError), mostCost);
+    // Rather a somewhat longer frame than boxes.
+    constexpr double kBoxesBeyond = 1.5;
+    return MakeSmallestBoxes(choices, CostWithin(choices, allowedError), kBoxesBeyond * mostCost);
 }

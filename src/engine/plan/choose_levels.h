@@ -25,7 +25,7 @@ struct CLevelChoices {
 constexpr float kBoxCost = 60;
 
 /** Chooses a form for each node: the coarsest within an error that is the same for all, as small as the sum of costs
- * allows. Where even the coarsest cost too much, the smallest nodes become boxes. allowedError (pixels) is the one
+ * allows. Where even the coarsest cost half as much again, the smallest nodes become boxes. allowedError (pixels) is the one
  * before, and is kept while the sum stays between 0.8 of mostCost and mostCost, so that the picture does not flicker.
  * Returns the sum of costs. */
 double ChooseLevels(CLevelChoices& choices, double mostCost, float& allowedError);

@@ -16,7 +16,9 @@ struct CStep {
     std::size_t part;  ///< one triangle of so many
     bool ownVertices;  ///< sparse reading of the mesh's vertices costs more than it saves
 };
-constexpr std::array<CStep, 5> kSteps{{{4, false}, {8, false}, {16, true}, {32, true}, {64, true}}};
+constexpr std::array<CStep, 6> kSteps{
+    {{4, false}, {8, false}, {16, true}, {32, true}, {64, true}, {256, true}}};
+constexpr std::size_t kLeastTriangles = 24;  ///< of a level
 
 std::size_t BytesOf(const CPreparedMesh& mesh) {
     return mesh.vertices.size() * sizeof(CPreparedVertex) + mesh.texCoords.size() * sizeof(CVec2) +
@@ -124,6 +126,7 @@ class CLevelChain {
         std::size_t before = m_mesh.IndexCount();
         float sum = 0;
         for (const CStep& step : kSteps) {
+            if (m_mesh.IndexCount() / 3 / step.part < kLeastTriangles) break;
             float error = 0;
             triangles = thinner.Thin(std::move(triangles), m_mesh.IndexCount() / 3 / step.part, error);
             sum += error;

@@ -11,7 +11,7 @@
 /** Meshes of fewer triangles get no levels. */
 constexpr std::uint32_t kLeastTrianglesForLevels = 500;
 
-/** Makes levels of about 1/4, 1/8, 1/16, 1/32 and 1/64 of the mesh's triangles. Borders between materials, seams of
+/** Makes levels of about 1/4, 1/8, 1/16, 1/32, 1/64 and 1/256 of the mesh's triangles. Borders between materials, seams of
  * texture coordinates and hard edges stay closed. A level that would save less than a fifth of the one before is left
  * out, and so is what would exceed a third of the mesh's memory. No levels for a mesh with places that are not finite.
  * Once stop is true it ends within some milliseconds; the result is then incomplete. */
