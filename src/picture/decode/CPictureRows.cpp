@@ -66,7 +66,7 @@ void CPictureRows::WriteAverages(std::size_t outY, std::size_t blockHeight) {
 
 CDecoded DecodeWhole(const CPictureClaim& claim, const CDecodeLimits& limits,
                      const std::function<CStatus(std::span<std::uint8_t>)>& fill) {
-    const CResult<int> reduction = ReductionFor(claim, limits, limits.pixels / 2);
+    const CResult<int> reduction = ReductionFor(claim, limits, limits.pixels);
     if (!reduction) return reduction.Error();
     CImage whole{static_cast<int>(claim.width), static_cast<int>(claim.height), {}};
     const auto rowBytes = static_cast<std::size_t>(claim.width * 4);

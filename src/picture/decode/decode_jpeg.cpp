@@ -134,8 +134,8 @@ CDecoded DecodeJpeg(CBytes bytes, const CPictureClaim& claim, const CDecodeLimit
     if (TakesTooLong(bytes, claim, reader.HasSeveralScans())) return IsTooLarge();
     if (reader.Claim().width != claim.width || reader.Claim().height != claim.height)
         return HeaderIsDamaged();
-    // Pixels that are not given out cost a quarter of the time or less.
-    const CResult<int> reduction = ReductionFor(claim, limits, limits.pixels * 4);
+    // Pixels that are not given out cost an eighth of the time or less.
+    const CResult<int> reduction = ReductionFor(claim, limits, limits.pixels * 8);
     if (!reduction) return reduction.Error();
     if (!reader.Start(reduction.Value())) return reader.Error();
     const std::uint64_t width = ReducedSide(claim.width, reduction.Value());
