@@ -19,7 +19,7 @@ bool IsWanted(EPictureFormat format) {
 }
 
 void Decode(std::span<const std::byte> bytes, std::string_view name, const CPictureClaim& claim) {
-    constexpr CDecodeLimits kLimits{64 << 10, 128 << 10};  // small, so that many are decoded in a second
+    constexpr CDecodeLimits kLimits{64 << 10, 64 << 10};  // small, so that many are decoded in a second
     const auto decoded = image_codec::DecodeImage(bytes, name, kLimits);
     if (!decoded) return;
     const auto& [image, reduction] = decoded.Value();

@@ -53,7 +53,8 @@ void CPictureRows::End(std::size_t y) {
 void CPictureRows::WriteAverages(std::size_t outY, std::size_t blockHeight) {
     const auto side = static_cast<std::size_t>(m_reduction), outWidth = m_sums.size() / 4;
     for (std::size_t x = 0; x < outWidth; ++x) {
-        const auto count = static_cast<std::uint32_t>(std::min(side, m_width - x * side) * blockHeight);
+        const std::size_t blockWidth = std::min(side, m_width - x * side);
+        const auto count = static_cast<std::uint32_t>(std::max<std::size_t>(blockWidth * blockHeight, 1));
         for (std::size_t k = 0; k < 4; ++k) {
             m_image.rgba[(outY * outWidth + x) * 4 + k] =
                 static_cast<std::uint8_t>((m_sums[x * 4 + k] + count / 2) / count);
@@ -65,7 +66,7 @@ void CPictureRows::WriteAverages(std::size_t outY, std::size_t blockHeight) {
 
 CDecoded DecodeWhole(const CPictureClaim& claim, const CDecodeLimits& limits,
                      const std::function<CStatus(std::span<std::uint8_t>)>& fill) {
-    const CResult<int> reduction = ReductionFor(claim, limits, limits.pixels / 2);
+    const CResult<int> reduction = ReductionFor(claim, limits, limits.pixels);
     if (!reduction) return reduction.Error();
     CImage whole{static_cast<int>(claim.width), static_cast<int>(claim.height), {}};
     const auto rowBytes = static_cast<std::size_t>(claim.width * 4);

@@ -59,7 +59,7 @@ class CPictureRows {
 };
 
 /** For decoders that can give nothing but the whole: fill gets its RGBA bytes, 0 to begin with, and they are averaged
- * where the picture must be smaller. Only half of limits.pixels are allowed, as all of them stand in memory. */
+ * where the picture must be smaller. */
 [[nodiscard]] CDecoded DecodeWhole(const CPictureClaim& claim, const CDecodeLimits& limits,
                                    const std::function<CStatus(std::span<std::uint8_t>)>& fill);
 

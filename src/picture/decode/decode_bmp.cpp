@@ -85,8 +85,8 @@ CPalette ReadPalette(CBytes bytes, const CBmpHeader& header) {
     return palette;
 }
 
-/** The fourth byte of 32 bits counts as alpha though the format has none there: most writers of such files mean
- * it, and where they leave it 0 everywhere the picture is opaque. */
+/** The fourth byte of 32 bits counts as alpha though the format has none there: where writers do not mean it, they
+ * leave it 0 everywhere, and the picture is opaque, or see DropAlphaOfEdges. */
 CBitChannels ChannelsOf(CBytes bytes, const CBmpHeader& header) {
     if (header.HasMasks()) {
         const bool hasAlpha = header.size >= 56 || header.compression == kMasksWithAlpha;
@@ -98,6 +98,21 @@ CBitChannels ChannelsOf(CBytes bytes, const CBmpHeader& header) {
         return {CBitChannel(0x7C00), CBitChannel(0x3E0), CBitChannel(0x1F), CBitChannel(0, 255)};
     return {CBitChannel(0xFF0000), CBitChannel(0xFF00), CBitChannel(0xFF),
             CBitChannel(header.bits == 32 ? 0xFF000000U : 0, 255)};
+}
+
+/** Some converters write 255 inside of a picture and a little less along its edges. Nobody means that, and it would show
+ * as seams. */
+void DropAlphaOfEdges(CImage& image) {
+    constexpr std::uint8_t kLittleLess = 200;
+    if (image.width < 3 || image.height < 3) return;
+    for (int y = 0; y < image.height; ++y) {
+        const bool isEdgeRow = y == 0 || y == image.height - 1;
+        for (int x = 0; x < image.width; ++x) {
+            const bool isEdge = isEdgeRow || x == 0 || x == image.width - 1;
+            if (image.Pixel(x, y)[3] < (isEdge ? kLittleLess : 255)) return;
+        }
+    }
+    for (std::size_t i = 3; i < image.rgba.size(); i += 4) image.rgba[i] = 255;
 }
 
 CDecoded DecodeRows(CBytes bytes, const CBmpHeader& header, const CPictureClaim& claim,
@@ -120,7 +135,9 @@ CDecoded DecodeRows(CBytes bytes, const CBmpHeader& header, const CPictureClaim&
             SetPixel(row, x, ColourOf(channels, pixels.Le(header.bits / 8)));
         rows.Value().End(y);
     }
-    return std::move(rows).Value().TakeWithDoubtfulAlpha();
+    image_codec::CDecodedImage decoded = std::move(rows).Value().TakeWithDoubtfulAlpha();
+    if (!header.HasMasks()) DropAlphaOfEdges(decoded.image);
+    return decoded;
 }
 
 /** Unpacks RLE4 and RLE8 into a canvas whose row 0 is the picture's lowest. */

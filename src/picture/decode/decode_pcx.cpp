@@ -122,7 +122,7 @@ CDecoded DecodePcx(CBytes bytes, const CPictureClaim& claim, const CDecodeLimits
     constexpr std::uint64_t kBytesOfByte = 32;  // 63 of two
     const std::uint64_t unpacked = header.LineBytes() * claim.height;
     if (unpacked > kBytesOfByte * bytes.size()) return ClaimsTooMuch();
-    if (unpacked > limits.pixels * 2) return IsTooLarge();
+    if (unpacked > limits.pixels * 4) return IsTooLarge();
     CResult<CPictureRows> rows = CPictureRows::Make(claim, limits);
     if (!rows) return rows.Error();
     const CPalette palette = ReadPalette(bytes, header);

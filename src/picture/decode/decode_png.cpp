@@ -108,8 +108,8 @@ CDecoded DecodePng(CBytes bytes, const CPictureClaim& claim, const CDecodeLimits
     CPngReader reader(bytes);
     if (!reader.ReadHeader()) return reader.Error();
     if (!reader.Is(claim)) return HeaderIsDamaged();
-    // Unpacking takes as long as there are bytes: at most two for each pixel that others may have.
-    if (reader.RowBytes() * claim.height > limits.pixels * 2) return IsTooLarge();
+    // Unpacking takes as long as there are bytes.
+    if (reader.RowBytes() * claim.height > limits.pixels * 4) return IsTooLarge();
     if (reader.IsInterlaced()) {
         return DecodeWhole(claim, limits, [&](std::span<std::uint8_t> rgba) {
             return reader.ReadWhole(rgba) ? CStatus(CDone{}) : reader.Error();

@@ -108,7 +108,7 @@ CDecoded DecodeSgi(CBytes bytes, const CPictureClaim& claim, const CDecodeLimits
     const CSgiHeader header = ReadHeader(bytes, claim);
     if (!IsRead(bytes, header)) return KindIsNotRead();
     if (!CanHold(bytes, header)) return EndsEarly();
-    if (header.used * claim.width * claim.height > limits.pixels * 2) return IsTooLarge();
+    if (header.used * claim.width * claim.height > limits.pixels * 4) return IsTooLarge();
     CResult<CPictureRows> rows = CPictureRows::Make(claim, limits);
     if (!rows) return rows.Error();
     for (std::size_t line = 0; line < header.height; ++line) {

@@ -154,7 +154,7 @@ CStatus ReadPixels(TIFF* tiff, const CPictureClaim& claim, std::span<std::uint8_
 
 CDecoded DecodeTiff(CBytes bytes, const CPictureClaim& claim, const CDecodeLimits& limits) {
     if (CStatus sound = CheckTiffDirectory(bytes); !sound) return sound.Error();
-    const std::uint64_t maxBytes = limits.pixels * 2;
+    const std::uint64_t maxBytes = limits.pixels * 4;
     CTiffBytes source{bytes};
     const CTiff tiff = Open(source, maxBytes);
     if (!tiff) return HeaderIsDamaged();

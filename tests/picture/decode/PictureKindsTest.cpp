@@ -188,6 +188,20 @@ const CKind kGif[] = {
 INSTANTIATE_TEST_SUITE_P(Gif, PictureKindsTest, testing::ValuesIn(kGif), kRowName);
 // clang-format on
 
+// Three by three of which the edges have one alpha, the middle has another.
+std::string AlphaOf(char edge, char middle) {
+    std::string data;
+    for (int i = 0; i < 9; ++i) data += "\1\2\3"s + (i == 4 ? middle : edge);
+    const CResult<CImage> image = Decode(Bmp(32, 0, "", data, 0, 3, 3), "");
+    return image ? Hex(image.Value()).substr(0, 8) : image.Error().Text();
+}
+
+TEST(PictureKindsTest, AlphaOfEdgesAloneIsNoneButHolesAre) {
+    EXPECT_EQ(AlphaOf('\xF0', '\xFF'), "030201ff");
+    EXPECT_EQ(AlphaOf('\x10', '\xFF'), "03020110");
+    EXPECT_EQ(AlphaOf('\xF0', '\xF0'), "030201f0");
+}
+
 // The fuzzers' seeds: one picture, written by another program in many kinds.
 TEST(PictureKindsTest, KindsOfOnePictureAreAlike) {
     const auto pixelsOf = [](std::string_view name) {
