@@ -78,7 +78,11 @@ CImageDataTextVec ReadPictures(CZipReader& archive, const CNameSet& wanted, CNot
     CImageDataTextVec pictures;
     std::uint64_t left = scene_budget::kArchivedPictureBytes;
     for (const CZipEntry& entry : archive.Entries()) {
-        if (!wanted.contains(entry.name)) continue;
+        if (!IsPicture(entry.name)) continue;
+        if (!wanted.contains(entry.name)) {
+            pictures.push_back({entry.name, {}});  // which one a name means depends on those beside it
+            continue;
+        }
         CResult<std::vector<std::byte>> data = archive.Read(entry, left);
         if (!data) {
             notes.Limited("A picture of the archive is not read", CNoteList::Printable(entry.name),
