@@ -1,22 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "model/open/zip_scene.h"
 
+#include <lib3ds/file.h>
+#include <lib3ds/material.h>
+
 #include <algorithm>
 #include <array>
 #include <string>
 
+#include "base/name_hash.h"
 #include "base/text/ascii_text.h"
 #include "base/text/lng.h"
 #include "files/CZipReader.h"
 #include "files/file_util_ex.h"
 #include "model/read_3ds/C3dsParser.h"
 #include "model/scene/CNoteList.h"
+#include "model/scene/scene_budget.h"
+#include "model/textures/CLib3dsMatUtil.h"
 #include "model/textures/texture_name.h"
 
 namespace {
-/** Pictures beyond it stay packed: they are decoded later, so they must be held at the same time. */
-constexpr std::uint64_t kMaxPictureBytes = 512ULL << 20;
-
 std::string ExtensionOf(std::string_view name) {
     return ascii_text::Lowered(file_util_ex::GetFileExt(name));
 }
@@ -51,11 +54,35 @@ const CZipEntry* ChooseModel(const std::vector<CZipEntry>& entries, std::string_
     return best;
 }
 
-CImageDataTextVec ReadPictures(CZipReader& archive, CNoteList& notes) {
+/** The names of those entries that the scene's materials refer to. */
+CNameSet NamesOfPictures(const std::vector<CZipEntry>& entries, const Lib3dsFile& scene,
+                         std::string_view model) {
+    CImageDataTextVec names;
+    for (const CZipEntry& entry : entries) {
+        if (IsPicture(entry.name)) names.push_back({entry.name, {}});
+    }
+    CNameSet wanted;
+    if (names.empty()) return wanted;
+    const CTextureLocator all = CTextureLocator::InMemory(std::move(names), model);
+    CNameSet asked;
+    for (Lib3dsMaterial* material = scene.materials; material; material = material->next) {
+        for (const Lib3dsTextureMap* map : CLib3dsMatUtil::MapsOf(*material)) {
+            if (map->name[0] == 0 || !asked.emplace(map->name).second) continue;
+            if (const auto hit = all.Find(map->name)) wanted.insert(hit->foundAt);
+        }
+    }
+    return wanted;
+}
+
+CImageDataTextVec ReadPictures(CZipReader& archive, const CNameSet& wanted, CNoteList& notes) {
     CImageDataTextVec pictures;
-    std::uint64_t left = kMaxPictureBytes;
+    std::uint64_t left = scene_budget::kArchivedPictureBytes;
     for (const CZipEntry& entry : archive.Entries()) {
         if (!IsPicture(entry.name)) continue;
+        if (!wanted.contains(entry.name)) {
+            pictures.push_back({entry.name, {}});  // which one a name means depends on those beside it
+            continue;
+        }
         CResult<std::vector<std::byte>> data = archive.Read(entry, left);
         if (!data) {
             notes.Limited("A picture of the archive is not read", CNoteList::Printable(entry.name),
@@ -86,7 +113,8 @@ CResult<CScene> ReadZipScene(std::vector<std::byte> bytes, std::string_view arch
         notes.Limited("The archive holds several models; this one is shown",
                       CNoteList::Printable(model->name));
     }
-    scene.Value().SetTextures(CTextureLocator::InMemory(ReadPictures(archive, notes), model->name));
+    const CNameSet wanted = NamesOfPictures(entries, *scene.Value().Header(), model->name);
+    scene.Value().SetTextures(CTextureLocator::InMemory(ReadPictures(archive, wanted, notes), model->name));
     for (CSceneNote& note : notes.Take()) scene.Value().AddNote(std::move(note));
     return scene;
 }

@@ -36,6 +36,8 @@ constexpr std::size_t kMorphPoints = 1'000'000;
 // --- pictures ---------------------------------------------------------------------------------------------
 /** Different names of pictures that are looked for. */
 constexpr std::size_t kPictureNames = 20'000;
+/** Pictures of an archive as they are packed in it; only those that the model names are read. */
+constexpr std::uint64_t kArchivedPictureBytes = 256ULL << 20;
 /** Decoded pictures of a scene together, as RGBA; see LoadTextures for what happens beyond. In the memory of
  * the graphics card they take a third more. */
 constexpr std::uint64_t kPictureBytes = 512ULL << 20;

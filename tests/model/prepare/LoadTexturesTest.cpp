@@ -40,6 +40,19 @@ TEST(LoadTexturesTest, NamesOfOnePictureShareIt) {
     EXPECT_EQ(scene.textures[2].image.width, 2);
 }
 
+TEST(LoadTexturesTest, LargestPicturesGiveWayToTheBudget) {
+    // 64 KB, 16 KB and 1 KB decoded; both large ones must be at a half.
+    const CPreparedScene scene =
+        Prepared({"s.tga", "m.tga", "l.tga"},
+                 {Picture("s.tga", 16), Picture("m.tga", 64), Picture("l.tga", 128)}, 10 << 10);
+    ASSERT_EQ(scene.textures.size(), 3u);
+    const int sides[] = {16, 32, 32};
+    for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(scene.textures[i].image.width, sides[i]) << i;
+    ASSERT_EQ(scene.notes.size(), 2u);
+    EXPECT_EQ(scene.notes[0].subject, "m.tga");
+    EXPECT_EQ(scene.notes[1].subject, "l.tga");
+}
+
 TEST(LoadTexturesTest, WhatDoesNotFitAtAllIsLeftOut) {
     const CPreparedScene scene =
         Prepared({"s.tga", "l.tga"}, {Picture("s.tga", 16), Picture("l.tga", 256)}, 3 << 10);
