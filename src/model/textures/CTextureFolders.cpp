@@ -135,9 +135,9 @@ CTextureFolders::CFound CTextureFolders::FindBelow(CFolder& folder, const CTextu
     if (step == query.folders.size()) return FindIn(folder, query, match);
     for (const std::size_t number : folder.folders.FindKeys(query.folders[step])) {
         if (++m_stepsOnWays > kMaxStepsOnWays) return std::nullopt;
-        const auto next = m_surroundings.SubFolder(folder.path / folder.folders.Name(number));
-        if (!next) continue;
-        if (auto found = FindBelow(List(*next), query, step + 1, match)) return found;
+        CFolder* const next = Enter(folder.path / folder.folders.Name(number));
+        if (next == nullptr) continue;
+        if (auto found = FindBelow(*next, query, step + 1, match)) return found;
     }
     return std::nullopt;
 }
@@ -172,6 +172,14 @@ CTextureFolders::CFolder& CTextureFolders::List(const fs::path& path) {
         ReadEntries(*slot);
     }
     return *slot;
+}
+
+CTextureFolders::CFolder* CTextureFolders::Enter(const fs::path& path) {
+    const auto [entered, isNew] = m_entered.try_emplace(path.native(), nullptr);
+    if (isNew) {
+        if (const auto folder = m_surroundings.SubFolder(path)) entered->second = &List(*folder);
+    }
+    return entered->second;
 }
 
 void CTextureFolders::ReadEntries(CFolder& folder) {

@@ -50,6 +50,8 @@ class CTextureFolders {
     };
 
     CFolder& List(const std::filesystem::path& path);
+    /** The folder at a path, if it may be entered; remembered. */
+    [[nodiscard]] CFolder* Enter(const std::filesystem::path& path);
     void ReadEntries(CFolder& folder);
     void AddMorePlaces();
     void AddPlace(const std::filesystem::path& path);
@@ -71,6 +73,7 @@ class CTextureFolders {
     std::size_t m_levelsUp = 0;
     std::size_t m_listedEntries = 0, m_guesses = 0, m_stepsOnWays = 0;
     CNameMap<std::unique_ptr<CFolder>> m_listed;
+    CNameMap<CFolder*> m_entered;
     std::vector<CFolder*> m_places;
     CTextureNames m_names;  ///< the files of all places
     std::unordered_map<std::size_t, CFound> m_checked;
