@@ -16,8 +16,7 @@ namespace {
 CMorphShape ShapeAt(const CPreparedMorph& morph, float frame) {
     const std::vector<CMorphKey>& keys = morph.keys;
     const float first = keys.front().frame, last = keys.back().frame;
-    if (morph.repeats && frame > last && last > first)
-        frame = std::fmod(frame - first, last - first) + first;
+    if (morph.repeats && frame > last && last > first) frame = std::fmod(frame - first, last - first) + first;
     const auto next = std::upper_bound(keys.begin(), keys.end(), frame,
                                        [](float value, const CMorphKey& key) { return value < key.frame; });
     if (next == keys.begin()) return {keys.front().mesh, keys.front().mesh, 0};
@@ -29,8 +28,7 @@ CMorphShape ShapeAt(const CPreparedMorph& morph, float frame) {
 /** The points of one shape, carried to where the mesh has them that takes the shape. */
 std::vector<CVec3> PointsOf(const CMeshView& shape, const CMeshView& of) {
     const CMat4 inFile = shape.pointsUnflipped ? CMat4{} : FlipOf(shape.matrix);
-    const CMat4 carry =
-        shape.mesh == of.mesh ? inFile : of.matrix * shape.matrix.AffineInverse() * inFile;
+    const CMat4 carry = shape.mesh == of.mesh ? inFile : of.matrix * shape.matrix.AffineInverse() * inFile;
     std::vector<CVec3> points(shape.pointCount);
     for (std::size_t i = 0; i < points.size(); ++i) points[i] = carry.TransformPoint(PointOf(shape, i));
     return points;

@@ -23,7 +23,7 @@ T At(std::span<const std::byte> bytes, std::size_t at) {
 }
 
 template <class T>
-    requires std::is_arithmetic_v<T>
+requires std::is_arithmetic_v<T>
 void Append(CBytes& out, T value) {
     const auto* begin = reinterpret_cast<const std::byte*>(&value);
     out.insert(out.end(), begin, begin + sizeof value);

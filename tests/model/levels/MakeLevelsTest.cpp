@@ -47,7 +47,8 @@ double BorderLength(const COpened& mesh, std::size_t from, std::size_t to) {
     double sum = 0;
     for (const auto& [edge, count] : uses) {
         if (count == 1)
-            sum += static_cast<double>(std::hypot(edge.first[0] - edge.second[0], edge.first[1] - edge.second[1]));
+            sum += static_cast<double>(
+                std::hypot(edge.first[0] - edge.second[0], edge.first[1] - edge.second[1]));
     }
     return sum;
 }
@@ -59,7 +60,8 @@ class MakeLevelsTest : public testing::TestWithParam<CRow> {
 
 INSTANTIATE_TEST_SUITE_P(Meshes, MakeLevelsTest,
                          testing::Values(CRow{"Smooth", {}}, CRow{"TwoMaterials", {60, false, true}},
-                                         CRow{"Faceted", {60, true}}, CRow{"FacetedWithTexture", {60, true, true, true}},
+                                         CRow{"Faceted", {60, true}},
+                                         CRow{"FacetedWithTexture", {60, true, true, true}},
                                          CRow{"WideIndices", {260, false, true, true}}),
                          kRowName);
 
@@ -114,7 +116,8 @@ constexpr auto kMakeLevels = [](const CPreparedMesh& mesh) {
 };
 
 TEST(MakeLevelsOfOddMeshesTest, MeshesWithoutUsablePlacesGetNone) {
-    for (const float bad : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(), 3e38f}) {
+    for (const float bad :
+         {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(), 3e38f}) {
         CPreparedMesh mesh = WavyMesh({});
         mesh.vertices[7].position[1] = bad;
         mesh.vertices[9].position[1] = -bad;

@@ -7,8 +7,8 @@
 
 /** What a mesh made by WavyMesh is like. */
 struct CWavy {
-    unsigned side = 60;     ///< quads along a side: 2 * side * side triangles
-    bool faceted = false;   ///< each face has corners of its own, with its own normal
+    unsigned side = 60;       ///< quads along a side: 2 * side * side triangles
+    bool faceted = false;     ///< each face has corners of its own, with its own normal
     bool twoBatches = false;  ///< the right half is of another material
     bool texCoords = false;
 };
@@ -35,7 +35,8 @@ inline CPreparedMesh WavyMesh(const CWavy& like) {
         const auto first = static_cast<std::uint32_t>(indices.size());
         for (unsigned x = from; x < to; ++x) {
             for (unsigned y = 0; y < like.side; ++y) {
-                for (const auto& [dx, dy] : {std::pair{0u, 0u}, {1u, 0u}, {1u, 1u}, {0u, 0u}, {1u, 1u}, {0u, 1u}})
+                for (const auto& [dx, dy] :
+                     {std::pair{0u, 0u}, {1u, 0u}, {1u, 1u}, {0u, 0u}, {1u, 1u}, {0u, 1u}})
                     indices.push_back(corner(x + dx, y + dy));
             }
         }
