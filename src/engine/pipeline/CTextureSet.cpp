@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "engine/pipeline/CTextureSet.h"
 
+#include <algorithm>
 #include <set>
 
 #include "engine/pipeline/CMaterialLook.h"
 #include "model/prepare/CPreparedScene.h"
+#include "model/prepare/material_kinds.h"
 
 namespace {
 
@@ -13,15 +15,22 @@ bool IsGone(const CImage& image) {
     return image.IsEmpty() || image.rgba.empty();
 }
 
-CImage Multiplied(const CImage& image) {
-    CImage result = image;
-    for (std::size_t i = 0; i + 3 < result.rgba.size(); i += 4) {
-        const unsigned alpha = result.rgba[i + 3];
-        for (std::size_t c = i; c < i + 3; ++c) {
-            result.rgba[c] = static_cast<std::uint8_t>((result.rgba[c] * alpha + 127) / 255);
-        }
+CImage Multiplied(CImage image) {
+    for (std::size_t i = 0; i + 3 < image.rgba.size(); i += 4) {
+        const unsigned alpha = image.rgba[i + 3] = CountedAlpha(image.rgba[i + 3]);
+        for (std::size_t c = i; c < i + 3; ++c)
+            image.rgba[c] = static_cast<std::uint8_t>((image.rgba[c] * alpha + 127) / 255);
     }
-    return result;
+    return image;
+}
+
+CImage AsOpacity(CImage image) {
+    for (std::size_t i = 0; i + 3 < image.rgba.size(); i += 4) {
+        std::uint8_t* pixel = &image.rgba[i];
+        std::fill_n(pixel, 3, CountedAlpha(GreyOf(pixel)));
+        pixel[3] = CountedAlpha(pixel[3]);
+    }
+    return image;
 }
 
 }  // namespace
@@ -30,8 +39,8 @@ CTextureSet::CKey CTextureSet::KeyOf(EMapKind slot, const CPreparedMap& map) {
     const ETextureWrap going = map.mirror ? ETextureWrap::Mirror : ETextureWrap::Repeat;
     const bool weighs = slot == EMapKind::Texture ? map.decal || map.AlphaIsOpacity()
                                                   : slot == EMapKind::Texture2 && !map.ignoreAlpha;
-    return {map.texture, map.tile ? going : ETextureWrap::Clamp,
-            weighs ? EAlphaUse::Multiplied : EAlphaUse::Separate};
+    const EAlphaUse plain = slot == EMapKind::Opacity ? EAlphaUse::Opacity : EAlphaUse::Separate;
+    return {map.texture, map.tile ? going : ETextureWrap::Clamp, weighs ? EAlphaUse::Multiplied : plain};
 }
 
 bool CTextureSet::IsOf(const CEntry& entry, const CPreparedTexture& source) {
@@ -61,8 +70,13 @@ void CTextureSet::Update(CGlCurrent& gl, const CGlCapabilities& can, const CPrep
         if (m_textures.contains(key) || IsGone(image)) continue;
         CEntry& entry = m_textures[key];
         entry = {source.reference, source.foundAt, image.rgba.data(), image.width, image.height, {}};
-        const bool multiply = source.hasTranslucency && std::get<EAlphaUse>(key) == EAlphaUse::Multiplied;
-        entry.texture.Fill(gl, can, multiply ? Multiplied(image) : image, std::get<ETextureWrap>(key));
+        const EAlphaUse use = std::get<EAlphaUse>(key);
+        const bool multiply = source.hasTranslucency && use == EAlphaUse::Multiplied;
+        entry.texture.Fill(gl, can,
+                           multiply                    ? Multiplied(image)
+                           : use == EAlphaUse::Opacity ? AsOpacity(image)
+                                                       : image,
+                           std::get<ETextureWrap>(key));
     }
 }
 

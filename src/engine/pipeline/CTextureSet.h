@@ -15,9 +15,9 @@ struct CPreparedMap;
 struct CPreparedScene;
 struct CPreparedTexture;
 
-/** How a map uses its picture's alpha: Multiplied uploads colours multiplied by alpha, Separate uploads both
- * as they are. */
-enum class EAlphaUse { Separate, Multiplied };
+/** How a map uses its picture: Separate uploads colours and alpha as they are; Multiplied uploads alpha as it counts
+ * (CountedAlpha) and the colours multiplied by it; Opacity uploads grey and alpha as they count. */
+enum class EAlphaUse { Separate, Multiplied, Opacity };
 
 /** The textures of a scene on the GPU: one for each combination of picture, wrap mode and use of alpha that
  * some material needs. Pictures that no map with an effect uses are not uploaded. */

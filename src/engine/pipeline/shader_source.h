@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "model/prepare/material_kinds.h"
+
 /** The maps of a material in the order of their texture units. */
 enum class EMapKind { Texture, Texture2, Opacity, Specular, Shininess, SelfIllumination, Bump, Reflection };
 constexpr int kMapKinds = 8;
@@ -12,9 +14,6 @@ constexpr int kMapKinds = 8;
  * and no order of its triangles is right everywhere. So its solid pixels are drawn with the depth buffer, and
  * only the rest from back to front. */
 enum class ESurfacePart { Whole, Solid, Translucent };
-/** The least alpha, of 255, that counts as solid. The error of at most 2 % is invisible, and lossy picture
- * formats stay solid where they were meant to be. */
-constexpr int kSolidAlpha = 250;
 
 /** How a part is drawn, apart from its material. */
 struct CSurfaceUse {

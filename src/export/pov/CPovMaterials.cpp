@@ -140,13 +140,18 @@ const CPovPictures::CPicture* CPovMaterials::ValuePicture(const CPreparedMap& ma
     return Picture(map, map.negative ? EPovPicture::NegativeValue : EPovPicture::Value);
 }
 
+const CPovPictures::CPicture* CPovMaterials::OpacityPicture(const CPreparedMap& map) {
+    if (map.alphaSource) return ValuePicture(map);
+    return Picture(map, map.negative ? EPovPicture::NegativeOpacity : EPovPicture::Opacity);
+}
+
 std::vector<CPovMaterials::CValueMap> CPovMaterials::ValueMaps(const CPreparedMaterial& material) {
     std::vector<CValueMap> maps;
     const auto add = [&](const CPreparedMap& map, const CPovPictures::CPicture* picture,
                          CTerms (*at)(CTerms, float, float)) {
         if (picture != nullptr) maps.push_back({&map, picture, at});
     };
-    add(material.opacity, ValuePicture(material.opacity), [](CTerms t, float value, float amount) {
+    add(material.opacity, OpacityPicture(material.opacity), [](CTerms t, float value, float amount) {
         t.opacity += (value - t.opacity) * amount;
         return t;
     });

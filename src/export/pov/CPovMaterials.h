@@ -89,6 +89,7 @@ class CPovMaterials {
     [[nodiscard]] const CPovPictures::CPicture* Picture(const CPreparedMap& map, EPovPicture kind);
     [[nodiscard]] const CPovPictures::CPicture* ColorPicture(const CPreparedMap& map);
     [[nodiscard]] const CPovPictures::CPicture* ValuePicture(const CPreparedMap& map);
+    [[nodiscard]] const CPovPictures::CPicture* OpacityPicture(const CPreparedMap& map);
 
     const CPreparedScene& m_scene;
     const C3ds2Pov::COutFormat& m_format;

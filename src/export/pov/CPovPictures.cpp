@@ -7,6 +7,7 @@
 #include "export/pov/text/CPovText.h"
 #include "files/file_util_ex.h"
 #include "model/prepare/CPreparedScene.h"
+#include "model/prepare/material_kinds.h"
 #include "model/textures/CTextureLocator.h"
 #include "picture/image_probe.h"
 #include "picture/image_writer.h"
@@ -45,13 +46,17 @@ bool IsPlainPng(const std::vector<std::byte>& bytes) {
     return false;
 }
 
-std::uint8_t Grey(const std::uint8_t* pixel) {
-    return static_cast<std::uint8_t>((299u * pixel[0] + 587u * pixel[1] + 114u * pixel[2] + 500u) / 1000u);
-}
-
 bool IsNegative(EPovPicture kind) {
     return kind == EPovPicture::NegativeColor || kind == EPovPicture::NegativeValue ||
-           kind == EPovPicture::NegativeAlpha;
+           kind == EPovPicture::NegativeOpacity || kind == EPovPicture::NegativeAlpha;
+}
+
+/** The one value of a pixel that a kind other than the colours needs. */
+std::uint8_t ValueOf(const std::uint8_t* pixel, EPovPicture kind) {
+    if (kind == EPovPicture::Alpha || kind == EPovPicture::NegativeAlpha) return CountedAlpha(pixel[3]);
+    const std::uint8_t grey = GreyOf(pixel);
+    const bool isOpacity = kind == EPovPicture::Opacity || kind == EPovPicture::NegativeOpacity;
+    return isOpacity ? CountedAlpha(grey) : grey;
 }
 
 /** The picture to write for POV-Ray. */
@@ -60,11 +65,8 @@ CImage Converted(const CImage& source, EPovPicture kind) {
     const std::uint8_t flip = IsNegative(kind) ? 255 : 0;
     for (std::size_t i = 0; i + 3 < image.rgba.size(); i += 4) {
         std::uint8_t* pixel = &image.rgba[i];
-        if (kind == EPovPicture::Value || kind == EPovPicture::NegativeValue) {
-            std::fill_n(pixel, 3, Grey(pixel));
-        } else if (kind == EPovPicture::Alpha || kind == EPovPicture::NegativeAlpha) {
-            std::fill_n(pixel, 3, pixel[3]);
-        }
+        if (kind != EPovPicture::Color && kind != EPovPicture::NegativeColor)
+            std::fill_n(pixel, 3, ValueOf(pixel, kind));
         for (int c = 0; c < 3; ++c) pixel[c] = static_cast<std::uint8_t>(pixel[c] ^ flip);
     }
     return image;

@@ -18,8 +18,18 @@ class CTextureLocator;
 struct CPreparedScene;
 struct CPreparedTexture;
 
-/** The part of a picture that a map needs: its colours, or one value as grey. */
-enum class EPovPicture { Color, NegativeColor, Value, NegativeValue, Alpha, NegativeAlpha };
+/** The part of a picture that a map needs: its colours, or one value as grey. Opacity is a value, and it and Alpha
+ * are written as they count (CountedAlpha). */
+enum class EPovPicture {
+    Color,
+    NegativeColor,
+    Value,
+    NegativeValue,
+    Opacity,
+    NegativeOpacity,
+    Alpha,
+    NegativeAlpha
+};
 
 /** Chooses the picture files of an exported scene and writes them beside it. Files that POV-Ray decodes as
  * the view does are copied byte by byte; all others become PNG.

@@ -105,6 +105,20 @@ TEST_F(SceneRendererGLTest, TexturesCanBeSwitchedOffAndMissingOnesShowTheColour)
     EXPECT_TRUE(HasColor(Draw(), kMiddleX, kMiddleY, {0, 255, 0}));
 }
 
+TEST_F(SceneRendererGLTest, HazeOfAPictureThatCutsOutIsNotDrawn) {
+    CPreparedMaterial material = Plain({0, 1, 0});
+    material.needsBlending = true;
+    m_builder.Add(MakePlane(), material);
+    CPreparedMaterial& drawn = m_builder.Scene().materials[0];
+    drawn.texture = m_builder.AddTexture(OneColorImage({255, 255, 255, 5}));
+    EXPECT_EQ(CountDrawn(Draw()), 0);
+    drawn.texture = {};
+    drawn.opacity = m_builder.AddTexture(OneColorImage({5, 5, 5, 255}));
+    EXPECT_EQ(CountDrawn(Draw()), 0);
+    drawn.opacity = m_builder.AddTexture(OneColorImage({60, 60, 60, 255}));
+    EXPECT_GT(CountDrawn(Draw()), 0);
+}
+
 // --- life of the buffers ---
 
 TEST_F(SceneRendererGLTest, RefreshShowsEditedMaterialsTexturesAndNodes) {
