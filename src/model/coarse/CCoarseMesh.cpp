@@ -21,7 +21,8 @@ float CellsAlong(std::size_t faces, float share, float most) {
 
 }  // namespace
 
-CCoarseMesh::CCoarseMesh(const CMeshView& view, const CBox& bounds, float share, std::uint32_t defaultMaterial)
+CCoarseMesh::CCoarseMesh(const CMeshView& view, const CBox& bounds, float share,
+                         std::uint32_t defaultMaterial)
     : m_view(view),
       m_defaultMaterial(defaultMaterial),
       m_flip(view.pointsUnflipped ? CMat4{} : FlipOf(view.matrix)),
@@ -56,9 +57,9 @@ std::uint16_t CCoarseMesh::CellOf(std::uint16_t point) {
     const auto index = [](float p, std::uint32_t size) {
         return static_cast<std::uint32_t>(std::clamp(p, 0.0f, static_cast<float>(size - 1)));
     };
-    std::uint16_t& cell = m_grid[(std::size_t{index(place.z, m_size[2])} * m_size[1] + index(place.y, m_size[1])) *
-                                     m_size[0] +
-                                 index(place.x, m_size[0])];
+    std::uint16_t& cell =
+        m_grid[(std::size_t{index(place.z, m_size[2])} * m_size[1] + index(place.y, m_size[1])) * m_size[0] +
+               index(place.x, m_size[0])];
     if (cell == kNone) {
         cell = static_cast<std::uint16_t>(m_cells.size());
         m_cells.emplace_back();
@@ -70,8 +71,8 @@ std::uint16_t CCoarseMesh::CellOf(std::uint16_t point) {
 }
 
 void CCoarseMesh::KeepIfExtreme(CVec3 p) {
-    const std::array<float, 7> along{p.x,         p.y, p.z, p.x + p.y + p.z, p.x + p.y - p.z, p.x - p.y + p.z,
-                                     p.y + p.z - p.x};
+    const std::array<float, 7> along{
+        p.x, p.y, p.z, p.x + p.y + p.z, p.x + p.y - p.z, p.x - p.y + p.z, p.y + p.z - p.x};
     for (std::size_t i = 0; i < along.size(); ++i) {
         if (along[i] > m_reach[i]) {
             m_reach[i] = along[i];
@@ -101,7 +102,8 @@ void CCoarseMesh::SumNormals() {
     for (const CFace& face : m_faces) {
         const auto [a, b, c] = face.corners;
         const CVec3 normal = Cross(m_cells[b].sum - m_cells[a].sum, m_cells[c].sum - m_cells[a].sum);
-        for (const std::uint16_t corner : face.corners) m_cells[corner].normal = m_cells[corner].normal + normal;
+        for (const std::uint16_t corner : face.corners)
+            m_cells[corner].normal = m_cells[corner].normal + normal;
     }
 }
 
@@ -109,7 +111,8 @@ void CCoarseMesh::EmitVertices(CPreparedMesh& mesh) const {
     mesh.vertices.reserve(m_cells.size());
     for (const CCell& cell : m_cells) {
         const CVec3 n = Normalized(cell.normal);
-        mesh.vertices.push_back({{cell.sum.x, cell.sum.y, cell.sum.z}, {Snorm(n.x), Snorm(n.y), Snorm(n.z), 0}});
+        mesh.vertices.push_back(
+            {{cell.sum.x, cell.sum.y, cell.sum.z}, {Snorm(n.x), Snorm(n.y), Snorm(n.z), 0}});
     }
     if (m_cells.empty()) return;
     for (const CVec3 p : m_extremes) mesh.vertices.push_back({{p.x, p.y, p.z}, {}});

@@ -20,7 +20,8 @@ class CoarseSceneTest : public testing::Test {
     [[nodiscard]] std::optional<CPreparedScene> Load(long triangles) {
         std::optional<CPreparedScene> coarse;
         MakeLargeScene(triangles, folder / "large.3ds");
-        auto loaded = LoadScene(folder / "large.3ds", nullptr, {}, [&](CPreparedScene s) { coarse = std::move(s); });
+        auto loaded =
+            LoadScene(folder / "large.3ds", nullptr, {}, [&](CPreparedScene s) { coarse = std::move(s); });
         EXPECT_TRUE(loaded);
         if (loaded) whole = std::move(loaded.Value().prepared);
         return coarse;
