@@ -47,7 +47,7 @@ class CBench {
             ++m_paints;
             m_gaps.push_back(m_sincePaint.Time());
             m_sincePaint.Start();
-            m_wasInterrupted = m_wasInterrupted || !m_frame->View().IsPictureComplete();
+            if (!m_frame->View().IsPictureComplete()) m_interruptedMs = m_clock.Time();
             const bool isOpen = m_frame->View().GetEngine().Prepared() != nullptr;
             if (m_firstMs < 0 && isOpen) m_firstMs = m_watch.Time();
             if (m_pictureMs < 0 && m_frame->View().GetPath() == m_expected) m_pictureMs = m_watch.Time();
@@ -105,8 +105,10 @@ class CBench {
         m_gaps.resize(std::min(m_gaps.size(), std::exchange(m_gapsThatMoved, 0)));
         return std::exchange(m_gaps, {});
     }
-    /** A full picture was ended by input since the last call. */
-    [[nodiscard]] bool WasInterrupted() { return std::exchange(m_wasInterrupted, false); }
+    /** Milliseconds since the bench began. */
+    [[nodiscard]] long Now() const { return m_clock.Time(); }
+    /** When a full picture was ended by input since the last call; -1 for none. */
+    [[nodiscard]] long TakeInterrupted() { return std::exchange(m_interruptedMs, -1); }
     /** From now until the view shows the full picture. */
     long WaitForFullPicture() {
         const wxStopWatch watch;
@@ -129,7 +131,8 @@ class CBench {
     std::wstring m_expected;
     wxStopWatch m_watch;
     long m_pictureMs = 0, m_firstMs = 0;
-    bool m_wasInterrupted = false;
+    wxStopWatch m_clock;
+    long m_interruptedMs = -1;
     wxStopWatch m_sincePaint;
     std::vector<long> m_gaps;
     std::size_t m_gapsThatMoved = 0;
@@ -182,22 +185,21 @@ long PressToInterruptionMs(CBench& bench) {
     for (int tries = 0; tries < 8; ++tries) {
         bench.WaitForFullPicture();
         CBench::Rest();
-        (void)bench.WasInterrupted();
+        (void)bench.TakeInterrupted();
         std::atomic<long> pressedMs = -1;
-        const wxStopWatch watch;
         std::thread other([&] {  // another program presses, while this one draws
-            if (std::system("xdotool mousedown 1") == 0) pressedMs = watch.Time();
+            if (std::system("xdotool mousedown 1") == 0) pressedMs = bench.Now();
         });
         // Full pictures one after the other, until one is ended.
         CBench::WaitFor([&] {
             bench.View().Redraw();
-            return bench.Paints() > 0 && pressedMs >= 0;
+            return pressedMs >= 0;
         });
         other.join();
         bench.WaitForPaint();
-        const long answered = watch.Time();
+        const long interruptedMs = bench.TakeInterrupted();
         hand.MouseUp();
-        if (bench.WasInterrupted()) return std::max(0L, answered - pressedMs);
+        if (interruptedMs >= 0) return std::max(0L, interruptedMs - pressedMs);
     }
     return -1;
 }
