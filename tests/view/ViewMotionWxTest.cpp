@@ -58,13 +58,15 @@ TEST_F(ViewMotionWxTest, QuickWhileDraggedAndFullAtRest) {
     window.Hand().MouseUp();
     ASSERT_TRUE(CViewWindow::WaitFor(
         [this] { return window.View().GetDragState() == EDragState::Idle && IsWhole(); }));
-    // Then nothing runs.
-    CViewWindow::Rest(1000);
-    const int paints = window.Paints();
-    const std::clock_t used = std::clock();
-    CViewWindow::Rest(500);
-    EXPECT_EQ(window.Paints(), paints);
-    EXPECT_LT(std::clock() - used, CLOCKS_PER_SEC / 50);
+    // Once the levels are made nothing runs.
+    bool isAtRest = false;
+    for (int i = 0; i < 40 && !isAtRest; ++i) {
+        const int paints = window.Paints();
+        const std::clock_t used = std::clock();
+        CViewWindow::Rest(500);
+        isAtRest = window.Paints() == paints && std::clock() - used < CLOCKS_PER_SEC / 50;
+    }
+    EXPECT_TRUE(isAtRest);
 }
 
 TEST_F(ViewMotionWxTest, APressEndsAFullPictureThatIsNotDone) {
@@ -77,7 +79,8 @@ TEST_F(ViewMotionWxTest, APressEndsAFullPictureThatIsNotDone) {
     window.View().OnPaint();
     EXPECT_FALSE(window.View().IsPictureComplete());
     EXPECT_FALSE(IsWhole());
-    ASSERT_TRUE(CViewWindow::WaitFor([this] { return window.View().GetDragState() == EDragState::Dragging; }));
+    ASSERT_TRUE(
+        CViewWindow::WaitFor([this] { return window.View().GetDragState() == EDragState::Dragging; }));
     window.Hand().MouseUp();
     ASSERT_TRUE(CViewWindow::WaitFor([this] { return IsWhole() && window.View().IsPictureComplete(); }));
     // A mouse that only passes by ends nothing.
