@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// orbivue_window_bench open FILE | step FOLDER | memory FOLDER...: the program's own frame, measured from
+// orbivue_window_bench open FILE | drag FILE | step FOLDER | memory FOLDER...: the program's own frame, measured from
 // inside, as JSON. Needs a display; scripts/bench/window gives it one.
 #include <wx/app.h>
 #include <wx/evtloop.h>
@@ -9,11 +9,16 @@
 #include <wx/uiaction.h>
 
 #include <algorithm>
+#include <atomic>
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "base/process_memory.h"
@@ -40,7 +45,16 @@ class CBench {
             canvas->ProcessWindowEvent(event);
             m_painting = false;
             ++m_paints;
+            m_gaps.push_back(m_sincePaint.Time());
+            m_sincePaint.Start();
+            if (!m_frame->View().IsPictureComplete()) m_interruptedMs = m_clock.Time();
+            const bool isOpen = m_frame->View().GetEngine().Prepared() != nullptr;
+            if (m_firstMs < 0 && isOpen) m_firstMs = m_watch.Time();
             if (m_pictureMs < 0 && m_frame->View().GetPath() == m_expected) m_pictureMs = m_watch.Time();
+        });
+        canvas->Bind(wxEVT_MOTION, [this](wxMouseEvent& event) {
+            m_gapsThatMoved = m_gaps.size() + 1;
+            event.Skip();
         });
         // The simulated hand sleeps 20 ms for each key; the clock runs from when the program hears of it.
         canvas->Bind(wxEVT_KEY_DOWN, [this](wxKeyEvent& event) {
@@ -69,15 +83,37 @@ class CBench {
         }
     }
     /** Until the picture that is due has been painted. */
-    void WaitForPaint() {
-        const int before = m_paints;
-        WaitFor([&] { return m_paints > before; });
+    void WaitForPaint() { WaitForPaintAfter(m_paints); }
+    /** Until more than that many have been painted; not for ever, as input may have moved nothing. */
+    void WaitForPaintAfter(int paints) {
+        const wxStopWatch watch;
+        WaitFor([&] { return m_paints > paints || watch.Time() > 5000; });
     }
     /** Starts the clock that WaitForPicture reads when this model has been painted. */
     void ExpectPictureOf(const std::wstring& path) {
         m_expected = path;
-        m_pictureMs = -1;
+        m_pictureMs = m_firstMs = -1;
         m_watch.Start();
+    }
+    /** Since ExpectPictureOf, until something of the model was painted. */
+    [[nodiscard]] long FirstMs() const { return m_firstMs; }
+    [[nodiscard]] CViewer3DSWindowHandler& View() { return m_frame->View(); }
+    [[nodiscard]] int Paints() const { return m_paints; }
+    /** The times between the ends of the paints since the last call, up to the first after the mouse was moved
+     * for the last time: what follows is the picture at rest. */
+    [[nodiscard]] std::vector<long> TakeGaps() {
+        m_gaps.resize(std::min(m_gaps.size(), std::exchange(m_gapsThatMoved, 0)));
+        return std::exchange(m_gaps, {});
+    }
+    /** Milliseconds since the bench began. */
+    [[nodiscard]] long Now() const { return m_clock.Time(); }
+    /** When a full picture was ended by input since the last call; -1 for none. */
+    [[nodiscard]] long TakeInterrupted() { return std::exchange(m_interruptedMs, -1); }
+    /** From now until the view shows the full picture. */
+    long WaitForFullPicture() {
+        const wxStopWatch watch;
+        WaitFor([this] { return View().GetEngine().IsLastFrameWhole() && View().IsPictureComplete(); });
+        return watch.Time();
     }
     long WaitForPicture() {
         WaitFor([this] { return m_pictureMs >= 0; });
@@ -94,7 +130,12 @@ class CBench {
     bool m_painting = false;
     std::wstring m_expected;
     wxStopWatch m_watch;
-    long m_pictureMs = 0;
+    long m_pictureMs = 0, m_firstMs = 0;
+    wxStopWatch m_clock;
+    long m_interruptedMs = -1;
+    wxStopWatch m_sincePaint;
+    std::vector<long> m_gaps;
+    std::size_t m_gapsThatMoved = 0;
 };
 
 double ResidentMb() {
@@ -131,9 +172,80 @@ int MeasureOpening(CBench& bench, const std::string& path) {
     longestGap = std::max(longestGap, sinceTick.Time());
     const long open = watch.Time();
     const long picture = bench.WaitForPicture();
-    std::printf("{\"opened\": %s, \"open_ms\": %ld, \"longest_gap_ms\": %ld, \"picture_ms\": %ld}\n",
-                opened ? "true" : "false", open, longestGap, picture);
+    std::printf(
+        "{\"opened\": %s, \"open_ms\": %ld, \"longest_gap_ms\": %ld, \"first_ms\": %ld, \"picture_ms\": "
+        "%ld}\n",
+        opened ? "true" : "false", open, longestGap, bench.FirstMs(), picture);
     return opened ? 0 : 1;
+}
+
+/** How quickly a press ends a full picture that is being drawn; -1 where every picture was done before. */
+long PressToInterruptionMs(CBench& bench) {
+    wxUIActionSimulator hand;
+    for (int tries = 0; tries < 8; ++tries) {
+        bench.WaitForFullPicture();
+        CBench::Rest();
+        (void)bench.TakeInterrupted();
+        std::atomic<long> pressedMs = -1;
+        std::thread other([&] {  // another program presses, while this one draws
+            if (std::system("xdotool mousedown 1") == 0) pressedMs = bench.Now();
+        });
+        // Full pictures one after the other, until one is ended.
+        CBench::WaitFor([&] {
+            bench.View().Redraw();
+            return pressedMs >= 0;
+        });
+        other.join();
+        bench.WaitForPaint();
+        const long interruptedMs = bench.TakeInterrupted();
+        hand.MouseUp();
+        if (interruptedMs >= 0) return std::max(0L, interruptedMs - pressedMs);
+    }
+    return -1;
+}
+
+/** Drags a model for some seconds. */
+int MeasureDrag(CBench& bench, const std::string& path) {
+    constexpr long kForLevelsMs = 8000;
+    if (!bench.Open(file_util_ex::ConvertFromUTF8W(path))) return 1;
+    if (bench.Frame().StateOfCommand(kCmdPlayAnimation).checked) bench.Frame().RunCommand(kCmdPlayAnimation);
+    const wxStopWatch levels;
+    CBench::WaitFor([&] { return levels.Time() > kForLevelsMs; });
+    wxWindow* canvas = bench.View().GetCanvas()->GetWindow();
+    const wxPoint center(canvas->GetClientSize().x / 2, canvas->GetClientSize().y / 2);
+    const wxPoint middle = canvas->ClientToScreen(center);
+    wxUIActionSimulator hand;
+    hand.MouseMove(middle);
+    hand.MouseDown();
+    bench.WaitForPaint();
+    // Another program moves the mouse, as a hand does, whether this one keeps up or not.
+    std::string way = "xdotool";
+    for (int step = 0; step < 400; ++step) {
+        const double angle = (step + 1) * 0.02;
+        way += " mousemove " + std::to_string(middle.x + std::lround(150 * std::sin(angle))) + " " +
+               std::to_string(middle.y + std::lround(80 * (1 - std::cos(angle)))) + " sleep 0.01";
+    }
+    std::atomic<bool> arrived = false;
+    std::thread other([&] { arrived = std::system(way.c_str()) == 0; });
+    (void)bench.TakeGaps();
+    const wxStopWatch drag;
+    CBench::WaitFor([&] { return arrived.load(); });
+    other.join();
+    const double seconds = static_cast<double>(drag.Time()) / 1000;
+    std::vector<long> gaps = bench.TakeGaps();
+    const auto frames = static_cast<double>(gaps.size());
+    const long held = bench.WaitForFullPicture();
+    hand.MouseMove(middle);
+    hand.MouseUp();
+    CBench::WaitFor([&] { return bench.View().GetDragState() == EDragState::Idle; });
+    const long released = bench.WaitForFullPicture();
+    gaps.push_back(0);
+    std::sort(gaps.begin(), gaps.end());
+    std::printf(
+        "{\"frames_a_second\": %.1f, \"median_ms\": %ld, \"worst_ms\": %ld, \"held_to_full_ms\": %ld, "
+        "\"release_to_full_ms\": %ld, \"press_to_interruption_ms\": %ld}\n",
+        frames / seconds, gaps[gaps.size() / 2], gaps.back(), held, released, PressToInterruptionMs(bench));
+    return 0;
 }
 
 /** Steps through a folder by key press; the time from the press to the picture, for each file the
@@ -188,9 +300,11 @@ int Run(int argc, char** argv) {
     const std::string what = argc > 2 ? argv[1] : "";
     CBench bench;
     if (what == "open") return MeasureOpening(bench, argv[2]);
+    if (what == "drag") return MeasureDrag(bench, argv[2]);
     if (what == "step") return MeasureSteps(bench, argv[2]);
     if (what == "memory") return MeasureMemory(bench, {argv + 2, argv + argc});
-    std::fprintf(stderr, "usage: orbivue_window_bench open FILE | step FOLDER | memory FOLDER...\n");
+    std::fprintf(stderr,
+                 "usage: orbivue_window_bench open FILE | drag FILE | step FOLDER | memory FOLDER...\n");
     return 2;
 }
 

@@ -117,7 +117,9 @@ bool CSeenView::ZoomTo(const C2DRect& box) {
 }
 
 void CSeenView::CenterOn(CVec3d point) {
-    if (IsFinite(point)) TurnAbout(point);
+    if (!IsFinite(point)) return;
+    camera.SetDistance(-(ViewMatrix() * ModelMatrix()).TransformPoint(InFloat(point)).z);
+    TurnAbout(point);
 }
 
 /** A point of the scene becomes the turning point, and is seen at the look-at point. */

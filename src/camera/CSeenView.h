@@ -56,8 +56,8 @@ struct CSeenView {
     /** CViewCamera::Zoom to a box. The scene stays where it is seen, and then turns about the new look-at
      * point. */
     [[nodiscard]] bool ZoomTo(const C2DRect& box);
-    /** Brings a point of the scene to the look-at point, the middle of the view. Without a pivot offset the
-     * scene then turns about it. */
+    /** Brings a point of the scene to the look-at point, the middle of the view, and this to the point's depth,
+     * so that nothing is seen larger or smaller. Without a pivot offset the scene then turns about it. */
     void CenterOn(CVec3d point);
     /** Takes back what these did with aside and shift. */
     void ForgetPlaces() { aside = shift = {}; }

@@ -168,7 +168,11 @@ void CViewCamera::TakeFilePose(const CPreparedCamera& camera) {
 }
 
 void CViewCamera::Zoom(int step) {
-    const double factor = std::exp(std::clamp(step, -4000, 4000) / 200.0);
+    SetDistance(Distance() * std::exp(std::clamp(step, -4000, 4000) / 200.0));
+}
+
+void CViewCamera::SetDistance(double distance) {
+    if (!(distance > 0)) return;
     const double now = Distance();
     const double radius = static_cast<double>(m_model.radius);
     const double tanY = TanHalfFovY();
@@ -177,7 +181,7 @@ void CViewCamera::Zoom(int step) {
     const double nearest =
         std::min(now, std::max(finest, radius * std::max(kSmallestSeen / tanY, kNearestEye)));
     const double farthest = std::max(now, radius * kLargestSeen / tanY);
-    m_zoom *= std::clamp(now * factor, nearest, farthest) / now;
+    m_zoom *= std::clamp(distance, nearest, farthest) / now;
 }
 
 bool CViewCamera::Zoom(const C2DRect& rect) {

@@ -63,6 +63,9 @@ class CViewCamera {
      * by a factor of e^(step/200), so that a step and its opposite cancel and the eye never passes the
      * target. What is visible stays between a 2,000th and 40 times the model's radius. */
     void Zoom(int step);
+    /** The same, to a distance from the target, which has the limits of Zoom. One that is not above 0 changes
+     * nothing. */
+    void SetDistance(double distance);
     /** The part of the view inside rect (pixels, any orientation) fills the view: the eye stays, turns to
      * look at the middle of rect and narrows its field of view until just all of rect is seen; the target
      * becomes the point under that middle, at the old target's depth. At most 20-fold at a time: a smaller

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <ctime>
 
 #include "engine/C3dsDisplayWrap.h"
+#include "engine/CGLCanvasI.h"
 #include "files/CTestFolder.h"
 #include "model/prepare/CPreparedScene.h"
 #include "view/CViewWindow.h"
@@ -167,6 +169,66 @@ TEST_F(CViewWindowWxTest, TurnsAndPlaysUntilTold) {
     window.View().SetRotate(true);
     window.View().CloseModel();
     ExpectRest();
+}
+
+TEST_F(CViewWindowWxTest, PansByTwoButtonsAndCentersByADoubleClick) {
+    const auto seen = [this]() -> const CSeenView& { return window.Engine().SeenView(); };
+    window.MoveTo(middleX, middleY);
+    window.Hand().MouseDown(wxMOUSE_BTN_MIDDLE);
+    window.MoveTo(middleX + aside, middleY);
+    window.Hand().MouseUp(wxMOUSE_BTN_MIDDLE);
+    (void)window.Picture();
+    EXPECT_EQ(NodeAt(middleX, middleY), "Left");
+    window.Hand().KeyDown(WXK_SHIFT);
+    window.Hand().MouseDown(wxMOUSE_BTN_RIGHT);
+    window.MoveTo(middleX - aside, middleY);
+    window.Hand().MouseUp(wxMOUSE_BTN_RIGHT);
+    (void)window.Picture();
+    EXPECT_EQ(NodeAt(middleX, middleY), "Right");
+    EXPECT_EQ(std::count(window.told.begin(), window.told.end(), "right"), 0);
+    window.Hand().MouseClick(wxMOUSE_BTN_RIGHT);  // without a drag it is a click as any other
+    ASSERT_TRUE(CViewWindow::WaitFor([&] { return window.told.back() == "right"; }));
+    window.Hand().KeyUp(WXK_SHIFT);
+
+    window.View().SetFrontCamera();
+    EXPECT_EQ(seen().shift, CVec3d{});
+    window.MoveTo(middleX - aside, middleY);
+    window.Hand().MouseDblClick();
+    ASSERT_TRUE(CViewWindow::WaitFor([&] { return seen().aside != CVec3d{}; }));
+    ASSERT_TRUE(WaitForDrag(EDragState::Idle));
+    (void)window.Picture();
+    EXPECT_EQ(NodeAt(middleX, middleY), "Left");
+}
+
+TEST_F(CViewWindowWxTest, KeysAndAltZoomAndTurn) {
+    window.MoveTo(middleX, middleY);
+    const auto turn = window.View().GetTrackBall().Matrix();
+    window.Hand().Char(WXK_RIGHT);
+    ASSERT_TRUE(CViewWindow::WaitFor([&] { return window.View().GetTrackBall().Matrix() != turn; }));
+    float distance = Length(Eye());
+    for (const int key : {int{WXK_NUMPAD_ADD}, int{'='}}) {
+        window.Hand().Char(key);
+        ASSERT_TRUE(CViewWindow::WaitFor([&] { return Length(Eye()) < distance * 0.95f; })) << key;
+        distance = Length(Eye());
+    }
+    window.Hand().Char('-', wxMOD_SHIFT);
+    ASSERT_TRUE(CViewWindow::WaitFor([&] { return Length(Eye()) > distance * 1.01f; }));
+    EXPECT_LT(Length(Eye()), distance * 1.05f);
+    // Not by the hand: the window manager of the tests keeps this wheel to itself.
+    wxMouseEvent wheel(wxEVT_MOUSEWHEEL);
+    wheel.SetAltDown(true);
+    wheel.m_wheelDelta = wheel.m_wheelRotation = 120;
+    wheel.SetPosition({middleX + aside, middleY});
+    wxWindow* canvas = window.View().GetCanvas()->GetWindow();
+    canvas->ProcessWindowEvent(wheel);
+    EXPECT_NE(window.Engine().SeenView().shift, CVec3d{});
+    wxZoomGestureEvent spread;
+    spread.SetGestureStart();
+    spread.SetZoomFactor(2);
+    spread.SetPosition({middleX, middleY});
+    distance = Length(Eye());
+    canvas->ProcessWindowEvent(spread);
+    EXPECT_NEAR(Length(Eye()), distance / 2, distance * 0.01f);
 }
 
 TEST_F(CViewWindowWxTest, TellsItsOwnerOfKeysAndButtons) {
