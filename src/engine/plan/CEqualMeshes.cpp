@@ -6,7 +6,6 @@
 #include <cstring>
 #include <unordered_map>
 
-#include "model/prepare/CPreparedScene.h"
 
 namespace {
 
@@ -75,7 +74,24 @@ struct CPlacedHash {
 
 }  // namespace
 
+void CEqualMeshes::Clear() {
+    m_known.clear();
+    m_first.clear();
+}
+
+bool CEqualMeshes::IsKnown(const CPreparedScene& scene) const {
+    const auto same = [](const CKnown& known, const CPreparedMesh& mesh) {
+        return known.stamp == mesh.stamp && known.vertices == mesh.vertices.data() &&
+               SameBytes(known.batches, mesh.batches);
+    };
+    return std::equal(m_known.begin(), m_known.end(), scene.meshes.begin(), scene.meshes.end(), same);
+}
+
 void CEqualMeshes::Update(const CPreparedScene& scene) {
+    if (IsKnown(scene)) return;
+    m_known.clear();
+    for (const CPreparedMesh& mesh : scene.meshes)
+        m_known.push_back({mesh.stamp, mesh.vertices.data(), mesh.batches});
     m_first.resize(scene.meshes.size());
     std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> outlines;
     for (std::uint32_t i = 0; i < scene.meshes.size(); ++i) {
