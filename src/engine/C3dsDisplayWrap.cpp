@@ -44,7 +44,9 @@ void C3dsDisplayWrap::CState::Show(CLoadedScene loaded) {
 }
 
 void C3dsDisplayWrap::CState::Evaluate() {
+    const std::uint64_t shapes = prepared.shapeChanges;
     if (seen.frame != prepared.currentFrame) EvaluateNodes(prepared, *scene, seen.frame);
+    if (prepared.shapeChanges != shapes && gpu == EGpu::Ready) gpu = EGpu::NeedsRefresh;
     FollowFileCamera();
 }
 

@@ -218,6 +218,28 @@ TEST_F(C3dsDisplayWrapGLTest, AnimationRunsToItsEndAndBeginsAgain) {
     EXPECT_NEAR(m_engine.Prepared()->bounds.min.x, 8, 1e-3f);
 }
 
+TEST_F(C3dsDisplayWrapGLTest, ChangedShapeIsDrawnAndPicked) {
+    const CBytes shapes = Dwords({0}) + Words({0}) + Text("Box") + Dwords({10}) + Words({0}) + Text("Far");
+    const CBytes file =
+        Scene(Cube("Box") + Mesh("Far", CubePoints(0, 0, -3) + CubeFaces()) +
+                  Mesh("Rod", CubePoints(0, 0, -6) + CubeFaces()),
+              Keyframer(ObjectNode(0, "Box", 65535, AtPosition(0, 0, 0) + Track(0xB026, 2, shapes)) +
+                        ObjectNode(1, "Rod", 65535, AtPosition(0, 0, 0))));
+    ASSERT_TRUE(Open(file));
+    const CImage before = Paint();
+    EXPECT_FALSE(Pick(kWidth / 2, kHeight / 2).contains("Box")) << "between the two";
+    m_engine.SetFrame(10);
+    const CImage after = Paint();
+    EXPECT_NE(after.rgba, before.rgba);
+    const CBox box = m_engine.Prepared()->nodes[0].worldBounds;
+    EXPECT_NEAR(box.Center().z, -3, 1e-3f);
+    // The same as in a scene that was never drawn before it changed.
+    ASSERT_TRUE(Open(file));
+    m_engine.SetFrame(10);
+    EXPECT_EQ(Paint().rgba, after.rgba);
+    EXPECT_TRUE(Pick(kWidth / 2, kHeight / 2).contains("Box"));
+}
+
 /** Camera and light beside a box. */
 CBytes Stage() {
     const CBytes camera = Chunk(0x4000, Text("Cam") + Chunk(0x4700, Floats({-6, -2, 0, 0, 0, 0, 0, 45})));

@@ -210,9 +210,10 @@ struct CPreparedScene {
     CVec3 backgroundColor;
     bool hasBackgroundColor = false;
     float firstFrame = 0, lastFrame = 0, currentFrame = 0;
-    bool animated = false;          ///< something changes between firstFrame and lastFrame
-    CBox bounds;                    ///< of what is drawn at currentFrame
-    CSphere boundingSphere;         ///< round bounds; radius 0 only for a scene without triangles
-    std::size_t triangleCount = 0;  ///< drawn triangles, instances counted each
-    std::size_t vertexCount = 0;    ///< vertices as the file has them, each mesh once
+    bool animated = false;           ///< something changes between firstFrame and lastFrame
+    CBox bounds;                     ///< of what is drawn at currentFrame
+    CSphere boundingSphere;          ///< round bounds; radius 0 only for a scene without triangles
+    std::uint64_t shapeChanges = 0;  ///< grows when EvaluateNodes gives a mesh another shape
+    std::size_t triangleCount = 0;   ///< drawn triangles, instances counted each
+    std::size_t vertexCount = 0;     ///< vertices as the file has them, each mesh once
 };

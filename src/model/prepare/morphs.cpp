@@ -94,6 +94,7 @@ void EvaluateMorphs(CPreparedScene& prepared, const CScene& scene, float frame, 
         if (!hasIt && CanTake(scene, prepared, node, shape)) changing.emplace_back(&node, shape);
     }
     if (changing.empty()) return;
+    ++prepared.shapeChanges;
     const std::vector<bool> mapped = MappedMaterials(prepared);
     ParallelFor(changing.size(), threads, [&](std::size_t i) {
         TakeShape(scene, prepared, mapped, *changing[i].first, changing[i].second);

@@ -213,19 +213,21 @@ void CNodePreparer::AddMorphs() {
     for (const CPreparedNode& node : m_prepared.nodes) {
         if (node.mesh >= 0) ++users[static_cast<std::size_t>(node.mesh)];
     }
-    std::size_t pointsLeft = scene_budget::kMorphPoints;
+    std::size_t pointsLeft = scene_budget::kMorphPoints, nodesLeft = scene_budget::kMorphingNodes;
     for (CPreparedNode& node : m_prepared.nodes) {
         if (node.kind != ENodeKind::Object || node.mesh < 0 || !node.source) continue;
         if (!node.source->data.object.morph_track.keyL) continue;
         const auto mesh = static_cast<std::size_t>(node.mesh);
         const std::size_t points = m_scene.Meshes()[mesh].pointCount;
-        if (users[mesh] > 1 || points > pointsLeft) {
+        if (users[mesh] > 1 || points > pointsLeft || nodesLeft == 0) {
             m_notes.Limited("An object does not change its shape", CNoteList::Printable(node.name));
             continue;
         }
         node.morph.keys = MorphKeys(node);
         node.morph.repeats = (node.source->data.object.morph_track.flags & LIB3DS_REPEAT) != 0;
-        if (!node.morph.keys.empty()) pointsLeft -= points;
+        if (node.morph.keys.empty()) continue;
+        pointsLeft -= points;
+        --nodesLeft;
     }
     for (CSceneNote& note : m_notes.Take()) m_prepared.notes.push_back(std::move(note));
 }

@@ -295,14 +295,16 @@ void C3dsParser::SeparateMorphs() {
         meshes.emplace(m_scene.m_meshes[i].mesh->name, i);
         names.Add(m_scene.m_meshes[i].mesh->name);
     }
-    std::size_t pointsLeft = scene_budget::kMorphPoints;
+    std::size_t pointsLeft = scene_budget::kMorphPoints, nodesLeft = scene_budget::kMorphingNodes;
     for (Lib3dsNode* node : morphing) {
         const auto mesh = meshes.find(std::string_view(node->name));
         std::size_t& shownBy = users.find(std::string_view(node->name))->second;
         if (mesh == meshes.end() || shownBy < 2) continue;
         const std::size_t points = m_scene.m_meshes[mesh->second].pointCount;
-        if (points > pointsLeft || m_scene.m_meshes.size() >= scene_budget::kMeshes) continue;
+        if (nodesLeft == 0 || points > pointsLeft || m_scene.m_meshes.size() >= scene_budget::kMeshes)
+            continue;
         pointsLeft -= points;
+        --nodesLeft;
         --shownBy;
         const std::string name = names.Take(node->name);
         m_scene.AddMesh(m_scene.CopyOfMesh(mesh->second, name));

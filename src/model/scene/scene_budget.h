@@ -32,6 +32,7 @@ constexpr std::uint64_t kDrawnBatches = 400'000;
 constexpr std::uint64_t kVerticesForBounds = 20'000'000;
 /** Points of all meshes that change their shapes together. */
 constexpr std::size_t kMorphPoints = 1'000'000;
+constexpr std::size_t kMorphingNodes = 1'000;
 
 // --- pictures ---------------------------------------------------------------------------------------------
 /** Different names of pictures that are looked for. */
