@@ -26,7 +26,7 @@ std::uint64_t HashOf(const void* data, std::size_t bytes, std::uint64_t hash) {
         hash = Mixed(hash, word);
     }
     std::uint64_t rest = bytes;
-    std::memcpy(&rest, at, bytes);
+    if (bytes > 0) std::memcpy(&rest, at, bytes);
     return Mixed(hash, rest);
 }
 
