@@ -78,7 +78,7 @@ class CListBuilder {
         item.depth = DepthOf(m_row, m_scene.meshes[m_mesh].bounds.Center());
         item.rank = m_plan.largeFirst ? RankOf(plan.screen.pixels) : 0;
         item.use.hasTexCoords = m_meshes.HasTexCoords(m_mesh);
-        if (m_shape.batches == nullptr) return AddBox(item, plan);
+        if (m_shape.batches == nullptr) return AddBoxes(item, plan);
         for (std::uint32_t b = 0; b < m_shape.batches->size(); ++b) {
             const CPreparedBatch& batch = (*m_shape.batches)[b];
             item.batch = b;
@@ -94,18 +94,20 @@ class CListBuilder {
     CDrawList list;
 
   private:
-    /** In the material of most of its triangles. */
-    void AddBox(CDrawItem item, const CNodePlan& plan) {
+    /** One box, in the material of most of the triangles, or one for each batch. */
+    void AddBoxes(CDrawItem item, const CNodePlan& plan) {
+        constexpr std::uint32_t kBoxIndices = 36;
+        item.indexCount = kBoxIndices;
+        item.pixels = plan.screen.pixels;
+        item.use.litByVertex = m_plan.grainPixels > 0 && m_plan.eachBatch;
         const std::vector<CPreparedBatch>& batches = m_scene.meshes[m_mesh].batches;
         const auto largest = std::max_element(
             batches.begin(), batches.end(),
             [](const CPreparedBatch& a, const CPreparedBatch& b) { return a.indexCount < b.indexCount; });
-        if (largest == batches.end()) return;
-        constexpr std::uint32_t kBoxIndices = 36;
-        item.batch = static_cast<std::uint32_t>(largest - batches.begin());
-        item.indexCount = kBoxIndices;
-        item.pixels = plan.screen.pixels;
-        Add(item, *largest, plan.repeated);
+        for (auto batch = batches.begin(); batch != batches.end(); ++batch) {
+            item.batch = static_cast<std::uint32_t>(batch - batches.begin());
+            if (m_plan.eachBatch || batch == largest) Add(item, *batch, plan.repeated);
+        }
     }
 
     /** Adds one item for each part that the batch's material has. */

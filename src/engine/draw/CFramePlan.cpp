@@ -34,6 +34,7 @@ CFramePlan CFramePlan::InBoxes(const CPreparedScene& scene, const CSceneMeshes& 
     CFramePlan plan;
     plan.nodes.resize(scene.nodes.size());
     plan.grainPixels = grainPixels;
+    plan.eachBatch = true;
     for (std::size_t n = 0; n < plan.nodes.size(); ++n) {
         const int mesh = scene.nodes[n].mesh;
         plan.nodes[n].shown = mesh >= 0 && static_cast<std::size_t>(mesh) < meshes.Count();

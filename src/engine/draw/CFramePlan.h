@@ -27,6 +27,7 @@ struct CFramePlan {
     static constexpr float kCoarseGrain = 8;
 
     std::vector<CNodePlan> nodes;
+    bool eachBatch = false;  ///< a box for each batch of a node, not only for its largest
     bool moving = false;
     /** The opaque parts of large nodes first, where the clock may end the drawing. Otherwise the order is always the same, as
      * of surfaces in one place the first one shows. */

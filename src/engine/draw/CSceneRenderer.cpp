@@ -199,6 +199,7 @@ bool CSceneRenderer::CState::TryNextKind(CGlCurrent& gl, const CPreparedScene& s
     InFrame(gl, scene, options, [&](const CFrameView& view, CDrawPipeline& pipeline) {
         glEnable(GL_SCISSOR_TEST);
         glScissor(0, 0, 1, 1);
+        glDisable(GL_MULTISAMPLE);  // as in moving frames: the driver compiles anew for it
         for (const float grain : {-1.0f, 1e38f}) {
             const CFramePlan plan = CFramePlan::InBoxes(scene, meshes, grain);
             CDrawList list = CDrawList::Build(gl, scene, view, plan, pipeline, meshes, sorted);

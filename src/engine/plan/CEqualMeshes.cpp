@@ -6,7 +6,6 @@
 #include <cstring>
 #include <unordered_map>
 
-
 namespace {
 
 /** Mixes a value into a hash. The seed, an address, differs from run to run, so nobody can make up a file of many places
@@ -26,7 +25,7 @@ std::uint64_t HashOf(const void* data, std::size_t bytes, std::uint64_t hash) {
         hash = Mixed(hash, word);
     }
     std::uint64_t rest = bytes;
-    std::memcpy(&rest, at, bytes);
+    if (bytes > 0) std::memcpy(&rest, at, bytes);
     return Mixed(hash, rest);
 }
 
