@@ -6,7 +6,6 @@
 #include <cstring>
 #include <unordered_map>
 
-
 namespace {
 
 /** Mixes a value into a hash. The seed, an address, differs from run to run, so nobody can make up a file of many places
