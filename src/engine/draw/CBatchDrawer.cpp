@@ -54,7 +54,8 @@ void CBatchDrawer::DrawTransparent(const std::vector<CDrawItem>& items) {
         Prepare(item);
         const CPreparedMaterial& material = m_scene.materials[item.material];
         const GLenum behind = material.additive ? GL_ONE : GL_ONE_MINUS_SRC_ALPHA;
-        glBlendFuncSeparate(GL_SRC_ALPHA, behind, material.additive ? GL_ZERO : GL_ONE, behind);
+        const GLenum own = m_pipeline.MultipliesByOpacity() ? GL_ONE : GL_SRC_ALPHA;
+        glBlendFuncSeparate(own, behind, material.additive ? GL_ZERO : GL_ONE, behind);
         if (item.sorted) {
             m_sorted.BindIndices(m_gl, item.node, item.batch);
             m_ownIndices = false;

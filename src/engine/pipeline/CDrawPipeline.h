@@ -34,6 +34,8 @@ class CDrawPipeline {
     [[nodiscard]] virtual std::uint32_t SortKey(const CPreparedMaterial& material,
                                                 const CSurfaceUse& use) const = 0;
     virtual void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, const CSurfaceUse& use) = 0;
+    /** True where the colours that are drawn are already multiplied by their opacity. */
+    [[nodiscard]] virtual bool MultipliesByOpacity() const = 0;
     /** Sets the transform of the triangles drawn next. Call it after UseMaterial. */
     virtual void UseTransform(CGlCurrent& gl, const CMatrix4d& eyeModelView) = 0;
 };

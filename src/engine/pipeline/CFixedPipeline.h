@@ -17,6 +17,7 @@ class CFixedPipeline final : public CDrawPipeline {
     [[nodiscard]] std::uint32_t SortKey(const CPreparedMaterial& material,
                                         const CSurfaceUse& use) const override;
     void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, const CSurfaceUse& use) override;
+    [[nodiscard]] bool MultipliesByOpacity() const override { return false; }
     void UseTransform(CGlCurrent& gl, const CMatrix4d& eyeModelView) override;
 
   private:

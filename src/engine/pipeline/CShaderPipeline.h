@@ -25,6 +25,7 @@ class CShaderPipeline final : public CDrawPipeline {
     [[nodiscard]] std::uint32_t SortKey(const CPreparedMaterial& material,
                                         const CSurfaceUse& use) const override;
     void UseMaterial(CGlCurrent& gl, const CPreparedMaterial& material, const CSurfaceUse& use) override;
+    [[nodiscard]] bool MultipliesByOpacity() const override { return true; }
     void UseTransform(CGlCurrent& gl, const CMatrix4d& eyeModelView) override;
 
     /** Builds the simplest program. An error means that this context cannot compile our shaders. */

@@ -309,7 +309,8 @@ constexpr const char* kMainAfterLight = R"(
         color += Colour(7, texture2D(uMap7, at)) * Amount(7, at);
     }
 #endif
-    gl_FragColor = vec4(color, opacity);
+    // Multiplied here, as a colour is clipped at white before the blending: highlights on glass would lose theirs.
+    gl_FragColor = vec4(color * opacity, opacity);
 }
 )";
 

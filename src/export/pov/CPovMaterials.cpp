@@ -260,9 +260,11 @@ std::string CPovMaterials::Normal(const CPreparedMaterial& material) {
     if (picture == nullptr) return {};
     const float size = kBumpHeight * Unit(material.bump.amount) *
                        static_cast<float>(std::max(picture->width, picture->height));
-    const std::string body = "uv_mapping bump_map{" + std::string(picture->type) + " \"" + picture->fileName +
-                             "\" interpolate 2 bump_size " + Number(size) + '}' +
-                             pov_maps::Placement(material.bump);
+    // POV-Ray takes Y for up when it lays the slopes of a bump map on a surface; here Z is. The transform of an outer
+    // pattern turns the slopes alone, while the map's own would move the picture, too.
+    const std::string body = "average normal_map{[1 uv_mapping bump_map{" + std::string(picture->type) +
+                             " \"" + picture->fileName + "\" interpolate 2 bump_size " + Number(size) + '}' +
+                             pov_maps::Placement(material.bump) + "]}scale<1,-1,1>rotate -90*x";
     return "normal{" + Piece("normal", body) + '}';
 }
 
@@ -279,8 +281,9 @@ std::string CPovMaterials::Finish(const CPreparedMaterial& material, CTerms term
     if (self > 0) finish += " emission " + Number(self);
     const bool covered = mapped && material.texture.HasEffect() && Unit(material.texture.amount) >= 1;
     const CVec3 base = BaseColor(material, m_scene.ambientLight);
-    const CVec3 ambient =
+    CVec3 ambient =
         covered ? m_scene.ambientLight : AmbientFactor(m_scene.ambientLight, material.ambient, base);
+    if (material.additive) ambient = ambient * (terms.opacity / kAdditiveCover);
     if (ambient.x > 0 || ambient.y > 0 || ambient.z > 0) finish += " ambient " + Rgb(ambient);
     const float strength = Luminance(material.specular) * Unit(material.shininessStrength);
     if (strength > 0 && terms.lit && !terms.highlightApart) {
