@@ -134,8 +134,6 @@ class C3dsDisplayWrap {
      * frame, which it measures as it goes: it draws coarser levels of meshes, and leaves out what does not
      * fit. Opening a scene does not change it. */
     void SetMoving(bool moving);
-    /** True where the current context draws with the processor. */
-    [[nodiscard]] bool IsDrawnInSoftware() const;
     /** False when the last DrawModel for GL_RENDER drew less than the full picture: coarser levels, parts left
      * out, or an interrupted drawing. The caller then draws again once all is at rest. */
     [[nodiscard]] bool IsLastFrameWhole() const;

@@ -226,11 +226,6 @@ CResult<CImage> C3dsDisplayWrap::TakePicture(const CSeenView& seen, EPictureOf w
     return target.Value().ReadPixels(gl);
 }
 
-bool C3dsDisplayWrap::IsDrawnInSoftware() const {
-    CGlCurrent gl;
-    return CGlCapabilities::Query(gl).software;
-}
-
 void C3dsDisplayWrap::SetBkColors(float r, float g, float b) {
     const CVec3 color{r, g, b};
     if (!IsFinite(color)) return;

@@ -25,7 +25,9 @@ class CMotion {
     /** A picture was drawn. An interrupted one is not shown, and what interrupted it counts as movement. */
     void Drawn(EDrawn how, CTime now);
 
-    [[nodiscard]] bool IsMoving(CTime now) const { return m_isRunning || now < m_stillFrom; }
+    [[nodiscard]] bool IsMoving(CTime now) const { return m_isRunning || IsMovedByHand(now); }
+    /** The user moves it, and waits for each picture. */
+    [[nodiscard]] bool IsMovedByHand(CTime now) const { return now < m_stillFrom; }
     /** The view shows less than the full picture. */
     [[nodiscard]] bool OwesPicture() const { return m_owes; }
     /** After what time the full picture is due if nothing moves until then; nothing when it is shown

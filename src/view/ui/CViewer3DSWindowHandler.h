@@ -5,7 +5,6 @@
 #include <wx/timer.h>
 
 #include <functional>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -183,7 +182,8 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     /** The time of AwaitRest is over, or idle work is to be continued. */
     void OnRest();
     [[nodiscard]] bool IsInterrupted();
-    [[nodiscard]] bool DrawsFewerSamples(bool moving);
+    [[nodiscard]] bool DrawsQuickly();
+    void SetRunning();
     void DrawFrame(int renderMode, int x, int y);
     void StartTrackBall(CPixel point);
     void DrawOverlays();
@@ -204,7 +204,6 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     wxTimer m_longPressTimer;
     CMotion m_motion;
     wxTimer m_restTimer;
-    bool m_isMoving = false;       ///< as the engine was told
+    bool m_hasLevels = false;      ///< the engine has no idle work to do for the scene
     bool m_isInterrupted = false;  ///< the picture that was drawn last
-    std::optional<bool> m_hasSlowSamples;
 };

@@ -26,22 +26,29 @@ using CClock = std::chrono::steady_clock;
 // --- moving and resting ----------------------------------------------------------------------------------
 
 void CViewer3DSWindowHandler::OnPaint() {
-    m_motion.SetRunning(GetEngine().Prepared() && (m_rotate || (m_playing && HasAnimation())));
-    const bool moving = m_motion.IsMoving(CClock::now());
-    if (std::exchange(m_isMoving, moving) != moving) GetEngine().SetMoving(moving);
+    const bool moving = DrawsQuickly();
+    GetEngine().SetMoving(moving);
     m_isInterrupted = false;
-    const bool fewerSamples = DrawsFewerSamples(moving);
-    if (fewerSamples) glDisable(GL_MULTISAMPLE);
     DrawFrame(GL_RENDER, -1, -1);
-    if (fewerSamples) glEnable(GL_MULTISAMPLE);
-    const bool whole = !GetEngine().Prepared() || (GetEngine().IsLastFrameWhole() && !fewerSamples);
-    m_motion.Drawn(m_isInterrupted ? EDrawn::Interrupted
-                   : whole         ? EDrawn::Whole
-                                   : EDrawn::Reduced,
-                   CClock::now());
+    const CClock::time_point now = CClock::now();
+    const bool whole = !GetEngine().Prepared() || GetEngine().IsLastFrameWhole();
+    m_motion.Drawn(m_isInterrupted ? EDrawn::Interrupted : whole ? EDrawn::Whole : EDrawn::Reduced, now);
+    // What turns or plays by itself may do so for ever: levels are made meanwhile.
+    if (!m_motion.IsMovedByHand(now)) GetEngine().SetMoving(false);
     AwaitRest();
     // Not inside the paint event: the work may take long, and the empty view should be visible meanwhile.
     if (m_whenReady) CallAfter([work = std::exchange(m_whenReady, nullptr)] { work(); });
+}
+
+/** What moves by itself is drawn in full until there are levels, because without them much would be left out. */
+bool CViewer3DSWindowHandler::DrawsQuickly() {
+    SetRunning();
+    const CClock::time_point now = CClock::now();
+    return m_motion.IsMovedByHand(now) || (m_hasLevels && m_motion.IsMoving(now));
+}
+
+void CViewer3DSWindowHandler::SetRunning() {
+    m_motion.SetRunning(GetEngine().Prepared() && (m_rotate || (m_playing && HasAnimation())));
 }
 
 void CViewer3DSWindowHandler::Moved() {
@@ -49,38 +56,30 @@ void CViewer3DSWindowHandler::Moved() {
 }
 
 void CViewer3DSWindowHandler::AwaitRest() {
-    m_motion.SetRunning(GetEngine().Prepared() && (m_rotate || (m_playing && HasAnimation())));
+    SetRunning();
     const CClock::time_point now = CClock::now();
-    if (m_showsCoarse)
+    if (m_showsCoarse || !GetEngine().Prepared())
         m_restTimer.Stop();
     else if (const auto due = m_motion.DueIn(now))
         m_restTimer.StartOnce(std::max(1, static_cast<int>(due->count())));
-    else if (!m_motion.IsMoving(now) && GetEngine().Prepared())
-        m_restTimer.StartOnce(kIdlePeriodMs);
-    else
-        m_restTimer.Stop();
+    else if (!m_restTimer.IsRunning())  // what moves by itself would put it off for ever
+        m_restTimer.StartOnce(m_motion.IsMovedByHand(now) ? static_cast<int>(CMotion::kStill.count())
+                                                          : kIdlePeriodMs);
 }
 
 void CViewer3DSWindowHandler::OnRest() {
-    if (m_motion.OwesPicture()) return Redraw();
-    if (m_motion.IsMoving(CClock::now()) || !GetEngine().Prepared()) return;
+    if (m_motion.IsMovedByHand(CClock::now())) return AwaitRest();
+    if (m_motion.DueIn(CClock::now())) return Redraw();
+    if (m_showsCoarse || !GetEngine().Prepared()) return;
     BeginWork();
-    if (GetEngine().WorkOnLevels()) m_restTimer.StartOnce(kIdlePeriodMs);
+    GetEngine().SetMoving(false);
+    m_hasLevels = !GetEngine().WorkOnLevels();
+    if (!m_hasLevels) m_restTimer.StartOnce(kIdlePeriodMs);
 }
 
 bool CViewer3DSWindowHandler::IsInterrupted() {
     m_isInterrupted = m_isInterrupted || InputWaits(m_gestures.IsHeld());
     return m_isInterrupted;
-}
-
-/** A window has several samples for each pixel only where the display is taken for hardware. */
-bool CViewer3DSWindowHandler::DrawsFewerSamples(bool moving) {
-    if (!m_hasSlowSamples) {
-        GLint samples = 0;
-        glGetIntegerv(GL_SAMPLES, &samples);
-        m_hasSlowSamples = samples > 0 && GetEngine().IsDrawnInSoftware();
-    }
-    return moving && *m_hasSlowSamples;
 }
 
 // --- drawing ---------------------------------------------------------------------------------------------

@@ -188,6 +188,7 @@ void CViewer3DSWindowHandler::CloseModel() {
 void CViewer3DSWindowHandler::AfterSceneChange() {
     if (!GetCanvas()) return;
     m_playing = true;
+    m_hasLevels = false;
     GetCanvas()->SetRotating(m_rotate && GetEngine().Prepared());
     GetCanvas()->OnModelOpened();
 }
