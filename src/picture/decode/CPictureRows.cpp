@@ -68,6 +68,7 @@ CDecoded DecodeWhole(const CPictureClaim& claim, const CDecodeLimits& limits,
                      const std::function<CStatus(std::span<std::uint8_t>)>& fill) {
     const CResult<int> reduction = ReductionFor(claim, limits, limits.pixels);
     if (!reduction) return reduction.Error();
+    const auto turn = WaitForTurn(claim);
     CImage whole{static_cast<int>(claim.width), static_cast<int>(claim.height), {}};
     const auto rowBytes = static_cast<std::size_t>(claim.width * 4);
     whole.rgba.resize(rowBytes * static_cast<std::size_t>(claim.height));

@@ -137,6 +137,7 @@ CDecoded DecodeJpeg(CBytes bytes, const CPictureClaim& claim, const CDecodeLimit
     // Pixels that are not given out cost an eighth of the time or less.
     const CResult<int> reduction = ReductionFor(claim, limits, limits.pixels * 8);
     if (!reduction) return reduction.Error();
+    const auto turn = reader.HasSeveralScans() ? WaitForTurn(claim) : std::unique_lock<std::mutex>();
     if (!reader.Start(reduction.Value())) return reader.Error();
     const std::uint64_t width = ReducedSide(claim.width, reduction.Value());
     const std::uint64_t height = ReducedSide(claim.height, reduction.Value());

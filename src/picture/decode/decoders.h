@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <mutex>
 #include <span>
 #include <string>
 
@@ -36,6 +37,10 @@ using image_codec::CPictureClaim;
 [[nodiscard]] CDecoded DecodeJpeg(CBytes bytes, const CPictureClaim& claim, const CDecodeLimits& limits);
 /** Classic TIFF, its first directory, with compressions that libtiff unpacks by itself or by zlib. */
 [[nodiscard]] CDecoded DecodeTiff(CBytes bytes, const CPictureClaim& claim, const CDecodeLimits& limits);
+
+/** Holds a turn while a decoder keeps more in memory than rows, as long as what is returned lives: of large pictures only one
+ * at a time does, however many threads decode. Small ones do not wait. */
+[[nodiscard]] std::unique_lock<std::mutex> WaitForTurn(const CPictureClaim& claim);
 
 // What decoders say of a file that they refuse.
 [[nodiscard]] CError EndsEarly();

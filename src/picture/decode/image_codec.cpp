@@ -10,6 +10,12 @@
 
 namespace picture_decoders {
 
+std::unique_lock<std::mutex> WaitForTurn(const CPictureClaim& claim) {
+    static std::mutex turn;
+    constexpr std::uint64_t kSmall = 2ULL << 20;
+    return claim.width * claim.height > kSmall ? std::unique_lock(turn) : std::unique_lock<std::mutex>();
+}
+
 CError EndsEarly() {
     return {EErrorCode::BadFormat, lng::Mark("the picture's data ends early"), {}};
 }

@@ -31,7 +31,7 @@ struct CDecodedImage {
 
 /** The format is taken from the bytes; where they do not tell, from the extension of nameHint (a file
  * name; it may be empty). A picture that does not fit limits.bytes is decoded at a half, a quarter or an eighth
- * of its sides. Memory on the way: up to 210 MB beside it.
+ * of its sides. Memory on the way: up to 210 MB beside it, which only one thread takes at a time.
  *
  * Unsupported: a format or a kind of it that is not read. TooLarge: a side over kMaxSide, or the whole over the
  * limits, found before memory is taken. BadFormat: damaged. A picture whose data ends early is BadFormat, except a
