@@ -19,16 +19,9 @@
 
 #include "files/CTestFolder.h"
 #include "row_name.h"
+#include "sanitized.h"
 
 namespace {
-
-#ifdef __SANITIZE_ADDRESS__
-constexpr bool kSanitized = true;
-#elif defined(__has_feature)
-constexpr bool kSanitized = __has_feature(address_sanitizer);
-#else
-constexpr bool kSanitized = false;
-#endif
 
 /** errno of a call that failed; 0 for one that succeeded. */
 template <class T>

@@ -13,6 +13,7 @@
 #include "picture/decode/image_codec.h"
 #include "picture/image_writer.h"
 #include "row_name.h"
+#include "sanitized.h"
 
 namespace {
 
@@ -82,6 +83,7 @@ TEST(RenderProgramGLTest, StatsTellTheSceneTheCameraAndTheFrame) {
 }
 
 TEST(RenderProgramGLTest, ConfinedItDrawsTheSamePicture) {
+    if (kSanitized) GTEST_SKIP() << "the sanitizer needs more memory than the confinement allows";
     const CTestFolder folder;
     std::filesystem::create_directories(folder / "models");
     std::filesystem::create_directories(folder / "textures");

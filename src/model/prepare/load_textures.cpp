@@ -17,6 +17,7 @@
 #include "model/prepare/prepare_scene.h"
 #include "model/scene/CNoteList.h"
 #include "model/scene/CScene.h"
+#include "model/scene/scene_budget.h"
 #include "picture/decode/image_codec.h"
 
 namespace {
@@ -50,6 +51,8 @@ struct CSource {
     std::size_t texture = 0;      ///< the first that names it
     std::vector<std::byte> kept;  ///< bytes of the file; may be empty
     std::uint64_t bytes = 0;      ///< of the whole picture, decoded; 0 when it cannot be told
+    std::uint64_t work = 0;       ///< of decoding it at whatever size, in pixels of a PNG
+    std::uint64_t fileBytes = 0;
     std::uint64_t reduction = 1;  ///< over kMaxReduction: it is left out
     std::vector<CSceneNote> notes = {};
 
@@ -81,6 +84,7 @@ class CTextureLoader {
     void Run() {
         FindSources();
         LearnClaims();
+        FitWork();
         FitBudget();
         Decode();
         DropRepeated();
@@ -96,6 +100,7 @@ class CTextureLoader {
     }
     void FindSources();
     void LearnClaims();
+    void FitWork();
     void FitBudget();
     void Decode();
     void DecodeOne(CSource& source);
@@ -126,6 +131,12 @@ void CTextureLoader::FindSources() {
     }
 }
 
+void Claim(CSource& source, std::uint64_t pixels, EPictureFormat format) {
+    constexpr std::uint64_t kJpegIsFaster = 4;
+    source.bytes = pixels * kBytesOfPixel;
+    source.work = format == EPictureFormat::Jpeg ? pixels / kJpegIsFaster : pixels;
+}
+
 /** What cannot be told now, decoding will refuse. */
 void CTextureLoader::LearnClaims() {
     std::uint64_t kept = 0;
@@ -141,10 +152,23 @@ void CTextureLoader::LearnClaims() {
         const auto claim = image_codec::ClaimOf(bytes, source.hit.foundAt);
         constexpr std::uint64_t kLargest = 1ULL << 31;
         if (claim)
-            source.bytes = std::min(claim.Value().width, kLargest) *
-                           std::min(claim.Value().height, kLargest) * kBytesOfPixel;
+            Claim(source, std::min(claim.Value().width, kLargest) * std::min(claim.Value().height, kLargest),
+                  claim.Value().format);
+        source.fileBytes = bytes.size();
         if (kept + source.kept.size() > kMaxKeptBytes) source.kept = {};
         kept += source.kept.size();
+    }
+}
+
+/** Leaves out what would take longest: a smaller result takes as long to decode as the whole one. */
+void CTextureLoader::FitWork() {
+    std::uint64_t left = scene_budget::kPicturePixels;
+    for (const CSource& source : m_sources) left += source.fileBytes * scene_budget::kPicturePixelsOfByte;
+    for (CSource& source : m_sources) {
+        if (source.work > left)
+            source.reduction = 2 * kMaxReduction;
+        else
+            left -= source.work;
     }
 }
 

@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <span>
+#include <string_view>
+
 #include "model/prepare/prepare_scene.h"
 #include "model/read_3ds/CReadScene.h"
 
@@ -60,5 +63,23 @@ TEST(LoadTexturesTest, WhatDoesNotFitAtAllIsLeftOut) {
     EXPECT_TRUE(scene.textures[1].image.IsEmpty());
     ASSERT_EQ(scene.notes.size(), 1u);
     EXPECT_EQ(scene.notes[0].reason, "all pictures together are too large");
+}
+
+TEST(LoadTexturesTest, WhatTakesLongToDecodeIsLeftOut) {
+    // Headers of 28 million pixels and nothing behind them: what is decoded at all is found damaged.
+    const auto claim = [](const char* name) {
+        constexpr std::string_view header(
+            "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x1b\x58\0\0\x0f\xa0\x08\2\0\0\0\0\0\0\0", 33);
+        const auto bytes = std::as_bytes(std::span(header));
+        return CImageDataText{name, {bytes.begin(), bytes.end()}};
+    };
+    const CPreparedScene scene =
+        Prepared({"a.png", "b.png", "c.png", "s.tga"},
+                 {claim("a.png"), claim("b.png"), claim("c.png"), Picture("s.tga", 16)}, 512 << 20);
+    ASSERT_EQ(scene.notes.size(), 3u);
+    EXPECT_NE(scene.notes[1].reason, "all pictures together are too large");
+    EXPECT_EQ(scene.notes[2].subject, "c.png");
+    EXPECT_EQ(scene.notes[2].reason, "all pictures together are too large");
+    EXPECT_EQ(scene.textures[3].image.width, 16);
 }
 }  // namespace
