@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/** True where AddressSanitizer is built in, which takes more memory than a confined process may have. */
-#ifdef __SANITIZE_ADDRESS__
+/** True where a sanitizer is built in that takes more memory than a confined process may have. */
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr bool kSanitized = true;
 #elif defined(__has_feature)
-inline constexpr bool kSanitized = __has_feature(address_sanitizer);
+inline constexpr bool kSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
 #else
 inline constexpr bool kSanitized = false;
 #endif
