@@ -9,7 +9,7 @@
 class CGlCurrent;
 
 /** Draws the pixels of the viewport into a smaller picture in memory, without samples, and blows it up. The picture begins
- * with the caller's clear colour; what the framebuffer has of depth does not change. Move-only; empty by default. */
+ * with the caller's clear colour; what the framebuffer has of depth does not change. Move-only. */
 class CReducedDrawing {
   public:
     /** divisor: of both sides, at least 1. Leaves the smaller picture bound and cleared, with its viewport. After a
@@ -19,7 +19,11 @@ class CReducedDrawing {
     void Finish(CGlCurrent& gl);
 
   private:
+    [[nodiscard]] CStatus MakePictures(CGlCurrent& gl, int divisor);
+    void BindTheCallers() const;
+
     CGlFramebuffer m_picture;
+    CGlFramebuffer m_blownUp;  ///< empty unless needed: nothing is blown up into samples
     std::array<int, 4> m_viewport{};
     int m_drawnTo = 0, m_readFrom = 0;  ///< the caller's framebuffers
 };

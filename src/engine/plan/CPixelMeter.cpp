@@ -42,8 +42,8 @@ CPolygon CutAt(const CPolygon& from, unsigned plane) {
 CPolygon Visible(const CSampleTriangle& triangle, const CMatrix4d& clip) {
     CPolygon polygon;
     for (const CVec3& corner : triangle.corners)
-        polygon.Add(clip.Transform(
-            {static_cast<double>(corner.x), static_cast<double>(corner.y), static_cast<double>(corner.z), 1}));
+        polygon.Add(clip.Transform({static_cast<double>(corner.x), static_cast<double>(corner.y),
+                                    static_cast<double>(corner.z), 1}));
     for (unsigned plane = 0; plane < 6 && polygon.count > 0; ++plane) polygon = CutAt(polygon, plane);
     return polygon;
 }
@@ -61,7 +61,8 @@ CScreenShare CPixelMeter::Of(const CSampleTriangle& triangle, const CMatrix4d& c
         twice += ax * by - bx * ay;
         outline += std::hypot(bx - ax, by - ay);
     }
-    const bool hidden = faces == EFaces::CounterClockwise ? twice < 0 : faces == EFaces::Clockwise && twice > 0;
+    const bool hidden =
+        faces == EFaces::CounterClockwise ? twice < 0 : faces == EFaces::Clockwise && twice > 0;
     if (hidden || !std::isfinite(twice) || !std::isfinite(outline)) return {};
     const auto weight = static_cast<double>(triangle.weight);
     return {std::abs(twice) / 2 * weight, outline * weight};

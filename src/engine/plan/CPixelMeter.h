@@ -17,8 +17,7 @@ class CPixelMeter {
 
     CPixelMeter(int width, int height) : m_width(width), m_height(height) {}
     /** clip: the triangle's coordinates to clip space. faces: which of them are drawn, as they are seen. */
-    [[nodiscard]] CScreenShare Of(const CSampleTriangle& triangle, const CMatrix4d& clip,
-                                  EFaces faces) const;
+    [[nodiscard]] CScreenShare Of(const CSampleTriangle& triangle, const CMatrix4d& clip, EFaces faces) const;
 
   private:
     double m_width, m_height;

@@ -3,8 +3,8 @@
 
 /** What a surface asks for at each of its pixels. */
 struct CPixelUse {
-    int maps = 0;      ///< pictures that are looked up
-    int passes = 1;    ///< how often it is drawn
+    int maps = 0;    ///< pictures that are looked up
+    int passes = 1;  ///< how often it is drawn
     bool blends = false;
 };
 
