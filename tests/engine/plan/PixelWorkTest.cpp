@@ -45,7 +45,10 @@ const CTriangleRow kTriangles[] = {
     {"BesideTheView", {{{3, 0, -2}, {4, 0, -2}, {3, 1, -2}}}, EFaces::Both, 0},
     {"BehindTheEye", {{{-2, -2, 2}, {2, -2, 2}, {-2, 2, 2}}}, EFaces::Both, 0},
     {"ReachesBehindTheEye", {{{-900, -1, -900}, {900, -1, -900}, {0, -1, 900}}}, EFaces::Both, 9'989},
-    {"AMillionTimesTheView", {{{-kHuge, -kHuge, -2}, {kHuge, -kHuge, -2}, {0, kHuge, -2}}}, EFaces::Both, 20'000},
+    {"AMillionTimesTheView",
+     {{{-kHuge, -kHuge, -2}, {kHuge, -kHuge, -2}, {0, kHuge, -2}}},
+     EFaces::Both,
+     20'000},
     {"NotANumber", {{{-2, kNan, -2}, {2, -2, -2}, {-2, 2, -2}}}, EFaces::Both, 0},
 };
 INSTANTIATE_TEST_SUITE_P(Triangles, PixelMeterTest, testing::ValuesIn(kTriangles), kRowName);
