@@ -35,6 +35,7 @@ struct C3dsDisplayWrap::CState {
     CDepthRange depthRange;  ///< of the last InitDrawings
     bool moving = false;
     bool wholeFrame = true;              ///< of the last drawing
+    int reduction = 0;                   ///< of the last drawing, see GetLastReduction
     std::function<bool()> interrupt;     ///< see SetInterrupt; may be empty
     std::function<double()> frameClock;  ///< see SetFrameClock; may be empty
 
@@ -49,6 +50,10 @@ struct C3dsDisplayWrap::CState {
     void DropWhatWasUploaded();
     /** How a drawing keeps to time now. */
     [[nodiscard]] CDrawPace Pace() const;
+    /** Draws the scene and its overlays with the current matrices. */
+    void DrawScene(CGlCurrent& gl);
+    /** The same, coarser where that would take too long. */
+    void DrawInTime(CGlCurrent& gl);
     void SetPreview(const C2DRect& rect);
     void SetFrame(float frame);
     void SetPreset(ECameraPreset preset);

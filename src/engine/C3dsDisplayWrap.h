@@ -137,6 +137,11 @@ class C3dsDisplayWrap {
     /** False when the last DrawModel for GL_RENDER drew less than the full picture: coarser levels, parts left
      * out, or an interrupted drawing. The caller then draws again once all is at rest. */
     [[nodiscard]] bool IsLastFrameWhole() const;
+    /** How the last full picture was drawn: 0 as asked for. Where OpenGL is drawn in software and surfaces lie on one
+     * another in such numbers that a picture would take many times as long as usual, it is drawn with one sample a pixel,
+     * which gives 1, or smaller and blown up, which gives the number (2, 4, 8 ...) that its sides were divided by. TakePicture
+     * does so, too. */
+    [[nodiscard]] int GetLastReduction() const;
     /** To be called in idle time and at rest with the context current: takes over one mesh of what the level
      * maker has finished. True while more is to come; then call again in some milliseconds. The first call
      * after a whole picture that took long starts the maker, a thread of low priority. */

@@ -187,8 +187,7 @@ void C3dsDisplayWrap::DrawModel(int renderMode) {
         if (renderMode == GL_SELECT) {
             m_state->renderer.DrawForSelection(gl, scene);
         } else {
-            m_state->wholeFrame = m_state->renderer.Draw(gl, scene, m_state->options, m_state->Pace());
-            DrawOverlays(gl, scene, m_state->overlays);
+            m_state->DrawInTime(gl);
         }
     }
     glPopMatrix();

@@ -3,10 +3,29 @@
 
 #include "engine/C3dsDisplayState.h"
 #include "engine/gl/CGlCurrent.h"
+#include "engine/gl/CReducedDrawing.h"
 
 CDrawPace C3dsDisplayWrap::CState::Pace() const {
     if (options.exact) return {};
     return {moving, &interrupt, &frameClock};
+}
+
+void C3dsDisplayWrap::CState::DrawScene(CGlCurrent& gl) {
+    wholeFrame = renderer.Draw(gl, prepared, options, Pace());
+    DrawOverlays(gl, prepared, overlays);
+}
+
+void C3dsDisplayWrap::CState::DrawInTime(CGlCurrent& gl) {
+    reduction = Pace().moving ? 0 : renderer.ReductionFor(gl, prepared, options);
+    if (reduction > 0) {
+        CResult<CReducedDrawing> smaller = CReducedDrawing::Begin(gl, reduction);
+        if (smaller) {
+            DrawScene(gl);
+            return smaller.Value().Finish(gl);
+        }
+        reduction = 0;
+    }
+    DrawScene(gl);
 }
 
 void C3dsDisplayWrap::SetMoving(bool moving) {
@@ -16,6 +35,10 @@ void C3dsDisplayWrap::SetMoving(bool moving) {
 
 bool C3dsDisplayWrap::IsLastFrameWhole() const {
     return m_state->wholeFrame;
+}
+
+int C3dsDisplayWrap::GetLastReduction() const {
+    return m_state->reduction;
 }
 
 bool C3dsDisplayWrap::WorkOnLevels() {

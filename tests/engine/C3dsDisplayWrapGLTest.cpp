@@ -8,8 +8,10 @@
 #include <cmath>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "engine/CPictureTest.h"
+#include "engine/gl/CGlCapabilities.h"
 #include "engine/gl/COffscreenContext.h"
 #include "engine/gl/gl_api.h"
 #include "files/CTestFolder.h"
@@ -350,6 +352,48 @@ TEST_F(C3dsDisplayWrapGLTest, ViewingOnlyDrawsTheSameAndGivesMemoryBack) {
     EXPECT_TRUE(m_engine.Prepared()->meshes.front().vertices.empty());
     EXPECT_FALSE(m_engine.DeleteNode("High"));
     EXPECT_EQ(m_engine.Get3dsFile(), nullptr);
+}
+
+/** A cube with its front so many times. */
+CBytes Fronts(std::uint16_t count) {
+    CBytes faces = Words({static_cast<std::uint16_t>(2 * count)});
+    for (int i = 0; i < count; ++i) {
+        faces = faces + Words({0, 1, 5, 7, 0, 5, 4, 7});
+    }
+    return Scene(Mesh("Front", CubePoints() + Chunk(0x4120, faces)));
+}
+
+TEST_F(C3dsDisplayWrapGLTest, ThousandsOfLayersAreDrawnCoarserInTheSameColours) {
+    if (!CGlCapabilities::Query(Context().MakeCurrent()).software)
+        GTEST_SKIP() << "hardware draws all as it is";
+    const auto take = [&](std::uint16_t count) {
+        EXPECT_TRUE(Open(Fronts(count)));
+        m_engine.SetFrontCameraModel();
+        CSeenView seen = m_engine.SeenView();
+        seen.camera.SetViewSize(640, 482);
+        seen.background = {0, 1, 0};
+        const auto drawCorner = [] {
+            glEnable(GL_SCISSOR_TEST);
+            glScissor(0, 0, 5, 5);
+            glClearColor(1, 1, 1, 1);
+            glClear(GL_COLOR_BUFFER_BIT);
+            glDisable(GL_SCISSOR_TEST);
+        };
+        return m_engine.TakePicture(seen, EPictureOf::ModelAndOverlays, drawCorner).Value();
+    };
+    const CImage one = take(1);
+    EXPECT_EQ(m_engine.GetLastReduction(), 0);
+    const CImage many = take(4'000);
+    EXPECT_GE(m_engine.GetLastReduction(), 2);
+    for (const auto& [x, y] :
+         {std::pair(320, 240), std::pair(300, 200), std::pair(340, 260), std::pair(8, 8), std::pair(1, 480)})
+        EXPECT_TRUE(HasColor(many, x, y, ColorAt(one, x, y)));
+    EXPECT_NE(ColorAt(many, 320, 240), ColorAt(many, 8, 8));
+    EXPECT_NEAR(CountDrawn(many), CountDrawn(one), CountDrawn(one) / 10);
+    (void)Context().MakeCurrent();
+    m_engine.SetPreviewSize(C2DRect(0, 0, kWidth / 8, kHeight / 8));
+    (void)Paint();
+    EXPECT_EQ(m_engine.GetLastReduction(), 0);  // so small a picture takes no time
 }
 
 }  // namespace

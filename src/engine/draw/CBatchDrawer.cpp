@@ -2,7 +2,6 @@
 #include "engine/draw/CBatchDrawer.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "engine/draw/CPacedDrawing.h"
 #include "engine/draw/CSortedBatches.h"
@@ -136,8 +135,7 @@ void CBatchDrawer::UseMaterial(const CDrawItem& item) {
 void CBatchDrawer::UsePolygonMode(const CPreparedMaterial& material) {
     const bool wire = IsWire(material);
     if (wire) {
-        const bool usable = std::isfinite(material.wireSizePx) && material.wireSizePx > 0;
-        glLineWidth(usable ? std::min(material.wireSizePx, 64.0f) : 1.0f);
+        glLineWidth(LineWidth(material));
     }
     if (wire == m_wire) return;
     m_wire = wire;

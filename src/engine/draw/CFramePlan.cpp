@@ -1,14 +1,73 @@
 // SPDX-License-Identifier: MIT
 #include "engine/draw/CFramePlan.h"
 
+#include <algorithm>
 #include <array>
+#include <bit>
 
 #include "engine/draw/CSceneMeshes.h"
 #include "engine/gl/gl_api.h"
 #include "engine/pipeline/CFrameView.h"
+#include "engine/pipeline/CMaterialLook.h"
 #include "engine/plan/CEqualMeshes.h"
+#include "engine/plan/CPixelMeter.h"
 #include "engine/plan/choose_levels.h"
 #include "model/prepare/CPreparedScene.h"
+
+namespace {
+
+/** Adds up the work of the nodes of one view. */
+class CWorkSum {
+  public:
+    CWorkSum(const CPreparedScene& scene, const CFrameView& view, const CSceneMeshes& meshes,
+             const CTextureSet& textures, const std::array<int, 4>& viewport)
+        : m_scene(scene),
+          m_view(view),
+          m_meshes(meshes),
+          m_textures(textures),
+          m_meter(viewport[2], viewport[3]) {}
+
+    void AddNode(const CPreparedNode& node, bool repeated) {
+        const auto mesh = static_cast<std::size_t>(node.mesh);
+        const std::vector<CPreparedBatch>& batches = m_scene.meshes[mesh].batches;
+        const CMatrix4d clip = m_view.projection * m_view.modelView * CMatrix4d::From(node.meshToWorld);
+        const auto front = node.mirrored != m_view.mirrored ? CPixelMeter::EFaces::Clockwise
+                                                            : CPixelMeter::EFaces::CounterClockwise;
+        for (std::size_t b = 0; b < batches.size(); ++b) {
+            const CPreparedMaterial& material = m_scene.materials[batches[b].material];
+            if (IsInvisible(material) || (repeated && !IsBlended(material))) continue;
+            const auto faces = material.twoSided ? CPixelMeter::EFaces::Both : front;
+            const bool wire = IsWire(material);
+            double pixels = 0;
+            for (const CSampleTriangle& triangle : m_meshes.Sample(mesh).OfBatch(b)) {
+                const CScreenShare share = m_meter.Of(triangle, clip, faces);
+                pixels += wire ? share.outline * static_cast<double>(LineWidth(material)) : share.area;
+            }
+            if (pixels > 0) work.Add(pixels, UseOf(material, mesh));
+        }
+    }
+
+    CPixelWork work;
+
+  private:
+    [[nodiscard]] CPixelUse UseOf(const CPreparedMaterial& material, std::size_t mesh) const {
+        CPixelUse use;
+        const CMaterialLook look =
+            CMaterialLook::From(material, m_textures, m_meshes.HasTexCoords(mesh), false);
+        use.maps = std::popcount(look.surface.maps);
+        use.blends = IsBlended(material);
+        use.passes = use.blends && MayBeSolid(material) ? 2 : 1;
+        return use;
+    }
+
+    const CPreparedScene& m_scene;
+    const CFrameView& m_view;
+    const CSceneMeshes& m_meshes;
+    const CTextureSet& m_textures;
+    CPixelMeter m_meter;
+};
+
+}  // namespace
 
 CFramePlan CFramePlan::InFull(const CPreparedScene& scene, const CFrameView& view, const CSceneMeshes& meshes,
                               const CEqualMeshes& equal, bool software) {
@@ -66,4 +125,15 @@ void CFramePlan::FitTo(const CPreparedScene& scene, const CSceneMeshes& meshes, 
         whole = whole && nodes[n].level == kFullLevel;
     }
     moving = true;
+}
+
+CPixelWork CFramePlan::PixelWork(const CPreparedScene& scene, const CFrameView& view,
+                                 const CSceneMeshes& meshes, const CTextureSet& textures) const {
+    std::array<int, 4> viewport{};
+    glGetIntegerv(GL_VIEWPORT, viewport.data());
+    CWorkSum sum(scene, view, meshes, textures, viewport);
+    for (std::size_t n = 0; n < nodes.size(); ++n) {
+        if (nodes[n].shown) sum.AddNode(scene.nodes[n], nodes[n].repeated);
+    }
+    return sum.work;
 }

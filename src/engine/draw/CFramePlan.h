@@ -4,10 +4,12 @@
 #include <cstdint>
 #include <vector>
 
+#include "engine/plan/CPixelWork.h"
 #include "engine/plan/CScreenScale.h"
 
 class CEqualMeshes;
 class CSceneMeshes;
+class CTextureSet;
 struct CFrameView;
 struct CPreparedScene;
 
@@ -40,6 +42,9 @@ struct CFramePlan {
     [[nodiscard]] static CFramePlan InFull(const CPreparedScene& scene, const CFrameView& view,
                                            const CSceneMeshes& meshes, const CEqualMeshes& equal,
                                            bool software);
+    /** What the pixels of a plan in full take. textures: those that the drawing uses. */
+    [[nodiscard]] CPixelWork PixelWork(const CPreparedScene& scene, const CFrameView& view,
+                                       const CSceneMeshes& meshes, const CTextureSet& textures) const;
     /** Everything as boxes, also what is hidden or outside of the view; grainPixels above 0: all lit by vertex. */
     [[nodiscard]] static CFramePlan InBoxes(const CPreparedScene& scene, const CSceneMeshes& meshes,
                                             float grainPixels);

@@ -78,6 +78,16 @@ std::vector<float> LayersOf(const CPreparedMesh& mesh) {
     return layers;
 }
 
+/** Few where a drawing has many batches, so that to measure a picture takes milliseconds. */
+std::uint32_t SamplesOfABatch(const CPreparedScene& scene) {
+    constexpr std::size_t kAll = 262'144, kLeast = 4, kMost = 64;
+    std::size_t batches = 1;
+    for (const CPreparedNode& node : scene.nodes) {
+        if (node.mesh >= 0) batches += scene.meshes[static_cast<std::size_t>(node.mesh)].batches.size();
+    }
+    return static_cast<std::uint32_t>(std::clamp(kAll / batches, kLeast, kMost));
+}
+
 bool IsGivenBack(const CPreparedMesh& mesh) {
     return mesh.vertices.empty() && !mesh.batches.empty();
 }
@@ -96,7 +106,8 @@ void CSceneMeshes::Clear() {
     m_meshes.clear();
 }
 
-bool CSceneMeshes::Update(CGlCurrent& gl, const CPreparedScene& scene) {
+bool CSceneMeshes::Update(CGlCurrent& gl, const CPreparedScene& scene, bool software) {
+    m_mostSamples = software ? SamplesOfABatch(scene) : 0;
     if (m_box.Bytes() == 0) m_box.Upload(gl, UnitBox());
     std::vector<CEntry> before = std::move(m_meshes);
     bool changed = before.size() != scene.meshes.size();
@@ -125,13 +136,18 @@ bool CSceneMeshes::Take(CGlCurrent& gl, const CPreparedMesh& mesh, std::vector<C
         if (!IsGivenBack(mesh) && entry.buffers.RefreshIndices(gl, mesh)) {
             changed = true;
             DropLevels(entry);
-            entry.layers = LayersOf(mesh);
+            MeasureSurface(entry, mesh);
         }
     } else if (!mesh.vertices.empty() && mesh.IndexCount() > 0) {
         entry.buffers.Upload(gl, mesh);
-        entry.layers = LayersOf(mesh);
+        MeasureSurface(entry, mesh);
     }
     return changed;
+}
+
+void CSceneMeshes::MeasureSurface(CEntry& entry, const CPreparedMesh& mesh) const {
+    entry.layers = LayersOf(mesh);
+    entry.sample = m_mostSamples > 0 ? CMeshSample(mesh, m_mostSamples) : CMeshSample();
 }
 
 void CSceneMeshes::DropLevels(CEntry& entry) {

@@ -2,6 +2,7 @@
 #include "engine/draw/CSceneRenderer.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <set>
 #include <utility>
@@ -148,7 +149,7 @@ void CSceneRenderer::Upload(CGlCurrent& gl, const CPreparedScene& scene) {
 void CSceneRenderer::Refresh(CGlCurrent& gl, const CPreparedScene& scene) {
     m_state->Learn(gl);
     const CBindingGuard guard(gl);
-    if (m_state->meshes.Update(gl, scene)) {
+    if (m_state->meshes.Update(gl, scene, m_state->IsSoftware())) {
         m_state->sorted.Clear();
         m_state->levels.MeshesChanged();
     }
@@ -191,6 +192,26 @@ bool CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDr
         whole = plan.whole && !pace.HasEnded();
     });
     return whole;
+}
+
+int CSceneRenderer::ReductionFor(CGlCurrent& gl, const CPreparedScene& scene,
+                                 const CDrawOptions& options) const {
+    const CState& state = *m_state;
+    int polygonMode[2] = {};
+    glGetIntegerv(GL_POLYGON_MODE, polygonMode);
+    if (!state.can || !state.IsSoftware() || !state.can->framebuffers || state.meshes.Count() == 0 ||
+        polygonMode[0] == GL_LINE)
+        return 0;
+    std::array<int, 4> viewport{};
+    glGetIntegerv(GL_VIEWPORT, viewport.data());
+    GLint samples = 0;
+    glGetIntegerv(GL_SAMPLES, &samples);
+    const CFrameView view = CFrameView::FromCurrent(gl);
+    const CTextureSet& textures =
+        options.textureRenderMode == kNoTextures ? state.noTextures : state.textures;
+    const CFramePlan plan = CFramePlan::InFull(scene, view, state.meshes, state.equal, true);
+    return plan.PixelWork(scene, view, state.meshes, textures)
+        .ReductionFor(static_cast<double>(viewport[2]) * viewport[3], samples);
 }
 
 bool CSceneRenderer::CState::TryNextKind(CGlCurrent& gl, const CPreparedScene& scene,

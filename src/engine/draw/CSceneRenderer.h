@@ -45,6 +45,10 @@ class CSceneRenderer {
      * not the full one, or not whole. */
     bool Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
               const CDrawPace& pace = {});
+    /** How the full picture is to be drawn so that it ends in time: 0 as it is, else see CPixelWork::ReductionFor. Always 0
+     * on hardware. The viewport is the picture's. */
+    [[nodiscard]] int ReductionFor(CGlCurrent& gl, const CPreparedScene& scene,
+                                   const CDrawOptions& options) const;
     /** One step of what is done in idle time, in software and after a whole picture that took long: builds a program
      * that moving frames need, or takes over what was made of a mesh. True while more is to come. Draws pixels of
      * the current framebuffer. */

@@ -22,6 +22,8 @@ class CGlFramebuffer {
     /** Copies the colours, samples averaged, to a framebuffer of the same size and leaves that one bound. */
     void ResolveTo(CGlCurrent& gl, const CGlFramebuffer& target) const;
 
+    /** OpenGL's name of it. */
+    [[nodiscard]] unsigned Id() const { return m_id; }
     [[nodiscard]] int Width() const { return m_width; }
     [[nodiscard]] int Height() const { return m_height; }
     [[nodiscard]] int Samples() const { return m_samples; }

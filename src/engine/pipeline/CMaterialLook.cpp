@@ -57,3 +57,8 @@ CMaterialLook CMaterialLook::From(const CPreparedMaterial& material, const CText
     }
     return look;
 }
+
+float LineWidth(const CPreparedMaterial& material) {
+    const bool usable = std::isfinite(material.wireSizePx) && material.wireSizePx > 0;
+    return usable ? std::min(material.wireSizePx, 64.0f) : 1.0f;
+}

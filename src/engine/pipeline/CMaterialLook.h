@@ -34,3 +34,5 @@ struct CMaterialLook {
 
 /** The material's maps in the order of EMapKind. */
 [[nodiscard]] std::array<const CPreparedMap*, kMapKinds> MapsOf(const CPreparedMaterial& material);
+/** In which its lines are drawn, in pixels: 1 to 64 for sensible files. */
+[[nodiscard]] float LineWidth(const CPreparedMaterial& material);

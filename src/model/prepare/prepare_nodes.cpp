@@ -262,7 +262,7 @@ void CNodePreparer::KeepToBudget() {
     }
     if (left == 0) return;
     m_prepared.notes.push_back({CSceneNote::EKind::Limited,
-                                lng::Mark("Objects beyond 48 million drawn triangles are not shown"),
+                                lng::Mark("Objects beyond 36 million drawn triangles are not shown"),
                                 std::to_string(left)});
 }
 

@@ -25,7 +25,7 @@ constexpr std::size_t kNotes = 200;        ///< of reading, and again of prepari
 // --- what is prepared -------------------------------------------------------------------------------------
 /** Triangles and batches that are drawn, those of a mesh once for each node that shows it. Nodes beyond show
  * nothing. */
-constexpr std::uint64_t kDrawnTriangles = 48'000'000;
+constexpr std::uint64_t kDrawnTriangles = 36'000'000;
 constexpr std::uint64_t kDrawnBatches = 400'000;
 /** Vertices whose places are worked out for the bounds of one frame; nodes beyond have the bounds of their
  * turned boxes. Some 0.1 s on one core. */

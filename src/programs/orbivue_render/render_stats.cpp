@@ -93,7 +93,9 @@ std::string RenderStatsJson(const C3dsDisplayWrap& engine, const CRenderTimes& t
           {"write", Rounded(times.write)},
           {"total", Rounded(times.total)}}},
         {"peakMemoryMb", Rounded(PeakMemoryMb())},
-        {"samples", samples},
+        {"samples", engine.GetLastReduction() > 0 ? 0 : samples},
+        {"coarser", engine.GetLastReduction() > 0},
+        {"sidesDividedBy", std::max(engine.GetLastReduction(), 1)},
         {"renderer", renderer},
     };
     if (confined) {
