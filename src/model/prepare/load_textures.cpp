@@ -17,6 +17,7 @@
 #include "model/prepare/prepare_scene.h"
 #include "model/scene/CNoteList.h"
 #include "model/scene/CScene.h"
+#include "model/scene/scene_budget.h"
 #include "picture/decode/image_codec.h"
 
 namespace {
@@ -24,6 +25,8 @@ constexpr std::uint64_t kBytesOfPixel = 4;
 /** Files are read to learn what they claim; so much of them is kept for decoding. */
 constexpr std::uint64_t kMaxKeptBytes = 64ULL << 20;
 constexpr std::uint64_t kMaxReduction = 8;
+/** Pictures as people make them have at most so many bytes, decoded, for each byte of the file. */
+constexpr std::uint64_t kUsualRatio = 64;
 
 bool HasTranslucency(const CImage& image) {
     for (std::size_t i = 3; i < image.rgba.size(); i += 4) {
@@ -50,11 +53,17 @@ struct CSource {
     std::size_t texture = 0;      ///< the first that names it
     std::vector<std::byte> kept;  ///< bytes of the file; may be empty
     std::uint64_t bytes = 0;      ///< of the whole picture, decoded; 0 when it cannot be told
+    std::uint64_t fileBytes = 0;
     std::uint64_t reduction = 1;  ///< over kMaxReduction: it is left out
     std::vector<CSceneNote> notes = {};
 
     [[nodiscard]] std::uint64_t Cost() const {
         return reduction > kMaxReduction ? 0 : bytes / (reduction * reduction);
+    }
+    /** What decoding it takes, whatever the reduction, that the size of the file does not account for. */
+    [[nodiscard]] std::uint64_t Excess() const {
+        const std::uint64_t usual = fileBytes * kUsualRatio;
+        return reduction > kMaxReduction || bytes < usual ? 0 : bytes - usual;
     }
 };
 
@@ -81,6 +90,7 @@ class CTextureLoader {
     void Run() {
         FindSources();
         LearnClaims();
+        BoundWork();
         FitBudget();
         Decode();
         DropRepeated();
@@ -97,6 +107,7 @@ class CTextureLoader {
     void FindSources();
     void LearnClaims();
     void FitBudget();
+    void BoundWork();
     void Decode();
     void DecodeOne(CSource& source);
     void DropRepeated();
@@ -138,6 +149,7 @@ void CTextureLoader::LearnClaims() {
             source.kept = std::move(read).Value();
             bytes = source.kept;
         }
+        source.fileBytes = bytes.size();
         const auto claim = image_codec::ClaimOf(bytes, source.hit.foundAt);
         constexpr std::uint64_t kLargest = 1ULL << 31;
         if (claim)
@@ -169,6 +181,22 @@ void CTextureLoader::FitBudget() {
         m_sources[largest].reduction *= 2;
         sum += m_sources[largest].Cost();
         byCost.push(largest);
+    }
+}
+
+/** A small file may claim a large picture, and that is decoded whole to be made smaller: of many, the largest are left
+ * out. One alone may be as large as a picture can be. */
+void CTextureLoader::BoundWork() {
+    std::vector<CSource*> order;
+    for (CSource& source : m_sources) order.push_back(&source);
+    std::stable_sort(order.begin(), order.end(),
+                     [](const CSource* a, const CSource* b) { return a->Excess() < b->Excess(); });
+    std::uint64_t sum = 0;
+    for (CSource* source : order) {
+        const std::uint64_t before = sum;
+        sum += source->Excess();
+        if (before > 0 && sum > scene_budget::kPictureWorkRatio * m_options.pictureBytes)
+            source->reduction = 2 * kMaxReduction;
     }
 }
 

@@ -41,8 +41,10 @@ constexpr std::size_t kPictureNames = 20'000;
 constexpr std::uint64_t kArchivedPictureBytes = 256ULL << 20;
 /** Decoded pictures of a scene together, as RGBA; see LoadTextures for what happens beyond. In the memory of
  * the graphics card they take a third more. */
-constexpr std::uint64_t kPictureBytes = 512ULL << 20;
+constexpr std::uint64_t kPictureBytes = 384ULL << 20;
 /** The same where a scene is opened for one picture of it, which shows no such detail. */
-constexpr std::uint64_t kPictureBytesForOneView = 128ULL << 20;
+constexpr std::uint64_t kPictureBytesForOneView = 96ULL << 20;
+/** So many times that may be decoded out of small files that claim large pictures, only to be made smaller. */
+constexpr std::uint64_t kPictureWorkRatio = 2;
 
 }  // namespace scene_budget

@@ -61,4 +61,24 @@ TEST(LoadTexturesTest, WhatDoesNotFitAtAllIsLeftOut) {
     ASSERT_EQ(scene.notes.size(), 1u);
     EXPECT_EQ(scene.notes[0].reason, "all pictures together are too large");
 }
+
+/** A picture of one colour, as run-length TGA of 32 bits: a byte for 102 decoded. */
+CImageDataText PackedPicture(std::string name, std::uint16_t side) {
+    CBytes bytes = Values<std::uint8_t>({0, 0, 10, 0, 0, 0, 0, 0, 0, 0, 0, 0}) + Words({side, side}) +
+                   Values<std::uint8_t>({32, 8});
+    for (int runs = side * side / 128; runs > 0; --runs)
+        bytes = std::move(bytes) + Values<std::uint8_t>({0xFF, 1, 2, 3, 255});
+    return {std::move(name), std::move(bytes)};
+}
+
+TEST(LoadTexturesTest, OfManyPicturesThatSmallFilesClaimTheLargestAreLeftOut) {
+    // Each has 95 KB beyond 64 times its file, the small one 6 KB; twice the budget is 300 KB.
+    const CPreparedScene scene =
+        Prepared({"1.tga", "2.tga", "3.tga", "4.tga", "s.tga", "t.tga"},
+                 {PackedPicture("1.tga", 256), PackedPicture("2.tga", 256), PackedPicture("3.tga", 256),
+                  PackedPicture("4.tga", 256), PackedPicture("s.tga", 64), Picture("t.tga", 64)},
+                 150 << 10);
+    const bool isShown[] = {true, true, true, false, true, true};
+    for (std::size_t i = 0; i < 6; ++i) EXPECT_EQ(!scene.textures[i].image.IsEmpty(), isShown[i]) << i;
+}
 }  // namespace
