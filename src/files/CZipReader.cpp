@@ -82,9 +82,12 @@ struct CZipReader::CArchive {
     std::unique_ptr<zip_t, CZipDeleter> zip;
     std::vector<CZipEntry> entries;
     std::uint64_t unpacked = 0;
+    std::uint64_t packedLeft = 0;  // of the archive's own bytes, for entries that were not read yet
+    std::vector<bool> isRead;      // by index
 
     CStatus Open();
-    [[nodiscard]] CStatus CheckEntry(const CZipEntry& entry, std::uint64_t& limit) const;
+    [[nodiscard]] CStatus CheckEntry(const CZipEntry& entry, std::uint64_t& limit);
+    [[nodiscard]] bool TakePacked(const CZipEntry& entry, std::uint64_t packed);
     CResult<std::vector<std::byte>> Unpack(const CZipEntry& entry, std::uint64_t limit);
 };
 
@@ -101,8 +104,10 @@ CStatus CZipReader::CArchive::Open() {
         zip_source_free(source);
         return notZip;
     }
-    const zip_int64_t count = zip_get_num_entries(zip.get(), 0);
-    for (zip_uint64_t i = 0; i < static_cast<zip_uint64_t>(std::max<zip_int64_t>(count, 0)); ++i) {
+    const auto count = static_cast<zip_uint64_t>(std::max<zip_int64_t>(zip_get_num_entries(zip.get(), 0), 0));
+    packedLeft = bytes.size();
+    isRead.assign(count, false);
+    for (zip_uint64_t i = 0; i < count; ++i) {
         std::optional<std::string> name = SafeName(zip_get_name(zip.get(), i, ZIP_FL_ENC_GUESS));
         zip_stat_t info = {};
         if (!name || zip_stat_index(zip.get(), i, 0, &info) != 0) continue;
@@ -111,7 +116,16 @@ CStatus CZipReader::CArchive::Open() {
     return CDone{};
 }
 
-CStatus CZipReader::CArchive::CheckEntry(const CZipEntry& entry, std::uint64_t& limit) const {
+/** Entries that share their packed bytes would together hold more of them than the archive has. */
+bool CZipReader::CArchive::TakePacked(const CZipEntry& entry, std::uint64_t packed) {
+    if (isRead[entry.index]) return true;
+    if (packed > packedLeft) return false;
+    packedLeft -= packed;
+    isRead[entry.index] = true;
+    return true;
+}
+
+CStatus CZipReader::CArchive::CheckEntry(const CZipEntry& entry, std::uint64_t& limit) {
     zip_stat_t info = {};
     if (zip_stat_index(zip.get(), entry.index, 0, &info) != 0) {
         return CError{EErrorCode::NotFound, lng::Mark("not in the archive"), entry.name};
@@ -123,7 +137,11 @@ CStatus CZipReader::CArchive::CheckEntry(const CZipEntry& entry, std::uint64_t& 
         return CError{EErrorCode::Unsupported, lng::Mark("the way it is packed is not known"), entry.name};
     }
     const std::uint64_t packed = std::min<std::uint64_t>(info.comp_size, bytes.size());
-    const std::uint64_t left = kMaxUnpackedBytes - std::min(unpacked, kMaxUnpackedBytes);
+    if (!TakePacked(entry, packed))
+        return CError{EErrorCode::BadFormat, lng::Mark("damaged in the archive"), entry.name};
+    const std::uint64_t most =
+        std::min(kMaxUnpackedBytes, std::max(kFreeBytes, bytes.size() * kMaxRatioOfAll));
+    const std::uint64_t left = most - std::min(unpacked, most);
     limit = std::min({limit, std::max(kRatioFreeBytes, packed * kMaxRatio), left});
     return CDone{};
 }

@@ -27,6 +27,9 @@ class CZipReader {
     /** An entry of more than kRatioFreeBytes may unpack to at most kMaxRatio times its packed size. */
     static constexpr std::uint64_t kMaxRatio = 250;
     static constexpr std::uint64_t kRatioFreeBytes = 32ULL << 20;
+    /** The same for all entries together and the archive's size: real models pack to a tenth at best. */
+    static constexpr std::uint64_t kMaxRatioOfAll = 32;
+    static constexpr std::uint64_t kFreeBytes = 128ULL << 20;
 
     /** BadFormat: not an archive. TooLarge: over the limits above. */
     [[nodiscard]] static CResult<CZipReader> Open(std::vector<std::byte> bytes);
@@ -43,8 +46,8 @@ class CZipReader {
      * so are entries whose name is absolute, has a drive, leads out of the archive's folder or is no text. */
     [[nodiscard]] const std::vector<CZipEntry>& Entries() const;
     /** The unpacked bytes, with their check sum verified. TooLarge: more than maxBytes or over the limits
-     * above. Unsupported: encrypted, or packed in a way that is not read. BadFormat: damaged. where is
-     * the entry's name. */
+     * above. Unsupported: encrypted, or packed in a way that is not read. BadFormat: damaged, or its
+     * packed bytes are those of another entry, too. where is the entry's name. */
     [[nodiscard]] CResult<std::vector<std::byte>> Read(const CZipEntry& entry,
                                                        std::uint64_t maxBytes = kMaxUnpackedBytes);
 

@@ -18,6 +18,8 @@ namespace {
 // Small enough to stay in the processor's cache between the vector's zeros and the file's bytes, so that a
 // big file costs its memory one pass, not two.
 constexpr std::size_t kChunkBytes = 256 << 10;
+constexpr std::size_t kSmallBytes = 4 << 10;
+constexpr std::uint64_t kMaxDeviceBytes = 64ULL << 20;  // a device may have no end
 constexpr int kSilenceMs = 2000;
 
 CError ReadError(std::string_view path, int errorNumber) {
@@ -53,11 +55,13 @@ CResult<std::vector<std::byte>> ReadAll(const CFileDescriptor& file, std::string
     const CError tooLarge{EErrorCode::TooLarge, lng::Mark("the file is too large"), std::string(path)};
     const auto told = static_cast<std::uint64_t>(std::max<off_t>(info.st_size, 0));
     if (S_ISREG(info.st_mode) && told > maxBytes) return tooLarge;
+    if (S_ISCHR(info.st_mode)) maxBytes = std::min(maxBytes, kMaxDeviceBytes);
 
     std::vector<std::byte> bytes;
     // One more than its size, so that the read that finds the end needs no larger block.
     const auto whole = static_cast<std::size_t>(std::min(told, maxBytes) + 1);
-    bytes.reserve(told == 0 ? kChunkBytes : std::min(whole, kChunkBytes));  // a device tells 0
+    // A device tells 0, and so do empty files, of which a folder may hold very many.
+    bytes.reserve(told == 0 ? kSmallBytes : std::min(whole, kChunkBytes));
     while (true) {
         if (cancelled && *cancelled)
             return CError{EErrorCode::Cancelled, lng::Mark("cancelled"), std::string(path)};

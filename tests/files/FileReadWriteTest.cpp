@@ -56,6 +56,8 @@ TEST(ReadWholeFileTest, SaysWhyNotAndStopsAtTheLimit) {
     EXPECT_EQ(ReadWholeFile(folder.Path()).Error().code, EErrorCode::Unreadable);
     EXPECT_EQ(ReadWholeFile(folder.Add("five", "12345"), 4).Error().code, EErrorCode::TooLarge);
     EXPECT_EQ(ReadWholeFile("/dev/zero", 1 << 20).Error().code, EErrorCode::TooLarge);
+    EXPECT_EQ(ReadWholeFile("/dev/zero", 1ULL << 40).Error().code, EErrorCode::TooLarge);
+    EXPECT_LE(ReadWholeFile(folder.Add("empty", "")).Value().capacity(), 4096U) << "a folder may hold many";
     EXPECT_NE(CTestFolder::TextOf(ReadWholeFile("/proc/self/status").Value()).find("Pid:"),
               std::string::npos);
 }

@@ -33,6 +33,7 @@ struct CStored {
     std::uint32_t size = 4;
     std::uint16_t flags = 0;
     std::uint16_t method = 0;
+    bool sharesFirst = false;  // its bytes are those of the first file
 };
 
 CBytes Archive(const std::vector<CStored>& files) {
@@ -40,8 +41,9 @@ CBytes Archive(const std::vector<CStored>& files) {
     for (const CStored& f : files) {
         const std::string common = Le(20, 2) + Le(f.flags, 2) + Le(f.method, 2) + Le(0, 4) + Le(f.crc, 4) +
                                    Le(f.data.size(), 4) + Le(f.size, 4) + Le(f.name.size(), 2) + Le(0, 2);
-        directory += "PK\x01\x02" + Le(20, 2) + common + Le(0, 10) + Le(body.size(), 4) + f.name;
-        body += "PK\x03\x04" + common + f.name + f.data;
+        directory +=
+            "PK\x01\x02" + Le(20, 2) + common + Le(0, 10) + Le(f.sharesFirst ? 0 : body.size(), 4) + f.name;
+        if (!f.sharesFirst) body += "PK\x03\x04" + common + f.name + f.data;
     }
     const std::string count = Le(files.size(), 2);
     return BytesOf(body + directory + "PK\x05\x06" + Le(0, 4) + count + count + Le(directory.size(), 4) +
@@ -133,6 +135,27 @@ TEST(ZipTest, RefusesTooManyEntriesAndARatioThatNoModelHas) {
     ASSERT_TRUE(zip_file_util::CreateZip(folder / "a.zip", std::vector{bomb}));
     CZipReader reader = CZipReader::OpenFile(folder / "a.zip").Value();
     EXPECT_EQ(reader.Read(reader.Entries()[0]).Error().code, EErrorCode::TooLarge);
+
+    // Within the ratio of an entry, but not all of them together.
+    std::string half;
+    for (std::uint32_t i = 0; half.size() < 31U << 20; ++i)
+        half += std::string(4000, '\0') + std::to_string(i * i);
+    std::vector<std::string> halves;
+    for (const char* name : {"1", "2", "3", "4", "5"}) halves.push_back(folder.Add(name, half));
+    ASSERT_TRUE(zip_file_util::CreateZip(folder / "b.zip", halves));
+    reader = CZipReader::OpenFile(folder / "b.zip").Value();
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_TRUE(reader.Read(reader.Entries()[i])) << i;
+    EXPECT_EQ(reader.Read(reader.Entries()[4]).Error().code, EErrorCode::TooLarge);
+}
+
+TEST(ZipTest, EntriesThatShareTheirBytesAreReadOnlyWhileTheArchiveHasAsMany) {
+    const CStored first{.name = "a", .data = std::string(100'000, 'x'), .crc = 0xFE071171, .size = 100'000};
+    std::vector<CStored> files(50, first);
+    for (std::size_t i = 1; i < files.size(); ++i) files[i].sharesFirst = true;
+    CZipReader reader = CZipReader::Open(Archive(files)).Value();
+    EXPECT_TRUE(reader.Read(reader.Entries()[0]));
+    EXPECT_TRUE(reader.Read(reader.Entries()[0])) << "once more";
+    EXPECT_EQ(reader.Read(reader.Entries()[49]).Error().code, EErrorCode::BadFormat);
 }
 
 TEST(ZipTest, EveryPrefixAndEveryChangedByteHasAClearOutcome) {

@@ -22,25 +22,44 @@ std::size_t Be16(const std::vector<std::byte>& bytes, std::size_t i) {
     return At(bytes, i) << 8 | At(bytes, i + 1);
 }
 
-/** The number of components in a JPEG's frame header; 0 for none or an unusual one. */
+/** What libjpeg stops at: POV-Ray reads to the end, and takes no scene with a picture that it cannot read. */
+bool IsJpegMarker(unsigned marker) {
+    constexpr std::string_view kKnown = "\xC4\xDA\xDB\xDC\xDD\xFE";
+    return (marker >= 0xE0 && marker <= 0xEF) || kKnown.find(static_cast<char>(marker)) != kKnown.npos;
+}
+
+/** The number of components in a JPEG's frame header; 0 for none or an unusual one, and where it is damaged behind. */
 unsigned JpegComponents(const std::vector<std::byte>& bytes) {
-    for (std::size_t i = 2; i + 9 < bytes.size();) {
-        if (At(bytes, i) != 0xFF) return 0;
+    unsigned components = 0;
+    for (std::size_t i = 2; i + 1 < bytes.size();) {
         const unsigned marker = At(bytes, i + 1);
-        if (marker >= 0xC0 && marker <= 0xC2) return At(bytes, i + 4) == 8 ? At(bytes, i + 9) : 0;
-        i += marker == 0xFF ? 1 : 2 + std::max<std::size_t>(2, Be16(bytes, i + 2));
+        const bool isData = At(bytes, i) != 0xFF || marker == 0 || (marker >= 0xD0 && marker <= 0xD7);
+        if (isData || marker == 0xFF) {
+            if (components == 0 && marker != 0xFF) return 0;
+            ++i;
+            continue;
+        }
+        if (marker == 0xD9) break;
+        if (marker >= 0xC0 && marker <= 0xC2 && components == 0) {
+            if (At(bytes, i + 4) != 8) return 0;
+            components = At(bytes, i + 9);
+        } else if (!IsJpegMarker(marker)) {
+            return 0;
+        }
+        i += 2 + std::max<std::size_t>(2, Be16(bytes, i + 2));
     }
-    return 0;
+    return components;
 }
 
 bool IsPlainPng(const std::vector<std::byte>& bytes) {
     constexpr unsigned kGrey = 0, kRgb = 2;
     const unsigned bits = At(bytes, 24), color = At(bytes, 25);
     if (bits != 8 || (color != kGrey && color != kRgb)) return false;
-    for (std::size_t i = 8; i + 8 < bytes.size();) {
+    for (std::size_t i = 8; i + 12 <= bytes.size();) {
         const std::string_view name(reinterpret_cast<const char*>(&bytes[i + 4]), 4);
-        if (name == "IDAT") return true;
-        if (name == "gAMA" || name == "iCCP" || name == "cHRM" || name == "tRNS") return false;
+        if (name == "IEND") return Be16(bytes, i + 8) == 0xAE42 && Be16(bytes, i + 10) == 0x6082;
+        const bool isKnown = name == "IHDR" || name == "IDAT" || name == "PLTE" || name[0] >= 'a';
+        if (!isKnown || name == "gAMA" || name == "iCCP" || name == "cHRM" || name == "tRNS") return false;
         i += 12 + (Be16(bytes, i) << 16 | Be16(bytes, i + 2));
     }
     return false;

@@ -45,8 +45,8 @@ constexpr std::uint64_t kPicturePixels = 64ULL << 20;
 constexpr std::uint64_t kPicturePixelsOfByte = 32;
 /** Decoded pictures of a scene together, as RGBA; see LoadTextures for what happens beyond. In the memory of
  * the graphics card they take a third more. */
-constexpr std::uint64_t kPictureBytes = 512ULL << 20;
+constexpr std::uint64_t kPictureBytes = 384ULL << 20;
 /** The same where a scene is opened for one picture of it, which shows no such detail. */
-constexpr std::uint64_t kPictureBytesForOneView = 128ULL << 20;
+constexpr std::uint64_t kPictureBytesForOneView = 96ULL << 20;
 
 }  // namespace scene_budget

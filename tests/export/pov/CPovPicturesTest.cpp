@@ -102,23 +102,30 @@ std::vector<std::byte> Bytes(std::string_view text) {
 TEST(CPovPicturesTest, OnlyPlainFormatsAreTakenAsTheyAre) {
     using namespace std::literals;
     constexpr auto kJpegHead = "\xFF\xD8\xFF\xE0\0\x04\0\0\xFF\xC0\0\x11\x08\0\x10\0\x10"sv;
-    const auto jpeg = [&](char components) {
-        return Bytes(std::string(kJpegHead) + components + std::string(20, '\0'));
+    const auto jpeg = [&](char components, const std::string& data = "\xFF\xDA\0\x04\0\0..\xFF\0.\xFF\xD9"s) {
+        return Bytes(std::string(kJpegHead) + components + std::string(9, '\0') + data);
     };
-    const auto png = [](char bits, char color, const std::string& chunk) {
+    const std::string end("\0\0\0\0IEND\xAE\x42\x60\x82"sv);
+    const auto png = [&](char bits, char color, const std::string& chunk, const std::string& last) {
         std::string text = "\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR\0\0\0\x01\0\0\0\x01"s;
         text += bits;
         text += color;
-        return Bytes(text + std::string(7, '\0') + chunk + std::string("\0\0\0\0IDAT\0\0\0\0\0\0\0\0"sv));
+        return Bytes(text + std::string(7, '\0') + chunk + std::string("\0\0\0\0IDAT\0\0\0\0"sv) + last);
     };
     const std::string gamma("\0\0\0\x04gAMA\0\0\0\0\0\0\0\0"sv);
     std::string_view type;
     EXPECT_TRUE(PovReadsAlike(jpeg(3), type));
     EXPECT_FALSE(PovReadsAlike(jpeg(4), type));  // CMYK
-    EXPECT_TRUE(PovReadsAlike(png(8, 2, {}), type));
-    EXPECT_FALSE(PovReadsAlike(png(8, 2, gamma), type));
-    EXPECT_FALSE(PovReadsAlike(png(16, 2, {}), type));
-    EXPECT_FALSE(PovReadsAlike(png(8, 6, {}), type));
+    EXPECT_TRUE(PovReadsAlike(png(8, 2, {}, end), type));
+    EXPECT_FALSE(PovReadsAlike(png(8, 2, gamma, end), type));
+    EXPECT_FALSE(PovReadsAlike(png(16, 2, {}, end), type));
+    EXPECT_FALSE(PovReadsAlike(png(8, 6, {}, end), type));
+    const std::string scan("\xFF\xDA\0\x04\0\0.."sv);
+    for (const char* damaged : {"\xFF\x5C..", "\xFF\xD8..", "\xFF\xC0.."})
+        EXPECT_FALSE(PovReadsAlike(jpeg(3, scan + damaged), type)) << damaged;
+    for (const std::string& damaged :
+         {""s, end.substr(0, 9), "\0\0\0\0WHAT...."s + end, end.substr(0, 11) + "."})
+        EXPECT_FALSE(PovReadsAlike(png(8, 2, {}, damaged), type)) << damaged;
     EXPECT_FALSE(PovReadsAlike(Bytes("GIF89a....................."), type));
     EXPECT_FALSE(PovReadsAlike({}, type));
 }
