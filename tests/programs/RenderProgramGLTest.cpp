@@ -130,6 +130,7 @@ const CExitCase kExits[] = {
     {"Usage", "box.3ds --size 0x0", 1, "--size"},
     {"UnknownCamera", "box.3ds old.png --camera Nobody", 1, "no camera 'Nobody'"},
     {"Missing", "none.3ds old.png", 2, "none.3ds"},
+    {"NameWithEscapes", "'a\x1B[31m\nb.3ds' old.png", 2, "a [31m b.3ds"},
     {"Broken", "broken.3ds old.png", 2, "broken.3ds"},
     {"Folder", "/tmp old.png", 2, "/tmp"},
     {"NoFolder", "box.3ds no/such/folder/a.png", 3, "no/such/folder/a.png"},

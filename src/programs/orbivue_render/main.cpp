@@ -33,7 +33,8 @@ constexpr int kSmoothSamples = 4;
 
 int Complain(const std::string& message, EExit code) {
     std::string line = "orbivue-render: " + message;
-    for (char& c : line) c = c == '\n' || c == '\r' ? ' ' : c;
+    for (char& c : line)
+        c = static_cast<unsigned char>(c) < 0x20 || c == 0x7F ? ' ' : c;  // a stranger may name files
     std::fprintf(stderr, "%s\n", line.c_str());
     return code;
 }
