@@ -4,6 +4,7 @@
 #include <wx/event.h>
 #include <wx/timer.h>
 
+#include <chrono>
 #include <functional>
 #include <string>
 #include <utility>
@@ -204,6 +205,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     wxTimer m_longPressTimer;
     CMotion m_motion;
     wxTimer m_restTimer;
-    bool m_hasLevels = false;      ///< the engine has no idle work to do for the scene
-    bool m_isInterrupted = false;  ///< the picture that was drawn last
+    bool m_hasLevels = false;                          ///< the engine has no idle work to do for the scene
+    std::chrono::steady_clock::duration m_fullTook{};  ///< of the last frame drawn in full
+    bool m_isInterrupted = false;                      ///< the picture that was drawn last
 };

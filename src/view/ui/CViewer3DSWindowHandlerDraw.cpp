@@ -18,6 +18,7 @@ namespace {
 
 /** Between two calls of the engine's idle work, which waits for another thread most of the time. */
 constexpr int kIdlePeriodMs = 15;
+constexpr std::chrono::milliseconds kSlowFrame{100};
 
 using CClock = std::chrono::steady_clock;
 
@@ -29,8 +30,10 @@ void CViewer3DSWindowHandler::OnPaint() {
     const bool moving = DrawsQuickly();
     GetEngine().SetMoving(moving);
     m_isInterrupted = false;
+    const CClock::time_point begin = CClock::now();
     DrawFrame(GL_RENDER, -1, -1);
     const CClock::time_point now = CClock::now();
+    if (!moving && !m_isInterrupted) m_fullTook = now - begin;
     const bool whole = !GetEngine().Prepared() || GetEngine().IsLastFrameWhole();
     m_motion.Drawn(m_isInterrupted ? EDrawn::Interrupted : whole ? EDrawn::Whole : EDrawn::Reduced, now);
     // What turns or plays by itself may do so for ever: levels are made meanwhile.
@@ -40,11 +43,13 @@ void CViewer3DSWindowHandler::OnPaint() {
     if (m_whenReady) CallAfter([work = std::exchange(m_whenReady, nullptr)] { work(); });
 }
 
-/** What moves by itself is drawn in full until there are levels, because without them much would be left out. */
+/** What moves is drawn in full until there are levels, because without them much would be left out; only what is
+ * moved by hand, and too slow for that, is not. */
 bool CViewer3DSWindowHandler::DrawsQuickly() {
     SetRunning();
     const CClock::time_point now = CClock::now();
-    return m_motion.IsMovedByHand(now) || (m_hasLevels && m_motion.IsMoving(now));
+    if (m_hasLevels) return m_motion.IsMoving(now);
+    return m_motion.IsMovedByHand(now) && m_fullTook > kSlowFrame;
 }
 
 void CViewer3DSWindowHandler::SetRunning() {
