@@ -33,6 +33,7 @@ set(ORBIVUE_ROOMS
   "session: base/* files picture settings model/* camera"
   "widgets: base/* files settings"
   "widgets/ui: base/* files settings widgets"
+  "widgets/tools/ui: base/* files"
   "view: base/* files picture settings model/* camera engine session"
   "view/ui: base/* files picture settings model/* camera engine engine/gl session widgets widgets/ui view"
   "export/pov/text: base/* model/prepare"
@@ -41,7 +42,7 @@ set(ORBIVUE_ROOMS
   "frame: base/* files settings model/* session"
   "frame/preview: base/* files settings"
   "frame/preview/ui: base/* files settings widgets widgets/ui frame/preview"
-  "frame/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/pov export/pov/ui frame frame/preview frame/preview/ui"
+  "frame/ui: base/* files picture settings model/* camera engine session widgets widgets/ui widgets/tools/ui view view/ui export/pov export/pov/ui frame frame/preview frame/preview/ui"
   "programs/orbivue: base/* files settings session export/pov"
   "programs/orbivue/ui: base/* files settings session widgets widgets/ui frame/ui programs/orbivue"
   "programs/orbivue_render: base/* files process picture model/* camera engine engine/gl engine/overlay")

@@ -7,8 +7,22 @@
 
 std::vector<CStatus> CEditLog::Apply(std::vector<CEdit> edits, std::wstring what) {
     const std::size_t before = m_done.size();
-    std::vector<CStatus> answers = Do({std::move(edits), std::move(what)});
+    std::vector<CStatus> answers = Do({std::move(edits), std::move(what), ++m_lastId});
     if (m_done.size() > before) m_undone.clear();
+    return answers;
+}
+
+std::vector<CStatus> CEditLog::Amend(std::uint64_t id, std::vector<CEdit> edits) {
+    if (m_done.empty() || m_done.back().id != id || !m_view.TakeBackEdits(m_done.back().edits.size()))
+        return {};
+    CStep before = std::move(m_done.back());
+    m_done.pop_back();
+    std::vector<CStatus> answers = Do({std::move(edits), before.what, ++m_lastId});
+    const bool isAmended = !m_done.empty() && m_done.back().id == m_lastId;
+    if (isAmended)
+        m_undone.clear();
+    else
+        (void)Do(std::move(before));  // its edits succeeded a moment ago
     return answers;
 }
 
@@ -31,6 +45,7 @@ const CEditLog::CStep* CEditLog::Redo() {
 void CEditLog::Clear() {
     m_done.clear();
     m_undone.clear();
+    m_savedState = 0;
 }
 
 std::vector<CStatus> CEditLog::Do(CStep step) {
@@ -38,6 +53,6 @@ std::vector<CStatus> CEditLog::Do(CStep step) {
     std::vector<CEdit> succeeded;
     for (std::size_t i = 0; i < step.edits.size() && i < answers.size(); ++i)
         if (answers[i]) succeeded.push_back(std::move(step.edits[i]));
-    if (!succeeded.empty()) m_done.push_back({std::move(succeeded), std::move(step.what)});
+    if (!succeeded.empty()) m_done.push_back({std::move(succeeded), std::move(step.what), step.id});
     return answers;
 }

@@ -44,12 +44,13 @@ enum class EOpened {
     Opened,
     AlreadyShown,  ///< a success: the same model is open already and stays as it is
     Failed,
-    Waits,  ///< the session is busy; it opens this next unless a newer request replaces it
+    Cancelled,  ///< the user keeps the scene with its unsaved edits; nothing has changed, and no listener is told
+    Waits,      ///< the session is busy; it opens this next unless a newer request replaces it
 };
 
 /** How an opening ended. */
 struct COpenReport {
-    EOpened result = EOpened::Failed;  ///< never Waits
+    EOpened result = EOpened::Failed;  ///< never Waits or Cancelled
     CError error;                      ///< why it failed
     bool isReload = false;             ///< the same file was read again; camera and frame stay
     unsigned folderModels = 0;         ///< number of models in the document's folder, itself included

@@ -47,7 +47,9 @@ CSession::CSession(CSceneView& view, CSessionFrame& frame, CRecentFileList& rece
       m_frame(frame),
       m_recent(recent),
       m_turns([&frame] { frame.AskForTurn(); }),
-      m_edits(view) {}
+      m_edits(view),
+      m_title(kTitle),
+      m_shownTitle(kTitle) {}
 
 bool CSession::KeepWhileBusy(std::function<void()> work) {
     if (IsBusy())
@@ -67,11 +69,12 @@ EOpened CSession::Open(const COpenRequest& request) {
 EOpened CSession::OpenNow(const COpenRequest& request) {
     const CTurns::CHold hold(m_turns);
     COpenReport report;
+    CDocument asked = DocumentOf(request);
+    const bool isRepeat = m_shown && m_shown->IsSame(asked);
+    if (!isRepeat && !MayLoseEdits()) return EOpened::Cancelled;
     {
         const CBusyFrame busy(m_frame);
-        CDocument asked = DocumentOf(request);
         m_frame.OnOpening();
-        const bool isRepeat = m_shown && m_shown->IsSame(asked);
         const CStatus shown = isRepeat ? CStatus(CDone{}) : Show(request);
         report.result = !shown ? EOpened::Failed : isRepeat ? EOpened::AlreadyShown : EOpened::Opened;
         if (!shown) report.error = shown.Error();
@@ -79,9 +82,8 @@ EOpened CSession::OpenNow(const COpenRequest& request) {
         m_document = std::move(asked);
     }
     if (!IsObj(m_document.path)) {
-        std::wstring title = std::wstring(kTitle) + L" - " + m_document.path;
-        if (!m_document.isOpen) title += L" - " + lng::Text("File open failed");
-        m_frame.ShowTitle(title);
+        m_title = std::wstring(kTitle) + L" - " + m_document.path;
+        if (!m_document.isOpen) m_title += L" - " + lng::Text("File open failed");
     }
     CountModels();
     if (m_document.HasFile()) {
@@ -183,6 +185,7 @@ void CSession::ReloadShown() {
     report.result = EOpened::Opened;
     report.isReload = true;
     const CTurns::CHold hold(m_turns);
+    if (!MayLoseEdits()) return;
     {
         const CBusyFrame busy(m_frame);
         const CStatus read = m_view.Reload();
@@ -207,6 +210,7 @@ void CSession::CountModels() {
 }
 
 void CSession::TellOfOpening(const COpenReport& report) {
+    ShowTitle();
     COpenReport told = report;
     told.folderModels = m_folderModels;
     const std::vector<CSessionListener*> listeners = m_listeners;  // they may come and go meanwhile
@@ -214,8 +218,17 @@ void CSession::TellOfOpening(const COpenReport& report) {
 }
 
 void CSession::TellOfChange() {
+    ShowTitle();
     const std::vector<CSessionListener*> listeners = m_listeners;
     for (CSessionListener* listener : listeners) listener->OnDocumentChanged();
+}
+
+/** The mark stands behind, so that the text before it stays the same. */
+void CSession::ShowTitle() {
+    std::wstring title = m_title + (HasUnsavedEdits() ? L" *" : L"");
+    if (title == m_shownTitle) return;
+    m_shownTitle = std::move(title);
+    m_frame.ShowTitle(m_shownTitle);
 }
 
 // --- the file --------------------------------------------------------------------------------------------
@@ -231,7 +244,8 @@ CStatus CSession::DeleteFile() {
     m_edits.Clear();
     m_shown.reset();
     m_folderModels = 0;
-    m_frame.ShowTitle(kTitle);
+    m_title = kTitle;
+    ShowTitle();
     CStatus deleted =
         document.HasFile() ? file_util_ex::TryDeleteFile(ConvertToUTF8(document.path)) : CStatus(CDone{});
     if (deleted) m_recent.Remove(document.path);
@@ -246,6 +260,7 @@ CStatus CSession::Save(const std::wstring& path) {
     const CTurns::CHold hold(m_turns);
     const CBusyFrame busy(m_frame);
     CStatus saved = m_view.SaveToPath(path);
+    if (saved) m_edits.MarkSaved();
     CountModels();
     TellOfChange();
     return saved;

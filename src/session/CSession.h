@@ -55,11 +55,20 @@ class CSession {
     /** Applies edits as one step that can be undone, and returns one status for each. what: translated, what
      * the step does. All edits fail while the session is busy. The caller repaints. */
     std::vector<CStatus> Apply(std::vector<CEdit> edits, const std::wstring& what);
+    /** Puts other edits in the place of those of the last step (see CEditLog::Amend), for a change that follows
+     * the user's hand. Listeners are not told, as nothing that menus or titles show changes. The caller
+     * repaints. */
+    std::vector<CStatus> Amend(std::uint64_t step, std::vector<CEdit> edits);
     /** Deletes a node and shows a message that tells how to undo it. */
     void DeleteNode(const std::string& node);
     void Undo();
     void Redo();
     [[nodiscard]] const CEditLog& Edits() const { return m_edits; }
+    /** The scene has edits that were not saved, or lacks some that were. The title marks it with "*". */
+    [[nodiscard]] bool HasUnsavedEdits() const { return m_edits.HasUnsaved(); }
+    /** To be called before the shown scene is dropped. With unsaved edits the frame asks the user. False when the
+     * scene is to stay; what was asked for during the question is dropped, too. */
+    [[nodiscard]] bool MayLoseEdits();
 
     // --- playing -----------------------------------------------------------------------------------------
     void Play(bool play);
@@ -86,6 +95,7 @@ class CSession {
     void CountModels();
     void TellOfOpening(const COpenReport& report);
     void TellOfChange();
+    void ShowTitle();
 
     CSceneView& m_view;
     CSessionFrame& m_frame;
@@ -96,4 +106,6 @@ class CSession {
     CDocument m_document;
     std::optional<CDocument> m_shown;  ///< whose scene the view shows; after some failures not m_document
     unsigned m_folderModels = 0;
+    std::wstring m_title;       ///< without a mark
+    std::wstring m_shownTitle;  ///< as the frame shows it
 };

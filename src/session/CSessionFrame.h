@@ -12,6 +12,9 @@ class CSessionFrame {
     virtual void ShowMessage(const std::wstring& text) = 0;
     /** Shows a message box and returns when the user has closed it. */
     virtual void Tell(const std::wstring& text) = 0;
+    /** The edits of the shown scene are not saved, and something is about to drop them. Must ask the user what to
+     * do with them, and save them if that is wanted. True: go on; false: the scene is to stay. */
+    [[nodiscard]] virtual bool MayLoseEdits() { return true; }
     /** The wait cursor is shown from BeginBusy to EndBusy. */
     virtual void BeginBusy() = 0;
     virtual void EndBusy() = 0;

@@ -17,6 +17,19 @@ std::vector<CStatus> CSession::Apply(std::vector<CEdit> edits, const std::wstrin
     return answers;
 }
 
+std::vector<CStatus> CSession::Amend(std::uint64_t step, std::vector<CEdit> edits) {
+    if (IsBusy()) return {};
+    return m_edits.Amend(step, std::move(edits));
+}
+
+bool CSession::MayLoseEdits() {
+    if (!HasUnsavedEdits()) return true;
+    const CTurns::CHold hold(m_turns);
+    if (m_frame.MayLoseEdits()) return true;
+    m_turns.ForgetAll();  // a step or a request to close that came meanwhile would ask again
+    return false;
+}
+
 void CSession::DeleteNode(const std::string& node) {
     const std::wstring what = lng::Text("deleted %s", lng::ConvertFromUTF8(node));
     const std::vector<CStatus> answers = Apply({CDeleteEdit{node}}, what);

@@ -29,6 +29,8 @@ class CTurns {
     void Keep(std::function<void()> work);
     /** Drops the work that was kept. */
     void ForgetKept() { m_waiting = nullptr; }
+    /** Drops the work that was kept, and a request to close. */
+    void ForgetAll() { m_waiting = m_close = nullptr; }
     /** True when the window may close now. If not, close is kept, and RunWaiting calls it. */
     [[nodiscard]] bool MayClose(std::function<void()> close);
     /** Runs what waits. Does nothing while the turn is held. */

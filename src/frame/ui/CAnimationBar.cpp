@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "base/text/lng.h"
-#include "frame/ui/command_tool_bar.h"
+#include "widgets/tools/ui/tool_icon.h"
 #include "widgets/ui/accessible_name.h"
 
 CAnimationBar::CAnimationBar(wxWindow* parent, CActions actions)

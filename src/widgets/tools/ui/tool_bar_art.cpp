@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#include "widgets/tools/ui/tool_bar_art.h"
+
+#include <wx/menu.h>
+
+namespace {
+
+/** The standard art, except for the menu of the tools that do not fit: it disables items and shows ticked
+ * toggles as the toolbar does. */
+class CToolBarArt final : public wxAuiDefaultToolBarArt {
+  public:
+    wxAuiToolBarArt* Clone() override { return new CToolBarArt(*this); }
+
+    int ShowDropDown(wxWindow* bar, const wxAuiToolBarItemArray& items) override {
+        wxMenu menu;
+        for (std::size_t i = 0; i < items.GetCount(); ++i) Append(menu, items[i]);
+        const int chosen = bar->GetPopupMenuSelectionFromUser(menu, Below(*bar));
+        return chosen == wxID_NONE ? -1 : chosen;
+    }
+
+  private:
+    static void Append(wxMenu& menu, const wxAuiToolBarItem& tool) {
+        if (tool.GetKind() == wxITEM_SEPARATOR) {
+            if (menu.GetMenuItemCount() > 0) menu.AppendSeparator();
+            return;
+        }
+        const bool isToggle = tool.GetKind() == wxITEM_CHECK;
+        if (!isToggle && tool.GetKind() != wxITEM_NORMAL) return;
+        const wxString text = wxControl::EscapeMnemonics(tool.GetShortHelp());
+        auto* item =
+            new wxMenuItem(&menu, tool.GetId(), text, wxEmptyString, isToggle ? wxITEM_CHECK : wxITEM_NORMAL);
+        if (!isToggle) item->SetBitmap(tool.GetBitmapBundle());
+        menu.Append(item);
+        item->Enable((tool.GetState() & wxAUI_BUTTON_STATE_DISABLED) == 0);
+        if (isToggle) item->Check((tool.GetState() & wxAUI_BUTTON_STATE_CHECKED) != 0);
+    }
+    static wxPoint Below(const wxWindow& bar) {
+        const wxSize size = bar.GetClientSize();
+        return {size.x, size.y};
+    }
+};
+
+}  // namespace
+
+wxAuiToolBarArt* MakeToolBarArt() {
+    return new CToolBarArt;
+}
+
+void ShowArrowWhereNeeded(wxAuiToolBar& bar) {
+    bar.Bind(wxEVT_SIZE, [&bar](wxSizeEvent& event) {
+        if (bar.GetOverflowVisible() == bar.GetToolBarFits()) bar.SetOverflowVisible(!bar.GetToolBarFits());
+        event.Skip();
+    });
+}
