@@ -5,12 +5,14 @@
 #include <cmath>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 CViewGestures::CViewGestures(CGestureTarget& target, CTrackBallMotion& trackBall, CViewToolState* tools)
     : m_target(target), m_trackBall(trackBall), m_tools(tools) {}
 
 void CViewGestures::LeftDown(int x, int y, bool controlDown) {
     m_pan.reset();
+    m_hasMissed = false;
     if (controlDown) {
         m_zoomBox = C2DRect(x, y, x, y);
     } else if (m_dragState == EDragState::Idle && !UseTool(x, y)) {
@@ -24,18 +26,25 @@ void CViewGestures::LeftDown(int x, int y, bool controlDown) {
 /** True when a tool took the press. */
 bool CViewGestures::UseTool(int x, int y) {
     if (!m_tools) return false;
+    m_pressPoint = {x, y};
     if (!m_tools->IsActive()) {
-        m_pressPoint = {x, y};
         m_target.StartLongPress(kLongPressMs);
         return false;
     }
     const char* node = m_target.PickNode(x, y);
+    m_hasMissed = !node;
     if (!node) return false;
     m_tools->Apply(node);
     return true;
 }
 
+bool CViewGestures::IsNearPress(int x, int y) const {
+    return std::abs(x - m_pressPoint.x) <= kLongPressSlopPx &&
+           std::abs(y - m_pressPoint.y) <= kLongPressSlopPx;
+}
+
 void CViewGestures::Move(int x, int y, bool leftDown) {
+    m_hasMissed = m_hasMissed && leftDown && IsNearPress(x, y);
     if (!leftDown && m_dragState != EDragState::Idle) FinishDrag(x, y);
     if (m_dragState == EDragState::Dragging) {
         Follow(Flipped(x, y));
@@ -61,6 +70,7 @@ void CViewGestures::Follow(CPixel point) {
 void CViewGestures::LeftUp(int x, int y) {
     m_target.StopLongPress();
     if (m_dragState != EDragState::Idle) FinishDrag(x, y);
+    if (std::exchange(m_hasMissed, false) && m_tools && m_tools->IsActive()) m_tools->Miss();
     if (!m_zoomBox) return;
     // The box ends at the last move of the mouse, not where the button was released.
     const C2DRect box = m_zoomBox->Normalized();
@@ -151,8 +161,7 @@ void CViewGestures::DoubleClick(int x, int y) {
 }
 
 void CViewGestures::LongPress(int x, int y) {
-    if (std::abs(x - m_pressPoint.x) > kLongPressSlopPx || std::abs(y - m_pressPoint.y) > kLongPressSlopPx)
-        return;
+    if (!IsNearPress(x, y)) return;
     const char* node = m_target.PickNode(m_pressPoint.x, m_pressPoint.y);
     if (!node) return;
     // No EndWork: the node disappears at the next repaint, whatever its cause.

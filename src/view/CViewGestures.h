@@ -78,6 +78,7 @@ class CViewGestures {
   private:
     [[nodiscard]] CPixel Flipped(int x, int y) const { return {x, m_target.ViewHeight() - y - 1}; }
     [[nodiscard]] bool UseTool(int x, int y);
+    [[nodiscard]] bool IsNearPress(int x, int y) const;
     void FinishDrag(int x, int y);
     void Follow(CPixel point);
     void PanTo(CPixel point);
@@ -89,6 +90,7 @@ class CViewGestures {
     EDragState m_dragState = EDragState::Idle;
     CPixel m_dragPoint;
     CPixel m_pressPoint;
+    bool m_hasMissed = false;  ///< the press under way met no node with a tool, and has not moved since
     std::optional<C2DRect> m_zoomBox;
     struct CPan {
         CPixel last;

@@ -11,7 +11,8 @@
 #include "view/pick_records.h"
 
 CViewer3DSWindowHandler::CViewer3DSWindowHandler(wxWindow* parent, CViewToolState* tools)
-    : m_gestures(*this, m_trackBall, tools),
+    : m_tools(tools),
+      m_gestures(*this, m_trackBall, tools),
       m_longPressTimer(this, wxWindow::NewControlId()),
       m_restTimer(this, wxWindow::NewControlId()) {
     SetCanvas(std::unique_ptr<CGLCanvasI>(CGLCanvasI::Create(this, parent)));
@@ -110,6 +111,15 @@ void CViewer3DSWindowHandler::SetRotate(bool rotate) {
 
 void CViewer3DSWindowHandler::Redraw() {
     EndWork();
+}
+
+void CViewer3DSWindowHandler::RedrawQuickly() {
+    Moved();
+    EndWork();
+}
+
+void CViewer3DSWindowHandler::UpdateCursor() {
+    if (m_tools) ShowCursor(m_tools->GetCursor());
 }
 
 const char* CViewer3DSWindowHandler::PickNode(int x, int y) {

@@ -126,6 +126,11 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     void SetFrameListener(std::function<void()> listener) { m_frameListener = std::move(listener); }
     /** Repaints the canvas; call it after changing the engine. */
     void Redraw();
+    /** The same for changes that follow the user's hand, one after another: pictures come as quickly as while the
+     * model is turned, and the full one when the changes end. */
+    void RedrawQuickly();
+    /** Shows the pointer of the tool that is in use now, without waiting for the mouse to move. */
+    void UpdateCursor();
 
     /** The name of the node seen at a point, owned by the engine and valid until the scene is edited; null
      * for none. */
@@ -193,6 +198,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     std::wstring m_path;
     bool m_rotate = false;
     CTrackBall m_trackBall{true};
+    CViewToolState* m_tools;
     CViewGestures m_gestures;
     std::function<void()> m_whenReady;
     std::function<void()> m_frameListener;

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // What the view does with the events of its canvas, and what gestures do with the scene.
-#include <wx/cursor.h>
 #include <wx/utils.h>
 #include <wx/window.h>
 
@@ -14,24 +13,9 @@
 #include "engine/CGLCanvasI.h"
 #include "view/CKeyDownListener.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
+#include "view/ui/tool_cursors.h"
 
 namespace {
-
-wxCursor CursorOf(EToolCursor cursor) {
-    switch (cursor) {
-        case EToolCursor::Color:
-            return wxCursor(wxCURSOR_PAINT_BRUSH);
-        case EToolCursor::Shininess:
-            return wxCursor(wxCURSOR_SPRAYCAN);
-        case EToolCursor::Transparency:
-            return wxCursor(wxCURSOR_MAGNIFIER);
-        case EToolCursor::ReplaceNode:
-            return wxCursor(wxCURSOR_HAND);
-        case EToolCursor::Standard:
-            break;
-    }
-    return wxCursor(wxCURSOR_ARROW);
-}
 
 struct CModelKey {
     int keyCode;
@@ -194,7 +178,7 @@ void CViewer3DSWindowHandler::StopLongPress() {
 void CViewer3DSWindowHandler::ShowCursor(EToolCursor cursor) {
     if (cursor == m_cursor || !GetCanvas()) return;
     m_cursor = cursor;
-    GetCanvas()->GetWindow()->SetCursor(CursorOf(cursor));
+    ShowToolCursor(*GetCanvas()->GetWindow(), cursor);
 }
 
 void CViewer3DSWindowHandler::TellLeftButtonDown() {
