@@ -51,7 +51,8 @@ std::string CNoteList::Printable(std::string_view name) {
     std::string result;
     while (!name.empty() && result.size() < kMaxBytes) {
         const auto first = utf8_text::First(name);
-        const bool printable = first && first->code >= 0x20 && first->code != 0x7F;
+        const bool isControl = first && (first->code < 0x20 || (first->code >= 0x7F && first->code < 0xA0));
+        const bool printable = first && !isControl;
         const std::size_t length = printable ? first->length : 1;
         result += printable ? name.substr(0, length) : "?";
         name.remove_prefix(length);
