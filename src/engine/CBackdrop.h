@@ -23,7 +23,8 @@ class CBackdrop {
     void Fit(CGlCurrent& gl, const std::shared_ptr<const CImage>& image, int width, int height);
     void DrawTexture(CGlCurrent& gl, ETextureFilter filter);
 
-    std::shared_ptr<const CImage> m_image;  ///< that the texture was made of; held, so that its address stays its own
+    std::shared_ptr<const CImage>
+        m_image;  ///< that the texture was made of; held, so that its address stays its own
     int m_width = 0, m_height = 0;
     CGlTexture m_texture;
     bool m_hasShaders = false;

@@ -110,8 +110,8 @@ CImage CoverWithPicture(const CImage& image, int width, int height) {
     if (image.IsEmpty() || width <= 0 || height <= 0) return {};
     if (image.width == width && image.height == height) return image;
     // Source pixels in one target pixel.
-    const double step = std::min(static_cast<double>(image.width) / width,
-                                 static_cast<double>(image.height) / height);
+    const double step =
+        std::min(static_cast<double>(image.width) / width, static_cast<double>(image.height) / height);
     const int factor = static_cast<int>(step);
     if (factor > 1) return CoverWithPicture(Averaged(image, factor), width, height);
     const std::vector<CTaps> columns = TapsFor(width, step * width, image.width);

@@ -42,9 +42,7 @@ class BackdropGLTest : public testing::Test {
         (void)glGetError();  // here there is no window for TakePicture to go back to
         return taken;
     }
-    void Show(CImage image) {
-        m_engine.SetBackgroundImage(std::make_shared<const CImage>(std::move(image)));
-    }
+    void Show(CImage image) { m_engine.SetBackgroundImage(std::make_shared<const CImage>(std::move(image))); }
 
     COffscreenContext m_context = COffscreenContext::Create(kWidth, kHeight).Value();
     C3dsDisplayWrap m_engine;
@@ -86,7 +84,8 @@ TEST_F(BackdropGLTest, PictureCoversAViewOfAnotherShape) {
         EXPECT_TRUE(HasColor(seen, 0, 0, {255, 0, 0}));
         EXPECT_TRUE(HasColor(seen, width - 1, 0, {0, 255, 0}));
         EXPECT_TRUE(HasColor(seen, width - 1, height - 1, {255, 255, 255}));
-        EXPECT_TRUE(HasColor(seen, width / 2 - 2, height / 2 - 30, {255, 0, 0})) << "its middle is not in the middle";
+        EXPECT_TRUE(HasColor(seen, width / 2 - 2, height / 2 - 30, {255, 0, 0}))
+            << "its middle is not in the middle";
     }
 }
 

@@ -58,7 +58,17 @@ const CCoverCase kCases[] = {
     {"GreyWhenHalvedAndMore", 1000, 1000, Checks, 430, 410, 17, 101, {128, 128, 128, 255}, 6},
     {"ClearPixelsDoNotColour", 400, 400, RedBesideClear, 40, 40, 20, 20, {255, 0, 0, 128}},
     {"NorWhenItGrows", 2, 1, RedBesideClear, 200, 100, 100, 50, {255, 0, 0, 127}, 2},
-    {"OnePixel", 1, 1, [](int, int) { return CPixel{10, 20, 30, 40}; }, 7, 5, 6, 4, {10, 20, 30, 40}},
+    {"OnePixel",
+     1,
+     1,
+     [](int, int) {
+         return CPixel{10, 20, 30, 40};
+     },
+     7,
+     5,
+     6,
+     4,
+     {10, 20, 30, 40}},
     {"LongAndThin", 4000, 1, ThirdsAcross, 20, 20, 10, 10, kBlue},
 };
 
@@ -66,7 +76,8 @@ class CoverPictureTest : public testing::TestWithParam<CCoverCase> {};
 
 TEST_P(CoverPictureTest, ShowsTheMiddleWellFiltered) {
     const CCoverCase& row = GetParam();
-    const CImage covered = CoverWithPicture(Painted(row.width, row.height, row.paint), row.toWidth, row.toHeight);
+    const CImage covered =
+        CoverWithPicture(Painted(row.width, row.height, row.paint), row.toWidth, row.toHeight);
     ASSERT_EQ(covered.width, row.toWidth);
     ASSERT_EQ(covered.height, row.toHeight);
     for (std::size_t c = 0; c < 4; ++c)
