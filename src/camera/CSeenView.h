@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
 #include <span>
 #include <string_view>
 
@@ -8,6 +9,8 @@
 #include "base/math/CRotation.h"
 #include "base/math/CSphere.h"
 #include "camera/CViewCamera.h"
+
+struct CImage;
 
 /** Everything that decides what is seen of a prepared scene. The main window, saved pictures and exporters
  * take it as one value and get their matrices from it, so that they all show the same. A reload keeps it.
@@ -23,9 +26,12 @@ struct CSeenView {
     double orbit = 0;                    ///< radians; see OrbitedEye
     CVec3d pivot;
     CVec3d scale{1, 1, 1};
-    CVec3d aside;       ///< from the look-at point to the turning point
-    CVec3d shift;       ///< of the turned scene
-    CVec3 background;   ///< 0..1
+    CVec3d aside;      ///< from the look-at point to the turning point
+    CVec3d shift;      ///< of the turned scene
+    CVec3 background;  ///< 0..1
+    /** Behind the scene: covers the view, its middle in the view's middle, its alpha over the background. Null for none.
+     * Shared by all who hold a seen view, as a picture may be large. */
+    std::shared_ptr<const CImage> backgroundImage;
     bool wire = false;  ///< polygons as lines
     float frame = 0;    ///< of the animation
 

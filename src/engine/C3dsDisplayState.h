@@ -4,9 +4,12 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "camera/CSeenView.h"
 #include "engine/C3dsDisplayWrap.h"
+#include "engine/CBackdrop.h"
 #include "engine/draw/CSceneRenderer.h"
 #include "engine/overlay/overlays.h"
 #include "model/edit/CSceneEdits.h"
@@ -29,10 +32,12 @@ struct C3dsDisplayWrap::CState {
     CError lastError;
 
     CSceneRenderer renderer;
+    CBackdrop backdrop;
     EGpu gpu = EGpu::Nothing;
     CDrawOptions options;
     COverlays overlays;
-    CDepthRange depthRange;  ///< of the last InitDrawings
+    std::optional<std::vector<std::string>> emphasis;  ///< see SetEmphasis
+    CDepthRange depthRange;                            ///< of the last InitDrawings
     bool moving = false;
     bool wholeFrame = true;              ///< of the last drawing
     int reduction = 0;                   ///< of the last drawing, see GetLastReduction
@@ -70,6 +75,8 @@ struct C3dsDisplayWrap::CState {
     std::vector<CStatus> Apply(std::span<const CEdit> all);
     /** Sets framing from the frame that is shown, unless the scene has been edited. */
     void DecideFraming();
+    /** Marks the nodes to be dimmed. */
+    void Emphasize();
     /** To be called after every change of the prepared scene. */
     void SceneChanged();
 };

@@ -40,6 +40,9 @@ void C3dsDisplayWrap::CState::Show(CLoadedScene loaded) {
     seen.orbit = 0;
     seen.pivot = {};
     seen.scale = {1, 1, 1};
+    seen.backgroundImage.reset();
+    emphasis.reset();
+    Emphasize();
     SetPreset(ECameraPreset::Iso);
 }
 
@@ -130,6 +133,7 @@ void C3dsDisplayWrap::CloseModel() {
     if (m_state->gpu == CState::EGpu::Ready || m_state->gpu == CState::EGpu::NeedsRefresh) {
         CGlCurrent gl;
         m_state->renderer.Clear(gl);
+        m_state->backdrop.Clear(gl);
     }
     m_state->gpu = CState::EGpu::Nothing;
     m_state->edits.reset();

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -154,6 +155,10 @@ class C3dsDisplayWrap {
      * clock. */
     void SetFrameClock(std::function<double()> nowMs);
 
+    /** All nodes but these (by their names in Prepared()) are drawn as ghosts, so that these stand out, also inside of
+     * others; an empty list leaves ghosts only. Nothing: all are drawn as they are, as after every opening. Picking,
+     * TakePicture and exports take no notice. */
+    void SetEmphasis(std::optional<std::vector<std::string>> nodes);
     /** DrawModel draws them after the scene in GL_RENDER. */
     void SetOverlays(const COverlays& overlays);
     [[nodiscard]] const COverlays& Overlays() const;
@@ -162,12 +167,13 @@ class C3dsDisplayWrap {
     [[nodiscard]] const CSeenView& SeenView() const;
     /** seen must belong to the open scene. The size of the view stays that of SetPreviewSize. */
     void SetSeenView(const CSeenView& seen);
-    /** Each sets one part of the seen view. Opening a scene resets pivot, scale and turn. Numbers that are
-     * not finite change nothing. */
+    /** Each sets one part of the seen view. Opening a scene resets pivot, scale, turn and the background's picture.
+     * Numbers that are not finite change nothing. */
     void SetPivotOffset(CVec3d offset);
     void SetScale(CVec3d scale);
     void SetTurn(const CRotation& turn, double orbit);
     void SetWireframe(bool wire);
+    void SetBackgroundImage(std::shared_ptr<const CImage> image);
 
     // --- camera -----------------------------------------------------------------------------------------
     void SetPreset(ECameraPreset preset);

@@ -98,6 +98,10 @@ void C3dsDisplayWrap::SetWireframe(bool wire) {
     m_state->seen.wire = wire;
 }
 
+void C3dsDisplayWrap::SetBackgroundImage(std::shared_ptr<const CImage> image) {
+    m_state->seen.backgroundImage = std::move(image);
+}
+
 float C3dsDisplayWrap::GetXOrg() const {
     return m_state->seen.camera.Target().x;
 }

@@ -2,6 +2,9 @@
 #include <algorithm>
 #include <cmath>
 #include <span>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
 
 #include "base/text/lng.h"
 #include "engine/C3dsDisplayState.h"
@@ -76,7 +79,7 @@ class CIntoPicture {
     }
 };
 
-/** Sets another seen view during its lifetime, and draws it exactly. */
+/** Sets another seen view during its lifetime, and draws it exactly, with nothing dimmed. */
 template <class State>
 class CShownMeanwhile {
   public:
@@ -85,6 +88,7 @@ class CShownMeanwhile {
           m_seen(state.seen),
           m_preview(state.preview),
           m_overlays(state.overlays),
+          m_dimmed(std::exchange(state.options.dimmed, {})),
           m_wholeFrame(state.wholeFrame) {
         const CViewCamera& camera = seen.camera;
         state.options.exact = true;
@@ -94,6 +98,7 @@ class CShownMeanwhile {
     CShownMeanwhile& operator=(const CShownMeanwhile&) = delete;
     ~CShownMeanwhile() {
         m_state.options.exact = false;
+        m_state.options.dimmed = std::move(m_dimmed);
         m_state.wholeFrame = m_wholeFrame;
         Show(m_seen, m_preview, m_overlays);
     }
@@ -111,6 +116,7 @@ class CShownMeanwhile {
     CSeenView m_seen;
     C2DRect m_preview;
     COverlays m_overlays;
+    std::vector<bool> m_dimmed;
     bool m_wholeFrame;
 };
 
@@ -163,6 +169,8 @@ bool C3dsDisplayWrap::InitDrawings(int renderMode, int x, int y) {
     m_state->SyncGpu(gl);
     if (renderMode == GL_SELECT) {
         RestrictTo(static_cast<float>(x) + 0.5f, static_cast<float>(height - y) - 0.5f, width, height);
+    } else {
+        m_state->backdrop.Draw(gl, m_state->seen.backgroundImage);
     }
     const CSeenView& seen = m_state->seen;
     m_state->depthRange = seen.DepthRange(m_state->prepared.boundingSphere,
@@ -241,6 +249,18 @@ void C3dsDisplayWrap::SetUseFileLights(bool use) {
 void C3dsDisplayWrap::SetOverlays(const COverlays& overlays) {
     m_state->overlays = overlays;
 }
+void C3dsDisplayWrap::SetEmphasis(std::optional<std::vector<std::string>> nodes) {
+    m_state->emphasis = std::move(nodes);
+    m_state->Emphasize();
+}
+
+void C3dsDisplayWrap::CState::Emphasize() {
+    options.dimmed.clear();
+    if (!emphasis) return;
+    const std::unordered_set<std::string_view> named(emphasis->begin(), emphasis->end());
+    for (const CPreparedNode& node : prepared.nodes) options.dimmed.push_back(!named.contains(node.name));
+}
+
 const COverlays& C3dsDisplayWrap::Overlays() const {
     return m_state->overlays;
 }

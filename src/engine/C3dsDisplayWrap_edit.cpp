@@ -47,6 +47,7 @@ std::vector<CStatus> C3dsDisplayWrap::CState::Apply(std::span<const CEdit> all) 
 void C3dsDisplayWrap::CState::SceneChanged() {
     if (gpu == EGpu::Ready) gpu = EGpu::NeedsRefresh;
     FollowFileCamera();
+    Emphasize();
 }
 
 bool C3dsDisplayWrap::CState::Edit(const CEdit& edit) {

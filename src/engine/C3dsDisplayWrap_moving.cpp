@@ -20,6 +20,7 @@ void C3dsDisplayWrap::CState::DrawInTime(CGlCurrent& gl) {
     if (reduction > 0) {
         CResult<CReducedDrawing> smaller = CReducedDrawing::Begin(gl, reduction);
         if (smaller) {
+            if (seen.backgroundImage) backdrop.DrawReduced(gl);
             DrawScene(gl);
             return smaller.Value().Finish(gl);
         }

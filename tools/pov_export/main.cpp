@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/text/number_text.h"
+#include "base/text/utf8_text.h"
 #include "camera/CSeenOptions.h"
 #include "export/pov/C3ds2Pov.h"
 #include "export/pov/C3ds2PovExportFlow.h"
@@ -134,6 +135,6 @@ int main(int argc, char** argv) {
     }
     const CStatus status = Export(options, argv[optind], argv[optind + 1]);
     if (status) return 0;
-    std::fprintf(stderr, "orbivue-pov: %s\n", status.Error().Text().c_str());
+    std::fprintf(stderr, "orbivue-pov: %s\n", utf8_text::Printable(status.Error().Text(), ' ').c_str());
     return 2;
 }

@@ -71,6 +71,21 @@ std::string_view Cut(std::string_view text, std::size_t maxBytes) {
     return text.substr(0, maxBytes);  // no UTF-8
 }
 
+std::string Printable(std::string_view text, char replacement) {
+    std::string result;
+    while (!text.empty()) {
+        const auto first = First(text);
+        const bool isControl = first && (first->code < 0x20 || (first->code >= 0x7F && first->code < 0xA0));
+        const std::size_t length = first ? first->length : 1;
+        if (first && !isControl)
+            result += text.substr(0, length);
+        else
+            result += replacement;
+        text.remove_prefix(length);
+    }
+    return result;
+}
+
 }  // namespace utf8_text
 
 namespace file_util_ex {

@@ -52,9 +52,7 @@ void CBatchDrawer::DrawTransparent(const std::vector<CDrawItem>& items) {
         if (m_pace.HasEnded()) return;
         Prepare(item);
         const CPreparedMaterial& material = m_scene.materials[item.material];
-        const GLenum behind = material.additive ? GL_ONE : GL_ONE_MINUS_SRC_ALPHA;
-        const GLenum own = m_pipeline.MultipliesByOpacity() ? GL_ONE : GL_SRC_ALPHA;
-        glBlendFuncSeparate(own, behind, material.additive ? GL_ZERO : GL_ONE, behind);
+        BlendAs(material);
         if (item.sorted) {
             m_sorted.BindIndices(m_gl, item.node, item.batch);
             m_ownIndices = false;
@@ -65,6 +63,23 @@ void CBatchDrawer::DrawTransparent(const std::vector<CDrawItem>& items) {
             DrawTriangles(item);
         }
     }
+}
+
+void CBatchDrawer::BlendAs(const CPreparedMaterial& material) {
+    const GLenum behind = material.additive ? GL_ONE : GL_ONE_MINUS_SRC_ALPHA;
+    const GLenum own = m_pipeline.MultipliesByOpacity() ? GL_ONE : GL_SRC_ALPHA;
+    glBlendFuncSeparate(own, behind, material.additive ? GL_ZERO : GL_ONE, behind);
+}
+
+void CBatchDrawer::DrawDimmed(const std::vector<CDrawItem>& opaque,
+                              const std::vector<CDrawItem>& transparent) {
+    if (opaque.empty() && transparent.empty()) return;
+    glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+    m_material.reset();
+    DrawOpaque(opaque);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    DrawTransparent(opaque);
+    DrawTransparent(transparent);
 }
 
 void CBatchDrawer::DrawTriangles(const CDrawItem& item) {

@@ -23,8 +23,11 @@ class CBatchDrawer {
     /** Both end early when the pace says so. */
     void DrawOpaque(const std::vector<CDrawItem>& items);
     void DrawTransparent(const std::vector<CDrawItem>& items);
+    /** Of the opaque ones only what is nearest shows, blended once, as if all of them were one thing of glass. */
+    void DrawDimmed(const std::vector<CDrawItem>& opaque, const std::vector<CDrawItem>& transparent);
 
   private:
+    void BlendAs(const CPreparedMaterial& material);
     void Prepare(const CDrawItem& item);
     void UseMaterial(const CDrawItem& item);
     void UsePolygonMode(const CPreparedMaterial& material);

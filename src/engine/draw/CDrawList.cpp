@@ -30,8 +30,9 @@ class CKeys {
           m_keys(m_known.size()) {}
 
     std::uint32_t Of(std::uint32_t material, const CSurfaceUse& use) {
-        const std::size_t kind = (static_cast<std::size_t>(use.part) * 2 + (use.hasTexCoords ? 1u : 0u)) * 2 +
-                                 (use.litByVertex ? 1u : 0u);
+        std::size_t kind = static_cast<std::size_t>(use.part);
+        for (const bool flag : {use.hasTexCoords, use.litByVertex, use.dimmed})
+            kind = kind * 2 + (flag ? 1u : 0u);
         const std::size_t at = material * kKinds + kind;
         if (!m_known[at]) {
             m_keys[at] = m_pipeline.SortKey(m_scene.materials[material], use);
@@ -41,7 +42,7 @@ class CKeys {
     }
 
   private:
-    static constexpr std::size_t kKinds = 12;  ///< of keys of one material
+    static constexpr std::size_t kKinds = 24;  ///< of keys of one material
     const CPreparedScene& m_scene;
     const CDrawPipeline& m_pipeline;
     std::vector<bool> m_known;
@@ -78,6 +79,7 @@ class CListBuilder {
         item.depth = DepthOf(m_row, m_scene.meshes[m_mesh].bounds.Center());
         item.rank = m_plan.largeFirst ? RankOf(plan.screen.pixels) : 0;
         item.use.hasTexCoords = m_meshes.HasTexCoords(m_mesh);
+        item.use.dimmed = plan.dimmed;
         if (m_shape.batches == nullptr) return AddBoxes(item, plan);
         for (std::uint32_t b = 0; b < m_shape.batches->size(); ++b) {
             const CPreparedBatch& batch = (*m_shape.batches)[b];
@@ -115,18 +117,20 @@ class CListBuilder {
         const CPreparedMaterial& material = m_scene.materials[batch.material];
         if (item.indexCount == 0 || IsInvisible(material)) return;
         item.material = batch.material;
+        std::vector<CDrawItem>& opaque = item.use.dimmed ? list.dimmedOpaque : list.opaque;
         if (!IsBlended(material)) {
-            if (!repeated) Put(list.opaque, item, ESurfacePart::Whole);
+            if (!repeated) Put(opaque, item, ESurfacePart::Whole);
             return;
         }
         const bool parts = MayBeSolid(material);
-        if (parts && !repeated) Put(list.opaque, item, ESurfacePart::Solid);
+        if (parts && !repeated) Put(opaque, item, ESurfacePart::Solid);
         if (!material.additive && !m_shape.sorting.vertices.empty() && CSortedBatches::Sorts(batch)) {
             item.depth = m_sorted.Sort(m_gl, item.node, item.batch, m_shape.sorting, batch, m_row).Middle();
             item.sorted = true;
             item.firstIndex = 0;
         }
-        Put(list.transparent, item, parts ? ESurfacePart::Translucent : ESurfacePart::Whole);
+        Put(item.use.dimmed ? list.dimmedTransparent : list.transparent, item,
+            parts ? ESurfacePart::Translucent : ESurfacePart::Whole);
     }
 
     void Put(std::vector<CDrawItem>& to, CDrawItem item, ESurfacePart part) {
@@ -151,7 +155,8 @@ class CListBuilder {
 
 double CDrawList::Triangles() const {
     double sum = 0;
-    for (const auto* items : {&opaque, &transparent}) {
+    // Opaque dimmed ones are drawn twice.
+    for (const auto* items : {&opaque, &transparent, &dimmedOpaque, &dimmedOpaque, &dimmedTransparent}) {
         for (const CDrawItem& item : *items) sum += item.indexCount / 3;
     }
     return sum;
@@ -169,8 +174,9 @@ CDrawList CDrawList::Build(CGlCurrent& gl, const CPreparedScene& scene, const CF
         return std::tie(a.rank, b.key, b.material, a.depth, b.node) <
                std::tie(b.rank, a.key, a.material, b.depth, a.node);
     };
-    std::sort(list.opaque.begin(), list.opaque.end(), byState);
-    std::stable_sort(list.transparent.begin(), list.transparent.end(),
-                     [](const CDrawItem& a, const CDrawItem& b) { return a.depth > b.depth; });
+    for (auto* items : {&list.opaque, &list.dimmedOpaque}) std::sort(items->begin(), items->end(), byState);
+    for (auto* items : {&list.transparent, &list.dimmedTransparent})
+        std::stable_sort(items->begin(), items->end(),
+                         [](const CDrawItem& a, const CDrawItem& b) { return a.depth > b.depth; });
     return list;
 }

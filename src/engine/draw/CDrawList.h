@@ -34,6 +34,8 @@ struct CDrawItem {
 struct CDrawList {
     std::vector<CDrawItem> opaque;       ///< by rank, then grouped by program and material, near ones first
     std::vector<CDrawItem> transparent;  ///< far ones first
+    // The same of nodes that are dimmed; they are drawn after the others.
+    std::vector<CDrawItem> dimmedOpaque, dimmedTransparent;
 
     /** Of all items. */
     [[nodiscard]] double Triangles() const;

@@ -102,6 +102,13 @@ CFramePlan CFramePlan::InBoxes(const CPreparedScene& scene, const CSceneMeshes& 
     return plan;
 }
 
+void CFramePlan::Dim(const std::vector<bool>& dimmed) {
+    for (std::size_t n = 0; n < std::min(nodes.size(), dimmed.size()); ++n) {
+        nodes[n].dimmed = dimmed[n];
+        nodes[n].repeated = nodes[n].repeated && dimmed[n];
+    }
+}
+
 void CFramePlan::FitTo(const CPreparedScene& scene, const CSceneMeshes& meshes, double mostCost,
                        float& allowedError) {
     CLevelChoices choices;

@@ -17,6 +17,7 @@ struct CPreparedScene;
 struct CNodePlan {
     bool shown = false;
     bool repeated = false;  ///< another node shows the same: opaque parts are left out
+    bool dimmed = false;    ///< see CDrawOptions::dimmed
     int level = 0;          ///< see CShape.h
     CNodeOnScreen screen;   ///< only set for software
 };
@@ -48,6 +49,8 @@ struct CFramePlan {
     /** Everything as boxes, also what is hidden or outside of the view; grainPixels above 0: all lit by vertex. */
     [[nodiscard]] static CFramePlan InBoxes(const CPreparedScene& scene, const CSceneMeshes& meshes,
                                             float grainPixels);
+    /** Dims the nodes that are marked. The others are never left out for a node that repeats them. */
+    void Dim(const std::vector<bool>& dimmed);
     /** Makes a plan in full one that costs at most mostCost. allowedError: see ChooseLevels. */
     void FitTo(const CPreparedScene& scene, const CSceneMeshes& meshes, double mostCost, float& allowedError);
 };

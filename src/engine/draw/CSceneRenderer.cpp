@@ -120,6 +120,7 @@ void CSceneRenderer::CState::InFrame(CGlCurrent& gl, const CPreparedScene& scene
 CFramePlan CSceneRenderer::CState::Plan(const CPreparedScene& scene, const CFrameView& view,
                                         const CDrawOptions& options, bool moving) {
     CFramePlan plan = CFramePlan::InFull(scene, view, meshes, equal, IsSoftware());
+    plan.Dim(options.dimmed);
     if (!IsSoftware()) return plan;
     if (!options.exact) plan.grainPixels = CFramePlan::kFineGrain;
     if (!moving) return plan;
@@ -185,6 +186,7 @@ bool CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDr
         CBatchDrawer drawer(gl, scene, view, pipeline, state.meshes, state.sorted, pace);
         drawer.DrawOpaque(list.opaque);
         drawer.DrawTransparent(list.transparent);
+        drawer.DrawDimmed(list.dimmedOpaque, list.dimmedTransparent);
         const double ms = pace.Finish();
         const double drawn =
             pace.HasEnded() ? std::min(pace.Triangles() / std::max(list.Triangles(), 1.0), 0.999) : 1;

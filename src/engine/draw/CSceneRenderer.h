@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <vector>
 
 #include "engine/draw/CPacedDrawing.h"
 
@@ -15,6 +16,9 @@ struct CDrawOptions {
     int textureRenderMode = 0;   ///< 0 trilinear with anisotropy; 1 bilinear, 2 nearest, 3 no textures
     bool fixedFunction = false;  ///< draw without shaders, as on a context that has none
     bool exact = false;          ///< for a picture to keep: all is lit by pixel
+    /** By node, true for those of which only a ghost is drawn, so that the others stand out, also behind them. Empty:
+     * none; nodes beyond its end are not dimmed, either. */
+    std::vector<bool> dimmed;
 };
 
 /** Draws a prepared scene: GPU buffers, textures, the GLSL 1.20 program with its fixed-function fall-back.

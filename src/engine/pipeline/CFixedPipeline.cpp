@@ -50,14 +50,18 @@ void SetLight(GLenum name, const CFrameLight& light) {
     glLightf(name, GL_QUADRATIC_ATTENUATION, middle < 1e20f ? 1 / (middle * middle) : 0);
 }
 
-void UsePart(ESurfacePart part) {
-    if (part == ESurfacePart::Whole) {
+float OpacityOf(const CSurfaceUse& use) {
+    return use.dimmed ? kDimmedOpacity : 1.0f;
+}
+
+void UsePart(const CSurfaceUse& use) {
+    if (use.part == ESurfacePart::Whole) {
         glDisable(GL_ALPHA_TEST);
         return;
     }
     glEnable(GL_ALPHA_TEST);
-    glAlphaFunc(part == ESurfacePart::Solid ? GL_GEQUAL : GL_LESS,
-                (static_cast<float>(kSolidAlpha) - 0.5f) / 255.0f);
+    glAlphaFunc(use.part == ESurfacePart::Solid ? GL_GEQUAL : GL_LESS,
+                (static_cast<float>(kSolidAlpha) - 0.5f) / 255.0f * OpacityOf(use));
 }
 
 }  // namespace
@@ -94,6 +98,7 @@ std::uint32_t CFixedPipeline::SortKey(const CPreparedMaterial& material, const C
     CShaderVariant surface =
         CMaterialLook::From(material, m_frame->textures, use.hasTexCoords, m_frame->asLines).surface;
     surface.part = use.part;
+    surface.dimmed = use.dimmed;
     return surface.Key();
 }
 
@@ -109,15 +114,16 @@ void CFixedPipeline::UseMaterial(CGlCurrent& gl, const CPreparedMaterial& materi
     const auto blend = [&](CVec3 color) {
         return textured ? color * kept + CVec3{1, 1, 1} * material.texture.amount : color;
     };
-    glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT, Four(blend(look.ambient), look.opacity).data());
-    glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, Four(blend(d), look.opacity).data());
+    const float opacity = look.opacity * OpacityOf(use);
+    glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT, Four(blend(look.ambient), opacity).data());
+    glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, Four(blend(d), opacity).data());
     glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, Four(specular).data());
     glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, Four(blend(d) * look.selfIllumination).data());
     glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, std::min(look.exponent, 128.0f));
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, material.twoSided);
     glShadeModel(look.surface.flat ? GL_FLAT : GL_SMOOTH);
     UseTexture(gl, material, look);
-    UsePart(use.part);
+    UsePart(use);
 }
 
 void CFixedPipeline::UseTexture(CGlCurrent& gl, const CPreparedMaterial& material,

@@ -60,6 +60,7 @@ CShaderVariant CShaderPipeline::Variant(const CPreparedMaterial& material, const
     variant.spots = m_frame->lights.anySpot;
     variant.ranges = m_frame->lights.anyRange;
     variant.part = use.part;
+    variant.dimmed = use.dimmed;
     const bool needsPixels = variant.flat || variant.Has(EMapKind::Bump) || variant.Has(EMapKind::Reflection);
     variant.litByVertex = use.litByVertex && !needsPixels;
     return variant;

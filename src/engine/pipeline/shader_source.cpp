@@ -309,6 +309,10 @@ constexpr const char* kMainAfterLight = R"(
         color += Colour(7, texture2D(uMap7, at)) * Amount(7, at);
     }
 #endif
+#ifdef DIMMED
+    color = min(color, 1.0);  // or highlights would outshine what is not dimmed
+    opacity *= DIMMED;
+#endif
     // Multiplied here, as a colour is clipped at white before the blending: highlights on glass would lose theirs.
     gl_FragColor = vec4(color * opacity, opacity);
 }
@@ -346,6 +350,7 @@ std::string Head(const CShaderVariant& variant) {
     }
     if (variant.lights > 0) Define(text, "LIGHTS", std::to_string(variant.lights));
     Define(text, "BUMP_HEIGHT", kBumpHeight);
+    if (variant.dimmed) Define(text, "DIMMED", std::to_string(kDimmedOpacity));
     // Between two values that a picture can have, so that rounding does not matter.
     if (solid || translucent) Define(text, "SOLID_FROM", std::to_string(kSolidAlpha - 1) + ".5");
     return text;
@@ -355,8 +360,8 @@ std::string Head(const CShaderVariant& variant) {
 
 std::uint32_t CShaderVariant::Key() const {
     const auto bit = [](bool value, unsigned at) { return static_cast<std::uint32_t>(value) << at; };
-    return maps | bit(litByVertex, 20) | bit(spots, 8) | bit(ranges, 9) | bit(specular, 10) |
-           bit(tintedSpecular, 11) | bit(flat, 12) | bit(twoSided, 13) |
+    return maps | bit(litByVertex, 20) | bit(dimmed, 21) | bit(spots, 8) | bit(ranges, 9) |
+           bit(specular, 10) | bit(tintedSpecular, 11) | bit(flat, 12) | bit(twoSided, 13) |
            static_cast<std::uint32_t>(part) << 14 | static_cast<std::uint32_t>(lights) << 16;
 }
 

@@ -15,11 +15,15 @@ constexpr int kMapKinds = 8;
  * only the rest from back to front. */
 enum class ESurfacePart { Whole, Solid, Translucent };
 
+/** How much of dimmed parts is left. */
+constexpr float kDimmedOpacity = 0.16f;
+
 /** How a part is drawn, apart from its material. */
 struct CSurfaceUse {
     bool hasTexCoords = false;
     ESurfacePart part = ESurfacePart::Whole;
     bool litByVertex = false;  ///< a wish: materials that need a pixel's normal are lit by pixel all the same
+    bool dimmed = false;       ///< kDimmedOpacity times as opaque
 
     friend bool operator==(const CSurfaceUse&, const CSurfaceUse&) = default;
 };
@@ -37,6 +41,7 @@ struct CShaderVariant {
     bool flat = false;
     bool twoSided = false;
     bool litByVertex = false;  ///< not with flat, bump maps or reflections, which need a pixel's normal
+    bool dimmed = false;
     ESurfacePart part = ESurfacePart::Whole;
 
     [[nodiscard]] bool Has(EMapKind map) const { return (maps >> static_cast<unsigned>(map) & 1u) != 0; }

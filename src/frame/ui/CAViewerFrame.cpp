@@ -26,10 +26,10 @@
 #include "frame/ui/command_menus.h"
 #include "frame/ui/command_tool_bar.h"
 #include "frame/ui/full_screen_watch.h"
-#include "frame/ui/hint_picture.h"
 #include "session/CSession.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
+#include "view/ui/text_picture.h"
 #include "widgets/ui/accessible_name.h"
 #include "widgets/ui/wx_window_state.h"
 

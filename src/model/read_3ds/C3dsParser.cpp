@@ -16,6 +16,7 @@
 #include "base/name_hash.h"
 #include "base/text/lng.h"
 #include "model/read_3ds/clean_chunks.h"
+#include "model/read_3ds/link_nodes.h"
 #include "model/read_3ds/mesh_array_views.h"
 #include "model/read_3ds/read_name.h"
 #include "model/read_3ds/scene_limits.h"

@@ -31,7 +31,3 @@ class CKeyframerReader {
     Lib3dsNode** m_next;  ///< takes the next node
     std::size_t m_nodeCount = 0, m_keysLeft;
 };
-
-/** Builds the tree from the flat list: ids are made unique, unknown parents and cycles become roots, and a
- * chain deeper than lib3ds' recursion can bear is cut. Order of siblings is kept. */
-void LinkNodes(Lib3dsFile& file, CNoteList& notes);

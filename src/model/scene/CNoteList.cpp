@@ -48,14 +48,8 @@ std::vector<CSceneNote> CNoteList::Take() {
 
 std::string CNoteList::Printable(std::string_view name) {
     constexpr std::size_t kMaxBytes = 80;
-    std::string result;
-    while (!name.empty() && result.size() < kMaxBytes) {
-        const auto first = utf8_text::First(name);
-        const bool printable = first && first->code >= 0x20 && first->code != 0x7F;
-        const std::size_t length = printable ? first->length : 1;
-        result += printable ? name.substr(0, length) : "?";
-        name.remove_prefix(length);
-    }
-    if (!name.empty()) result += "...";
+    const std::string_view shown = utf8_text::Cut(name, kMaxBytes);
+    std::string result = utf8_text::Printable(shown, '?');
+    if (shown.size() < name.size()) result += "...";
     return result;
 }

@@ -12,6 +12,7 @@
 
 #include "base/CStopwatch.h"
 #include "base/process_memory.h"
+#include "base/text/utf8_text.h"
 #include "camera/CViewCamera.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/gl/COffscreenContext.h"
@@ -32,10 +33,8 @@ constexpr std::size_t kManyTriangles = 100000;
 constexpr int kSmoothSamples = 4;
 
 int Complain(const std::string& message, EExit code) {
-    std::string line = "orbivue-render: " + message;
-    for (char& c : line)
-        c = static_cast<unsigned char>(c) < 0x20 || c == 0x7F ? ' ' : c;  // a stranger may name files
-    std::fprintf(stderr, "%s\n", line.c_str());
+    // A stranger may have named files.
+    std::fprintf(stderr, "orbivue-render: %s\n", utf8_text::Printable(message, ' ').c_str());
     return code;
 }
 

@@ -66,6 +66,11 @@ void CViewer3DSWindowHandler::SetHint(CImage hint) {
     if (!GetEngine().Prepared()) Redraw();
 }
 
+void CViewer3DSWindowHandler::SetCaption(std::wstring text) {
+    m_caption.Set(std::move(text));
+    Redraw();
+}
+
 void CViewer3DSWindowHandler::ResetView() {
     m_gestures.ResetTrackBall();
 }

@@ -21,6 +21,7 @@
 #include "view/CMotion.h"
 #include "view/CViewGestures.h"
 #include "view/ui/CTrackBall.h"
+#include "view/ui/view_caption.h"
 
 class CJobProgress;
 class CKeyDownListener;
@@ -122,6 +123,12 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     /** Sets the picture that is drawn in the middle while no model is shown; an empty one draws nothing. Its
      * size is in framebuffer pixels. */
     void SetHint(CImage hint);
+    /** Shows a text at the bottom of the view, over the model, in as many lines as it needs and as the view has room for;
+     * any text, also a stranger's. Empty: none, as after every opening but a reload. TakePicture includes it with the
+     * overlays only. */
+    void SetCaption(std::wstring text);
+    /** As it is shown; empty for none. */
+    [[nodiscard]] const std::wstring& GetCaption() const { return m_caption.Text(); }
     /** Sets the function that is called after each frame of a playing animation. */
     void SetFrameListener(std::function<void()> listener) { m_frameListener = std::move(listener); }
     /** Repaints the canvas; call it after changing the engine. */
@@ -207,6 +214,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     bool m_playing = true;
     bool m_showsCoarse = false;  ///< the engine's scene is a stand-in
     CImage m_hint;
+    CViewCaption m_caption;
     EToolCursor m_cursor = EToolCursor::Standard;
     wxTimer m_longPressTimer;
     CMotion m_motion;

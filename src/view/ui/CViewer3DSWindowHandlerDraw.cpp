@@ -146,4 +146,5 @@ void CViewer3DSWindowHandler::DrawOverlays() {
     } else if (m_gestures.ZoomBox()) {
         DrawZoomBox(*m_gestures.ZoomBox());
     }
+    if (GetCanvas()) m_caption.Draw(*GetCanvas()->GetWindow());
 }

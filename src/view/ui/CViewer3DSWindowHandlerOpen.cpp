@@ -168,6 +168,7 @@ bool CViewer3DSWindowHandler::OpenBufferModel(const char* data, long size, const
 bool CViewer3DSWindowHandler::Open(const std::function<bool()>& open) {
     SetPivotOffset(0, 0, 0);
     SetScale(1, 1, 1);
+    m_caption.Set({});
     m_gestures.ResetTrackBall();
     BeginWork();
     const bool opened = open();
@@ -178,6 +179,7 @@ bool CViewer3DSWindowHandler::Open(const std::function<bool()>& open) {
 
 void CViewer3DSWindowHandler::CloseModel() {
     m_path.clear();
+    m_caption.Set({});
     m_gestures.ResetTrackBall();
     BeginWork();
     GetEngine().CloseModel();

@@ -9,7 +9,13 @@
 #include "view/ui/CGlAttribGuard.h"
 
 void DrawViewHint(const CImage& hint) {
-    if (hint.width <= 0 || hint.height <= 0) return;
+    std::array<int, 4> viewport{};
+    glGetIntegerv(GL_VIEWPORT, viewport.data());
+    DrawOverView(hint, (viewport[2] - hint.width) / 2, (viewport[3] - hint.height) / 2);
+}
+
+void DrawOverView(const CImage& picture, int left, int top) {
+    if (picture.IsEmpty()) return;
     const CGlAttribGuard attributes;
     std::array<int, 4> viewport{};
     glGetIntegerv(GL_VIEWPORT, viewport.data());
@@ -25,8 +31,7 @@ void DrawViewHint(const CImage& hint) {
     // A raster position outside the view is invalid and draws nothing; so it starts inside and is moved
     // with glBitmap.
     glRasterPos2i(0, 0);
-    glBitmap(0, 0, 0, 0, static_cast<float>((viewport[2] - hint.width) / 2),
-             -static_cast<float>((viewport[3] - hint.height) / 2), nullptr);
+    glBitmap(0, 0, 0, 0, static_cast<float>(left), -static_cast<float>(top), nullptr);
     glPixelZoom(1, -1);
-    glDrawPixels(hint.width, hint.height, GL_RGBA, GL_UNSIGNED_BYTE, hint.rgba.data());
+    glDrawPixels(picture.width, picture.height, GL_RGBA, GL_UNSIGNED_BYTE, picture.rgba.data());
 }

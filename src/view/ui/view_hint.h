@@ -3,6 +3,8 @@
 
 struct CImage;
 
-/** Draws a picture over the middle of the viewport, pixel for pixel, blended by its alpha (colours not
- * premultiplied). An empty one draws nothing. Restores state and matrices. */
+/** Draws a picture over the viewport, pixel for pixel, blended by its alpha (colours not premultiplied). left, top: of
+ * its place, from the viewport's top left corner. An empty one draws nothing. Restores state and matrices. */
+void DrawOverView(const CImage& picture, int left, int top);
+/** The same over the middle of the viewport. */
 void DrawViewHint(const CImage& hint);

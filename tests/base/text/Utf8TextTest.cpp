@@ -54,6 +54,14 @@ TEST(Utf8TextTest, IsCutBetweenCharactersAndWhateverItIs) {
     EXPECT_EQ(utf8_text::Cut(noText, 7), noText.substr(0, 7));
 }
 
+TEST(Utf8Text, APrintableTextHoldsNothingThatATerminalObeys) {
+    EXPECT_EQ(utf8_text::Printable("a\x1B[2J\tb\x7F\n", '?'), "a?[2J?b??");
+    EXPECT_EQ(utf8_text::Printable("csi \xC2\x9B"
+                                   "31m, \xC3\xA9, \xFF",
+                                   ' '),
+              "csi  31m, \xC3\xA9,  ");
+}
+
 TEST(AsciiTextTest, KnowsTheLettersOfAsciiAndNoOthers) {
     EXPECT_EQ(ascii_text::Lowered("AZ@[\xC3\x84"s), "az@[\xC3\x84");
     EXPECT_EQ(ascii_text::Uppered("az`{\xC3\xA4"s), "AZ`{\xC3\xA4");
