@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "frame/command_ids.h"
+#include "frame/materials/ui/CMaterialCommands.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "frame/ui/CFileCommands.h"
 #include "session/CSession.h"
@@ -41,6 +42,11 @@ void Step(CAViewerFrame& frame) {
     frame.ShowRunning(0);
 }
 
+template <int id, EMaterialTool tool>
+void Tool(CAViewerFrame& frame) {
+    frame.Materials().Choose(tool, id);
+}
+
 template <void (CSession::*change)()>
 void Change(CAViewerFrame& frame) {
     (frame.Session().*change)();
@@ -75,6 +81,13 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdNextFile, Step<kCmdNextFile, EStep::Next>},
         {kCmdUndo, Change<&CSession::Undo>},
         {kCmdRedo, Change<&CSession::Redo>},
+        {kCmdToolColor, Tool<kCmdToolColor, EMaterialTool::Color>},
+        {kCmdToolShininess, Tool<kCmdToolShininess, EMaterialTool::Shininess>},
+        {kCmdToolTransparency, Tool<kCmdToolTransparency, EMaterialTool::Transparency>},
+        {kCmdToolReplace, Tool<kCmdToolReplace, EMaterialTool::Replace>},
+        {kCmdToolFilter, Tool<kCmdToolFilter, EMaterialTool::Filter>},
+        {kCmdSaveEdits, [](CAViewerFrame& frame) { frame.Materials().SaveEdits(); }},
+        {kCmdShowMaterialBar, [](CAViewerFrame& frame) { frame.ToggleMaterialBar(); }},
         {kCmdFullScreen, [](CAViewerFrame& frame) { frame.ToggleFullScreen(); }},
         {kCmdShowToolBar, [](CAViewerFrame& frame) { frame.ToggleToolBar(); }},
         {kCmdPlayAnimation, [](CAViewerFrame& frame) { frame.TogglePlaying(); }},
