@@ -10,6 +10,8 @@
 #include "session/CDocument.h"
 #include "session/CSceneLoading.h"
 
+struct CScriptScene;
+
 /** The bytes of a 3DS file in memory, and its textures. */
 struct CModelInMemory {
     std::vector<char> data;
@@ -54,4 +56,6 @@ struct COpenReport {
     CError error;                      ///< why it failed
     bool isReload = false;             ///< the same file was read again; camera and frame stay
     unsigned folderModels = 0;         ///< number of models in the document's folder, itself included
+    /** The scene of the script that was opened; null for any other model. Valid during the call that reports. */
+    const CScriptScene* scene = nullptr;
 };
