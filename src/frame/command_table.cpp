@@ -10,7 +10,7 @@ using lng::Mark;
 
 namespace {
 
-constexpr bool kToggle = true, kEndsGroup = true;
+constexpr bool kToggle = true, kEndsGroup = true, kMarksRun = true;
 
 // clang-format off
 constexpr CCommand kCommands[] = {
@@ -39,9 +39,10 @@ constexpr CCommand kCommands[] = {
      kEndsGroup},
     {kCmdRotate, EMenu::View, Mark("Rotate"), Mark("Rotate"), "rotate.ico", ENeeds::Nothing, kToggle, kEndsGroup},
     {kCmdPreviousFile, EMenu::View, Mark("Previous file in directory"),
-     Mark("Previous file in directory (back space button)"), "prev.ico", ENeeds::Neighbour},
+     Mark("Previous file in directory (back space button)"), "prev.ico", ENeeds::Neighbour,
+     !kToggle, !kEndsGroup, kMarksRun},
     {kCmdNextFile, EMenu::View, Mark("Next file in directory"), Mark("Next file in directory (space button)"),
-     "next.ico", ENeeds::Neighbour, !kToggle, kEndsGroup},
+     "next.ico", ENeeds::Neighbour, !kToggle, kEndsGroup, kMarksRun},
     {kCmdFullScreen, EMenu::View, Mark("Fullscreen view\tF11"), Mark("Fullscreen view"), "full_screen.ico",
      ENeeds::Nothing, kToggle, kEndsGroup},
     {kCmdShowToolBar, EMenu::View, Mark("Show toolbar"), nullptr, nullptr, ENeeds::Nothing, kToggle, kEndsGroup},

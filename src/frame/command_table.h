@@ -30,6 +30,7 @@ struct CCommand {
     ENeeds needs = ENeeds::Nothing;
     bool isToggle = false;
     bool endsGroup = false;  ///< a separator follows in the menu
+    bool marksRun = false;   ///< its menu item is ticked while it runs; a tool is pressed in any case
 };
 
 /** All commands, in menu order. The recent files follow "Delete file", see kCmdFirstRecentFile. */

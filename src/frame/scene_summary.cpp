@@ -30,6 +30,13 @@ CSceneSummary SummaryOf(const CPreparedScene& scene) {
     return summary;
 }
 
+std::wstring PlaceText(unsigned place, unsigned count) {
+    if (place == 0) return {};
+    std::wstring text = lng::Text("%s of %s", lng::Number(place));
+    const std::size_t second = text.find(L"%s");
+    return second == std::wstring::npos ? text : text.replace(second, 2, lng::Number(count));
+}
+
 CProgressText ProgressOf(const CJobProgress& progress) {
     const std::string phase = progress.Phase();
     const double share = progress.Share();

@@ -12,9 +12,13 @@ struct CSceneSummary {
     std::wstring triangles;           ///< "Triangles: 1,234"
     std::wstring objects;             ///< "Objects: 12"
     std::wstring notes;               ///< "Notes: 3"; empty when there are none
+    std::wstring place;               ///< see PlaceText
     std::vector<std::wstring> lines;  ///< the notes themselves, one line each
 };
+/** All but the place. */
 [[nodiscard]] CSceneSummary SummaryOf(const CPreparedScene& scene);
+/** The place of a file among the models of its folder: "3 of 46"; empty for place 0, which is none. */
+[[nodiscard]] std::wstring PlaceText(unsigned place, unsigned count);
 
 /** The progress of an opening, for the status bar. */
 struct CProgressText {

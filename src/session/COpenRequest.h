@@ -8,7 +8,7 @@
 #include "base/CResult.h"
 #include "model/textures/CTextureLocator.h"
 #include "session/CDocument.h"
-#include "session/CSceneLoading.h"
+#include "session/ahead/CReadyScene.h"
 
 /** The bytes of a 3DS file in memory, and its textures. */
 struct CModelInMemory {
@@ -27,6 +27,8 @@ struct COpenRequest {
     /** The scene of modelPath if it was loaded ahead; used unless the file has changed since. Shared by the
      * copies of the request; the first opening takes it. */
     std::shared_ptr<CReadyScene> ready;
+    /** It was reached by a step or a show; nobody chose this file. See CRecentFileList. */
+    bool isStep = false;
 
     [[nodiscard]] static COpenRequest OfFile(std::wstring path) {
         return {EOrigin::File, path, std::move(path), {}, {}};
@@ -54,4 +56,5 @@ struct COpenReport {
     CError error;                      ///< why it failed
     bool isReload = false;             ///< the same file was read again; camera and frame stay
     unsigned folderModels = 0;         ///< number of models in the document's folder, itself included
+    unsigned folderPlace = 0;          ///< the document's place among them, from 1 on; 0: it is none of them
 };

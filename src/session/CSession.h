@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <atomic>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "session/CDocument.h"
 #include "session/CEditLog.h"
+#include "session/CFolderListing.h"
 #include "session/COpenRequest.h"
 #include "session/CTurns.h"
+#include "session/ahead/CReadAhead.h"
 #include "session/folder_models.h"
 
 class CRecentFileList;
@@ -37,8 +41,13 @@ class CSession {
     EOpened OpenFileOrFolder(const std::wstring& path);
     /** Opens an entry of the recent files. */
     EOpened OpenRecent(std::size_t index);
-    /** Opens the previous or next model of the folder; does nothing if there is no other. */
+    /** Opens the previous or next model of the folder; does nothing if there is no other. Its neighbours are read ahead: see
+     * CReadAhead. */
     void Step(folder_models::EStep step);
+    /** False: the models of the folder are not read before they are opened. On at first. */
+    void SetReadsAhead(bool readsAhead);
+    /** True when nothing is being read ahead. */
+    [[nodiscard]] bool HasReadAhead() const { return m_ahead.IsIdle(); }
     /** Reads the file of the shown model again; on failure the shown model stays. After a failed opening it
      * tries that file again. */
     void Reload();
@@ -47,6 +56,8 @@ class CSession {
     [[nodiscard]] const CDocument& Document() const { return m_document; }
     /** Number of models in its folder when last counted. */
     [[nodiscard]] unsigned FolderModels() const { return m_folderModels; }
+    /** Its place among them, from 1 on; 0 when it is none of them. */
+    [[nodiscard]] unsigned FolderPlace() const { return m_folderPlace; }
     /** Closes the document, deletes its file, if it has one, and opens the next model of the folder. */
     [[nodiscard]] CStatus DeleteFile();
     /** See CSceneView::SaveToPath. */
@@ -92,6 +103,13 @@ class CSession {
     [[nodiscard]] CStatus ShowObj(const std::wstring& path, bool isShown);
     [[nodiscard]] CStatus Answer(bool opened) const;
     [[nodiscard]] bool KeepWhileBusy(std::function<void()> work);
+    /** The model that is read ahead for a file of the folder; empty for none. See CReadAhead::CModelFinder. */
+    [[nodiscard]] static std::wstring ModelToReadAhead(const std::wstring& file,
+                                                       const std::atomic<bool>& cancelled);
+    void ReadAheadAfter(EOpened result);
+    void ReadAhead();
+    void StopReadingAhead();
+    [[nodiscard]] std::shared_ptr<CReadyScene> TakeReady(const std::wstring& model);
     void CountModels();
     void TellOfOpening(const COpenReport& report);
     void TellOfChange();
@@ -105,7 +123,11 @@ class CSession {
     CEditLog m_edits;
     CDocument m_document;
     std::optional<CDocument> m_shown;  ///< whose scene the view shows; after some failures not m_document
-    unsigned m_folderModels = 0;
     std::wstring m_title;       ///< without a mark
     std::wstring m_shownTitle;  ///< as the frame shows it
+    CFolderListing m_listing;
+    unsigned m_folderModels = 0, m_folderPlace = 0;
+    folder_models::EStep m_lastStep = folder_models::EStep::Next;
+    bool m_readsAhead = true;
+    CReadAhead m_ahead;
 };

@@ -43,6 +43,7 @@ class CPaperView final : public CSceneView {
     }
     void CloseModel() override { shown.clear(); }
     const CError& LastError() const override { return m_error; }
+    void WhenShown(std::function<void()> work) override { whenShown = std::move(work); }
     void LoadBeside(const std::function<void(CJobProgress&)>& work) override {
         CJobProgress progress;
         work(progress);
@@ -75,6 +76,7 @@ class CPaperView final : public CSceneView {
     std::vector<std::string> loads;  ///< "file", "struct", "buffer", "ready", "reload": each that read anew
     std::set<std::string> nodes{"a", "b", "c"};
     std::function<void()> whileLoading;  ///< once
+    std::function<void()> whenShown;
 
   private:
     bool Show(const char* how, const std::wstring& name, bool succeeds) {

@@ -233,6 +233,13 @@ void CAViewerFrame::RunCommand(int id) {
     if (!m_closed) ShowCommandStates();
 }
 
+/** Whatever takes a step for itself is asked here, before the folder's files. */
+void CAViewerFrame::StepModel(folder_models::EStep step) {
+    ShowRunning(step == folder_models::EStep::Next ? kCmdNextFile : kCmdPreviousFile);
+    m_session->Step(step);
+    ShowRunning(0);
+}
+
 void CAViewerFrame::ToggleFullScreen() {
     ShowFullScreen(!IsFullScreen(), wxFULLSCREEN_ALL);
     FollowFullScreen();

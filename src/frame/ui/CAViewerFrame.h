@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "frame/ui/CRecentFileListMgr.h"
 #include "session/CSessionFrame.h"
 #include "session/CSessionListener.h"
+#include "session/folder_models.h"
 #include "view/CKeyDownListener.h"
 #include "view/CViewToolState.h"
 
@@ -44,6 +46,9 @@ class CAViewerFrame final : public wxFrame,
     void OpenByPath(const std::wstring& path, std::function<void(const CError&)> failed = {});
     /** Puts the window's place and the recent files into the settings' store for the next start. */
     void KeepState();
+    /** Opens the next or the previous model, as the commands, the keys and a slideshow do. Its command is marked
+     * meanwhile. */
+    void StepModel(folder_models::EStep step);
     /** Runs a command; does nothing if it is disabled. */
     void RunCommand(int id);
     /** True for a command that is implemented. */
@@ -89,6 +94,7 @@ class CAViewerFrame final : public wxFrame,
     void ShowAnimation();
     void ShowDocument();
     void ShowContextMenu(wxPoint where);
+    void StepSoon(folder_models::EStep step);
 
     // --- what is told -----------------------------------------------------------------------------------
     void OnViewKeyDown(int keyCode) override;
@@ -113,7 +119,8 @@ class CAViewerFrame final : public wxFrame,
     std::unique_ptr<CSession> m_session;
     std::unique_ptr<CFileCommands> m_files;
     std::vector<std::wstring> m_notes;
-    std::function<void(const CError&)> m_openFailed;  ///< called if the next opening fails
+    std::optional<folder_models::EStep> m_wantedStep;  ///< by a key
+    std::function<void(const CError&)> m_openFailed;   ///< called if the next opening fails
     bool m_closed = false;  ///< the window object lives until the event loop is idle, but ignores events
 
     wxAuiManager m_aui;

@@ -22,6 +22,8 @@
 #include "widgets/ui/CBXFileDialogI.h"
 #include "widgets/ui/wx_window_state.h"
 
+using folder_models::EStep;
+
 namespace {
 
 /** The text that the view shows instead of the document's scene. */
@@ -105,7 +107,8 @@ void CAViewerFrame::OnDocumentChanged() {
 void CAViewerFrame::ShowDocument() {
     C3dsDisplayWrap& engine = m_view->GetEngine();
     const CPreparedScene* scene = engine.Prepared();
-    const CSceneSummary summary = scene ? SummaryOf(*scene) : CSceneSummary{};
+    CSceneSummary summary = scene ? SummaryOf(*scene) : CSceneSummary{};
+    summary.place = PlaceText(m_session->FolderPlace(), m_session->FolderModels());
     if (!scene) ShowHint(m_hint);
     CBXFileDialogI::SetDocument(m_session->Document().path);
     m_state.hasModel = m_session->Document().isOpen;
@@ -140,10 +143,10 @@ void CAViewerFrame::ShowAnimation() {
 void CAViewerFrame::OnViewKeyDown(int keyCode) {
     switch (keyCode) {
         case WXK_SPACE:
-            RunCommand(kCmdNextFile);
+            StepSoon(EStep::Next);
             break;
         case WXK_BACK:
-            RunCommand(kCmdPreviousFile);
+            StepSoon(EStep::Previous);
             break;
         case WXK_ESCAPE:
             if (CSettings::Instance().closeOnEsc) Close(true);
@@ -154,6 +157,16 @@ void CAViewerFrame::OnViewKeyDown(int keyCode) {
         default:
             break;
     }
+}
+
+/** Once for all presses that wait, and after their pictures were painted: the steps of a key that is held down must not
+ * queue up. Whatever waits in the event loop comes before what is called after it. */
+void CAViewerFrame::StepSoon(EStep step) {
+    if (std::exchange(m_wantedStep, step)) return;
+    CallAfter([this] {
+        const std::optional<EStep> wanted = std::exchange(m_wantedStep, std::nullopt);
+        if (wanted) RunCommand(*wanted == EStep::Next ? kCmdNextFile : kCmdPreviousFile);
+    });
 }
 
 void CAViewerFrame::OnViewRightButtonDown() {

@@ -34,13 +34,6 @@ void File(CAViewerFrame& frame) {
     (frame.Files().*command)();
 }
 
-template <int id, EStep step>
-void Step(CAViewerFrame& frame) {
-    frame.ShowRunning(id);
-    frame.Session().Step(step);
-    frame.ShowRunning(0);
-}
-
 template <void (CSession::*change)()>
 void Change(CAViewerFrame& frame) {
     (frame.Session().*change)();
@@ -71,8 +64,8 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdRenderMode, Toggle<&Shown::wire, &Settings::wireFrame>},
         {kCmdShowAxis, Toggle<&Shown::axes, &Settings::showAxis>},
         {kCmdRotate, Toggle<&Shown::rotate, &Settings::rotate>},
-        {kCmdPreviousFile, Step<kCmdPreviousFile, EStep::Previous>},
-        {kCmdNextFile, Step<kCmdNextFile, EStep::Next>},
+        {kCmdPreviousFile, [](CAViewerFrame& frame) { frame.StepModel(EStep::Previous); }},
+        {kCmdNextFile, [](CAViewerFrame& frame) { frame.StepModel(EStep::Next); }},
         {kCmdUndo, Change<&CSession::Undo>},
         {kCmdRedo, Change<&CSession::Redo>},
         {kCmdFullScreen, [](CAViewerFrame& frame) { frame.ToggleFullScreen(); }},

@@ -65,6 +65,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     [[nodiscard]] CStatus Reload() override;
     void CloseModel() override;
     [[nodiscard]] const CError& LastError() const override;
+    void WhenShown(std::function<void()> work) override { m_whenShown = std::move(work); }
     void LoadBeside(const std::function<void(CJobProgress&)>& work) override;
     /** Sets the function that is called repeatedly during an opening, with its progress and the milliseconds
      * since it began. */
@@ -197,6 +198,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     [[nodiscard]] bool IsInterrupted();
     [[nodiscard]] bool DrawsQuickly();
     void SetRunning();
+    void TellThatItIsShown();
     void DrawFrame(int renderMode, int x, int y);
     void StartTrackBall(CPixel point);
     void DrawOverlays();
@@ -207,7 +209,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     CTrackBall m_trackBall{true};
     CViewToolState* m_tools;
     CViewGestures m_gestures;
-    std::function<void()> m_whenReady;
+    std::function<void()> m_whenReady, m_whenShown;
     std::function<void()> m_frameListener;
     CProgressListener m_progressListener;
     std::function<void(const char*)> m_nodeDeleter;
