@@ -54,9 +54,8 @@ std::optional<std::string> Unescaped(std::string_view text) {
 bool HasScheme(std::string_view text) {
     const std::size_t end = text.find("://");
     if (end == text.npos || end == 0 || !IsLetterOrDigit(text.front())) return false;
-    return std::ranges::all_of(text.substr(0, end), [](char c) {
-        return IsLetterOrDigit(c) || c == '+' || c == '-' || c == '.';
-    });
+    return std::ranges::all_of(text.substr(0, end),
+                               [](char c) { return IsLetterOrDigit(c) || c == '+' || c == '-' || c == '.'; });
 }
 
 bool HasFileScheme(std::string_view text) {

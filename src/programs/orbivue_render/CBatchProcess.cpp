@@ -135,7 +135,8 @@ CBatchProcess::CAnswer CBatchProcess::ReadAnswer() {
     if (got <= 0) return {EState::Ended, {}};
     m_begun.append(buffer.data(), static_cast<std::size_t>(got));
     const std::size_t end = m_begun.find('\n');
-    if (end == std::string::npos) return {m_begun.size() > kMostAnswerBytes ? EState::Ended : EState::Busy, {}};
+    if (end == std::string::npos)
+        return {m_begun.size() > kMostAnswerBytes ? EState::Ended : EState::Busy, {}};
     CAnswer answer{EState::Done, m_begun.substr(0, end + 1)};
     m_begun.erase(0, end + 1);
     return answer;

@@ -28,7 +28,8 @@ std::string Success(const CBatchItem& item, std::uint64_t triangles, std::uint64
 }
 
 std::string Failure(const CBatchItem& item, const std::string& why, EBatchFailure kind) {
-    ordered_json object{{"number", item.number}, {"input", item.input}, {"error", utf8_text::Printable(why, ' ')}};
+    ordered_json object{
+        {"number", item.number}, {"input", item.input}, {"error", utf8_text::Printable(why, ' ')}};
     if (kind == EBatchFailure::Passing) object["passing"] = true;
     return Line(object);
 }

@@ -21,7 +21,8 @@ enum class EBatchFailure { Lasting, Passing };
  * "passing": true where a later try may succeed. */
 namespace batch_lines {
 
-[[nodiscard]] std::string Success(const CBatchItem& item, std::uint64_t triangles, std::uint64_t nodes, double ms);
+[[nodiscard]] std::string Success(const CBatchItem& item, std::uint64_t triangles, std::uint64_t nodes,
+                                  double ms);
 [[nodiscard]] std::string Failure(const CBatchItem& item, const std::string& why, EBatchFailure kind);
 
 }  // namespace batch_lines

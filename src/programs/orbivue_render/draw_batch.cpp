@@ -65,8 +65,10 @@ class CDrawer {
     explicit CDrawer(const CRenderOptions& options) : m_options(options) {
         m_engine.SetViewingOnly(true);
         // Of a small picture's textures hardly a pixel in ten is seen.
-        const auto pixels = static_cast<std::uint64_t>(options.width) * static_cast<std::uint64_t>(options.height);
-        m_limits.pictureBytes = std::clamp<std::uint64_t>(pixels * 4 * 64, 4 << 20, scene_budget::kPictureBytesForOneView);
+        const auto pixels =
+            static_cast<std::uint64_t>(options.width) * static_cast<std::uint64_t>(options.height);
+        m_limits.pictureBytes =
+            std::clamp<std::uint64_t>(pixels * 4 * 64, 4 << 20, scene_budget::kPictureBytesForOneView);
     }
 
     std::string Draw(const CBatchItem& item) {

@@ -41,9 +41,11 @@ CStatus SetUp(C3dsDisplayWrap& engine, const CRenderOptions& options) {
     engine.SetUseFileLights(options.fileLights);
     engine.SetTextureRenderMode(options.textureMode);
     engine.SetOverlays(options.overlays);
-    if (options.frame) engine.SetFrame(*options.frame);  // first, as presets fit the scene as it is at that frame
+    if (options.frame)
+        engine.SetFrame(*options.frame);  // first, as presets fit the scene as it is at that frame
     if (!SetCamera(engine, options.camera))
-        return CError{EErrorCode::BadArgument, "--camera: the file has no camera '" + options.camera + "'", {}};
+        return CError{
+            EErrorCode::BadArgument, "--camera: the file has no camera '" + options.camera + "'", {}};
     CSeenView seen = engine.SeenView();
     seen.background = options.background;
     seen.wire = options.wire;
@@ -55,8 +57,7 @@ CStatus SetUp(C3dsDisplayWrap& engine, const CRenderOptions& options) {
 CResult<CImage> Draw(C3dsDisplayWrap& engine, COffscreenContext& context, const CRenderOptions& options) {
     const int samples = SamplesFor(options, engine.Prepared()->triangleCount);
     // If the context has fewer samples, it draws with those.
-    if (samples != context.Samples())
-        (void)context.Resize(options.width, options.height, samples).HasValue();
+    if (samples != context.Samples()) (void)context.Resize(options.width, options.height, samples).HasValue();
     (void)context.MakeCurrent();
     engine.PaintModel();
     return context.ReadPixels();
@@ -70,7 +71,8 @@ CFileAccess FilesFor(std::span<const std::string> folders, const std::string& ou
         for (const std::filesystem::path& path : surroundings.Readable())
             files.readable.push_back(path.native());
         files.listable.push_back(surroundings.Folder().native());
-        for (const std::filesystem::path& path : surroundings.Above()) files.listable.push_back(path.native());
+        for (const std::filesystem::path& path : surroundings.Above())
+            files.listable.push_back(path.native());
     }
     if (!outputFolder.empty()) files.writable.push_back(outputFolder);
     return files;

@@ -49,8 +49,8 @@ class CInputs {
         const ssize_t got = ::read(STDIN_FILENO, buffer.data(), buffer.size());
         if (got < 0 && errno == EINTR) return;
         m_isOpen = got > 0;
-        std::vector<std::string> read = got > 0 ? m_records.Add({buffer.data(), static_cast<std::size_t>(got)})
-                                                : m_records.End();
+        std::vector<std::string> read =
+            got > 0 ? m_records.Add({buffer.data(), static_cast<std::size_t>(got)}) : m_records.End();
         std::ranges::move(read, std::back_inserter(m_waiting));
     }
 
@@ -98,7 +98,8 @@ class CBatch {
         if (!m_process) Start(item.path);
         if (!m_process || !m_process->Send(item)) {
             m_process.reset();
-            return Tell(batch_lines::Failure(item, "no process can be started to draw it", EBatchFailure::Passing));
+            return Tell(
+                batch_lines::Failure(item, "no process can be started to draw it", EBatchFailure::Passing));
         }
         m_drawn = CDrawn{std::move(item), CClock::now() + kPatience};
     }
@@ -106,7 +107,8 @@ class CBatch {
     void Start(const std::string& path) {
         std::vector<std::string> paths{path};
         for (const std::string& input : m_inputs.Waiting())
-            if (const CResult<std::string> next = file_uri::PathOfArgument(input)) paths.push_back(next.Value());
+            if (const CResult<std::string> next = file_uri::PathOfArgument(input))
+                paths.push_back(next.Value());
         m_process = CBatchProcess::Start(m_options, paths);
     }
 
@@ -158,6 +160,7 @@ class CBatch {
 
 int RunBatch(const CRenderOptions& options) {
     (void)std::signal(SIGPIPE, SIG_IGN);  // an ended process is seen by its answers
-    if (!file_util_ex::DoesFolderExist(options.into)) return Complain(options.into + ": there is no such folder", kCannotWrite);
+    if (!file_util_ex::DoesFolderExist(options.into))
+        return Complain(options.into + ": there is no such folder", kCannotWrite);
     return CBatch(options).Run();
 }
