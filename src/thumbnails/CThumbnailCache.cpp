@@ -26,7 +26,8 @@ struct CKind {
     const char* folder;
 };
 constexpr std::array kKinds{CKind{EThumbnailSize::Normal, "normal"}, CKind{EThumbnailSize::Large, "large"},
-                            CKind{EThumbnailSize::XLarge, "x-large"}, CKind{EThumbnailSize::XxLarge, "xx-large"}};
+                            CKind{EThumbnailSize::XLarge, "x-large"},
+                            CKind{EThumbnailSize::XxLarge, "xx-large"}};
 
 /** Every text that names a property must name this state's: a picture that says two things says nothing. */
 bool AreOf(const png_texts::CTexts& texts, const CThumbnailSource& source) {
@@ -118,8 +119,10 @@ std::optional<CImage> CThumbnailCache::Read(const CThumbnailSource& source, EThu
     return std::nullopt;
 }
 
-CStatus CThumbnailCache::Write(const CThumbnailSource& source, EThumbnailSize size, const CImage& picture) const {
-    if (picture.IsEmpty() || !Fits(static_cast<std::uint64_t>(picture.width), static_cast<std::uint64_t>(picture.height), size))
+CStatus CThumbnailCache::Write(const CThumbnailSource& source, EThumbnailSize size,
+                               const CImage& picture) const {
+    if (picture.IsEmpty() ||
+        !Fits(static_cast<std::uint64_t>(picture.width), static_cast<std::uint64_t>(picture.height), size))
         return CError{EErrorCode::BadArgument, lng::Mark("this is no thumbnail's size"), source.path};
     const auto* kind = std::ranges::find(kKinds, size, &CKind::size);
     return Put(kind->folder, source, picture, {});
@@ -138,7 +141,8 @@ CStatus CThumbnailCache::WriteFailure(const CThumbnailSource& source, const std:
 
 CStatus CThumbnailCache::Put(const std::string& folder, const CThumbnailSource& source, const CImage& picture,
                              const png_texts::CTexts& more) const {
-    if (Holds(source)) return CError{EErrorCode::BadArgument, lng::Mark("thumbnails have no thumbnails"), source.path};
+    if (Holds(source))
+        return CError{EErrorCode::BadArgument, lng::Mark("thumbnails have no thumbnails"), source.path};
     CResult<std::vector<std::byte>> png = image_codec::PngBytes(picture, HasAlpha(picture));
     if (!png) return png.Error();
     png_texts::CTexts texts{{std::string(kUri), source.uri},

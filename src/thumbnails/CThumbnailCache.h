@@ -30,7 +30,8 @@ class CThumbnailCache {
     /** The thumbnail of this state of the file, of this size or the next larger one that is there. */
     [[nodiscard]] std::optional<CImage> Read(const CThumbnailSource& source, EThumbnailSize size) const;
     /** The picture's sides are at most those of the size. */
-    [[nodiscard]] CStatus Write(const CThumbnailSource& source, EThumbnailSize size, const CImage& picture) const;
+    [[nodiscard]] CStatus Write(const CThumbnailSource& source, EThumbnailSize size,
+                                const CImage& picture) const;
 
     /** Why this version of the program could not draw this state of the file, a line of English; nothing where
      * it did not fail. */
@@ -39,8 +40,8 @@ class CThumbnailCache {
 
   private:
     [[nodiscard]] bool Holds(const CThumbnailSource& source) const;
-    [[nodiscard]] CStatus Put(const std::string& folder, const CThumbnailSource& source, const CImage& picture,
-                              const png_texts::CTexts& more) const;
+    [[nodiscard]] CStatus Put(const std::string& folder, const CThumbnailSource& source,
+                              const CImage& picture, const png_texts::CTexts& more) const;
 
     std::string m_root;
 };

@@ -7,7 +7,7 @@
 #include <array>
 #include <span>
 
-#include "files/file_uri.h"
+#include "base/text/file_uri.h"
 #include "files/file_util_ex.h"
 
 std::string ThumbnailNameOf(std::string_view uri) {

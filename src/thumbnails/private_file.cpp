@@ -42,7 +42,8 @@ CStatus Write(const std::string& folder, const std::string& name, std::span<cons
     const std::string temporary = file_util_ex::MakePath(folder, TemporaryName());
     const std::string path = file_util_ex::MakePath(folder, name);
     (void)::unlink(temporary.c_str());  // of a process that had this number and was killed
-    CFileDescriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    CFileDescriptor file(
+        ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!file.IsOpen()) return CError{EErrorCode::WriteFailed, SystemErrorText(errno), path};
     if (WriteAll(file.Get(), bytes) && file.Close() && std::rename(temporary.c_str(), path.c_str()) == 0)
         return CDone{};

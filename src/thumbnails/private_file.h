@@ -14,6 +14,7 @@ namespace private_file {
 [[nodiscard]] bool MakeFolder(const std::string& folder);
 /** Writes the file (0600) under a temporary name and renames it, so that it is never seen in part. What has the name
  * is replaced, a link and not what it leads to. It is not synced to the disk: for what can be made again. */
-[[nodiscard]] CStatus Write(const std::string& folder, const std::string& name, std::span<const std::byte> bytes);
+[[nodiscard]] CStatus Write(const std::string& folder, const std::string& name,
+                            std::span<const std::byte> bytes);
 
 }  // namespace private_file

@@ -36,7 +36,10 @@ class ThumbnailCacheTest : public testing::Test {
     [[nodiscard]] bool Reads() const { return cache.Read(Source(), EThumbnailSize::Normal).has_value(); }
 
     CTestFolder folder;
-    std::string model = folder.Add("m\xC3\xB6" "del 1.3ds", "MM");
+    std::string model = folder.Add(
+        "m\xC3\xB6"
+        "del 1.3ds",
+        "MM");
     std::string root = folder / "cache/thumbnails";
     CThumbnailCache cache{root};
 };
@@ -77,7 +80,10 @@ TEST_F(ThumbnailCacheTest, KeepsAFailureAndItsReason) {
     ASSERT_TRUE(cache.WriteFailure(Source(), "This is not a 3D Studio file"));
     EXPECT_EQ(cache.ReadFailure(Source()), "This is not a 3D Studio file");
     EXPECT_FALSE(Reads());
-    folder.Add("m\xC3\xB6" "del 1.3ds", "MM now longer");
+    folder.Add(
+        "m\xC3\xB6"
+        "del 1.3ds",
+        "MM now longer");
     EXPECT_FALSE(cache.ReadFailure(Source()));
 }
 
@@ -100,7 +106,8 @@ TEST_F(ThumbnailCacheTest, ReplacesALinkAndNotWhatItLeadsTo) {
 TEST_F(ThumbnailCacheTest, SaysThatItCannotWrite) {
     folder.Add("file", "");
     const CThumbnailCache blocked(folder / "file/thumbnails");
-    EXPECT_EQ(blocked.Write(Source(), EThumbnailSize::Normal, Picture(8)).Error().code, EErrorCode::WriteFailed);
+    EXPECT_EQ(blocked.Write(Source(), EThumbnailSize::Normal, Picture(8)).Error().code,
+              EErrorCode::WriteFailed);
     fs::create_directories(Place());  // a folder has the name
     EXPECT_FALSE(cache.Write(Source(), EThumbnailSize::Normal, Picture(8)));
     EXPECT_EQ(std::distance(fs::directory_iterator(root + "/normal"), {}), 1) << "no temporary file is left";
@@ -113,7 +120,8 @@ struct CEntryCase {
     bool isRead = false;
 };
 
-std::vector<std::byte> Png(const CThumbnailSource& source, png_texts::CTexts more, bool own = true, int side = 16) {
+std::vector<std::byte> Png(const CThumbnailSource& source, png_texts::CTexts more, bool own = true,
+                           int side = 16) {
     std::vector<std::byte> png = image_codec::PngBytes(Picture(side), false).Value();
     if (own) {
         more.insert(more.begin(), {"Thumb::URI", source.uri});
@@ -137,7 +145,8 @@ std::vector<std::byte> WithPackedUri(const CThumbnailSource& source, std::size_t
     const std::size_t length = 12 + 10 + 2 + size;
     other[33 + 4] = std::byte{'z'};
     other[33 + 5] = std::byte{'T'};
-    png.insert(png.begin() + 33, other.begin() + 33, other.begin() + 33 + static_cast<std::ptrdiff_t>(length));
+    png.insert(png.begin() + 33, other.begin() + 33,
+               other.begin() + 33 + static_cast<std::ptrdiff_t>(length));
     return png;
 }
 
@@ -150,13 +159,26 @@ TEST_P(ThumbnailCacheEntry, IsReadWhereItBelongsToTheFile) {
 
 using CSource = CThumbnailSource;
 const CEntryCase kEntries[] = {
-    {"OfAnotherProgram", [](const CSource& s) { return Png(s, {{"Software", "Files"}}); }, true},
+    {"OfAnotherProgram",
+     [](const CSource& s) {
+         return Png(s, {{"Software", "Files"}});
+     },
+     true},
     {"PackedAddress", [](const CSource& s) { return WithPackedUri(s, 0); }, true},
     {"PackedBomb", [](const CSource& s) { return WithPackedUri(s, 50 << 20); }},
     {"WithoutTexts", [](const CSource& s) { return Png(s, {}, false); }},
-    {"OtherAddress", [](const CSource& s) { return Png(s, {{"Thumb::URI", "file:///etc/passwd"}}); }},
-    {"OtherTime", [](const CSource& s) { return Png(s, {{"Thumb::MTime", "12"}}); }},
-    {"OtherSize", [](const CSource& s) { return Png(s, {{"Thumb::Size", "12"}}); }},
+    {"OtherAddress",
+     [](const CSource& s) {
+         return Png(s, {{"Thumb::URI", "file:///etc/passwd"}});
+     }},
+    {"OtherTime",
+     [](const CSource& s) {
+         return Png(s, {{"Thumb::MTime", "12"}});
+     }},
+    {"OtherSize",
+     [](const CSource& s) {
+         return Png(s, {{"Thumb::Size", "12"}});
+     }},
     {"LargerThanItsFolder", [](const CSource& s) { return Png(s, {}, true, 129); }},
     {"Cut",
      [](const CSource& s) {

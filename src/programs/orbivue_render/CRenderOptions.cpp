@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "files/file_uri.h"
+#include "base/text/file_uri.h"
 #include "files/file_util_ex.h"
 
 namespace {

@@ -12,7 +12,7 @@
 #include <deque>
 #include <optional>
 
-#include "files/file_uri.h"
+#include "base/text/file_uri.h"
 #include "files/file_util_ex.h"
 #include "programs/orbivue_render/CBatchProcess.h"
 #include "programs/orbivue_render/CRecords.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include "files/file_uri.h"
+#include "base/text/file_uri.h"
 #include "row_name.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "files/file_uri.h"
+#include "base/text/file_uri.h"
 
 #include <algorithm>
 #include <optional>
