@@ -12,6 +12,7 @@ set(ORBIVUE_ROOMS
   "process: base/* files"
   "picture: base/* files"
   "picture/decode: base/* files picture"
+  "thumbnails: base/* files picture picture/decode"
   "settings: base/* files"
   "model/textures: base/* files picture"
   "model/scene: base/* files picture model/textures"
