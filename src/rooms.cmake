@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # The rooms of the house, lowest first, and what each may use: its library links, and its files include, nothing else.
 # A room uses rooms that stand above it in this list; scripts/check_rooms holds the include lines against it. A room's windows
-# are a room of their own, NAME/ui. Layers: base, files, process and picture, settings, model, camera, engine, session,
+# are a room of their own, NAME/ui. Layers: base, files, process and picture, settings, model, camera, engine, script, session,
 # widgets, view, export, frame, programs. Written "room: what it uses"; a name that ends in /* stands for all rooms below.
 set(ORBIVUE_ROOMS
   "base:"
@@ -31,8 +31,9 @@ set(ORBIVUE_ROOMS
   "engine/draw: base/* picture model/prepare model/levels engine/gl engine/pipeline engine/plan"
   "engine/overlay: base/* model/prepare engine/gl"
   "engine: base/* files picture model/* camera engine/gl engine/pipeline engine/plan engine/draw engine/overlay"
+  "script: base/* files settings model/*"
   "session/ahead: base/* files model/*"
-  "session: base/* files picture settings model/* camera session/ahead"
+  "session: base/* files picture picture/decode settings model/* camera script session/ahead"
   "widgets: base/* files settings"
   "widgets/ui: base/* files settings widgets"
   "widgets/tools/ui: base/* files"

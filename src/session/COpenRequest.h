@@ -10,6 +10,8 @@
 #include "session/CDocument.h"
 #include "session/ahead/CReadyScene.h"
 
+struct CScriptScene;
+
 /** The bytes of a 3DS file in memory, and its textures. */
 struct CModelInMemory {
     std::vector<char> data;
@@ -57,4 +59,6 @@ struct COpenReport {
     bool isReload = false;             ///< the same file was read again; camera and frame stay
     unsigned folderModels = 0;         ///< number of models in the document's folder, itself included
     unsigned folderPlace = 0;          ///< the document's place among them, from 1 on; 0: it is none of them
+    /** The scene of the script that was opened; null for any other model. Valid during the call that reports. */
+    const CScriptScene* scene = nullptr;
 };
