@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "base/name_hash.h"
+#include "model/textures/CModelSurroundings.h"
+#include "model/textures/CTextureLocator.h"
+#include "model/textures/CTextureNames.h"
+
+/** Finds the files that a scene script names, as people write them: with '/' or '\', in another letter case or code page,
+ * with blanks or quotes round them, with the drive of another computer. Paths are UTF-8. Only regular files are found, and
+ * nothing is opened but folders. Folders are listed once, and the effort is bounded. One thread at a time. */
+class CScriptFiles {
+  public:
+    /** The path of a file anywhere on the disk, without "." and "..". folder: of the file that names it. */
+    [[nodiscard]] std::optional<std::string> Find(const std::string& folder, std::string_view written);
+
+    enum class EPicture { Found, Outside, Missing };
+    struct CPicture {
+        EPicture answer = EPicture::Missing;
+        std::string path;          ///< without links; set only for Found
+        bool isElsewhere = false;  ///< neither in the naming file's nor in the model's folder, nor below them
+    };
+    /** A picture in the surroundings (see CModelSurroundings) of the file that names it, or of the model: a script comes
+     * from anywhere, and what it puts on a model is shown, packed and exported with it. modelPath may be empty. */
+    [[nodiscard]] CPicture FindPicture(const std::string& namingFile, const std::string& modelPath,
+                                       std::string_view written);
+    /** True for a path in the surroundings of one of the two. */
+    [[nodiscard]] bool IsNear(const std::string& namingFile, const std::string& modelPath,
+                              const std::string& path);
+
+  private:
+    /** What lies round a script or model. */
+    struct CPlace {
+        explicit CPlace(const std::string& file);
+        CModelSurroundings surroundings;
+        CTextureLocator locator;
+    };
+    /** Null where there are too many. */
+    [[nodiscard]] const CPlace* PlaceOf(const std::string& file);
+    [[nodiscard]] std::optional<std::string> Walk(std::string folder, std::string_view path);
+    [[nodiscard]] std::optional<std::string> FindEntry(const std::string& folder, const std::string& name,
+                                                       bool isLast);
+    [[nodiscard]] const CTextureNames& NamesIn(const std::string& folder);
+
+    CNameMap<std::unique_ptr<CPlace>> m_places;  ///< by folder
+    CNameMap<CTextureNames> m_listed;
+    std::size_t m_listedEntries = 0;
+    std::size_t m_lookUps = 0;
+};
