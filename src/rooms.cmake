@@ -45,7 +45,7 @@ set(ORBIVUE_ROOMS
   "frame: base/* files settings model/* session"
   "frame/preview: base/* files settings"
   "frame/preview/ui: base/* files settings widgets widgets/ui frame/preview"
-  "frame/materials: base/* files picture settings model/* session view"
+  "frame/materials: base/* files picture settings model/* session widgets view"
   "frame/materials/ui: base/* files picture settings model/* camera engine session widgets widgets/ui widgets/tools/ui view view/ui frame frame/materials"
   "frame/model_list: base/* files picture picture/decode settings session thumbnails frame/preview"
   "frame/model_list/ui: base/* files picture settings session session/ahead thumbnails widgets widgets/ui widgets/tools/ui frame/preview frame/model_list"

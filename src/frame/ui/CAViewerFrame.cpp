@@ -203,7 +203,8 @@ bool CAViewerFrame::IsKeyForView(const wxKeyEvent& event) const {
         return false;
     };
     if (holdsFocus(m_materialBar)) return key == WXK_ESCAPE && !m_materialBar->IsPopupShown();
-    return !focus || focus == this || holdsFocus(m_animationBar) || holdsFocus(m_toolBar) || holdsFocus(m_statusBar);
+    return !focus || focus == this || holdsFocus(m_animationBar) || holdsFocus(m_toolBar) ||
+           holdsFocus(m_statusBar);
 }
 
 void CAViewerFrame::ApplySettings() {
