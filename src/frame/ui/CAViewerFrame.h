@@ -105,6 +105,8 @@ class CAViewerFrame final : public wxFrame,
     void Tell(const std::wstring& text) override;
     void BeginBusy() override;
     void EndBusy() override;
+    [[nodiscard]] bool IsFullScreenShown() const override;
+    void SetFullScreen(bool fullScreen) override;
     void OnOpening() override;
     void AskForTurn() override;
     void CloseNow() override;
