@@ -19,12 +19,13 @@ std::wstring TextOf(const CSceneNote& note) {
 
 }  // namespace
 
-CSceneSummary SummaryOf(const CPreparedScene& scene) {
+CSceneSummary SummaryOf(const CPreparedScene& scene, std::span<const CSceneNote> more) {
     const auto objects = std::count_if(scene.nodes.begin(), scene.nodes.end(),
                                        [](const CPreparedNode& n) { return n.mesh >= 0; });
     CSceneSummary summary;
     summary.triangles = lng::Text("Triangles: %s", lng::Number(scene.triangleCount));
     summary.objects = lng::Text("Objects: %s", lng::Number(static_cast<std::uint64_t>(objects)));
+    for (const CSceneNote& note : more) summary.lines.push_back(TextOf(note));
     for (const CSceneNote& note : scene.notes) summary.lines.push_back(TextOf(note));
     if (!summary.lines.empty()) summary.notes = lng::Text("Notes: %s", lng::Number(summary.lines.size()));
     return summary;

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <span>
 #include <string>
 #include <vector>
 
 class CJobProgress;
 struct CPreparedScene;
+struct CSceneNote;
 
 /** The status bar's texts about a scene, translated. */
 struct CSceneSummary {
@@ -15,8 +17,8 @@ struct CSceneSummary {
     std::wstring place;               ///< see PlaceText
     std::vector<std::wstring> lines;  ///< the notes themselves, one line each
 };
-/** All but the place. */
-[[nodiscard]] CSceneSummary SummaryOf(const CPreparedScene& scene);
+/** All but the place. more: further notes, which come first. */
+[[nodiscard]] CSceneSummary SummaryOf(const CPreparedScene& scene, std::span<const CSceneNote> more = {});
 /** The place of a file among the models of its folder: "3 of 46"; empty for place 0, which is none. */
 [[nodiscard]] std::wstring PlaceText(unsigned place, unsigned count);
 

@@ -37,7 +37,7 @@ bool IsObj(const std::wstring& path) {
 }
 
 CDocument DocumentOf(const COpenRequest& request) {
-    return {request.origin, request.path, request.modelPath, false};
+    return {request.origin, request.path, request.modelPath, false, request.scene};
 }
 
 }  // namespace
@@ -67,16 +67,27 @@ EOpened CSession::Open(const COpenRequest& request) {
     return OpenNow(request);
 }
 
-EOpened CSession::OpenNow(const COpenRequest& request) {
+EOpened CSession::OpenNow(const COpenRequest& wanted) {
     const CTurns::CHold hold(m_turns);
+    COpenRequest request = wanted;
+    std::optional<CResult<CPresentation>> script;
+    if (request.origin == EOrigin::Script) {
+        script.emplace(PresentationOf(request));
+        if (*script) request.modelPath = script->Value().Scene().path;
+        if (*script) request.scene = script->Value().Index();
+    }
     COpenReport report;
     CDocument asked = DocumentOf(request);
-    const bool isRepeat = m_shown && m_shown->IsSame(asked);
+    const bool isChanged = script && (!m_script || !m_script->IsCurrent());
+    const bool isRepeat = m_shown && m_shown->IsSame(asked) && !isChanged;
     if (!isRepeat && !MayLoseEdits()) return EOpened::Cancelled;
     {
         const CBusyFrame busy(m_frame);
         m_frame.OnOpening();
-        const CStatus shown = isRepeat ? CStatus(CDone{}) : Show(request);
+        const CStatus shown = isRepeat ? CStatus(CDone{})
+                              : script ? ShowScript(request, *script)
+                                       : Show(request);
+        if (!script) EndPresentation();
         report.result = !shown ? EOpened::Failed : isRepeat ? EOpened::AlreadyShown : EOpened::Opened;
         if (!shown) report.error = shown.Error();
         asked.isOpen = shown.HasValue();
@@ -170,7 +181,14 @@ void CSession::ReloadNow() {
     if (m_shown && m_shown->IsSame(m_document))
         ReloadShown();
     else
-        OpenNow({m_document.origin, m_document.path, m_document.modelPath, {}, {}});
+        OpenAgain();
+}
+
+/** Opens the document's file once more. */
+void CSession::OpenAgain() {
+    COpenRequest request{m_document.origin, m_document.path, m_document.modelPath, {}, {}};
+    request.scene = m_document.scene;
+    OpenNow(request);
 }
 
 void CSession::ReloadShown() {
@@ -181,10 +199,10 @@ void CSession::ReloadShown() {
     if (!MayLoseEdits()) return;
     {
         const CBusyFrame busy(m_frame);
-        const CStatus read = m_view.Reload();
-        if (read) {
-            m_edits.Clear();
-        } else {
+        const CResult<bool> isSame = m_script ? RereadScript() : CResult<bool>(true);
+        if (isSame && !isSame.Value()) return OpenAgain();  // the script now names another model
+        const CStatus read = isSame ? ReloadModel() : CStatus(isSame.Error());
+        if (!read) {
             report.result = EOpened::Failed;
             report.error = read.Error();
         }
@@ -197,11 +215,26 @@ void CSession::ReloadShown() {
             L"\n" + lng::Text(report.error));
 }
 
+CStatus CSession::ReloadModel() {
+    CStatus read = m_view.Reload([this] {
+        m_edits.Clear();
+        if (!m_script) return;
+        m_scriptNotes = m_script->Notes();
+        ApplyScriptEdits();
+    });
+    if (read && m_script) {
+        m_modelStamp = CFileStamp::Of(ConvertToUTF8(m_shown->modelPath));
+        Present();
+    }
+    return read;
+}
+
 void CSession::TellOfOpening(const COpenReport& report) {
     ShowTitle();
     COpenReport told = report;
     told.folderModels = m_folderModels;
     told.folderPlace = m_folderPlace;
+    told.scene = ScriptScene();
     const std::vector<CSessionListener*> listeners = m_listeners;  // they may come and go meanwhile
     for (CSessionListener* listener : listeners) listener->OnOpened(told);
     ReadAheadAfter(report.result);
@@ -233,6 +266,7 @@ CStatus CSession::DeleteFile() {
     m_view.CloseModel();
     m_edits.Clear();
     m_shown.reset();
+    EndPresentation();
     m_folderModels = m_folderPlace = 0;
     m_title = kTitle;
     ShowTitle();

@@ -16,6 +16,7 @@
 #include "session/ahead/CFileStamp.h"
 #include "session/ahead/CReadAhead.h"
 #include "session/folder_models.h"
+#include "session/presentation/CPresentation.h"
 
 class CRecentFileList;
 class CSceneView;
@@ -52,6 +53,18 @@ class CSession {
     /** Reads the file of the shown model again; on failure the shown model stays. After a failed opening it
      * tries that file again. */
     void Reload();
+
+    // --- scene scripts -----------------------------------------------------------------------------------
+    /** Opens the previous or next scene of the script that is open, in a circle; waits while the session is busy. False,
+     * and nothing happens, unless a script of several scenes is open. */
+    bool StepScene(folder_models::EStep step);
+    /** The scene of the script that is open, also when its model could not be opened; null for none. */
+    [[nodiscard]] const CScriptScene* ScriptScene() const;
+    /** 0 for none. */
+    [[nodiscard]] std::size_t SceneCount() const;
+    [[nodiscard]] std::size_t SceneIndex() const;
+    /** What of the script could not be used. */
+    [[nodiscard]] const std::vector<CSceneNote>& ScriptNotes() const { return m_scriptNotes; }
 
     // --- the document ------------------------------------------------------------------------------------
     [[nodiscard]] const CDocument& Document() const { return m_document; }
@@ -103,10 +116,30 @@ class CSession {
     [[nodiscard]] bool MayClose();
 
   private:
-    EOpened OpenNow(const COpenRequest& request);
+    /** Whether the window filled the screen before a script decided it, and what the script wanted. */
+    struct CFullScreen {
+        bool before = false, byScript = false;
+    };
+    [[nodiscard]] CResult<CPresentation> PresentationOf(const COpenRequest& request);
+    [[nodiscard]] static CStatus FindModel(const std::wstring& path);
+    [[nodiscard]] bool ShowsModelOf(const CPresentation& next) const;
+    [[nodiscard]] bool ShowModelAgain(const COpenRequest& request);
+    [[nodiscard]] CStatus ShowScript(const COpenRequest& request, const CResult<CPresentation>& next);
+    void ApplyScriptEdits();
+    /** Shows the scene as the script says, or without one as the settings say. */
+    void Present();
+    void PresentFullScreen();
+    void EndPresentation();
+    [[nodiscard]] CResult<bool> RereadScript();
+    /** The scene before or after the current one of the script that is open. */
+    [[nodiscard]] std::size_t NeighbourScene(folder_models::EStep step) const;
+
+    EOpened OpenNow(const COpenRequest& wanted);
     void StepNow(folder_models::EStep step);
     void ReloadNow();
     void ReloadShown();
+    [[nodiscard]] CStatus ReloadModel();
+    void OpenAgain();
     [[nodiscard]] CStatus Show(const COpenRequest& request);
     [[nodiscard]] CStatus ShowObj(const std::wstring& path, bool isShown);
     [[nodiscard]] CStatus Answer(bool opened) const;
@@ -140,8 +173,13 @@ class CSession {
         std::optional<CFileStamp> stamp;  ///< of the file when it was read or written last
     };
     CEditsScript m_editsScript;
-    std::wstring m_title;       ///< without a mark
-    std::wstring m_shownTitle;  ///< as the frame shows it
+    std::optional<CPresentation> m_script;  ///< that is open
+    std::vector<CSceneNote> m_scriptNotes;
+    std::optional<CFileStamp> m_modelStamp;   ///< of the script's model as it was opened
+    float m_firstFrame = 0;                   ///< that it was opened at
+    std::optional<CFullScreen> m_fullScreen;  ///< while a script decides it
+    std::wstring m_title;                     ///< without a mark
+    std::wstring m_shownTitle;                ///< as the frame shows it
     CFolderListing m_listing;
     unsigned m_folderModels = 0, m_folderPlace = 0;
     folder_models::EStep m_lastStep = folder_models::EStep::Next;

@@ -9,9 +9,12 @@
 
 using folder_models::EStep;
 
-/** Archives are read ahead like models. */
-std::wstring CSession::ModelToReadAhead(const std::wstring& file, const std::atomic<bool>&) {
-    return file_util_ex::GetFileExt(file) == L"orv" ? std::wstring() : file;
+/** Archives are read ahead like models, of scripts the model of their first scene. */
+std::wstring CSession::ModelToReadAhead(const std::wstring& file, const std::atomic<bool>& cancelled) {
+    if (!COpenRequest::IsScript(file)) return file;
+    if (cancelled) return {};
+    const CResult<CSceneScript> script = ReadScript(file_util_ex::ConvertToUTF8(file));
+    return script ? script.Value().scenes.front().path : std::wstring();
 }
 
 void CSession::Step(EStep step) {
@@ -52,7 +55,14 @@ void CSession::ReadAheadAfter(EOpened result) {
 
 void CSession::ReadAhead() {
     std::vector<std::wstring> files;
-    if (m_readsAhead && m_document.HasFile()) {
+    if (m_readsAhead && SceneCount() > 1) {
+        const EStep back = m_lastStep == EStep::Next ? EStep::Previous : EStep::Next;
+        for (const EStep step : {m_lastStep, back}) {
+            std::wstring model = m_script->SceneAt(NeighbourScene(step)).path;
+            if (model != m_document.modelPath && std::ranges::find(files, model) == files.end())
+                files.push_back(std::move(model));
+        }
+    } else if (m_readsAhead && m_document.HasFile()) {
         const std::vector<std::wstring>& models = m_listing.Beside(m_document.path);
         const EStep back = m_lastStep == EStep::Next ? EStep::Previous : EStep::Next;
         for (const EStep step : {m_lastStep, back}) {

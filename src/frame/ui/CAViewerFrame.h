@@ -116,6 +116,8 @@ class CAViewerFrame final : public wxFrame,
     [[nodiscard]] bool MayLoseEdits() override;
     void BeginBusy() override;
     void EndBusy() override;
+    [[nodiscard]] bool IsFullScreenShown() const override;
+    void SetFullScreen(bool fullScreen) override;
     void OnOpening() override;
     void AskForTurn() override;
     void CloseNow() override;

@@ -16,6 +16,7 @@
 #include "frame/ui/CSceneStatusBar.h"
 #include "frame/ui/command_menus.h"
 #include "model/prepare/CPreparedScene.h"
+#include "script/CSceneScript.h"
 #include "session/CSession.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
@@ -32,7 +33,8 @@ std::wstring HintOf(const CDocument& document, const CError& error) {
     const std::wstring name = file_util_ex::ShownText(file_util_ex::GetFileName(document.path));
     std::wstring text = lng::Text("%s cannot be opened:", name) + L"\n";
     // The text names the file itself already.
-    const bool isOfPart = file_util_ex::PathFromBytes(error.where) != document.modelPath;
+    const std::wstring& named = document.origin == EOrigin::Script ? document.path : document.modelPath;
+    const bool isOfPart = file_util_ex::PathFromBytes(error.where) != named;
     text += lng::Text(CError{error.code, error.message, isOfPart ? error.where : std::string()});
     if (document.HasFile()) text += L"\n" + lng::Text("F5 tries again.");
     return text;
@@ -85,6 +87,14 @@ void CAViewerFrame::EndBusy() {
     CUserPrompt::Instance().EndBusy();
 }
 
+bool CAViewerFrame::IsFullScreenShown() const {
+    return IsFullScreen();
+}
+
+void CAViewerFrame::SetFullScreen(bool fullScreen) {
+    if (IsFullScreen() != fullScreen) ToggleFullScreen();
+}
+
 void CAViewerFrame::OnOpening() {
     m_view->SetHint({});  // the user has followed it
 }
@@ -100,7 +110,8 @@ void CAViewerFrame::OnOpened(const COpenReport& report) {
     const bool hasFailed = report.result == EOpened::Failed;
     if (hasFailed && failed) failed(report.error);
     if (hasFailed && !report.isReload) m_hint = HintOf(m_session->Document(), report.error);
-    if (report.result == EOpened::Opened && !report.isReload &&
+    const bool hasCamera = report.scene && !report.scene->camera.empty();
+    if (report.result == EOpened::Opened && !report.isReload && !hasCamera &&
         CSettings::Instance().lastCamera != kCmdIsoCamera)
         ResetView();
     if (report.result != EOpened::AlreadyShown) m_materials->OnOpened();
@@ -122,7 +133,7 @@ void CAViewerFrame::OnDocumentChanged() {
 void CAViewerFrame::ShowDocument() {
     C3dsDisplayWrap& engine = m_view->GetEngine();
     const CPreparedScene* scene = engine.Prepared();
-    CSceneSummary summary = scene ? SummaryOf(*scene) : CSceneSummary{};
+    CSceneSummary summary = scene ? SummaryOf(*scene, m_session->ScriptNotes()) : CSceneSummary{};
     summary.place = PlaceText(m_session->FolderPlace(), m_session->FolderModels());
     if (!scene) ShowHint(m_hint);
     CBXFileDialogI::SetDocument(m_session->Document().path);

@@ -8,6 +8,7 @@
 
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
+#include "session/CSceneLook.h"
 #include "view/pick_records.h"
 
 CViewer3DSWindowHandler::CViewer3DSWindowHandler(wxWindow* parent, CViewToolState* tools)
@@ -44,6 +45,25 @@ void CViewer3DSWindowHandler::SetPreset(ECameraPreset preset) {
     GetEngine().SetPreset(preset);
     Moved();
     EndWork();
+}
+
+void CViewer3DSWindowHandler::Present(const CSceneLook& look) {
+    BeginWork();
+    GetEngine().SetTextureRenderMode(look.textureMode);
+    GetEngine().SetPivotOffset(look.pivot);
+    GetEngine().SetScale(look.scale);
+    GetEngine().SetBackgroundImage(look.backgroundImage);
+    m_caption.Set(look.caption);
+    Show(look.show);
+}
+
+bool CViewer3DSWindowHandler::SetCamera(const std::string& name) {
+    BeginWork();
+    const bool found = GetEngine().SetCameraOfName(name);
+    if (found) m_gestures.ResetTrackBall();
+    Moved();
+    EndWork();
+    return found;
 }
 
 bool CViewer3DSWindowHandler::SetFileCamera(const std::string& name) {

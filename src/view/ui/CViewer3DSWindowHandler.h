@@ -62,7 +62,11 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     [[nodiscard]] bool OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures,
                                        const wchar_t* name) override;
     [[nodiscard]] bool OpenLoaded(CLoadedScene scene, const wchar_t* path) override;
-    [[nodiscard]] CStatus Reload() override;
+    [[nodiscard]] CStatus Reload(const std::function<void()>& whenRead = {}) override;
+    void ShowAgain(float frame) override;
+    [[nodiscard]] const CPreparedScene* Prepared() const override { return GetEngine().Prepared(); }
+    void Present(const CSceneLook& look) override;
+    [[nodiscard]] bool SetCamera(const std::string& name) override;
     void CloseModel() override;
     [[nodiscard]] const CError& LastError() const override;
     void WhenShown(std::function<void()> work) override { m_whenShown = std::move(work); }
