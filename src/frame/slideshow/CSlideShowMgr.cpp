@@ -54,8 +54,8 @@ void CSlideShowMgr::OnOpenFailed(int count) {
     Arm(kPassOverMs);
 }
 
-void CSlideShowMgr::OnScriptScene(int timeMs, const std::wstring& script, std::size_t index, std::size_t count,
-                                  int loop) {
+void CSlideShowMgr::OnScriptScene(int timeMs, const std::wstring& script, std::size_t index,
+                                  std::size_t count, int loop) {
     const bool isOther = m_rounds.Opened(script, index, count, loop);
     m_intervalMs = timeMs > 0 ? timeMs : kDefaultMs;
     if (timeMs > 0 && (isOther || IsRunning())) Start();

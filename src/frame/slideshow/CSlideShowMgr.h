@@ -39,7 +39,8 @@ class CSlideShowMgr {
     /** To be called for a model that a scene script shows, before OnModelOpened. timeMs: the script's own time for it, with
      * which a show starts, unless it is another scene of the script shown (somebody has stopped that one's); 0 or less: none, and models are shown for kDefaultMs. index, count, loop, script: see
      * CPresentationRounds. */
-    void OnScriptScene(int timeMs, const std::wstring& script, std::size_t index, std::size_t count, int loop);
+    void OnScriptScene(int timeMs, const std::wstring& script, std::size_t index, std::size_t count,
+                       int loop);
     /** The same for a model that none shows. */
     void OnPlainModel() { (void)m_rounds.Opened({}, 0, 0, 0); }
     /** The time of the host's timer is over. */
@@ -53,8 +54,8 @@ class CSlideShowMgr {
     CSlideShowHost& m_host;
     std::unique_ptr<CSlideShowTimer> m_timer;
     int m_intervalMs = kDefaultMs;
-    int m_count = 0;         ///< of models, when the last one was opened
-    int m_failures = 0;      ///< in a row
-    bool m_isTold = false;   ///< how the step that runs has ended
+    int m_count = 0;        ///< of models, when the last one was opened
+    int m_failures = 0;     ///< in a row
+    bool m_isTold = false;  ///< how the step that runs has ended
     CPresentationRounds m_rounds;
 };

@@ -67,9 +67,9 @@ void CMaterialBar::AddCommand(int id) {
 }
 
 CMaterialBar::CSlider CMaterialBar::AddSlider(EMaterialTool which, const std::wstring& name) {
-    const CSlider made{
-        new wxSlider(this, wxID_ANY, 0, 0, CToolValues::kSliderMax, wxDefaultPosition, FromDIP(wxSize(110, -1))),
-        new wxStaticText(this, wxID_ANY, SliderText(CToolValues::kSliderMax))};
+    const CSlider made{new wxSlider(this, wxID_ANY, 0, 0, CToolValues::kSliderMax, wxDefaultPosition,
+                                    FromDIP(wxSize(110, -1))),
+                       new wxStaticText(this, wxID_ANY, SliderText(CToolValues::kSliderMax))};
     made.text->SetMinSize(made.text->GetBestSize());
     SetAccessibleName(*made.slider, name);
     made.slider->SetToolTip(name);

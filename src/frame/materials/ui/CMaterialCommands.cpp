@@ -19,7 +19,12 @@
 
 CMaterialCommands::CMaterialCommands(wxWindow& window, CMaterialTool& tool, CViewer3DSWindowHandler& view,
                                      CSession& session, CHost host)
-    : m_window(window), m_tool(tool), m_view(view), m_session(session), m_host(std::move(host)), m_edits(session) {
+    : m_window(window),
+      m_tool(tool),
+      m_view(view),
+      m_session(session),
+      m_host(std::move(host)),
+      m_edits(session) {
     m_tool.SetActions({.stopSlideShow = m_host.stopSlideShow,
                        .changed = [this](EMaterialTool before) { OnToolChanged(before); },
                        .apply = [this](const std::string& node) { Apply(node); },
@@ -35,9 +40,9 @@ CMaterialCommands::~CMaterialCommands() {
 }
 
 CMaterialBar* CMaterialCommands::MakeBar(wxColorPopupListener* listener, wxAuiToolBar& mainBar) {
-    m_bar = new CMaterialBar(
-        &m_window, listener,
-        {[this](EMaterialTool which, int position) { Slide(which, position); }, [this] { m_edits.EndFollowing(); }});
+    m_bar = new CMaterialBar(&m_window, listener,
+                             {[this](EMaterialTool which, int position) { Slide(which, position); },
+                              [this] { m_edits.EndFollowing(); }});
     m_bar->ShowValues(m_tool.Values());
     m_buttons = std::make_unique<CAuiToolButtons>(*m_bar);
     m_mainButtons = std::make_unique<CAuiToolButtons>(mainBar);
@@ -86,7 +91,8 @@ void CMaterialCommands::Apply(const std::string& node) {
     if (used)
         m_host.showMessage(ToolMessage(m_tool.Kind(), node, m_tool.Values()));
     else
-        m_host.showMessage(file_util_ex::ShownText(lng::ConvertFromUTF8(node)) + L": " + lng::Text(used.Error()));
+        m_host.showMessage(file_util_ex::ShownText(lng::ConvertFromUTF8(node)) + L": " +
+                           lng::Text(used.Error()));
 }
 
 bool CMaterialCommands::ApplyAgain() {

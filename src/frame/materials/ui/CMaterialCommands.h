@@ -67,7 +67,7 @@ class CMaterialCommands {
     CSession& m_session;
     CHost m_host;
     CToolEdits m_edits;
-    std::string m_filtered;    ///< the node whose materials are shown; empty: all is
+    std::string m_filtered;  ///< the node whose materials are shown; empty: all is
     std::string m_lastPressed;
     CMaterialBar* m_bar = nullptr;
     std::unique_ptr<CAuiToolButtons> m_buttons, m_mainButtons;

@@ -41,7 +41,8 @@ CNodeList::CNodeList(wxWindow* parent, const CPreparedScene& scene, std::vector<
       m_maker(scene, static_cast<int>(std::ceil(parent->FromDIP(kSide) * parent->GetContentScaleFactor()))),
       m_timer(this) {
     SetAccessibleName(*this, lng::Text("Parts of the file"));
-    Bind(wxEVT_TIMER, [this](wxTimerEvent&) { FetchPictures(); }, m_timer.GetId());
+    Bind(
+        wxEVT_TIMER, [this](wxTimerEvent&) { FetchPictures(); }, m_timer.GetId());
     Search({});
     m_timer.Start(kFetchMs);
 }
@@ -63,8 +64,9 @@ void CNodeList::Select(const std::string& name) {
 
 const CChoice* CNodeList::Selected() const {
     const int row = GetSelection();
-    return row < 0 || static_cast<std::size_t>(row) >= m_rows.size() ? nullptr
-                                                                      : &m_choices[m_rows[static_cast<std::size_t>(row)]];
+    return row < 0 || static_cast<std::size_t>(row) >= m_rows.size()
+               ? nullptr
+               : &m_choices[m_rows[static_cast<std::size_t>(row)]];
 }
 
 wxCoord CNodeList::OnMeasureItem(std::size_t) const {
@@ -78,8 +80,8 @@ void CNodeList::OnDrawItem(wxDC& dc, const wxRect& rect, std::size_t row) const 
     if (picture != m_pictures.end() && picture->second.IsOk())
         dc.DrawBitmap(picture->second, rect.x + margin, rect.y + margin, true);
     const bool isSelected = IsSelected(row);
-    dc.SetTextForeground(
-        wxSystemSettings::GetColour(isSelected ? wxSYS_COLOUR_LISTBOXHIGHLIGHTTEXT : wxSYS_COLOUR_LISTBOXTEXT));
+    dc.SetTextForeground(wxSystemSettings::GetColour(isSelected ? wxSYS_COLOUR_LISTBOXHIGHLIGHTTEXT
+                                                                : wxSYS_COLOUR_LISTBOXTEXT));
     const wxString name = file_util_ex::ShownText(lng::ConvertFromUTF8(choice.name));
     const int left = rect.x + side + 3 * margin, lineHeight = dc.GetCharHeight();
     dc.DrawText(wxControl::Ellipsize(name, dc, wxELLIPSIZE_END, rect.GetRight() - left), left,
@@ -98,6 +100,7 @@ void CNodeList::FetchPictures() {
     if (hasCome) Refresh();
     std::vector<std::size_t> wanted;
     for (std::size_t row = GetVisibleBegin(); row < GetVisibleEnd() && row < m_rows.size(); ++row)
-        if (const std::size_t node = m_choices[m_rows[row]].node; !m_pictures.contains(node)) wanted.push_back(node);
+        if (const std::size_t node = m_choices[m_rows[row]].node; !m_pictures.contains(node))
+            wanted.push_back(node);
     m_maker.Want(std::move(wanted));
 }

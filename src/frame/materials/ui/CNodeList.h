@@ -28,7 +28,7 @@ class CNodeList final : public wxVListBox {
     [[nodiscard]] const CChoice* Selected() const;
 
   private:
-    static constexpr int kSide = 64;             ///< of a picture, in device-independent pixels
+    static constexpr int kSide = 64;               ///< of a picture, in device-independent pixels
     static constexpr std::size_t kMostKept = 300;  ///< pictures
 
     void OnDrawItem(wxDC& dc, const wxRect& rect, std::size_t row) const override;
@@ -37,7 +37,7 @@ class CNodeList final : public wxVListBox {
     void FetchPictures();
 
     std::vector<CChoice> m_choices;
-    std::vector<std::size_t> m_rows;  ///< indices into m_choices
+    std::vector<std::size_t> m_rows;             ///< indices into m_choices
     std::map<std::size_t, wxBitmap> m_pictures;  ///< by node
     CNodePictures m_maker;
     wxTimer m_timer;

@@ -30,10 +30,10 @@ constexpr char kEntry[] = "replace_node", kPathKey[] = "Path";
 std::wstring AskForFile(wxWindow& parent, const std::wstring& startFolder) {
     std::wstring folder = CLocalRegStore::GetString(kEntry, kPathKey, L"");
     if (!file_util_ex::DoesFolderExist(folder)) folder = startFolder;
-    wxFileDialog dialog(&parent, lng::Text("Replace by a part of this file"), wxString(), wxString(), wxString("*"),
-                        wxFD_OPEN | wxFD_FILE_MUST_EXIST);
-    file_chooser::SetFilters(
-        dialog, {{lng::Text("3D scenes (*.3ds;*.zip;*.obj)"), {L"*.3ds", L"*.zip", L"*.obj"}}});
+    wxFileDialog dialog(&parent, lng::Text("Replace by a part of this file"), wxString(), wxString(),
+                        wxString("*"), wxFD_OPEN | wxFD_FILE_MUST_EXIST);
+    file_chooser::SetFilters(dialog,
+                             {{lng::Text("3D scenes (*.3ds;*.zip;*.obj)"), {L"*.3ds", L"*.zip", L"*.obj"}}});
     file_chooser::SetFolder(dialog, file_util_ex::ConvertToUTF8(folder));
     if (dialog.ShowModal() != wxID_OK) return {};
     std::wstring path = file_util_ex::PathFromBytes(file_chooser::ChosenPath(dialog));
@@ -100,15 +100,16 @@ std::string CReplaceDlg::Node() const {
     return choice ? choice->name : std::string();
 }
 
-std::optional<CReplacement> AskForReplacement(wxWindow& parent, CSceneView& view, const std::wstring& startFolder,
-                                              const std::string& proposed) {
+std::optional<CReplacement> AskForReplacement(wxWindow& parent, CSceneView& view,
+                                              const std::wstring& startFolder, const std::string& proposed) {
     const std::wstring path = AskForFile(parent, startFolder);
     if (path.empty()) return std::nullopt;
     const std::string utf8 = file_util_ex::ConvertToUTF8(path);
     std::optional<CResult<CLoadedScene>> loaded;
     {
         const CBusyCursor cursor;
-        view.LoadBeside([&](CJobProgress& progress) { loaded.emplace(LoadScene(utf8, &progress, Limits())); });
+        view.LoadBeside(
+            [&](CJobProgress& progress) { loaded.emplace(LoadScene(utf8, &progress, Limits())); });
     }
     if (!*loaded) {
         Refuse(path, lng::Text(CError{loaded->Error().code, loaded->Error().message, {}}));

@@ -4,7 +4,8 @@
 #include "frame/materials/ui/wxColourPopup.h"
 
 wxColourCombo::wxColourCombo(wxWindow* parent, wxColorPopupListener* listener)
-    : wxComboCtrl(parent, wxID_ANY, wxEmptyString, wxDefaultPosition, parent->FromDIP(wxSize(64, -1)), wxCB_READONLY),
+    : wxComboCtrl(parent, wxID_ANY, wxEmptyString, wxDefaultPosition, parent->FromDIP(wxSize(64, -1)),
+                  wxCB_READONLY),
       m_popup(new wxColourPopup(listener)) {
     SetPopupControl(m_popup);
 }

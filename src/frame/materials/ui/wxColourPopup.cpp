@@ -28,9 +28,9 @@ wxColour PaletteColor(int index) {
     constexpr std::array<double, kColumns> kHues{0.0, 0.04, 0.09, 0.14, 0.25, 0.38, 0.5, 0.58, 0.72, 0.86};
     constexpr std::array<double, kRows> kSaturations{0, 0.4, 0.9, 0.8, 0.8};
     constexpr std::array<double, kRows> kValues{0, 1.0, 1.0, 0.75, 0.45};
-    const wxImage::RGBValue rgb =
-        wxImage::HSVtoRGB({kHues[static_cast<std::size_t>(column)], kSaturations[static_cast<std::size_t>(row)],
-                           kValues[static_cast<std::size_t>(row)]});
+    const wxImage::RGBValue rgb = wxImage::HSVtoRGB({kHues[static_cast<std::size_t>(column)],
+                                                     kSaturations[static_cast<std::size_t>(row)],
+                                                     kValues[static_cast<std::size_t>(row)]});
     return {rgb.red, rgb.green, rgb.blue};
 }
 
@@ -171,8 +171,8 @@ void wxColourPopup::PaintField(wxDC& dc) {
     const auto along = [](int begin, int length, double share) {
         return begin + static_cast<int>(std::lround(share * (length - 1)));
     };
-    DrawRing(dc,
-             {along(field.x, field.width, m_saturation), along(field.y, field.height, 1 - m_value)}, FromDIP(5));
+    DrawRing(dc, {along(field.x, field.width, m_saturation), along(field.y, field.height, 1 - m_value)},
+             FromDIP(5));
     DrawRing(dc, {strip.x + strip.width / 2, along(strip.y, strip.height, m_hue)}, FromDIP(5));
 }
 

@@ -38,7 +38,8 @@ CStatePtr Take(gpointer data) {
 
 void OnGranted(GObject* bus, GAsyncResult* result, gpointer data) {
     const CStatePtr state = Take(data);
-    GVariant* answer = g_dbus_connection_call_finish(reinterpret_cast<GDBusConnection*>(bus), result, nullptr);
+    GVariant* answer =
+        g_dbus_connection_call_finish(reinterpret_cast<GDBusConnection*>(bus), result, nullptr);
     if (answer == nullptr) return;
     if (g_variant_is_of_type(answer, G_VARIANT_TYPE("(u)"))) g_variant_get(answer, "(u)", &state->cookie);
     g_variant_unref(answer);

@@ -117,6 +117,10 @@ void CSlideShow::OnOpened(const COpening& opening) {
     ShowName(opening.name);
 }
 
+void CSlideShow::OnCounted(int models) {
+    if (!IsRunning() || models == 0) m_manager.OnModelOpened(models);
+}
+
 void CSlideShow::OnTakenInHand() {
     if (IsRunning()) Stop();
 }
@@ -162,7 +166,8 @@ void CSlideShow::Tell(EShowEnd why) {
             m_frame.TellOfShow(lng::Text("The slideshow has stopped: no model of the folder can be opened."));
             break;
         case EShowEnd::UnsavedEdits:
-            m_frame.SayOfShow(lng::Text("The slideshow has stopped: the model has edits that are not saved."));
+            m_frame.SayOfShow(
+                lng::Text("The slideshow has stopped: the model has edits that are not saved."));
             break;
         case EShowEnd::NoOther:
             m_frame.SayOfShow(lng::Text("The slideshow has stopped: there is no other model."));

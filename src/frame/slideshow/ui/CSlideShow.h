@@ -51,6 +51,8 @@ class CSlideShow final : private CSlideShowHost {
     bool LeaveFullScreen();
 
     void OnOpened(const COpening& opening);
+    /** The number of models in the folder has changed without an opening. */
+    void OnCounted(int models);
     /** The window has entered or left full screen. */
     void OnFullScreen();
     /** The left button was pressed in the view, or a tool was chosen. */
