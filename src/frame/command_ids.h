@@ -48,6 +48,7 @@ constexpr int kCmdResetView = 33003;
 constexpr int kCmdSceneNotes = 33004;
 constexpr int kCmdUndo = 33005;
 constexpr int kCmdRedo = 33006;
+constexpr int kCmdFullScreenSlideShow = 33008;
 constexpr int kCmdToolColor = 33010;
 constexpr int kCmdToolShininess = 33011;
 constexpr int kCmdToolTransparency = 33012;

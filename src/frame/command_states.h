@@ -11,6 +11,8 @@ struct CFrameState {
     bool hasModel = false;      ///< a model is open
     bool hasFile = false;       ///< the document is a file, open or failed to open
     unsigned folderModels = 0;  ///< number of models in its folder, itself included
+    bool canStartShow = false;  ///< there are models for a slideshow
+    bool isShowRunning = false;
     bool hasNotes = false;
     bool canUndo = false;
     bool canRedo = false;

@@ -51,6 +51,7 @@ constexpr std::array kEntries = {
     CEntry{"AutoUpdate", &CSettings::autoUpdate},
     CEntry{"CloseOnEsc", &CSettings::closeOnEsc},
     CEntry{"ShowMaterialBar", &CSettings::showMaterialBar},
+    CEntry{"SlideShowTime", &CSettings::slideShowTime},
 };
 
 bool ReadValue(const char* key, bool missing) {

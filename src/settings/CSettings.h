@@ -45,6 +45,7 @@ struct CSettings {
     bool autoUpdate = true;
     bool closeOnEsc = false;
     bool showMaterialBar = true;
+    std::int32_t slideShowTime = 3000;  ///< how long a slideshow shows each model, in milliseconds
 
     bool operator==(const CSettings&) const = default;
 };

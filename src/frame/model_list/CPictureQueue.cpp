@@ -6,7 +6,8 @@
 
 #include "frame/model_list/CPictureWork.h"
 
-CPictureQueue::CPictureQueue(CPictureWork& work, std::size_t mostReady) : m_work(work), m_mostReady(mostReady) {}
+CPictureQueue::CPictureQueue(CPictureWork& work, std::size_t mostReady)
+    : m_work(work), m_mostReady(mostReady) {}
 
 CPictureQueue::EState CPictureQueue::StateOf(const std::wstring& path) const {
     const auto found = m_states.find(path);

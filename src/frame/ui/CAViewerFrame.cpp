@@ -20,6 +20,7 @@
 #include "files/std_file_paths.h"
 #include "frame/materials/ui/CMaterialBar.h"
 #include "frame/materials/ui/CMaterialCommands.h"
+#include "frame/slideshow/ui/CSlideShow.h"
 #include "frame/ui/CAnimationBar.h"
 #include "frame/ui/CFileCommands.h"
 #include "frame/ui/CSceneNotesDlg.h"
@@ -67,7 +68,8 @@ CAViewerFrame::CAViewerFrame(const wxString& title)
       m_materials(std::make_unique<CMaterialCommands>(
           *this, m_tools, *m_view, *m_session,
           CMaterialCommands::CHost{.showMessage = [this](const std::wstring& text) { ShowMessage(text); },
-                                   .showStates = [this] { ShowCommandStates(); }})) {
+                                   .showStates = [this] { ShowCommandStates(); },
+                                   .stopSlideShow = [this] { m_slideShow->OnTakenInHand(); }})) {
     if (!HasView()) return;
     m_session->AddListener(*this);
     const wxString icon = std_file_paths::GetImgPath(L"main.ico");
@@ -86,6 +88,7 @@ CAViewerFrame::CAViewerFrame(const wxString& title)
 
 CAViewerFrame::~CAViewerFrame() {
     m_aui.UnInit();
+    m_slideShow.reset();
     m_materials.reset();
     m_files.reset();
     m_session.reset();
@@ -110,6 +113,7 @@ void CAViewerFrame::MakePanes() {
     wxWindow* canvas = m_view->GetCanvas()->GetWindow();
     SetAccessibleName(*canvas, lng::Text("3D view"));
     MakeMaterialPane();
+    MakeSlideShow();
     m_state.isToolBarShown = CSettings::Instance().showToolBar;
     m_aui.AddPane(canvas, wxAuiPaneInfo().CenterPane().PaneBorder(false));
     m_aui.AddPane(m_toolBar, wxAuiPaneInfo()
@@ -221,6 +225,8 @@ void CAViewerFrame::ShowHint(const std::wstring& text) {
 CFrameState CAViewerFrame::State() const {
     CFrameState now = m_state;
     now.shown = m_view->Shown();
+    now.canStartShow = m_slideShow->CanStart();
+    now.isShowRunning = m_slideShow->IsRunning();
     now.activeTool = m_tools.IsActive() ? m_tools.Identifier() : 0;
     return now;
 }
@@ -285,6 +291,7 @@ void CAViewerFrame::FollowFullScreen() {
     SendSizeEvent();
     if (!m_state.isFullScreen && GetMenuBar() != m_menuBar) SetMenuBar(m_menuBar);
     ShowPanes();
+    m_slideShow->OnFullScreen();
     ShowCommandStates();
 }
 
@@ -297,11 +304,13 @@ void CAViewerFrame::ShowPanes() {
         return changes;
     };
     const bool toolBar = show(kToolBarPane, m_state.isToolBarShown);
+    const bool slideShow = show(kSlideShowPane, m_state.isToolBarShown);
     const bool materials = show(kMaterialPane, m_state.isMaterialBarShown);
     const bool animation = show(kAnimationPane, m_state.isAnimated);
-    if (!toolBar && !materials && !animation) return;
+    if (!toolBar && !slideShow && !materials && !animation) return;
     // A hidden control would keep the keyboard focus.
-    if (wxWindow* canvas = m_view->GetCanvas()->GetWindow(); (animation || materials) && !canvas->HasFocus())
+    if (wxWindow* canvas = m_view->GetCanvas()->GetWindow();
+        (animation || materials || slideShow) && !canvas->HasFocus())
         canvas->SetFocus();
     // The manager would paint the view at once, although a repaint follows anyway.
     const wxWindowUpdateLocker noPainting(m_view->GetCanvas()->GetWindow());

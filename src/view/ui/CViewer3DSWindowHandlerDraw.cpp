@@ -27,6 +27,10 @@ using CClock = std::chrono::steady_clock;
 // --- moving and resting ----------------------------------------------------------------------------------
 
 void CViewer3DSWindowHandler::OnPaint() {
+    if (m_keepsPicture && (m_showsCoarse || !GetEngine().Prepared())) {
+        m_isInterrupted = true;  // what is on the screen stays there
+        return;
+    }
     const bool moving = DrawsQuickly();
     GetEngine().SetMoving(moving);
     m_isInterrupted = false;
