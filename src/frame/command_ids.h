@@ -48,6 +48,7 @@ constexpr int kCmdResetView = 33003;
 constexpr int kCmdSceneNotes = 33004;
 constexpr int kCmdUndo = 33005;
 constexpr int kCmdRedo = 33006;
+constexpr int kCmdShowModelList = 33007;
 constexpr int kCmdFirstSceneCamera = 33100;
 constexpr int kMaxSceneCameras = 100;
 

@@ -45,6 +45,8 @@ bool IsChecked(int id, const CFrameState& frame) {
             return frame.shown.rotate;
         case kCmdShowToolBar:
             return frame.isToolBarShown;
+        case kCmdShowModelList:
+            return frame.isModelListShown;
         case kCmdFullScreen:
             return frame.isFullScreen;
         case kCmdPlayAnimation:

@@ -18,6 +18,7 @@ struct CFrameState {
     bool isPlaying = false;
     bool isFullScreen = false;
     bool isToolBarShown = false;
+    bool isModelListShown = false;
     int runningCommand = 0;  ///< its tool is shown pressed while it runs; 0: none
 };
 

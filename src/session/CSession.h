@@ -123,8 +123,8 @@ class CSession {
     CEditLog m_edits;
     CDocument m_document;
     std::optional<CDocument> m_shown;  ///< whose scene the view shows; after some failures not m_document
-    std::wstring m_title;       ///< without a mark
-    std::wstring m_shownTitle;  ///< as the frame shows it
+    std::wstring m_title;              ///< without a mark
+    std::wstring m_shownTitle;         ///< as the frame shows it
     CFolderListing m_listing;
     unsigned m_folderModels = 0, m_folderPlace = 0;
     folder_models::EStep m_lastStep = folder_models::EStep::Next;

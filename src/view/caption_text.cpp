@@ -25,9 +25,9 @@ bool IsIn(std::span<const CRange> ranges, wchar_t character) {
 
 /** Takes no place of its own: stands on the character before, joins it or chooses its form. */
 bool IsMark(wchar_t c) {
-    constexpr CRange kMarks[] = {{0x300, 0x36F},   {0x483, 0x489},   {0x591, 0x5BD},   {0x610, 0x61A},
-                                 {0x64B, 0x65F},   {0x1AB0, 0x1AFF}, {0x1DC0, 0x1DFF}, {0x200B, 0x200F},
-                                 {0x2060, 0x2064}, {0x20D0, 0x20FF}, {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F},
+    constexpr CRange kMarks[] = {{0x300, 0x36F},   {0x483, 0x489},    {0x591, 0x5BD},   {0x610, 0x61A},
+                                 {0x64B, 0x65F},   {0x1AB0, 0x1AFF},  {0x1DC0, 0x1DFF}, {0x200B, 0x200F},
+                                 {0x2060, 0x2064}, {0x20D0, 0x20FF},  {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F},
                                  {0xFEFF, 0xFEFF}, {0xE0100, 0xE01EF}};
     return IsIn(kMarks, c);
 }
@@ -85,7 +85,8 @@ std::size_t Beginning(std::wstring_view word, const std::function<bool(const std
 
 void AddWord(std::vector<std::wstring>& lines, std::wstring_view word,
              const std::function<bool(const std::wstring&)>& fits) {
-    const std::wstring longer = lines.back().empty() ? std::wstring(word) : lines.back() + L' ' + std::wstring(word);
+    const std::wstring longer =
+        lines.back().empty() ? std::wstring(word) : lines.back() + L' ' + std::wstring(word);
     if (fits(longer)) {
         lines.back() = longer;
         return;

@@ -10,7 +10,8 @@ CStatus CToolEdits::Use(EMaterialTool tool, const std::string& node, const CTool
     const std::optional<CEdit> edit = ToolEdit(tool, node, values);
     if (!edit) return CError{EErrorCode::BadArgument, lng::Mark("no tool is chosen"), {}};
     EndFollowing();
-    const bool isRepeat = m_state == m_session.Edits().State() && m_tool == tool && m_node == node && m_values == values;
+    const bool isRepeat =
+        m_state == m_session.Edits().State() && m_tool == tool && m_node == node && m_values == values;
     if (isRepeat) return CDone{};
     const std::vector<CStatus> answers = m_session.Apply({*edit}, ToolStepName(tool, node));
     if (answers.front()) Used(tool, node, values);
@@ -30,8 +31,8 @@ bool CToolEdits::Follow(EMaterialTool tool, const CToolValues& values) {
     if (!edit) return false;
     const std::uint64_t before = m_session.Edits().State();
     const bool isSameStep = m_following == before;
-    const std::vector<CStatus> answers = isSameStep ? m_session.Amend(before, {*edit})
-                                                    : m_session.Apply({*edit}, ToolStepName(tool, m_node));
+    const std::vector<CStatus> answers =
+        isSameStep ? m_session.Amend(before, {*edit}) : m_session.Apply({*edit}, ToolStepName(tool, m_node));
     if (answers.empty() || !answers.front()) return false;
     m_values = values;
     m_following = m_state = m_session.Edits().State();

@@ -23,8 +23,10 @@ CVec3 MeanOf(const CImage& image) {
     constexpr int kSteps = 16;
     CVec3 sum;
     for (int i = 0; i < kSteps * kSteps; ++i) {
-        const std::uint8_t* pixel = image.Pixel(image.width * (i % kSteps) / kSteps, image.height * (i / kSteps) / kSteps);
-        sum = sum + CVec3{static_cast<float>(pixel[0]), static_cast<float>(pixel[1]), static_cast<float>(pixel[2])};
+        const std::uint8_t* pixel =
+            image.Pixel(image.width * (i % kSteps) / kSteps, image.height * (i / kSteps) / kSteps);
+        sum = sum +
+              CVec3{static_cast<float>(pixel[0]), static_cast<float>(pixel[1]), static_cast<float>(pixel[2])};
     }
     return sum * (1.0f / (255.0f * kSteps * kSteps));
 }
@@ -57,7 +59,8 @@ class CNodeDrawing {
     void Draw(const std::array<CVec3, 3>& corners, CVec3 color) {
         const CVec3 normal = Normalized(Cross(corners[1] - corners[0], corners[2] - corners[0]));
         constexpr float kAmbient = 0.35f;
-        const float light = kAmbient + (1 - kAmbient) * std::abs(Dot(normal, Normalized(CVec3{-0.4f, -0.7f, 0.9f})));
+        const float light =
+            kAmbient + (1 - kAmbient) * std::abs(Dot(normal, Normalized(CVec3{-0.4f, -0.7f, 0.9f})));
         Fill({Seen(corners[0]), Seen(corners[1]), Seen(corners[2])}, color * light);
     }
 
@@ -90,8 +93,10 @@ class CNodeDrawing {
         for (int y = y0; y <= y1; ++y) {
             for (int x = x0; x <= x1; ++x) {
                 const float px = static_cast<float>(x) + 0.5f, py = static_cast<float>(y) + 0.5f;
-                const float b = ((px - t[0].x) * (t[2].y - t[0].y) - (t[2].x - t[0].x) * (py - t[0].y)) / area;
-                const float c = ((t[1].x - t[0].x) * (py - t[0].y) - (px - t[0].x) * (t[1].y - t[0].y)) / area;
+                const float b =
+                    ((px - t[0].x) * (t[2].y - t[0].y) - (t[2].x - t[0].x) * (py - t[0].y)) / area;
+                const float c =
+                    ((t[1].x - t[0].x) * (py - t[0].y) - (px - t[0].x) * (t[1].y - t[0].y)) / area;
                 if (b < 0 || c < 0 || b + c > 1) continue;
                 const float near = t[0].near + b * (t[1].near - t[0].near) + c * (t[2].near - t[0].near);
                 const auto at = static_cast<std::size_t>(y * m_side + x);
@@ -119,7 +124,8 @@ class CNodeDrawing {
         }
         if (covered == 0) return;
         const auto byte = [covered](float value) {
-            return static_cast<std::uint8_t>(std::clamp(255 * value / static_cast<float>(covered), 0.0f, 255.0f));
+            return static_cast<std::uint8_t>(
+                std::clamp(255 * value / static_cast<float>(covered), 0.0f, 255.0f));
         };
         rgba[0] = byte(sum.x);
         rgba[1] = byte(sum.y);
@@ -157,7 +163,8 @@ int ChoiceFor(const std::vector<CChoice>& choices, const std::string& node) {
     return choices.empty() ? -1 : 0;
 }
 
-CImage DrawNodePicture(const CPreparedScene& scene, std::size_t node, int sidePx, const CJobProgress& progress) {
+CImage DrawNodePicture(const CPreparedScene& scene, std::size_t node, int sidePx,
+                       const CJobProgress& progress) {
     const CPreparedNode& shown = scene.nodes[node];
     const CPreparedMesh& mesh = scene.meshes[static_cast<std::size_t>(shown.mesh)];
     const CMat4& place = shown.meshToWorld;

@@ -46,7 +46,8 @@ CTexts TextsOf(EMaterialTool tool) {
             return {lng::Mark("Replace: click the parts to be replaced. Esc or a right click ends it."),
                     lng::Mark("replaced %s")};
         case EMaterialTool::Filter:
-            return {lng::Mark("Filter: click a part to see what has the same material. Esc or a right click ends it.")};
+            return {lng::Mark(
+                "Filter: click a part to see what has the same material. Esc or a right click ends it.")};
         case EMaterialTool::None:
             break;
     }

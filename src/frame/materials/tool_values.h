@@ -46,10 +46,12 @@ struct CToolValues {
 [[nodiscard]] CVec3 ColorValue(CToolColor color);
 
 /** What a tool does to a node, to all of its materials; nothing for None and Filter, which change no scene. */
-[[nodiscard]] std::optional<CEdit> ToolEdit(EMaterialTool tool, const std::string& node, const CToolValues& values);
+[[nodiscard]] std::optional<CEdit> ToolEdit(EMaterialTool tool, const std::string& node,
+                                            const CToolValues& values);
 /** The name of that step in the menu, translated: "colour of Box01". */
 [[nodiscard]] std::wstring ToolStepName(EMaterialTool tool, const std::string& node);
 /** What the status bar says of it, translated: "Box01: colour #DC7F1E" */
-[[nodiscard]] std::wstring ToolMessage(EMaterialTool tool, const std::string& node, const CToolValues& values);
+[[nodiscard]] std::wstring ToolMessage(EMaterialTool tool, const std::string& node,
+                                       const CToolValues& values);
 /** What the status bar says when a tool is chosen, translated: what to do with it. */
 [[nodiscard]] std::wstring ToolHint(EMaterialTool tool);

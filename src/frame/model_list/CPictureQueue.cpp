@@ -6,7 +6,8 @@
 
 #include "frame/model_list/CPictureWork.h"
 
-CPictureQueue::CPictureQueue(CPictureWork& work, std::size_t mostReady) : m_work(work), m_mostReady(mostReady) {}
+CPictureQueue::CPictureQueue(CPictureWork& work, std::size_t mostReady)
+    : m_work(work), m_mostReady(mostReady) {}
 
 CPictureQueue::EState CPictureQueue::StateOf(const std::wstring& path) const {
     const auto found = m_states.find(path);
@@ -66,7 +67,11 @@ void CPictureQueue::ForgetAll() {
 }
 
 void CPictureQueue::OnEnded(const std::wstring& path, EPictureEnd end, EState from) {
-    if (StateOf(path) != from) return;
+    if (StateOf(path) != from) {
+        // It was stopped, or forgotten.
+        if (end == EPictureEnd::Ready && StateOf(path) != EState::Ready) m_work.Drop(path);
+        return;
+    }
     --(from == EState::Looking ? m_looks : m_drawings);
     if (std::ranges::find(m_paths, path) == m_paths.end()) {
         m_states.erase(path);

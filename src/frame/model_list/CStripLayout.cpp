@@ -41,7 +41,8 @@ std::size_t CStripLayout::CellsOfPage() const {
 
 CStripLayout::CRange CStripLayout::Visible() const {
     const auto cellAt = [&](long at) { return static_cast<std::size_t>(at / m_cellWidth); };
-    return {std::min(cellAt(m_offset), m_count), std::min(cellAt(m_offset + m_width + m_cellWidth - 1), m_count)};
+    return {std::min(cellAt(m_offset), m_count),
+            std::min(cellAt(m_offset + m_width + m_cellWidth - 1), m_count)};
 }
 
 int CStripLayout::Left(std::size_t index) const {
@@ -52,6 +53,7 @@ int CStripLayout::Left(std::size_t index) const {
 std::optional<std::size_t> CStripLayout::At(int x) const {
     const long fromBegin = (m_fromRight ? m_width - 1 - x : x) + m_offset;
     const long index = fromBegin / m_cellWidth;
-    if (x < 0 || x >= m_width || fromBegin < 0 || static_cast<std::size_t>(index) >= m_count) return std::nullopt;
+    if (x < 0 || x >= m_width || fromBegin < 0 || static_cast<std::size_t>(index) >= m_count)
+        return std::nullopt;
     return static_cast<std::size_t>(index);
 }

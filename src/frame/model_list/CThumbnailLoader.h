@@ -17,8 +17,8 @@
 /** What became of a file's picture. */
 struct CThumbnailNews {
     std::wstring path;
-    bool wasDrawn = false;             ///< else it was looked for
-    std::optional<CImage> picture;     ///< at most the loader's side
+    bool wasDrawn = false;               ///< else it was looked for
+    std::optional<CImage> picture;       ///< at most the loader's side
     std::optional<std::string> problem;  ///< why there is none, a line of English; neither: it is not kept
 };
 
@@ -60,7 +60,8 @@ class CThumbnailLoader {
     CThumbnailCache m_cache;
     int m_sidePx;
     std::function<void()> m_notify;
-    std::unordered_map<std::wstring, CThumbnailSource> m_looked;  ///< those without a thumbnail; the thread's own
+    std::unordered_map<std::wstring, CThumbnailSource>
+        m_looked;  ///< those without a thumbnail; the thread's own
 
     std::mutex m_guard;  ///< of what follows
     std::condition_variable m_hasWork;

@@ -10,7 +10,8 @@ std::optional<CBatchAnswer> ReadBatchAnswer(std::string_view line) {
     constexpr std::size_t kMostBytes = 500;
     const nlohmann::json object = nlohmann::json::parse(line, nullptr, false);
     if (!object.is_object()) return std::nullopt;
-    const auto number = object.find("number"), error = object.find("error"), triangles = object.find("triangles");
+    const auto number = object.find("number"), error = object.find("error"),
+               triangles = object.find("triangles");
     const auto passing = object.find("passing");
     if (number == object.end() || !number->is_number_unsigned()) return std::nullopt;
     CBatchAnswer answer{number->get<std::size_t>(), {}, passing != object.end() && *passing == true};

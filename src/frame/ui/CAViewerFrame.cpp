@@ -18,6 +18,8 @@
 #include "export/pov/ui/CPOVRaySettingsDlg.h"
 #include "export/pov/ui/pov_export_command.h"
 #include "files/std_file_paths.h"
+#include "frame/model_list/ui/CModelListControl.h"
+#include "frame/model_list/ui/CModelsLstToolBar.h"
 #include "frame/ui/CAnimationBar.h"
 #include "frame/ui/CFileCommands.h"
 #include "frame/ui/CSceneNotesDlg.h"
@@ -37,6 +39,7 @@ namespace {
 
 constexpr char kToolBarPane[] = "toolbar";
 constexpr char kAnimationPane[] = "animation";
+constexpr char kModelListPane[] = "models";
 
 /** Passes the first of the dropped paths on. */
 class CModelDropTarget final : public wxFileDropTarget {
@@ -79,6 +82,7 @@ CAViewerFrame::CAViewerFrame(const wxString& title)
 
 CAViewerFrame::~CAViewerFrame() {
     m_aui.UnInit();
+    m_modelList.reset();
     m_files.reset();
     m_session.reset();
     m_view.reset();  // its canvas is a window of this one
@@ -120,6 +124,30 @@ void CAViewerFrame::MakePanes() {
                                       .DockFixed()
                                       .BestSize(m_animationBar->GetBestSize())
                                       .Hide());
+    MakeModelList();
+}
+
+void CAViewerFrame::MakeModelList() {
+    wxWindow* canvas = m_view->GetCanvas()->GetWindow();
+    m_modelList = std::make_unique<CModelListControl>(
+        *this, *m_session,
+        CModelListControl::CActions{[canvas] { canvas->SetFocus(); },
+                                    [this](int keyCode) {
+                                        const bool isUsed = keyCode == WXK_SPACE || keyCode == WXK_BACK;
+                                        if (isUsed) OnViewKeyDown(keyCode);
+                                        return isUsed;
+                                    }});
+    m_state.isModelListShown = CSettings::Instance().showModelList;
+    m_aui.AddPane(&m_modelList->Bar(), wxAuiPaneInfo()
+                                           .Name(kModelListPane)
+                                           .Bottom()
+                                           .Layer(1)
+                                           .CaptionVisible(false)
+                                           .CloseButton(false)
+                                           .PaneBorder(false)
+                                           .DockFixed()
+                                           .BestSize(m_modelList->Bar().GetBestSize())
+                                           .Hide());
 }
 
 void CAViewerFrame::BindEvents() {
@@ -236,7 +264,7 @@ void CAViewerFrame::RunCommand(int id) {
 /** Whatever takes a step for itself is asked here, before the folder's files. */
 void CAViewerFrame::StepModel(folder_models::EStep step) {
     ShowRunning(step == folder_models::EStep::Next ? kCmdNextFile : kCmdPreviousFile);
-    m_session->Step(step);
+    if (!m_modelList->Manager().Step(step)) m_session->Step(step);
     ShowRunning(0);
 }
 
@@ -266,9 +294,11 @@ void CAViewerFrame::ShowPanes() {
     };
     const bool toolBar = show(kToolBarPane, m_state.isToolBarShown);
     const bool animation = show(kAnimationPane, m_state.isAnimated);
-    if (!toolBar && !animation) return;
+    const bool modelList = show(kModelListPane, m_state.isModelListShown);
+    m_modelList->SetShown(m_state.isModelListShown && !m_state.isFullScreen);
+    if (!toolBar && !animation && !modelList) return;
     // A hidden control would keep the keyboard focus.
-    if (wxWindow* canvas = m_view->GetCanvas()->GetWindow(); animation && !canvas->HasFocus())
+    if (wxWindow* canvas = m_view->GetCanvas()->GetWindow(); (animation || modelList) && !canvas->HasFocus())
         canvas->SetFocus();
     // The manager would paint the view at once, although a repaint follows anyway.
     const wxWindowUpdateLocker noPainting(m_view->GetCanvas()->GetWindow());
@@ -280,6 +310,14 @@ void CAViewerFrame::ToggleToolBar() {
     settings.showToolBar = !settings.showToolBar;
     m_state.isToolBarShown = settings.showToolBar;
     ShowPanes();
+}
+
+void CAViewerFrame::ToggleModelList() {
+    CSettings& settings = CSettings::Instance();
+    settings.showModelList = !settings.showModelList;
+    m_state.isModelListShown = settings.showModelList;
+    ShowPanes();
+    if (m_state.isModelListShown) m_modelList->TakeFocus();
 }
 
 void CAViewerFrame::TogglePlaying() {

@@ -21,6 +21,7 @@
 
 class CAnimationBar;
 class CFileCommands;
+class CModelListControl;
 class CSceneStatusBar;
 class CSession;
 class CViewer3DSWindowHandler;
@@ -57,12 +58,14 @@ class CAViewerFrame final : public wxFrame,
     [[nodiscard]] CViewer3DSWindowHandler& View() { return *m_view; }
     [[nodiscard]] CFileCommands& Files() { return *m_files; }
     [[nodiscard]] CSession& Session() { return *m_session; }
+    [[nodiscard]] CModelListControl& ModelList() { return *m_modelList; }
     [[nodiscard]] CRecentFileListMgr& RecentFiles() { return m_recent; }
     [[nodiscard]] CCommandState StateOfCommand(int id) const;
 
     // --- commands that are the frame's own ---------------------------------------------------------------
     void ToggleFullScreen();
     void ToggleToolBar();
+    void ToggleModelList();
     void TogglePlaying();
     /** Looks through the preset camera last chosen, without rotation and zoom. */
     void ResetView();
@@ -77,6 +80,7 @@ class CAViewerFrame final : public wxFrame,
     static constexpr char kStateName[] = "WindowState";
 
     void MakePanes();
+    void MakeModelList();
     void BindEvents();
     void BindKeys();
     void ApplySettings();
@@ -118,6 +122,7 @@ class CAViewerFrame final : public wxFrame,
     std::unique_ptr<CViewer3DSWindowHandler> m_view;
     std::unique_ptr<CSession> m_session;
     std::unique_ptr<CFileCommands> m_files;
+    std::unique_ptr<CModelListControl> m_modelList;
     std::vector<std::wstring> m_notes;
     std::optional<folder_models::EStep> m_wantedStep;  ///< by a key
     std::function<void(const CError&)> m_openFailed;   ///< called if the next opening fails

@@ -69,6 +69,7 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdUndo, Change<&CSession::Undo>},
         {kCmdRedo, Change<&CSession::Redo>},
         {kCmdFullScreen, [](CAViewerFrame& frame) { frame.ToggleFullScreen(); }},
+        {kCmdShowModelList, [](CAViewerFrame& frame) { frame.ToggleModelList(); }},
         {kCmdShowToolBar, [](CAViewerFrame& frame) { frame.ToggleToolBar(); }},
         {kCmdPlayAnimation, [](CAViewerFrame& frame) { frame.TogglePlaying(); }},
         {kCmdResetView, [](CAViewerFrame& frame) { frame.ResetView(); }},
