@@ -50,7 +50,7 @@ set(ORBIVUE_ROOMS
   "frame/slideshow: base/*"
   "frame/slideshow/ui: base/* files settings widgets widgets/ui widgets/tools/ui frame/slideshow"
   "frame/materials/ui: base/* files picture settings model/* camera engine session widgets widgets/ui widgets/tools/ui view view/ui frame frame/materials"
-  "frame/model_list: base/* files picture picture/decode settings session thumbnails frame/preview"
+  "frame/model_list: base/* files picture picture/decode settings session session/ahead thumbnails frame/preview"
   "frame/model_list/ui: base/* files picture settings session session/ahead thumbnails widgets widgets/ui widgets/tools/ui frame/preview frame/model_list"
   "frame/ui: base/* files picture settings model/* camera engine script session widgets widgets/ui widgets/tools/ui view view/ui export/pov export/pov/ui frame frame/preview frame/preview/ui frame/slideshow frame/slideshow/ui frame/materials frame/materials/ui frame/model_list frame/model_list/ui"
   "programs/orbivue: base/* files settings session export/pov"

@@ -55,6 +55,8 @@ bool IsChecked(int id, const CFrameState& frame) {
             return frame.isToolBarShown;
         case kCmdShowMaterialBar:
             return frame.isMaterialBarShown;
+        case kCmdShowModelList:
+            return frame.isModelListShown;
         case kCmdFullScreen:
             return frame.isFullScreen;
         case kCmdPlayAnimation:

@@ -29,6 +29,7 @@ struct CSettings {
     bool showAxis = false;
     bool rotate = false;
     bool showToolBar = true;
+    bool showModelList = false;
     std::int32_t lastCamera = kIsoCamera;  ///< command identifier of the preset camera last chosen
     std::uint8_t bkColorR = 0;             ///< clear colour of the view, 0..255
     std::uint8_t bkColorG = 0;

@@ -21,6 +21,8 @@
 #include "frame/materials/ui/CMaterialBar.h"
 #include "frame/materials/ui/CMaterialCommands.h"
 #include "frame/slideshow/ui/CSlideShow.h"
+#include "frame/model_list/ui/CModelListControl.h"
+#include "frame/model_list/ui/CModelsLstToolBar.h"
 #include "frame/ui/CAnimationBar.h"
 #include "frame/ui/CFileCommands.h"
 #include "frame/ui/CSceneNotesDlg.h"
@@ -41,6 +43,7 @@ namespace {
 constexpr char kToolBarPane[] = "toolbar";
 constexpr char kMaterialPane[] = "materials";
 constexpr char kAnimationPane[] = "animation";
+constexpr char kModelListPane[] = "models";
 
 /** Passes the first of the dropped paths on. */
 class CModelDropTarget final : public wxFileDropTarget {
@@ -90,6 +93,7 @@ CAViewerFrame::~CAViewerFrame() {
     m_aui.UnInit();
     m_slideShow.reset();
     m_materials.reset();
+    m_modelList.reset();
     m_files.reset();
     m_session.reset();
     m_view.reset();  // its canvas is a window of this one
@@ -133,6 +137,30 @@ void CAViewerFrame::MakePanes() {
                                       .DockFixed()
                                       .BestSize(m_animationBar->GetBestSize())
                                       .Hide());
+    MakeModelList();
+}
+
+void CAViewerFrame::MakeModelList() {
+    wxWindow* canvas = m_view->GetCanvas()->GetWindow();
+    m_modelList = std::make_unique<CModelListControl>(
+        *this, *m_session,
+        CModelListControl::CActions{[canvas] { canvas->SetFocus(); },
+                                    [this](int keyCode) {
+                                        const bool isUsed = keyCode == WXK_SPACE || keyCode == WXK_BACK;
+                                        if (isUsed) OnViewKeyDown(keyCode);
+                                        return isUsed;
+                                    }});
+    m_state.isModelListShown = CSettings::Instance().showModelList;
+    m_aui.AddPane(&m_modelList->Bar(), wxAuiPaneInfo()
+                                           .Name(kModelListPane)
+                                           .Bottom()
+                                           .Layer(1)
+                                           .CaptionVisible(false)
+                                           .CloseButton(false)
+                                           .PaneBorder(false)
+                                           .DockFixed()
+                                           .BestSize(m_modelList->Bar().GetBestSize())
+                                           .Hide());
 }
 
 void CAViewerFrame::MakeMaterialPane() {
@@ -274,7 +302,7 @@ void CAViewerFrame::RunCommand(int id) {
 /** Whatever takes a step for itself is asked here, before the folder's files. */
 void CAViewerFrame::StepModel(folder_models::EStep step) {
     ShowRunning(step == folder_models::EStep::Next ? kCmdNextFile : kCmdPreviousFile);
-    m_session->Step(step);
+    if (!m_modelList->Manager().Step(step)) m_session->Step(step);
     ShowRunning(0);
 }
 
@@ -307,10 +335,12 @@ void CAViewerFrame::ShowPanes() {
     const bool slideShow = show(kSlideShowPane, m_state.isToolBarShown);
     const bool materials = show(kMaterialPane, m_state.isMaterialBarShown);
     const bool animation = show(kAnimationPane, m_state.isAnimated);
-    if (!toolBar && !slideShow && !materials && !animation) return;
+    const bool modelList = show(kModelListPane, m_state.isModelListShown);
+    m_modelList->SetShown(m_state.isModelListShown && !m_state.isFullScreen);
+    if (!toolBar && !slideShow && !materials && !animation && !modelList) return;
     // A hidden control would keep the keyboard focus.
     if (wxWindow* canvas = m_view->GetCanvas()->GetWindow();
-        (animation || materials || slideShow) && !canvas->HasFocus())
+        (animation || materials || slideShow || modelList) && !canvas->HasFocus())
         canvas->SetFocus();
     // The manager would paint the view at once, although a repaint follows anyway.
     const wxWindowUpdateLocker noPainting(m_view->GetCanvas()->GetWindow());
@@ -329,6 +359,14 @@ void CAViewerFrame::ToggleMaterialBar() {
     settings.showMaterialBar = !settings.showMaterialBar;
     m_state.isMaterialBarShown = settings.showMaterialBar;
     ShowPanes();
+}
+
+void CAViewerFrame::ToggleModelList() {
+    CSettings& settings = CSettings::Instance();
+    settings.showModelList = !settings.showModelList;
+    m_state.isModelListShown = settings.showModelList;
+    ShowPanes();
+    if (m_state.isModelListShown) m_modelList->TakeFocus();
 }
 
 void CAViewerFrame::TogglePlaying() {

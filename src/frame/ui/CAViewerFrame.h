@@ -25,6 +25,7 @@ class CAnimationBar;
 class CFileCommands;
 class CMaterialBar;
 class CMaterialCommands;
+class CModelListControl;
 class CSceneStatusBar;
 class CSession;
 class CSlideShow;
@@ -66,6 +67,7 @@ class CAViewerFrame final : public wxFrame,
     [[nodiscard]] CMaterialCommands& Materials() { return *m_materials; }
     [[nodiscard]] CSlideShow& SlideShow() { return *m_slideShow; }
     [[nodiscard]] CSession& Session() { return *m_session; }
+    [[nodiscard]] CModelListControl& ModelList() { return *m_modelList; }
     [[nodiscard]] CRecentFileListMgr& RecentFiles() { return m_recent; }
     [[nodiscard]] CCommandState StateOfCommand(int id) const;
 
@@ -73,6 +75,7 @@ class CAViewerFrame final : public wxFrame,
     void ToggleFullScreen();
     void ToggleToolBar();
     void ToggleMaterialBar();
+    void ToggleModelList();
     void TogglePlaying();
     /** Looks through the preset camera last chosen, without rotation and zoom. */
     void ResetView();
@@ -91,6 +94,7 @@ class CAViewerFrame final : public wxFrame,
     void MakeMaterialPane();
     void MakeSlideShow();
     [[nodiscard]] bool IsKeyForView(const wxKeyEvent& event) const;
+    void MakeModelList();
     void BindEvents();
     void BindKeys();
     void ApplySettings();
@@ -156,6 +160,7 @@ class CAViewerFrame final : public wxFrame,
     std::unique_ptr<CMaterialCommands> m_materials;
     std::unique_ptr<CSlideShow> m_slideShow;
     int m_openMenus = 0;
+    std::unique_ptr<CModelListControl> m_modelList;
     std::vector<std::wstring> m_notes;
     std::optional<folder_models::EStep> m_wantedStep;  ///< by a key
     std::function<void(const CError&)> m_openFailed;   ///< called if the next opening fails

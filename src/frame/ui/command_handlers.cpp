@@ -86,6 +86,7 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdStartSlideShow, [](CAViewerFrame& frame) { frame.SlideShow().Start(); }},
         {kCmdStopSlideShow, [](CAViewerFrame& frame) { frame.SlideShow().Stop(); }},
         {kCmdFullScreenSlideShow, [](CAViewerFrame& frame) { frame.SlideShow().StartFullScreen(); }},
+        {kCmdShowModelList, [](CAViewerFrame& frame) { frame.ToggleModelList(); }},
         {kCmdShowToolBar, [](CAViewerFrame& frame) { frame.ToggleToolBar(); }},
         {kCmdPlayAnimation, [](CAViewerFrame& frame) { frame.TogglePlaying(); }},
         {kCmdResetView, [](CAViewerFrame& frame) { frame.ResetView(); }},
