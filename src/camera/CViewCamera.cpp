@@ -5,7 +5,9 @@
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <string>
 
+#include "base/text/ascii_text.h"
 #include "model/prepare/CPreparedScene.h"
 
 namespace {
@@ -90,8 +92,14 @@ void Widen(double& low, double& high, double factor) {
 }  // namespace
 
 bool PresetOfName(std::string_view name, ECameraPreset& preset) {
+    std::string plain = ascii_text::Lowered(name);
+    std::erase_if(plain, [](char c) { return c == ' ' || c == '_' || c == '-' || c == '\t'; });
+    for (const std::string_view end : {"camera", "cam", "view"}) {
+        if (plain.ends_with(end)) plain.resize(plain.size() - end.size());
+    }
     for (const CPresetEntry& entry : kPresets) {
-        if (name != entry.name && name != entry.word) continue;
+        // "top_cam" begins with the preset's short name.
+        if (plain != entry.word && plain != entry.name.substr(0, entry.name.find('_'))) continue;
         preset = entry.preset;
         return true;
     }

@@ -120,7 +120,7 @@ class CViewCamera {
     double m_tanX = 0, m_tanY = 0.4;  ///< half extents to be seen at distance 1; x is 0 where only y counts
 };
 
-/** The preset of a camera name such as "top_cam", or of a plain word such as "top" for people;
+/** The preset of a camera name such as "frt_cam", or of a word as people write it: "front", "Front camera", "FRONT-VIEW";
  * false for others. */
 [[nodiscard]] bool PresetOfName(std::string_view name, ECameraPreset& preset);
 /** "top_cam" and so on. */

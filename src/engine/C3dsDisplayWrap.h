@@ -186,6 +186,9 @@ class C3dsDisplayWrap {
     /** Looks through the camera of the file with this name, with its roll and field of view. False when there
      * is no such camera. */
     [[nodiscard]] bool SetFileCameraModel(const std::string& name);
+    /** Looks through the camera of the file with this name; or else a preset (see PresetOfName); or else the camera of the
+     * file whose name differs in letter case or code page. False, and nothing changes, when there is none. */
+    [[nodiscard]] bool SetCameraOfName(const std::string& name);
     [[nodiscard]] std::vector<std::string> GetFileCameraNames() const;
     [[nodiscard]] float GetXOrg() const;
     [[nodiscard]] float GetYOrg() const;

@@ -5,6 +5,7 @@
 #include "base/math/rotation_of_angles.h"
 #include "camera/point_under.h"
 #include "engine/C3dsDisplayState.h"
+#include "model/textures/texture_name.h"
 
 void C3dsDisplayWrap::CState::SetPreview(const C2DRect& rect) {
     preview = rect;
@@ -61,6 +62,21 @@ bool C3dsDisplayWrap::SetFileCameraModel(const std::string& name) {
         m_state->SetPreset(ECameraPreset::Iso);  // for the sphere and the angles
         m_state->seen.camera.SetFileCamera(camera);
         return true;
+    }
+    return false;
+}
+
+bool C3dsDisplayWrap::SetCameraOfName(const std::string& name) {
+    if (SetFileCameraModel(name)) return true;
+    ECameraPreset preset{};
+    if (PresetOfName(name, preset)) {
+        SetPreset(preset);
+        return true;
+    }
+    const std::vector<std::string> wanted = texture_name::ReferenceKeys(name);
+    for (const std::string& camera : GetFileCameraNames()) {
+        for (const std::string& key : texture_name::ReferenceKeys(camera))
+            if (std::ranges::find(wanted, key) != wanted.end()) return SetFileCameraModel(camera);
     }
     return false;
 }

@@ -135,6 +135,9 @@ std::string GetIniFilePath(std::string_view fileName) {
 std::string GetCacheFolderPath() {
     return OwnFolder("XDG_CACHE_HOME", ".cache");
 }
+std::string GetCacheHomePath() {
+    return BaseFolder("XDG_CACHE_HOME", ".cache");
+}
 std::string GetUserDataFolderPath() {
     return OwnFolder("XDG_DATA_HOME", ".local/share");
 }

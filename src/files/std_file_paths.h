@@ -19,6 +19,8 @@ void SetAppName(std::wstring_view name);
 [[nodiscard]] std::wstring GetIniFilePath(std::wstring_view fileName);
 /** The folder for what can be made again ($XDG_CACHE_HOME or ~/.cache), made (0700) when missing. */
 [[nodiscard]] std::string GetCacheFolderPath();
+/** The folder above it, where every program has its folder, and some share theirs. */
+[[nodiscard]] std::string GetCacheHomePath();
 /** The folder for the user's data ($XDG_DATA_HOME or ~/.local/share), made (0700) when missing. */
 [[nodiscard]] std::string GetUserDataFolderPath();
 

@@ -10,7 +10,7 @@ using lng::Mark;
 
 namespace {
 
-constexpr bool kToggle = true, kEndsGroup = true;
+constexpr bool kToggle = true, kEndsGroup = true, kMarksRun = true;
 
 // clang-format off
 constexpr CCommand kCommands[] = {
@@ -41,17 +41,22 @@ constexpr CCommand kCommands[] = {
      kEndsGroup},
     {kCmdRotate, EMenu::View, Mark("Rotate"), Mark("Rotate"), "rotate.ico", ENeeds::Nothing, kToggle, kEndsGroup},
     {kCmdPreviousFile, EMenu::View, Mark("Previous file in directory"),
-     Mark("Previous file in directory (back space button)"), "prev.ico", ENeeds::Neighbour},
+     Mark("Previous file in directory (back space button)"), "prev.ico", ENeeds::Neighbour,
+     !kToggle, !kEndsGroup, kMarksRun},
     {kCmdNextFile, EMenu::View, Mark("Next file in directory"), Mark("Next file in directory (space button)"),
-     "next.ico", ENeeds::Neighbour, !kToggle, kEndsGroup},
+     "next.ico", ENeeds::Neighbour, !kToggle, kEndsGroup, kMarksRun},
     {kCmdFullScreen, EMenu::View, Mark("Fullscreen view\tF11"), Mark("Fullscreen view"), "full_screen.ico",
      ENeeds::Nothing, kToggle, kEndsGroup},
-    {kCmdShowToolBar, EMenu::View, Mark("Show toolbar"), nullptr, nullptr, ENeeds::Nothing, kToggle, kEndsGroup},
-    {kCmdStartSlideShow, EMenu::View, Mark("Start Slideshow"), nullptr, nullptr, ENeeds::Feature},
-    {kCmdStopSlideShow, EMenu::View, Mark("Stop Slideshow"), nullptr, nullptr, ENeeds::Feature, !kToggle, kEndsGroup},
+    {kCmdShowToolBar, EMenu::View, Mark("Show toolbar"), nullptr, nullptr, ENeeds::Nothing, kToggle},
+    {kCmdShowMaterialBar, EMenu::View, Mark("Show material toolbar"), nullptr, nullptr, ENeeds::Nothing, kToggle},
+    {kCmdShowModelList, EMenu::View, Mark("Show model list\tCtrl+L"), nullptr, nullptr, ENeeds::Nothing, kToggle,
+     kEndsGroup},
+    {kCmdStartSlideShow, EMenu::View, Mark("Start Slideshow"), nullptr, nullptr, ENeeds::NoShow},
+    {kCmdStopSlideShow, EMenu::View, Mark("Stop Slideshow"), nullptr, nullptr, ENeeds::Show, !kToggle, kEndsGroup},
+    {kCmdFullScreenSlideShow, EMenu::View, Mark("Full-screen slideshow\tShift+F11"), nullptr, nullptr,
+     ENeeds::Models},
     {kCmdPlayAnimation, EMenu::View, Mark("Play animation\tCtrl+P"), nullptr, nullptr, ENeeds::Animation, kToggle},
     {kCmdResetView, EMenu::View, Mark("Reset view\tHome"), nullptr, nullptr, ENeeds::Model},
-    {kCmdShowMaterialBar, EMenu::View, Mark("Show material toolbar"), nullptr, nullptr, ENeeds::Nothing, kToggle},
     {kCmdSceneNotes, EMenu::View, Mark("Notes about this model..."), nullptr, nullptr, ENeeds::Notes},
 
     {kCmdPovSettings, EMenu::Export, Mark("POV-Ray output settings"), nullptr, nullptr},

@@ -13,6 +13,9 @@ enum class ENeeds {
     Model,      ///< a model is open
     File,       ///< the document is a file, open or failed to open
     Neighbour,  ///< the folder contains another model
+    Models,     ///< a slideshow has somewhere to go
+    NoShow,     ///< the same, and none is running
+    Show,       ///< a slideshow is running
     Animation,  ///< the scene is animated
     Notes,      ///< opening the model gave notes
     Undo,       ///< an edit can be taken back
@@ -31,6 +34,7 @@ struct CCommand {
     ENeeds needs = ENeeds::Nothing;
     bool isToggle = false;
     bool endsGroup = false;  ///< a separator follows in the menu
+    bool marksRun = false;   ///< its menu item is ticked while it runs; a tool is pressed in any case
 };
 
 /** All commands, in menu order. The recent files follow "Delete file", see kCmdFirstRecentFile. */

@@ -19,15 +19,23 @@ std::wstring TextOf(const CSceneNote& note) {
 
 }  // namespace
 
-CSceneSummary SummaryOf(const CPreparedScene& scene) {
+CSceneSummary SummaryOf(const CPreparedScene& scene, std::span<const CSceneNote> more) {
     const auto objects = std::count_if(scene.nodes.begin(), scene.nodes.end(),
                                        [](const CPreparedNode& n) { return n.mesh >= 0; });
     CSceneSummary summary;
     summary.triangles = lng::Text("Triangles: %s", lng::Number(scene.triangleCount));
     summary.objects = lng::Text("Objects: %s", lng::Number(static_cast<std::uint64_t>(objects)));
+    for (const CSceneNote& note : more) summary.lines.push_back(TextOf(note));
     for (const CSceneNote& note : scene.notes) summary.lines.push_back(TextOf(note));
     if (!summary.lines.empty()) summary.notes = lng::Text("Notes: %s", lng::Number(summary.lines.size()));
     return summary;
+}
+
+std::wstring PlaceText(unsigned place, unsigned count) {
+    if (place == 0) return {};
+    std::wstring text = lng::Text("%s of %s", lng::Number(place));
+    const std::size_t second = text.find(L"%s");
+    return second == std::wstring::npos ? text : text.replace(second, 2, lng::Number(count));
 }
 
 CProgressText ProgressOf(const CJobProgress& progress) {

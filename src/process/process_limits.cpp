@@ -26,3 +26,12 @@ bool SetProcessLimits(const CProcessLimits& limits) {
     if (limits.openFiles != 0) all = Limit(RLIMIT_NOFILE, limits.openFiles) && all;
     return all;
 }
+
+bool LimitProcessorTimeFromNow(std::uint64_t seconds) {
+    rusage used{};
+    rlimit limit{};
+    if (::getrusage(RUSAGE_SELF, &used) != 0 || ::getrlimit(RLIMIT_CPU, &limit) != 0) return false;
+    const auto soFar = static_cast<std::uint64_t>(used.ru_utime.tv_sec + used.ru_stime.tv_sec);
+    limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, soFar + seconds + 1);
+    return ::setrlimit(RLIMIT_CPU, &limit) == 0;
+}

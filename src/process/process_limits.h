@@ -15,3 +15,7 @@ struct CProcessLimits {
  * (EFBIG) afterwards, no signal; the process is killed when its processor time is used up. False when the system
  * refuses a limit. */
 [[nodiscard]] bool SetProcessLimits(const CProcessLimits& limits);
+
+/** Gives this process so many seconds of the processor from now on, instead of what an earlier call gave; it is killed
+ * (SIGXCPU) when they are used up. False when the system refuses. */
+[[nodiscard]] bool LimitProcessorTimeFromNow(std::uint64_t seconds);

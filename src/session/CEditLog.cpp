@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "session/CEditLog.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "session/CSceneView.h"
@@ -10,6 +11,19 @@ std::vector<CStatus> CEditLog::Apply(std::vector<CEdit> edits, std::wstring what
     std::vector<CStatus> answers = Do({std::move(edits), std::move(what), ++m_lastId});
     if (m_done.size() > before) m_undone.clear();
     return answers;
+}
+
+std::vector<CStatus> CEditLog::ApplyBase(std::vector<CEdit> edits) {
+    m_base = std::move(edits);
+    std::vector<CStatus> answers = m_view.ApplyEdits(m_base);
+    m_baseApplied = static_cast<std::size_t>(std::ranges::count_if(answers, &CStatus::HasValue));
+    return answers;
+}
+
+std::size_t CEditLog::AppliedCount() const {
+    std::size_t count = m_baseApplied;
+    for (const CStep& step : m_done) count += step.edits.size();
+    return count;
 }
 
 std::vector<CStatus> CEditLog::Amend(std::uint64_t id, std::vector<CEdit> edits) {
@@ -43,6 +57,8 @@ const CEditLog::CStep* CEditLog::Redo() {
 }
 
 void CEditLog::Clear() {
+    m_base.clear();
+    m_baseApplied = 0;
     m_done.clear();
     m_undone.clear();
     m_savedState = 0;

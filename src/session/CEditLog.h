@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -26,6 +27,13 @@ class CEditLog {
     /** Applies edits as one step, without those that fail, and returns one status for each. Steps that were
      * undone before can no longer be redone. */
     std::vector<CStatus> Apply(std::vector<CEdit> edits, std::wstring what);
+    /** Applies the edits of a script to a scene without edits and returns one status for each. Nobody undoes them; they
+     * count as saved. */
+    std::vector<CStatus> ApplyBase(std::vector<CEdit> edits);
+    /** The edits of the script, also those that failed: they come before all steps, in what is saved, too. */
+    [[nodiscard]] const std::vector<CEdit>& Base() const { return m_base; }
+    /** How many edits the view has to take back for the scene as it was opened. */
+    [[nodiscard]] std::size_t AppliedCount() const;
     /** Puts other edits in the place of the last step's, as if these had been applied instead; the step keeps its
      * text. Returns one status for each; if all of them fail, the step stays as it was. Does nothing, and returns
      * nothing, unless `id` is that of the last step. */
@@ -55,6 +63,8 @@ class CEditLog {
     std::vector<CStatus> Do(CStep step);
 
     CSceneView& m_view;
+    std::vector<CEdit> m_base;
+    std::size_t m_baseApplied = 0;
     std::vector<CStep> m_done, m_undone;
     std::uint64_t m_lastId = 0;
     std::uint64_t m_savedState = 0;

@@ -9,65 +9,88 @@
 namespace {
 
 constexpr char kSection[] = "RecentFiles";
+constexpr char kStepped[] = "Stepped";
 
 std::string Key(std::size_t index) {
     return "File" + std::to_string(index + 1);
 }
 
-std::vector<std::wstring> Stored() {
-    std::vector<std::wstring> files;
-    for (std::size_t i = 0; i < CRecentFileList::kMaxFiles; ++i) {
+}  // namespace
+
+bool CRecentFileList::CFiles::IsChosen(const std::wstring& path) const {
+    return path != stepped && std::ranges::find(paths, path) != paths.end();
+}
+
+void CRecentFileList::CFiles::Erase(const std::wstring& path) {
+    std::erase(paths, path);
+    if (path == stepped) stepped.clear();
+}
+
+void CRecentFileList::CFiles::PutInFront(const std::wstring& path, EReached reached) {
+    const bool isStepped = reached == EReached::ByStep && !IsChosen(path);
+    if (reached == EReached::ByStep && !stepped.empty()) Erase(std::wstring(stepped));
+    Erase(path);
+    paths.insert(paths.begin(), path);
+    if (isStepped) stepped = path;
+    while (paths.size() > kMaxFiles) Erase(std::wstring(paths.back()));
+}
+
+CRecentFileList::CFiles CRecentFileList::Stored() {
+    CFiles files;
+    for (std::size_t i = 0; i < kMaxFiles; ++i) {
         std::wstring file = CLocalRegStore::GetString(kSection, Key(i), {});
-        if (!file.empty() && std::find(files.begin(), files.end(), file) == files.end())
-            files.push_back(std::move(file));
+        if (!file.empty() && std::ranges::find(files.paths, file) == files.paths.end())
+            files.paths.push_back(std::move(file));
     }
+    std::wstring stepped = CLocalRegStore::GetString(kSection, kStepped, {});
+    if (files.IsChosen(stepped)) files.stepped = std::move(stepped);
     return files;
 }
 
-void PutInFront(std::vector<std::wstring>& files, const std::wstring& path) {
-    std::erase(files, path);
-    files.insert(files.begin(), path);
-    if (files.size() > CRecentFileList::kMaxFiles) files.resize(CRecentFileList::kMaxFiles);
+void CRecentFileList::Store() const {
+    for (std::size_t i = 0; i < kMaxFiles; ++i)
+        CLocalRegStore::OverwriteString(kSection, Key(i), GetNameByIndex(i));
+    CLocalRegStore::OverwriteString(kSection, kStepped, m_files.stepped);
 }
-
-}  // namespace
 
 void CRecentFileList::LoadStdProfileSettings() {
     m_files = Stored();
-    m_added.clear();
+    m_added = {};
     m_removed.clear();
 }
 
 void CRecentFileList::SaveStdProfileSettings() {
     CLocalRegStore::TakeOverOthers();
     m_files = Stored();
-    for (const std::wstring& path : m_removed) std::erase(m_files, path);
-    for (auto path = m_added.rbegin(); path != m_added.rend(); ++path) PutInFront(m_files, *path);
-    for (std::size_t i = 0; i < kMaxFiles; ++i)
-        CLocalRegStore::OverwriteString(kSection, Key(i), GetNameByIndex(i));
+    for (const std::wstring& path : m_removed) m_files.Erase(path);
+    for (auto path = m_added.paths.rbegin(); path != m_added.paths.rend(); ++path)
+        m_files.PutInFront(*path, *path == m_added.stepped ? EReached::ByStep : EReached::ByChoice);
+    Store();
 }
 
-void CRecentFileList::AddToRecentFileList(const std::wstring& path) {
+void CRecentFileList::AddToRecentFileList(const std::wstring& path, EReached reached) {
     if (path.empty()) return;
-    PutInFront(m_files, path);
-    PutInFront(m_added, path);
+    if (m_files.IsChosen(path)) reached = EReached::ByChoice;
+    m_files.PutInFront(path, reached);
+    m_added.PutInFront(path, reached);
     std::erase(m_removed, path);
 }
 
 void CRecentFileList::RemoveIndex(std::size_t index) {
-    if (index >= m_files.size()) return;
-    std::erase(m_added, m_files[index]);
-    m_removed.push_back(m_files[index]);
-    m_files.erase(m_files.begin() + static_cast<std::ptrdiff_t>(index));
+    if (index >= Files().size()) return;
+    const std::wstring path = Files()[index];
+    m_added.Erase(path);
+    m_files.Erase(path);
+    m_removed.push_back(path);
 }
 
 void CRecentFileList::Remove(const std::wstring& path) {
-    const auto found = std::find(m_files.begin(), m_files.end(), path);
-    if (found != m_files.end()) RemoveIndex(static_cast<std::size_t>(found - m_files.begin()));
+    const auto found = std::ranges::find(Files(), path);
+    if (found != Files().end()) RemoveIndex(static_cast<std::size_t>(found - Files().begin()));
 }
 
 std::wstring CRecentFileList::GetNameByIndex(std::size_t index) const {
-    return index < m_files.size() ? m_files[index] : std::wstring();
+    return index < Files().size() ? Files()[index] : std::wstring();
 }
 
 std::wstring CRecentFileList::MenuText(std::size_t index) const {

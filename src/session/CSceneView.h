@@ -14,6 +14,8 @@
 
 class CJobProgress;
 struct CLoadedScene;
+struct CPreparedScene;
+struct CSceneLook;
 struct Lib3dsFile;
 
 /** Facts about a scene in memory that the scene itself does not hold. */
@@ -40,15 +42,29 @@ class CSceneView {
                                                const wchar_t* name) = 0;
     /** Shows a scene that was loaded from path, also when the view already shows this path. */
     [[nodiscard]] virtual bool OpenLoaded(CLoadedScene scene, const wchar_t* path) = 0;
-    /** Reads the shown file again; camera, rotation and frame stay. On failure nothing changes. */
-    [[nodiscard]] virtual CStatus Reload() = 0;
+    /** Reads the shown file again; camera, rotation and frame stay. On failure nothing changes. whenRead, which may be
+     * empty, is called when the new scene is there, at the frame that an opening shows. */
+    [[nodiscard]] virtual CStatus Reload(const std::function<void()>& whenRead) = 0;
+    /** Shows the open scene at a frame, with camera, rotation and all else as after an opening. */
+    virtual void ShowAgain(float frame) = 0;
     /** Shows nothing and forgets the path. Harmless when nothing is shown. */
     virtual void CloseModel() = 0;
     /** Why the last opening failed; valid until the next opening. */
     [[nodiscard]] virtual const CError& LastError() const = 0;
+    /** Calls work once, soon after the full picture of the scene has been painted for the first time from now on. A later
+     * call replaces it; an empty work takes it back. */
+    virtual void WhenShown(std::function<void()> work) = 0;
     /** Runs work on another thread and returns when it has ended. Meanwhile windows repaint and show its
      * progress; input waits. */
     virtual void LoadBeside(const std::function<void(CJobProgress&)>& work) = 0;
+
+    /** The scene with all edits as it is drawn; null when none is open. Valid until the next change. */
+    [[nodiscard]] virtual const CPreparedScene* Prepared() const = 0;
+    /** Shows the scene so; camera and frame stay. */
+    virtual void Present(const CSceneLook& look) = 0;
+    /** Looks through a camera of the file of this name, or else a preset (see PresetOfName). False, and nothing changes,
+     * when there is none. */
+    [[nodiscard]] virtual bool SetCamera(const std::string& name) = 0;
 
     /** Applies edits in order and returns one status for each. The caller repaints. */
     [[nodiscard]] virtual std::vector<CStatus> ApplyEdits(std::span<const CEdit> edits) = 0;

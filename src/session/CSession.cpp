@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Opening, saving and deleting; what is done with the open scene is in CSession_edits.cpp.
+// Opening, saving and deleting. Steps are in CSession_steps.cpp, what is done with the open scene in CSession_edits.cpp.
 #include "session/CSession.h"
 
 #include <optional>
@@ -37,7 +37,7 @@ bool IsObj(const std::wstring& path) {
 }
 
 CDocument DocumentOf(const COpenRequest& request) {
-    return {request.origin, request.path, request.modelPath, false};
+    return {request.origin, request.path, request.modelPath, false, request.scene};
 }
 
 }  // namespace
@@ -49,7 +49,8 @@ CSession::CSession(CSceneView& view, CSessionFrame& frame, CRecentFileList& rece
       m_turns([&frame] { frame.AskForTurn(); }),
       m_edits(view),
       m_title(kTitle),
-      m_shownTitle(kTitle) {}
+      m_shownTitle(kTitle),
+      m_ahead(&ModelToReadAhead) {}
 
 bool CSession::KeepWhileBusy(std::function<void()> work) {
     if (IsBusy())
@@ -66,16 +67,27 @@ EOpened CSession::Open(const COpenRequest& request) {
     return OpenNow(request);
 }
 
-EOpened CSession::OpenNow(const COpenRequest& request) {
+EOpened CSession::OpenNow(const COpenRequest& wanted) {
     const CTurns::CHold hold(m_turns);
+    COpenRequest request = wanted;
+    std::optional<CResult<CPresentation>> script;
+    if (request.origin == EOrigin::Script) {
+        script.emplace(PresentationOf(request));
+        if (*script) request.modelPath = script->Value().Scene().path;
+        if (*script) request.scene = script->Value().Index();
+    }
     COpenReport report;
     CDocument asked = DocumentOf(request);
-    const bool isRepeat = m_shown && m_shown->IsSame(asked);
+    const bool isChanged = script && (!m_script || !m_script->IsCurrent());
+    const bool isRepeat = m_shown && m_shown->IsSame(asked) && !isChanged;
     if (!isRepeat && !MayLoseEdits()) return EOpened::Cancelled;
     {
         const CBusyFrame busy(m_frame);
         m_frame.OnOpening();
-        const CStatus shown = isRepeat ? CStatus(CDone{}) : Show(request);
+        const CStatus shown = isRepeat ? CStatus(CDone{})
+                              : script ? ShowScript(request, *script)
+                                       : Show(request);
+        if (!script) EndPresentation();
         report.result = !shown ? EOpened::Failed : isRepeat ? EOpened::AlreadyShown : EOpened::Opened;
         if (!shown) report.error = shown.Error();
         asked.isOpen = shown.HasValue();
@@ -89,7 +101,8 @@ EOpened CSession::OpenNow(const COpenRequest& request) {
     CountModels();
     if (m_document.HasFile()) {
         if (m_document.isOpen)
-            m_recent.AddToRecentFileList(m_document.path);
+            m_recent.AddToRecentFileList(m_document.path,
+                                         request.isStep ? EReached::ByStep : EReached::ByChoice);
         else if (!file_util_ex::DoesFileExist(m_document.path))
             m_recent.Remove(m_document.path);
     }
@@ -100,13 +113,14 @@ EOpened CSession::OpenNow(const COpenRequest& request) {
 CStatus CSession::Show(const COpenRequest& request) {
     const std::wstring& path = request.modelPath;
     const bool isShown = m_shown && m_shown->modelPath == path;  // opened before by another request
+    const std::shared_ptr<CReadyScene> ready = request.ready ? request.ready : TakeReady(path);
     CStatus shown = CDone{};
     if (request.memory) {
         const CModelInMemory& model = *request.memory;
         shown = Answer(m_view.OpenBufferModel(model.data.data(), static_cast<long>(model.data.size()),
                                               model.textures, request.path.c_str()));
-    } else if (request.ready && request.ready->stamp == CFileStamp::Of(ConvertToUTF8(path))) {
-        shown = Answer(m_view.OpenLoaded(std::move(request.ready->scene), path.c_str()));
+    } else if (ready && ready->IsCurrent()) {
+        shown = Answer(m_view.OpenLoaded(std::move(ready->scene), path.c_str()));
     } else if (IsObj(path)) {
         shown = ShowObj(path, isShown);
     } else {
@@ -158,17 +172,6 @@ EOpened CSession::OpenRecent(std::size_t index) {
     return path.empty() ? EOpened::Failed : Open(COpenRequest::OfFile(path));
 }
 
-void CSession::Step(folder_models::EStep step) {
-    if (!KeepWhileBusy([this, step] { Step(step); })) StepNow(step);
-}
-
-void CSession::StepNow(folder_models::EStep step) {
-    if (!m_document.HasFile()) return;
-    const std::wstring path =
-        folder_models::Neighbour(folder_models::ListBeside(m_document.path), m_document.path, step);
-    if (!path.empty()) OpenNow(COpenRequest::OfFile(path));
-}
-
 void CSession::Reload() {
     if (!KeepWhileBusy([this] { Reload(); })) ReloadNow();
 }
@@ -178,7 +181,14 @@ void CSession::ReloadNow() {
     if (m_shown && m_shown->IsSame(m_document))
         ReloadShown();
     else
-        OpenNow({m_document.origin, m_document.path, m_document.modelPath, {}, {}});
+        OpenAgain();
+}
+
+/** Opens the document's file once more. */
+void CSession::OpenAgain() {
+    COpenRequest request{m_document.origin, m_document.path, m_document.modelPath, {}, {}};
+    request.scene = m_document.scene;
+    OpenNow(request);
 }
 
 void CSession::ReloadShown() {
@@ -189,10 +199,10 @@ void CSession::ReloadShown() {
     if (!MayLoseEdits()) return;
     {
         const CBusyFrame busy(m_frame);
-        const CStatus read = m_view.Reload();
-        if (read) {
-            m_edits.Clear();
-        } else {
+        const CResult<bool> isSame = m_script ? RereadScript() : CResult<bool>(true);
+        if (isSame && !isSame.Value()) return OpenAgain();  // the script now names another model
+        const CStatus read = isSame ? ReloadModel() : CStatus(isSame.Error());
+        if (!read) {
             report.result = EOpened::Failed;
             report.error = read.Error();
         }
@@ -205,17 +215,29 @@ void CSession::ReloadShown() {
             L"\n" + lng::Text(report.error));
 }
 
-void CSession::CountModels() {
-    m_folderModels =
-        m_document.HasFile() ? static_cast<unsigned>(folder_models::ListBeside(m_document.path).size()) : 0;
+CStatus CSession::ReloadModel() {
+    CStatus read = m_view.Reload([this] {
+        m_edits.Clear();
+        if (!m_script) return;
+        m_scriptNotes = m_script->Notes();
+        ApplyScriptEdits();
+    });
+    if (read && m_script) {
+        m_modelStamp = CFileStamp::Of(ConvertToUTF8(m_shown->modelPath));
+        Present();
+    }
+    return read;
 }
 
 void CSession::TellOfOpening(const COpenReport& report) {
     ShowTitle();
     COpenReport told = report;
     told.folderModels = m_folderModels;
+    told.folderPlace = m_folderPlace;
+    told.scene = ScriptScene();
     const std::vector<CSessionListener*> listeners = m_listeners;  // they may come and go meanwhile
     for (CSessionListener* listener : listeners) listener->OnOpened(told);
+    ReadAheadAfter(report.result);
 }
 
 void CSession::TellOfChange() {
@@ -239,21 +261,26 @@ CStatus CSession::DeleteFile() {
     const CDocument document = std::exchange(m_document, {});
     std::wstring next;
     if (document.HasFile())
-        next = folder_models::Neighbour(folder_models::ListBeside(document.path), document.path,
+        next = folder_models::Neighbour(m_listing.Beside(document.path), document.path,
                                         folder_models::EStep::Next);
     m_view.CloseModel();
     m_edits.Clear();
     m_shown.reset();
-    m_folderModels = 0;
+    EndPresentation();
+    m_folderModels = m_folderPlace = 0;
     m_title = kTitle;
     ShowTitle();
     CStatus deleted =
         document.HasFile() ? file_util_ex::TryDeleteFile(ConvertToUTF8(document.path)) : CStatus(CDone{});
     if (deleted) m_recent.Remove(document.path);
-    if (deleted && !next.empty())
-        OpenNow(COpenRequest::OfFile(next));
-    else
+    if (deleted && !next.empty()) {
+        COpenRequest request = COpenRequest::OfFile(next);
+        request.isStep = true;
+        OpenNow(request);
+    } else {
+        StopReadingAhead();
         TellOfChange();
+    }
     return deleted;
 }
 

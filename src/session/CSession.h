@@ -1,17 +1,22 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <atomic>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "session/CDocument.h"
 #include "session/CEditLog.h"
-#include "session/CFileStamp.h"
+#include "session/CFolderListing.h"
 #include "session/COpenRequest.h"
 #include "session/CTurns.h"
+#include "session/ahead/CFileStamp.h"
+#include "session/ahead/CReadAhead.h"
 #include "session/folder_models.h"
+#include "session/presentation/CPresentation.h"
 
 class CRecentFileList;
 class CSceneView;
@@ -38,16 +43,35 @@ class CSession {
     EOpened OpenFileOrFolder(const std::wstring& path);
     /** Opens an entry of the recent files. */
     EOpened OpenRecent(std::size_t index);
-    /** Opens the previous or next model of the folder; does nothing if there is no other. */
+    /** Opens the previous or next model of the folder; does nothing if there is no other. Its neighbours are read ahead: see
+     * CReadAhead. */
     void Step(folder_models::EStep step);
+    /** False: the models of the folder are not read before they are opened. On at first. */
+    void SetReadsAhead(bool readsAhead);
+    /** True when nothing is being read ahead. */
+    [[nodiscard]] bool HasReadAhead() const { return m_ahead.IsIdle(); }
     /** Reads the file of the shown model again; on failure the shown model stays. After a failed opening it
      * tries that file again. */
     void Reload();
+
+    // --- scene scripts -----------------------------------------------------------------------------------
+    /** Opens the previous or next scene of the script that is open, in a circle; waits while the session is busy. False,
+     * and nothing happens, unless a script of several scenes is open. */
+    bool StepScene(folder_models::EStep step);
+    /** The scene of the script that is open, also when its model could not be opened; null for none. */
+    [[nodiscard]] const CScriptScene* ScriptScene() const;
+    /** 0 for none. */
+    [[nodiscard]] std::size_t SceneCount() const;
+    [[nodiscard]] std::size_t SceneIndex() const;
+    /** What of the script could not be used. */
+    [[nodiscard]] const std::vector<CSceneNote>& ScriptNotes() const { return m_scriptNotes; }
 
     // --- the document ------------------------------------------------------------------------------------
     [[nodiscard]] const CDocument& Document() const { return m_document; }
     /** Number of models in its folder when last counted. */
     [[nodiscard]] unsigned FolderModels() const { return m_folderModels; }
+    /** Its place among them, from 1 on; 0 when it is none of them. */
+    [[nodiscard]] unsigned FolderPlace() const { return m_folderPlace; }
     /** Closes the document, deletes its file, if it has one, and opens the next model of the folder. */
     [[nodiscard]] CStatus DeleteFile();
     /** See CSceneView::SaveToPath. */
@@ -92,14 +116,41 @@ class CSession {
     [[nodiscard]] bool MayClose();
 
   private:
-    EOpened OpenNow(const COpenRequest& request);
+    /** Whether the window filled the screen before a script decided it, and what the script wanted. */
+    struct CFullScreen {
+        bool before = false, byScript = false;
+    };
+    [[nodiscard]] CResult<CPresentation> PresentationOf(const COpenRequest& request);
+    [[nodiscard]] static CStatus FindModel(const std::wstring& path);
+    [[nodiscard]] bool ShowsModelOf(const CPresentation& next) const;
+    [[nodiscard]] bool ShowModelAgain(const COpenRequest& request);
+    [[nodiscard]] CStatus ShowScript(const COpenRequest& request, const CResult<CPresentation>& next);
+    void ApplyScriptEdits();
+    /** Shows the scene as the script says, or without one as the settings say. */
+    void Present();
+    void PresentFullScreen();
+    void EndPresentation();
+    [[nodiscard]] CResult<bool> RereadScript();
+    /** The scene before or after the current one of the script that is open. */
+    [[nodiscard]] std::size_t NeighbourScene(folder_models::EStep step) const;
+
+    EOpened OpenNow(const COpenRequest& wanted);
     void StepNow(folder_models::EStep step);
     void ReloadNow();
     void ReloadShown();
+    [[nodiscard]] CStatus ReloadModel();
+    void OpenAgain();
     [[nodiscard]] CStatus Show(const COpenRequest& request);
     [[nodiscard]] CStatus ShowObj(const std::wstring& path, bool isShown);
     [[nodiscard]] CStatus Answer(bool opened) const;
     [[nodiscard]] bool KeepWhileBusy(std::function<void()> work);
+    /** The model that is read ahead for a file of the folder; empty for none. See CReadAhead::CModelFinder. */
+    [[nodiscard]] static std::wstring ModelToReadAhead(const std::wstring& file,
+                                                       const std::atomic<bool>& cancelled);
+    void ReadAheadAfter(EOpened result);
+    void ReadAhead();
+    void StopReadingAhead();
+    [[nodiscard]] std::shared_ptr<CReadyScene> TakeReady(const std::wstring& model);
     void CountModels();
     void TellOfOpening(const COpenReport& report);
     void TellOfChange();
@@ -116,13 +167,22 @@ class CSession {
     CEditLog m_edits;
     CDocument m_document;
     std::optional<CDocument> m_shown;  ///< whose scene the view shows; after some failures not m_document
-    unsigned m_folderModels = 0;
     struct CEditsScript {
         std::wstring path;
         std::string section;              ///< UTF-8
         std::optional<CFileStamp> stamp;  ///< of the file when it was read or written last
     };
     CEditsScript m_editsScript;
-    std::wstring m_title;       ///< without a mark
-    std::wstring m_shownTitle;  ///< as the frame shows it
+    std::optional<CPresentation> m_script;  ///< that is open
+    std::vector<CSceneNote> m_scriptNotes;
+    std::optional<CFileStamp> m_modelStamp;   ///< of the script's model as it was opened
+    float m_firstFrame = 0;                   ///< that it was opened at
+    std::optional<CFullScreen> m_fullScreen;  ///< while a script decides it
+    std::wstring m_title;                     ///< without a mark
+    std::wstring m_shownTitle;                ///< as the frame shows it
+    CFolderListing m_listing;
+    unsigned m_folderModels = 0, m_folderPlace = 0;
+    folder_models::EStep m_lastStep = folder_models::EStep::Next;
+    bool m_readsAhead = true;
+    CReadAhead m_ahead;
 };

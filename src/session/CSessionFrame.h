@@ -18,6 +18,9 @@ class CSessionFrame {
     /** The wait cursor is shown from BeginBusy to EndBusy. */
     virtual void BeginBusy() = 0;
     virtual void EndBusy() = 0;
+    /** A script may ask for full screen. */
+    [[nodiscard]] virtual bool IsFullScreenShown() const = 0;
+    virtual void SetFullScreen(bool fullScreen) = 0;
     /** Called when an opening begins; CSessionListener::OnOpened follows when it has ended. */
     virtual void OnOpening() = 0;
     /** Must have the event loop call CSession::RunWaiting soon; not from inside this call. */

@@ -251,7 +251,7 @@ TEST(ReadScriptTest, OpensNothingThatIsNoFile) {
 TEST(ReadScriptTest, TakesTimeInProportion) {
     CScriptBeside beside;
     std::string lists[] = {"Color=", "Texture=", "ReplaceNode=", "MoveNode="};
-    for (int i = 0; i < 300'000; ++i) {
+    for (int i = 0; i < 100'000; ++i) {
         const std::string n = std::to_string(i);
         lists[0] += n + ">m|" + n + ";";
         lists[1] += n + "|" + n + ".png;";

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <bit>
+#include <cmath>
 #include <random>
 #include <set>
 
@@ -24,16 +25,19 @@ void Add(std::string& to, std::initializer_list<float> numbers) {
     for (const float number : numbers) to += " " + std::to_string(std::bit_cast<std::uint32_t>(number));
 }
 
-/** All that is seen of each node, exactly, whatever the order of meshes and materials is. */
+/** All that is seen of each node, whatever the order of meshes and materials is: places in 64ths, as a move may be in the
+ * node or in the mesh, and looks exactly. */
 std::multiset<std::string> LookOf(const CPreparedScene& scene) {
     std::multiset<std::string> look;
     for (const CPreparedNode& node : scene.nodes) {
         std::string text = node.name;
-        for (const float number : node.meshToWorld.m) Add(text, {number});
         if (node.mesh < 0) continue;
         const CPreparedMesh& mesh = scene.meshes[static_cast<std::size_t>(node.mesh)];
-        for (const CPreparedVertex& v : mesh.vertices)
-            Add(text, {v.Position().x, v.Position().y, v.Position().z});
+        for (const CPreparedVertex& v : mesh.vertices) {
+            const CVec3 at = node.meshToWorld.TransformPoint(v.Position());
+            for (const float place : {at.x, at.y, at.z})
+                text += " " + std::to_string(std::lround(place * 64));
+        }
         std::multiset<std::string> parts;
         for (const CPreparedBatch& batch : mesh.batches) {
             const CPreparedMaterial& m = scene.materials[batch.material];

@@ -43,6 +43,7 @@ class CPaperView final : public CSceneView {
     }
     void CloseModel() override { shown.clear(); }
     const CError& LastError() const override { return m_error; }
+    void WhenShown(std::function<void()> work) override { whenShown = std::move(work); }
     void LoadBeside(const std::function<void(CJobProgress&)>& work) override {
         CJobProgress progress;
         work(progress);
@@ -77,6 +78,7 @@ class CPaperView final : public CSceneView {
     std::set<std::string> nodes{"a", "b", "c"};
     std::vector<CEdit> applied;          ///< those that succeeded
     std::function<void()> whileLoading;  ///< once
+    std::function<void()> whenShown;
 
   private:
     static std::string NodeOf(const CEdit& edit) {

@@ -113,9 +113,9 @@ TEST_F(CSessionTest, OpensWhatIsInMemory) {
 TEST_F(CSessionTest, TakesAReadySceneOnlyWhileItsFileIsTheSame) {
     const std::wstring model = stage.Add("m.obj", kTriangle), other = stage.Add("o.3ds");
     const auto ready = [&] {
-        CSceneLoading loading(model);
+        CJobProgress progress;
         COpenRequest request = COpenRequest::OfFile(model);
-        request.ready = std::make_shared<CReadyScene>(loading.Take().Value());
+        request.ready = std::make_shared<CReadyScene>(LoadReadyScene(model, progress).Value());
         return request;
     };
     EXPECT_EQ(session.Open(ready()), EOpened::Opened);
@@ -125,18 +125,6 @@ TEST_F(CSessionTest, TakesAReadySceneOnlyWhileItsFileIsTheSame) {
     (void)stage.Add("m.obj", "v 0 0 0\nv 2 0 0\nv 0 2 0\nv 1 1 1\nf 1 2 3\n");
     EXPECT_EQ(session.Open(stale), EOpened::Opened);
     EXPECT_EQ(stage.view.loads, (CLoads{"ready", "file", "struct"}));
-}
-
-TEST_F(CSessionTest, StepsRoundTheFolder) {
-    stage.Open(stage.Add("a.3ds"));
-    session.Step(EStep::Next);
-    EXPECT_EQ(stage.reports.size(), 1u) << "it is alone";
-    (void)stage.Add("b.zip");
-    for (const wchar_t* next : {L"b.zip", L"a.3ds"}) {
-        session.Step(EStep::Next);
-        EXPECT_EQ(stage.Shown(), next);
-    }
-    EXPECT_EQ(stage.reports.back().folderModels, 2u);
 }
 
 TEST_F(CSessionTest, OpensTheFirstModelOfAFolder) {

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,17 +14,21 @@
 #include "frame/command_states.h"
 #include "frame/materials/CMaterialTool.h"
 #include "frame/materials/ui/wxColorPopupListener.h"
+#include "frame/slideshow/ui/CSlideShowFrame.h"
 #include "frame/ui/CRecentFileListMgr.h"
 #include "session/CSessionFrame.h"
 #include "session/CSessionListener.h"
+#include "session/folder_models.h"
 #include "view/CKeyDownListener.h"
 
 class CAnimationBar;
 class CFileCommands;
 class CMaterialBar;
 class CMaterialCommands;
+class CModelListControl;
 class CSceneStatusBar;
 class CSession;
+class CSlideShow;
 class CViewer3DSWindowHandler;
 struct CSceneCameras;
 struct CSceneSummary;
@@ -36,7 +41,8 @@ class CAViewerFrame final : public wxFrame,
                             private wxColorPopupListener,
                             private CKeyDownListener,
                             private CSessionFrame,
-                            private CSessionListener {
+                            private CSessionListener,
+                            private CSlideShowFrame {
   public:
     explicit CAViewerFrame(const wxString& title);
     ~CAViewerFrame() override;
@@ -48,6 +54,9 @@ class CAViewerFrame final : public wxFrame,
     void OpenByPath(const std::wstring& path, std::function<void(const CError&)> failed = {});
     /** Puts the window's place and the recent files into the settings' store for the next start. */
     void KeepState();
+    /** Opens the next or the previous model, as the commands, the keys and a slideshow do. Its command is marked
+     * meanwhile. */
+    void StepModel(folder_models::EStep step);
     /** Runs a command; does nothing if it is disabled. */
     void RunCommand(int id);
     /** True for a command that is implemented. */
@@ -56,7 +65,9 @@ class CAViewerFrame final : public wxFrame,
     [[nodiscard]] CViewer3DSWindowHandler& View() { return *m_view; }
     [[nodiscard]] CFileCommands& Files() { return *m_files; }
     [[nodiscard]] CMaterialCommands& Materials() { return *m_materials; }
+    [[nodiscard]] CSlideShow& SlideShow() { return *m_slideShow; }
     [[nodiscard]] CSession& Session() { return *m_session; }
+    [[nodiscard]] CModelListControl& ModelList() { return *m_modelList; }
     [[nodiscard]] CRecentFileListMgr& RecentFiles() { return m_recent; }
     [[nodiscard]] CCommandState StateOfCommand(int id) const;
 
@@ -64,6 +75,7 @@ class CAViewerFrame final : public wxFrame,
     void ToggleFullScreen();
     void ToggleToolBar();
     void ToggleMaterialBar();
+    void ToggleModelList();
     void TogglePlaying();
     /** Looks through the preset camera last chosen, without rotation and zoom. */
     void ResetView();
@@ -76,10 +88,13 @@ class CAViewerFrame final : public wxFrame,
 
   private:
     static constexpr char kStateName[] = "WindowState";
+    static constexpr char kSlideShowPane[] = "slideshow";
 
     void MakePanes();
     void MakeMaterialPane();
+    void MakeSlideShow();
     [[nodiscard]] bool IsKeyForView(const wxKeyEvent& event) const;
+    void MakeModelList();
     void BindEvents();
     void BindKeys();
     void ApplySettings();
@@ -97,10 +112,11 @@ class CAViewerFrame final : public wxFrame,
     void ShowAnimation();
     void ShowDocument();
     void ShowContextMenu(wxPoint where);
+    void StepSoon(folder_models::EStep step);
 
     // --- what is told -----------------------------------------------------------------------------------
     void OnViewKeyDown(int keyCode) override;
-    void OnViewLeftButtonDown() override {}
+    void OnViewLeftButtonDown() override;
     void OnViewRightButtonDown() override;
     void ShowTitle(const std::wstring& title) override;
     void ShowMessage(const std::wstring& text) override;
@@ -110,11 +126,29 @@ class CAViewerFrame final : public wxFrame,
     [[nodiscard]] bool MayLoseEdits() override;
     void BeginBusy() override;
     void EndBusy() override;
+    [[nodiscard]] bool IsFullScreenShown() const override;
+    void SetFullScreen(bool fullScreen) override;
     void OnOpening() override;
     void AskForTurn() override;
     void CloseNow() override;
     void OnOpened(const COpenReport& report) override;
     void OnDocumentChanged() override;
+
+    // --- the slideshow ------------------------------------------------------------------------------------
+    void TellShow(const COpenReport& report);
+    void ShowNextModel() override;
+    [[nodiscard]] bool IsShowHindered() const override;
+    [[nodiscard]] bool ListHoldsStep() const override;
+    [[nodiscard]] bool HasUnsavedEdits() const override;
+    void CancelTool() override;
+    void ShowChanged() override;
+    void KeepPicture(bool keep) override;
+    [[nodiscard]] std::wstring Caption() const override;
+    void SetCaption(const std::wstring& text) override;
+    [[nodiscard]] bool FillsScreen() const override;
+    void FillScreen(bool fill) override;
+    void SayOfShow(const std::wstring& text) override;
+    void TellOfShow(const std::wstring& text) override;
 
     CMaterialTool m_tools;
     CFrameState m_state;  ///< without `shown`, which State() adds
@@ -124,8 +158,12 @@ class CAViewerFrame final : public wxFrame,
     std::unique_ptr<CSession> m_session;
     std::unique_ptr<CFileCommands> m_files;
     std::unique_ptr<CMaterialCommands> m_materials;
+    std::unique_ptr<CSlideShow> m_slideShow;
+    int m_openMenus = 0;
+    std::unique_ptr<CModelListControl> m_modelList;
     std::vector<std::wstring> m_notes;
-    std::function<void(const CError&)> m_openFailed;  ///< called if the next opening fails
+    std::optional<folder_models::EStep> m_wantedStep;  ///< by a key
+    std::function<void(const CError&)> m_openFailed;   ///< called if the next opening fails
     bool m_closed = false;  ///< the window object lives until the event loop is idle, but ignores events
 
     wxAuiManager m_aui;

@@ -11,17 +11,21 @@
 #include "files/file_util_ex.h"
 #include "frame/materials/ui/CMaterialCommands.h"
 #include "frame/scene_summary.h"
+#include "frame/slideshow/ui/CSlideShow.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "frame/ui/CAnimationBar.h"
 #include "frame/ui/CSceneStatusBar.h"
 #include "frame/ui/command_menus.h"
 #include "model/prepare/CPreparedScene.h"
+#include "script/CSceneScript.h"
 #include "session/CSession.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 #include "widgets/CUserPrompt.h"
 #include "widgets/ui/CBXFileDialogI.h"
 #include "widgets/ui/wx_window_state.h"
+
+using folder_models::EStep;
 
 namespace {
 
@@ -30,7 +34,8 @@ std::wstring HintOf(const CDocument& document, const CError& error) {
     const std::wstring name = file_util_ex::ShownText(file_util_ex::GetFileName(document.path));
     std::wstring text = lng::Text("%s cannot be opened:", name) + L"\n";
     // The text names the file itself already.
-    const bool isOfPart = file_util_ex::PathFromBytes(error.where) != document.modelPath;
+    const std::wstring& named = document.origin == EOrigin::Script ? document.path : document.modelPath;
+    const bool isOfPart = file_util_ex::PathFromBytes(error.where) != named;
     text += lng::Text(CError{error.code, error.message, isOfPart ? error.where : std::string()});
     if (document.HasFile()) text += L"\n" + lng::Text("F5 tries again.");
     return text;
@@ -83,6 +88,14 @@ void CAViewerFrame::EndBusy() {
     CUserPrompt::Instance().EndBusy();
 }
 
+bool CAViewerFrame::IsFullScreenShown() const {
+    return IsFullScreen();
+}
+
+void CAViewerFrame::SetFullScreen(bool fullScreen) {
+    if (IsFullScreen() != fullScreen) ToggleFullScreen();
+}
+
 void CAViewerFrame::OnOpening() {
     m_view->SetHint({});  // the user has followed it
 }
@@ -98,11 +111,13 @@ void CAViewerFrame::OnOpened(const COpenReport& report) {
     const bool hasFailed = report.result == EOpened::Failed;
     if (hasFailed && failed) failed(report.error);
     if (hasFailed && !report.isReload) m_hint = HintOf(m_session->Document(), report.error);
-    if (report.result == EOpened::Opened && !report.isReload &&
+    const bool hasCamera = report.scene && !report.scene->camera.empty();
+    if (report.result == EOpened::Opened && !report.isReload && !hasCamera &&
         CSettings::Instance().lastCamera != kCmdIsoCamera)
         ResetView();
     if (report.result != EOpened::AlreadyShown) m_materials->OnOpened();
     ShowDocument();
+    TellShow(report);
     // The view may still show the model before, which would hide the hint.
     if (hasFailed && !report.isReload && m_view->GetEngine().Prepared())
         ShowMessage(lng::Text("%s cannot be opened:", file_util_ex::ShownText(file_util_ex::GetFileName(
@@ -115,12 +130,14 @@ void CAViewerFrame::OnDocumentChanged() {
         m_hint = lng::Text("Open a model: Ctrl+O or drop one here");
     m_materials->OnEdited();
     ShowDocument();
+    m_slideShow->OnCounted(static_cast<int>(m_session->FolderModels()));
 }
 
 void CAViewerFrame::ShowDocument() {
     C3dsDisplayWrap& engine = m_view->GetEngine();
     const CPreparedScene* scene = engine.Prepared();
-    const CSceneSummary summary = scene ? SummaryOf(*scene) : CSceneSummary{};
+    CSceneSummary summary = scene ? SummaryOf(*scene, m_session->ScriptNotes()) : CSceneSummary{};
+    summary.place = PlaceText(m_session->FolderPlace(), m_session->FolderModels());
     if (!scene) ShowHint(m_hint);
     CBXFileDialogI::SetDocument(m_session->Document().path);
     m_state.hasModel = m_session->Document().isOpen;
@@ -158,14 +175,14 @@ void CAViewerFrame::ShowAnimation() {
 void CAViewerFrame::OnViewKeyDown(int keyCode) {
     switch (keyCode) {
         case WXK_SPACE:
-            RunCommand(kCmdNextFile);
+            StepSoon(EStep::Next);
             break;
         case WXK_BACK:
-            RunCommand(kCmdPreviousFile);
+            StepSoon(EStep::Previous);
             break;
         case WXK_ESCAPE:
-            if (!m_materials->Cancel() && CSettings::Instance().closeOnEsc &&
-                (m_session->IsBusy() || m_session->MayLoseEdits()))
+            if (!m_slideShow->LeaveFullScreen() && !m_materials->Cancel() &&
+                CSettings::Instance().closeOnEsc && (m_session->IsBusy() || m_session->MayLoseEdits()))
                 Close(true);
             break;
         case WXK_RETURN:
@@ -180,8 +197,23 @@ void CAViewerFrame::OnViewKeyDown(int keyCode) {
     }
 }
 
+/** Once for all presses that wait, and after their pictures were painted: the steps of a key that is held down must not
+ * queue up. Whatever waits in the event loop comes before what is called after it. */
+void CAViewerFrame::StepSoon(EStep step) {
+    if (std::exchange(m_wantedStep, step)) return;
+    CallAfter([this] {
+        const std::optional<EStep> wanted = std::exchange(m_wantedStep, std::nullopt);
+        if (wanted) RunCommand(*wanted == EStep::Next ? kCmdNextFile : kCmdPreviousFile);
+    });
+}
+
+void CAViewerFrame::OnViewLeftButtonDown() {
+    m_slideShow->OnTakenInHand();
+}
+
 void CAViewerFrame::OnViewRightButtonDown() {
     if (m_materials->Cancel()) return;
+    m_slideShow->OnLookedAt();
     // After the press has been handled, because the menu captures the mouse.
     CallAfter([this] { ShowContextMenu(wxDefaultPosition); });
 }

@@ -39,10 +39,11 @@ void CSceneStatusBar::ShowHelp(const std::wstring& text) {
 
 void CSceneStatusBar::ShowScene(const CSceneSummary& summary) {
     // A message that is about to disappear must not be cut off.
-    for (const EField field : {kTriangles, kObjects}) SetStatusText(wxEmptyString, field);
+    for (const EField field : {kPlace, kTriangles, kObjects}) SetStatusText(wxEmptyString, field);
     m_notes->SetLabel(summary.notes);
     m_notes->Show(!summary.notes.empty());
     FitFields(summary);  // first, as a text is drawn at once
+    SetStatusText(summary.place, kPlace);
     SetStatusText(summary.triangles, kTriangles);
     SetStatusText(summary.objects, kObjects);
 }
@@ -69,7 +70,11 @@ void CSceneStatusBar::FitFields(const CSceneSummary& summary) {
     const int margin = FromDIP(20);
     const auto width = [&](const wxString& text) { return GetTextExtent(text).x + margin; };
     const std::array<int, kFieldCount> widths{
-        -1, FromDIP(140), width(summary.triangles), width(summary.objects),
+        -1,
+        FromDIP(140),
+        width(summary.place),
+        width(summary.triangles),
+        width(summary.objects),
         m_notes->IsShown() ? m_notes->GetBestSize().x + margin : FromDIP(16)};
     SetStatusWidths(kFieldCount, widths.data());
     PlaceChildren();

@@ -25,7 +25,7 @@ class CSceneStatusBar final : public wxStatusBar {
     void EndProgress();
 
   private:
-    enum EField { kMessage, kGauge, kTriangles, kObjects, kNotes, kFieldCount };
+    enum EField { kMessage, kGauge, kPlace, kTriangles, kObjects, kNotes, kFieldCount };
     void PlaceChildren();
     void FitFields(const CSceneSummary& summary);
 

@@ -5,6 +5,7 @@
 
 #include "frame/command_ids.h"
 #include "frame/materials/ui/CMaterialCommands.h"
+#include "frame/slideshow/ui/CSlideShow.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "frame/ui/CFileCommands.h"
 #include "session/CSession.h"
@@ -33,13 +34,6 @@ void Toggle(CAViewerFrame& frame) {
 template <void (CFileCommands::*command)()>
 void File(CAViewerFrame& frame) {
     (frame.Files().*command)();
-}
-
-template <int id, EStep step>
-void Step(CAViewerFrame& frame) {
-    frame.ShowRunning(id);
-    frame.Session().Step(step);
-    frame.ShowRunning(0);
 }
 
 template <int id, EMaterialTool tool>
@@ -77,8 +71,8 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdRenderMode, Toggle<&Shown::wire, &Settings::wireFrame>},
         {kCmdShowAxis, Toggle<&Shown::axes, &Settings::showAxis>},
         {kCmdRotate, Toggle<&Shown::rotate, &Settings::rotate>},
-        {kCmdPreviousFile, Step<kCmdPreviousFile, EStep::Previous>},
-        {kCmdNextFile, Step<kCmdNextFile, EStep::Next>},
+        {kCmdPreviousFile, [](CAViewerFrame& frame) { frame.StepModel(EStep::Previous); }},
+        {kCmdNextFile, [](CAViewerFrame& frame) { frame.StepModel(EStep::Next); }},
         {kCmdUndo, Change<&CSession::Undo>},
         {kCmdRedo, Change<&CSession::Redo>},
         {kCmdToolColor, Tool<kCmdToolColor, EMaterialTool::Color>},
@@ -89,6 +83,10 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdSaveEdits, [](CAViewerFrame& frame) { frame.Materials().SaveEdits(); }},
         {kCmdShowMaterialBar, [](CAViewerFrame& frame) { frame.ToggleMaterialBar(); }},
         {kCmdFullScreen, [](CAViewerFrame& frame) { frame.ToggleFullScreen(); }},
+        {kCmdStartSlideShow, [](CAViewerFrame& frame) { frame.SlideShow().Start(); }},
+        {kCmdStopSlideShow, [](CAViewerFrame& frame) { frame.SlideShow().Stop(); }},
+        {kCmdFullScreenSlideShow, [](CAViewerFrame& frame) { frame.SlideShow().StartFullScreen(); }},
+        {kCmdShowModelList, [](CAViewerFrame& frame) { frame.ToggleModelList(); }},
         {kCmdShowToolBar, [](CAViewerFrame& frame) { frame.ToggleToolBar(); }},
         {kCmdPlayAnimation, [](CAViewerFrame& frame) { frame.TogglePlaying(); }},
         {kCmdResetView, [](CAViewerFrame& frame) { frame.ResetView(); }},

@@ -33,9 +33,22 @@ void FillWithCameras(wxMenu& menu, const CSceneCameras& cameras) {
     Tick(menu, cameras);
 }
 
-wxMenuItem* Append(wxMenu& menu, const CCommand& command) {
+bool HasTick(const CCommand& command) {
+    return command.isToggle || command.marksRun;
+}
+
+wxMenuItem* Append(wxMenu& menu, const CCommand& command, bool hasTick) {
     return menu.Append(WidgetIdOf(command.id), lng::Text(command.text), wxEmptyString,
-                       command.isToggle ? wxITEM_CHECK : wxITEM_NORMAL);
+                       hasTick ? wxITEM_CHECK : wxITEM_NORMAL);
+}
+
+/** A command that is ticked only while it runs is no switch, and an empty box beside it would make it look like one. */
+void HideEmptyBox(const wxMenuItem& item) {
+    GtkCssProvider* style = gtk_css_provider_new();
+    gtk_css_provider_load_from_data(style, "check:not(:checked) { opacity: 0; }", -1, nullptr);
+    gtk_style_context_add_provider(gtk_widget_get_style_context(item.GetMenuItem()),
+                                   GTK_STYLE_PROVIDER(style), GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+    g_object_unref(style);
 }
 
 void AppendCamerasMenu(wxMenu& menu, const CSceneCameras& cameras) {
@@ -53,7 +66,8 @@ std::unique_ptr<wxMenuBar> MakeMenuBar() {
         auto* menu = new wxMenu;
         for (const CCommand& command : Commands()) {
             if (command.menu != which) continue;
-            Append(*menu, command);
+            const wxMenuItem* item = Append(*menu, command, HasTick(command));
+            if (command.marksRun) HideEmptyBox(*item);
             if (command.id == kCmdIsoCamera) AppendCamerasMenu(*menu, {});
             if (command.endsGroup) menu->AppendSeparator();
         }
@@ -71,7 +85,7 @@ std::unique_ptr<wxMenu> MakeContextMenu(const CSceneCameras& sceneCameras, const
             continue;
         }
         const CCommandState state = stateOf(*command);
-        wxMenuItem* item = Append(*menu, *command);
+        wxMenuItem* item = Append(*menu, *command, command->isToggle);
         item->Enable(state.enabled);
         if (command->isToggle) item->Check(state.checked);
         if (id == kCmdIsoCamera && !sceneCameras.names.empty()) AppendCamerasMenu(*menu, sceneCameras);
@@ -95,7 +109,7 @@ void ShowStates(wxMenuBar& bar, const CStateOfCommand& stateOf) {
         wxMenuItem* item = bar.FindItem(WidgetIdOf(command.id));
         const CCommandState state = stateOf(command);
         if (item->IsEnabled() != state.enabled) item->Enable(state.enabled);
-        if (command.isToggle && item->IsChecked() != state.checked) item->Check(state.checked);
+        if (HasTick(command) && item->IsChecked() != state.checked) item->Check(state.checked);
     }
 }
 

@@ -49,7 +49,7 @@ CResult<CScene> ReadContents(std::string_view path, std::uint64_t maxBytes,
     CResult<std::vector<std::byte>> bytes = file_util_ex::ReadWholeFile(
         path, std::min<std::uint64_t>(kMaxFileBytes, maxBytes), wanted, cancelled);
     if (!bytes) return bytes.Error();
-    if (IsZip(bytes.Value())) return ReadZipScene(std::move(bytes).Value(), path);
+    if (IsZip(bytes.Value())) return ReadZipScene(std::move(bytes).Value(), path, maxBytes);
     return CSceneReader::ReadBytes(std::move(bytes).Value(), CTextureLocator::BesideModel(path));
 }
 }  // namespace

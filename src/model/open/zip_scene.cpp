@@ -74,6 +74,15 @@ CNameSet NamesOfPictures(const std::vector<CZipEntry>& entries, const Lib3dsFile
     return wanted;
 }
 
+std::uint64_t ClaimedBytes(const std::vector<CZipEntry>& entries, const CNameSet& wanted) {
+    std::uint64_t bytes = 0;
+    for (const CZipEntry& entry : entries) {
+        constexpr std::uint64_t kEnough = CZipReader::kMaxUnpackedBytes;
+        if (wanted.contains(entry.name)) bytes += std::min(entry.size, kEnough);
+    }
+    return bytes;
+}
+
 CImageDataTextVec ReadPictures(CZipReader& archive, const CNameSet& wanted, CNoteList& notes) {
     CImageDataTextVec pictures;
     std::uint64_t left = scene_budget::kArchivedPictureBytes;
@@ -96,15 +105,18 @@ CImageDataTextVec ReadPictures(CZipReader& archive, const CNameSet& wanted, CNot
 }
 }  // namespace
 
-CResult<CScene> ReadZipScene(std::vector<std::byte> bytes, std::string_view archiveName) {
+CResult<CScene> ReadZipScene(std::vector<std::byte> bytes, std::string_view archiveName,
+                             std::uint64_t maxBytes) {
     CResult<CZipReader> opened = CZipReader::Open(std::move(bytes));
     if (!opened) return opened.Error();
     CZipReader archive = std::move(opened).Value();
     const std::vector<CZipEntry>& entries = archive.Entries();
     const CZipEntry* model = ChooseModel(entries, archiveName);
     if (!model) return CError{EErrorCode::NotFound, lng::Mark("The archive holds no .3ds model"), ""};
-    CResult<std::vector<std::byte>> data = archive.Read(*model);
+    CResult<std::vector<std::byte>> data =
+        archive.Read(*model, std::min(maxBytes, CZipReader::kMaxUnpackedBytes));
     if (!data) return data.Error();
+    const std::uint64_t bytesLeft = maxBytes - data.Value().size();
     CResult<CScene> scene = C3dsParser::Parse(std::move(data).Value());
     if (!scene) return CError{scene.Error().code, scene.Error().message, model->name};
 
@@ -114,6 +126,8 @@ CResult<CScene> ReadZipScene(std::vector<std::byte> bytes, std::string_view arch
                       CNoteList::Printable(model->name));
     }
     const CNameSet wanted = NamesOfPictures(entries, *scene.Value().Header(), model->name);
+    if (ClaimedBytes(entries, wanted) > bytesLeft)
+        return CError{EErrorCode::TooLarge, lng::Mark("the file is too large"), {}};
     scene.Value().SetTextures(CTextureLocator::InMemory(ReadPictures(archive, wanted, notes), model->name));
     for (CSceneNote& note : notes.Take()) scene.Value().AddNote(std::move(note));
     return scene;

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/text/file_uri.h"
 #include "files/file_util_ex.h"
 
 namespace {
@@ -134,6 +135,28 @@ COutcome SetConfined(CRenderOptions& options, std::string_view) {
     options.confined = true;
     return {};
 }
+COutcome SetBatch(CRenderOptions& options, std::string_view) {
+    options.batch = true;
+    return {};
+}
+COutcome SetNull(CRenderOptions& options, std::string_view) {
+    options.nullSeparated = true;
+    return {};
+}
+COutcome SetInto(CRenderOptions& options, std::string_view value) {
+    if (value.empty()) return "needs a folder";
+    options.into = value;
+    return {};
+}
+/** For file managers: a square, and nothing of the file is trusted. */
+COutcome SetThumbnail(CRenderOptions& options, std::string_view value) {
+    const auto side = Number<int>(value);
+    if (!side || *side < 1 || *side > kMaxThumbnailSide)
+        return "needs a number of pixels from 1 to " + std::to_string(kMaxThumbnailSide);
+    options.width = options.height = *side;
+    options.confined = options.isThumbnail = true;
+    return {};
+}
 COutcome SetHelp(CRenderOptions& options, std::string_view) {
     options.action = CRenderOptions::EAction::Help;
     return {};
@@ -150,7 +173,7 @@ struct COptionEntry {
     std::string_view help;
 };
 
-constexpr std::array<COptionEntry, 21> kOptions{{
+constexpr std::array<COptionEntry, 25> kOptions{{
     {"size", "WxH", SetSize, "size of the picture in pixels (1024x768)"},
     {"camera", "NAME", SetCamera, "top, left, right, front, back, iso, or a camera of the file (iso)"},
     {"angles", "X,Y,Z", SetSeen<"angles">, "turns the model about Z, then Y, then X, by degrees"},
@@ -170,6 +193,12 @@ constexpr std::array<COptionEntry, 21> kOptions{{
     {"no-file-lights", "", SetNoFileLights, "light from the eye, not by the lights of the file"},
     {"stats", "", SetStats, "print facts about the scene and the run as JSON"},
     {"confined", "", SetConfined, "for files of strangers: limits, no network, no other files or programs"},
+    {"thumbnail", "SIZE", SetThumbnail,
+     "for file managers: a square, --confined; INPUT may be a file:// address"},
+    {"batch", "", SetBatch,
+     "draw all INPUTs, or those that standard input names, one a line; prints JSON lines"},
+    {"into", "FOLDER", SetInto, "where a batch's pictures go, called 1.png, 2.png ... (.)"},
+    {"null", "", SetNull, "names on standard input end in a zero byte"},
     {"help", "", SetHelp, "print this help"},
     {"version", "", SetVersion, "print the version"},
 }};
@@ -209,12 +238,24 @@ CError Refusal(int why, std::string_view word) {
                  "'");
 }
 
+CResult<CRenderOptions> WithInputs(CRenderOptions options, std::span<char* const> files) {
+    if (options.stats) return Wrong("--batch prints no --stats");
+    options.inputs.assign(files.begin(), files.end());
+    return options;
+}
+
 /** Adds the file names, which are the arguments that are not options. */
 CResult<CRenderOptions> WithFiles(CRenderOptions options, std::span<char* const> files) {
+    if (options.batch) return WithInputs(std::move(options), files);
     if (files.empty()) return Wrong("no input file given");
     if (files.size() > 2) return Wrong("too many files given");
     options.input = files[0];
     if (options.input.empty()) return Wrong("the name of the input file is empty");
+    if (options.isThumbnail) {
+        CResult<std::string> path = file_uri::PathOfArgument(options.input);
+        if (!path) return path.Error();
+        options.input = std::move(path).Value();
+    }
     if (files.size() == 2) {
         options.output = files[1];
         if (options.output.empty()) return Wrong("the name of the output file is empty");
@@ -256,6 +297,7 @@ CResult<CRenderOptions> ParseRenderOptions(std::span<const std::string> argument
 std::string RenderHelp() {
     std::string text =
         "Usage: orbivue-render [OPTION]... INPUT [OUTPUT.png]\n"
+        "       orbivue-render --batch [OPTION]... [INPUT]...\n"
         "Draws a 3DS, OBJ or zipped model into a PNG picture; no display is needed.\n"
         "Without OUTPUT the picture goes to the current folder, under INPUT's name with\n"
         "the extension png; with --stats and no OUTPUT no picture is written.\n\n";

@@ -4,6 +4,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "base/CResult.h"
 #include "base/math/CVec.h"
@@ -30,9 +31,17 @@ struct CRenderOptions {
     bool fileLights = true;
     bool stats = false;
     bool confined = false;  ///< hold the process to what one picture needs
+
+    bool isThumbnail = false;  ///< the input was perhaps given by its address
+
+    bool batch = false;  ///< draw many models: `inputs`, or those that standard input names where it is empty
+    std::vector<std::string> inputs;
+    std::string into = ".";      ///< the folder for a batch's pictures
+    bool nullSeparated = false;  ///< names on standard input end in a zero byte, not in a line end
 };
 
 constexpr int kMaxPictureSide = 16384;
+constexpr int kMaxThumbnailSide = 2048;
 
 /** Reads the arguments after the program's name. Errors are BadArgument, with a message of one line. */
 [[nodiscard]] CResult<CRenderOptions> ParseRenderOptions(std::span<const std::string> arguments);

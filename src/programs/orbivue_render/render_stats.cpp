@@ -53,6 +53,11 @@ json Camera(const C3dsDisplayWrap& engine) {
 
 }  // namespace
 
+std::size_t DrawnNodes(const CPreparedScene& scene) {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(scene.nodes, [](const CPreparedNode& node) { return node.mesh >= 0; }));
+}
+
 double PeakMemoryMb() {
     const auto status = file_util_ex::ReadWholeFile("/proc/self/status");
     if (!status) return 0;
@@ -66,15 +71,13 @@ std::string RenderStatsJson(const C3dsDisplayWrap& engine, const CRenderTimes& t
                             const std::string& renderer, int samples,
                             const std::optional<CConfined>& confined) {
     const CPreparedScene& scene = *engine.Prepared();
-    const auto drawn = std::count_if(scene.nodes.begin(), scene.nodes.end(),
-                                     [](const CPreparedNode& node) { return node.mesh >= 0; });
     const CVec3 center = scene.boundingSphere.center;
     json cameras = json::array();
     for (const CPreparedCamera& camera : scene.cameras) cameras.push_back(camera.name);
     json stats{
         {"triangles", scene.triangleCount},
         {"vertices", scene.vertexCount},
-        {"nodes", drawn},
+        {"nodes", DrawnNodes(scene)},
         {"meshes", scene.meshes.size()},
         {"materials", scene.materials.empty() ? 0 : scene.materials.size() - 1},  // the last one is our own
         {"lights", scene.lights.size()},

@@ -7,6 +7,7 @@
 #include "process/confine.h"
 
 class C3dsDisplayWrap;
+struct CPreparedScene;
 
 /** Durations of one run in milliseconds. */
 struct CRenderTimes {
@@ -22,6 +23,9 @@ struct CRenderTimes {
 [[nodiscard]] std::string RenderStatsJson(const C3dsDisplayWrap& engine, const CRenderTimes& times,
                                           const std::string& renderer, int samples,
                                           const std::optional<CConfined>& confined);
+
+/** How many nodes show something. */
+[[nodiscard]] std::size_t DrawnNodes(const CPreparedScene& scene);
 
 /** The peak memory of this process in MB of 1,000,000 bytes; 0 when the system does not tell. */
 [[nodiscard]] double PeakMemoryMb();

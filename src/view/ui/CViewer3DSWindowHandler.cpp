@@ -8,6 +8,7 @@
 
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
+#include "session/CSceneLook.h"
 #include "view/pick_records.h"
 
 CViewer3DSWindowHandler::CViewer3DSWindowHandler(wxWindow* parent, CViewToolState* tools)
@@ -46,6 +47,25 @@ void CViewer3DSWindowHandler::SetPreset(ECameraPreset preset) {
     EndWork();
 }
 
+void CViewer3DSWindowHandler::Present(const CSceneLook& look) {
+    BeginWork();
+    GetEngine().SetTextureRenderMode(look.textureMode);
+    GetEngine().SetPivotOffset(look.pivot);
+    GetEngine().SetScale(look.scale);
+    GetEngine().SetBackgroundImage(look.backgroundImage);
+    m_caption.Set(look.caption);
+    Show(look.show);
+}
+
+bool CViewer3DSWindowHandler::SetCamera(const std::string& name) {
+    BeginWork();
+    const bool found = GetEngine().SetCameraOfName(name);
+    if (found) m_gestures.ResetTrackBall();
+    Moved();
+    EndWork();
+    return found;
+}
+
 bool CViewer3DSWindowHandler::SetFileCamera(const std::string& name) {
     m_gestures.ResetTrackBall();
     BeginWork();
@@ -64,6 +84,10 @@ void CViewer3DSWindowHandler::SetPlaying(bool playing) {
 void CViewer3DSWindowHandler::SetHint(CImage hint) {
     m_hint = std::move(hint);
     if (!GetEngine().Prepared()) Redraw();
+}
+
+void CViewer3DSWindowHandler::SetKeepsPicture(bool keeps) {
+    if (std::exchange(m_keepsPicture, keeps) != keeps) Redraw();
 }
 
 void CViewer3DSWindowHandler::SetCaption(std::wstring text) {

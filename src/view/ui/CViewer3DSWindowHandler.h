@@ -62,9 +62,14 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     [[nodiscard]] bool OpenBufferModel(const char* data, long size, const CImageDataTextVec& textures,
                                        const wchar_t* name) override;
     [[nodiscard]] bool OpenLoaded(CLoadedScene scene, const wchar_t* path) override;
-    [[nodiscard]] CStatus Reload() override;
+    [[nodiscard]] CStatus Reload(const std::function<void()>& whenRead = {}) override;
+    void ShowAgain(float frame) override;
+    [[nodiscard]] const CPreparedScene* Prepared() const override { return GetEngine().Prepared(); }
+    void Present(const CSceneLook& look) override;
+    [[nodiscard]] bool SetCamera(const std::string& name) override;
     void CloseModel() override;
     [[nodiscard]] const CError& LastError() const override;
+    void WhenShown(std::function<void()> work) override { m_whenShown = std::move(work); }
     void LoadBeside(const std::function<void(CJobProgress&)>& work) override;
     /** Sets the function that is called repeatedly during an opening, with its progress and the milliseconds
      * since it began. */
@@ -123,6 +128,9 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     /** Sets the picture that is drawn in the middle while no model is shown; an empty one draws nothing. Its
      * size is in framebuffer pixels. */
     void SetHint(CImage hint);
+    /** While on, an opening leaves the picture on the screen until the next scene can be drawn, without an empty or a
+     * coarse one in between; so does a failed one. */
+    void SetKeepsPicture(bool keeps);
     /** Shows a text at the bottom of the view, over the model, in as many lines as it needs and as the view has room for;
      * any text, also a stranger's. Empty: none, as after every opening but a reload. TakePicture includes it with the
      * overlays only. */
@@ -197,6 +205,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     [[nodiscard]] bool IsInterrupted();
     [[nodiscard]] bool DrawsQuickly();
     void SetRunning();
+    void TellThatItIsShown();
     void DrawFrame(int renderMode, int x, int y);
     void StartTrackBall(CPixel point);
     void DrawOverlays();
@@ -207,7 +216,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     CTrackBall m_trackBall{true};
     CViewToolState* m_tools;
     CViewGestures m_gestures;
-    std::function<void()> m_whenReady;
+    std::function<void()> m_whenReady, m_whenShown;
     std::function<void()> m_frameListener;
     CProgressListener m_progressListener;
     std::function<void(const char*)> m_nodeDeleter;
@@ -215,6 +224,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     bool m_showsCoarse = false;  ///< the engine's scene is a stand-in
     CImage m_hint;
     CViewCaption m_caption;
+    bool m_keepsPicture = false;
     EToolCursor m_cursor = EToolCursor::Standard;
     wxTimer m_longPressTimer;
     CMotion m_motion;

@@ -105,13 +105,14 @@ bool CViewer3DSWindowHandler::ShowLoaded(CResult<CLoadedScene> loaded) {
     return GetEngine().OpenLoaded(std::move(loaded));
 }
 
-CStatus CViewer3DSWindowHandler::Reload() {
+CStatus CViewer3DSWindowHandler::Reload(const std::function<void()>& whenRead) {
     if (m_path.empty()) return CError{EErrorCode::NotFound, lng::Mark("no model is open"), {}};
     CResult<CLoadedScene> loaded = LoadFile(m_path, ELoading::KeepsPicture);
     if (!loaded) return loaded.Error();
     const CSeenView seen = SeenView();
     BeginWork();
     const bool opened = GetEngine().OpenLoaded(std::move(loaded));
+    if (opened && whenRead) whenRead();
     GetEngine().SetSeenView(seen);
     const bool playing = m_playing;
     AfterSceneChange();
@@ -175,6 +176,15 @@ bool CViewer3DSWindowHandler::Open(const std::function<bool()>& open) {
     AfterSceneChange();
     EndWork();
     return opened;
+}
+
+void CViewer3DSWindowHandler::ShowAgain(float frame) {
+    (void)Open([&] {
+        GetEngine().SetFrame(frame);
+        GetEngine().SetPreset(ECameraPreset::Iso);
+        GetEngine().SetBackgroundImage({});
+        return true;
+    });
 }
 
 void CViewer3DSWindowHandler::CloseModel() {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "session/CFileStamp.h"
+#include "session/ahead/CFileStamp.h"
 
 #include <sys/stat.h>
 

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "session/CSceneLoading.h"
+#include "session/ahead/CReadyScene.h"
 
 #include <gtest/gtest.h>
 #include <lib3ds/file.h>
 
 #include <filesystem>
+#include <future>
 #include <thread>
 
 #include "files/CTestFolder.h"
@@ -13,46 +14,55 @@
 
 namespace {
 
-class CSceneLoadingTest : public testing::Test {
+class CReadySceneTest : public testing::Test {
   protected:
     std::wstring Large(int triangles) {
         const std::string path = folder / "large.3ds";
-        MakeLargeScene(triangles, path, "CHECKER.JPG");
+        MakeLargeScene(triangles, path, kPicture);
         return file_util_ex::ConvertFromUTF8W(path);
     }
     CTestFolder folder;
+    static constexpr char kPicture[] = "DOT.TGA";
 };
 
-TEST_F(CSceneLoadingTest, LoadsOnAThreadOfItsOwn) {
+TEST_F(CReadySceneTest, KnowsTheFilesThatItWasMadeOf) {
+    // One pixel.
+    const std::string dot("\0\0\2\0\0\0\0\0\0\0\0\0\1\0\1\0\x18\0abc", 21);
+    (void)folder.Add(kPicture, dot);
     const std::wstring path = Large(20'000);
-    CSceneLoading loading(path, {.threads = 1});
-    CResult<CReadyScene> ready = loading.Take();
-    ASSERT_TRUE(ready) << ready.Error().Text();
-    EXPECT_GE(ready.Value().scene.prepared.triangleCount, 20'000u);
-    EXPECT_EQ(loading.Progress().Share(), 1);
-    EXPECT_EQ(ready.Value().stamp, CFileStamp::Of(folder / "large.3ds"));
-    EXPECT_TRUE(loading.IsDone());
-    EXPECT_FALSE(loading.Take()) << "it is given once";
+    CJobProgress progress;
+    CResult<CReadyScene> loaded = LoadReadyScene(path, progress, {.threads = 1});
+    ASSERT_TRUE(loaded) << loaded.Error().Text();
+    const CReadyScene ready = std::move(loaded).Value();
+    EXPECT_GE(ready.scene.prepared.triangleCount, 20'000u);
+    EXPECT_EQ(progress.Share(), 1);
+    ASSERT_EQ(ready.files.size(), 2u) << "the model and its picture";
+    EXPECT_TRUE(ready.IsCurrent());
+    (void)folder.Add(kPicture, dot + "more");
+    EXPECT_FALSE(ready.IsCurrent());
 }
 
-TEST_F(CSceneLoadingTest, EndsSoonWhenItIsCancelled) {
+TEST_F(CReadySceneTest, EndsSoonWhenItIsCancelled) {
     const std::wstring path = Large(1'000'000);
     for (const bool isPreparing : {false, true}) {
-        CSceneLoading loading(path, {.threads = 1});
-        while (isPreparing && loading.Progress().Share() == 0) std::this_thread::yield();
-        loading.Cancel();
-        const CResult<CReadyScene> ready = loading.Take();
+        CJobProgress progress;
+        auto loading =
+            std::async(std::launch::async, [&] { return LoadReadyScene(path, progress, {.threads = 1}); });
+        while (isPreparing && progress.Share() == 0) std::this_thread::yield();
+        progress.Cancel();
+        const CResult<CReadyScene> ready = loading.get();
         ASSERT_FALSE(ready) << isPreparing;
         EXPECT_EQ(ready.Error().code, EErrorCode::Cancelled) << ready.Error().Text();
-        EXPECT_LT(loading.Progress().Share(), 1);
+        EXPECT_LT(progress.Share(), 1);
     }
 }
 
-TEST_F(CSceneLoadingTest, KeepsToItsLimit) {
+TEST_F(CReadySceneTest, KeepsToItsLimit) {
     const std::wstring path = Large(20'000);
     const auto size = std::filesystem::file_size(folder / "large.3ds");
     const auto load = [&](std::uint64_t bytes) {
-        return CSceneLoading(path, {.threads = 1, .bytes = bytes}).Take();
+        CJobProgress progress;
+        return LoadReadyScene(path, progress, {.threads = 1, .bytes = bytes});
     };
     EXPECT_EQ(load(size / 2).Error().code, EErrorCode::TooLarge) << "not even the file";
     EXPECT_EQ(load(size + size / 10).Error().code, EErrorCode::TooLarge) << "not what is prepared";
