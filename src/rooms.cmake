@@ -47,7 +47,10 @@ set(ORBIVUE_ROOMS
   "frame/preview: base/* files settings"
   "frame/preview/ui: base/* files settings widgets widgets/ui frame/preview"
   "frame/materials: base/* files picture settings model/* session view"
-  "frame/ui: base/* files picture settings model/* camera engine script session widgets widgets/ui widgets/tools/ui view view/ui export/pov export/pov/ui frame frame/preview frame/preview/ui"
+  "frame/materials/ui: base/* files picture settings model/* camera engine session widgets widgets/ui widgets/tools/ui view view/ui frame frame/materials"
+  "frame/model_list: base/* files picture picture/decode settings session thumbnails frame/preview"
+  "frame/model_list/ui: base/* files picture settings session session/ahead thumbnails widgets widgets/ui widgets/tools/ui frame/preview frame/model_list"
+  "frame/ui: base/* files picture settings model/* camera engine script session widgets widgets/ui widgets/tools/ui view view/ui export/pov export/pov/ui frame frame/preview frame/preview/ui frame/materials frame/materials/ui frame/model_list frame/model_list/ui"
   "programs/orbivue: base/* files settings session export/pov"
   "programs/orbivue/ui: base/* files settings session widgets widgets/ui frame/ui programs/orbivue"
   "programs/orbivue_render: base/* files process picture model/* camera engine engine/gl engine/overlay")

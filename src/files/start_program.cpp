@@ -2,6 +2,7 @@
 #include "files/start_program.h"
 
 #include <fcntl.h>
+#include <sched.h>
 #include <spawn.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -9,7 +10,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <string_view>
 #include <system_error>
@@ -78,11 +81,11 @@ struct CPipe {
     CFileDescriptor read, write;
 };
 
-std::optional<CPipe> MakePipe() {
+std::optional<CPipe> MakePipe(CFileDescriptor CPipe::*ourEnd) {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) return std::nullopt;
     CPipe made{CFileDescriptor(ends[0]), CFileDescriptor(ends[1])};
-    (void)::fcntl(ends[0], F_SETFL, O_NONBLOCK);  // our end alone
+    (void)::fcntl((made.*ourEnd).Get(), F_SETFL, O_NONBLOCK);
     return made;
 }
 
@@ -100,8 +103,8 @@ class CSpawnPlan {
         (void)::posix_spawnattr_destroy(&m_attributes);
     }
 
-    void SetStreams(int output, int errors) {
-        Open(STDIN_FILENO, O_RDONLY);
+    void SetStreams(int input, int output, int errors) {
+        input < 0 ? Open(STDIN_FILENO, O_RDONLY) : Copy(input, STDIN_FILENO);
         output < 0 ? Open(STDOUT_FILENO, O_WRONLY) : Copy(output, STDOUT_FILENO);
         errors < 0 ? Open(STDERR_FILENO, O_WRONLY) : Copy(errors, STDERR_FILENO);
         (void)::posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
@@ -173,14 +176,16 @@ CResult<CStartedProgram> StartProgram(const CProgramToStart& what) {
     if (!path) return path.Error();
 
     CSpawnPlan plan;
-    std::optional<CPipe> output, errors;
+    std::optional<CPipe> input, output, errors;
     if (what.isHelper) {
-        output = MakePipe();
-        errors = MakePipe();
-        if (!output || !errors) return CError{EErrorCode::Unreadable, SystemErrorText(errno), what.program};
-        plan.SetStreams(output->write.Get(), errors->write.Get());
+        output = MakePipe(&CPipe::read);
+        errors = MakePipe(&CPipe::read);
+        if (what.takesInput) input = MakePipe(&CPipe::write);
+        if (!output || !errors || (what.takesInput && !input))
+            return CError{EErrorCode::Unreadable, SystemErrorText(errno), what.program};
+        plan.SetStreams(input ? input->read.Get() : -1, output->write.Get(), errors->write.Get());
     } else {
-        plan.SetStreams(-1, -1);
+        plan.SetStreams(-1, -1, -1);
     }
     if (file_util_ex::DoesFolderExist(what.folder)) plan.SetFolder(what.folder);
     plan.SetSignals(!what.isHelper);
@@ -196,6 +201,9 @@ CResult<CStartedProgram> StartProgram(const CProgramToStart& what) {
     }
     if (what.isHelper) {
         (void)::setpriority(PRIO_PROCESS, static_cast<id_t>(started.m_pid), kLowPriority);
+        const sched_param none{};
+        if (what.onlyWhenIdle) (void)::sched_setscheduler(started.m_pid, SCHED_IDLE, &none);
+        if (input) started.m_input = std::move(input->write);
         started.m_output = std::move(output->read);
         started.m_errors = std::move(errors->read);
     }
@@ -205,6 +213,7 @@ CResult<CStartedProgram> StartProgram(const CProgramToStart& what) {
 CStartedProgram::CStartedProgram(CStartedProgram&& other) noexcept
     : m_pid(std::exchange(other.m_pid, -1)),
       m_exitCode(other.m_exitCode),
+      m_input(std::move(other.m_input)),
       m_output(std::move(other.m_output)),
       m_errors(std::move(other.m_errors)) {}
 
@@ -220,6 +229,20 @@ CStartedProgram::~CStartedProgram() {
 void CStartedProgram::ReadOutput(std::string& output, std::string& errors, std::size_t maxBytes) {
     ReadWhatIsThere(m_output, output, maxBytes);
     ReadWhatIsThere(m_errors, errors, maxBytes);
+}
+
+bool CStartedProgram::WriteInput(std::string_view bytes) {
+    // So few that they are taken as a whole or not at all. The signal for an ended reader is for this thread alone.
+    assert(bytes.size() <= PIPE_BUF);
+    sigset_t pipe, before;
+    ::sigemptyset(&pipe);
+    ::sigaddset(&pipe, SIGPIPE);
+    (void)::pthread_sigmask(SIG_BLOCK, &pipe, &before);
+    const ssize_t put = ::write(m_input.Get(), bytes.data(), bytes.size());
+    const timespec now{};
+    if (put < 0 && errno == EPIPE) (void)::sigtimedwait(&pipe, nullptr, &now);
+    (void)::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return put == static_cast<ssize_t>(bytes.size());
 }
 
 std::optional<int> CStartedProgram::ExitCode() {

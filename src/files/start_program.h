@@ -6,6 +6,7 @@
 #include <chrono>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/CResult.h"
@@ -30,6 +31,8 @@ struct CProgramToStart {
      * for a program of the user's: it has a session of its own, lives on when this process ends, and
      * prints nothing. */
     bool isHelper = false;
+    bool takesInput = false;    ///< a helper that reads what WriteInput gives it
+    bool onlyWhenIdle = false;  ///< a helper that gets only processor time that nobody else wants
 };
 
 /** A program that was started. The program lives on when this object is destroyed. */
@@ -42,6 +45,9 @@ class CStartedProgram {
     /** Appends what a helper wrote to its output and error streams since the last call. Each text grows to at
      * most maxBytes; the rest is dropped. Does not wait. */
     void ReadOutput(std::string& output, std::string& errors, std::size_t maxBytes);
+    /** Gives a helper that takes input some bytes more; false where it has ended, or has read so little that
+     * there is no room for them. Does not wait. At most 4,096 bytes. */
+    [[nodiscard]] bool WriteInput(std::string_view bytes);
     /** The exit code; nothing while the program runs, 128 plus the signal's number when it was killed. */
     [[nodiscard]] std::optional<int> ExitCode();
     /** ExitCode() after waiting for the end, at most `limit`. */
@@ -54,13 +60,13 @@ class CStartedProgram {
 
     pid_t m_pid = -1;
     std::optional<int> m_exitCode;
-    CFileDescriptor m_output, m_errors;
+    CFileDescriptor m_input, m_output, m_errors;
 };
 
 /** True where StartProgram would find a program of that name. */
 [[nodiscard]] bool IsProgramInstalled(const std::string& name);
 
-/** Starts a program with the user's environment (see CUserEnvironment), without input, and without
+/** Starts a program with the user's environment (see CUserEnvironment), without input unless it takes it, and without
  * this process's open files. Returns at once. NotFound, with the program's name in `where`: it is
  * not installed. */
 [[nodiscard]] CResult<CStartedProgram> StartProgram(const CProgramToStart& what);

@@ -23,6 +23,8 @@ bool IsEnabled(ENeeds needs, const CFrameState& frame) {
             return frame.canUndo;
         case ENeeds::Redo:
             return frame.canRedo;
+        case ENeeds::Edits:
+            return frame.hasUnsavedEdits;
         case ENeeds::Feature:
             break;
     }
@@ -45,12 +47,14 @@ bool IsChecked(int id, const CFrameState& frame) {
             return frame.shown.rotate;
         case kCmdShowToolBar:
             return frame.isToolBarShown;
+        case kCmdShowMaterialBar:
+            return frame.isMaterialBarShown;
         case kCmdFullScreen:
             return frame.isFullScreen;
         case kCmdPlayAnimation:
             return frame.isPlaying;
         default:
-            return id == frame.runningCommand;
+            return id == frame.runningCommand || id == frame.activeTool;
     }
 }
 

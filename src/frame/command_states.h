@@ -14,10 +14,13 @@ struct CFrameState {
     bool hasNotes = false;
     bool canUndo = false;
     bool canRedo = false;
+    bool hasUnsavedEdits = false;
     bool isAnimated = false;
     bool isPlaying = false;
     bool isFullScreen = false;
     bool isToolBarShown = false;
+    bool isMaterialBarShown = false;
+    int activeTool = 0;      ///< the command of the material tool that is in use; 0: none
     int runningCommand = 0;  ///< its tool is shown pressed while it runs; 0: none
 };
 

@@ -17,6 +17,7 @@ enum class ENeeds {
     Notes,      ///< opening the model gave notes
     Undo,       ///< an edit can be taken back
     Redo,       ///< an undone edit can be applied again
+    Edits,      ///< the scene has unsaved edits
     Feature,    ///< a feature that this version does not have; always disabled
 };
 

@@ -50,6 +50,7 @@ constexpr std::array kEntries = {
     CEntry{"PovSelfDiff", &CSettings::povSelfDiff, EMissing::BuiltIn},
     CEntry{"AutoUpdate", &CSettings::autoUpdate},
     CEntry{"CloseOnEsc", &CSettings::closeOnEsc},
+    CEntry{"ShowMaterialBar", &CSettings::showMaterialBar},
 };
 
 bool ReadValue(const char* key, bool missing) {

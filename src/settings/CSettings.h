@@ -44,6 +44,7 @@ struct CSettings {
     float povSelfDiff = 0.1F;
     bool autoUpdate = true;
     bool closeOnEsc = false;
+    bool showMaterialBar = true;
 
     bool operator==(const CSettings&) const = default;
 };

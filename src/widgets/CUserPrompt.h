@@ -4,6 +4,9 @@
 #include <memory>
 #include <string>
 
+/** What is to become of something that was not saved. */
+enum class ESaveAnswer { Save, Discard, Cancel };
+
 /** Messages, questions and the wait cursor for code that has no windows. The window layer installs one at the
  * start; tests install their own, which records the calls. Texts are already translated. Only the thread of
  * the windows may call it. */
@@ -18,6 +21,9 @@ class CUserPrompt {
     virtual void ShowMessage(const std::wstring& text) = 0;
     /** Asks before something is lost, with the buttons Yes and No; the default is No. True for Yes. */
     [[nodiscard]] virtual bool AskYesNo(const std::wstring& text) = 0;
+    /** Asks before something is dropped that was not saved, with the buttons Save, Discard and Cancel. A prompt that
+     * has nobody to ask discards it. */
+    [[nodiscard]] virtual ESaveAnswer AskSave(const std::wstring& text);
     virtual void BeginBusy() = 0;
     virtual void EndBusy() = 0;
 

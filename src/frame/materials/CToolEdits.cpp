@@ -41,6 +41,7 @@ bool CToolEdits::Follow(EMaterialTool tool, const CToolValues& values) {
 
 void CToolEdits::Forget() {
     m_tool = EMaterialTool::None;
+    m_node.clear();
     m_state.reset();
     EndFollowing();
 }

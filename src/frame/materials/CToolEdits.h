@@ -26,7 +26,7 @@ class CToolEdits {
     void EndFollowing() { m_following.reset(); }
     /** Another scene is shown, or another tool is chosen: nothing follows the values. */
     void Forget();
-    /** The node that was last pressed; empty when there is none. */
+    /** The node that follows the values; empty when none does. */
     [[nodiscard]] const std::string& LastNode() const { return m_node; }
 
   private:

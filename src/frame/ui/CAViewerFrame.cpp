@@ -18,6 +18,8 @@
 #include "export/pov/ui/CPOVRaySettingsDlg.h"
 #include "export/pov/ui/pov_export_command.h"
 #include "files/std_file_paths.h"
+#include "frame/materials/ui/CMaterialBar.h"
+#include "frame/materials/ui/CMaterialCommands.h"
 #include "frame/ui/CAnimationBar.h"
 #include "frame/ui/CFileCommands.h"
 #include "frame/ui/CSceneNotesDlg.h"
@@ -36,6 +38,7 @@
 namespace {
 
 constexpr char kToolBarPane[] = "toolbar";
+constexpr char kMaterialPane[] = "materials";
 constexpr char kAnimationPane[] = "animation";
 
 /** Passes the first of the dropped paths on. */
@@ -60,7 +63,11 @@ CAViewerFrame::CAViewerFrame(const wxString& title)
       m_view(std::make_unique<CViewer3DSWindowHandler>(this, &m_tools)),
       m_session(std::make_unique<CSession>(*m_view, static_cast<CSessionFrame&>(*this), m_recent)),
       m_files(std::make_unique<CFileCommands>(*this, *m_view, *m_session,
-                                              [this](int command) { ShowRunning(command); })) {
+                                              [this](int command) { ShowRunning(command); })),
+      m_materials(std::make_unique<CMaterialCommands>(
+          *this, m_tools, *m_view, *m_session,
+          CMaterialCommands::CHost{.showMessage = [this](const std::wstring& text) { ShowMessage(text); },
+                                   .showStates = [this] { ShowCommandStates(); }})) {
     if (!HasView()) return;
     m_session->AddListener(*this);
     const wxString icon = std_file_paths::GetImgPath(L"main.ico");
@@ -79,6 +86,7 @@ CAViewerFrame::CAViewerFrame(const wxString& title)
 
 CAViewerFrame::~CAViewerFrame() {
     m_aui.UnInit();
+    m_materials.reset();
     m_files.reset();
     m_session.reset();
     m_view.reset();  // its canvas is a window of this one
@@ -101,6 +109,7 @@ void CAViewerFrame::MakePanes() {
         this, {[this](bool play) { PlayAnimation(play); }, [this](int frame) { ShowFrame(frame); }});
     wxWindow* canvas = m_view->GetCanvas()->GetWindow();
     SetAccessibleName(*canvas, lng::Text("3D view"));
+    MakeMaterialPane();
     m_state.isToolBarShown = CSettings::Instance().showToolBar;
     m_aui.AddPane(canvas, wxAuiPaneInfo().CenterPane().PaneBorder(false));
     m_aui.AddPane(m_toolBar, wxAuiPaneInfo()
@@ -120,6 +129,21 @@ void CAViewerFrame::MakePanes() {
                                       .DockFixed()
                                       .BestSize(m_animationBar->GetBestSize())
                                       .Hide());
+}
+
+void CAViewerFrame::MakeMaterialPane() {
+    m_materialBar = m_materials->MakeBar(this, *m_toolBar);
+    m_state.isMaterialBarShown = CSettings::Instance().showMaterialBar;
+    m_aui.AddPane(m_materialBar, wxAuiPaneInfo()
+                                     .Name(kMaterialPane)
+                                     .ToolbarPane()
+                                     .Top()
+                                     .Row(1)
+                                     .Position(1)
+                                     .Gripper(false)
+                                     .Resizable()
+                                     .Floatable(false)
+                                     .Show(m_state.isMaterialBarShown));
 }
 
 void CAViewerFrame::BindEvents() {
@@ -153,19 +177,9 @@ void CAViewerFrame::BindEvents() {
  * context menu open the view's. */
 void CAViewerFrame::BindKeys() {
     wxWindow* canvas = m_view->GetCanvas()->GetWindow();
-    Bind(wxEVT_CHAR_HOOK, [this, canvas](wxKeyEvent& event) {
-        const int key = event.GetKeyCode();
-        const bool isForView = key == WXK_SPACE || key == WXK_BACK || key == WXK_ESCAPE;
-        const wxWindow* focus = FindFocus();
-        const auto holdsFocus = [focus](const wxWindow* bar) {
-            for (const wxWindow* window = focus; window; window = window->GetParent())
-                if (window == bar) return true;
-            return false;
-        };
-        const bool isElsewhere = focus != canvas && (!focus || focus == this || holdsFocus(m_animationBar) ||
-                                                     holdsFocus(m_toolBar) || holdsFocus(m_statusBar));
-        if (isForView && isElsewhere && !event.HasAnyModifiers())
-            OnViewKeyDown(key);
+    Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+        if (IsKeyForView(event))
+            OnViewKeyDown(event.GetKeyCode());
         else
             event.Skip();
     });
@@ -175,6 +189,22 @@ void CAViewerFrame::BindKeys() {
         const wxSize size = canvas->GetClientSize();
         ShowContextMenu(ScreenToClient(canvas->ClientToScreen(wxPoint(size.x / 2, size.y / 2))));
     });
+}
+
+/** True for a key of the view that goes to another part of the window, and that this part has no use for. */
+bool CAViewerFrame::IsKeyForView(const wxKeyEvent& event) const {
+    const int key = event.GetKeyCode();
+    if (event.HasAnyModifiers() || (key != WXK_SPACE && key != WXK_BACK && key != WXK_ESCAPE)) return false;
+    const wxWindow* focus = FindFocus();
+    if (focus == m_view->GetCanvas()->GetWindow()) return false;
+    const auto holdsFocus = [focus](const wxWindow* bar) {
+        for (const wxWindow* window = focus; window; window = window->GetParent())
+            if (window == bar) return true;
+        return false;
+    };
+    if (holdsFocus(m_materialBar)) return key == WXK_ESCAPE && !m_materialBar->IsPopupShown();
+    return !focus || focus == this || holdsFocus(m_animationBar) || holdsFocus(m_toolBar) ||
+           holdsFocus(m_statusBar);
 }
 
 void CAViewerFrame::ApplySettings() {
@@ -191,6 +221,7 @@ void CAViewerFrame::ShowHint(const std::wstring& text) {
 CFrameState CAViewerFrame::State() const {
     CFrameState now = m_state;
     now.shown = m_view->Shown();
+    now.activeTool = m_tools.IsActive() ? m_tools.Identifier() : 0;
     return now;
 }
 
@@ -205,6 +236,7 @@ void CAViewerFrame::ShowCommandStates() {
     };
     ShowStates(*m_menuBar, stateOf);
     ShowStates(*m_toolBar, stateOf);
+    m_materialBar->ShowStates(stateOf);
     TickSceneCamera(*m_menuBar, SceneCameras());
 }
 
@@ -265,10 +297,11 @@ void CAViewerFrame::ShowPanes() {
         return changes;
     };
     const bool toolBar = show(kToolBarPane, m_state.isToolBarShown);
+    const bool materials = show(kMaterialPane, m_state.isMaterialBarShown);
     const bool animation = show(kAnimationPane, m_state.isAnimated);
-    if (!toolBar && !animation) return;
+    if (!toolBar && !materials && !animation) return;
     // A hidden control would keep the keyboard focus.
-    if (wxWindow* canvas = m_view->GetCanvas()->GetWindow(); animation && !canvas->HasFocus())
+    if (wxWindow* canvas = m_view->GetCanvas()->GetWindow(); (animation || materials) && !canvas->HasFocus())
         canvas->SetFocus();
     // The manager would paint the view at once, although a repaint follows anyway.
     const wxWindowUpdateLocker noPainting(m_view->GetCanvas()->GetWindow());
@@ -279,6 +312,13 @@ void CAViewerFrame::ToggleToolBar() {
     CSettings& settings = CSettings::Instance();
     settings.showToolBar = !settings.showToolBar;
     m_state.isToolBarShown = settings.showToolBar;
+    ShowPanes();
+}
+
+void CAViewerFrame::ToggleMaterialBar() {
+    CSettings& settings = CSettings::Instance();
+    settings.showMaterialBar = !settings.showMaterialBar;
+    m_state.isMaterialBarShown = settings.showMaterialBar;
     ShowPanes();
 }
 

@@ -12,15 +12,18 @@
 
 #include "base/CResult.h"
 #include "frame/command_states.h"
+#include "frame/materials/CMaterialTool.h"
+#include "frame/materials/ui/wxColorPopupListener.h"
 #include "frame/ui/CRecentFileListMgr.h"
 #include "session/CSessionFrame.h"
 #include "session/CSessionListener.h"
 #include "session/folder_models.h"
 #include "view/CKeyDownListener.h"
-#include "view/CViewToolState.h"
 
 class CAnimationBar;
 class CFileCommands;
+class CMaterialBar;
+class CMaterialCommands;
 class CSceneStatusBar;
 class CSession;
 class CViewer3DSWindowHandler;
@@ -28,10 +31,11 @@ struct CSceneCameras;
 struct CSceneSummary;
 class wxAuiToolBar;
 
-/** The main window: the view in its middle, the menus, the toolbar, the status bar, and the animation
+/** The main window: the view in its middle, the menus, the toolbars, the status bar, and the animation
  * bar. RunCommand runs every command, from menus, tools and keys. It owns the session and shows the
  * session's document. */
 class CAViewerFrame final : public wxFrame,
+                            private wxColorPopupListener,
                             private CKeyDownListener,
                             private CSessionFrame,
                             private CSessionListener {
@@ -56,6 +60,7 @@ class CAViewerFrame final : public wxFrame,
 
     [[nodiscard]] CViewer3DSWindowHandler& View() { return *m_view; }
     [[nodiscard]] CFileCommands& Files() { return *m_files; }
+    [[nodiscard]] CMaterialCommands& Materials() { return *m_materials; }
     [[nodiscard]] CSession& Session() { return *m_session; }
     [[nodiscard]] CRecentFileListMgr& RecentFiles() { return m_recent; }
     [[nodiscard]] CCommandState StateOfCommand(int id) const;
@@ -63,6 +68,7 @@ class CAViewerFrame final : public wxFrame,
     // --- commands that are the frame's own ---------------------------------------------------------------
     void ToggleFullScreen();
     void ToggleToolBar();
+    void ToggleMaterialBar();
     void TogglePlaying();
     /** Looks through the preset camera last chosen, without rotation and zoom. */
     void ResetView();
@@ -77,6 +83,8 @@ class CAViewerFrame final : public wxFrame,
     static constexpr char kStateName[] = "WindowState";
 
     void MakePanes();
+    void MakeMaterialPane();
+    [[nodiscard]] bool IsKeyForView(const wxKeyEvent& event) const;
     void BindEvents();
     void BindKeys();
     void ApplySettings();
@@ -103,6 +111,9 @@ class CAViewerFrame final : public wxFrame,
     void ShowTitle(const std::wstring& title) override;
     void ShowMessage(const std::wstring& text) override;
     void Tell(const std::wstring& text) override;
+    void OnColorChosen(const wxColour& color) override;
+    void OnColorPopupClosed() override;
+    [[nodiscard]] bool MayLoseEdits() override;
     void BeginBusy() override;
     void EndBusy() override;
     [[nodiscard]] bool IsFullScreenShown() const override;
@@ -113,13 +124,14 @@ class CAViewerFrame final : public wxFrame,
     void OnOpened(const COpenReport& report) override;
     void OnDocumentChanged() override;
 
-    CIdleToolState m_tools;
+    CMaterialTool m_tools;
     CFrameState m_state;  ///< without `shown`, which State() adds
     CRecentFileListMgr m_recent;
     std::wstring m_hint;
     std::unique_ptr<CViewer3DSWindowHandler> m_view;
     std::unique_ptr<CSession> m_session;
     std::unique_ptr<CFileCommands> m_files;
+    std::unique_ptr<CMaterialCommands> m_materials;
     std::vector<std::wstring> m_notes;
     std::optional<folder_models::EStep> m_wantedStep;  ///< by a key
     std::function<void(const CError&)> m_openFailed;   ///< called if the next opening fails
@@ -128,6 +140,7 @@ class CAViewerFrame final : public wxFrame,
     wxAuiManager m_aui;
     wxMenuBar* m_menuBar = nullptr;
     wxAuiToolBar* m_toolBar = nullptr;
+    CMaterialBar* m_materialBar = nullptr;
     CAnimationBar* m_animationBar = nullptr;
     CSceneStatusBar* m_statusBar = nullptr;
 };

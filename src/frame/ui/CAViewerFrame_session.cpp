@@ -9,6 +9,7 @@
 #include "base/text/utf8_text.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "files/file_util_ex.h"
+#include "frame/materials/ui/CMaterialCommands.h"
 #include "frame/scene_summary.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "frame/ui/CAnimationBar.h"
@@ -66,6 +67,18 @@ void CAViewerFrame::Tell(const std::wstring& text) {
     CUserPrompt::Instance().ShowMessage(text);
 }
 
+bool CAViewerFrame::MayLoseEdits() {
+    return m_materials->MayLoseEdits();
+}
+
+void CAViewerFrame::OnColorChosen(const wxColour& color) {
+    m_materials->OnColorChosen(color);
+}
+
+void CAViewerFrame::OnColorPopupClosed() {
+    m_materials->OnColorPopupClosed();
+}
+
 void CAViewerFrame::BeginBusy() {
     CUserPrompt::Instance().BeginBusy();
 }
@@ -101,6 +114,7 @@ void CAViewerFrame::OnOpened(const COpenReport& report) {
     if (report.result == EOpened::Opened && !report.isReload && !hasCamera &&
         CSettings::Instance().lastCamera != kCmdIsoCamera)
         ResetView();
+    if (report.result != EOpened::AlreadyShown) m_materials->OnOpened();
     ShowDocument();
     // The view may still show the model before, which would hide the hint.
     if (hasFailed && !report.isReload && m_view->GetEngine().Prepared())
@@ -112,6 +126,7 @@ void CAViewerFrame::OnOpened(const COpenReport& report) {
 void CAViewerFrame::OnDocumentChanged() {
     if (m_session->Document().origin == EOrigin::None)
         m_hint = lng::Text("Open a model: Ctrl+O or drop one here");
+    m_materials->OnEdited();
     ShowDocument();
 }
 
@@ -128,6 +143,7 @@ void CAViewerFrame::ShowDocument() {
     m_state.hasNotes = !summary.lines.empty();
     m_state.canUndo = m_session->Edits().CanUndo();
     m_state.canRedo = m_session->Edits().CanRedo();
+    m_state.hasUnsavedEdits = m_session->HasUnsavedEdits();
     m_state.isAnimated = engine.HasAnimation();
     m_state.isPlaying = m_session->IsPlaying();
     m_notes = summary.lines;
@@ -135,6 +151,8 @@ void CAViewerFrame::ShowDocument() {
     m_statusBar->ShowScene(summary);
     ShowAnimation();
     ShowSceneCameras(*m_menuBar, SceneCameras());
+    const auto nameOf = [](const CEditLog::CStep* step) { return step ? step->what : std::wstring(); };
+    ShowStepNames(*m_menuBar, nameOf(m_session->Edits().NextUndo()), nameOf(m_session->Edits().NextRedo()));
     m_recent.UpdateMenu(*m_menuBar->GetMenu(0));
     ShowPanes();
     ShowCommandStates();
@@ -160,7 +178,13 @@ void CAViewerFrame::OnViewKeyDown(int keyCode) {
             StepSoon(EStep::Previous);
             break;
         case WXK_ESCAPE:
-            if (CSettings::Instance().closeOnEsc) Close(true);
+            if (!m_materials->Cancel() && CSettings::Instance().closeOnEsc &&
+                (m_session->IsBusy() || m_session->MayLoseEdits()))
+                Close(true);
+            break;
+        case WXK_RETURN:
+        case WXK_NUMPAD_ENTER:
+            (void)m_materials->ApplyAgain();
             break;
         case WXK_F11:
             RunCommand(kCmdFullScreen);
@@ -181,6 +205,7 @@ void CAViewerFrame::StepSoon(EStep step) {
 }
 
 void CAViewerFrame::OnViewRightButtonDown() {
+    if (m_materials->Cancel()) return;
     // After the press has been handled, because the menu captures the mouse.
     CallAfter([this] { ShowContextMenu(wxDefaultPosition); });
 }
@@ -205,6 +230,8 @@ void CAViewerFrame::OnClose(wxCloseEvent& event) {
         if (event.CanVeto()) event.Veto();
         return;
     }
+    // Whoever cannot be refused (a forced end) has asked already, or nobody is left to answer.
+    if (event.CanVeto() && !m_session->MayLoseEdits()) return event.Veto();
     KeepState();
     m_closed = true;
     Destroy();

@@ -118,7 +118,7 @@ void CFileCommands::OfferPictures(const std::wstring& path) {
 
 void CFileCommands::DeleteFile() {
     HoldModel(kCmdDeleteFile, [this] {
-        if (!m_session.Document().isOpen) return;
+        if (!m_session.Document().isOpen || !m_session.MayLoseEdits()) return;
         const std::wstring name = file_util_ex::GetFileName(m_session.Document().path);
         if (!CUserPrompt::Instance().AskYesNo(lng::Text("Are you sure do you want to delete %s file?", name)))
             return;

@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "frame/command_ids.h"
+#include "frame/materials/ui/CMaterialCommands.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "frame/ui/CFileCommands.h"
 #include "session/CSession.h"
@@ -32,6 +33,11 @@ void Toggle(CAViewerFrame& frame) {
 template <void (CFileCommands::*command)()>
 void File(CAViewerFrame& frame) {
     (frame.Files().*command)();
+}
+
+template <int id, EMaterialTool tool>
+void Tool(CAViewerFrame& frame) {
+    frame.Materials().Choose(tool, id);
 }
 
 template <void (CSession::*change)()>
@@ -68,6 +74,13 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdNextFile, [](CAViewerFrame& frame) { frame.StepModel(EStep::Next); }},
         {kCmdUndo, Change<&CSession::Undo>},
         {kCmdRedo, Change<&CSession::Redo>},
+        {kCmdToolColor, Tool<kCmdToolColor, EMaterialTool::Color>},
+        {kCmdToolShininess, Tool<kCmdToolShininess, EMaterialTool::Shininess>},
+        {kCmdToolTransparency, Tool<kCmdToolTransparency, EMaterialTool::Transparency>},
+        {kCmdToolReplace, Tool<kCmdToolReplace, EMaterialTool::Replace>},
+        {kCmdToolFilter, Tool<kCmdToolFilter, EMaterialTool::Filter>},
+        {kCmdSaveEdits, [](CAViewerFrame& frame) { frame.Materials().SaveEdits(); }},
+        {kCmdShowMaterialBar, [](CAViewerFrame& frame) { frame.ToggleMaterialBar(); }},
         {kCmdFullScreen, [](CAViewerFrame& frame) { frame.ToggleFullScreen(); }},
         {kCmdShowToolBar, [](CAViewerFrame& frame) { frame.ToggleToolBar(); }},
         {kCmdPlayAnimation, [](CAViewerFrame& frame) { frame.TogglePlaying(); }},

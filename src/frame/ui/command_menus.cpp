@@ -5,6 +5,7 @@
 #include <wx/accel.h>
 
 #include "base/text/lng.h"
+#include "base/text/utf8_text.h"
 
 namespace {
 
@@ -110,6 +111,21 @@ void ShowStates(wxMenuBar& bar, const CStateOfCommand& stateOf) {
         if (item->IsEnabled() != state.enabled) item->Enable(state.enabled);
         if (HasTick(command) && item->IsChecked() != state.checked) item->Check(state.checked);
     }
+}
+
+void ShowStepNames(wxMenuBar& bar, const std::wstring& undo, const std::wstring& redo) {
+    const auto show = [&bar](int id, std::wstring name) {
+        constexpr std::size_t kLongest = 50;
+        if (name.size() > kLongest) name = name.substr(0, kLongest - 1) + L'\u2026';
+        const wxString text = lng::Text(FindCommand(id)->text);
+        wxString shown = text.BeforeFirst('\t');
+        if (!name.empty()) shown += ": " + wxControl::EscapeMnemonics(file_util_ex::ShownText(name));
+        shown += "\t" + text.AfterFirst('\t');
+        wxMenuItem* item = bar.FindItem(WidgetIdOf(id));
+        if (item->GetItemLabel() != shown) item->SetItemLabel(shown);
+    };
+    show(kCmdUndo, undo);
+    show(kCmdRedo, redo);
 }
 
 void AlignHelpRight(wxMenuBar& bar) {

@@ -31,6 +31,8 @@ struct CSceneCameras {
 void ShowSceneCameras(wxMenuBar& bar, const CSceneCameras& cameras);
 /** Ticks the camera in use in that sub-menu. */
 void TickSceneCamera(wxMenuBar& bar, const CSceneCameras& cameras);
+/** Names what Undo and Redo do in their items: "Undo: colour of Box01". The names are translated; empty for nothing. */
+void ShowStepNames(wxMenuBar& bar, const std::wstring& undo, const std::wstring& redo);
 /** Moves the last menu (Help) to the right end of a bar that is on a window, where the toolkit
  * supports it. */
 void AlignHelpRight(wxMenuBar& bar);

@@ -27,6 +27,6 @@ void CViewCaption::Draw(const wxWindow& window) {
         m_scale = scale;
         m_picture = MakeCaptionPicture(window, m_text, m_width, m_height);
     }
-    const int above = m_picture.height / 3;  // of the view's lower edge
+    const int above = m_height / 30;  // of the view's lower edge
     DrawOverView(m_picture, (m_width - m_picture.width) / 2, m_height - m_picture.height - above);
 }

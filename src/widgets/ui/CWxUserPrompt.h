@@ -13,10 +13,12 @@ class CWxUserPrompt final : public CUserPrompt {
     CWxUserPrompt();
     void ShowMessage(const std::wstring& text) override;
     [[nodiscard]] bool AskYesNo(const std::wstring& text) override;
+    [[nodiscard]] ESaveAnswer AskSave(const std::wstring& text) override;
     void BeginBusy() override;
     void EndBusy() override;
 
   private:
+    [[nodiscard]] wxWindow* Parent() const;
     int Show(const std::wstring& text, long style) const;
 
     CModalDialogs m_modalDialogs;

@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#include "frame/materials/ui/CNodeList.h"
+
+#include <wx/dc.h>
+#include <wx/image.h>
+#include <wx/settings.h>
+
+#include <cmath>
+#include <numeric>
+#include <utility>
+
+#include "base/text/ascii_text.h"
+#include "base/text/lng.h"
+#include "base/text/utf8_text.h"
+#include "files/file_util_ex.h"
+#include "widgets/ui/accessible_name.h"
+
+namespace {
+
+constexpr int kFetchMs = 30;
+constexpr int kMargin = 4;
+
+wxBitmap BitmapOf(const CImage& image, double scale) {
+    if (image.IsEmpty()) return {};
+    wxImage made(image.width, image.height);
+    made.InitAlpha();
+    for (int y = 0; y < image.height; ++y)
+        for (int x = 0; x < image.width; ++x) {
+            const std::uint8_t* pixel = image.Pixel(x, y);
+            made.SetRGB(x, y, pixel[0], pixel[1], pixel[2]);
+            made.SetAlpha(x, y, pixel[3]);
+        }
+    return {made, -1, scale};
+}
+
+}  // namespace
+
+CNodeList::CNodeList(wxWindow* parent, const CPreparedScene& scene, std::vector<CChoice> choices)
+    : wxVListBox(parent, wxID_ANY, wxDefaultPosition, parent->FromDIP(wxSize(380, 360)), wxBORDER_THEME),
+      m_choices(std::move(choices)),
+      m_maker(scene, static_cast<int>(std::ceil(parent->FromDIP(kSide) * parent->GetContentScaleFactor()))),
+      m_timer(this) {
+    SetAccessibleName(*this, lng::Text("Parts of the file"));
+    Bind(
+        wxEVT_TIMER, [this](wxTimerEvent&) { FetchPictures(); }, m_timer.GetId());
+    Search({});
+    m_timer.Start(kFetchMs);
+}
+
+void CNodeList::Search(const std::wstring& text) {
+    m_rows.clear();
+    const std::string wanted = ascii_text::Lowered(file_util_ex::ConvertToUTF8(text));
+    for (std::size_t i = 0; i < m_choices.size(); ++i)
+        if (ascii_text::Lowered(m_choices[i].name).find(wanted) != std::string::npos) m_rows.push_back(i);
+    SetItemCount(m_rows.size());
+    SetSelection(m_rows.empty() ? wxNOT_FOUND : 0);
+    Refresh();
+}
+
+void CNodeList::Select(const std::string& name) {
+    for (std::size_t row = 0; row < m_rows.size(); ++row)
+        if (m_choices[m_rows[row]].name == name) return SetSelection(static_cast<int>(row));
+}
+
+const CChoice* CNodeList::Selected() const {
+    const int row = GetSelection();
+    return row < 0 || static_cast<std::size_t>(row) >= m_rows.size()
+               ? nullptr
+               : &m_choices[m_rows[static_cast<std::size_t>(row)]];
+}
+
+wxCoord CNodeList::OnMeasureItem(std::size_t) const {
+    return FromDIP(kSide + 2 * kMargin);
+}
+
+void CNodeList::OnDrawItem(wxDC& dc, const wxRect& rect, std::size_t row) const {
+    const CChoice& choice = m_choices[m_rows[row]];
+    const int margin = FromDIP(kMargin), side = FromDIP(kSide);
+    const auto picture = m_pictures.find(choice.node);
+    if (picture != m_pictures.end() && picture->second.IsOk())
+        dc.DrawBitmap(picture->second, rect.x + margin, rect.y + margin, true);
+    const bool isSelected = IsSelected(row);
+    dc.SetTextForeground(wxSystemSettings::GetColour(isSelected ? wxSYS_COLOUR_LISTBOXHIGHLIGHTTEXT
+                                                                : wxSYS_COLOUR_LISTBOXTEXT));
+    const wxString name = file_util_ex::ShownText(lng::ConvertFromUTF8(choice.name));
+    const int left = rect.x + side + 3 * margin, lineHeight = dc.GetCharHeight();
+    dc.DrawText(wxControl::Ellipsize(name, dc, wxELLIPSIZE_END, rect.GetRight() - left), left,
+                rect.y + rect.height / 2 - lineHeight);
+    if (!isSelected) dc.SetTextForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT));
+    dc.DrawText(lng::Text("Triangles: %s", lng::Number(choice.triangles)), left, rect.y + rect.height / 2);
+}
+
+void CNodeList::FetchPictures() {
+    if (m_pictures.size() > kMostKept) m_pictures.clear();
+    bool hasCome = false;
+    for (auto& [node, image] : m_maker.Take()) {
+        m_pictures[node] = BitmapOf(image, GetContentScaleFactor());
+        hasCome = true;
+    }
+    if (hasCome) Refresh();
+    std::vector<std::size_t> wanted;
+    for (std::size_t row = GetVisibleBegin(); row < GetVisibleEnd() && row < m_rows.size(); ++row)
+        if (const std::size_t node = m_choices[m_rows[row]].node; !m_pictures.contains(node))
+            wanted.push_back(node);
+    m_maker.Want(std::move(wanted));
+}
