@@ -80,10 +80,11 @@ struct CFailure {
     const char* reason;
 };
 class CSessionScriptFailureTest : public testing::TestWithParam<CFailure> {};
-const CFailure kFailures[] = {{"MissingModel", "[Model]\nPath=gone.3ds\n", "there is no such file"},
-                              {"NoModel", "[Model]\nText=x\n", "the script names no model"},
-                              {"BadModel", "[Model]\nPath=bad.3ds\n", "bad"},
-                              {"BadObj", "[Model]\nPath=bad.obj\n", nullptr}};
+const CFailure kFailures[] = {
+    {"MissingModel", "[Model]\nPath=gone.3ds\n", "there is no such file"},
+    {"NoModel", "[Model]\nText=x\n", "the script names no model"},
+    {"BadModel", "[Model]\nPath=bad.3ds\n", "bad"},
+    {"BadObj", "[Model]\nPath=bad.obj\n", "The file has no faces, lines or points"}};
 TEST_P(CSessionScriptFailureTest, IsShownAsAFailedOpening) {
     CSessionStage stage;
     stage.Open(stage.Add("old.3ds"));
@@ -93,7 +94,7 @@ TEST_P(CSessionScriptFailureTest, IsShownAsAFailedOpening) {
     EXPECT_EQ(stage.Open(script), EOpened::Failed);
     EXPECT_EQ(stage.title, L"Orbivue - " + script + L" - File open failed");
     EXPECT_EQ(stage.view.shown, L"") << "the view tells why";
-    if (GetParam().reason) EXPECT_EQ(stage.reports.back().error.message, GetParam().reason);
+    EXPECT_EQ(stage.reports.back().error.message, GetParam().reason);
     EXPECT_EQ(stage.session.Document().path, script);
     (void)stage.Add("gone.3ds");
     (void)stage.Add("s.orv", "[Model]\nPath=gone.3ds\n");
