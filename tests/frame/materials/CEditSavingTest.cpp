@@ -39,7 +39,9 @@ class CEditSavingTest : public testing::Test {
     ~CEditSavingTest() override { CUserPrompt::Install(std::move(m_before)); }
 
     [[nodiscard]] std::string Path(const char* name) const { return stage.folder / name; }
-    [[nodiscard]] std::wstring Wide(const char* name) const { return file_util_ex::ConvertFromUTF8W(Path(name)); }
+    [[nodiscard]] std::wstring Wide(const char* name) const {
+        return file_util_ex::ConvertFromUTF8W(Path(name));
+    }
     [[nodiscard]] bool LastMessageHas(const wchar_t* text) const {
         return !prompt->messages.empty() && prompt->messages.back().find(text) != std::wstring::npos;
     }
@@ -95,6 +97,22 @@ TEST_F(CEditSavingTest, KeepsTheRestOfAScriptOfTheSameModelAndLeavesOthersAlone)
     EXPECT_EQ(CTestFolder::TextOf(Path("others.orv")), others);
 }
 
+TEST_F(CEditSavingTest, WritesIntoTheSceneOfTheScriptThatIsOpen) {
+    const std::string script = stage.folder.Add(
+        "show.orv", "[First]\nPath=model.3ds\n[Second]\nPath=model.3ds\nTransparency=c|0.2;\nText=two\n");
+    stage.Open(file_util_ex::ConvertFromUTF8W(script));
+    ASSERT_TRUE(stage.session.StepScene(folder_models::EStep::Next));
+    EXPECT_FALSE(stage.session.HasUnsavedEdits()) << "what the script brought is saved";
+    EditMore();
+    EXPECT_TRUE(saving.Save());
+    EXPECT_TRUE(asked.empty());
+    const CSceneScript read = ReadScript(script).Value();
+    ASSERT_EQ(read.scenes.size(), 2u);
+    EXPECT_TRUE(read.scenes[0].edits.empty());
+    EXPECT_EQ(read.scenes[1].edits.size(), 2u) << "its own edit and the new one";
+    EXPECT_EQ(read.scenes[1].text, L"two");
+}
+
 TEST_F(CEditSavingTest, DoesNotWriteOverWhatOthersDid) {
     chosen = Wide("model.orv");
     ASSERT_TRUE(saving.Save());
@@ -128,8 +146,7 @@ TEST_F(CEditSavingTest, APlaceThatCannotBeWrittenKeepsTheEdits) {
 }
 
 TEST_F(CEditSavingTest, AModelWithoutAFileHasNoScript) {
-    (void)stage.session.Open(
-        COpenRequest::OfMemory(EOrigin::Download, L"m.3ds", {{'g', 'o', 'o', 'd'}, {}}));
+    (void)stage.session.Open(COpenRequest::OfMemory(EOrigin::Download, L"m.3ds", {{'g', 'o', 'o', 'd'}, {}}));
     stage.session.DeleteNode("a");
     chosen = Wide("m.orv");
     EXPECT_FALSE(saving.Save());
