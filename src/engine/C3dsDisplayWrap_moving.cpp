@@ -17,6 +17,7 @@ void C3dsDisplayWrap::CState::DrawScene(CGlCurrent& gl) {
 
 void C3dsDisplayWrap::CState::DrawInTime(CGlCurrent& gl) {
     reduction = Pace().moving ? 0 : renderer.ReductionFor(gl, prepared, options);
+    DropWhatWasUploaded();
     if (reduction > 0) {
         CResult<CReducedDrawing> smaller = CReducedDrawing::Begin(gl, reduction);
         if (smaller) {

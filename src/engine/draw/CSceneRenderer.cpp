@@ -58,6 +58,19 @@ class CBindingGuard {
     }
 };
 
+/** A plan in full, with the view that it was made for. */
+struct CPlanned {
+    CMatrix4d projection, modelView;
+    std::array<int, 4> viewport;
+    CFramePlan plan;
+};
+
+std::array<int, 4> Viewport() {
+    std::array<int, 4> viewport{};
+    glGetIntegerv(GL_VIEWPORT, viewport.data());
+    return viewport;
+}
+
 }  // namespace
 
 struct CSceneRenderer::CState {
@@ -72,6 +85,7 @@ struct CSceneRenderer::CState {
     CSortedBatches sorted;
     CSceneLevels levels;
     CFrameBudget budget;
+    std::optional<CPlanned> planned;                ///< for the next drawing
     float allowedError = 0;                         ///< of the last moving frame, see ChooseLevels
     bool isSlow = false;                            ///< the last whole frame was
     bool runsLate = false;                          ///< the clock has ended a frame since all was at rest
@@ -83,6 +97,8 @@ struct CSceneRenderer::CState {
     void InFrame(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options, const TDraw& draw);
     [[nodiscard]] CFramePlan Plan(const CPreparedScene& scene, const CFrameView& view,
                                   const CDrawOptions& options, bool moving);
+    /** The one that ReductionFor made of this view, or a new one. */
+    [[nodiscard]] CFramePlan PlanInFull(const CPreparedScene& scene, const CFrameView& view);
     /** drawn: the share of what was planned; 1 unless it has ended early. */
     void LearnFrom(const CFramePlan& plan, double drawn, double ms);
     bool TryNextKind(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options);
@@ -117,9 +133,17 @@ void CSceneRenderer::CState::InFrame(CGlCurrent& gl, const CPreparedScene& scene
     pipeline.End(gl);
 }
 
+CFramePlan CSceneRenderer::CState::PlanInFull(const CPreparedScene& scene, const CFrameView& view) {
+    std::optional<CPlanned> made = std::exchange(planned, std::nullopt);
+    if (made && made->projection == view.projection && made->modelView == view.modelView &&
+        made->viewport == Viewport())
+        return std::move(made->plan);
+    return CFramePlan::InFull(scene, view, meshes, equal, IsSoftware());
+}
+
 CFramePlan CSceneRenderer::CState::Plan(const CPreparedScene& scene, const CFrameView& view,
                                         const CDrawOptions& options, bool moving) {
-    CFramePlan plan = CFramePlan::InFull(scene, view, meshes, equal, IsSoftware());
+    CFramePlan plan = PlanInFull(scene, view);
     if (!IsSoftware()) return plan;
     if (!options.exact) plan.grainPixels = CFramePlan::kFineGrain;
     if (!moving) return plan;
@@ -149,7 +173,8 @@ void CSceneRenderer::Upload(CGlCurrent& gl, const CPreparedScene& scene) {
 void CSceneRenderer::Refresh(CGlCurrent& gl, const CPreparedScene& scene) {
     m_state->Learn(gl);
     const CBindingGuard guard(gl);
-    if (m_state->meshes.Update(gl, scene, m_state->IsSoftware())) {
+    m_state->planned.reset();
+    if (m_state->meshes.Update(gl, scene)) {
         m_state->sorted.Clear();
         m_state->levels.MeshesChanged();
     }
@@ -169,6 +194,7 @@ void CSceneRenderer::Clear(CGlCurrent&) {
     m_state->tried.clear();
     m_state->allowedError = 0;
     m_state->isSlow = false;
+    m_state->planned.reset();
 }
 
 bool CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
@@ -194,24 +220,19 @@ bool CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDr
     return whole;
 }
 
-int CSceneRenderer::ReductionFor(CGlCurrent& gl, const CPreparedScene& scene,
-                                 const CDrawOptions& options) const {
-    const CState& state = *m_state;
+int CSceneRenderer::ReductionFor(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options) {
+    CState& state = *m_state;
     int polygonMode[2] = {};
     glGetIntegerv(GL_POLYGON_MODE, polygonMode);
     if (!state.can || !state.IsSoftware() || !state.can->framebuffers || state.meshes.Count() == 0 ||
         polygonMode[0] == GL_LINE)
         return 0;
-    std::array<int, 4> viewport{};
-    glGetIntegerv(GL_VIEWPORT, viewport.data());
-    GLint samples = 0;
-    glGetIntegerv(GL_SAMPLES, &samples);
     const CFrameView view = CFrameView::FromCurrent(gl);
     const CTextureSet& textures =
         options.textureRenderMode == kNoTextures ? state.noTextures : state.textures;
-    const CFramePlan plan = CFramePlan::InFull(scene, view, state.meshes, state.equal, true);
-    return plan.PixelWork(scene, view, state.meshes, textures)
-        .ReductionFor(static_cast<double>(viewport[2]) * viewport[3], samples);
+    state.planned.emplace(CPlanned{view.projection, view.modelView, Viewport(),
+                                   CFramePlan::InFull(scene, view, state.meshes, state.equal, true)});
+    return state.planned->plan.ReductionFor(scene, view, state.meshes, textures);
 }
 
 bool CSceneRenderer::CState::TryNextKind(CGlCurrent& gl, const CPreparedScene& scene,

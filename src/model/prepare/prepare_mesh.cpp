@@ -44,6 +44,7 @@ class CMeshPreparer {
         CMeshFaces faces = CollectFaces(m_view, m_texCoords);
         m_faces = std::move(faces.faces);
         m_source = std::move(faces.source);
+        m_mesh.area = faces.area;
         m_weld = WeldPoints(m_view);
         CollectCorners();
         EmitVertices();
