@@ -49,6 +49,11 @@ bool C3dsDisplayWrap::WorkOnLevels() {
     return state.renderer.WorkOnLevels(gl, state.prepared, state.options);
 }
 
+bool C3dsDisplayWrap::GetReadyFor(const CPreparedScene& kinds) {
+    CGlCurrent gl;
+    return m_state->renderer.GetReadyFor(gl, kinds, m_state->options);
+}
+
 void C3dsDisplayWrap::SetInterrupt(std::function<bool()> wanted) {
     m_state->interrupt = std::move(wanted);
 }

@@ -53,6 +53,9 @@ class CSceneRenderer {
      * that moving frames need, or takes over what was made of a mesh. True while more is to come. Draws pixels of
      * the current framebuffer. */
     bool WorkOnLevels(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options);
+    /** To be called, as often as it returns true, before a scene like kinds is uploaded: draws one pixel of one of its kinds
+     * of items that it has not drawn yet, so that no program is new when the scene is there. Does nothing on hardware. */
+    bool GetReadyFor(CGlCurrent& gl, const CPreparedScene& kinds, const CDrawOptions& options);
     /** While paused, no level of a further mesh is begun. */
     void PauseLevels(bool paused);
     /** For GL_SELECT: loads each drawn node's index with glLoadName and draws its triangles plainly,
