@@ -14,7 +14,8 @@ class CEditSaving {
     using CAskWhere = std::function<std::wstring(const std::wstring& folder, const std::wstring& name)>;
 
     /** session must outlive it. */
-    CEditSaving(CSession& session, CAskWhere askWhere) : m_session(session), m_askWhere(std::move(askWhere)) {}
+    CEditSaving(CSession& session, CAskWhere askWhere)
+        : m_session(session), m_askWhere(std::move(askWhere)) {}
 
     /** Saves the edits into the scene's script, or asks for a place when there is none, or when the script is no longer
      * the one that was read. A message box tells why it fails; the edits and what was saved before then stay. */

@@ -40,10 +40,10 @@ TEST(NodePictureTest, FillsThePictureInTheColourOfTheMaterial) {
     const CImage image = DrawNodePicture(Plate(1000), 1, 64, CJobProgress());
     ASSERT_EQ(image.rgba.size(), 64u * 64 * 4);
     EXPECT_GT(CountDrawn(image), 400);
-    const std::uint8_t* middle = image.Pixel(32, 30);
-    EXPECT_GT(middle[0], 100);
-    EXPECT_EQ(middle[1], 0);
-    EXPECT_EQ(middle[3], 255);
+    const std::uint8_t* plate = image.Pixel(22, 32);
+    EXPECT_GT(plate[0], 100);
+    EXPECT_EQ(plate[1], 0);
+    EXPECT_EQ(plate[3], 255);
     EXPECT_EQ(image.Pixel(0, 0)[3], 0) << "the ground is clear";
 }
 
