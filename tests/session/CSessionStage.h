@@ -11,6 +11,7 @@
 #include "files/file_util_ex.h"
 #include "model/open/load_scene.h"
 #include "session/CRecentFileList.h"
+#include "session/CSceneLook.h"
 #include "session/CSceneView.h"
 #include "session/CSession.h"
 #include "session/CSessionFrame.h"
@@ -34,12 +35,21 @@ class CPaperView final : public CSceneView {
         return Show("buffer", name, std::string(data, static_cast<std::size_t>(size)) != "bad");
     }
     bool OpenLoaded(CLoadedScene, const wchar_t* path) override { return Show("ready", path, true); }
-    CStatus Reload() override {
+    CStatus Reload(const std::function<void()>& whenRead) override {
         const std::wstring before = shown;
-        if (Show("reload", before, CTestFolder::TextOf(file_util_ex::ConvertToUTF8(before)) != "bad"))
+        if (Show("reload", before, CTestFolder::TextOf(file_util_ex::ConvertToUTF8(before)) != "bad")) {
+            whenRead();
             return CDone{};
+        }
         shown = before;
         return m_error;
+    }
+    void ShowAgain(float) override { loads.emplace_back("again"); }
+    const CPreparedScene* Prepared() const override { return nullptr; }
+    void Present(const CSceneLook& how) override { look = how; }
+    bool SetCamera(const std::string& name) override {
+        camera = name;
+        return name == "top";
     }
     void CloseModel() override { shown.clear(); }
     const CError& LastError() const override { return m_error; }
@@ -74,11 +84,13 @@ class CPaperView final : public CSceneView {
     bool IsPlaying() const override { return m_playing; }
 
     std::wstring shown;              ///< empty: nothing is
-    std::vector<std::string> loads;  ///< "file", "struct", "buffer", "ready", "reload": each that read anew
+    std::vector<std::string> loads;  ///< "file", "struct", "buffer", "ready", "reload", "again"
     std::set<std::string> nodes{"a", "b", "c"};
     std::vector<CEdit> applied;          ///< those that succeeded
     std::function<void()> whileLoading;  ///< once
     std::function<void()> whenShown;
+    CSceneLook look;
+    std::string camera;
 
   private:
     static std::string NodeOf(const CEdit& edit) {
@@ -93,6 +105,8 @@ class CPaperView final : public CSceneView {
     }
     bool Show(const char* how, const std::wstring& name, bool succeeds) {
         loads.emplace_back(how);
+        while (TakeBackEdits(1)) {
+        }
         if (const auto work = std::exchange(whileLoading, nullptr)) work();
         m_error = {EErrorCode::BadFormat, "bad", file_util_ex::ConvertToUTF8(name)};
         shown = succeeds ? name : L"";
@@ -141,6 +155,7 @@ class CSessionStage : private CSessionFrame, private CSessionListener {
     int questions = 0;  ///< whether edits may be lost
     bool mayLoseEdits = true;
     std::function<void()> whileAsking;  ///< once
+    bool isFullScreen = false;
 
   private:
     void ShowTitle(const std::wstring& text) override { title = text; }
@@ -153,6 +168,8 @@ class CSessionStage : private CSessionFrame, private CSessionListener {
     }
     void BeginBusy() override { ++busy; }
     void EndBusy() override { --busy; }
+    bool IsFullScreenShown() const override { return isFullScreen; }
+    void SetFullScreen(bool fullScreen) override { isFullScreen = fullScreen; }
     void OnOpening() override {}
     void AskForTurn() override { ++m_turnsAsked; }
     void CloseNow() override { ++closings; }

@@ -76,13 +76,12 @@ const CRoad kRoads[] = {
 INSTANTIATE_TEST_SUITE_P(All, CSessionRoadTest, testing::ValuesIn(kRoads), kRowName);
 
 TEST_F(CSessionTest, OpensAgainForAnotherScript) {
-    const std::wstring model = stage.Add("m.3ds"), first = stage.Add("a.orv"), second = stage.Add("b.orv");
-    const auto run = [&](const std::wstring& script) {
-        return session.Open(COpenRequest::OfScript(script, model));
-    };
-    EXPECT_EQ(run(first), EOpened::Opened);
-    EXPECT_EQ(run(first), EOpened::AlreadyShown);
-    EXPECT_EQ(run(second), EOpened::Opened);
+    constexpr char kScript[] = "[Model]\nPath=m.3ds\n";
+    const std::wstring model = stage.Add("m.3ds"), first = stage.Add("a.orv", kScript),
+                       second = stage.Add("b.orv", kScript);
+    EXPECT_EQ(stage.Open(first), EOpened::Opened);
+    EXPECT_EQ(stage.Open(first), EOpened::AlreadyShown);
+    EXPECT_EQ(stage.Open(second), EOpened::Opened);
     EXPECT_EQ(stage.Open(model), EOpened::Opened);
     EXPECT_EQ(stage.view.loads.size(), 3u);
     EXPECT_EQ(stage.recent.Files(), (std::vector<std::wstring>{model, second, first}));
