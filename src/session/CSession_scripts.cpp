@@ -25,7 +25,8 @@ std::string NameOf(const CEdit& edit) {
     const std::string name = std::visit(
         [](const auto& one) -> std::string {
             if constexpr (requires { one.target; })
-                return one.target.node.empty() ? one.target.material : one.target.node + ">" + one.target.material;
+                return one.target.node.empty() ? one.target.material
+                                               : one.target.node + ">" + one.target.material;
             else
                 return one.node;
         },
@@ -92,7 +93,8 @@ CStatus CSession::ShowScript(const COpenRequest& request, const CResult<CPresent
     Present();
     const std::string camera = ConvertToUTF8(m_script->Scene().camera);
     if (!camera.empty() && !m_view.SetCamera(camera))
-        m_scriptNotes.push_back({CSceneNote::EKind::Missing, lng::Mark("The model has no camera of this name"),
+        m_scriptNotes.push_back({CSceneNote::EKind::Missing,
+                                 lng::Mark("The model has no camera of this name"),
                                  CNoteList::Printable(camera)});
     return shown;
 }

@@ -20,7 +20,8 @@ CResult<CPresentation> CPresentation::Read(const std::wstring& path) {
     if (!script) return script.Error();
     read.m_script = std::make_shared<const CSceneScript>(std::move(script).Value());
     read.m_stamps.emplace_back(utf8, before);
-    for (const std::string& file : read.m_script->files) read.m_stamps.emplace_back(file, CFileStamp::Of(file));
+    for (const std::string& file : read.m_script->files)
+        read.m_stamps.emplace_back(file, CFileStamp::Of(file));
     return read;
 }
 
