@@ -39,7 +39,9 @@ class CEditSavingTest : public testing::Test {
     ~CEditSavingTest() override { CUserPrompt::Install(std::move(m_before)); }
 
     [[nodiscard]] std::string Path(const char* name) const { return stage.folder / name; }
-    [[nodiscard]] std::wstring Wide(const char* name) const { return file_util_ex::ConvertFromUTF8W(Path(name)); }
+    [[nodiscard]] std::wstring Wide(const char* name) const {
+        return file_util_ex::ConvertFromUTF8W(Path(name));
+    }
     [[nodiscard]] bool LastMessageHas(const wchar_t* text) const {
         return !prompt->messages.empty() && prompt->messages.back().find(text) != std::wstring::npos;
     }
@@ -128,8 +130,7 @@ TEST_F(CEditSavingTest, APlaceThatCannotBeWrittenKeepsTheEdits) {
 }
 
 TEST_F(CEditSavingTest, AModelWithoutAFileHasNoScript) {
-    (void)stage.session.Open(
-        COpenRequest::OfMemory(EOrigin::Download, L"m.3ds", {{'g', 'o', 'o', 'd'}, {}}));
+    (void)stage.session.Open(COpenRequest::OfMemory(EOrigin::Download, L"m.3ds", {{'g', 'o', 'o', 'd'}, {}}));
     stage.session.DeleteNode("a");
     chosen = Wide("m.orv");
     EXPECT_FALSE(saving.Save());

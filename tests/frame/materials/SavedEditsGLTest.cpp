@@ -38,8 +38,8 @@ class CShownSample {
     /** Returns how many succeeded. */
     std::size_t Apply(std::span<const CEdit> edits) {
         const std::vector<CStatus> answers = m_engine.ApplyEdits(edits);
-        return static_cast<std::size_t>(
-            std::count_if(answers.begin(), answers.end(), [](const CStatus& status) { return status.HasValue(); }));
+        return static_cast<std::size_t>(std::count_if(
+            answers.begin(), answers.end(), [](const CStatus& status) { return status.HasValue(); }));
     }
     [[nodiscard]] std::vector<CChoice> Nodes() const { return ChoicesIn(*m_engine.Prepared()); }
     [[nodiscard]] CImage Picture() {
@@ -71,8 +71,10 @@ class CPlayer {
         const std::string& node = m_nodes[Below(std::min<std::size_t>(m_nodes.size(), 6))].name;
         CToolValues values;
         // Black is the one colour that tells nothing of what was there before.
-        if (Below(3) > 0) values.color = {Byte(), Byte(), Byte()};
-        else values.color = {0, 0, 0};
+        if (Below(3) > 0)
+            values.color = {Byte(), Byte(), Byte()};
+        else
+            values.color = {0, 0, 0};
         values.shininess = static_cast<int>(Below(11));
         values.transparency = static_cast<int>(Below(11));
         values.replacement = {Sample("vase.3ds"), ""};
@@ -86,7 +88,8 @@ class CPlayer {
             case EKind::Replace:
                 return *ToolEdit(EMaterialTool::Replace, node, values);
             case EKind::Move:
-                return CMoveEdit{node, {static_cast<float>(Below(40)) / 8, static_cast<float>(Below(9)) - 4, 0}};
+                return CMoveEdit{node,
+                                 {static_cast<float>(Below(40)) / 8, static_cast<float>(Below(9)) - 4, 0}};
             case EKind::Delete:
                 break;
         }
@@ -94,7 +97,9 @@ class CPlayer {
     }
 
   private:
-    std::size_t Below(std::size_t end) { return std::uniform_int_distribution<std::size_t>(0, end - 1)(m_random); }
+    std::size_t Below(std::size_t end) {
+        return std::uniform_int_distribution<std::size_t>(0, end - 1)(m_random);
+    }
     std::uint8_t Byte() { return static_cast<std::uint8_t>(Below(256)); }
 
     const CSaved& m_row;

@@ -23,7 +23,8 @@ void CButtonScrollArt::Draw(wxDC& dc, const wxWindow& window, const wxRect& plac
     const int halfWidth = window.FromDIP(3), halfHeight = window.FromDIP(7);
     const wxPoint middle(place.x + place.width / 2, place.y + place.height / 2);
     const int tip = state.pointsRight ? halfWidth : -halfWidth;
-    const std::array<wxPoint, 3> arrow{wxPoint(-tip, -halfHeight), wxPoint(tip, 0), wxPoint(-tip, halfHeight)};
+    const std::array<wxPoint, 3> arrow{wxPoint(-tip, -halfHeight), wxPoint(tip, 0),
+                                       wxPoint(-tip, halfHeight)};
     constexpr double kFaded = 0.3;
     dc.SetPen(wxPen(state.isEnabled ? ink : MixedColour(face, ink, kFaded), window.FromDIP(2)));
     dc.DrawLines(static_cast<int>(arrow.size()), arrow.data(), middle.x, middle.y);

@@ -23,7 +23,8 @@ CModelListControl::CModelListControl(wxWindow& frame, CSession& session, CAction
       m_session(session),
       m_manager([this](const std::wstring& path, CListToolBarMgr::EReason why) { Open(path, why); }),
       m_leave(actions.leave),
-      m_bar(new CModelsLstToolBar(&frame, m_manager, {std::move(actions.leave), std::move(actions.viewKey)})) {
+      m_bar(
+          new CModelsLstToolBar(&frame, m_manager, {std::move(actions.leave), std::move(actions.viewKey)})) {
     m_bar->Hide();
     m_manager.SetListener([this] { m_bar->Strip().ShowList(); });
     m_session.AddListener(*this);
@@ -110,7 +111,8 @@ void CModelListControl::MakePictures() {
     m_pictures = std::make_unique<CModelPictures>(m_bar->FromDIP(CModelStrip::kPictureSide),
                                                   m_bar->GetContentScaleFactor(), [this] {
                                                       m_bar->Strip().ShowPictures();
-                                                      if (m_isShown && !m_tick.IsRunning()) m_tick.Start(kTickMs);
+                                                      if (m_isShown && !m_tick.IsRunning())
+                                                          m_tick.Start(kTickMs);
                                                   });
     m_bar->Strip().SetPictures(m_pictures.get());
 }

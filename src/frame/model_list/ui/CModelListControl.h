@@ -23,8 +23,9 @@ class CSession;
 class CModelListControl final : public wxEvtHandler, private CSessionListener {
   public:
     struct CActions {
-        std::function<void()> leave;               ///< the keyboard goes back to the view
-        std::function<bool(int keyCode)> viewKey;  ///< a key that the list does not use; true when it was used
+        std::function<void()> leave;  ///< the keyboard goes back to the view
+        std::function<bool(int keyCode)>
+            viewKey;  ///< a key that the list does not use; true when it was used
     };
     /** frame: where the bar's window is made; it and the session must outlive this object. */
     CModelListControl(wxWindow& frame, CSession& session, CActions actions);

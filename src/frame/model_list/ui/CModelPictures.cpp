@@ -37,9 +37,9 @@ CModelPictures::CModelPictures(int side, double scale, std::function<void()> cha
       m_queue(*this, MostPictures(side * scale)),
       m_batch(static_cast<int>(ThumbnailSizeFor(static_cast<int>(std::lround(side * scale)))),
               [this](const CPictureBatch::CDrawn& drawn) { OnDrawn(drawn); }),
-      m_loader(std::make_unique<CThumbnailLoader>(
-          CThumbnailCache::OfUser(), static_cast<int>(std::lround(side * scale)),
-          [this] { m_handler.CallAfter([this] { TakeNews(); }); })) {}
+      m_loader(std::make_unique<CThumbnailLoader>(CThumbnailCache::OfUser(),
+                                                  static_cast<int>(std::lround(side * scale)),
+                                                  [this] { m_handler.CallAfter([this] { TakeNews(); }); })) {}
 
 CModelPictures::~CModelPictures() = default;
 

@@ -19,9 +19,10 @@ class CModelStrip final : public wxWindow {
     static constexpr int kPictureSide = 96;  ///< device-independent pixels
 
     struct CActions {
-        std::function<void()> leave;               ///< the keyboard goes back to the view
-        std::function<bool(int keyCode)> viewKey;  ///< a key that the list does not use; true when it was used
-        std::function<void()> scrolled;            ///< other entries are seen
+        std::function<void()> leave;  ///< the keyboard goes back to the view
+        std::function<bool(int keyCode)>
+            viewKey;                     ///< a key that the list does not use; true when it was used
+        std::function<void()> scrolled;  ///< other entries are seen
     };
     /** manager must outlive it. */
     CModelStrip(wxWindow* parent, CListToolBarMgr& manager, CActions actions);

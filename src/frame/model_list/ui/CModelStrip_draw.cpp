@@ -73,7 +73,8 @@ void CModelStrip::DrawCell(wxDC& dc, std::size_t index) {
     const int width = cell.width - FromDIP(kMargin);
     const wxString name = wxControl::Ellipsize(list.Name(index), dc, wxELLIPSIZE_MIDDLE, width);
     dc.SetTextForeground(ink);
-    dc.DrawText(name, cell.x + (cell.width - dc.GetTextExtent(name).x) / 2, picture.GetBottom() + FromDIP(kGap));
+    dc.DrawText(name, cell.x + (cell.width - dc.GetTextExtent(name).x) / 2,
+                picture.GetBottom() + FromDIP(kGap));
     if (list.Cursor() != index || !HasFocus()) return;
     dc.SetPen(wxPen(isOpen ? ink : light, FromDIP(2)));
     dc.SetBrush(*wxTRANSPARENT_BRUSH);
@@ -89,6 +90,7 @@ void CModelStrip::DrawPicture(wxDC& dc, std::size_t index, const wxRect& place, 
         const wxColour back = SystemColour(wxSYS_COLOUR_LISTBOX);
         return DrawSymbol(dc, *this, place, MixedColour(back, ink, hasFailed ? kClear : kFaint), hasFailed);
     }
-    const wxSize size(static_cast<int>(bitmap->GetLogicalWidth()), static_cast<int>(bitmap->GetLogicalHeight()));
+    const wxSize size(static_cast<int>(bitmap->GetLogicalWidth()),
+                      static_cast<int>(bitmap->GetLogicalHeight()));
     dc.DrawBitmap(*bitmap, place.x + (place.width - size.x) / 2, place.y + (place.height - size.y) / 2, true);
 }

@@ -14,8 +14,9 @@ CModelsLstToolBar::CModelsLstToolBar(wxWindow* parent, CListToolBarMgr& manager,
     : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_NONE) {
     SetAccessibleName(*this, lng::Text("Model list"));
     m_back = MakeButton(manager, false);
-    m_strip = new CModelStrip(
-        this, manager, {std::move(actions.leave), std::move(actions.viewKey), [this] { ShowWhatIsUseful(); }});
+    m_strip = new CModelStrip(this, manager, {std::move(actions.leave), std::move(actions.viewKey), [this] {
+                                                  ShowWhatIsUseful();
+                                              }});
     m_on = MakeButton(manager, true);
     auto* row = new wxBoxSizer(wxHORIZONTAL);  // from the right where the language is written so
     row->Add(m_back, wxSizerFlags().Expand());
@@ -27,7 +28,8 @@ CModelsLstToolBar::CModelsLstToolBar(wxWindow* parent, CListToolBarMgr& manager,
 
 CScrollButton* CModelsLstToolBar::MakeButton(CListToolBarMgr& manager, bool towardsEnd) {
     const bool fromRight = GetLayoutDirection() == wxLayout_RightToLeft;
-    const std::wstring name = towardsEnd ? lng::Text("Scroll to later models") : lng::Text("Scroll to earlier models");
+    const std::wstring name =
+        towardsEnd ? lng::Text("Scroll to later models") : lng::Text("Scroll to earlier models");
     return new CScrollButton(this, towardsEnd != fromRight, name,
                              {[this, towardsEnd] {
                                   const long step = m_strip->Cells().CellWidth() / 3;

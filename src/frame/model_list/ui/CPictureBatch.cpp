@@ -16,7 +16,9 @@ constexpr std::size_t kMostOutputBytes = 1 << 20;
 }  // namespace
 
 CPictureBatch::CPictureBatch(int sidePx, CEnded ended)
-    : m_sidePx(sidePx), m_ended(std::move(ended)), m_folder(std_file_paths::GetTempFilePath("list-pictures")) {
+    : m_sidePx(sidePx),
+      m_ended(std::move(ended)),
+      m_folder(std_file_paths::GetTempFilePath("list-pictures")) {
     m_timer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { LookAfterProcess(); });
 }
 
@@ -45,7 +47,8 @@ bool CPictureBatch::Start() {
     const std::string program = std_file_paths::GetAppFolderPath() + "/orbivue-render";
     if (!file_util_ex::DoesFileExist(program) || !file_util_ex::Mkdir(m_folder)) return false;
     const std::string side = std::to_string(m_sidePx);
-    CProgramToStart what{program, {"--batch", "--null", "--size", side + "x" + side, "--into", m_folder}, m_folder, true};
+    CProgramToStart what{
+        program, {"--batch", "--null", "--size", side + "x" + side, "--into", m_folder}, m_folder, true};
     what.takesInput = what.onlyWhenIdle = true;
     CResult<CStartedProgram> started = StartProgram(what);
     if (!started) return false;

@@ -45,8 +45,8 @@ class CPictureBatch {
     CEnded m_ended;
     std::string m_folder;  ///< of its own, for the pictures
     std::optional<CStartedProgram> m_process;
-    std::size_t m_lastNumber = 0;            ///< of the picture that was begun last
-    std::deque<std::wstring> m_underWay;     ///< in their order, the last has m_lastNumber
+    std::size_t m_lastNumber = 0;         ///< of the picture that was begun last
+    std::deque<std::wstring> m_underWay;  ///< in their order, the last has m_lastNumber
     std::string m_output, m_errors;
     int m_idleMs = 0;
     wxTimer m_timer;
