@@ -68,11 +68,11 @@ class CReadAhead {
     std::uint64_t m_mostBytes;
     mutable std::mutex m_mutex;  ///< guards what follows
     mutable std::condition_variable m_wake;
-    std::deque<std::wstring> m_wanted;     ///< files, still to be read
+    std::deque<std::wstring> m_wanted;  ///< files, still to be read
     /** The file at work; null once it was cancelled. The thread holds it, too. */
     std::shared_ptr<CReading> m_reading;
     std::vector<CScene> m_ready;
-    std::vector<CScene> m_dropped;         ///< freed on the thread that reads, as freeing takes time
+    std::vector<CScene> m_dropped;  ///< freed on the thread that reads, as freeing takes time
     bool m_ended = false;
     std::thread m_thread;
 };

@@ -40,9 +40,9 @@ class CReadAheadTest : public testing::Test {
     std::counting_semaphore<> m_allowed{0};
     std::vector<std::wstring> m_found;  ///< by the thread that reads
     CReadAhead ahead{[this](const std::wstring& path, const std::atomic<bool>&) {
-        m_found.push_back(path);
-        return Find(path);
-    },
+                         m_found.push_back(path);
+                         return Find(path);
+                     },
                      kMostTriangles * 64};
 };
 
@@ -73,7 +73,8 @@ TEST_F(CReadAheadTest, GivesTheModelOfAScript) {
 TEST_F(CReadAheadTest, KeepsNothingOfWhatCannotBeOpened) {
     const std::wstring broken = file_util_ex::ConvertFromUTF8W(folder.Add("broken.3ds", "no model"));
     const std::wstring large = Model("large.3ds", 2 * kMostTriangles);
-    for (const std::wstring& path : {broken, large, file_util_ex::ConvertFromUTF8W(folder.Path()), std::wstring()}) {
+    for (const std::wstring& path :
+         {broken, large, file_util_ex::ConvertFromUTF8W(folder.Path()), std::wstring()}) {
         ahead.Want({path, a});
         WaitUntilIdle();
         EXPECT_FALSE(ahead.IsNearlyReady(path));
