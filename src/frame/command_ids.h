@@ -48,6 +48,7 @@ constexpr int kCmdResetView = 33003;
 constexpr int kCmdSceneNotes = 33004;
 constexpr int kCmdUndo = 33005;
 constexpr int kCmdRedo = 33006;
+constexpr int kCmdFullScreenSlideShow = 33008;
 constexpr int kCmdToolColor = 33010;
 constexpr int kCmdToolShininess = 33011;
 constexpr int kCmdToolTransparency = 33012;
@@ -55,6 +56,7 @@ constexpr int kCmdToolReplace = 33013;
 constexpr int kCmdToolFilter = 33014;
 constexpr int kCmdSaveEdits = 33015;
 constexpr int kCmdShowMaterialBar = 33016;
+constexpr int kCmdShowModelList = 33007;
 constexpr int kCmdFirstSceneCamera = 33100;
 constexpr int kMaxSceneCameras = 100;
 

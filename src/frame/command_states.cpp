@@ -15,6 +15,12 @@ bool IsEnabled(ENeeds needs, const CFrameState& frame) {
             return frame.hasFile;
         case ENeeds::Neighbour:
             return frame.folderModels >= 2;
+        case ENeeds::Models:
+            return frame.canStartShow;
+        case ENeeds::NoShow:
+            return frame.canStartShow && !frame.isShowRunning;
+        case ENeeds::Show:
+            return frame.isShowRunning;
         case ENeeds::Animation:
             return frame.isAnimated;
         case ENeeds::Notes:
@@ -49,6 +55,8 @@ bool IsChecked(int id, const CFrameState& frame) {
             return frame.isToolBarShown;
         case kCmdShowMaterialBar:
             return frame.isMaterialBarShown;
+        case kCmdShowModelList:
+            return frame.isModelListShown;
         case kCmdFullScreen:
             return frame.isFullScreen;
         case kCmdPlayAnimation:

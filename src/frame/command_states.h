@@ -11,6 +11,8 @@ struct CFrameState {
     bool hasModel = false;      ///< a model is open
     bool hasFile = false;       ///< the document is a file, open or failed to open
     unsigned folderModels = 0;  ///< number of models in its folder, itself included
+    bool canStartShow = false;  ///< there are models for a slideshow
+    bool isShowRunning = false;
     bool hasNotes = false;
     bool canUndo = false;
     bool canRedo = false;
@@ -20,7 +22,8 @@ struct CFrameState {
     bool isFullScreen = false;
     bool isToolBarShown = false;
     bool isMaterialBarShown = false;
-    int activeTool = 0;      ///< the command of the material tool that is in use; 0: none
+    int activeTool = 0;  ///< the command of the material tool that is in use; 0: none
+    bool isModelListShown = false;
     int runningCommand = 0;  ///< its tool is shown pressed while it runs; 0: none
 };
 

@@ -13,6 +13,9 @@ enum class ENeeds {
     Model,      ///< a model is open
     File,       ///< the document is a file, open or failed to open
     Neighbour,  ///< the folder contains another model
+    Models,     ///< a slideshow has somewhere to go
+    NoShow,     ///< the same, and none is running
+    Show,       ///< a slideshow is running
     Animation,  ///< the scene is animated
     Notes,      ///< opening the model gave notes
     Undo,       ///< an edit can be taken back

@@ -97,6 +97,7 @@ EOpened CSession::OpenNow(const COpenRequest& wanted) {
         m_title = std::wstring(kTitle) + L" - " + m_document.path;
         if (!m_document.isOpen) m_title += L" - " + lng::Text("File open failed");
     }
+    if (report.result == EOpened::Opened) FindEditsScript();
     CountModels();
     if (m_document.HasFile()) {
         if (m_document.isOpen)

@@ -13,6 +13,7 @@
 #include "session/CFolderListing.h"
 #include "session/COpenRequest.h"
 #include "session/CTurns.h"
+#include "session/ahead/CFileStamp.h"
 #include "session/ahead/CReadAhead.h"
 #include "session/folder_models.h"
 #include "session/presentation/CPresentation.h"
@@ -90,6 +91,13 @@ class CSession {
     [[nodiscard]] const CEditLog& Edits() const { return m_edits; }
     /** The scene has edits that were not saved, or lacks some that were. The title marks it with "*". */
     [[nodiscard]] bool HasUnsavedEdits() const { return m_edits.HasUnsaved(); }
+    /** The script that edits are saved into: the document, if it is one, or the one they were saved into before; empty
+     * when there is none yet. */
+    [[nodiscard]] const std::wstring& EditsScript() const { return m_editsScript.path; }
+    /** Writes the edits into a script, those that came with the document's script included. A script that is not
+     * there is made; one that is must show this model, and EditsScript() must be as it was when it was read or
+     * written last. After a failure the script and the edits are as before. */
+    [[nodiscard]] CStatus SaveEdits(const std::wstring& script);
     /** To be called before the shown scene is dropped. With unsaved edits the frame asks the user. False when the
      * scene is to stay; what was asked for during the question is dropped, too. */
     [[nodiscard]] bool MayLoseEdits();
@@ -147,6 +155,9 @@ class CSession {
     void TellOfOpening(const COpenReport& report);
     void TellOfChange();
     void ShowTitle();
+    void FindEditsScript();
+    [[nodiscard]] CResult<std::string> SectionFor(const std::wstring& script) const;
+    [[nodiscard]] std::vector<CEdit> AllEdits() const;
 
     CSceneView& m_view;
     CSessionFrame& m_frame;
@@ -156,6 +167,12 @@ class CSession {
     CEditLog m_edits;
     CDocument m_document;
     std::optional<CDocument> m_shown;  ///< whose scene the view shows; after some failures not m_document
+    struct CEditsScript {
+        std::wstring path;
+        std::string section;              ///< UTF-8
+        std::optional<CFileStamp> stamp;  ///< of the file when it was read or written last
+    };
+    CEditsScript m_editsScript;
     std::optional<CPresentation> m_script;  ///< that is open
     std::vector<CSceneNote> m_scriptNotes;
     std::optional<CFileStamp> m_modelStamp;   ///< of the script's model as it was opened

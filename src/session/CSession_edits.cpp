@@ -3,9 +3,21 @@
 #include <utility>
 
 #include "base/text/lng.h"
+#include "files/file_util_ex.h"
+#include "script/CSceneScript.h"
+#include "script/save_edits.h"
 #include "session/CSceneView.h"
 #include "session/CSession.h"
 #include "session/CSessionFrame.h"
+
+using file_util_ex::ConvertToUTF8;
+
+namespace {
+
+/** A script of one model has this section. */
+constexpr char kNewSection[] = "Model";
+
+}  // namespace
 
 std::vector<CStatus> CSession::Apply(std::vector<CEdit> edits, const std::wstring& what) {
     if (IsBusy()) {
@@ -29,6 +41,56 @@ bool CSession::MayLoseEdits() {
     m_turns.ForgetAll();  // a step or a request to close that came meanwhile would ask again
     return false;
 }
+
+// --- saving edits ----------------------------------------------------------------------------------------
+
+CStatus CSession::SaveEdits(const std::wstring& script) {
+    const CTurns::CHold hold(m_turns);
+    const CResult<std::string> section = SectionFor(script);
+    if (!section) return section.Error();
+    const std::string path = ConvertToUTF8(script);
+    CStatus saved = ::SaveEdits(path, section.Value(), AllEdits(), ConvertToUTF8(m_shown->modelPath));
+    if (!saved) return saved;
+    m_editsScript = {script, section.Value(), CFileStamp::Of(path)};
+    m_edits.MarkSaved();
+    TellOfChange();
+    return CDone{};
+}
+
+void CSession::FindEditsScript() {
+    m_editsScript = {};
+}
+
+/** The section of a script that edits of the shown scene belong to. */
+CResult<std::string> CSession::SectionFor(const std::wstring& script) const {
+    const std::string path = ConvertToUTF8(script);
+    if (!m_shown || m_shown->modelPath.empty())
+        return CError{
+            EErrorCode::BadArgument, lng::Mark("the model comes from no file that a script could name"), {}};
+    if (script == m_editsScript.path) {
+        const auto now = CFileStamp::Of(path);
+        if (!now) return CError{EErrorCode::NotFound, lng::Mark("the script was deleted meanwhile"), path};
+        if (now != m_editsScript.stamp)
+            return CError{EErrorCode::BadFormat,
+                          lng::Mark("another program has changed the script meanwhile"), path};
+        return m_editsScript.section;
+    }
+    if (!CFileStamp::Of(path)) return std::string(kNewSection);
+    const CResult<CSceneScript> read = ReadScript(path);
+    if (!read) return read.Error();
+    for (const CScriptScene& scene : read.Value().scenes)
+        if (scene.path == m_shown->modelPath) return scene.section;
+    return CError{EErrorCode::BadArgument, lng::Mark("the script shows other models"), path};
+}
+
+std::vector<CEdit> CSession::AllEdits() const {
+    std::vector<CEdit> all;
+    for (const CEditLog::CStep& step : m_edits.Done())
+        all.insert(all.end(), step.edits.begin(), step.edits.end());
+    return all;
+}
+
+// --- deleting, undo and redo -----------------------------------------------------------------------------
 
 void CSession::DeleteNode(const std::string& node) {
     const std::wstring what = lng::Text("deleted %s", lng::ConvertFromUTF8(node));

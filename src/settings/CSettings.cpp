@@ -37,6 +37,7 @@ constexpr std::array kEntries = {
     CEntry{"Axis", &CSettings::showAxis},
     CEntry{"LastCamera", &CSettings::lastCamera, EMissing::BuiltIn},
     CEntry{"ShowToolBar", &CSettings::showToolBar},
+    CEntry{"ShowModelList", &CSettings::showModelList},
     CEntry{"Wire", &CSettings::wireFrame},
     CEntry{"BkColorR", &CSettings::bkColorR, EMissing::BuiltIn},
     CEntry{"BkColorG", &CSettings::bkColorG, EMissing::BuiltIn},
@@ -51,6 +52,7 @@ constexpr std::array kEntries = {
     CEntry{"AutoUpdate", &CSettings::autoUpdate},
     CEntry{"CloseOnEsc", &CSettings::closeOnEsc},
     CEntry{"ShowMaterialBar", &CSettings::showMaterialBar},
+    CEntry{"SlideShowTime", &CSettings::slideShowTime},
 };
 
 bool ReadValue(const char* key, bool missing) {

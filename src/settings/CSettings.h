@@ -29,6 +29,7 @@ struct CSettings {
     bool showAxis = false;
     bool rotate = false;
     bool showToolBar = true;
+    bool showModelList = false;
     std::int32_t lastCamera = kIsoCamera;  ///< command identifier of the preset camera last chosen
     std::uint8_t bkColorR = 0;             ///< clear colour of the view, 0..255
     std::uint8_t bkColorG = 0;
@@ -45,6 +46,7 @@ struct CSettings {
     bool autoUpdate = true;
     bool closeOnEsc = false;
     bool showMaterialBar = true;
+    std::int32_t slideShowTime = 3000;  ///< how long a slideshow shows each model, in milliseconds
 
     bool operator==(const CSettings&) const = default;
 };

@@ -25,6 +25,10 @@ CUserPrompt& CUserPrompt::Instance() {
     return Installed() ? *Installed() : silent;
 }
 
+ESaveAnswer CUserPrompt::AskSave(const std::wstring&) {
+    return ESaveAnswer::Discard;
+}
+
 std::unique_ptr<CUserPrompt> CUserPrompt::Install(std::unique_ptr<CUserPrompt> prompt) {
     return std::exchange(Installed(), std::move(prompt));
 }

@@ -61,18 +61,19 @@ class CPaperView final : public CSceneView {
     std::vector<CStatus> ApplyEdits(std::span<const CEdit> edits) override {
         std::vector<CStatus> answers;
         for (const CEdit& edit : edits) {
-            const std::string& node = std::get<CDeleteEdit>(edit).node;
-            const bool found = nodes.erase(node) == 1;
-            if (found) m_deleted.push_back(node);
+            const std::string node = NodeOf(edit);
+            const bool found = nodes.contains(node);
+            if (std::holds_alternative<CDeleteEdit>(edit)) nodes.erase(node);
+            if (found) applied.push_back(edit);
             answers.push_back(found ? CStatus(CDone{}) : CStatus(CError{EErrorCode::NotFound, "none", node}));
         }
         return answers;
     }
     bool TakeBackEdits(std::size_t count) override {
-        if (count > m_deleted.size()) return false;
+        if (count > applied.size()) return false;
         for (; count > 0; --count) {
-            nodes.insert(m_deleted.back());
-            m_deleted.pop_back();
+            nodes.insert(NodeOf(applied.back()));
+            applied.pop_back();
         }
         return true;
     }
@@ -85,12 +86,23 @@ class CPaperView final : public CSceneView {
     std::wstring shown;              ///< empty: nothing is
     std::vector<std::string> loads;  ///< "file", "struct", "buffer", "ready", "reload", "again"
     std::set<std::string> nodes{"a", "b", "c"};
+    std::vector<CEdit> applied;          ///< those that succeeded
     std::function<void()> whileLoading;  ///< once
     std::function<void()> whenShown;
     CSceneLook look;
     std::string camera;
 
   private:
+    static std::string NodeOf(const CEdit& edit) {
+        return std::visit(
+            [](const auto& one) {
+                if constexpr (requires { one.target; })
+                    return one.target.node;
+                else
+                    return one.node;
+            },
+            edit);
+    }
     bool Show(const char* how, const std::wstring& name, bool succeeds) {
         loads.emplace_back(how);
         while (TakeBackEdits(1)) {
@@ -102,7 +114,6 @@ class CPaperView final : public CSceneView {
     }
 
     CError m_error;
-    std::vector<std::string> m_deleted;
     bool m_playing = false;
 };
 
@@ -141,12 +152,20 @@ class CSessionStage : private CSessionFrame, private CSessionListener {
     int changes = 0;
     int busy = 0;
     int closings = 0;
+    int questions = 0;  ///< whether edits may be lost
+    bool mayLoseEdits = true;
+    std::function<void()> whileAsking;  ///< once
     bool isFullScreen = false;
 
   private:
     void ShowTitle(const std::wstring& text) override { title = text; }
     void ShowMessage(const std::wstring& text) override { messages.push_back(text); }
     void Tell(const std::wstring& text) override { boxes.push_back(text); }
+    bool MayLoseEdits() override {
+        ++questions;
+        if (const auto work = std::exchange(whileAsking, nullptr)) work();
+        return mayLoseEdits;
+    }
     void BeginBusy() override { ++busy; }
     void EndBusy() override { --busy; }
     bool IsFullScreenShown() const override { return isFullScreen; }

@@ -306,4 +306,93 @@ TEST_F(CSessionTest, RefusesEditsOfAModelInUse) {
     EXPECT_EQ(stage.view.nodes, (std::set<std::string>{"b", "c"}));
 }
 
+TEST_F(CSessionTest, AmendsTheLastStepInItsPlace) {
+    stage.Open(stage.Add("a.3ds"));
+    const auto transparency = [](const char* node, float value) {
+        return CTransparencyEdit{{node, {}}, value};
+    };
+    session.Apply({transparency("b", 0.5f)}, L"before");
+    session.Apply({transparency("a", 0.1f)}, L"slide");
+    const std::uint64_t first = session.Edits().State();
+    const int told = stage.changes;
+    EXPECT_TRUE(session.Amend(first, {transparency("a", 0.2f)}).at(0));
+    const std::uint64_t second = session.Edits().State();
+    EXPECT_TRUE(session.Amend(first, {transparency("a", 0.9f)}).empty()) << "it is that no more";
+    EXPECT_FALSE(session.Amend(second, {transparency("none", 0.3f)}).at(0));
+    EXPECT_EQ(stage.changes, told);
+    ASSERT_EQ(stage.view.applied.size(), 2u);
+    EXPECT_EQ(std::get<CTransparencyEdit>(stage.view.applied.back()).value, 0.2f);
+    session.Undo();
+    EXPECT_EQ(stage.messages.back(), L"Undone: slide");
+    EXPECT_EQ(stage.view.applied.size(), 1u);
+    session.Redo();
+    EXPECT_EQ(std::get<CTransparencyEdit>(stage.view.applied.back()).value, 0.2f);
+}
+
+// --- unsaved edits ---------------------------------------------------------------------------------------
+
+TEST_F(CSessionTest, MarksUnsavedEditsInTheTitle) {
+    const std::wstring path = stage.Add("a.3ds"), title = L"Orbivue - " + path;
+    stage.Open(path);
+    EXPECT_EQ(stage.title, title);
+    session.DeleteNode("a");
+    EXPECT_EQ(stage.title, title + L" *");
+    session.Undo();
+    EXPECT_EQ(stage.title, title);
+    session.Redo();
+    EXPECT_TRUE(session.Save(stage.Add("out.3ds")));
+    EXPECT_EQ(stage.title, title) << "a scene that was saved has its edits";
+    session.Undo();
+    EXPECT_EQ(stage.title, title + L" *") << "it lacks what was saved";
+    session.DeleteNode("a");
+    EXPECT_TRUE(session.HasUnsavedEdits()) << "though it looks the same, nobody knows";
+    session.Undo();
+    session.Reload();
+    EXPECT_EQ(stage.title, title);
+}
+
+/** What drops the scene, and so asks. */
+struct CLoss {
+    const char* name;
+    void (*lose)(CSessionStage&, const std::wstring& other);
+};
+const CLoss kLosses[] = {
+    {"Opening", [](CSessionStage& stage, const std::wstring& other) { (void)stage.Open(other); }},
+    {"Stepping", [](CSessionStage& stage, const std::wstring&) { stage.session.Step(EStep::Next); }},
+    {"Reloading", [](CSessionStage& stage, const std::wstring&) { stage.session.Reload(); }},
+};
+class CSessionLossTest : public testing::TestWithParam<CLoss> {};
+
+TEST_P(CSessionLossTest, AsksOnceAndKeepsTheSceneIfThatIsWanted) {
+    CSessionStage stage;
+    const std::wstring first = stage.Add("a.3ds"), other = stage.Add("b.3ds");
+    stage.Open(first);
+    GetParam().lose(stage, other);
+    EXPECT_EQ(stage.questions, 0) << "nothing was edited";
+    stage.Open(first);
+    stage.session.DeleteNode("a");
+    const std::size_t loads = stage.view.loads.size(), reports = stage.reports.size();
+    stage.mayLoseEdits = false;
+    // A slideshow goes on, and the key is still held.
+    stage.whileAsking = [&] {
+        for (int i = 0; i < 5; ++i) stage.session.Step(EStep::Next);
+        EXPECT_FALSE(stage.session.MayClose());
+    };
+    GetParam().lose(stage, other);
+    stage.ServeEvents();
+    EXPECT_EQ(stage.questions, 1);
+    EXPECT_EQ(stage.closings, 0);
+    EXPECT_EQ(stage.Shown(), L"a.3ds");
+    EXPECT_EQ(stage.view.loads.size(), loads);
+    EXPECT_EQ(stage.reports.size(), reports);
+    EXPECT_TRUE(stage.session.HasUnsavedEdits());
+    EXPECT_EQ(stage.session.Document().path, first);
+    stage.mayLoseEdits = true;
+    GetParam().lose(stage, other);
+    EXPECT_EQ(stage.questions, 2);
+    EXPECT_FALSE(stage.session.HasUnsavedEdits());
+    EXPECT_EQ(stage.view.loads.size(), loads + 1);
+}
+INSTANTIATE_TEST_SUITE_P(All, CSessionLossTest, testing::ValuesIn(kLosses), kRowName);
+
 }  // namespace

@@ -14,9 +14,9 @@
 namespace {
 
 constexpr int kSamples = 2;  ///< along each side of a pixel
-constexpr std::int64_t kMostPixels = 60'000'000;
+constexpr std::int64_t kMostPixels = 20'000'000;
 constexpr std::uint32_t kMostTriangles = 4'000'000;
-constexpr std::uint32_t kLookAtCancel = 4096;
+constexpr std::uint32_t kLookAtCancel = 256;  ///< triangles
 
 /** The mean colour of a picture, from a few of its pixels. */
 CVec3 MeanOf(const CImage& image) {

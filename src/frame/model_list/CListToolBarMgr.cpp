@@ -3,15 +3,14 @@
 
 #include <utility>
 
-CListToolBarMgr::CListToolBarMgr(std::function<void(const std::wstring&)> open, CClock now)
-    : m_open(std::move(open)), m_now(std::move(now)) {}
+CListToolBarMgr::CListToolBarMgr(COpen open, CClock now) : m_open(std::move(open)), m_now(std::move(now)) {}
 
 bool CListToolBarMgr::Step(folder_models::EStep step) {
     const auto next = m_list.Neighbour(step == folder_models::EStep::Next);
     if (!next) return false;
     const std::wstring path = m_list.Path(*next);  // opening may change the list
     SetCurrent(path);
-    m_open(path);
+    m_open(path, EReason::Step);
     return true;
 }
 
@@ -39,11 +38,11 @@ void CListToolBarMgr::MoveCursor(std::ptrdiff_t by) {
     Tell();
 }
 
-void CListToolBarMgr::Open(std::size_t index) {
+void CListToolBarMgr::Choose(std::size_t index) {
     if (index >= m_list.Size()) return;
     const std::wstring path = m_list.Path(index);
     SetCurrent(path);
-    m_open(path);
+    m_open(path, EReason::Chosen);
 }
 
 void CListToolBarMgr::SetPressed(bool pressed) {

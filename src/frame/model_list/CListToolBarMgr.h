@@ -17,9 +17,11 @@ class CListToolBarMgr {
     /** A slideshow waits this long after the last thing that a person did in the list. */
     static constexpr std::chrono::milliseconds kInUse{2000};
 
-    /** open: opens a model by its path. */
-    explicit CListToolBarMgr(std::function<void(const std::wstring&)> open,
-                             CClock now = std::chrono::steady_clock::now);
+    enum class EReason { Chosen, Step };
+    /** Opens a model by its path. */
+    using COpen = std::function<void(const std::wstring& path, EReason why)>;
+
+    explicit CListToolBarMgr(COpen open, CClock now = std::chrono::steady_clock::now);
     /** Called after every change of the list, the open entry or the place of the keyboard. */
     void SetListener(std::function<void()> changed) { m_changed = std::move(changed); }
 
@@ -36,7 +38,7 @@ class CListToolBarMgr {
     void SetCurrent(const std::wstring& path);
     void SetCursor(std::size_t index);
     void MoveCursor(std::ptrdiff_t by);
-    void Open(std::size_t index);
+    void Choose(std::size_t index);
 
     /** Somebody scrolls the list, or goes through it by keys. */
     void NoteUse() { m_lastUse = m_now(); }
@@ -46,7 +48,7 @@ class CListToolBarMgr {
   private:
     void Tell() const;
 
-    std::function<void(const std::wstring&)> m_open;
+    COpen m_open;
     CClock m_now;
     std::function<void()> m_changed;
     CModelList m_list;

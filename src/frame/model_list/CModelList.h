@@ -13,6 +13,7 @@ class CModelList {
     /** Replaces the entries, absolute paths in the order of the folder. The open one and the one that the keyboard is at
      * stay by their paths; when the latter is gone, its neighbour takes its place. */
     void SetEntries(std::vector<std::wstring> paths);
+    [[nodiscard]] const std::vector<std::wstring>& Paths() const { return m_paths; }
     [[nodiscard]] std::size_t Size() const { return m_paths.size(); }
     [[nodiscard]] const std::wstring& Path(std::size_t index) const { return m_paths[index]; }
     /** The file's name as it is shown. */

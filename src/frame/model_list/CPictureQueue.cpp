@@ -67,7 +67,11 @@ void CPictureQueue::ForgetAll() {
 }
 
 void CPictureQueue::OnEnded(const std::wstring& path, EPictureEnd end, EState from) {
-    if (StateOf(path) != from) return;
+    if (StateOf(path) != from) {
+        // It was stopped, or forgotten.
+        if (end == EPictureEnd::Ready && StateOf(path) != EState::Ready) m_work.Drop(path);
+        return;
+    }
     --(from == EState::Looking ? m_looks : m_drawings);
     if (std::ranges::find(m_paths, path) == m_paths.end()) {
         m_states.erase(path);

@@ -40,22 +40,6 @@ std::int64_t Count(const nlohmann::json& stats, const char* key) {
     return static_cast<std::int64_t>(std::min(found->get<std::uint64_t>(), std::uint64_t{1} << 62));
 }
 
-// The program's line is "program: path: reason"; the user needs only the reason.
-std::wstring Reason(std::string_view errors, std::string_view modelPath) {
-    std::string_view line = errors.substr(0, errors.find('\n'));
-    for (const std::string_view known : {std::string_view("orbivue-render"), modelPath}) {
-        if (line.starts_with(known) && line.substr(known.size()).starts_with(": "))
-            line.remove_prefix(known.size() + 2);
-    }
-    const std::size_t colon = line.rfind(": ");
-    const std::string_view where = line.substr(0, colon == std::string_view::npos ? 0 : colon);
-    const std::string_view message = where.empty() ? line : line.substr(colon + 2);
-    std::wstring reason = lng::Text(CError{{}, std::string(message), std::string(where)});
-    std::erase_if(reason, [](wchar_t c) { return c < L' ' || c == 0x7F; });
-    if (reason.size() > kMaxProblemLetters) reason = reason.substr(0, kMaxProblemLetters) + L"\u2026";
-    return reason;
-}
-
 std::wstring Wide(const std::string& text) {
     return file_util_ex::ConvertFromUTF8W(text);
 }
@@ -88,7 +72,7 @@ CPreviewResult ResultOf(const CPreviewRequest& request, const COutcome& outcome)
             result.objects = Count(stats, "nodes");
         }
     } else {
-        result.problem = Reason(outcome.errors, request.modelPath);
+        result.problem = ProblemText(outcome.errors, request.modelPath);
     }
     if (result.triangles == 0) {
         result.png.clear();
@@ -97,6 +81,22 @@ CPreviewResult ResultOf(const CPreviewRequest& request, const COutcome& outcome)
     if (result.png.empty() && result.problem.empty())
         result.problem = lng::Text("No preview can be drawn of this file.");
     return result;
+}
+
+// The program's line is "program: path: reason"; the user needs only the reason.
+std::wstring ProblemText(std::string_view errors, std::string_view path) {
+    std::string_view line = errors.substr(0, errors.find('\n'));
+    for (const std::string_view known : {std::string_view("orbivue-render"), path}) {
+        if (line.starts_with(known) && line.substr(known.size()).starts_with(": "))
+            line.remove_prefix(known.size() + 2);
+    }
+    const std::size_t colon = line.rfind(": ");
+    const std::string_view where = line.substr(0, colon == std::string_view::npos ? 0 : colon);
+    const std::string_view message = where.empty() ? line : line.substr(colon + 2);
+    std::wstring reason = lng::Text(CError{{}, std::string(message), std::string(where)});
+    std::erase_if(reason, [](wchar_t c) { return c < L' ' || c == 0x7F; });
+    if (reason.size() > kMaxProblemLetters) reason = reason.substr(0, kMaxProblemLetters) + L"\u2026";
+    return reason;
 }
 
 std::wstring SizeText(std::uint64_t bytes) {

@@ -34,6 +34,10 @@ struct COutcome {
  * any content. */
 [[nodiscard]] CPreviewResult ResultOf(const CPreviewRequest& request, const COutcome& outcome);
 
+/** Why the drawing program drew no picture of a file, as people see it: the translated reason in its first line of errors,
+ * without the program's and the file's names. Any text gives one line of limited length. */
+[[nodiscard]] std::wstring ProblemText(std::string_view errors, std::string_view path);
+
 /** "812 bytes", "12.3 kB", "4.0 MB": steps of 1,000. */
 [[nodiscard]] std::wstring SizeText(std::uint64_t bytes);
 

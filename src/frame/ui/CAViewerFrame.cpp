@@ -20,6 +20,9 @@
 #include "files/std_file_paths.h"
 #include "frame/materials/ui/CMaterialBar.h"
 #include "frame/materials/ui/CMaterialCommands.h"
+#include "frame/model_list/ui/CModelListControl.h"
+#include "frame/model_list/ui/CModelsLstToolBar.h"
+#include "frame/slideshow/ui/CSlideShow.h"
 #include "frame/ui/CAnimationBar.h"
 #include "frame/ui/CFileCommands.h"
 #include "frame/ui/CSceneNotesDlg.h"
@@ -40,6 +43,7 @@ namespace {
 constexpr char kToolBarPane[] = "toolbar";
 constexpr char kMaterialPane[] = "materials";
 constexpr char kAnimationPane[] = "animation";
+constexpr char kModelListPane[] = "models";
 
 /** Passes the first of the dropped paths on. */
 class CModelDropTarget final : public wxFileDropTarget {
@@ -67,7 +71,8 @@ CAViewerFrame::CAViewerFrame(const wxString& title)
       m_materials(std::make_unique<CMaterialCommands>(
           *this, m_tools, *m_view, *m_session,
           CMaterialCommands::CHost{.showMessage = [this](const std::wstring& text) { ShowMessage(text); },
-                                   .showStates = [this] { ShowCommandStates(); }})) {
+                                   .showStates = [this] { ShowCommandStates(); },
+                                   .stopSlideShow = [this] { m_slideShow->OnTakenInHand(); }})) {
     if (!HasView()) return;
     m_session->AddListener(*this);
     const wxString icon = std_file_paths::GetImgPath(L"main.ico");
@@ -86,7 +91,9 @@ CAViewerFrame::CAViewerFrame(const wxString& title)
 
 CAViewerFrame::~CAViewerFrame() {
     m_aui.UnInit();
+    m_slideShow.reset();
     m_materials.reset();
+    m_modelList.reset();
     m_files.reset();
     m_session.reset();
     m_view.reset();  // its canvas is a window of this one
@@ -110,6 +117,7 @@ void CAViewerFrame::MakePanes() {
     wxWindow* canvas = m_view->GetCanvas()->GetWindow();
     SetAccessibleName(*canvas, lng::Text("3D view"));
     MakeMaterialPane();
+    MakeSlideShow();
     m_state.isToolBarShown = CSettings::Instance().showToolBar;
     m_aui.AddPane(canvas, wxAuiPaneInfo().CenterPane().PaneBorder(false));
     m_aui.AddPane(m_toolBar, wxAuiPaneInfo()
@@ -129,6 +137,30 @@ void CAViewerFrame::MakePanes() {
                                       .DockFixed()
                                       .BestSize(m_animationBar->GetBestSize())
                                       .Hide());
+    MakeModelList();
+}
+
+void CAViewerFrame::MakeModelList() {
+    wxWindow* canvas = m_view->GetCanvas()->GetWindow();
+    m_modelList = std::make_unique<CModelListControl>(
+        *this, *m_session,
+        CModelListControl::CActions{[canvas] { canvas->SetFocus(); },
+                                    [this](int keyCode) {
+                                        const bool isUsed = keyCode == WXK_SPACE || keyCode == WXK_BACK;
+                                        if (isUsed) OnViewKeyDown(keyCode);
+                                        return isUsed;
+                                    }});
+    m_state.isModelListShown = CSettings::Instance().showModelList;
+    m_aui.AddPane(&m_modelList->Bar(), wxAuiPaneInfo()
+                                           .Name(kModelListPane)
+                                           .Bottom()
+                                           .Layer(1)
+                                           .CaptionVisible(false)
+                                           .CloseButton(false)
+                                           .PaneBorder(false)
+                                           .DockFixed()
+                                           .BestSize(m_modelList->Bar().GetBestSize())
+                                           .Hide());
 }
 
 void CAViewerFrame::MakeMaterialPane() {
@@ -221,6 +253,8 @@ void CAViewerFrame::ShowHint(const std::wstring& text) {
 CFrameState CAViewerFrame::State() const {
     CFrameState now = m_state;
     now.shown = m_view->Shown();
+    now.canStartShow = m_slideShow->CanStart();
+    now.isShowRunning = m_slideShow->IsRunning();
     now.activeTool = m_tools.IsActive() ? m_tools.Identifier() : 0;
     return now;
 }
@@ -268,7 +302,7 @@ void CAViewerFrame::RunCommand(int id) {
 /** Whatever takes a step for itself is asked here, before the folder's files. */
 void CAViewerFrame::StepModel(folder_models::EStep step) {
     ShowRunning(step == folder_models::EStep::Next ? kCmdNextFile : kCmdPreviousFile);
-    m_session->Step(step);
+    if (!m_modelList->Manager().Step(step)) m_session->Step(step);
     ShowRunning(0);
 }
 
@@ -285,6 +319,7 @@ void CAViewerFrame::FollowFullScreen() {
     SendSizeEvent();
     if (!m_state.isFullScreen && GetMenuBar() != m_menuBar) SetMenuBar(m_menuBar);
     ShowPanes();
+    m_slideShow->OnFullScreen();
     ShowCommandStates();
 }
 
@@ -297,11 +332,15 @@ void CAViewerFrame::ShowPanes() {
         return changes;
     };
     const bool toolBar = show(kToolBarPane, m_state.isToolBarShown);
+    const bool slideShow = show(kSlideShowPane, m_state.isToolBarShown);
     const bool materials = show(kMaterialPane, m_state.isMaterialBarShown);
     const bool animation = show(kAnimationPane, m_state.isAnimated);
-    if (!toolBar && !materials && !animation) return;
+    const bool modelList = show(kModelListPane, m_state.isModelListShown);
+    m_modelList->SetShown(m_state.isModelListShown && !m_state.isFullScreen);
+    if (!toolBar && !slideShow && !materials && !animation && !modelList) return;
     // A hidden control would keep the keyboard focus.
-    if (wxWindow* canvas = m_view->GetCanvas()->GetWindow(); (animation || materials) && !canvas->HasFocus())
+    if (wxWindow* canvas = m_view->GetCanvas()->GetWindow();
+        (animation || materials || slideShow || modelList) && !canvas->HasFocus())
         canvas->SetFocus();
     // The manager would paint the view at once, although a repaint follows anyway.
     const wxWindowUpdateLocker noPainting(m_view->GetCanvas()->GetWindow());
@@ -320,6 +359,14 @@ void CAViewerFrame::ToggleMaterialBar() {
     settings.showMaterialBar = !settings.showMaterialBar;
     m_state.isMaterialBarShown = settings.showMaterialBar;
     ShowPanes();
+}
+
+void CAViewerFrame::ToggleModelList() {
+    CSettings& settings = CSettings::Instance();
+    settings.showModelList = !settings.showModelList;
+    m_state.isModelListShown = settings.showModelList;
+    ShowPanes();
+    if (m_state.isModelListShown) m_modelList->TakeFocus();
 }
 
 void CAViewerFrame::TogglePlaying() {

@@ -14,6 +14,7 @@
 #include "frame/command_states.h"
 #include "frame/materials/CMaterialTool.h"
 #include "frame/materials/ui/wxColorPopupListener.h"
+#include "frame/slideshow/ui/CSlideShowFrame.h"
 #include "frame/ui/CRecentFileListMgr.h"
 #include "session/CSessionFrame.h"
 #include "session/CSessionListener.h"
@@ -24,8 +25,10 @@ class CAnimationBar;
 class CFileCommands;
 class CMaterialBar;
 class CMaterialCommands;
+class CModelListControl;
 class CSceneStatusBar;
 class CSession;
+class CSlideShow;
 class CViewer3DSWindowHandler;
 struct CSceneCameras;
 struct CSceneSummary;
@@ -38,7 +41,8 @@ class CAViewerFrame final : public wxFrame,
                             private wxColorPopupListener,
                             private CKeyDownListener,
                             private CSessionFrame,
-                            private CSessionListener {
+                            private CSessionListener,
+                            private CSlideShowFrame {
   public:
     explicit CAViewerFrame(const wxString& title);
     ~CAViewerFrame() override;
@@ -61,7 +65,9 @@ class CAViewerFrame final : public wxFrame,
     [[nodiscard]] CViewer3DSWindowHandler& View() { return *m_view; }
     [[nodiscard]] CFileCommands& Files() { return *m_files; }
     [[nodiscard]] CMaterialCommands& Materials() { return *m_materials; }
+    [[nodiscard]] CSlideShow& SlideShow() { return *m_slideShow; }
     [[nodiscard]] CSession& Session() { return *m_session; }
+    [[nodiscard]] CModelListControl& ModelList() { return *m_modelList; }
     [[nodiscard]] CRecentFileListMgr& RecentFiles() { return m_recent; }
     [[nodiscard]] CCommandState StateOfCommand(int id) const;
 
@@ -69,6 +75,7 @@ class CAViewerFrame final : public wxFrame,
     void ToggleFullScreen();
     void ToggleToolBar();
     void ToggleMaterialBar();
+    void ToggleModelList();
     void TogglePlaying();
     /** Looks through the preset camera last chosen, without rotation and zoom. */
     void ResetView();
@@ -81,10 +88,13 @@ class CAViewerFrame final : public wxFrame,
 
   private:
     static constexpr char kStateName[] = "WindowState";
+    static constexpr char kSlideShowPane[] = "slideshow";
 
     void MakePanes();
     void MakeMaterialPane();
+    void MakeSlideShow();
     [[nodiscard]] bool IsKeyForView(const wxKeyEvent& event) const;
+    void MakeModelList();
     void BindEvents();
     void BindKeys();
     void ApplySettings();
@@ -106,7 +116,7 @@ class CAViewerFrame final : public wxFrame,
 
     // --- what is told -----------------------------------------------------------------------------------
     void OnViewKeyDown(int keyCode) override;
-    void OnViewLeftButtonDown() override {}
+    void OnViewLeftButtonDown() override;
     void OnViewRightButtonDown() override;
     void ShowTitle(const std::wstring& title) override;
     void ShowMessage(const std::wstring& text) override;
@@ -124,6 +134,22 @@ class CAViewerFrame final : public wxFrame,
     void OnOpened(const COpenReport& report) override;
     void OnDocumentChanged() override;
 
+    // --- the slideshow ------------------------------------------------------------------------------------
+    void TellShow(const COpenReport& report);
+    void ShowNextModel() override;
+    [[nodiscard]] bool IsShowHindered() const override;
+    [[nodiscard]] bool ListHoldsStep() const override;
+    [[nodiscard]] bool HasUnsavedEdits() const override;
+    void CancelTool() override;
+    void ShowChanged() override;
+    void KeepPicture(bool keep) override;
+    [[nodiscard]] std::wstring Caption() const override;
+    void SetCaption(const std::wstring& text) override;
+    [[nodiscard]] bool FillsScreen() const override;
+    void FillScreen(bool fill) override;
+    void SayOfShow(const std::wstring& text) override;
+    void TellOfShow(const std::wstring& text) override;
+
     CMaterialTool m_tools;
     CFrameState m_state;  ///< without `shown`, which State() adds
     CRecentFileListMgr m_recent;
@@ -132,6 +158,9 @@ class CAViewerFrame final : public wxFrame,
     std::unique_ptr<CSession> m_session;
     std::unique_ptr<CFileCommands> m_files;
     std::unique_ptr<CMaterialCommands> m_materials;
+    std::unique_ptr<CSlideShow> m_slideShow;
+    int m_openMenus = 0;
+    std::unique_ptr<CModelListControl> m_modelList;
     std::vector<std::wstring> m_notes;
     std::optional<folder_models::EStep> m_wantedStep;  ///< by a key
     std::function<void(const CError&)> m_openFailed;   ///< called if the next opening fails

@@ -11,6 +11,7 @@
 #include "files/file_util_ex.h"
 #include "frame/materials/ui/CMaterialCommands.h"
 #include "frame/scene_summary.h"
+#include "frame/slideshow/ui/CSlideShow.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "frame/ui/CAnimationBar.h"
 #include "frame/ui/CSceneStatusBar.h"
@@ -116,6 +117,7 @@ void CAViewerFrame::OnOpened(const COpenReport& report) {
         ResetView();
     if (report.result != EOpened::AlreadyShown) m_materials->OnOpened();
     ShowDocument();
+    TellShow(report);
     // The view may still show the model before, which would hide the hint.
     if (hasFailed && !report.isReload && m_view->GetEngine().Prepared())
         ShowMessage(lng::Text("%s cannot be opened:", file_util_ex::ShownText(file_util_ex::GetFileName(
@@ -128,6 +130,7 @@ void CAViewerFrame::OnDocumentChanged() {
         m_hint = lng::Text("Open a model: Ctrl+O or drop one here");
     m_materials->OnEdited();
     ShowDocument();
+    m_slideShow->OnCounted(static_cast<int>(m_session->FolderModels()));
 }
 
 void CAViewerFrame::ShowDocument() {
@@ -178,8 +181,8 @@ void CAViewerFrame::OnViewKeyDown(int keyCode) {
             StepSoon(EStep::Previous);
             break;
         case WXK_ESCAPE:
-            if (!m_materials->Cancel() && CSettings::Instance().closeOnEsc &&
-                (m_session->IsBusy() || m_session->MayLoseEdits()))
+            if (!m_slideShow->LeaveFullScreen() && !m_materials->Cancel() &&
+                CSettings::Instance().closeOnEsc && (m_session->IsBusy() || m_session->MayLoseEdits()))
                 Close(true);
             break;
         case WXK_RETURN:
@@ -204,8 +207,13 @@ void CAViewerFrame::StepSoon(EStep step) {
     });
 }
 
+void CAViewerFrame::OnViewLeftButtonDown() {
+    m_slideShow->OnTakenInHand();
+}
+
 void CAViewerFrame::OnViewRightButtonDown() {
     if (m_materials->Cancel()) return;
+    m_slideShow->OnLookedAt();
     // After the press has been handled, because the menu captures the mouse.
     CallAfter([this] { ShowContextMenu(wxDefaultPosition); });
 }

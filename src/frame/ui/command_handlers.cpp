@@ -5,6 +5,7 @@
 
 #include "frame/command_ids.h"
 #include "frame/materials/ui/CMaterialCommands.h"
+#include "frame/slideshow/ui/CSlideShow.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "frame/ui/CFileCommands.h"
 #include "session/CSession.h"
@@ -82,6 +83,10 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdSaveEdits, [](CAViewerFrame& frame) { frame.Materials().SaveEdits(); }},
         {kCmdShowMaterialBar, [](CAViewerFrame& frame) { frame.ToggleMaterialBar(); }},
         {kCmdFullScreen, [](CAViewerFrame& frame) { frame.ToggleFullScreen(); }},
+        {kCmdStartSlideShow, [](CAViewerFrame& frame) { frame.SlideShow().Start(); }},
+        {kCmdStopSlideShow, [](CAViewerFrame& frame) { frame.SlideShow().Stop(); }},
+        {kCmdFullScreenSlideShow, [](CAViewerFrame& frame) { frame.SlideShow().StartFullScreen(); }},
+        {kCmdShowModelList, [](CAViewerFrame& frame) { frame.ToggleModelList(); }},
         {kCmdShowToolBar, [](CAViewerFrame& frame) { frame.ToggleToolBar(); }},
         {kCmdPlayAnimation, [](CAViewerFrame& frame) { frame.TogglePlaying(); }},
         {kCmdResetView, [](CAViewerFrame& frame) { frame.ResetView(); }},

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "model/edit/CPictureShelf.h"
+#include "model/edit/material_edits.h"
 #include "model/prepare/load_textures.h"
 #include "model/prepare/prepare_materials.h"
 #include "model/prepare/prepare_mesh.h"
@@ -37,7 +38,7 @@ CMaterialPtr Made(Lib3dsMaterial* material) {
 CEditedScene::CEditedScene(CScene& scene, CPreparedScene& prepared, CPictureShelf& shelf)
     : m_scene(scene), m_prepared(prepared), m_shelf(shelf) {
     for (Lib3dsMaterial* material : ListOf(scene.Header()->materials)) {
-        m_materials.push_back({material, material->name});
+        m_materials.push_back({material, material->name, material_edits::AmbientShare(*material)});
         m_materialNames.Add(material->name);
     }
     for (const CPreparedMesh& mesh : prepared.meshes) m_meshNames.Add(mesh.name);
@@ -115,7 +116,7 @@ std::uint32_t CEditedScene::AddMaterial(const Lib3dsMaterial& values, CPreparedM
     CMaterialPtr owned = Made(lib3ds_copies::CopyMaterial(values, look.name));
     DecideLook(look);
     const std::string name = look.name;
-    m_materials.push_back({owned.get(), nameInFile});
+    m_materials.push_back({owned.get(), nameInFile, material_edits::AmbientShare(values)});
     m_prepared.materials.insert(m_prepared.materials.end() - 1, std::move(look));
     RenumberNoMaterial(index, index + 1);
     m_scene.AddMaterial(owned.release());
@@ -131,8 +132,11 @@ std::uint32_t CEditedScene::AddMaterial(const Lib3dsMaterial& values, CPreparedM
 
 std::uint32_t CEditedScene::CopyMaterial(std::uint32_t index) {
     CPreparedMaterial look = m_prepared.materials[index];
-    if (const Lib3dsMaterial* material = Material(index))
-        return AddMaterial(*material, look, NameInFile(index));
+    if (const Lib3dsMaterial* material = Material(index)) {
+        const std::uint32_t copy = AddMaterial(*material, look, NameInFile(index));
+        m_materials[copy].ambientShare = m_materials[index].ambientShare;
+        return copy;
+    }
     const CMaterialPtr made = Made(lib3ds_material_new());
     made->two_sided = look.twoSided ? 1 : 0;
     SetMaterialValues(*made, look);

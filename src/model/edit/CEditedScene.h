@@ -47,6 +47,8 @@ class CEditedScene {
     [[nodiscard]] const Lib3dsMaterial* Material(std::uint32_t index) const;
     /** The material's name in the file, also for a copy; empty for NoMaterial(). */
     [[nodiscard]] const std::string& NameInFile(std::uint32_t index) const;
+    /** See material_edits, as it was before any edit: so a colour looks the same whatever colours came before. */
+    [[nodiscard]] float AmbientShare(std::uint32_t index) const { return m_materials[index].ambientShare; }
     void ChangeMaterial(std::uint32_t index, const CMaterialChange& change);
     /** The same; the surface also shows another picture: an index into textures, -1 for none. */
     void ChangeMaterial(std::uint32_t index, const CMaterialChange& change, int texture);
@@ -95,6 +97,7 @@ class CEditedScene {
     struct CMaterial {
         Lib3dsMaterial* file;
         std::string nameInFile;
+        float ambientShare;
     };
     [[nodiscard]] std::uint64_t PictureBytesLeft() const;
     void DecideLook(CPreparedMaterial& look);

@@ -12,6 +12,14 @@
 #include "model/edit/material_edits.h"
 #include "model/prepare/CPreparedScene.h"
 
+namespace {
+
+CError NotANumber() {
+    return {EErrorCode::BadArgument, lng::Mark("the value is not a number"), {}};
+}
+
+}  // namespace
+
 CSceneEdits::CSceneEdits(CScene& scene, CPreparedScene& prepared)
     : m_scene(scene),
       m_prepared(prepared),
@@ -116,7 +124,7 @@ CResult<std::vector<std::uint32_t>> CSceneEdits::Targets(const CMaterialTarget& 
 
 CStatus CSceneEdits::ChangeValue(const CMaterialTarget& target, bool isNumber,
                                  const CMaterialChange& change) {
-    if (!isNumber) return CError{EErrorCode::BadArgument, lng::Mark("the value is not a number"), {}};
+    if (!isNumber) return NotANumber();
     const auto materials = Targets(target);
     if (!materials) return materials.Error();
     for (const std::uint32_t material : materials.Value()) m_edited.ChangeMaterial(material, change);
@@ -124,8 +132,14 @@ CStatus CSceneEdits::ChangeValue(const CMaterialTarget& target, bool isNumber,
 }
 
 CStatus CSceneEdits::Do(const CColorEdit& edit) {
-    return ChangeValue(edit.target, IsFinite(edit.color),
-                       [&](Lib3dsMaterial& m) { material_edits::SetColor(m, edit.color); });
+    if (!IsFinite(edit.color)) return NotANumber();
+    const auto materials = Targets(edit.target);
+    if (!materials) return materials.Error();
+    for (const std::uint32_t material : materials.Value())
+        m_edited.ChangeMaterial(material, [&, share = m_edited.AmbientShare(material)](Lib3dsMaterial& m) {
+            material_edits::SetColor(m, edit.color, share);
+        });
+    return CDone{};
 }
 
 CStatus CSceneEdits::Do(const CShininessEdit& edit) {

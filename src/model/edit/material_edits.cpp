@@ -22,13 +22,16 @@ float Brightness(const float (&color)[4]) {
 
 }  // namespace
 
-void SetColor(Lib3dsMaterial& material, CVec3 color) {
+float AmbientShare(const Lib3dsMaterial& material) {
     const float diffuse = Brightness(material.diffuse);
-    const float ratio = diffuse > 0 ? Clamped(Brightness(material.ambient) / diffuse) : 1.0f;
+    return diffuse > 0 ? Clamped(Brightness(material.ambient) / diffuse) : 1.0f;
+}
+
+void SetColor(Lib3dsMaterial& material, CVec3 color, float ambientShare) {
     const std::array<float, 3> rgb{Clamped(color.x), Clamped(color.y), Clamped(color.z)};
     for (std::size_t i = 0; i < rgb.size(); ++i) {
         material.diffuse[i] = rgb[i];
-        material.ambient[i] = rgb[i] * ratio;
+        material.ambient[i] = rgb[i] * ambientShare;
     }
     material.texture1_map.percent = 0;
     material.texture2_map.percent = 0;

@@ -10,9 +10,11 @@
 /** Setting the properties of one Lib3dsMaterial. Values are clamped to 0..1 and must be finite. */
 namespace material_edits {
 
-/** Sets the diffuse colour, and the ambient colour in the same proportion to it as before. A picture on the
- * surface would hide the colour: its amount becomes 0, and its name stays. */
-void SetColor(Lib3dsMaterial& material, CVec3 color);
+/** How bright the ambient colour is in proportion to the diffuse one, 0..1; 1 for a black one, which tells nothing. */
+[[nodiscard]] float AmbientShare(const Lib3dsMaterial& material);
+/** Sets the diffuse colour, and the ambient colour in this proportion to it. A picture on the surface would hide
+ * the colour: its amount becomes 0, and its name stays. */
+void SetColor(Lib3dsMaterial& material, CVec3 color, float ambientShare);
 /** 0 is dull, 1 a small bright highlight: sets both the highlight's size and its strength. */
 void SetShininess(Lib3dsMaterial& material, float value);
 /** 0 is opaque, 1 invisible. */

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "base/text/lng.h"
 #include "files/file_util_ex.h"
 #include "programs/orbivue_render/CRenderOptions.h"
 #include "programs/orbivue_render/batch_lines.h"
@@ -139,7 +140,6 @@ std::string CBatchProcess::WhyItEnded() {
     while (::waitpid(m_pid, &status, 0) < 0 && errno == EINTR) {
     }
     m_pid = -1;
-    if (WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU) return "drawing it takes too long";
-    if (WIFSIGNALED(status)) return "drawing it ended by signal " + std::to_string(WTERMSIG(status));
-    return "drawing it ended the process";
+    if (WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU) return lng::Mark("drawing it takes too long");
+    return lng::Mark("drawing it ended the program");
 }

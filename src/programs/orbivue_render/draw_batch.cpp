@@ -13,6 +13,7 @@
 
 #include "base/CStopwatch.h"
 #include "base/process_memory.h"
+#include "base/text/lng.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/gl/COffscreenContext.h"
 #include "files/file_util_ex.h"
@@ -77,7 +78,7 @@ class CDrawer {
         try {
             drawn = DrawInto(item);
         } catch (const std::bad_alloc&) {
-            drawn = CError{EErrorCode::TooLarge, "not enough memory to draw it", {}};
+            drawn = CError{EErrorCode::TooLarge, lng::Mark("not enough memory to draw it"), {}};
         } catch (const std::exception& error) {
             drawn = CError{EErrorCode::BadFormat, error.what(), {}};
         }

@@ -13,6 +13,7 @@
 #include <optional>
 
 #include "base/text/file_uri.h"
+#include "base/text/lng.h"
 #include "files/file_util_ex.h"
 #include "programs/orbivue_render/CBatchProcess.h"
 #include "programs/orbivue_render/CRecords.h"
@@ -99,8 +100,8 @@ class CBatch {
         if (!m_process) Start(item.path);
         if (!m_process || !m_process->Send(item)) {
             m_process.reset();
-            return Tell(
-                batch_lines::Failure(item, "no process can be started to draw it", EBatchFailure::Passing));
+            return Tell(batch_lines::Failure(item, lng::Mark("no process can be started to draw it"),
+                                             EBatchFailure::Passing));
         }
         m_drawn = CDrawn{std::move(item), CClock::now() + kPatience};
     }
@@ -135,7 +136,8 @@ class CBatch {
         if (news[0].revents != 0) TakeAnswer();
         if (m_drawn && CClock::now() >= m_drawn->deadline) {
             m_process.reset();
-            End(batch_lines::Failure(m_drawn->item, "drawing it takes too long", EBatchFailure::Passing));
+            End(batch_lines::Failure(m_drawn->item, lng::Mark("drawing it takes too long"),
+                                     EBatchFailure::Passing));
         }
     }
 

@@ -86,6 +86,10 @@ void CViewer3DSWindowHandler::SetHint(CImage hint) {
     if (!GetEngine().Prepared()) Redraw();
 }
 
+void CViewer3DSWindowHandler::SetKeepsPicture(bool keeps) {
+    if (std::exchange(m_keepsPicture, keeps) != keeps) Redraw();
+}
+
 void CViewer3DSWindowHandler::SetCaption(std::wstring text) {
     m_caption.Set(std::move(text));
     Redraw();

@@ -128,6 +128,9 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     /** Sets the picture that is drawn in the middle while no model is shown; an empty one draws nothing. Its
      * size is in framebuffer pixels. */
     void SetHint(CImage hint);
+    /** While on, an opening leaves the picture on the screen until the next scene can be drawn, without an empty or a
+     * coarse one in between; so does a failed one. */
+    void SetKeepsPicture(bool keeps);
     /** Shows a text at the bottom of the view, over the model, in as many lines as it needs and as the view has room for;
      * any text, also a stranger's. Empty: none, as after every opening but a reload. TakePicture includes it with the
      * overlays only. */
@@ -188,6 +191,8 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     enum class ELoading { KeepsPicture, ShowsCoarse };
     [[nodiscard]] CResult<CLoadedScene> LoadFile(const std::wstring& path, ELoading how);
     void ShowCoarse(CPreparedScene scene);
+    /** One step of getting ready for what is being loaded; true while more is to come. */
+    [[nodiscard]] bool GetReadyFor(const CPreparedScene& kinds);
     [[nodiscard]] bool ShowLoaded(CResult<CLoadedScene> loaded);
     void AfterSceneChange();
     void OnLongPress();
@@ -221,6 +226,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     bool m_showsCoarse = false;  ///< the engine's scene is a stand-in
     CImage m_hint;
     CViewCaption m_caption;
+    bool m_keepsPicture = false;
     EToolCursor m_cursor = EToolCursor::Standard;
     wxTimer m_longPressTimer;
     CMotion m_motion;

@@ -33,7 +33,8 @@ bool CWxUserPrompt::AskYesNo(const std::wstring& text) {
 ESaveAnswer CWxUserPrompt::AskSave(const std::wstring& text) {
     wxMessageDialog box(Parent(), file_util_ex::ShownText(text), wxTheApp->GetAppName(),
                         wxYES_NO | wxCANCEL | wxCENTRE | wxICON_QUESTION);
-    box.SetYesNoCancelLabels(lng::Text("Save"), lng::Text("Discard"), lng::Text("Cancel"));
+    box.SetYesNoCancelLabels(wxString(lng::Text("Save")), wxString(lng::Text("Discard")),
+                             wxString(lng::Text("Cancel")));
     switch (box.ShowModal()) {
         case wxID_YES:
             return ESaveAnswer::Save;

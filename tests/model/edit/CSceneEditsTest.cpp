@@ -193,13 +193,31 @@ TEST(CSceneEditsTest, ValuesAreClampedAndAColorIsNotHiddenByAPicture) {
     std::fill_n(red.ambient, 3, 0.25f);
     std::fill_n(red.diffuse, 3, 0.5f);
     red.texture1_map.percent = 1;
-    material_edits::SetColor(red, {2, -1, 0.5f});
+    material_edits::SetColor(red, {2, -1, 0.5f}, material_edits::AmbientShare(red));
     EXPECT_TRUE(red.diffuse[0] == 1 && red.diffuse[1] == 0);
     EXPECT_FLOAT_EQ(red.ambient[0], 0.5f);  // half as bright, as before
     EXPECT_FLOAT_EQ(red.texture1_map.percent, 0);
     material_edits::SetShininess(red, 7);
     material_edits::SetTransparency(red, -3);
     EXPECT_TRUE(red.shininess == 1 && red.transparency == 0);
+}
+
+TEST(CSceneEditsTest, AColorLooksTheSameWhateverColorsCameBefore) {
+    const auto painted = [](std::vector<CVec3> colors) {
+        COpened opened(ZooFile(), {});
+        Lib3dsMaterial& red = *opened.scene.Header()->materials;
+        for (int i = 0; i < 3; ++i) red.ambient[i] = red.diffuse[i] / 3;
+        CSceneEdits edits(opened.scene, opened.prepared);
+        for (const CVec3 color : colors) {
+            const CEdit edit = Paint("Keyed", "Red", color);
+            EXPECT_TRUE(edits.Apply({&edit, 1}).front());
+        }
+        return MaterialOf(opened.prepared, "Keyed").ambient;
+    };
+    const CVec3 green{0.1f, 0.7f, 0.3f};
+    EXPECT_LT(painted({green}).y, 0.3f);
+    EXPECT_EQ(painted({{0, 0, 0}, green}), painted({green}));
+    EXPECT_EQ(painted({{0.3f, 0.2f, 0.1f}, {0, 0, 0}, {0.9f, 0.8f, 0.7f}, green}), painted({green}));
 }
 
 TEST(CSceneEditsTest, PicturesFromElsewhereGetNamesOfTheirOwnAndStayWhenEndingsChange) {

@@ -16,6 +16,7 @@
 #include "frame/materials/ui/CReplaceDlg.h"
 #include "session/CSession.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
+#include "widgets/ui/CBXFileDialogI.h"
 
 CMaterialCommands::CMaterialCommands(wxWindow& window, CMaterialTool& tool, CViewer3DSWindowHandler& view,
                                      CSession& session, CHost host)
@@ -24,7 +25,10 @@ CMaterialCommands::CMaterialCommands(wxWindow& window, CMaterialTool& tool, CVie
       m_view(view),
       m_session(session),
       m_host(std::move(host)),
-      m_edits(session) {
+      m_edits(session),
+      m_saving(session, [this](const std::wstring& folder, const std::wstring& name) {
+          return AskForScript(folder, name);
+      }) {
     m_tool.SetActions({.stopSlideShow = m_host.stopSlideShow,
                        .changed = [this](EMaterialTool before) { OnToolChanged(before); },
                        .apply = [this](const std::string& node) { Apply(node); },
@@ -129,6 +133,30 @@ void CMaterialCommands::Slide(EMaterialTool which, int position) {
 void CMaterialCommands::OnColorChosen(const wxColour& color) {
     m_tool.SetColor({color.Red(), color.Green(), color.Blue()});
     Follow(EMaterialTool::Color);
+}
+
+// --- saving ----------------------------------------------------------------------------------------------
+
+void CMaterialCommands::SaveEdits() {
+    m_edits.EndFollowing();
+    if (m_saving.Save())
+        m_host.showMessage(
+            lng::Text("The edits are saved in %s.",
+                      file_util_ex::ShownText(file_util_ex::GetFileName(m_session.EditsScript()))));
+}
+
+bool CMaterialCommands::MayLoseEdits() {
+    m_edits.EndFollowing();
+    if (m_saving.MayLose()) return true;
+    // Its next step would ask again.
+    if (m_host.stopSlideShow) m_host.stopSlideShow();
+    return false;
+}
+
+std::wstring CMaterialCommands::AskForScript(const std::wstring& folder, const std::wstring& name) {
+    const CRegEntryGuard entry({});  // beside the model, wherever the last one was saved
+    return CBXFileDialogI::LaunchSaveDialog(&m_window, L"orv", lng::Text("Scene scripts (*.orv)|*.orv||"),
+                                            lng::Text("Save the edits to a script"), folder, name);
 }
 
 // --- the filter ------------------------------------------------------------------------------------------

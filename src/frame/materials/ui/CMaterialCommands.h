@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "frame/materials/CEditSaving.h"
 #include "frame/materials/CMaterialTool.h"
 #include "frame/materials/CToolEdits.h"
 #include "frame/materials/ui/CAuiToolButtons.h"
@@ -25,7 +26,7 @@ class CMaterialCommands {
     struct CHost {
         std::function<void(const std::wstring&)> showMessage;  ///< in the status bar
         std::function<void()> showStates;                      ///< of menus and toolbars
-        std::function<void()> stopSlideShow;                   ///< may be empty
+        std::function<void()> stopSlideShow = {};              ///< may be empty
     };
     /** All must outlive it. */
     CMaterialCommands(wxWindow& window, CMaterialTool& tool, CViewer3DSWindowHandler& view, CSession& session,
@@ -38,6 +39,9 @@ class CMaterialCommands {
     // --- commands ------------------------------------------------------------------------------------------
     /** Takes a tool up, or puts it down when it is in use. */
     void Choose(EMaterialTool kind, int identifier);
+    void SaveEdits();
+    /** See CSessionFrame::MayLoseEdits. */
+    [[nodiscard]] bool MayLoseEdits();
     /** Puts the tool in use down. False when none is. */
     bool Cancel();
     /** Uses the tool on the node that was pressed last, or without one on what is in the middle of the view; false when
@@ -60,6 +64,7 @@ class CMaterialCommands {
     void ShowFilter(const std::string& node);
     void EndFilter();
     [[nodiscard]] bool AskForReplacement();
+    [[nodiscard]] std::wstring AskForScript(const std::wstring& folder, const std::wstring& name);
 
     wxWindow& m_window;
     CMaterialTool& m_tool;
@@ -67,6 +72,7 @@ class CMaterialCommands {
     CSession& m_session;
     CHost m_host;
     CToolEdits m_edits;
+    CEditSaving m_saving;
     std::string m_filtered;  ///< the node whose materials are shown; empty: all is
     std::string m_lastPressed;
     CMaterialBar* m_bar = nullptr;
