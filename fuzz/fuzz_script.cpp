@@ -23,16 +23,24 @@ void Require(bool holds) {
 }
 
 /** A folder with a model and a picture in it, for this process. */
-const std::string& Folder() {
-    static const std::string folder = [] {
-        std::string made = (fs::temp_directory_path() / ("orbivue-fuzz-" + std::to_string(::getpid()))).native();
-        fs::create_directories(made + "/maps");
+class CFolder {
+  public:
+    CFolder()
+        : m_path((fs::temp_directory_path() / ("orbivue-fuzz-" + std::to_string(::getpid()))).native()) {
+        fs::create_directories(m_path + "/maps");
         for (const char* name : {"/m.3ds", "/maps/p.png", "/t.orv"})
-            Require(file_util_ex::WriteFileAtomically(made + name, "[Model]\nTemplate=t.orv\n").HasValue());
-        std::atexit([] { file_util_ex::Rmdir(Folder()); });
-        return made;
-    }();
-    return folder;
+            Require(file_util_ex::WriteFileAtomically(m_path + name, "[Model]\nTemplate=t.orv\n").HasValue());
+    }
+    ~CFolder() { (void)file_util_ex::Rmdir(m_path); }
+    [[nodiscard]] const std::string& Path() const { return m_path; }
+
+  private:
+    std::string m_path;
+};
+
+const std::string& Folder() {
+    static const CFolder folder;
+    return folder.Path();
 }
 
 bool IsInside(const std::wstring& path) {
@@ -60,7 +68,8 @@ void CheckSaving(const std::string& path, const CScriptScene& scene) {
     Require(again.HasValue());
     for (const CScriptScene& other : again.Value().scenes) {
         if (other.section != scene.section) continue;
-        Require(other.edits.size() == scene.edits.size() && other.path == scene.path && other.text == scene.text);
+        Require(other.edits.size() == scene.edits.size() && other.path == scene.path &&
+                other.text == scene.text);
         const auto text = file_util_ex::ReadWholeFile(path);
         Require(SaveEdits(path, scene.section, other.edits).HasValue());
         Require(file_util_ex::ReadWholeFile(path).Value() == text.Value());

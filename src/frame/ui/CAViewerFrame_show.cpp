@@ -6,6 +6,7 @@
 #include "base/text/utf8_text.h"
 #include "engine/CGLCanvasI.h"
 #include "files/file_util_ex.h"
+#include "frame/materials/ui/CMaterialCommands.h"
 #include "frame/slideshow/ui/CSlideShow.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "script/CSceneScript.h"
@@ -40,9 +41,12 @@ void CAViewerFrame::TellShow(const COpenReport& report) {
     const CDocument& document = m_session->Document();
     CSlideShow::COpening opening;
     opening.hasFailed = report.result == EOpened::Failed && !report.isReload;
-    opening.models = static_cast<int>(report.folderModels);
+    const std::size_t scenes = m_session->SceneCount();
+    opening.models = static_cast<int>(std::max<std::size_t>(report.folderModels, scenes));
     opening.name = file_util_ex::ShownText(file_util_ex::GetFileName(document.path));
-    if (report.scene) opening.scene = {report.scene->timeMs, document.path, 0, 1, report.scene->loop};
+    if (report.scene)
+        opening.scene = {report.scene->timeMs, document.path, m_session->SceneIndex(), scenes,
+                         report.scene->loop};
     m_slideShow->OnOpened(opening);
 }
 
