@@ -33,7 +33,8 @@ void CAViewerFrame::TellShow(const COpenReport& report) {
     const CDocument& document = m_session->Document();
     CSlideShow::COpening opening;
     opening.hasFailed = report.result == EOpened::Failed && !report.isReload;
-    opening.models = static_cast<int>(report.folderModels);
+    const std::size_t scenes = m_session->SceneCount();
+    opening.models = static_cast<int>(std::max<std::size_t>(report.folderModels, scenes));
     opening.name = file_util_ex::ShownText(file_util_ex::GetFileName(document.path));
     if (report.scene)
         opening.scene = {report.scene->timeMs, document.path, m_session->SceneIndex(),
