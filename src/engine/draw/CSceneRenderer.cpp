@@ -261,7 +261,7 @@ bool CSceneRenderer::GetReadyFor(CGlCurrent& gl, const CPreparedScene& kinds, co
     (void)meshes.Update(gl, kinds);
     own.Update(gl, *state.can, kinds);
     CFramePlan plan;
-    plan.nodes.assign(kinds.nodes.size(), {true, false, kFullLevel, {}});
+    plan.nodes.assign(kinds.nodes.size(), {true, false, false, kFullLevel, {}});
     bool found = false;
     std::swap(own, state.textures);
     state.InFrame(gl, kinds, options, [&](const CFrameView& view, CDrawPipeline& pipeline) {

@@ -6,6 +6,7 @@
 #include "base/text/utf8_text.h"
 #include "engine/CGLCanvasI.h"
 #include "files/file_util_ex.h"
+#include "frame/materials/ui/CMaterialCommands.h"
 #include "frame/slideshow/ui/CSlideShow.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "script/CSceneScript.h"
