@@ -54,10 +54,12 @@ struct CTimes {
     void Print(const char* name) {
         std::ranges::sort(clock);
         std::ranges::sort(processor);
-        std::printf(", \"%s\": {\"count\": %zu, \"median_ms\": %.2f, \"worst_ms\": %.2f, \"median_processor_ms\": %.2f, "
-                    "\"worst_processor_ms\": %.2f}",
-                    name, clock.size(), clock[clock.size() / 2], clock.back(), processor[processor.size() / 2],
-                    processor.back());
+        std::printf(
+            ", \"%s\": {\"count\": %zu, \"median_ms\": %.2f, \"worst_ms\": %.2f, \"median_processor_ms\": "
+            "%.2f, "
+            "\"worst_processor_ms\": %.2f}",
+            name, clock.size(), clock[clock.size() / 2], clock.back(), processor[processor.size() / 2],
+            processor.back());
     }
 };
 
@@ -89,8 +91,8 @@ int Run(const std::wstring& folder) {
     const double before = ProcessorMs();
     if (frame->Session().OpenFileOrFolder(folder) == EOpened::Failed) return 1;
     strip.Update();
-    std::printf("{\"models\": %zu, \"open_and_list_ms\": %.1f, \"open_and_list_processor_ms\": %.1f", list.Size(),
-                watch.Ms(), ProcessorMs() - before);
+    std::printf("{\"models\": %zu, \"open_and_list_ms\": %.1f, \"open_and_list_processor_ms\": %.1f",
+                list.Size(), watch.Ms(), ProcessorMs() - before);
     while (!frame->ModelList().HasPictures() && watch.Ms() < 60'000) ServeFor(5);
     std::printf(", \"first_pictures_ms\": %.0f", watch.Ms());
     Scroll(strip, 300, 37, 10).Print("slow");
