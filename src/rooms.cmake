@@ -31,9 +31,9 @@ set(ORBIVUE_ROOMS
   "engine/draw: base/* picture model/prepare model/levels engine/gl engine/pipeline engine/plan"
   "engine/overlay: base/* model/prepare engine/gl"
   "engine: base/* files picture model/* camera engine/gl engine/pipeline engine/plan engine/draw engine/overlay"
-  "script: base/* files settings model/*"
+  "script: base/* files picture picture/decode settings model/*"
   "session/ahead: base/* files model/*"
-  "session/presentation: base/* files picture picture/decode model/* script session/ahead"
+  "session/presentation: base/* files model/* script session/ahead"
   "session: base/* files picture settings model/* camera script session/ahead session/presentation"
   "widgets: base/* files settings"
   "widgets/ui: base/* files settings widgets"
@@ -44,7 +44,7 @@ set(ORBIVUE_ROOMS
   "export/pov: base/* files picture settings model/* camera session export/pov/text"
   "export/pov/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/pov"
   "frame: base/* files settings model/* session"
-  "frame/preview: base/* files settings"
+  "frame/preview: base/* files settings script"
   "frame/preview/ui: base/* files settings widgets widgets/ui frame/preview"
   "frame/materials: base/* files picture settings model/* session widgets view"
   "frame/slideshow: base/*"
@@ -55,4 +55,4 @@ set(ORBIVUE_ROOMS
   "frame/ui: base/* files picture settings model/* camera engine script session widgets widgets/ui widgets/tools/ui view view/ui export/pov export/pov/ui frame frame/preview frame/preview/ui frame/slideshow frame/slideshow/ui frame/materials frame/materials/ui frame/model_list frame/model_list/ui"
   "programs/orbivue: base/* files settings session export/pov"
   "programs/orbivue/ui: base/* files settings session widgets widgets/ui frame/ui programs/orbivue"
-  "programs/orbivue_render: base/* files process picture model/* camera engine engine/gl engine/overlay")
+  "programs/orbivue_render: base/* files process picture model/* camera engine engine/gl engine/overlay script")

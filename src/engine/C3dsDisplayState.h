@@ -28,6 +28,7 @@ struct C3dsDisplayWrap::CState {
     std::unique_ptr<CSceneEdits> edits;  ///< refers to scene and prepared; created by the first edit
     CSphere framing{{}, 1};              ///< the sphere that preset cameras frame; edits do not change it
     bool viewingOnly = false;
+    bool keepsArrays = false;  ///< of the scene that was uploaded; see DropWhatWasUploaded
     double readMs = 0, prepareMs = 0;
     CError lastError;
 
@@ -52,6 +53,7 @@ struct C3dsDisplayWrap::CState {
     void Evaluate();
     void FollowFileCamera();
     void SyncGpu(CGlCurrent& gl);
+    /** For programs that only draw: frees what was uploaded and that no drawing needs again. */
     void DropWhatWasUploaded();
     /** How a drawing keeps to time now. */
     [[nodiscard]] CDrawPace Pace() const;

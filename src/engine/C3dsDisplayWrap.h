@@ -147,6 +147,10 @@ class C3dsDisplayWrap {
      * maker has finished. True while more is to come; then call again in some milliseconds. The first call
      * after a whole picture that took long starts the maker, a thread of low priority. */
     bool WorkOnLevels();
+    /** To be called while a scene is being loaded, with the context current, as often as it returns true: makes the programs
+     * ready that kinds, a scene with an example of each kind of surface, needs; one each time, as that takes up to a tenth of
+     * a second. Only where OpenGL is drawn in software. */
+    bool GetReadyFor(const CPreparedScene& kinds);
     /** Asked between the portions of a full picture, some milliseconds apart; true ends the drawing. The
      * picture is then not whole and must not be shown. Empty: never. Not asked while moving, nor for
      * TakePicture, nor on hardware. The function must not call the engine. */

@@ -128,12 +128,12 @@ void C3dsDisplayWrap::CState::SyncGpu(CGlCurrent& gl) {
     } else if (gpu == EGpu::NeedsUpload) {
         renderer.Upload(gl, prepared);
     }
-    const bool uploaded = gpu != EGpu::Ready;
+    keepsArrays = keepsArrays || gpu != EGpu::Ready;
     gpu = EGpu::Ready;
-    if (uploaded && viewingOnly) DropWhatWasUploaded();
 }
 
 void C3dsDisplayWrap::CState::DropWhatWasUploaded() {
+    if (!viewingOnly || !std::exchange(keepsArrays, false)) return;
     for (CPreparedMesh& mesh : prepared.meshes) {
         const auto blends = [this](const CPreparedBatch& batch) {
             return prepared.materials[batch.material].needsBlending;

@@ -17,6 +17,7 @@ void C3dsDisplayWrap::CState::DrawScene(CGlCurrent& gl) {
 
 void C3dsDisplayWrap::CState::DrawInTime(CGlCurrent& gl) {
     reduction = Pace().moving ? 0 : renderer.ReductionFor(gl, prepared, options);
+    DropWhatWasUploaded();
     if (reduction > 0) {
         CResult<CReducedDrawing> smaller = CReducedDrawing::Begin(gl, reduction);
         if (smaller) {
@@ -47,6 +48,11 @@ bool C3dsDisplayWrap::WorkOnLevels() {
     if (!state.scene || state.moving || state.gpu != CState::EGpu::Ready) return false;
     CGlCurrent gl;
     return state.renderer.WorkOnLevels(gl, state.prepared, state.options);
+}
+
+bool C3dsDisplayWrap::GetReadyFor(const CPreparedScene& kinds) {
+    CGlCurrent gl;
+    return m_state->renderer.GetReadyFor(gl, kinds, m_state->options);
 }
 
 void C3dsDisplayWrap::SetInterrupt(std::function<bool()> wanted) {

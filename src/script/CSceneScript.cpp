@@ -215,6 +215,10 @@ CScriptScene ReadScene(const std::string& name, const CScriptSection& section, C
     return scene;
 }
 
+CError NamesNoModel(std::string_view path) {
+    return {EErrorCode::BadFormat, lng::Mark("the script names no model"), std::string(path)};
+}
+
 }  // namespace
 
 CResult<CSceneScript> ReadScript(std::string_view path) {
@@ -234,11 +238,26 @@ CResult<CSceneScript> ReadScript(std::string_view path) {
         }
         script.scenes.push_back(ReadScene(name, section, files));
     }
-    if (script.scenes.empty())
-        return CError{EErrorCode::BadFormat, lng::Mark("the script names no model"), std::string(path)};
+    if (script.scenes.empty()) return NamesNoModel(path);
     script.notes = notes.Take();
     script.files = loader.Files();
     return script;
+}
+
+CResult<std::string> FirstModelOf(std::string_view path) {
+    CScriptFiles files;
+    CNoteList notes;
+    CScriptLoader loader(files, notes);
+    const CStatus loaded = loader.Load(path);
+    if (!loaded) return loaded.Error();
+    for (const std::string& name : loader.Script().ini.Sections()) {
+        CScriptScene scene;
+        const CScriptSection section = loader.Section(name);
+        CReading reading{section, files, notes, scene, "Path"};
+        ReadPath(reading);
+        if (!scene.path.empty()) return ConvertToUTF8(scene.path);
+    }
+    return NamesNoModel(path);
 }
 
 std::vector<std::string_view> ScriptKeys() {

@@ -46,5 +46,8 @@ inline constexpr std::size_t kMostScriptScenes = 1000;
  * an ini file, and for one without a section that names a model. Any thread may call it. */
 [[nodiscard]] CResult<CSceneScript> ReadScript(std::string_view path);
 
+/** The path of the model of a script's first scene, as ReadScript finds it (UTF-8), and nothing else. */
+[[nodiscard]] CResult<std::string> FirstModelOf(std::string_view path);
+
 /** The keys of a section, in the order in which they are read. */
 [[nodiscard]] std::vector<std::string_view> ScriptKeys();

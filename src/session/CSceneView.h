@@ -51,8 +51,8 @@ class CSceneView {
     virtual void CloseModel() = 0;
     /** Why the last opening failed; valid until the next opening. */
     [[nodiscard]] virtual const CError& LastError() const = 0;
-    /** Calls work once, soon after the full picture of the scene has been painted for the first time from now on. A later
-     * call replaces it; an empty work takes it back. */
+    /** Calls work once, soon after a picture of the scene (none of a stand-in) has been painted from now on. A later call
+     * replaces it; an empty work takes it back. */
     virtual void WhenShown(std::function<void()> work) = 0;
     /** Runs work on another thread and returns when it has ended. Meanwhile windows repaint and show its
      * progress; input waits. */

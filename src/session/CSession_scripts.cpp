@@ -8,6 +8,7 @@
 #include "model/prepare/CPreparedScene.h"
 #include "model/scene/CNoteList.h"
 #include "script/fit_names.h"
+#include "script/scene_background.h"
 #include "session/CSceneLook.h"
 #include "session/CSceneView.h"
 #include "session/CSession.h"

@@ -13,8 +13,8 @@ using folder_models::EStep;
 std::wstring CSession::ModelToReadAhead(const std::wstring& file, const std::atomic<bool>& cancelled) {
     if (!COpenRequest::IsScript(file)) return file;
     if (cancelled) return {};
-    const CResult<CSceneScript> script = ReadScript(file_util_ex::ConvertToUTF8(file));
-    return script ? script.Value().scenes.front().path : std::wstring();
+    const CResult<std::string> model = FirstModelOf(file_util_ex::ConvertToUTF8(file));
+    return model ? file_util_ex::PathFromBytes(model.Value()) : std::wstring();
 }
 
 void CSession::Step(EStep step) {

@@ -80,6 +80,11 @@ const CStateCase kStateCases[] = {
      {.hasModel = true, .hasFile = true, .folderModels = 3, .hasNotes = true, .isAnimated = true},
      {kCmdPlayAnimation, kCmdNextFile, kCmdSceneNotes},
      {}},
+    {"ShowRests", {.canStartShow = true}, {kCmdStartSlideShow, kCmdFullScreenSlideShow}, {kCmdStopSlideShow}},
+    {"ShowRuns",
+     {.canStartShow = true, .isShowRunning = true},
+     {kCmdStopSlideShow, kCmdFullScreenSlideShow},
+     {kCmdStartSlideShow}},
     {"Edited", {.hasModel = true, .canUndo = true}, {kCmdUndo, kCmdDeleteFile}, {kCmdRedo, kCmdReload}},
     {"TakenBack", {.hasModel = true, .canRedo = true}, {kCmdRedo}, {kCmdUndo}}};
 INSTANTIATE_TEST_SUITE_P(All, CommandStatesTest, testing::ValuesIn(kStateCases), kRowName);

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <vector>
 
-#include "engine/plan/CPixelWork.h"
 #include "engine/plan/CScreenScale.h"
 
 class CEqualMeshes;
@@ -43,9 +42,10 @@ struct CFramePlan {
     [[nodiscard]] static CFramePlan InFull(const CPreparedScene& scene, const CFrameView& view,
                                            const CSceneMeshes& meshes, const CEqualMeshes& equal,
                                            bool software);
-    /** What the pixels of a plan in full take. textures: those that the drawing uses. */
-    [[nodiscard]] CPixelWork PixelWork(const CPreparedScene& scene, const CFrameView& view,
-                                       const CSceneMeshes& meshes, const CTextureSet& textures) const;
+    /** How a plan in full is to be drawn, see CPixelWork::ReductionFor. textures: those that the drawing uses. Takes
+     * samples only of meshes that might make the picture too slow. */
+    [[nodiscard]] int ReductionFor(const CPreparedScene& scene, const CFrameView& view, CSceneMeshes& meshes,
+                                   const CTextureSet& textures) const;
     /** Everything as boxes, also what is hidden or outside of the view; grainPixels above 0: all lit by vertex. */
     [[nodiscard]] static CFramePlan InBoxes(const CPreparedScene& scene, const CSceneMeshes& meshes,
                                             float grainPixels);

@@ -106,8 +106,8 @@ void CSceneMeshes::Clear() {
     m_meshes.clear();
 }
 
-bool CSceneMeshes::Update(CGlCurrent& gl, const CPreparedScene& scene, bool software) {
-    m_mostSamples = software ? SamplesOfABatch(scene) : 0;
+bool CSceneMeshes::Update(CGlCurrent& gl, const CPreparedScene& scene) {
+    m_mostSamples = SamplesOfABatch(scene);
     if (m_box.Bytes() == 0) m_box.Upload(gl, UnitBox());
     std::vector<CEntry> before = std::move(m_meshes);
     bool changed = before.size() != scene.meshes.size();
@@ -145,9 +145,17 @@ bool CSceneMeshes::Take(CGlCurrent& gl, const CPreparedMesh& mesh, std::vector<C
     return changed;
 }
 
-void CSceneMeshes::MeasureSurface(CEntry& entry, const CPreparedMesh& mesh) const {
+void CSceneMeshes::MeasureSurface(CEntry& entry, const CPreparedMesh& mesh) {
     entry.layers = LayersOf(mesh);
-    entry.sample = m_mostSamples > 0 ? CMeshSample(mesh, m_mostSamples) : CMeshSample();
+    entry.sample.reset();
+}
+
+const CMeshSample& CSceneMeshes::Sample(const CPreparedScene& scene, std::size_t mesh) {
+    static const CMeshSample none;
+    std::optional<CMeshSample>& sample = m_meshes[mesh].sample;
+    if (sample) return *sample;
+    if (IsGivenBack(scene.meshes[mesh])) return none;
+    return sample.emplace(scene.meshes[mesh], m_mostSamples);
 }
 
 void CSceneMeshes::DropLevels(CEntry& entry) {

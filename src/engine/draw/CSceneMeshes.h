@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "engine/draw/CShape.h"
@@ -17,8 +18,8 @@ class CSceneMeshes {
     };
 
     /** Uploads what is new, and drops the levels of meshes that are not the same as before. True when a mesh is not the
-     * same. software: also takes the samples. */
-    bool Update(CGlCurrent& gl, const CPreparedScene& scene, bool software);
+     * same. */
+    bool Update(CGlCurrent& gl, const CPreparedScene& scene);
     void Clear();
     void SetLevels(CGlCurrent& gl, const CPreparedScene& scene, std::size_t mesh, CMeshLevels levels);
 
@@ -36,8 +37,9 @@ class CSceneMeshes {
     [[nodiscard]] float Layers(std::size_t mesh, std::size_t batch) const {
         return batch < m_meshes[mesh].layers.size() ? m_meshes[mesh].layers[batch] : 1;
     }
-    /** Triangles that stand for all of a mesh; empty on hardware. */
-    [[nodiscard]] const CMeshSample& Sample(std::size_t mesh) const { return m_meshes[mesh].sample; }
+    /** Triangles that stand for all of a mesh; chosen by the first call, which reads all of the mesh. Empty where its arrays
+     * were freed before. */
+    [[nodiscard]] const CMeshSample& Sample(const CPreparedScene& scene, std::size_t mesh);
     /** True when the levels of the mesh as it is now were set. */
     [[nodiscard]] bool HasLevelsSet(std::size_t mesh) const { return m_meshes[mesh].levelsSet; }
     [[nodiscard]] std::size_t Bytes() const;
@@ -48,18 +50,18 @@ class CSceneMeshes {
         std::vector<CLevelBuffers> levels;
         std::vector<float> grains;
         std::vector<float> layers;
-        CMeshSample sample;
+        std::optional<CMeshSample> sample;
         std::vector<CForm> forms;
         bool levelsSet = false;
     };
     bool Take(CGlCurrent& gl, const CPreparedMesh& mesh, std::vector<CEntry>& before, std::size_t place);
-    void MeasureSurface(CEntry& entry, const CPreparedMesh& mesh) const;
+    static void MeasureSurface(CEntry& entry, const CPreparedMesh& mesh);
     static void DropLevels(CEntry& entry);
     static void Measure(CEntry& entry, const CPreparedScene& scene, const CPreparedMesh& mesh);
 
     std::vector<CEntry> m_meshes;
     CMeshBuffers m_box;               ///< from -1 to 1
-    std::uint32_t m_mostSamples = 0;  ///< of a batch
+    std::uint32_t m_mostSamples = 1;  ///< of a batch
 };
 
 /** The matrix that takes the box of kBoxLevel to a mesh's bounds. */

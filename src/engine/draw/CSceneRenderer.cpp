@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <set>
 #include <utility>
 #include <vector>
 
@@ -12,6 +11,7 @@
 #include "engine/draw/CDrawList.h"
 #include "engine/draw/CFramePlan.h"
 #include "engine/draw/CPacedDrawing.h"
+#include "engine/draw/CRehearsal.h"
 #include "engine/draw/CSceneLevels.h"
 #include "engine/draw/CSceneMeshes.h"
 #include "engine/draw/CSortedBatches.h"
@@ -58,6 +58,19 @@ class CBindingGuard {
     }
 };
 
+/** A plan in full, with the view that it was made for. */
+struct CPlanned {
+    CMatrix4d projection, modelView;
+    std::array<int, 4> viewport;
+    CFramePlan plan;
+};
+
+std::array<int, 4> Viewport() {
+    std::array<int, 4> viewport{};
+    glGetIntegerv(GL_VIEWPORT, viewport.data());
+    return viewport;
+}
+
 }  // namespace
 
 struct CSceneRenderer::CState {
@@ -72,10 +85,12 @@ struct CSceneRenderer::CState {
     CSortedBatches sorted;
     CSceneLevels levels;
     CFrameBudget budget;
-    float allowedError = 0;                         ///< of the last moving frame, see ChooseLevels
-    bool isSlow = false;                            ///< the last whole frame was
-    bool runsLate = false;                          ///< the clock has ended a frame since all was at rest
-    std::set<std::pair<int, std::uint32_t>> tried;  ///< kinds of items that were drawn once in idle time
+    std::optional<CPlanned> planned;  ///< for the next drawing
+    float allowedError = 0;           ///< of the last moving frame, see ChooseLevels
+    bool isSlow = false;              ///< the last whole frame was
+    bool runsLate = false;            ///< the clock has ended a frame since all was at rest
+    CRehearsal tried;                 ///< of moving frames, in idle time
+    CRehearsal ready;                 ///< of scenes to come
 
     void Learn(CGlCurrent& gl);
     [[nodiscard]] bool IsSoftware() const { return can->software; }
@@ -83,6 +98,8 @@ struct CSceneRenderer::CState {
     void InFrame(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options, const TDraw& draw);
     [[nodiscard]] CFramePlan Plan(const CPreparedScene& scene, const CFrameView& view,
                                   const CDrawOptions& options, bool moving);
+    /** The one that ReductionFor made of this view, or a new one. */
+    [[nodiscard]] CFramePlan PlanInFull(const CPreparedScene& scene, const CFrameView& view);
     /** drawn: the share of what was planned; 1 unless it has ended early. */
     void LearnFrom(const CFramePlan& plan, double drawn, double ms);
     bool TryNextKind(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options);
@@ -117,9 +134,17 @@ void CSceneRenderer::CState::InFrame(CGlCurrent& gl, const CPreparedScene& scene
     pipeline.End(gl);
 }
 
+CFramePlan CSceneRenderer::CState::PlanInFull(const CPreparedScene& scene, const CFrameView& view) {
+    std::optional<CPlanned> made = std::exchange(planned, std::nullopt);
+    if (made && made->projection == view.projection && made->modelView == view.modelView &&
+        made->viewport == Viewport())
+        return std::move(made->plan);
+    return CFramePlan::InFull(scene, view, meshes, equal, IsSoftware());
+}
+
 CFramePlan CSceneRenderer::CState::Plan(const CPreparedScene& scene, const CFrameView& view,
                                         const CDrawOptions& options, bool moving) {
-    CFramePlan plan = CFramePlan::InFull(scene, view, meshes, equal, IsSoftware());
+    CFramePlan plan = PlanInFull(scene, view);
     plan.Dim(options.dimmed);
     if (!IsSoftware()) return plan;
     if (!options.exact) plan.grainPixels = CFramePlan::kFineGrain;
@@ -150,7 +175,8 @@ void CSceneRenderer::Upload(CGlCurrent& gl, const CPreparedScene& scene) {
 void CSceneRenderer::Refresh(CGlCurrent& gl, const CPreparedScene& scene) {
     m_state->Learn(gl);
     const CBindingGuard guard(gl);
-    if (m_state->meshes.Update(gl, scene, m_state->IsSoftware())) {
+    m_state->planned.reset();
+    if (m_state->meshes.Update(gl, scene)) {
         m_state->sorted.Clear();
         m_state->levels.MeshesChanged();
     }
@@ -160,16 +186,17 @@ void CSceneRenderer::Refresh(CGlCurrent& gl, const CPreparedScene& scene) {
 
 void CSceneRenderer::Clear(CGlCurrent&) {
     // Programs and capabilities of the context are kept for the next scene.
-    m_state->shaders.Trim();
+    if (m_state->shaders.Trim()) m_state->ready.Forget();
     m_state->textures.Clear();
     m_state->noTextures.Clear();
     m_state->meshes.Clear();
     m_state->equal.Clear();
     m_state->sorted.Clear();
     m_state->levels.Forget();
-    m_state->tried.clear();
+    m_state->tried.Forget();
     m_state->allowedError = 0;
     m_state->isSlow = false;
+    m_state->planned.reset();
 }
 
 bool CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
@@ -196,54 +223,53 @@ bool CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDr
     return whole;
 }
 
-int CSceneRenderer::ReductionFor(CGlCurrent& gl, const CPreparedScene& scene,
-                                 const CDrawOptions& options) const {
-    const CState& state = *m_state;
+int CSceneRenderer::ReductionFor(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options) {
+    CState& state = *m_state;
     int polygonMode[2] = {};
     glGetIntegerv(GL_POLYGON_MODE, polygonMode);
     if (!state.can || !state.IsSoftware() || !state.can->framebuffers || state.meshes.Count() == 0 ||
         polygonMode[0] == GL_LINE)
         return 0;
-    std::array<int, 4> viewport{};
-    glGetIntegerv(GL_VIEWPORT, viewport.data());
-    GLint samples = 0;
-    glGetIntegerv(GL_SAMPLES, &samples);
     const CFrameView view = CFrameView::FromCurrent(gl);
     const CTextureSet& textures =
         options.textureRenderMode == kNoTextures ? state.noTextures : state.textures;
-    const CFramePlan plan = CFramePlan::InFull(scene, view, state.meshes, state.equal, true);
-    return plan.PixelWork(scene, view, state.meshes, textures)
-        .ReductionFor(static_cast<double>(viewport[2]) * viewport[3], samples);
+    state.planned.emplace(CPlanned{view.projection, view.modelView, Viewport(),
+                                   CFramePlan::InFull(scene, view, state.meshes, state.equal, true)});
+    return state.planned->plan.ReductionFor(scene, view, state.meshes, textures);
 }
 
 bool CSceneRenderer::CState::TryNextKind(CGlCurrent& gl, const CPreparedScene& scene,
                                          const CDrawOptions& options) {
     bool found = false;
     InFrame(gl, scene, options, [&](const CFrameView& view, CDrawPipeline& pipeline) {
-        glEnable(GL_SCISSOR_TEST);
-        glScissor(0, 0, 1, 1);
         glDisable(GL_MULTISAMPLE);  // as in moving frames: the driver compiles anew for it
-        for (const float grain : {-1.0f, 1e38f}) {
-            const CFramePlan plan = CFramePlan::InBoxes(scene, meshes, grain);
-            CDrawList list = CDrawList::Build(gl, scene, view, plan, pipeline, meshes, sorted);
-            for (auto* items : {&list.opaque, &list.transparent}) {
-                const auto isNew = [&](const CDrawItem& item) {
-                    const int blending = items == &list.opaque                     ? 0
-                                         : scene.materials[item.material].additive ? 1
-                                                                                   : 2;
-                    return tried.emplace(blending, item.key).second;
-                };
-                const auto item = found ? items->end() : std::find_if(items->begin(), items->end(), isNew);
-                found = found || item != items->end();
-                *items = item == items->end() ? std::vector<CDrawItem>{} : std::vector{*item};
-            }
-            CPacedDrawing pace(gl, *can, CDrawPace{});
-            CBatchDrawer drawer(gl, scene, view, pipeline, meshes, sorted, pace);
-            drawer.DrawOpaque(list.opaque);
-            drawer.DrawTransparent(list.transparent);
-            (void)pace.Finish();
-        }
+        const CRehearsedScene what{scene, view, pipeline, meshes, sorted};
+        for (const float grain : {-1.0f, 1e38f})
+            found = found || tried.DrawNext(gl, *can, what, CFramePlan::InBoxes(scene, meshes, grain));
     });
+    return found;
+}
+
+bool CSceneRenderer::GetReadyFor(CGlCurrent& gl, const CPreparedScene& kinds, const CDrawOptions& options) {
+    CState& state = *m_state;
+    state.Learn(gl);
+    if (!state.IsSoftware()) return false;
+    const CBindingGuard guard(gl);
+    CSceneMeshes meshes;
+    CSortedBatches sorted;
+    CTextureSet own;
+    (void)meshes.Update(gl, kinds);
+    own.Update(gl, *state.can, kinds);
+    CFramePlan plan;
+    plan.nodes.assign(
+        kinds.nodes.size(),
+        CNodePlan{.shown = true, .repeated = false, .dimmed = false, .level = kFullLevel, .screen = {}});
+    bool found = false;
+    std::swap(own, state.textures);
+    state.InFrame(gl, kinds, options, [&](const CFrameView& view, CDrawPipeline& pipeline) {
+        found = state.ready.DrawNext(gl, *state.can, {kinds, view, pipeline, meshes, sorted}, plan);
+    });
+    std::swap(own, state.textures);
     return found;
 }
 

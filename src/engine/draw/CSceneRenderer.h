@@ -50,13 +50,16 @@ class CSceneRenderer {
     bool Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
               const CDrawPace& pace = {});
     /** How the full picture is to be drawn so that it ends in time: 0 as it is, else see CPixelWork::ReductionFor. Always 0
-     * on hardware. The viewport is the picture's. */
-    [[nodiscard]] int ReductionFor(CGlCurrent& gl, const CPreparedScene& scene,
-                                   const CDrawOptions& options) const;
+     * on hardware. The viewport is the picture's. What it plans serves the next Draw of the same view, so the scene must not
+     * change between the two. */
+    [[nodiscard]] int ReductionFor(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options);
     /** One step of what is done in idle time, in software and after a whole picture that took long: builds a program
      * that moving frames need, or takes over what was made of a mesh. True while more is to come. Draws pixels of
      * the current framebuffer. */
     bool WorkOnLevels(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options);
+    /** To be called, as often as it returns true, before a scene like kinds is uploaded: draws one pixel of one of its kinds
+     * of items that it has not drawn yet, so that no program is new when the scene is there. Does nothing on hardware. */
+    bool GetReadyFor(CGlCurrent& gl, const CPreparedScene& kinds, const CDrawOptions& options);
     /** While paused, no level of a further mesh is begun. */
     void PauseLevels(bool paused);
     /** For GL_SELECT: loads each drawn node's index with glLoadName and draws its triangles plainly,

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "engine/draw/CMeshBuffers.h"
-#include "engine/draw/triangle_order.h"
+#include "engine/plan/triangle_order.h"
 #include "model/levels/CMeshLevels.h"
 
 /** What of a node is drawn: the mesh itself, one of its levels (1, 2, ...), or its box. */

@@ -6,8 +6,8 @@
 #include <map>
 #include <utility>
 
-#include "engine/draw/triangle_order.h"
 #include "engine/gl/CGlBuffer.h"
+#include "engine/plan/triangle_order.h"
 
 /** Index buffers of transparent parts with their triangles in order from back to front. They are kept from
  * one drawing to the next and sorted again only when the view of that part has changed. */

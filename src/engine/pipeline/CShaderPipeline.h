@@ -5,6 +5,7 @@
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "base/CResult.h"
 #include "engine/gl/CGlProgram.h"
@@ -30,11 +31,14 @@ class CShaderPipeline final : public CDrawPipeline {
 
     /** Builds the simplest program. An error means that this context cannot compile our shaders. */
     [[nodiscard]] CStatus Check(CGlCurrent& gl);
-    /** To be called between two scenes: keeps the programs for the next one, but deletes all if there are
-     * more than kMostKept. A software renderer holds half a megabyte of machine code for each. */
-    void Trim() {
+    /** To be called between two scenes: keeps the programs for the next one, but of more than kMostKept only those that were
+     * used since the last call. A software renderer holds half a megabyte of machine code for each. True when it has
+     * deleted any. */
+    bool Trim() {
         constexpr std::size_t kMostKept = 12;
-        if (m_programs.size() > kMostKept) m_programs.clear();
+        const std::uint64_t before = std::exchange(m_trimmedAt, m_frameNumber);
+        if (m_programs.size() <= kMostKept) return false;
+        return std::erase_if(m_programs, [&](const auto& item) { return item.second.frame <= before; }) > 0;
     }
 
   private:
@@ -60,5 +64,5 @@ class CShaderPipeline final : public CDrawPipeline {
     CVariantProgram* m_current = nullptr;
     std::optional<CFrame> m_frame;
     std::array<float, 9> m_toViewer{};  ///< CFrameView::PixelToViewer of this drawing
-    std::uint64_t m_frameNumber = 0;
+    std::uint64_t m_frameNumber = 0, m_trimmedAt = 0;
 };

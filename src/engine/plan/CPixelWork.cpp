@@ -18,6 +18,11 @@ void CPixelWork::Add(double pixels, const CPixelUse& use) {
     m_several += pixels * use.passes * std::max(one + kSamples, kLeastOfSamples);
 }
 
+void CPixelWork::Add(const CPixelWork& other) {
+    m_one += other.m_one;
+    m_several += other.m_several;
+}
+
 int CPixelWork::ReductionFor(double pixels, int samples) const {
     const double most = kMostNs * std::max(1.0, pixels / kUsualPixels);
     if ((samples > 1 ? m_several : m_one) <= most) return 0;

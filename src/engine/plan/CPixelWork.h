@@ -13,6 +13,7 @@ struct CPixelUse {
 class CPixelWork {
   public:
     void Add(double pixels, const CPixelUse& use);
+    void Add(const CPixelWork& other);
 
     [[nodiscard]] double WithOneSample() const { return m_one; }
     [[nodiscard]] double WithSamples() const { return m_several; }

@@ -2,20 +2,10 @@
 #include "frame/model_list/CModelList.h"
 
 #include <algorithm>
-#include <cwctype>
 #include <utility>
 
+#include "base/text/natural_order.h"
 #include "files/file_util_ex.h"
-
-namespace {
-
-bool Begins(std::wstring_view name, std::wstring_view begin) {
-    const auto lower = [](wchar_t c) { return std::towlower(static_cast<std::wint_t>(c)); };
-    return name.size() >= begin.size() &&
-           std::ranges::equal(name.substr(0, begin.size()), begin, {}, lower, lower);
-}
-
-}  // namespace
 
 void CModelList::SetEntries(std::vector<std::wstring> paths) {
     const std::wstring atCursor = m_paths.empty() ? m_currentPath : m_paths[m_cursor];
@@ -58,9 +48,10 @@ std::optional<std::size_t> CModelList::Neighbour(bool next) const {
 }
 
 std::optional<std::size_t> CModelList::FindName(std::wstring_view begin, std::size_t from) const {
+    const std::wstring folded = natural_order::Folded(begin);
     for (std::size_t i = 0; i < m_paths.size(); ++i) {
         const std::size_t at = (from + i) % m_paths.size();
-        if (Begins(Name(at), begin)) return at;
+        if (natural_order::Folded(Name(at)).starts_with(folded)) return at;
     }
     return std::nullopt;
 }

@@ -19,6 +19,10 @@ CResult<CImage> ReadDrawn(const std::string& path, EThumbnailSize size) {
     if (!bytes) return bytes.Error();
     image_codec::CDecodeLimits limits;
     limits.pixels = static_cast<std::uint64_t>(size) * static_cast<std::uint64_t>(size);
+    const auto claim = image_codec::ClaimOf(bytes.Value(), {});
+    const auto side = static_cast<std::uint64_t>(size);
+    if (claim && (claim.Value().width > side || claim.Value().height > side))
+        return CError{EErrorCode::TooLarge, lng::Mark("the picture is too large"), {}};
     auto decoded = image_codec::DecodeImage(bytes.Value(), {}, limits);
     if (!decoded) return decoded.Error();
     return std::move(decoded.Value().image);

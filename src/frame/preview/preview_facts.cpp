@@ -10,12 +10,11 @@
 #include "base/text/lng.h"
 #include "base/text/number_text.h"
 #include "files/file_util_ex.h"
-#include "settings/CLocalRegStore.h"
+#include "script/CSceneScript.h"
 
 namespace preview_facts {
 namespace {
 
-constexpr std::uint64_t kMaxScriptBytes = 1 << 20;
 constexpr std::uint64_t kMaxPictureBytes = 64 << 20;
 constexpr std::size_t kMaxProblemLetters = 300;
 
@@ -29,13 +28,6 @@ std::optional<CFileFacts> FactsOf(const std::string& path) {
     if (::stat(path.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
     return CFileFacts{static_cast<std::uint64_t>(facts.st_size),
                       std::int64_t{facts.st_mtim.tv_sec} * 1'000'000'000 + facts.st_mtim.tv_nsec};
-}
-
-std::string ModelOfScript(const std::string& path, std::uint64_t bytes) {
-    if (bytes > kMaxScriptBytes) return {};
-    const CIniFilePtr script(CLocalRegStore::LoadIniFile(path));
-    const std::string named = CLocalRegStore::GetString(script.get(), "Model", "Path", std::string_view());
-    return named.empty() ? named : file_util_ex::MakeAbsolute(file_util_ex::GetFilePath(path), named);
 }
 
 bool IsScript(const std::string& path) {
@@ -60,8 +52,9 @@ std::optional<CPreviewRequest> RequestFor(const std::string& path, const CLook& 
     CPreviewRequest request{path,        facts->bytes,   facts->changedNs, path, facts->changedNs,
                             look.sidePx, look.background};
     if (IsScript(path)) {
-        request.modelPath = ModelOfScript(path, facts->bytes);
-        const std::optional<CFileFacts> model = FactsOf(request.modelPath);
+        // The program draws the script's first scene; a change of its model makes another picture.
+        const CResult<std::string> named = FirstModelOf(path);
+        const std::optional<CFileFacts> model = named ? FactsOf(named.Value()) : std::nullopt;
         if (!model) request.modelPath.clear();
         request.modelChangedNs = model ? model->changedNs : 0;
     }

@@ -20,7 +20,7 @@ struct CLook {
 };
 
 /** The request for a selected path; nothing unless it is a regular file. For a scene script it draws the
- * model that its section "Model" names, relative to the script's folder. */
+ * first scene, if its model is there. */
 [[nodiscard]] std::optional<CPreviewRequest> RequestFor(const std::string& path, const CLook& look);
 
 /** What the drawing program left when it ended. */

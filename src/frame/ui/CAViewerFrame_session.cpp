@@ -2,6 +2,7 @@
 // How the main window shows what the session and the view report; everything else is in CAViewerFrame.cpp.
 #include <wx/menu.h>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -137,12 +138,15 @@ void CAViewerFrame::ShowDocument() {
     C3dsDisplayWrap& engine = m_view->GetEngine();
     const CPreparedScene* scene = engine.Prepared();
     CSceneSummary summary = scene ? SummaryOf(*scene, m_session->ScriptNotes()) : CSceneSummary{};
-    summary.place = PlaceText(m_session->FolderPlace(), m_session->FolderModels());
+    // Steps go through the scenes of a presentation, or else through the folder.
+    const auto scenes = static_cast<unsigned>(m_session->SceneCount());
+    summary.place = scenes > 1 ? PlaceText(static_cast<unsigned>(m_session->SceneIndex()) + 1, scenes)
+                               : PlaceText(m_session->FolderPlace(), m_session->FolderModels());
     if (!scene) ShowHint(m_hint);
     CBXFileDialogI::SetDocument(m_session->Document().path);
     m_state.hasModel = m_session->Document().isOpen;
     m_state.hasFile = m_session->Document().HasFile();
-    m_state.folderModels = m_session->FolderModels();
+    m_state.folderModels = std::max(m_session->FolderModels(), scenes);
     m_state.hasNotes = !summary.lines.empty();
     m_state.canUndo = m_session->Edits().CanUndo();
     m_state.canRedo = m_session->Edits().CanRedo();

@@ -3,6 +3,7 @@
 
 #include <wx/button.h>
 #include <wx/gauge.h>
+#include <wx/wupdlock.h>
 
 #include <array>
 #include <utility>
@@ -38,6 +39,7 @@ void CSceneStatusBar::ShowHelp(const std::wstring& text) {
 }
 
 void CSceneStatusBar::ShowScene(const CSceneSummary& summary) {
+    const wxWindowUpdateLocker once(this);  // the toolkit would paint each text at once
     // A message that is about to disappear must not be cut off.
     for (const EField field : {kPlace, kTriangles, kObjects}) SetStatusText(wxEmptyString, field);
     m_notes->SetLabel(summary.notes);

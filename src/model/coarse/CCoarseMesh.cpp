@@ -44,6 +44,7 @@ CCoarseMesh::CCoarseMesh(const CMeshView& view, const CBox& bounds, float share,
 void CCoarseMesh::Fill(CPreparedMesh& mesh, const std::vector<bool>& leftOut) {
     CollectFaces(leftOut);
     SumNormals();
+    mesh.area = m_twiceArea / 2;
     EmitVertices(mesh);
     EmitFaces(mesh);
 }
@@ -102,6 +103,7 @@ void CCoarseMesh::SumNormals() {
     for (const CFace& face : m_faces) {
         const auto [a, b, c] = face.corners;
         const CVec3 normal = Cross(m_cells[b].sum - m_cells[a].sum, m_cells[c].sum - m_cells[a].sum);
+        m_twiceArea += static_cast<double>(Length(normal));
         for (const std::uint16_t corner : face.corners)
             m_cells[corner].normal = m_cells[corner].normal + normal;
     }

@@ -56,6 +56,7 @@ class CCoarseMesh {
     std::vector<std::uint16_t> m_cellOfPoint;  ///< or kNone
     std::vector<CCell> m_cells;
     std::vector<CFace> m_faces;
+    double m_twiceArea = 0;
     std::array<CVec3, 14> m_extremes{};  ///< the outermost points along the axes and diagonals, both ways
     std::array<float, 14> m_reach;
 };

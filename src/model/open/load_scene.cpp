@@ -7,7 +7,6 @@
 
 #include "base/CStopwatch.h"
 #include "base/text/lng.h"
-#include "model/coarse/coarse_scene.h"
 #include "model/open/CSceneReader.h"
 #include "model/prepare/prepare_scene.h"
 

@@ -8,6 +8,7 @@
 
 #include "base/CResult.h"
 #include "base/jobs/CJobProgress.h"
+#include "model/coarse/coarse_scene.h"
 #include "model/prepare/CPreparedScene.h"
 #include "model/scene/CScene.h"
 #include "model/scene/scene_budget.h"
@@ -30,7 +31,7 @@ struct CLoadedScene {
 };
 
 /** Receives a stand-in for the scene (see MakeCoarseScene) on the thread that loads. */
-using CCoarseSceneTaker = std::function<void(CPreparedScene)>;
+using CCoarseSceneTaker = std::function<void(CCoarseScene)>;
 
 /** Reads a scene as CSceneReader does, and prepares it. path is UTF-8. Uses no OpenGL and no windows, so any
  * thread may call it. progress may be null; its phases are reading and preparing, and its share is that of

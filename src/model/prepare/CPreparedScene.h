@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -43,6 +44,8 @@ struct CPreparedBatch {
 /** Indices are 16-bit where the mesh has at most 65,536 prepared vertices, else 32-bit; exactly one of the
  * two vectors is filled. texCoords is empty or has one entry for each vertex (v upwards, as in the file). */
 struct CPreparedMesh {
+    static constexpr double kUnknownArea = std::numeric_limits<double>::infinity();
+
     std::string name;
     std::vector<CPreparedVertex> vertices;
     std::vector<CVec2> texCoords;
@@ -50,6 +53,7 @@ struct CPreparedMesh {
     std::vector<std::uint32_t> indices32;
     std::vector<CPreparedBatch> batches;
     CBox bounds;                 ///< of the vertices, in the file's coordinates
+    double area = kUnknownArea;  ///< of all triangles, as far as it is known
     CMat4 toLocal;               ///< file coordinates to object coordinates; see ResolveMirroring
     bool matrixMirrors = false;  ///< the mesh matrix has a negative determinant
     std::uint64_t stamp = 0;     ///< changes whenever vertices or indices are made anew

@@ -45,8 +45,8 @@ struct CEdgeOfFace {
     CVec3 direction;
 };
 
-/** The weighted normals of a face; errors: one over the error of a point. */
-void Weigh(CVec3 a, CVec3 b, CVec3 c, float errors, CVec3 (&weighted)[3]) {
+/** The weighted normals of a face; errors: one over the error of a point. Returns twice its area. */
+float Weigh(CVec3 a, CVec3 b, CVec3 c, float errors, CVec3 (&weighted)[3]) {
     const CEdgeOfFace first(b - a), second(c - b), third(c - a);
     const CVec3 across = Cross(first.direction, third.direction);
     const float sine = Length(across);
@@ -60,6 +60,7 @@ void Weigh(CVec3 a, CVec3 b, CVec3 c, float errors, CVec3 (&weighted)[3]) {
     weighted[0] = normal * angleA;
     weighted[1] = normal * angleB;
     weighted[2] = normal * std::max(std::numbers::pi_v<float> - angleA - angleB, 0.0f);
+    return sine * first.length * third.length;
 }
 
 std::uint16_t WrapOf(const CMeshView& view, const CFaceIndices& face) {
@@ -92,7 +93,9 @@ CMeshFaces CollectFaces(const CMeshView& view, bool hasTexCoords) {
         made.point[2] = face.c;
         made.wrap = hasTexCoords ? WrapOf(view, face) : std::uint16_t{0};
         made.smoothing = SmoothingOf(view, i);
-        Weigh(PointOf(view, face.a), PointOf(view, face.b), PointOf(view, face.c), errors, made.weighted);
+        const float twice =
+            Weigh(PointOf(view, face.a), PointOf(view, face.b), PointOf(view, face.c), errors, made.weighted);
+        result.area += static_cast<double>(twice) / 2;
         result.faces.push_back(made);
         result.source.push_back(static_cast<std::uint32_t>(i));
     }

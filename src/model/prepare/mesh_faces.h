@@ -21,6 +21,7 @@ struct CMeshFace {
 struct CMeshFaces {
     std::vector<CMeshFace> faces;       ///< without those with two equal corners
     std::vector<std::uint32_t> source;  ///< for each its number in the view
+    double area = 0;                    ///< of all faces
 };
 
 /** How far a normal can be trusted depends on how precise the points are: rounding them turns the normal of a

@@ -44,6 +44,7 @@ class CMeshPreparer {
         CMeshFaces faces = CollectFaces(m_view, m_texCoords);
         m_faces = std::move(faces.faces);
         m_source = std::move(faces.source);
+        m_mesh.area = faces.area;
         m_weld = WeldPoints(m_view);
         CollectCorners();
         EmitVertices();
@@ -376,11 +377,14 @@ CPreparedMesh PrepareMesh(const CMeshView& view, std::uint32_t defaultMaterial, 
 CPreparedMesh PrepareOutline(const CMeshView& view) {
     CPreparedMesh mesh;
     const CMat4 flip = view.pointsUnflipped ? CMat4{} : FlipOf(view.matrix);
+    std::vector<char> isUsed(view.pointCount);
     for (std::size_t i = 0; i < view.faceCount; ++i) {
         const CFaceIndices face = FaceOf(view, i);
         if (face.a == face.b || face.b == face.c || face.a == face.c) continue;
-        for (const std::uint16_t point : {face.a, face.b, face.c})
-            mesh.bounds.Add(flip.TransformPoint(PointOf(view, point)));
+        isUsed[face.a] = isUsed[face.b] = isUsed[face.c] = 1;
+    }
+    for (std::size_t i = 0; i < view.pointCount; ++i) {
+        if (isUsed[i] != 0) mesh.bounds.Add(flip.TransformPoint(PointOf(view, i)));
     }
     SetNameAndPlace(view, mesh);
     return mesh;

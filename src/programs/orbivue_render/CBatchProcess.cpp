@@ -39,15 +39,6 @@ std::string Resolved(const std::string& path) {
     return error ? path : resolved.native();
 }
 
-CFileAccess AccessFor(const CRenderOptions& options, std::span<const std::string> paths) {
-    std::set<std::string> folders;
-    for (const std::string& path : paths) folders.insert(file_util_ex::GetFilePath(path));
-    const std::vector<std::string> list(folders.begin(), folders.end());
-    CFileAccess files = FilesFor(list, options.into);
-    for (const std::string& path : paths) files.readable.push_back(path);
-    return files;
-}
-
 /** What the new process does; it never returns. */
 [[noreturn]] void Work(const CRenderOptions& options, const CFileAccess& files, CPipe& orders, CPipe& answers,
                        pid_t parent) {
@@ -65,7 +56,7 @@ std::optional<CBatchProcess> CBatchProcess::Start(const CRenderOptions& options,
                                                   std::span<const std::string> paths) {
     std::optional<CPipe> orders = MakePipe(), answers = MakePipe();
     if (!orders || !answers) return std::nullopt;
-    const CFileAccess files = AccessFor(options, paths);
+    const CFileAccess files = FilesFor(paths, options.into, options.scene);
     const pid_t self = ::getpid();
     const pid_t pid = ::fork();
     if (pid < 0) return std::nullopt;

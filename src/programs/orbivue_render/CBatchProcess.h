@@ -24,7 +24,7 @@ class CBatchProcess {
     CBatchProcess& operator=(CBatchProcess&& other) noexcept;
     ~CBatchProcess();
 
-    /** True where it may read this file. */
+    /** True where it may read this file; what a script names is for the caller to ask. */
     [[nodiscard]] bool Covers(const std::string& path) const;
     /** Begins a picture; false when the process has ended. */
     [[nodiscard]] bool Send(const CBatchItem& item);

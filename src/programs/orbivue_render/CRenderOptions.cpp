@@ -58,6 +58,13 @@ COutcome SetCamera(CRenderOptions& options, std::string_view value) {
     return {};
 }
 
+COutcome SetScene(CRenderOptions& options, std::string_view value) {
+    const auto number = Number<std::size_t>(value);
+    if (!number || *number < 1) return "needs a number from 1 on";
+    options.scene = *number - 1;
+    return {};
+}
+
 COutcome SetFrame(CRenderOptions& options, std::string_view value) {
     options.frame = Number<float>(value);
     if (!options.frame) return "needs a number";
@@ -173,9 +180,10 @@ struct COptionEntry {
     std::string_view help;
 };
 
-constexpr std::array<COptionEntry, 25> kOptions{{
+constexpr std::array<COptionEntry, 26> kOptions{{
     {"size", "WxH", SetSize, "size of the picture in pixels (1024x768)"},
     {"camera", "NAME", SetCamera, "top, left, right, front, back, iso, or a camera of the file (iso)"},
+    {"scene", "N", SetScene, "scene of a scene script (1)"},
     {"angles", "X,Y,Z", SetSeen<"angles">, "turns the model about Z, then Y, then X, by degrees"},
     {"turn", "X,Y,Z", SetSeen<"turn">, "turns it once more so, as the mouse does"},
     {"orbit", "DEGREES", SetSeen<"orbit">, "turns the eye about the axis of the camera's name"},
@@ -185,7 +193,8 @@ constexpr std::array<COptionEntry, 25> kOptions{{
     {"zoom-box", "L,T,R,B", SetSeen<"zoom-box">, "pixels of the picture that are to fill it"},
     {"zoom", "STEP", SetSeen<"zoom">, "as the wheel: 20 for each notch away from the model"},
     {"frame", "N", SetFrame, "frame of the animation (the file's current one)"},
-    {"background", "R,G,B", SetBackground, "background colour, 0 to 255 each (61,66,77)"},
+    {"background", "R,G,B", SetBackground,
+     "background colour, 0 to 255 each (61,66,77); a script's own counts more"},
     {"samples", "N", SetSamples, "samples for each pixel (4; 1 from 100,000 triangles on)"},
     {"texture-mode", "N", SetTextureMode, "0 trilinear, 1 bilinear, 2 nearest, 3 no textures (0)"},
     {"overlay", "LIST", SetOverlays, "draw some of bounds,cameras,lights,axes over the scene"},

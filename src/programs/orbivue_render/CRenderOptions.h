@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
@@ -20,12 +21,15 @@ struct CRenderOptions {
     std::string output;  ///< empty: no picture is written
     int width = 1024;
     int height = 768;
-    std::string camera = "iso";  ///< a preset's word or name, or else a camera of the file
+    std::size_t scene = 0;  ///< of a scene script, from 0 on
+    std::optional<std::string>
+        camera;  ///< see C3dsDisplayWrap::SetCameraOfName; when not given, the scene's, or iso
     CSeenOptions seen;
-    std::optional<float> frame;  ///< the file's current frame when not given
-    CVec3 background{0.24f, 0.26f, 0.30f};
-    std::optional<int> samples;  ///< when not given, chosen by the size of the scene
-    int textureMode = 0;         ///< see C3dsDisplayWrap::SetTextureRenderMode
+    std::optional<float> frame;             ///< the file's current frame when not given
+    CVec3 background{0.24f, 0.26f, 0.30f};  ///< where a scene says nothing
+    std::optional<int> samples;             ///< when not given, chosen by the size of the scene
+    std::optional<int>
+        textureMode;  ///< see C3dsDisplayWrap::SetTextureRenderMode; when not given, the scene's, or 0
     COverlays overlays;
     bool wire = false;
     bool fileLights = true;

@@ -26,6 +26,7 @@
 #include "programs/orbivue_render/CRenderOptions.h"
 #include "programs/orbivue_render/batch_lines.h"
 #include "programs/orbivue_render/draw_model.h"
+#include "programs/orbivue_render/open_input.h"
 #include "programs/orbivue_render/render_stats.h"
 
 namespace {
@@ -64,7 +65,6 @@ class COrders {
 class CDrawer {
   public:
     explicit CDrawer(const CRenderOptions& options) : m_options(options) {
-        m_engine.SetViewingOnly(true);
         // Of a small picture's textures hardly a pixel in ten is seen.
         const auto pixels =
             static_cast<std::uint64_t>(options.width) * static_cast<std::uint64_t>(options.height);
@@ -108,8 +108,9 @@ class CDrawer {
             m_context.emplace(std::move(made).Value());
         }
         (void)m_context->MakeCurrent();
-        if (CStatus opened = OpenInput(m_engine, item.path, m_limits); !opened) return opened;
-        if (CStatus ready = SetUp(m_engine, m_options); !ready) return ready;
+        CResult<COpenedInput> opened = OpenInput(m_engine, item.path, m_limits, m_options.scene);
+        if (!opened) return opened.Error();
+        if (CStatus ready = SetUp(m_engine, m_options, opened.Value()); !ready) return ready;
         const CResult<CImage> picture = ::Draw(m_engine, *m_context, m_options);
         if (!picture) return picture.Error();
         const CResult<std::vector<std::byte>> png = image_codec::PngBytes(picture.Value(), false);

@@ -2,27 +2,43 @@
 #include "programs/orbivue_render/draw_model.h"
 
 #include <filesystem>
+#include <set>
 
 #include "camera/CViewCamera.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/gl/COffscreenContext.h"
 #include "files/file_util_ex.h"
 #include "files/std_file_paths.h"
-#include "model/open/load_scene.h"
 #include "model/prepare/CPreparedScene.h"
 #include "model/textures/CModelSurroundings.h"
 #include "programs/orbivue_render/CRenderOptions.h"
+#include "programs/orbivue_render/open_input.h"
+#include "script/scene_background.h"
 
 namespace {
 
 constexpr std::size_t kManyTriangles = 100000;
 constexpr int kSmoothSamples = 4;
 
-bool SetCamera(C3dsDisplayWrap& engine, const std::string& name) {
-    ECameraPreset preset{};
-    if (!PresetOfName(name, preset)) return engine.SetFileCameraModel(name);
-    engine.SetPreset(preset);
+bool SetCamera(C3dsDisplayWrap& engine, const CRenderOptions& options, COpenedInput& opened) {
+    if (options.camera) return engine.SetCameraOfName(*options.camera);
+    const std::string ofScene =
+        opened.scene ? file_util_ex::ConvertToUTF8(opened.scene->camera) : std::string();
+    if (!ofScene.empty() && engine.SetCameraOfName(ofScene)) return true;
+    engine.SetPreset(ECameraPreset::Iso);
+    if (!ofScene.empty())
+        opened.notes.push_back({CSceneNote::EKind::Missing, "The model has no camera of this name", ofScene});
     return true;
+}
+
+/** What of a scene the options leave open. */
+void ApplyScene(CSeenView& seen, COpenedInput& opened) {
+    const CScriptScene& scene = *opened.scene;
+    seen.wire = seen.wire || scene.wire.value_or(false);
+    if (scene.background) seen.background = *scene.background;
+    if (scene.pivot && seen.pivot == CVec3d{}) seen.pivot = *scene.pivot;
+    if (scene.scale && seen.scale == CVec3d{1, 1, 1}) seen.scale = *scene.scale;
+    seen.backgroundImage = ReadBackground(scene, opened.notes);
 }
 
 int SamplesFor(const CRenderOptions& options, std::size_t triangles) {
@@ -31,25 +47,21 @@ int SamplesFor(const CRenderOptions& options, std::size_t triangles) {
 
 }  // namespace
 
-CStatus OpenInput(C3dsDisplayWrap& engine, const std::string& input, const CLoadLimits& limits) {
-    if (engine.OpenLoaded(LoadScene(input, nullptr, limits))) return CDone{};
-    return engine.LastError();
-}
-
-CStatus SetUp(C3dsDisplayWrap& engine, const CRenderOptions& options) {
+CStatus SetUp(C3dsDisplayWrap& engine, const CRenderOptions& options, COpenedInput& opened) {
     engine.SetPreviewSize(C2DRect(0, 0, options.width, options.height));
     engine.SetUseFileLights(options.fileLights);
-    engine.SetTextureRenderMode(options.textureMode);
+    engine.SetTextureRenderMode(options.textureMode.value_or(opened.scene ? opened.scene->renderMode : 0));
     engine.SetOverlays(options.overlays);
     if (options.frame)
         engine.SetFrame(*options.frame);  // first, as presets fit the scene as it is at that frame
-    if (!SetCamera(engine, options.camera))
+    if (!SetCamera(engine, options, opened))
         return CError{
-            EErrorCode::BadArgument, "--camera: the file has no camera '" + options.camera + "'", {}};
+            EErrorCode::BadArgument, "--camera: the file has no camera '" + *options.camera + "'", {}};
     CSeenView seen = engine.SeenView();
     seen.background = options.background;
     seen.wire = options.wire;
     options.seen.Apply(seen);
+    if (opened.scene) ApplyScene(seen, opened);
     engine.SetSeenView(seen);
     return CDone{};
 }
@@ -63,9 +75,23 @@ CResult<CImage> Draw(C3dsDisplayWrap& engine, COffscreenContext& context, const 
     return context.ReadPixels();
 }
 
-CFileAccess FilesFor(std::span<const std::string> folders, const std::string& outputFolder) {
+CFileAccess FilesFor(std::span<const std::string> inputs, const std::string& outputFolder,
+                     std::size_t scene) {
+    constexpr std::size_t kMostScripts = 50;  // each takes a process
     CFileAccess files;
     files.readable = {file_util_ex::GetFilePath(std_file_paths::GetAppFolderPath())};
+    std::set<std::string> folders;
+    std::size_t scripts = 0;
+    for (const std::string& input : inputs) {
+        files.readable.push_back(input);
+        folders.insert(file_util_ex::GetFilePath(input));
+        if (!IsScript(input) || ++scripts > kMostScripts) continue;
+        const CNamedFiles named = FilesNamedBy(input, scene);
+        for (const std::vector<std::string>* list : {&named.files, &named.models})
+            files.readable.insert(files.readable.end(), list->begin(), list->end());
+        for (const std::string& model : named.models) folders.insert(file_util_ex::GetFilePath(model));
+        for (const std::string& file : named.files) files.listable.push_back(file_util_ex::GetFilePath(file));
+    }
     for (const std::string& folder : folders) {
         const CModelSurroundings surroundings(folder);
         for (const std::filesystem::path& path : surroundings.Readable())

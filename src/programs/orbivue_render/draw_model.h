@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string>
 
@@ -10,18 +11,18 @@
 
 class C3dsDisplayWrap;
 class COffscreenContext;
-struct CLoadLimits;
+struct COpenedInput;
 struct CRenderOptions;
 
-/** Opens an input file (UTF-8) in an engine. */
-[[nodiscard]] CStatus OpenInput(C3dsDisplayWrap& engine, const std::string& input, const CLoadLimits& limits);
-/** Sets the engine's view as the options say. BadArgument: the scene has no camera of that name. */
-[[nodiscard]] CStatus SetUp(C3dsDisplayWrap& engine, const CRenderOptions& options);
+/** Sets the engine's view as the options say, and as the input's scene does where they leave it open; a scene's background
+ * colour counts before that of the options. BadArgument: the options name a camera that the model lacks. */
+[[nodiscard]] CStatus SetUp(C3dsDisplayWrap& engine, const CRenderOptions& options, COpenedInput& opened);
 /** Draws the engine's scene into the context's picture, with the samples that the options or the size of the scene
  * ask for. */
 [[nodiscard]] CResult<CImage> Draw(C3dsDisplayWrap& engine, COffscreenContext& context,
                                    const CRenderOptions& options);
 
-/** The files that pictures of models in these folders need; inputs that lie in others are given by their own
- * paths. outputFolder may be empty. */
-[[nodiscard]] CFileAccess FilesFor(std::span<const std::string> folders, const std::string& outputFolder);
+/** The files that pictures of these inputs need. outputFolder may be empty. Call it while there is one thread, see
+ * FilesNamedBy. */
+[[nodiscard]] CFileAccess FilesFor(std::span<const std::string> inputs, const std::string& outputFolder,
+                                   std::size_t scene);

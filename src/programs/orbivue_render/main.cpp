@@ -19,6 +19,7 @@
 #include "process/confine.h"
 #include "programs/orbivue_render/CRenderOptions.h"
 #include "programs/orbivue_render/draw_model.h"
+#include "programs/orbivue_render/open_input.h"
 #include "programs/orbivue_render/program_output.h"
 #include "programs/orbivue_render/render_stats.h"
 #include "programs/orbivue_render/run_batch.h"
@@ -27,11 +28,10 @@ namespace {
 
 std::optional<CConfined> ConfineIfAsked(const CRenderOptions& options) {
     if (!options.confined) return std::nullopt;
-    const std::string folder = file_util_ex::GetFilePath(options.input);
     const std::string outputFolder = file_util_ex::GetFilePath(options.output);
     const bool writes = !options.output.empty();
-    CFileAccess files = FilesFor({&folder, 1}, writes && outputFolder.empty() ? "." : outputFolder);
-    files.readable.push_back(options.input);
+    const CFileAccess files =
+        FilesFor({&options.input, 1}, writes && outputFolder.empty() ? "." : outputFolder, options.scene);
     return ConfineProcess({LimitsForDrawing(), files});
 }
 
@@ -39,18 +39,19 @@ int Run(const CRenderOptions& options) {
     const CStopwatch start;
     const std::optional<CConfined> confined = ConfineIfAsked(options);
     C3dsDisplayWrap engine;
-    engine.SetViewingOnly(true);
     CLoadLimits limits;
     limits.pictureBytes = scene_budget::kPictureBytesForOneView;
     // Starting OpenGL takes as long as reading a middling file, so both go on at once.
-    std::future<CStatus> opening =
-        std::async(std::launch::async, [&] { return OpenInput(engine, options.input, limits); });
+    std::future<CResult<COpenedInput>> opening = std::async(
+        std::launch::async, [&] { return OpenInput(engine, options.input, limits, options.scene); });
     CResult<COffscreenContext> made =
         COffscreenContext::Create(options.width, options.height, options.samples.value_or(1));
-    if (const CStatus opened = opening.get(); !opened) return Complain(opened.Error().Text(), kCannotRead);
+    CResult<COpenedInput> opened = opening.get();
+    if (!opened) return Complain(opened.Error().Text(), kCannotRead);
     if (!made) return Complain(made.Error().Text(), kNoGraphics);
     COffscreenContext& context = made.Value();
-    if (const CStatus ready = SetUp(engine, options); !ready) return Complain(ready.Error().Text(), kUsage);
+    if (const CStatus ready = SetUp(engine, options, opened.Value()); !ready)
+        return Complain(ready.Error().Text(), kUsage);
 
     CRenderTimes times{engine.GetReadMs(), engine.GetPrepareMs(), 0, 0, 0};
     const CStopwatch drawing;
@@ -65,8 +66,8 @@ int Run(const CRenderOptions& options) {
     }
     times.total = start.Ms();
     if (!options.stats) return kDone;
-    const std::string json =
-        RenderStatsJson(engine, times, context.RendererName(), context.Samples(), confined);
+    const std::string json = RenderStatsJson(engine, opened.Value().notes, times, context.RendererName(),
+                                             context.Samples(), confined);
     return Print(json) ? kDone : Complain("the statistics cannot be written", kCannotWrite);
 }
 

@@ -37,8 +37,9 @@ json Textures(const CPreparedScene& scene) {
     return {{"found", found}, {"missing", missing}};
 }
 
-json Notes(const CPreparedScene& scene) {
+json Notes(const CPreparedScene& scene, std::span<const CSceneNote> more) {
     json notes = json::array();
+    for (const CSceneNote& note : more) notes.push_back(note.Text());
     for (const CSceneNote& note : scene.notes) notes.push_back(note.Text());
     return notes;
 }
@@ -67,8 +68,8 @@ double PeakMemoryMb() {
     return number_text::ParseLeading(text.substr(at + 6)).value_or(0) * 1024 / 1e6;
 }
 
-std::string RenderStatsJson(const C3dsDisplayWrap& engine, const CRenderTimes& times,
-                            const std::string& renderer, int samples,
+std::string RenderStatsJson(const C3dsDisplayWrap& engine, std::span<const CSceneNote> more,
+                            const CRenderTimes& times, const std::string& renderer, int samples,
                             const std::optional<CConfined>& confined) {
     const CPreparedScene& scene = *engine.Prepared();
     const CVec3 center = scene.boundingSphere.center;
@@ -83,7 +84,7 @@ std::string RenderStatsJson(const C3dsDisplayWrap& engine, const CRenderTimes& t
         {"lights", scene.lights.size()},
         {"cameras", cameras},
         {"textures", Textures(scene)},
-        {"notes", Notes(scene)},
+        {"notes", Notes(scene, more)},
         {"animated", scene.animated},
         {"frames", {{"first", scene.firstFrame}, {"last", scene.lastFrame}, {"shown", scene.currentFrame}}},
         {"model",

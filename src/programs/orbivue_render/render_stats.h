@@ -2,11 +2,13 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 
 #include "process/confine.h"
 
 class C3dsDisplayWrap;
+struct CSceneNote;
 struct CPreparedScene;
 
 /** Durations of one run in milliseconds. */
@@ -18,10 +20,10 @@ struct CRenderTimes {
     double total = 0;  ///< since the program's main function began
 };
 
-/** Facts about the engine's scene, its camera and the run, as a JSON object with a line end. confined: what
+/** Facts about the engine's scene, its camera and the run, as a JSON object with a line end. more: notes besides the scene's. confined: what
  * the process is held to, if that was asked for. */
-[[nodiscard]] std::string RenderStatsJson(const C3dsDisplayWrap& engine, const CRenderTimes& times,
-                                          const std::string& renderer, int samples,
+[[nodiscard]] std::string RenderStatsJson(const C3dsDisplayWrap& engine, std::span<const CSceneNote> more,
+                                          const CRenderTimes& times, const std::string& renderer, int samples,
                                           const std::optional<CConfined>& confined);
 
 /** How many nodes show something. */

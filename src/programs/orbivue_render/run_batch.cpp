@@ -19,6 +19,7 @@
 #include "programs/orbivue_render/CRecords.h"
 #include "programs/orbivue_render/CRenderOptions.h"
 #include "programs/orbivue_render/batch_lines.h"
+#include "programs/orbivue_render/open_input.h"
 #include "programs/orbivue_render/program_output.h"
 
 namespace {
@@ -95,7 +96,7 @@ class CBatch {
         const CResult<std::string> path = file_uri::PathOfArgument(item.input);
         if (!path) return Tell(batch_lines::Failure(item, path.Error().Text(), EBatchFailure::Lasting));
         item.path = path.Value();
-        if (m_process && !m_process->Covers(item.path)) m_process.reset();
+        if (m_process && !CoversAll(item.path)) m_process.reset();
         if (!m_process) Start(item.path);
         if (!m_process || !m_process->Send(item)) {
             m_process.reset();
@@ -103,6 +104,15 @@ class CBatch {
                                              EBatchFailure::Passing));
         }
         m_drawn = CDrawn{std::move(item), CClock::now() + kPatience};
+    }
+
+    /** A script names files of other folders. */
+    [[nodiscard]] bool CoversAll(const std::string& path) const {
+        if (!m_process->Covers(path)) return false;
+        if (!IsScript(path)) return true;
+        const CNamedFiles named = FilesNamedBy(path, m_options.scene);
+        const auto isCovered = [this](const std::string& file) { return m_process->Covers(file); };
+        return std::ranges::all_of(named.files, isCovered) && std::ranges::all_of(named.models, isCovered);
     }
 
     void Start(const std::string& path) {

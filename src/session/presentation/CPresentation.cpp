@@ -3,10 +3,7 @@
 
 #include <algorithm>
 
-#include "base/text/lng.h"
 #include "files/file_util_ex.h"
-#include "model/scene/CNoteList.h"
-#include "picture/decode/image_codec.h"
 
 using file_util_ex::ConvertToUTF8;
 
@@ -43,19 +40,4 @@ std::vector<CSceneNote> CPresentation::Notes() const {
     std::vector<CSceneNote> notes = m_script->notes;
     notes.insert(notes.end(), Scene().notes.begin(), Scene().notes.end());
     return notes;
-}
-
-std::shared_ptr<const CImage> ReadBackground(const CScriptScene& scene, std::vector<CSceneNote>& notes) {
-    if (scene.backgroundImage.empty()) return nullptr;
-    const std::string path = ConvertToUTF8(scene.backgroundImage);
-    const auto fail = [&](const CError& error) {
-        notes.push_back({CSceneNote::EKind::Limited, lng::Mark("The background picture cannot be read"),
-                         CNoteList::Printable(path), error.message});
-        return nullptr;
-    };
-    const auto bytes = file_util_ex::ReadPlainFile(path, image_codec::kMaxFileBytes);
-    if (!bytes) return fail(bytes.Error());
-    auto decoded = image_codec::DecodeImage(bytes.Value(), path);
-    if (!decoded) return fail(decoded.Error());
-    return std::make_shared<const CImage>(std::move(decoded.Value().image));
 }

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "base/CResult.h"
-#include "picture/CImage.h"
 #include "script/CSceneScript.h"
 #include "session/ahead/CFileStamp.h"
 
@@ -44,8 +43,3 @@ class CPresentation {
     std::vector<std::pair<std::string, std::optional<CFileStamp>>> m_stamps;
     std::size_t m_index = 0;
 };
-
-/** The current scene's background picture, decoded within the usual limits; null for none. One that cannot be read is
- * noted. Any thread may call it. */
-[[nodiscard]] std::shared_ptr<const CImage> ReadBackground(const CScriptScene& scene,
-                                                           std::vector<CSceneNote>& notes);

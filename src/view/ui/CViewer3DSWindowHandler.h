@@ -191,6 +191,8 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     enum class ELoading { KeepsPicture, ShowsCoarse };
     [[nodiscard]] CResult<CLoadedScene> LoadFile(const std::wstring& path, ELoading how);
     void ShowCoarse(CPreparedScene scene);
+    /** One step of getting ready for what is being loaded; true while more is to come. */
+    [[nodiscard]] bool GetReadyFor(const CPreparedScene& kinds);
     [[nodiscard]] bool ShowLoaded(CResult<CLoadedScene> loaded);
     void AfterSceneChange();
     void OnLongPress();

@@ -3,9 +3,12 @@
 #include <wx/stopwatch.h>
 
 #include <chrono>
+#include <cstdint>
 #include <exception>
+#include <filesystem>
 #include <future>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "base/text/lng.h"
@@ -24,6 +27,14 @@ namespace {
 
 std::wstring TextOrNothing(const wchar_t* text) {
     return text ? text : L"";
+}
+
+/** Whether a file may hold a scene that is shown coarsely at first. */
+bool MayBeLarge(const std::string& path) {
+    constexpr std::uintmax_t kLeastBytesOfAFace = 15;
+    std::error_code error;
+    const std::uintmax_t bytes = std::filesystem::file_size(path, error);
+    return !error && bytes >= kCoarseFromFaces * kLeastBytesOfAFace;
 }
 
 CResult<CLoadedScene> LoadBytes(const char* data, long size, const CImageDataTextVec& textures,
@@ -76,20 +87,33 @@ void CViewer3DSWindowHandler::LoadBeside(const std::function<void(CJobProgress&)
 CResult<CLoadedScene> CViewer3DSWindowHandler::LoadFile(const std::wstring& path, ELoading how) {
     std::optional<CResult<CLoadedScene>> loaded;
     const std::string utf8 = file_util_ex::ConvertToUTF8(path);
-    std::promise<CPreparedScene> made;
-    std::future<CPreparedScene> coarse = made.get_future();
+    std::promise<CCoarseScene> made;
+    std::future<CCoarseScene> coarse = made.get_future();
     CCoarseSceneTaker take;
     if (how == ELoading::ShowsCoarse)
-        take = [&made](CPreparedScene scene) { made.set_value(std::move(scene)); };
+        take = [&made](CCoarseScene scene) { made.set_value(std::move(scene)); };
     const auto load = [&](CJobProgress& progress) { loaded.emplace(LoadScene(utf8, &progress, {}, take)); };
+    std::optional<CPreparedScene> kinds;  // of what is to come next
+    if (take && MayBeLarge(utf8)) kinds = CoarseKind();
     const wxStopWatch watch;
     RunJob(load, [&](CJobProgress& progress) {
         if (m_progressListener) m_progressListener(progress, watch.Time());
-        if (coarse.valid() && coarse.wait_for(std::chrono::seconds(0)) == std::future_status::ready)
-            ShowCoarse(coarse.get());
+        if (coarse.valid() && coarse.wait_for(std::chrono::seconds(0)) == std::future_status::ready) {
+            CCoarseScene shown = coarse.get();
+            ShowCoarse(std::move(shown.scene));
+            kinds = std::move(shown.kinds);
+        } else if (kinds && !GetReadyFor(*kinds)) {
+            kinds.reset();
+        }
     });
     m_showsCoarse = false;
     return std::move(*loaded);
+}
+
+bool CViewer3DSWindowHandler::GetReadyFor(const CPreparedScene& kinds) {
+    if (!GetCanvas() || !GetCanvas()->IsReady()) return false;
+    BeginWork();
+    return GetEngine().GetReadyFor(kinds);
 }
 
 /** Until the scene itself is there, which stands where it stands. The engine takes it for a scene; nobody else

@@ -118,6 +118,20 @@ TEST_F(MovingGLTest, AFullPictureIsInterruptedBetweenItsPortions) {
     EXPECT_EQ(asked, 0);
 }
 
+TEST_F(MovingGLTest, GettingReadyForAnotherSceneLeavesThisOneAlone) {
+    const CImage full = DrawFull();
+    CBuilder kinds;
+    CPreparedMaterial mapped = Plain({1, 1, 1});
+    mapped.texture = kinds.AddTexture(QuarterImage());
+    mapped.needsBlending = true;
+    mapped.transparency = 0.5f;
+    kinds.Add(MakePlane(), mapped);
+    kinds.Add(MakeCube(), mapped);
+    EXPECT_TRUE(m_renderer.GetReadyFor(Gl(), kinds.Scene(), {}));
+    EXPECT_FALSE(m_renderer.GetReadyFor(Gl(), kinds.Scene(), {}));
+    EXPECT_EQ(DrawFull().rgba, full.rgba);
+}
+
 TEST_F(MovingGLTest, AChangedMeshIsNotShownByItsOldLevels) {
     MakeLevels();
     for (std::size_t i = 0; i < 6; ++i) {

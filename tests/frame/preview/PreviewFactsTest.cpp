@@ -29,18 +29,20 @@ TEST(PreviewFactsTest, OnlyRegularFilesAreDrawn) {
     EXPECT_NE(*request, *RequestFor(model, {512, {1, 2, 3}})) << "a file that has changed";
 }
 
-TEST(PreviewFactsTest, ScriptsStandForTheirModel) {
+TEST(PreviewFactsTest, ScriptsAreDrawnWhileTheirModelIsThere) {
     const CTestFolder folder;
     const std::string model = folder.Add("box.3ds", "1");
-    const auto modelOf = [&](const char* name, const std::string& text) {
+    const auto drawn = [&](const char* name, const std::string& text) {
         const auto request = RequestFor(folder.Add(name, text), {});
         return request ? request->modelPath : "no request";
     };
-    EXPECT_EQ(modelOf("a.orv", "[Model]\nPath=" + model + "\n"), model);
-    EXPECT_EQ(modelOf("b.ORV", "[Model]\nPath=box.3ds\n"), model);
-    EXPECT_EQ(modelOf("c.orv", "[Model]\nPath=missing.3ds\n"), "");
-    EXPECT_EQ(modelOf("d.orv", "[Other]\nPath=box.3ds\n"), "");
-    EXPECT_EQ(modelOf("e.orv", std::string(2 << 20, ';')), "") << "too large for a script";
+    EXPECT_EQ(drawn("a.orv", "[Model]\nPath=" + model + "\n"), folder / "a.orv") << "with its edits";
+    EXPECT_EQ(drawn("b.ORV", "[Other]\nPath=BOX.3ds\n"), folder / "b.ORV");
+    EXPECT_EQ(drawn("c.orv", "[Model]\nPath=missing.3ds\n"), "");
+    EXPECT_EQ(drawn("d.orv", "[Other]\n"), "");
+    const auto request = RequestFor(folder / "a.orv", {});
+    std::filesystem::last_write_time(model, std::filesystem::file_time_type());
+    EXPECT_NE(*request, *RequestFor(folder / "a.orv", {})) << "another picture";
 }
 
 struct COutcomeRow {

@@ -5,6 +5,8 @@
 
 #include <map>
 #include <optional>
+#include <set>
+#include <tuple>
 #include <utility>
 
 #include "camera/framing.h"
@@ -20,15 +22,17 @@ class CoarseSceneTest : public testing::Test {
     [[nodiscard]] std::optional<CPreparedScene> Load(long triangles) {
         std::optional<CPreparedScene> coarse;
         MakeLargeScene(triangles, folder / "large.3ds");
-        auto loaded =
-            LoadScene(folder / "large.3ds", nullptr, {}, [&](CPreparedScene s) { coarse = std::move(s); });
+        auto loaded = LoadScene(folder / "large.3ds", nullptr, {}, [&](CCoarseScene s) {
+            coarse = std::move(s.scene);
+            kinds = std::move(s.kinds);
+        });
         EXPECT_TRUE(loaded);
         if (loaded) whole = std::move(loaded.Value().prepared);
         return coarse;
     }
 
     const CTestFolder folder;
-    CPreparedScene whole;
+    CPreparedScene whole, kinds;
 };
 
 TEST_F(CoarseSceneTest, ComesForLargeScenesAlone) {
@@ -79,6 +83,30 @@ TEST_F(CoarseSceneTest, HasNoGapsAndStandsAlone) {
         EXPECT_FALSE(material.texture.HasEffect()) << material.name;
         EXPECT_FALSE(material.needsBlending) << material.name;
     }
+}
+
+/** What a renderer tells programs apart by, as far as these scenes differ in it. */
+using CKind = std::tuple<bool, bool, bool, bool, bool, std::size_t>;
+
+std::set<CKind> KindsIn(const CPreparedScene& scene) {
+    std::set<CKind> kinds;
+    for (const CPreparedMesh& mesh : scene.meshes) {
+        for (const CPreparedBatch& batch : mesh.batches) {
+            const CPreparedMaterial& m = scene.materials[batch.material];
+            kinds.insert({!mesh.texCoords.empty(), m.texture.HasEffect(), m.twoSided, m.needsBlending,
+                          m.shininessStrength > 0, scene.lights.size()});
+        }
+    }
+    return kinds;
+}
+
+TEST_F(CoarseSceneTest, TellsTheKindsOfSurfacesThatAreToCome) {
+    const auto coarse = Load(600'000);
+    ASSERT_TRUE(coarse);
+    EXPECT_EQ(KindsIn(kinds), KindsIn(whole));
+    for (const CPreparedNode& node : kinds.nodes)
+        EXPECT_LT(static_cast<std::size_t>(node.mesh), kinds.meshes.size());
+    EXPECT_EQ(KindsIn(CoarseKind()).size(), 1u);
 }
 
 }  // namespace

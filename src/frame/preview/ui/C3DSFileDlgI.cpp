@@ -34,10 +34,11 @@ std::uint8_t Byte(float part) {
 }
 
 std::vector<file_dialog_text::CFilter> Filters() {
-    return {{lng::Text("3D scenes (*.3ds;*.zip;*.obj)"), {L"*.3ds", L"*.zip", L"*.obj"}},
+    return {{lng::Text("3D scenes (*.3ds;*.zip;*.obj;*.orv)"), {L"*.3ds", L"*.zip", L"*.obj", L"*.orv"}},
             {lng::Text("3D Studio scenes (*.3ds)"), {L"*.3ds"}},
             {lng::Text("Zip archives (*.zip)"), {L"*.zip"}},
             {lng::Text("OBJ models (*.obj)"), {L"*.obj"}},
+            {lng::Text("Scene scripts (*.orv)"), {L"*.orv"}},
             {lng::Text("All files"), {L"*"}}};
 }
 

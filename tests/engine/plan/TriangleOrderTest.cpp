@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "engine/draw/triangle_order.h"
+#include "engine/plan/triangle_order.h"
 
 #include <gtest/gtest.h>
 
