@@ -33,7 +33,8 @@ class RenderBatchGLTest : public testing::Test {
                                  "' || exit\nunset DISPLAY WAYLAND_DISPLAY\nBATCH=\"'" ORBIVUE_RENDER
                                  "' --batch --size 64x48 --into out\"\n" +
                                  script;
-        const std::string command = "bash '" + folder.Add("script", text) + "' 2>'" + folder / "err.txt" + "'";
+        const std::string command =
+            "bash '" + folder.Add("script", text) + "' 2>'" + folder / "err.txt" + "'";
         FILE* pipe = ::popen(command.c_str(), "r");
         std::string out;
         std::array<char, 4096> buffer{};
@@ -52,7 +53,8 @@ class RenderBatchGLTest : public testing::Test {
 
 TEST_F(RenderBatchGLTest, AnswersEachInputInItsOrder) {
     ASSERT_EQ(::mkfifo((folder / "pipe.3ds").c_str(), 0600), 0);
-    const auto lines = Run("eval $BATCH box.3ds broken.3ds none.3ds pipe.3ds http://host/a.3ds file://$PWD/other/b%C3%B6x.3ds");
+    const auto lines = Run(
+        "eval $BATCH box.3ds broken.3ds none.3ds pipe.3ds http://host/a.3ds file://$PWD/other/b%C3%B6x.3ds");
     ASSERT_EQ(lines.size(), 6u) << CTestFolder::TextOf(folder / "err.txt");
     EXPECT_EQ(code, 0);
     for (std::size_t i = 0; i < lines.size(); ++i) {

@@ -31,4 +31,39 @@ TEST(UserPromptWxTest, EnterLosesNothing) {
     frame->Destroy();
 }
 
+bool IsDialogActive() {
+    GList* windows = gtk_window_list_toplevels();
+    const bool found =
+        g_list_find_custom(windows, nullptr, [](gconstpointer window, gconstpointer) {
+            auto* top = GTK_WINDOW(const_cast<gpointer>(window));
+            return gtk_window_get_modal(top) && gtk_window_is_active(top) && gtk_window_get_focus(top) ? 0
+                                                                                                       : 1;
+        }) != nullptr;
+    g_list_free(windows);
+    return found;
+}
+
+TEST(UserPromptWxTest, AHeldKeyDoesNotAnswerWhetherToSave) {
+    auto* frame = new wxFrame(nullptr, wxID_ANY, "main");
+    CModalDriver::ShowFirst(*frame);
+    std::deque<CModalDriver::CStep> held{IsDialogActive};
+    for (int i = 0; i < 4; ++i) held.push_back(CModalDriver::Press(WXK_SPACE));
+    std::deque<CModalDriver::CStep> cancelled = held;
+    cancelled.push_back(CModalDriver::Press(WXK_ESCAPE));
+    wxStopWatch rest;
+    std::deque<CModalDriver::CStep> rested = held;
+    rested.push_back([&rest] { return rest.Start(), true; });
+    rested.push_back([&rest] { return rest.Time() > 800; });
+    rested.push_back(CModalDriver::Press(WXK_SPACE));
+    {
+        CModalDriver driver(cancelled);
+        EXPECT_EQ(CWxUserPrompt().AskSave(L"Save it?"), ESaveAnswer::Cancel);
+        EXPECT_TRUE(driver.IsDone());
+    }
+    CModalDriver driver(rested);
+    EXPECT_EQ(CWxUserPrompt().AskSave(L"Save it?"), ESaveAnswer::Save);
+    EXPECT_TRUE(driver.IsDone());
+    frame->Destroy();
+}
+
 }  // namespace
