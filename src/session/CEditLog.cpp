@@ -6,9 +6,25 @@
 
 #include "session/CSceneView.h"
 
+namespace {
+
+/** The second edit sets the value that the first one has set, of the same materials. */
+bool MakesVoid(const CEdit& before, const CEdit& now) {
+    const auto target = [](const CEdit& edit) -> const CMaterialTarget* {
+        if (const auto* color = std::get_if<CColorEdit>(&edit)) return &color->target;
+        if (const auto* shininess = std::get_if<CShininessEdit>(&edit)) return &shininess->target;
+        if (const auto* transparency = std::get_if<CTransparencyEdit>(&edit)) return &transparency->target;
+        return nullptr;
+    };
+    const CMaterialTarget *first = target(before), *second = target(now);
+    return before.index() == now.index() && first && second && *first == *second;
+}
+
+}  // namespace
+
 std::vector<CStatus> CEditLog::Apply(std::vector<CEdit> edits, std::wstring what) {
     const std::size_t before = m_done.size();
-    std::vector<CStatus> answers = Do({std::move(edits), std::move(what), ++m_lastId});
+    std::vector<CStatus> answers = Do({std::move(edits), std::move(what), ++m_lastId, 0});
     if (m_done.size() > before) m_undone.clear();
     return answers;
 }
@@ -22,16 +38,20 @@ std::vector<CStatus> CEditLog::ApplyBase(std::vector<CEdit> edits) {
 
 std::size_t CEditLog::AppliedCount() const {
     std::size_t count = m_baseApplied;
-    for (const CStep& step : m_done) count += step.edits.size();
+    for (const CStep& step : m_done) count += step.below + step.edits.size();
     return count;
 }
 
 std::vector<CStatus> CEditLog::Amend(std::uint64_t id, std::vector<CEdit> edits) {
-    if (m_done.empty() || m_done.back().id != id || !m_view.TakeBackEdits(m_done.back().edits.size()))
-        return {};
-    CStep before = std::move(m_done.back());
+    if (m_done.empty() || m_done.back().id != id) return {};
+    CStep before = m_done.back();
+    // The step's first edit stays below; its later forms come and go. Of several edits, one might fail.
+    const bool covers = edits.size() == 1 && before.edits.size() == 1 && MakesVoid(before.edits[0], edits[0]);
+    const std::size_t below = covers ? 1 : 0;
+    if (!m_view.TakeBackEdits(before.below + before.edits.size() - below)) return {};
     m_done.pop_back();
-    std::vector<CStatus> answers = Do({std::move(edits), before.what, ++m_lastId});
+    before.below = below;
+    std::vector<CStatus> answers = Do({std::move(edits), before.what, ++m_lastId, below});
     const bool isAmended = !m_done.empty() && m_done.back().id == m_lastId;
     if (isAmended)
         m_undone.clear();
@@ -41,7 +61,8 @@ std::vector<CStatus> CEditLog::Amend(std::uint64_t id, std::vector<CEdit> edits)
 }
 
 const CEditLog::CStep* CEditLog::Undo() {
-    if (m_done.empty() || !m_view.TakeBackEdits(m_done.back().edits.size())) return nullptr;
+    if (m_done.empty() || !m_view.TakeBackEdits(m_done.back().below + m_done.back().edits.size()))
+        return nullptr;
     m_undone.push_back(std::move(m_done.back()));
     m_done.pop_back();
     return &m_undone.back();
@@ -50,6 +71,7 @@ const CEditLog::CStep* CEditLog::Undo() {
 const CEditLog::CStep* CEditLog::Redo() {
     if (m_undone.empty()) return nullptr;
     CStep step = std::move(m_undone.back());
+    step.below = 0;
     m_undone.pop_back();
     const std::size_t before = m_done.size();
     (void)Do(std::move(step));  // a step whose edits all fail is dropped
@@ -69,6 +91,7 @@ std::vector<CStatus> CEditLog::Do(CStep step) {
     std::vector<CEdit> succeeded;
     for (std::size_t i = 0; i < step.edits.size() && i < answers.size(); ++i)
         if (answers[i]) succeeded.push_back(std::move(step.edits[i]));
-    if (!succeeded.empty()) m_done.push_back({std::move(succeeded), std::move(step.what), step.id});
+    if (!succeeded.empty())
+        m_done.push_back({std::move(succeeded), std::move(step.what), step.id, step.below});
     return answers;
 }

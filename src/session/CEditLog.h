@@ -19,6 +19,8 @@ class CEditLog {
         std::vector<CEdit> edits;
         std::wstring what;     ///< translated: what the step did
         std::uint64_t id = 0;  ///< no other step, and no earlier form of an amended one, has the same
+        std::size_t below =
+            0;  ///< how many edits the view has applied before these that these have made void
     };
 
     /** view must outlive it. */
@@ -35,8 +37,9 @@ class CEditLog {
     /** How many edits the view has to take back for the scene as it was opened. */
     [[nodiscard]] std::size_t AppliedCount() const;
     /** Puts other edits in the place of the last step's, as if these had been applied instead; the step keeps its
-     * text. Returns one status for each; if all of them fail, the step stays as it was. Does nothing, and returns
-     * nothing, unless `id` is that of the last step. */
+     * text. Other values for the same materials cost next to nothing: a material that the step has split stays
+     * split meanwhile. Returns one status for each; if all of them fail, the step stays as it was. Does nothing,
+     * and returns nothing, unless `id` is that of the last step. */
     std::vector<CStatus> Amend(std::uint64_t id, std::vector<CEdit> edits);
     /** Undo takes the last step back, Redo applies the last undone step again. They return that step, valid
      * until the next call, or null when there is none or the view fails. */

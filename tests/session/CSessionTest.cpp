@@ -320,8 +320,14 @@ TEST_F(CSessionTest, AmendsTheLastStepInItsPlace) {
     EXPECT_TRUE(session.Amend(first, {transparency("a", 0.9f)}).empty()) << "it is that no more";
     EXPECT_FALSE(session.Amend(second, {transparency("none", 0.3f)}).at(0));
     EXPECT_EQ(stage.changes, told);
-    ASSERT_EQ(stage.view.applied.size(), 2u);
     EXPECT_EQ(std::get<CTransparencyEdit>(stage.view.applied.back()).value, 0.2f);
+    EXPECT_EQ(stage.view.applied.size(), session.Edits().AppliedCount());
+    for (float value = 0; value < 1; value += 0.01f)
+        EXPECT_TRUE(session.Amend(session.Edits().State(), {transparency("a", value)}).at(0));
+    EXPECT_LE(stage.view.applied.size(), 3u) << "nothing piles up";
+    EXPECT_TRUE(session.Amend(session.Edits().State(), {CDeleteEdit{"a"}}).at(0));
+    EXPECT_EQ(stage.view.applied.size(), 2u) << "what it does not make void goes";
+    EXPECT_TRUE(session.Amend(session.Edits().State(), {transparency("a", 0.2f)}).at(0));
     session.Undo();
     EXPECT_EQ(stage.messages.back(), L"Undone: slide");
     EXPECT_EQ(stage.view.applied.size(), 1u);
