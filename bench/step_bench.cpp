@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // orbivue_step_bench keys FOLDER | held FOLDER | folder FILE...: steps through folders in the program's own frame, measured
 // from inside, as JSON. Needs a display; scripts/bench/steps gives it one.
+#include <sys/resource.h>
 #include <wx/app.h>
 #include <wx/evtloop.h>
 #include <wx/image.h>
 #include <wx/init.h>
 #include <wx/uiaction.h>
-#include <sys/resource.h>
 
 #include <algorithm>
 #include <atomic>
@@ -172,10 +172,11 @@ void Print(const char* name, CRound& round, const char* end) {
     std::ranges::sort(round.openedCpu);
     const std::size_t count = round.shown.size();
     if (count == 0) return;
-    std::printf("\"%s\": {\"steps\": %zu, \"opened_ms\": %.1f, \"median_ms\": %.1f, \"of_20_19_ms\": %.1f, \"slowest_ms\": %.1f, \"opened_processor_ms\": %.1f, \"processor_ms\": %.1f}%s",
-                name, count, round.opened[count / 2], round.shown[count / 2], round.shown[count * 19 / 20],
-                round.shown.back(), round.openedCpu[count / 2],
-                round.cpu[count / 2], end);
+    std::printf(
+        "\"%s\": {\"steps\": %zu, \"opened_ms\": %.1f, \"median_ms\": %.1f, \"of_20_19_ms\": %.1f, "
+        "\"slowest_ms\": %.1f, \"opened_processor_ms\": %.1f, \"processor_ms\": %.1f}%s",
+        name, count, round.opened[count / 2], round.shown[count / 2], round.shown[count * 19 / 20],
+        round.shown.back(), round.openedCpu[count / 2], round.cpu[count / 2], end);
 }
 
 /** Through a folder by key, in turns without and with reading ahead. */
@@ -216,10 +217,11 @@ int MeasureHeld(CStepBench& bench, const std::wstring& folder) {
     const int openings = bench.openings, pictures = bench.pictures;
     const double longest = bench.longestTurnMs;
     bench.Rest(1000);
-    std::printf("{\"held_ms\": %.0f, \"presses\": %d, \"openings\": %d, \"pictures\": %d, \"longest_turn_ms\": %.0f, "
-                "\"openings_after\": %d, \"last_picture_after_ms\": %.0f}\n",
-                heldMs, bench.keys, openings, pictures, longest, bench.openings - openings,
-                bench.shownAt - releasedAt);
+    std::printf(
+        "{\"held_ms\": %.0f, \"presses\": %d, \"openings\": %d, \"pictures\": %d, \"longest_turn_ms\": %.0f, "
+        "\"openings_after\": %d, \"last_picture_after_ms\": %.0f}\n",
+        heldMs, bench.keys, openings, pictures, longest, bench.openings - openings,
+        bench.shownAt - releasedAt);
     return 0;
 }
 
