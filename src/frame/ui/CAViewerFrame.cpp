@@ -302,7 +302,7 @@ void CAViewerFrame::RunCommand(int id) {
 /** Whatever takes a step for itself is asked here, before the folder's files. */
 void CAViewerFrame::StepModel(folder_models::EStep step) {
     ShowRunning(step == folder_models::EStep::Next ? kCmdNextFile : kCmdPreviousFile);
-    if (!m_modelList->Manager().Step(step)) m_session->Step(step);
+    if (!m_session->StepScene(step) && !m_modelList->Manager().Step(step)) m_session->Step(step);
     ShowRunning(0);
 }
 

@@ -16,8 +16,9 @@ class CListToolBarMgrTest : public testing::Test {
   protected:
     steady_clock::time_point now{std::chrono::hours(1)};
     std::vector<std::pair<std::wstring, CListToolBarMgr::EReason>> opened;
-    CListToolBarMgr manager{[this](const std::wstring& path, CListToolBarMgr::EReason why) { opened.emplace_back(path, why); },
-                            [this] { return now; }};
+    CListToolBarMgr manager{
+        [this](const std::wstring& path, CListToolBarMgr::EReason why) { opened.emplace_back(path, why); },
+        [this] { return now; }};
 };
 
 struct CStepCase {
@@ -121,7 +122,8 @@ TEST_P(BatchAnswer, IsReadWhateverItHolds) {
 
 const CAnswerCase kAnswers[] = {
     {"Picture", R"({"number":7,"output":"7.png","triangles":12})", true},
-    {"Nothing", R"({"number":7,"output":"7.png","triangles":0})", true, "There is nothing to see in this file."},
+    {"Nothing", R"({"number":7,"output":"7.png","triangles":0})", true,
+     "There is nothing to see in this file."},
     {"Failure", R"({"number":7,"error":"/a: no\u001b[31m good"})", true, "/a: no [31m good"},
     {"Passing", R"({"number":7,"error":"slow","passing":true})", true, "slow", true},
     {"NoNumber", R"({"output":"7.png"})", false},

@@ -25,7 +25,8 @@ class CThumbnailLoaderTest : public testing::Test {
         return first;
     }
     std::string AddPng(int side) {
-        const CImage picture{side, side, std::vector<std::uint8_t>(static_cast<std::size_t>(side * side * 4), 255)};
+        const CImage picture{side, side,
+                             std::vector<std::uint8_t>(static_cast<std::size_t>(side * side * 4), 255)};
         EXPECT_TRUE(image_codec::WritePng(folder / "drawn.png", picture, false));
         return folder / "drawn.png";
     }
