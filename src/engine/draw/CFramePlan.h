@@ -9,6 +9,7 @@
 class CEqualMeshes;
 class CSceneMeshes;
 class CTextureSet;
+struct CAllowedCost;
 struct CFrameView;
 struct CPreparedScene;
 
@@ -25,7 +26,7 @@ struct CFramePlan {
     /** Triangles of at most this many pixels may be lit by vertex: at rest nobody can tell. */
     static constexpr float kFineGrain = 2;
     /** The same in a moving picture that is coarse anyway. */
-    static constexpr float kCoarseGrain = 8;
+    static constexpr float kCoarseGrain = 32;
 
     std::vector<CNodePlan> nodes;
     bool eachBatch = false;  ///< a box for each batch of a node, not only for its largest
@@ -48,6 +49,7 @@ struct CFramePlan {
     /** Everything as boxes, also what is hidden or outside of the view; grainPixels above 0: all lit by vertex. */
     [[nodiscard]] static CFramePlan InBoxes(const CPreparedScene& scene, const CSceneMeshes& meshes,
                                             float grainPixels);
-    /** Makes a plan in full one that costs at most mostCost. allowedError: see ChooseLevels. */
-    void FitTo(const CPreparedScene& scene, const CSceneMeshes& meshes, double mostCost, float& allowedError);
+    /** Makes a plan in full one that costs at most so much. allowedError: see ChooseLevels. */
+    void FitTo(const CPreparedScene& scene, const CSceneMeshes& meshes, const CAllowedCost& allowed,
+               float& allowedError);
 };
