@@ -49,7 +49,8 @@ TEST_F(ModelListWxTest, IsEmptyWhileItIsHidden) {
     EXPECT_TRUE(Control().Bar().IsShown());
     window.Frame().RunCommand(kCmdShowModelList);
     EXPECT_EQ(List().Size(), 0u);
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return window.Frame().View().GetCanvas()->GetWindow()->HasFocus(); }));
+    EXPECT_TRUE(
+        CFrameWindow::WaitFor([&] { return window.Frame().View().GetCanvas()->GetWindow()->HasFocus(); }));
 }
 
 TEST_F(ModelListWxTest, GoesThroughTheFolderByKeys) {

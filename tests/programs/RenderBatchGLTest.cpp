@@ -11,6 +11,7 @@
 #include "files/CTestFolder.h"
 #include "model/read_3ds/C3dsBytes.h"
 #include "picture/decode/image_codec.h"
+#include "picture/image_writer.h"
 #include "sanitized.h"
 
 namespace {
@@ -33,7 +34,8 @@ class RenderBatchGLTest : public testing::Test {
                                  "' || exit\nunset DISPLAY WAYLAND_DISPLAY\nBATCH=\"'" ORBIVUE_RENDER
                                  "' --batch --size 64x48 --into out\"\n" +
                                  script;
-        const std::string command = "bash '" + folder.Add("script", text) + "' 2>'" + folder / "err.txt" + "'";
+        const std::string command =
+            "bash '" + folder.Add("script", text) + "' 2>'" + folder / "err.txt" + "'";
         FILE* pipe = ::popen(command.c_str(), "r");
         std::string out;
         std::array<char, 4096> buffer{};
@@ -52,7 +54,8 @@ class RenderBatchGLTest : public testing::Test {
 
 TEST_F(RenderBatchGLTest, AnswersEachInputInItsOrder) {
     ASSERT_EQ(::mkfifo((folder / "pipe.3ds").c_str(), 0600), 0);
-    const auto lines = Run("eval $BATCH box.3ds broken.3ds none.3ds pipe.3ds http://host/a.3ds file://$PWD/other/b%C3%B6x.3ds");
+    const auto lines = Run(
+        "eval $BATCH box.3ds broken.3ds none.3ds pipe.3ds http://host/a.3ds file://$PWD/other/b%C3%B6x.3ds");
     ASSERT_EQ(lines.size(), 6u) << CTestFolder::TextOf(folder / "err.txt");
     EXPECT_EQ(code, 0);
     for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -93,6 +96,20 @@ exec 3>&-; wait)");
     EXPECT_TRUE(lines[0].contains("output"));
     EXPECT_EQ(lines[1]["error"], "drawing it ended the program");
     EXPECT_TRUE(lines[2].contains("output")) << lines[2];
+}
+
+TEST_F(RenderBatchGLTest, ShowsTheIconOfAScript) {
+    const CImage wide{4, 2, std::vector<std::uint8_t>(32, 99)};
+    ASSERT_TRUE(image_codec::WritePng(folder / "icon.png", wide, true));
+    folder.Add("icon.orv", "[Model]\nPath=box.3ds\nIcon=icon.png\n");
+    folder.Add("none.orv", "[Model]\nPath=box.3ds\nIcon=nowhere.png\n");
+    const auto lines =
+        Run("eval $BATCH icon.orv none.orv; '" ORBIVUE_RENDER "' --thumbnail 2 icon.orv t.png");
+    ASSERT_EQ(lines.size(), 2u) << CTestFolder::TextOf(folder / "err.txt");
+    EXPECT_FALSE(lines[0].contains("triangles"));
+    EXPECT_EQ(image_codec::ReadImageFile(folder / "out/1.png").Value().image.rgba, wide.rgba);
+    EXPECT_EQ(lines[1]["triangles"], 12) << "the model stands for it";
+    EXPECT_EQ(image_codec::ReadImageFile(folder / "t.png").Value().image.width, 2);
 }
 
 TEST_F(RenderBatchGLTest, SaysThatItsFolderIsMissing) {
