@@ -11,6 +11,7 @@
 #include "files/CTestFolder.h"
 #include "model/read_3ds/C3dsBytes.h"
 #include "picture/decode/image_codec.h"
+#include "picture/image_writer.h"
 #include "sanitized.h"
 
 namespace {
@@ -95,6 +96,20 @@ exec 3>&-; wait)");
     EXPECT_TRUE(lines[0].contains("output"));
     EXPECT_EQ(lines[1]["error"], "drawing it ended the program");
     EXPECT_TRUE(lines[2].contains("output")) << lines[2];
+}
+
+TEST_F(RenderBatchGLTest, ShowsTheIconOfAScript) {
+    const CImage wide{4, 2, std::vector<std::uint8_t>(32, 99)};
+    ASSERT_TRUE(image_codec::WritePng(folder / "icon.png", wide, true));
+    folder.Add("icon.orv", "[Model]\nPath=box.3ds\nIcon=icon.png\n");
+    folder.Add("none.orv", "[Model]\nPath=box.3ds\nIcon=nowhere.png\n");
+    const auto lines =
+        Run("eval $BATCH icon.orv none.orv; '" ORBIVUE_RENDER "' --thumbnail 2 icon.orv t.png");
+    ASSERT_EQ(lines.size(), 2u) << CTestFolder::TextOf(folder / "err.txt");
+    EXPECT_FALSE(lines[0].contains("triangles"));
+    EXPECT_EQ(image_codec::ReadImageFile(folder / "out/1.png").Value().image.rgba, wide.rgba);
+    EXPECT_EQ(lines[1]["triangles"], 12) << "the model stands for it";
+    EXPECT_EQ(image_codec::ReadImageFile(folder / "t.png").Value().image.width, 2);
 }
 
 TEST_F(RenderBatchGLTest, SaysThatItsFolderIsMissing) {

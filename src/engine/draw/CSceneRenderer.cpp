@@ -26,6 +26,7 @@
 #include "engine/pipeline/CTextureSet.h"
 #include "engine/plan/CEqualMeshes.h"
 #include "engine/plan/CFrameBudget.h"
+#include "engine/plan/choose_levels.h"
 #include "model/prepare/CPreparedScene.h"
 
 namespace {
@@ -149,7 +150,7 @@ CFramePlan CSceneRenderer::CState::Plan(const CPreparedScene& scene, const CFram
     if (!IsSoftware()) return plan;
     if (!options.exact) plan.grainPixels = CFramePlan::kFineGrain;
     if (!moving) return plan;
-    plan.FitTo(scene, meshes, budget.MostCost(), allowedError);
+    plan.FitTo(scene, meshes, {budget.MostCost(), budget.MostCost(CFrameBudget::kPatientMs)}, allowedError);
     plan.largeFirst = runsLate;
     if (!plan.whole) plan.grainPixels = CFramePlan::kCoarseGrain;
     return plan;
