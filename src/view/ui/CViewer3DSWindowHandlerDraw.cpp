@@ -27,7 +27,8 @@ using CClock = std::chrono::steady_clock;
 // --- moving and resting ----------------------------------------------------------------------------------
 
 void CViewer3DSWindowHandler::OnPaint() {
-    if (m_keepsPicture && (m_showsCoarse || !GetEngine().Prepared())) {
+    const bool isEmpty = m_showsCoarse || !GetEngine().Prepared();
+    if (m_keeping == EKeeping::UntilTold || (m_keeping == EKeeping::UntilNext && isEmpty)) {
         m_isInterrupted = true;  // what is on the screen stays there
         return;
     }
