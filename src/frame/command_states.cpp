@@ -14,7 +14,7 @@ bool IsEnabled(ENeeds needs, const CFrameState& frame) {
         case ENeeds::File:
             return frame.hasFile;
         case ENeeds::Neighbour:
-            return frame.folderModels >= 2;
+            return frame.canStep;
         case ENeeds::Models:
             return frame.canStartShow;
         case ENeeds::NoShow:

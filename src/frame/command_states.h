@@ -10,7 +10,7 @@ struct CFrameState {
     CShowState shown;           ///< how the view shows models; the settings may differ
     bool hasModel = false;      ///< a model is open
     bool hasFile = false;       ///< the document is a file, open or failed to open
-    unsigned folderModels = 0;  ///< number of models in its folder, itself included
+    bool canStep = false;       ///< its folder holds another model, or its script another scene
     bool canStartShow = false;  ///< there are models for a slideshow
     bool isShowRunning = false;
     bool hasNotes = false;

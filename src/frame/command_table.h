@@ -12,7 +12,7 @@ enum class ENeeds {
     Nothing,
     Model,      ///< a model is open
     File,       ///< the document is a file, open or failed to open
-    Neighbour,  ///< the folder contains another model
+    Neighbour,  ///< the folder contains another model, or the script another scene
     Models,     ///< a slideshow has somewhere to go
     NoShow,     ///< the same, and none is running
     Show,       ///< a slideshow is running

@@ -200,7 +200,10 @@ void CSession::ReloadShown() {
     {
         const CBusyFrame busy(m_frame);
         const CResult<bool> isSame = m_script ? RereadScript() : CResult<bool>(true);
-        if (isSame && !isSame.Value()) return OpenAgain();  // the script now names another model
+        if (isSame && !isSame.Value()) {  // the script now names another model
+            m_edits.MarkSaved();          // the user has agreed to lose them
+            return OpenAgain();
+        }
         const CStatus read = isSame ? ReloadModel() : CStatus(isSame.Error());
         if (!read) {
             report.result = EOpened::Failed;

@@ -151,7 +151,9 @@ class CSession {
     void ReadAhead();
     void StopReadingAhead();
     [[nodiscard]] std::shared_ptr<CReadyScene> TakeReady(const std::wstring& model);
+    [[nodiscard]] std::wstring FileOfStep(folder_models::EStep step);
     void CountModels();
+    void NoteDirection(unsigned placeBefore);
     void TellOfOpening(const COpenReport& report);
     void TellOfChange();
     void ShowTitle();

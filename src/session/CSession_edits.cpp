@@ -59,6 +59,8 @@ CStatus CSession::SaveEdits(const std::wstring& script) {
 
 void CSession::FindEditsScript() {
     m_editsScript = {};
+    if (const CScriptScene* scene = ScriptScene())
+        m_editsScript = {m_document.path, scene->section, CFileStamp::Of(ConvertToUTF8(m_document.path))};
 }
 
 /** The section of a script that edits of the shown scene belong to. */
@@ -78,13 +80,14 @@ CResult<std::string> CSession::SectionFor(const std::wstring& script) const {
     if (!CFileStamp::Of(path)) return std::string(kNewSection);
     const CResult<CSceneScript> read = ReadScript(path);
     if (!read) return read.Error();
+    const auto model = CFileStamp::Of(ConvertToUTF8(m_shown->modelPath));
     for (const CScriptScene& scene : read.Value().scenes)
-        if (scene.path == m_shown->modelPath) return scene.section;
+        if (model && CFileStamp::Of(ConvertToUTF8(scene.path)) == model) return scene.section;
     return CError{EErrorCode::BadArgument, lng::Mark("the script shows other models"), path};
 }
 
 std::vector<CEdit> CSession::AllEdits() const {
-    std::vector<CEdit> all;
+    std::vector<CEdit> all = m_edits.Base();
     for (const CEditLog::CStep& step : m_edits.Done())
         all.insert(all.end(), step.edits.begin(), step.edits.end());
     return all;

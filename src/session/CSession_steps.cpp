@@ -23,7 +23,6 @@ void CSession::Step(EStep step) {
 
 void CSession::StepNow(EStep step) {
     if (!m_document.HasFile()) return;
-    m_lastStep = step;
     COpenRequest request = COpenRequest::OfFile(
         folder_models::Neighbour(m_listing.Beside(m_document.path), m_document.path, step));
     request.isStep = true;
@@ -31,11 +30,21 @@ void CSession::StepNow(EStep step) {
 }
 
 void CSession::CountModels() {
-    m_folderModels = m_folderPlace = 0;
+    const unsigned placeBefore = std::exchange(m_folderPlace, 0);
+    m_folderModels = 0;
     if (!m_document.HasFile()) return;
     const std::vector<std::wstring>& models = m_listing.Beside(m_document.path);
     m_folderModels = static_cast<unsigned>(models.size());
     m_folderPlace = static_cast<unsigned>(folder_models::PlaceOf(models, m_document.path));
+    if (placeBefore > 0 && m_folderPlace > 0) NoteDirection(placeBefore);
+}
+
+/** Whatever led from one file to the one beside it, a step, the model list or a dialog, probably goes on in that direction. */
+void CSession::NoteDirection(unsigned placeBefore) {
+    if (m_folderPlace == placeBefore % m_folderModels + 1)
+        m_lastStep = EStep::Next;
+    else if (placeBefore == m_folderPlace % m_folderModels + 1)
+        m_lastStep = EStep::Previous;
 }
 
 // --- reading ahead ---------------------------------------------------------------------------------------
@@ -55,23 +64,21 @@ void CSession::ReadAheadAfter(EOpened result) {
 
 void CSession::ReadAhead() {
     std::vector<std::wstring> files;
-    if (m_readsAhead && SceneCount() > 1) {
-        const EStep back = m_lastStep == EStep::Next ? EStep::Previous : EStep::Next;
-        for (const EStep step : {m_lastStep, back}) {
-            std::wstring model = m_script->SceneAt(NeighbourScene(step)).path;
-            if (model != m_document.modelPath && std::ranges::find(files, model) == files.end())
-                files.push_back(std::move(model));
-        }
-    } else if (m_readsAhead && m_document.HasFile()) {
-        const std::vector<std::wstring>& models = m_listing.Beside(m_document.path);
-        const EStep back = m_lastStep == EStep::Next ? EStep::Previous : EStep::Next;
-        for (const EStep step : {m_lastStep, back}) {
-            std::wstring file = folder_models::Neighbour(models, m_document.path, step);
-            if (!file.empty() && file != m_document.path && std::ranges::find(files, file) == files.end())
-                files.push_back(std::move(file));
-        }
+    const EStep back = m_lastStep == EStep::Next ? EStep::Previous : EStep::Next;
+    for (const EStep step : {m_lastStep, back}) {
+        std::wstring file = FileOfStep(step);
+        const bool isShown = file == m_document.path || file == m_document.modelPath;
+        if (!file.empty() && !isShown && std::ranges::find(files, file) == files.end())
+            files.push_back(std::move(file));
     }
     m_ahead.Want(std::move(files));
+}
+
+/** What a step would open, if it may be read ahead: the model of a scene, or a file of the folder; empty: nothing. */
+std::wstring CSession::FileOfStep(EStep step) {
+    if (!m_readsAhead || !m_document.HasFile()) return {};
+    if (SceneCount() > 1) return m_script->SceneAt(NeighbourScene(step)).path;
+    return folder_models::Neighbour(m_listing.Beside(m_document.path), m_document.path, step);
 }
 
 void CSession::StopReadingAhead() {

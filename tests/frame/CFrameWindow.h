@@ -34,11 +34,16 @@ class CRecordedPrompt final : public CUserPrompt {
         if (const auto work = std::exchange(whileAsking, nullptr)) work();
         return answer;
     }
+    ESaveAnswer AskSave(const std::wstring& text) override {
+        messages.push_back(text);
+        return saveAnswer;
+    }
     void BeginBusy() override { ++busy; }
     void EndBusy() override { --busy; }
 
     std::vector<std::wstring> messages;
     bool answer = false;
+    ESaveAnswer saveAnswer = ESaveAnswer::Discard;
     std::function<void()> whileAsking;  ///< once
     int busy = 0;
 };

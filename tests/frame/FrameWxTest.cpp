@@ -13,6 +13,7 @@
 #include "frame/CFrameWindow.h"
 #include "frame/command_table.h"
 #include "model/prepare/CPreparedScene.h"
+#include "session/CSessionListener.h"
 #include "widgets/ui/file_chooser.h"
 
 namespace {
@@ -96,6 +97,63 @@ TEST_F(FrameWxTest, OpensStepsAndDeletes) {
     Frame().RunCommand(kCmdDeleteFile);
     EXPECT_EQ(Frame().View().GetPath(), chess);
     EXPECT_FALSE(window.IsEnabled(kCmdNextFile));
+}
+
+/** Notes at each opening whether a command is marked, in the menu and as it is in the toolbar. */
+class CMarkWatch final : public CSessionListener {
+  public:
+    CMarkWatch(CAViewerFrame& frame, int command) : m_frame(frame), m_command(command) {
+        m_frame.Session().AddListener(*this);
+    }
+    CMarkWatch(const CMarkWatch&) = delete;
+    CMarkWatch& operator=(const CMarkWatch&) = delete;
+    ~CMarkWatch() override { m_frame.Session().RemoveListener(*this); }
+    void OnOpened(const COpenReport&) override {
+        ++openings;
+        if (IsMarked()) ++marks;
+    }
+    [[nodiscard]] bool IsMarked() const {
+        const bool inMenu = m_frame.GetMenuBar()->IsChecked(WidgetIdOf(m_command));
+        EXPECT_EQ(inMenu, m_frame.StateOfCommand(m_command).checked);
+        return inMenu;
+    }
+    int openings = 0, marks = 0;
+
+  private:
+    CAViewerFrame& m_frame;
+    int m_command;
+};
+
+TEST_F(FrameWxTest, MarksAStepWhileItRuns) {
+    const std::wstring first = Sample("knot.3ds", "a.3ds");
+    ASSERT_TRUE(window.Open(first));
+    CMarkWatch next(Frame(), kCmdNextFile), previous(Frame(), kCmdPreviousFile);
+    Frame().StepModel(folder_models::EStep::Next);
+    EXPECT_EQ(next.openings, 0) << "there is no other file";
+    EXPECT_FALSE(next.IsMarked());
+    (void)Sample("knot.3ds", "b.3ds");
+    Frame().StepModel(folder_models::EStep::Next);
+    Frame().StepModel(folder_models::EStep::Previous);
+    EXPECT_TRUE(next.openings == 2 && next.marks == 1 && previous.marks == 1);
+    EXPECT_FALSE(next.IsMarked() || previous.IsMarked());
+    EXPECT_EQ(Frame().GetStatusBar()->GetStatusText(2), "1 of 2");
+}
+
+TEST_F(FrameWxTest, AKeyHeldDownQueuesNoSteps) {
+    std::vector<std::wstring> paths;
+    for (const char* name : {"a.3ds", "b.3ds", "c.3ds"}) paths.push_back(Sample("knot.3ds", name));
+    ASSERT_TRUE(window.Open(paths[0]));
+    const CMarkWatch steps(Frame(), kCmdNextFile);
+    wxWindow* canvas = Frame().View().GetCanvas()->GetWindow();
+    for (int i = 0; i < 50; ++i) {
+        wxKeyEvent press(wxEVT_KEY_DOWN);
+        press.m_keyCode = i < 49 ? WXK_SPACE : WXK_BACK;
+        canvas->ProcessWindowEvent(press);
+    }
+    EXPECT_TRUE(Shows(paths[2])) << "the newest counts";
+    window.Press(WXK_SPACE);
+    EXPECT_TRUE(Shows(paths[0]));
+    EXPECT_EQ(steps.openings, 2);
 }
 
 TEST_F(FrameWxTest, RemembersWhatWasChosen) {

@@ -32,9 +32,10 @@ class SettingsTest : public testing::Test {
 
 constexpr const char* kDefaultFile =
     "[Settings]\nLanguage=en\nRotate=0\nBounds=0\nCameras=0\nLights=0\nAxis=0\nLastCamera=32776\n"
-    "ShowToolBar=1\nWire=0\nBkColorR=0\nBkColorG=0\nBkColorB=0\nPovOutputTex=1\nPovPreviewBack=0\n"
+    "ShowToolBar=1\nShowModelList=0\nWire=0\nBkColorR=0\nBkColorG=0\nBkColorB=0\nPovOutputTex="
+    "1\nPovPreviewBack=0\n"
     "PovUseLastName=0\nPovRadiosity=0\nPovLastName=\nPovDiffuse=0.600\nPovSelfDiff=0.100\nAutoUpdate=1\n"
-    "CloseOnEsc=0\n";
+    "CloseOnEsc=0\nShowMaterialBar=1\nSlideShowTime=3000\n";
 
 }  // namespace
 
@@ -61,6 +62,7 @@ TEST_F(SettingsTest, EveryFieldComesBack) {
     changed.bkColorR = 255;
     changed.bkColorG = 128;
     changed.bkColorB = 1;
+    changed.slideShowTime = 12345;
     changed.povLastName = L" /m/\"a\"; b\n.pov";
     changed.povDiffuse = 0.125F;
     changed.povSelfDiff = -2.5F;

@@ -151,7 +151,7 @@ void CFramePlan::Dim(const std::vector<bool>& dimmed) {
     }
 }
 
-void CFramePlan::FitTo(const CPreparedScene& scene, const CSceneMeshes& meshes, double mostCost,
+void CFramePlan::FitTo(const CPreparedScene& scene, const CSceneMeshes& meshes, const CAllowedCost& allowed,
                        float& allowedError) {
     CLevelChoices choices;
     choices.nodes.resize(nodes.size());
@@ -166,7 +166,7 @@ void CFramePlan::FitTo(const CPreparedScene& scene, const CSceneMeshes& meshes, 
         for (const CSceneMeshes::CForm& form : forms)
             choices.options.push_back({form.error * nodes[n].screen.pixelsPerUnit, form.cost});
     }
-    cost = ChooseLevels(choices, mostCost, allowedError);
+    cost = ChooseLevels(choices, allowed, allowedError);
     for (std::size_t n = 0; n < nodes.size(); ++n) {
         const CNodeOptions& node = choices.nodes[n];
         if (node.count == 0) continue;

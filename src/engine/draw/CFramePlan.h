@@ -9,6 +9,7 @@
 class CEqualMeshes;
 class CSceneMeshes;
 class CTextureSet;
+struct CAllowedCost;
 struct CFrameView;
 struct CPreparedScene;
 
@@ -26,7 +27,7 @@ struct CFramePlan {
     /** Triangles of at most this many pixels may be lit by vertex: at rest nobody can tell. */
     static constexpr float kFineGrain = 2;
     /** The same in a moving picture that is coarse anyway. */
-    static constexpr float kCoarseGrain = 8;
+    static constexpr float kCoarseGrain = 32;
 
     std::vector<CNodePlan> nodes;
     bool eachBatch = false;  ///< a box for each batch of a node, not only for its largest
@@ -51,6 +52,7 @@ struct CFramePlan {
                                             float grainPixels);
     /** Dims the nodes that are marked. The others are never left out for a node that repeats them. */
     void Dim(const std::vector<bool>& dimmed);
-    /** Makes a plan in full one that costs at most mostCost. allowedError: see ChooseLevels. */
-    void FitTo(const CPreparedScene& scene, const CSceneMeshes& meshes, double mostCost, float& allowedError);
+    /** Makes a plan in full one that costs at most so much. allowedError: see ChooseLevels. */
+    void FitTo(const CPreparedScene& scene, const CSceneMeshes& meshes, const CAllowedCost& allowed,
+               float& allowedError);
 };

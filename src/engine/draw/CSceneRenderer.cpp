@@ -26,6 +26,7 @@
 #include "engine/pipeline/CTextureSet.h"
 #include "engine/plan/CEqualMeshes.h"
 #include "engine/plan/CFrameBudget.h"
+#include "engine/plan/choose_levels.h"
 #include "model/prepare/CPreparedScene.h"
 
 namespace {
@@ -149,7 +150,7 @@ CFramePlan CSceneRenderer::CState::Plan(const CPreparedScene& scene, const CFram
     if (!IsSoftware()) return plan;
     if (!options.exact) plan.grainPixels = CFramePlan::kFineGrain;
     if (!moving) return plan;
-    plan.FitTo(scene, meshes, budget.MostCost(), allowedError);
+    plan.FitTo(scene, meshes, {budget.MostCost(), budget.MostCost(CFrameBudget::kPatientMs)}, allowedError);
     plan.largeFirst = runsLate;
     if (!plan.whole) plan.grainPixels = CFramePlan::kCoarseGrain;
     return plan;
@@ -261,7 +262,9 @@ bool CSceneRenderer::GetReadyFor(CGlCurrent& gl, const CPreparedScene& kinds, co
     (void)meshes.Update(gl, kinds);
     own.Update(gl, *state.can, kinds);
     CFramePlan plan;
-    plan.nodes.assign(kinds.nodes.size(), {true, false, false, kFullLevel, {}});
+    plan.nodes.assign(
+        kinds.nodes.size(),
+        CNodePlan{.shown = true, .repeated = false, .dimmed = false, .level = kFullLevel, .screen = {}});
     bool found = false;
     std::swap(own, state.textures);
     state.InFrame(gl, kinds, options, [&](const CFrameView& view, CDrawPipeline& pipeline) {

@@ -5,14 +5,17 @@
  * or the sorting of a transparent triangle takes counts as that many triangles. */
 class CFrameBudget {
   public:
-    static constexpr double kTargetMs = 28;  ///< what a moving frame is planned to take
-    static constexpr double kLatestMs = 45;  ///< when a moving frame is ended, whatever is left out
-    static constexpr double kCallCost = 30;  ///< of one drawing call
+    static constexpr double kTargetMs = 28;   ///< what a moving frame is planned to take
+    static constexpr double kPatientMs = 37;  ///< the same where the picture would be too coarse
+    static constexpr double kLatestMs = 45;   ///< when a moving frame is ended, whatever is left out
+    static constexpr double kCallCost = 30;   ///< of one drawing call
     /** This much is drawn on the slowest machine: where pixels take the time, fewer triangles save none. */
     static constexpr double kLeastCost = 200'000;
 
     /** The cost that fits into a frame. */
-    [[nodiscard]] double MostCost() const { return (kTargetMs - kFixedMs) / m_msPerCost; }
+    [[nodiscard]] double MostCost(double targetMs = kTargetMs) const {
+        return (targetMs - kFixedMs) / m_msPerCost;
+    }
     /** To be called after each moving frame with what it has drawn and how long that took. Slower is believed sooner than
      * faster: a frame too long shows, one too short does not. */
     void Learn(double cost, double ms);

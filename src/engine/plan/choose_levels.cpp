@@ -56,8 +56,9 @@ double MakeSmallestBoxes(CLevelChoices& choices, double cost, double mostCost) {
 
 }  // namespace
 
-double ChooseLevels(CLevelChoices& choices, double mostCost, float& allowedError) {
+double ChooseLevels(CLevelChoices& choices, const CAllowedCost& allowed, float& allowedError) {
     constexpr double kFinerBelow = 0.8, kAim = 0.9;
+    const double mostCost = std::clamp(CostWithin(choices, kShownError), allowed.usual, allowed.patient);
     const double before = CostWithin(choices, allowedError);
     const bool fits = before <= mostCost;
     if (!fits || (allowedError > 0 && before < kFinerBelow * mostCost))

@@ -6,8 +6,8 @@
 
 #include "base/text/lng.h"
 #include "files/file_util_ex.h"
-#include "frame/model_list/shrink_image.h"
 #include "picture/decode/image_codec.h"
+#include "picture/shrink_image.h"
 
 namespace {
 

@@ -18,7 +18,7 @@ std::optional<CBatchAnswer> ReadBatchAnswer(std::string_view line) {
     if (error != object.end() && error->is_string()) {
         const std::string text = utf8_text::Printable(error->get<std::string>(), ' ');
         answer.problem = utf8_text::Cut(text, kMostBytes);
-    } else if (triangles == object.end() || *triangles == 0) {
+    } else if (!object.contains("output") || (triangles != object.end() && *triangles == 0)) {
         answer.problem = lng::Mark("There is nothing to see in this file.");
     }
     return answer;

@@ -159,7 +159,6 @@ class CAViewerFrame final : public wxFrame,
     std::unique_ptr<CFileCommands> m_files;
     std::unique_ptr<CMaterialCommands> m_materials;
     std::unique_ptr<CSlideShow> m_slideShow;
-    int m_openMenus = 0;
     std::unique_ptr<CModelListControl> m_modelList;
     std::vector<std::wstring> m_notes;
     std::optional<folder_models::EStep> m_wantedStep;  ///< by a key

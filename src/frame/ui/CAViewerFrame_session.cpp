@@ -146,7 +146,7 @@ void CAViewerFrame::ShowDocument() {
     CBXFileDialogI::SetDocument(m_session->Document().path);
     m_state.hasModel = m_session->Document().isOpen;
     m_state.hasFile = m_session->Document().HasFile();
-    m_state.folderModels = std::max(m_session->FolderModels(), scenes);
+    m_state.canStep = m_session->FolderModels() >= 2 || m_session->SceneCount() >= 2;
     m_state.hasNotes = !summary.lines.empty();
     m_state.canUndo = m_session->Edits().CanUndo();
     m_state.canRedo = m_session->Edits().CanRedo();

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The slideshow in the main window.
-#include <algorithm>
 #include <memory>
 
 #include "base/text/utf8_text.h"
 #include "engine/CGLCanvasI.h"
 #include "files/file_util_ex.h"
 #include "frame/materials/ui/CMaterialCommands.h"
+#include "frame/model_list/ui/CModelListControl.h"
 #include "frame/slideshow/ui/CSlideShow.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "script/CSceneScript.h"
@@ -27,14 +27,6 @@ void CAViewerFrame::MakeSlideShow() {
                                           .Gripper(false)
                                           .Floatable(false)
                                           .Show(CSettings::Instance().showToolBar));
-    Bind(wxEVT_MENU_OPEN, [this](wxMenuEvent& event) {
-        ++m_openMenus;
-        event.Skip();
-    });
-    Bind(wxEVT_MENU_CLOSE, [this](wxMenuEvent& event) {
-        m_openMenus = std::max(0, m_openMenus - 1);
-        event.Skip();
-    });
 }
 
 void CAViewerFrame::TellShow(const COpenReport& report) {
@@ -45,8 +37,8 @@ void CAViewerFrame::TellShow(const COpenReport& report) {
     opening.models = static_cast<int>(std::max<std::size_t>(report.folderModels, scenes));
     opening.name = file_util_ex::ShownText(file_util_ex::GetFileName(document.path));
     if (report.scene)
-        opening.scene = {report.scene->timeMs, document.path, m_session->SceneIndex(), scenes,
-                         report.scene->loop};
+        opening.scene = {report.scene->timeMs, document.path, m_session->SceneIndex(),
+                         m_session->SceneCount(), report.scene->loop};
     m_slideShow->OnOpened(opening);
 }
 
@@ -57,11 +49,11 @@ void CAViewerFrame::ShowNextModel() {
 }
 
 bool CAViewerFrame::IsShowHindered() const {
-    return m_closed || m_session->IsBusy() || m_openMenus > 0 || IsIconized();
+    return m_closed || m_session->IsBusy() || IsIconized();
 }
 
 bool CAViewerFrame::ListHoldsStep() const {
-    return false;
+    return m_modelList->Manager().HoldsStep();
 }
 
 bool CAViewerFrame::HasUnsavedEdits() const {

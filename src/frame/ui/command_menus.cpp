@@ -45,7 +45,10 @@ wxMenuItem* Append(wxMenu& menu, const CCommand& command, bool hasTick) {
 /** A command that is ticked only while it runs is no switch, and an empty box beside it would make it look like one. */
 void HideEmptyBox(const wxMenuItem& item) {
     GtkCssProvider* style = gtk_css_provider_new();
-    gtk_css_provider_load_from_data(style, "check:not(:checked) { opacity: 0; }", -1, nullptr);
+    gtk_css_provider_load_from_data(style,
+                                    "check:not(:checked) { -gtk-icon-source: none; border-color: "
+                                    "transparent; background: none; box-shadow: none; }",
+                                    -1, nullptr);
     gtk_style_context_add_provider(gtk_widget_get_style_context(item.GetMenuItem()),
                                    GTK_STYLE_PROVIDER(style), GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
     g_object_unref(style);

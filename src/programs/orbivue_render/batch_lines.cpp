@@ -27,6 +27,13 @@ std::string Success(const CBatchItem& item, std::uint64_t triangles, std::uint64
                  {"milliseconds", std::round(ms * 100) / 100}});
 }
 
+std::string IconSuccess(const CBatchItem& item, double ms) {
+    return Line({{"number", item.number},
+                 {"input", item.input},
+                 {"output", item.output},
+                 {"milliseconds", std::round(ms * 100) / 100}});
+}
+
 std::string Failure(const CBatchItem& item, const std::string& why, EBatchFailure kind) {
     ordered_json object{
         {"number", item.number}, {"input", item.input}, {"error", utf8_text::Printable(why, ' ')}};

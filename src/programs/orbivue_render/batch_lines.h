@@ -23,6 +23,8 @@ namespace batch_lines {
 
 [[nodiscard]] std::string Success(const CBatchItem& item, std::uint64_t triangles, std::uint64_t nodes,
                                   double ms);
+/** "output" and "milliseconds" alone, for a script's icon. */
+[[nodiscard]] std::string IconSuccess(const CBatchItem& item, double ms);
 [[nodiscard]] std::string Failure(const CBatchItem& item, const std::string& why, EBatchFailure kind);
 
 }  // namespace batch_lines

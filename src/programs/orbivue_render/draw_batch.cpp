@@ -28,6 +28,7 @@
 #include "programs/orbivue_render/draw_model.h"
 #include "programs/orbivue_render/open_input.h"
 #include "programs/orbivue_render/render_stats.h"
+#include "programs/orbivue_render/script_icon.h"
 
 namespace {
 
@@ -76,6 +77,10 @@ class CDrawer {
         const CStopwatch watch;
         CStatus drawn = CDone{};
         try {
+            const int side = std::min(m_options.width, m_options.height);
+            if (const auto icon = IconOf(item.path, m_options.scene, side);
+                icon && image_codec::WritePng(item.output, *icon, true))
+                return batch_lines::IconSuccess(item, watch.Ms());
             drawn = DrawInto(item);
         } catch (const std::bad_alloc&) {
             drawn = CError{EErrorCode::TooLarge, lng::Mark("not enough memory to draw it"), {}};

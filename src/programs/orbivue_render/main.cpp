@@ -23,6 +23,7 @@
 #include "programs/orbivue_render/program_output.h"
 #include "programs/orbivue_render/render_stats.h"
 #include "programs/orbivue_render/run_batch.h"
+#include "programs/orbivue_render/script_icon.h"
 
 namespace {
 
@@ -35,9 +36,17 @@ std::optional<CConfined> ConfineIfAsked(const CRenderOptions& options) {
     return ConfineProcess({LimitsForDrawing(), files});
 }
 
+int WriteIcon(const CImage& icon, const std::string& output) {
+    const CStatus written = image_codec::WritePng(output, icon, true);
+    return written ? kDone : Complain(written.Error().Text(), kCannotWrite);
+}
+
 int Run(const CRenderOptions& options) {
     const CStopwatch start;
     const std::optional<CConfined> confined = ConfineIfAsked(options);
+    if (options.isThumbnail)
+        if (const auto icon = IconOf(options.input, options.scene, options.width))
+            return WriteIcon(*icon, options.output);
     C3dsDisplayWrap engine;
     CLoadLimits limits;
     limits.pictureBytes = scene_budget::kPictureBytesForOneView;

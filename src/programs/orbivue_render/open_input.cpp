@@ -65,6 +65,7 @@ std::string NamesIn(const std::string& path, std::size_t scene) {
     if (!found) return names;
     Put(names, kModel, ConvertToUTF8(found.Value().path));
     Put(names, kFile, ConvertToUTF8(found.Value().backgroundImage));
+    Put(names, kFile, ConvertToUTF8(found.Value().icon));
     for (const CEdit& edit : found.Value().edits) {
         if (const auto* texture = std::get_if<CTextureEdit>(&edit)) Put(names, kFile, texture->imagePath);
         if (const auto* replaced = std::get_if<CReplaceEdit>(&edit)) Put(names, kModel, replaced->path);

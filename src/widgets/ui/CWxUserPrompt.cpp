@@ -2,11 +2,72 @@
 #include "widgets/ui/CWxUserPrompt.h"
 
 #include <wx/app.h>
+#include <wx/artprov.h>
+#include <wx/button.h>
+#include <wx/dialog.h>
 #include <wx/msgdlg.h>
+#include <wx/sizer.h>
+#include <wx/statbmp.h>
+#include <wx/stattext.h>
+#include <wx/stopwatch.h>
 #include <wx/utils.h>
 
 #include "base/text/lng.h"
 #include "base/text/utf8_text.h"
+#include "widgets/ui/button_label.h"
+
+namespace {
+
+/** A key that is held down to go through models must not answer the question that comes up: keys that press buttons
+ * count only when they have rested. */
+class CSaveQuestion final : public wxDialog {
+  public:
+    CSaveQuestion(wxWindow* parent, const std::wstring& text)
+        : wxDialog(parent, wxID_ANY, wxTheApp->GetAppName()) {
+        auto* words = new wxStaticText(this, wxID_ANY, wxControl::EscapeMnemonics(text));
+        words->Wrap(FromDIP(420));
+        auto* line = new wxBoxSizer(wxHORIZONTAL);
+        line->Add(new wxStaticBitmap(this, wxID_ANY,
+                                     wxArtProvider::GetBitmapBundle(wxART_QUESTION, wxART_MESSAGE_BOX)),
+                  wxSizerFlags().Border(wxRIGHT, FromDIP(12)));
+        line->Add(words, wxSizerFlags(1).CenterVertical());
+        auto* buttons = new wxBoxSizer(wxHORIZONTAL);
+        Add(*buttons, wxID_NO, lng::Text("Discard"));
+        buttons->AddStretchSpacer();
+        Add(*buttons, wxID_CANCEL, lng::Text("Cancel"));
+        Add(*buttons, wxID_YES, lng::Text("Save"))->SetDefault();
+        auto* column = new wxBoxSizer(wxVERTICAL);
+        column->Add(line, wxSizerFlags(1).Expand().Border(wxALL, FromDIP(14)));
+        column->Add(buttons, wxSizerFlags().Expand().Border(wxALL, FromDIP(8)));
+        SetSizerAndFit(column);
+        SetEscapeId(wxID_CANCEL);
+        CentreOnParent();
+        FindWindow(wxID_YES)->SetFocus();
+        Bind(wxEVT_BUTTON, [this](wxCommandEvent& event) { EndModal(event.GetId()); });
+        Bind(wxEVT_CHAR_HOOK, &CSaveQuestion::Key, this);
+    }
+
+  private:
+    wxButton* Add(wxSizer& row, int id, const std::wstring& label) {
+        auto* button = new wxButton(this, id, wxString(label));
+        SetButtonLabel(*button, label);
+        row.Add(button, wxSizerFlags().Border(wxALL, FromDIP(6)));
+        return button;
+    }
+    void Key(wxKeyEvent& event) {
+        constexpr long kRestMs = 700;
+        const int key = event.GetKeyCode();
+        const bool presses =
+            key == WXK_SPACE || key == WXK_BACK || key == WXK_RETURN || key == WXK_NUMPAD_ENTER;
+        const bool hasRested = m_sinceKey.Time() >= kRestMs;
+        if (presses) m_sinceKey.Start();
+        event.Skip(!presses || hasRested);
+    }
+
+    wxStopWatch m_sinceKey;
+};
+
+}  // namespace
 
 CWxUserPrompt::CWxUserPrompt() {
     m_modalDialogs.Register();
@@ -31,11 +92,7 @@ bool CWxUserPrompt::AskYesNo(const std::wstring& text) {
 }
 
 ESaveAnswer CWxUserPrompt::AskSave(const std::wstring& text) {
-    wxMessageDialog box(Parent(), file_util_ex::ShownText(text), wxTheApp->GetAppName(),
-                        wxYES_NO | wxCANCEL | wxCENTRE | wxICON_QUESTION);
-    box.SetYesNoCancelLabels(wxString(lng::Text("Save")), wxString(lng::Text("Discard")),
-                             wxString(lng::Text("Cancel")));
-    switch (box.ShowModal()) {
+    switch (CSaveQuestion(Parent(), file_util_ex::ShownText(text)).ShowModal()) {
         case wxID_YES:
             return ESaveAnswer::Save;
         case wxID_NO:

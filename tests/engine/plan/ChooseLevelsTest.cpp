@@ -36,7 +36,7 @@ double CostOf(const CLevelChoices& choices) {
 TEST(ChooseLevelsTest, AllIsDrawnInFullWhereItFits) {
     CLevelChoices choices = Alike(3);
     float error = 0;
-    EXPECT_EQ(ChooseLevels(choices, 200'000, error), 192'000);
+    EXPECT_EQ(ChooseLevels(choices, {200'000}, error), 192'000);
     EXPECT_EQ(error, 0);
     for (const CNodeOptions& node : choices.nodes) EXPECT_EQ(node.chosen, 0u);
 }
@@ -45,7 +45,7 @@ TEST(ChooseLevelsTest, WhatDoesNotFitGetsTheSameErrorEverywhere) {
     for (const double most : {600'000.0, 150'000.0, 40'000.0, 12'000.0}) {
         CLevelChoices choices = Alike(10);
         float error = 0;
-        const double cost = ChooseLevels(choices, most, error);
+        const double cost = ChooseLevels(choices, {most}, error);
         EXPECT_LE(cost, most);
         EXPECT_EQ(cost, CostOf(choices));
         EXPECT_GT(cost, most / 4);
@@ -61,20 +61,32 @@ TEST(ChooseLevelsTest, WhatDoesNotFitGetsTheSameErrorEverywhere) {
 TEST(ChooseLevelsTest, SmallChangesOfTheBudgetChangeNothing) {
     CLevelChoices choices = Alike(10);
     float error = 0;
-    const double cost = ChooseLevels(choices, 150'000, error);
+    const double cost = ChooseLevels(choices, {150'000}, error);
     const float before = error;
     for (const double most : {cost * 1.01, cost * 1.2, cost * 1.01}) {
-        EXPECT_EQ(ChooseLevels(choices, most, error), cost);
+        EXPECT_EQ(ChooseLevels(choices, {most}, error), cost);
         EXPECT_EQ(error, before);
     }
-    EXPECT_GT(ChooseLevels(choices, cost * 4, error), cost);
+    EXPECT_GT(ChooseLevels(choices, {cost * 4}, error), cost);
     EXPECT_LT(error, before);
+}
+
+TEST(ChooseLevelsTest, WhatWouldShowMayCostMore) {
+    float error = 0;
+    CLevelChoices choices = Alike(10);  // 640,000 in full, 592,000 within kShownError
+    EXPECT_LE(ChooseLevels(choices, {400'000, 500'000}, error), 500'000);
+    EXPECT_GT(CostOf(choices), 400'000);
+    // No more than what keeps the error from showing.
+    error = 0;
+    const double cost = ChooseLevels(choices, {100'000, 5e6}, error);
+    EXPECT_GT(cost, 450'000);
+    EXPECT_LT(cost, 600'000);
 }
 
 TEST(ChooseLevelsTest, TheSmallestBecomeBoxesWhereNothingElseFits) {
     CLevelChoices choices = Alike(10);  // 10,000 at the coarsest
     float error = 0;
-    EXPECT_LE(ChooseLevels(choices, 4'000, error), 6'000);
+    EXPECT_LE(ChooseLevels(choices, {4'000}, error), 6'000);
     EXPECT_EQ(choices.nodes.front().chosen, choices.nodes.front().count);
     EXPECT_EQ(choices.nodes.back().chosen, 3u);
 }
@@ -83,8 +95,8 @@ TEST(ChooseLevelsTest, NodesWithoutFormsAreLeftAlone) {
     CLevelChoices choices = Alike(2);
     choices.nodes[1].count = 0;
     float error = 0;
-    EXPECT_EQ(ChooseLevels(choices, 100'000, error), 64'000);
-    EXPECT_GE(ChooseLevels(choices, 0, error), 0);
+    EXPECT_EQ(ChooseLevels(choices, {100'000}, error), 64'000);
+    EXPECT_GE(ChooseLevels(choices, {0}, error), 0);
 }
 
 /** A machine with a time for each frame and each triangle draws a scene of that many triangles, or as many as fit. */

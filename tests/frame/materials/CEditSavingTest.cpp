@@ -97,6 +97,22 @@ TEST_F(CEditSavingTest, KeepsTheRestOfAScriptOfTheSameModelAndLeavesOthersAlone)
     EXPECT_EQ(CTestFolder::TextOf(Path("others.orv")), others);
 }
 
+TEST_F(CEditSavingTest, WritesIntoTheSceneOfTheScriptThatIsOpen) {
+    const std::string script = stage.folder.Add(
+        "show.orv", "[First]\nPath=model.3ds\n[Second]\nPath=model.3ds\nTransparency=c|0.2;\nText=two\n");
+    stage.Open(file_util_ex::ConvertFromUTF8W(script));
+    ASSERT_TRUE(stage.session.StepScene(folder_models::EStep::Next));
+    EXPECT_FALSE(stage.session.HasUnsavedEdits()) << "what the script brought is saved";
+    EditMore();
+    EXPECT_TRUE(saving.Save());
+    EXPECT_TRUE(asked.empty());
+    const CSceneScript read = ReadScript(script).Value();
+    ASSERT_EQ(read.scenes.size(), 2u);
+    EXPECT_TRUE(read.scenes[0].edits.empty());
+    EXPECT_EQ(read.scenes[1].edits.size(), 2u) << "its own edit and the new one";
+    EXPECT_EQ(read.scenes[1].text, L"two");
+}
+
 TEST_F(CEditSavingTest, DoesNotWriteOverWhatOthersDid) {
     chosen = Wide("model.orv");
     ASSERT_TRUE(saving.Save());

@@ -122,6 +122,8 @@ TEST_P(BatchAnswer, IsReadWhateverItHolds) {
 
 const CAnswerCase kAnswers[] = {
     {"Picture", R"({"number":7,"output":"7.png","triangles":12})", true},
+    {"Icon", R"({"number":7,"output":"7.png"})", true},
+    {"NoOutput", R"({"number":7})", true, "There is nothing to see in this file."},
     {"Nothing", R"({"number":7,"output":"7.png","triangles":0})", true,
      "There is nothing to see in this file."},
     {"Failure", R"({"number":7,"error":"/a: no\u001b[31m good"})", true, "/a: no [31m good"},

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "frame/model_list/CStripLayout.h"
-#include "frame/model_list/shrink_image.h"
+#include "picture/shrink_image.h"
 
 namespace {
 

@@ -71,6 +71,7 @@ bool wxColourPopup::Create(wxWindow* parent) {
     SetAccessibleName(*this, lng::Text("Colours"));
     SetBackgroundStyle(wxBG_STYLE_PAINT);
     Bind(wxEVT_PAINT, [this](wxPaintEvent&) { Paint(); });
+    Bind(wxEVT_KEY_DOWN, &wxColourPopup::Key, this);
     Bind(wxEVT_LEFT_DOWN, &wxColourPopup::Press, this);
     Bind(wxEVT_LEFT_DCLICK, &wxColourPopup::Press, this);
     Bind(wxEVT_MOTION, [this](wxMouseEvent& event) { Drag(event.GetPosition()); });
@@ -217,7 +218,20 @@ void wxColourPopup::Choose(const wxColour& color) {
     if (isOther && m_listener) m_listener->OnColorChosen(color);
 }
 
+/** A popup gets no keys itself; the field passes them on. */
+void wxColourPopup::OnPopup() {
+    GetComboCtrl()->SetFocus();
+}
+
 void wxColourPopup::OnComboKeyEvent(wxKeyEvent& event) {
+    const int key = event.GetKeyCode();
+    if (key == WXK_SPACE || key == WXK_RETURN || key == WXK_NUMPAD_ENTER || key == WXK_DOWN)
+        GetComboCtrl()->Popup();
+    else
+        event.Skip();
+}
+
+void wxColourPopup::Key(wxKeyEvent& event) {
     int index = 0;
     while (index < kColumns * kRows && PaletteColor(index) != m_color) ++index;
     const bool isCommon = index < kColumns * kRows;

@@ -24,6 +24,7 @@ class wxColourPopup final : public wxWindow, public wxComboPopup {
     [[nodiscard]] wxString GetStringValue() const override;
     wxSize GetAdjustedSize(int minWidth, int preferredHeight, int maxHeight) override;
     void PaintComboControl(wxDC& dc, const wxRect& rect) override;
+    void OnPopup() override;
     void OnComboKeyEvent(wxKeyEvent& event) override;
     void OnDismiss() override;
 
@@ -38,6 +39,7 @@ class wxColourPopup final : public wxWindow, public wxComboPopup {
     void Press(wxMouseEvent& event);
     void Drag(wxPoint where);
     void Release();
+    void Key(wxKeyEvent& event);
     void Choose(const wxColour& color);
 
     wxColorPopupListener* m_listener;

@@ -101,8 +101,8 @@ void CModelListControl::Follow() {
         Watch(folder);
         m_folder = folder;
     }
-    if (models != m_manager.List().Paths()) m_manager.SetEntries(std::move(models));
     m_manager.SetCurrent(document.path);
+    if (models != m_manager.List().Paths()) m_manager.SetEntries(std::move(models));
     if (!m_tick.IsRunning()) m_tick.Start(kTickMs);
 }
 

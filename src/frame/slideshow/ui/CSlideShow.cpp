@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "frame/slideshow/ui/CSlideShow.h"
 
+#include <gtk/gtk.h>
 #include <wx/window.h>
 
 #include <algorithm>
@@ -136,7 +137,8 @@ void CSlideShow::ShowNext() {
 }
 
 bool CSlideShow::IsBusy() const {
-    return m_frame.IsShowHindered();
+    const bool isMenuOpen = gtk_grab_get_current() != nullptr;
+    return isMenuOpen || m_frame.IsShowHindered();
 }
 
 bool CSlideShow::HoldsStep() const {

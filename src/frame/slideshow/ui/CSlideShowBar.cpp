@@ -46,7 +46,7 @@ void CSlideShowBar::MakeField() {
     m_seconds->SetToolTip(name);
     SetAccessibleName(*m_seconds, name);
     AddControl(m_seconds, name);
-    AddLabel(wxID_ANY, lng::Text("s"), GetTextExtent(lng::Text("s")).x + FromDIP(6));
+    AddLabel(wxID_ANY, "s", GetTextExtent("s").x + FromDIP(6));
     m_seconds->Bind(wxEVT_SPINCTRLDOUBLE, [this](wxSpinDoubleEvent&) { TakeInterval(); });
     m_seconds->Bind(wxEVT_TEXT_ENTER, [this](wxCommandEvent&) {
         TakeInterval();

@@ -8,7 +8,7 @@ class CSlideShowFrame {
   public:
     /** Opens the next model as the command does. */
     virtual void ShowNextModel() = 0;
-    /** See CSlideShowHost for these four. */
+    /** See CSlideShowHost for these four. Menus need not count. */
     [[nodiscard]] virtual bool IsShowHindered() const = 0;
     [[nodiscard]] virtual bool ListHoldsStep() const = 0;
     [[nodiscard]] virtual bool HasUnsavedEdits() const = 0;

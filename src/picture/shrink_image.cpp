@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "frame/model_list/shrink_image.h"
+#include "picture/shrink_image.h"
 
 #include <algorithm>
 #include <array>
