@@ -48,6 +48,10 @@ def check_programs(prefix, scratch):
     require(stats["textures"]["missing"] == [], f"textures missing: {stats['textures']['missing']}")
     for texture in stats["textures"]["found"]:
         require(texture["at"].startswith(str(prefix)), f"{texture['at']} is not the installed one")
+    for script in sorted((prefix / SAMPLE).parent.glob("*.orv")):
+        stats = json.loads(run(render, "--confined", "--stats", script, cwd=scratch))
+        require(stats["triangles"] > 0 and stats["notes"] == [], f"{script.name}: {stats['notes']}")
+    require((prefix / "share/orbivue/samples/tour.orv").is_file(), "the tour of the samples is not installed")
     for path in ("share/man/man1/orbivue-render.1", "share/man/man1/Orbivue.1", "share/orbivue/languages/de/viewer.mo", "share/doc/orbivue/NOTICE", "share/doc/orbivue/LICENSE"):
         require((prefix / path).is_file(), f"{path} is not installed")
     for path in prefix.rglob("*"):
