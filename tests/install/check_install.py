@@ -88,7 +88,7 @@ def check_desktop(prefix, _scratch):
     thumbnailer = (share / "thumbnailers/orbivue.thumbnailer").read_text()
     command = next(line.split("=", 1)[1] for line in thumbnailer.splitlines() if line.startswith("Exec="))
     thumbnail = prefix / "thumbnail.png"
-    fields = {"%s": "128", "%i": str(prefix / SAMPLE), "%o": str(thumbnail)}
+    fields = {"%s": "128", "%u": (prefix / SAMPLE).absolute().as_uri(), "%o": str(thumbnail)}
     words = [part for part in command.split()]
     for key, value in fields.items():
         words = [word.replace(key, value) for word in words]
