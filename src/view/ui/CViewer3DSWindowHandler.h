@@ -173,6 +173,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     void OnPinch(int x, int y, double factor) override;
     bool OnModelKey(int keyCode, bool shiftDown) override;
     [[nodiscard]] bool IsPictureComplete() const override { return !m_isInterrupted; }
+    [[nodiscard]] int RestMs() const override;
 
   private:
     [[nodiscard]] int ViewHeight() const override;
