@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// orbivue_window_bench open FILE | drag FILE | step FOLDER | memory FOLDER...: the program's own frame, measured from
+// orbivue_window_bench open FILE | drag FILE | play FILE | step FOLDER | memory FOLDER...: the program's own frame, measured from
 // inside, as JSON. Needs a display; scripts/bench/window gives it one.
 #include <wx/app.h>
 #include <wx/evtloop.h>
@@ -248,6 +248,26 @@ int MeasureDrag(CBench& bench, const std::string& path) {
     return 0;
 }
 
+/** Opens a scene that plays, and looks how soon it does so smoothly. */
+int MeasurePlaying(CBench& bench, const std::string& path) {
+    constexpr long kLongestMs = 60'000, kCountedMs = 3'000;
+    if (!bench.Open(file_util_ex::ConvertFromUTF8W(path)) || !bench.View().HasAnimation()) return 1;
+    bench.WaitForPaint();
+    const wxStopWatch watch;
+    const int before = bench.Paints();
+    CBench::WaitFor(
+        [&] { return !bench.View().GetEngine().IsLastFrameWhole() || watch.Time() > kLongestMs; });
+    const long untilSmooth = std::max(1L, watch.Time());
+    const int smoothFrom = bench.Paints();
+    const wxStopWatch smooth;
+    CBench::WaitFor([&] { return smooth.Time() > kCountedMs; });
+    const auto rate = [](int frames, long ms) { return frames * 1000.0 / static_cast<double>(ms); };
+    std::printf("{\"until_smooth_ms\": %ld, \"frames_a_second_before\": %.1f, \"frames_a_second\": %.1f}\n",
+                untilSmooth, rate(smoothFrom - before, untilSmooth),
+                rate(bench.Paints() - smoothFrom, smooth.Time()));
+    return 0;
+}
+
 /** Steps through a folder by key press; the time from the press to the picture, for each file the
  * second time round. */
 int MeasureSteps(CBench& bench, const std::string& folder) {
@@ -301,10 +321,12 @@ int Run(int argc, char** argv) {
     CBench bench;
     if (what == "open") return MeasureOpening(bench, argv[2]);
     if (what == "drag") return MeasureDrag(bench, argv[2]);
+    if (what == "play") return MeasurePlaying(bench, argv[2]);
     if (what == "step") return MeasureSteps(bench, argv[2]);
     if (what == "memory") return MeasureMemory(bench, {argv + 2, argv + argc});
-    std::fprintf(stderr,
-                 "usage: orbivue_window_bench open FILE | drag FILE | step FOLDER | memory FOLDER...\n");
+    std::fprintf(
+        stderr,
+        "usage: orbivue_window_bench open FILE | drag FILE | play FILE | step FOLDER | memory FOLDER...\n");
     return 2;
 }
 

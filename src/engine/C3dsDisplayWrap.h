@@ -143,7 +143,7 @@ class C3dsDisplayWrap {
      * which gives 1, or smaller and blown up, which gives the number (2, 4, 8 ...) that its sides were divided by. TakePicture
      * does so, too. */
     [[nodiscard]] int GetLastReduction() const;
-    /** To be called in idle time and at rest with the context current: takes over one mesh of what the level
+    /** To be called in idle time and at rest with the context current: takes over some of what the level
      * maker has finished. True while more is to come; then call again in some milliseconds. The first call
      * after a whole picture that took long starts the maker, a thread of low priority. */
     bool WorkOnLevels();

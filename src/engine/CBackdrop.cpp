@@ -10,6 +10,17 @@
 #include "engine/gl/gl_api.h"
 #include "picture/cover_picture.h"
 
+namespace {
+
+bool IsOpaque(const CImage& image) {
+    for (std::size_t i = 3; i < image.rgba.size(); i += 4) {
+        if (image.rgba[i] != 255) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
 void CBackdrop::Draw(CGlCurrent& gl, const std::shared_ptr<const CImage>& image) {
     if (!image || image->IsEmpty()) return Clear(gl);
     std::array<int, 4> viewport{};
@@ -38,7 +49,9 @@ void CBackdrop::Fit(CGlCurrent& gl, const std::shared_ptr<const CImage>& image, 
     m_texture = CGlTexture();
     const CGlStateGuard guard(gl, can.shaders);
     try {
-        m_texture.Fill(gl, can, CoverWithPicture(*image, width, height), ETextureWrap::Clamp);
+        const CImage covered = CoverWithPicture(*image, width, height);
+        m_isOpaque = IsOpaque(covered);
+        m_texture.Fill(gl, can, covered, ETextureWrap::Clamp);
     } catch (const std::exception&) {
         m_texture = CGlTexture();  // without the memory for it the background stays plain
     }
@@ -57,7 +70,11 @@ void CBackdrop::DrawTexture(CGlCurrent& gl, ETextureFilter filter) {
         glDisable(off);
     glDepthMask(GL_FALSE);
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
-    glEnable(GL_BLEND);
+    if (m_isOpaque) {
+        glDisable(GL_BLEND);
+    } else {
+        glEnable(GL_BLEND);
+    }
     glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     m_texture.Bind(gl, 0, filter);
     glEnable(GL_TEXTURE_2D);

@@ -28,5 +28,6 @@ class CBackdrop {
     int m_width = 0, m_height = 0;
     CGlTexture m_texture;
     bool m_hasShaders = false;
+    bool m_isOpaque = false;
     bool m_isExact = false;  ///< a texel for each pixel
 };

@@ -43,4 +43,6 @@ class CGLWindowHandler {
     virtual bool OnModelKey(int /*keyCode*/, bool /*shiftDown*/) { return false; }
     /** Asked after OnPaint: false when the picture is not complete and must not be shown. */
     [[nodiscard]] virtual bool IsPictureComplete() const { return true; }
+    /** Asked after OnPaint: how long the canvas waits at least before it lets the rotation or the animation go on. */
+    [[nodiscard]] virtual int RestMs() const { return 1; }
 };

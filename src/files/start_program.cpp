@@ -2,7 +2,6 @@
 #include "files/start_program.h"
 
 #include <fcntl.h>
-#include <sched.h>
 #include <spawn.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -25,7 +24,10 @@
 
 namespace {
 
-constexpr int kLowPriority = 8;  // of 19; 0 is ours
+constexpr int kLowPriority = 8;  // 0 is ours
+// A sixtieth of a processor beside one of our threads. With what the system calls idle it would be a tenth of that, and a
+// view that plays would never see a picture.
+constexpr int kLastPriority = 19;
 
 using CEnvironment = std::vector<std::string>;
 
@@ -200,9 +202,8 @@ CResult<CStartedProgram> StartProgram(const CProgramToStart& what) {
         return CError{EErrorCode::Unreadable, SystemErrorText(failed), what.program};
     }
     if (what.isHelper) {
-        (void)::setpriority(PRIO_PROCESS, static_cast<id_t>(started.m_pid), kLowPriority);
-        const sched_param none{};
-        if (what.onlyWhenIdle) (void)::sched_setscheduler(started.m_pid, SCHED_IDLE, &none);
+        (void)::setpriority(PRIO_PROCESS, static_cast<id_t>(started.m_pid),
+                            what.isLast ? kLastPriority : kLowPriority);
         if (input) started.m_input = std::move(input->write);
         started.m_output = std::move(output->read);
         started.m_errors = std::move(errors->read);

@@ -31,8 +31,8 @@ struct CProgramToStart {
      * for a program of the user's: it has a session of its own, lives on when this process ends, and
      * prints nothing. */
     bool isHelper = false;
-    bool takesInput = false;    ///< a helper that reads what WriteInput gives it
-    bool onlyWhenIdle = false;  ///< a helper that gets only processor time that nobody else wants
+    bool takesInput = false;  ///< a helper that reads what WriteInput gives it
+    bool isLast = false;      ///< a helper that gets hardly any processor time while others want it
 };
 
 /** A program that was started. The program lives on when this object is destroyed. */

@@ -19,6 +19,7 @@ constexpr std::size_t kMostListedEntries = 50'000;
 constexpr std::size_t kMostInFolder = 10'000;
 constexpr std::size_t kMostLookUps = 20'000;
 constexpr std::size_t kMostPlaces = 32;
+constexpr std::uintmax_t kMostBytes = 128 << 20;
 
 std::string_view Unquoted(std::string_view text) {
     text = ascii_text::Trimmed(text);
@@ -153,6 +154,14 @@ CScriptFiles::CPicture CScriptFiles::FindPicture(const std::string& namingFile, 
         if (const auto hit = place->locator.Find(Unquoted(written))) return found(hit->foundAt);
     }
     return {exact ? EPicture::Outside : EPicture::Missing, {}, false};
+}
+
+bool CScriptFiles::MayRead(const std::string& path) {
+    std::error_code error;
+    const std::uintmax_t size = fs::file_size(path, error);
+    const bool isFirst = m_bytes == 0;
+    m_bytes += error ? 0 : size + 1;
+    return isFirst || m_bytes <= kMostBytes;
 }
 
 bool CScriptFiles::IsNear(const std::string& namingFile, const std::string& modelPath,

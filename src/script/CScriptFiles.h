@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,6 +31,9 @@ class CScriptFiles {
      * from anywhere, and what it puts on a model is shown, packed and exported with it. modelPath may be empty. */
     [[nodiscard]] CPicture FindPicture(const std::string& namingFile, const std::string& modelPath,
                                        std::string_view written);
+    /** False once the files of replaced objects that were asked for, this one too, are more bytes than are read for a
+     * script; the first one may have any size. */
+    [[nodiscard]] bool MayRead(const std::string& path);
     /** True for a path in the surroundings of one of the two. */
     [[nodiscard]] bool IsNear(const std::string& namingFile, const std::string& modelPath,
                               const std::string& path);
@@ -52,4 +56,5 @@ class CScriptFiles {
     CNameMap<CTextureNames> m_listed;
     std::size_t m_listedEntries = 0;
     std::size_t m_lookUps = 0;
+    std::uintmax_t m_bytes = 0;
 };

@@ -265,8 +265,13 @@ std::vector<CEdit> EditsOf(const CLists& lists, CNoteList& notes) {
 
 CResult<CLists> ListsOf(std::span<const CEdit> edits) {
     CLists lists;
+    std::array<std::size_t, kKeys.size()> counts{};
     for (const CEdit& edit : edits) {
         const std::size_t key = KeyOf(edit);
+        if (++counts[key] > kMost[key])
+            return CError{EErrorCode::BadArgument,
+                          lng::Mark("these are more edits than a scene script can have"),
+                          std::string(kKeys[key])};
         const std::string text = EntryOf(edit) + ";";
         std::string_view rest = text;
         const auto entry = NextEntry(rest);

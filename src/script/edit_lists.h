@@ -24,9 +24,10 @@ inline constexpr std::array<std::string_view, 8> kKeys{
 /** One text for each of kKeys. */
 using CLists = std::array<std::string, kKeys.size()>;
 
-/** How many edits of each of kKeys a scene can have; entries beyond are not used. */
-inline constexpr std::array<std::size_t, kKeys.size()> kMost{100,   10'000, 10'000, 10'000,
-                                                             1'000, 10'000, 10'000, 10'000};
+/** How many edits of each of kKeys a scene can have; entries beyond are not used. Some take time in proportion to the
+ * objects of the scene. */
+inline constexpr std::array<std::size_t, kKeys.size()> kMost{100,   10'000, 10'000, 1'000,
+                                                             1'000, 4'000,  4'000,  4'000};
 
 /** The number of the key, in kKeys, of the list that an edit belongs to. */
 [[nodiscard]] std::size_t KeyOf(const CEdit& edit);

@@ -27,6 +27,11 @@ bool Resolve(CReplaceEdit& edit, const CEditsOrigin& origin, CScriptFiles& files
         notes.Missing(lng::Mark("File of a replaced object not found"), CNoteList::Printable(edit.path));
         return false;
     }
+    if (!files.MayRead(*found)) {
+        notes.Limited(lng::Mark("The files of replaced objects are too large together"),
+                      CNoteList::Printable(*found));
+        return false;
+    }
     if (!files.IsNear(origin.namingFile, origin.modelPath, *found))
         notes.Limited(lng::Mark("An object is replaced from another folder"), CNoteList::Printable(*found));
     edit.path = std::move(*found);

@@ -56,6 +56,19 @@ TEST(StartProgramTest, GivesTheEnvironmentThatWasKept) {
     ::unsetenv("ORBIVUE_TEST");
 }
 
+TEST(StartProgramTest, GivesInputAndOutlivesItsReader) {
+    CProgramToStart reader{"sh", {"-c", "read -r line; echo \"got $line\""}, "/", true};
+    reader.takesInput = true;
+    CResult<CStartedProgram> started = StartProgram(reader);
+    ASSERT_TRUE(started);
+    EXPECT_TRUE(started.Value().WriteInput("one\ntwo"));
+    EXPECT_EQ(started.Value().WaitForEnd(20s), 0);
+    std::string output, errors;
+    started.Value().ReadOutput(output, errors, 1000);
+    EXPECT_EQ(output, "got one\n");
+    EXPECT_FALSE(started.Value().WriteInput("more")) << "and no signal";
+}
+
 TEST(StartProgramTest, KeepsFilesAndSignalsToItself) {
     const CFileDescriptor file(::open("/dev/null", O_RDONLY));
     const CFileDescriptor inherited(::dup2(file.Get(), 200));  // without O_CLOEXEC

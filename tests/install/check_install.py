@@ -48,6 +48,10 @@ def check_programs(prefix, scratch):
     require(stats["textures"]["missing"] == [], f"textures missing: {stats['textures']['missing']}")
     for texture in stats["textures"]["found"]:
         require(texture["at"].startswith(str(prefix)), f"{texture['at']} is not the installed one")
+    for script in sorted((prefix / SAMPLE).parent.glob("*.orv")):
+        stats = json.loads(run(render, "--confined", "--stats", script, cwd=scratch))
+        require(stats["triangles"] > 0 and stats["notes"] == [], f"{script.name}: {stats['notes']}")
+    require((prefix / "share/orbivue/samples/tour.orv").is_file(), "the tour of the samples is not installed")
     for path in ("share/man/man1/orbivue-render.1", "share/man/man1/Orbivue.1", "share/orbivue/languages/de/viewer.mo", "share/doc/orbivue/NOTICE", "share/doc/orbivue/LICENSE"):
         require((prefix / path).is_file(), f"{path} is not installed")
     for path in prefix.rglob("*"):
@@ -84,7 +88,7 @@ def check_desktop(prefix, _scratch):
     thumbnailer = (share / "thumbnailers/orbivue.thumbnailer").read_text()
     command = next(line.split("=", 1)[1] for line in thumbnailer.splitlines() if line.startswith("Exec="))
     thumbnail = prefix / "thumbnail.png"
-    fields = {"%s": "128", "%i": str(prefix / SAMPLE), "%o": str(thumbnail)}
+    fields = {"%s": "128", "%u": (prefix / SAMPLE).absolute().as_uri(), "%o": str(thumbnail)}
     words = [part for part in command.split()]
     for key, value in fields.items():
         words = [word.replace(key, value) for word in words]

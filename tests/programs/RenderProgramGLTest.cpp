@@ -110,6 +110,37 @@ struct CExitCase {
     const char* before = "";
 };
 
+/** The colour in the middle of a drawn scene. */
+std::array<int, 3> MiddleOf(const CTestFolder& folder, const std::string& arguments) {
+    const CRun run = Render(folder, arguments + " --size 64x64 --samples 1 --no-file-lights", "");
+    EXPECT_EQ(run.code, 0) << arguments << run.err;
+    const auto image = image_codec::ReadImageFile(folder / "out.png");
+    if (!image) return {};
+    const auto pixel = image.Value().image.Pixel(32, 32);
+    return {pixel[0], pixel[1], pixel[2]};
+}
+
+TEST(RenderProgramGLTest, DrawsScenesOfScripts) {
+    const CTestFolder folder, elsewhere;
+    AddScene(folder);
+    EXPECT_TRUE(image_codec::WritePng(elsewhere / "blue.png", {1, 1, {0, 0, 255, 255}}, false));
+    (void)elsewhere.Add("base.orv", "[Model]\nBkGrImage=blue.png\n");
+    const std::string model = "Path=" + folder.Path() + "/box.3ds\n", script = elsewhere / "s.orv";
+    (void)elsewhere.Add("s.orv", "[Green]\nCamera=Cam 1\n" + model + "Color=Box>|0|255|0;\n[Gone]\n" + model +
+                                     "DeleteNode=Box;Cup;\nTemplate=base.orv\n");
+    for (const std::string how : {"", "--confined "}) {
+        if (kSanitized && !how.empty())
+            continue;  // the sanitizer needs more memory than the confinement allows
+        const auto green = MiddleOf(folder, how + script + " out.png");
+        EXPECT_TRUE(green[1] > 100 && green[0] < 50 && green[2] < 50) << how;
+        EXPECT_EQ(MiddleOf(folder, how + "--scene 2 " + script + " out.png"), (std::array<int, 3>{0, 0, 255}))
+            << how;
+    }
+    EXPECT_EQ(Render(folder, "--scene 3 " + script + " out.png").code, 2);
+    const CRun stats = Render(folder, "--stats --scene 2 " + script);
+    EXPECT_EQ(nlohmann::json::parse(stats.out)["notes"].size(), 1u) << "there is no cup";
+}
+
 class RenderProgramExit : public testing::TestWithParam<CExitCase> {};
 
 TEST_P(RenderProgramExit, HasItsCodeAndOneLineAndLeavesNoFile) {

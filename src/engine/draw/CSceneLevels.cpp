@@ -2,12 +2,22 @@
 #include "engine/draw/CSceneLevels.h"
 
 #include <algorithm>
+#include <chrono>
 #include <optional>
 #include <utility>
 
 #include "engine/draw/CSceneMeshes.h"
 #include "model/levels/make_levels.h"
 #include "model/prepare/CPreparedScene.h"
+
+namespace {
+
+using CClock = std::chrono::steady_clock;
+constexpr std::chrono::milliseconds kLongestStep{5};
+/** Triangles that wait for the maker, about: what it can do in a fifth of a second. */
+constexpr std::size_t kMostPending = 500'000;
+
+}  // namespace
 
 void CSceneLevels::Forget() {
     m_maker.Forget();
@@ -17,10 +27,13 @@ void CSceneLevels::Forget() {
 
 bool CSceneLevels::Work(CGlCurrent& gl, const CPreparedScene& scene, CSceneMeshes& meshes) {
     if (!m_isListed) List(scene, meshes);
-    GiveNext(scene, meshes);
-    std::optional<CLevelMaker::CMade> made = m_maker.Take();
-    if (made) meshes.SetLevels(gl, scene, made->mesh, std::move(made->levels));
-    GiveNext(scene, meshes);
+    const auto begin = CClock::now();
+    GiveNext(scene);
+    while (std::optional<CLevelMaker::CMade> made = m_maker.Take()) {
+        meshes.SetLevels(gl, scene, made->mesh, std::move(made->levels));
+        if (CClock::now() - begin > kLongestStep) break;
+    }
+    GiveNext(scene);
     return m_maker.Pending() > 0;
 }
 
@@ -42,9 +55,9 @@ void CSceneLevels::List(const CPreparedScene& scene, const CSceneMeshes& meshes)
     });
 }
 
-/** Keeps the maker busy without copying more than it needs. */
-void CSceneLevels::GiveNext(const CPreparedScene& scene, const CSceneMeshes&) {
-    while (!m_waiting.empty() && m_maker.Pending() < 2) {
+/** Keeps the maker busy, also while nobody calls for the time of a slow frame, without copying much more than it needs. */
+void CSceneLevels::GiveNext(const CPreparedScene& scene) {
+    while (!m_waiting.empty() && (m_maker.Pending() < 2 || m_maker.PendingTriangles() < kMostPending)) {
         m_maker.Give(m_waiting.back(), scene.meshes[m_waiting.back()]);
         m_waiting.pop_back();
     }

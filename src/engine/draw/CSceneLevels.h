@@ -15,7 +15,8 @@ struct CPreparedScene;
 /** Has levels made of the meshes of a scene, the largest first, and hands them to its meshes. */
 class CSceneLevels {
   public:
-    /** One step: takes over one mesh's levels, and hands the next meshes to the maker. True while more is to come. */
+    /** One step of some milliseconds: takes over levels that were made, and hands the next meshes to the maker. True while
+     * more is to come. */
     bool Work(CGlCurrent& gl, const CPreparedScene& scene, CSceneMeshes& meshes);
     /** To be called when meshes have changed: what is being made of them is not taken over. */
     void MeshesChanged() { m_isListed = false; }
@@ -24,7 +25,7 @@ class CSceneLevels {
 
   private:
     void List(const CPreparedScene& scene, const CSceneMeshes& meshes);
-    void GiveNext(const CPreparedScene& scene, const CSceneMeshes& meshes);
+    void GiveNext(const CPreparedScene& scene);
 
     CLevelMaker m_maker;
     bool m_isListed = false;

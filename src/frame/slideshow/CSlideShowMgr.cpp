@@ -18,10 +18,14 @@ void CSlideShowMgr::Start() {
 }
 
 void CSlideShowMgr::Stop() {
+    Rest(EShowButton::Start);
+}
+
+void CSlideShowMgr::Rest(EShowButton button) {
     m_intervalMs = UsableInterval();
     m_timer.reset();
     m_failures = 0;
-    m_host.ShowButton(EShowButton::Start);
+    m_host.ShowButton(button);
 }
 
 void CSlideShowMgr::Toggle() {
@@ -42,8 +46,7 @@ void CSlideShowMgr::OnModelOpened(int count) {
     m_failures = 0;
     m_count = count;
     if (IsRunning() && count > 0) return Start();
-    Stop();
-    m_host.ShowButton(count < 2 ? EShowButton::StartDisabled : EShowButton::Start);
+    Rest(count < 2 ? EShowButton::StartDisabled : EShowButton::Start);
 }
 
 void CSlideShowMgr::OnOpenFailed(int count) {

@@ -49,6 +49,7 @@ class CSlideShowMgr {
   private:
     [[nodiscard]] int UsableInterval() const { return m_intervalMs < 1 ? kDefaultMs : m_intervalMs; }
     void Arm(int periodMs);
+    void Rest(EShowButton button);
     void End(EShowEnd why);
 
     CSlideShowHost& m_host;

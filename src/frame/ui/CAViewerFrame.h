@@ -142,7 +142,7 @@ class CAViewerFrame final : public wxFrame,
     [[nodiscard]] bool HasUnsavedEdits() const override;
     void CancelTool() override;
     void ShowChanged() override;
-    void KeepPicture(bool keep) override;
+    void KeepPicture(EPicture how) override;
     [[nodiscard]] std::wstring Caption() const override;
     void SetCaption(const std::wstring& text) override;
     [[nodiscard]] bool FillsScreen() const override;

@@ -99,6 +99,7 @@ void CAViewerFrame::SetFullScreen(bool fullScreen) {
 
 void CAViewerFrame::OnOpening() {
     m_view->SetHint({});  // the user has followed it
+    m_slideShow->OnOpening();
 }
 
 void CAViewerFrame::AskForTurn() {
@@ -131,7 +132,8 @@ void CAViewerFrame::OnDocumentChanged() {
         m_hint = lng::Text("Open a model: Ctrl+O or drop one here");
     m_materials->OnEdited();
     ShowDocument();
-    m_slideShow->OnCounted(static_cast<int>(m_session->FolderModels()));
+    m_slideShow->OnCounted(
+        static_cast<int>(std::max<std::size_t>(m_session->FolderModels(), m_session->SceneCount())));
 }
 
 void CAViewerFrame::ShowDocument() {

@@ -68,8 +68,11 @@ void CAViewerFrame::ShowChanged() {
     ShowCommandStates();
 }
 
-void CAViewerFrame::KeepPicture(bool keep) {
-    m_view->SetKeepsPicture(keep);
+void CAViewerFrame::KeepPicture(EPicture how) {
+    using EKeeping = CViewer3DSWindowHandler::EKeeping;
+    m_view->KeepPicture(how == EPicture::Stays            ? EKeeping::UntilTold
+                        : how == EPicture::StaysUntilNext ? EKeeping::UntilNext
+                                                          : EKeeping::No);
 }
 
 std::wstring CAViewerFrame::Caption() const {

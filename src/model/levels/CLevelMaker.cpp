@@ -58,6 +58,13 @@ std::size_t CLevelMaker::Pending() const {
     return m_pending;
 }
 
+std::size_t CLevelMaker::PendingTriangles() const {
+    const std::lock_guard lock(m_mutex);
+    std::size_t sum = 0;
+    for (const CTask& task : m_tasks) sum += task.mesh.IndexCount() / 3;
+    return sum;
+}
+
 void CLevelMaker::SetPaused(bool paused) {
     {
         const std::lock_guard lock(m_mutex);

@@ -36,6 +36,8 @@ class CLevelMaker {
     [[nodiscard]] std::optional<CMade> Take();
     /** Meshes that were given and whose levels were not yet taken. */
     [[nodiscard]] std::size_t Pending() const;
+    /** Triangles of the meshes that wait for their turn. */
+    [[nodiscard]] std::size_t PendingTriangles() const;
     /** While paused, no further mesh is begun. */
     void SetPaused(bool paused);
     /** Drops all that was given and made. Does not wait. */

@@ -4,6 +4,7 @@
 #include <lib3ds/mesh.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 #include <numeric>
@@ -38,6 +39,29 @@ float PointError(const CMeshView& view) {
     return std::max(largest * kShare, kTiny);
 }
 
+/** Faces that are weighed together, number by number, so that the compiler takes four of them at a time. */
+struct CWeighedFaces {
+    static constexpr std::size_t kMost = 64;
+    using CNumbers = std::array<float, kMost>;
+    struct CPlaces {
+        CNumbers x, y, z;
+
+        void Set(std::size_t i, CVec3 p) {
+            x[i] = p.x;
+            y[i] = p.y;
+            z[i] = p.z;
+        }
+        [[nodiscard]] CVec3 At(std::size_t i) const { return {x[i], y[i], z[i]}; }
+    };
+    CPlaces a{}, b{}, c{};             ///< the corners
+    CPlaces normal{};                  ///< times how far it can be trusted
+    std::array<CNumbers, 3> angles{};  ///< at the corners
+    CNumbers twiceArea{};
+
+    /** errors: one over the error of a point. */
+    void Weigh(float errors);
+};
+
 struct CEdgeOfFace {
     explicit CEdgeOfFace(CVec3 along)
         : length(Length(along)), inverse(1 / std::max(length, kTiny)), direction(along * inverse) {}
@@ -45,23 +69,55 @@ struct CEdgeOfFace {
     CVec3 direction;
 };
 
-/** The weighted normals of a face; errors: one over the error of a point. Returns twice its area. */
-float Weigh(CVec3 a, CVec3 b, CVec3 c, float errors, CVec3 (&weighted)[3]) {
-    const CEdgeOfFace first(b - a), second(c - b), third(c - a);
-    const CVec3 across = Cross(first.direction, third.direction);
-    const float sine = Length(across);
-    const float perLongest = std::min(std::min(first.inverse, second.inverse), third.inverse);
-    // Times the sine this is the face's height over its longest edge, in errors of a point.
-    const float scale = first.length * perLongest * (third.length * errors);
-    const float squared = sine * sine * scale * scale;
-    const CVec3 normal = across * (scale * scale * sine * squared / (1 + squared * squared));
-    const float angleA = FastAcos(Dot(first.direction, third.direction));
-    const float angleB = FastAcos(-Dot(first.direction, second.direction));
-    weighted[0] = normal * angleA;
-    weighted[1] = normal * angleB;
-    weighted[2] = normal * std::max(std::numbers::pi_v<float> - angleA - angleB, 0.0f);
-    return sine * first.length * third.length;
+void CWeighedFaces::Weigh(float errors) {
+    for (std::size_t i = 0; i < kMost; ++i) {
+        const CVec3 pa = a.At(i), pb = b.At(i), pc = c.At(i);
+        const CEdgeOfFace first(pb - pa), second(pc - pb), third(pc - pa);
+        const CVec3 across = Cross(first.direction, third.direction);
+        const float sine = Length(across);
+        const float perLongest = std::min(std::min(first.inverse, second.inverse), third.inverse);
+        // Times the sine this is the face's height over its longest edge, in errors of a point.
+        const float scale = first.length * perLongest * (third.length * errors);
+        const float squared = sine * sine * scale * scale;
+        normal.Set(i, across * (scale * scale * sine * squared / (1 + squared * squared)));
+        const float angleA = FastAcos(Dot(first.direction, third.direction));
+        const float angleB = FastAcos(-Dot(first.direction, second.direction));
+        angles[0][i] = angleA;
+        angles[1][i] = angleB;
+        angles[2][i] = std::max(std::numbers::pi_v<float> - angleA - angleB, 0.0f);
+        twiceArea[i] = sine * first.length * third.length;
+    }
 }
+
+/** Weighs the faces of a mesh as they are collected. */
+class CFaceWeigher {
+  public:
+    CFaceWeigher(CMeshFaces& faces, float errors) : m_faces(faces), m_errors(errors) {}
+
+    /** The corners of the face that was collected last. */
+    void Add(CVec3 a, CVec3 b, CVec3 c) {
+        m_some.a.Set(m_count, a);
+        m_some.b.Set(m_count, b);
+        m_some.c.Set(m_count, c);
+        if (++m_count == CWeighedFaces::kMost) Finish();
+    }
+    void Finish() {
+        m_some.Weigh(m_errors);
+        const std::size_t first = m_faces.faces.size() - m_count;
+        for (std::size_t i = 0; i < m_count; ++i) {
+            CMeshFace& face = m_faces.faces[first + i];
+            for (std::size_t k = 0; k < 3; ++k) face.weighted[k] = m_some.normal.At(i) * m_some.angles[k][i];
+            m_faces.area += static_cast<double>(m_some.twiceArea[i]) / 2;
+        }
+        m_count = 0;
+    }
+
+  private:
+    CMeshFaces& m_faces;
+    float m_errors;
+    CWeighedFaces m_some;
+    std::size_t m_count = 0;
+};
 
 std::uint16_t WrapOf(const CMeshView& view, const CFaceIndices& face) {
     if ((face.flags & (kWrapU | kWrapV)) == 0) return 0;
@@ -83,7 +139,7 @@ CMeshFaces CollectFaces(const CMeshView& view, bool hasTexCoords) {
     CMeshFaces result;
     result.faces.reserve(view.faceCount);
     result.source.reserve(view.faceCount);
-    const float errors = 1 / PointError(view);
+    CFaceWeigher weigher(result, 1 / PointError(view));
     for (std::size_t i = 0; i < view.faceCount; ++i) {
         const CFaceIndices face = FaceOf(view, i);
         if (face.a == face.b || face.b == face.c || face.a == face.c) continue;
@@ -93,12 +149,11 @@ CMeshFaces CollectFaces(const CMeshView& view, bool hasTexCoords) {
         made.point[2] = face.c;
         made.wrap = hasTexCoords ? WrapOf(view, face) : std::uint16_t{0};
         made.smoothing = SmoothingOf(view, i);
-        const float twice =
-            Weigh(PointOf(view, face.a), PointOf(view, face.b), PointOf(view, face.c), errors, made.weighted);
-        result.area += static_cast<double>(twice) / 2;
         result.faces.push_back(made);
         result.source.push_back(static_cast<std::uint32_t>(i));
+        weigher.Add(PointOf(view, face.a), PointOf(view, face.b), PointOf(view, face.c));
     }
+    weigher.Finish();
     return result;
 }
 

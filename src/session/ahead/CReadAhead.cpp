@@ -49,7 +49,7 @@ void CReadAhead::Want(std::vector<std::wstring> files) {
             return std::ranges::find(files, scene.file) == files.end();
         };
         const auto unwanted = std::ranges::stable_partition(m_ready, std::not_fn(isUnwanted));
-        std::ranges::move(unwanted, std::back_inserter(m_dropped));
+        std::move(unwanted.begin(), unwanted.end(), std::back_inserter(m_dropped));
         m_ready.erase(unwanted.begin(), unwanted.end());
         for (const CScene& scene : m_ready) std::erase(files, scene.file);
         if (m_reading && std::erase(files, m_reading->file) == 0) CancelReading();

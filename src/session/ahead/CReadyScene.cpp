@@ -2,10 +2,12 @@
 #include "session/ahead/CReadyScene.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <optional>
 
 #include "base/text/lng.h"
 #include "files/file_util_ex.h"
+#include "files/system_error.h"
 
 namespace {
 
@@ -29,9 +31,11 @@ CResult<CReadyScene> LoadReadyScene(const std::wstring& path, CJobProgress& prog
                                     const CLoadLimits& limits) {
     const std::string utf8 = file_util_ex::ConvertToUTF8(path);
     const std::optional<CFileStamp> before = CFileStamp::Of(utf8);
+    // A script may name a device, which must not be touched before somebody asks for it.
+    if (!before) return CError{EErrorCode::NotFound, SystemErrorText(ENOENT), utf8};
     CResult<CLoadedScene> loaded = LoadScene(utf8, &progress, limits);
     if (!loaded) return loaded.Error();
-    if (!before || CFileStamp::Of(utf8) != before)
+    if (CFileStamp::Of(utf8) != before)
         return CError{EErrorCode::Unreadable, lng::Mark("the file was changed while it was read"), utf8};
     CReadyScene ready{std::move(loaded).Value(), {{utf8, *before}}};
     for (const std::string& file : ready.scene.prepared.sourceFiles) AddFile(file, ready.files);

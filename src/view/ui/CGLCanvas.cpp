@@ -20,9 +20,9 @@ wxGLAttributes Attributes(int samples) {
     return attributes;
 }
 
-/** The rest of a period, at least 1: with a timer of 0 the window would never paint. */
-int Rest(int periodMs, const wxStopWatch& sinceLast) {
-    return static_cast<int>(std::clamp<long>(periodMs - sinceLast.Time(), 1, periodMs));
+/** The rest of a period, but at least so much, and that at least 1: with a timer of 0 the window would never paint. */
+int Rest(int periodMs, const wxStopWatch& sinceLast, int leastMs) {
+    return std::max({1, leastMs, static_cast<int>(std::min<long>(periodMs - sinceLast.Time(), periodMs))});
 }
 
 /** The toolkit treats a display without OpenGL as a programming error and would show the user a dialog
@@ -155,10 +155,11 @@ void CGLCanvas::TakeSize() {
 }
 
 void CGLCanvas::ArmTicks() {
+    const int leastMs = m_handler->RestMs();
     if (m_rotating && !m_rotationTimer.IsRunning())
-        m_rotationTimer.StartOnce(Rest(kRotationPeriodMs, m_sinceRotation));
+        m_rotationTimer.StartOnce(Rest(kRotationPeriodMs, m_sinceRotation, leastMs));
     if (m_animating && !m_animationTimer.IsRunning())
-        m_animationTimer.StartOnce(Rest(kAnimationPeriodMs, m_sinceAnimation));
+        m_animationTimer.StartOnce(Rest(kAnimationPeriodMs, m_sinceAnimation, leastMs));
 }
 
 void CGLCanvas::RotationTick() {

@@ -86,8 +86,8 @@ void CViewer3DSWindowHandler::SetHint(CImage hint) {
     if (!GetEngine().Prepared()) Redraw();
 }
 
-void CViewer3DSWindowHandler::SetKeepsPicture(bool keeps) {
-    if (std::exchange(m_keepsPicture, keeps) != keeps) Redraw();
+void CViewer3DSWindowHandler::KeepPicture(EKeeping how) {
+    if (std::exchange(m_keeping, how) != how) Redraw();
 }
 
 void CViewer3DSWindowHandler::SetCaption(std::wstring text) {

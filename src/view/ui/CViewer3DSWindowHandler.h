@@ -128,9 +128,13 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     /** Sets the picture that is drawn in the middle while no model is shown; an empty one draws nothing. Its
      * size is in framebuffer pixels. */
     void SetHint(CImage hint);
-    /** While on, an opening leaves the picture on the screen until the next scene can be drawn, without an empty or a
-     * coarse one in between; so does a failed one. */
-    void SetKeepsPicture(bool keeps);
+    /** For how long the picture that was drawn last stays on the screen. */
+    enum class EKeeping {
+        No,
+        UntilNext,  ///< until another scene can be drawn: an opening shows no empty or coarse one in between
+        UntilTold,  ///< whatever happens
+    };
+    void KeepPicture(EKeeping how);
     /** Shows a text at the bottom of the view, over the model, in as many lines as it needs and as the view has room for;
      * any text, also a stranger's. Empty: none, as after every opening but a reload. TakePicture includes it with the
      * overlays only. */
@@ -169,6 +173,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     void OnPinch(int x, int y, double factor) override;
     bool OnModelKey(int keyCode, bool shiftDown) override;
     [[nodiscard]] bool IsPictureComplete() const override { return !m_isInterrupted; }
+    [[nodiscard]] int RestMs() const override;
 
   private:
     [[nodiscard]] int ViewHeight() const override;
@@ -226,7 +231,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     bool m_showsCoarse = false;  ///< the engine's scene is a stand-in
     CImage m_hint;
     CViewCaption m_caption;
-    bool m_keepsPicture = false;
+    EKeeping m_keeping = EKeeping::No;
     EToolCursor m_cursor = EToolCursor::Standard;
     wxTimer m_longPressTimer;
     CMotion m_motion;

@@ -19,6 +19,7 @@ namespace {
 /** Between two calls of the engine's idle work, which waits for another thread most of the time. */
 constexpr int kIdlePeriodMs = 15;
 constexpr std::chrono::milliseconds kSlowFrame{100};
+constexpr std::chrono::steady_clock::duration kLongestRest = std::chrono::milliseconds(100);
 
 using CClock = std::chrono::steady_clock;
 
@@ -27,7 +28,8 @@ using CClock = std::chrono::steady_clock;
 // --- moving and resting ----------------------------------------------------------------------------------
 
 void CViewer3DSWindowHandler::OnPaint() {
-    if (m_keepsPicture && (m_showsCoarse || !GetEngine().Prepared())) {
+    const bool isEmpty = m_showsCoarse || !GetEngine().Prepared();
+    if (m_keeping == EKeeping::UntilTold || (m_keeping == EKeeping::UntilNext && isEmpty)) {
         m_isInterrupted = true;  // what is on the screen stays there
         return;
     }
@@ -63,6 +65,14 @@ bool CViewer3DSWindowHandler::DrawsQuickly() {
     const CClock::time_point now = CClock::now();
     if (m_hasLevels) return m_motion.IsMoving(now);
     return m_motion.IsMovedByHand(now) && m_fullTook > kSlowFrame;
+}
+
+/** While levels are being made beside an animation, every other moment is theirs: else its full frames, which keep all cores
+ * busy, would put off what makes them quick. */
+int CViewer3DSWindowHandler::RestMs() const {
+    if (m_hasLevels) return 1;
+    return static_cast<int>(
+        std::chrono::ceil<std::chrono::milliseconds>(std::min(m_fullTook, kLongestRest)).count());
 }
 
 void CViewer3DSWindowHandler::SetRunning() {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <lib3ds/file.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <future>
@@ -54,6 +55,18 @@ TEST_F(CReadySceneTest, EndsSoonWhenItIsCancelled) {
         ASSERT_FALSE(ready) << isPreparing;
         EXPECT_EQ(ready.Error().code, EErrorCode::Cancelled) << ready.Error().Text();
         EXPECT_LT(progress.Share(), 1);
+    }
+}
+
+TEST_F(CReadySceneTest, TouchesNothingButRegularFiles) {
+    const std::string pipe = folder / "pipe.3ds";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    for (const std::string& path : {pipe, folder.Path(), std::string("/dev/zero"), folder / "gone.3ds"}) {
+        CJobProgress progress;
+        const CResult<CReadyScene> ready = LoadReadyScene(file_util_ex::PathFromBytes(path), progress);
+        ASSERT_FALSE(ready) << path;
+        EXPECT_EQ(ready.Error().code, EErrorCode::NotFound) << ready.Error().Text();
+        EXPECT_STREQ(progress.Phase(), "") << "it was not even begun";
     }
 }
 

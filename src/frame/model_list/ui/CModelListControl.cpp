@@ -84,7 +84,9 @@ bool CModelListControl::HasPictures() const {
 void CModelListControl::Open(const std::wstring& path, CListToolBarMgr::EReason why) {
     COpenRequest request = COpenRequest::OfFile(path);
     request.isStep = why == CListToolBarMgr::EReason::Step;
-    m_session.Open(request);
+    // Of these nobody is told, or not now; until then the list shows what is open.
+    const EOpened opened = m_session.Open(request);
+    if (opened == EOpened::Cancelled || opened == EOpened::Waits) Follow();
 }
 
 void CModelListControl::Follow() {

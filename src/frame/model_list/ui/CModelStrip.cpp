@@ -79,6 +79,8 @@ void CModelStrip::Scrolled(bool changed) {
     if (!changed) return;
     if (m_pictures) m_pictures->SetVisible(m_layout.Visible());
     m_actions.scrolled();
+    // Another entry is under the mouse now.
+    if (m_hovered) Hover(m_layout.At(ScreenToClient(wxGetMousePosition()).x));
     Refresh(false);
 }
 

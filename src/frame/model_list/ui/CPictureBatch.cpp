@@ -49,7 +49,7 @@ bool CPictureBatch::Start() {
     const std::string side = std::to_string(m_sidePx);
     CProgramToStart what{
         program, {"--batch", "--null", "--size", side + "x" + side, "--into", m_folder}, m_folder, true};
-    what.takesInput = what.onlyWhenIdle = true;
+    what.takesInput = what.isLast = true;
     CResult<CStartedProgram> started = StartProgram(what);
     if (!started) return false;
     m_process.emplace(std::move(started).Value());

@@ -12,7 +12,7 @@
 #include "frame/model_list/batch_answer.h"
 
 /** Draws pictures with one process of the program orbivue-render, installed beside this one, which draws one after the other
- * and confines itself. It gets only processor time that nobody else wants, and ends when it has had nothing to do
+ * and confines itself. It has the lowest priority, and ends when it has had nothing to do
  * for a while. */
 class CPictureBatch {
   public:

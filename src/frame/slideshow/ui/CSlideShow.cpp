@@ -78,7 +78,9 @@ bool CSlideShow::LeaveFullScreen() {
 }
 
 void CSlideShow::OnFullScreen() {
-    if (!m_frame.FillsScreen() && std::exchange(m_ownsFullScreen, false) && IsRunning()) Stop();
+    // A script that leaves full screen while it is opened goes on.
+    const bool byPerson = !m_frame.IsShowHindered();
+    if (!m_frame.FillsScreen() && std::exchange(m_ownsFullScreen, false) && IsRunning() && byPerson) Stop();
     Follow();
 }
 
@@ -103,8 +105,19 @@ void CSlideShow::ShowName(const std::wstring& name) {
 
 // --- what happens -----------------------------------------------------------------------------------------
 
+/** Until a script has been applied, a scene is not yet as it should be. */
+void CSlideShow::OnOpening() {
+    if (IsRunning()) m_frame.KeepPicture(CSlideShowFrame::EPicture::Stays);
+}
+
+void CSlideShow::KeepPicture() {
+    m_frame.KeepPicture(IsRunning() ? CSlideShowFrame::EPicture::StaysUntilNext
+                                    : CSlideShowFrame::EPicture::Follows);
+}
+
 void CSlideShow::OnOpened(const COpening& opening) {
     m_nameTimer.Stop();
+    KeepPicture();
     if (opening.hasFailed) return m_manager.OnOpenFailed(opening.models);
     if (const auto& scene = opening.scene) {
         m_manager.OnScriptScene(scene->timeMs, scene->script, scene->index, scene->count, scene->loop);
@@ -157,7 +170,7 @@ void CSlideShow::ShowButton(EShowButton button) {
     if (button == m_button) return;
     m_button = button;
     m_bar->ShowButton(button);
-    m_frame.KeepPicture(button == EShowButton::Stop);
+    KeepPicture();
     Follow();
     m_frame.ShowChanged();
 }

@@ -50,6 +50,8 @@ class CSlideShow final : private CSlideShowHost {
     /** Leaves full screen and ends the show, if it is, or was, one in full screen; else returns false. */
     bool LeaveFullScreen();
 
+    /** A model is about to be opened; OnOpened follows. */
+    void OnOpening();
     void OnOpened(const COpening& opening);
     /** The number of models in the folder has changed without an opening. */
     void OnCounted(int models);
@@ -70,6 +72,7 @@ class CSlideShow final : private CSlideShowHost {
     void ShowButton(EShowButton button) override;
     void Tell(EShowEnd why) override;
 
+    void KeepPicture();
     void ShowName(const std::wstring& name);
     void Follow();
 

@@ -15,8 +15,10 @@ class CSlideShowFrame {
     virtual void CancelTool() = 0;
     /** The show has started or stopped, or can no longer be started: menus are to follow. */
     virtual void ShowChanged() = 0;
-    /** While kept, the view shows its picture until the next model is there. */
-    virtual void KeepPicture(bool keep) = 0;
+    enum class EPicture { Follows, StaysUntilNext, Stays };
+    /** What the view shows until the next model is there: its picture stays while there is nothing to draw, or stays in
+     * any case. */
+    virtual void KeepPicture(EPicture how) = 0;
     /** The text over the view; empty: none. */
     [[nodiscard]] virtual std::wstring Caption() const = 0;
     virtual void SetCaption(const std::wstring& text) = 0;
