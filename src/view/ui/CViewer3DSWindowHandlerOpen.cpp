@@ -225,6 +225,7 @@ void CViewer3DSWindowHandler::AfterSceneChange() {
     if (!GetCanvas()) return;
     m_playing = true;
     m_hasLevels = false;
+    m_motion.Released(std::chrono::steady_clock::now());
     GetCanvas()->SetRotating(m_rotate && GetEngine().Prepared());
     GetCanvas()->OnModelOpened();
 }
