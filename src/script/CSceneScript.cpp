@@ -26,18 +26,40 @@ using file_util_ex::ConvertToUTF8;
 using file_util_ex::PathFromBytes;
 
 constexpr std::size_t kMostTextBytes = 4000, kMostCameraBytes = 200;
+constexpr std::size_t kMostNameBytes = 1000;
 constexpr double kFarthestPivot = 1e9, kLeastScale = 1e-3, kMostScale = 1e3;
+
+/** What the scenes of a script cost together: a template's values are read for each section that has it. */
+class CEffort {
+  public:
+    void SpendOn(std::string_view value) {
+        const auto entries = static_cast<std::size_t>(std::ranges::count(value, ';'));
+        m_bytes += value.size() + kEntryBytes * std::min(entries, edit_lists::kMostEntries);
+    }
+    /** The first scene may cost what it likes: its lists are bounded, too. */
+    [[nodiscard]] bool IsSpent() const { return m_bytes > kMostBytes; }
+
+  private:
+    static constexpr std::size_t kEntryBytes = 100, kMostBytes = 24 << 20;
+    std::size_t m_bytes = 0;
+};
 
 /** What the rows of the table read a scene from, and into. */
 struct CReading {
     const CScriptSection& section;
     CScriptFiles& files;
+    CEffort& effort;
     CNoteList& notes;
     CScriptScene& scene;
     std::string_view key;  ///< of the row
 
+    [[nodiscard]] std::optional<CScriptSection::CValue> Value(std::string_view name) const {
+        auto value = section.Get(name);
+        if (value) effort.SpendOn(value->text);
+        return value;
+    }
     [[nodiscard]] int Int(std::string_view name, int absent) const {
-        const auto value = section.Get(name);
+        const auto value = Value(name);
         return value ? number_text::ParseLeadingInt(value->text).value_or(absent) : absent;
     }
     void NotUsed(const char* what) const { notes.Limited(what, std::string(key)); }
@@ -46,17 +68,16 @@ struct CReading {
 // --- files -----------------------------------------------------------------------------------------------
 
 void ReadPath(CReading& r) {
-    const auto value = r.section.Get(r.key);
+    const auto value = r.Value(r.key);
     if (!value || ascii_text::Trimmed(value->text).empty()) return;
     const std::string folder = file_util_ex::GetFilePath(*value->file);
     const auto found = r.files.Find(folder, value->text);
-    r.scene.path =
-        PathFromBytes(found ? *found : file_util_ex::MakeAbsolute(folder, value->text.substr(0, 4096)));
+    r.scene.path = PathFromBytes(found ? *found : r.files.Unfound(folder, value->text));
 }
 
 template <std::wstring CScriptScene::*picture>
 void ReadPicture(CReading& r) {
-    const auto value = r.section.Get(r.key);
+    const auto value = r.Value(r.key);
     if (!value || ascii_text::Trimmed(value->text).empty()) return;
     const CScriptFiles::CPicture found =
         r.files.FindPicture(*value->file, ConvertToUTF8(r.scene.path), value->text);
@@ -90,7 +111,7 @@ void ReadBackground(CReading& r) {
 }
 
 void ReadTime(CReading& r) {
-    const auto value = r.section.Get(r.key);
+    const auto value = r.Value(r.key);
     if (!value) return;
     const double seconds = script_numbers::ReadNumber(value->text);
     r.scene.timeMs = script_numbers::Milliseconds(seconds);
@@ -99,7 +120,7 @@ void ReadTime(CReading& r) {
 }
 
 void ReadLoop(CReading& r) {
-    const auto value = r.section.Get(r.key);
+    const auto value = r.Value(r.key);
     const long long count = value ? script_numbers::ReadInteger(value->text) : 0;
     r.scene.loop =
         count < 1 ? 0 : static_cast<int>(std::min<long long>(count, std::numeric_limits<int>::max()) - 1);
@@ -109,7 +130,7 @@ void ReadLoop(CReading& r) {
 std::optional<CVec3d> ReadVector(const CReading& r, const std::array<std::string_view, 3>& names) {
     std::array<double, 3> numbers{};
     for (std::size_t i = 0; i < names.size(); ++i) {
-        const auto value = r.section.Get(names[i]);
+        const auto value = r.Value(names[i]);
         if (!value) return std::nullopt;
         numbers[i] = script_numbers::ReadNumber(value->text);
     }
@@ -141,7 +162,7 @@ void ReadScale(CReading& r) {
 
 template <std::wstring CScriptScene::*text, std::size_t mostBytes>
 void ReadText(CReading& r) {
-    const auto value = r.section.Get(r.key);
+    const auto value = r.Value(r.key);
     if (!value) return;
     const std::string shown = script_text::ForPeople(std::string_view(value->text).substr(0, 2 * mostBytes));
     const std::string_view cut = utf8_text::Cut(shown, mostBytes);
@@ -154,7 +175,7 @@ void ReadText(CReading& r) {
 /** All lists at once, as they are applied in an order of their own. */
 void ReadEdits(CReading& r) {
     for (std::size_t key = 0; key < edit_lists::kKeys.size(); ++key) {
-        const auto value = r.section.Get(edit_lists::kKeys[key]);
+        const auto value = r.Value(edit_lists::kKeys[key]);
         if (!value) continue;
         edit_lists::CLists lists;
         lists[key] = value->text;
@@ -202,11 +223,12 @@ constexpr std::array<CRow, 29> kRows{{{"Path", ReadPath},
                                       {"ReplaceNode", nullptr},
                                       {"DeleteNode", nullptr}}};
 
-CScriptScene ReadScene(const std::string& name, const CScriptSection& section, CScriptFiles& files) {
+CScriptScene ReadScene(const std::string& name, const CScriptSection& section, CScriptFiles& files,
+                       CEffort& effort) {
     CScriptScene scene;
     scene.section = name;
     CNoteList notes;
-    CReading reading{section, files, notes, scene, {}};
+    CReading reading{section, files, effort, notes, scene, {}};
     for (const CRow& row : kRows) {
         reading.key = row.key;
         if (row.read) row.read(reading);
@@ -227,16 +249,18 @@ CResult<CSceneScript> ReadScript(std::string_view path) {
     CScriptLoader loader(files, notes);
     const CStatus loaded = loader.Load(path);
     if (!loaded) return loaded.Error();
+    CEffort effort;
     CSceneScript script;
     for (const std::string& name : loader.Script().ini.Sections()) {
+        if (name.size() > kMostNameBytes) continue;
         const CScriptSection section = loader.Section(name);
         const auto model = section.Get("Path");
         if (!model || ascii_text::Trimmed(model->text).empty()) continue;
-        if (script.scenes.size() == kMostScriptScenes) {
+        if (script.scenes.size() == kMostScriptScenes || effort.IsSpent()) {
             notes.Limited(lng::Mark("Sections of the script beyond the limit are not shown"));
             break;
         }
-        script.scenes.push_back(ReadScene(name, section, files));
+        script.scenes.push_back(ReadScene(name, section, files, effort));
     }
     if (script.scenes.empty()) return NamesNoModel(path);
     script.notes = notes.Take();
@@ -250,10 +274,12 @@ CResult<std::string> FirstModelOf(std::string_view path) {
     CScriptLoader loader(files, notes);
     const CStatus loaded = loader.Load(path);
     if (!loaded) return loaded.Error();
+    CEffort effort;
     for (const std::string& name : loader.Script().ini.Sections()) {
+        if (name.size() > kMostNameBytes) continue;
         CScriptScene scene;
         const CScriptSection section = loader.Section(name);
-        CReading reading{section, files, notes, scene, "Path"};
+        CReading reading{section, files, effort, notes, scene, "Path"};
         ReadPath(reading);
         if (!scene.path.empty()) return ConvertToUTF8(scene.path);
     }

@@ -18,6 +18,7 @@ constexpr std::size_t kMostPathBytes = 4096;  // the system's own limit
 constexpr std::size_t kMostListedEntries = 50'000;
 constexpr std::size_t kMostInFolder = 10'000;
 constexpr std::size_t kMostLookUps = 20'000;
+constexpr std::size_t kMostSteps = 300'000;  // from a folder to what is in it, all paths together
 constexpr std::size_t kMostPlaces = 32;
 constexpr std::uintmax_t kMostBytes = 128 << 20;
 
@@ -53,7 +54,7 @@ CScriptFiles::CPlace::CPlace(const std::string& file)
 // --- anywhere --------------------------------------------------------------------------------------------
 
 std::optional<std::string> CScriptFiles::Find(const std::string& folder, std::string_view written) {
-    if (written.empty() || written.size() > kMostPathBytes || ++m_lookUps > kMostLookUps) return std::nullopt;
+    if (written.empty() || ++m_lookUps > kMostLookUps || !MayFollow(written)) return std::nullopt;
     const std::string_view plain = Unquoted(written);
     const std::string slashed = WithSlashes(plain);
     for (const std::string_view path : {written, plain, std::string_view(slashed)}) {
@@ -77,11 +78,28 @@ std::optional<std::string> CScriptFiles::Find(const std::string& folder, std::st
     return std::nullopt;
 }
 
+std::string CScriptFiles::Unfound(const std::string& folder, std::string_view written) {
+    if (MayFollow(written)) return file_util_ex::MakeAbsolute(folder, written);
+    return file_util_ex::MakePath(folder, written.substr(0, kMostPathBytes));
+}
+
+bool CScriptFiles::MayFollow(std::string_view path) {
+    if (path.size() > kMostPathBytes) return false;
+    const auto isSlash = [](char c) { return c == '/' || c == '\\'; };
+    const auto parts = static_cast<std::size_t>(std::ranges::count_if(path, isSlash)) + 1;
+    // A step back looks at the whole way to it.
+    constexpr std::size_t kSpellings = 3, kBytesOfStep = 64;
+    const bool goesBack = path.find("..") != path.npos;
+    m_steps += kSpellings * parts * (goesBack ? 1 + path.size() / kBytesOfStep : 1);
+    return m_steps <= kMostSteps;
+}
+
 std::optional<std::string> CScriptFiles::Walk(std::string folder, std::string_view path) {
     while (!path.empty()) {
         const std::size_t slash = path.find('/');
         const std::string name(path.substr(0, slash));
         path = slash == path.npos ? std::string_view() : path.substr(slash + 1);
+        if (++m_steps > kMostSteps) return std::nullopt;
         if (name.empty() || name == ".") continue;
         if (name == "..") {
             folder = file_util_ex::MakeAbsolute(folder, name);
@@ -150,7 +168,8 @@ CScriptFiles::CPicture CScriptFiles::FindPicture(const std::string& namingFile, 
         if (const auto path = place->surroundings.File(*exact)) return found(*path);
     }
     for (const CPlace* place : places) {
-        if (!place || written.size() > kMostPathBytes || m_lookUps > kMostLookUps) continue;
+        if (!place || written.size() > kMostPathBytes || m_lookUps > kMostLookUps || m_steps > kMostSteps)
+            continue;
         if (const auto hit = place->locator.Find(Unquoted(written))) return found(hit->foundAt);
     }
     return {exact ? EPicture::Outside : EPicture::Missing, {}, false};

@@ -21,6 +21,9 @@ class CScriptFiles {
     /** The path of a file anywhere on the disk, without "." and "..". folder: of the file that names it. */
     [[nodiscard]] std::optional<std::string> Find(const std::string& folder, std::string_view written);
 
+    /** Where a file that Find does not find should be. */
+    [[nodiscard]] std::string Unfound(const std::string& folder, std::string_view written);
+
     enum class EPicture { Found, Outside, Missing };
     struct CPicture {
         EPicture answer = EPicture::Missing;
@@ -47,6 +50,8 @@ class CScriptFiles {
     };
     /** Null where there are too many. */
     [[nodiscard]] const CPlace* PlaceOf(const std::string& file);
+    /** False for a path that is too long, and once all paths together are. */
+    [[nodiscard]] bool MayFollow(std::string_view path);
     [[nodiscard]] std::optional<std::string> Walk(std::string folder, std::string_view path);
     [[nodiscard]] std::optional<std::string> FindEntry(const std::string& folder, const std::string& name,
                                                        bool isLast);
@@ -55,6 +60,6 @@ class CScriptFiles {
     CNameMap<std::unique_ptr<CPlace>> m_places;  ///< by folder
     CNameMap<CTextureNames> m_listed;
     std::size_t m_listedEntries = 0;
-    std::size_t m_lookUps = 0;
+    std::size_t m_lookUps = 0, m_steps = 0;
     std::uintmax_t m_bytes = 0;
 };

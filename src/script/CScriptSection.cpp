@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <limits>
 #include <system_error>
 #include <utility>
 
@@ -16,11 +17,24 @@
 namespace {
 
 constexpr std::size_t kMostTemplateFiles = 64;
+// Of all templates together. A line costs memory of its own.
+constexpr std::size_t kMostTemplateBytes = 4 << 20, kLineBytes = 80;
 constexpr std::string_view kTemplateKey = "Template", kNoTemplate = "<NOTSET>", kModelSection = "Model";
 
-CResult<std::shared_ptr<const CScriptFile>> LoadFile(std::string_view path) {
+std::size_t CostOf(std::string_view text) {
+    const auto lines = std::ranges::count(text, '\n') + std::ranges::count(text, '\r');
+    return text.size() + static_cast<std::size_t>(lines) * kLineBytes;
+}
+
+/** left: what it may cost; 0 after one that costs more. */
+CResult<std::shared_ptr<const CScriptFile>> LoadFile(std::string_view path, std::size_t& left) {
     const CResult<std::string> text = script_text::Load(path);
     if (!text) return text.Error();
+    const std::size_t cost = CostOf(text.Value());
+    const bool isTooLarge = cost > left;
+    left = isTooLarge ? 0 : left - cost;
+    if (isTooLarge)
+        return CError{EErrorCode::TooLarge, lng::Mark("the script is too large"), std::string(path)};
     auto file = std::make_shared<CScriptFile>();
     const CStatus parsed = file->ini.Parse(text.Value());
     if (!parsed) {
@@ -52,8 +66,12 @@ std::optional<std::string> CScriptSection::GetOwn(std::string_view key) const {
     return m_layers.front().file->ini.Get(m_layers.front().section, key);
 }
 
+CScriptLoader::CScriptLoader(CScriptFiles& files, CNoteList& notes)
+    : m_files(files), m_notes(notes), m_templateBytesLeft(kMostTemplateBytes) {}
+
 CStatus CScriptLoader::Load(std::string_view path) {
-    auto loaded = LoadFile(path);
+    auto left = std::numeric_limits<std::size_t>::max();  // its own limits count
+    auto loaded = LoadFile(path, left);
     if (!loaded) return loaded.Error();
     m_script = std::move(loaded).Value();
     return CDone{};
@@ -105,11 +123,11 @@ std::shared_ptr<const CScriptFile> CScriptLoader::Template(const CScriptSection&
 std::shared_ptr<const CScriptFile> CScriptLoader::LoadTemplate(const std::string& path) {
     const auto known = m_templates.find(path);
     if (known != m_templates.end()) return known->second;
-    if (m_templates.size() == kMostTemplateFiles) {
+    if (m_templates.size() == kMostTemplateFiles || m_templateBytesLeft == 0) {
         m_notes.Limited(lng::Mark("Too many templates"));
         return nullptr;
     }
-    auto loaded = LoadFile(path);
+    auto loaded = LoadFile(path, m_templateBytesLeft);
     if (!loaded)
         m_notes.Limited(lng::Mark("The template cannot be read"), CNoteList::Printable(path),
                         loaded.Error().message);

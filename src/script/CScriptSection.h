@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -56,7 +57,7 @@ class CScriptLoader {
     static constexpr std::size_t kMostTemplates = 8;
 
     /** Both must outlive it. */
-    CScriptLoader(CScriptFiles& files, CNoteList& notes) : m_files(files), m_notes(notes) {}
+    CScriptLoader(CScriptFiles& files, CNoteList& notes);
 
     /** path is UTF-8. After a failure there is no script. */
     [[nodiscard]] CStatus Load(std::string_view path);
@@ -73,6 +74,7 @@ class CScriptLoader {
 
     CScriptFiles& m_files;
     CNoteList& m_notes;
+    std::size_t m_templateBytesLeft;
     std::shared_ptr<const CScriptFile> m_script;
     CNameMap<std::shared_ptr<const CScriptFile>> m_templates;  ///< by path; null: cannot be read
 };

@@ -240,11 +240,17 @@ std::vector<CEdit> WithoutRepeated(std::vector<CEdit> edits) {
 }
 
 std::vector<CEdit> EditsOf(const CLists& lists, CNoteList& notes) {
+    const auto noteTooMany = [&notes](std::size_t key) {
+        notes.Limited(lng::Mark("Entries of the script beyond the limit are not used"),
+                      std::string(kKeys[key]));
+    };
     std::vector<CEdit> all;
     for (std::size_t key = 0; key < kKeys.size(); ++key) {
         std::vector<CEdit> edits;
         std::string_view rest = lists[key];
+        std::size_t count = 0;
         while (const auto entry = NextEntry(rest)) {
+            if (++count > kMostEntries) break;
             CResult<CEdit> edit = EditOf(key, *entry);
             if (edit)
                 edits.push_back(std::move(edit).Value());
@@ -253,11 +259,8 @@ std::vector<CEdit> EditsOf(const CLists& lists, CNoteList& notes) {
                               edit.Error().message);
         }
         edits = WithoutRepeated(std::move(edits));
-        if (edits.size() > kMost[key]) {
-            notes.Limited(lng::Mark("Entries of the script beyond the limit are not used"),
-                          std::string(kKeys[key]));
-            edits.resize(kMost[key], CDeleteEdit{});
-        }
+        if (count > kMostEntries || edits.size() > kMost[key]) noteTooMany(key);
+        edits.resize(std::min(edits.size(), kMost[key]), CDeleteEdit{});
         std::move(edits.begin(), edits.end(), std::back_inserter(all));
     }
     return all;

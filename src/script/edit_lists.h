@@ -29,6 +29,9 @@ using CLists = std::array<std::string, kKeys.size()>;
 inline constexpr std::array<std::size_t, kKeys.size()> kMost{100,   10'000, 10'000, 1'000,
                                                              1'000, 4'000,  4'000,  4'000};
 
+/** How many entries of one list are read. */
+inline constexpr std::size_t kMostEntries = 20'000;
+
 /** The number of the key, in kKeys, of the list that an edit belongs to. */
 [[nodiscard]] std::size_t KeyOf(const CEdit& edit);
 

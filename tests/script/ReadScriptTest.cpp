@@ -185,6 +185,52 @@ TEST(ReadScriptTest, TakesWhatItLacksFromItsTemplate) {
     EXPECT_EQ(script.Value().scenes[1].timeMs, 0);
 }
 
+std::string Repeated(std::size_t count, const std::string& text) {
+    std::string all;
+    for (std::size_t i = 0; i < count; ++i) all += text;
+    return all;
+}
+
+TEST(ReadScriptTest, LetsNoTemplateMultiplyWhatItCosts) {
+    CScriptBeside beside;
+    (void)beside.Folder().Add("lists.orv", "[Model]\nMoveNode=" + Repeated(50'000, "Box|1|0|0;") +
+                                               "\nColor=" + Repeated(50'000, "Red|1|2|3;") + "\n");
+    std::string sections;
+    for (int i = 0; i < 500; ++i) sections += "[" + std::to_string(i) + "]\nPath=m.3ds\nTemplate=lists.orv\n";
+    const auto script = beside.Read(sections);
+    ASSERT_TRUE(script);
+    std::size_t edits = 0;
+    for (const CScriptScene& scene : script.Value().scenes) edits += scene.edits.size();
+    EXPECT_GT(edits, 0u);
+    EXPECT_LT(edits, 200'000u);
+    EXPECT_EQ(script.Value().notes.size(), 1u);
+}
+
+TEST(ReadScriptTest, ReadsNoTemplatesWithoutEnd) {
+    CScriptBeside beside;
+    std::string sections;
+    for (const std::string name : {"one", "two", "three"}) {
+        (void)beside.Folder().Add(name + ".orv", "[Model]\nTime=2\n" + Repeated(30'000, ";2345\n"));
+        sections += "[" + name + "]\nPath=m.3ds\nTemplate=" + name + ".orv\n";
+    }
+    const auto script = beside.Read(sections);
+    ASSERT_TRUE(script);
+    ASSERT_EQ(script.Value().scenes.size(), 3u);
+    EXPECT_EQ(script.Value().scenes[0].timeMs, 2000);
+    EXPECT_EQ(script.Value().scenes[2].timeMs, 0);
+    EXPECT_EQ(script.Value().files.size(), 2u);  // the script and what was read
+}
+
+TEST(ReadScriptTest, FollowsLongPathsOnlyForAWhile) {
+    CScriptBeside beside;
+    (void)beside.Folder().Add("b.3ds", "model");
+    const std::string path = "C:" + Repeated(1'000, "\\d") + "\\b.3ds";
+    std::string entries;
+    for (int i = 0; i < 90; ++i) entries += "Box" + std::to_string(i) + "|" + path + ";";
+    EXPECT_EQ(beside.SceneOf("ReplaceNode=Box|" + path + ";").edits.size(), 1u);
+    EXPECT_LT(beside.SceneOf("ReplaceNode=" + entries).edits.size(), 90u);
+}
+
 TEST(ReadScriptTest, EndsCirclesAndLongChains) {
     CScriptBeside beside;
     const auto circle = beside.Read("[Model]\nPath=m.3ds\nTemplate=a.orv\n");
