@@ -5,8 +5,6 @@
 #include <time.h>
 #include <wx/app.h>
 #include <wx/evtloop.h>
-#include <wx/image.h>
-#include <wx/init.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -14,13 +12,13 @@
 #include <vector>
 
 #include "base/CStopwatch.h"
-#include "base/process_memory.h"
 #include "engine/CGLCanvasI.h"
 #include "files/file_util_ex.h"
 #include "frame/command_ids.h"
 #include "frame/model_list/ui/CModelListControl.h"
 #include "frame/model_list/ui/CModelsLstToolBar.h"
 #include "frame/ui/CAViewerFrame.h"
+#include "run_in_toolkit.h"
 #include "session/CSession.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 
@@ -110,17 +108,5 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: orbivue_list_bench FOLDER\n");
         return 2;
     }
-    process_memory::KeepFreedBlocks();
-    int toolkitArguments = 1;
-    wxApp::SetInstance(new wxApp);
-    if (!wxEntryStart(toolkitArguments, argv)) return 1;
-    wxInitAllImageHandlers();
-    wxEventLoop loop;
-    int result = 0;
-    {
-        const wxEventLoopActivator active(&loop);
-        result = Run(file_util_ex::PathFromBytes(argv[1]));
-    }
-    wxEntryCleanup();
-    return result;
+    return RunInToolkit(argv, [&] { return Run(file_util_ex::PathFromBytes(argv[1])); });
 }

@@ -3,8 +3,6 @@
 // inside, as JSON. Needs a display; scripts/bench/window gives it one.
 #include <wx/app.h>
 #include <wx/evtloop.h>
-#include <wx/image.h>
-#include <wx/init.h>
 #include <wx/stopwatch.h>
 #include <wx/uiaction.h>
 
@@ -21,12 +19,12 @@
 #include <utility>
 #include <vector>
 
-#include "base/process_memory.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
 #include "files/file_util_ex.h"
 #include "frame/command_ids.h"
 #include "frame/ui/CAViewerFrame.h"
+#include "run_in_toolkit.h"
 #include "session/CSession.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 
@@ -333,17 +331,5 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    process_memory::KeepFreedBlocks();
-    int toolkitArguments = 1;
-    wxApp::SetInstance(new wxApp);
-    if (!wxEntryStart(toolkitArguments, argv)) return 1;
-    wxInitAllImageHandlers();
-    wxEventLoop loop;
-    int result = 0;
-    {
-        const wxEventLoopActivator active(&loop);
-        result = Run(argc, argv);
-    }
-    wxEntryCleanup();
-    return result;
+    return RunInToolkit(argv, [&] { return Run(argc, argv); });
 }

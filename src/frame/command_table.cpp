@@ -104,6 +104,8 @@ constexpr int kToolBar[] = {
     kCmdRotate,    kSeparator,     kCmdPreviousFile,      kCmdNextFile,    kSeparator,     kCmdDownload,
     kCmdUpload,    kSeparator,     kCmdFullScreen,        kSeparator,      kCmdScreenShot, kSeparator,
     kCmdExportPov, kCmdExportHtml, kCmdExportGoogleDrive, kSeparator,      kCmdAbout};
+constexpr int kMaterialBar[] = {kCmdToolColor,   kCmdToolShininess, kCmdToolTransparency,
+                                kCmdToolReplace, kCmdToolFilter,    kCmdSaveEdits};
 constexpr int kContextMenu[] = {
     kCmdOpen,        kCmdReload,     kSeparator,    kCmdTopCamera,     kCmdLeftCamera, kCmdRightCamera,
     kCmdFrontCamera, kCmdBackCamera, kCmdIsoCamera, kCmdResetView,     kSeparator,     kCmdRenderMode,
@@ -130,6 +132,10 @@ bool IsPresetCamera(int id) {
 
 std::span<const int> ToolBarOrder() {
     return kToolBar;
+}
+
+std::span<const int> MaterialBarTools() {
+    return kMaterialBar;
 }
 
 std::span<const int> ContextMenuOrder() {

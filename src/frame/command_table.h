@@ -45,6 +45,8 @@ struct CCommand {
 [[nodiscard]] bool IsPresetCamera(int id);
 /** The tools in their order; 0 is a separator. */
 [[nodiscard]] std::span<const int> ToolBarOrder();
+/** The commands with buttons on the material toolbar. */
+[[nodiscard]] std::span<const int> MaterialBarTools();
 /** The commands of the view's context menu in their order; 0 is a separator. */
 [[nodiscard]] std::span<const int> ContextMenuOrder();
 /** "&File" and so on. */

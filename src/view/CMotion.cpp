@@ -5,7 +5,8 @@
 
 void CMotion::Drawn(EDrawn how, CTime now) {
     m_owes = how != EDrawn::Whole;
-    if (how == EDrawn::Interrupted) Moved(now);
+    m_isToBeShown = false;
+    if (how == EDrawn::Interrupted) m_stillFrom = now + kStill;
 }
 
 std::optional<std::chrono::milliseconds> CMotion::DueIn(CTime now) const {

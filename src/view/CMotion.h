@@ -17,9 +17,15 @@ class CMotion {
     static constexpr std::chrono::milliseconds kStill{50};
 
     /** Something was moved: by a drag, the wheel, a key, a camera. */
-    void Moved(CTime now) { m_stillFrom = now + kStill; }
+    void Moved(CTime now) {
+        m_stillFrom = now + kStill;
+        m_isToBeShown = true;
+    }
     /** The button came up: nothing more is to be waited for. */
-    void Released(CTime now) { m_stillFrom = now; }
+    void Released(CTime now) {
+        m_stillFrom = now;
+        m_isToBeShown = false;
+    }
     /** Something moves by itself: the automatic rotation, an animation. */
     void SetRunning(bool running) { m_isRunning = running; }
     /** A picture was drawn. An interrupted one is not shown, and what interrupted it counts as movement. */
@@ -28,6 +34,8 @@ class CMotion {
     [[nodiscard]] bool IsMoving(CTime now) const { return m_isRunning || IsMovedByHand(now); }
     /** The user moves it, and waits for each picture. */
     [[nodiscard]] bool IsMovedByHand(CTime now) const { return now < m_stillFrom; }
+    /** No picture shows the last movement yet: the next one must come quickly, however late it is begun. */
+    [[nodiscard]] bool IsToBeShown() const { return m_isToBeShown; }
     /** The view shows less than the full picture. */
     [[nodiscard]] bool OwesPicture() const { return m_owes; }
     /** After what time the full picture is due if nothing moves until then; nothing when it is shown
@@ -38,4 +46,5 @@ class CMotion {
     CTime m_stillFrom{};
     bool m_isRunning = false;
     bool m_owes = false;
+    bool m_isToBeShown = false;
 };

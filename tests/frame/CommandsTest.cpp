@@ -3,6 +3,7 @@
 
 #include <set>
 #include <string>
+#include <vector>
 
 #include "frame/command_states.h"
 #include "frame/command_table.h"
@@ -28,7 +29,9 @@ TEST(CommandTableTest, NumbersAreUniqueAndFitTheToolkit) {
 
 TEST(CommandTableTest, EveryToolHasAPictureAndATip) {
     std::set<int> tools;
-    for (const int id : ToolBarOrder()) {
+    std::vector<int> all(ToolBarOrder().begin(), ToolBarOrder().end());
+    all.insert(all.end(), MaterialBarTools().begin(), MaterialBarTools().end());
+    for (const int id : all) {
         if (id == 0) continue;
         const CCommand* command = FindCommand(id);
         ASSERT_NE(command, nullptr) << id;

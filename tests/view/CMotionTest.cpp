@@ -15,7 +15,8 @@ struct CMotionCase {
     /** Each of: N (milliseconds pass), move, release, run, stop, and what is drawn then: whole, less,
      * interrupted. */
     const char* steps;
-    const char* state;  ///< "moves" or "rests", and when the full picture is due
+    const char*
+        state;  ///< "moves" or "rests", when the full picture is due, and whether a quick one is to come
 };
 
 class CMotionTest : public testing::TestWithParam<CMotionCase> {};
@@ -42,7 +43,7 @@ TEST_P(CMotionTest, KnowsWhenTheFullPictureIsDue) {
     }
     const auto due = motion.DueIn(now);
     EXPECT_EQ(std::string(motion.IsMoving(now) ? "moves" : "rests") +
-                  (due ? " due " + std::to_string(due->count()) : ""),
+                  (due ? " due " + std::to_string(due->count()) : "") + (motion.IsToBeShown() ? " late" : ""),
               GetParam().state);
 }
 
@@ -52,6 +53,8 @@ const CMotionCase kMotions[] = {
     {"MovingPictureOwesTheFullOne", "move less 20", "moves due 30"},
     {"EachMovementWaitsAnew", "move less 40 move less 40", "moves due 10"},
     {"HeldStill", "move less 50", "rests due 0"},
+    {"NotDrawnForLong", "move less 5 move 90", "rests due 0 late"},
+    {"NotDrawnBeforeTheRelease", "move less 5 move 90 release", "rests due 0"},
     {"ReleasedAtOnce", "move less 5 release", "rests due 0"},
     {"SmallSceneIsWholeWhileItMoves", "move whole 20", "moves"},
     {"ShownInFull", "move less 60 whole 10", "rests"},

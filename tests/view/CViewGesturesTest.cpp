@@ -57,6 +57,7 @@ class CRecordedTool final : public CViewToolState {
     bool IsActive() const override { return m_active; }
     EToolCursor GetCursor() const override { return m_active ? EToolCursor::Color : EToolCursor::Standard; }
     void Apply(const char* name) override { m_target.log += std::string(" apply(") + name + ")"; }
+    void Miss() override { m_target.log += " miss"; }
 
   private:
     CRecordedTarget& m_target;
@@ -191,6 +192,10 @@ const CGestureCase kNodes[] = {
     {"ToolTakesThePress", kActive, "down 200 149 move 210 149",
      " pick(200,149) apply(Box01) tell paint cursor idle"},
     {"ToolOverNothingDrags", kOverNothing, "down 200 149", " pick(200,149) tell paint pending(200,150)"},
+    {"ToolMissesWithAClick", kOverNothing, "down 200 149 move 201 148 up 201 148",
+     " pick(200,149) tell paint cursor stop paint miss idle"},
+    {"ToolDoesNotMissWithADrag", kOverNothing, "down 200 149 move 203 149 move 200 149 up 200 149",
+     " pick(200,149) tell paint cursor cursor stop paint idle"},
 };
 INSTANTIATE_TEST_SUITE_P(Nodes, CViewGesturesTest, testing::ValuesIn(kNodes), kRowName);
 

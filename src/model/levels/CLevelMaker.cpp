@@ -13,8 +13,9 @@ namespace {
 
 /** For Linux a thread has a priority of its own; elsewhere the call may fail, and the thread is as any other. */
 void LowerPriorityOfThisThread() {
-    constexpr int kLowest = 19;
-    (void)::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), kLowest);
+    // Not the lowest: beside a machine's other work that would never end. It is paused while a hand moves the model.
+    constexpr int kLow = 10;
+    (void)::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), kLow);
 }
 
 }  // namespace

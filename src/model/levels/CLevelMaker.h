@@ -12,7 +12,7 @@
 
 #include "model/levels/CMeshLevels.h"
 
-/** Makes levels of meshes on a thread of the lowest priority, one mesh after the other. It works on copies, so that a scene
+/** Makes levels of meshes on a thread of low priority, one mesh after the other. It works on copies, so that a scene
  * can change and close meanwhile without waiting. The thread starts with the first mesh. All functions are for one
  * thread, that of the caller. */
 class CLevelMaker {

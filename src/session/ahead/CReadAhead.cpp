@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <chrono>
 #include <exception>
-#include <functional>
 #include <iterator>
 #include <system_error>
 #include <utility>
@@ -45,12 +44,12 @@ void CReadAhead::Want(std::vector<std::wstring> files) {
     if (files.size() > kMostScenes) files.resize(kMostScenes);
     {
         const std::lock_guard lock(m_mutex);
-        const auto isUnwanted = [&](const CScene& scene) {
-            return std::ranges::find(files, scene.file) == files.end();
+        const auto isWanted = [&](const CScene& scene) {
+            return std::ranges::find(files, scene.file) != files.end();
         };
-        const auto unwanted = std::ranges::stable_partition(m_ready, std::not_fn(isUnwanted));
-        std::move(unwanted.begin(), unwanted.end(), std::back_inserter(m_dropped));
-        m_ready.erase(unwanted.begin(), unwanted.end());
+        const auto unwanted = std::stable_partition(m_ready.begin(), m_ready.end(), isWanted);
+        std::move(unwanted, m_ready.end(), std::back_inserter(m_dropped));
+        m_ready.erase(unwanted, m_ready.end());
         for (const CScene& scene : m_ready) std::erase(files, scene.file);
         if (m_reading && std::erase(files, m_reading->file) == 0) CancelReading();
         m_wanted.assign(files.begin(), files.end());

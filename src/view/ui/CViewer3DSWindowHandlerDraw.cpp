@@ -63,8 +63,8 @@ void CViewer3DSWindowHandler::TellThatItIsShown() {
 bool CViewer3DSWindowHandler::DrawsQuickly() {
     SetRunning();
     const CClock::time_point now = CClock::now();
-    if (m_hasLevels) return m_motion.IsMoving(now);
-    return m_motion.IsMovedByHand(now) && m_fullTook > kSlowFrame;
+    const bool byHand = m_motion.IsMovedByHand(now) || m_motion.IsToBeShown();
+    return m_hasLevels ? byHand || m_motion.IsMoving(now) : byHand && m_fullTook > kSlowFrame;
 }
 
 /** While levels are being made beside an animation, every other moment is theirs: else its full frames, which keep all cores

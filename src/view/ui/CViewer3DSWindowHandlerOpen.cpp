@@ -95,17 +95,21 @@ CResult<CLoadedScene> CViewer3DSWindowHandler::LoadFile(const std::wstring& path
     const auto load = [&](CJobProgress& progress) { loaded.emplace(LoadScene(utf8, &progress, {}, take)); };
     std::optional<CPreparedScene> kinds;  // of what is to come next
     if (take && MayBeLarge(utf8)) kinds = CoarseKind();
+    const auto showWhenMade = [&] {
+        if (!coarse.valid() || coarse.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
+            return false;
+        CCoarseScene shown = coarse.get();
+        ShowCoarse(std::move(shown.scene));
+        kinds = std::move(shown.kinds);
+        return true;
+    };
     const wxStopWatch watch;
     RunJob(load, [&](CJobProgress& progress) {
         if (m_progressListener) m_progressListener(progress, watch.Time());
-        if (coarse.valid() && coarse.wait_for(std::chrono::seconds(0)) == std::future_status::ready) {
-            CCoarseScene shown = coarse.get();
-            ShowCoarse(std::move(shown.scene));
-            kinds = std::move(shown.kinds);
-        } else if (kinds && !GetReadyFor(*kinds)) {
-            kinds.reset();
-        }
+        if (!showWhenMade() && kinds && !GetReadyFor(*kinds)) kinds.reset();
     });
+    // However soon it was prepared: its first picture takes longer than this one.
+    if (*loaded && showWhenMade() && GetCanvas()) GetCanvas()->GetWindow()->Update();
     m_showsCoarse = false;
     return std::move(*loaded);
 }
@@ -225,6 +229,7 @@ void CViewer3DSWindowHandler::AfterSceneChange() {
     if (!GetCanvas()) return;
     m_playing = true;
     m_hasLevels = false;
+    m_motion.Released(std::chrono::steady_clock::now());
     GetCanvas()->SetRotating(m_rotate && GetEngine().Prepared());
     GetCanvas()->OnModelOpened();
 }

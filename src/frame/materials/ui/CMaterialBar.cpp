@@ -4,7 +4,6 @@
 #include <wx/slider.h>
 #include <wx/stattext.h>
 
-#include <array>
 #include <utility>
 
 #include "base/text/lng.h"
@@ -16,8 +15,6 @@
 
 namespace {
 
-constexpr std::array kCommands{kCmdToolColor,   kCmdToolShininess, kCmdToolTransparency,
-                               kCmdToolReplace, kCmdToolFilter,    kCmdSaveEdits};
 constexpr int kSlideEndMs = 800;
 
 }  // namespace
@@ -33,7 +30,6 @@ CMaterialBar::CMaterialBar(wxWindow* parent, wxColorPopupListener* listener, CAc
     AddCommand(kCmdToolColor);
     m_color = new wxColourCombo(this, listener);
     SetAccessibleName(*m_color, lng::Text("Colour"));
-    m_color->SetToolTip(lng::Text("Colour that the tool gives"));
     AddControl(m_color);
     AddSeparator();
     AddCommand(kCmdToolShininess);
@@ -115,7 +111,7 @@ void CMaterialBar::ShowValues(const CToolValues& values) {
 }
 
 void CMaterialBar::ShowStates(const std::function<CCommandState(const CCommand&)>& stateOf) {
-    for (const int id : kCommands) {
+    for (const int id : MaterialBarTools()) {
         const CCommandState state = stateOf(*FindCommand(id));
         EnableTool(WidgetIdOf(id), state.enabled);
         wxAuiToolBarItem* tool = FindTool(WidgetIdOf(id));
