@@ -153,10 +153,21 @@ const CScriptFiles::CPlace* CScriptFiles::PlaceOf(const std::string& file) {
         .first->second.get();
 }
 
+const CScriptFiles::CPlace* CScriptFiles::PlaceOfModel(const std::string& namingFile,
+                                                       const std::string& modelPath) {
+    // The script chose the path: what is no model would be a key to any folder.
+    if (modelPath.empty() || !file_util_ex::DoesFileExist(modelPath)) return nullptr;
+    const CPlace* place = PlaceOf(modelPath);
+    const CPlace* own = PlaceOf(namingFile);
+    if (!place || place->surroundings.OwnsFoldersBeside()) return place;
+    // In a private folder lie papers beside the model, too.
+    return own && own->surroundings.Folder() == place->surroundings.Folder() ? place : nullptr;
+}
+
 CScriptFiles::CPicture CScriptFiles::FindPicture(const std::string& namingFile, const std::string& modelPath,
                                                  std::string_view written) {
     const auto exact = Find(file_util_ex::GetFilePath(namingFile), written);
-    const std::array places{PlaceOf(namingFile), PlaceOf(modelPath)};
+    const std::array places{PlaceOf(namingFile), PlaceOfModel(namingFile, modelPath)};
     const auto found = [&places](const fs::path& path) {
         CPicture picture{EPicture::Found, path.native(), true};
         for (const CPlace* place : places)
@@ -185,8 +196,7 @@ bool CScriptFiles::MayRead(const std::string& path) {
 
 bool CScriptFiles::IsNear(const std::string& namingFile, const std::string& modelPath,
                           const std::string& path) {
-    for (const std::string& file : {namingFile, modelPath}) {
-        const CPlace* place = PlaceOf(file);
+    for (const CPlace* place : {PlaceOf(namingFile), PlaceOfModel(namingFile, modelPath)}) {
         if (place && place->surroundings.File(path)) return true;
     }
     return false;

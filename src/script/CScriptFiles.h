@@ -31,7 +31,8 @@ class CScriptFiles {
         bool isElsewhere = false;  ///< neither in the naming file's nor in the model's folder, nor below them
     };
     /** A picture in the surroundings (see CModelSurroundings) of the file that names it, or of the model: a script comes
-     * from anywhere, and what it puts on a model is shown, packed and exported with it. modelPath may be empty. */
+     * from anywhere, and what it puts on a model is shown, packed and exported with it. modelPath may be empty; a private
+     * folder that the model lies in counts only if the naming file lies there, too. */
     [[nodiscard]] CPicture FindPicture(const std::string& namingFile, const std::string& modelPath,
                                        std::string_view written);
     /** False once the files of replaced objects that were asked for, this one too, are more bytes than are read for a
@@ -50,6 +51,8 @@ class CScriptFiles {
     };
     /** Null where there are too many. */
     [[nodiscard]] const CPlace* PlaceOf(const std::string& file);
+    /** Null also for a model that is not there, and for one in a private folder in which the naming file is not. */
+    [[nodiscard]] const CPlace* PlaceOfModel(const std::string& namingFile, const std::string& modelPath);
     /** False for a path that is too long, and once all paths together are. */
     [[nodiscard]] bool MayFollow(std::string_view path);
     [[nodiscard]] std::optional<std::string> Walk(std::string folder, std::string_view path);

@@ -111,11 +111,20 @@ bool Says(const std::string& text, const std::string& section,
     return true;
 }
 
+/** A script comes from anywhere, and so does a link in its place: what is written goes where it leads. */
+bool MayWriteTo(const std::string& path) {
+    std::error_code error;
+    if (!fs::is_symlink(fs::symlink_status(path, error))) return true;
+    const fs::path target = fs::canonical(path, error);
+    return !error && ascii_text::EqualNoCase(file_util_ex::GetFileExt(target.native()), "orv");
+}
+
 }  // namespace
 
 CStatus SaveEdits(std::string_view scriptPath, std::string_view section, std::span<const CEdit> edits,
                   std::string_view modelPath) {
     const std::string path(scriptPath), name(section), folder = file_util_ex::GetFilePath(path);
+    if (!MayWriteTo(path)) return CError{EErrorCode::BadFormat, lng::Mark("this is no scene script"), path};
     CResult<std::vector<CEdit>> folded = FoldEdits(edits);
     if (!folded) return folded.Error();
     WriteRelative(folded.Value(), folder);

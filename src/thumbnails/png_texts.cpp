@@ -59,10 +59,13 @@ std::optional<std::string> Value(std::string_view kind, std::string_view rest) {
     return std::string(rest);
 }
 
+bool IsText(std::string_view kind) {
+    return kind == "tEXt" || kind == "zTXt" || kind == "iTXt";
+}
+
 void Take(std::string_view kind, std::string_view data, CTexts& texts) {
-    if (kind != "tEXt" && kind != "zTXt" && kind != "iTXt") return;
     const std::optional<std::string_view> key = TakeField(data);
-    if (!key || key->empty() || key->size() > kMostKeyBytes || texts.size() >= kMostTexts) return;
+    if (!key || key->empty() || key->size() > kMostKeyBytes) return;
     if (std::optional<std::string> value = Value(kind, data)) texts.emplace_back(*key, std::move(*value));
 }
 
@@ -78,10 +81,15 @@ CTexts Read(std::span<const std::byte> png) {
     if (!rest.starts_with(kSignature)) return texts;
     rest.remove_prefix(kSignature.size());
     constexpr std::size_t kAround = 12;  // length, kind, checksum
-    while (rest.size() >= kAround) {
+    std::size_t count = 0;               // those that cannot be unpacked cost most
+    while (rest.size() >= kAround && count < kMostTexts) {
         const std::size_t length = NumberAt(rest);
         if (length > rest.size() - kAround) break;
-        Take(rest.substr(4, 4), rest.substr(8, length), texts);
+        const std::string_view kind = rest.substr(4, 4);
+        if (IsText(kind)) {
+            Take(kind, rest.substr(8, length), texts);
+            ++count;
+        }
         rest.remove_prefix(length + kAround);
     }
     return texts;

@@ -6,6 +6,7 @@
 
 #include <bit>
 #include <cmath>
+#include <filesystem>
 #include <random>
 #include <set>
 
@@ -214,6 +215,20 @@ TEST(SaveEditsTest, KeepsWhatIsNoScript) {
     EXPECT_EQ(CTestFolder::TextOf(path), binary);
     ASSERT_EQ(::mkfifo((folder / "pipe.orv").c_str(), 0600), 0);
     EXPECT_FALSE(SaveEdits(folder / "pipe.orv", "Model", std::vector{kRed}));
+}
+
+TEST(SaveEditsTest, FollowsLinksToScriptsAlone) {
+    const CTestFolder folder;
+    const std::string model = folder.Add("m.3ds", "model"), profile = folder.Add("profile", "PATH=/bin\n");
+    std::filesystem::create_symlink("profile", folder / "m.orv");
+    std::filesystem::create_symlink("gone", folder / "g.orv");
+    std::filesystem::create_symlink(folder.Add("other.orv", ""), folder / "o.orv");
+    EXPECT_FALSE(SaveEdits(folder / "m.orv", "Model", std::vector{kRed}, model));
+    EXPECT_EQ(CTestFolder::TextOf(profile), "PATH=/bin\n");
+    EXPECT_FALSE(SaveEdits(folder / "g.orv", "Model", std::vector{kRed}, model));
+    EXPECT_FALSE(std::filesystem::exists(folder / "gone"));
+    EXPECT_TRUE(SaveEdits(folder / "o.orv", "Model", std::vector{kRed}, model));
+    EXPECT_NE(CTestFolder::TextOf(folder / "other.orv"), "");
 }
 
 }  // namespace

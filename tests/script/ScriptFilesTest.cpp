@@ -49,8 +49,8 @@ TEST(ScriptPicturesTest, StayInTheSurroundings) {
     const CTestFolder home;
     for (const char* path : {"Pictures", "models/maps", "shows", "other"})
         fs::create_directories(home / path);
-    for (const char* path :
-         {"Pictures/passport.png", "models/maps/Wood.png", "models/m.3ds", "shows/back.png", "other/x.png"})
+    for (const char* path : {"Pictures/passport.png", "Pictures/m.3ds", "models/maps/Wood.png",
+                             "models/m.3ds", "shows/back.png", "other/x.png"})
         (void)home.Add(path, "x");
     const std::string before = ::getenv("HOME") ? ::getenv("HOME") : "";
     ::setenv("HOME", home.Path().c_str(), 1);
@@ -68,6 +68,14 @@ TEST(ScriptPicturesTest, StayInTheSurroundings) {
     EXPECT_EQ(answer("link.png"), EPicture::Outside) << "links count by where they lead";
     EXPECT_EQ(answer("../other/x.png"), EPicture::Outside);
     EXPECT_EQ(answer("gone.png"), EPicture::Missing);
+    // The script chooses its model, and with it no folder of the user's.
+    const auto withModel = [&](const std::string& script, const std::string& model,
+                               const std::string& picture) {
+        return files.FindPicture(home / script, home / model, home / picture).answer;
+    };
+    EXPECT_EQ(withModel("shows/a.orv", "Pictures/m.3ds", "Pictures/passport.png"), EPicture::Outside);
+    EXPECT_EQ(withModel("Pictures/a.orv", "Pictures/m.3ds", "Pictures/passport.png"), EPicture::Found);
+    EXPECT_EQ(withModel("shows/a.orv", "other/gone.3ds", "other/x.png"), EPicture::Outside);
     ::setenv("HOME", before.c_str(), 1);
 }
 

@@ -166,6 +166,13 @@ const CEntryCase kEntries[] = {
      true},
     {"PackedAddress", [](const CSource& s) { return WithPackedUri(s, 0); }, true},
     {"PackedBomb", [](const CSource& s) { return WithPackedUri(s, 50 << 20); }},
+    {"BehindMany",
+     [](const CSource& s) {
+         png_texts::CTexts texts(100, {"Comment", "x"});
+         texts.push_back({"Thumb::URI", s.uri});
+         texts.push_back({"Thumb::MTime", std::to_string(s.changedSec)});
+         return Png(s, texts, false);
+     }},
     {"WithoutTexts", [](const CSource& s) { return Png(s, {}, false); }},
     {"OtherAddress",
      [](const CSource& s) {

@@ -71,13 +71,23 @@ std::string_view Cut(std::string_view text, std::size_t maxBytes) {
     return text.substr(0, maxBytes);  // no UTF-8
 }
 
+namespace {
+
+/** What a terminal obeys, and what turns round the text behind it. */
+bool IsObeyed(char32_t c) {
+    const bool isControl = c < 0x20 || (c >= 0x7F && c < 0xA0);
+    const bool isOverride = (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+    return isControl || isOverride;
+}
+
+}  // namespace
+
 std::string Printable(std::string_view text, char replacement) {
     std::string result;
     while (!text.empty()) {
         const auto first = First(text);
-        const bool isControl = first && (first->code < 0x20 || (first->code >= 0x7F && first->code < 0xA0));
         const std::size_t length = first ? first->length : 1;
-        if (first && !isControl)
+        if (first && !IsObeyed(first->code))
             result += text.substr(0, length);
         else
             result += replacement;

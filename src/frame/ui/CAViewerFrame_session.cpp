@@ -37,7 +37,8 @@ std::wstring HintOf(const CDocument& document, const CError& error) {
     // The text names the file itself already.
     const std::wstring& named = document.origin == EOrigin::Script ? document.path : document.modelPath;
     const bool isOfPart = file_util_ex::PathFromBytes(error.where) != named;
-    text += lng::Text(CError{error.code, error.message, isOfPart ? error.where : std::string()});
+    text += lng::Text(
+        CError{error.code, error.message, isOfPart ? utf8_text::Printable(error.where, '?') : std::string()});
     if (document.HasFile()) text += L"\n" + lng::Text("F5 tries again.");
     return text;
 }

@@ -60,6 +60,7 @@ TEST(Utf8Text, APrintableTextHoldsNothingThatATerminalObeys) {
                                    "31m, \xC3\xA9, \xFF",
                                    ' '),
               "csi  31m, \xC3\xA9,  ");
+    EXPECT_EQ(utf8_text::Printable("a\u202Egnp.3ds\u2066, \u200F", '?'), "a?gnp.3ds?, \u200F");
 }
 
 TEST(AsciiTextTest, KnowsTheLettersOfAsciiAndNoOthers) {
