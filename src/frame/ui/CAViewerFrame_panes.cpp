@@ -10,6 +10,7 @@
 #include "frame/materials/ui/CMaterialCommands.h"
 #include "frame/model_list/ui/CModelListControl.h"
 #include "frame/model_list/ui/CModelsLstToolBar.h"
+#include "frame/slideshow/ui/CSlideShow.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "frame/ui/CAnimationBar.h"
 #include "frame/ui/CSceneStatusBar.h"
