@@ -40,6 +40,7 @@ const CRefusedCase kRefused[] = {
     {"EmptyOutput", {"a", ""}, "the name of the output file is empty"},
     {"Unknown", {"a", "--sice", "3x3"}, "unknown option '--sice'"},
     {"NoValue", {"a", "--size"}, "--size needs a value"},
+    {"BatchWithoutFolder", {"--batch", "a"}, "--batch needs --into FOLDER"},
     {"ValueForFlag", {"a", "--stats=1"}, "--stats takes no value"},
     {"SizeOne", {"a", "--size", "640"}, kSizeForm},
     {"SizeText", {"a", "--size", "640x48o"}, kSizeForm},

@@ -206,7 +206,7 @@ constexpr std::array<COptionEntry, 26> kOptions{{
      "for file managers: a square, --confined; INPUT may be a file:// address"},
     {"batch", "", SetBatch,
      "draw all INPUTs, or those that standard input names, one a line; prints JSON lines"},
-    {"into", "FOLDER", SetInto, "where a batch's pictures go, called 1.png, 2.png ... (.)"},
+    {"into", "FOLDER", SetInto, "where a batch's pictures go, called 1.png, 2.png ..."},
     {"null", "", SetNull, "names on standard input end in a zero byte"},
     {"help", "", SetHelp, "print this help"},
     {"version", "", SetVersion, "print the version"},
@@ -249,6 +249,7 @@ CError Refusal(int why, std::string_view word) {
 
 CResult<CRenderOptions> WithInputs(CRenderOptions options, std::span<char* const> files) {
     if (options.stats) return Wrong("--batch prints no --stats");
+    if (options.into.empty()) return Wrong("--batch needs --into FOLDER");
     options.inputs.assign(files.begin(), files.end());
     return options;
 }
@@ -306,7 +307,7 @@ CResult<CRenderOptions> ParseRenderOptions(std::span<const std::string> argument
 std::string RenderHelp() {
     std::string text =
         "Usage: orbivue-render [OPTION]... INPUT [OUTPUT.png]\n"
-        "       orbivue-render --batch [OPTION]... [INPUT]...\n"
+        "       orbivue-render --batch --into FOLDER [OPTION]... [INPUT]...\n"
         "Draws a 3DS, OBJ or zipped model into a PNG picture; no display is needed.\n"
         "Without OUTPUT the picture goes to the current folder, under INPUT's name with\n"
         "the extension png; with --stats and no OUTPUT no picture is written.\n\n";
