@@ -237,6 +237,7 @@ void CViewerApp::EndOrderlyOnSignals() {
     std::atexit(
         std_file_paths::DeleteTempDir);  // the toolkit's own way out when the display server goes away
     WatchEndSignals([this](int signal) { EndBySignal(signal); });
+    (void)std::signal(SIGXFSZ, SIG_IGN);  // a file beyond the user's limit fails as on a full disk
 }
 
 void CViewerApp::EndBySignal(int signal) {
