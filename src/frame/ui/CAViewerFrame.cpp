@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "frame/ui/CAViewerFrame.h"
 
-#include <wx/aui/auibar.h>
 #include <wx/dnd.h>
 #include <wx/iconbndl.h>
 #include <wx/menu.h>
-#include <wx/wupdlock.h>
 
 #include <cmath>
 #include <functional>
@@ -21,7 +19,6 @@
 #include "frame/materials/ui/CMaterialBar.h"
 #include "frame/materials/ui/CMaterialCommands.h"
 #include "frame/model_list/ui/CModelListControl.h"
-#include "frame/model_list/ui/CModelsLstToolBar.h"
 #include "frame/slideshow/ui/CSlideShow.h"
 #include "frame/ui/CAnimationBar.h"
 #include "frame/ui/CFileCommands.h"
@@ -35,15 +32,9 @@
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 #include "view/ui/text_picture.h"
-#include "widgets/ui/accessible_name.h"
 #include "widgets/ui/wx_window_state.h"
 
 namespace {
-
-constexpr char kToolBarPane[] = "toolbar";
-constexpr char kMaterialPane[] = "materials";
-constexpr char kAnimationPane[] = "animation";
-constexpr char kModelListPane[] = "models";
 
 /** Passes the first of the dropped paths on. */
 class CModelDropTarget final : public wxFileDropTarget {
@@ -101,81 +92,6 @@ CAViewerFrame::~CAViewerFrame() {
 
 bool CAViewerFrame::HasView() const {
     return m_view->GetCanvas() != nullptr;
-}
-
-void CAViewerFrame::MakePanes() {
-    m_aui.SetManagedWindow(this);
-    m_menuBar = MakeMenuBar().release();
-    SetMenuBar(m_menuBar);
-    AlignHelpRight(*m_menuBar);
-    SetAcceleratorTable(MakeAcceleratorTable());
-    m_statusBar = new CSceneStatusBar(this, [this] { ShowNotes(); });
-    SetStatusBar(m_statusBar);
-    m_toolBar = MakeToolBar(this);
-    m_animationBar = new CAnimationBar(
-        this, {[this](bool play) { PlayAnimation(play); }, [this](int frame) { ShowFrame(frame); }});
-    wxWindow* canvas = m_view->GetCanvas()->GetWindow();
-    SetAccessibleName(*canvas, lng::Text("3D view"));
-    MakeMaterialPane();
-    MakeSlideShow();
-    m_state.isToolBarShown = CSettings::Instance().showToolBar;
-    m_aui.AddPane(canvas, wxAuiPaneInfo().CenterPane().PaneBorder(false));
-    m_aui.AddPane(m_toolBar, wxAuiPaneInfo()
-                                 .Name(kToolBarPane)
-                                 .ToolbarPane()
-                                 .Top()
-                                 .Gripper(false)
-                                 .Resizable()
-                                 .Floatable(false)
-                                 .Show(m_state.isToolBarShown));
-    m_aui.AddPane(m_animationBar, wxAuiPaneInfo()
-                                      .Name(kAnimationPane)
-                                      .Bottom()
-                                      .CaptionVisible(false)
-                                      .CloseButton(false)
-                                      .PaneBorder(false)
-                                      .DockFixed()
-                                      .BestSize(m_animationBar->GetBestSize())
-                                      .Hide());
-    MakeModelList();
-}
-
-void CAViewerFrame::MakeModelList() {
-    wxWindow* canvas = m_view->GetCanvas()->GetWindow();
-    m_modelList = std::make_unique<CModelListControl>(
-        *this, *m_session,
-        CModelListControl::CActions{[canvas] { canvas->SetFocus(); },
-                                    [this](int keyCode) {
-                                        const bool isUsed = keyCode == WXK_SPACE || keyCode == WXK_BACK;
-                                        if (isUsed) OnViewKeyDown(keyCode);
-                                        return isUsed;
-                                    }});
-    m_state.isModelListShown = CSettings::Instance().showModelList;
-    m_aui.AddPane(&m_modelList->Bar(), wxAuiPaneInfo()
-                                           .Name(kModelListPane)
-                                           .Bottom()
-                                           .Layer(1)
-                                           .CaptionVisible(false)
-                                           .CloseButton(false)
-                                           .PaneBorder(false)
-                                           .DockFixed()
-                                           .BestSize(m_modelList->Bar().GetBestSize())
-                                           .Hide());
-}
-
-void CAViewerFrame::MakeMaterialPane() {
-    m_materialBar = m_materials->MakeBar(this, *m_toolBar);
-    m_state.isMaterialBarShown = CSettings::Instance().showMaterialBar;
-    m_aui.AddPane(m_materialBar, wxAuiPaneInfo()
-                                     .Name(kMaterialPane)
-                                     .ToolbarPane()
-                                     .Top()
-                                     .Row(1)
-                                     .Position(1)
-                                     .Gripper(false)
-                                     .Resizable()
-                                     .Floatable(false)
-                                     .Show(m_state.isMaterialBarShown));
 }
 
 void CAViewerFrame::BindEvents() {
@@ -304,69 +220,6 @@ void CAViewerFrame::StepModel(folder_models::EStep step) {
     ShowRunning(step == folder_models::EStep::Next ? kCmdNextFile : kCmdPreviousFile);
     if (!m_session->StepScene(step) && !m_modelList->Manager().Step(step)) m_session->Step(step);
     ShowRunning(0);
-}
-
-void CAViewerFrame::ToggleFullScreen() {
-    ShowFullScreen(!IsFullScreen(), wxFULLSCREEN_ALL);
-    FollowFullScreen();
-}
-
-void CAViewerFrame::FollowFullScreen() {
-    m_state.isFullScreen = IsFullScreen();
-    // If the desktop makes the window full screen, the toolkit does not hide its bars.
-    m_menuBar->Show(!m_state.isFullScreen);
-    m_statusBar->Show(!m_state.isFullScreen);
-    SendSizeEvent();
-    if (!m_state.isFullScreen && GetMenuBar() != m_menuBar) SetMenuBar(m_menuBar);
-    ShowPanes();
-    m_slideShow->OnFullScreen();
-    ShowCommandStates();
-}
-
-/** In full screen only the view is shown; the panes return together with the menus. */
-void CAViewerFrame::ShowPanes() {
-    const auto show = [this](const char* name, bool wanted) {
-        wxAuiPaneInfo& pane = m_aui.GetPane(name);
-        const bool changes = pane.IsShown() != (wanted && !m_state.isFullScreen);
-        if (changes) pane.Show(!pane.IsShown());
-        return changes;
-    };
-    const bool toolBar = show(kToolBarPane, m_state.isToolBarShown);
-    const bool slideShow = show(kSlideShowPane, m_state.isToolBarShown);
-    const bool materials = show(kMaterialPane, m_state.isMaterialBarShown);
-    const bool animation = show(kAnimationPane, m_state.isAnimated);
-    const bool modelList = show(kModelListPane, m_state.isModelListShown);
-    m_modelList->SetShown(m_state.isModelListShown && !m_state.isFullScreen);
-    if (!toolBar && !slideShow && !materials && !animation && !modelList) return;
-    // A hidden control would keep the keyboard focus.
-    if (wxWindow* canvas = m_view->GetCanvas()->GetWindow();
-        (animation || materials || slideShow || modelList) && !canvas->HasFocus())
-        canvas->SetFocus();
-    // The manager would paint the view at once, although a repaint follows anyway.
-    const wxWindowUpdateLocker noPainting(m_view->GetCanvas()->GetWindow());
-    m_aui.Update();
-}
-
-void CAViewerFrame::ToggleToolBar() {
-    CSettings& settings = CSettings::Instance();
-    settings.showToolBar = !settings.showToolBar;
-    m_state.isToolBarShown = settings.showToolBar;
-    ShowPanes();
-}
-
-void CAViewerFrame::ToggleMaterialBar() {
-    CSettings& settings = CSettings::Instance();
-    settings.showMaterialBar = !settings.showMaterialBar;
-    m_state.isMaterialBarShown = settings.showMaterialBar;
-    ShowPanes();
-}
-
-void CAViewerFrame::ToggleModelList() {
-    CSettings& settings = CSettings::Instance();
-    settings.showModelList = !settings.showModelList;
-    m_state.isModelListShown = settings.showModelList;
-    ShowPanes();
-    if (m_state.isModelListShown) m_modelList->TakeFocus();
 }
 
 void CAViewerFrame::TogglePlaying() {

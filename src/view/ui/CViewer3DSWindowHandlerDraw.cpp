@@ -8,6 +8,7 @@
 
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
+#include "model/coarse/coarse_scene.h"
 #include "view/ui/CGlAttribGuard.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 #include "view/ui/input_waits.h"
@@ -18,6 +19,8 @@ namespace {
 
 /** Between two calls of the engine's idle work, which waits for another thread most of the time. */
 constexpr int kIdlePeriodMs = 15;
+/** A window that has been empty for so long gets ready for a large scene. */
+constexpr int kEmptyMs = 150;
 constexpr std::chrono::milliseconds kSlowFrame{100};
 constexpr std::chrono::steady_clock::duration kLongestRest = std::chrono::milliseconds(100);
 
@@ -86,7 +89,9 @@ void CViewer3DSWindowHandler::Moved() {
 void CViewer3DSWindowHandler::AwaitRest() {
     SetRunning();
     const CClock::time_point now = CClock::now();
-    if (m_showsCoarse || !GetEngine().Prepared())
+    if (!GetEngine().Prepared() && !m_isReadyForCoarse)
+        m_restTimer.StartOnce(kEmptyMs);
+    else if (m_showsCoarse || !GetEngine().Prepared())
         m_restTimer.Stop();
     else if (const auto due = m_motion.DueIn(now))
         m_restTimer.StartOnce(std::max(1, static_cast<int>(due->count())));
@@ -96,6 +101,10 @@ void CViewer3DSWindowHandler::AwaitRest() {
 }
 
 void CViewer3DSWindowHandler::OnRest() {
+    if (!GetEngine().Prepared() && !std::exchange(m_isReadyForCoarse, true)) {
+        (void)GetReadyFor(CoarseKind());
+        return;
+    }
     if (m_motion.IsMovedByHand(CClock::now())) return AwaitRest();
     if (m_motion.DueIn(CClock::now())) return Redraw();
     if (m_showsCoarse || !GetEngine().Prepared()) return;
