@@ -85,8 +85,7 @@ void CAViewerFrame::MakeModelList() {
 void CAViewerFrame::MakeMaterialPane() {
     m_materialBar = m_materials->MakeBar(this, *m_toolBar);
     m_state.isMaterialBarShown = CSettings::Instance().showMaterialBar;
-    m_aui.AddPane(m_materialBar,
-                  ToolPane(kMaterialPane).Row(1).Position(1).Show(m_state.isMaterialBarShown));
+    m_aui.AddPane(m_materialBar, ToolPane(kMaterialPane).Row(1).Position(1).Show(m_state.isMaterialBarShown));
 }
 
 void CAViewerFrame::ToggleFullScreen() {
