@@ -86,6 +86,7 @@ wxIMPLEMENT_APP_NO_MAIN(CViewerApp);
 
 int main(int argc, char** argv) {
     const CUserEnvironment environment;
+    (void)std::signal(SIGXFSZ, SIG_IGN);  // a file beyond the user's limit fails as on a full disk
     // Decoded as file names, whatever the locale: in the locale "C", which scripts use, the toolkit takes
     // them for Latin-1.
     std::vector<std::wstring> arguments;
