@@ -21,8 +21,8 @@ void Append(std::string& out, char32_t character);
 [[nodiscard]] std::optional<std::u32string> Decode(std::string_view text);
 /** The longest beginning of the text that takes at most maxBytes and does not end inside a character. */
 [[nodiscard]] std::string_view Cut(std::string_view text, std::size_t maxBytes);
-/** The text with replacement for each control character (C0, DEL, C1, those that change the direction of writing) and each byte of no well-formed
- * sequence: for a terminal, or one line of a list. */
+/** The text with replacement for each control character (C0, DEL, C1, those that change the direction of
+ * writing) and each byte of no well-formed sequence: for a terminal, or one line of a list. */
 [[nodiscard]] std::string Printable(std::string_view text, char replacement);
 
 }  // namespace utf8_text

@@ -36,8 +36,9 @@ class CSlideShowMgr {
     void OnModelOpened(int count);
     /** To be called after every opening that failed. */
     void OnOpenFailed(int count);
-    /** To be called for a model that a scene script shows, before OnModelOpened. timeMs: the script's own time for it, with
-     * which a show starts, unless it is another scene of the script shown (somebody has stopped that one's); 0 or less: none, and models are shown for kDefaultMs. index, count, loop, script: see
+    /** To be called for a model that a scene script shows, before OnModelOpened. timeMs: the script's own time for
+     * it, with which a show starts, unless it is another scene of the script shown (somebody has stopped that
+     * one's); 0 or less: none, and models are shown for kDefaultMs. index, count, loop, script: see
      * CPresentationRounds. */
     void OnScriptScene(int timeMs, const std::wstring& script, std::size_t index, std::size_t count,
                        int loop);

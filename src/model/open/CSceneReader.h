@@ -17,8 +17,9 @@
 class CSceneReader {
   public:
     /** Opens by content and extension: a 3DS file, a zip archive that holds one, or an OBJ file. A file of
-     * more than maxBytes is TooLarge, and so is an archive whose model and pictures take more unpacked. cancelled may be null; another thread may set it, and reading then ends
-     * with Cancelled: soon, except while an OBJ file is converted. */
+     * more than maxBytes is TooLarge, and so is an archive whose model and pictures take more unpacked. cancelled
+     * may be null; another thread may set it, and reading then ends with Cancelled: soon, except while an OBJ
+     * file is converted. */
     [[nodiscard]] static CResult<CScene> ReadFile(
         std::string_view path, std::uint64_t maxBytes = std::numeric_limits<std::uint64_t>::max(),
         const std::atomic<bool>* cancelled = nullptr);

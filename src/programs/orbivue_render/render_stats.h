@@ -20,8 +20,8 @@ struct CRenderTimes {
     double total = 0;  ///< since the program's main function began
 };
 
-/** Facts about the engine's scene, its camera and the run, as a JSON object with a line end. more: notes besides the scene's. confined: what
- * the process is held to, if that was asked for. */
+/** Facts about the engine's scene, its camera and the run, as a JSON object with a line end. more: notes besides
+ * the scene's. confined: what the process is held to, if that was asked for. */
 [[nodiscard]] std::string RenderStatsJson(const C3dsDisplayWrap& engine, std::span<const CSceneNote> more,
                                           const CRenderTimes& times, const std::string& renderer, int samples,
                                           const std::optional<CConfined>& confined);

@@ -20,7 +20,7 @@ struct CReadyScene {
     [[nodiscard]] bool IsCurrent() const;
 };
 
-/** Loads a scene as LoadScene does. NotFound for anything but a regular file, which is not opened. The error is Unreadable for a file that was written while it was read. Any thread
- * may call it. */
+/** Loads a scene as LoadScene does. NotFound for anything but a regular file, which is not opened. The error is
+ * Unreadable for a file that was written while it was read. Any thread may call it. */
 [[nodiscard]] CResult<CReadyScene> LoadReadyScene(const std::wstring& path, CJobProgress& progress,
                                                   const CLoadLimits& limits = {});
