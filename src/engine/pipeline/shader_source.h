@@ -52,10 +52,10 @@ struct CShaderVariant {
 /** GLSL 1.20. Matrices are OpenGL's current ones; everything else is in uniforms:
  *
  * uNormal (mat3); uToViewer (CFrameView::PixelToViewer); uViewer (CFrameView::viewer, for lighting by
- * vertex); uBase, uDiffuse (with opacity in w), uAmbient, uSelf, uSpecular (exponent in w); uAmbientLight; uLightPosition (cosOuter in w), uLightDirection (cosInner
- * in w), uLightColor, uLightRange; for map number i: uMap<i>, uMapS[i] and uMapT[i] (rows of the coordinates'
- * transform), uMapValue[i] (amount, sign, bias, 1 when not tiled), uMapWeight[i] (the value is the weighted
- * sum of the channels; of a texture w is 1 where its alpha makes transparent, z where it lets the colour
+ * vertex); uBase, uDiffuse (with opacity in w), uAmbient, uSelf, uSpecular (exponent in w); uAmbientLight;
+ * uLightPosition (cosOuter in w), uLightDirection (cosInner in w), uLightColor, uLightRange; for map
+ * number i: uMap<i>, uMapS[i] and uMapT[i] (rows of the coordinates' transform), uMapValue[i] (amount, sign,
+ * bias, 1 when not tiled), uMapWeight[i] (the value is the weighted sum of the channels; of a texture w is 1 where its alpha makes transparent, z where it lets the colour
  * below show; of a specular map x is the strength).
  *
  * How maps act: texture and texture2 replace the colour by their amount; the first one's alpha makes
