@@ -14,8 +14,8 @@ namespace {
 
 /** A locale of the C library that knows the letters of Unicode and no language; null where it has none. */
 locale_t LettersOfUnicode() {
-    static const locale_t s_locale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-    return s_locale;
+    static const locale_t kLocale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    return kLocale;
 }
 
 bool IsDigit(wchar_t c) {
