@@ -154,12 +154,12 @@ class CListBuilder {
 }  // namespace
 
 double CDrawList::Triangles() const {
-    double sum = 0;
+    std::uint64_t sum = 0;
     // Opaque dimmed ones are drawn twice.
     for (const auto* items : {&opaque, &transparent, &dimmedOpaque, &dimmedOpaque, &dimmedTransparent}) {
         for (const CDrawItem& item : *items) sum += item.indexCount / 3;
     }
-    return sum;
+    return static_cast<double>(sum);
 }
 
 CDrawList CDrawList::Build(CGlCurrent& gl, const CPreparedScene& scene, const CFrameView& view,

@@ -44,7 +44,8 @@ class CNodeWork {
             worst = {std::max(worst.maps, use.maps), std::max(worst.passes, use.passes),
                      worst.blends || use.blends};
         }
-        const double most = static_cast<double>(source.IndexCount() / 3) * static_cast<double>(screen.pixels);
+        const std::uint32_t triangles = source.IndexCount() / 3;
+        const double most = static_cast<double>(triangles) * static_cast<double>(screen.pixels);
         CPixelWork work;
         work.Add(pixels < most ? pixels : most, worst);
         return work;

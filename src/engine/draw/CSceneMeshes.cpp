@@ -47,7 +47,8 @@ float CostOf(const CPreparedScene& scene, const std::vector<CPreparedBatch>& bat
     for (const CPreparedBatch& batch : batches) {
         const CPreparedMaterial& material = scene.materials[batch.material];
         if (batch.indexCount == 0 || IsInvisible(material)) continue;
-        sum += CostOfTriangle(material, batch) * static_cast<float>(batch.indexCount / 3) +
+        const std::uint32_t triangles = batch.indexCount / 3;
+        sum += CostOfTriangle(material, batch) * static_cast<float>(triangles) +
                static_cast<float>(CFrameBudget::kCallCost);
     }
     return sum;

@@ -99,7 +99,7 @@ class CNodeDrawing {
                     ((t[1].x - t[0].x) * (py - t[0].y) - (px - t[0].x) * (t[1].y - t[0].y)) / area;
                 if (b < 0 || c < 0 || b + c > 1) continue;
                 const float near = t[0].near + b * (t[1].near - t[0].near) + c * (t[2].near - t[0].near);
-                const auto at = static_cast<std::size_t>(y * m_side + x);
+                const std::size_t at = PlaceOf(x, y);
                 if (!(near > m_near[at])) continue;
                 m_near[at] = near;
                 m_color[at] = color;
@@ -111,13 +111,17 @@ class CNodeDrawing {
         return static_cast<int>(std::clamp(place, 0.0f, static_cast<float>(m_side - 1)));
     }
 
+    [[nodiscard]] std::size_t PlaceOf(int x, int y) const {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(m_side) + static_cast<std::size_t>(x);
+    }
+
     /** One pixel out of its samples. */
     void Mix(int x, int y, std::uint8_t* rgba) const {
         CVec3 sum;
         int covered = 0;
         for (int i = 0; i < kSamples * kSamples; ++i) {
             const int sx = x * kSamples + i % kSamples, sy = y * kSamples + i / kSamples;
-            const auto at = static_cast<std::size_t>(sy * m_side + sx);
+            const std::size_t at = PlaceOf(sx, sy);
             if (!std::isfinite(m_near[at])) continue;
             sum = sum + m_color[at];
             ++covered;
