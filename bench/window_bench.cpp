@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// orbivue_window_bench open FILE | drag FILE | play FILE | step FOLDER | memory FOLDER...: the program's own frame, measured from
-// inside, as JSON. Needs a display; scripts/bench/window gives it one.
+// orbivue_window_bench open FILE | drag FILE | color FILE | play FILE | step FOLDER | memory FOLDER...: the program's own
+// frame, measured from inside, as JSON. Needs a display; scripts/bench/window gives it one.
 #include <wx/app.h>
 #include <wx/evtloop.h>
 #include <wx/stopwatch.h>
@@ -23,6 +23,7 @@
 #include "engine/CGLCanvasI.h"
 #include "files/file_util_ex.h"
 #include "frame/command_ids.h"
+#include "frame/materials/ui/CMaterialCommands.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "run_in_toolkit.h"
 #include "session/CSession.h"
@@ -202,6 +203,28 @@ long PressToInterruptionMs(CBench& bench) {
     return -1;
 }
 
+/** A part's colour follows the hand, as from the colour popup: as many changes as are painted. */
+int MeasureColor(CBench& bench, const std::string& path) {
+    constexpr long kForMs = 3000;
+    if (!bench.Open(file_util_ex::ConvertFromUTF8W(path))) return 1;
+    if (bench.Frame().StateOfCommand(kCmdPlayAnimation).checked) bench.Frame().RunCommand(kCmdPlayAnimation);
+    (void)bench.WaitForFullPicture();
+    bench.Frame().RunCommand(kCmdToolColor);
+    if (!bench.Frame().Materials().ApplyAgain()) return 1;
+    bench.WaitForPaint();
+    (void)bench.TakeGaps();
+    int changes = 0;
+    const wxStopWatch watch;
+    for (; watch.Time() < kForMs; ++changes) {
+        bench.Frame().Materials().OnColorChosen(wxColour(static_cast<unsigned char>(changes % 256), 128, 64));
+        bench.WaitForPaint();
+    }
+    const double seconds = static_cast<double>(watch.Time()) / 1000;
+    std::printf("{\"changes_a_second\": %.1f, \"unsaved\": %s}\n", changes / seconds,
+                bench.Frame().Session().HasUnsavedEdits() ? "true" : "false");
+    return 0;
+}
+
 /** Drags a model for some seconds. */
 int MeasureDrag(CBench& bench, const std::string& path) {
     constexpr long kForLevelsMs = 8000;
@@ -319,12 +342,13 @@ int Run(int argc, char** argv) {
     CBench bench;
     if (what == "open") return MeasureOpening(bench, argv[2]);
     if (what == "drag") return MeasureDrag(bench, argv[2]);
+    if (what == "color") return MeasureColor(bench, argv[2]);
     if (what == "play") return MeasurePlaying(bench, argv[2]);
     if (what == "step") return MeasureSteps(bench, argv[2]);
     if (what == "memory") return MeasureMemory(bench, {argv + 2, argv + argc});
-    std::fprintf(
-        stderr,
-        "usage: orbivue_window_bench open FILE | drag FILE | play FILE | step FOLDER | memory FOLDER...\n");
+    std::fprintf(stderr,
+                 "usage: orbivue_window_bench open FILE | drag FILE | color FILE | play FILE | step FOLDER | "
+                 "memory FOLDER...\n");
     return 2;
 }
 
