@@ -41,10 +41,11 @@ set(ORBIVUE_ROOMS
   "export/picture: base/* files picture"
   "view: base/* files picture settings model/* camera engine session"
   "view/ui: base/* files picture settings model/* camera engine engine/gl session widgets widgets/ui export/picture view"
+  "export/source/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui"
+  "export/picture/ui: base/* files picture settings model/* camera engine session widgets widgets/ui export/picture view view/ui"
   "export/pov/text: base/* model/prepare"
   "export/pov: base/* files picture settings model/* camera session export/pov/text"
-  "export/pov/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/pov"
-  "export/picture/ui: base/* files picture settings model/* camera engine session widgets widgets/ui export/picture view view/ui"
+  "export/pov/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/source/ui export/pov"
   "frame: base/* files settings model/* session"
   "frame/preview: base/* files settings script"
   "frame/preview/ui: base/* files settings widgets widgets/ui frame/preview"
@@ -55,6 +56,7 @@ set(ORBIVUE_ROOMS
   "frame/model_list: base/* files picture picture/decode settings session session/ahead thumbnails frame/preview"
   "frame/model_list/ui: base/* files picture settings session session/ahead thumbnails widgets widgets/ui widgets/tools/ui frame/preview frame/model_list"
   "frame/ui: base/* files picture settings model/* camera engine script session widgets widgets/ui widgets/tools/ui view view/ui export/picture export/picture/ui export/pov export/pov/ui frame frame/preview frame/preview/ui frame/slideshow frame/slideshow/ui frame/materials frame/materials/ui frame/model_list frame/model_list/ui"
+  "programs/shared: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script"
   "programs/orbivue: base/* files settings session export/pov"
   "programs/orbivue/ui: base/* files settings session widgets widgets/ui frame/ui programs/orbivue"
-  "programs/orbivue_render: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script")
+  "programs/orbivue_render: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script programs/shared")
