@@ -45,6 +45,8 @@ set(ORBIVUE_ROOMS
   "export/picture/ui: base/* files picture settings model/* camera engine session widgets widgets/ui export/picture view view/ui"
   "export/pov/text: base/* model/prepare"
   "export/pov: base/* files picture settings model/* camera session export/pov/text"
+  "export/gltf/glb: base/*"
+  "export/gltf: base/* files picture model/* camera export/gltf/glb"
   "export/pov/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/source/ui export/pov"
   "frame: base/* files settings model/* session"
   "frame/preview: base/* files settings script"
