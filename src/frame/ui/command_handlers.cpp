@@ -93,6 +93,7 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdSceneNotes, [](CAViewerFrame& frame) { frame.ShowNotes(); }},
         {kCmdPovSettings, [](CAViewerFrame& frame) { frame.SetPovOptions(); }},
         {kCmdExportPov, [](CAViewerFrame& frame) { frame.ExportPov(); }},
+        {kCmdExportGltf, [](CAViewerFrame& frame) { frame.ExportGltf(); }},
         {kCmdScreenShot, [](CAViewerFrame& frame) { frame.SaveScreenshot(); }}};
     const auto found = handlers.find(id);
     return found == handlers.end() ? nullptr : found->second;
