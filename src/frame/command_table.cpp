@@ -67,6 +67,7 @@ constexpr CCommand kCommands[] = {
      ENeeds::Feature},
     {kCmdExportGoogleDrive, EMenu::Export, Mark("Export to Google Drive"), Mark("Export to Google Drive"),
      "google_drive.ico", ENeeds::Feature},
+    {kCmdExportGltf, EMenu::Export, Mark("Export to glTF (.glb)"), nullptr, nullptr, ENeeds::Model},
 
     {kCmdUndo, EMenu::Tools, Mark("&Undo\tCtrl+Z"), nullptr, nullptr, ENeeds::Undo},
     {kCmdRedo, EMenu::Tools, Mark("&Redo\tCtrl+Shift+Z"), nullptr, nullptr, ENeeds::Redo, !kToggle, kEndsGroup},
@@ -81,7 +82,7 @@ constexpr CCommand kCommands[] = {
     {kCmdToolFilter, EMenu::Tools, Mark("Filter by material"), Mark("Show what has the same material"),
      "tool_filter.ico", ENeeds::Model, kToggle, kEndsGroup},
     {kCmdScreenShot, EMenu::Tools, Mark("ScreenShot\tCtrl+C"), Mark("ScreenShot (CTRL+C)"), "screenshot.ico",
-     ENeeds::Feature, !kToggle, kEndsGroup},
+     ENeeds::Model, !kToggle, kEndsGroup},
     {kCmdSelectLanguage, EMenu::Tools, Mark("Select Language"), nullptr, nullptr, ENeeds::Feature, !kToggle, kEndsGroup},
     {kCmdSettings, EMenu::Tools, Mark("Settings"), nullptr, nullptr, ENeeds::Feature, !kToggle, kEndsGroup},
     {kCmdDownload, EMenu::Tools, Mark("Download files"), Mark("Download 3ds files from server"), "download.ico",
