@@ -42,6 +42,8 @@ set(ORBIVUE_ROOMS
   "view/ui: base/* files picture settings model/* camera engine engine/gl session widgets widgets/ui view"
   "export/pov/text: base/* model/prepare"
   "export/pov: base/* files picture settings model/* camera session export/pov/text"
+  "export/gltf/glb: base/*"
+  "export/gltf: base/* files picture model/* camera export/gltf/glb"
   "export/pov/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/pov"
   "export/webgl: base/* files picture settings model/* camera export/gltf"
   "export/webgl/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/gltf export/source/ui export/webgl"
