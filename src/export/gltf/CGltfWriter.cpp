@@ -10,7 +10,8 @@ CGltfWriter::CGltfWriter(const CGltfSource& source, const CGltfOptions& options)
     : m_source(source),
       m_options(options),
       m_file(options.compress),
-      m_materials(source.scene, options),
+      m_pictures(source, options),
+      m_materials(source.scene, options, m_pictures, m_file),
       m_meshes(source.scene, m_materials, m_file) {}
 
 CResult<std::vector<std::byte>> CGltfWriter::Write(CJobProgress* progress) {
@@ -28,6 +29,8 @@ CResult<std::vector<std::byte>> CGltfWriter::Write(CJobProgress* progress) {
     m_nodes.Write(m_json);
     m_meshes.Write(m_json);
     m_materials.Write(m_json);
+    if (CStatus status = m_pictures.Encode(m_file, progress); !status) return status.Error();
+    m_pictures.Write(m_json);
     auto result = m_file.Finish(std::move(m_json), progress);
     if (result && progress) progress->SetShare(1);
     return result;
@@ -35,11 +38,6 @@ CResult<std::vector<std::byte>> CGltfWriter::Write(CJobProgress* progress) {
 
 void CGltfWriter::WriteAsset() {
     m_json.Key("asset").BeginObject().Member("version", "2.0").Member("generator", "Orbivue").EndObject();
-    if (!m_file.Packs()) return;
-    for (const char* key : {"extensionsUsed", "extensionsRequired"}) {
-        m_json.Key(key).BeginArray().Value("KHR_mesh_quantization").Value("EXT_meshopt_compression");
-        m_json.EndArray();
-    }
 }
 
 void CGltfWriter::WriteScene() {

@@ -7,6 +7,7 @@
 #include "export/gltf/CGltfMaterials.h"
 #include "export/gltf/CGltfMeshes.h"
 #include "export/gltf/CGltfNodes.h"
+#include "export/gltf/CGltfPictures.h"
 #include "export/gltf/glb/CGlbFile.h"
 #include "export/gltf/glb/CJsonText.h"
 #include "export/gltf/write_gltf.h"
@@ -26,6 +27,7 @@ class CGltfWriter {
     CGltfSource m_source;
     CGltfOptions m_options;
     CGlbFile m_file;
+    CGltfPictures m_pictures;
     CGltfMaterials m_materials;
     CGltfMeshes m_meshes;
     CGltfNodes m_nodes;
