@@ -8,7 +8,7 @@
 
 #include "export/gltf/glb/CGlbFile.h"
 #include "export/gltf/glb/CJsonText.h"
-#include "export/gltf/gltf_values.h"
+#include "export/gltf/parts/gltf_values.h"
 #include "model/prepare/CPreparedScene.h"
 #include "model/prepare/material_kinds.h"
 #include "model/prepare/prepare_materials.h"

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "export/gltf/CGltfNames.h"
 #include "export/gltf/CGltfPictures.h"
+#include "export/gltf/parts/CGltfNames.h"
 #include "export/gltf/write_gltf.h"
 
 class CGlbFile;

@@ -11,7 +11,7 @@
 
 #include "base/CResult.h"
 #include "base/name_hash.h"
-#include "export/gltf/picture_bytes.h"
+#include "export/gltf/parts/picture_bytes.h"
 #include "export/gltf/write_gltf.h"
 
 class CGlbFile;

@@ -12,6 +12,8 @@
 #include "export/gltf/glb/CJsonText.h"
 #include "export/gltf/write_gltf.h"
 
+class CGltfViewers;
+
 /** Writes one scene as glTF; see WriteGlb. An object writes only once. */
 class CGltfWriter {
   public:
@@ -21,8 +23,8 @@ class CGltfWriter {
     [[nodiscard]] CResult<std::vector<std::byte>> Write(CJobProgress* progress);
 
   private:
-    void WriteAsset();
-    void WriteScene();
+    void WriteScene(const CGltfViewers& viewers);
+    void WriteExtras();
 
     CGltfSource m_source;
     CGltfOptions m_options;

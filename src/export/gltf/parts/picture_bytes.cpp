@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "export/gltf/picture_bytes.h"
+#include "export/gltf/parts/picture_bytes.h"
 
 #include <string_view>
 
