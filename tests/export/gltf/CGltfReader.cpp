@@ -46,12 +46,26 @@ double At(const std::byte* bytes, bool normalized) {
     return normalized ? std::max(number / static_cast<double>(std::numeric_limits<T>::max()), -1.0) : number;
 }
 
-CMatrix4d MatrixOf(const std::array<double, 3>& t, const std::array<double, 4>& q, const std::array<double, 3>& s) {
+CMatrix4d MatrixOf(const std::array<double, 3>& t, const std::array<double, 4>& q,
+                   const std::array<double, 3>& s) {
     const auto [x, y, z, w] = q;
     CMatrix4d turn;
-    turn.m = {1 - 2 * (y * y + z * z), 2 * (x * y + w * z), 2 * (x * z - w * y), 0,
-              2 * (x * y - w * z), 1 - 2 * (x * x + z * z), 2 * (y * z + w * x), 0,
-              2 * (x * z + w * y), 2 * (y * z - w * x), 1 - 2 * (x * x + y * y), 0, 0, 0, 0, 1};
+    turn.m = {1 - 2 * (y * y + z * z),
+              2 * (x * y + w * z),
+              2 * (x * z - w * y),
+              0,
+              2 * (x * y - w * z),
+              1 - 2 * (x * x + z * z),
+              2 * (y * z + w * x),
+              0,
+              2 * (x * z + w * y),
+              2 * (y * z - w * x),
+              1 - 2 * (x * x + y * y),
+              0,
+              0,
+              0,
+              0,
+              1};
     return CMatrix4d::Translation({t[0], t[1], t[2]}) * turn * CMatrix4d::Scale({s[0], s[1], s[2]});
 }
 
@@ -122,7 +136,8 @@ std::vector<double> CGltfReader::Sampled(const CJson& sampler, const std::string
                                    values.begin() + static_cast<std::ptrdiff_t>((i + 1) * dimensions));
     };
     // The samples are floats.
-    const auto next = static_cast<std::size_t>(std::upper_bound(times.begin(), times.end(), time + 1e-6) - times.begin());
+    const auto next =
+        static_cast<std::size_t>(std::upper_bound(times.begin(), times.end(), time + 1e-6) - times.begin());
     if (next == 0) return key(0);
     if (next == times.size() || sampler.value("interpolation", "LINEAR") == "STEP") return key(next - 1);
     const double share = std::clamp((time - times[next - 1]) / (times[next] - times[next - 1]), 0.0, 1.0);
@@ -148,7 +163,8 @@ void CGltfReader::SetTime(double seconds) {
     for (const CJson& channel : animation["channels"]) {
         const std::string path = channel["target"]["path"];
         CPose& pose = m_poses.at(channel["target"]["node"].get<std::size_t>());
-        const std::vector<double> value = Sampled(animation["samplers"].at(channel["sampler"].get<std::size_t>()), path, seconds);
+        const std::vector<double> value =
+            Sampled(animation["samplers"].at(channel["sampler"].get<std::size_t>()), path, seconds);
         if (path == "translation") std::copy_n(value.begin(), 3, pose.translation.begin());
         if (path == "rotation") std::copy_n(value.begin(), 4, pose.rotation.begin());
         if (path == "scale") std::copy_n(value.begin(), 3, pose.scale.begin());
@@ -208,10 +224,12 @@ void CGltfReader::AddMesh(int number, std::vector<CTriangle>& triangles) const {
             if (i % 3 == 0) triangles.emplace_back();
             CCorner& corner = triangles.back()[i % 3];
             const auto v = static_cast<std::size_t>(indices[i]);
-            corner.position = world.TransformPoint({positions[v * 3], positions[v * 3 + 1], positions[v * 3 + 2]});
+            corner.position =
+                world.TransformPoint({positions[v * 3], positions[v * 3 + 1], positions[v * 3 + 2]});
             const auto part = [&](std::size_t row) {
                 double sum = 0;
-                for (std::size_t k = 0; k < 3; ++k) sum += static_cast<double>(turn[k * 3 + row]) * normals[v * 3 + k];
+                for (std::size_t k = 0; k < 3; ++k)
+                    sum += static_cast<double>(turn[k * 3 + row]) * normals[v * 3 + k];
                 return sum;
             };
             corner.normal = Normalized(CVec3d{part(0), part(1), part(2)});

@@ -44,7 +44,8 @@ class CGltfReader {
     };
     void Unpack(std::span<const std::byte> binary);
     [[nodiscard]] std::vector<double> Values(std::size_t accessor) const;
-    [[nodiscard]] std::vector<double> Sampled(const CJson& sampler, const std::string& path, double time) const;
+    [[nodiscard]] std::vector<double> Sampled(const CJson& sampler, const std::string& path,
+                                              double time) const;
     void AddMesh(int node, std::vector<CTriangle>& triangles) const;
 
     CJson m_json;

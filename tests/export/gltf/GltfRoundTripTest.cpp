@@ -108,11 +108,12 @@ class GltfRoundTripTest : public testing::TestWithParam<std::tuple<CSceneCase, b
         CGltfReader::CTriangle triangle;
         for (std::uint32_t i = 0; i < 3; ++i) {
             const std::uint32_t v = mesh.Index(first + i);
-            triangle[i].position = CMatrix4d::From(node.meshToWorld).TransformPoint(Double(mesh.vertices[v].Position()));
+            triangle[i].position =
+                CMatrix4d::From(node.meshToWorld).TransformPoint(Double(mesh.vertices[v].Position()));
             const CVec3 n = mesh.vertices[v].Normal();
-            triangle[i].normal =
-                Normalized(Double({turn[0] * n.x + turn[3] * n.y + turn[6] * n.z, turn[1] * n.x + turn[4] * n.y + turn[7] * n.z,
-                                   turn[2] * n.x + turn[5] * n.y + turn[8] * n.z}));
+            triangle[i].normal = Normalized(Double({turn[0] * n.x + turn[3] * n.y + turn[6] * n.z,
+                                                    turn[1] * n.x + turn[4] * n.y + turn[7] * n.z,
+                                                    turn[2] * n.x + turn[5] * n.y + turn[8] * n.z}));
             if (!mesh.texCoords.empty()) triangle[i].uv = {mesh.texCoords[v].x, 1 - mesh.texCoords[v].y};
         }
         return triangle;
@@ -120,7 +121,8 @@ class GltfRoundTripTest : public testing::TestWithParam<std::tuple<CSceneCase, b
     [[nodiscard]] static CVec3d Double(CVec3 v) { return {v.x, v.y, v.z}; }
 
     /** How far apart the corners of two triangles are at most, whichever corner each begins with. */
-    [[nodiscard]] static std::pair<double, std::size_t> Apart(const CGltfReader::CTriangle& a, const CGltfReader::CTriangle& b) {
+    [[nodiscard]] static std::pair<double, std::size_t> Apart(const CGltfReader::CTriangle& a,
+                                                              const CGltfReader::CTriangle& b) {
         std::pair<double, std::size_t> best{1e300, 0};
         for (std::size_t turn = 0; turn < 3; ++turn) {
             double farthest = 0;
@@ -146,7 +148,8 @@ class GltfRoundTripTest : public testing::TestWithParam<std::tuple<CSceneCase, b
             ASSERT_LE(apart, tolerance) << "triangle " << i / 3;
             for (std::size_t k = 0; k < 3 && !isFlattened; ++k) {
                 const double cosine = Dot(wanted[k].normal, (*found)[(k + turn) % 3].normal);
-                ASSERT_GE(cosine, std::cos(Case().normalDeg * std::numbers::pi / 180)) << "triangle " << i / 3;
+                ASSERT_GE(cosine, std::cos(Case().normalDeg * std::numbers::pi / 180))
+                    << "triangle " << i / 3;
             }
             for (std::size_t k = 0; k < 3; ++k) {
                 ASSERT_NEAR(wanted[k].uv[0], (*found)[(k + turn) % 3].uv[0], 1e-3);
@@ -167,7 +170,8 @@ TEST_P(GltfRoundTripTest, ShowsTheSameTriangles) {
         const CBox& box = Prepared().meshes[static_cast<std::size_t>(node.mesh)].bounds;
         // A step of a 14-bit number, and what floats lose far from the middle.
         const CBox placed = node.worldBounds;
-        const double size = std::max(Length(Double(placed.max - placed.min)), Length(Double(box.max - box.min)));
+        const double size =
+            std::max(Length(Double(placed.max - placed.min)), Length(Double(box.max - box.min)));
         ExpectSame(node, size / 16383 + Length(Double(placed.Center())) * 1e-6);
     }
 }
@@ -186,7 +190,8 @@ TEST_P(GltfRoundTripTest, MovesAsTheScene) {
             }
             const int number = m_reader->Find(node.name);
             for (const auto& triangle : m_reader->TrianglesOf(number))
-                ASSERT_LE(Length(triangle[0].position - triangle[1].position), 1e-6) << node.name << " is hidden";
+                ASSERT_LE(Length(triangle[0].position - triangle[1].position), 1e-6)
+                    << node.name << " is hidden";
         }
         for (const CPreparedCamera& camera : Prepared().cameras) {
             const CMatrix4d eye = m_reader->WorldOf(m_reader->Find(camera.name));
@@ -198,14 +203,16 @@ TEST_P(GltfRoundTripTest, MovesAsTheScene) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Scenes, GltfRoundTripTest,
-    testing::Combine(testing::Values(CSceneCase{"Hierarchy", BuildHierarchy}, CSceneCase{"Mirrored", BuildMirrored},
-                                     CSceneCase{"FarAway", BuildFarAway}, CSceneCase{"Moving", BuildMoving, 30},
-                                     CSceneCase{"Morphing", BuildMorphing, 40, 180}),
-                     testing::Bool()),
-    [](const auto& row) {
-        return std::string(std::get<0>(row.param).name) + (std::get<1>(row.param) ? "Packed" : "Plain");
-    });
+INSTANTIATE_TEST_SUITE_P(Scenes, GltfRoundTripTest,
+                         testing::Combine(testing::Values(CSceneCase{"Hierarchy", BuildHierarchy},
+                                                          CSceneCase{"Mirrored", BuildMirrored},
+                                                          CSceneCase{"FarAway", BuildFarAway},
+                                                          CSceneCase{"Moving", BuildMoving, 30},
+                                                          CSceneCase{"Morphing", BuildMorphing, 40, 180}),
+                                          testing::Bool()),
+                         [](const auto& row) {
+                             return std::string(std::get<0>(row.param).name) +
+                                    (std::get<1>(row.param) ? "Packed" : "Plain");
+                         });
 
 }  // namespace
