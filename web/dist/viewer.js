@@ -1740,7 +1740,7 @@
     }
     /** Gives each triangle corners of its own, with the triangle's normal, and returns its edges. */
     asLines(present, indices) {
-      const { gl, gltf } = this;
+      const { gltf } = this;
       const from = gltf.numbers(present[0]);
       const corner = (i) => [from[indices[i] * 3], from[indices[i] * 3 + 1], from[indices[i] * 3 + 2]];
       const faces = new Float32Array(indices.length * 3);
