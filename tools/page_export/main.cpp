@@ -54,7 +54,8 @@ void SetNumber(COptions& options, const std::string& value) {
 void SetScript(COptions& options, const std::string& path) {
     const auto bytes = file_util_ex::ReadWholeFile(path);
     if (bytes)
-        options.format.javaScript = {reinterpret_cast<const char*>(bytes.Value().data()), bytes.Value().size()};
+        options.format.javaScript = {reinterpret_cast<const char*>(bytes.Value().data()),
+                                     bytes.Value().size()};
 }
 
 void SetSize(COptions& options, const std::string& value) {
@@ -76,7 +77,8 @@ constexpr std::array kOptions{
     COption{"double", SetFlag<&COutFormat::doubleSided>},
     COption{"wire", SetFlag<&COutFormat::displayFlag>},
     COption{"script", SetScript},
-    COption{"name", [](COptions& options, const std::string& value) { options.format.modelFileName = value; }},
+    COption{"name",
+            [](COptions& options, const std::string& value) { options.format.modelFileName = value; }},
     COption{"lang", [](COptions& options, const std::string& value) { options.texts.language = value; }},
     COption{"camera", [](COptions& options, const std::string& value) { options.format.cameraName = value; }},
     COption{"red", SetNumber<&COutFormat::bkRed>},

@@ -21,7 +21,8 @@ namespace download_archive {
 namespace {
 
 /** Marks our archives, so that a later export knows them. */
-constexpr std::string_view kComment = "Made by Orbivue for a web page; the next export of the page replaces it.";
+constexpr std::string_view kComment =
+    "Made by Orbivue for a web page; the next export of the page replaces it.";
 constexpr std::size_t kMostName = 230;  // bytes; file systems have room for 255
 constexpr int kMostTries = 1000;
 

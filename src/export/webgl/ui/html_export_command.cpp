@@ -49,7 +49,8 @@ CStatus Move(const std::string& from, std::string_view to) {
 
 }  // namespace
 
-CStatus MakeArchiveOf(CViewer3DSWindowHandler& view, const std::string& page, const std::string& modelFileName) {
+CStatus MakeArchiveOf(CViewer3DSWindowHandler& view, const std::string& page,
+                      const std::string& modelFileName) {
     C3dsDisplayWrap& engine = view.GetEngine();
     // Here, as pictures of the view are for the thread of the windows.
     const std::wstring picture = std_file_paths::GetTempFilePath(L"page-preview.jpg");
@@ -81,13 +82,13 @@ CStatus RunHtmlExport(const std::wstring& modelPath, const std::wstring& modelFi
     const CBusyCursor cursor;
     const CStillView still(view);
     const CHtmlSettings& settings = CHtmlSettings::Instance();
-    const C3ds2WebGL::COutFormat format =
-        web_export_format::Make(settings, view.SeenView(), modelFileName);
+    const C3ds2WebGL::COutFormat format = web_export_format::Make(settings, view.SeenView(), modelFileName);
     const std::string page = file_util_ex::ConvertToUTF8(path);
     if (CStatus written = WritePage(page, format, view); !written) return written;
     CStatus made = CDone{};
     if (format.downloadLink) made = MakeArchiveOf(view, page, format.modelFileName);
     // Its answer decides nothing; it may take a second.
-    if (settings.GetLaunchBrowser()) RunJob([&](CJobProgress&) { (void)std_file_paths::LaunchBrowser(page); });
+    if (settings.GetLaunchBrowser())
+        RunJob([&](CJobProgress&) { (void)std_file_paths::LaunchBrowser(page); });
     return made;
 }
