@@ -109,9 +109,11 @@ void MakeFloats(const CPreparedMesh& mesh, CGltfGeometry& geometry) {
 /** One step for all three axes, so that taking it back keeps directions as they are. */
 void ChooseStep(const CBox& box, CGltfGeometry& geometry) {
     if (box.IsEmpty()) return;
-    const auto extent = [](float low, float high) { return static_cast<double>(high) - static_cast<double>(low); };
-    const double longest = std::max({extent(box.min.x, box.max.x), extent(box.min.y, box.max.y),
-                                     extent(box.min.z, box.max.z)});
+    const auto extent = [](float low, float high) {
+        return static_cast<double>(high) - static_cast<double>(low);
+    };
+    const double longest =
+        std::max({extent(box.min.x, box.max.x), extent(box.min.y, box.max.y), extent(box.min.z, box.max.z)});
     if (!std::isfinite(longest)) return;
     geometry.offset = box.min;
     const auto step = static_cast<float>(longest / kLargestPosition);

@@ -30,7 +30,8 @@ float Roughness(float shininess) {
 }  // namespace
 
 int CGltfMaterials::Use(std::uint32_t material, bool hasTexCoords) {
-    const auto [place, isNew] = m_known.try_emplace({material, hasTexCoords}, static_cast<int>(m_used.size()));
+    const auto [place, isNew] =
+        m_known.try_emplace({material, hasTexCoords}, static_cast<int>(m_used.size()));
     if (isNew) m_used.push_back(material);
     return place->second;
 }

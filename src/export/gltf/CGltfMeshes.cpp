@@ -67,8 +67,8 @@ std::vector<std::size_t> CGltfMeshes::FindEqual() {
     for (std::size_t m = 0; m < m_parts.size(); ++m) {
         if (m_parts[m].ranges.empty()) continue;
         const auto fresh = static_cast<std::uint32_t>(firsts.size());
-        const std::uint32_t found = known.FindOrAdd(
-            hashes[m], fresh, [&](std::uint32_t i) { return AreEqual(firsts[i], m); });
+        const std::uint32_t found =
+            known.FindOrAdd(hashes[m], fresh, [&](std::uint32_t i) { return AreEqual(firsts[i], m); });
         if (found == fresh) firsts.push_back(m);
         m_geometryOf[m] = found;
     }

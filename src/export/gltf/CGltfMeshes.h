@@ -67,11 +67,11 @@ class CGltfMeshes {
     const CPreparedScene& m_scene;
     CGltfMaterials& m_materials;
     CGlbFile& m_file;
-    std::vector<CParts> m_parts;             ///< by mesh of the scene
-    std::vector<std::size_t> m_geometryOf;   ///< by mesh of the scene; valid where it has parts
-    std::vector<CWritten> m_written;         ///< by geometry
-    std::vector<int> m_numbers;              ///< by mesh of the scene
-    std::map<std::vector<int>, int> m_known; ///< meshes by geometry and materials
+    std::vector<CParts> m_parts;              ///< by mesh of the scene
+    std::vector<std::size_t> m_geometryOf;    ///< by mesh of the scene; valid where it has parts
+    std::vector<CWritten> m_written;          ///< by geometry
+    std::vector<int> m_numbers;               ///< by mesh of the scene
+    std::map<std::vector<int>, int> m_known;  ///< meshes by geometry and materials
     CGltfNames m_names;
     std::vector<CMesh> m_meshes;
 };

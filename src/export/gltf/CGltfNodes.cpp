@@ -32,8 +32,8 @@ std::vector<bool> ShownNodes(const CPreparedScene& scene) {
     for (std::size_t n = 0; n < shown.size(); ++n) {
         const CPreparedNode& node = scene.nodes[n];
         if (node.mesh < 0 || node.isLeftOut || !node.meshToWorld.IsFinite()) continue;
-        shown[n] = node.visible || (scene.animated && IsShownSometime(HideFrames(node), scene.firstFrame,
-                                                                     scene.lastFrame));
+        shown[n] = node.visible ||
+                   (scene.animated && IsShownSometime(HideFrames(node), scene.firstFrame, scene.lastFrame));
     }
     return shown;
 }
@@ -72,9 +72,10 @@ void CGltfNodes::AddMesh(const CPreparedScene& scene, const CGltfMeshes& meshes,
     if (meshes.NumberOf(mesh) < 0) return;
     const CVec3 offset = meshes.OffsetOf(mesh);
     const auto scale = static_cast<double>(meshes.ScaleOf(mesh));
-    const CMatrix4d back = CMatrix4d::Translation({static_cast<double>(offset.x), static_cast<double>(offset.y),
-                                                   static_cast<double>(offset.z)}) *
-                           CMatrix4d::Scale({scale, scale, scale});
+    const CMatrix4d back =
+        CMatrix4d::Translation(
+            {static_cast<double>(offset.x), static_cast<double>(offset.y), static_cast<double>(offset.z)}) *
+        CMatrix4d::Scale({scale, scale, scale});
     const bool hides = !HideFrames(node).empty();
     const int first = static_cast<int>(m_nodes.size());
     const int holder = AddChain(CMatrix4d::From(node.meshToNode) * back, parent, {}, !hides);

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "export/gltf/CGltfTransform.h"
 #include "export/gltf/CGltfNames.h"
+#include "export/gltf/CGltfTransform.h"
 
 class CGltfMeshes;
 class CJsonText;

@@ -161,13 +161,12 @@ CMatrix4d CGltfTransform::Matrix() const {
     const std::array<double, 4> q{static_cast<double>(rotation[0]), static_cast<double>(rotation[1]),
                                   static_cast<double>(rotation[2]), static_cast<double>(rotation[3])};
     const auto [x, y, z, w] = q;
-    const CColumns turned{
-        CVec3d{1 - 2 * (y * y + z * z), 2 * (x * y + w * z), 2 * (x * z - w * y)} *
-            static_cast<double>(scale.x),
-        CVec3d{2 * (x * y - w * z), 1 - 2 * (x * x + z * z), 2 * (y * z + w * x)} *
-            static_cast<double>(scale.y),
-        CVec3d{2 * (x * z + w * y), 2 * (y * z - w * x), 1 - 2 * (x * x + y * y)} *
-            static_cast<double>(scale.z)};
+    const CColumns turned{CVec3d{1 - 2 * (y * y + z * z), 2 * (x * y + w * z), 2 * (x * z - w * y)} *
+                              static_cast<double>(scale.x),
+                          CVec3d{2 * (x * y - w * z), 1 - 2 * (x * x + z * z), 2 * (y * z + w * x)} *
+                              static_cast<double>(scale.y),
+                          CVec3d{2 * (x * z + w * y), 2 * (y * z - w * x), 1 - 2 * (x * x + y * y)} *
+                              static_cast<double>(scale.z)};
     CMatrix4d matrix;
     for (std::size_t i = 0; i < 3; ++i) {
         matrix.m[i * 4] = turned[i].x;

@@ -37,5 +37,5 @@ struct CGltfSource {
 
 /** The same as a file, which is replaced in one step: after a failure an older one is as before. output is UTF-8. It is
  * BadArgument when it would overwrite a file of the model or one of its pictures. */
-[[nodiscard]] CStatus WriteGlbFile(const CGltfSource& source, const std::string& output, const CGltfOptions& options,
-                                   CJobProgress* progress = nullptr);
+[[nodiscard]] CStatus WriteGlbFile(const CGltfSource& source, const std::string& output,
+                                   const CGltfOptions& options, CJobProgress* progress = nullptr);

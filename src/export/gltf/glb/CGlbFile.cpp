@@ -203,7 +203,8 @@ CResult<std::vector<std::byte>> CGlbFile::Join(std::string_view json, std::uint6
     const std::uint64_t textBytes = Padded(json.size());
     const std::uint64_t all = 12 + 8 + textBytes + (binaryBytes > 0 ? 8 + binaryBytes : 0);
     if (all > kMostBytes) {
-        return CError{EErrorCode::TooLarge, lng::Mark("the scene is too large for glTF, which holds 4 GB"), {}};
+        return CError{
+            EErrorCode::TooLarge, lng::Mark("the scene is too large for glTF, which holds 4 GB"), {}};
     }
     std::vector<std::byte> out;
     out.reserve(static_cast<std::size_t>(all));
