@@ -65,4 +65,4 @@ set(ORBIVUE_ROOMS
   "programs/orbivue: base/* files settings session export/pov"
   "programs/orbivue/ui: base/* files settings session widgets widgets/ui frame/ui programs/orbivue"
   "programs/orbivue_render: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script programs/shared"
-  "programs/orbivue_convert: base/* files process picture settings model/* camera engine engine/gl engine/overlay script export/picture export/gltf export/pov programs/shared")
+  "programs/orbivue_convert: base/* files process picture settings model/* camera engine engine/gl engine/overlay script export/picture export/gltf export/pov export/webgl programs/shared")

@@ -9,6 +9,7 @@
 #include "export/gltf/write_gltf.h"
 #include "export/picture/CBitmapConverter.h"
 #include "export/pov/pov_export_format.h"
+#include "export/webgl/C3ds2WebGL.h"
 #include "files/file_util_ex.h"
 #include "model/open/load_scene.h"
 #include "model/prepare/source_files.h"
@@ -26,8 +27,8 @@ namespace {
 /** Writes what an engine shows. */
 class CSceneOutput {
   public:
-    CSceneOutput(C3dsDisplayWrap& engine, const CConvertOptions& options, std::string path)
-        : m_engine(engine), m_options(options), m_path(std::move(path)) {}
+    CSceneOutput(C3dsDisplayWrap& engine, const CConvertOptions& options, const CConversion& conversion)
+        : m_engine(engine), m_options(options), m_input(conversion.input), m_path(conversion.output) {}
 
     [[nodiscard]] CStatus Write() {
         switch (m_options.kind) {
@@ -60,8 +61,34 @@ class CSceneOutput {
                             format);
     }
 
+    [[nodiscard]] CResult<C3ds2WebGL::COutFormat> PageFormat() const {
+        const CSeenView& seen = m_engine.SeenView();
+        C3ds2WebGL::COutFormat format;
+        format.minify = m_options.minify;
+        format.combine = true;
+        format.gzip = m_options.gzip;
+        format.displayFlag = seen.wire;
+        format.camerasBar = m_options.camerasBar;
+        format.doubleSided = m_options.doubleSided;
+        format.bkRed = seen.background.x;
+        format.bkGreen = seen.background.y;
+        format.bkBlue = seen.background.z;
+        format.cameraName = seen.camera.Name();
+        format.modelFileName = file_util_ex::GetFileName(m_input);
+        format.version = ORBIVUE_VERSION;
+        if (m_options.scriptFile.empty()) return format;
+        const auto script = file_util_ex::ReadWholeFile(m_options.scriptFile);
+        if (!script) return script.Error();
+        format.javaScript.assign(reinterpret_cast<const char*>(script.Value().data()), script.Value().size());
+        return format;
+    }
+
     [[nodiscard]] CStatus WriteHtml() {
-        return CError{EErrorCode::Unsupported, "pages are not written yet", m_path};
+        const CResult<C3ds2WebGL::COutFormat> format = PageFormat();
+        if (!format) return format.Error();
+        const CWebGLSource source{*m_engine.Prepared(), m_engine.GetTextures(), m_engine.SeenView(),
+                                  CPageTexts::English(), m_engine.GetScene()};
+        return C3ds2WebGL::TryExport(source, m_path, format.Value());
     }
 
     [[nodiscard]] CStatus WritePov() {
@@ -116,7 +143,7 @@ class CSceneOutput {
 
     C3dsDisplayWrap& m_engine;
     const CConvertOptions& m_options;
-    std::string m_path;
+    std::string m_input, m_path;
     std::vector<std::string> m_notCopied;
 };
 
@@ -136,7 +163,7 @@ CStatus Convert(const CConversion& conversion, const CConvertOptions& options,
     CDrawOptions draw = options;
     if (!options.withTextures) draw.textureMode = 3;
     if (CStatus ready = SetUp(engine, draw, opened.Value()); !ready) return ready;
-    CSceneOutput output(engine, options, conversion.output);
+    CSceneOutput output(engine, options, conversion);
     CStatus written = output.Write();
     notes = std::move(opened.Value().notes);
     notes.insert(notes.end(), engine.Prepared()->notes.begin(), engine.Prepared()->notes.end());
