@@ -38,11 +38,10 @@ set(ORBIVUE_ROOMS
   "widgets: base/* files settings"
   "widgets/ui: base/* files settings widgets"
   "widgets/tools/ui: base/* files"
-  "export/picture: base/* files picture"
   "view: base/* files picture settings model/* camera engine session"
-  "view/ui: base/* files picture settings model/* camera engine engine/gl session widgets widgets/ui export/picture view"
+  "view/ui: base/* files picture settings model/* camera engine engine/gl session widgets widgets/ui view"
   "export/source/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui"
-  "export/picture/ui: base/* files picture settings model/* camera engine session widgets widgets/ui export/picture view view/ui"
+  "export/picture/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui"
   "export/pov/text: base/* model/prepare"
   "export/pov: base/* files picture settings model/* camera session export/pov/text"
   "export/gltf/glb: base/*"
@@ -65,4 +64,5 @@ set(ORBIVUE_ROOMS
   "programs/shared: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script"
   "programs/orbivue: base/* files settings session export/pov"
   "programs/orbivue/ui: base/* files settings session widgets widgets/ui frame/ui programs/orbivue"
-  "programs/orbivue_render: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script programs/shared")
+  "programs/orbivue_render: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script programs/shared"
+  "programs/orbivue_convert: base/* files process picture settings model/* camera engine engine/gl engine/overlay script export/gltf export/pov export/webgl programs/shared")
