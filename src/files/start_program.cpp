@@ -42,11 +42,6 @@ CEnvironment CurrentEnvironment() {
     return current;
 }
 
-/** What programs are started with now. */
-CEnvironment UsersEnvironment() {
-    return KeptEnvironment() ? *KeptEnvironment() : CurrentEnvironment();
-}
-
 std::string_view ValueOf(const CEnvironment& environment, std::string_view name) {
     for (const std::string& variable : environment) {
         const std::string_view text(variable);
@@ -166,6 +161,10 @@ CUserEnvironment::CUserEnvironment() {
 
 CUserEnvironment::~CUserEnvironment() {
     KeptEnvironment().reset();
+}
+
+std::vector<std::string> UsersEnvironment() {
+    return KeptEnvironment() ? *KeptEnvironment() : CurrentEnvironment();
 }
 
 bool IsProgramInstalled(const std::string& name) {

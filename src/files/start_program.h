@@ -63,6 +63,9 @@ class CStartedProgram {
     CFileDescriptor m_input, m_output, m_errors;
 };
 
+/** What programs are started with, "NAME=value" each: see CUserEnvironment. For what starts one in another way. */
+[[nodiscard]] std::vector<std::string> UsersEnvironment();
+
 /** True where StartProgram would find a program of that name. */
 [[nodiscard]] bool IsProgramInstalled(const std::string& name);
 
