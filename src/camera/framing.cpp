@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "camera/CViewCamera.h"
 #include "model/prepare/CPreparedScene.h"
 
 namespace {
@@ -56,4 +57,15 @@ CSphere FramingSphere(const CPreparedScene& scene) {
     constexpr std::size_t kFewObjects = 50;
     return visible || boxes.empty() || boxes.size() > kFewObjects ? scene.boundingSphere
                                                                   : LargestGroup(std::move(boxes));
+}
+
+void ChooseCamera(CViewCamera& camera, const CPreparedScene& scene, std::string_view name) {
+    const auto named = std::ranges::find(scene.cameras, name, &CPreparedCamera::name);
+    ECameraPreset preset = ECameraPreset::Iso;
+    const bool isPreset = PresetOfName(name, preset);
+    if (named == scene.cameras.end() || (isPreset && NameOfPreset(preset) == name)) {
+        camera.SetPreset(preset);
+    } else {
+        camera.SetFileCamera(*named);
+    }
 }

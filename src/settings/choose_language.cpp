@@ -4,6 +4,7 @@
 #include <wx/log.h>
 #include <wx/translation.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cstdlib>
 
@@ -38,6 +39,16 @@ void SetLanguage(std::wstring_view code) {
     translations->SetLanguage(wxString(code.data(), code.size()));
     translations->AddCatalog(wxString::FromUTF8(Domain().catalogue.c_str()));
     translations->AddStdCatalog();  // the toolkit's own texts
+}
+
+std::string Language() {
+    wxTranslations* translations = wxTranslations::Get();
+    if (translations == nullptr || Domain().catalogue.empty()) return "en";
+    std::string code =
+        translations->GetBestTranslation(wxString::FromUTF8(Domain().catalogue.c_str()), "en").utf8_string();
+    code.resize(std::min(code.find_first_of("@."), code.size()));
+    std::ranges::replace(code, '_', '-');
+    return code.empty() ? "en" : code;
 }
 
 }  // namespace lng

@@ -1,27 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "export/pov/pov_export_format.h"
 
-#include <algorithm>
-
 #include "camera/framing.h"
 #include "model/prepare/CPreparedScene.h"
 #include "settings/CSettings.h"
-
-namespace {
-
-void Choose(CViewCamera& camera, const CPreparedScene& scene, const std::string& name) {
-    ECameraPreset preset = ECameraPreset::Iso;
-    const auto named = std::find_if(scene.cameras.begin(), scene.cameras.end(),
-                                    [&](const CPreparedCamera& c) { return c.name == name; });
-    const bool isPreset = PresetOfName(name, preset);
-    if (named == scene.cameras.end() || (isPreset && NameOfPreset(preset) == name)) {
-        camera.SetPreset(preset);
-    } else {
-        camera.SetFileCamera(*named);
-    }
-}
-
-}  // namespace
 
 namespace pov_export_format {
 
@@ -57,7 +39,7 @@ CSeenView SeenViewOf(const CPreparedScene& scene, const C3ds2Pov::COutFormat& fo
     seen.rotY = fromTop ? format.angleX : format.angleY;
     seen.rotZ = fromTop ? -90 - format.angleZ : -format.angleZ;
     seen.camera.SetModel(FramingSphere(scene));
-    Choose(seen.camera, scene, format.cameraName);
+    ChooseCamera(seen.camera, scene, format.cameraName);
     return seen;
 }
 
