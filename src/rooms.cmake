@@ -45,6 +45,8 @@ set(ORBIVUE_ROOMS
   "export/pov/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/pov"
   "export/webgl: base/* files picture settings model/* camera session"
   "export/webgl/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/webgl"
+  "export/drive: base/* files picture model/textures"
+  "export/drive/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/webgl export/drive"
   "frame: base/* files settings model/* session"
   "frame/preview: base/* files settings script"
   "frame/preview/ui: base/* files settings widgets widgets/ui frame/preview"
@@ -54,7 +56,9 @@ set(ORBIVUE_ROOMS
   "frame/materials/ui: base/* files picture settings model/* camera engine session widgets widgets/ui widgets/tools/ui view view/ui frame frame/materials"
   "frame/model_list: base/* files picture picture/decode settings session session/ahead thumbnails frame/preview"
   "frame/model_list/ui: base/* files picture settings session session/ahead thumbnails widgets widgets/ui widgets/tools/ui frame/preview frame/model_list"
-  "frame/ui: base/* files picture settings model/* camera engine script session widgets widgets/ui widgets/tools/ui view view/ui export/pov export/pov/ui export/webgl export/webgl/ui frame frame/preview frame/preview/ui frame/slideshow frame/slideshow/ui frame/materials frame/materials/ui frame/model_list frame/model_list/ui"
+  "frame/ui: base/* files picture settings model/* camera engine script session widgets widgets/ui widgets/tools/ui view view/ui export/pov export/pov/ui export/webgl export/webgl/ui export/drive/ui frame frame/preview frame/preview/ui frame/slideshow frame/slideshow/ui frame/materials frame/materials/ui frame/model_list frame/model_list/ui"
   "programs/orbivue: base/* files settings session export/pov"
   "programs/orbivue/ui: base/* files settings session widgets widgets/ui frame/ui programs/orbivue"
-  "programs/orbivue_render: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script")
+  "programs/orbivue_render: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script"
+  "programs/upload_prepare: base/* files settings export/drive"
+  "programs/upload_prepare/ui: base/* files settings widgets widgets/ui export/drive programs/upload_prepare")

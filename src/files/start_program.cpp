@@ -175,6 +175,11 @@ CResult<CStartedProgram> StartProgram(const CProgramToStart& what) {
     CEnvironment environment = UsersEnvironment();
     const CResult<std::string> path = PathOfProgram(what.program, ValueOf(environment, "PATH"));
     if (!path) return path.Error();
+    for (const std::string& variable : what.variables) {
+        const std::string name = variable.substr(0, variable.find('=') + 1);
+        std::erase_if(environment, [&name](const std::string& other) { return other.starts_with(name); });
+        environment.push_back(variable);
+    }
 
     CSpawnPlan plan;
     std::optional<CPipe> input, output, errors;
