@@ -27,7 +27,11 @@ using CStdStr = std::basic_string<T>;
 
 /** What a picture shows in front of the background. Overlays are those of C3dsDisplayWrap::SetOverlays and
  * what the caller draws over the scene. */
-enum class EPictureOf { Model, ModelAndOverlays };
+enum class EPictureOf {
+    Model,
+    ModelAndOverlays,
+    Screen,  ///< the same, and as the current framebuffer shows it: with its samples, and with what is dimmed
+};
 
 /** The display engine: holds one 3DS scene at a time, draws it with OpenGL into the current context, and
  * edits it.
@@ -102,7 +106,7 @@ class C3dsDisplayWrap {
      * is animated. */
     bool DrawAnimations();
     /** Draws the open scene as seen describes it into a picture in memory. The picture has the view size
-     * of seen's camera and four samples a pixel where the context supports them. drawOver, which may be
+     * of seen's camera and, unless it is of the screen, four samples a pixel where the context supports them. drawOver, which may be
      * empty, is called after PaintModel and draws the caller's overlays. Does not change the window's
      * picture or SeenView(). */
     [[nodiscard]] CResult<CImage> TakePicture(const CSeenView& seen, EPictureOf what,
@@ -161,7 +165,7 @@ class C3dsDisplayWrap {
 
     /** All nodes but these (by their names in Prepared()) are drawn as ghosts, so that these stand out, also inside of
      * others; an empty list leaves ghosts only. Nothing: all are drawn as they are, as after every opening. Picking,
-     * TakePicture and exports take no notice. */
+     * exports and pictures take no notice, except those of the screen. */
     void SetEmphasis(std::optional<std::vector<std::string>> nodes);
     /** DrawModel draws them after the scene in GL_RENDER. */
     void SetOverlays(const COverlays& overlays);

@@ -79,20 +79,23 @@ class CIntoPicture {
     }
 };
 
-/** Sets another seen view during its lifetime, and draws it exactly, with nothing dimmed. */
+/** Sets another seen view during its lifetime, and draws it exactly, with nothing dimmed unless it is of
+ * the screen. */
 template <class State>
 class CShownMeanwhile {
   public:
-    CShownMeanwhile(State& state, const CSeenView& seen, const COverlays& overlays)
+    CShownMeanwhile(State& state, const CSeenView& seen, EPictureOf what)
         : m_state(state),
           m_seen(state.seen),
           m_preview(state.preview),
           m_overlays(state.overlays),
-          m_dimmed(std::exchange(state.options.dimmed, {})),
+          m_dimmed(state.options.dimmed),
           m_wholeFrame(state.wholeFrame) {
         const CViewCamera& camera = seen.camera;
         state.options.exact = true;
-        Show(seen, C2DRect(0, 0, camera.ViewWidth(), camera.ViewHeight()), overlays);
+        if (what != EPictureOf::Screen) state.options.dimmed.clear();
+        Show(seen, C2DRect(0, 0, camera.ViewWidth(), camera.ViewHeight()),
+             what == EPictureOf::Model ? COverlays{} : state.overlays);
     }
     CShownMeanwhile(const CShownMeanwhile&) = delete;
     CShownMeanwhile& operator=(const CShownMeanwhile&) = delete;
@@ -221,15 +224,15 @@ CResult<CImage> C3dsDisplayWrap::TakePicture(const CSeenView& seen, EPictureOf w
     const CGlCapabilities can = CGlCapabilities::Query(gl);
     if (!can.framebuffers)
         return CError{EErrorCode::NoGraphics, lng::Mark("OpenGL is too old to draw into memory"), ""};
-    constexpr int kSamples = 4;
-    const bool all = what == EPictureOf::ModelAndOverlays;
-    const CShownMeanwhile<CState> shown(*m_state, seen, all ? m_state->overlays : COverlays{});
+    int samples = 4;
+    if (what == EPictureOf::Screen) glGetIntegerv(GL_SAMPLES, &samples);
+    const CShownMeanwhile<CState> shown(*m_state, seen, what);
     const CIntoPicture intoPicture;
     CResult<CPictureTarget> target = CPictureTarget::Create(gl, Pixels(seen.camera.ViewWidth()),
-                                                            Pixels(seen.camera.ViewHeight()), kSamples);
+                                                            Pixels(seen.camera.ViewHeight()), samples);
     if (!target) return target.Error();
     PaintModel();
-    if (all && drawOver && m_state->scene) drawOver();
+    if (what != EPictureOf::Model && drawOver && m_state->scene) drawOver();
     return target.Value().ReadPixels(gl);
 }
 

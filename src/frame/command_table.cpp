@@ -81,7 +81,7 @@ constexpr CCommand kCommands[] = {
     {kCmdToolFilter, EMenu::Tools, Mark("Filter by material"), Mark("Show what has the same material"),
      "tool_filter.ico", ENeeds::Model, kToggle, kEndsGroup},
     {kCmdScreenShot, EMenu::Tools, Mark("ScreenShot\tCtrl+C"), Mark("ScreenShot (CTRL+C)"), "screenshot.ico",
-     ENeeds::Feature, !kToggle, kEndsGroup},
+     ENeeds::Model, !kToggle, kEndsGroup},
     {kCmdSelectLanguage, EMenu::Tools, Mark("Select Language"), nullptr, nullptr, ENeeds::Feature, !kToggle, kEndsGroup},
     {kCmdSettings, EMenu::Tools, Mark("Settings"), nullptr, nullptr, ENeeds::Feature, !kToggle, kEndsGroup},
     {kCmdDownload, EMenu::Tools, Mark("Download files"), Mark("Download 3ds files from server"), "download.ico",

@@ -73,7 +73,7 @@ const CStateCase kStateCases[] = {
       kCmdUndo, kCmdRedo}},
     {"LonelyModel",
      {.hasModel = true, .hasFile = true},
-     {kCmdSaveAs, kCmdCompressToZip, kCmdDeleteFile, kCmdReload},
+     {kCmdSaveAs, kCmdCompressToZip, kCmdDeleteFile, kCmdReload, kCmdScreenShot},
      {kCmdPreviousFile, kCmdNextFile, kCmdPlayAnimation}},
     {"FailedOpenAmongOthers",  // the way on to the next file stays open
      {.hasFile = true, .canStep = true},

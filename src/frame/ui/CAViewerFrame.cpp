@@ -13,8 +13,10 @@
 #include "base/text/utf8_text.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
+#include "export/picture/ui/screenshot_command.h"
 #include "export/pov/ui/CPOVRaySettingsDlg.h"
 #include "export/pov/ui/pov_export_command.h"
+#include "files/file_util_ex.h"
 #include "files/std_file_paths.h"
 #include "frame/materials/ui/CMaterialBar.h"
 #include "frame/materials/ui/CMaterialCommands.h"
@@ -254,6 +256,17 @@ void CAViewerFrame::SetPovOptions() {
 
 void CAViewerFrame::ExportPov() {
     m_files->HoldModel(kCmdExportPov, [this] { RunPovExport(m_session->Document().path, *m_view, *this); });
+}
+
+/** No message box tells of a failure: the status bar does. */
+void CAViewerFrame::SaveScreenshot() {
+    m_files->HoldModel(kCmdScreenShot, [this] {
+        const CResult<std::wstring> saved = RunScreenshot(m_session->Document().path, *m_view, *this);
+        if (!saved)
+            ShowMessage(lng::Text("The picture could not be saved:") + L" " + lng::Text(saved.Error()));
+        else if (!saved.Value().empty())
+            ShowMessage(lng::Text("The picture was saved as %s.", file_util_ex::ShownText(saved.Value())));
+    });
 }
 
 void CAViewerFrame::ShowRunning(int commandId) {

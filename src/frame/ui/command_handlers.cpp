@@ -92,7 +92,8 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdResetView, [](CAViewerFrame& frame) { frame.ResetView(); }},
         {kCmdSceneNotes, [](CAViewerFrame& frame) { frame.ShowNotes(); }},
         {kCmdPovSettings, [](CAViewerFrame& frame) { frame.SetPovOptions(); }},
-        {kCmdExportPov, [](CAViewerFrame& frame) { frame.ExportPov(); }}};
+        {kCmdExportPov, [](CAViewerFrame& frame) { frame.ExportPov(); }},
+        {kCmdScreenShot, [](CAViewerFrame& frame) { frame.SaveScreenshot(); }}};
     const auto found = handlers.find(id);
     return found == handlers.end() ? nullptr : found->second;
 }

@@ -90,9 +90,13 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
      * as JPEG files. */
     [[nodiscard]] CStatus SaveToPath(const std::wstring& path) override;
     [[nodiscard]] Lib3dsFile* Get3dsFile() override;
-    /** The picture that the view shows, in its size. With overlays it includes the trackball's ball and the
-     * zoom box. */
+    /** The picture that the view shows, in its size. With overlays and of the screen it includes the caption; only with
+     * overlays the trackball's ball and the zoom box; never the hint. */
     [[nodiscard]] CResult<CImage> TakePicture(EPictureOf what);
+    /** Writes TakePicture(EPictureOf::Screen) into a file, by CBitmapConverter as its name ends. The status tells why the
+     * file was not written; a file that was there then stays. */
+    [[nodiscard]] CStatus TrySaveScreenshot(const std::wstring& path);
+    [[nodiscard]] bool SaveScreenshot(const std::wstring& path) { return TrySaveScreenshot(path).HasValue(); }
 
     // --- how it is shown ---------------------------------------------------------------------------------
     /** Everything that is seen, including the trackball's turn. The reference shows later changes. */
@@ -137,7 +141,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     void KeepPicture(EKeeping how);
     /** Shows a text at the bottom of the view, over the model, in as many lines as it needs and as the view has room for;
      * any text, also a stranger's. Empty: none, as after every opening but a reload. TakePicture includes it with the
-     * overlays only. */
+     * overlays. */
     void SetCaption(std::wstring text);
     /** As it is shown; empty for none. */
     [[nodiscard]] const std::wstring& GetCaption() const { return m_caption.Text(); }
@@ -216,6 +220,8 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     void DrawFrame(int renderMode, int x, int y);
     void StartTrackBall(CPixel point);
     void DrawOverlays();
+    void DrawHandOverlays();
+    void DrawCaption();
 
     CKeyDownListener* m_owner = nullptr;
     std::wstring m_path;

@@ -8,6 +8,7 @@
 
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
+#include "export/picture/CBitmapConverter.h"
 #include "model/coarse/coarse_scene.h"
 #include "view/ui/CGlAttribGuard.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
@@ -23,6 +24,13 @@ constexpr int kIdlePeriodMs = 15;
 constexpr int kEmptyMs = 150;
 constexpr std::chrono::milliseconds kSlowFrame{100};
 constexpr std::chrono::steady_clock::duration kLongestRest = std::chrono::milliseconds(100);
+
+void AskForNicest() {
+    glEnable(GL_POLYGON_SMOOTH);
+    constexpr GLenum kHints[] = {GL_POLYGON_SMOOTH_HINT, GL_POINT_SMOOTH_HINT, GL_PERSPECTIVE_CORRECTION_HINT,
+                                 GL_LINE_SMOOTH_HINT};
+    for (const GLenum hint : kHints) glHint(hint, GL_NICEST);
+}
 
 using CClock = std::chrono::steady_clock;
 
@@ -123,10 +131,7 @@ bool CViewer3DSWindowHandler::IsInterrupted() {
 
 void CViewer3DSWindowHandler::DrawFrame(int renderMode, int x, int y) {
     const CGlAttribGuard attributes;
-    glEnable(GL_POLYGON_SMOOTH);
-    constexpr GLenum kHints[] = {GL_POLYGON_SMOOTH_HINT, GL_POINT_SMOOTH_HINT, GL_PERSPECTIVE_CORRECTION_HINT,
-                                 GL_LINE_SMOOTH_HINT};
-    for (const GLenum hint : kHints) glHint(hint, GL_NICEST);
+    AskForNicest();
     (void)SeenView();  // takes over what the mouse has turned since the last repaint
     if (!GetEngine().InitDrawings(renderMode, x, y)) {
         if (renderMode == GL_RENDER) DrawViewHint(m_hint);
@@ -156,9 +161,27 @@ const CSeenView& CViewer3DSWindowHandler::SeenView() {
 
 CResult<CImage> CViewer3DSWindowHandler::TakePicture(EPictureOf what) {
     BeginWork();
-    CResult<CImage> picture = GetEngine().TakePicture(SeenView(), what, [this] { DrawOverlays(); });
+    const CGlAttribGuard attributes;
+    AskForNicest();
+    CResult<CImage> picture = GetEngine().TakePicture(SeenView(), what, [this, what] {
+        if (what == EPictureOf::Screen)
+            DrawCaption();
+        else
+            DrawOverlays();
+    });
     EndWork();
     return picture;
+}
+
+CStatus CViewer3DSWindowHandler::TrySaveScreenshot(const std::wstring& path) {
+    const CResult<CImage> picture = TakePicture(EPictureOf::Screen);
+    if (!picture) return picture.Error();
+    CBitmapConverter converter;
+    converter.SetFormat(CBitmapConverter::EImageExFormat::ByExtension);
+    const CImage& image = picture.Value();
+    if (converter.RGBA2File(image.rgba.data(), image.rgba.size(), image.width, image.height, path))
+        return CDone{};
+    return converter.LastError();
 }
 
 void CViewer3DSWindowHandler::StartTrackBall(CPixel point) {
@@ -169,6 +192,15 @@ void CViewer3DSWindowHandler::StartTrackBall(CPixel point) {
 }
 
 void CViewer3DSWindowHandler::DrawOverlays() {
+    DrawHandOverlays();
+    DrawCaption();
+}
+
+void CViewer3DSWindowHandler::DrawCaption() {
+    if (GetCanvas()) m_caption.Draw(*GetCanvas()->GetWindow());
+}
+
+void CViewer3DSWindowHandler::DrawHandOverlays() {
     const C3dsDisplayWrap& engine = GetEngine();
     if (m_gestures.DragState() == EDragState::Dragging) {
         const CVec3 center = engine.SeenView().BallCenter();
@@ -178,5 +210,4 @@ void CViewer3DSWindowHandler::DrawOverlays() {
     } else if (m_gestures.ZoomBox()) {
         DrawZoomBox(*m_gestures.ZoomBox());
     }
-    if (GetCanvas()) m_caption.Draw(*GetCanvas()->GetWindow());
 }

@@ -272,6 +272,6 @@ CStatus CViewer3DSWindowHandler::SaveToPath(const std::wstring& path) {
     };
     const std::string target = file_util_ex::ConvertToUTF8(path);
     if (file_util_ex::GetFileExt(target) != "zip") return write(target);
-    CResult<CImage> picture = TakePicture(EPictureOf::ModelAndOverlays);
+    CResult<CImage> picture = TakePicture(EPictureOf::Screen);
     return SaveSceneZip(scene, write, picture ? picture.Value() : CImage{}, target);
 }
