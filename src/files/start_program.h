@@ -33,7 +33,7 @@ struct CProgramToStart {
     bool isHelper = false;
     bool takesInput = false;  ///< a helper that reads what WriteInput gives it
     bool isLast = false;      ///< a helper that gets hardly any processor time while others want it
-    std::vector<std::string> variables;  ///< "NAME=value", set for this program beside the user's
+    std::vector<std::string> variables{};  ///< "NAME=value", set for this program beside the user's
 };
 
 /** A program that was started. The program lives on when this object is destroyed. */

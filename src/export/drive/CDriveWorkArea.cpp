@@ -69,7 +69,8 @@ void CDriveWorkArea::RemoveOld(CTime now) const {
     (void)file_util_ex::GetSubDirs(area, folders);
     for (const std::string& folder : folders) {
         if (!IsOver(CreationTime(file_util_ex::GetFileName(folder)), now)) continue;
-        if (!file_util_ex::Rmdir(folder)) file_util_ex::DeleteFileW(folder);  // a link goes, not what it leads to
+        if (!file_util_ex::Rmdir(folder))
+            file_util_ex::DeleteFileW(folder);  // a link goes, not what it leads to
     }
 }
 

@@ -40,9 +40,9 @@ CResult<CUploadNotes> ReadUploadNotes(const std::string& folder) {
     const CJson outside = json.value("outside", CJson());
     if (!outside.is_array()) return bad;
     CUploadNotes notes;
-    for (const CJson& path : outside) {
-        if (!path.is_string()) return bad;
-        notes.outside.push_back(path.get<std::string>());
+    for (const CJson& picture : outside) {
+        if (!picture.is_string()) return bad;
+        notes.outside.push_back(picture.get<std::string>());
     }
     return notes;
 }

@@ -82,6 +82,7 @@ class CAViewerFrame final : public wxFrame,
     void ShowNotes();
     void SetPovOptions();
     void ExportPov();
+    void ExportGoogleDrive();
     void SaveScreenshot();
     /** Shows the tool of a command pressed; 0 for none. */
     void ShowRunning(int commandId);

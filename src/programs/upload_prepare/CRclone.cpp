@@ -4,8 +4,7 @@
 #include <utility>
 
 CResult<CRclone> CRclone::Start(const CRcloneSetup& setup, const std::vector<std::string>& command,
-                                const std::vector<std::string>& operands,
-                                std::chrono::milliseconds silence) {
+                                const std::vector<std::string>& operands, std::chrono::milliseconds silence) {
     CProgramToStart what{setup.program, command, {}, true};
     what.arguments.emplace_back("--ask-password=false");
     what.arguments.insert(what.arguments.end(), setup.moreArguments.begin(), setup.moreArguments.end());

@@ -12,10 +12,10 @@
 /** Which rclone is used, and which of its remotes count. The program uses the defaults; nothing outside this process
  * changes them, so no model and no variable has another place taken for a drive. */
 struct CRcloneSetup {
-    std::string program = "rclone";            ///< a path, or a name to be found in $PATH
-    std::vector<std::string> moreArguments;    ///< for each command
-    std::string remoteType = "drive";          ///< rclone's name for the kind of storage
-    std::string password;                      ///< of its configuration; empty: none is given
+    std::string program = "rclone";          ///< a path, or a name to be found in $PATH
+    std::vector<std::string> moreArguments;  ///< for each command
+    std::string remoteType = "drive";        ///< rclone's name for the kind of storage
+    std::string password;                    ///< of its configuration; empty: none is given
 };
 
 /** One run of rclone: without a shell, without input, never asking for a password. Poll it from time to time. */
@@ -25,7 +25,8 @@ class CRclone {
 
     /** command: its name and options; operands follow "--", so none is taken for an option. silence: for how long the
      * program may print nothing before it is ended. */
-    [[nodiscard]] static CResult<CRclone> Start(const CRcloneSetup& setup, const std::vector<std::string>& command,
+    [[nodiscard]] static CResult<CRclone> Start(const CRcloneSetup& setup,
+                                                const std::vector<std::string>& command,
                                                 const std::vector<std::string>& operands,
                                                 std::chrono::milliseconds silence);
 

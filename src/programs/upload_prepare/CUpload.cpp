@@ -15,8 +15,9 @@ constexpr auto kLinkSilence = 60s;
 constexpr auto kCopySilence = 120s;  // it tells its progress twice a second
 
 // The statistics as errors, so that they come whatever level the user's variables choose.
-const std::vector<std::string> kCopy{"copy",          "--use-json-log", "--stats=500ms", "--stats-log-level=ERROR",
-                                     "--contimeout=30s", "--timeout=90s",  "--retries=2",   "--low-level-retries=5"};
+const std::vector<std::string> kCopy{
+    "copy",          "--use-json-log", "--stats=500ms",        "--stats-log-level=ERROR", "--contimeout=30s",
+    "--timeout=90s", "--retries=2",    "--low-level-retries=5"};
 
 }  // namespace
 
@@ -100,8 +101,7 @@ void CUpload::TakeRemotes(const CRclone& ended) {
     if (ended.HasSucceeded())
         m_whyNoDrive = ENoDrive::NoRemote;
     else
-        m_whyNoDrive =
-            std::ranges::any_of(m_errors, tellsOfPassword) ? ENoDrive::Locked : ENoDrive::Failed;
+        m_whyNoDrive = std::ranges::any_of(m_errors, tellsOfPassword) ? ENoDrive::Locked : ENoDrive::Failed;
 }
 
 void CUpload::Start(const std::string& remote, bool anybody) {

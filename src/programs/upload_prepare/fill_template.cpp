@@ -91,8 +91,7 @@ std::string EscapedForHtml(std::string_view text) {
 }
 
 std::string EscapedForAddress(std::string_view path) {
-    constexpr std::string_view kPlain =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
+    constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
     constexpr std::string_view kDigits = "0123456789ABCDEF";
     std::string address;
     for (const char c : path) {

@@ -87,8 +87,8 @@ class CJoining {
         facts.page = MakePath(kModelFolder, kPage);
         const auto page = file_util_ex::ReadPlainFile(MakePath(m_arguments.modelFolder, kPage));
         if (!page) return page.Error();
-        facts.language = LanguageOfPage(
-            {reinterpret_cast<const char*>(page.Value().data()), page.Value().size()});
+        facts.language =
+            LanguageOfPage({reinterpret_cast<const char*>(page.Value().data()), page.Value().size()});
         const std::string picture = MakePath(kModelFolder, kPicture);
         if (Find(picture)) {
             facts.picture = picture;

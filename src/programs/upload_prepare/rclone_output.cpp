@@ -19,7 +19,7 @@ bool IsLetterOrDigit(char c) {
 
 bool IsRemoteName(std::string_view name) {
     constexpr std::string_view kMarks = "_-.+@ ";
-    const auto isSound = [](char c) {
+    const auto isSound = [kMarks](char c) {
         return static_cast<unsigned char>(c) >= 0x80 || IsLetterOrDigit(c) || kMarks.find(c) != kMarks.npos;
     };
     return !name.empty() && name.front() != '-' && name.front() != ' ' && name.back() != ' ' &&
@@ -64,7 +64,9 @@ std::string WithoutKeys(std::string_view text) {
     constexpr std::string_view kMarks = "-_.~+";
     std::string shown;
     while (!text.empty()) {
-        const auto isOfWord = [](char c) { return IsLetterOrDigit(c) || kMarks.find(c) != kMarks.npos; };
+        const auto isOfWord = [kMarks](char c) {
+            return IsLetterOrDigit(c) || kMarks.find(c) != kMarks.npos;
+        };
         const auto end = std::ranges::find_if_not(text, isOfWord);
         const auto length = static_cast<std::size_t>(end - text.begin());
         shown += length > kLongestWord ? "..." : text.substr(0, length);

@@ -18,11 +18,15 @@ CState WithoutDrive(CUpload::ENoDrive why) {
     const std::wstring heading = lng::Text("The page is ready, but nothing was uploaded");
     switch (why) {
         case CUpload::ENoDrive::NotInstalled:
-            return {heading, lng::Text("To upload it from here, the program rclone is needed, and it is not installed. "
-                                       "You can upload the folder by hand in the browser instead.")};
+            return {
+                heading,
+                lng::Text("To upload it from here, the program rclone is needed, and it is not installed. "
+                          "You can upload the folder by hand in the browser instead.")};
         case CUpload::ENoDrive::NoRemote:
-            return {heading, lng::Text("rclone is installed, but knows no Google Drive of yours. Run \"rclone config\" in "
-                                       "a terminal to add one, or upload the folder by hand in the browser.")};
+            return {
+                heading,
+                lng::Text("rclone is installed, but knows no Google Drive of yours. Run \"rclone config\" in "
+                          "a terminal to add one, or upload the folder by hand in the browser.")};
         case CUpload::ENoDrive::Locked:
             return {lng::Text("rclone's configuration has a password"),
                     lng::Text("Type it here to upload with rclone. It is used this once and kept nowhere.")};

@@ -61,8 +61,8 @@ wxSizer* CConfirmPage::MakeHead(const CUploadContent& content, const std::string
         row->Add(new wxStaticBitmap(this, wxID_ANY, picture), wxSizerFlags().Border(wxRIGHT, FromDIP(12)));
     auto* texts = new wxBoxSizer(wxVERTICAL);
     page_parts::AddHeading(this, *texts, lng::Text("Upload this to Google Drive?"));
-    auto* name = new wxStaticText(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
-                                  wxSize(FromDIP(340), -1), wxST_ELLIPSIZE_MIDDLE | wxST_NO_AUTORESIZE);
+    auto* name = new wxStaticText(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxSize(FromDIP(340), -1),
+                                  wxST_ELLIPSIZE_MIDDLE | wxST_NO_AUTORESIZE);
     name->SetLabelText(Shown(modelName));
     texts->Add(name, wxSizerFlags().Border(wxBOTTOM, FromDIP(4)));
     texts->Add(new wxStaticText(this, wxID_ANY, upload_sentences::Sum(content)));
@@ -86,9 +86,9 @@ void CConfirmPage::AddFiles(wxSizer& column, const CUploadContent& content) {
 void CConfirmPage::AddOutside(wxSizer& column, const CUploadContent& content) {
     const std::wstring sentence = upload_sentences::Outside(content);
     if (sentence.empty()) return;
-    wxStaticText* text = page_parts::AddText(this, column, sentence);
+    wxStaticText* text = page_parts::AddText(this, column, {});
     text->SetFont(text->GetFont().Bold());
-    text->Wrap(page_parts::TextWidth(*this));
+    page_parts::ShowText(*text, sentence);
     if (!content.outside) return;
     auto* list = new wxListBox(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(520, 80)));
     SetAccessibleName(*list, lng::Text("Pictures from outside the model's folder"));

@@ -23,8 +23,8 @@ COutcomePage::COutcomePage(wxWindow* parent) : wxPanel(parent) {
     m_heading = page_parts::AddHeading(this, *column, L" ");
     m_text = page_parts::AddText(this, *column, L" ");
     column->Add(MakeLink(), line);
-    m_password = new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
-                                wxTE_PASSWORD);
+    m_password =
+        new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize, wxTE_PASSWORD);
     SetAccessibleName(*m_password, lng::Text("rclone's configuration has a password"));
     column->Add(m_password, line);
     m_errors = page_parts::MakeReadOnly(this, lng::Text("rclone says:"), wxTE_MULTILINE);
@@ -67,9 +67,10 @@ void COutcomePage::ShowUpload(const CUpload& upload) {
     m_errors->ChangeValue(errors);
     m_errors->Show(!errors.empty());
     page_parts::ShowText(
-        *m_hint, isDone ? lng::Text("Google Drive keeps the page but does not run it: download the folder and open "
-                                    "index.html in it, or put the folder on a web server.")
-                        : std::wstring());
+        *m_hint,
+        isDone ? lng::Text("Google Drive keeps the page but does not run it: download the folder and open "
+                           "index.html in it, or put the folder on a web server.")
+               : std::wstring());
     if (isLocked) m_password->SetFocus();
     if (hasLink) m_copy->SetFocus();
     Layout();

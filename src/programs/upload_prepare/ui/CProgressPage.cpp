@@ -20,11 +20,13 @@ constexpr int kRange = 1000;
 
 CProgressPage::CProgressPage(wxWindow* parent) : wxPanel(parent) {
     auto* column = new wxBoxSizer(wxVERTICAL);
+    column->AddStretchSpacer(2);
     m_heading = page_parts::AddHeading(this, *column, L" ");
     m_bar = new wxGauge(this, wxID_ANY, kRange, wxDefaultPosition, FromDIP(wxSize(520, 20)),
                         wxGA_HORIZONTAL | wxGA_SMOOTH);
     column->Add(m_bar, wxSizerFlags().Expand().Border(wxTOP | wxBOTTOM, FromDIP(8)));
     m_text = page_parts::AddText(this, *column, L" ");
+    column->AddStretchSpacer(3);
     SetSizer(column);
 }
 
@@ -36,8 +38,7 @@ void CProgressPage::ShowUpload(const CUpload& upload) {
     }
     const rclone_output::CProgress& progress = upload.Progress();
     if (upload.State() == CUpload::EState::Copying && progress.totalBytes > 0) {
-        const double share =
-            static_cast<double>(progress.bytes) / static_cast<double>(progress.totalBytes);
+        const double share = static_cast<double>(progress.bytes) / static_cast<double>(progress.totalBytes);
         m_bar->SetValue(static_cast<int>(kRange * std::clamp(share, 0.0, 1.0)));
     } else {
         m_bar->Pulse();

@@ -39,11 +39,20 @@ void Complain(const std::string& sentence) {
     std::fprintf(stderr, "OrbivueUploadPrepare: %s\n", sentence.c_str());
 }
 
+void ChooseLanguage() {
+    std_file_paths::SetAppName("Orbivue");  // whose settings and data are used
+    lng_util_internal::SetDomain(lng::Domain(), "viewer");
+    (void)CSettings::LoadFile();  // without a file the defaults hold
+    CSettings::Instance().ReadAll();
+    lng::SetLanguage(CSettings::Instance().language);
+}
+
 /** Shows the window until it is closed. */
 class CUploadApp final : public wxApp {
   public:
     /** The toolkit's own reads options; there are none. */
     bool OnInit() override {
+        ChooseLanguage();
         wxInitAllImageHandlers();
         CUserPrompt::Install(std::make_unique<CWxUserPrompt>());
         return true;
@@ -51,8 +60,9 @@ class CUploadApp final : public wxApp {
     int OnRun() override {
         const CResult<CUploadContent>& content = s_prepared->content;
         if (!content) {
-            CUserPrompt::Instance().ShowMessage(lng::Text("The page could not be made ready for the upload.") +
-                                                L"\n" + lng::Text(content.Error()));
+            CUserPrompt::Instance().ShowMessage(
+                lng::Text("The page could not be made ready for the upload.") + L"\n" +
+                lng::Text(content.Error()));
             return kExitFailed;
         }
         CUploadDlg(nullptr, CRcloneSetup(), content.Value(), s_prepared->modelName).ShowModal();
@@ -63,14 +73,6 @@ class CUploadApp final : public wxApp {
         return wxApp::OnExit();
     }
 };
-
-void ChooseLanguage() {
-    std_file_paths::SetAppName("Orbivue");  // whose settings and data are used
-    lng_util_internal::SetDomain(lng::Domain(), "viewer");
-    (void)CSettings::LoadFile();  // without a file the defaults hold
-    CSettings::Instance().ReadAll();
-    lng::SetLanguage(CSettings::Instance().language);
-}
 
 /** False, after a sentence, for wrong arguments. */
 bool Prepare(const std::vector<std::string>& arguments) {
@@ -86,7 +88,8 @@ bool Prepare(const std::vector<std::string>& arguments) {
 
 int ExitWithoutDisplay() {
     if (!s_prepared->content) return kExitFailed;
-    Complain("there is no display to show a window on; the page is ready in " + s_prepared->content.Value().folder);
+    Complain("there is no display to show a window on; the page is ready in " +
+             s_prepared->content.Value().folder);
     return kExitNoDisplay;
 }
 
@@ -98,7 +101,6 @@ int main(int argc, char** argv) {
     const CUserEnvironment environment;
     (void)std::signal(SIGXFSZ, SIG_IGN);  // a file beyond the user's limit fails as on a full disk
     if (!Prepare({argv + std::min(argc, 1), argv + argc})) return kExitBadUsage;
-    ChooseLanguage();
     wxDISABLE_ASSERTS_IN_RELEASE_BUILD();
     // The toolkit sees no argument: a model's name may look like one of its options, or GTK's.
     int count = 1;

@@ -85,10 +85,9 @@ void CUploadDlg::OnTimer() {
 
 void CUploadDlg::ShowState() {
     const EState state = m_upload.State();
-    if (state == EState::Ready && m_shown != EState::Ready) m_confirm->ShowRemotes(m_upload);
-    m_shown = state;
     if (state == EState::Ready) {
         m_book->ChangeSelection(0);
+        m_confirm->ShowRemotes(m_upload);
     } else if (state == EState::Looking || state == EState::Copying || state == EState::Linking) {
         m_progress->ShowUpload(m_upload);
         m_book->ChangeSelection(1);

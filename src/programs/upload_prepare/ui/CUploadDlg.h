@@ -43,7 +43,6 @@ class CUploadDlg final : public wxDialog {
 
     CUpload m_upload;
     std::string m_folder;
-    CUpload::EState m_shown = CUpload::EState::Looking;
     wxTimer m_timer;
     wxSimplebook* m_book = nullptr;
     CConfirmPage* m_confirm = nullptr;
