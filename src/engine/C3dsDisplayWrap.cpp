@@ -167,6 +167,9 @@ Lib3dsFile* C3dsDisplayWrap::Get3dsFile() {
 const CPreparedScene* C3dsDisplayWrap::Prepared() const {
     return m_state->scene ? &m_state->prepared : nullptr;
 }
+const CScene* C3dsDisplayWrap::GetScene() const {
+    return m_state->scene ? &*m_state->scene : nullptr;
+}
 const CTextureLocator& C3dsDisplayWrap::GetTextures() const {
     static const CTextureLocator nowhere;
     return m_state->scene ? m_state->scene->Textures() : nowhere;

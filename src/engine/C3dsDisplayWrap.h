@@ -74,6 +74,8 @@ class C3dsDisplayWrap {
     [[nodiscard]] Lib3dsFile* Get3dsFile();
     /** The scene as it is drawn; null when none is open. Valid until the next open, close or edit. */
     [[nodiscard]] const CPreparedScene* Prepared() const;
+    /** What Prepared() was made of, with all edits; null when none is open. Valid as long. */
+    [[nodiscard]] const CScene* GetScene() const;
     /** Finds the pictures of the open scene; finds nothing when none is open. Valid until the next open,
      * close or edit. */
     [[nodiscard]] const CTextureLocator& GetTextures() const;

@@ -53,6 +53,36 @@ std::uint64_t Number(std::string_view word, int base) {
     return number;
 }
 
+/** Whether a byte stands for itself in a record, which blanks part and a comment of any kind may hold. */
+bool IsPlain(char c) {
+    return c > ' ' && c < 0x7F && std::string_view("%<>*").find(c) == std::string_view::npos;
+}
+
+std::string Recorded(std::string_view name) {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    std::string text;
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(name[i]);
+        const bool endsComment = name[i] == '-' && i > 0 && name[i - 1] == '-';
+        if (IsPlain(name[i]) && !endsComment) {
+            text += name[i];
+        } else {
+            text.append({'%', kDigits[byte >> 4], kDigits[byte & 15]});
+        }
+    }
+    return text;
+}
+
+std::string NameOf(std::string_view recorded) {
+    std::string name;
+    for (std::size_t i = 0; i < recorded.size(); ++i) {
+        const bool isCoded = recorded[i] == '%' && i + 2 < recorded.size();
+        name += isCoded ? static_cast<char>(Number(recorded.substr(i + 1, 2), 16)) : recorded[i];
+        if (isCoded) i += 2;
+    }
+    return name;
+}
+
 std::string Hexadecimal(std::uint64_t number) {
     std::array<char, 16> digits{};
     return {digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number, 16).ptr};
@@ -69,7 +99,7 @@ void CFilesBeside::ReadRecord(const std::string& mainPath) {
     std::string_view rest(text);
     for (std::size_t at = rest.find(kMark); at != rest.npos; at = rest.find(kMark)) {
         rest.remove_prefix(at + kMark.size());
-        const std::string name(NextWord(rest));
+        const std::string name = NameOf(NextWord(rest));
         const std::uint64_t bytes = Number(NextWord(rest), 10);
         m_earlier[name] = {bytes, Number(NextWord(rest), 16)};
     }
@@ -112,6 +142,25 @@ CResult<std::string> CFilesBeside::ChooseName(std::string_view stem, std::string
                   file_util_ex::MakePath(m_folder, std::string(stem) + std::string(extension))};
 }
 
+bool CFilesBeside::TakeNames(std::span<const std::string> names) {
+    std::map<std::string, std::optional<CFileId>> found;
+    std::optional<CFileId> old;
+    for (const std::string& name : names) {
+        if (name.find('/') != name.npos || m_chosen.contains(name) || !IsFree(name, old)) return false;
+        if (!found.emplace(name, old).second) return false;
+    }
+    m_chosen.insert(found.begin(), found.end());
+    return true;
+}
+
+void CFilesBeside::DeleteEarlier(const std::function<bool(const std::string& name)>& isOurs) const {
+    std::optional<CFileId> old;
+    for (const auto& [name, earlier] : m_earlier) {
+        if (m_written.contains(name) || name.find('/') != name.npos || !isOurs(name)) continue;
+        if (IsFree(name, old) && old) (void)file_util_ex::DeleteFileW(file_util_ex::MakePath(m_folder, name));
+    }
+}
+
 CStatus CFilesBeside::Write(const std::string& name, std::span<const std::byte> bytes) {
     const std::string path = file_util_ex::MakePath(m_folder, name);
     const auto chosen = m_chosen.find(name);
@@ -130,7 +179,7 @@ CStatus CFilesBeside::Write(const std::string& name, std::span<const std::byte> 
 std::vector<std::string> CFilesBeside::ToRecord() const {
     std::vector<std::string> lines;
     for (const auto& [name, written] : m_written)
-        lines.push_back(std::string(kMark) + name + ' ' + std::to_string(written.bytes) + ' ' +
+        lines.push_back(std::string(kMark) + Recorded(name) + ' ' + std::to_string(written.bytes) + ' ' +
                         Hexadecimal(written.sum));
     return lines;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -32,10 +33,17 @@ class CFilesBeside {
     void Protect(const std::string& path);
     /** A name for a new file, "stem12.ext"; stem and extension (".png") are ASCII, without '/'. */
     [[nodiscard]] CResult<std::string> ChooseName(std::string_view stem, std::string_view extension);
+    /** Takes these very names, whatever characters they have but '/', when all of them are free by the rule above;
+     * else none, and false. */
+    [[nodiscard]] bool TakeNames(std::span<const std::string> names);
     /** Writes the file of a chosen name; it has that name only after Commit of the group. */
     [[nodiscard]] CStatus Write(const std::string& name, std::span<const std::byte> bytes);
     /** The lines to put into the main file, as a comment near its end, when all is written. */
     [[nodiscard]] std::vector<std::string> ToRecord() const;
+    /** Call it when the main file has its name: deletes what the earlier export wrote under names of which isOurs is
+     * true, this one did not write, and nobody changed since. As a stranger may have written the main file that was
+     * there before, isOurs must be true for names alone that no other file has. */
+    void DeleteEarlier(const std::function<bool(const std::string& name)>& isOurs) const;
     /** The written files. */
     [[nodiscard]] CAtomicFileGroup TakeFiles() { return std::move(m_files); }
 

@@ -73,46 +73,61 @@ CResult<std::map<std::string, std::string>> NamesToPaths(std::span<const std::st
     return paths;
 }
 
-CStatus CopyToFile(zip_source_t* archive, std::string_view path) {
-    CResult<CAtomicFile> file = CAtomicFile::Create(path);
-    if (!file) return file.Error();
-    const CError failed{EErrorCode::WriteFailed, lng::Mark("the archive could not be packed"),
-                        std::string(path)};
-    if (zip_source_open(archive) != 0) return failed;
+const CError kFailed{EErrorCode::WriteFailed, lng::Mark("the archive could not be packed"), {}};
+
+CStatus CopyToFile(zip_source_t* archive, CAtomicFile file) {
+    if (zip_source_open(archive) != 0) return kFailed;
     std::vector<std::byte> chunk(kChunkBytes);
     zip_int64_t got = 0;
     while ((got = zip_source_read(archive, chunk.data(), chunk.size())) > 0) {
-        if (CStatus written = file.Value().Write(std::span(chunk).first(static_cast<std::size_t>(got)));
-            !written)
+        if (CStatus written = file.Write(std::span(chunk).first(static_cast<std::size_t>(got))); !written)
             break;
     }
     (void)zip_source_close(archive);  // only read
-    return got < 0 ? CStatus(failed) : file.Value().Commit();
+    return got < 0 ? CStatus(kFailed) : file.Commit();
+}
+
+/** Packs into memory: the library's own way of writing would neither wait for the disk nor follow a link. */
+CStatus Pack(zip_source_t* archive, std::span<const std::string> files, std::string_view comment) {
+    const CResult<std::map<std::string, std::string>> paths = NamesToPaths(files);
+    if (!paths) return paths.Error();
+    zip_source_keep(archive);  // the zip takes one of the two references
+    CZipPtr zip(zip_open_from_source(archive, ZIP_CREATE | ZIP_TRUNCATE, nullptr));
+    if (!zip) {
+        zip_source_free(archive);
+        return kFailed;
+    }
+    if (!comment.empty() &&
+        zip_set_archive_comment(zip.get(), comment.data(), static_cast<zip_uint16_t>(comment.size())) != 0)
+        return kFailed;
+    for (const auto& [name, path] : paths.Value()) {
+        if (CStatus added = AddFile(zip.get(), name, path); !added) return added;
+    }
+    if (zip_close(zip.get()) != 0) return CError{EErrorCode::Unreadable, zip_strerror(zip.get()), {}};
+    (void)zip.release();  // closing has deleted it
+    return CDone{};
+}
+
+CStatus At(std::string_view archivePath, CStatus status) {
+    if (status || !status.Error().where.empty()) return status;
+    return CError{status.Error().code, status.Error().message, std::string(archivePath)};
 }
 
 }  // namespace
 
+CStatus WriteZip(CAtomicFile archive, std::span<const std::string> files, std::string_view comment) {
+    const CSourcePtr packed(zip_source_buffer_create(nullptr, 0, 0, nullptr));
+    if (!packed) return kFailed;
+    if (CStatus status = Pack(packed.get(), files, comment); !status) return status;
+    return CopyToFile(packed.get(), std::move(archive));
+}
+
 CStatus WriteZip(std::string_view archivePath, std::span<const std::string> files) {
-    const CResult<std::map<std::string, std::string>> paths = NamesToPaths(files);
-    if (!paths) return paths.Error();
-    const CError failed{EErrorCode::WriteFailed, lng::Mark("the archive could not be packed"),
-                        std::string(archivePath)};
-    // Packed in memory: the library's own way of writing would neither wait for the disk nor follow a link.
-    const CSourcePtr archive(zip_source_buffer_create(nullptr, 0, 0, nullptr));
-    if (!archive) return failed;
-    zip_source_keep(archive.get());  // the zip takes one of the two references
-    CZipPtr zip(zip_open_from_source(archive.get(), ZIP_CREATE | ZIP_TRUNCATE, nullptr));
-    if (!zip) {
-        zip_source_free(archive.get());
-        return failed;
-    }
-    for (const auto& [name, path] : paths.Value()) {
-        if (CStatus added = AddFile(zip.get(), name, path); !added) return added;
-    }
-    if (zip_close(zip.get()) != 0)
-        return CError{EErrorCode::Unreadable, zip_strerror(zip.get()), failed.where};
-    (void)zip.release();  // closing has deleted it
-    return CopyToFile(archive.get(), archivePath);
+    const CSourcePtr packed(zip_source_buffer_create(nullptr, 0, 0, nullptr));
+    if (!packed) return At(archivePath, kFailed);
+    if (CStatus status = Pack(packed.get(), files, {}); !status) return At(archivePath, status);
+    CResult<CAtomicFile> file = CAtomicFile::Create(archivePath);
+    return file ? At(archivePath, CopyToFile(packed.get(), std::move(file).Value())) : file.Error();
 }
 
 bool CreateZip(std::string_view archivePath, std::span<const std::string> files) {

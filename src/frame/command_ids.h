@@ -57,6 +57,7 @@ constexpr int kCmdToolFilter = 33014;
 constexpr int kCmdSaveEdits = 33015;
 constexpr int kCmdShowMaterialBar = 33016;
 constexpr int kCmdShowModelList = 33007;
+constexpr int kCmdExportGltf = 33017;
 constexpr int kCmdFirstSceneCamera = 33100;
 constexpr int kMaxSceneCameras = 100;
 

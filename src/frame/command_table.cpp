@@ -67,6 +67,7 @@ constexpr CCommand kCommands[] = {
      ENeeds::Feature},
     {kCmdExportGoogleDrive, EMenu::Export, Mark("Export to Google Drive"), Mark("Export to Google Drive"),
      "google_drive.ico", ENeeds::Model, !kToggle, !kEndsGroup, kMarksRun},
+    {kCmdExportGltf, EMenu::Export, Mark("Export to glTF (.glb)"), nullptr, nullptr, ENeeds::Model},
 
     {kCmdUndo, EMenu::Tools, Mark("&Undo\tCtrl+Z"), nullptr, nullptr, ENeeds::Undo},
     {kCmdRedo, EMenu::Tools, Mark("&Redo\tCtrl+Shift+Z"), nullptr, nullptr, ENeeds::Redo, !kToggle, kEndsGroup},

@@ -7,7 +7,6 @@
 #include <optional>
 
 #include "base/jobs/parallel_for.h"
-#include "base/text/lng.h"
 #include "export/pov/C3ds2PovExportFlow.h"
 #include "export/pov/pov_lights.h"
 #include "export/pov/pov_maps.h"
@@ -82,22 +81,8 @@ CMat4 CPovWriter::PlaceOf(std::uint32_t node) const {
     return m_camera.Place() * m_scene.nodes[node].meshToWorld;
 }
 
-CStatus CPovWriter::CheckOutput(const std::string& output) const {
-    if (output.empty()) return CError{EErrorCode::BadArgument, lng::Mark("there is no name to write to"), {}};
-    const auto refuse = [&](const char* why) { return CError{EErrorCode::BadArgument, why, output}; };
-    switch (SourceAt(m_scene, output)) {
-        case ESource::None:
-            break;
-        case ESource::Model:
-            return refuse(lng::Mark("a file that the model was read from would be overwritten"));
-        case ESource::Picture:
-            return refuse(lng::Mark("a picture of the model would be overwritten"));
-    }
-    return CDone{};
-}
-
 CStatus CPovWriter::Write(const std::string& output, C3ds2PovExportFlow* flow) {
-    if (CStatus status = CheckOutput(output); !status) return status;
+    if (CStatus status = CheckOutput(m_scene, output); !status) return status;
     // Who unpacked a stranger's archive here must not write over another file through a link of that name.
     CResult<CAtomicFile> file = CAtomicFile::CreateUnlinked(output);
     if (!file) return file.Error();

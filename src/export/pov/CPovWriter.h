@@ -38,7 +38,6 @@ class CPovWriter {
         bool moved = false;
     };
 
-    [[nodiscard]] CStatus CheckOutput(const std::string& output) const;
     void CollectWork();
     void UseMaterials(CPovMaterials& materials);
     [[nodiscard]] CPovText Head(const CPovMaterials& materials) const;

@@ -10,6 +10,7 @@
 struct CPreparedScene;
 struct Lib3dsFile;
 class CJobProgress;
+class CScene;
 class CTextureLocator;
 
 /** What to export: a prepared scene, whose pictures must be loaded, and how it is seen. */
@@ -18,6 +19,9 @@ struct CWebGLSource {
     const CTextureLocator& textures;  ///< where its pictures come from; not owned
     CSeenView seen;
     CPageTexts texts = CPageTexts::English();
+    /** What the prepared scene was made of, not owned. Without it, meshes that change their shape keep the one that they
+     * have. */
+    const CScene* model = nullptr;
 };
 
 /** Writes scenes as web pages that show them by WebGL, with everything in them or beside them: a page needs no network.

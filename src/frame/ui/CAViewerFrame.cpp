@@ -14,6 +14,7 @@
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
 #include "export/drive/ui/drive_export_command.h"
+#include "export/gltf/ui/gltf_export_command.h"
 #include "export/picture/ui/screenshot_command.h"
 #include "export/pov/ui/CPOVRaySettingsDlg.h"
 #include "export/pov/ui/pov_export_command.h"
@@ -258,6 +259,17 @@ void CAViewerFrame::SetPovOptions() {
 
 void CAViewerFrame::ExportPov() {
     m_files->HoldModel(kCmdExportPov, [this] { RunPovExport(m_session->Document().path, *m_view, *this); });
+}
+
+void CAViewerFrame::ExportGltf() {
+    m_files->HoldModel(kCmdExportGltf, [this] {
+        const CResult<std::wstring> saved = RunGltfExport(m_session->Document().path, *m_view, *this);
+        m_statusBar->EndProgress();
+        if (!saved)
+            Tell(lng::Text("The scene could not be exported.") + L"\n" + lng::Text(saved.Error()));
+        else if (!saved.Value().empty())
+            ShowMessage(lng::Text("The scene was exported as %s.", file_util_ex::ShownText(saved.Value())));
+    });
 }
 
 /** No message box tells of a failure: the status bar does. */

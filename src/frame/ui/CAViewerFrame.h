@@ -83,6 +83,7 @@ class CAViewerFrame final : public wxFrame,
     void SetPovOptions();
     void ExportPov();
     void ExportGoogleDrive();
+    void ExportGltf();
     void SaveScreenshot();
     /** Shows the tool of a command pressed; 0 for none. */
     void ShowRunning(int commandId);

@@ -94,6 +94,7 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdPovSettings, [](CAViewerFrame& frame) { frame.SetPovOptions(); }},
         {kCmdExportGoogleDrive, [](CAViewerFrame& frame) { frame.ExportGoogleDrive(); }},
         {kCmdExportPov, [](CAViewerFrame& frame) { frame.ExportPov(); }},
+        {kCmdExportGltf, [](CAViewerFrame& frame) { frame.ExportGltf(); }},
         {kCmdScreenShot, [](CAViewerFrame& frame) { frame.SaveScreenshot(); }}};
     const auto found = handlers.find(id);
     return found == handlers.end() ? nullptr : found->second;

@@ -6,6 +6,7 @@
 #include <lib3ds/quat.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 #include <string>
@@ -31,10 +32,17 @@ float ValueOf(const Lib3dsLin1Track& track, float frame, float without) {
     return std::isfinite(value) ? value : without;
 }
 
-CMat4 MatrixOf(const float (&q)[4]) {
+using CTurn = std::array<float, 4>;
+
+/** A unit quaternion; the identity for one without a length. */
+CTurn UnitOf(const float (&q)[4]) {
     const float length = std::sqrt(q[0] * q[0] + q[1] * q[1] + q[2] * q[2] + q[3] * q[3]);
-    if (!(length > 1e-12f) || !std::isfinite(length)) return {};
-    const float x = q[0] / length, y = q[1] / length, z = q[2] / length, w = q[3] / length;
+    if (!(length > 1e-12f) || !std::isfinite(length)) return {0, 0, 0, 1};
+    return {q[0] / length, q[1] / length, q[2] / length, q[3] / length};
+}
+
+CMat4 MatrixOf(const CTurn& turn) {
+    const auto [x, y, z, w] = turn;
     CMat4 result;
     result.m = {1 - 2 * (y * y + z * z),
                 2 * (x * y + w * z),
@@ -77,8 +85,8 @@ float WrappedFrame(const Lib3dsQuatTrack& track, float frame) {
 
 /** A quaternion between two keys takes the shorter way and forgets whole turns; a key's own axis
  * and angle do not. */
-CMat4 RotationOf(const Lib3dsQuatTrack& track, float frame) {
-    if (!track.keyL) return {};
+CTurn TurnOf(const Lib3dsQuatTrack& track, float frame) {
+    if (!track.keyL) return {0, 0, 0, 1};
     frame = WrappedFrame(track, frame);
     if (const Lib3dsQuatKey* key = KeyBeforeLongTurn(track, frame)) {
         const auto begin = static_cast<float>(key->tcb.frame), end = static_cast<float>(key->next->tcb.frame);
@@ -87,32 +95,39 @@ CMat4 RotationOf(const Lib3dsQuatTrack& track, float frame) {
         float turn[4], q[4], axisCopy[3] = {axis[0], axis[1], axis[2]};
         lib3ds_quat_axis_angle(turn, axisCopy, key->next->angle * share);
         lib3ds_quat_mul(q, turn, const_cast<float*>(key->q));
-        return MatrixOf(q);
+        return UnitOf(q);
     }
     float q[4] = {0, 0, 0, 1};
     lib3ds_quat_track_eval(const_cast<Lib3dsQuatTrack*>(&track), q, frame);
-    return MatrixOf(q);
+    return UnitOf(q);
+}
+
+const Lib3dsLin3Track* PositionTrack(const Lib3dsNode& node) {
+    switch (node.type) {
+        case LIB3DS_OBJECT_NODE:
+            return &node.data.object.pos_track;
+        case LIB3DS_CAMERA_NODE:
+            return &node.data.camera.pos_track;
+        case LIB3DS_TARGET_NODE:
+            return &node.data.target.pos_track;
+        case LIB3DS_LIGHT_NODE:
+            return &node.data.light.pos_track;
+        case LIB3DS_SPOT_NODE:
+            return &node.data.spot.pos_track;
+        default:
+            return nullptr;
+    }
 }
 
 CMat4 LocalMatrix(const Lib3dsNode& node, float frame) {
-    switch (node.type) {
-        case LIB3DS_OBJECT_NODE: {
-            const Lib3dsObjectData& data = node.data.object;
-            return CMat4::Translation(ValueOf(data.pos_track, frame, {})) *
-                   RotationOf(data.rot_track, frame) *
-                   CMat4::Scale(ValueOf(data.scl_track, frame, {1, 1, 1}));
-        }
-        case LIB3DS_CAMERA_NODE:
-            return CMat4::Translation(ValueOf(node.data.camera.pos_track, frame, {}));
-        case LIB3DS_TARGET_NODE:
-            return CMat4::Translation(ValueOf(node.data.target.pos_track, frame, {}));
-        case LIB3DS_LIGHT_NODE:
-            return CMat4::Translation(ValueOf(node.data.light.pos_track, frame, {}));
-        case LIB3DS_SPOT_NODE:
-            return CMat4::Translation(ValueOf(node.data.spot.pos_track, frame, {}));
-        default:
-            return {};
+    const Lib3dsLin3Track* track = PositionTrack(node);
+    CMat4 matrix = track ? CMat4::Translation(ValueOf(*track, frame, {})) : CMat4{};
+    if (node.type == LIB3DS_OBJECT_NODE) {
+        const Lib3dsObjectData& data = node.data.object;
+        matrix = matrix * MatrixOf(TurnOf(data.rot_track, frame)) *
+                 CMat4::Scale(ValueOf(data.scl_track, frame, {1, 1, 1}));
     }
+    return matrix;
 }
 
 /** Hide tracks switch at each of their keys, beginning with shown. */
@@ -184,7 +199,43 @@ void EvaluateViewers(CPreparedScene& prepared, float frame) {
     }
 }
 
+template <class T>
+std::size_t CountKeys(const T* key) {
+    std::size_t count = 0;
+    for (; key; key = key->next) ++count;
+    return count;
+}
+
 }  // namespace
+
+CNodePose PoseOf(const CPreparedNode& node, float frame) {
+    CNodePose pose;
+    if (!node.source) return pose;
+    if (const Lib3dsLin3Track* track = PositionTrack(*node.source))
+        pose.position = ValueOf(*track, frame, {});
+    if (node.source->type != LIB3DS_OBJECT_NODE) return pose;
+    pose.turn = TurnOf(node.source->data.object.rot_track, frame);
+    pose.scale = ValueOf(node.source->data.object.scl_track, frame, {1, 1, 1});
+    return pose;
+}
+
+CKeyCounts KeyCountsOf(const CPreparedNode& node) {
+    CKeyCounts counts;
+    if (!node.source) return counts;
+    if (const Lib3dsLin3Track* track = PositionTrack(*node.source)) counts.position = CountKeys(track->keyL);
+    if (node.source->type != LIB3DS_OBJECT_NODE) return counts;
+    counts.turn = CountKeys(node.source->data.object.rot_track.keyL);
+    counts.scale = CountKeys(node.source->data.object.scl_track.keyL);
+    return counts;
+}
+
+std::vector<float> HideFrames(const CPreparedNode& node) {
+    std::vector<float> frames;
+    if (!node.source || node.source->type != LIB3DS_OBJECT_NODE) return frames;
+    const Lib3dsBoolKey* key = node.source->data.object.hide_track.keyL;
+    for (; key; key = key->next) frames.push_back(static_cast<float>(key->tcb.frame));
+    return frames;
+}
 
 CMat4 WorldOf(const CPreparedScene& prepared, int node, float frame) {
     CMat4 world;

@@ -8,12 +8,11 @@
 #include "model/prepare/node_steps.h"
 #include "model/prepare/prepare_materials.h"
 #include "model/prepare/prepare_mesh.h"
+#include "model/prepare/prepare_scene.h"
 #include "model/scene/CScene.h"
 #include "model/scene/mesh_access.h"
 
-namespace {
-/** What lies between two keys of the track. */
-CMorphShape ShapeAt(const CPreparedMorph& morph, float frame) {
+CMorphShape MorphShapeAt(const CPreparedMorph& morph, float frame) {
     const std::vector<CMorphKey>& keys = morph.keys;
     const float first = keys.front().frame, last = keys.back().frame;
     if (morph.repeats && frame > last && last > first) frame = std::fmod(frame - first, last - first) + first;
@@ -25,6 +24,7 @@ CMorphShape ShapeAt(const CPreparedMorph& morph, float frame) {
     return {before.mesh, next->mesh, (frame - before.frame) / (next->frame - before.frame)};
 }
 
+namespace {
 /** The points of one shape, carried to where the mesh has them that takes the shape. */
 std::vector<CVec3> PointsOf(const CMeshView& shape, const CMeshView& of) {
     const CMat4 inFile = shape.pointsUnflipped ? CMat4{} : FlipOf(shape.matrix);
@@ -53,10 +53,10 @@ bool CanTake(const CScene& scene, const CPreparedScene& prepared, const CPrepare
     return prepared.meshes[mesh].stamp != 0 && fits(shape.from) && fits(shape.to);
 }
 
-void TakeShape(const CScene& scene, CPreparedScene& prepared, const std::vector<bool>& mapped,
-               CPreparedNode& node, const CMorphShape& shape) {
+CPreparedMesh MakeShape(const CScene& scene, const CPreparedScene& prepared, const std::vector<bool>& mapped,
+                        const CPreparedNode& node, const CMorphShape& shape) {
     const auto number = static_cast<std::size_t>(node.mesh);
-    CPreparedMesh& mesh = prepared.meshes[number];
+    const CPreparedMesh& mesh = prepared.meshes[number];
     CMeshView view = scene.Meshes()[number];
     const std::vector<CVec3> points = Blended(scene, view, shape);
     view.points = reinterpret_cast<const std::byte*>(points.data());
@@ -65,11 +65,23 @@ void TakeShape(const CScene& scene, CPreparedScene& prepared, const std::vector<
     CPreparedMesh made = PrepareMappedMesh(view, mapped);
     made.name = mesh.name;
     made.toLocal = mesh.toLocal;  // decided once, when the scene was opened
-    mesh = std::move(made);
+    return made;
+}
+
+void TakeShape(const CScene& scene, CPreparedScene& prepared, const std::vector<bool>& mapped,
+               CPreparedNode& node, const CMorphShape& shape) {
+    CPreparedMesh& mesh = prepared.meshes[static_cast<std::size_t>(node.mesh)];
+    mesh = MakeShape(scene, prepared, mapped, node, shape);
     node.morph.shape = shape;
     node.morph.stamp = mesh.stamp;
 }
 }  // namespace
+
+std::optional<CPreparedMesh> ShapedMesh(const CScene& scene, const CPreparedScene& prepared,
+                                        const CPreparedNode& node, const CMorphShape& shape) {
+    if (node.mesh < 0 || !CanTake(scene, prepared, node, shape)) return std::nullopt;
+    return MakeShape(scene, prepared, MappedMaterials(prepared), node, shape);
+}
 
 std::vector<bool> MappedMaterials(const CPreparedScene& prepared) {
     std::vector<bool> mapped;
@@ -88,7 +100,7 @@ void EvaluateMorphs(CPreparedScene& prepared, const CScene& scene, float frame, 
     std::vector<std::pair<CPreparedNode*, CMorphShape>> changing;
     for (CPreparedNode& node : prepared.nodes) {
         if (node.morph.keys.empty() || node.mesh < 0) continue;
-        const CMorphShape shape = ShapeAt(node.morph, frame);
+        const CMorphShape shape = MorphShapeAt(node.morph, frame);
         const auto mesh = static_cast<std::size_t>(node.mesh);
         const bool hasIt = node.morph.shape == shape && node.morph.stamp == prepared.meshes[mesh].stamp;
         if (!hasIt && CanTake(scene, prepared, node, shape)) changing.emplace_back(&node, shape);

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstdint>
+#include <optional>
+#include <vector>
 
 #include "base/jobs/CJobProgress.h"
 #include "model/prepare/CPreparedScene.h"
@@ -39,6 +42,26 @@ void EvaluateNodes(CPreparedScene& prepared, const CScene& scene, float frame, u
 /** The transform from a node's coordinates to the scene's at a frame, whatever was evaluated before; the
  * identity for node -1. */
 [[nodiscard]] CMat4 WorldOf(const CPreparedScene& prepared, int node, float frame);
+
+/** Where the keys of a node put it, seen from its parent: scaled first, then turned, then moved. */
+struct CNodePose {
+    CVec3 position;
+    std::array<float, 4> turn{0, 0, 0, 1};  ///< a unit quaternion: x, y, z, w
+    CVec3 scale{1, 1, 1};
+};
+/** For a node that keys place (it is not isPlacedByMesh); all values are finite. */
+[[nodiscard]] CNodePose PoseOf(const CPreparedNode& node, float frame);
+/** How many keys a node has of each kind; with one or none that part of its pose never changes. */
+struct CKeyCounts {
+    std::size_t position = 0, turn = 0, scale = 0;
+};
+[[nodiscard]] CKeyCounts KeyCountsOf(const CPreparedNode& node);
+/** The frames from which on a node that is shown at first is hidden, shown again, and so on. */
+[[nodiscard]] std::vector<float> HideFrames(const CPreparedNode& node);
+/** The mesh of a node that morphs, in the shape that it has at a frame. Nothing where its shapes do not fit. */
+[[nodiscard]] std::optional<CPreparedMesh> ShapedMesh(const CScene& scene, const CPreparedScene& prepared,
+                                                      const CPreparedNode& node, const CMorphShape& shape);
+[[nodiscard]] CMorphShape MorphShapeAt(const CPreparedMorph& morph, float frame);
 
 /** Finds out whether anything is animated, and between which frames. */
 void FindFrames(const CScene& scene, CPreparedScene& prepared);

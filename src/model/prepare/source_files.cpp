@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "base/text/lng.h"
 #include "model/prepare/CPreparedScene.h"
 
 ESource SourceAt(const CPreparedScene& scene, const std::string& path) {
@@ -16,4 +17,19 @@ ESource SourceAt(const CPreparedScene& scene, const std::string& path) {
         std::any_of(scene.textures.begin(), scene.textures.end(),
                     [&](const CPreparedTexture& texture) { return isThat(texture.foundAt); });
     return isPicture ? ESource::Picture : ESource::None;
+}
+
+CStatus CheckOutput(const CPreparedScene& scene, const std::string& path) {
+    if (path.empty()) return CError{EErrorCode::BadArgument, lng::Mark("there is no name to write to"), {}};
+    switch (SourceAt(scene, path)) {
+        case ESource::None:
+            break;
+        case ESource::Model:
+            return CError{EErrorCode::BadArgument,
+                          lng::Mark("a file that the model was read from would be overwritten"), path};
+        case ESource::Picture:
+            return CError{EErrorCode::BadArgument, lng::Mark("a picture of the model would be overwritten"),
+                          path};
+    }
+    return CDone{};
 }

@@ -13,6 +13,7 @@
 
 #include "base/name_hash.h"
 #include "base/text/lng.h"
+#include "files/CAtomicFile.h"
 #include "files/file_util_ex.h"
 #include "files/std_file_paths.h"
 #include "files/zip_file_util.h"
@@ -64,19 +65,20 @@ bool IsTranslucent(const CImage& image) {
 /** Names for pictures in one folder, also on systems that do not tell letter case. */
 class CFreeNames {
   public:
-    /** name, with the extension "jpg", or a name like it that is still free and fits the format of the scene. */
-    std::string Take(const std::string& name) {
+    /** A file that is there already. */
+    void Reserve(const std::string& name) { m_taken.insert(texture_name::FoldKey(name)); }
+    /** name, with the extension (".jpg"), or a name like it that is still free and fits the format of the scene. */
+    std::string Take(const std::string& name, const std::string& ending) {
         std::string stem = file_util_ex::GetFileNameWithPath(name);
-        if (stem.empty() || stem.size() > kMostBytes) stem = "texture";
-        std::string free = stem + kEnding;
+        if (stem.empty() || stem.size() + ending.size() > kMostBytes) stem = "texture";
+        std::string free = stem + ending;
         for (int i = 2; !m_taken.insert(texture_name::FoldKey(free)).second; ++i)
-            free = stem + "_" + std::to_string(i) + kEnding;
+            free = stem + "_" + std::to_string(i) + ending;
         return free;
     }
 
   private:
-    static constexpr const char* kEnding = ".jpg";
-    static constexpr std::size_t kMostBytes = sizeof(Lib3dsTextureMap::name) - sizeof "_1000000.jpg";
+    static constexpr std::size_t kMostBytes = sizeof(Lib3dsTextureMap::name) - sizeof "_1000000";
     CNameSet m_taken;
 };
 
@@ -111,14 +113,13 @@ class CRenamedMaps {
 };
 
 /** The files of one picture: a JPEG file, and where that would lose transparent parts a PNG file beside it. */
-std::vector<std::string> WritePicture(const CScenePicture& picture, const std::string& path) {
-    const auto bytes = ReadTexture(picture.hit, kMostTextureBytes);
-    if (!bytes) return {};
-    if (IsJpeg(bytes.Value())) {
-        if (file_util_ex::WriteFileAtomically(path, bytes.Value())) return {path};
+std::vector<std::string> WriteAsJpeg(std::span<const std::byte> bytes, const CScenePicture& picture,
+                                     const std::string& path) {
+    if (IsJpeg(bytes)) {
+        if (file_util_ex::WriteFileAtomically(path, bytes)) return {path};
         return {};
     }
-    const auto image = image_codec::DecodeImage(bytes.Value(), picture.hit.foundAt);
+    const auto image = image_codec::DecodeImage(bytes, picture.hit.foundAt);
     if (!image || !image_codec::WriteJpeg(path, image.Value().image, kTextureQuality)) return {};
     std::vector<std::string> files{path};
     const std::string withAlpha = texture_name::WithAlpha(path);
@@ -127,14 +128,30 @@ std::vector<std::string> WritePicture(const CScenePicture& picture, const std::s
     return files;
 }
 
+std::string EndingOf(const CScenePicture& picture, bool asFound) {
+    constexpr std::size_t kMostEnding = 5;
+    const std::string ext = file_util_ex::GetFileExt(picture.name);
+    return asFound && !ext.empty() && ext.size() <= kMostEnding ? "." + ext : ".jpg";
+}
+
 /** Appends the files that it writes. Returns the names that the scene's maps must have to find them. */
 CNameMap<std::string> WriteTextures(const Lib3dsFile& scene, const CScratchFolder& folder,
-                                    std::vector<std::string>& files) {
+                                    const CPacking& packing, std::vector<std::string>& files) {
     CFreeNames names;
+    names.Reserve(packing.sceneName);
+    names.Reserve(packing.viewName);
     CNameMap<std::string> nameOf;
     for (const CScenePicture& picture : CLib3dsMatUtil::PicturesOf(scene, CTexturesOfScene::Find(&scene))) {
-        const std::string name = names.Take(picture.name);
-        const std::vector<std::string> written = WritePicture(picture, folder.File(name));
+        const auto bytes = ReadTexture(picture.hit, kMostTextureBytes);
+        if (!bytes) continue;
+        const std::string name = names.Take(picture.name, EndingOf(picture, packing.asFound));
+        const std::string path = folder.File(name);
+        std::vector<std::string> written;
+        if (!packing.asFound) {
+            written = WriteAsJpeg(bytes.Value(), picture, path);
+        } else if (file_util_ex::WriteFileAtomically(path, bytes.Value())) {
+            written = {path};
+        }
         if (written.empty()) continue;
         files.insert(files.end(), written.begin(), written.end());
         for (const std::string& reference : picture.references) nameOf.emplace(reference, name);
@@ -144,18 +161,28 @@ CNameMap<std::string> WriteTextures(const Lib3dsFile& scene, const CScratchFolde
 
 }  // namespace
 
-CStatus SaveSceneZip(Lib3dsFile* scene, const CSceneWriter& write, const CImage& picture,
-                     std::string_view archivePath) {
+CStatus PackScene(Lib3dsFile* scene, const CSceneWriter& write, const CPacking& packing,
+                  CAtomicFile archive) {
     const CScratchFolder folder;
     if (!folder.IsMade())
         return CError{EErrorCode::WriteFailed, lng::Mark("no temporary folder can be made"), {}};
-    std::vector<std::string> files{
-        folder.File(file_util_ex::SetFileExt(file_util_ex::GetFileName(archivePath), "3ds"))};
+    std::vector<std::string> files{folder.File(packing.sceneName)};
     {
-        const CRenamedMaps renamed(*scene, WriteTextures(*scene, folder, files));
+        const CRenamedMaps renamed(*scene, WriteTextures(*scene, folder, packing, files));
         if (CStatus saved = write(files.front()); !saved) return saved;
     }
-    const std::string view = folder.File("preview.png");
-    if (image_codec::WritePng(view, picture, false)) files.push_back(view);
-    return zip_file_util::WriteZip(archivePath, files);
+    const std::string view = folder.File(packing.viewName);
+    if (packing.viewWriter && packing.viewWriter(view)) files.push_back(view);
+    return zip_file_util::WriteZip(std::move(archive), files, packing.comment);
+}
+
+CStatus SaveSceneZip(Lib3dsFile* scene, const CSceneWriter& write, const CImage& picture,
+                     std::string_view archivePath) {
+    CResult<CAtomicFile> archive = CAtomicFile::Create(archivePath);
+    if (!archive) return archive.Error();
+    CPacking packing;
+    packing.sceneName = file_util_ex::SetFileExt(file_util_ex::GetFileName(archivePath), "3ds");
+    packing.viewName = "preview.png";
+    packing.viewWriter = [&](std::string_view path) { return image_codec::WritePng(path, picture, false); };
+    return PackScene(scene, write, packing, std::move(archive).Value());
 }

@@ -2,12 +2,14 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
 
 #include "base/CResult.h"
 #include "picture/CImage.h"
 
 struct Lib3dsFile;
+class CAtomicFile;
 
 /** Writes the scene that an engine holds to a .3ds path (UTF-8), replaced in one step. */
 using CSceneWriter = std::function<CStatus(std::string_view path)>;
@@ -25,3 +27,17 @@ using CSceneWriter = std::function<CStatus(std::string_view path)>;
  * lib3ds_util::change_textures_ext. */
 [[nodiscard]] CStatus SaveSceneZip(Lib3dsFile* scene, const CSceneWriter& write, const CImage& picture,
                                    std::string_view archivePath);
+
+/** What else is packed with a scene, and how. */
+struct CPacking {
+    std::string sceneName;  ///< the scene's file name in the archive
+    bool asFound =
+        false;  ///< textures byte by byte, with the endings that they have; else as SaveSceneZip has them
+    std::string viewName;  ///< a picture of the view; left out where viewWriter fails
+    CSceneWriter viewWriter;
+    std::string comment;  ///< the archive's
+};
+
+/** SaveSceneZip in general, into a file that was made for it. */
+[[nodiscard]] CStatus PackScene(Lib3dsFile* scene, const CSceneWriter& write, const CPacking& packing,
+                                CAtomicFile archive);

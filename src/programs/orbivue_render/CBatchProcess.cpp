@@ -17,7 +17,7 @@
 #include "programs/orbivue_render/CRenderOptions.h"
 #include "programs/orbivue_render/batch_lines.h"
 #include "programs/orbivue_render/draw_batch.h"
-#include "programs/orbivue_render/draw_model.h"
+#include "programs/shared/input_files.h"
 
 namespace {
 

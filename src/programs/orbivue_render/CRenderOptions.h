@@ -1,38 +1,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstddef>
-#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "base/CResult.h"
-#include "base/math/CVec.h"
-#include "camera/CSeenOptions.h"
-#include "engine/overlay/overlays.h"
+#include "programs/shared/CDrawOptions.h"
 
 /** The options of the command line. Paths are as given. */
-struct CRenderOptions {
+struct CRenderOptions : CDrawOptions {
     enum class EAction { Draw, Help, Version };
 
     EAction action = EAction::Draw;
     std::string input;
     std::string output;  ///< empty: no picture is written
-    int width = 1024;
-    int height = 768;
-    std::size_t scene = 0;  ///< of a scene script, from 0 on
-    std::optional<std::string>
-        camera;  ///< see C3dsDisplayWrap::SetCameraOfName; when not given, the scene's, or iso
-    CSeenOptions seen;
-    std::optional<float> frame;             ///< the file's current frame when not given
-    CVec3 background{0.24f, 0.26f, 0.30f};  ///< where a scene says nothing
-    std::optional<int> samples;             ///< when not given, chosen by the size of the scene
-    std::optional<int>
-        textureMode;  ///< see C3dsDisplayWrap::SetTextureRenderMode; when not given, the scene's, or 0
-    COverlays overlays;
-    bool wire = false;
-    bool fileLights = true;
     bool stats = false;
     bool confined = false;  ///< hold the process to what one picture needs
 
@@ -44,7 +26,6 @@ struct CRenderOptions {
     bool nullSeparated = false;  ///< names on standard input end in a zero byte, not in a line end
 };
 
-constexpr int kMaxPictureSide = 16384;
 constexpr int kMaxThumbnailSide = 2048;
 
 /** Reads the arguments after the program's name. Errors are BadArgument, with a message of one line. */

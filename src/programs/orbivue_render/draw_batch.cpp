@@ -25,10 +25,10 @@
 #include "programs/orbivue_render/CRecords.h"
 #include "programs/orbivue_render/CRenderOptions.h"
 #include "programs/orbivue_render/batch_lines.h"
-#include "programs/orbivue_render/draw_model.h"
-#include "programs/orbivue_render/open_input.h"
 #include "programs/orbivue_render/render_stats.h"
 #include "programs/orbivue_render/script_icon.h"
+#include "programs/shared/draw_model.h"
+#include "programs/shared/open_input.h"
 
 namespace {
 

@@ -18,12 +18,13 @@
 #include "picture/image_writer.h"
 #include "process/confine.h"
 #include "programs/orbivue_render/CRenderOptions.h"
-#include "programs/orbivue_render/draw_model.h"
-#include "programs/orbivue_render/open_input.h"
-#include "programs/orbivue_render/program_output.h"
+#include "programs/orbivue_render/complain.h"
 #include "programs/orbivue_render/render_stats.h"
 #include "programs/orbivue_render/run_batch.h"
 #include "programs/orbivue_render/script_icon.h"
+#include "programs/shared/draw_model.h"
+#include "programs/shared/input_files.h"
+#include "programs/shared/open_input.h"
 
 namespace {
 

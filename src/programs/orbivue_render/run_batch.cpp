@@ -19,8 +19,8 @@
 #include "programs/orbivue_render/CRecords.h"
 #include "programs/orbivue_render/CRenderOptions.h"
 #include "programs/orbivue_render/batch_lines.h"
-#include "programs/orbivue_render/open_input.h"
-#include "programs/orbivue_render/program_output.h"
+#include "programs/orbivue_render/complain.h"
+#include "programs/shared/open_input.h"
 
 namespace {
 

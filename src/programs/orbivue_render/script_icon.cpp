@@ -6,7 +6,7 @@
 #include "files/file_util_ex.h"
 #include "picture/decode/image_codec.h"
 #include "picture/shrink_image.h"
-#include "programs/orbivue_render/open_input.h"
+#include "programs/shared/open_input.h"
 
 std::optional<CImage> IconOf(const std::string& input, std::size_t scene, int sidePx) {
     if (!IsScript(input)) return std::nullopt;

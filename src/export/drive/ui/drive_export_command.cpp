@@ -2,21 +2,23 @@
 #include "export/drive/ui/drive_export_command.h"
 
 #include <filesystem>
+#include <optional>
+#include <utility>
 
 #include "base/text/lng.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "export/drive/drive_export.h"
 #include "export/drive/ui/run_helper.h"
+#include "export/source/ui/view_source.h"
 #include "export/webgl/C3ds2WebGL.h"
 #include "export/webgl/CHtmlSettings.h"
-#include "export/webgl/download_archive.h"
+#include "export/webgl/ui/html_export_command.h"
 #include "export/webgl/web_export_format.h"
 #include "files/file_util_ex.h"
 #include "files/std_file_paths.h"
 #include "model/textures/CModelSurroundings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 #include "widgets/CUserPrompt.h"
-#include "widgets/ui/run_job.h"
 
 using file_util_ex::ConvertToUTF8;
 
@@ -28,8 +30,9 @@ class CDriveExport {
     CDriveExport(const CDriveModel& model, CViewer3DSWindowHandler& view)
         : m_model(model),
           m_view(view),
+          m_still(std::in_place, view),
           m_source{*view.GetEngine().Prepared(), view.GetEngine().GetTextures(), view.SeenView(),
-                   CPageTexts::InProgramLanguage()},
+                   CPageTexts::InProgramLanguage(), view.GetEngine().GetScene()},
           m_format(web_export_format::Make(CHtmlSettings::Instance(), m_source.seen, model.fileName)) {}
 
     [[nodiscard]] CStatus Run() {
@@ -41,41 +44,31 @@ class CDriveExport {
   private:
     CDriveExportSteps Steps() {
         CDriveExportSteps steps;
-        steps.writeScreenshot = [this](const std::string& path) { (void)WriteScreenshot(path); };
+        steps.writeScreenshot = [this](const std::string& path) {
+            (void)m_view.SaveScreenshot(
+                file_util_ex::PathFromBytes(path));  // without it the page has no picture
+        };
         steps.writePage = [this](const std::string& path) { return WritePage(path); };
+        // A page whose archive cannot be written has a link that leads nowhere, but is a page; as in the export of pages.
         if (m_format.downloadLink)
-            steps.writeArchive = [this](const std::string& page) { WriteArchive(page); };
+            steps.writeArchive = [this](const std::string& page) {
+                (void)MakeArchiveOf(m_view, page, m_format.modelFileName).HasValue();
+            };
         steps.makeNotes = [this] { return Notes(); };
-        steps.runHelper = RunHelper;
+        steps.runHelper = [this](const std::wstring& commandLine) {
+            m_still.reset();
+            RunHelper(commandLine);
+        };
         return steps;
-    }
-
-    [[nodiscard]] bool WriteScreenshot(std::string_view path) {
-        return m_view.SaveScreenshot(file_util_ex::PathFromBytes(path));
     }
 
     [[nodiscard]] CStatus WritePage(const std::string& path) {
         CStatus written = CDone{};
-        RunJob([&](CJobProgress& progress) {
+        m_view.LoadBeside([&](CJobProgress& progress) {
+            progress.SetPhase(lng::Mark("Exporting..."));
             written = C3ds2WebGL::TryExport(m_source, path, m_format, &progress);
         });
         return written;
-    }
-
-    /** A page whose archive cannot be written leads to none, but is a page; as in the export of pages. */
-    void WriteArchive(const std::string& page) {
-        download_archive::CContent content;
-        content.scene = m_view.Get3dsFile();
-        content.writeScene = [this](std::string_view path) {
-            return m_view.SaveToPath(file_util_ex::PathFromBytes(path));
-        };
-        content.writePicture = [this](std::string_view path) -> CStatus {
-            if (WriteScreenshot(path)) return CDone{};
-            return CError{EErrorCode::WriteFailed, lng::Mark("the picture could not be written"),
-                          std::string(path)};
-        };
-        (void)download_archive::Make(page, ConvertToUTF8(m_model.fileName), m_source.scene, content)
-            .HasValue();
     }
 
     [[nodiscard]] CUploadNotes Notes() {
@@ -91,6 +84,7 @@ class CDriveExport {
 
     const CDriveModel& m_model;
     CViewer3DSWindowHandler& m_view;
+    std::optional<CStillView> m_still;  ///< until the helper runs
     CWebGLSource m_source;
     C3ds2WebGL::COutFormat m_format;
 };
@@ -99,8 +93,6 @@ class CDriveExport {
 
 CStatus RunDriveExport(const CDriveModel& model, CViewer3DSWindowHandler& view) {
     const CBusyCursor cursor;
-    const CPreparedScene* scene = nullptr;
-    RunJob([&](CJobProgress&) { scene = view.GetEngine().Prepared(); });  // an edit may have it prepared anew
-    if (!scene) return CDone{};
+    if (!SceneOf(view)) return CDone{};
     return CDriveExport(model, view).Run();
 }

@@ -7,46 +7,13 @@
 #include "engine/C3dsDisplayWrap.h"
 #include "export/pov/pov_export_format.h"
 #include "export/pov/ui/CPovExportDialog.h"
+#include "export/source/ui/view_source.h"
 #include "settings/CSettings.h"
-#include "view/ui/CViewer3DSWindowHandler.h"
-#include "widgets/CUserPrompt.h"
 #include "widgets/ui/CBXFileDialogI.h"
-#include "widgets/ui/run_job.h"
 
 namespace {
 
 constexpr char kSaveEntry[] = "pov_out";
-
-/** Stops rotation and animation during its lifetime: the view keeps showing what is exported, and repaints do
- * not slow the export down. */
-class CStillView {
-  public:
-    explicit CStillView(CViewer3DSWindowHandler& view)
-        : m_view(view), m_rotates(view.IsRotating()), m_plays(view.IsPlaying()) {
-        view.SetRotate(false);
-        view.SetPlaying(false);
-    }
-    CStillView(const CStillView&) = delete;
-    CStillView& operator=(const CStillView&) = delete;
-    ~CStillView() {
-        m_view.SetRotate(m_rotates);
-        m_view.SetPlaying(m_plays);
-    }
-
-  private:
-    CViewer3DSWindowHandler& m_view;
-    bool m_rotates, m_plays;
-};
-
-/** The view's scene; null without one. The wait cursor is shown because preparing a large scene after an edit
- * takes time. */
-const CPreparedScene* SceneOf(CViewer3DSWindowHandler& view) {
-    const CBusyCursor cursor;
-    const CStillView still(view);
-    const CPreparedScene* scene = nullptr;
-    RunJob([&](CJobProgress&) { scene = view.GetEngine().Prepared(); });
-    return scene;
-}
 
 /** Sets CSettings::povLastName to the export's target. False when the user cancels. */
 bool ChooseOutput(CSettings& settings, wxWindow& parent) {

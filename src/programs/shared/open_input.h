@@ -19,10 +19,14 @@ struct COpenedInput {
     std::vector<CSceneNote> notes;      ///< what of the script could not be used
 };
 
-/** Opens an input file (UTF-8) in an engine for viewing only: a model, or the model of a scene script with the edits of
+/** For Viewing the engine is told so, see C3dsDisplayWrap::SetViewingOnly. */
+enum class EOpenFor { Viewing, Saving };
+
+/** Opens an input file (UTF-8) in an engine: a model, or the model of a scene script with the edits of
  * one of its scenes, which are counted from 0. BadArgument: the script has no such scene. */
 [[nodiscard]] CResult<COpenedInput> OpenInput(C3dsDisplayWrap& engine, const std::string& input,
-                                              const CLoadLimits& limits, std::size_t scene);
+                                              const CLoadLimits& limits, std::size_t scene,
+                                              EOpenFor use = EOpenFor::Viewing);
 [[nodiscard]] bool IsScript(const std::string& path);
 
 /** What a script names: UTF-8 paths. */

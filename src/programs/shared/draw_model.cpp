@@ -1,18 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "programs/orbivue_render/draw_model.h"
-
-#include <filesystem>
-#include <set>
+#include "programs/shared/draw_model.h"
 
 #include "camera/CViewCamera.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/gl/COffscreenContext.h"
 #include "files/file_util_ex.h"
-#include "files/std_file_paths.h"
 #include "model/prepare/CPreparedScene.h"
-#include "model/textures/CModelSurroundings.h"
-#include "programs/orbivue_render/CRenderOptions.h"
-#include "programs/orbivue_render/open_input.h"
+#include "programs/shared/CDrawOptions.h"
+#include "programs/shared/open_input.h"
 #include "script/scene_background.h"
 
 namespace {
@@ -20,7 +15,7 @@ namespace {
 constexpr std::size_t kManyTriangles = 100000;
 constexpr int kSmoothSamples = 4;
 
-bool SetCamera(C3dsDisplayWrap& engine, const CRenderOptions& options, COpenedInput& opened) {
+bool SetCamera(C3dsDisplayWrap& engine, const CDrawOptions& options, COpenedInput& opened) {
     if (options.camera) return engine.SetCameraOfName(*options.camera);
     const std::string ofScene =
         opened.scene ? file_util_ex::ConvertToUTF8(opened.scene->camera) : std::string();
@@ -41,13 +36,13 @@ void ApplyScene(CSeenView& seen, COpenedInput& opened) {
     seen.backgroundImage = ReadBackground(scene, opened.notes);
 }
 
-int SamplesFor(const CRenderOptions& options, std::size_t triangles) {
+int SamplesFor(const CDrawOptions& options, std::size_t triangles) {
     return options.samples.value_or(triangles < kManyTriangles ? kSmoothSamples : 1);
 }
 
 }  // namespace
 
-CStatus SetUp(C3dsDisplayWrap& engine, const CRenderOptions& options, COpenedInput& opened) {
+CStatus SetUp(C3dsDisplayWrap& engine, const CDrawOptions& options, COpenedInput& opened) {
     engine.SetPreviewSize(C2DRect(0, 0, options.width, options.height));
     engine.SetUseFileLights(options.fileLights);
     engine.SetTextureRenderMode(options.textureMode.value_or(opened.scene ? opened.scene->renderMode : 0));
@@ -66,40 +61,11 @@ CStatus SetUp(C3dsDisplayWrap& engine, const CRenderOptions& options, COpenedInp
     return CDone{};
 }
 
-CResult<CImage> Draw(C3dsDisplayWrap& engine, COffscreenContext& context, const CRenderOptions& options) {
+CResult<CImage> Draw(C3dsDisplayWrap& engine, COffscreenContext& context, const CDrawOptions& options) {
     const int samples = SamplesFor(options, engine.Prepared()->triangleCount);
     // If the context has fewer samples, it draws with those.
     if (samples != context.Samples()) (void)context.Resize(options.width, options.height, samples).HasValue();
     (void)context.MakeCurrent();
     engine.PaintModel();
     return context.ReadPixels();
-}
-
-CFileAccess FilesFor(std::span<const std::string> inputs, const std::string& outputFolder,
-                     std::size_t scene) {
-    constexpr std::size_t kMostScripts = 50;  // each takes a process
-    CFileAccess files;
-    files.readable = {file_util_ex::GetFilePath(std_file_paths::GetProgramFolderPath())};
-    std::set<std::string> folders;
-    std::size_t scripts = 0;
-    for (const std::string& input : inputs) {
-        files.readable.push_back(input);
-        folders.insert(file_util_ex::GetFilePath(input));
-        if (!IsScript(input) || ++scripts > kMostScripts) continue;
-        const CNamedFiles named = FilesNamedBy(input, scene);
-        for (const std::vector<std::string>* list : {&named.files, &named.models})
-            files.readable.insert(files.readable.end(), list->begin(), list->end());
-        for (const std::string& model : named.models) folders.insert(file_util_ex::GetFilePath(model));
-        for (const std::string& file : named.files) files.listable.push_back(file_util_ex::GetFilePath(file));
-    }
-    for (const std::string& folder : folders) {
-        const CModelSurroundings surroundings(folder);
-        for (const std::filesystem::path& path : surroundings.Readable())
-            files.readable.push_back(path.native());
-        files.listable.push_back(surroundings.Folder().native());
-        for (const std::filesystem::path& path : surroundings.Above())
-            files.listable.push_back(path.native());
-    }
-    if (!outputFolder.empty()) files.writable.push_back(outputFolder);
-    return files;
 }

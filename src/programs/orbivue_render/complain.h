@@ -3,10 +3,13 @@
 
 #include <string>
 
+#include "programs/shared/program_output.h"
+
 /** How the program ends; docs/orbivue-render.1 tells the numbers. */
 enum EExit { kDone = 0, kUsage = 1, kCannotRead = 2, kCannotWrite = 3, kNoGraphics = 4 };
 
 /** Prints a message as one line on standard error, and returns the code. */
-int Complain(const std::string& message, EExit code);
-/** Prints on standard output; false when not all of it could be written. */
-[[nodiscard]] bool Print(const std::string& text);
+inline int Complain(const std::string& message, EExit code) {
+    PrintError("orbivue-render", message);
+    return code;
+}

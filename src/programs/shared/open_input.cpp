@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "programs/orbivue_render/open_input.h"
+#include "programs/shared/open_input.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -111,9 +111,9 @@ bool IsScript(const std::string& path) {
 }
 
 CResult<COpenedInput> OpenInput(C3dsDisplayWrap& engine, const std::string& input, const CLoadLimits& limits,
-                                std::size_t scene) {
+                                std::size_t scene, EOpenFor use) {
     COpenedInput opened;
-    engine.SetViewingOnly(true);
+    engine.SetViewingOnly(use == EOpenFor::Viewing);
     if (!IsScript(input)) {
         const CStatus model = OpenModel(engine, input, limits);
         if (!model) return model.Error();
@@ -129,7 +129,7 @@ CResult<COpenedInput> OpenInput(C3dsDisplayWrap& engine, const std::string& inpu
     const std::string path = ConvertToUTF8(opened.scene->path);
     if (!file_util_ex::DoesFileExist(path))
         return CError{EErrorCode::NotFound, "there is no such file", path};
-    engine.SetViewingOnly(opened.scene->edits.empty());
+    engine.SetViewingOnly(use == EOpenFor::Viewing && opened.scene->edits.empty());
     const CStatus model = OpenModel(engine, path, limits);
     if (!model) return model.Error();
     ApplyEdits(engine, opened);

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#include "export/gltf/CGltfNames.h"
+
+#include "base/text/utf8_text.h"
+
+namespace {
+
+/** As people see it: a byte of no well-formed sequence becomes U+FFFD. */
+std::string WellFormed(std::string_view name) {
+    return file_util_ex::ConvertToUTF8(file_util_ex::ConvertFromUTF8W(name));
+}
+
+}  // namespace
+
+std::string CGltfNames::Take(std::string_view name) {
+    // Making a name unique may cut it within a character.
+    return name.empty() ? std::string() : WellFormed(m_names.Take(WellFormed(name)));
+}

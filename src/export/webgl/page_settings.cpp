@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "export/webgl/page_settings.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <nlohmann/json.hpp>
+#include <span>
+
+#include "base/text/number_text.h"
+#include "export/webgl/page_text.h"
+#include "files/file_util_ex.h"
+#include "picture/CImage.h"
+#include "picture/image_writer.h"
+#include "picture/shrink_image.h"
+
+namespace {
+
+using CJson = nlohmann::ordered_json;
+
+/** A float with as few digits as it needs. */
+double Short(float value) {
+    double number = 0;
+    const std::string text = number_text::FormatShortest(value);
+    (void)std::from_chars(text.data(), text.data() + text.size(), number);  // a number by its making
+    return number;
+}
+
+CJson Numbers(std::span<const float> values) {
+    CJson array = CJson::array();
+    for (const float value : values) array.push_back(Short(value));
+    return array;
+}
+
+CJson Vector(CVec3 v) {
+    return Numbers(std::array{v.x, v.y, v.z});
+}
+
+CJson Color(const C3ds2WebGL::COutFormat& format) {
+    std::array color{format.bkRed, format.bkGreen, format.bkBlue};
+    for (float& value : color) value = std::isfinite(value) ? std::clamp(value, 0.0f, 1.0f) : 0.0f;
+    return Numbers(color);
+}
+
+CJson View(const CSeenView& seen) {
+    const CViewCamera& camera = seen.camera;
+    ECameraPreset preset{};
+    CJson view{{"kind", "perspective"},
+               {"eye", Vector(seen.Eye())},
+               {"target", Vector(camera.Target())},
+               {"up", Vector(camera.Up())},
+               {"fovYDeg", Short(camera.FovYDeg())},
+               {"size", {std::round(camera.ViewWidth()), std::round(camera.ViewHeight())}}};
+    if (const CMat4 model = seen.ModelMatrix(); !(model == CMat4{})) view["model"] = Numbers(model.m);
+    view["camera"] = page_text::Sound(camera.Name());
+    view["preset"] = PresetOfName(camera.Name(), preset) && NameOfPreset(preset) == camera.Name();
+    return view;
+}
+
+/** The texts that the viewer does not have itself. */
+CJson Texts(const CPageTexts& texts) {
+    const CPageTexts english = CPageTexts::English();
+    CJson own = CJson::object();
+    for (const auto& [key, text] : texts.texts) {
+        if (text != english.Of(key)) own[key] = page_text::Sound(text);
+    }
+    return own;
+}
+
+/** As an address that holds the picture itself; empty where it cannot be packed. */
+std::string PictureAddress(const CImage& image) {
+    constexpr int kMostSide = 2048;
+    const CImage small = ShrinkImage(image, kMostSide);
+    const auto png = image_codec::PngBytes(small, true);
+    return png ? "data:image/png;base64," + page_text::Base64(png.Value()) : std::string();
+}
+
+}  // namespace
+
+std::string PageTitle(const C3ds2WebGL::COutFormat& format) {
+    const std::string name = file_util_ex::GetFileName(format.modelFileName);
+    const std::string stem = file_util_ex::GetFileNameWithPath(name);
+    return page_text::Sound(stem.empty() ? name : stem);
+}
+
+std::string PageSettings(const CWebGLSource& source, const C3ds2WebGL::COutFormat& format,
+                         const CPageLinks& links) {
+    CJson json{{"version", 1},
+               {"title", PageTitle(format)},
+               {"model", page_text::Sound(file_util_ex::GetFileName(format.modelFileName))},
+               {"app", page_text::Sound(format.version)},
+               {"lang", page_text::Sound(source.texts.language)},
+               {"background", Color(format)}};
+    if (source.seen.backgroundImage && !source.seen.backgroundImage->IsEmpty()) {
+        const std::string address = PictureAddress(*source.seen.backgroundImage);
+        if (!address.empty()) json["backgroundPicture"] = address;
+    }
+    json["view"] = View(source.seen);
+    json["frame"] = Short(source.seen.frame);
+    json["wire"] = format.displayFlag;
+    json["doubleSided"] = format.doubleSided;
+    json["camerasBar"] = format.camerasBar;
+    if (!links.download.empty()) json["download"] = links.download;
+    if (!links.scene.empty()) json["files"] = {{"scene", links.scene}, {"script", links.sceneScript}};
+    json["userCode"] = !format.javaScript.empty();
+    if (CJson texts = Texts(source.texts); !texts.empty()) json["texts"] = std::move(texts);
+    return json.dump(-1, ' ', false, CJson::error_handler_t::replace);
+}
