@@ -97,6 +97,7 @@ CLine ReadLine(std::string_view line) {
     if (const auto stats = json.find("stats"); stats != json.end() && stats->is_object()) {
         read.progress = CProgress{CountIn(*stats, "bytes"), CountIn(*stats, "totalBytes"),
                                   CountIn(*stats, "transfers"), CountIn(*stats, "totalTransfers")};
+        return read;  // it may be said as loudly as an error
     }
     const std::string level = TextIn(json, "level");
     if (level == "error" || level == "critical" || level == "alert" || level == "emergency")

@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "base/jobs/CJobProgress.h"
 #include "base/text/lng.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "export/drive/drive_export.h"
