@@ -48,7 +48,7 @@ CState Finished(const CUpload& upload) {
 
 std::wstring Sum(const CUploadContent& content) {
     const std::wstring size = lng::ConvertFromUTF8(SizeText(content.bytes));
-    return Text2("%s files, %s", lng::Number(content.files.size()), size);
+    return Text2(lng::Mark("%s files, %s"), lng::Number(content.files.size()), size);
 }
 
 std::wstring Outside(const CUploadContent& content) {
@@ -85,8 +85,8 @@ std::wstring Progress(const CUpload& upload) {
     const rclone_output::CProgress& progress = upload.Progress();
     if (progress.totalFiles == 0) return {};
     const auto size = [](std::uint64_t bytes) { return lng::ConvertFromUTF8(SizeText(bytes)); };
-    return Text2("%s of %s files", lng::Number(progress.files), lng::Number(progress.totalFiles)) + L", " +
-           Text2("%s of %s", size(progress.bytes), size(progress.totalBytes));
+    return Text2(lng::Mark("%s of %s files"), lng::Number(progress.files), lng::Number(progress.totalFiles)) +
+           L", " + Text2(lng::Mark("%s of %s"), size(progress.bytes), size(progress.totalBytes));
 }
 
 }  // namespace upload_sentences

@@ -57,8 +57,8 @@ class DriveExportTest : public testing::Test {
 TEST_F(DriveExportTest, MakesThePageReadyAndHandsItOver) {
     ASSERT_TRUE(Export());
     EXPECT_EQ(done, "screenshot.jpg index.html index.html helper ");
-    EXPECT_EQ(commandLine, '"' + (app / "scripts/OrbivueUploadPrepare.exe") + "\" \"" + modelFolder + "\" \"" +
-                               (app / "scripts/template") + "\" \"" + UploadFolder() +
+    EXPECT_EQ(commandLine, '"' + (app / "scripts/OrbivueUploadPrepare.exe") + "\" \"" + modelFolder +
+                               "\" \"" + (app / "scripts/template") + "\" \"" + UploadFolder() +
                                R"(" "a \"b\".3ds")");
     EXPECT_TRUE(isUploadFolderEmpty);
     EXPECT_EQ(ReadUploadNotes(modelFolder).Value().outside, std::vector<std::string>{"/elsewhere/a.png"});

@@ -21,8 +21,8 @@ class RunHelperWxTest : public testing::TestWithParam<CArgumentCase> {
   protected:
     /** Runs a helper that notes its arguments, each ended by "|". */
     std::string Told(const std::wstring& argument, const std::string& more = {}) {
-        const std::string helper = folder.Add(
-            "the helper", "#!/bin/sh\nprintf '%s|' \"$@\" >'" + (folder / "told") + "'\n" + more);
+        const std::string helper =
+            folder.Add("the helper", "#!/bin/sh\nprintf '%s|' \"$@\" >'" + (folder / "told") + "'\n" + more);
         std::filesystem::permissions(helper, std::filesystem::perms::owner_all);
         const std::array arguments{file_util_ex::PathFromBytes(helper), argument, std::wstring(L"last")};
         RunHelper(CommandLineOf(arguments));
@@ -36,9 +36,11 @@ TEST_P(RunHelperWxTest, GivesArgumentsAsTheyAre) {
 }
 
 const CArgumentCase kArguments[] = {
-    {"Blanks", L"a  b "},       {"Empty", L""},            {"Quotes", L"\"a\" 'b'"},
-    {"Backslashes", L"\\\"\\"}, {"LineBreak", L"a\nb\tc"}, {"Option", L"--flag=x"},
-    {"Shell", L"$(id);`id`|&"}, {"Turned", L"a\u202Egnp"}, {"Umlaut", L"\u00E4"},
+    {"Blanks", L"a  b "},       {"Empty", L""},
+    {"Quotes", L"\"a\" 'b'"},   {"Backslashes", L"\\\"\\"},
+    {"LineBreak", L"a\nb\tc"},  {"Option", L"--flag=x"},
+    {"Shell", L"$(id);`id`|&"}, {"Turned", L"a\u202Egnp"},
+    {"Umlaut", L"\u00E4"},
 };
 INSTANTIATE_TEST_SUITE_P(Arguments, RunHelperWxTest, testing::ValuesIn(kArguments), kRowName);
 

@@ -20,11 +20,14 @@ class CUploadTest : public testing::Test {
         fs::create_directories(upload / "model");
         (void)upload.Add("index.html", "landing");
         (void)upload.Add("model/big.bin", std::string(400'000, 'x'));
-        setup.moreArguments = {"--config", folder.Add("rclone.conf", "[My Drive]\ntype = alias\nremote = " +
-                                                                         drive.Path() + "\n[other]\ntype = local\n")};
+        setup.moreArguments = {
+            "--config", folder.Add("rclone.conf", "[My Drive]\ntype = alias\nremote = " + drive.Path() +
+                                                      "\n[other]\ntype = local\n")};
         setup.remoteType = "alias";
     }
-    [[nodiscard]] CUpload Make(const std::string& name = "chess 1") const { return {setup, upload.Path(), name}; }
+    [[nodiscard]] CUpload Make(const std::string& name = "chess 1") const {
+        return {setup, upload.Path(), name};
+    }
     /** Polls until the upload has left a state. */
     static EState Leave(CUpload& upload, EState state) {
         for (int i = 0; i < 1500 && upload.State() == state; ++i) {
@@ -84,15 +87,17 @@ TEST_F(CUploadTest, TellsOfNoDrive) {
 }
 
 TEST_F(CUploadTest, AsksForThePasswordOfTheConfiguration) {
-    setup.moreArguments.back() = folder.Add(
-        "locked.conf", "# Encrypted rclone configuration File\n\nRCLONE_ENCRYPT_V0:\n" + std::string(200, 'A') + "\n");
+    setup.moreArguments.back() =
+        folder.Add("locked.conf", "# Encrypted rclone configuration File\n\nRCLONE_ENCRYPT_V0:\n" +
+                                      std::string(200, 'A') + "\n");
     CUpload run = Make();
     ASSERT_EQ(Leave(run, EState::Looking), EState::NoDrive);
     EXPECT_EQ(run.WhyNoDrive(), CUpload::ENoDrive::Locked);
     run.Unlock("wrong");
     ASSERT_EQ(Leave(run, EState::Looking), EState::NoDrive);
     EXPECT_EQ(run.WhyNoDrive(), CUpload::ENoDrive::Locked);
-    Replace("[ \"$RCLONE_CONFIG_PASS\" = 'a b' ] || { echo RCLONE_CONFIG_PASS >&2; exit 1; }; echo 'x: alias'\n");
+    Replace(
+        "[ \"$RCLONE_CONFIG_PASS\" = 'a b' ] || { echo RCLONE_CONFIG_PASS >&2; exit 1; }; echo 'x: alias'\n");
     CUpload other = Make();
     ASSERT_EQ(Leave(other, EState::Looking), EState::NoDrive);
     other.Unlock("a b");
@@ -142,17 +147,19 @@ TEST_F(CUploadTest, GivesTheAddressThatTheDriveTells) {
         ASSERT_EQ(Leave(run, EState::Copying), EState::Linking);
         ASSERT_EQ(Leave(run, EState::Linking), EState::Done);
         EXPECT_EQ(run.IsForAnybody(), anybody);
-        EXPECT_EQ(run.Address(), anybody ? "https://x/anybody" : "https://drive.google.com/drive/folders/abc");
+        EXPECT_EQ(run.Address(),
+                  anybody ? "https://x/anybody" : "https://drive.google.com/drive/folders/abc");
     }
 }
 
 TEST_F(CUploadTest, TakesNoNameForAnOption) {
-    Replace("case $1 in listremotes) echo 'd: alias';; *) for a; do echo \"$a\"; done >>'" + (folder / "told") +
-            "';; esac\n");
+    Replace("case $1 in listremotes) echo 'd: alias';; *) for a; do echo \"$a\"; done >>'" +
+            (folder / "told") + "';; esac\n");
     CUpload run = Make("--config=x `id`");
     ASSERT_EQ(Leave(run, EState::Looking), EState::Ready);
     run.Start("d", false);
     (void)Leave(run, EState::Copying);
     const std::string told = CTestFolder::TextOf(folder / "told");
-    EXPECT_NE(told.find("\n--\n" + upload.Path() + "\nd:Orbivue/--config=x `id`\n"), std::string::npos) << told;
+    EXPECT_NE(told.find("\n--\n" + upload.Path() + "\nd:Orbivue/--config=x `id`\n"), std::string::npos)
+        << told;
 }

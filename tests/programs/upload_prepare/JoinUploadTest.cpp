@@ -24,7 +24,9 @@ class JoinUploadTest : public testing::Test {
         return JoinUpload({model.Path(), ORBIVUE_UPLOAD_TEMPLATE, upload.Path(), name});
     }
     [[nodiscard]] std::string Landing() const { return CTestFolder::TextOf(upload / "index.html"); }
-    [[nodiscard]] bool LandingHas(std::string_view text) const { return Landing().find(text) != std::string::npos; }
+    [[nodiscard]] bool LandingHas(std::string_view text) const {
+        return Landing().find(text) != std::string::npos;
+    }
 
     const CTestFolder model, upload;
 };
@@ -41,9 +43,12 @@ TEST_P(PageLanguageTest, IsThatOfItsFirstTag) {
 }
 
 const CLanguageCase kLanguages[] = {
-    {"German", "<!DOCTYPE html><html lang=\"de\">", "de"}, {"Region", "<html lang=\"pt-BR\" x>", "pt-BR"},
-    {"None", "<html>", "en"},                              {"Empty", "<html lang=\"\">", "en"},
-    {"NoLanguage", "<html lang=\"../x\">", "en"},          {"CutShort", "<html lang=\"d", "d"},
+    {"German", "<!DOCTYPE html><html lang=\"de\">", "de"},
+    {"Region", "<html lang=\"pt-BR\" x>", "pt-BR"},
+    {"None", "<html>", "en"},
+    {"Empty", "<html lang=\"\">", "en"},
+    {"NoLanguage", "<html lang=\"../x\">", "en"},
+    {"CutShort", "<html lang=\"d", "d"},
 };
 INSTANTIATE_TEST_SUITE_P(Languages, PageLanguageTest, testing::ValuesIn(kLanguages), kRowName);
 
@@ -58,8 +63,9 @@ TEST_F(JoinUploadTest, PutsALandingPageBeforeThePage) {
     EXPECT_EQ(CTestFolder::TextOf(upload / "model/screenshot.jpg"), "picture");
     EXPECT_EQ(joined.Value().bytes, Landing().size() + 2500 + 7 + fs::file_size(model / "index.html"));
     EXPECT_EQ(joined.Value().outside.value().front(), "/else/x.png");
-    for (const char* text : {"<html lang=\"de\">", "<title>chess</title>", "src=\"model/screenshot.jpg\"",
-                             "href=\"model/index.html\"", "href=\"model/a%201.3ds.zip\"", "herunterladen (2.5 KB)"})
+    for (const char* text :
+         {"<html lang=\"de\">", "<title>chess</title>", "src=\"model/screenshot.jpg\"",
+          "href=\"model/index.html\"", "href=\"model/a%201.3ds.zip\"", "herunterladen (2.5 KB)"})
         EXPECT_TRUE(LandingHas(text)) << text;
 }
 
@@ -76,7 +82,9 @@ TEST_F(JoinUploadTest, LeavesOutWhatThereIsNot) {
 TEST_F(JoinUploadTest, LetsNoNameBreakOut) {
     ASSERT_TRUE(Join("</title><script>alert(1)</script>\" onload='x'{{page}}.3ds"));
     EXPECT_FALSE(LandingHas("<script") || LandingHas("\" onload"));
-    EXPECT_TRUE(LandingHas("<title>&lt;/title&gt;&lt;script&gt;alert(1)&lt;/script&gt;&quot; onload=&#39;x&#39;{{page}}</title>"));
+    EXPECT_TRUE(
+        LandingHas("<title>&lt;/title&gt;&lt;script&gt;alert(1)&lt;/script&gt;&quot; "
+                   "onload=&#39;x&#39;{{page}}</title>"));
 }
 
 TEST_F(JoinUploadTest, FollowsNoLink) {

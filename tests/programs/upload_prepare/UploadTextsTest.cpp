@@ -46,9 +46,14 @@ TEST_P(SizeTextTest, HasAUnit) {
 }
 
 const CSizeCase kSizes[] = {
-    {"None", 0, "0 bytes"},          {"Bytes", 999, "999 bytes"},     {"Kilo", 1000, "1.0 KB"},
-    {"UnderTen", 9949, "9.9 KB"},    {"Ten", 9999, "10 KB"},          {"Mega", 999'999, "1.0 MB"},
-    {"Many", 12'345'678'901, "12 GB"}, {"All", ~0ULL, "18446744 TB"},
+    {"None", 0, "0 bytes"},
+    {"Bytes", 999, "999 bytes"},
+    {"Kilo", 1000, "1.0 KB"},
+    {"UnderTen", 9949, "9.9 KB"},
+    {"Ten", 9999, "10 KB"},
+    {"Mega", 999'999, "1.0 MB"},
+    {"Many", 12'345'678'901, "12 GB"},
+    {"All", ~0ULL, "18446744 TB"},
 };
 INSTANTIATE_TEST_SUITE_P(Sizes, SizeTextTest, testing::ValuesIn(kSizes), kRowName);
 
