@@ -88,7 +88,9 @@ CStatus Make(const std::string& page, const std::string& modelFileName, const CP
     CResult<CAtomicFile> archive = old ? CAtomicFile::CreateOver(path, *old) : CAtomicFile::CreateNew(path);
     if (!archive) return archive.Error();
     CPacking packing;
-    packing.sceneName = file_util_ex::SetFileExt(NameOfModel(modelFileName), "3ds");
+    // No archive takes the control characters that a name on a disk may have.
+    packing.sceneName =
+        utf8_text::Printable(file_util_ex::SetFileExt(NameOfModel(modelFileName), "3ds"), '_');
     packing.asFound = true;
     packing.viewName = "preview.jpg";
     packing.viewWriter = content.writePicture;

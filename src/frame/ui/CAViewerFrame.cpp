@@ -18,6 +18,9 @@
 #include "export/picture/ui/screenshot_command.h"
 #include "export/pov/ui/CPOVRaySettingsDlg.h"
 #include "export/pov/ui/pov_export_command.h"
+#include "export/webgl/CHtmlSettings.h"
+#include "export/webgl/ui/CHtmlSettingsDlg.h"
+#include "export/webgl/ui/html_export_command.h"
 #include "files/file_util_ex.h"
 #include "files/std_file_paths.h"
 #include "frame/materials/ui/CMaterialBar.h"
@@ -289,6 +292,24 @@ void CAViewerFrame::ExportGoogleDrive() {
         const CDriveModel model{file_util_ex::GetFileName(m_session->Document().path),
                                 script ? script->backgroundImage : std::wstring()};
         (void)RunDriveExport(model, *m_view).HasValue();  // it fails without a message
+        m_statusBar->EndProgress();
+    });
+}
+
+void CAViewerFrame::SetHtmlOptions() {
+    m_files->HoldModel(kCmdHtmlSettings,
+                       [this] { CHtmlSettingsDlg(this, CHtmlSettings::Instance()).ShowModal(); });
+}
+
+void CAViewerFrame::ExportHtml() {
+    m_files->HoldModel(kCmdExportHtml, [this] {
+        const std::wstring name = file_util_ex::GetFileName(m_session->Document().path);
+        const CResult<std::wstring> saved = RunHtmlExport(m_view->GetPath(), name, *m_view, *this);
+        m_statusBar->EndProgress();
+        if (!saved)
+            ShowMessage(lng::Text("The page could not be exported:") + L" " + lng::Text(saved.Error()));
+        else if (!saved.Value().empty())
+            ShowMessage(lng::Text("The page was exported as %s.", file_util_ex::ShownText(saved.Value())));
     });
 }
 

@@ -85,6 +85,8 @@ class CAViewerFrame final : public wxFrame,
     void ExportGoogleDrive();
     void ExportGltf();
     void SaveScreenshot();
+    void SetHtmlOptions();
+    void ExportHtml();
     /** Shows the tool of a command pressed; 0 for none. */
     void ShowRunning(int commandId);
     void DoGiveHelp(const wxString& text, bool show) override;

@@ -11,6 +11,8 @@ class CGltfNames {
   public:
     /** The name as it is written; empty for an empty one. */
     [[nodiscard]] std::string Take(std::string_view name);
+    /** As people see it: each byte of no well-formed sequence becomes U+FFFD. */
+    [[nodiscard]] static std::string WellFormed(std::string_view name);
 
   private:
     CUniqueNames m_names;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "export/gltf/CGltfTransform.h"
+#include "export/gltf/parts/CGltfTransform.h"
 
 #include <algorithm>
 #include <cmath>

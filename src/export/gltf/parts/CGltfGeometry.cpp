@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "export/gltf/CGltfGeometry.h"
+#include "export/gltf/parts/CGltfGeometry.h"
 
 #include <meshoptimizer.h>
 

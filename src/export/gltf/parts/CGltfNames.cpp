@@ -1,16 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "export/gltf/CGltfNames.h"
+#include "export/gltf/parts/CGltfNames.h"
 
 #include "base/text/utf8_text.h"
 
-namespace {
-
-/** As people see it: a byte of no well-formed sequence becomes U+FFFD. */
-std::string WellFormed(std::string_view name) {
+std::string CGltfNames::WellFormed(std::string_view name) {
     return file_util_ex::ConvertToUTF8(file_util_ex::ConvertFromUTF8W(name));
 }
-
-}  // namespace
 
 std::string CGltfNames::Take(std::string_view name) {
     // Making a name unique may cut it within a character.
