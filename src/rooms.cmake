@@ -51,6 +51,8 @@ set(ORBIVUE_ROOMS
   "export/pov/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/source/ui export/pov"
   "export/webgl: base/* files picture settings model/* camera export/gltf"
   "export/webgl/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/gltf export/source/ui export/webgl"
+  "export/drive: base/* files picture model/textures"
+  "export/drive/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/source/ui export/webgl export/webgl/ui export/drive"
   "frame: base/* files settings model/* session"
   "frame/preview: base/* files settings script"
   "frame/preview/ui: base/* files settings widgets widgets/ui frame/preview"
@@ -65,4 +67,6 @@ set(ORBIVUE_ROOMS
   "programs/orbivue: base/* files settings session export/pov"
   "programs/orbivue/ui: base/* files settings session widgets widgets/ui frame/ui programs/orbivue"
   "programs/orbivue_render: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script programs/shared"
-  "programs/orbivue_convert: base/* files process picture settings model/* camera engine engine/gl engine/overlay script export/gltf export/pov export/webgl programs/shared")
+  "programs/orbivue_convert: base/* files process picture settings model/* camera engine engine/gl engine/overlay script export/gltf export/pov export/webgl programs/shared"
+  "programs/upload_prepare: base/* files settings export/drive"
+  "programs/upload_prepare/ui: base/* files settings widgets widgets/ui export/drive programs/upload_prepare")
