@@ -26,6 +26,9 @@ struct CBlobHash {
     [[nodiscard]] static std::optional<CBlobHash> FromHex(std::string_view text);
 };
 
+/** Compares in a time that does not tell where they differ. */
+[[nodiscard]] bool EqualInConstantTime(const CBlobHash& a, const CBlobHash& b);
+
 /** Makes the hash of bytes that come in pieces. */
 class CBlobHasher {
   public:

@@ -130,6 +130,13 @@ class CModelStore {
 
   private:
     friend class CBlobWriter;
-    explicit CModelStore(std::unique_ptr<CDatabase> database);
+    CModelStore(std::unique_ptr<CDatabase> database, EStoreUse use);
+    [[nodiscard]] CStatus GetReady();
+    [[nodiscard]] CStatus DeleteStale();
+    [[nodiscard]] CStatus AddOne(const CNewModel& model, CResult<CAddedModel>& result);
+    [[nodiscard]] CStatus InsertModel(const CNewModel& model);
+
     std::unique_ptr<CDatabase> m_database;
+    EStoreUse m_use = EStoreUse::Read;
+    bool m_hasTrigrams = false;  ///< see HasTrigramTable
 };
