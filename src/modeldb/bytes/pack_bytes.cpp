@@ -49,7 +49,7 @@ struct CBytePacker::CState {
         if (!IsPackedAlready(begin) && !begin.empty()) {
             std::vector<std::byte> trial(ZSTD_compressBound(begin.size()));
             const std::size_t size =
-                ZSTD_compressCCtx(context.get(), trial.data(), trial.size(), begin.data(), begin.size(), kLevel);
+                ZSTD_compress2(context.get(), trial.data(), trial.size(), begin.data(), begin.size());
             if (!ZSTD_isError(size) && size < begin.size() - begin.size() / 20) codec = EBlobCodec::Zstd;
         }
         const std::vector<std::byte> first = std::move(begin);

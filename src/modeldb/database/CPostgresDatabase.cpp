@@ -20,7 +20,8 @@ class CPostgresRow final : public CDbRow {
     [[nodiscard]] bool IsNull(int column) const override { return PQgetisnull(m_answer, m_row, column) == 1; }
     [[nodiscard]] std::int64_t Int(int column) const override {
         std::uint64_t number = 0;
-        if (Size(column) == sizeof(number)) std::memcpy(&number, PQgetvalue(m_answer, m_row, column), sizeof(number));
+        if (Size(column) == sizeof(number))
+            std::memcpy(&number, PQgetvalue(m_answer, m_row, column), sizeof(number));
         return static_cast<std::int64_t>(be64toh(number));
     }
     [[nodiscard]] std::string_view Text(int column) const override {
@@ -73,8 +74,10 @@ struct CParameters {
 
 /** How every connection works: where the tables are; nobody waits for ever; what is acknowledged is on the disk. */
 constexpr const char* kSetUp =
-    "SET search_path TO orbivue, public; SET lock_timeout = '5s'; SET idle_in_transaction_session_timeout = '60s';"
-    "SELECT set_config('synchronous_commit', 'on', false) WHERE current_setting('synchronous_commit') = 'off';";
+    "SET search_path TO orbivue, public; SET lock_timeout = '5s'; SET idle_in_transaction_session_timeout = "
+    "'60s';"
+    "SELECT set_config('synchronous_commit', 'on', false) WHERE current_setting('synchronous_commit') = "
+    "'off';";
 
 }  // namespace
 
@@ -93,15 +96,22 @@ CResult<std::unique_ptr<CDatabase>> CPostgresDatabase::Open(const CStoreAddress&
 
 CStatus CPostgresDatabase::Connect() {
     // What stands before the address may be overruled by it, what stands behind may not.
-    constexpr std::array<const char*, 9> kKeywords{"connect_timeout",  "keepalives_idle", "keepalives_interval",
-                                                   "tcp_user_timeout", "fallback_application_name",
-                                                   "dbname",           "client_encoding", "options", nullptr};
+    constexpr std::array<const char*, 9> kKeywords{"connect_timeout",
+                                                   "keepalives_idle",
+                                                   "keepalives_interval",
+                                                   "tcp_user_timeout",
+                                                   "fallback_application_name",
+                                                   "dbname",
+                                                   "client_encoding",
+                                                   "options",
+                                                   nullptr};
     const bool reads = m_access == EAccess::Read;
-    const std::array<const char*, 9> values{"5",     "30",
-                                            "10",    "30000",
-                                            "orbivue", m_address.text.c_str(),
-                                            "UTF8",  reads ? "-c default_transaction_read_only=on" : nullptr,
-                                            nullptr};
+    const std::array<const char*, 9> values{
+        "5",       "30",
+        "10",      "30000",
+        "orbivue", m_address.text.c_str(),
+        "UTF8",    reads ? "-c default_transaction_read_only=on" : nullptr,
+        nullptr};
     m_names.clear();
     m_connection.reset(PQconnectdbParams(kKeywords.data(), values.data(), 1));
     if (!m_connection) throw std::bad_alloc();
@@ -116,7 +126,8 @@ CStatus CPostgresDatabase::Connect() {
                                  : "08",
                              Place());
     }
-    PQsetNoticeProcessor(m_connection.get(), [](void*, const char*) {}, nullptr);
+    PQsetNoticeProcessor(
+        m_connection.get(), [](void*, const char*) {}, nullptr);
     return RunScript(kSetUp);
 }
 
@@ -140,8 +151,8 @@ CResult<std::string> CPostgresDatabase::Prepare(std::string_view sql, std::span<
     std::vector<Oid> types;
     for (const CDbValue& value : values) types.push_back(TypeOf(value));
     std::string name = "s" + std::to_string(m_names.size());
-    const CAnswer answer(PQprepare(m_connection.get(), name.c_str(), text.c_str(), static_cast<int>(types.size()),
-                                   types.data()));
+    const CAnswer answer(PQprepare(m_connection.get(), name.c_str(), text.c_str(),
+                                   static_cast<int>(types.size()), types.data()));
     if (CStatus prepared = Expect(answer); !prepared) return prepared.Error();
     return m_names.emplace(text, std::move(name)).first->second;
 }
@@ -152,9 +163,9 @@ CResult<std::int64_t> CPostgresDatabase::Run(std::string_view sql, std::span<con
     const CResult<std::string> name = Prepare(sql, values);
     if (!name) return name.Error();
     const CParameters parameters(values);
-    const CAnswer answer(PQexecPrepared(m_connection.get(), name.Value().c_str(), static_cast<int>(values.size()),
-                                        parameters.pointers.data(), parameters.lengths.data(),
-                                        parameters.formats.data(), 1));
+    const CAnswer answer(PQexecPrepared(m_connection.get(), name.Value().c_str(),
+                                        static_cast<int>(values.size()), parameters.pointers.data(),
+                                        parameters.lengths.data(), parameters.formats.data(), 1));
     if (CStatus done = Expect(answer); !done) return done.Error();
     for (int row = 0; take && row < PQntuples(answer.get()); ++row)
         if (CStatus taken = take(CPostgresRow(answer.get(), row)); !taken) return taken.Error();
@@ -175,7 +186,8 @@ CStatus CPostgresDatabase::Begin(EScope scope) {
             return RunScript("BEGIN ISOLATION LEVEL REPEATABLE READ, READ ONLY");
         case EScope::Rebuild:
             // A number of our own for a lock that only we know.
-            return RunScript("BEGIN; SET LOCAL lock_timeout = '60s'; SELECT pg_advisory_xact_lock(1332896333)");
+            return RunScript(
+                "BEGIN; SET LOCAL lock_timeout = '60s'; SELECT pg_advisory_xact_lock(1332896333)");
         default:
             return RunScript("BEGIN");
     }
@@ -192,7 +204,8 @@ CStatus CPostgresDatabase::Commit() {
 
 void CPostgresDatabase::Rollback() {
     const bool conflict = m_conflict;
-    if (PQstatus(m_connection.get()) == CONNECTION_OK && PQtransactionStatus(m_connection.get()) != PQTRANS_IDLE)
+    if (PQstatus(m_connection.get()) == CONNECTION_OK &&
+        PQtransactionStatus(m_connection.get()) != PQTRANS_IDLE)
         (void)RunScript("ROLLBACK");  // a connection that cannot even do this is connected anew
     m_conflict = conflict;
 }

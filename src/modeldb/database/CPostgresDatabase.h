@@ -15,7 +15,8 @@ struct pg_result;
 class CPostgresDatabase final : public CDatabase {
   public:
     /** Busy: the server cannot be reached; Unreadable: it refuses the login; NotFound: no such database. */
-    [[nodiscard]] static CResult<std::unique_ptr<CDatabase>> Open(const CStoreAddress& address, EAccess access);
+    [[nodiscard]] static CResult<std::unique_ptr<CDatabase>> Open(const CStoreAddress& address,
+                                                                  EAccess access);
 
     [[nodiscard]] EEngine Engine() const override { return EEngine::PostgreSql; }
     [[nodiscard]] std::string Place() const override { return m_address.Shown(); }
@@ -33,7 +34,8 @@ class CPostgresDatabase final : public CDatabase {
     };
     using CAnswer = std::unique_ptr<pg_result, CClearer>;
 
-    CPostgresDatabase(CStoreAddress address, EAccess access) : m_address(std::move(address)), m_access(access) {}
+    CPostgresDatabase(CStoreAddress address, EAccess access)
+        : m_address(std::move(address)), m_access(access) {}
     [[nodiscard]] CStatus Connect();
     [[nodiscard]] CResult<std::string> Prepare(std::string_view sql, std::span<const CDbValue> values);
     /** Notes the failure for CanTryAgain. */

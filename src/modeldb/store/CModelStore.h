@@ -25,9 +25,9 @@ struct CNewTexture {
 struct CNewModel {
     std::string group;  ///< made where it is not there yet
     std::string name;
-    std::string code;   ///< what a list shows right after an upload; empty: the name
+    std::string code;  ///< what a list shows right after an upload; empty: the name
     std::string note;
-    CNewBlob file;      ///< the 3DS file; its crc is the model's key
+    CNewBlob file;                    ///< the 3DS file; its crc is the model's key
     std::optional<CNewBlob> preview;  ///< a picture: PNG or JPEG
     std::vector<CNewTexture> textures;
 };

@@ -19,12 +19,13 @@ CError Damaged(const CDatabase& database) {
 
 CResult<blob_rows::CBlobRow> RowOf(CDatabase& database, const CBlobHash& hash) {
     using CFound = std::optional<blob_rows::CBlobRow>;
-    const CResult<CFound> row = store_query::Gather<CFound>(database, &CDatabase::Read, [&](CFound& value) -> CStatus {
-        CResult<CFound> found = blob_rows::Find(database, hash);
-        if (!found) return found.Error();
-        value = found.Value();
-        return CDone{};
-    });
+    const CResult<CFound> row =
+        store_query::Gather<CFound>(database, &CDatabase::Read, [&](CFound& value) -> CStatus {
+            CResult<CFound> found = blob_rows::Find(database, hash);
+            if (!found) return found.Error();
+            value = found.Value();
+            return CDone{};
+        });
     if (!row) return row.Error();
     if (!row.Value()) return NoBytes();
     return *row.Value();
@@ -49,13 +50,14 @@ CStatus ReadPart(CDatabase& database, const blob_rows::CBlobRow& row, std::uint6
     return NoBytes();
 }
 
-CStatus ReadRange(CDatabase& database, const blob_rows::CBlobRow& row, std::uint64_t offset, std::uint64_t length,
-                  CByteSink& sink) {
+CStatus ReadRange(CDatabase& database, const blob_rows::CBlobRow& row, std::uint64_t offset,
+                  std::uint64_t length, CByteSink& sink) {
     const std::uint64_t end = offset + std::min(length, row.facts.stored - offset);
     while (offset < end) {
         const std::uint64_t part = offset / kPart;
         const std::uint64_t to = std::min(end, (part + 1) * kPart);
-        if (CStatus read = ReadPart(database, row, part, offset - part * kPart, to - part * kPart, sink); !read)
+        if (CStatus read = ReadPart(database, row, part, offset - part * kPart, to - part * kPart, sink);
+            !read)
             return read;
         offset = to;
     }
@@ -83,7 +85,8 @@ CResult<CStoredBlob> CModelStore::Blob(const CBlobHash& hash) {
     return row.Value().facts;
 }
 
-CStatus CModelStore::ReadStored(const CBlobHash& hash, std::uint64_t offset, std::uint64_t length, CByteSink& sink) {
+CStatus CModelStore::ReadStored(const CBlobHash& hash, std::uint64_t offset, std::uint64_t length,
+                                CByteSink& sink) {
     const CResult<blob_rows::CBlobRow> row = RowOf(*m_database, hash);
     if (!row) return row.Error();
     if (offset >= row.Value().facts.stored) return CDone{};

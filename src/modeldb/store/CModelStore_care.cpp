@@ -76,10 +76,9 @@ CStatus CheckBackup(CDatabase& backup) {
 
 CResult<CCheckReport> CModelStore::Check(ECheck check) {
     const bool isFull = check == ECheck::Full;
-    CResult<CCheckReport> report =
-        store_query::Gather<CCheckReport>(*m_database, &CDatabase::Look, [&](CCheckReport& result) {
-            return CheckTables(*m_database, isFull, result);
-        });
+    CResult<CCheckReport> report = store_query::Gather<CCheckReport>(
+        *m_database, &CDatabase::Look,
+        [&](CCheckReport& result) { return CheckTables(*m_database, isFull, result); });
     if (!report || !isFull || report.Value().faultCount > 0) return report;
     CNowhere nowhere;
     // Blob by blob: a long transaction would hold up the others' clearing up.
@@ -105,7 +104,8 @@ CStatus CModelStore::Backup(const std::string& path) {
     if (!file) return file.Error();
     if (m_database->Engine() == CDatabase::EEngine::Sqlite) {
         // The engine was looked at.
-        if (CStatus copied = static_cast<CSqliteDatabase&>(*m_database).CopyTo(file.Value().TempPath()); !copied)
+        if (CStatus copied = static_cast<CSqliteDatabase&>(*m_database).CopyTo(file.Value().TempPath());
+            !copied)
             return copied;
         return file.Value().Commit();
     }
@@ -125,7 +125,8 @@ CStatus CModelStore::Restore(const std::string& path, const CStoreAddress& addre
     auto& backup = static_cast<CSqliteDatabase&>(*opened.Value());
     const CResult<int> version = StoreVersionOf(backup);
     if (!version) return version.Error();
-    if (version.Value() < 1) return CError{EErrorCode::BadFormat, lng::Mark("the file is no model store"), path};
+    if (version.Value() < 1)
+        return CError{EErrorCode::BadFormat, lng::Mark("the file is no model store"), path};
     if (version.Value() > kStoreVersion) return UpgradeStore(backup);  // which tells what is wrong
     if (CStatus sound = CheckBackup(backup); !sound) return sound;
     if (address.kind == CStoreAddress::EKind::File) return RestoreFile(backup, address.text);

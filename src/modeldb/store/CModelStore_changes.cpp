@@ -22,24 +22,27 @@ CStatus CheckTexts(const CNewModel& model) {
                            {model.code, store_limits::kCode, true},
                            {model.note, store_limits::kNote, true}};
     for (const CText& text : texts) {
-        CStatus sound = text.mayBeEmpty ? store_names::CheckText(text.text, text.most) : store_names::Check(text.text, text.most);
+        CStatus sound = text.mayBeEmpty ? store_names::CheckText(text.text, text.most)
+                                        : store_names::Check(text.text, text.most);
         if (!sound) return sound;
     }
     if (model.textures.size() > store_limits::kTextures)
         return CError{EErrorCode::TooLarge, lng::Mark("the model has too many textures"), {}};
     for (const CNewTexture& texture : model.textures)
-        if (CStatus sound = store_names::Check(texture.name, store_limits::kTextureName); !sound) return sound;
+        if (CStatus sound = store_names::Check(texture.name, store_limits::kTextureName); !sound)
+            return sound;
     return CDone{};
 }
 
 /** The hash of the file that has the key. */
 CResult<std::optional<CBlobHash>> FileWithKey(CDatabase& database, std::uint32_t key) {
     std::optional<CBlobHash> hash;
-    const auto read = database.Run("SELECT b.sha256 FROM models m JOIN blobs b ON b.id = m.blob WHERE m.key = $1",
-                                   {std::int64_t{key}}, [&](const CDbRow& row) -> CStatus {
-                                       hash = CBlobHash::FromBytes(row.Bytes(0));
-                                       return CDone{};
-                                   });
+    const auto read =
+        database.Run("SELECT b.sha256 FROM models m JOIN blobs b ON b.id = m.blob WHERE m.key = $1",
+                     {std::int64_t{key}}, [&](const CDbRow& row) -> CStatus {
+                         hash = CBlobHash::FromBytes(row.Bytes(0));
+                         return CDone{};
+                     });
     if (!read) return read.Error();
     return hash;
 }
@@ -53,7 +56,9 @@ CResult<std::int64_t> GroupId(CDatabase& database, std::string_view name) {
     constexpr std::string_view kFind = "SELECT id FROM model_groups WHERE name = $1";
     auto done = database.Run(kFind, {name}, take);
     if (done && id == 0)
-        done = database.Run("INSERT INTO model_groups(name) VALUES($1) ON CONFLICT(name) DO NOTHING RETURNING id", {name}, take);
+        done = database.Run(
+            "INSERT INTO model_groups(name) VALUES($1) ON CONFLICT(name) DO NOTHING RETURNING id", {name},
+            take);
     // Somebody else has made it at this moment.
     if (done && id == 0) done = database.Run(kFind, {name}, take);
     if (!done) return done.Error();
@@ -74,8 +79,9 @@ CStatus InsertTextures(CDatabase& database, const CNewModel& model) {
     for (const CNewTexture& texture : model.textures) {
         const CResult<std::int64_t> blob = blob_rows::Put(database, texture.blob);
         if (!blob) return blob.Error();
-        const auto inserted = database.Run("INSERT INTO textures(model_key, pos, name, blob) VALUES($1, $2, $3, $4)",
-                                           {std::int64_t{model.file.crc}, pos++, texture.name, blob.Value()});
+        const auto inserted =
+            database.Run("INSERT INTO textures(model_key, pos, name, blob) VALUES($1, $2, $3, $4)",
+                         {std::int64_t{model.file.crc}, pos++, texture.name, blob.Value()});
         if (!inserted) return inserted.Error();
     }
     return CDone{};
@@ -103,8 +109,9 @@ CStatus CModelStore::InsertModel(const CNewModel& model) {
     const auto inserted = database.Run(
         "INSERT INTO models(key, group_id, name, code, note, blob, preview, created, folded) "
         "VALUES($1, $2, $3, $4, $5, $6, $7, $8, $9)",
-        {std::int64_t{model.file.crc}, group.Value(), model.name, model.code.empty() ? model.name : model.code,
-         model.note, file.Value(), preview, store_query::Now(), folded});
+        {std::int64_t{model.file.crc}, group.Value(), model.name,
+         model.code.empty() ? model.name : model.code, model.note, file.Value(), preview, store_query::Now(),
+         folded});
     if (!inserted) return inserted.Error();
     return InsertTextures(database, model);
 }
@@ -147,8 +154,8 @@ CResult<std::vector<CResult<CAddedModel>>> CModelStore::AddModels(std::span<CNew
 CStatus CModelStore::SetPreview(std::uint32_t key, CNewBlob preview) {
     return m_database->Change([&]() -> CStatus {
         std::int64_t old = -1;
-        CStatus done = Done(m_database->Run("SELECT coalesce(preview, 0) FROM models WHERE key = $1", {std::int64_t{key}},
-                                            [&](const CDbRow& row) -> CStatus {
+        CStatus done = Done(m_database->Run("SELECT coalesce(preview, 0) FROM models WHERE key = $1",
+                                            {std::int64_t{key}}, [&](const CDbRow& row) -> CStatus {
                                                 old = row.Int(0);
                                                 return CDone{};
                                             }));
@@ -157,7 +164,8 @@ CStatus CModelStore::SetPreview(std::uint32_t key, CNewBlob preview) {
         const CResult<std::int64_t> put = blob_rows::Put(*m_database, preview);
         if (!put) return put.Error();
         if (put.Value() == old) return CDone{};
-        done = Done(m_database->Run("UPDATE models SET preview = $1 WHERE key = $2", {put.Value(), std::int64_t{key}}));
+        done = Done(m_database->Run("UPDATE models SET preview = $1 WHERE key = $2",
+                                    {put.Value(), std::int64_t{key}}));
         return done && old != 0 ? blob_rows::DropUnused(*m_database, old) : done;
     });
 }
@@ -171,7 +179,8 @@ CStatus CModelStore::RemoveModel(std::uint32_t key) {
         };
         // Textures first: that the model was there is told by what its deletion changes.
         const auto noted = m_database->Run(
-            "SELECT blob FROM models WHERE key = $1 UNION SELECT preview FROM models WHERE key = $1 AND preview IS NOT NULL "
+            "SELECT blob FROM models WHERE key = $1 UNION SELECT preview FROM models WHERE key = $1 AND "
+            "preview IS NOT NULL "
             "UNION SELECT blob FROM textures WHERE model_key = $1",
             {std::int64_t{key}}, note);
         if (!noted) return noted.Error();
@@ -187,16 +196,18 @@ CStatus CModelStore::RemoveModel(std::uint32_t key) {
 CStatus CModelStore::RemoveGroup(std::string_view name) {
     if (CStatus sound = store_names::Check(name, store_limits::kGroupName); !sound) return sound;
     return m_database->Change([&]() -> CStatus {
-        const auto removed = m_database->Run("DELETE FROM model_groups WHERE name = $1 AND NOT EXISTS("
-                                             "SELECT 1 FROM models WHERE group_id = model_groups.id)",
-                                             {name});
+        const auto removed = m_database->Run(
+            "DELETE FROM model_groups WHERE name = $1 AND NOT EXISTS("
+            "SELECT 1 FROM models WHERE group_id = model_groups.id)",
+            {name});
         if (!removed) return removed.Error();
         if (removed.Value() == 1) return CDone{};
         bool isThere = false;
-        const auto read = m_database->Run("SELECT 1 FROM model_groups WHERE name = $1", {name}, [&](const CDbRow&) -> CStatus {
-            isThere = true;
-            return CDone{};
-        });
+        const auto read = m_database->Run("SELECT 1 FROM model_groups WHERE name = $1", {name},
+                                          [&](const CDbRow&) -> CStatus {
+                                              isThere = true;
+                                              return CDone{};
+                                          });
         if (!read) return read.Error();
         if (isThere) return CError{EErrorCode::Exists, lng::Mark("the group still has models"), {}};
         return store_query::Missing(lng::Mark("there is no such group"));

@@ -48,12 +48,13 @@ constexpr std::string_view kSearchByTrigrams =
     "WHERE s.model_search MATCH $1 AND ($2 = 0 OR m.group_id = $2) ORDER BY s.rowid LIMIT $3";
 
 CStatus ReadTextures(CDatabase& database, std::uint32_t key, std::vector<CStoredTexture>& textures) {
-    return Done(database.Run("SELECT t.name, b.sha256, b.size, b.stored, b.codec FROM textures t "
-                             "JOIN blobs b ON b.id = t.blob WHERE t.model_key = $1 ORDER BY t.pos",
-                             {std::int64_t{key}}, [&](const CDbRow& row) -> CStatus {
-                                 textures.push_back({std::string(row.Text(0)), blob_rows::FactsOf(row, 1)});
-                                 return CDone{};
-                             }));
+    return Done(
+        database.Run("SELECT t.name, b.sha256, b.size, b.stored, b.codec FROM textures t "
+                     "JOIN blobs b ON b.id = t.blob WHERE t.model_key = $1 ORDER BY t.pos",
+                     {std::int64_t{key}}, [&](const CDbRow& row) -> CStatus {
+                         textures.push_back({std::string(row.Text(0)), blob_rows::FactsOf(row, 1)});
+                         return CDone{};
+                     }));
 }
 
 CModelRecord ModelFrom(const CDbRow& row) {
@@ -73,8 +74,8 @@ CModelRecord ModelFrom(const CDbRow& row) {
 
 CResult<std::vector<CGroupRecord>> CModelStore::Groups() {
     return Gather<std::vector<CGroupRecord>>(*m_database, &CDatabase::Read, [&](auto& groups) {
-        return Done(m_database->Run("SELECT id, name, model_count, version FROM model_groups ORDER BY name", {},
-                                    [&](const CDbRow& row) -> CStatus {
+        return Done(m_database->Run("SELECT id, name, model_count, version FROM model_groups ORDER BY name",
+                                    {}, [&](const CDbRow& row) -> CStatus {
                                         groups.push_back(GroupFrom(row));
                                         return CDone{};
                                     }));
@@ -84,8 +85,8 @@ CResult<std::vector<CGroupRecord>> CModelStore::Groups() {
 CResult<CGroupRecord> CModelStore::Group(std::string_view name) {
     if (CStatus sound = store_names::Check(name, store_limits::kGroupName); !sound) return sound.Error();
     CResult<CGroupRecord> group = Gather<CGroupRecord>(*m_database, &CDatabase::Read, [&](auto& found) {
-        return Done(m_database->Run("SELECT id, name, model_count, version FROM model_groups WHERE name = $1", {name},
-                                    [&](const CDbRow& row) -> CStatus {
+        return Done(m_database->Run("SELECT id, name, model_count, version FROM model_groups WHERE name = $1",
+                                    {name}, [&](const CDbRow& row) -> CStatus {
                                         found = GroupFrom(row);
                                         return CDone{};
                                     }));
@@ -94,23 +95,26 @@ CResult<CGroupRecord> CModelStore::Group(std::string_view name) {
     return group;
 }
 
-CResult<std::vector<CModelSummary>> CModelStore::Models(std::int64_t groupId, const std::optional<CPagePlace>& after,
+CResult<std::vector<CModelSummary>> CModelStore::Models(std::int64_t groupId,
+                                                        const std::optional<CPagePlace>& after,
                                                         std::size_t limit) {
     const std::string name = after ? after->name : std::string();
     if (CStatus sound = store_names::CheckText(name, store_limits::kModelName); !sound) return sound.Error();
     const std::int64_t key = after ? std::int64_t{after->key} : -1;
     const auto most = static_cast<std::int64_t>(std::min(limit, store_limits::kPageModels));
     return Gather<std::vector<CModelSummary>>(*m_database, &CDatabase::Read, [&](auto& models) {
-        return Done(m_database->Run("SELECT key, name FROM models WHERE group_id = $1 AND (name, key) > ($2, $3) "
-                                    "ORDER BY name, key LIMIT $4",
-                                    {groupId, name, key, most}, [&](const CDbRow& row) -> CStatus {
-                                        models.push_back({std::string(row.Text(1)), KeyFrom(row, 0)});
-                                        return CDone{};
-                                    }));
+        return Done(
+            m_database->Run("SELECT key, name FROM models WHERE group_id = $1 AND (name, key) > ($2, $3) "
+                            "ORDER BY name, key LIMIT $4",
+                            {groupId, name, key, most}, [&](const CDbRow& row) -> CStatus {
+                                models.push_back({std::string(row.Text(1)), KeyFrom(row, 0)});
+                                return CDone{};
+                            }));
     });
 }
 
-CResult<std::vector<CFoundModel>> CModelStore::Search(std::string_view text, std::int64_t groupId, std::size_t limit) {
+CResult<std::vector<CFoundModel>> CModelStore::Search(std::string_view text, std::int64_t groupId,
+                                                      std::size_t limit) {
     if (CStatus sound = store_names::Check(text, store_limits::kModelName); !sound) return sound.Error();
     const std::string folded = store_names::Folded(text);
     // The index knows nothing shorter than three characters.
@@ -118,11 +122,12 @@ CResult<std::vector<CFoundModel>> CModelStore::Search(std::string_view text, std
     const std::string wanted = byIndex ? PhraseOf(folded) : PatternOf(folded);
     const auto most = static_cast<std::int64_t>(std::min(limit, store_limits::kPageModels));
     return Gather<std::vector<CFoundModel>>(*m_database, &CDatabase::Read, [&](auto& models) {
-        return Done(m_database->Run(byIndex ? kSearchByTrigrams : kSearch, {wanted, groupId, most},
-                                    [&](const CDbRow& row) -> CStatus {
-                                        models.push_back({std::string(row.Text(0)), std::string(row.Text(1)), KeyFrom(row, 2)});
-                                        return CDone{};
-                                    }));
+        return Done(m_database->Run(
+            byIndex ? kSearchByTrigrams : kSearch, {wanted, groupId, most},
+            [&](const CDbRow& row) -> CStatus {
+                models.push_back({std::string(row.Text(0)), std::string(row.Text(1)), KeyFrom(row, 2)});
+                return CDone{};
+            }));
     });
 }
 
@@ -160,11 +165,12 @@ CResult<CModelRecord> CModelStore::Model(std::uint32_t key) {
 
 CResult<std::string> CModelStore::GroupOf(std::uint32_t key) {
     CResult<std::string> group = Gather<std::string>(*m_database, &CDatabase::Read, [&](std::string& name) {
-        return Done(m_database->Run("SELECT g.name FROM models m JOIN model_groups g ON g.id = m.group_id WHERE m.key = $1",
-                                    {std::int64_t{key}}, [&](const CDbRow& row) -> CStatus {
-                                        name = row.Text(0);
-                                        return CDone{};
-                                    }));
+        return Done(m_database->Run(
+            "SELECT g.name FROM models m JOIN model_groups g ON g.id = m.group_id WHERE m.key = $1",
+            {std::int64_t{key}}, [&](const CDbRow& row) -> CStatus {
+                name = row.Text(0);
+                return CDone{};
+            }));
     });
     if (group && group.Value().empty()) return store_query::Missing(lng::Mark("there is no such model"));
     return group;

@@ -47,14 +47,14 @@ CResult<std::string> CModelStore::CreateToken(std::string_view name, CStoreRight
     const CBlobHash hash = CBlobHash::Of(secret);
     const CResult<std::int64_t> id =
         store_query::Gather<std::int64_t>(*m_database, &CDatabase::Change, [&](std::int64_t& made) {
-            return Done(m_database->Run("INSERT INTO tokens(name, hash, rights, created) VALUES($1, $2, $3, $4) "
-                                        "ON CONFLICT(name) DO NOTHING RETURNING id",
-                                        {name, std::span<const std::byte>(hash.bytes), std::int64_t{rights.bits},
-                                         store_query::Now()},
-                                        [&](const CDbRow& row) -> CStatus {
-                                            made = row.Int(0);
-                                            return CDone{};
-                                        }));
+            return Done(m_database->Run(
+                "INSERT INTO tokens(name, hash, rights, created) VALUES($1, $2, $3, $4) "
+                "ON CONFLICT(name) DO NOTHING RETURNING id",
+                {name, std::span<const std::byte>(hash.bytes), std::int64_t{rights.bits}, store_query::Now()},
+                [&](const CDbRow& row) -> CStatus {
+                    made = row.Int(0);
+                    return CDone{};
+                }));
         });
     if (!id) return id.Error();
     if (id.Value() == 0) return CError{EErrorCode::Exists, lng::Mark("a token has this name already"), {}};
@@ -63,12 +63,12 @@ CResult<std::string> CModelStore::CreateToken(std::string_view name, CStoreRight
 
 CResult<std::vector<CTokenRecord>> CModelStore::Tokens() {
     return store_query::Gather<std::vector<CTokenRecord>>(*m_database, &CDatabase::Read, [&](auto& tokens) {
-        return Done(m_database->Run("SELECT name, rights, created FROM tokens ORDER BY name", {},
-                                    [&](const CDbRow& row) -> CStatus {
-                                        tokens.push_back({std::string(row.Text(0)),
-                                                          {static_cast<std::uint32_t>(row.Int(1))}, row.Int(2)});
-                                        return CDone{};
-                                    }));
+        return Done(m_database->Run(
+            "SELECT name, rights, created FROM tokens ORDER BY name", {}, [&](const CDbRow& row) -> CStatus {
+                tokens.push_back(
+                    {std::string(row.Text(0)), {static_cast<std::uint32_t>(row.Int(1))}, row.Int(2)});
+                return CDone{};
+            }));
     });
 }
 
@@ -91,16 +91,18 @@ CResult<std::optional<CTokenRecord>> CModelStore::FindToken(std::string_view tok
     };
     const CResult<CFound> found =
         store_query::Gather<CFound>(*m_database, &CDatabase::Read, [&](CFound& result) {
-            return Done(m_database->Run("SELECT name, rights, created, hash FROM tokens WHERE id = $1", {parsed->id},
-                                        [&](const CDbRow& row) -> CStatus {
-                                            result.record = {std::string(row.Text(0)),
-                                                             {static_cast<std::uint32_t>(row.Int(1))}, row.Int(2)};
-                                            result.hash = CBlobHash::FromBytes(row.Bytes(3)).value_or(CBlobHash{});
-                                            return CDone{};
-                                        }));
+            return Done(m_database->Run(
+                "SELECT name, rights, created, hash FROM tokens WHERE id = $1", {parsed->id},
+                [&](const CDbRow& row) -> CStatus {
+                    result.record = {
+                        std::string(row.Text(0)), {static_cast<std::uint32_t>(row.Int(1))}, row.Int(2)};
+                    result.hash = CBlobHash::FromBytes(row.Bytes(3)).value_or(CBlobHash{});
+                    return CDone{};
+                }));
         });
     if (!found) return found.Error();
     // Where there is no such row it is compared all the same, with zeros that no secret leads to.
-    if (!EqualInConstantTime(found.Value().hash, CBlobHash::Of(parsed->secret))) return std::optional<CTokenRecord>();
+    if (!EqualInConstantTime(found.Value().hash, CBlobHash::Of(parsed->secret)))
+        return std::optional<CTokenRecord>();
     return std::optional(found.Value().record);
 }

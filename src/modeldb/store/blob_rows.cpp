@@ -10,7 +10,8 @@ using store_query::Done;
 
 namespace {
 
-CResult<std::int64_t> IdFrom(CDatabase& database, std::string_view sql, std::initializer_list<CDbValue> values) {
+CResult<std::int64_t> IdFrom(CDatabase& database, std::string_view sql,
+                             std::initializer_list<CDbValue> values) {
     std::int64_t id = 0;
     const auto done = database.Run(sql, values, [&](const CDbRow& row) -> CStatus {
         id = row.Int(0);
@@ -22,10 +23,11 @@ CResult<std::int64_t> IdFrom(CDatabase& database, std::string_view sql, std::ini
 
 CResult<std::int64_t> Publish(CDatabase& database, const CNewBlob& blob) {
     const auto changed = database.Run(
-        "UPDATE blobs SET sha256 = $1, size = $2, stored = $3, codec = $4, touched = $5 WHERE id = $6 AND sha256 IS NULL",
+        "UPDATE blobs SET sha256 = $1, size = $2, stored = $3, codec = $4, touched = $5 WHERE id = $6 AND "
+        "sha256 IS NULL",
         {std::span<const std::byte>(blob.facts.hash.bytes), static_cast<std::int64_t>(blob.facts.size),
-         static_cast<std::int64_t>(blob.facts.stored), static_cast<std::int64_t>(blob.facts.codec), store_query::Now(),
-         blob.stagedId});
+         static_cast<std::int64_t>(blob.facts.stored), static_cast<std::int64_t>(blob.facts.codec),
+         store_query::Now(), blob.stagedId});
     if (!changed) return changed.Error();
     if (changed.Value() == 1) return blob.stagedId;
     return CError{EErrorCode::Busy, lng::Mark("the transfer took too long"), {}};
@@ -36,7 +38,8 @@ CResult<std::int64_t> Insert(CDatabase& database, const CNewBlob& blob) {
         database,
         "INSERT INTO blobs(sha256, size, stored, codec, touched) VALUES($1, $2, $3, $4, $5) RETURNING id",
         {std::span<const std::byte>(blob.facts.hash.bytes), static_cast<std::int64_t>(blob.facts.size),
-         static_cast<std::int64_t>(blob.facts.stored), static_cast<std::int64_t>(blob.facts.codec), store_query::Now()});
+         static_cast<std::int64_t>(blob.facts.stored), static_cast<std::int64_t>(blob.facts.codec),
+         store_query::Now()});
     if (!id) return id;
     if (CStatus added = AddParts(database, id.Value(), 0, blob.parts); !added) return added.Error();
     return id;
@@ -59,17 +62,19 @@ CStoredBlob FactsOf(const CDbRow& row, int firstColumn) {
 
 CResult<std::optional<CBlobRow>> Find(CDatabase& database, const CBlobHash& hash) {
     std::optional<CBlobRow> found;
-    const auto done = database.Run("SELECT id, sha256, size, stored, codec FROM blobs WHERE sha256 = $1",
-                                   {std::span<const std::byte>(hash.bytes)}, [&](const CDbRow& row) -> CStatus {
-                                       found = CBlobRow{row.Int(0), FactsOf(row, 1)};
-                                       return CDone{};
-                                   });
+    const auto done =
+        database.Run("SELECT id, sha256, size, stored, codec FROM blobs WHERE sha256 = $1",
+                     {std::span<const std::byte>(hash.bytes)}, [&](const CDbRow& row) -> CStatus {
+                         found = CBlobRow{row.Int(0), FactsOf(row, 1)};
+                         return CDone{};
+                     });
     if (!done) return done.Error();
     return found;
 }
 
 CResult<std::int64_t> Stage(CDatabase& database) {
-    return IdFrom(database, "INSERT INTO blobs(size, stored, codec, touched) VALUES(0, 0, 0, $1) RETURNING id",
+    return IdFrom(database,
+                  "INSERT INTO blobs(size, stored, codec, touched) VALUES(0, 0, 0, $1) RETURNING id",
                   {store_query::Now()});
 }
 
@@ -97,10 +102,11 @@ CStatus DropStaged(CDatabase& database, const CNewBlob& blob) {
 }
 
 CStatus DropUnused(CDatabase& database, std::int64_t id) {
-    return Done(database.Run("DELETE FROM blobs WHERE id = $1 AND NOT EXISTS(SELECT 1 FROM models WHERE blob = $1)"
-                             " AND NOT EXISTS(SELECT 1 FROM models WHERE preview = $1)"
-                             " AND NOT EXISTS(SELECT 1 FROM textures WHERE blob = $1)",
-                             {id}));
+    return Done(
+        database.Run("DELETE FROM blobs WHERE id = $1 AND NOT EXISTS(SELECT 1 FROM models WHERE blob = $1)"
+                     " AND NOT EXISTS(SELECT 1 FROM models WHERE preview = $1)"
+                     " AND NOT EXISTS(SELECT 1 FROM textures WHERE blob = $1)",
+                     {id}));
 }
 
 }  // namespace blob_rows

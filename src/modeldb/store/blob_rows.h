@@ -29,7 +29,8 @@ struct CBlobRow {
 /** A row for bytes that are still being written; its id. */
 [[nodiscard]] CResult<std::int64_t> Stage(CDatabase& database);
 /** Adds parts to a row, numbered from `first` on. Parts that are there already stay. */
-[[nodiscard]] CStatus AddParts(CDatabase& database, std::int64_t id, std::size_t first, std::span<const CPart> parts);
+[[nodiscard]] CStatus AddParts(CDatabase& database, std::int64_t id, std::size_t first,
+                               std::span<const CPart> parts);
 /** The id of these bytes: those that are there already, or else the new ones, which are then complete. */
 [[nodiscard]] CResult<std::int64_t> Put(CDatabase& database, const CNewBlob& blob);
 /** Deletes what of the blob is staged. */

@@ -28,7 +28,8 @@ constexpr CQuestion kQuestions[] = {
      "GROUP BY b.id, b.stored HAVING b.stored <> coalesce(sum(length(p.data)), 0) ORDER BY b.id",
      {"bytes ", " should be ", " long and are ", ""}},
     {"SELECT b.id, b.stored, b.size FROM blobs b WHERE b.sha256 IS NOT NULL "
-     "AND NOT EXISTS(SELECT 1 FROM models WHERE blob = b.id) AND NOT EXISTS(SELECT 1 FROM models WHERE preview = b.id) "
+     "AND NOT EXISTS(SELECT 1 FROM models WHERE blob = b.id) AND NOT EXISTS(SELECT 1 FROM models WHERE "
+     "preview = b.id) "
      "AND NOT EXISTS(SELECT 1 FROM textures WHERE blob = b.id) ORDER BY b.id",
      {"bytes ", " (", " of ", ") belong to nothing"}},
 };

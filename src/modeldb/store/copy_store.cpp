@@ -34,16 +34,20 @@ struct CTable {
 constexpr CTable kTables[] = {
     {"SELECT id, name FROM model_groups WHERE id > $1 ORDER BY id LIMIT 500",
      "INSERT INTO model_groups(id, name) VALUES($1, $2)", "it", 1, 500},
-    {"SELECT id, sha256, size, stored, codec, touched FROM blobs WHERE id > $1 AND sha256 IS NOT NULL ORDER BY id LIMIT 500",
-     "INSERT INTO blobs(id, sha256, size, stored, codec, touched) VALUES($1, $2, $3, $4, $5, $6)", "ibiiii", 1, 500},
+    {"SELECT id, sha256, size, stored, codec, touched FROM blobs WHERE id > $1 AND sha256 IS NOT NULL ORDER "
+     "BY id LIMIT 500",
+     "INSERT INTO blobs(id, sha256, size, stored, codec, touched) VALUES($1, $2, $3, $4, $5, $6)", "ibiiii",
+     1, 500},
     {"SELECT p.blob, p.pos, p.data FROM blob_parts p JOIN blobs b ON b.id = p.blob "
      "WHERE (p.blob, p.pos) > ($1, $2) AND b.sha256 IS NOT NULL ORDER BY p.blob, p.pos LIMIT 32",
      "INSERT INTO blob_parts(blob, pos, data) VALUES($1, $2, $3)", "iib", 2, 32},
-    {"SELECT key, group_id, name, code, note, blob, preview, created, folded FROM models WHERE key > $1 ORDER BY key LIMIT 500",
+    {"SELECT key, group_id, name, code, note, blob, preview, created, folded FROM models WHERE key > $1 "
+     "ORDER BY key LIMIT 500",
      "INSERT INTO models(key, group_id, name, code, note, blob, preview, created, folded) "
      "VALUES($1, $2, $3, $4, $5, $6, $7, $8, $9)",
      "iitttinit", 1, 500},
-    {"SELECT model_key, pos, name, blob FROM textures WHERE (model_key, pos) > ($1, $2) ORDER BY model_key, pos LIMIT 500",
+    {"SELECT model_key, pos, name, blob FROM textures WHERE (model_key, pos) > ($1, $2) ORDER BY model_key, "
+     "pos LIMIT 500",
      "INSERT INTO textures(model_key, pos, name, blob) VALUES($1, $2, $3, $4)", "iiti", 2, 500},
     {"SELECT id, name, hash, rights, created FROM tokens WHERE id > $1 ORDER BY id LIMIT 500",
      "INSERT INTO tokens(id, name, hash, rights, created) VALUES($1, $2, $3, $4, $5)", "itbii", 1, 500},
@@ -63,7 +67,8 @@ CStatus CopyTable(const CTable& table, CDatabase& from, CDatabase& to) {
         rows = 0;
         std::vector<CDbValue> next = last;
         const auto read = from.Run(table.select, last, [&](const CDbRow& row) -> CStatus {
-            for (std::size_t i = 0; i < values.size(); ++i) values[i] = ValueOf(row, static_cast<int>(i), table.types[i]);
+            for (std::size_t i = 0; i < values.size(); ++i)
+                values[i] = ValueOf(row, static_cast<int>(i), table.types[i]);
             for (std::size_t i = 0; i < table.keys; ++i) next[i] = values[i];
             ++rows;
             return Done(to.Run(table.insert, values, {}));
@@ -79,8 +84,8 @@ CStatus MoveCounters(CDatabase& database) {
     if (database.Engine() == CDatabase::EEngine::Sqlite) return CDone{};
     for (const std::string table : {"model_groups", "blobs", "blob_parts", "tokens"}) {
         const CStatus moved =
-            Done(database.Run("SELECT setval(pg_get_serial_sequence('" + table + "', 'id'), max(id)) FROM " + table +
-                                  " HAVING max(id) IS NOT NULL",
+            Done(database.Run("SELECT setval(pg_get_serial_sequence('" + table + "', 'id'), max(id)) FROM " +
+                                  table + " HAVING max(id) IS NOT NULL",
                               {}));
         if (!moved) return moved;
     }
@@ -129,7 +134,8 @@ CResult<CNewSqliteFile> CNewSqliteFile::Create(const std::string& path) {
     struct stat info = {};
     if (::lstat(path.c_str(), &info) == 0) return CannotWrite(path, EEXIST);
     std::string temp = path + ".XXXXXX";
-    const CFileDescriptor file(::mkostemp(temp.data(), O_CLOEXEC));  // readable for its owner alone, as it holds tokens
+    const CFileDescriptor file(
+        ::mkostemp(temp.data(), O_CLOEXEC));  // readable for its owner alone, as it holds tokens
     if (!file.IsOpen()) return CannotWrite(path, errno);
     return CNewSqliteFile(path, std::move(temp));
 }

@@ -113,12 +113,11 @@ CStatus FoldNames(CDatabase& database) {
     std::vector<std::pair<std::int64_t, std::string>> page;
     for (std::int64_t last = -1; last == -1 || page.size() == kPage;) {
         page.clear();
-        const auto read = database.Run(
-            "SELECT key, name FROM models WHERE key > $1 ORDER BY key LIMIT 1000", {last},
-            [&](const CDbRow& row) -> CStatus {
-                page.emplace_back(row.Int(0), store_names::Folded(row.Text(1)));
-                return CDone{};
-            });
+        const auto read = database.Run("SELECT key, name FROM models WHERE key > $1 ORDER BY key LIMIT 1000",
+                                       {last}, [&](const CDbRow& row) -> CStatus {
+                                           page.emplace_back(row.Int(0), store_names::Folded(row.Text(1)));
+                                           return CDone{};
+                                       });
         if (!read) return read.Error();
         for (const auto& [key, folded] : page) {
             const auto done = database.Run("UPDATE models SET folded = $1 WHERE key = $2", {folded, key});
@@ -138,19 +137,23 @@ CStatus MakeSearchable(CDatabase& database) {
     const CStatus indexed =
         database.Engine() == EEngine::Sqlite
             ? database.RunScript(kSearchInSqlite)
-            : database.RunScript("CREATE EXTENSION IF NOT EXISTS pg_trgm SCHEMA public;"
-                                 "CREATE INDEX models_by_part ON models USING gin (folded gin_trgm_ops);");
-    if (!indexed && indexed.Error().code != EErrorCode::BadFormat && indexed.Error().code != EErrorCode::WriteFailed)
+            : database.RunScript(
+                  "CREATE EXTENSION IF NOT EXISTS pg_trgm SCHEMA public;"
+                  "CREATE INDEX models_by_part ON models USING gin (folded gin_trgm_ops);");
+    if (!indexed && indexed.Error().code != EErrorCode::BadFormat &&
+        indexed.Error().code != EErrorCode::WriteFailed)
         return indexed;
-    return database.RunScript(indexed ? "RELEASE SAVEPOINT before_index" : "ROLLBACK TO SAVEPOINT before_index");
+    return database.RunScript(indexed ? "RELEASE SAVEPOINT before_index"
+                                      : "ROLLBACK TO SAVEPOINT before_index");
 }
 
 constexpr std::array<CStatus (*)(CDatabase&), kStoreVersion> kSteps{MakeTables, MakeSearchable};
 
 CStatus NoteVersion(CDatabase& database, int version) {
     const std::string number = std::to_string(version);
-    return database.RunScript(database.Engine() == EEngine::Sqlite ? "PRAGMA user_version=" + number
-                                                                   : "UPDATE store_version SET version=" + number);
+    return database.RunScript(database.Engine() == EEngine::Sqlite
+                                  ? "PRAGMA user_version=" + number
+                                  : "UPDATE store_version SET version=" + number);
 }
 
 /** Nothing where the version is that already, perhaps as another process was quicker. */
@@ -197,7 +200,8 @@ CStatus UpgradeStore(CDatabase& database, int to) {
     });
     if (!read) return read;
     if (now > kStoreVersion)
-        return CError{EErrorCode::Unsupported, lng::Mark("the model store was written by a newer version of the program"),
+        return CError{EErrorCode::Unsupported,
+                      lng::Mark("the model store was written by a newer version of the program"),
                       database.Place()};
     for (int version = now + 1; version <= to; ++version)
         if (CStatus gone = GoTo(database, version); !gone) return gone;

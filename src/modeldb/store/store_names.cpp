@@ -8,7 +8,8 @@
 namespace store_names {
 
 CStatus CheckText(std::string_view text, std::size_t mostBytes) {
-    if (text.size() > mostBytes) return CError{EErrorCode::BadArgument, lng::Mark("the name is too long"), {}};
+    if (text.size() > mostBytes)
+        return CError{EErrorCode::BadArgument, lng::Mark("the name is too long"), {}};
     if (text.find('\0') != text.npos || !utf8_text::Decode(text))
         return CError{EErrorCode::BadArgument, lng::Mark("the name is no valid text"), {}};
     return CDone{};

@@ -12,17 +12,18 @@
 
 /** Bytes that a store has. */
 struct CStoredBlob {
-    CBlobHash hash;                          ///< of the plain bytes
-    std::uint64_t size = 0;                  ///< of the plain bytes
-    std::uint64_t stored = 0;                ///< as they are kept: what is transferred and what ranges count
+    CBlobHash hash;            ///< of the plain bytes
+    std::uint64_t size = 0;    ///< of the plain bytes
+    std::uint64_t stored = 0;  ///< as they are kept: what is transferred and what ranges count
     EBlobCodec codec = EBlobCodec::Plain;
 };
 
 struct CGroupRecord {
-    std::int64_t id = 0;        ///< never given to another group again
+    std::int64_t id = 0;  ///< never given to another group again
     std::string name;
     std::uint64_t modelCount = 0;
-    std::uint64_t version = 0;  ///< grows with every change of the group's models: with the id good for an ETag
+    std::uint64_t version =
+        0;  ///< grows with every change of the group's models: with the id good for an ETag
 };
 
 /** A model in a list. */
@@ -62,7 +63,9 @@ struct CFoundModel {
 enum class EStoreRight : std::uint32_t { Read = 1, Upload = 2, Remove = 4 };
 struct CStoreRights {
     std::uint32_t bits = 0;
-    [[nodiscard]] bool Has(EStoreRight right) const { return (bits & static_cast<std::uint32_t>(right)) != 0; }
+    [[nodiscard]] bool Has(EStoreRight right) const {
+        return (bits & static_cast<std::uint32_t>(right)) != 0;
+    }
 };
 
 struct CTokenRecord {
@@ -90,10 +93,10 @@ constexpr std::size_t kCode = 400;
 constexpr std::size_t kNote = 4000;
 constexpr std::size_t kTextureName = 400;
 constexpr std::size_t kTokenName = 100;
-constexpr std::size_t kTextures = 2000;               ///< of one model
-constexpr std::uint64_t kBlobBytes = 1ULL << 30;      ///< of one file, unpacked
-constexpr std::size_t kPartBytes = 256 << 10;         ///< of what is kept, in one row
-constexpr std::size_t kPageModels = 10'000;           ///< of one call
+constexpr std::size_t kTextures = 2000;           ///< of one model
+constexpr std::uint64_t kBlobBytes = 1ULL << 30;  ///< of one file, unpacked
+constexpr std::size_t kPartBytes = 256 << 10;     ///< of what is kept, in one row
+constexpr std::size_t kPageModels = 10'000;       ///< of one call
 
 }  // namespace store_limits
 
