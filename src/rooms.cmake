@@ -2,7 +2,7 @@
 # The rooms of the house, lowest first, and what each may use: its library links, and its files include, nothing else.
 # A room uses rooms that stand above it in this list; scripts/check_rooms holds the include lines against it. A room's windows
 # are a room of their own, NAME/ui. Layers: base, files, process and picture, settings, model, camera, engine, script, session,
-# widgets, view, export, frame, programs. Written "room: what it uses"; a name that ends in /* stands for all rooms below.
+# widgets, view, export, modeldb, frame, programs. Written "room: what it uses"; a name that ends in /* stands for all rooms below.
 set(ORBIVUE_ROOMS
   "base:"
   "base/text: base"
@@ -53,6 +53,9 @@ set(ORBIVUE_ROOMS
   "export/webgl/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/gltf export/source/ui export/webgl"
   "export/drive: base/* files picture model/textures"
   "export/drive/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/source/ui export/webgl export/webgl/ui export/drive"
+  "modeldb/bytes: base/*"
+  "modeldb/database: base/* files"
+  "modeldb/store: base/* files modeldb/bytes modeldb/database"
   "frame: base/* files settings model/* session"
   "frame/preview: base/* files settings script"
   "frame/preview/ui: base/* files settings widgets widgets/ui frame/preview"
