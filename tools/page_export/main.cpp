@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <getopt.h>
+#include <wx/init.h>
 
 #include <algorithm>
 #include <array>
@@ -8,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "base/text/lng.h"
 #include "base/text/number_text.h"
 #include "base/text/utf8_text.h"
 #include "camera/CSeenOptions.h"
@@ -19,13 +21,15 @@
 #include "model/save/write_scene.h"
 #include "model/textures/CLib3dsMatUtil.h"
 #include "picture/decode/image_codec.h"
+#include "settings/choose_language.h"
 
 namespace {
 
 constexpr const char* kUsage =
     "orbivue-page [OPTION VALUE...] MODEL OUTPUT.html\n"
     "  -minify -combine -bar (1)  -gzip -download -double -wire (0)  0|1\n"
-    "  -script FILE  -name MODEL-NAME  -lang CODE  -camera NAME  -red -green -blue 0..1  -picture FILE\n"
+    "  -script FILE  -name FILE (that holds the model's file name)  -lang CODE  -camera NAME  -red -green "
+    "-blue 0..1  -picture FILE\n"
     "  -size WxH  and -angles -turn -orbit -pivot -scale -zoom-box -zoom as orbivue-render has them\n";
 
 struct COptions {
@@ -51,10 +55,19 @@ void SetNumber(COptions& options, const std::string& value) {
     options.format.*kMember = static_cast<float>(number_text::ParseLeading(value).value_or(0));
 }
 
-void SetScript(COptions& options, const std::string& path) {
+/** A text is in a file, as it may be any bytes. */
+template <std::string COutFormat::*kMember>
+void SetText(COptions& options, const std::string& path) {
     const auto bytes = file_util_ex::ReadWholeFile(path);
     if (bytes)
-        options.format.javaScript = {reinterpret_cast<const char*>(bytes.Value().data()), bytes.Value().size()};
+        options.format.*kMember = {reinterpret_cast<const char*>(bytes.Value().data()), bytes.Value().size()};
+}
+
+void SetLanguage(COptions& options, const std::string& code) {
+    static const wxInitializer toolkit;  // it looks texts up
+    lng_util_internal::SetDomain(lng::Domain(), "viewer");
+    lng::SetLanguage(file_util_ex::ConvertFromUTF8W(code));
+    options.texts = CPageTexts::InProgramLanguage();
 }
 
 void SetSize(COptions& options, const std::string& value) {
@@ -75,9 +88,9 @@ constexpr std::array kOptions{
     COption{"download", SetFlag<&COutFormat::downloadLink>},
     COption{"double", SetFlag<&COutFormat::doubleSided>},
     COption{"wire", SetFlag<&COutFormat::displayFlag>},
-    COption{"script", SetScript},
-    COption{"name", [](COptions& options, const std::string& value) { options.format.modelFileName = value; }},
-    COption{"lang", [](COptions& options, const std::string& value) { options.texts.language = value; }},
+    COption{"script", SetText<&COutFormat::javaScript>},
+    COption{"name", SetText<&COutFormat::modelFileName>},
+    COption{"lang", SetLanguage},
     COption{"camera", [](COptions& options, const std::string& value) { options.format.cameraName = value; }},
     COption{"red", SetNumber<&COutFormat::bkRed>},
     COption{"green", SetNumber<&COutFormat::bkGreen>},

@@ -31,16 +31,22 @@ constexpr std::array kEntries = {
     CEntry{"frame", lng::Mark("Frame")},
     CEntry{"fullscreen", lng::Mark("Full screen")},
     CEntry{"download", lng::Mark("Download the model")},
-    CEntry{"canvas", lng::Mark("3D model %1. Arrow keys turn it, plus and minus zoom, Home resets the view.")},
+    CEntry{"canvas",
+           lng::Mark("3D model %1. Arrow keys turn it, plus and minus zoom, Home resets the view.")},
     CEntry{"loading", lng::Mark("Loading…")},
     CEntry{"shown", lng::Mark("%1 is shown")},
     CEntry{"cameraShown", lng::Mark("Camera: %1")},
-    CEntry{"noWebGL", lng::Mark("This browser cannot show 3D pictures, because it has no WebGL 2, or it is switched off.")},
-    CEntry{"noUnpacking", lng::Mark("This browser is too old to unpack the scene. Any browser since 2023 can show this page.")},
+    CEntry{
+        "noWebGL",
+        lng::Mark("This browser cannot show 3D pictures, because it has no WebGL 2, or it is switched off.")},
+    CEntry{
+        "noUnpacking",
+        lng::Mark("This browser is too old to unpack the scene. Any browser since 2023 can show this page.")},
     CEntry{"noScene", lng::Mark("The scene of this page cannot be read. Is a file missing beside the page?")},
     CEntry{"broken", lng::Mark("The scene of this page is damaged (%1).")},
     CEntry{"noMemory", lng::Mark("There is too little graphics memory to show this scene.")},
-    CEntry{"lost", lng::Mark("The graphics card has dropped the picture. It is drawn again as soon as it is back.")},
+    CEntry{"lost",
+           lng::Mark("The graphics card has dropped the picture. It is drawn again as soon as it is back.")},
     CEntry{"noScript", lng::Mark("This page shows a 3D model. It needs JavaScript, which is switched off.")},
 };
 

@@ -107,8 +107,7 @@ CStatus CPageWriter::MakeScene(CJobProgress* progress) {
 }
 
 CPageWriter::CScripts CPageWriter::CombinedScripts() const {
-    const std::string_view viewer =
-        m_format.minify ? web_assets::MinifiedViewer() : web_assets::Viewer();
+    const std::string_view viewer = m_format.minify ? web_assets::MinifiedViewer() : web_assets::Viewer();
     CScripts scripts{Element("", viewer), page_text::PolicyHash(viewer)};
     scripts.elements += Element(R"( type="text/plain" id="scene")", page_text::Base64(m_scene));
     if (!m_userCode.empty()) {
@@ -135,7 +134,8 @@ CResult<CPageWriter::CScripts> CPageWriter::ScriptsBeside() {
     if (!asScript) return asScript.Error();
     m_links.scene = page_text::Link(scene.Value());
     m_links.sceneScript = page_text::Link(asScript.Value());
-    if (CStatus status = add("viewer.js", m_format.minify ? web_assets::MinifiedViewer() : web_assets::Viewer());
+    if (CStatus status =
+            add("viewer.js", m_format.minify ? web_assets::MinifiedViewer() : web_assets::Viewer());
         !status)
         return status.Error();
     if (m_userCode.empty()) return scripts;
@@ -147,25 +147,24 @@ std::string CPageWriter::PolicyElement(const std::string& scriptPolicy) const {
     // What the user's code may do is the user's business.
     if (!m_userCode.empty()) return {};
     const std::string own = m_format.combine ? "'none'" : "'self'";
-    return "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; script-src " + scriptPolicy +
-           "; style-src " + page_text::PolicyHash(web_assets::Style()) + "; img-src data: blob:; connect-src " +
-           own + "; base-uri 'none'; form-action 'none'\">\n";
+    return "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; script-src " +
+           scriptPolicy + "; style-src " + page_text::PolicyHash(web_assets::Style()) +
+           "; img-src data: blob:; connect-src " + own + "; base-uri 'none'; form-action 'none'\">\n";
 }
 
 std::string CPageWriter::Page(const CScripts& scripts) const {
     const auto text = [this](const char* key) { return page_text::Html(m_source.texts.Of(key)); };
-    return page_text::Fill(
-        web_assets::PageForm(),
-        {{"lang", page_text::Html(m_source.texts.language)},
-         {"policy", PolicyElement(scripts.policy)},
-         {"version", page_text::Html(m_format.version)},
-         {"title", page_text::Html(PageTitle(m_format))},
-         {"style", std::string(web_assets::Style())},
-         {"toolbar", text("toolbar")},
-         {"loading", text("loading")},
-         {"noScript", text("noScript")},
-         {"settings", page_text::ScriptJson(PageSettings(m_source, m_format, m_links))},
-         {"scripts", scripts.elements}});
+    return page_text::Fill(web_assets::PageForm(),
+                           {{"lang", page_text::Html(m_source.texts.language)},
+                            {"policy", PolicyElement(scripts.policy)},
+                            {"version", page_text::Html(m_format.version)},
+                            {"title", page_text::Html(PageTitle(m_format))},
+                            {"style", std::string(web_assets::Style())},
+                            {"toolbar", text("toolbar")},
+                            {"loading", text("loading")},
+                            {"noScript", text("noScript")},
+                            {"settings", page_text::ScriptJson(PageSettings(m_source, m_format, m_links))},
+                            {"scripts", scripts.elements}});
 }
 
 CResult<std::string> CPageWriter::WriteBeside(const std::string& wanted, std::string_view text, bool packs) {
@@ -208,8 +207,9 @@ CStatus CPageWriter::WriteForServers(std::string_view page) {
 std::string CPageWriter::Record() const {
     std::string record;
     for (const std::string& line : m_files.ToRecord()) record += line + '\n';
-    return record.empty() ? record
-                          : "<!-- The files written with this page, for the next export to it:\n" + record + "-->\n";
+    return record.empty()
+               ? record
+               : "<!-- The files written with this page, for the next export to it:\n" + record + "-->\n";
 }
 
 bool CPageWriter::IsOurName(const std::string& name) const {

@@ -32,7 +32,8 @@ class CPageWriter {
     [[nodiscard]] std::string PolicyElement(const std::string& scriptPolicy) const;
     /** Writes a file beside the page, with a packed copy where the format asks for one, and returns its name: wanted, or
      * one like it. */
-    [[nodiscard]] CResult<std::string> WriteBeside(const std::string& wanted, std::string_view text, bool packs);
+    [[nodiscard]] CResult<std::string> WriteBeside(const std::string& wanted, std::string_view text,
+                                                   bool packs);
     [[nodiscard]] CStatus WritePacked(const std::string& name, std::string_view text);
     /** The copy of the page, and what makes Apache pack. */
     [[nodiscard]] CStatus WriteForServers(std::string_view page);

@@ -21,7 +21,8 @@ namespace download_archive {
 namespace {
 
 /** Marks our archives, so that a later export knows them. */
-constexpr std::string_view kComment = "Made by Orbivue for a web page; the next export of the page replaces it.";
+constexpr std::string_view kComment =
+    "Made by Orbivue for a web page; the next export of the page replaces it.";
 constexpr std::size_t kMostName = 230;  // bytes; file systems have room for 255
 constexpr int kMostTries = 1000;
 
@@ -87,7 +88,9 @@ CStatus Make(const std::string& page, const std::string& modelFileName, const CP
     CResult<CAtomicFile> archive = old ? CAtomicFile::CreateOver(path, *old) : CAtomicFile::CreateNew(path);
     if (!archive) return archive.Error();
     CPacking packing;
-    packing.sceneName = file_util_ex::SetFileExt(NameOfModel(modelFileName), "3ds");
+    // No archive takes the control characters that a name on a disk may have.
+    packing.sceneName =
+        utf8_text::Printable(file_util_ex::SetFileExt(NameOfModel(modelFileName), "3ds"), '_');
     packing.asFound = true;
     packing.viewName = "preview.jpg";
     packing.viewWriter = content.writePicture;

@@ -82,8 +82,7 @@ std::string ScriptJson(std::string_view json) {
 }
 
 std::string Link(std::string_view fileName) {
-    constexpr std::string_view kPlain =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
+    constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
     std::string link = "./";
     for (const char c : fileName) {
         const auto byte = static_cast<unsigned char>(c);
@@ -97,7 +96,7 @@ std::string Link(std::string_view fileName) {
 }
 
 std::string Base64(std::span<const std::byte> bytes) {
-    constexpr std::size_t kAtOnce = std::size_t{3} << 28;  // EVP_EncodeBlock counts in int
+    constexpr std::size_t kAtOnce = std::size_t{3} << 28;    // EVP_EncodeBlock counts in int
     std::string text((bytes.size() + 2) / 3 * 4 + 1, '\0');  // it ends what it writes with a NUL
     std::size_t written = 0;
     while (!bytes.empty()) {
@@ -113,7 +112,8 @@ std::string Base64(std::span<const std::byte> bytes) {
 
 std::string PolicyHash(std::string_view text) {
     std::array<unsigned char, SHA256_DIGEST_LENGTH> hash{};
-    (void)SHA256(reinterpret_cast<const unsigned char*>(text.data()), text.size(), hash.data());  // cannot fail
+    (void)SHA256(reinterpret_cast<const unsigned char*>(text.data()), text.size(),
+                 hash.data());  // cannot fail
     return "'sha256-" + Base64(std::as_bytes(std::span(hash))) + "'";
 }
 

@@ -13,10 +13,14 @@
 #include "base/text/utf8_text.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
+#include "export/drive/ui/drive_export_command.h"
 #include "export/gltf/ui/gltf_export_command.h"
 #include "export/picture/ui/screenshot_command.h"
 #include "export/pov/ui/CPOVRaySettingsDlg.h"
 #include "export/pov/ui/pov_export_command.h"
+#include "export/webgl/CHtmlSettings.h"
+#include "export/webgl/ui/CHtmlSettingsDlg.h"
+#include "export/webgl/ui/html_export_command.h"
 #include "files/file_util_ex.h"
 #include "files/std_file_paths.h"
 #include "frame/materials/ui/CMaterialBar.h"
@@ -31,6 +35,7 @@
 #include "frame/ui/command_menus.h"
 #include "frame/ui/command_tool_bar.h"
 #include "frame/ui/full_screen_watch.h"
+#include "script/CSceneScript.h"
 #include "session/CSession.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
@@ -278,6 +283,33 @@ void CAViewerFrame::SaveScreenshot() {
             ShowMessage(lng::Text("The picture could not be saved:") + L" " + lng::Text(saved.Error()));
         else if (!saved.Value().empty())
             ShowMessage(lng::Text("The picture was saved as %s.", file_util_ex::ShownText(saved.Value())));
+    });
+}
+
+void CAViewerFrame::ExportGoogleDrive() {
+    m_files->HoldModel(kCmdExportGoogleDrive, [this] {
+        const CScriptScene* script = m_session->ScriptScene();
+        const CDriveModel model{file_util_ex::GetFileName(m_session->Document().path),
+                                script ? script->backgroundImage : std::wstring()};
+        (void)RunDriveExport(model, *m_view).HasValue();  // it fails without a message
+        m_statusBar->EndProgress();
+    });
+}
+
+void CAViewerFrame::SetHtmlOptions() {
+    m_files->HoldModel(kCmdHtmlSettings,
+                       [this] { CHtmlSettingsDlg(this, CHtmlSettings::Instance()).ShowModal(); });
+}
+
+void CAViewerFrame::ExportHtml() {
+    m_files->HoldModel(kCmdExportHtml, [this] {
+        const std::wstring name = file_util_ex::GetFileName(m_session->Document().path);
+        const CResult<std::wstring> saved = RunHtmlExport(m_view->GetPath(), name, *m_view, *this);
+        m_statusBar->EndProgress();
+        if (!saved)
+            ShowMessage(lng::Text("The page could not be exported:") + L" " + lng::Text(saved.Error()));
+        else if (!saved.Value().empty())
+            ShowMessage(lng::Text("The page was exported as %s.", file_util_ex::ShownText(saved.Value())));
     });
 }
 

@@ -82,8 +82,11 @@ class CAViewerFrame final : public wxFrame,
     void ShowNotes();
     void SetPovOptions();
     void ExportPov();
+    void ExportGoogleDrive();
     void ExportGltf();
     void SaveScreenshot();
+    void SetHtmlOptions();
+    void ExportHtml();
     /** Shows the tool of a command pressed; 0 for none. */
     void ShowRunning(int commandId);
     void DoGiveHelp(const wxString& text, bool show) override;

@@ -92,9 +92,12 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdResetView, [](CAViewerFrame& frame) { frame.ResetView(); }},
         {kCmdSceneNotes, [](CAViewerFrame& frame) { frame.ShowNotes(); }},
         {kCmdPovSettings, [](CAViewerFrame& frame) { frame.SetPovOptions(); }},
+        {kCmdExportGoogleDrive, [](CAViewerFrame& frame) { frame.ExportGoogleDrive(); }},
         {kCmdExportPov, [](CAViewerFrame& frame) { frame.ExportPov(); }},
         {kCmdExportGltf, [](CAViewerFrame& frame) { frame.ExportGltf(); }},
-        {kCmdScreenShot, [](CAViewerFrame& frame) { frame.SaveScreenshot(); }}};
+        {kCmdScreenShot, [](CAViewerFrame& frame) { frame.SaveScreenshot(); }},
+        {kCmdHtmlSettings, [](CAViewerFrame& frame) { frame.SetHtmlOptions(); }},
+        {kCmdExportHtml, [](CAViewerFrame& frame) { frame.ExportHtml(); }}};
     const auto found = handlers.find(id);
     return found == handlers.end() ? nullptr : found->second;
 }

@@ -31,8 +31,9 @@ using CSceneWriter = std::function<CStatus(std::string_view path)>;
 /** What else is packed with a scene, and how. */
 struct CPacking {
     std::string sceneName;  ///< the scene's file name in the archive
-    bool asFound = false;   ///< textures byte by byte, with the endings that they have; else as SaveSceneZip has them
-    std::string viewName;   ///< a picture of the view; left out where viewWriter fails
+    bool asFound =
+        false;  ///< textures byte by byte, with the endings that they have; else as SaveSceneZip has them
+    std::string viewName;  ///< a picture of the view; left out where viewWriter fails
     CSceneWriter viewWriter;
     std::string comment;  ///< the archive's
 };

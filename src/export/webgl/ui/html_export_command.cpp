@@ -49,7 +49,8 @@ CStatus Move(const std::string& from, std::string_view to) {
 
 }  // namespace
 
-CStatus MakeArchiveOf(CViewer3DSWindowHandler& view, const std::string& page, const std::string& modelFileName) {
+CStatus MakeArchiveOf(CViewer3DSWindowHandler& view, const std::string& page,
+                      const std::string& modelFileName) {
     C3dsDisplayWrap& engine = view.GetEngine();
     // Here, as pictures of the view are for the thread of the windows.
     const std::wstring picture = std_file_paths::GetTempFilePath(L"page-preview.jpg");
@@ -72,22 +73,23 @@ CStatus MakeArchiveOf(CViewer3DSWindowHandler& view, const std::string& page, co
     return made;
 }
 
-CStatus RunHtmlExport(const std::wstring& modelPath, const std::wstring& modelFileName,
-                      CViewer3DSWindowHandler& view, wxWindow& parent) {
-    if (modelPath.empty() || !SceneOf(view)) return CDone{};
+CResult<std::wstring> RunHtmlExport(const std::wstring& modelPath, const std::wstring& modelFileName,
+                                    CViewer3DSWindowHandler& view, wxWindow& parent) {
+    if (modelPath.empty() || !SceneOf(view)) return std::wstring();
     const std::wstring path = AskForPage(parent);
-    if (path.empty()) return CDone{};
+    if (path.empty()) return path;
     RepaintWindows();  // or the dialog stays visible over the view for a while
     const CBusyCursor cursor;
     const CStillView still(view);
     const CHtmlSettings& settings = CHtmlSettings::Instance();
-    const C3ds2WebGL::COutFormat format =
-        web_export_format::Make(settings, view.SeenView(), modelFileName);
+    const C3ds2WebGL::COutFormat format = web_export_format::Make(settings, view.SeenView(), modelFileName);
     const std::string page = file_util_ex::ConvertToUTF8(path);
-    if (CStatus written = WritePage(page, format, view); !written) return written;
+    if (CStatus written = WritePage(page, format, view); !written) return written.Error();
     CStatus made = CDone{};
     if (format.downloadLink) made = MakeArchiveOf(view, page, format.modelFileName);
     // Its answer decides nothing; it may take a second.
-    if (settings.GetLaunchBrowser()) RunJob([&](CJobProgress&) { (void)std_file_paths::LaunchBrowser(page); });
-    return made;
+    if (settings.GetLaunchBrowser())
+        RunJob([&](CJobProgress&) { (void)std_file_paths::LaunchBrowser(page); });
+    if (!made) return made.Error();
+    return path;
 }

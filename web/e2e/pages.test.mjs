@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+// Whole pages, as the exporter writes them, in a browser.
+import assert from 'node:assert/strict';
+import { after, before, test } from 'node:test';
+import { launch, Opened } from './browser.mjs';
+import { Folder, sample } from './exporter.mjs';
+import { kNames, kScripts } from './hostile.mjs';
+import { model } from './model.mjs';
+import { serve } from './server.mjs';
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser?.close());
+
+/** Runs work with a folder and what is opened in it, and closes all. */
+async function inFolder(work) {
+  const folder = new Folder();
+  const opened = [];
+  try {
+    await work(folder, async (address, options) => {
+      opened.push(await Opened.open(browser, address, options));
+      return opened.at(-1);
+    });
+  } finally {
+    for (const one of opened) await one.close();
+    folder.close();
+  }
+}
+
+/** That a page has shown its scene, and has done nothing else. */
+async function assertFine(opened, folderAddress) {
+  assert.equal(await opened.settled(), 'ready');
+  assert.ok((await opened.colors()) > 20, 'the canvas shows something');
+  assert.deepEqual(opened.errors, []);
+  assert.deepEqual(await opened.violations(), []);
+  assert.deepEqual(opened.strangers(folderAddress), []);
+}
+
+const kScript = 'addEventListener("orbivue", () => (window.ran = orbivue.version))';
+// model, options, from a server
+const kPages = [
+  ['knot.3ds', {}, false],
+  ['chess.3ds', { minify: 0, bar: 0 }, false],
+  ['orrery.3ds', { gzip: 1, download: 1 }, true],
+  ['materials.3ds', { combine: 0, double: 1 }, false],
+  ['vase.3ds', { combine: 0, minify: 0, gzip: 1 }, true],
+  ['knot.3ds', { combine: 0, download: 1, script: kScript }, false],
+  ['vase.3ds', { script: kScript, bar: 0, wire: 1 }, false],
+  ['knot.3ds', { combine: 0, gzip: 1, script: kScript, download: 1 }, true],
+  ['vase.3ds', { minify: 0, script: kScript, gzip: 1 }, true],
+  ['knot.3ds', { picture: sample('marble.jpg'), camera: 'top_cam', red: 1 }, false],
+];
+for (const [name, options, served] of kPages) {
+  const { script, picture, ...said } = options;
+  const title = [name, served ? 'server' : 'file', JSON.stringify(said), script ? 'script' : '', picture ? 'picture' : ''];
+  test(`page: ${title.filter(Boolean).join(' ')}`, () =>
+    inFolder(async (folder, open) => {
+      // Its name must be encoded wherever it stands in an address.
+      const address = folder.export(sample(name), 'über #1?.html', options);
+      const server = served ? await serve(folder.path) : undefined;
+      try {
+        const base = server?.address ?? folder.address;
+        const opened = await open(base + address.slice(folder.address.length));
+        await assertFine(opened, base);
+        assert.equal(await opened.page.evaluate(() => window.ran), script ? 1 : undefined);
+        assert.equal(await opened.page.locator('[role=toolbar] [aria-pressed]').count(), options.bar === 0 ? 0 : 6);
+        const links = await opened.page.locator('a[download]').evaluateAll((all) => all.map((link) => link.href));
+        assert.deepEqual(links, options.download ? [`${base}${name}.zip`] : []);
+        if (server && options.download) assert.equal((await fetch(links[0])).status, 200);
+      } finally {
+        server?.close();
+      }
+    }));
+}
+
+for (const [name, text] of kNames) {
+  test(`hostile name: ${name}`, () =>
+    inFolder(async (folder, open) => {
+      const bytes = Buffer.from(text);
+      const input = folder.add('m.3ds', model({ node: bytes.subarray(0, 60), material: bytes.subarray(0, 60), camera: bytes.subarray(0, 60) }));
+      const address = folder.export(input, 'p.html', { name: Buffer.concat([bytes, Buffer.from('.3ds')]), download: 1 });
+      const opened = await open(address);
+      await assertFine(opened, folder.address);
+      const { page } = opened;
+      assert.equal(await page.evaluate(() => window.harmed), undefined);
+      assert.equal(await page.locator('img, svg[onload], iframe, [onerror], [onfocus]').count(), 0);
+      const link = await page.locator('a[download]').evaluate((a) => a.href);
+      assert.ok(link.startsWith(folder.address), link);
+      if (name === 'quotes') assert.ok((await page.title()).includes(text), 'and is shown as it is');
+    }));
+}
+
+for (const [name, script, expected] of kScripts) {
+  for (const combine of [1, 0]) {
+    test(`hostile script: ${name}, ${combine ? 'combined' : 'beside the page'}`, () =>
+      inFolder(async (folder, open) => {
+        const opened = await open(folder.export(folder.add('m.3ds', model({})), 'p.html', { combine, script }));
+        assert.equal(await opened.settled(), 'ready');
+        const [ran, harmed] = await opened.page.evaluate(() => [window.ran, window.harmed]);
+        assert.equal(harmed, undefined);
+        assert.equal(ran, expected);
+        assert.deepEqual(opened.strangers(folder.address), []);
+        assert.equal(opened.errors.length, expected === undefined ? 1 : 0, opened.errors.join('\n'));
+        assert.equal(opened.dialogs, 0);
+      }));
+  }
+}
+
+test('keys alone reach everything', () =>
+  inFolder(async (folder, open) => {
+    const opened = await open(folder.export(sample('vase.3ds'), 'p.html', { download: 1 }));
+    await assertFine(opened, folder.address);
+    const { page } = opened;
+    const focus = () => page.evaluate(() => document.activeElement.tagName + ':' + (document.activeElement.title || ''));
+    const drawn = () => page.evaluate(() => orbivue.drawn);
+    await page.keyboard.press('Tab');
+    assert.match(await focus(), /^CANVAS/);
+    let before = await drawn();
+    await page.keyboard.press('ArrowLeft');
+    await page.waitForFunction((n) => orbivue.drawn > n, before);
+    await page.keyboard.press('Tab');
+    assert.equal(await focus(), 'BUTTON:Top view');
+    await page.keyboard.press('Enter');
+    await page.waitForFunction(() => document.activeElement.getAttribute('aria-pressed') === 'true');
+    await page.keyboard.press('ArrowRight');
+    assert.equal(await focus(), 'BUTTON:Left view');
+    await page.keyboard.press('End');
+    assert.equal(await focus(), 'A:Download the model');
+    await page.keyboard.press('Tab');
+    assert.ok(!/^(BUTTON|A):/.test(await focus()), 'the toolbar is one stop');
+    await page.waitForTimeout(500);
+    before = await drawn();
+    await page.waitForTimeout(1000);
+    assert.equal(await drawn(), before, 'nothing is drawn when nothing changes');
+  }));
+
+test('a phone sees all of it', () =>
+  inFolder(async (folder, open) => {
+    const phone = { viewport: { width: 360, height: 640 }, deviceScaleFactor: 3, isMobile: true, hasTouch: true };
+    const opened = await open(folder.export(sample('orrery.3ds'), 'p.html', { download: 1 }), phone);
+    await assertFine(opened, folder.address);
+    const sizes = await opened.page.evaluate(() => {
+      const bar = document.querySelector('[role=toolbar]').getBoundingClientRect();
+      const canvas = document.querySelector('canvas').getBoundingClientRect();
+      const small = [...document.querySelectorAll('[role=toolbar] button')].filter((b) => b.offsetWidth < 40 || b.offsetHeight < 40);
+      return [document.documentElement.scrollWidth, Math.round(bar.bottom), Math.round(canvas.bottom - bar.top), small.length];
+    });
+    assert.deepEqual(sizes, [360, 640, 0, 0]);
+  }));
+
+test('a page in German', () =>
+  inFolder(async (folder, open) => {
+    const opened = await open(folder.export(sample('vase.3ds'), 'p.html', { lang: 'de' }));
+    await assertFine(opened, folder.address);
+    assert.equal(await opened.page.locator('html').getAttribute('lang'), 'de');
+    assert.equal(await opened.page.locator('[role=toolbar] button').first().getAttribute('aria-label'), 'Ansicht von oben');
+  }));
+
+// What cannot be shown is said, in a sentence that screen readers tell.
+const kTroubles = [
+  ['no JavaScript', { javaScriptEnabled: false }, undefined, /needs JavaScript/],
+  ['no WebGL 2', { init: () => (HTMLCanvasElement.prototype.getContext = () => null) }, undefined, /no WebGL 2/],
+  ['a damaged scene', {}, (page) => page.replace(/(id="scene">.{40}).{40}/, '$1'), /damaged|cannot be read/],
+  ['a cut page', {}, (page) => page.slice(0, page.indexOf('id="scene">') + 200), /damaged|cannot be read/],
+];
+for (const [name, options, change, expected] of kTroubles) {
+  test(`says what is wrong: ${name}`, () =>
+    inFolder(async (folder, open) => {
+      const address = folder.export(sample('vase.3ds'), 'p.html');
+      if (change) {
+        const { readFileSync } = await import('node:fs');
+        folder.add('p.html', change(readFileSync(folder.file('p.html'), 'utf8')));
+      }
+      const opened = await open(address, options);
+      const alert = opened.page.locator('[role=alert]');
+      await alert.waitFor();
+      assert.match(await alert.textContent(), expected);
+    }));
+}
