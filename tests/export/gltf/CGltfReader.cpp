@@ -191,6 +191,7 @@ CMatrix4d CGltfReader::WorldOf(int node) const {
 
 std::vector<CGltfReader::CTriangle> CGltfReader::TrianglesOf(int node) const {
     std::vector<CTriangle> triangles;
+    Want(node >= 0, "no such node");
     AddMesh(node, triangles);
     for (std::size_t n = 1; n < m_poses.size(); ++n) {
         int at = static_cast<int>(n);

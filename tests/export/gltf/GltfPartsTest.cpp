@@ -5,10 +5,10 @@
 #include <numbers>
 #include <random>
 
+#include "engine/test_scenes.h"
 #include "export/gltf/parts/CGltfTransform.h"
 #include "export/gltf/parts/key_reduction.h"
 #include "export/gltf/parts/picture_bytes.h"
-#include "engine/test_scenes.h"
 #include "picture/decode/image_codec.h"
 #include "picture/image_writer.h"
 #include "row_name.h"
@@ -38,11 +38,13 @@ TEST_P(TransformsOfTest, MultiplyToTheMatrix) {
     for (const CGltfTransform& transform : transforms) {
         EXPECT_TRUE(transform.IsFinite());
         double length = 0;
-        for (const float part : transform.rotation) length += static_cast<double>(part) * static_cast<double>(part);
+        for (const float part : transform.rotation)
+            length += static_cast<double>(part) * static_cast<double>(part);
         EXPECT_NEAR(length, 1, 1e-5);
         product = product * transform.Matrix();
     }
-    for (std::size_t i = 0; i < 16; ++i) EXPECT_NEAR(product.m[i], GetParam().matrix.m[i], largest * 2e-6) << i;
+    for (std::size_t i = 0; i < 16; ++i)
+        EXPECT_NEAR(product.m[i], GetParam().matrix.m[i], largest * 2e-6) << i;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -83,7 +85,8 @@ TEST(KeyReductionTest, StaysNearAllSamplesWithFewKeys) {
     ASSERT_EQ(kept.back(), 299U);
     for (std::size_t k = 1; k < kept.size(); ++k) {
         for (std::uint32_t i = kept[k - 1]; i <= kept[k]; ++i) {
-            const float share = static_cast<float>(i - kept[k - 1]) / static_cast<float>(kept[k] - kept[k - 1]);
+            const float share =
+                static_cast<float>(i - kept[k - 1]) / static_cast<float>(kept[k] - kept[k - 1]);
             EXPECT_NEAR(std::lerp(values[kept[k - 1]], values[kept[k]], share), values[i], 0.0501) << i;
         }
     }
@@ -140,7 +143,8 @@ TEST_P(BarePictureTest, KeepsThePixelsAndNothingElse) {
     if (!GetParam().isTaken) return;
     EXPECT_EQ(TextOf(bare.bytes).find("secret"), std::string::npos);
     EXPECT_EQ(bare.width, 64);
-    const auto before = image_codec::DecodeImage(BytesOf(GetParam().file), {}), after = image_codec::DecodeImage(bare.bytes, {});
+    const auto before = image_codec::DecodeImage(BytesOf(GetParam().file), {}),
+               after = image_codec::DecodeImage(bare.bytes, {});
     ASSERT_TRUE(before && after);
     EXPECT_EQ(before.Value().image.rgba, after.Value().image.rgba);
 }

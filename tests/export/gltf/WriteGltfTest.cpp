@@ -52,7 +52,8 @@ void ExpectHas(const nlohmann::json& has, const nlohmann::json& wanted, const st
         }
     } else if (wanted.is_array()) {
         ASSERT_EQ(has.size(), wanted.size()) << path;
-        for (std::size_t i = 0; i < wanted.size(); ++i) ExpectHas(has[i], wanted[i], path + '/' + std::to_string(i));
+        for (std::size_t i = 0; i < wanted.size(); ++i)
+            ExpectHas(has[i], wanted[i], path + '/' + std::to_string(i));
     } else if (wanted.is_number()) {
         EXPECT_NEAR(has.get<double>(), wanted.get<double>(), 1e-3) << path;
     } else {
@@ -97,8 +98,9 @@ void WithOtherOpacity(CPreparedMaterial& m, CBuilder& b) {
 INSTANTIATE_TEST_SUITE_P(
     Kinds, GltfMaterialTest,
     testing::Values(
-        CMaterialCase{"Plain", [](auto&, auto&) {},
-                      R"({"pbrMetallicRoughness": {"baseColorFactor": [0.2140, 0.0509, 1, 1], "metallicFactor": 0,
+        CMaterialCase{
+            "Plain", [](auto&, auto&) {},
+            R"({"pbrMetallicRoughness": {"baseColorFactor": [0.2140, 0.0509, 1, 1], "metallicFactor": 0,
                           "baseColorTexture": "none"}, "alphaMode": "none", "doubleSided": "none", "emissiveFactor": "none",
                           "extensions": {"KHR_materials_specular": {"specularFactor": 0}},
                           "extras": {"orbivue": {"diffuse": [0.5, 0.25, 1], "opacity": 1, "blend": "none", "maps": "none"}}})"},
@@ -111,37 +113,47 @@ INSTANTIATE_TEST_SUITE_P(
                       R"({"pbrMetallicRoughness": {"roughnessFactor": 0.4925},
                           "extensions": {"KHR_materials_specular": {"specularFactor": 0.8, "specularColorFactor": [1, 0.214, 0.214]}},
                           "extras": {"orbivue": {"exponent": 32, "strength": 0.8}}})"},
-        CMaterialCase{"Glass",
-                      [](auto& m, auto&) {
-                          m.transparency = 0.75F;
-                          m.needsBlending = m.twoSided = true;
-                      },
-                      R"({"pbrMetallicRoughness": {"baseColorFactor": [0.2140, 0.0509, 1, 0.25]}, "alphaMode": "BLEND",
+        CMaterialCase{
+            "Glass",
+            [](auto& m, auto&) {
+                m.transparency = 0.75F;
+                m.needsBlending = m.twoSided = true;
+            },
+            R"({"pbrMetallicRoughness": {"baseColorFactor": [0.2140, 0.0509, 1, 0.25]}, "alphaMode": "BLEND",
                           "doubleSided": true, "extras": {"orbivue": {"opacity": 0.25, "blend": true}}})"},
-        CMaterialCase{"Lamp", [](auto& m, auto&) { m.selfIllumination = 1; }, R"({"emissiveFactor": [0.2140, 0.0509, 1]})"},
-        CMaterialCase{"Textured", Textured,
-                      R"({"pbrMetallicRoughness": {"baseColorFactor": [1, 1, 1, 1], "baseColorTexture": {"index": 0, "extensions": "none"}},
+        CMaterialCase{"Lamp", [](auto& m, auto&) { m.selfIllumination = 1; },
+                      R"({"emissiveFactor": [0.2140, 0.0509, 1]})"},
+        CMaterialCase{
+            "Textured", Textured,
+            R"({"pbrMetallicRoughness": {"baseColorFactor": [1, 1, 1, 1], "baseColorTexture": {"index": 0, "extensions": "none"}},
                           "alphaMode": "none", "extras": {"orbivue": {"maps": {"texture": {"texture": 0, "uv": "none"}}}}})"},
-        CMaterialCase{"TexturedWithoutCoordinates", Textured,
-                      R"({"pbrMetallicRoughness": {"baseColorFactor": [0.2140, 0.0509, 1, 1], "baseColorTexture": "none"},
-                          "extras": {"orbivue": {"maps": "none"}}})", false},
-        CMaterialCase{"PlacedTexture",
-                      [](auto& m, auto& b) {
-                          Textured(m, b);
-                          m.texture.scale = {2, 2};
-                          m.texture.rotationDeg = 90;
-                      },
-                      R"({"pbrMetallicRoughness": {"baseColorTexture": {"extensions": {"KHR_texture_transform":
+        CMaterialCase{
+            "TexturedWithoutCoordinates", Textured,
+            R"({"pbrMetallicRoughness": {"baseColorFactor": [0.2140, 0.0509, 1, 1], "baseColorTexture": "none"},
+                          "extras": {"orbivue": {"maps": "none"}}})",
+            false},
+        CMaterialCase{
+            "PlacedTexture",
+            [](auto& m, auto& b) {
+                Textured(m, b);
+                m.texture.scale = {2, 2};
+                m.texture.rotationDeg = 90;
+            },
+            R"({"pbrMetallicRoughness": {"baseColorTexture": {"extensions": {"KHR_texture_transform":
                             {"rotation": -1.5708, "scale": [2, 2], "offset": [1.5, -0.5]}}}},
                           "extras": {"orbivue": {"maps": {"texture": {"uv": [0, 2, -2, 0, 1.5, -0.5]}}}}})"},
-        CMaterialCase{"Leaf", WithLeaf, R"({"alphaMode": "MASK", "extras": {"orbivue": {"maps": {"texture": {"alphaIsOpacity": true}}}}})"},
+        CMaterialCase{
+            "Leaf", WithLeaf,
+            R"({"alphaMode": "MASK", "extras": {"orbivue": {"maps": {"texture": {"alphaIsOpacity": true}}}}})"},
         CMaterialCase{"Haze", WithHaze, R"({"alphaMode": "BLEND"})"},
-        CMaterialCase{"OpacityJoinsTheTexture", WithOpacity,
-                      R"({"pbrMetallicRoughness": {"baseColorFactor": [1, 1, 1, 1], "baseColorTexture": {"index": 0}},
+        CMaterialCase{
+            "OpacityJoinsTheTexture", WithOpacity,
+            R"({"pbrMetallicRoughness": {"baseColorFactor": [1, 1, 1, 1], "baseColorTexture": {"index": 0}},
                           "extras": {"orbivue": {"opacity": 0, "maps": {"texture": {"texture": 0, "ignoreAlpha": true},
                                                   "opacity": {"texture": 0, "alphaSource": true}}}}})"},
-        CMaterialCase{"OpacityPlacedOtherwise", WithOtherOpacity,
-                      R"({"pbrMetallicRoughness": {"baseColorFactor": [1, 1, 1, 1], "baseColorTexture": {"index": 0}},
+        CMaterialCase{
+            "OpacityPlacedOtherwise", WithOtherOpacity,
+            R"({"pbrMetallicRoughness": {"baseColorFactor": [1, 1, 1, 1], "baseColorTexture": {"index": 0}},
                           "extras": {"orbivue": {"maps": {"texture": {"texture": 0}, "opacity": {"texture": 1}}}}})"}),
     kRowName);
 
@@ -220,7 +232,8 @@ TEST(WriteGltfTest, LargePicturesAreHalved) {
     CPreparedMaterial material = Plain({1, 1, 1});
     material.texture = builder.AddTexture(QuarterImage(100));
     builder.Add(MakePlane(), material);
-    const auto image = image_codec::DecodeImage(Written(builder.Scene(), {.maxTextureSide = 40}).Picture(0), {});
+    const auto image =
+        image_codec::DecodeImage(Written(builder.Scene(), {.maxTextureSide = 40}).Picture(0), {});
     EXPECT_EQ(image.Value().image.width, 25);
 }
 
@@ -252,7 +265,8 @@ TEST(WriteGltfTest, CancelledLeavesNothing) {
     builder.Add(MakeCube(), Plain({1, 1, 1}));
     CJobProgress progress;
     progress.Cancel();
-    const CStatus status = WriteGlbFile({builder.Scene(), CTextureLocator()}, folder / "a.glb", {}, &progress);
+    const CStatus status =
+        WriteGlbFile({builder.Scene(), CTextureLocator()}, folder / "a.glb", {}, &progress);
     ASSERT_FALSE(status);
     EXPECT_EQ(status.Error().code, EErrorCode::Cancelled);
     EXPECT_EQ(folder.Count(), 0U);
