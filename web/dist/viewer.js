@@ -4,14 +4,9 @@
 (() => {
   // src/texts.ts
   var Trouble = class extends Error {
-    constructor(key, detail = "") {
-      super(key + detail);
-      this.key = key;
-      this.detail = detail;
-    }
   };
-  function demand(condition, what) {
-    if (!condition) throw new Trouble("broken", what);
+  function demand(condition) {
+    if (!condition) throw Error("demand");
   }
 
   // src/scene_data.ts
@@ -24,7 +19,7 @@
     const limit = new TransformStream({
       transform(part, out) {
         size += part.length;
-        demand(size <= most, "size");
+        demand(size <= most);
         out.enqueue(part);
       }
     });
@@ -212,22 +207,21 @@
   var kMagic = 1179937895;
   var kComponents = { SCALAR: 1, VEC2: 2, VEC3: 3, VEC4: 4 };
   var kArrays = [Int8Array, Uint8Array, Int16Array, Uint16Array, , Uint32Array, Float32Array];
-  var kMost = [127, 255, 32767, 65535];
   function readGltf(bytes) {
     const view2 = new DataView(bytes.buffer, bytes.byteOffset, bytes.length);
     const word = (at) => view2.getUint32(at, true);
     const chunk = (at) => {
-      demand(word(at) <= bytes.length - at - 8, "chunk");
+      demand(word(at) <= bytes.length - at - 8);
       return bytes.subarray(at + 8, at + 8 + word(at));
     };
-    demand(bytes.length > 20 && word(0) === kMagic && word(4) === 2, "glTF");
+    demand(bytes.length > 20 && word(0) === kMagic && word(4) === 2);
     const text = chunk(12);
     const next = 20 + text.length;
     const json = JSON.parse(new TextDecoder().decode(text));
     return { json, bin: next + 8 <= bytes.length ? chunk(next) : new Uint8Array(), views: [] };
   }
   function slice({ bin }, { byteOffset = 0, byteLength }) {
-    demand(byteOffset >= 0 && byteLength >= 0 && byteOffset + byteLength <= bin.length, "bufferView");
+    demand(byteOffset >= 0 && byteLength >= 0 && byteOffset + byteLength <= bin.length);
     return bin.subarray(byteOffset, byteOffset + byteLength);
   }
   function unpack(gltf, { count, byteStride, mode, filter, ...at }) {
@@ -254,16 +248,15 @@
     const components = kComponents[a.type];
     const stride = json.extensions?.EXT_meshopt_compression?.byteStride || json.byteStride || unit * components;
     const end = offset + (count - 1) * stride + unit * components;
-    demand(count > 0 && offset >= 0 && offset % unit + stride % unit === 0 && end <= viewBytes(gltf, view2).length, "accessor");
-    const factor = normalized2 ? 1 / kMost[type - 5120] : 1;
-    return { view: view2, offset, stride, count, components, type, normalized: normalized2, factor, min: min.map((x) => x * factor), max: max.map((x) => x * factor) };
+    demand(count > 0 && offset >= 0 && offset % unit + stride % unit === 0 && end <= viewBytes(gltf, view2).length);
+    return { view: view2, offset, stride, count, components, type, normalized: normalized2, min, max };
   }
   function numbersOf(gltf, a) {
     const from = typed(gltf, a);
     const step = a.stride / from.BYTES_PER_ELEMENT;
     const result = new Float32Array(a.count * a.components);
     for (let i = 0, to = 0; i < a.count; i++) {
-      for (let c = 0; c < a.components; c++) result[to++] = from[i * step + c] * a.factor;
+      for (let c = 0; c < a.components; c++) result[to++] = from[i * step + c];
     }
     return result;
   }
@@ -276,7 +269,7 @@
   function indicesOf(gltf, index, vertices) {
     const a = accessorOf(gltf, index);
     const result = typed(gltf, a).subarray(0, a.count);
-    demand(a.components === 1 && a.count % 3 === 0 && result.every((i) => i < vertices), "indices");
+    demand(a.components === 1 && a.count % 3 === 0 && result.every((i) => i < vertices));
     return result;
   }
 
@@ -288,7 +281,7 @@
       ({ channels, samplers }) => channels.map(({ sampler, target }) => {
         const { input, output, interpolation } = samplers[sampler];
         const [times, values] = [input, output].map((a) => numbersOf(gltf, accessorOf(gltf, a)));
-        demand(nodes[target.node] && values.length % times.length === 0, "animation");
+        demand(nodes[target.node] && values.length % times.length === 0);
         return { node: nodes[target.node], path: target.path, times, values, step: interpolation === "STEP" };
       })
     );
@@ -468,18 +461,9 @@
   }
   var direction = (m, [x, y, z]) => [0, 1, 2].map((i) => m[i] * x + m[i + 4] * y + m[i + 8] * z);
   var point = (m, [x, y, z]) => [0, 1, 2].map((i) => m[i] * x + m[i + 4] * y + m[i + 8] * z + m[i + 12]);
-  function cofactors(m) {
-    const [a, b, c] = [0, 4, 8].map((at) => [m[at], m[at + 1], m[at + 2]]);
-    return [...cross(b, c), ...cross(c, a), ...cross(a, b)];
-  }
   function determinant(m) {
-    const c = cofactors(m);
-    return m[0] * c[0] + m[1] * c[1] + m[2] * c[2];
-  }
-  function normalMatrix(m) {
-    const c = cofactors(m);
-    const largest = Math.max(...c.map(Math.abs)) || 1;
-    return c.map((x) => x / largest * (determinant(m) < 0 ? -1 : 1));
+    const [a, b, c] = [0, 4, 8].map((at) => [m[at], m[at + 1], m[at + 2]]);
+    return dot(cross(a, b), c);
   }
 
   // src/rotation.ts
@@ -707,20 +691,160 @@
     };
   }
 
-  // shaders/backdrop.frag
-  var backdrop_default = "// The picture behind the scene, which covers the view.\nprecision highp float;\nuniform highp sampler2D uPicture;\nuniform vec2 uPart;\nin vec2 vAt;\nout vec4 oColor;\nvoid main() {\n  vec2 at = vec2(vAt.x, 1. - vAt.y) - .5;\n  oColor = texture(uPicture, at * uPart + .5);\n  oColor.rgb *= oColor.a;\n}\n";
-
-  // shaders/cover.vert
-  var cover_default = "// A triangle that covers the whole target.\nout vec2 vAt;\nvoid main() {\n  vAt = vec2(gl_VertexID & 1, gl_VertexID >> 1) * 2.;\n  gl_Position = vec4(vAt * 2. - 1., 1, 1);\n}\n";
-
   // shaders/depth.frag
   var depth_default = "// How far before the eye, along the line of sight, as the four bytes of a float.\nprecision highp float;\nout vec4 oColor;\nvoid main() {\n  uint bits = floatBitsToUint(1. / gl_FragCoord.w);\n  oColor = vec4(uvec4(bits, bits >> 8, bits >> 16, bits >> 24) & 255u) / 255.;\n}\n";
 
   // shaders/surface.frag
-  var surface_default = "precision highp float;\nin vec3 vPoint, vNormal;\nin vec2 vUv;\nout vec4 oColor;\nuniform vec4 uDiffuse, uSpecular;\nuniform vec3 uAmbient, uAmbientLight;\nuniform float uSelf;\n#ifdef LIGHTS\nuniform vec4 uLightPosition[LIGHTS], uLightDirection[LIGHTS];\nuniform vec3 uLightColor[LIGHTS];\nuniform vec2 uLightRange[LIGHTS];\n#endif\n#ifdef MAPS\nuniform sampler2D uMap[8];\nuniform vec3 uMapS[8], uMapT[8];\nuniform vec4 uMapValue[8], uMapWeight[8];\nvec2 Coordinates(int i, vec2 uv) {\n  return vec2(dot(uMapS[i], vec3(uv, 1)), dot(uMapT[i], vec3(uv, 1)));\n}\n// The map's amount; 0 outside one that is not tiled.\nfloat Amount(int i, vec2 at) {\n  vec2 away = abs(at - .5);\n  return uMapValue[i].w > .5 && max(away.x, away.y) > .5 ? 0. : uMapValue[i].x;\n}\nfloat Value(int i, vec4 color) {\n  return dot(uMapWeight[i], color) * uMapValue[i].y + uMapValue[i].z;\n}\nvec3 Colour(int i, vec4 color) {\n  return color.rgb * uMapValue[i].y + uMapValue[i].z;\n}\n#endif\nvoid main() {\n  vec3 V = normalize(-vPoint);\n#ifdef FLAT\n  vec3 N = normalize(cross(dFdx(vPoint), dFdy(vPoint)));\n#else\n  // A zero normal stays zero instead of becoming undefined.\n  vec3 N = vNormal * inversesqrt(max(dot(vNormal, vNormal), 1e-30));\n#ifdef TWO_SIDED\n  // By the normal, not by the winding: neighbours of such surfaces are often wound against each other.\n  if (dot(N, V) < 0.) N = -N;\n#endif\n#endif\n  float opacity = uDiffuse.w, self = uSelf;\n  vec3 diffuse = uDiffuse.rgb, specular = uSpecular.rgb, ambient = uAmbient;\n  vec2 at;\n  vec4 texel;\n  float amount;\n#ifdef BUMP\n  {\n    at = Coordinates(6, vUv);\n    vec2 stepX = dFdx(at), stepY = dFdy(at);\n    float here = Value(6, texture(uMap[6], at));\n    float right = Value(6, texture(uMap[6], at + stepX)) - here;\n    float up = Value(6, texture(uMap[6], at + stepY)) - here;\n    vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint);\n    vec3 fromX = cross(alongY, N), fromY = cross(N, alongX);\n    float area = dot(alongX, fromX);\n    // Heights are measured in tiles of the map, so a bump looks the same whatever the model's units are.\n    float tile = sqrt(abs(area) / max(abs(stepX.x * stepY.y - stepX.y * stepY.x), 1e-20));\n    vec3 slope = (area < 0. ? -1. : 1.) * (right * fromX + up * fromY);\n    vec3 bent = abs(area) * N - .03 * Amount(6, at) * tile * slope;\n    N = bent * inversesqrt(max(dot(bent, bent), 1e-30));\n  }\n#endif\n#ifdef TEXTURE\n  at = Coordinates(0, vUv);\n  texel = texture(uMap[0], at);\n  // Colours are premultiplied where alpha counts, so that transparent pixels do not bleed into the edges.\n  texel.rgb /= max(mix(1., texel.a, uMapWeight[0].z + uMapWeight[0].w), .004);\n  amount = Amount(0, at) * mix(1., texel.a, uMapWeight[0].z);\n  diffuse = mix(diffuse, Colour(0, texel), amount);\n  ambient = mix(ambient, Colour(0, texel), amount);\n  opacity *= mix(1., texel.a, amount * uMapWeight[0].w);\n#endif\n#ifdef TEXTURE2\n  at = Coordinates(1, vUv);\n  texel = texture(uMap[1], at);\n  texel.rgb /= max(mix(1., texel.a, uMapWeight[1].z), .004);\n  amount = Amount(1, at) * mix(1., texel.a, uMapWeight[1].z);\n  diffuse = mix(diffuse, Colour(1, texel), amount);\n  ambient = mix(ambient, Colour(1, texel), amount);\n#endif\n#ifdef OPACITY\n  at = Coordinates(2, vUv);\n  opacity = mix(opacity, Value(2, texture(uMap[2], at)), Amount(2, at));\n#endif\n#ifdef SPECULAR_MAP\n  at = Coordinates(3, vUv);\n  specular = mix(specular, Colour(3, texture(uMap[3], at)) * uMapWeight[3].x, Amount(3, at));\n#endif\n#ifdef SHININESS\n  at = Coordinates(4, vUv);\n  specular *= mix(1., Value(4, texture(uMap[4], at)), Amount(4, at));\n#endif\n#ifdef TINTED\n  specular *= diffuse;\n#endif\n#ifdef SELF\n  at = Coordinates(5, vUv);\n  self = mix(self, Value(5, texture(uMap[5], at)), Amount(5, at));\n#endif\n#ifdef SOLID\n  if (opacity * 255. < 249.5) discard;\n  opacity = 1.;\n#endif\n#ifdef TRANSLUCENT\n  if (opacity * 255. >= 249.5) discard;\n#endif\n  vec3 color = self * diffuse + uAmbientLight * ambient;\n#ifdef LIGHTS\n  for (int i = 0; i < LIGHTS; ++i) {\n    vec3 L = uLightPosition[i].xyz - vPoint;\n    float distance = length(L);\n    L /= max(distance, 1e-20);\n    vec3 light = uLightColor[i];\n    light *= smoothstep(uLightPosition[i].w, uLightDirection[i].w, -dot(L, uLightDirection[i].xyz));\n    light *= clamp((uLightRange[i].y - distance) / (uLightRange[i].y - uLightRange[i].x), 0., 1.);\n    float facing = max(dot(N, L), 0.);\n    vec3 reflected = diffuse * facing;\n#ifdef SPECULAR\n    vec3 H = L + V;\n    float highlight = max(dot(N, H * inversesqrt(max(dot(H, H), 1e-20))), 1e-4);\n    if (facing > 0.) reflected += specular * pow(highlight, uSpecular.w);\n#endif\n    color += light * reflected;\n  }\n#else\n  float facing = max(dot(N, V), 0.);\n  color += diffuse * facing;\n#ifdef SPECULAR\n  color += specular * pow(max(facing, 1e-4), uSpecular.w);\n#endif\n#endif\n#ifdef REFLECTION\n  {\n    vec3 R = reflect(-V, N);\n    // The picture's rows count downwards.\n    at = vec2(atan(R.y, R.x) * .15915494 + .5, .5 - asin(clamp(R.z, -1., 1.)) * .31830989);\n    at = Coordinates(7, at);\n    color += Colour(7, texture(uMap[7], at)) * Amount(7, at);\n  }\n#endif\n  // Multiplied here, as a colour is clipped at white before the blending: highlights on glass would lose theirs.\n  oColor = vec4(color * opacity, opacity);\n}\n";
+  var surface_default = `precision highp float;
+in vec3 vPoint, vNormal;
+in vec2 vUv;
+out vec4 oColor;
+// Diffuse and opacity; specular and exponent; ambient and self-illumination; the scene's ambient light.
+uniform mat4 uLook;
+#ifdef LIGHTS
+// Position and outer cosine; direction and inner cosine; colour and inner range; outer range.
+uniform mat4 uLights[LIGHTS];
+#endif
+#ifdef MAPS
+uniform sampler2D uMap[8];
+// Rows of the coordinates' transform, each with amount and "not tiled"; weights of the channels; sign and bias.
+uniform mat4 uMaps[8];
+vec2 Coordinates(int i, vec2 uv) {
+  return (vec4(uv, 1, 0) * uMaps[i]).xy;
+}
+// The map's amount; 0 outside one that is not tiled.
+float Amount(int i, vec2 at) {
+  vec2 away = abs(at - .5);
+  return uMaps[i][1].w > .5 && max(away.x, away.y) > .5 ? 0. : uMaps[i][0].w;
+}
+float Value(int i, vec4 color) {
+  return dot(uMaps[i][2], color) * uMaps[i][3].x + uMaps[i][3].y;
+}
+vec3 Colour(int i, vec4 color) {
+  return color.rgb * uMaps[i][3].x + uMaps[i][3].y;
+}
+#endif
+void main() {
+  vec3 V = normalize(-vPoint);
+#ifdef FLAT
+  vec3 N = normalize(cross(dFdx(vPoint), dFdy(vPoint)));
+#else
+  // A zero normal stays zero instead of becoming undefined.
+  vec3 N = vNormal * inversesqrt(max(dot(vNormal, vNormal), 1e-30));
+#ifdef TWO_SIDED
+  // By the normal, not by the winding: neighbours of such surfaces are often wound against each other.
+  if (dot(N, V) < 0.) N = -N;
+#endif
+#endif
+  float opacity = uLook[0].w, self = uLook[2].w;
+  vec3 diffuse = uLook[0].rgb, specular = uLook[1].rgb, ambient = uLook[2].rgb;
+  vec2 at;
+  vec4 texel;
+  float amount;
+#ifdef BUMP
+  {
+    at = Coordinates(6, vUv);
+    vec2 stepX = dFdx(at), stepY = dFdy(at);
+    float here = Value(6, texture(uMap[6], at));
+    float right = Value(6, texture(uMap[6], at + stepX)) - here;
+    float up = Value(6, texture(uMap[6], at + stepY)) - here;
+    vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint);
+    vec3 fromX = cross(alongY, N), fromY = cross(N, alongX);
+    float area = dot(alongX, fromX);
+    // Heights are measured in tiles of the map, so a bump looks the same whatever the model's units are.
+    float tile = sqrt(abs(area) / max(abs(stepX.x * stepY.y - stepX.y * stepY.x), 1e-20));
+    vec3 slope = (area < 0. ? -1. : 1.) * (right * fromX + up * fromY);
+    vec3 bent = abs(area) * N - .03 * Amount(6, at) * tile * slope;
+    N = bent * inversesqrt(max(dot(bent, bent), 1e-30));
+  }
+#endif
+#ifdef TEXTURE
+  at = Coordinates(0, vUv);
+  texel = texture(uMap[0], at);
+  // Colours are premultiplied where alpha counts, so that transparent pixels do not bleed into the edges.
+  texel.rgb /= max(mix(1., texel.a, uMaps[0][2].z + uMaps[0][2].w), .004);
+  amount = Amount(0, at) * mix(1., texel.a, uMaps[0][2].z);
+  diffuse = mix(diffuse, Colour(0, texel), amount);
+  ambient = mix(ambient, Colour(0, texel), amount);
+  opacity *= mix(1., texel.a, amount * uMaps[0][2].w);
+#endif
+#ifdef TEXTURE2
+  at = Coordinates(1, vUv);
+  texel = texture(uMap[1], at);
+  texel.rgb /= max(mix(1., texel.a, uMaps[1][2].z), .004);
+  amount = Amount(1, at) * mix(1., texel.a, uMaps[1][2].z);
+  diffuse = mix(diffuse, Colour(1, texel), amount);
+  ambient = mix(ambient, Colour(1, texel), amount);
+#endif
+#ifdef OPACITY
+  at = Coordinates(2, vUv);
+  opacity = mix(opacity, Value(2, texture(uMap[2], at)), Amount(2, at));
+#endif
+#ifdef SPECULAR_MAP
+  at = Coordinates(3, vUv);
+  specular = mix(specular, Colour(3, texture(uMap[3], at)) * uMaps[3][2].x, Amount(3, at));
+#endif
+#ifdef SHININESS
+  at = Coordinates(4, vUv);
+  specular *= mix(1., Value(4, texture(uMap[4], at)), Amount(4, at));
+#endif
+#ifdef TINTED
+  specular *= diffuse;
+#endif
+  // Nearly clear is clear, as pictures of lossy formats mean it.
+  if (opacity < 5.5 / 255.) opacity = 0.;
+#ifdef SELF
+  at = Coordinates(5, vUv);
+  self = mix(self, Value(5, texture(uMap[5], at)), Amount(5, at));
+#endif
+#ifdef SOLID
+  if (opacity * 255. < 249.5) discard;
+  opacity = 1.;
+#endif
+#ifdef TRANSLUCENT
+  if (opacity * 255. >= 249.5) discard;
+#endif
+  vec3 color = self * diffuse + uLook[3].rgb * ambient;
+#ifdef LIGHTS
+  for (int i = 0; i < LIGHTS; ++i) {
+    mat4 lamp = uLights[i];
+    vec3 L = lamp[0].xyz - vPoint;
+    float distance = length(L);
+    L /= max(distance, 1e-20);
+    vec3 light = lamp[2].rgb * smoothstep(lamp[0].w, lamp[1].w, -dot(L, lamp[1].xyz));
+    light *= clamp((lamp[3].x - distance) / (lamp[3].x - lamp[2].w), 0., 1.);
+    float facing = max(dot(N, L), 0.);
+    vec3 reflected = diffuse * facing;
+#ifdef SPECULAR
+    vec3 H = L + V;
+    float highlight = max(dot(N, H * inversesqrt(max(dot(H, H), 1e-20))), 1e-4);
+    if (facing > 0.) reflected += specular * pow(highlight, uLook[1].w);
+#endif
+    color += light * reflected;
+  }
+#else
+  float facing = max(dot(N, V), 0.);
+  color += diffuse * facing;
+#ifdef SPECULAR
+  color += specular * pow(max(facing, 1e-4), uLook[1].w);
+#endif
+#endif
+#ifdef REFLECTION
+  {
+    vec3 R = reflect(-V, N);
+    // The picture's rows count downwards.
+    at = vec2(atan(R.y, R.x) * .15915494 + .5, .5 - asin(clamp(R.z, -1., 1.)) * .31830989);
+    at = Coordinates(7, at);
+    color += Colour(7, texture(uMap[7], at)) * Amount(7, at);
+  }
+#endif
+  // Multiplied here, as a colour is clipped at white before the blending: highlights on glass would lose theirs.
+  oColor = vec4(color * opacity, opacity);
+}
+`;
 
   // shaders/surface.vert
-  var surface_default2 = "// Coordinates are the file's axes after the turning of the model, with the eye as origin.\nuniform mat4 uModelView, uProjection;\nuniform mat3 uNormal;\nuniform vec2 uMorph, uStep;\nlayout(location = 0) in vec3 aPosition;\nlayout(location = 1) in vec3 aNormal;\nlayout(location = 2) in vec2 aUv;\nlayout(location = 3) in vec3 aFace;\nlayout(location = 4) in vec3 aPosition1;\nlayout(location = 5) in vec3 aNormal1;\nlayout(location = 6) in vec3 aPosition2;\nlayout(location = 7) in vec3 aNormal2;\nout vec3 vPoint, vNormal;\nout vec2 vUv;\nvoid main() {\n  vec3 at = aPosition;\n  vec3 normal = aNormal;\n#ifdef MORPH\n  at += uMorph.x * aPosition1 + uMorph.y * aPosition2;\n  normal += uMorph.x * aNormal1 + uMorph.y * aNormal2;\n#endif\n  vec4 point = uModelView * vec4(at, 1);\n  vPoint = point.xyz;\n  vNormal = uNormal * normal;\n  vUv = aUv;\n  gl_Position = uProjection * point;\n#ifdef LINES\n  // Copies beside each other make a line wider.\n  gl_Position.xy += uStep * gl_Position.w;\n#ifndef TWO_SIDED\n  // Lines have no back side of their own: those of triangles that face away go out of the picture.\n  if (dot(uNormal * aFace, vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);\n#endif\n#endif\n}\n";
+  var surface_default2 = "// Coordinates are the file's axes after the turning of the model, with the eye as origin.\nuniform mat4 uModelView, uProjection;\n// -1 where the model-view matrix mirrors: that may not turn normals over.\nuniform float uMirror;\nuniform vec2 uMorph, uStep;\nlayout(location = 0) in vec3 aPosition;\nlayout(location = 1) in vec3 aNormal;\nlayout(location = 2) in vec2 aUv;\nlayout(location = 3) in vec3 aFace;\nlayout(location = 4) in vec3 aPosition1;\nlayout(location = 5) in vec3 aNormal1;\nlayout(location = 6) in vec3 aPosition2;\nlayout(location = 7) in vec3 aNormal2;\nout vec3 vPoint, vNormal;\nout vec2 vUv;\n// Of directions: the inverse transposed times the determinant is made of the cross products of columns.\nvec3 Turned(vec3 v) {\n  mat3 m = mat3(uModelView);\n  v = mat3(cross(m[1], m[2]), cross(m[2], m[0]), cross(m[0], m[1])) * v * uMirror;\n  return v * inversesqrt(max(dot(v, v), 1e-37));\n}\nvoid main() {\n  vec3 at = aPosition;\n  vec3 normal = aNormal;\n#ifdef MORPH\n  at += uMorph.x * aPosition1 + uMorph.y * aPosition2;\n  normal += uMorph.x * aNormal1 + uMorph.y * aNormal2;\n#endif\n  vec4 point = uModelView * vec4(at, 1);\n  vPoint = point.xyz;\n  vNormal = Turned(normal);\n  vUv = aUv;\n  gl_Position = uProjection * point;\n#ifdef LINES\n  // Copies beside each other make a line wider.\n  gl_Position.xy += uStep * gl_Position.w;\n#ifndef TWO_SIDED\n  // Lines have no back side of their own: those of triangles that face away go out of the picture.\n  if (dot(Turned(aFace), vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);\n#endif\n#endif\n}\n";
 
   // src/geometry.ts
   var kFace = 3;
@@ -773,7 +897,7 @@
         const attributes = [position, optional(NORMAL), optional(TEXCOORD_0)];
         const indices = indicesOf(gltf, index, position.count);
         const targets = lines ? [] : shapes.map((t) => [optional(t.POSITION), optional(t.NORMAL)]);
-        for (const a of [...attributes, ...targets.flat()]) demand(!a || a.count >= position.count, "attributes");
+        for (const a of [...attributes, ...targets.flat()]) demand(!a || a.count >= position.count);
         const vao = gl.createVertexArray();
         gl.bindVertexArray(vao);
         if (!lines) attributes.forEach((a, location2) => a && pointAt(location2, a));
@@ -810,7 +934,7 @@
     const ordered = json.scenes[json.scene ?? 0].nodes.map((root) => Object.assign(all[root], { matrix: kIdentity }));
     for (const node of ordered) {
       for (const child of node.children ?? []) ordered.push(Object.assign(all[child], { parent: node }));
-      demand(ordered.length <= all.length, "nodes");
+      demand(ordered.length <= all.length);
     }
     return ordered;
   }
@@ -826,23 +950,22 @@
   // src/lights.ts
   var kMostLights = 8;
   var kEverywhere = 1e30;
+  var kNowhere = [0, 0, 0];
   var strength = ({ color, multiplier = 1 }) => color.reduce((sum, c) => sum + Math.abs(c * multiplier), 0);
   var cosOfHalf = (coneDeg = 0) => Math.cos(coneDeg / 2 * kDegree);
   var strongest = (lights, headlight) => [...lights].sort((a, b) => lights.length > kMostLights - +!!headlight ? strength(b) - strength(a) : 0).slice(0, kMostLights - +!!headlight);
   function lightUniforms(lights, nodes, headlight, toEye) {
-    const result = [[], [], [], []];
     const enlarged = Math.cbrt(Math.abs(determinant(toEye)));
-    const add2 = (...parts) => parts.forEach((part, i) => result[i].push(...part));
-    for (const { node, target = -1, spot, color, multiplier = 1, attenuate, inner = 0, outer = 0, hotspotDeg, falloffDeg } of lights) {
+    const result = lights.flatMap(({ node, target = -1, spot, color, multiplier = 1, attenuate, inner = 0, outer = 0, hotspotDeg, falloffDeg }) => {
       const at = point(toEye, originOf(nodes[node]));
-      const way = spot ? normalized(sub(point(toEye, originOf(nodes[target])), at)) : [0, 0, 0];
+      const way = spot ? normalized(sub(point(toEye, originOf(nodes[target])), at)) : kNowhere;
       const cosOuter = spot ? cosOfHalf(falloffDeg) : -3;
+      const cosInner = spot ? Math.max(cosOfHalf(hotspotDeg), cosOuter + 1e-4) : -2;
       const from = attenuate ? inner * enlarged : kEverywhere;
       const to = attenuate ? Math.max(outer * enlarged, from + 1e-6 * (1 + from)) : 2 * kEverywhere;
-      const cosInner = spot ? Math.max(cosOfHalf(hotspotDeg), cosOuter + 1e-4) : -2;
-      add2([...at, cosOuter], [...way, cosInner], scaled(color, multiplier), [from, to]);
-    }
-    if (lights.length && headlight) add2([0, 0, 0, -3], [0, 0, 0, -2], [1, 1, 1], [kEverywhere, 2 * kEverywhere]);
+      return [...at, cosOuter, ...way, cosInner, ...scaled(color, multiplier), from, to, 0, 0, 0];
+    });
+    if (headlight) result.push(...kNowhere, -3, ...kNowhere, -2, 1, 1, 1, kEverywhere, 2 * kEverywhere, 0, 0, 0);
     return result;
   }
 
@@ -863,12 +986,10 @@
     if (kind === kSpecular) weight = [strength2, 0, 0, 0];
     return {
       texture: m.texture,
-      alpha: shows || clears ? 1 /* Multiplied */ : kind === kOpacity ? 2 /* Opacity */ : 0 /* Separate */,
+      alpha: shows || clears ? 1 /* Multiplied */ : 0 /* Separate */,
       wrap: !tile ? 33071 /* ClampToEdge */ : m.mirror ? 33648 /* MirroredRepeat */ : 10497 /* Repeat */,
-      s: [uv[0], uv[2], uv[4]],
-      t: [uv[1], uv[3], uv[5]],
-      value: [amount, m.negative ? -1 : 1, +!!m.negative, +!tile],
-      weight
+      amount,
+      uniform: [uv[0], uv[2], uv[4], amount, uv[1], uv[3], uv[5], +!tile, ...weight, m.negative ? -1 : 1, +!!m.negative, 0, 0]
     };
   }
   function lookOf(m, twoSided, lines) {
@@ -892,7 +1013,7 @@
       lineWidth: Math.min(m.wireSizePx || 1, 64),
       additive,
       blended: !!m.blend || additive,
-      maybeSolid: !additive && (opacity >= 1 || maps[kOpacity]?.value[0] === 1),
+      maybeSolid: !additive && (opacity >= 1 || maps[kOpacity]?.amount === 1),
       maps
     };
   }
@@ -914,28 +1035,14 @@
       if (depth < low) low = depth;
       if (depth > high) high = depth;
     }
-    const scale = high > low ? 65535 / (high - low) : 0;
-    const keys = new Uint16Array(count);
-    for (let t = 0; t < count; t++) keys[t] = (high - depths[t]) * scale;
-    let order = new Uint32Array(count);
-    for (let t = 0; t < count; t++) order[t] = t;
-    for (const shift of [0, 8]) order = sortedByByte(order, keys, shift);
+    const steps = Math.min(count * 8, 65535);
+    const start = new Uint32Array(steps + 2);
+    const keyOf2 = (t) => (high > low ? (high - depths[t]) * steps / (high - low) : 0) | 0;
+    for (let t = 0; t < count; t++) start[keyOf2(t) + 1]++;
+    for (let i = 0; i < steps; i++) start[i + 1] += start[i];
     const ordered = indices.slice();
-    for (let t = 0; t < count; t++) {
-      const from = order[t] * 3;
-      ordered[t * 3] = indices[from];
-      ordered[t * 3 + 1] = indices[from + 1];
-      ordered[t * 3 + 2] = indices[from + 2];
-    }
+    for (let t = 0; t < count; t++) ordered.set(indices.subarray(t * 3, t * 3 + 3), start[keyOf2(t)]++ * 3);
     return { ordered, middle: (low + high) / 2 };
-  }
-  function sortedByByte(order, keys, shift) {
-    const start = new Uint32Array(257);
-    for (const key of keys) start[(key >> shift & 255) + 1]++;
-    for (let i = 1; i < 257; i++) start[i] += start[i - 1];
-    const to = new Uint32Array(order.length);
-    for (const t of order) to[start[keys[t] >> shift & 255]++] = t;
-    return to;
   }
 
   // src/parts.ts
@@ -1008,59 +1115,28 @@
         gl.useProgram(program);
         if (checked) return;
         checked = true;
-        demand(gl.getProgramParameter(program, 35714 /* LinkStatus */) || gl.isContextLost(), "shader");
+        demand(gl.getProgramParameter(program, 35714 /* LinkStatus */) || gl.isContextLost());
         gl.uniform1iv(gl.getUniformLocation(program, "uMap"), [0, 1, 2, 3, 4, 5, 6, 7]);
       },
       set(name, components, values) {
         const at = uniforms[name] ??= gl.getUniformLocation(program, name);
         if (components === 16) gl.uniformMatrix4fv(at, false, values);
-        else if (components === 9) gl.uniformMatrix3fv(at, false, values);
         else gl[`uniform${components}fv`](at, values);
       }
     };
   }
 
-  // shaders/texel.frag
-  var texel_default = "// Turns a picture into one with alpha as it counts: nearly solid is solid, nearly clear is clear. OPACITY: its brightness is\n// the opacity; else its colours are multiplied by alpha.\nprecision highp float;\nuniform highp sampler2D uPicture;\nout vec4 oColor;\nfloat Counted(float alpha) {\n  return alpha > 249.5 / 255. ? 1. : alpha < 5.5 / 255. ? 0. : alpha;\n}\nvoid main() {\n  vec4 texel = texelFetch(uPicture, ivec2(gl_FragCoord.xy), 0);\n  float alpha = Counted(texel.a);\n#ifdef OPACITY\n  oColor = vec4(vec3(Counted(dot(texel.rgb, vec3(.299, .587, .114)))), alpha);\n#else\n  oColor = vec4(texel.rgb * alpha, alpha);\n#endif\n}\n";
-
   // src/textures.ts
   var kAnisotropy = 8;
-  async function textureOf(gl, bytes, type, use = 0 /* Separate */) {
-    const bitmap = await createImageBitmap(new Blob([bytes], { type }), { premultiplyAlpha: "none", colorSpaceConversion: "none" });
-    const { width, height } = bitmap;
-    const make = () => {
-      const texture2 = gl.createTexture();
-      gl.activeTexture(33984 /* Texture0 */);
-      gl.bindTexture(3553 /* Texture2d */, texture2);
-      gl.bindSampler(0, null);
-      gl.texStorage2D(3553 /* Texture2d */, Math.log2(Math.max(width, height)) + 1, 32856 /* Rgba8 */, width, height);
-      return texture2;
-    };
-    let texture = make();
+  async function textureOf(gl, picture, use) {
+    const bitmap = await createImageBitmap(picture, { premultiplyAlpha: use === 1 /* Multiplied */ ? "premultiply" : "none", colorSpaceConversion: "none" });
+    const texture = gl.createTexture();
+    gl.activeTexture(33984 /* Texture0 */);
+    gl.bindTexture(3553 /* Texture2d */, texture);
     gl.pixelStorei(37443 /* ColorspaceConversion */, 0);
-    gl.texSubImage2D(3553 /* Texture2d */, 0, 0, 0, width, height, 6408 /* Rgba */, 5121 /* UnsignedByte */, bitmap);
-    if (use) {
-      const from = texture;
-      texture = make();
-      convert(gl, from, texture, [width, height], use === 2 /* Opacity */);
-    }
+    gl.texImage2D(3553 /* Texture2d */, 0, 6408 /* Rgba */, 6408 /* Rgba */, 5121 /* UnsignedByte */, bitmap);
     gl.generateMipmap(3553 /* Texture2d */);
-    return [texture, width / height];
-  }
-  function convert(gl, from, to, size, opacity) {
-    const program = makeProgram(gl, cover_default, texel_default, opacity ? ["OPACITY"] : []);
-    const frame = gl.createFramebuffer();
-    gl.bindFramebuffer(36160 /* Framebuffer */, frame);
-    gl.framebufferTexture2D(36160 /* Framebuffer */, 36064 /* ColorAttachment0 */, 3553 /* Texture2d */, to, 0);
-    gl.viewport(0, 0, ...size);
-    gl.disable(3042 /* Blend */);
-    gl.disable(2884 /* CullFace */);
-    gl.bindTexture(3553 /* Texture2d */, from);
-    program.use();
-    gl.drawArrays(4 /* Triangles */, 0, 3);
-    gl.deleteFramebuffer(frame);
-    gl.deleteTexture(from);
-    gl.bindTexture(3553 /* Texture2d */, to);
+    return texture;
   }
   var keyOf = ({ texture, alpha }) => texture + "/" + alpha;
   async function loadTextures(gl, gltf, looks, software) {
@@ -1070,7 +1146,7 @@
     const all = looks.flatMap((look) => look.maps.filter((map) => map !== void 0));
     const load = async (map) => {
       const { bufferView, mimeType } = images[textures[map.texture].source];
-      [loaded[keyOf(map)]] = await textureOf(gl, viewBytes(gltf, bufferView), mimeType, mimeType === "image/jpeg" ? map.alpha & 2 /* Opacity */ : map.alpha);
+      loaded[keyOf(map)] = await textureOf(gl, new Blob([viewBytes(gltf, bufferView)], { type: mimeType }), map.alpha);
     };
     await Promise.all([...new Map(all.map((map) => [keyOf(map), map])).values()].map((map) => load(map).catch((e) => console.warn(e))));
     for (const look of looks) look.maps = look.maps.map((map) => map && loaded[keyOf(map)] ? map : void 0);
@@ -1099,9 +1175,9 @@
   }
   async function makeRenderer(gl, scene, seen, settings) {
     const { gltf } = scene;
-    const { wire, doubleSided, background } = settings;
+    const { wire, doubleSided, background, backgroundPicture } = settings;
     const looks = [...gltf.json.materials ?? [], {}].map((m) => lookOf(m.extras?.orbivue ?? {}, doubleSided || !!m.doubleSided, wire));
-    const [bindMaps, drawBackdrop] = await Promise.all([loadTextures(gl, gltf, looks, isSoftware(gl)), makeBackdrop(gl, settings)]);
+    const bindMaps = await loadTextures(gl, gltf, looks, isSoftware(gl));
     const maker = geometryMaker(gl, gltf);
     const programs = {};
     const lightCount = scene.lights.length && scene.lights.length + +scene.headlight;
@@ -1154,13 +1230,7 @@
       if (prepared.includes(next)) return;
       prepared.push(next);
       next.set("uProjection", 16, toClip);
-      next.set("uAmbientLight", 3, scene.ambientLight);
-      if (lightCount) {
-        next.set("uLightPosition", 4, lights[0]);
-        next.set("uLightDirection", 4, lights[1]);
-        next.set("uLightColor", 3, lights[2]);
-        next.set("uLightRange", 2, lights[3]);
-      }
+      if (lightCount) next.set("uLights", 16, lights);
     };
     const cull = (on, side2 = 1029 /* Back */) => {
       gl[on ? "enable" : "disable"](2884 /* CullFace */);
@@ -1169,23 +1239,18 @@
     const useLook = (p, next, specular) => {
       if (look === next) return;
       look = next;
-      p.set("uDiffuse", 4, [...next.diffuse, next.opacity]);
-      p.set("uSpecular", 4, [...specular, next.exponent]);
-      p.set("uAmbient", 3, next.ambient);
-      p.set("uSelf", 1, [next.self]);
-      const each = (values, n) => next.maps.flatMap((map) => map ? [...values(map)] : Array(n).fill(0));
-      p.set("uMapS", 3, each((map) => map.s, 3));
-      p.set("uMapT", 3, each((map) => map.t, 3));
-      p.set("uMapValue", 4, each((map) => map.value, 4));
-      p.set("uMapWeight", 4, each((map) => map.weight, 4));
+      const { diffuse, opacity, exponent, ambient, self, maps } = next;
+      p.set("uLook", 16, [...diffuse, opacity, ...specular, exponent, ...ambient, self, ...scene.ambientLight, 0]);
+      p.set("uMaps", 16, maps.flatMap((map) => map?.uniform ?? kIdentity));
       bindMaps(next);
       cull(!next.twoSided);
     };
     const placePart = (p, { node, geometry }) => {
       const m = product(toEye, node.world);
       p.set("uModelView", 16, m);
-      p.set("uNormal", 9, normalMatrix(m));
-      gl.frontFace(determinant(m) < 0 ? 2304 /* Cw */ : 2305 /* Ccw */);
+      const mirrored = determinant(m) < 0;
+      p.set("uMirror", 1, [mirrored ? -1 : 1]);
+      gl.frontFace(mirrored ? 2304 /* Cw */ : 2305 /* Ccw */);
       gl.bindVertexArray(geometry.vao);
       if (!geometry.targets.length) return;
       const weights = node.weights ?? [];
@@ -1243,9 +1308,9 @@
         const { drawingBufferWidth: width, drawingBufferHeight: height } = gl;
         gl.viewport(0, 0, width, height);
         aim();
-        gl.clearColor(...background, 1);
+        if (backgroundPicture) gl.clearColor(0, 0, 0, 0);
+        else gl.clearColor(...background, 1);
         gl.clear(16384 /* ColorBit */ | 256 /* DepthBit */);
-        drawBackdrop(width / height);
         drawOpaque();
         drawBlended();
       },
@@ -1284,28 +1349,6 @@
     add2(36096 /* DepthAttachment */, 33190 /* DepthComponent24 */);
     gl.bindFramebuffer(36160 /* Framebuffer */, null);
     return frame;
-  }
-  async function makeBackdrop(gl, { backgroundPicture = "" }) {
-    const [, type, data] = /^data:(.*);base64,(.*)/.exec(backgroundPicture) ?? [];
-    const loaded = data && await textureOf(gl, fromBase64(data), type).catch(() => void 0);
-    if (!loaded) return () => {
-    };
-    const [texture, own] = loaded;
-    const program = makeProgram(gl, cover_default, backdrop_default);
-    return (aspect) => {
-      program.use();
-      program.set("uPart", 2, [Math.min(1, aspect / own), Math.min(1, own / aspect)]);
-      gl.activeTexture(33984 /* Texture0 */);
-      gl.bindTexture(3553 /* Texture2d */, texture);
-      gl.bindSampler(0, null);
-      gl.disable(2929 /* DepthTest */);
-      gl.disable(2884 /* CullFace */);
-      gl.enable(3042 /* Blend */);
-      gl.blendFunc(1 /* One */, 771 /* OneMinusSrcAlpha */);
-      gl.drawArrays(4 /* Triangles */, 0, 3);
-      gl.enable(2929 /* DepthTest */);
-      gl.disable(3042 /* Blend */);
-    };
   }
 
   // src/scene.ts
@@ -1599,7 +1642,7 @@
   var find = (selector) => document.querySelector(selector);
   async function show(api2) {
     const settings = JSON.parse(find("#settings").textContent);
-    const { texts, title, model } = settings;
+    const { texts, title, model, backgroundPicture } = settings;
     const status = find("[role=status]");
     const stage = {
       canvas: find("canvas"),
@@ -1611,7 +1654,8 @@
     canvas.setAttribute("aria-label", fill("canvas", title || model));
     say(texts.loading);
     try {
-      const gl = canvas.getContext("webgl2", { alpha: false });
+      const gl = canvas.getContext("webgl2", { alpha: !!backgroundPicture });
+      if (backgroundPicture) canvas.style.background = `url("${encodeURI(backgroundPicture)}") 50%/cover rgb(${settings.background.map((x) => x * 255)})`;
       if (!gl) throw new Trouble("noWebGL");
       const members = await view(await sceneBytes(settings), settings, stage, gl);
       Object.defineProperties(api2, Object.getOwnPropertyDescriptors(members));
@@ -1619,12 +1663,11 @@
       document.body.dataset.ready = "";
       return api2;
     } catch (error) {
-      const { key, detail } = error instanceof Trouble ? error : new Trouble("broken", String(error));
       const alert = document.createElement("p");
       alert.setAttribute("role", "alert");
       canvas.after(alert);
       say("");
-      alert.textContent = document.body.dataset.error = fill(key, detail);
+      alert.textContent = document.body.dataset.error = texts[error instanceof Trouble ? error.message : "broken"];
       throw error;
     }
   }

@@ -2,31 +2,29 @@ precision highp float;
 in vec3 vPoint, vNormal;
 in vec2 vUv;
 out vec4 oColor;
-uniform vec4 uDiffuse, uSpecular;
-uniform vec3 uAmbient, uAmbientLight;
-uniform float uSelf;
+// Diffuse and opacity; specular and exponent; ambient and self-illumination; the scene's ambient light.
+uniform mat4 uLook;
 #ifdef LIGHTS
-uniform vec4 uLightPosition[LIGHTS], uLightDirection[LIGHTS];
-uniform vec3 uLightColor[LIGHTS];
-uniform vec2 uLightRange[LIGHTS];
+// Position and outer cosine; direction and inner cosine; colour and inner range; outer range.
+uniform mat4 uLights[LIGHTS];
 #endif
 #ifdef MAPS
 uniform sampler2D uMap[8];
-uniform vec3 uMapS[8], uMapT[8];
-uniform vec4 uMapValue[8], uMapWeight[8];
+// Rows of the coordinates' transform, each with amount and "not tiled"; weights of the channels; sign and bias.
+uniform mat4 uMaps[8];
 vec2 Coordinates(int i, vec2 uv) {
-  return vec2(dot(uMapS[i], vec3(uv, 1)), dot(uMapT[i], vec3(uv, 1)));
+  return (vec4(uv, 1, 0) * uMaps[i]).xy;
 }
 // The map's amount; 0 outside one that is not tiled.
 float Amount(int i, vec2 at) {
   vec2 away = abs(at - .5);
-  return uMapValue[i].w > .5 && max(away.x, away.y) > .5 ? 0. : uMapValue[i].x;
+  return uMaps[i][1].w > .5 && max(away.x, away.y) > .5 ? 0. : uMaps[i][0].w;
 }
 float Value(int i, vec4 color) {
-  return dot(uMapWeight[i], color) * uMapValue[i].y + uMapValue[i].z;
+  return dot(uMaps[i][2], color) * uMaps[i][3].x + uMaps[i][3].y;
 }
 vec3 Colour(int i, vec4 color) {
-  return color.rgb * uMapValue[i].y + uMapValue[i].z;
+  return color.rgb * uMaps[i][3].x + uMaps[i][3].y;
 }
 #endif
 void main() {
@@ -41,8 +39,8 @@ void main() {
   if (dot(N, V) < 0.) N = -N;
 #endif
 #endif
-  float opacity = uDiffuse.w, self = uSelf;
-  vec3 diffuse = uDiffuse.rgb, specular = uSpecular.rgb, ambient = uAmbient;
+  float opacity = uLook[0].w, self = uLook[2].w;
+  vec3 diffuse = uLook[0].rgb, specular = uLook[1].rgb, ambient = uLook[2].rgb;
   vec2 at;
   vec4 texel;
   float amount;
@@ -67,17 +65,17 @@ void main() {
   at = Coordinates(0, vUv);
   texel = texture(uMap[0], at);
   // Colours are premultiplied where alpha counts, so that transparent pixels do not bleed into the edges.
-  texel.rgb /= max(mix(1., texel.a, uMapWeight[0].z + uMapWeight[0].w), .004);
-  amount = Amount(0, at) * mix(1., texel.a, uMapWeight[0].z);
+  texel.rgb /= max(mix(1., texel.a, uMaps[0][2].z + uMaps[0][2].w), .004);
+  amount = Amount(0, at) * mix(1., texel.a, uMaps[0][2].z);
   diffuse = mix(diffuse, Colour(0, texel), amount);
   ambient = mix(ambient, Colour(0, texel), amount);
-  opacity *= mix(1., texel.a, amount * uMapWeight[0].w);
+  opacity *= mix(1., texel.a, amount * uMaps[0][2].w);
 #endif
 #ifdef TEXTURE2
   at = Coordinates(1, vUv);
   texel = texture(uMap[1], at);
-  texel.rgb /= max(mix(1., texel.a, uMapWeight[1].z), .004);
-  amount = Amount(1, at) * mix(1., texel.a, uMapWeight[1].z);
+  texel.rgb /= max(mix(1., texel.a, uMaps[1][2].z), .004);
+  amount = Amount(1, at) * mix(1., texel.a, uMaps[1][2].z);
   diffuse = mix(diffuse, Colour(1, texel), amount);
   ambient = mix(ambient, Colour(1, texel), amount);
 #endif
@@ -87,7 +85,7 @@ void main() {
 #endif
 #ifdef SPECULAR_MAP
   at = Coordinates(3, vUv);
-  specular = mix(specular, Colour(3, texture(uMap[3], at)) * uMapWeight[3].x, Amount(3, at));
+  specular = mix(specular, Colour(3, texture(uMap[3], at)) * uMaps[3][2].x, Amount(3, at));
 #endif
 #ifdef SHININESS
   at = Coordinates(4, vUv);
@@ -96,6 +94,8 @@ void main() {
 #ifdef TINTED
   specular *= diffuse;
 #endif
+  // Nearly clear is clear, as pictures of lossy formats mean it.
+  if (opacity < 5.5 / 255.) opacity = 0.;
 #ifdef SELF
   at = Coordinates(5, vUv);
   self = mix(self, Value(5, texture(uMap[5], at)), Amount(5, at));
@@ -107,21 +107,21 @@ void main() {
 #ifdef TRANSLUCENT
   if (opacity * 255. >= 249.5) discard;
 #endif
-  vec3 color = self * diffuse + uAmbientLight * ambient;
+  vec3 color = self * diffuse + uLook[3].rgb * ambient;
 #ifdef LIGHTS
   for (int i = 0; i < LIGHTS; ++i) {
-    vec3 L = uLightPosition[i].xyz - vPoint;
+    mat4 lamp = uLights[i];
+    vec3 L = lamp[0].xyz - vPoint;
     float distance = length(L);
     L /= max(distance, 1e-20);
-    vec3 light = uLightColor[i];
-    light *= smoothstep(uLightPosition[i].w, uLightDirection[i].w, -dot(L, uLightDirection[i].xyz));
-    light *= clamp((uLightRange[i].y - distance) / (uLightRange[i].y - uLightRange[i].x), 0., 1.);
+    vec3 light = lamp[2].rgb * smoothstep(lamp[0].w, lamp[1].w, -dot(L, lamp[1].xyz));
+    light *= clamp((lamp[3].x - distance) / (lamp[3].x - lamp[2].w), 0., 1.);
     float facing = max(dot(N, L), 0.);
     vec3 reflected = diffuse * facing;
 #ifdef SPECULAR
     vec3 H = L + V;
     float highlight = max(dot(N, H * inversesqrt(max(dot(H, H), 1e-20))), 1e-4);
-    if (facing > 0.) reflected += specular * pow(highlight, uSpecular.w);
+    if (facing > 0.) reflected += specular * pow(highlight, uLook[1].w);
 #endif
     color += light * reflected;
   }
@@ -129,7 +129,7 @@ void main() {
   float facing = max(dot(N, V), 0.);
   color += diffuse * facing;
 #ifdef SPECULAR
-  color += specular * pow(max(facing, 1e-4), uSpecular.w);
+  color += specular * pow(max(facing, 1e-4), uLook[1].w);
 #endif
 #endif
 #ifdef REFLECTION

@@ -11,24 +11,20 @@ const kSpecular = 3;
 const kShininess = 4;
 export const kReflection = 7;
 
-/** How a map uses its picture: as it is, colours multiplied by its alpha, or brightness as opacity. */
+/** How a map uses its picture: as it is, or with colours multiplied by its alpha. */
 export const enum AlphaUse {
   Separate,
   Multiplied,
-  Opacity,
 }
 
 export interface MapLook {
   texture: number;
   alpha: AlphaUse;
   wrap: number;
-  /** Rows of the transform of texture coordinates. */
-  s: Vec3;
-  t: Vec3;
-  /** Amount, sign, bias, 1 where it is not tiled. */
-  value: readonly number[];
-  /** Which channels make its value; see the shader. */
-  weight: readonly number[];
+  /** 0 to 1. */
+  amount: number;
+  /** Its matrix in the shader. */
+  uniform: readonly number[];
 }
 
 /** What a material means for drawing, in display space: as the desktop's material looks. */
@@ -63,12 +59,10 @@ function mapOf(kind: number, m: MapExtras | undefined, strength: number): MapLoo
   if (kind === kSpecular) weight = [strength, 0, 0, 0];
   return {
     texture: m.texture,
-    alpha: shows || clears ? AlphaUse.Multiplied : kind === kOpacity ? AlphaUse.Opacity : AlphaUse.Separate,
+    alpha: shows || clears ? AlphaUse.Multiplied : AlphaUse.Separate,
     wrap: !tile ? Gl.ClampToEdge : m.mirror ? Gl.MirroredRepeat : Gl.Repeat,
-    s: [uv[0], uv[2], uv[4]],
-    t: [uv[1], uv[3], uv[5]],
-    value: [amount, m.negative ? -1 : 1, +!!m.negative, +!tile],
-    weight,
+    amount,
+    uniform: [uv[0], uv[2], uv[4], amount, uv[1], uv[3], uv[5], +!tile, ...weight, m.negative ? -1 : 1, +!!m.negative, 0, 0],
   };
 }
 
@@ -94,7 +88,7 @@ export function lookOf(m: Partial<MaterialExtras>, twoSided: boolean, lines: boo
     lineWidth: Math.min(m.wireSizePx || 1, 64),
     additive,
     blended: !!m.blend || additive,
-    maybeSolid: !additive && (opacity >= 1 || maps[kOpacity]?.value[0] === 1),
+    maybeSolid: !additive && (opacity >= 1 || maps[kOpacity]?.amount === 1),
     maps,
   };
 }

@@ -21,7 +21,7 @@ export function orderedNodes(json: GltfJson, all: readonly SceneNode[]): SceneNo
   for (const node of ordered) {
     for (const child of node.children ?? []) ordered.push(Object.assign(all[child], { parent: node }));
     // A node with two parents or a circle would never end.
-    demand(ordered.length <= all.length, 'nodes');
+    demand(ordered.length <= all.length);
   }
   return ordered;
 }

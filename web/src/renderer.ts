@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-import backdropFragment from '../shaders/backdrop.frag';
-import coverVertex from '../shaders/cover.vert';
 import depthFragment from '../shaders/depth.frag';
 import surfaceFragment from '../shaders/surface.frag';
 import surfaceVertex from '../shaders/surface.vert';
@@ -8,16 +6,15 @@ import { depthRange, eyeOf, projection } from './camera.ts';
 import type { Settings } from './format.ts';
 import { geometryMaker } from './geometry.ts';
 import { Gl, type Context } from './gl.ts';
-import { lightUniforms, type LightUniforms } from './lights.ts';
+import { lightUniforms } from './lights.ts';
 import { lookOf, type Look } from './material.ts';
-import { determinant, movedTo, normalMatrix, product, rowTimes, type Mat4 } from './matrix.ts';
+import { determinant, kIdentity, movedTo, product, rowTimes, type Mat4 } from './matrix.ts';
 import { drawPart, makeParts, type Part } from './parts.ts';
 import { makeProgram, type Program } from './program.ts';
-import { fromBase64 } from './scene_data.ts';
 import type { Scene } from './scene.ts';
 import { modelOf, type Seen } from './seen.ts';
 import { orderBackToFront } from './sorting.ts';
-import { loadTextures, textureOf } from './textures.ts';
+import { loadTextures } from './textures.ts';
 import { sub } from './vector.ts';
 
 /** Draws the scene as the desktop's engine does: opaque parts, then blended ones from back to front. */
@@ -36,9 +33,9 @@ function isSoftware(gl: Context): boolean {
 /** Uploads the scene. */
 export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settings: Settings): Promise<Renderer> {
   const { gltf } = scene;
-  const { wire, doubleSided, background } = settings;
+  const { wire, doubleSided, background, backgroundPicture } = settings;
   const looks = [...(gltf.json.materials ?? []), {}].map((m) => lookOf(m.extras?.orbivue ?? {}, doubleSided || !!m.doubleSided, wire));
-  const [bindMaps, drawBackdrop] = await Promise.all([loadTextures(gl, gltf, looks, isSoftware(gl)), makeBackdrop(gl, settings)]);
+  const bindMaps = await loadTextures(gl, gltf, looks, isSoftware(gl));
   const maker = geometryMaker(gl, gltf);
   const programs: Record<string, Program> = {};
   const lightCount = scene.lights.length && scene.lights.length + +scene.headlight;
@@ -52,7 +49,7 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
   let toEye: Mat4;
   let toClip: Mat4;
   let depthRow: readonly number[];
-  let lights: LightUniforms;
+  let lights: readonly number[];
   let program: Program | undefined;
   let look: Look | undefined;
   let prepared: Program[];
@@ -99,13 +96,7 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
     if (prepared.includes(next)) return;
     prepared.push(next);
     next.set('uProjection', 16, toClip);
-    next.set('uAmbientLight', 3, scene.ambientLight);
-    if (lightCount) {
-      next.set('uLightPosition', 4, lights[0]);
-      next.set('uLightDirection', 4, lights[1]);
-      next.set('uLightColor', 3, lights[2]);
-      next.set('uLightRange', 2, lights[3]);
-    }
+    if (lightCount) next.set('uLights', 16, lights);
   };
   const cull = (on: boolean, side: number = Gl.Back): void => {
     gl[on ? 'enable' : 'disable'](Gl.CullFace);
@@ -114,16 +105,9 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
   const useLook = (p: Program, next: Look, specular: readonly number[]): void => {
     if (look === next) return;
     look = next;
-    p.set('uDiffuse', 4, [...next.diffuse, next.opacity]);
-    p.set('uSpecular', 4, [...specular, next.exponent]);
-    p.set('uAmbient', 3, next.ambient);
-    p.set('uSelf', 1, [next.self]);
-    const each = (values: (map: NonNullable<Look['maps'][0]>) => readonly number[], n: number): number[] =>
-      next.maps.flatMap((map) => (map ? [...values(map)] : Array<number>(n).fill(0)));
-    p.set('uMapS', 3, each((map) => map.s, 3));
-    p.set('uMapT', 3, each((map) => map.t, 3));
-    p.set('uMapValue', 4, each((map) => map.value, 4));
-    p.set('uMapWeight', 4, each((map) => map.weight, 4));
+    const { diffuse, opacity, exponent, ambient, self, maps } = next;
+    p.set('uLook', 16, [...diffuse, opacity, ...specular, exponent, ...ambient, self, ...scene.ambientLight, 0]);
+    p.set('uMaps', 16, maps.flatMap((map) => map?.uniform ?? kIdentity));
     bindMaps(next);
     cull(!next.twoSided);
   };
@@ -131,8 +115,9 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
   const placePart = (p: Program, { node, geometry }: Part): void => {
     const m = product(toEye, node.world);
     p.set('uModelView', 16, m);
-    p.set('uNormal', 9, normalMatrix(m));
-    gl.frontFace(determinant(m) < 0 ? Gl.Cw : Gl.Ccw);
+    const mirrored = determinant(m) < 0;
+    p.set('uMirror', 1, [mirrored ? -1 : 1]);
+    gl.frontFace(mirrored ? Gl.Cw : Gl.Ccw);
     gl.bindVertexArray(geometry.vao);
     if (!geometry.targets.length) return;
     // The two shapes that count most.
@@ -195,9 +180,10 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
       const { drawingBufferWidth: width, drawingBufferHeight: height } = gl;
       gl.viewport(0, 0, width, height);
       aim();
-      gl.clearColor(...background, 1);
+      // A picture stands behind the canvas.
+      if (backgroundPicture) gl.clearColor(0, 0, 0, 0);
+      else gl.clearColor(...background, 1);
       gl.clear(Gl.ColorBit | Gl.DepthBit);
-      drawBackdrop(width / height);
       drawOpaque();
       drawBlended();
     },
@@ -239,28 +225,4 @@ function onePixel(gl: Context): WebGLFramebuffer {
   add(Gl.DepthAttachment, Gl.DepthComponent24);
   gl.bindFramebuffer(Gl.Framebuffer, null);
   return frame;
-}
-
-/** What draws the picture behind the scene into a view of this aspect: it covers the view. */
-async function makeBackdrop(gl: Context, { backgroundPicture = '' }: Settings): Promise<(aspect: number) => void> {
-  const [, type, data] = /^data:(.*);base64,(.*)/.exec(backgroundPicture) ?? [];
-  // Without its picture the background is plain.
-  const loaded = data && (await textureOf(gl, fromBase64(data), type).catch(() => undefined));
-  if (!loaded) return () => {};
-  const [texture, own] = loaded;
-  const program = makeProgram(gl, coverVertex, backdropFragment);
-  return (aspect) => {
-    program.use();
-    program.set('uPart', 2, [Math.min(1, aspect / own), Math.min(1, own / aspect)]);
-    gl.activeTexture(Gl.Texture0);
-    gl.bindTexture(Gl.Texture2d, texture);
-    gl.bindSampler(0, null);
-    gl.disable(Gl.DepthTest);
-    gl.disable(Gl.CullFace);
-    gl.enable(Gl.Blend);
-    gl.blendFunc(Gl.One, Gl.OneMinusSrcAlpha);
-    gl.drawArrays(Gl.Triangles, 0, 3);
-    gl.enable(Gl.DepthTest);
-    gl.disable(Gl.Blend);
-  };
 }

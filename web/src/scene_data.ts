@@ -15,7 +15,7 @@ export async function unpacked(bytes: Uint8Array<ArrayBuffer>, most = kMostBytes
   const limit = new TransformStream<Uint8Array, Uint8Array>({
     transform(part, out) {
       size += part.length;
-      demand(size <= most, 'size');
+      demand(size <= most);
       out.enqueue(part);
     },
   });

@@ -1,52 +1,20 @@
 // SPDX-License-Identifier: MIT
-import coverVertex from '../shaders/cover.vert';
-import texelFragment from '../shaders/texel.frag';
 import { Gl, type Context } from './gl.ts';
 import { viewBytes, type Gltf } from './gltf.ts';
 import { AlphaUse, kReflection, type Look, type MapLook } from './material.ts';
-import { makeProgram } from './program.ts';
 
 const kAnisotropy = 8;
 
 /** A picture as a texture, with all smaller levels. */
-export async function textureOf(gl: Context, bytes: Uint8Array<ArrayBuffer>, type: string, use = AlphaUse.Separate): Promise<[WebGLTexture, number]> {
-  const bitmap = await createImageBitmap(new Blob([bytes], { type }), { premultiplyAlpha: 'none', colorSpaceConversion: 'none' });
-  const { width, height } = bitmap;
-  const make = (): WebGLTexture => {
-    const texture = gl.createTexture();
-    gl.activeTexture(Gl.Texture0);
-    gl.bindTexture(Gl.Texture2d, texture);
-    gl.bindSampler(0, null);
-    gl.texStorage2D(Gl.Texture2d, Math.log2(Math.max(width, height)) + 1, Gl.Rgba8, width, height);
-    return texture;
-  };
-  let texture = make();
+async function textureOf(gl: Context, picture: Blob, use: AlphaUse): Promise<WebGLTexture> {
+  const bitmap = await createImageBitmap(picture, { premultiplyAlpha: use === AlphaUse.Multiplied ? 'premultiply' : 'none', colorSpaceConversion: 'none' });
+  const texture = gl.createTexture();
+  gl.activeTexture(Gl.Texture0);
+  gl.bindTexture(Gl.Texture2d, texture);
   gl.pixelStorei(Gl.ColorspaceConversion, 0);
-  gl.texSubImage2D(Gl.Texture2d, 0, 0, 0, width, height, Gl.Rgba, Gl.UnsignedByte, bitmap);
-  if (use) {
-    const from = texture;
-    texture = make();
-    convert(gl, from, texture, [width, height], use === AlphaUse.Opacity);
-  }
+  gl.texImage2D(Gl.Texture2d, 0, Gl.Rgba, Gl.Rgba, Gl.UnsignedByte, bitmap);
   gl.generateMipmap(Gl.Texture2d);
-  return [texture, width / height];
-}
-
-/** Fills a texture with how the picture of another counts. */
-function convert(gl: Context, from: WebGLTexture, to: WebGLTexture, size: [number, number], opacity: boolean): void {
-  const program = makeProgram(gl, coverVertex, texelFragment, opacity ? ['OPACITY'] : []);
-  const frame = gl.createFramebuffer();
-  gl.bindFramebuffer(Gl.Framebuffer, frame);
-  gl.framebufferTexture2D(Gl.Framebuffer, Gl.ColorAttachment0, Gl.Texture2d, to, 0);
-  gl.viewport(0, 0, ...size);
-  gl.disable(Gl.Blend);
-  gl.disable(Gl.CullFace);
-  gl.bindTexture(Gl.Texture2d, from);
-  program.use();
-  gl.drawArrays(Gl.Triangles, 0, 3);
-  gl.deleteFramebuffer(frame);
-  gl.deleteTexture(from);
-  gl.bindTexture(Gl.Texture2d, to);
+  return texture;
 }
 
 const keyOf = ({ texture, alpha }: MapLook): string => texture + '/' + alpha;
@@ -60,7 +28,7 @@ export async function loadTextures(gl: Context, gltf: Gltf, looks: readonly Look
   const all = looks.flatMap((look) => look.maps.filter((map) => map !== undefined));
   const load = async (map: MapLook): Promise<void> => {
     const { bufferView, mimeType } = images[textures[map.texture].source];
-    [loaded[keyOf(map)]] = await textureOf(gl, viewBytes(gltf, bufferView), mimeType, mimeType === 'image/jpeg' ? map.alpha & AlphaUse.Opacity : map.alpha);
+    loaded[keyOf(map)] = await textureOf(gl, new Blob([viewBytes(gltf, bufferView)], { type: mimeType }), map.alpha);
   };
   // The scene is worth showing without a picture that is broken.
   await Promise.all([...new Map(all.map((map) => [keyOf(map), map])).values()].map((map) => load(map).catch((e) => console.warn(e))));
