@@ -4,10 +4,10 @@ import { mkdir, readFile, writeFile } from 'node:fs/promises';
 import { fileURLToPath } from 'node:url';
 import { gzipSync } from 'node:zlib';
 import { build } from 'esbuild';
+import { minify as pressed } from 'terser';
 
 const here = fileURLToPath(new URL('.', import.meta.url));
-const banner =
-  "// SPDX-License-Identifier: MIT\n// The viewer of Orbivue's web pages. Contains code of meshoptimizer, (C) Arseny Kapoulkine, MIT licence.";
+const banner = "// Orbivue's viewer, MIT licence. Holds code of meshoptimizer, (C) Arseny Kapoulkine, MIT licence.";
 
 /** What stands in shaders and is not ours to rename. */
 const kGlsl = new Set(
@@ -63,7 +63,11 @@ export async function bundle(minify, entry = 'src/main.ts', options = {}) {
     ...options,
   });
   let text = result.outputFiles[0].text;
-  if (minify) text = text.replace(/"(u[A-Z]\w+)"/g, (_, name) => `"${shortName(name)}"`);
+  if (minify) {
+    text = text.replace(/"(u[A-Z]\w+)"/g, (_, name) => `"${shortName(name)}"`);
+    const compress = { ecma: 2020, passes: 3, unsafe: true, unsafe_arrows: true, pure_getters: true, keep_fargs: false, inline: 0, reduce_funcs: false, sequences: false };
+    text = banner + '\n' + (await pressed(text, { ecma: 2020, compress, format: { ascii_only: true, comments: false } })).code + '\n';
+  }
   // It stands inside pages, in a script element.
   return text.replace(/<(?=\/script|!--)/gi, '<\\');
 }

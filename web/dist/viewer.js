@@ -1,5 +1,4 @@
-// SPDX-License-Identifier: MIT
-// The viewer of Orbivue's web pages. Contains code of meshoptimizer, (C) Arseny Kapoulkine, MIT licence.
+// Orbivue's viewer, MIT licence. Holds code of meshoptimizer, (C) Arseny Kapoulkine, MIT licence.
 "use strict";
 (() => {
   // src/texts.ts
@@ -15,15 +14,9 @@
   async function unpacked(bytes, most = kMostBytes) {
     if (bytes[0] !== 31 || bytes[1] !== 139) return bytes;
     if (!globalThis.DecompressionStream) throw new Trouble("noUnpacking");
-    let size = 0;
-    const limit = new TransformStream({
-      transform(part, out) {
-        size += part.length;
-        demand(size <= most);
-        out.enqueue(part);
-      }
-    });
-    const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream("gzip")).pipeThrough(limit);
+    const end = bytes.length - 4;
+    demand(end > 0 && new DataView(bytes.buffer, end).getUint32(0, true) <= most);
+    const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream("gzip"));
     return new Uint8Array(await new Response(stream).arrayBuffer());
   }
   var fromScript = (address) => new Promise((resolve, reject) => {
@@ -126,8 +119,7 @@
   }
   function decodeTriangles(count, source) {
     const triangles = count / 3;
-    assert((source[0] & 240) === 224 && count % 3 === 0 && triangles + 17 <= source.length);
-    const version1 = source[0] === 225;
+    assert(source[0] === 225 && count % 3 === 0 && triangles + 17 <= source.length);
     const target = new Uint32Array(count);
     const aux = source.length - 16;
     const edges = new Uint32Array(32);
@@ -175,7 +167,7 @@
         a = edge(high * 2);
         b = edge(high * 2 + 1);
         if (low === 0) c = push(next++);
-        else if (low < (version1 ? 13 : 15)) c = vertex(low);
+        else if (low < 13) c = vertex(low);
         else if (low < 15) c = push(last += low === 13 ? -1 : 1);
         else c = push(read());
       } else {
@@ -205,7 +197,6 @@
 
   // src/gltf.ts
   var kMagic = 1179937895;
-  var kComponents = { SCALAR: 1, VEC2: 2, VEC3: 3, VEC4: 4 };
   var kArrays = [Int8Array, Uint8Array, Int16Array, Uint16Array, , Uint32Array, Float32Array];
   function readGltf(bytes) {
     const view2 = new DataView(bytes.buffer, bytes.byteOffset, bytes.length);
@@ -245,7 +236,7 @@
     const { bufferView: view2, byteOffset: offset = 0, componentType: type, count, normalized: normalized2 = false, min = [], max = [] } = a;
     const json = gltf.json.bufferViews[view2];
     const unit = kArrays[type - 5120].BYTES_PER_ELEMENT;
-    const components = kComponents[a.type];
+    const components = +a.type[3] || 1;
     const stride = json.extensions?.EXT_meshopt_compression?.byteStride || json.byteStride || unit * components;
     const end = offset + (count - 1) * stride + unit * components;
     demand(count > 0 && offset >= 0 && offset % unit + stride % unit === 0 && end <= viewBytes(gltf, view2).length);
@@ -536,22 +527,16 @@
     const root = Math.sqrt(Math.max(0, discriminant));
     const distance = -along - root >= 0 ? -along - root : -along + root;
     const missed = discriminant <= 0 || distance < 0;
-    const flat = (v) => sub(v, scaled(sight, dot(v, sight)));
-    const plane = 1 / length(eye);
-    const outline = add(scaled(sight, plane), scaled(normalized(flat(ray)), Math.sqrt(Math.max(0, 1 - plane * plane))));
-    const at = normalized(missed ? outline : add(eye, scaled(ray, distance)));
     const [right, up] = axesOf({ back: sight, up: camera.up });
-    const aside = flat(at);
-    return { at, missed, sight, azimuth: length(aside) > 1e-6 ? Math.atan2(dot(aside, up), dot(aside, right)) : NaN };
+    return { at: normalized(add(eye, scaled(ray, distance))), missed, sight, azimuth: Math.atan2(dot(ray, up), dot(ray, right)) };
   }
   function trackball(seen, x, y) {
     let begin = grab(seen, x, y);
     let before = seen.turn;
     return (toX, toY) => {
       const now = grab(seen, toX, toY);
-      const spin = now.azimuth - begin.azimuth;
-      if (!begin.missed) seen.turn = combined(rotationBetween(begin.at, now.at), before);
-      else if (isFinite(spin)) seen.turn = combined(rotationAbout(now.sight, spin), before);
+      if (begin.missed) seen.turn = combined(rotationAbout(now.sight, now.azimuth - begin.azimuth), before);
+      else if (!now.missed) seen.turn = combined(rotationBetween(begin.at, now.at), before);
       if (now.missed === begin.missed) return;
       begin = now;
       before = seen.turn;
@@ -673,16 +658,12 @@
     canvas.oncontextmenu = (event) => {
       if (event.shiftKey || event.ctrlKey) event.preventDefault();
     };
-    canvas.addEventListener(
-      "wheel",
-      (event) => {
-        event.preventDefault();
-        const turned = event.deltaY || event.deltaX;
-        const notch = event.ctrlKey ? kPinchNotch : kNotch[event.deltaMode];
-        gestures.wheel(turned / notch, event.ctrlKey || event.altKey ? place2(event) : void 0);
-      },
-      { passive: false }
-    );
+    canvas.onwheel = (event) => {
+      event.preventDefault();
+      const turned = event.deltaY || event.deltaX;
+      const notch = event.ctrlKey ? kPinchNotch : kNotch[event.deltaMode];
+      gestures.wheel(turned / notch, event.ctrlKey || event.altKey ? place2(event) : void 0);
+    };
     canvas.onkeydown = (event) => {
       if (event.ctrlKey || event.altKey || event.metaKey) return;
       const own = keys[event.key];
@@ -709,19 +690,39 @@ uniform mat4 uLights[LIGHTS];
 uniform sampler2D uMap[8];
 // Rows of the coordinates' transform, each with amount and "not tiled"; weights of the channels; sign and bias.
 uniform mat4 uMaps[8];
+// Of the map that was taken last.
+mat4 map;
+vec4 texel;
+// 0 outside one that is not tiled.
+float amount;
 vec2 Coordinates(int i, vec2 uv) {
-  return (vec4(uv, 1, 0) * uMaps[i]).xy;
+  map = uMaps[i];
+  return (vec4(uv, 1, 0) * map).xy;
 }
-// The map's amount; 0 outside one that is not tiled.
-float Amount(int i, vec2 at) {
-  vec2 away = abs(at - .5);
-  return uMaps[i][1].w > .5 && max(away.x, away.y) > .5 ? 0. : uMaps[i][0].w;
+void Take(sampler2D picture, int i, vec2 uv) {
+  vec2 at = Coordinates(i, uv), away = abs(at - .5);
+  texel = texture(picture, at);
+  amount = map[1].w > .5 && max(away.x, away.y) > .5 ? 0. : map[0].w;
 }
-float Value(int i, vec4 color) {
-  return dot(uMaps[i][2], color) * uMaps[i][3].x + uMaps[i][3].y;
+float Value() {
+  return dot(map[2], texel) * map[3].x + map[3].y;
 }
-vec3 Colour(int i, vec4 color) {
-  return color.rgb * uMaps[i][3].x + uMaps[i][3].y;
+vec3 Colour() {
+  return texel.rgb * map[3].x + map[3].y;
+}
+#endif
+vec3 diffuse, ambient;
+float opacity;
+#if defined(TEXTURE) || defined(TEXTURE2)
+// Lays a picture over the colours. What its alpha weighs: z lets them show, w makes transparent.
+void Lay(sampler2D picture, int i) {
+  Take(picture, i, vUv);
+  // Colours are premultiplied where alpha counts, so that transparent pixels do not bleed into the edges.
+  texel.rgb /= max(mix(1., texel.a, map[2].z + map[2].w), .004);
+  amount *= mix(1., texel.a, map[2].z);
+  diffuse = mix(diffuse, Colour(), amount);
+  ambient = mix(ambient, Colour(), amount);
+  opacity *= mix(1., texel.a, amount * map[2].w);
 }
 #endif
 void main() {
@@ -736,66 +737,55 @@ void main() {
   if (dot(N, V) < 0.) N = -N;
 #endif
 #endif
-  float opacity = uLook[0].w, self = uLook[2].w;
-  vec3 diffuse = uLook[0].rgb, specular = uLook[1].rgb, ambient = uLook[2].rgb;
-  vec2 at;
-  vec4 texel;
-  float amount;
+  opacity = uLook[0].w;
+  diffuse = uLook[0].rgb;
+  ambient = uLook[2].rgb;
+  vec3 specular = uLook[1].rgb;
+  float self = uLook[2].w;
 #ifdef BUMP
   {
-    at = Coordinates(6, vUv);
-    vec2 stepX = dFdx(at), stepY = dFdy(at);
-    float here = Value(6, texture(uMap[6], at));
-    float right = Value(6, texture(uMap[6], at + stepX)) - here;
-    float up = Value(6, texture(uMap[6], at + stepY)) - here;
-    vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint);
-    vec3 fromX = cross(alongY, N), fromY = cross(N, alongX);
+    vec2 at = Coordinates(6, vUv), stepX = dFdx(at), stepY = dFdy(at);
+    texel = texture(uMap[6], at + stepX);
+    float right = Value();
+    texel = texture(uMap[6], at + stepY);
+    float up = Value();
+    Take(uMap[6], 6, vUv);
+    float here = Value();
+    vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint), fromX = cross(alongY, N), fromY = cross(N, alongX);
     float area = dot(alongX, fromX);
     // Heights are measured in tiles of the map, so a bump looks the same whatever the model's units are.
     float tile = sqrt(abs(area) / max(abs(stepX.x * stepY.y - stepX.y * stepY.x), 1e-20));
-    vec3 slope = (area < 0. ? -1. : 1.) * (right * fromX + up * fromY);
-    vec3 bent = abs(area) * N - .03 * Amount(6, at) * tile * slope;
-    N = bent * inversesqrt(max(dot(bent, bent), 1e-30));
+    vec3 slope = (area < 0. ? -1. : 1.) * ((right - here) * fromX + (up - here) * fromY);
+    N = abs(area) * N - .03 * amount * tile * slope;
+    N *= inversesqrt(max(dot(N, N), 1e-30));
   }
 #endif
 #ifdef TEXTURE
-  at = Coordinates(0, vUv);
-  texel = texture(uMap[0], at);
-  // Colours are premultiplied where alpha counts, so that transparent pixels do not bleed into the edges.
-  texel.rgb /= max(mix(1., texel.a, uMaps[0][2].z + uMaps[0][2].w), .004);
-  amount = Amount(0, at) * mix(1., texel.a, uMaps[0][2].z);
-  diffuse = mix(diffuse, Colour(0, texel), amount);
-  ambient = mix(ambient, Colour(0, texel), amount);
-  opacity *= mix(1., texel.a, amount * uMaps[0][2].w);
+  Lay(uMap[0], 0);
 #endif
 #ifdef TEXTURE2
-  at = Coordinates(1, vUv);
-  texel = texture(uMap[1], at);
-  texel.rgb /= max(mix(1., texel.a, uMaps[1][2].z), .004);
-  amount = Amount(1, at) * mix(1., texel.a, uMaps[1][2].z);
-  diffuse = mix(diffuse, Colour(1, texel), amount);
-  ambient = mix(ambient, Colour(1, texel), amount);
+  Lay(uMap[1], 1);
 #endif
 #ifdef OPACITY
-  at = Coordinates(2, vUv);
-  opacity = mix(opacity, Value(2, texture(uMap[2], at)), Amount(2, at));
-#endif
-#ifdef SPECULAR_MAP
-  at = Coordinates(3, vUv);
-  specular = mix(specular, Colour(3, texture(uMap[3], at)) * uMaps[3][2].x, Amount(3, at));
-#endif
-#ifdef SHININESS
-  at = Coordinates(4, vUv);
-  specular *= mix(1., Value(4, texture(uMap[4], at)), Amount(4, at));
-#endif
-#ifdef TINTED
-  specular *= diffuse;
+  Take(uMap[2], 2, vUv);
+  opacity = mix(opacity, Value(), amount);
 #endif
   // Nearly clear is clear, as pictures of lossy formats mean it.
   if (opacity < 5.5 / 255.) opacity = 0.;
-#ifdef SELF
-  at = Coordinates(5, vUv);
-  self = mix(self, Value(5, texture(uMap[5], at)), Amount(5, at));
+#ifdef SPECULAR
+  Take(uMap[3], 3, vUv);
+  specular = mix(specular, Colour() * map[2].x, amount);
+#endif
+#ifdef SHININESS
+  Take(uMap[4], 4, vUv);
+  specular *= mix(1., Value(), amount);
+#endif
+#ifdef SELFILLUMINATION
+  Take(uMap[5], 5, vUv);
+  self = mix(self, Value(), amount);
+#endif
+#ifdef TINTED
+  specular *= diffuse;
 #endif
 #ifdef SOLID
   if (opacity * 255. < 249.5) discard;
@@ -815,7 +805,7 @@ void main() {
     light *= clamp((lamp[3].x - distance) / (lamp[3].x - lamp[2].w), 0., 1.);
     float facing = max(dot(N, L), 0.);
     vec3 reflected = diffuse * facing;
-#ifdef SPECULAR
+#ifdef GLOSSY
     vec3 H = L + V;
     float highlight = max(dot(N, H * inversesqrt(max(dot(H, H), 1e-20))), 1e-4);
     if (facing > 0.) reflected += specular * pow(highlight, uLook[1].w);
@@ -825,18 +815,15 @@ void main() {
 #else
   float facing = max(dot(N, V), 0.);
   color += diffuse * facing;
-#ifdef SPECULAR
+#ifdef GLOSSY
   color += specular * pow(max(facing, 1e-4), uLook[1].w);
 #endif
 #endif
 #ifdef REFLECTION
-  {
-    vec3 R = reflect(-V, N);
-    // The picture's rows count downwards.
-    at = vec2(atan(R.y, R.x) * .15915494 + .5, .5 - asin(clamp(R.z, -1., 1.)) * .31830989);
-    at = Coordinates(7, at);
-    color += Colour(7, texture(uMap[7], at)) * Amount(7, at);
-  }
+  vec3 R = reflect(-V, N);
+  // The picture's rows count downwards.
+  Take(uMap[7], 7, vec2(atan(R.y, R.x) * .15915494, -asin(clamp(R.z, -1., 1.)) * .31830989) + .5);
+  color += Colour() * amount;
 #endif
   // Multiplied here, as a colour is clipped at white before the blending: highlights on glass would lose theirs.
   oColor = vec4(color * opacity, opacity);
@@ -844,7 +831,7 @@ void main() {
 `;
 
   // shaders/surface.vert
-  var surface_default2 = "// Coordinates are the file's axes after the turning of the model, with the eye as origin.\nuniform mat4 uModelView, uProjection;\n// -1 where the model-view matrix mirrors: that may not turn normals over.\nuniform float uMirror;\nuniform vec2 uMorph, uStep;\nlayout(location = 0) in vec3 aPosition;\nlayout(location = 1) in vec3 aNormal;\nlayout(location = 2) in vec2 aUv;\nlayout(location = 3) in vec3 aFace;\nlayout(location = 4) in vec3 aPosition1;\nlayout(location = 5) in vec3 aNormal1;\nlayout(location = 6) in vec3 aPosition2;\nlayout(location = 7) in vec3 aNormal2;\nout vec3 vPoint, vNormal;\nout vec2 vUv;\n// Of directions: the inverse transposed times the determinant is made of the cross products of columns.\nvec3 Turned(vec3 v) {\n  mat3 m = mat3(uModelView);\n  v = mat3(cross(m[1], m[2]), cross(m[2], m[0]), cross(m[0], m[1])) * v * uMirror;\n  return v * inversesqrt(max(dot(v, v), 1e-37));\n}\nvoid main() {\n  vec3 at = aPosition;\n  vec3 normal = aNormal;\n#ifdef MORPH\n  at += uMorph.x * aPosition1 + uMorph.y * aPosition2;\n  normal += uMorph.x * aNormal1 + uMorph.y * aNormal2;\n#endif\n  vec4 point = uModelView * vec4(at, 1);\n  vPoint = point.xyz;\n  vNormal = Turned(normal);\n  vUv = aUv;\n  gl_Position = uProjection * point;\n#ifdef LINES\n  // Copies beside each other make a line wider.\n  gl_Position.xy += uStep * gl_Position.w;\n#ifndef TWO_SIDED\n  // Lines have no back side of their own: those of triangles that face away go out of the picture.\n  if (dot(Turned(aFace), vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);\n#endif\n#endif\n}\n";
+  var surface_default2 = "// Coordinates are the file's axes after the turning of the model, with the eye as origin.\nuniform mat4 uModelView, uProjection;\n// -1 where the model-view matrix mirrors: that may not turn normals over.\nuniform float uMirror;\nuniform vec2 uMorph;\nlayout(location = 0) in vec3 aPosition;\nlayout(location = 1) in vec3 aNormal;\nlayout(location = 2) in vec2 aUv;\nlayout(location = 3) in vec3 aFace;\nlayout(location = 4) in vec3 aPosition1;\nlayout(location = 5) in vec3 aNormal1;\nlayout(location = 6) in vec3 aPosition2;\nlayout(location = 7) in vec3 aNormal2;\nout vec3 vPoint, vNormal;\nout vec2 vUv;\n// Of directions: the inverse transposed times the determinant is made of the cross products of columns.\nvec3 Turned(vec3 v) {\n  mat3 m = mat3(uModelView);\n  v = mat3(cross(m[1], m[2]), cross(m[2], m[0]), cross(m[0], m[1])) * v * uMirror;\n  return v * inversesqrt(max(dot(v, v), 1e-37));\n}\nvoid main() {\n  vec3 at = aPosition;\n  vec3 normal = aNormal;\n#ifdef MORPH\n  at += uMorph.x * aPosition1 + uMorph.y * aPosition2;\n  normal += uMorph.x * aNormal1 + uMorph.y * aNormal2;\n#endif\n  vec4 point = uModelView * vec4(at, 1);\n  vPoint = point.xyz;\n  vNormal = Turned(normal);\n  vUv = aUv;\n  gl_Position = uProjection * point;\n#if defined(LINES) && !defined(TWO_SIDED)\n  // Lines have no back side of their own: those of triangles that face away go out of the picture.\n  if (dot(Turned(aFace), vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);\n#endif\n}\n";
 
   // src/geometry.ts
   var kFace = 3;
@@ -929,17 +916,19 @@ void main() {
   }
 
   // src/nodes.ts
-  var readNodes = (json) => json.nodes.map((n) => ({ ...n, world: kIdentity }));
-  function orderedNodes(json, all) {
-    const ordered = json.scenes[json.scene ?? 0].nodes.map((root) => Object.assign(all[root], { matrix: kIdentity }));
-    for (const node of ordered) {
-      for (const child of node.children ?? []) ordered.push(Object.assign(all[child], { parent: node }));
-      demand(ordered.length <= all.length);
-    }
-    return ordered;
+  function readNodes(json) {
+    const nodes = json.nodes.map((n) => ({ ...n, world: kIdentity }));
+    nodes.forEach((node, i) => {
+      if (!node.parent) node.matrix = [...kIdentity];
+      for (const child of node.children ?? []) {
+        demand(child > i);
+        nodes[child].parent = node;
+      }
+    });
+    return nodes;
   }
-  function placeNodes(ordered) {
-    for (const node of ordered) {
+  function placeNodes(nodes) {
+    for (const node of nodes) {
       const { matrix, translation = [0, 0, 0], rotation = [0, 0, 0, 1], scale = [1, 1, 1], parent } = node;
       const own = matrix ?? placed(translation, rotation, scale);
       node.world = parent ? product(parent.world, own) : own;
@@ -971,7 +960,6 @@ void main() {
 
   // src/material.ts
   var kMaps = ["texture", "texture2", "opacity", "specular", "shininess", "selfIllumination", "bump", "reflection"];
-  var kMacros = ["TEXTURE", "TEXTURE2", "OPACITY", "SPECULAR_MAP", "SHININESS", "SELF", "BUMP", "REFLECTION"];
   var kOpacity = 2;
   var kSpecular = 3;
   var kShininess = 4;
@@ -993,16 +981,16 @@ void main() {
     };
   }
   function lookOf(m, twoSided, lines) {
-    const { strength: strength2 = 0, opacity = 1, additive = false, shading, specular = [0.9, 0.9, 0.9], diffuse = [0.588, 0.588, 0.588] } = m;
+    const { strength: strength2 = 0, opacity = 1, additive = false, shading, specular, diffuse, ambient, exponent } = m;
     const glossy = strength2 > 0;
     const maps = kMaps.map((name, kind) => mapOf(kind, m.maps?.[name], strength2));
     if (!glossy) maps[kSpecular] = maps[kShininess] = void 0;
     const line = lines || !!m.wire || shading === "wire";
     return {
-      ambient: m.ambient ?? diffuse,
+      ambient,
       diffuse,
       specular: specular.map((x) => x * strength2),
-      exponent: m.exponent ?? 2,
+      exponent,
       self: m.selfIllumination ?? 0,
       opacity,
       glossy,
@@ -1010,7 +998,6 @@ void main() {
       flat: shading === "flat" && !line,
       twoSided: twoSided || !!m.twoSided,
       lines: line,
-      lineWidth: Math.min(m.wireSizePx || 1, 64),
       additive,
       blended: !!m.blend || additive,
       maybeSolid: !additive && (opacity >= 1 || maps[kOpacity]?.amount === 1),
@@ -1042,7 +1029,7 @@ void main() {
     for (let i = 0; i < steps; i++) start[i + 1] += start[i];
     const ordered = indices.slice();
     for (let t = 0; t < count; t++) ordered.set(indices.subarray(t * 3, t * 3 + 3), start[keyOf2(t)]++ * 3);
-    return { ordered, middle: (low + high) / 2 };
+    return [ordered, (low + high) / 2];
   }
 
   // src/parts.ts
@@ -1057,7 +1044,7 @@ void main() {
       const anyMap = maps.includes(true);
       const twoSided = look.twoSided && !look.flat;
       const flags = [...maps, look.glossy, metal && anyMap, look.flat, twoSided, pixels === 1 /* Solid */, pixels === 2 /* Translucent */];
-      const names = [...kMacros, "SPECULAR", "TINTED", "FLAT", "TWO_SIDED", "SOLID", "TRANSLUCENT", "MAPS", "LINES", "MORPH", "LIGHTS " + lights];
+      const names = [...kMaps.map((name) => name.toUpperCase()), "GLOSSY", "TINTED", "FLAT", "TWO_SIDED", "SOLID", "TRANSLUCENT", "MAPS", "LINES", "MORPH", "LIGHTS " + lights];
       const defines = names.filter((_, i) => [...flags, anyMap, look.lines, geometry.targets.length, lights][i]);
       return {
         node,
@@ -1075,7 +1062,7 @@ void main() {
       const { primitives, weights } = gltf.json.meshes[node.mesh];
       node.weights ??= weights;
       primitives.forEach((primitive, p) => {
-        const material = primitive.material ?? looks.length - 1;
+        const { material } = primitive;
         const look = looks[material];
         const sorts = look.blended && !look.additive && !look.lines && gltf.json.accessors[primitive.indices].count < kMostSorted * 3;
         const geometry = made[node.mesh + "/" + p] ??= maker.make(primitive, look.lines, sorts);
@@ -1086,15 +1073,7 @@ void main() {
     }
     return { opaque, blended };
   }
-  function drawPart(gl, { geometry: { mode, count, indexType }, look, program }) {
-    const copies = look.lines ? Math.round(look.lineWidth) || 1 : 1;
-    for (let i = 0; i < copies * copies; i++) {
-      const [x, y] = [i % copies, Math.floor(i / copies)];
-      const size = [gl.drawingBufferWidth, gl.drawingBufferHeight];
-      if (copies > 1) program.set("uStep", 2, [x, y].map((at, k) => (2 * at + 1 - copies) / size[k]));
-      gl.drawElements(mode, count, indexType, 0);
-    }
-  }
+  var drawPart = (gl, { geometry: { mode, count, indexType } }) => gl.drawElements(mode, count, indexType, 0);
 
   // src/program.ts
   function makeProgram(gl, vertex, fragment, defines = []) {
@@ -1128,56 +1107,60 @@ void main() {
 
   // src/textures.ts
   var kAnisotropy = 8;
-  async function textureOf(gl, picture, use) {
-    const bitmap = await createImageBitmap(picture, { premultiplyAlpha: use === 1 /* Multiplied */ ? "premultiply" : "none", colorSpaceConversion: "none" });
-    const texture = gl.createTexture();
-    gl.activeTexture(33984 /* Texture0 */);
-    gl.bindTexture(3553 /* Texture2d */, texture);
-    gl.pixelStorei(37443 /* ColorspaceConversion */, 0);
-    gl.texImage2D(3553 /* Texture2d */, 0, 6408 /* Rgba */, 6408 /* Rgba */, 5121 /* UnsignedByte */, bitmap);
-    gl.generateMipmap(3553 /* Texture2d */);
-    return texture;
-  }
-  var keyOf = ({ texture, alpha }) => texture + "/" + alpha;
-  async function loadTextures(gl, gltf, looks, software) {
+  var keyOf = ({ texture, alpha, wrap }, unit) => [texture, alpha, wrap, unit === kReflection].join();
+  async function loadTextures(gl, gltf, looks) {
     const { textures = [], images = [] } = gltf.json;
+    const anisotropy = !isSoftware(gl) && gl.getExtension("EXT_texture_filter_anisotropic") ? kAnisotropy : 1;
     const loaded = {};
-    const samplers = {};
-    const all = looks.flatMap((look) => look.maps.filter((map) => map !== void 0));
-    const load = async (map) => {
-      const { bufferView, mimeType } = images[textures[map.texture].source];
-      loaded[keyOf(map)] = await textureOf(gl, new Blob([viewBytes(gltf, bufferView)], { type: mimeType }), map.alpha);
-    };
-    await Promise.all([...new Map(all.map((map) => [keyOf(map), map])).values()].map((map) => load(map).catch((e) => console.warn(e))));
-    for (const look of looks) look.maps = look.maps.map((map) => map && loaded[keyOf(map)] ? map : void 0);
-    const filtered = !software && gl.getExtension("EXT_texture_filter_anisotropic");
-    const samplerOf = (wrap, levels) => {
-      const sampler = gl.createSampler();
-      const set = (name, value) => gl.samplerParameteri(sampler, name, value);
+    const load = async ({ texture, alpha, wrap }, unit) => {
+      const { bufferView, mimeType } = images[textures[texture].source];
+      const bitmap = await createImageBitmap(new Blob([viewBytes(gltf, bufferView)], { type: mimeType }), {
+        premultiplyAlpha: alpha ? "premultiply" : "none",
+        colorSpaceConversion: "none"
+      });
+      const made = gl.createTexture();
+      const set = (name, value) => gl.texParameteri(3553 /* Texture2d */, name, value);
+      gl.activeTexture(33984 /* Texture0 */);
+      gl.bindTexture(3553 /* Texture2d */, made);
+      gl.texImage2D(3553 /* Texture2d */, 0, 6408 /* Rgba */, 6408 /* Rgba */, 5121 /* UnsignedByte */, bitmap);
+      gl.generateMipmap(3553 /* Texture2d */);
       set(10242 /* WrapS */, wrap);
       set(10243 /* WrapT */, wrap);
-      set(10241 /* MinFilter */, levels ? 9987 /* LinearMipmapLinear */ : 9729 /* Linear */);
-      if (filtered && levels) set(34046 /* Anisotropy */, kAnisotropy);
-      return sampler;
+      if (unit === kReflection) set(10241 /* MinFilter */, 9729 /* Linear */);
+      else set(10241 /* MinFilter */, 9987 /* LinearMipmapLinear */);
+      if (anisotropy > 1) set(34046 /* Anisotropy */, anisotropy);
+      return made;
     };
+    const found = {};
+    const loading = looks.flatMap(
+      (look) => look.maps.map(async (map, unit) => {
+        if (!map) return;
+        const key = keyOf(map, unit);
+        found[key] = await (loaded[key] ??= load(map, unit)).catch((error) => {
+          console.warn(error);
+          look.maps[unit] = void 0;
+          return 0;
+        });
+      })
+    );
+    await Promise.all(loading);
     return (look) => look.maps.forEach((map, unit) => {
       if (!map) return;
       gl.activeTexture(33984 /* Texture0 */ + unit);
-      gl.bindTexture(3553 /* Texture2d */, loaded[keyOf(map)]);
-      gl.bindSampler(unit, samplers[map.wrap + "/" + unit] ??= samplerOf(map.wrap, unit !== kReflection));
+      gl.bindTexture(3553 /* Texture2d */, found[keyOf(map, unit)]);
     });
+  }
+  function isSoftware(gl) {
+    const name = gl.getExtension("WEBGL_debug_renderer_info") ? 37446 /* UnmaskedRenderer */ : 7937 /* Renderer */;
+    return /swift|llvm|software/i.test(gl.getParameter(name));
   }
 
   // src/renderer.ts
-  function isSoftware(gl) {
-    const name = gl.getExtension("WEBGL_debug_renderer_info") ? 37446 /* UnmaskedRenderer */ : 7937 /* Renderer */;
-    return /swiftshader|llvmpipe|software/i.test(gl.getParameter(name));
-  }
   async function makeRenderer(gl, scene, seen, settings) {
     const { gltf } = scene;
     const { wire, doubleSided, background, backgroundPicture } = settings;
-    const looks = [...gltf.json.materials ?? [], {}].map((m) => lookOf(m.extras?.orbivue ?? {}, doubleSided || !!m.doubleSided, wire));
-    const bindMaps = await loadTextures(gl, gltf, looks, isSoftware(gl));
+    const looks = (gltf.json.materials ?? []).map((m) => lookOf(m.extras.orbivue, doubleSided || !!m.doubleSided, wire));
+    const bindMaps = await loadTextures(gl, gltf, looks);
     const maker = geometryMaker(gl, gltf);
     const programs = {};
     const lightCount = scene.lights.length && scene.lights.length + +scene.headlight;
@@ -1191,33 +1174,31 @@ void main() {
     let lights;
     let program;
     let look;
-    let prepared;
-    const middleDepth = ({ node, geometry: { low, high } }) => {
+    const extentOf = ({ node, geometry: { low, high } }) => {
       const r = rowTimes(depthRow, node.world);
-      return low.reduce((sum, x, i) => sum + r[i] * (x + high[i]) / 2, r[3]);
+      return [0, 1, 2].reduce(
+        ([middle, half], i) => [middle + r[i] * (low[i] + high[i]) / 2, half + Math.abs(r[i] * (high[i] - low[i])) / 2],
+        [r[3], 0]
+      );
     };
     const depths = () => {
       let [nearest, farthest] = [Infinity, -Infinity];
       for (const part of [...opaque, ...blended]) {
-        const r = rowTimes(depthRow, part.node.world);
-        const { low, high } = part.geometry;
-        const middle = middleDepth(part);
-        const half = low.reduce((sum, x, i) => sum + Math.abs(r[i] * (high[i] - x)) / 2, 0);
+        const [middle, half] = extentOf(part);
+        part.depth = middle;
         nearest = Math.min(nearest, middle - half);
         farthest = Math.max(farthest, middle + half);
       }
       return [nearest, farthest];
     };
-    const aim = (zoom) => {
+    const aim = () => {
       const { camera } = seen;
       const model = modelOf(seen);
       toEye = movedTo(model, sub([model[12], model[13], model[14]], eyeOf(camera)));
       depthRow = rowTimes([...camera.back.map((x) => -x), 0], toEye);
       toClip = projection(camera, depthRange(camera, ...depths()));
-      if (zoom) toClip = product(zoom, toClip);
-      lights = lightUniforms(scene.lights, scene.all, scene.headlight, toEye);
+      lights = lightUniforms(scene.lights, scene.nodes, scene.headlight, toEye);
       program = look = void 0;
-      prepared = [];
       gl.enable(2929 /* DepthTest */);
       gl.disable(3042 /* Blend */);
       gl.depthMask(true);
@@ -1227,8 +1208,6 @@ void main() {
       next.use();
       program = next;
       look = void 0;
-      if (prepared.includes(next)) return;
-      prepared.push(next);
       next.set("uProjection", 16, toClip);
       if (lightCount) next.set("uLights", 16, lights);
     };
@@ -1264,7 +1243,6 @@ void main() {
       placePart(part.program, part);
     };
     const drawOpaque = () => {
-      for (const part of opaque) part.depth = middleDepth(part);
       opaque.sort((a, b) => b.key - a.key || b.material - a.material || a.depth - b.depth);
       for (const part of opaque) {
         gl.depthFunc(part.look.lines ? 515 /* Lequal */ : 513 /* Less */);
@@ -1273,14 +1251,10 @@ void main() {
       }
     };
     const drawBlended = () => {
-      const orders = new Map(
-        blended.map((part) => {
-          const { sorted } = part.geometry;
-          const order = sorted && orderBackToFront(sorted.positions, sorted.indices, rowTimes(depthRow, part.node.world));
-          part.depth = order ? order.middle : middleDepth(part);
-          return [part, order];
-        })
-      );
+      for (const part of blended) {
+        const { sorted } = part.geometry;
+        if (sorted) [part.ordered, part.depth] = orderBackToFront(sorted.positions, sorted.indices, rowTimes(depthRow, part.node.world));
+      }
       blended.sort((a, b) => b.depth - a.depth);
       gl.enable(3042 /* Blend */);
       gl.depthMask(false);
@@ -1290,8 +1264,7 @@ void main() {
         const behind = additive ? 1 /* One */ : 771 /* OneMinusSrcAlpha */;
         gl.blendFuncSeparate(1 /* One */, behind, additive ? 0 /* Zero */ : 1 /* One */, behind);
         prepare(part);
-        const order = orders.get(part);
-        if (order) gl.bufferSubData(34963 /* ElementArrayBuffer */, 0, order.ordered);
+        if (part.ordered) gl.bufferSubData(34963 /* ElementArrayBuffer */, 0, part.ordered);
         else if (twoSided) {
           cull(true, 1028 /* Front */);
           drawPart(gl, part);
@@ -1315,10 +1288,10 @@ void main() {
         drawBlended();
       },
       depthAt(x, y) {
-        const { width: w, height: h } = seen.camera;
+        const { width, height } = seen.camera;
         gl.bindFramebuffer(36160 /* Framebuffer */, pixel);
-        gl.viewport(0, 0, 1, 1);
-        aim([w, 0, 0, 0, 0, h, 0, 0, 0, 0, 1, 0, w - 2 * x, 2 * y - h, 0, 1]);
+        gl.viewport(-Math.floor(x), Math.floor(y) + 1 - height, width, height);
+        aim();
         gl.clearColor(0, 0, 0, 0);
         gl.clear(16384 /* ColorBit */ | 256 /* DepthBit */);
         gl.depthFunc(513 /* Less */);
@@ -1326,8 +1299,7 @@ void main() {
         for (const part of [...opaque, ...blended]) {
           cull(!part.look.twoSided);
           placePart(depthProgram, part);
-          const { mode, count, indexType } = part.geometry;
-          gl.drawElements(mode, count, indexType, 0);
+          drawPart(gl, part);
         }
         const found = new Uint8Array(4);
         gl.readPixels(0, 0, 1, 1, 6408 /* Rgba */, 5121 /* UnsignedByte */, found);
@@ -1355,14 +1327,12 @@ void main() {
   function readScene(bytes) {
     const gltf = readGltf(bytes);
     const { json } = gltf;
-    const all = readNodes(json);
-    const nodes = orderedNodes(json, all);
-    const channels = readChannels(gltf, all);
+    const nodes = readNodes(json);
+    const channels = readChannels(gltf, nodes);
     const extras = json.scenes[json.scene ?? 0].extras.orbivue;
     const { headlight = false, ambientLight = [0, 0, 0], bounds, cameras = [], frames = { first: 0, last: 0, current: 0 } } = extras;
     const scene = {
       gltf,
-      all,
       nodes,
       lights: strongest(extras.lights ?? [], headlight),
       headlight,
@@ -1373,7 +1343,7 @@ void main() {
       cameraNames: cameras.map((c) => c.name),
       camera(index) {
         const { name, node, target, rollDeg = 0, fovDeg } = cameras[index];
-        return { name, rollDeg, fovDeg, eye: originOf(all[node]), target: originOf(all[target]) };
+        return { name, rollDeg, fovDeg, eye: originOf(nodes[node]), target: originOf(nodes[target]) };
       },
       show(frame) {
         for (const channel of channels) channel.node[channel.path] = sample(channel, (frame - frames.first) / kFramesPerSecond);
@@ -1401,21 +1371,7 @@ void main() {
     fullscreen: ["M4 9V4h5M15 4h5v5M20 15v5h-5M9 20H4v-5"],
     download: ["M12 4v11M7 10l5 5 5-5M5 20h14"]
   };
-  function icon(key) {
-    const make = (tag, attribute, value) => {
-      const element = document.createElementNS("http://www.w3.org/2000/svg", tag);
-      element.setAttribute(attribute, value);
-      return element;
-    };
-    const svg = make("svg", "viewBox", "0 0 24 24");
-    svg.setAttribute("aria-hidden", "true");
-    kIcons[key].forEach((d, i) => {
-      const path = make("path", "d", d);
-      if (i) path.setAttribute("fill", "currentColor");
-      svg.append(path);
-    });
-    return svg;
-  }
+  var icon = (key) => `<svg viewBox="0 0 24 24" aria-hidden="true">${kIcons[key].map((d, i) => `<path d="${d}" ${i ? 'fill="currentColor"' : ""}/>`).join("")}</svg>`;
 
   // src/toolbar.ts
   function toggleFullScreen() {
@@ -1433,11 +1389,7 @@ void main() {
       if (tag !== "input") stops.push(element);
       return element;
     };
-    const button = (key, onclick) => {
-      const made = add2("button", key, { type: "button", onclick });
-      made.append(icon(key));
-      return made;
-    };
+    const button = (key, onclick) => add2("button", key, { type: "button", onclick, innerHTML: icon(key) });
     const stopAt = (element) => {
       if (stops.includes(element)) for (const other of stops) other.tabIndex = other === element ? 0 : -1;
     };
@@ -1452,9 +1404,8 @@ void main() {
     const { first, last } = scene.frames;
     const slider = play && add2("input", "frame", { type: "range", min: "" + first, max: "" + last, oninput: () => actions.frame(+slider.value) });
     if (document.fullscreenEnabled) button("fullscreen", toggleFullScreen);
-    if (download) add2("a", "download", { href: download, download: "" }).append(icon("download"));
+    if (download) add2("a", "download", { href: download, download: "", innerHTML: icon("download") });
     bar.setAttribute("aria-label", texts.toolbar);
-    bar.onfocus = null;
     bar.addEventListener("focusin", (event) => stopAt(event.target));
     bar.onkeydown = (event) => {
       const at = stops.indexOf(event.target);
@@ -1472,7 +1423,7 @@ void main() {
         const key = playing ? "pause" : "play";
         if (!play || play.title === texts[key]) return;
         name(play, key);
-        play.replaceChildren(icon(key));
+        play.innerHTML = icon(key);
       }
     };
   }
@@ -1570,8 +1521,8 @@ void main() {
       box?.remove();
       if (!b) return;
       box = Object.assign(document.createElement("div"), { className: "box" });
-      const [left, top, width, height] = [Math.min(b.x0, b.x1), Math.min(b.y0, b.y1), Math.abs(b.x1 - b.x0), Math.abs(b.y1 - b.y0)];
-      Object.entries({ left, top, width, height }).forEach(([key, value]) => box.style.setProperty(key, value + "px"));
+      const [left, top] = [Math.min(b.x0, b.x1), Math.min(b.y0, b.y1)];
+      box.style.cssText = `left:${left}px;top:${top}px;width:${Math.abs(b.x1 - b.x0)}px;height:${Math.abs(b.y1 - b.y0)}px`;
       canvas.after(box);
     };
     const bar = makeToolbar(toolbar, settings, scene, { preset, fileCamera: lookThrough, reset, togglePlaying, frame: setFrame });
@@ -1620,21 +1571,9 @@ void main() {
         request();
       },
       frames: [frames.first, frames.last],
-      get frame() {
-        return frame;
-      },
-      set frame(to) {
-        setFrame(to);
-      },
-      get playing() {
-        return playing;
-      },
-      set playing(on) {
-        play(on);
-      },
-      get drawn() {
-        return drawn;
-      }
+      setFrame,
+      play,
+      state: () => ({ frame, playing, drawn })
     };
   }
 
@@ -1652,13 +1591,11 @@ void main() {
     const { canvas, say } = stage;
     const fill = (key, what) => texts[key].replace("%1", () => what);
     canvas.setAttribute("aria-label", fill("canvas", title || model));
-    say(texts.loading);
     try {
       const gl = canvas.getContext("webgl2", { alpha: !!backgroundPicture });
       if (backgroundPicture) canvas.style.background = `url("${encodeURI(backgroundPicture)}") 50%/cover rgb(${settings.background.map((x) => x * 255)})`;
       if (!gl) throw new Trouble("noWebGL");
-      const members = await view(await sceneBytes(settings), settings, stage, gl);
-      Object.defineProperties(api2, Object.getOwnPropertyDescriptors(members));
+      Object.assign(api2, await view(await sceneBytes(settings), settings, stage, gl));
       say(fill("shown", title || model));
       document.body.dataset.ready = "";
       return api2;

@@ -12,19 +12,39 @@ uniform mat4 uLights[LIGHTS];
 uniform sampler2D uMap[8];
 // Rows of the coordinates' transform, each with amount and "not tiled"; weights of the channels; sign and bias.
 uniform mat4 uMaps[8];
+// Of the map that was taken last.
+mat4 map;
+vec4 texel;
+// 0 outside one that is not tiled.
+float amount;
 vec2 Coordinates(int i, vec2 uv) {
-  return (vec4(uv, 1, 0) * uMaps[i]).xy;
+  map = uMaps[i];
+  return (vec4(uv, 1, 0) * map).xy;
 }
-// The map's amount; 0 outside one that is not tiled.
-float Amount(int i, vec2 at) {
-  vec2 away = abs(at - .5);
-  return uMaps[i][1].w > .5 && max(away.x, away.y) > .5 ? 0. : uMaps[i][0].w;
+void Take(sampler2D picture, int i, vec2 uv) {
+  vec2 at = Coordinates(i, uv), away = abs(at - .5);
+  texel = texture(picture, at);
+  amount = map[1].w > .5 && max(away.x, away.y) > .5 ? 0. : map[0].w;
 }
-float Value(int i, vec4 color) {
-  return dot(uMaps[i][2], color) * uMaps[i][3].x + uMaps[i][3].y;
+float Value() {
+  return dot(map[2], texel) * map[3].x + map[3].y;
 }
-vec3 Colour(int i, vec4 color) {
-  return color.rgb * uMaps[i][3].x + uMaps[i][3].y;
+vec3 Colour() {
+  return texel.rgb * map[3].x + map[3].y;
+}
+#endif
+vec3 diffuse, ambient;
+float opacity;
+#if defined(TEXTURE) || defined(TEXTURE2)
+// Lays a picture over the colours. What its alpha weighs: z lets them show, w makes transparent.
+void Lay(sampler2D picture, int i) {
+  Take(picture, i, vUv);
+  // Colours are premultiplied where alpha counts, so that transparent pixels do not bleed into the edges.
+  texel.rgb /= max(mix(1., texel.a, map[2].z + map[2].w), .004);
+  amount *= mix(1., texel.a, map[2].z);
+  diffuse = mix(diffuse, Colour(), amount);
+  ambient = mix(ambient, Colour(), amount);
+  opacity *= mix(1., texel.a, amount * map[2].w);
 }
 #endif
 void main() {
@@ -39,66 +59,55 @@ void main() {
   if (dot(N, V) < 0.) N = -N;
 #endif
 #endif
-  float opacity = uLook[0].w, self = uLook[2].w;
-  vec3 diffuse = uLook[0].rgb, specular = uLook[1].rgb, ambient = uLook[2].rgb;
-  vec2 at;
-  vec4 texel;
-  float amount;
+  opacity = uLook[0].w;
+  diffuse = uLook[0].rgb;
+  ambient = uLook[2].rgb;
+  vec3 specular = uLook[1].rgb;
+  float self = uLook[2].w;
 #ifdef BUMP
   {
-    at = Coordinates(6, vUv);
-    vec2 stepX = dFdx(at), stepY = dFdy(at);
-    float here = Value(6, texture(uMap[6], at));
-    float right = Value(6, texture(uMap[6], at + stepX)) - here;
-    float up = Value(6, texture(uMap[6], at + stepY)) - here;
-    vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint);
-    vec3 fromX = cross(alongY, N), fromY = cross(N, alongX);
+    vec2 at = Coordinates(6, vUv), stepX = dFdx(at), stepY = dFdy(at);
+    texel = texture(uMap[6], at + stepX);
+    float right = Value();
+    texel = texture(uMap[6], at + stepY);
+    float up = Value();
+    Take(uMap[6], 6, vUv);
+    float here = Value();
+    vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint), fromX = cross(alongY, N), fromY = cross(N, alongX);
     float area = dot(alongX, fromX);
     // Heights are measured in tiles of the map, so a bump looks the same whatever the model's units are.
     float tile = sqrt(abs(area) / max(abs(stepX.x * stepY.y - stepX.y * stepY.x), 1e-20));
-    vec3 slope = (area < 0. ? -1. : 1.) * (right * fromX + up * fromY);
-    vec3 bent = abs(area) * N - .03 * Amount(6, at) * tile * slope;
-    N = bent * inversesqrt(max(dot(bent, bent), 1e-30));
+    vec3 slope = (area < 0. ? -1. : 1.) * ((right - here) * fromX + (up - here) * fromY);
+    N = abs(area) * N - .03 * amount * tile * slope;
+    N *= inversesqrt(max(dot(N, N), 1e-30));
   }
 #endif
 #ifdef TEXTURE
-  at = Coordinates(0, vUv);
-  texel = texture(uMap[0], at);
-  // Colours are premultiplied where alpha counts, so that transparent pixels do not bleed into the edges.
-  texel.rgb /= max(mix(1., texel.a, uMaps[0][2].z + uMaps[0][2].w), .004);
-  amount = Amount(0, at) * mix(1., texel.a, uMaps[0][2].z);
-  diffuse = mix(diffuse, Colour(0, texel), amount);
-  ambient = mix(ambient, Colour(0, texel), amount);
-  opacity *= mix(1., texel.a, amount * uMaps[0][2].w);
+  Lay(uMap[0], 0);
 #endif
 #ifdef TEXTURE2
-  at = Coordinates(1, vUv);
-  texel = texture(uMap[1], at);
-  texel.rgb /= max(mix(1., texel.a, uMaps[1][2].z), .004);
-  amount = Amount(1, at) * mix(1., texel.a, uMaps[1][2].z);
-  diffuse = mix(diffuse, Colour(1, texel), amount);
-  ambient = mix(ambient, Colour(1, texel), amount);
+  Lay(uMap[1], 1);
 #endif
 #ifdef OPACITY
-  at = Coordinates(2, vUv);
-  opacity = mix(opacity, Value(2, texture(uMap[2], at)), Amount(2, at));
-#endif
-#ifdef SPECULAR_MAP
-  at = Coordinates(3, vUv);
-  specular = mix(specular, Colour(3, texture(uMap[3], at)) * uMaps[3][2].x, Amount(3, at));
-#endif
-#ifdef SHININESS
-  at = Coordinates(4, vUv);
-  specular *= mix(1., Value(4, texture(uMap[4], at)), Amount(4, at));
-#endif
-#ifdef TINTED
-  specular *= diffuse;
+  Take(uMap[2], 2, vUv);
+  opacity = mix(opacity, Value(), amount);
 #endif
   // Nearly clear is clear, as pictures of lossy formats mean it.
   if (opacity < 5.5 / 255.) opacity = 0.;
-#ifdef SELF
-  at = Coordinates(5, vUv);
-  self = mix(self, Value(5, texture(uMap[5], at)), Amount(5, at));
+#ifdef SPECULAR
+  Take(uMap[3], 3, vUv);
+  specular = mix(specular, Colour() * map[2].x, amount);
+#endif
+#ifdef SHININESS
+  Take(uMap[4], 4, vUv);
+  specular *= mix(1., Value(), amount);
+#endif
+#ifdef SELFILLUMINATION
+  Take(uMap[5], 5, vUv);
+  self = mix(self, Value(), amount);
+#endif
+#ifdef TINTED
+  specular *= diffuse;
 #endif
 #ifdef SOLID
   if (opacity * 255. < 249.5) discard;
@@ -118,7 +127,7 @@ void main() {
     light *= clamp((lamp[3].x - distance) / (lamp[3].x - lamp[2].w), 0., 1.);
     float facing = max(dot(N, L), 0.);
     vec3 reflected = diffuse * facing;
-#ifdef SPECULAR
+#ifdef GLOSSY
     vec3 H = L + V;
     float highlight = max(dot(N, H * inversesqrt(max(dot(H, H), 1e-20))), 1e-4);
     if (facing > 0.) reflected += specular * pow(highlight, uLook[1].w);
@@ -128,18 +137,15 @@ void main() {
 #else
   float facing = max(dot(N, V), 0.);
   color += diffuse * facing;
-#ifdef SPECULAR
+#ifdef GLOSSY
   color += specular * pow(max(facing, 1e-4), uLook[1].w);
 #endif
 #endif
 #ifdef REFLECTION
-  {
-    vec3 R = reflect(-V, N);
-    // The picture's rows count downwards.
-    at = vec2(atan(R.y, R.x) * .15915494 + .5, .5 - asin(clamp(R.z, -1., 1.)) * .31830989);
-    at = Coordinates(7, at);
-    color += Colour(7, texture(uMap[7], at)) * Amount(7, at);
-  }
+  vec3 R = reflect(-V, N);
+  // The picture's rows count downwards.
+  Take(uMap[7], 7, vec2(atan(R.y, R.x) * .15915494, -asin(clamp(R.z, -1., 1.)) * .31830989) + .5);
+  color += Colour() * amount;
 #endif
   // Multiplied here, as a colour is clipped at white before the blending: highlights on glass would lose theirs.
   oColor = vec4(color * opacity, opacity);

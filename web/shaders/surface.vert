@@ -2,7 +2,7 @@
 uniform mat4 uModelView, uProjection;
 // -1 where the model-view matrix mirrors: that may not turn normals over.
 uniform float uMirror;
-uniform vec2 uMorph, uStep;
+uniform vec2 uMorph;
 layout(location = 0) in vec3 aPosition;
 layout(location = 1) in vec3 aNormal;
 layout(location = 2) in vec2 aUv;
@@ -31,12 +31,8 @@ void main() {
   vNormal = Turned(normal);
   vUv = aUv;
   gl_Position = uProjection * point;
-#ifdef LINES
-  // Copies beside each other make a line wider.
-  gl_Position.xy += uStep * gl_Position.w;
-#ifndef TWO_SIDED
+#if defined(LINES) && !defined(TWO_SIDED)
   // Lines have no back side of their own: those of triangles that face away go out of the picture.
   if (dot(Turned(aFace), vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);
-#endif
 #endif
 }

@@ -26,7 +26,6 @@ export interface Accessor {
   max: number[];
 }
 
-const kComponents: Record<string, number> = { SCALAR: 1, VEC2: 2, VEC3: 3, VEC4: 4 };
 /** By GL's number from 5120 on. */
 const kArrays = [Int8Array, Uint8Array, Int16Array, Uint16Array, , Uint32Array, Float32Array];
 
@@ -75,7 +74,8 @@ export function accessorOf(gltf: Gltf, index: number): Accessor {
   const { bufferView: view, byteOffset: offset = 0, componentType: type, count, normalized = false, min = [], max = [] } = a;
   const json = gltf.json.bufferViews[view];
   const unit = kArrays[type - 5120]!.BYTES_PER_ELEMENT;
-  const components = kComponents[a.type];
+  // The digit of VEC3, or none in SCALAR.
+  const components = +a.type[3] || 1;
   const stride = json.extensions?.EXT_meshopt_compression?.byteStride || json.byteStride || unit * components;
   const end = offset + (count - 1) * stride + unit * components;
   demand(count > 0 && offset >= 0 && offset % unit + (stride % unit) === 0 && end <= viewBytes(gltf, view).length);

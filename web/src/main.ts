@@ -18,13 +18,11 @@ async function show(api: OrbivueApi): Promise<OrbivueApi> {
   const { canvas, say } = stage;
   const fill = (key: TextKey, what: string): string => texts[key].replace('%1', () => what);
   canvas.setAttribute('aria-label', fill('canvas', title || model));
-  say(texts.loading);
   try {
     const gl = canvas.getContext('webgl2', { alpha: !!backgroundPicture });
     if (backgroundPicture) canvas.style.background = `url("${encodeURI(backgroundPicture)}") 50%/cover rgb(${settings.background.map((x) => x * 255)})`;
     if (!gl) throw new Trouble('noWebGL');
-    const members = await view(await sceneBytes(settings), settings, stage, gl);
-    Object.defineProperties(api, Object.getOwnPropertyDescriptors(members));
+    Object.assign(api, await view(await sceneBytes(settings), settings, stage, gl));
     say(fill('shown', title || model));
     document.body.dataset.ready = '';
     return api;

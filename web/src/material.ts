@@ -3,9 +3,8 @@ import type { MapExtras, MaterialExtras } from './format.ts';
 import { Gl } from './gl.ts';
 import type { Vec3 } from './vector.ts';
 
-/** The maps of a material in the order of their texture units, and their macros in the shader. */
-const kMaps = ['texture', 'texture2', 'opacity', 'specular', 'shininess', 'selfIllumination', 'bump', 'reflection'];
-export const kMacros = ['TEXTURE', 'TEXTURE2', 'OPACITY', 'SPECULAR_MAP', 'SHININESS', 'SELF', 'BUMP', 'REFLECTION'];
+/** The maps of a material in the order of their texture units. */
+export const kMaps = ['texture', 'texture2', 'opacity', 'specular', 'shininess', 'selfIllumination', 'bump', 'reflection'];
 const kOpacity = 2;
 const kSpecular = 3;
 const kShininess = 4;
@@ -41,7 +40,6 @@ export interface Look {
   flat: boolean;
   twoSided: boolean;
   lines: boolean;
-  lineWidth: number;
   additive: boolean;
   blended: boolean;
   /** Transparent only by its pictures, so that parts of it may be solid. */
@@ -67,17 +65,17 @@ function mapOf(kind: number, m: MapExtras | undefined, strength: number): MapLoo
 }
 
 /** twoSided, lines: whatever the material says. */
-export function lookOf(m: Partial<MaterialExtras>, twoSided: boolean, lines: boolean): Look {
-  const { strength = 0, opacity = 1, additive = false, shading, specular = [0.9, 0.9, 0.9], diffuse = [0.588, 0.588, 0.588] } = m;
+export function lookOf(m: MaterialExtras, twoSided: boolean, lines: boolean): Look {
+  const { strength = 0, opacity = 1, additive = false, shading, specular, diffuse, ambient, exponent } = m;
   const glossy = strength > 0;
   const maps = kMaps.map((name, kind) => mapOf(kind, m.maps?.[name], strength));
   if (!glossy) maps[kSpecular] = maps[kShininess] = undefined;
   const line = lines || !!m.wire || shading === 'wire';
   return {
-    ambient: m.ambient ?? diffuse,
+    ambient,
     diffuse,
     specular: specular.map((x) => x * strength) as unknown as Vec3,
-    exponent: m.exponent ?? 2,
+    exponent,
     self: m.selfIllumination ?? 0,
     opacity,
     glossy,
@@ -85,7 +83,6 @@ export function lookOf(m: Partial<MaterialExtras>, twoSided: boolean, lines: boo
     flat: shading === 'flat' && !line,
     twoSided: twoSided || !!m.twoSided,
     lines: line,
-    lineWidth: Math.min(m.wireSizePx || 1, 64),
     additive,
     blended: !!m.blend || additive,
     maybeSolid: !additive && (opacity >= 1 || maps[kOpacity]?.amount === 1),

@@ -24,18 +24,12 @@ export interface Renderer {
   depthAt(x: number, y: number): number | undefined;
 }
 
-/** Drawn without a graphics card, where fine filters take their time. */
-function isSoftware(gl: Context): boolean {
-  const name = gl.getExtension('WEBGL_debug_renderer_info') ? Gl.UnmaskedRenderer : Gl.Renderer;
-  return /swiftshader|llvmpipe|software/i.test(gl.getParameter(name));
-}
-
 /** Uploads the scene. */
 export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settings: Settings): Promise<Renderer> {
   const { gltf } = scene;
   const { wire, doubleSided, background, backgroundPicture } = settings;
-  const looks = [...(gltf.json.materials ?? []), {}].map((m) => lookOf(m.extras?.orbivue ?? {}, doubleSided || !!m.doubleSided, wire));
-  const bindMaps = await loadTextures(gl, gltf, looks, isSoftware(gl));
+  const looks = (gltf.json.materials ?? []).map((m) => lookOf(m.extras.orbivue, doubleSided || !!m.doubleSided, wire));
+  const bindMaps = await loadTextures(gl, gltf, looks);
   const maker = geometryMaker(gl, gltf);
   const programs: Record<string, Program> = {};
   const lightCount = scene.lights.length && scene.lights.length + +scene.headlight;
@@ -52,37 +46,36 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
   let lights: readonly number[];
   let program: Program | undefined;
   let look: Look | undefined;
-  let prepared: Program[];
 
-  const middleDepth = ({ node, geometry: { low, high } }: Part): number => {
+  /** The depth of the middle, and half of the whole extent. */
+  const extentOf = ({ node, geometry: { low, high } }: Part): [number, number] => {
     const r = rowTimes(depthRow, node.world);
-    return low.reduce((sum, x, i) => sum + (r[i] * (x + high[i])) / 2, r[3]);
+    return [0, 1, 2].reduce(
+      ([middle, half], i) => [middle + (r[i] * (low[i] + high[i])) / 2, half + Math.abs(r[i] * (high[i] - low[i])) / 2],
+      [r[3], 0],
+    );
   };
   /** Of the nearest and the farthest corner of what is shown. */
   const depths = (): [number, number] => {
     let [nearest, farthest] = [Infinity, -Infinity];
     for (const part of [...opaque, ...blended]) {
-      const r = rowTimes(depthRow, part.node.world);
-      const { low, high } = part.geometry;
-      const middle = middleDepth(part);
-      const half = low.reduce((sum, x, i) => sum + Math.abs(r[i] * (high[i] - x)) / 2, 0);
+      const [middle, half] = extentOf(part);
+      part.depth = middle;
       nearest = Math.min(nearest, middle - half);
       farthest = Math.max(farthest, middle + half);
     }
     return [nearest, farthest];
   };
 
-  /** Takes the view for what is drawn next. zoom: what follows the projection. */
-  const aim = (zoom?: Mat4): void => {
+  /** Takes the view for what is drawn next. */
+  const aim = (): void => {
     const { camera } = seen;
     const model = modelOf(seen);
     toEye = movedTo(model, sub([model[12], model[13], model[14]], eyeOf(camera)));
     depthRow = rowTimes([...camera.back.map((x) => -x), 0], toEye);
     toClip = projection(camera, depthRange(camera, ...depths()));
-    if (zoom) toClip = product(zoom, toClip);
-    lights = lightUniforms(scene.lights, scene.all, scene.headlight, toEye);
+    lights = lightUniforms(scene.lights, scene.nodes, scene.headlight, toEye);
     program = look = undefined;
-    prepared = [];
     gl.enable(Gl.DepthTest);
     gl.disable(Gl.Blend);
     gl.depthMask(true);
@@ -93,8 +86,6 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
     next.use();
     program = next;
     look = undefined;
-    if (prepared.includes(next)) return;
-    prepared.push(next);
     next.set('uProjection', 16, toClip);
     if (lightCount) next.set('uLights', 16, lights);
   };
@@ -133,7 +124,6 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
   };
 
   const drawOpaque = (): void => {
-    for (const part of opaque) part.depth = middleDepth(part);
     opaque.sort((a, b) => b.key - a.key || b.material - a.material || a.depth - b.depth);
     for (const part of opaque) {
       // Of many opaque surfaces in one place only the first is lit. Lines share their places with each other.
@@ -143,14 +133,10 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
     }
   };
   const drawBlended = (): void => {
-    const orders = new Map(
-      blended.map((part) => {
-        const { sorted } = part.geometry;
-        const order = sorted && orderBackToFront(sorted.positions, sorted.indices, rowTimes(depthRow, part.node.world));
-        part.depth = order ? order.middle : middleDepth(part);
-        return [part, order];
-      }),
-    );
+    for (const part of blended) {
+      const { sorted } = part.geometry;
+      if (sorted) [part.ordered, part.depth] = orderBackToFront(sorted.positions, sorted.indices, rowTimes(depthRow, part.node.world));
+    }
     blended.sort((a, b) => b.depth - a.depth);
     gl.enable(Gl.Blend);
     gl.depthMask(false);
@@ -160,8 +146,7 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
       const behind = additive ? Gl.One : Gl.OneMinusSrcAlpha;
       gl.blendFuncSeparate(Gl.One, behind, additive ? Gl.Zero : Gl.One, behind);
       prepare(part);
-      const order = orders.get(part);
-      if (order) gl.bufferSubData(Gl.ElementArrayBuffer, 0, order.ordered);
+      if (part.ordered) gl.bufferSubData(Gl.ElementArrayBuffer, 0, part.ordered);
       else if (twoSided) {
         // The far side first: the right order for convex shapes, without sorting.
         cull(true, Gl.Front);
@@ -188,11 +173,11 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
       drawBlended();
     },
     depthAt(x, y) {
-      const { width: w, height: h } = seen.camera;
+      const { width, height } = seen.camera;
       gl.bindFramebuffer(Gl.Framebuffer, pixel);
-      gl.viewport(0, 0, 1, 1);
-      // The pixel fills the picture.
-      aim([w, 0, 0, 0, 0, h, 0, 0, 0, 0, 1, 0, w - 2 * x, 2 * y - h, 0, 1]);
+      // The pixel is the only one of the picture that has a place.
+      gl.viewport(-Math.floor(x), Math.floor(y) + 1 - height, width, height);
+      aim();
       gl.clearColor(0, 0, 0, 0);
       gl.clear(Gl.ColorBit | Gl.DepthBit);
       gl.depthFunc(Gl.Less);
@@ -200,8 +185,7 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
       for (const part of [...opaque, ...blended]) {
         cull(!part.look.twoSided);
         placePart(depthProgram, part);
-        const { mode, count, indexType } = part.geometry;
-        gl.drawElements(mode, count, indexType, 0);
+        drawPart(gl, part);
       }
       const found = new Uint8Array(4);
       gl.readPixels(0, 0, 1, 1, Gl.Rgba, Gl.UnsignedByte, found);

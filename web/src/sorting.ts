@@ -5,9 +5,9 @@ export const kMostSorted = 50000;
 
 export type Indices = Uint16Array | Uint32Array;
 
-/** Triangles in order from back to front. `row` gives the depth of a point p as row . (p, 1). `middle`: of the range of
+/** Triangles in order from back to front. `row` gives the depth of a point p as row . (p, 1). Beside them the middle of
  * all depths. */
-export function orderBackToFront(positions: Float32Array, indices: Indices, row: readonly number[]): { ordered: Indices; middle: number } {
+export function orderBackToFront(positions: Float32Array, indices: Indices, row: readonly number[]): [Indices, number] {
   const count = indices.length / 3;
   const depths = new Float32Array(count);
   let low = Infinity;
@@ -30,5 +30,5 @@ export function orderBackToFront(positions: Float32Array, indices: Indices, row:
   for (let i = 0; i < steps; i++) start[i + 1] += start[i];
   const ordered = indices.slice();
   for (let t = 0; t < count; t++) ordered.set(indices.subarray(t * 3, t * 3 + 3), start[keyOf(t)]++ * 3);
-  return { ordered, middle: (low + high) / 2 };
+  return [ordered, (low + high) / 2];
 }

@@ -1,55 +1,63 @@
 // SPDX-License-Identifier: MIT
 import { Gl, type Context } from './gl.ts';
 import { viewBytes, type Gltf } from './gltf.ts';
-import { AlphaUse, kReflection, type Look, type MapLook } from './material.ts';
+import { kReflection, type Look, type MapLook } from './material.ts';
 
 const kAnisotropy = 8;
 
-/** A picture as a texture, with all smaller levels. */
-async function textureOf(gl: Context, picture: Blob, use: AlphaUse): Promise<WebGLTexture> {
-  const bitmap = await createImageBitmap(picture, { premultiplyAlpha: use === AlphaUse.Multiplied ? 'premultiply' : 'none', colorSpaceConversion: 'none' });
-  const texture = gl.createTexture();
-  gl.activeTexture(Gl.Texture0);
-  gl.bindTexture(Gl.Texture2d, texture);
-  gl.pixelStorei(Gl.ColorspaceConversion, 0);
-  gl.texImage2D(Gl.Texture2d, 0, Gl.Rgba, Gl.Rgba, Gl.UnsignedByte, bitmap);
-  gl.generateMipmap(Gl.Texture2d);
-  return texture;
-}
-
-const keyOf = ({ texture, alpha }: MapLook): string => texture + '/' + alpha;
+/** One for each way in which a picture is used. */
+const keyOf = ({ texture, alpha, wrap }: MapLook, unit: number): string => [texture, alpha, wrap, unit === kReflection].join();
 
 /** Uploads all pictures that the looks use, and returns what binds a look's maps to the texture units of their numbers. Maps
  * whose picture cannot be decoded are taken out of the looks. */
-export async function loadTextures(gl: Context, gltf: Gltf, looks: readonly Look[], software: boolean): Promise<(look: Look) => void> {
+export async function loadTextures(gl: Context, gltf: Gltf, looks: readonly Look[]): Promise<(look: Look) => void> {
   const { textures = [], images = [] } = gltf.json;
-  const loaded: Record<string, WebGLTexture | undefined> = {};
-  const samplers: Record<string, WebGLSampler> = {};
-  const all = looks.flatMap((look) => look.maps.filter((map) => map !== undefined));
-  const load = async (map: MapLook): Promise<void> => {
-    const { bufferView, mimeType } = images[textures[map.texture].source];
-    loaded[keyOf(map)] = await textureOf(gl, new Blob([viewBytes(gltf, bufferView)], { type: mimeType }), map.alpha);
-  };
-  // The scene is worth showing without a picture that is broken.
-  await Promise.all([...new Map(all.map((map) => [keyOf(map), map])).values()].map((map) => load(map).catch((e) => console.warn(e))));
-  for (const look of looks) look.maps = look.maps.map((map) => (map && loaded[keyOf(map)] ? map : undefined));
-
-  const filtered = !software && gl.getExtension('EXT_texture_filter_anisotropic');
-  /** Without smaller levels for reflections: where their angle jumps by a whole turn one that is too coarse would be chosen. */
-  const samplerOf = (wrap: number, levels: boolean): WebGLSampler => {
-    const sampler = gl.createSampler()!;
-    const set = (name: number, value: number): void => gl.samplerParameteri(sampler, name, value);
+  const anisotropy = !isSoftware(gl) && gl.getExtension('EXT_texture_filter_anisotropic') ? kAnisotropy : 1;
+  const loaded: Record<string, Promise<WebGLTexture>> = {};
+  const load = async ({ texture, alpha, wrap }: MapLook, unit: number): Promise<WebGLTexture> => {
+    const { bufferView, mimeType } = images[textures[texture].source];
+    const bitmap = await createImageBitmap(new Blob([viewBytes(gltf, bufferView)], { type: mimeType }), {
+      premultiplyAlpha: alpha ? 'premultiply' : 'none',
+      colorSpaceConversion: 'none',
+    });
+    const made = gl.createTexture();
+    const set = (name: number, value: number): void => gl.texParameteri(Gl.Texture2d, name, value);
+    gl.activeTexture(Gl.Texture0);
+    gl.bindTexture(Gl.Texture2d, made);
+    gl.texImage2D(Gl.Texture2d, 0, Gl.Rgba, Gl.Rgba, Gl.UnsignedByte, bitmap);
+    gl.generateMipmap(Gl.Texture2d);
     set(Gl.WrapS, wrap);
     set(Gl.WrapT, wrap);
-    set(Gl.MinFilter, levels ? Gl.LinearMipmapLinear : Gl.Linear);
-    if (filtered && levels) set(Gl.Anisotropy, kAnisotropy);
-    return sampler;
+    // Where the angle of a reflection jumps by a whole turn, a level that is too coarse would be chosen.
+    if (unit === kReflection) set(Gl.MinFilter, Gl.Linear);
+    else set(Gl.MinFilter, Gl.LinearMipmapLinear);
+    if (anisotropy > 1) set(Gl.Anisotropy, anisotropy);
+    return made;
   };
+  const found: Record<string, WebGLTexture> = {};
+  const loading = looks.flatMap((look) =>
+    look.maps.map(async (map, unit) => {
+      if (!map) return;
+      const key = keyOf(map, unit);
+      // The scene is worth showing without a picture that is broken.
+      found[key] = await (loaded[key] ??= load(map, unit)).catch((error) => {
+        console.warn(error);
+        look.maps[unit] = undefined;
+        return 0;
+      });
+    }),
+  );
+  await Promise.all(loading);
   return (look) =>
     look.maps.forEach((map, unit) => {
       if (!map) return;
       gl.activeTexture(Gl.Texture0 + unit);
-      gl.bindTexture(Gl.Texture2d, loaded[keyOf(map)]!);
-      gl.bindSampler(unit, (samplers[map.wrap + '/' + unit] ??= samplerOf(map.wrap, unit !== kReflection)));
+      gl.bindTexture(Gl.Texture2d, found[keyOf(map, unit)]);
     });
+}
+
+/** Drawn without a graphics card, where fine filters take their time. */
+function isSoftware(gl: Context): boolean {
+  const name = gl.getExtension('WEBGL_debug_renderer_info') ? Gl.UnmaskedRenderer : Gl.Renderer;
+  return /swift|llvm|software/i.test(gl.getParameter(name));
 }
