@@ -237,6 +237,16 @@ CScriptScene ReadScene(const std::string& name, const CScriptSection& section, C
     return scene;
 }
 
+/** Loads a script and visits its sections in their order, until one answers false. */
+template <class Visit>
+CStatus ForEachSection(CScriptLoader& loader, std::string_view path, Visit visit) {
+    const CStatus loaded = loader.Load(path);
+    if (!loaded) return loaded;
+    for (const std::string& name : loader.Script().ini.Sections())
+        if (name.size() <= kMostNameBytes && !visit(name, loader.Section(name))) break;
+    return loaded;
+}
+
 CError NamesNoModel(std::string_view path) {
     return {EErrorCode::BadFormat, lng::Mark("the script names no model"), std::string(path)};
 }
@@ -247,21 +257,20 @@ CResult<CSceneScript> ReadScript(std::string_view path) {
     CScriptFiles files;
     CNoteList notes;
     CScriptLoader loader(files, notes);
-    const CStatus loaded = loader.Load(path);
-    if (!loaded) return loaded.Error();
     CEffort effort;
     CSceneScript script;
-    for (const std::string& name : loader.Script().ini.Sections()) {
-        if (name.size() > kMostNameBytes) continue;
-        const CScriptSection section = loader.Section(name);
-        const auto model = section.Get("Path");
-        if (!model || ascii_text::Trimmed(model->text).empty()) continue;
-        if (script.scenes.size() == kMostScriptScenes || effort.IsSpent()) {
-            notes.Limited(lng::Mark("Sections of the script beyond the limit are not shown"));
-            break;
-        }
-        script.scenes.push_back(ReadScene(name, section, files, effort));
-    }
+    const CStatus loaded =
+        ForEachSection(loader, path, [&](const std::string& name, const CScriptSection& section) {
+            const auto model = section.Get("Path");
+            if (!model || ascii_text::Trimmed(model->text).empty()) return true;
+            if (script.scenes.size() == kMostScriptScenes || effort.IsSpent()) {
+                notes.Limited(lng::Mark("Sections of the script beyond the limit are not shown"));
+                return false;
+            }
+            script.scenes.push_back(ReadScene(name, section, files, effort));
+            return true;
+        });
+    if (!loaded) return loaded.Error();
     if (script.scenes.empty()) return NamesNoModel(path);
     script.notes = notes.Take();
     script.files = loader.Files();
@@ -272,18 +281,17 @@ CResult<std::string> FirstModelOf(std::string_view path) {
     CScriptFiles files;
     CNoteList notes;
     CScriptLoader loader(files, notes);
-    const CStatus loaded = loader.Load(path);
-    if (!loaded) return loaded.Error();
     CEffort effort;
-    for (const std::string& name : loader.Script().ini.Sections()) {
-        if (name.size() > kMostNameBytes) continue;
-        CScriptScene scene;
-        const CScriptSection section = loader.Section(name);
-        CReading reading{section, files, effort, notes, scene, "Path"};
-        ReadPath(reading);
-        if (!scene.path.empty()) return ConvertToUTF8(scene.path);
-    }
-    return NamesNoModel(path);
+    CScriptScene scene;
+    const CStatus loaded =
+        ForEachSection(loader, path, [&](const std::string&, const CScriptSection& section) {
+            CReading reading{section, files, effort, notes, scene, "Path"};
+            ReadPath(reading);
+            return scene.path.empty();
+        });
+    if (!loaded) return loaded.Error();
+    if (scene.path.empty()) return NamesNoModel(path);
+    return ConvertToUTF8(scene.path);
 }
 
 std::vector<std::string_view> ScriptKeys() {

@@ -28,7 +28,8 @@ namespace {
 constexpr const char* kUsage =
     "orbivue-page [OPTION VALUE...] MODEL OUTPUT.html\n"
     "  -minify -combine -bar (1)  -gzip -download -double -wire (0)  0|1\n"
-    "  -script FILE  -name FILE (that holds the model's file name)  -lang CODE  -camera NAME  -red -green -blue 0..1  -picture FILE\n"
+    "  -script FILE  -name FILE (that holds the model's file name)  -lang CODE  -camera NAME  -red -green "
+    "-blue 0..1  -picture FILE\n"
     "  -size WxH  and -angles -turn -orbit -pivot -scale -zoom-box -zoom as orbivue-render has them\n";
 
 struct COptions {

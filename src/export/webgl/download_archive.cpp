@@ -89,7 +89,8 @@ CStatus Make(const std::string& page, const std::string& modelFileName, const CP
     if (!archive) return archive.Error();
     CPacking packing;
     // No archive takes the control characters that a name on a disk may have.
-    packing.sceneName = utf8_text::Printable(file_util_ex::SetFileExt(NameOfModel(modelFileName), "3ds"), '_');
+    packing.sceneName =
+        utf8_text::Printable(file_util_ex::SetFileExt(NameOfModel(modelFileName), "3ds"), '_');
     packing.asFound = true;
     packing.viewName = "preview.jpg";
     packing.viewWriter = content.writePicture;

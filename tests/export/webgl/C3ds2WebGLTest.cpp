@@ -42,7 +42,8 @@ class C3ds2WebGLTest : public testing::Test {
     }
     CNames Names() const {
         CNames names;
-        for (const auto& entry : fs::directory_iterator(m_folder.Path())) names.insert(entry.path().filename());
+        for (const auto& entry : fs::directory_iterator(m_folder.Path()))
+            names.insert(entry.path().filename());
         return names;
     }
     std::string Page(const std::string& name = "index.html") const {
@@ -120,14 +121,16 @@ TEST_F(C3ds2WebGLTest, OnlyCodeOfTheUsersLiftsThePolicy) {
 }
 
 TEST_F(C3ds2WebGLTest, OthersFilesStayAndTheirNamesAreAvoided) {
-    for (const char* name : {"viewer.js.gz", "scene.bin", "user.js", ".htaccess", "index.html.gz", "cube.3ds.zip"})
+    for (const char* name :
+         {"viewer.js.gz", "scene.bin", "user.js", ".htaccess", "index.html.gz", "cube.3ds.zip"})
         (void)m_folder.Add(name, "mine");
     fs::create_symlink("victim", m_folder / "viewer0.js");
     C3ds2WebGL::COutFormat format = Format(false, true, "1");
     format.downloadLink = true;
     ASSERT_TRUE(Export(format));
     ASSERT_TRUE(Export(format));
-    for (const char* name : {"viewer.js.gz", "scene.bin", "user.js", ".htaccess", "index.html.gz", "cube.3ds.zip"})
+    for (const char* name :
+         {"viewer.js.gz", "scene.bin", "user.js", ".htaccess", "index.html.gz", "cube.3ds.zip"})
         EXPECT_EQ(CTestFolder::TextOf(m_folder / name), "mine") << name;
     EXPECT_FALSE(fs::exists(m_folder / "victim"));
     EXPECT_NE(Page().find(R"(src="./viewer1.js")"), std::string::npos);
@@ -148,8 +151,9 @@ TEST_F(C3ds2WebGLTest, TwoPagesInAFolderKeepTheirFiles) {
 // Whoever wrote the page that was there may have written anything into its record.
 TEST_F(C3ds2WebGLTest, DeletesNothingThatAForgedRecordNames) {
     (void)m_folder.Add("letter.txt", "");
-    (void)m_folder.Add("index.html", "orbivue-file: letter.txt 0 cbf29ce484222325\n"
-                                     "orbivue-file: ../viewer.js 0 cbf29ce484222325\n");
+    (void)m_folder.Add("index.html",
+                       "orbivue-file: letter.txt 0 cbf29ce484222325\n"
+                       "orbivue-file: ../viewer.js 0 cbf29ce484222325\n");
     ASSERT_TRUE(Export(Format(true, false)));
     EXPECT_EQ(Names(), (CNames{"index.html", "letter.txt"}));
 }

@@ -23,9 +23,10 @@ const CText kTexts[] = {
     {"EndOfScript", "</script><script>alert(1)</script>"},
     {"CommentInScript", "<!--<script>"},
     {"EndOfComment", "--> ]]> --!>"},
-    {"LineSeparators", "a\xE2\x80\xA8"
-                       "b\xE2\x80\xA9"
-                       "c\xE2\x80\xA7"},
+    {"LineSeparators",
+     "a\xE2\x80\xA8"
+     "b\xE2\x80\xA9"
+     "c\xE2\x80\xA7"},
     {"Quotes", "\"'`\\ onload=\"x"},
     {"Entities", "&lt;&#x3c;&amp"},
     {"InvalidUtf8", "\xFF\xC0\xAF\xED\xA0\x80<"},

@@ -74,7 +74,7 @@ CStatus MakeArchiveOf(CViewer3DSWindowHandler& view, const std::string& page,
 }
 
 CResult<std::wstring> RunHtmlExport(const std::wstring& modelPath, const std::wstring& modelFileName,
-                      CViewer3DSWindowHandler& view, wxWindow& parent) {
+                                    CViewer3DSWindowHandler& view, wxWindow& parent) {
     if (modelPath.empty() || !SceneOf(view)) return std::wstring();
     const std::wstring path = AskForPage(parent);
     if (path.empty()) return path;

@@ -14,8 +14,9 @@ class wxWindow;
  *
  * A failure is shown to nobody: the caller gets its reason. Where the page itself fails, everything is as
  * before, no archive is made and no browser is started. */
-[[nodiscard]] CResult<std::wstring> RunHtmlExport(const std::wstring& modelPath, const std::wstring& modelFileName,
-                                    CViewer3DSWindowHandler& view, wxWindow& parent);
+[[nodiscard]] CResult<std::wstring> RunHtmlExport(const std::wstring& modelPath,
+                                                  const std::wstring& modelFileName,
+                                                  CViewer3DSWindowHandler& view, wxWindow& parent);
 
 /** Makes the download archive beside a page that was just exported of what the view shows (download_archive::Make).
  * modelFileName: as the page's format has it. */

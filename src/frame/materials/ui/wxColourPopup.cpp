@@ -220,6 +220,7 @@ void wxColourPopup::Choose(const wxColour& color) {
 
 /** A popup gets no keys itself; the field passes them on. */
 void wxColourPopup::OnPopup() {
+    m_colorAtOpening = m_color;
     GetComboCtrl()->SetFocus();
 }
 
@@ -248,9 +249,11 @@ void wxColourPopup::Key(wxKeyEvent& event) {
             return go(-kColumns);
         case WXK_DOWN:
             return go(kColumns);
+        case WXK_ESCAPE:
+            Choose(m_colorAtOpening);
+            return Dismiss();
         case WXK_RETURN:
         case WXK_NUMPAD_ENTER:
-        case WXK_ESCAPE:
         case WXK_SPACE:
             return Dismiss();
         default:

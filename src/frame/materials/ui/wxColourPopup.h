@@ -9,7 +9,8 @@
 class wxColorPopupListener;
 
 /** The colours that a wxColourCombo opens: common ones to click, and a field and a strip to find any other one in.
- * Dragging over them chooses all the while. Keys: the arrows go through the common colours, Enter or Esc closes. */
+ * Dragging over them chooses all the while. Keys: the arrows go through the common colours, Enter closes, Esc goes
+ * back to the colour that was there when it opened. */
 class wxColourPopup final : public wxWindow, public wxComboPopup {
   public:
     /** listener may be null and must outlive it. */
@@ -43,7 +44,7 @@ class wxColourPopup final : public wxWindow, public wxComboPopup {
     void Choose(const wxColour& color);
 
     wxColorPopupListener* m_listener;
-    wxColour m_color{220, 127, 30};
+    wxColour m_color{220, 127, 30}, m_colorAtOpening = m_color;
     double m_hue = 0, m_saturation = 0, m_value = 0;  ///< of m_color, 0..1; a grey one keeps its hue
     EArea m_dragged = EArea::None;
     wxBitmap m_field;  ///< of m_fieldHue
