@@ -423,7 +423,7 @@
   function depthRange(c, nearest, farthest) {
     const far = farthest > 0 ? farthest * 1.01 : c.radius;
     const framed = Math.max(dot(sub(eyeOf(c), c.center), c.back) - c.radius, c.radius / 1e3);
-    const near = Math.max(nearest * 0.99, Math.min(far * kNearOfFar, framed));
+    const near = Math.max(Math.min(nearest * 0.99, far), Math.min(far * kNearOfFar, framed));
     return [near, Math.max(far, near * 1.001)];
   }
   function projection(c, [n, f]) {
