@@ -16,6 +16,13 @@ const kGlsl = new Set(
   sqrt mix smoothstep length clamp pow reflect atan asin dFdx dFdy floatBitsToUint`.split(/\s+/),
 );
 
+/** Members of our own records, which get short names in the minified bundle: none of them is a member of anything of the browser
+ * that is used, and none stands in a file of src/format.ts. */
+const kOwn = `vao indexType hasUv low high sorted positions make mixWith geometry look program depth ordered opaque blended wrap
+  uniform self glossy metal lines flat maybeSolid json bin views offset stride components fits own tanX tanY base pivot shift at
+  azimuth missed sight down move wheel moved boxed centered ctrl draw depthAt gltf cameraNames show fileCamera togglePlaying say
+  times step use parent world`.split(/\s+/);
+
 /** Short names for those of shaders, the same in all of them, as their uniforms are named in the program, too. */
 function shortNames() {
   const known = new Map();
@@ -60,6 +67,7 @@ export async function bundle(minify, entry = 'src/main.ts', options = {}) {
     legalComments: 'none',
     banner: { js: banner },
     plugins: [shaders(shortName)],
+    ...(minify && { mangleProps: new RegExp(`^(${kOwn.join('|')})$`) }),
     ...options,
   });
   let text = result.outputFiles[0].text;

@@ -370,7 +370,7 @@
   function setSeen(c, { eye, target, up, fovYDeg, size, camera, preset }) {
     const aspect = size[0] / size[1];
     const sight = sub(eye, target);
-    if (preset && kPresets[camera]) setPreset(c, camera);
+    if (preset) setPreset(c, camera);
     else {
       const tanY = Math.tan(fovYDeg * kDegree / 2);
       Object.assign(c, { name: camera, target, fits: false, own: length(sight), tanX: tanY * aspect, tanY });
@@ -942,7 +942,7 @@ void main() {
   var kNowhere = [0, 0, 0];
   var strength = ({ color, multiplier = 1 }) => color.reduce((sum, c) => sum + Math.abs(c * multiplier), 0);
   var cosOfHalf = (coneDeg = 0) => Math.cos(coneDeg / 2 * kDegree);
-  var strongest = (lights, headlight) => [...lights].sort((a, b) => lights.length > kMostLights - +!!headlight ? strength(b) - strength(a) : 0).slice(0, kMostLights - +!!headlight);
+  var strongest = (lights, headlight) => lights.sort((a, b) => strength(b) - strength(a)).slice(0, kMostLights - +headlight);
   function lightUniforms(lights, nodes, headlight, toEye) {
     const enlarged = Math.cbrt(Math.abs(determinant(toEye)));
     const result = lights.flatMap(({ node, target = -1, spot, color, multiplier = 1, attenuate, inner = 0, outer = 0, hotspotDeg, falloffDeg }) => {
@@ -1152,7 +1152,7 @@ void main() {
   }
   function isSoftware(gl) {
     const name = gl.getExtension("WEBGL_debug_renderer_info") ? 37446 /* UnmaskedRenderer */ : 7937 /* Renderer */;
-    return /swift|llvm|software/i.test(gl.getParameter(name));
+    return /swift|llvm/i.test(gl.getParameter(name));
   }
 
   // src/renderer.ts
@@ -1409,10 +1409,10 @@ void main() {
     bar.addEventListener("focusin", (event) => stopAt(event.target));
     bar.onkeydown = (event) => {
       const at = stops.indexOf(event.target);
-      const to = { ArrowLeft: at - 1 + stops.length, ArrowRight: at + 1, Home: 0, End: stops.length - 1 }[event.key];
-      if (at < 0 || to === void 0) return;
+      const way = { ArrowLeft: stops.length - 1, ArrowRight: 1 }[event.key];
+      if (at < 0 || !way) return;
       event.preventDefault();
-      stops[to % stops.length].focus();
+      stops[(at + way) % stops.length].focus();
     };
     stopAt(stops[0]);
     return {
@@ -1570,10 +1570,9 @@ void main() {
         zoomBy(seen.camera, -kStepsOfE * Math.log(factor));
         request();
       },
-      frames: [frames.first, frames.last],
       setFrame,
       play,
-      state: () => ({ frame, playing, drawn })
+      state: () => ({ ...frames, frame, playing, drawn })
     };
   }
 
@@ -1600,11 +1599,8 @@ void main() {
       document.body.dataset.ready = "";
       return api2;
     } catch (error) {
-      const alert = document.createElement("p");
-      alert.setAttribute("role", "alert");
-      canvas.after(alert);
-      say("");
-      alert.textContent = document.body.dataset.error = texts[error instanceof Trouble ? error.message : "broken"];
+      status.setAttribute("role", "alert");
+      status.textContent = document.body.dataset.error = texts[error instanceof Trouble ? error.message : "broken"];
       throw error;
     }
   }

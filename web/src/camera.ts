@@ -108,7 +108,7 @@ export function follow(c: Camera, { name, eye, target, rollDeg, fovDeg }: FileCa
 export function setSeen(c: Camera, { eye, target, up, fovYDeg, size, camera, preset }: SeenView): void {
   const aspect = size[0] / size[1];
   const sight = sub(eye, target);
-  if (preset && kPresets[camera]) setPreset(c, camera);
+  if (preset) setPreset(c, camera);
   else {
     const tanY = Math.tan((fovYDeg * kDegree) / 2);
     Object.assign(c, { name: camera, target, fits: false, own: length(sight), tanX: tanY * aspect, tanY });

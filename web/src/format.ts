@@ -169,11 +169,9 @@ export interface OrbivueApi {
   turn(rightDeg: number, upDeg: number): void;
   /** Makes what is seen so many times larger. */
   zoom(factor: number): void;
-  /** First and last of the animation. */
-  readonly frames: readonly [number, number];
   /** Shows a frame and stops the animation. */
   setFrame(frame: number): void;
   play(on: boolean): void;
-  /** What is shown now, and how many pictures were drawn so far. */
-  state(): { frame: number; playing: boolean; drawn: number };
+  /** First and last frame, what is shown now, and how many pictures were drawn so far. */
+  state(): { first: number; last: number; frame: number; playing: boolean; drawn: number };
 }

@@ -12,8 +12,8 @@ const strength = ({ color, multiplier = 1 }: LightExtras): number => color.reduc
 const cosOfHalf = (coneDeg = 0): number => Math.cos((coneDeg / 2) * kDegree);
 
 /** The lights that a scene is drawn by: the strongest of the file's, and room for the one at the eye. */
-export const strongest = (lights: readonly LightExtras[], headlight?: boolean): LightExtras[] =>
-  [...lights].sort((a, b) => (lights.length > kMostLights - +!!headlight ? strength(b) - strength(a) : 0)).slice(0, kMostLights - +!!headlight);
+export const strongest = (lights: LightExtras[], headlight: boolean): LightExtras[] =>
+  lights.sort((a, b) => strength(b) - strength(a)).slice(0, kMostLights - +headlight);
 
 /** Lights as the shader takes them: a matrix each. toEye: to the shader's space. Without lights of the file there are none: the
  * shader then lights from the eye. */

@@ -27,12 +27,9 @@ async function show(api: OrbivueApi): Promise<OrbivueApi> {
     document.body.dataset.ready = '';
     return api;
   } catch (error) {
-    const alert = document.createElement('p');
-    alert.setAttribute('role', 'alert');
-    canvas.after(alert);
-    say('');
-    // Set when it is in the page, or it would not be read aloud.
-    alert.textContent = document.body.dataset.error = texts[error instanceof Trouble ? error.message : 'broken'];
+    status.setAttribute('role', 'alert');
+    // Set after that, or it would not be read aloud.
+    status.textContent = document.body.dataset.error = texts[error instanceof Trouble ? error.message : 'broken'];
     throw error;
   }
 }

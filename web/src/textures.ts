@@ -59,5 +59,5 @@ export async function loadTextures(gl: Context, gltf: Gltf, looks: readonly Look
 /** Drawn without a graphics card, where fine filters take their time. */
 function isSoftware(gl: Context): boolean {
   const name = gl.getExtension('WEBGL_debug_renderer_info') ? Gl.UnmaskedRenderer : Gl.Renderer;
-  return /swift|llvm|software/i.test(gl.getParameter(name));
+  return /swift|llvm/i.test(gl.getParameter(name));
 }

@@ -59,10 +59,10 @@ export function makeToolbar(bar: HTMLElement, { texts, camerasBar, download }: S
   bar.addEventListener('focusin', (event) => stopAt(event.target as HTMLElement));
   bar.onkeydown = (event) => {
     const at = stops.indexOf(event.target as HTMLElement);
-    const to = { ArrowLeft: at - 1 + stops.length, ArrowRight: at + 1, Home: 0, End: stops.length - 1 }[event.key];
-    if (at < 0 || to === undefined) return;
+    const way = { ArrowLeft: stops.length - 1, ArrowRight: 1 }[event.key];
+    if (at < 0 || !way) return;
     event.preventDefault();
-    stops[to % stops.length].focus();
+    stops[(at + way) % stops.length].focus();
   };
   stopAt(stops[0]);
 

@@ -173,9 +173,8 @@ export async function view(bytes: Uint8Array<ArrayBuffer>, settings: Settings, {
       zoomBy(seen.camera, -kStepsOfE * Math.log(factor));
       request();
     },
-    frames: [frames.first, frames.last],
     setFrame,
     play,
-    state: () => ({ frame, playing, drawn }),
+    state: () => ({ ...frames, frame, playing, drawn }),
   };
 }
