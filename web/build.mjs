@@ -1,50 +1,71 @@
 // SPDX-License-Identifier: MIT
 // Bundles the viewer into dist/: viewer.js to be read, viewer.min.js to be sent. --check only says whether they are current.
-import { readFile, writeFile, mkdir } from 'node:fs/promises';
+import { mkdir, readFile, writeFile } from 'node:fs/promises';
 import { fileURLToPath } from 'node:url';
 import { gzipSync } from 'node:zlib';
 import { build } from 'esbuild';
 
 const here = fileURLToPath(new URL('.', import.meta.url));
-const banner = '// SPDX-License-Identifier: MIT\n// The viewer of Orbivue\'s web pages. Contains code of meshoptimizer, (C) Arseny Kapoulkine, MIT licence.';
+const banner =
+  "// SPDX-License-Identifier: MIT\n// The viewer of Orbivue's web pages. Contains code of meshoptimizer, (C) Arseny Kapoulkine, MIT licence.";
 
-/** Shaders without comments and indentation; each preprocessor line keeps its own. */
-function shortened(source) {
-  const lines = source.replace(/\/\/.*/g, '').split('\n').map((line) => line.trim()).filter(Boolean);
+/** What stands in shaders and is not ours to rename. */
+const kGlsl = new Set(
+  `void main float int uint bool vec2 vec3 vec4 mat3 mat4 ivec2 uvec4 sampler2D in out uniform layout location precision highp if else
+  for return discard true false gl_Position gl_FragCoord gl_VertexID texture texelFetch dot cross normalize inversesqrt max min abs
+  sqrt mix smoothstep length clamp pow reflect atan asin dFdx dFdy floatBitsToUint`.split(/\s+/),
+);
+
+/** Short names for those of shaders, the same in all of them, as their uniforms are named in the program, too. */
+function shortNames() {
+  const known = new Map();
+  return (name) => {
+    if (kGlsl.has(name) || name.length < 3 || /^[A-Z\d_]+$/.test(name)) return name;
+    if (!known.has(name)) known.set(name, '_' + known.size.toString(36));
+    return known.get(name);
+  };
+}
+
+/** A shader without comments and indentation and with short names; preprocessor lines stay lines. */
+function shortened(source, shortName) {
   let text = '';
-  for (const line of lines) {
+  for (const line of source.replace(/\/\/.*/g, '').split('\n').map((l) => l.trim()).filter(Boolean)) {
     if (line.startsWith('#')) text += (text && !text.endsWith('\n') ? '\n' : '') + line + '\n';
-    else text += line.replace(/\s*([-+*\/=<>?:,;{}()&|!])\s*/g, '$1');
+    else text += line.replace(/(?<![.\w])[A-Za-z_]\w*/g, shortName).replace(/\s*([-+*/=<>?:,;{}()&|!])\s*/g, '$1');
   }
   return text;
 }
 
-const shaders = (minify) => ({
+const shaders = (shortName) => ({
   name: 'shaders',
   setup(bundle) {
     bundle.onLoad({ filter: /\.(vert|frag)$/ }, async ({ path }) => {
       const source = await readFile(path, 'utf8');
-      return { contents: minify ? shortened(source) : source, loader: 'text' };
+      return { contents: shortName ? shortened(source, shortName) : source, loader: 'text' };
     });
   },
 });
 
 /** The text of a bundle. */
-export async function bundle(minify) {
+export async function bundle(minify, entry = 'src/main.ts', options = {}) {
+  const shortName = minify && shortNames();
   const result = await build({
-    entryPoints: [here + 'src/main.ts'],
+    entryPoints: [here + entry],
     bundle: true,
     write: false,
     format: 'iife',
-    target: 'es2020',
+    target: 'es2021',
     charset: 'ascii',
     minify,
     legalComments: 'none',
     banner: { js: banner },
-    plugins: [shaders(minify)],
+    plugins: [shaders(shortName)],
+    ...options,
   });
-  // The text stands inside pages, in a script element.
-  return result.outputFiles[0].text.replace(/<\/(script)/gi, '<\\/$1').replace(/<!--/g, '<\\!--');
+  let text = result.outputFiles[0].text;
+  if (minify) text = text.replace(/"(u[A-Z]\w+)"/g, (_, name) => `"${shortName(name)}"`);
+  // It stands inside pages, in a script element.
+  return text.replace(/<(?=\/script|!--)/gi, '<\\');
 }
 
 async function main() {
@@ -53,17 +74,13 @@ async function main() {
   for (const [name, minify] of [['viewer.js', false], ['viewer.min.js', true]]) {
     const path = `${here}dist/${name}`;
     const text = await bundle(minify);
-    if (check) {
-      if (text !== (await readFile(path, 'utf8').catch(() => ''))) {
-        console.error(`${name} is not current: run npm run build`);
-        process.exitCode = 1;
-      }
-      continue;
+    if (!check) await writeFile(path, text);
+    else if (text !== (await readFile(path, 'utf8').catch(() => ''))) {
+      console.error(`dist/${name} is not current: run npm run build`);
+      process.exitCode = 1;
     }
-    await writeFile(path, text);
     console.log(`${name}: ${text.length} bytes, ${gzipSync(text, { level: 9 }).length} gzipped`);
   }
 }
 
 if (process.argv[1] === fileURLToPath(import.meta.url)) await main();
-export { shaders };

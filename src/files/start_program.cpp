@@ -42,11 +42,6 @@ CEnvironment CurrentEnvironment() {
     return current;
 }
 
-/** What programs are started with now. */
-CEnvironment UsersEnvironment() {
-    return KeptEnvironment() ? *KeptEnvironment() : CurrentEnvironment();
-}
-
 std::string_view ValueOf(const CEnvironment& environment, std::string_view name) {
     for (const std::string& variable : environment) {
         const std::string_view text(variable);
@@ -168,6 +163,10 @@ CUserEnvironment::~CUserEnvironment() {
     KeptEnvironment().reset();
 }
 
+std::vector<std::string> UsersEnvironment() {
+    return KeptEnvironment() ? *KeptEnvironment() : CurrentEnvironment();
+}
+
 bool IsProgramInstalled(const std::string& name) {
     return PathOfProgram(name, ValueOf(UsersEnvironment(), "PATH")).HasValue();
 }
@@ -176,6 +175,11 @@ CResult<CStartedProgram> StartProgram(const CProgramToStart& what) {
     CEnvironment environment = UsersEnvironment();
     const CResult<std::string> path = PathOfProgram(what.program, ValueOf(environment, "PATH"));
     if (!path) return path.Error();
+    for (const std::string& variable : what.variables) {
+        const std::string name = variable.substr(0, variable.find('=') + 1);
+        std::erase_if(environment, [&name](const std::string& other) { return other.starts_with(name); });
+        environment.push_back(variable);
+    }
 
     CSpawnPlan plan;
     std::optional<CPipe> input, output, errors;

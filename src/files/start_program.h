@@ -33,6 +33,7 @@ struct CProgramToStart {
     bool isHelper = false;
     bool takesInput = false;  ///< a helper that reads what WriteInput gives it
     bool isLast = false;      ///< a helper that gets hardly any processor time while others want it
+    std::vector<std::string> variables{};  ///< "NAME=value", set for this program beside the user's
 };
 
 /** A program that was started. The program lives on when this object is destroyed. */
@@ -62,6 +63,9 @@ class CStartedProgram {
     std::optional<int> m_exitCode;
     CFileDescriptor m_input, m_output, m_errors;
 };
+
+/** What programs are started with, "NAME=value" each: see CUserEnvironment. For what starts one in another way. */
+[[nodiscard]] std::vector<std::string> UsersEnvironment();
 
 /** True where StartProgram would find a program of that name. */
 [[nodiscard]] bool IsProgramInstalled(const std::string& name);

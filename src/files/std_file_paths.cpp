@@ -87,8 +87,15 @@ std::string FindUnder(std::span<const std::string> roots, std::string_view relat
     return MakePath(roots.front(), relative);
 }
 
+constexpr std::string_view kAppFolder = "/" ORBIVUE_INSTALL_LIBDIR "/orbivue";
+constexpr std::string_view kScripts = "/scripts";
+
+// A program lies in bin, or among the application's scripts.
 std::string InstallPrefix() {
-    return file_util_ex::GetFilePath(GetAppFolderPath());
+    const std::string folder = GetProgramFolderPath();
+    const std::string scripts = std::string(kAppFolder) + std::string(kScripts);
+    if (folder.ends_with(scripts)) return folder.substr(0, folder.size() - scripts.size());
+    return file_util_ex::GetFilePath(folder);
 }
 
 // An installed program never looks into the build tree: on a user's machine that path may belong to anybody.
@@ -166,8 +173,12 @@ void DeleteTempDir() {
     if (!Names().tempDir.empty()) (void)file_util_ex::Rmdir(std::exchange(Names().tempDir, {}));
 }
 
-std::string GetAppFolderPath() {
+std::string GetProgramFolderPath() {
     return file_util_ex::GetFilePath(ExecutablePath());
+}
+
+std::string GetAppFolderPath() {
+    return InstallPrefix() + std::string(kAppFolder);
 }
 
 std::string GetDataPath(std::string_view relative) {
@@ -182,7 +193,7 @@ std::string GetImgPath(std::string_view fileName) {
 }
 
 std::string GetPluginPath(std::string_view fileName) {
-    std::vector<std::string> roots = {InstallPrefix() + "/" ORBIVUE_INSTALL_LIBDIR "/orbivue"};
+    std::vector<std::string> roots = {GetAppFolderPath()};
     if (RunsInBuildTree()) roots.emplace_back(ORBIVUE_BUILD_TREE "/lib");
     return FindUnder(roots, fileName);
 }

@@ -36,6 +36,9 @@ void SetAppName(std::wstring_view name);
 void DeleteTempDir();
 
 /** The folder that the program file is in. */
+[[nodiscard]] std::string GetProgramFolderPath();
+/** The application's own folder, lib/orbivue beside the programs' bin folder: what only it uses and nobody starts by
+ * hand lies there, as a bin folder holds programs for users and no folders. The build tree has the same one. */
 [[nodiscard]] std::string GetAppFolderPath();
 /** Full path of a file or folder of the program's data ("images/logo.png", "languages"): in share/orbivue
  * beside the program's bin folder, else, for a program that runs in its build tree, in the data built there,

@@ -66,7 +66,7 @@ constexpr CCommand kCommands[] = {
     {kCmdExportHtml, EMenu::Export, Mark("Export to HTML5"), Mark("Export to HTML5 format"), "html5.ico",
      ENeeds::Model},
     {kCmdExportGoogleDrive, EMenu::Export, Mark("Export to Google Drive"), Mark("Export to Google Drive"),
-     "google_drive.ico", ENeeds::Feature},
+     "google_drive.ico", ENeeds::Model, !kToggle, !kEndsGroup, kMarksRun},
     {kCmdExportGltf, EMenu::Export, Mark("Export to glTF (.glb)"), nullptr, nullptr, ENeeds::Model},
 
     {kCmdUndo, EMenu::Tools, Mark("&Undo\tCtrl+Z"), nullptr, nullptr, ENeeds::Undo},

@@ -40,16 +40,18 @@ void JumpBack(png_structp png, png_const_charp) {
 }
 
 // Nothing in here may own anything: an error inside the library jumps back to the start.
-bool EncodePng(png_structp png, png_infop info, const CImage& image, bool withAlpha) {
+bool EncodePng(png_structp png, png_infop info, const CImage& image, bool withAlpha, bool small) {
     if (setjmp(png_jmpbuf(png)) != 0) return false;
     const auto width = static_cast<png_uint_32>(image.width);
     const auto height = static_cast<png_uint_32>(image.height);
     png_set_IHDR(png, info, width, height, 8, withAlpha ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB,
                  PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-    // A sixth of the default settings' time and half as many bytes again, on pictures of models.
-    png_set_compression_level(png, 1);
-    png_set_compression_strategy(png, Z_RLE);
-    png_set_filter(png, 0, PNG_FILTER_UP);
+    if (!small) {
+        // A sixth of the default settings' time and half as many bytes again, on pictures of models.
+        png_set_compression_level(png, 1);
+        png_set_compression_strategy(png, Z_RLE);
+        png_set_filter(png, 0, PNG_FILTER_UP);
+    }
     png_set_compression_buffer_size(png, 64 << 10);
     png_write_info(png, info);
     if (!withAlpha) png_set_filler(png, 0, PNG_FILLER_AFTER);
@@ -58,13 +60,13 @@ bool EncodePng(png_structp png, png_infop info, const CImage& image, bool withAl
     return true;
 }
 
-CStatus PackPng(std::string_view path, const CImage& image, bool withAlpha, const CSink& sink) {
+CStatus PackPng(std::string_view path, const CImage& image, bool withAlpha, bool small, const CSink& sink) {
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, JumpBack, KeepQuiet);
     png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
     bool encoded = false;
     if (info != nullptr) {
         png_set_write_fn(png, const_cast<CSink*>(&sink), WritePart, nullptr);
-        encoded = EncodePng(png, info, image, withAlpha);
+        encoded = EncodePng(png, info, image, withAlpha, small);
     }
     png_destroy_write_struct(&png, &info);
     if (encoded) return CDone{};
@@ -85,22 +87,22 @@ CStatus WritePng(std::string_view path, const CImage& image, bool withAlpha) {
     const CSink sink = [&](std::span<const std::byte> part) {
         (void)file.Value().Write(part);
     };  // Commit tells
-    if (CStatus packed = PackPng(path, image, withAlpha, sink); !packed) return packed;
+    if (CStatus packed = PackPng(path, image, withAlpha, false, sink); !packed) return packed;
     return file.Value().Commit();
 }
 
-CResult<std::vector<std::byte>> PngBytes(const CImage& image, bool withAlpha) {
+CResult<std::vector<std::byte>> PngBytes(const CImage& image, bool withAlpha, bool small) {
     if (CStatus sound = CheckImage({}, image); !sound) return sound.Error();
     std::vector<std::byte> bytes;
     const CSink sink = [&](std::span<const std::byte> part) {
         bytes.insert(bytes.end(), part.begin(), part.end());
     };
-    if (CStatus packed = PackPng({}, image, withAlpha, sink); !packed) return packed.Error();
+    if (CStatus packed = PackPng({}, image, withAlpha, small, sink); !packed) return packed.Error();
     return bytes;
 }
 
-CStatus WriteJpeg(std::string_view path, const CImage& image, int quality) {
-    if (CStatus sound = CheckImage(path, image); !sound) return sound;
+CResult<std::vector<std::byte>> JpegBytes(const CImage& image, int quality) {
+    if (CStatus sound = CheckImage({}, image); !sound) return sound.Error();
     const std::unique_ptr<void, CTjDeleter> encoder(tjInitCompress());
     unsigned char* buffer = nullptr;
     unsigned long size = 0;
@@ -110,9 +112,15 @@ CStatus WriteJpeg(std::string_view path, const CImage& image, int quality) {
                 : -1;
     const std::unique_ptr<unsigned char, CTjDeleter> owned(buffer);
     if (outcome != 0)
-        return CError{EErrorCode::WriteFailed, lng::Mark("the picture could not be packed"),
-                      std::string(path)};
-    return file_util_ex::WriteFileAtomically(path, std::as_bytes(std::span(buffer, size)));
+        return CError{EErrorCode::WriteFailed, lng::Mark("the picture could not be packed"), {}};
+    const auto* bytes = reinterpret_cast<const std::byte*>(buffer);
+    return std::vector<std::byte>(bytes, bytes + size);
+}
+
+CStatus WriteJpeg(std::string_view path, const CImage& image, int quality) {
+    const CResult<std::vector<std::byte>> bytes = JpegBytes(image, quality);
+    if (!bytes) return CError{bytes.Error().code, bytes.Error().message, std::string(path)};
+    return file_util_ex::WriteFileAtomically(path, bytes.Value());
 }
 
 }  // namespace image_codec

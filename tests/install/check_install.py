@@ -57,8 +57,24 @@ def check_programs(prefix, scratch):
     require((prefix / "share/orbivue/samples/tour.orv").is_file(), "the tour of the samples is not installed")
     for path in ("share/man/man1/orbivue-render.1", "share/man/man1/orbivue-convert.1", "share/man/man1/Orbivue.1", "share/orbivue/languages/de/viewer.mo", "share/doc/orbivue/NOTICE", "share/doc/orbivue/LICENSE"):
         require((prefix / path).is_file(), f"{path} is not installed")
+    check_upload_helper(prefix, scratch)
     for path in prefix.rglob("*"):
         require("seeds" not in path.parts and path.name not in ("make_samples", "make_large"), f"{path} should not be installed")
+
+
+def check_upload_helper(prefix, scratch):
+    """The helper of the Drive export stands beside its template and makes a page ready; without a display that is all."""
+    helper = next(prefix.rglob("OrbivueUploadPrepare.exe"), None)
+    require(helper is not None and helper.parent.name == "scripts", "the helper of the Drive export is not installed")
+    model, upload = scratch / "model", scratch / "upload"
+    model.mkdir()
+    upload.mkdir()
+    (model / "index.html").write_text('<!DOCTYPE html>\n<html lang="de">')
+    environment = {key: value for key, value in os.environ.items() if key not in ("DISPLAY", "WAYLAND_DISPLAY")}
+    arguments = [str(path.resolve()) for path in (helper, model, helper.parent / "template", upload)]
+    ended = subprocess.run(arguments + ["--help \n.3ds"], env=environment, capture_output=True, text=True, timeout=60, check=False)
+    require(ended.returncode == 3, f"the helper ended with {ended.returncode}: {ended.stderr}")
+    require("3D-Ansicht" in (upload / "index.html").read_text(), "the helper made no page")
 
 
 def pictures_in(icon):

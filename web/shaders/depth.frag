@@ -1,7 +1,7 @@
-// The depth of what is seen, in three bytes.
+// How far before the eye, along the line of sight, as the four bytes of a float.
 precision highp float;
 out vec4 oColor;
 void main() {
-  vec3 digits = fract(gl_FragCoord.z * vec3(1, 255, 65025));
-  oColor = vec4(digits - digits.yzz * vec3(1. / 255., 1. / 255., 0), 1);
+  uint bits = floatBitsToUint(1. / gl_FragCoord.w);
+  oColor = vec4(uvec4(bits, bits >> 8, bits >> 16, bits >> 24) & 255u) / 255.;
 }

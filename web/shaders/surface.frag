@@ -2,7 +2,7 @@ precision highp float;
 in vec3 vPoint, vNormal;
 in vec2 vUv;
 out vec4 oColor;
-uniform vec4 uViewer, uDiffuse, uSpecular;
+uniform vec4 uDiffuse, uSpecular;
 uniform vec3 uAmbient, uAmbientLight;
 uniform float uSelf;
 #ifdef LIGHTS
@@ -30,7 +30,7 @@ vec3 Colour(int i, vec4 color) {
 }
 #endif
 void main() {
-  vec3 V = normalize(uViewer.xyz - uViewer.w * vPoint);
+  vec3 V = normalize(-vPoint);
 #ifdef FLAT
   vec3 N = normalize(cross(dFdx(vPoint), dFdy(vPoint)));
 #else

@@ -1,9 +1,7 @@
 // Coordinates are the file's axes after the turning of the model, with the eye as origin.
 uniform mat4 uModelView, uProjection;
 uniform mat3 uNormal;
-uniform vec4 uViewer;
-uniform vec2 uMorph;
-uniform vec2 uStep;
+uniform vec2 uMorph, uStep;
 layout(location = 0) in vec3 aPosition;
 layout(location = 1) in vec3 aNormal;
 layout(location = 2) in vec2 aUv;
@@ -31,7 +29,7 @@ void main() {
   gl_Position.xy += uStep * gl_Position.w;
 #ifndef TWO_SIDED
   // Lines have no back side of their own: those of triangles that face away go out of the picture.
-  if (dot(uNormal * aFace, uViewer.xyz - uViewer.w * vPoint) <= 0.) gl_Position = vec4(2, 2, 2, 1);
+  if (dot(uNormal * aFace, vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);
 #endif
 #endif
 }

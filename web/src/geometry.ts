@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
-import type { Accessor, Gltf, Json } from './gltf.ts';
-import { numbersOf } from './settings.ts';
-import { demand } from './trouble.ts';
+import type { PrimitiveJson } from './format.ts';
+import { Gl, type Context } from './gl.ts';
+import { accessorOf, indicesOf, numbersOf, viewBytes, type Accessor, type Gltf } from './gltf.ts';
+import type { Indices } from './sorting.ts';
+import { demand } from './texts.ts';
 import { cross, normalized, sub, type Vec3 } from './vector.ts';
 
-/** Where the shader takes what from; targets of morphs follow in pairs. */
-const kAttributes = [
-  ['POSITION', 3],
-  ['NORMAL', 3],
-  ['TEXCOORD_0', 2],
-] as const;
+/** Where the shader takes the normals of triangles from, and the first of two shapes. */
 const kFace = 3;
 const kFirstTarget = 4;
 
@@ -20,147 +17,101 @@ export interface Geometry {
   count: number;
   indexType: number;
   hasUv: boolean;
-  low: Vec3;
-  high: Vec3;
-  /** Of primitives that are sorted: positions and indices. */
-  positions: Float32Array | undefined;
-  indices: Uint16Array | Uint32Array | undefined;
-  indexBuffer: WebGLBuffer;
-  /** Shapes that it changes into: attributes for positions and normals. */
-  targets: { position: Accessor | undefined; normal: Accessor | undefined }[];
+  low: readonly number[];
+  high: readonly number[];
+  /** Of primitives that are sorted. */
+  sorted?: { positions: Float32Array; indices: Indices };
+  /** Shapes that it changes into: positions and normals. */
+  targets: (Accessor | undefined)[][];
 }
 
-export interface GeometryUse {
-  lines: boolean;
-  sorted: boolean;
+export interface GeometryMaker {
+  /** lines: as edges of the triangles. sorted: keeps what sorting needs. */
+  make(primitive: PrimitiveJson, lines: boolean, sorted: boolean): Geometry;
+  /** Mixes the bound geometry with two of its shapes. */
+  mixWith(geometry: Geometry, chosen: readonly number[]): void;
 }
 
 /** Uploads primitives; a buffer view is uploaded once however many share it. */
-export class GeometryMaker {
-  private readonly buffers = new Map<number, WebGLBuffer>();
-
-  constructor(
-    private readonly gl: WebGL2RenderingContext,
-    private readonly gltf: Gltf,
-  ) {}
-
-  make(primitive: Json, use: GeometryUse): Geometry {
-    const { gl, gltf } = this;
-    const attributes = primitive?.attributes ?? {};
-    const position = gltf.accessor(attributes.POSITION, 3);
-    demand((primitive.mode ?? 4) === 4, 'mode');
-    const indices = gltf.indices(primitive.indices, position.count);
-    const vao = gl.createVertexArray()!;
-    gl.bindVertexArray(vao);
-    const present = kAttributes.map(([name, n]) => (attributes[name] === undefined ? undefined : gltf.accessor(attributes[name], n)));
-    for (const a of present) demand(!a || a.count >= position.count, 'attributes');
-    let list: Uint16Array | Uint32Array = indices;
-    if (use.lines) list = this.asLines(present, indices);
-    else present.forEach((a, i) => a && this.point(i, a));
-    const indexBuffer = gl.createBuffer()!;
-    gl.bindBuffer(gl.ELEMENT_ARRAY_BUFFER, indexBuffer);
-    gl.bufferData(gl.ELEMENT_ARRAY_BUFFER, list, use.sorted ? gl.DYNAMIC_DRAW : gl.STATIC_DRAW);
-    gl.bindVertexArray(null);
-    const [low, high] = this.boundsOf(primitive, position);
-    return {
-      vao,
-      mode: use.lines ? gl.LINES : gl.TRIANGLES,
-      count: list.length,
-      indexType: list instanceof Uint16Array ? gl.UNSIGNED_SHORT : gl.UNSIGNED_INT,
-      hasUv: !!present[2],
-      low,
-      high,
-      positions: use.sorted ? gltf.numbers(position) : undefined,
-      indices: use.sorted ? indices : undefined,
-      indexBuffer,
-      targets: use.lines ? [] : this.targetsOf(primitive, position.count),
-    };
-  }
-
-  private targetsOf(primitive: Json, count: number): Geometry['targets'] {
-    return (primitive.targets ?? []).map((target: Json) => {
-      const [position, normal] = ['POSITION', 'NORMAL'].map((name) => (target?.[name] === undefined ? undefined : this.gltf.accessor(target[name], 3)));
-      for (const a of [position, normal]) {
-        demand(!a || a.count >= count, 'targets');
-        if (a) this.bufferOf(a);
-      }
-      return { position, normal };
-    });
-  }
-
-  private bufferOf(a: Accessor): WebGLBuffer {
-    const { gl } = this;
-    let buffer = this.buffers.get(a.view);
-    if (!buffer) {
-      buffer = gl.createBuffer()!;
-      gl.bindBuffer(gl.ARRAY_BUFFER, buffer);
-      gl.bufferData(gl.ARRAY_BUFFER, a.bytes, gl.STATIC_DRAW);
-      this.buffers.set(a.view, buffer);
-    }
+export function geometryMaker(gl: Context, gltf: Gltf): GeometryMaker {
+  const buffers: WebGLBuffer[] = [];
+  const fill = (target: number, bytes: ArrayBufferView<ArrayBuffer>, usage: number = Gl.StaticDraw): WebGLBuffer => {
+    const buffer = gl.createBuffer();
+    gl.bindBuffer(target, buffer);
+    gl.bufferData(target, bytes, usage);
     return buffer;
-  }
-
-  private point(location: number, a: Accessor): void {
-    const { gl } = this;
-    gl.bindBuffer(gl.ARRAY_BUFFER, this.bufferOf(a));
+  };
+  const point = (location: number, components: number, type: number, normalized = false, stride = 0, offset = 0): void => {
     gl.enableVertexAttribArray(location);
-    gl.vertexAttribPointer(location, a.components, a.type, a.normalized, a.stride, a.offset);
-  }
-
-  /** Makes two of the shapes those that the bound geometry is mixed with. */
-  pointAtTargets(geometry: Geometry, chosen: readonly number[]): void {
-    chosen.forEach((target, i) => {
-      const { position, normal } = geometry.targets[target] ?? {};
-      [position, normal].forEach((a, part) => {
-        const location = kFirstTarget + i * 2 + part;
-        if (a) this.point(location, a);
-        else this.gl.disableVertexAttribArray(location);
-      });
-    });
-  }
+    gl.vertexAttribPointer(location, components, type, normalized, stride, offset);
+  };
+  const pointAt = (location: number, a: Accessor): void => {
+    gl.bindBuffer(Gl.ArrayBuffer, (buffers[a.view] ??= fill(Gl.ArrayBuffer, viewBytes(gltf, a.view))));
+    point(location, a.components, a.type, a.normalized, a.stride, a.offset);
+  };
+  const own = (location: number, components: number, values: Float32Array<ArrayBuffer>): void => {
+    fill(Gl.ArrayBuffer, values);
+    point(location, components, Gl.Float);
+  };
 
   /** Gives each triangle corners of its own, with the triangle's normal, and returns its edges. */
-  private asLines(present: readonly (Accessor | undefined)[], indices: Uint16Array | Uint32Array): Uint32Array {
-    const { gltf } = this;
-    const from = gltf.numbers(present[0]!);
-    const corner = (i: number): Vec3 => [from[indices[i] * 3], from[indices[i] * 3 + 1], from[indices[i] * 3 + 2]];
-    const faces = new Float32Array(indices.length * 3);
+  const asLines = (attributes: readonly (Accessor | undefined)[], indices: Indices): Uint32Array<ArrayBuffer> => {
     const edges = new Uint32Array(indices.length * 2);
-    for (let i = 0; i < indices.length; i += 3) {
-      const a = corner(i);
-      const normal = normalized(cross(sub(corner(i + 1), a), sub(corner(i + 2), a)), 0);
-      for (let c = 0; c < 3; c++) faces.set(normal, (i + c) * 3);
-      edges.set([i, i + 1, i + 1, i + 2, i + 2, i], i * 2);
-    }
-    this.upload(kFace, faces, 3);
-    present.forEach((a, location) => {
+    const faces = new Float32Array(indices.length * 3);
+    attributes.forEach((a, location) => {
       if (!a) return;
-      const all = gltf.numbers(a);
+      const from = numbersOf(gltf, a);
       const n = a.components;
-      const own = new Float32Array(indices.length * n);
-      for (let i = 0; i < indices.length; i++) for (let c = 0; c < n; c++) own[i * n + c] = all[indices[i] * n + c];
-      this.upload(location, own, n);
+      const at = (i: number): Vec3 => from.subarray(indices[i] * n, indices[i] * n + n) as unknown as Vec3;
+      const corners = new Float32Array(indices.length * n);
+      indices.forEach((_, i) => corners.set(at(i), i * n));
+      own(location, n, corners);
+      if (location) return;
+      for (let i = 0; i < indices.length; i += 3) {
+        const face = normalized(cross(sub(at(i + 1), at(i)), sub(at(i + 2), at(i))), 0);
+        faces.set([...face, ...face, ...face], i * 3);
+        edges.set([i, i + 1, i + 1, i + 2, i + 2, i], i * 2);
+      }
     });
+    own(kFace, 3, faces);
     return edges;
-  }
+  };
 
-  private upload(location: number, values: Float32Array, components: number): void {
-    const { gl } = this;
-    gl.bindBuffer(gl.ARRAY_BUFFER, gl.createBuffer());
-    gl.bufferData(gl.ARRAY_BUFFER, values, gl.STATIC_DRAW);
-    gl.enableVertexAttribArray(location);
-    gl.vertexAttribPointer(location, components, gl.FLOAT, false, 0, 0);
-  }
-
-  /** Lowest and highest coordinates, in any shape. */
-  private boundsOf(primitive: Json, position: Accessor): [Vec3, Vec3] {
-    const shapes = (primitive.targets ?? []).filter((t: Json) => t?.POSITION !== undefined).map((t: Json) => this.gltf.accessor(t.POSITION, 3));
-    const corner = (which: 'min' | 'max', outer: (...v: number[]) => number): Vec3 => {
-      const read = (a: Accessor): number[] => numbersOf(a[which], 3)?.map((x) => x * this.gltf.scaleOf(a)) ?? [];
-      const own = read(position);
-      demand(own.length, 'bounds');
-      return shapes.map(read).reduce((sum: number[], add: number[]) => sum.map((x, i) => x + outer(0, add[i] || 0)), own);
-    };
-    return [corner('min', Math.min), corner('max', Math.max)];
-  }
+  return {
+    make({ attributes: { POSITION, NORMAL, TEXCOORD_0 }, indices: index, targets: shapes = [] }, lines, sorted) {
+      const optional = (a?: number): Accessor | undefined => (a === undefined ? a : accessorOf(gltf, a));
+      const position = accessorOf(gltf, POSITION);
+      const attributes = [position, optional(NORMAL), optional(TEXCOORD_0)];
+      const indices = indicesOf(gltf, index, position.count);
+      const targets = lines ? [] : shapes.map((t) => [optional(t.POSITION), optional(t.NORMAL)]);
+      for (const a of [...attributes, ...targets.flat()]) demand(!a || a.count >= position.count, 'attributes');
+      const vao = gl.createVertexArray();
+      gl.bindVertexArray(vao);
+      if (!lines) attributes.forEach((a, location) => a && pointAt(location, a));
+      const list = lines ? asLines(attributes, indices) : indices;
+      fill(Gl.ElementArrayBuffer, list as Uint32Array<ArrayBuffer>, sorted ? Gl.DynamicDraw : Gl.StaticDraw);
+      const reach = (from: number[], outer: (...v: number[]) => number, which: 'min' | 'max'): number[] =>
+        targets.reduce((sum, [t]) => sum.map((x, i) => x + outer(0, t?.[which][i] ?? 0)), from);
+      return {
+        vao,
+        mode: lines ? Gl.Lines : Gl.Triangles,
+        count: list.length,
+        indexType: list.BYTES_PER_ELEMENT === 2 ? Gl.UnsignedShort : Gl.UnsignedInt,
+        hasUv: TEXCOORD_0 !== undefined,
+        low: reach(position.min, Math.min, 'min'),
+        high: reach(position.max, Math.max, 'max'),
+        sorted: sorted ? { positions: numbersOf(gltf, position), indices } : undefined,
+        targets,
+      };
+    },
+    mixWith({ targets }, chosen) {
+      chosen.forEach((target, i) =>
+        targets[target]?.forEach((a, part) => {
+          const location = kFirstTarget + i * 2 + part;
+          if (a) pointAt(location, a);
+          else gl.disableVertexAttribArray(location);
+        }),
+      );
+    },
+  };
 }

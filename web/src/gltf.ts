@@ -1,22 +1,20 @@
 // SPDX-License-Identifier: MIT
-import {
-  decodeAttributes,
-  decodeTriangles,
-  filterExponential,
-  filterOctahedral,
-} from '../third_party/meshoptimizer/decode.ts';
-import { readGlb } from './glb.ts';
-import { demand } from './trouble.ts';
+import { decodeAttributes, decodeTriangles, filterExponential, filterOctahedral } from '../third_party/meshoptimizer/decode.ts';
+import type { AccessorJson, GltfJson, PackedJson } from './format.ts';
+import { demand } from './texts.ts';
 
-/** Some JSON whose members are checked where they are used. */
-// eslint-disable-next-line @typescript-eslint/no-explicit-any
-export type Json = any;
+const kMagic = 0x46546c67; // "glTF"
+
+/** The scene's file: JSON, binary data, and what was unpacked of it. */
+export interface Gltf {
+  json: GltfJson;
+  bin: Uint8Array<ArrayBuffer>;
+  views: Uint8Array<ArrayBuffer>[];
+}
 
 /** Numbers of a buffer view as WebGL takes them. */
 export interface Accessor {
   view: number;
-  /** Of the view. */
-  bytes: Uint8Array;
   offset: number;
   stride: number;
   count: number;
@@ -24,152 +22,94 @@ export interface Accessor {
   /** GL's number of the type. */
   type: number;
   normalized: boolean;
-  min: number[] | undefined;
-  max: number[] | undefined;
-}
-
-const kComponents: Record<string, number> = { SCALAR: 1, VEC2: 2, VEC3: 3, VEC4: 4, MAT4: 16 };
-const kTypes: Record<number, { size: number; most: number; read: (v: DataView, at: number) => number }> = {
-  5120: { size: 1, most: 127, read: (v, at) => v.getInt8(at) },
-  5121: { size: 1, most: 255, read: (v, at) => v.getUint8(at) },
-  5122: { size: 2, most: 32767, read: (v, at) => v.getInt16(at, true) },
-  5123: { size: 2, most: 65535, read: (v, at) => v.getUint16(at, true) },
-  5125: { size: 4, most: 1, read: (v, at) => v.getUint32(at, true) },
-  5126: { size: 4, most: 1, read: (v, at) => v.getFloat32(at, true) },
-};
-
-/** A whole number from 0 on; `otherwise` where there is none. */
-function whole(v: unknown, otherwise: number | undefined, what: string): number {
-  const n = v ?? otherwise;
-  demand(Number.isSafeInteger(n) && (n as number) >= 0, what);
-  return n as number;
-}
-
-/** The scene's file: JSON and binary data, read with every bound checked. */
-export class Gltf {
-  readonly json: Json;
-  private readonly bin: Uint8Array;
-  private readonly decoded = new Map<number, Uint8Array>();
-
-  constructor(bytes: Uint8Array) {
-    const glb = readGlb(bytes);
-    this.json = glb.json;
-    this.bin = glb.bin;
-  }
-
-  /** Element `index` of a top-level list. */
-  item(list: string, index: unknown): Json {
-    const all = this.json[list];
-    const item = Array.isArray(all) && Number.isSafeInteger(index) ? all[index as number] : undefined;
-    demand(typeof item === 'object' && item, list);
-    return item;
-  }
-
-  /** A top-level list; empty where there is none. */
-  list(name: string): Json[] {
-    const all = this.json[name] ?? [];
-    demand(Array.isArray(all) && all.every((x) => typeof x === 'object' && x), name);
-    return all;
-  }
-
-  /** The bytes of a buffer view, unpacked. */
-  bytesOf(index: unknown): Uint8Array {
-    const known = this.decoded.get(index as number);
-    if (known) return known;
-    const view = this.item('bufferViews', index);
-    const packed = view.extensions?.EXT_meshopt_compression;
-    const bytes = packed ? this.unpacked(packed) : this.slice(view);
-    this.decoded.set(index as number, bytes);
-    return bytes;
-  }
-
-  /** Lets what was unpacked go: it is on the graphics card. */
-  forget(): void {
-    this.decoded.clear();
-  }
-
-  private slice(view: Json): Uint8Array {
-    const offset = whole(view.byteOffset, 0, 'bufferViews');
-    const length = whole(view.byteLength, undefined, 'bufferViews');
-    demand(view.buffer === 0 && offset + length <= this.bin.length, 'bufferViews');
-    return this.bin.subarray(offset, offset + length);
-  }
-
-  private unpacked(packed: Json): Uint8Array {
-    const source = this.slice(packed);
-    const count = whole(packed.count, undefined, 'meshopt');
-    const stride = whole(packed.byteStride, undefined, 'meshopt');
-    try {
-      if (packed.mode === 'TRIANGLES') {
-        const indices = decodeTriangles(count, source);
-        return new Uint8Array(stride === 2 ? new Uint16Array(indices).buffer : indices.buffer);
-      }
-      const bytes = decodeAttributes(packed.mode === 'ATTRIBUTES' ? count : -1, stride, source);
-      if (packed.filter === 'OCTAHEDRAL') filterOctahedral(bytes, stride);
-      if (packed.filter === 'EXPONENTIAL') filterExponential(bytes);
-      return bytes;
-    } catch {
-      return demand(false, 'meshopt') as never;
-    }
-  }
-
-  /** Checks and returns an accessor with so many components, of one of the types. */
-  accessor(index: unknown, components: number): Accessor {
-    const a = this.item('accessors', index);
-    const type = kTypes[a.componentType];
-    const view = this.item('bufferViews', a.bufferView);
-    const bytes = this.bytesOf(a.bufferView);
-    const offset = whole(a.byteOffset, 0, 'accessors');
-    const count = whole(a.count, undefined, 'accessors');
-    demand(type && kComponents[a.type] === components && !a.sparse, 'accessors');
-    const size = type.size * components;
-    const stride = whole(view.extensions?.EXT_meshopt_compression?.byteStride ?? view.byteStride, size, 'accessors') || size;
-    demand(stride >= size && stride <= 255 && offset % type.size === 0 && stride % type.size === 0, 'accessors');
-    demand(count > 0 && offset + (count - 1) * stride + size <= bytes.length, 'accessors');
-    return {
-      view: a.bufferView,
-      bytes,
-      offset,
-      stride,
-      count,
-      components,
-      type: a.componentType,
-      normalized: a.normalized === true,
-      min: a.min,
-      max: a.max,
-    };
-  }
-
   /** What a number in the file is multiplied with. */
-  scaleOf(a: Accessor): number {
-    return a.normalized ? 1 / kTypes[a.type].most : 1;
-  }
+  factor: number;
+  min: number[];
+  max: number[];
+}
 
-  /** All numbers of an accessor; normalized ones as fractions. */
-  numbers(a: Accessor): Float32Array {
-    const { read, size } = kTypes[a.type];
-    const view = new DataView(a.bytes.buffer, a.bytes.byteOffset, a.bytes.length);
-    const result = new Float32Array(a.count * a.components);
-    const scale = this.scaleOf(a);
-    for (let i = 0, to = 0; i < a.count; i++) {
-      for (let c = 0; c < a.components; c++)
-        result[to++] = Math.max(read(view, a.offset + i * a.stride + c * size) * scale, a.normalized ? -1 : -Infinity);
-    }
-    return result;
-  }
+const kComponents: Record<string, number> = { SCALAR: 1, VEC2: 2, VEC3: 3, VEC4: 4 };
+/** By GL's number from 5120 on. */
+const kArrays = [Int8Array, Uint8Array, Int16Array, Uint16Array, , Uint32Array, Float32Array];
+const kMost = [127, 255, 32767, 65535];
 
-  /** The indices of triangles, all of them below `vertices`. */
-  indices(index: unknown, vertices: number): Uint16Array | Uint32Array {
-    const a = this.accessor(index, 1);
-    demand((a.type === 5123 || a.type === 5125) && a.count % 3 === 0 && (a.bytes.byteOffset + a.offset) % 2 === 0, 'indices');
-    const from = a.bytes.byteOffset + a.offset;
-    const bytes = from % 4 ? a.bytes.slice(a.offset) : undefined;
-    const buffer = (bytes ?? a.bytes).buffer as ArrayBuffer;
-    const at = bytes ? 0 : from;
-    const result = a.type === 5123 ? new Uint16Array(buffer, at, a.count) : new Uint32Array(buffer, at, a.count);
-    let most = 0;
-    for (let i = 0; i < result.length; i++) if (result[i] > most) most = result[i];
-    demand(most < vertices, 'indices');
-    return result;
+/** Takes a glTF binary apart: a header of 12 bytes, JSON, data. */
+export function readGltf(bytes: Uint8Array<ArrayBuffer>): Gltf {
+  const view = new DataView(bytes.buffer, bytes.byteOffset, bytes.length);
+  const word = (at: number): number => view.getUint32(at, true);
+  const chunk = (at: number): Uint8Array<ArrayBuffer> => {
+    demand(word(at) <= bytes.length - at - 8, 'chunk');
+    return bytes.subarray(at + 8, at + 8 + word(at));
+  };
+  demand(bytes.length > 20 && word(0) === kMagic && word(4) === 2, 'glTF');
+  const text = chunk(12);
+  const next = 20 + text.length;
+  const json = JSON.parse(new TextDecoder().decode(text)) as GltfJson;
+  return { json, bin: next + 8 <= bytes.length ? chunk(next) : new Uint8Array(), views: [] };
+}
+
+function slice({ bin }: Gltf, { byteOffset = 0, byteLength }: { byteOffset?: number; byteLength: number }): Uint8Array<ArrayBuffer> {
+  demand(byteOffset >= 0 && byteLength >= 0 && byteOffset + byteLength <= bin.length, 'bufferView');
+  return bin.subarray(byteOffset, byteOffset + byteLength);
+}
+
+function unpack(gltf: Gltf, { count, byteStride, mode, filter, ...at }: PackedJson): Uint8Array<ArrayBuffer> {
+  const source = slice(gltf, at);
+  if (mode === 'TRIANGLES') {
+    const indices = decodeTriangles(count, source);
+    return new Uint8Array(byteStride === 2 ? new Uint16Array(indices).buffer : indices.buffer);
   }
+  const bytes = decodeAttributes(count, byteStride, source);
+  if (filter === 'OCTAHEDRAL') filterOctahedral(bytes, byteStride);
+  if (filter === 'EXPONENTIAL') filterExponential(bytes);
+  return bytes;
+}
+
+/** The bytes of a buffer view, unpacked. */
+export function viewBytes(gltf: Gltf, index: number): Uint8Array<ArrayBuffer> {
+  const view = gltf.json.bufferViews[index];
+  const packed = view.extensions?.EXT_meshopt_compression;
+  return (gltf.views[index] ??= packed ? unpack(gltf, packed) : slice(gltf, view));
+}
+
+/** Checks and returns an accessor. */
+export function accessorOf(gltf: Gltf, index: number): Accessor {
+  const a: AccessorJson = gltf.json.accessors[index];
+  const { bufferView: view, byteOffset: offset = 0, componentType: type, count, normalized = false, min = [], max = [] } = a;
+  const json = gltf.json.bufferViews[view];
+  const unit = kArrays[type - 5120]!.BYTES_PER_ELEMENT;
+  const components = kComponents[a.type];
+  const stride = json.extensions?.EXT_meshopt_compression?.byteStride || json.byteStride || unit * components;
+  const end = offset + (count - 1) * stride + unit * components;
+  demand(count > 0 && offset >= 0 && offset % unit + (stride % unit) === 0 && end <= viewBytes(gltf, view).length, 'accessor');
+  const factor = normalized ? 1 / kMost[type - 5120] : 1;
+  return { view, offset, stride, count, components, type, normalized, factor, min: min.map((x) => x * factor), max: max.map((x) => x * factor) };
+}
+
+/** All numbers of an accessor; normalized ones as fractions. */
+export function numbersOf(gltf: Gltf, a: Accessor): Float32Array {
+  const from = typed(gltf, a);
+  const step = a.stride / from.BYTES_PER_ELEMENT;
+  const result = new Float32Array(a.count * a.components);
+  for (let i = 0, to = 0; i < a.count; i++) {
+    for (let c = 0; c < a.components; c++) result[to++] = from[i * step + c] * a.factor;
+  }
+  return result;
+}
+
+/** From the accessor's beginning to the end of its view. */
+function typed(gltf: Gltf, { view, offset, type }: Accessor): Uint16Array | Uint32Array {
+  let bytes = viewBytes(gltf, view).subarray(offset);
+  const list = kArrays[type - 5120] as Uint16ArrayConstructor;
+  // A view of the file may begin where an array of its type cannot.
+  if (bytes.byteOffset % list.BYTES_PER_ELEMENT) bytes = bytes.slice();
+  return new list(bytes.buffer, bytes.byteOffset, Math.floor(bytes.length / list.BYTES_PER_ELEMENT));
+}
+
+/** The indices of triangles, all of them below `vertices`. */
+export function indicesOf(gltf: Gltf, index: number, vertices: number): Uint16Array | Uint32Array {
+  const a = accessorOf(gltf, index);
+  const result = typed(gltf, a).subarray(0, a.count);
+  demand(a.components === 1 && a.count % 3 === 0 && result.every((i) => i < vertices), 'indices');
+  return result;
 }

@@ -1,31 +1,48 @@
 // SPDX-License-Identifier: MIT
-import { publish } from './api.ts';
+import type { OrbivueApi, Settings } from './format.ts';
 import { sceneBytes } from './scene_data.ts';
-import { readSettings } from './settings.ts';
-import { Stage } from './stage.ts';
-import { Texts } from './texts.ts';
-import { Trouble } from './trouble.ts';
-import { Viewer } from './viewer.ts';
+import { Trouble, type TextKey } from './texts.ts';
+import { view, type Stage } from './viewer.ts';
 
-async function show(): Promise<void> {
-  const settings = readSettings(document.getElementById('settings')?.textContent ?? '');
-  const texts = new Texts(settings.texts);
-  const stage = new Stage(texts);
-  stage.canvas.setAttribute('aria-label', texts.of('canvas', settings.title || settings.model));
-  stage.say(texts.of('loading'));
+const find = (selector: string): HTMLElement => document.querySelector<HTMLElement>(selector)!;
+
+async function show(api: OrbivueApi): Promise<OrbivueApi> {
+  const settings = JSON.parse(find('#settings').textContent!) as Settings;
+  const { texts, title, model } = settings;
+  const status = find('[role=status]');
+  const stage: Stage = {
+    canvas: find('canvas') as HTMLCanvasElement,
+    toolbar: find('[role=toolbar]'),
+    say: (text) => void (status.textContent = text),
+  };
+  const { canvas, say } = stage;
+  const fill = (key: TextKey, what: string): string => texts[key].replace('%1', () => what);
+  canvas.setAttribute('aria-label', fill('canvas', title || model));
+  say(texts.loading);
   try {
-    const gl = stage.canvas.getContext('webgl2', { alpha: false, antialias: true, powerPreference: 'high-performance' });
+    const gl = canvas.getContext('webgl2', { alpha: false });
     if (!gl) throw new Trouble('noWebGL');
-    const viewer = new Viewer(await sceneBytes(), settings, texts, stage, gl);
-    await viewer.start();
-    stage.say(texts.of('shown', settings.title || settings.model));
-    publish(viewer);
+    const members = await view(await sceneBytes(settings), settings, stage, gl);
+    Object.defineProperties(api, Object.getOwnPropertyDescriptors(members));
+    say(fill('shown', title || model));
     document.body.dataset.ready = '';
+    return api;
   } catch (error) {
-    stage.fail(error);
+    const { key, detail } = error instanceof Trouble ? error : new Trouble('broken', String(error));
+    const alert = document.createElement('p');
+    alert.setAttribute('role', 'alert');
+    canvas.after(alert);
+    say('');
+    // Set when it is in the page, or it would not be read aloud.
+    alert.textContent = document.body.dataset.error = fill(key, detail);
+    throw error;
   }
 }
 
+const api = {} as OrbivueApi;
 // The script may stand before the scene, so that it is read while the rest of the page arrives.
-if (document.readyState === 'loading') document.addEventListener('DOMContentLoaded', () => void show());
-else void show();
+const parsed = new Promise((resolve) => (document.readyState === 'loading' ? document.addEventListener('DOMContentLoaded', resolve) : resolve(0)));
+api.ready = parsed.then(() => show(api));
+// Told on the page.
+api.ready.catch(() => {});
+(window as unknown as { orbivue: OrbivueApi }).orbivue = api;

@@ -1,20 +1,15 @@
 // SPDX-License-Identifier: MIT
-import type { Gltf, Json } from './gltf.ts';
-import { numbersOf, vec3Of } from './settings.ts';
-import { clamp, scaled, type Vec3 } from './vector.ts';
+import type { MapExtras, MaterialExtras } from './format.ts';
+import { Gl } from './gl.ts';
+import type { Vec3 } from './vector.ts';
 
-/** The maps of a material in the order of their texture units. */
-export const kMaps = ['texture', 'texture2', 'opacity', 'specular', 'shininess', 'selfIllumination', 'bump', 'reflection'] as const;
-export const enum Map {
-  Texture,
-  Texture2,
-  Opacity,
-  Specular,
-  Shininess,
-  SelfIllumination,
-  Bump,
-  Reflection,
-}
+/** The maps of a material in the order of their texture units, and their macros in the shader. */
+const kMaps = ['texture', 'texture2', 'opacity', 'specular', 'shininess', 'selfIllumination', 'bump', 'reflection'];
+export const kMacros = ['TEXTURE', 'TEXTURE2', 'OPACITY', 'SPECULAR_MAP', 'SHININESS', 'SELF', 'BUMP', 'REFLECTION'];
+const kOpacity = 2;
+const kSpecular = 3;
+const kShininess = 4;
+export const kReflection = 7;
 
 /** How a map uses its picture: as it is, colours multiplied by its alpha, or brightness as opacity. */
 export const enum AlphaUse {
@@ -40,88 +35,66 @@ export interface MapLook {
 export interface Look {
   ambient: Vec3;
   diffuse: Vec3;
-  /** Times its strength; for metal without maps tinted by diffuse. */
+  /** Times its strength. */
   specular: Vec3;
   exponent: number;
   self: number;
   opacity: number;
-  hasSpecular: boolean;
+  glossy: boolean;
   metal: boolean;
   flat: boolean;
   twoSided: boolean;
-  wire: boolean;
+  lines: boolean;
   lineWidth: number;
   additive: boolean;
   blended: boolean;
   /** Transparent only by its pictures, so that parts of it may be solid. */
   maybeSolid: boolean;
-  invisible: boolean;
   maps: (MapLook | undefined)[];
 }
 
-const kRepeat = 0x2901;
-const kClamp = 0x812f;
-const kMirror = 0x8370;
-
-const fraction = (v: unknown, otherwise: number): number => (typeof v === 'number' ? clamp(v, 0, 1) : otherwise);
-
-function readMap(kind: Map, m: Json, strength: number): MapLook | undefined {
-  const amount = fraction(m?.amount, 1);
-  if (!m || !Number.isSafeInteger(m.texture) || amount === 0) return undefined;
-  const uv = numbersOf(m.uv, 6) ?? [1, 0, 0, 1, 0, 0];
-  const tiled = m.tile !== false;
-  const first = kind === Map.Texture;
-  const alphaIsOpacity = first && m.alphaIsOpacity === true;
-  const shows = first ? m.decal : kind === Map.Texture2 && !m.ignoreAlpha;
-  const grey = m.alphaSource ? [0, 0, 0, 1] : [0.299, 0.587, 0.114, 0];
-  const plain = kind === Map.Opacity ? AlphaUse.Opacity : AlphaUse.Separate;
+function mapOf(kind: number, m: MapExtras | undefined, strength: number): MapLook | undefined {
+  if (!m) return undefined;
+  const { amount = 1, uv = [1, 0, 0, 1, 0, 0], tile = true } = m;
+  const shows = kind ? kind < kOpacity && !m.ignoreAlpha : m.decal;
+  const clears = !kind && m.alphaIsOpacity;
+  let weight = m.alphaSource ? [0, 0, 0, 1] : [0.299, 0.587, 0.114, 0];
+  if (kind < kOpacity) weight = [0, 0, +!!shows, +!!clears];
+  if (kind === kSpecular) weight = [strength, 0, 0, 0];
   return {
     texture: m.texture,
-    alpha: shows || alphaIsOpacity ? AlphaUse.Multiplied : plain,
-    wrap: !tiled ? kClamp : m.mirror ? kMirror : kRepeat,
+    alpha: shows || clears ? AlphaUse.Multiplied : kind === kOpacity ? AlphaUse.Opacity : AlphaUse.Separate,
+    wrap: !tile ? Gl.ClampToEdge : m.mirror ? Gl.MirroredRepeat : Gl.Repeat,
     s: [uv[0], uv[2], uv[4]],
     t: [uv[1], uv[3], uv[5]],
-    value: [amount, m.negative ? -1 : 1, m.negative ? 1 : 0, tiled ? 0 : 1],
-    weight: kind <= Map.Texture2 ? [0, 0, shows ? 1 : 0, alphaIsOpacity ? 1 : 0] : kind === Map.Specular ? [strength, 0, 0, 0] : grey,
+    value: [amount, m.negative ? -1 : 1, +!!m.negative, +!tile],
+    weight,
   };
 }
 
-function readLook(material: Json, doubleSided: boolean): Look {
-  const m: Json = material.extras?.orbivue ?? {};
-  const strength = fraction(m.strength, 0);
-  const hasSpecular = strength > 0;
-  const diffuse = vec3Of(m.diffuse) ?? [0.588, 0.588, 0.588];
-  const wire = m.wire === true || m.shading === 'wire';
-  const flat = m.shading === 'flat';
-  const maps = kMaps.map((name, kind) => readMap(kind, m.maps?.[name], strength));
-  if (!hasSpecular) maps[Map.Specular] = maps[Map.Shininess] = undefined;
-  const metal = hasSpecular && m.shading === 'metal';
-  const opacity = fraction(m.opacity, 1);
-  const specular = scaled(vec3Of(m.specular) ?? [0.898, 0.898, 0.898], strength);
-  const opacityMap = maps[Map.Opacity];
-  const additive = m.additive === true;
+/** twoSided, lines: whatever the material says. */
+export function lookOf(m: Partial<MaterialExtras>, twoSided: boolean, lines: boolean): Look {
+  const { strength = 0, opacity = 1, additive = false, shading, specular = [0.9, 0.9, 0.9], diffuse = [0.588, 0.588, 0.588] } = m;
+  const glossy = strength > 0;
+  const maps = kMaps.map((name, kind) => mapOf(kind, m.maps?.[name], strength));
+  if (!glossy) maps[kSpecular] = maps[kShininess] = undefined;
+  const line = lines || !!m.wire || shading === 'wire';
   return {
-    ambient: vec3Of(m.ambient) ?? diffuse,
+    ambient: m.ambient ?? diffuse,
     diffuse,
-    specular,
-    exponent: clamp(typeof m.exponent === 'number' ? m.exponent : 2, 1, 1024),
-    self: fraction(m.selfIllumination, 0),
+    specular: specular.map((x) => x * strength) as unknown as Vec3,
+    exponent: m.exponent ?? 2,
+    self: m.selfIllumination ?? 0,
     opacity,
-    hasSpecular,
-    metal,
-    flat,
-    twoSided: doubleSided || m.twoSided === true || material.doubleSided === true,
-    wire,
-    lineWidth: typeof m.wireSizePx === 'number' && m.wireSizePx > 0 ? Math.min(m.wireSizePx, 64) : 1,
+    glossy,
+    metal: glossy && shading === 'metal',
+    flat: shading === 'flat' && !line,
+    twoSided: twoSided || !!m.twoSided,
+    lines: line,
+    lineWidth: Math.min(m.wireSizePx || 1, 64),
     additive,
-    blended: m.blend === true || additive,
-    maybeSolid: !additive && (opacity >= 1 || (!!opacityMap && opacityMap.value[0] >= 1)),
-    invisible: opacity <= 0 && !opacityMap,
+    blended: !!m.blend || additive,
+    maybeSolid: !additive && (opacity >= 1 || maps[kOpacity]?.value[0] === 1),
     maps,
   };
-}
-
-/** All materials; the last one is for faces that have none. */
-export function readLooks(gltf: Gltf, doubleSided: boolean): Look[] {
-  return [...gltf.list('materials'), {}].map((m) => readLook(m, doubleSided));
 }

@@ -1,61 +1,41 @@
 // SPDX-License-Identifier: MIT
-import { demand } from './trouble.ts';
+import { Gl, type Context } from './gl.ts';
+import { demand } from './texts.ts';
 
-type Uniform = WebGLUniformLocation | null;
+/** A linked program. */
+export interface Program {
+  /** Whether it is linked is asked at the first use, so that programs are made beside each other. */
+  use(): void;
+  /** Sets a vector or an array of them by the count of their components, a 3x3 matrix (9) or a 4x4 one (16). */
+  set(name: string, components: 1 | 2 | 3 | 4 | 9 | 16, values: readonly number[]): void;
+}
 
-/** A linked program. Whether that succeeded is asked at its first use, so that programs are made beside each other. */
-export class Program {
-  private readonly program: WebGLProgram;
-  private readonly uniforms = new Map<string, Uniform>();
-  private checked = false;
-
-  constructor(
-    private readonly gl: WebGL2RenderingContext,
-    vertex: string,
-    fragment: string,
-    defines: readonly string[] = [],
-  ) {
-    const head = '#version 300 es\n' + defines.map((d) => `#define ${d}\n`).join('');
-    this.program = gl.createProgram()!;
-    for (const [kind, source] of [
-      [gl.VERTEX_SHADER, vertex],
-      [gl.FRAGMENT_SHADER, fragment],
-    ] as const) {
-      const shader = gl.createShader(kind)!;
-      gl.shaderSource(shader, head + source);
-      gl.compileShader(shader);
-      gl.attachShader(this.program, shader);
-    }
-    gl.linkProgram(this.program);
-  }
-
-  use(): void {
-    const { gl, program } = this;
-    if (!this.checked) {
-      this.checked = true;
-      const linked = gl.getProgramParameter(program, gl.LINK_STATUS) || gl.isContextLost();
-      if (!linked) console.error(gl.getProgramInfoLog(program), ...(gl.getAttachedShaders(program) ?? []).map((s) => gl.getShaderInfoLog(s)));
-      demand(linked, 'shader');
-    }
-    gl.useProgram(program);
-  }
-
-  at(name: string): Uniform {
-    let found = this.uniforms.get(name);
-    if (found === undefined) {
-      found = this.gl.getUniformLocation(this.program, name);
-      this.uniforms.set(name, found);
-    }
-    return found;
-  }
-
-  vec2(name: string, values: Iterable<number>): void {
-    this.gl.uniform2fv(this.at(name), [...values]);
-  }
-  vec3(name: string, values: Iterable<number>): void {
-    this.gl.uniform3fv(this.at(name), [...values]);
-  }
-  vec4(name: string, values: Iterable<number>): void {
-    this.gl.uniform4fv(this.at(name), [...values]);
-  }
+export function makeProgram(gl: Context, vertex: string, fragment: string, defines: readonly string[] = []): Program {
+  const program = gl.createProgram()!;
+  const uniforms: Record<string, WebGLUniformLocation | null> = {};
+  let checked = false;
+  const compile = (kind: number, source: string): void => {
+    const shader = gl.createShader(kind)!;
+    gl.shaderSource(shader, ['#version 300 es', ...defines.map((d) => '#define ' + d), source].join('\n'));
+    gl.compileShader(shader);
+    gl.attachShader(program, shader);
+  };
+  compile(Gl.VertexShader, vertex);
+  compile(Gl.FragmentShader, fragment);
+  gl.linkProgram(program);
+  return {
+    use() {
+      gl.useProgram(program);
+      if (checked) return;
+      checked = true;
+      demand(gl.getProgramParameter(program, Gl.LinkStatus) || gl.isContextLost(), 'shader');
+      gl.uniform1iv(gl.getUniformLocation(program, 'uMap'), [0, 1, 2, 3, 4, 5, 6, 7]);
+    },
+    set(name, components, values) {
+      const at = (uniforms[name] ??= gl.getUniformLocation(program, name));
+      if (components === 16) gl.uniformMatrix4fv(at, false, values);
+      else if (components === 9) gl.uniformMatrix3fv(at, false, values);
+      else gl[`uniform${components}fv`](at, values);
+    },
+  };
 }

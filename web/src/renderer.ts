@@ -1,342 +1,266 @@
 // SPDX-License-Identifier: MIT
+import backdropFragment from '../shaders/backdrop.frag';
+import coverVertex from '../shaders/cover.vert';
 import depthFragment from '../shaders/depth.frag';
 import surfaceFragment from '../shaders/surface.frag';
 import surfaceVertex from '../shaders/surface.vert';
-import { Backdrop } from './backdrop.ts';
-import { makeDrawables, Part, variantOf, type Drawable } from './drawable.ts';
-import { GeometryMaker } from './geometry.ts';
+import { depthRange, eyeOf, projection } from './camera.ts';
+import type { Settings } from './format.ts';
+import { geometryMaker } from './geometry.ts';
+import { Gl, type Context } from './gl.ts';
 import { lightUniforms, type LightUniforms } from './lights.ts';
-import { kMaps, readLooks, type Look } from './material.ts';
-import { determinant, normalMatrix, product, row, rowTimes, translation, type Mat4 } from './matrix.ts';
-import { Program } from './program.ts';
+import { lookOf, type Look } from './material.ts';
+import { determinant, movedTo, normalMatrix, product, rowTimes, type Mat4 } from './matrix.ts';
+import { drawPart, makeParts, type Part } from './parts.ts';
+import { makeProgram, type Program } from './program.ts';
+import { fromBase64 } from './scene_data.ts';
 import type { Scene } from './scene.ts';
-import type { Seen } from './seen.ts';
-import type { Settings } from './settings.ts';
+import { modelOf, type Seen } from './seen.ts';
 import { orderBackToFront } from './sorting.ts';
-import { Textures } from './textures.ts';
-import { dot, scaled, type Vec3 } from './vector.ts';
-
-/** One part of a drawable, with its program. */
-interface Item {
-  drawable: Drawable;
-  program: Program;
-  key: number;
-  specular: Vec3;
-  depth: number;
-  sorted: boolean;
-}
-
-/** The view of one picture. Space: the file's axes after the turning of the model, the eye as origin. */
-interface FrameView {
-  /** From the file's coordinates. */
-  toEye: Mat4;
-  projection: Mat4;
-  /** Of a point in the file's coordinates. */
-  depthRow: readonly number[];
-  viewer: readonly number[];
-  lights: LightUniforms;
-  range: [number, number];
-}
+import { loadTextures, textureOf } from './textures.ts';
+import { sub } from './vector.ts';
 
 /** Draws the scene as the desktop's engine does: opaque parts, then blended ones from back to front. */
-export class Renderer {
-  private readonly textures: Textures;
-  private readonly maker: GeometryMaker;
-  private readonly looks: Look[];
-  private readonly programs = new Map<string, Program>();
-  private readonly opaque: Item[] = [];
-  private readonly blended: Item[] = [];
-  private readonly backdrop: Backdrop;
-  private readonly depth: Program;
-  private readonly depthTarget: WebGLFramebuffer;
-  private drawables: Drawable[] = [];
-  private current: Program | undefined;
-  private currentLook: Look | undefined;
-  private ready = new Set<Program>();
-  private view!: FrameView;
+export interface Renderer {
+  draw(): void;
+  /** How far before the eye, along the line of sight, the scene is seen at a pixel of the view; undefined beside it. */
+  depthAt(x: number, y: number): number | undefined;
+}
 
-  constructor(
-    private readonly gl: WebGL2RenderingContext,
-    private readonly scene: Scene,
-    private readonly seen: Seen,
-    private readonly settings: Settings,
-    software: boolean,
-  ) {
-    this.looks = readLooks(scene.gltf, settings.doubleSided);
-    this.textures = new Textures(gl, scene.gltf, software);
-    this.maker = new GeometryMaker(gl, scene.gltf);
-    this.backdrop = new Backdrop(gl, settings.backgroundPicture);
-    this.depth = new Program(gl, surfaceVertex, depthFragment, ['TWO_SIDED']);
-    this.depthTarget = onePixel(gl);
-  }
+/** Drawn without a graphics card, where fine filters take their time. */
+function isSoftware(gl: Context): boolean {
+  const name = gl.getExtension('WEBGL_debug_renderer_info') ? Gl.UnmaskedRenderer : Gl.Renderer;
+  return /swiftshader|llvmpipe|software/i.test(gl.getParameter(name));
+}
 
-  /** Uploads everything. */
-  async load(): Promise<void> {
-    const { gltf, nodes } = this.scene;
-    await Promise.all([this.textures.load(this.looks), this.backdrop.load()]);
-    if (this.gl.isContextLost()) return;
-    this.drawables = makeDrawables(gltf, nodes, this.looks, this.maker, this.settings);
-    for (const d of this.drawables) {
-      const parts = d.look.blended && d.look.maybeSolid;
-      if (!d.look.blended || parts) this.opaque.push(this.itemOf(d, parts ? Part.Solid : Part.Whole));
-      if (d.look.blended) this.blended.push(this.itemOf(d, parts ? Part.Translucent : Part.Whole));
-    }
-    gltf.forget();
-  }
+/** Uploads the scene. */
+export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settings: Settings): Promise<Renderer> {
+  const { gltf } = scene;
+  const { wire, doubleSided, background } = settings;
+  const looks = [...(gltf.json.materials ?? []), {}].map((m) => lookOf(m.extras?.orbivue ?? {}, doubleSided || !!m.doubleSided, wire));
+  const [bindMaps, drawBackdrop] = await Promise.all([loadTextures(gl, gltf, looks, isSoftware(gl)), makeBackdrop(gl, settings)]);
+  const maker = geometryMaker(gl, gltf);
+  const programs: Record<string, Program> = {};
+  const lightCount = scene.lights.length && scene.lights.length + +scene.headlight;
+  const { opaque, blended } = makeParts(gltf, scene.nodes, looks, maker, lightCount, (defines) => {
+    return (programs[defines.join()] ??= makeProgram(gl, surfaceVertex, surfaceFragment, defines));
+  });
+  // It is on the graphics card.
+  gltf.views = [];
 
-  private itemOf(d: Drawable, part: Part): Item {
-    const { lights, headlight } = this.scene;
-    const variant = variantOf(d, part, lights.length && lights.length + (headlight ? 1 : 0));
-    const name = variant.defines.join();
-    let program = this.programs.get(name);
-    if (!program) this.programs.set(name, (program = new Program(this.gl, surfaceVertex, surfaceFragment, variant.defines)));
-    const { specular, diffuse, metal } = d.look;
-    const tint = metal && !variant.tinted;
-    const own: Vec3 = tint ? [specular[0] * diffuse[0], specular[1] * diffuse[1], specular[2] * diffuse[2]] : specular;
-    const sorted = part !== Part.Solid && d.look.blended && !!d.geometry.indices;
-    return { drawable: d, program, key: variant.key, specular: own, depth: 0, sorted };
-  }
+  /** Of the picture under way. Space: the file's axes after the turning of the model, the eye as origin. */
+  let toEye: Mat4;
+  let toClip: Mat4;
+  let depthRow: readonly number[];
+  let lights: LightUniforms;
+  let program: Program | undefined;
+  let look: Look | undefined;
+  let prepared: Program[];
 
-  /** Draws into the canvas, whose size the camera has. */
-  draw(): void {
-    const { gl, seen, settings } = this;
-    const { drawingBufferWidth: width, drawingBufferHeight: height } = gl;
-    gl.bindFramebuffer(gl.FRAMEBUFFER, null);
-    gl.viewport(0, 0, width, height);
-    gl.depthMask(true);
-    gl.clearColor(...(settings.background as [number, number, number]), 1);
-    gl.clear(gl.COLOR_BUFFER_BIT | gl.DEPTH_BUFFER_BIT);
-    this.backdrop.draw(width / height);
-    this.look(seen.camera.projection);
-    this.drawOpaque();
-    this.drawBlended();
-    gl.bindVertexArray(null);
-  }
-
-  /** Takes the view for what is drawn next. */
-  private look(projectionOf: (range: [number, number]) => Mat4): void {
-    const { seen, scene } = this;
-    const { camera, model } = seen;
-    const range = camera.depthRange(...this.depths(model));
-    const projection = projectionOf.call(camera, range);
-    const { back } = camera.axes;
-    const eye = camera.eye;
-    const viewer = camera.parallel ? [...back, 0] : [0, 0, 0, 1];
-    const v = camera.viewMatrix();
-    const toEye = product(translation(camera.parallel ? [0, 0, 0] : scaled(eye, -1)), model);
-    const toClip = product(projection, camera.parallel ? v : [...v.slice(0, 12), 0, 0, 0, 1]);
-    this.view = {
-      toEye,
-      projection: toClip,
-      depthRow: rowTimes(row(toClip, camera.parallel ? 2 : 3), toEye),
-      viewer,
-      lights: lightUniforms(scene.lights, scene.headlight, toEye, viewer),
-      range,
-    };
-    this.ready = new Set();
-    this.current = this.currentLook = undefined;
-    this.gl.enable(this.gl.DEPTH_TEST);
-  }
-
+  const middleDepth = ({ node, geometry: { low, high } }: Part): number => {
+    const r = rowTimes(depthRow, node.world);
+    return low.reduce((sum, x, i) => sum + (r[i] * (x + high[i])) / 2, r[3]);
+  };
   /** Of the nearest and the farthest corner of what is shown. */
-  private depths(model: Mat4): [number, number] {
-    const { eye, axes } = this.seen.camera;
-    const away = rowTimes([...scaled(axes.back, -1), dot(eye, axes.back)], model);
+  const depths = (): [number, number] => {
     let [nearest, farthest] = [Infinity, -Infinity];
-    for (const { node, geometry } of this.drawables) {
-      const { low, high } = geometry;
-      const r = rowTimes(away, node.world);
-      let [middle, half] = [r[3], 0];
-      for (let i = 0; i < 3; i++) {
-        middle += (r[i] * (low[i] + high[i])) / 2;
-        half += Math.abs(r[i] * (high[i] - low[i])) / 2;
-      }
+    for (const part of [...opaque, ...blended]) {
+      const r = rowTimes(depthRow, part.node.world);
+      const { low, high } = part.geometry;
+      const middle = middleDepth(part);
+      const half = low.reduce((sum, x, i) => sum + Math.abs(r[i] * (high[i] - x)) / 2, 0);
       nearest = Math.min(nearest, middle - half);
       farthest = Math.max(farthest, middle + half);
     }
-    return nearest <= farthest ? [nearest, farthest] : [0, this.scene.radius];
-  }
+    return [nearest, farthest];
+  };
 
-  private depthRow(d: Drawable): readonly number[] {
-    return rowTimes(this.view.depthRow, d.node.world);
-  }
-  private middleDepth(d: Drawable): number {
-    const r = this.depthRow(d);
-    const { low, high } = d.geometry;
-    return (r[0] * (low[0] + high[0]) + r[1] * (low[1] + high[1]) + r[2] * (low[2] + high[2])) / 2 + r[3];
-  }
-
-  private drawOpaque(): void {
-    const { gl, opaque } = this;
-    gl.disable(gl.BLEND);
+  /** Takes the view for what is drawn next. zoom: what follows the projection. */
+  const aim = (zoom?: Mat4): void => {
+    const { camera } = seen;
+    const model = modelOf(seen);
+    toEye = movedTo(model, sub([model[12], model[13], model[14]], eyeOf(camera)));
+    depthRow = rowTimes([...camera.back.map((x) => -x), 0], toEye);
+    toClip = projection(camera, depthRange(camera, ...depths()));
+    if (zoom) toClip = product(zoom, toClip);
+    lights = lightUniforms(scene.lights, scene.all, scene.headlight, toEye);
+    program = look = undefined;
+    prepared = [];
+    gl.enable(Gl.DepthTest);
+    gl.disable(Gl.Blend);
     gl.depthMask(true);
-    for (const item of opaque) item.depth = this.middleDepth(item.drawable);
-    opaque.sort((a, b) => b.key - a.key || b.drawable.material - a.drawable.material || a.depth - b.depth || b.drawable.order - a.drawable.order);
-    for (const item of opaque) {
-      // Of many opaque surfaces in one place only the first is lit. Lines share their places with each other.
-      gl.depthFunc(item.drawable.lines ? gl.LEQUAL : gl.LESS);
-      this.prepare(item);
-      this.drawPart(item.drawable);
+  };
+
+  const useProgram = (next: Program): void => {
+    if (program === next) return;
+    next.use();
+    program = next;
+    look = undefined;
+    if (prepared.includes(next)) return;
+    prepared.push(next);
+    next.set('uProjection', 16, toClip);
+    next.set('uAmbientLight', 3, scene.ambientLight);
+    if (lightCount) {
+      next.set('uLightPosition', 4, lights[0]);
+      next.set('uLightDirection', 4, lights[1]);
+      next.set('uLightColor', 3, lights[2]);
+      next.set('uLightRange', 2, lights[3]);
     }
-  }
-
-  private drawBlended(): void {
-    const { gl, blended } = this;
-    if (!blended.length) return;
-    gl.enable(gl.BLEND);
-    gl.depthMask(false);
-    gl.depthFunc(gl.LEQUAL);
-    const ordered = new Map<Item, ReturnType<typeof orderBackToFront>>();
-    for (const item of blended) {
-      const { geometry } = item.drawable;
-      if (item.sorted) ordered.set(item, orderBackToFront(geometry.positions!, geometry.indices!, this.depthRow(item.drawable)));
-      item.depth = ordered.get(item)?.middle ?? this.middleDepth(item.drawable);
-    }
-    blended.sort((a, b) => b.depth - a.depth);
-    for (const item of blended) {
-      const { look } = item.drawable;
-      const behind = look.additive ? gl.ONE : gl.ONE_MINUS_SRC_ALPHA;
-      gl.blendFuncSeparate(gl.ONE, behind, look.additive ? gl.ZERO : gl.ONE, behind);
-      this.prepare(item);
-      const own = ordered.get(item);
-      if (own) gl.bufferSubData(gl.ELEMENT_ARRAY_BUFFER, 0, own.ordered);
-      if (look.twoSided && !own && !item.drawable.lines) {
-        // The far side first: the right order for convex shapes, without sorting.
-        gl.enable(gl.CULL_FACE);
-        gl.cullFace(gl.FRONT);
-        this.drawPart(item.drawable);
-        gl.cullFace(gl.BACK);
-      }
-      this.drawPart(item.drawable);
-      if (look.twoSided) gl.disable(gl.CULL_FACE);
-    }
-  }
-
-  private prepare(item: Item): void {
-    const { program, drawable } = item;
-    if (this.current !== program) {
-      program.use();
-      this.current = program;
-      this.currentLook = undefined;
-      if (!this.ready.has(program)) this.setFrame(program);
-      this.ready.add(program);
-    }
-    if (this.currentLook !== drawable.look) this.setLook(item);
-    this.currentLook = drawable.look;
-    this.place(program, drawable);
-  }
-
-  private setFrame(program: Program): void {
-    const { gl, view } = this;
-    gl.uniformMatrix4fv(program.at('uProjection'), false, view.projection);
-    program.vec4('uViewer', view.viewer);
-    program.vec3('uAmbientLight', this.scene.ambientLight);
-    gl.uniform1iv(program.at('uMap[0]'), kMaps.map((_, i) => i));
-    if (!view.lights.color.length) return;
-    program.vec4('uLightPosition[0]', view.lights.position);
-    program.vec4('uLightDirection[0]', view.lights.direction);
-    program.vec3('uLightColor[0]', view.lights.color);
-    program.vec2('uLightRange[0]', view.lights.range);
-  }
-
-  private setLook({ program, drawable: { look }, specular }: Item): void {
-    const { gl } = this;
-    program.vec4('uDiffuse', [...look.diffuse, look.opacity]);
-    program.vec4('uSpecular', [...specular, look.exponent]);
-    program.vec3('uAmbient', look.ambient);
-    gl.uniform1f(program.at('uSelf'), look.self);
-    look.maps.forEach((map, i) => {
-      if (!map) return;
-      program.vec3(`uMapS[${i}]`, map.s);
-      program.vec3(`uMapT[${i}]`, map.t);
-      program.vec4(`uMapValue[${i}]`, map.value);
-      program.vec4(`uMapWeight[${i}]`, map.weight);
-    });
-    this.textures.bind(look);
-    if (look.twoSided) gl.disable(gl.CULL_FACE);
-    else gl.enable(gl.CULL_FACE);
-    gl.cullFace(gl.BACK);
-  }
-
-  /** Where the drawable is, and its triangles. */
-  private place(program: Program, d: Drawable): void {
-    const { gl } = this;
-    const m = product(this.view.toEye, d.node.world);
-    gl.uniformMatrix4fv(program.at('uModelView'), false, m);
-    gl.uniformMatrix3fv(program.at('uNormal'), false, normalMatrix(m));
-    gl.frontFace(determinant(m) < 0 ? gl.CW : gl.CCW);
-    gl.bindVertexArray(d.geometry.vao);
-    if (d.geometry.targets.length) this.mix(program, d);
-  }
-
-  /** The two shapes that count most. */
-  private mix(program: Program, d: Drawable): void {
-    const weights = Array.from(d.node.weights);
+  };
+  const cull = (on: boolean, side: number = Gl.Back): void => {
+    gl[on ? 'enable' : 'disable'](Gl.CullFace);
+    gl.cullFace(side);
+  };
+  const useLook = (p: Program, next: Look, specular: readonly number[]): void => {
+    if (look === next) return;
+    look = next;
+    p.set('uDiffuse', 4, [...next.diffuse, next.opacity]);
+    p.set('uSpecular', 4, [...specular, next.exponent]);
+    p.set('uAmbient', 3, next.ambient);
+    p.set('uSelf', 1, [next.self]);
+    const each = (values: (map: NonNullable<Look['maps'][0]>) => readonly number[], n: number): number[] =>
+      next.maps.flatMap((map) => (map ? [...values(map)] : Array<number>(n).fill(0)));
+    p.set('uMapS', 3, each((map) => map.s, 3));
+    p.set('uMapT', 3, each((map) => map.t, 3));
+    p.set('uMapValue', 4, each((map) => map.value, 4));
+    p.set('uMapWeight', 4, each((map) => map.weight, 4));
+    bindMaps(next);
+    cull(!next.twoSided);
+  };
+  /** Where the part is, and its triangles. */
+  const placePart = (p: Program, { node, geometry }: Part): void => {
+    const m = product(toEye, node.world);
+    p.set('uModelView', 16, m);
+    p.set('uNormal', 9, normalMatrix(m));
+    gl.frontFace(determinant(m) < 0 ? Gl.Cw : Gl.Ccw);
+    gl.bindVertexArray(geometry.vao);
+    if (!geometry.targets.length) return;
+    // The two shapes that count most.
+    const weights = node.weights ?? [];
     const chosen = weights.map((_, i) => i).sort((a, b) => Math.abs(weights[b]) - Math.abs(weights[a])).slice(0, 2);
-    this.maker.pointAtTargets(d.geometry, chosen);
-    program.vec2('uMorph', [weights[chosen[0]] ?? 0, weights[chosen[1]] ?? 0]);
-  }
+    maker.mixWith(geometry, chosen);
+    p.set('uMorph', 2, [weights[chosen[0]] || 0, weights[chosen[1]] || 0]);
+  };
+  const prepare = (part: Part): void => {
+    useProgram(part.program);
+    useLook(part.program, part.look, part.specular);
+    placePart(part.program, part);
+  };
 
-  private drawPart({ geometry, look, lines }: Drawable): void {
-    const { gl } = this;
-    // WebGL's lines are one pixel wide: wider ones are drawn beside each other.
-    const copies = lines ? Math.max(1, Math.round(look.lineWidth)) : 1;
-    for (let x = 0; x < copies; x++) {
-      for (let y = 0; y < copies; y++) {
-        if (lines) {
-          const aside = (at: number, size: number): number => (2 * at + 1 - copies) / size;
-          this.current!.vec2('uStep', [aside(x, gl.drawingBufferWidth), aside(y, gl.drawingBufferHeight)]);
-        }
-        gl.drawElements(geometry.mode, geometry.count, geometry.indexType, 0);
+  const drawOpaque = (): void => {
+    for (const part of opaque) part.depth = middleDepth(part);
+    opaque.sort((a, b) => b.key - a.key || b.material - a.material || a.depth - b.depth);
+    for (const part of opaque) {
+      // Of many opaque surfaces in one place only the first is lit. Lines share their places with each other.
+      gl.depthFunc(part.look.lines ? Gl.Lequal : Gl.Less);
+      prepare(part);
+      drawPart(gl, part);
+    }
+  };
+  const drawBlended = (): void => {
+    const orders = new Map(
+      blended.map((part) => {
+        const { sorted } = part.geometry;
+        const order = sorted && orderBackToFront(sorted.positions, sorted.indices, rowTimes(depthRow, part.node.world));
+        part.depth = order ? order.middle : middleDepth(part);
+        return [part, order];
+      }),
+    );
+    blended.sort((a, b) => b.depth - a.depth);
+    gl.enable(Gl.Blend);
+    gl.depthMask(false);
+    gl.depthFunc(Gl.Lequal);
+    for (const part of blended) {
+      const { additive, twoSided } = part.look;
+      const behind = additive ? Gl.One : Gl.OneMinusSrcAlpha;
+      gl.blendFuncSeparate(Gl.One, behind, additive ? Gl.Zero : Gl.One, behind);
+      prepare(part);
+      const order = orders.get(part);
+      if (order) gl.bufferSubData(Gl.ElementArrayBuffer, 0, order.ordered);
+      else if (twoSided) {
+        // The far side first: the right order for convex shapes, without sorting.
+        cull(true, Gl.Front);
+        drawPart(gl, part);
+        cull(true);
       }
+      drawPart(gl, part);
+      cull(!twoSided);
     }
-  }
+  };
 
-  /** The point of the scene that is seen at a pixel of the canvas; undefined beside the model. */
-  pick(x: number, y: number): Vec3 | undefined {
-    const { gl, seen, depth } = this;
-    const { viewWidth: w, viewHeight: h } = seen.camera;
-    gl.bindFramebuffer(gl.FRAMEBUFFER, this.depthTarget);
-    gl.viewport(0, 0, 1, 1);
-    gl.depthMask(true);
-    gl.disable(gl.BLEND);
-    gl.clearColor(1, 1, 1, 1);
-    gl.clear(gl.COLOR_BUFFER_BIT | gl.DEPTH_BUFFER_BIT);
-    // The pixel fills the picture.
-    const zoom = [w, 0, 0, 0, 0, h, 0, 0, 0, 0, 1, 0, w - 2 * x, 2 * y - h, 0, 1];
-    this.look((range) => product(zoom, seen.camera.projection(range)));
-    gl.depthFunc(gl.LESS);
-    depth.use();
-    this.current = depth;
-    gl.uniformMatrix4fv(depth.at('uProjection'), false, this.view.projection);
-    for (const d of this.drawables) {
-      if (d.look.twoSided) gl.disable(gl.CULL_FACE);
-      else gl.enable(gl.CULL_FACE);
-      this.place(depth, d);
-      gl.drawElements(d.geometry.mode, d.geometry.count, d.geometry.indexType, 0);
-    }
-    gl.bindVertexArray(null);
-    const pixel = new Uint8Array(4);
-    gl.readPixels(0, 0, 1, 1, gl.RGBA, gl.UNSIGNED_BYTE, pixel);
-    gl.bindFramebuffer(gl.FRAMEBUFFER, null);
-    const far = pixel[0] / 255 + pixel[1] / 65025 + pixel[2] / 16581375;
-    return pixel[0] === 255 ? undefined : seen.pointAt(x, y, far, this.view.range);
-  }
+  const depthProgram = makeProgram(gl, surfaceVertex, depthFragment);
+  const pixel = onePixel(gl);
+  return {
+    draw() {
+      const { drawingBufferWidth: width, drawingBufferHeight: height } = gl;
+      gl.viewport(0, 0, width, height);
+      aim();
+      gl.clearColor(...background, 1);
+      gl.clear(Gl.ColorBit | Gl.DepthBit);
+      drawBackdrop(width / height);
+      drawOpaque();
+      drawBlended();
+    },
+    depthAt(x, y) {
+      const { width: w, height: h } = seen.camera;
+      gl.bindFramebuffer(Gl.Framebuffer, pixel);
+      gl.viewport(0, 0, 1, 1);
+      // The pixel fills the picture.
+      aim([w, 0, 0, 0, 0, h, 0, 0, 0, 0, 1, 0, w - 2 * x, 2 * y - h, 0, 1]);
+      gl.clearColor(0, 0, 0, 0);
+      gl.clear(Gl.ColorBit | Gl.DepthBit);
+      gl.depthFunc(Gl.Less);
+      useProgram(depthProgram);
+      for (const part of [...opaque, ...blended]) {
+        cull(!part.look.twoSided);
+        placePart(depthProgram, part);
+        const { mode, count, indexType } = part.geometry;
+        gl.drawElements(mode, count, indexType, 0);
+      }
+      const found = new Uint8Array(4);
+      gl.readPixels(0, 0, 1, 1, Gl.Rgba, Gl.UnsignedByte, found);
+      gl.bindFramebuffer(Gl.Framebuffer, null);
+      return found[3] ? new Float32Array(found.buffer)[0] : undefined;
+    },
+  };
 }
 
 /** A target of one pixel with depth. */
-function onePixel(gl: WebGL2RenderingContext): WebGLFramebuffer {
-  const frame = gl.createFramebuffer()!;
-  gl.bindFramebuffer(gl.FRAMEBUFFER, frame);
-  for (const [place, format] of [
-    [gl.COLOR_ATTACHMENT0, gl.RGBA8],
-    [gl.DEPTH_ATTACHMENT, gl.DEPTH_COMPONENT24],
-  ] as const) {
+function onePixel(gl: Context): WebGLFramebuffer {
+  const frame = gl.createFramebuffer();
+  gl.bindFramebuffer(Gl.Framebuffer, frame);
+  const add = (place: number, format: number): void => {
     const buffer = gl.createRenderbuffer();
-    gl.bindRenderbuffer(gl.RENDERBUFFER, buffer);
-    gl.renderbufferStorage(gl.RENDERBUFFER, format, 1, 1);
-    gl.framebufferRenderbuffer(gl.FRAMEBUFFER, place, gl.RENDERBUFFER, buffer);
-  }
-  gl.bindFramebuffer(gl.FRAMEBUFFER, null);
+    gl.bindRenderbuffer(Gl.Renderbuffer, buffer);
+    gl.renderbufferStorage(Gl.Renderbuffer, format, 1, 1);
+    gl.framebufferRenderbuffer(Gl.Framebuffer, place, Gl.Renderbuffer, buffer);
+  };
+  add(Gl.ColorAttachment0, Gl.Rgba8);
+  add(Gl.DepthAttachment, Gl.DepthComponent24);
+  gl.bindFramebuffer(Gl.Framebuffer, null);
   return frame;
+}
+
+/** What draws the picture behind the scene into a view of this aspect: it covers the view. */
+async function makeBackdrop(gl: Context, { backgroundPicture = '' }: Settings): Promise<(aspect: number) => void> {
+  const [, type, data] = /^data:(.*);base64,(.*)/.exec(backgroundPicture) ?? [];
+  // Without its picture the background is plain.
+  const loaded = data && (await textureOf(gl, fromBase64(data), type).catch(() => undefined));
+  if (!loaded) return () => {};
+  const [texture, own] = loaded;
+  const program = makeProgram(gl, coverVertex, backdropFragment);
+  return (aspect) => {
+    program.use();
+    program.set('uPart', 2, [Math.min(1, aspect / own), Math.min(1, own / aspect)]);
+    gl.activeTexture(Gl.Texture0);
+    gl.bindTexture(Gl.Texture2d, texture);
+    gl.bindSampler(0, null);
+    gl.disable(Gl.DepthTest);
+    gl.disable(Gl.CullFace);
+    gl.enable(Gl.Blend);
+    gl.blendFunc(Gl.One, Gl.OneMinusSrcAlpha);
+    gl.drawArrays(Gl.Triangles, 0, 3);
+    gl.enable(Gl.DepthTest);
+    gl.disable(Gl.Blend);
+  };
 }

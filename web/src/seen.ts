@@ -1,116 +1,80 @@
 // SPDX-License-Identifier: MIT
-import { Camera, type FileCamera, type Rect } from './camera.ts';
-import { about, affineInverse, direction, kIdentity, point, product, translation, type Mat4 } from './matrix.ts';
-import { combined, kNoRotation, matrixOf, rotationAbout, type Rotation } from './rotation.ts';
-import type { SeenView } from './settings.ts';
+import { axesOf, distanceOf, eyeOf, rayOf, setDistance, tanOf, zoomBy, zoomTo, type Box, type Camera } from './camera.ts';
+import { direction, kIdentity, movedTo, placed, point, product, type Mat4 } from './matrix.ts';
+import { combined, inverse, kNoRotation, rotationAbout, type Rotation } from './rotation.ts';
 import { add, dot, kDegree, scaled, sub, type Vec3 } from './vector.ts';
 
-/** What is seen of the scene: the camera, and how the model is turned and moved. Points of the scene go through
- * `model` and then through the camera's matrices. */
-export class Seen {
-  readonly camera: Camera;
-  turn: Rotation = kNoRotation;
+/** What is seen of the scene: the camera, and how the model is turned and moved. */
+export interface Seen {
+  camera: Camera;
   /** The model as the page was written with it. */
-  private base: Mat4 = kIdentity;
-  /** What the model turns about, after `base`. */
-  private pivot: Vec3;
-  private shift: Vec3 = [0, 0, 0];
+  base: Mat4;
+  /** After `base`: the model turns about the pivot, and then is shifted. */
+  pivot: Vec3;
+  turn: Rotation;
+  shift: Vec3;
+}
 
-  constructor(
-    center: Vec3,
-    radius: number,
-    private readonly start: SeenView | undefined,
-  ) {
-    this.camera = new Camera(center, radius);
-    this.pivot = center;
-    this.reset();
-  }
+/** Puts the model where it is without turning and shifting. */
+export function place(seen: Seen, base: Mat4 = kIdentity): void {
+  Object.assign(seen, { base, turn: kNoRotation, shift: [0, 0, 0], pivot: point(base, seen.camera.target) });
+}
 
-  /** What the page showed first. */
-  reset(): void {
-    if (!this.start) return this.setPreset('iso_cam');
-    this.camera.setSeen(this.start);
-    this.place(this.start.model);
-  }
-  setPreset(name: string): void {
-    this.camera.setPreset(name);
-    this.place(kIdentity);
-  }
-  setFileCamera(camera: FileCamera): void {
-    this.camera.setFileCamera(camera);
-    this.place(kIdentity);
-  }
+const turnOf = ({ turn }: Seen): Mat4 => placed([0, 0, 0], turn, [1, 1, 1]);
 
-  private place(base: Mat4): void {
-    this.base = base;
-    this.turn = kNoRotation;
-    this.shift = [0, 0, 0];
-    this.pivot = point(base, this.camera.target);
-  }
+/** Where the middle of the trackball is seen. */
+export const ballOf = (seen: Seen): Vec3 => add(seen.pivot, seen.shift);
 
-  get model(): Mat4 {
-    return product(translation(this.shift), product(about(matrixOf(this.turn), this.pivot), this.base));
-  }
-  /** Where the middle of the trackball is seen. */
-  get ball(): Vec3 {
-    return add(this.pivot, this.shift);
-  }
+/** From the scene to where it is seen. */
+export function modelOf(seen: Seen): Mat4 {
+  const turn = turnOf(seen);
+  return product(movedTo(turn, sub(ballOf(seen), direction(turn, seen.pivot))), seen.base);
+}
 
-  private depthOf(at: Vec3): number {
-    return dot(sub(this.camera.eye, at), this.camera.axes.back);
-  }
+/** The middle of the model follows the pointer, by pixels to the right and down. The look-at point stands in for a middle
+ * that is close to the eye. */
+export function pan(seen: Seen, right: number, down: number): void {
+  const { camera } = seen;
+  const [x, y, back] = axesOf(camera);
+  const depth = dot(sub(eyeOf(camera), point(modelOf(seen), camera.center)), back);
+  const distance = distanceOf(camera);
+  const size = (2 * tanOf(camera) * (depth > 0.05 * distance ? depth : distance)) / camera.height;
+  seen.shift = add(seen.shift, sub(scaled(x, right * size), scaled(y, down * size)));
+}
 
-  /** The middle of the model follows the pointer; the look-at point stands in for a middle close to the eye. */
-  pan(right: number, down: number): void {
-    const depth = this.depthOf(point(this.model, this.camera.center));
-    const distance = this.camera.distance;
-    const { axes, viewHeight } = this.camera;
-    const size = (2 * this.camera.heightAt(depth > 0.05 * distance ? depth : distance)) / viewHeight;
-    this.shift = add(this.shift, sub(scaled(axes.right, right * size), scaled(axes.up, down * size)));
-  }
+/** Zooms, with what is seen at (x, y) staying there: as if the eye went along the ray through it. */
+export function zoomAt(seen: Seen, step: number, x: number, y: number): void {
+  const { camera } = seen;
+  const before = distanceOf(camera);
+  zoomBy(camera, step);
+  seen.shift = sub(seen.shift, scaled(add(rayOf(camera, x, y), camera.back), before - distanceOf(camera)));
+}
 
-  /** Zooms, with what is seen at (x, y) staying there: as if the eye went along the ray through it. */
-  zoomAt(step: number, x: number, y: number): void {
-    const { camera } = this;
-    const { origin, way } = camera.ray(x, y);
-    const size = (): number => (camera.parallel ? camera.halfHeight : camera.distance);
-    const aside = camera.parallel ? sub(origin, camera.eye) : add(way, camera.axes.back);
-    const before = size();
-    camera.zoom(step);
-    const approached = (before - size()) / (camera.parallel ? before : 1);
-    this.shift = sub(this.shift, scaled(aside, approached));
-  }
+/** A point, given as it is seen, becomes what the model turns about. */
+function turnAbout(seen: Seen, at: Vec3): void {
+  const back = placed([0, 0, 0], inverse(seen.turn), [1, 1, 1]);
+  seen.pivot = add(seen.pivot, direction(back, sub(at, ballOf(seen))));
+  seen.shift = sub(at, seen.pivot);
+}
 
-  zoomTo(box: Rect): boolean {
-    const back = affineInverse(this.model);
-    if (!this.camera.zoomTo(box)) return false;
-    if (back) this.turnAbout(point(back, this.camera.target));
-    return true;
-  }
+/** False for a box without area. */
+export function zoomToBox(seen: Seen, box: Box): boolean {
+  const done = zoomTo(seen.camera, box);
+  if (done) turnAbout(seen, seen.camera.target);
+  return done;
+}
 
-  /** Brings a point of the scene to the middle of the view, at its own depth, and turns the model about it. */
-  centerOn(at: Vec3): void {
-    this.camera.setDistance(this.depthOf(point(this.model, at)));
-    this.turnAbout(at);
-  }
+/** Brings what is seen at (x, y), so far before the eye, to the middle of the view. Nothing is seen larger or smaller, and
+ * the model then turns about it. */
+export function centerOn(seen: Seen, x: number, y: number, depth: number): void {
+  const { camera } = seen;
+  turnAbout(seen, add(eyeOf(camera), scaled(rayOf(camera, x, y), depth)));
+  setDistance(camera, depth);
+  seen.shift = sub(camera.target, seen.pivot);
+}
 
-  private turnAbout(at: Vec3): void {
-    this.pivot = point(this.base, at);
-    this.shift = sub(this.camera.target, this.pivot);
-  }
-
-  /** By degrees to the right and up, as keys turn it. */
-  turnBy(rightDeg: number, upDeg: number): void {
-    const { right, up } = this.camera.axes;
-    const turn = combined(rotationAbout(right, -upDeg * kDegree), rotationAbout(up, rightDeg * kDegree));
-    this.turn = combined(turn, this.turn);
-  }
-
-  /** The point of the scene that a depth between 0 and 1 of the picture stands for. */
-  pointAt(x: number, y: number, depth: number, [n, f]: [number, number]): Vec3 | undefined {
-    const { origin, way } = this.camera.ray(x, y);
-    const along = this.camera.parallel ? n + depth * (f - n) : (n * f) / (f - depth * (f - n));
-    const back = affineInverse(this.model);
-    return back && add(point(back, origin), scaled(direction(back, way), along));
-  }
+/** By degrees to the right and up, as keys turn it. */
+export function turnBy(seen: Seen, rightDeg: number, upDeg: number): void {
+  const [right, up] = axesOf(seen.camera);
+  seen.turn = combined(combined(rotationAbout(right, -upDeg * kDegree), rotationAbout(up, rightDeg * kDegree)), seen.turn);
 }

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-import { kPresets } from './camera.ts';
 
-/** What a page says, by key. A page has them in the language of the program that wrote it; what is missing is English.
- * %1 and %2 stand for what is put in. */
+/** What a page says, by key, in English. Its settings hold all of it in the language of the program that wrote it. %1 stands
+ * for what is put in. */
 export const kTexts = {
   toolbar: 'View',
   top: 'Top view',
@@ -21,7 +20,6 @@ export const kTexts = {
   canvas: '3D model %1. Arrow keys turn it, plus and minus zoom, Home resets the view.',
   loading: 'Loading…',
   shown: '%1 is shown',
-  cameraShown: 'Camera: %1',
   noWebGL: 'This browser cannot show 3D pictures, because it has no WebGL 2, or it is switched off.',
   noUnpacking: 'This browser is too old to unpack the scene. Any browser since 2023 can show this page.',
   noScene: 'The scene of this page cannot be read. Is a file missing beside the page?',
@@ -32,17 +30,17 @@ export const kTexts = {
 
 export type TextKey = keyof typeof kTexts;
 
-/** Looks texts up, the page's own first. */
-export class Texts {
-  constructor(private readonly own: Partial<Record<string, unknown>> = {}) {}
-
-  /** The name of a view from a side, by the name of its camera. */
-  ofPreset(name: string): string {
-    return name in kPresets ? this.of(kPresets[name].key) : name;
+/** Why a page shows no picture; `detail` fills the %1 of its sentence. */
+export class Trouble extends Error {
+  constructor(
+    readonly key: TextKey,
+    readonly detail = '',
+  ) {
+    super(key + detail);
   }
+}
 
-  of(key: TextKey, first = ''): string {
-    const own = this.own[key];
-    return (typeof own === 'string' && own ? own : kTexts[key]).replace('%1', () => first);
-  }
+/** Ends the reading of a scene that is not as it must be; `what` says where. */
+export function demand(condition: unknown, what: string): asserts condition {
+  if (!condition) throw new Trouble('broken', what);
 }

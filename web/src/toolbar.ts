@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 import { kPresets } from './camera.ts';
+import type { Settings } from './format.ts';
 import { icon } from './icons.ts';
-import type { Settings } from './settings.ts';
-import type { TextKey, Texts } from './texts.ts';
+import type { Scene } from './scene.ts';
+import type { TextKey } from './texts.ts';
 
 /** What the buttons do. */
 export interface ToolbarActions {
@@ -13,123 +14,72 @@ export interface ToolbarActions {
   frame(frame: number): void;
 }
 
-interface Frames {
-  first: number;
-  last: number;
+export interface Toolbar {
+  /** Marks what is in use: the name of a preset, the number of a camera of the file or -1. */
+  show(preset: string, camera: number, frame: number, playing: boolean): void;
 }
 
-/** The buttons of the page. They are one stop of the Tab key; arrow keys go from one to the next. */
-export class Toolbar {
-  private readonly stops: HTMLElement[] = [];
-  private play: HTMLButtonElement | undefined;
-  private slider: HTMLInputElement | undefined;
-  private cameras: HTMLSelectElement | undefined;
-  private readonly presets = new Map<string, HTMLButtonElement>();
+function toggleFullScreen(): void {
+  // A browser that does not allow it here leaves the page as it is.
+  const done = document.fullscreenElement ? document.exitFullscreen() : document.documentElement.requestFullscreen();
+  done.catch(() => {});
+}
 
-  constructor(
-    private readonly bar: HTMLElement,
-    private readonly texts: Texts,
-    private readonly actions: ToolbarActions,
-  ) {
-    bar.setAttribute('aria-label', texts.of('toolbar'));
-    bar.addEventListener('keydown', (event) => this.key(event));
-    bar.addEventListener('focusin', (event) => this.stop(event.target as HTMLElement));
-  }
-
-  fill(settings: Settings, cameras: readonly string[], frames: Frames | undefined): void {
-    this.bar.textContent = '';
-    if (settings.camerasBar) {
-      for (const [name, { key }] of Object.entries(kPresets)) this.presets.set(name, this.button(key, () => this.actions.preset(name)));
-      if (cameras.length) this.addCameras(cameras);
-    }
-    this.button('reset', () => this.actions.reset());
-    if (frames) this.addPlayer(frames);
-    if (document.fullscreenEnabled) this.button('fullscreen', () => void toggleFullScreen());
-    if (settings.download) this.addDownload(settings.download);
-    this.stop(this.stops[0]);
-  }
-
-  private add<T extends HTMLElement>(element: T, key: TextKey, isStop = true): T {
-    element.setAttribute('aria-label', this.texts.of(key));
-    element.title = this.texts.of(key);
-    if (isStop) this.stops.push(element);
-    this.bar.append(element);
+/** Fills the toolbar. Its buttons are one stop of the Tab key; arrow keys go from one to the next. */
+export function makeToolbar(bar: HTMLElement, { texts, camerasBar, download }: Settings, scene: Scene, actions: ToolbarActions): Toolbar {
+  const stops: HTMLElement[] = [];
+  const name = (element: HTMLElement, key: TextKey): void => element.setAttribute('aria-label', (element.title = texts[key]));
+  const add = <K extends keyof HTMLElementTagNameMap>(tag: K, key: TextKey, properties: Partial<HTMLElementTagNameMap[K]>): HTMLElementTagNameMap[K] => {
+    const element = Object.assign(document.createElement(tag), properties);
+    name(element, key);
+    bar.append(element);
+    // Arrow keys move a slider, so that is a stop of its own.
+    if (tag !== 'input') stops.push(element);
     return element;
-  }
+  };
+  const button = (key: TextKey, onclick: () => void): HTMLButtonElement => {
+    const made = add('button', key, { type: 'button', onclick });
+    made.append(icon(key));
+    return made;
+  };
+  const stopAt = (element: HTMLElement): void => {
+    if (stops.includes(element)) for (const other of stops) other.tabIndex = other === element ? 0 : -1;
+  };
 
-  private button(key: TextKey, act: () => void): HTMLButtonElement {
-    const button = this.add(document.createElement('button'), key);
-    button.type = 'button';
-    button.append(icon(key));
-    button.addEventListener('click', act);
-    return button;
+  const presets = camerasBar ? Object.keys(kPresets).map((preset) => button(kPresets[preset][0], () => actions.preset(preset))) : [];
+  let cameras: HTMLSelectElement | undefined;
+  if (camerasBar && scene.cameraNames.length) {
+    const list = (cameras = add('select', 'cameras', { onchange: () => list.value && actions.fileCamera(+list.value) }));
+    list.append(new Option(texts.cameras, ''), ...scene.cameraNames.map((camera, i) => new Option(camera, '' + i)));
   }
+  button('reset', actions.reset);
+  const play = scene.animated && button('play', actions.togglePlaying);
+  const { first, last } = scene.frames;
+  const slider = play && add('input', 'frame', { type: 'range', min: '' + first, max: '' + last, oninput: () => actions.frame(+(slider as HTMLInputElement).value) });
+  if (document.fullscreenEnabled) button('fullscreen', toggleFullScreen);
+  if (download) add('a', 'download', { href: download, download: '' }).append(icon('download'));
 
-  private addCameras(names: readonly string[]): void {
-    const select = this.add(document.createElement('select'), 'cameras');
-    select.append(new Option(this.texts.of('cameras'), '', true, true));
-    names.forEach((name, i) => select.append(new Option(name || String(i + 1), String(i))));
-    select.addEventListener('change', () => select.value && this.actions.fileCamera(Number(select.value)));
-    this.cameras = select;
-  }
-
-  private addPlayer({ first, last }: Frames): void {
-    this.play = this.button('play', () => this.actions.togglePlaying());
-    // Arrow keys move the slider, so it is a stop of its own.
-    const slider = (this.slider = this.add(document.createElement('input'), 'frame', false));
-    slider.type = 'range';
-    slider.min = String(first);
-    slider.max = String(last);
-    slider.step = '1';
-    slider.addEventListener('input', () => this.actions.frame(Number(slider.value)));
-  }
-
-  private addDownload(address: string): void {
-    const link = this.add(document.createElement('a'), 'download');
-    link.href = address;
-    link.download = '';
-    link.append(icon('download'));
-  }
-
-  /** Marks the camera that is in use; the name of none leaves all unmarked. */
-  showCamera(preset: string, file: number): void {
-    for (const [name, button] of this.presets) button.setAttribute('aria-pressed', String(name === preset));
-    if (this.cameras) this.cameras.value = file < 0 ? '' : String(file);
-  }
-
-  showPlaying(playing: boolean): void {
-    const { play } = this;
-    if (!play) return;
-    const key = playing ? 'pause' : 'play';
-    play.replaceChildren(icon(key));
-    play.title = this.texts.of(key);
-    play.setAttribute('aria-label', play.title);
-  }
-
-  showFrame(frame: number): void {
-    if (this.slider) this.slider.value = String(Math.round(frame));
-  }
-
-  private stop(element: HTMLElement | undefined): void {
-    if (!element || !this.stops.includes(element)) return;
-    for (const other of this.stops) other.tabIndex = other === element ? 0 : -1;
-  }
-
-  private key(event: KeyboardEvent): void {
-    const at = this.stops.indexOf(event.target as HTMLElement);
-    const ends: Record<string, number> = { Home: 0, End: this.stops.length - 1 };
-    const ways: Record<string, number> = { ArrowLeft: -1, ArrowRight: 1 };
-    if (at < 0 || !(event.key in ends || event.key in ways)) return;
+  bar.setAttribute('aria-label', texts.toolbar);
+  bar.onfocus = null;
+  bar.addEventListener('focusin', (event) => stopAt(event.target as HTMLElement));
+  bar.onkeydown = (event) => {
+    const at = stops.indexOf(event.target as HTMLElement);
+    const to = { ArrowLeft: at - 1 + stops.length, ArrowRight: at + 1, Home: 0, End: stops.length - 1 }[event.key];
+    if (at < 0 || to === undefined) return;
     event.preventDefault();
-    const count = this.stops.length;
-    this.stops[ends[event.key] ?? (at + ways[event.key] + count) % count].focus();
-  }
-}
+    stops[to % stops.length].focus();
+  };
+  stopAt(stops[0]);
 
-async function toggleFullScreen(): Promise<void> {
-  try {
-    await (document.fullscreenElement ? document.exitFullscreen() : document.documentElement.requestFullscreen());
-  } catch {
-    // A browser that does not allow it here leaves the page as it is.
-  }
+  return {
+    show(preset, camera, frame, playing) {
+      presets.forEach((made, i) => made.setAttribute('aria-pressed', '' + (Object.keys(kPresets)[i] === preset)));
+      if (cameras) cameras.value = camera < 0 ? '' : '' + camera;
+      if (slider) slider.value = '' + Math.round(frame);
+      const key = playing ? 'pause' : 'play';
+      if (!play || play.title === texts[key]) return;
+      name(play, key);
+      play.replaceChildren(icon(key));
+    },
+  };
 }

@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "base/CHashIndex.h"
 #include "base/jobs/CJobProgress.h"
@@ -51,6 +52,7 @@ void CGltfMeshes::FindParts(const std::vector<bool>& used) {
 
 bool CGltfMeshes::AreEqual(std::size_t one, std::size_t other) const {
     const CPreparedMesh &a = m_scene.meshes[one], &b = m_scene.meshes[other];
+    if (m_morphs.contains(one) || m_morphs.contains(other)) return false;
     return m_parts[one].ranges == m_parts[other].ranges && BytesOf(a.vertices) == BytesOf(b.vertices) &&
            BytesOf(a.texCoords) == BytesOf(b.texCoords) && a.indices16 == b.indices16 &&
            a.indices32 == b.indices32;
@@ -75,21 +77,40 @@ std::vector<std::size_t> CGltfMeshes::FindEqual() {
     return firsts;
 }
 
-CStatus CGltfMeshes::Add(const std::vector<bool>& used, CJobProgress* progress) {
+const CPreparedMesh& CGltfMeshes::Source(std::size_t mesh) const {
+    const auto morph = m_morphs.find(mesh);
+    return morph == m_morphs.end() ? m_scene.meshes[mesh] : morph->second.base;
+}
+
+CGltfMeshes::CMade CGltfMeshes::Make(std::size_t mesh) const {
+    const auto morph = m_morphs.find(mesh);
+    const bool morphs = morph != m_morphs.end();
+    const CBox& box = morphs ? morph->second.bounds : m_scene.meshes[mesh].bounds;
+    CMade made{CGltfGeometry::Make(Source(mesh), m_parts[mesh].ranges, m_file.Packs(), box), {}};
+    if (!morphs) return made;
+    for (const std::vector<CPreparedVertex>& shape : morph->second.others)
+        made.shapes.push_back(CGltfDeltas::Make(made.geometry, morph->second.base, shape, m_file.Packs()));
+    return made;
+}
+
+std::vector<float> CGltfMeshes::WeightsOf(std::size_t mesh, const CMorphShape& shape) const {
+    const auto morph = m_morphs.find(mesh);
+    return morph == m_morphs.end() ? std::vector<float>() : morph->second.WeightsOf(shape);
+}
+
+CStatus CGltfMeshes::Add(const std::vector<bool>& used, CMorphs morphs, CJobProgress* progress) {
     constexpr std::size_t kAtOnce = 256;  // so that few are in memory a second time
     const auto isCancelled = [&] { return progress != nullptr && progress->IsCancelled(); };
+    m_morphs = std::move(morphs);
     FindParts(used);
     const std::vector<std::size_t> firsts = FindEqual();
     for (std::size_t begin = 0; begin < firsts.size(); begin += kAtOnce) {
-        std::vector<CGltfGeometry> made(std::min(kAtOnce, firsts.size() - begin));
+        std::vector<CMade> made(std::min(kAtOnce, firsts.size() - begin));
         ParallelFor(made.size(), 0, [&](std::size_t i) {
-            const CPreparedMesh& mesh = m_scene.meshes[firsts[begin + i]];
-            if (!isCancelled())
-                made[i] =
-                    CGltfGeometry::Make(mesh, m_parts[firsts[begin + i]].ranges, m_file.Packs(), mesh.bounds);
+            if (!isCancelled()) made[i] = Make(firsts[begin + i]);
         });
         if (isCancelled()) return CError{EErrorCode::Cancelled, lng::Mark("cancelled"), {}};
-        for (CGltfGeometry& geometry : made) Append(std::move(geometry));
+        for (const CMade& one : made) Append(one);
         if (progress)
             progress->SetShare(0.7 * static_cast<double>(begin + made.size()) /
                                static_cast<double>(firsts.size()));
@@ -98,8 +119,23 @@ CStatus CGltfMeshes::Add(const std::vector<bool>& used, CJobProgress* progress) 
     return CDone{};
 }
 
-void CGltfMeshes::Append(CGltfGeometry geometry) {
-    CWritten written{geometry.offset, geometry.scale, -1, -1, -1, {}};
+CGltfMeshes::CTarget CGltfMeshes::Append(const CGltfDeltas& shape, std::size_t count) {
+    CTarget target;
+    CGlbAccessor accessor;
+    accessor.count = count;
+    accessor.place = m_file.Append(EGlbStream::NormalDeltas, shape.normals);
+    target.normals = m_file.AddAccessor(accessor);
+    accessor.component = m_file.Packs() ? CGlbAccessor::kShort : CGlbAccessor::kFloat;
+    accessor.place = m_file.Append(EGlbStream::PositionDeltas, shape.positions);
+    accessor.min = ListOf(shape.min);
+    accessor.max = ListOf(shape.max);
+    target.positions = m_file.AddAccessor(accessor);
+    return target;
+}
+
+void CGltfMeshes::Append(const CMade& made) {
+    const CGltfGeometry& geometry = made.geometry;
+    CWritten written{geometry.offset, geometry.scale, -1, -1, -1, {}, {}};
     const bool packs = m_file.Packs();
     CGlbAccessor accessor;
     accessor.count = geometry.vertexCount;
@@ -131,6 +167,8 @@ void CGltfMeshes::Append(CGltfGeometry geometry) {
         indices.count = range.count;
         written.indices.push_back(m_file.AddAccessor(indices));
     }
+    for (const CGltfDeltas& shape : made.shapes)
+        written.targets.push_back(Append(shape, geometry.vertexCount));
     m_written.push_back(std::move(written));
 }
 
@@ -154,6 +192,16 @@ void CGltfMeshes::NumberMeshes() {
     }
 }
 
+void CGltfMeshes::WriteTargets(CJsonText& json, const CWritten& written, bool isFlat) const {
+    json.Key("targets").BeginArray();
+    for (const CTarget& target : written.targets) {
+        json.BeginObject().Member("POSITION", target.positions);
+        if (!isFlat) json.Member("NORMAL", target.normals);
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
 void CGltfMeshes::Write(CJsonText& json) const {
     if (m_meshes.empty()) return;
     json.Key("meshes").BeginArray();
@@ -167,7 +215,9 @@ void CGltfMeshes::Write(CJsonText& json) const {
             if (!mesh.isFlat[i]) json.Member("NORMAL", written.normals);
             if (written.texCoords >= 0) json.Member("TEXCOORD_0", written.texCoords);
             json.EndObject().Member("indices", written.indices[i]);
-            json.Member("material", mesh.materials[i]).EndObject();
+            json.Member("material", mesh.materials[i]);
+            if (!written.targets.empty()) WriteTargets(json, written, mesh.isFlat[i]);
+            json.EndObject();
         }
         json.EndArray().EndObject();
     }

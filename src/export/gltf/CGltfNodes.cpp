@@ -80,7 +80,11 @@ void CGltfNodes::AddMesh(const CPreparedScene& scene, const CGltfMeshes& meshes,
     const int first = static_cast<int>(m_nodes.size());
     const int holder = AddChain(CMatrix4d::From(node.meshToNode) * back, parent, {}, !hides);
     At(holder).mesh = meshes.NumberOf(mesh);
-    if (hides) m_holders[n] = first;
+    At(holder).weights = meshes.WeightsOf(mesh, node.morph.shape);
+    m_holders[n].mesh = holder;
+    if (!hides) return;
+    m_holders[n].hiding = first;
+    m_holders[n].scale = At(first).transform.scale;
     if (!node.visible) At(first).transform.scale = {};
 }
 
@@ -115,7 +119,7 @@ void CGltfNodes::AddObjects(const CPreparedScene& scene, const CGltfMeshes& mesh
     const std::size_t count = scene.nodes.size();
     m_inner.assign(count, -1);
     m_posed.assign(count, -1);
-    m_holders.assign(count, -1);
+    m_holders.assign(count, {});
     std::vector<bool> shows(count), needed(count);
     for (std::size_t n = count; n-- > 0;) {
         const CPreparedNode& node = scene.nodes[n];

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "export/gltf/CGltfNames.h"
-#include "export/gltf/CGltfTransform.h"
+#include "export/gltf/parts/CGltfNames.h"
+#include "export/gltf/parts/CGltfTransform.h"
 
 class CGltfMeshes;
 class CJsonText;
@@ -32,10 +32,16 @@ class CGltfNodes {
     int Add(CGltfNode node, int parent);
 
     [[nodiscard]] CGltfNode& At(int node) { return m_nodes[static_cast<std::size_t>(node)]; }
+    [[nodiscard]] const CGltfNode& At(int node) const { return m_nodes[static_cast<std::size_t>(node)]; }
     /** The node that has the pose of a node of the scene; -1: none, or it never moves. */
     [[nodiscard]] int PosedBy(std::size_t node) const { return m_posed[node]; }
-    /** The node whose scale hides the mesh of a node of the scene; -1: none. */
-    [[nodiscard]] int HolderOf(std::size_t node) const { return m_holders[node]; }
+    /** The nodes of glTF that belong to the mesh of a node of the scene. */
+    struct CHolder {
+        int mesh = -1;    ///< that has it; -1: none
+        int hiding = -1;  ///< whose scale is 0 while the mesh is hidden; -1: it is always shown
+        CVec3 scale;      ///< of that one, while it is shown
+    };
+    [[nodiscard]] const CHolder& HolderOf(std::size_t node) const { return m_holders[node]; }
 
     /** Writes the member "nodes". */
     void Write(CJsonText& json) const;
@@ -50,7 +56,8 @@ class CGltfNodes {
     CGltfNames m_names;
     std::vector<CGltfNode> m_nodes;
     std::vector<int> m_inner;  ///< by node of the scene: what its children hang on; -1: not there
-    std::vector<int> m_posed, m_holders;
+    std::vector<int> m_posed;
+    std::vector<CHolder> m_holders;
 };
 
 /** For each node of the scene whether its mesh is shown: now, or at some frame between its first and last. */

@@ -7,9 +7,12 @@
 #include "export/gltf/CGltfMaterials.h"
 #include "export/gltf/CGltfMeshes.h"
 #include "export/gltf/CGltfNodes.h"
+#include "export/gltf/CGltfPictures.h"
 #include "export/gltf/glb/CGlbFile.h"
 #include "export/gltf/glb/CJsonText.h"
 #include "export/gltf/write_gltf.h"
+
+class CGltfViewers;
 
 /** Writes one scene as glTF; see WriteGlb. An object writes only once. */
 class CGltfWriter {
@@ -20,12 +23,13 @@ class CGltfWriter {
     [[nodiscard]] CResult<std::vector<std::byte>> Write(CJobProgress* progress);
 
   private:
-    void WriteAsset();
-    void WriteScene();
+    void WriteScene(const CGltfViewers& viewers);
+    void WriteExtras();
 
     CGltfSource m_source;
     CGltfOptions m_options;
     CGlbFile m_file;
+    CGltfPictures m_pictures;
     CGltfMaterials m_materials;
     CGltfMeshes m_meshes;
     CGltfNodes m_nodes;

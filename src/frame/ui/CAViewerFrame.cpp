@@ -13,6 +13,7 @@
 #include "base/text/utf8_text.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
+#include "export/drive/ui/drive_export_command.h"
 #include "export/gltf/ui/gltf_export_command.h"
 #include "export/picture/ui/screenshot_command.h"
 #include "export/pov/ui/CPOVRaySettingsDlg.h"
@@ -34,6 +35,7 @@
 #include "frame/ui/command_menus.h"
 #include "frame/ui/command_tool_bar.h"
 #include "frame/ui/full_screen_watch.h"
+#include "script/CSceneScript.h"
 #include "session/CSession.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
@@ -281,6 +283,16 @@ void CAViewerFrame::SaveScreenshot() {
             ShowMessage(lng::Text("The picture could not be saved:") + L" " + lng::Text(saved.Error()));
         else if (!saved.Value().empty())
             ShowMessage(lng::Text("The picture was saved as %s.", file_util_ex::ShownText(saved.Value())));
+    });
+}
+
+void CAViewerFrame::ExportGoogleDrive() {
+    m_files->HoldModel(kCmdExportGoogleDrive, [this] {
+        const CScriptScene* script = m_session->ScriptScene();
+        const CDriveModel model{file_util_ex::GetFileName(m_session->Document().path),
+                                script ? script->backgroundImage : std::wstring()};
+        (void)RunDriveExport(model, *m_view).HasValue();  // it fails without a message
+        m_statusBar->EndProgress();
     });
 }
 

@@ -82,6 +82,7 @@ class CAViewerFrame final : public wxFrame,
     void ShowNotes();
     void SetPovOptions();
     void ExportPov();
+    void ExportGoogleDrive();
     void ExportGltf();
     void SaveScreenshot();
     void SetHtmlOptions();

@@ -92,6 +92,7 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdResetView, [](CAViewerFrame& frame) { frame.ResetView(); }},
         {kCmdSceneNotes, [](CAViewerFrame& frame) { frame.ShowNotes(); }},
         {kCmdPovSettings, [](CAViewerFrame& frame) { frame.SetPovOptions(); }},
+        {kCmdExportGoogleDrive, [](CAViewerFrame& frame) { frame.ExportGoogleDrive(); }},
         {kCmdExportPov, [](CAViewerFrame& frame) { frame.ExportPov(); }},
         {kCmdExportGltf, [](CAViewerFrame& frame) { frame.ExportGltf(); }},
         {kCmdScreenShot, [](CAViewerFrame& frame) { frame.SaveScreenshot(); }},

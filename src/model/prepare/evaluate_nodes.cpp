@@ -213,6 +213,7 @@ CNodePose PoseOf(const CPreparedNode& node, float frame) {
     if (!node.source) return pose;
     if (const Lib3dsLin3Track* track = PositionTrack(*node.source))
         pose.position = ValueOf(*track, frame, {});
+    if (node.kind == ENodeKind::Camera) pose.rollDeg = ValueOf(node.source->data.camera.roll_track, frame, 0);
     if (node.source->type != LIB3DS_OBJECT_NODE) return pose;
     pose.turn = TurnOf(node.source->data.object.rot_track, frame);
     pose.scale = ValueOf(node.source->data.object.scl_track, frame, {1, 1, 1});
@@ -223,6 +224,7 @@ CKeyCounts KeyCountsOf(const CPreparedNode& node) {
     CKeyCounts counts;
     if (!node.source) return counts;
     if (const Lib3dsLin3Track* track = PositionTrack(*node.source)) counts.position = CountKeys(track->keyL);
+    if (node.kind == ENodeKind::Camera) counts.turn = CountKeys(node.source->data.camera.roll_track.keyL);
     if (node.source->type != LIB3DS_OBJECT_NODE) return counts;
     counts.turn = CountKeys(node.source->data.object.rot_track.keyL);
     counts.scale = CountKeys(node.source->data.object.scl_track.keyL);

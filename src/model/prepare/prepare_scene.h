@@ -48,10 +48,12 @@ struct CNodePose {
     CVec3 position;
     std::array<float, 4> turn{0, 0, 0, 1};  ///< a unit quaternion: x, y, z, w
     CVec3 scale{1, 1, 1};
+    float rollDeg = 0;  ///< of a camera, where it has keys for it
 };
 /** For a node that keys place (it is not isPlacedByMesh); all values are finite. */
 [[nodiscard]] CNodePose PoseOf(const CPreparedNode& node, float frame);
-/** How many keys a node has of each kind; with one or none that part of its pose never changes. */
+/** How many keys a node has of each kind (a camera's turns are its roll); with one or none that part of its pose never
+ * changes. */
 struct CKeyCounts {
     std::size_t position = 0, turn = 0, scale = 0;
 };

@@ -13,7 +13,7 @@ CFileAccess FilesFor(std::span<const std::string> inputs, const std::string& out
                      std::size_t scene) {
     constexpr std::size_t kMostScripts = 50;  // each takes a process
     CFileAccess files;
-    files.readable = {file_util_ex::GetFilePath(std_file_paths::GetAppFolderPath())};
+    files.readable = {file_util_ex::GetFilePath(std_file_paths::GetProgramFolderPath())};
     std::set<std::string> folders;
     std::size_t scripts = 0;
     for (const std::string& input : inputs) {

@@ -127,8 +127,13 @@ CResult<std::vector<std::byte>> CGlbFile::Finish(CJsonText json, CJobProgress* p
         });
     }
     if (progress && progress->IsCancelled()) return CError{EErrorCode::Cancelled, lng::Mark("cancelled"), {}};
+    if (m_packs && !m_accessors.empty()) {
+        UseExtension("EXT_meshopt_compression", true);
+        UseExtension("KHR_mesh_quantization", true);
+    }
     const std::uint64_t binaryBytes = WriteViews(json);
     WriteAccessors(json);
+    WriteExtensions(json);
     json.EndObject();
     return Join(json.Text(), binaryBytes);
 }
@@ -197,6 +202,20 @@ void CGlbFile::WriteAccessors(CJsonText& json) const {
         json.EndObject();
     }
     json.EndArray();
+}
+
+void CGlbFile::WriteExtensions(CJsonText& json) const {
+    const auto write = [&](const char* key, bool all) {
+        const auto isListed = [&](const auto& entry) { return all || entry.second; };
+        if (std::none_of(m_extensions.begin(), m_extensions.end(), isListed)) return;
+        json.Key(key).BeginArray();
+        for (const auto& entry : m_extensions) {
+            if (isListed(entry)) json.Value(entry.first);
+        }
+        json.EndArray();
+    };
+    write("extensionsUsed", true);
+    write("extensionsRequired", false);
 }
 
 CResult<std::vector<std::byte>> CGlbFile::Join(std::string_view json, std::uint64_t binaryBytes) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -62,8 +63,11 @@ class CGlbFile {
     /** Appends the view of a picture, which is not packed, and returns its number. */
     int AddPicture(std::vector<std::byte> bytes);
 
+    /** Declares an extension, a literal; any number of times. */
+    void UseExtension(std::string_view name, bool isRequired = false) { m_extensions[name] |= isRequired; }
+
     /** The whole file; this object is empty then. json is the text of an object that lacks "buffers", "bufferViews",
-     * "accessors" and its closing brace. TooLarge: over 4 GB, which the format cannot say. */
+     * "accessors", the lists of extensions and its closing brace. TooLarge: over 4 GB, which the format cannot say. */
     [[nodiscard]] CResult<std::vector<std::byte>> Finish(CJsonText json, CJobProgress* progress);
 
   private:
@@ -85,10 +89,12 @@ class CGlbFile {
     /** Returns the number of bytes of the binary part. */
     std::uint64_t WriteViews(CJsonText& json) const;
     void WriteAccessors(CJsonText& json) const;
+    void WriteExtensions(CJsonText& json) const;
     [[nodiscard]] CResult<std::vector<std::byte>> Join(std::string_view json, std::uint64_t binaryBytes);
 
     bool m_packs;
     std::vector<CView> m_views;
     std::vector<CGlbAccessor> m_accessors;
-    std::array<int, kStreams> m_open{};  ///< the view that grows; -1: none
+    std::map<std::string_view, bool> m_extensions;  ///< with whether they are required
+    std::array<int, kStreams> m_open{};             ///< the view that grows; -1: none
 };

@@ -44,7 +44,7 @@ void CPictureBatch::Stop() {
 }
 
 bool CPictureBatch::Start() {
-    const std::string program = std_file_paths::GetAppFolderPath() + "/orbivue-render";
+    const std::string program = std_file_paths::GetProgramFolderPath() + "/orbivue-render";
     if (!file_util_ex::DoesFileExist(program) || !file_util_ex::Mkdir(m_folder)) return false;
     const std::string side = std::to_string(m_sidePx);
     CProgramToStart what{

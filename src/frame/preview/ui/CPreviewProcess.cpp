@@ -29,7 +29,7 @@ CPreviewProcess::~CPreviewProcess() {
 }
 
 bool CPreviewProcess::Start(const CPreviewRequest& request) {
-    const std::string program = std_file_paths::GetAppFolderPath() + "/orbivue-render";
+    const std::string program = std_file_paths::GetProgramFolderPath() + "/orbivue-render";
     if (!file_util_ex::DoesFileExist(program) || !file_util_ex::Mkdir(m_folder)) return false;
     file_util_ex::DeleteFileW(PicturePath());
     const std::string side = std::to_string(request.sidePx);

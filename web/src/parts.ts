@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+import type { Context } from './gl.ts';
+import type { Geometry, GeometryMaker } from './geometry.ts';
+import type { Gltf } from './gltf.ts';
+import { kMacros, kReflection, type Look } from './material.ts';
+import type { SceneNode } from './nodes.ts';
+import type { Program } from './program.ts';
+import { kMostSorted } from './sorting.ts';
+
+/** Which pixels of a surface are drawn. What is transparent by a picture is drawn twice: its solid pixels with the depth
+ * buffer, and only the rest from back to front. */
+const enum Pixels {
+  All,
+  Solid,
+  Translucent,
+}
+
+/** A primitive of a node, in one material; or some of its pixels. */
+export interface Part {
+  node: SceneNode;
+  geometry: Geometry;
+  look: Look;
+  material: number;
+  program: Program;
+  /** Opaque parts are drawn by it, the highest first. */
+  key: number;
+  /** Of its highlights: those of metal have its colour, which a shader with maps works out itself. */
+  specular: readonly number[];
+  /** Of the last picture: of its middle, larger is farther. */
+  depth: number;
+}
+
+export interface Parts {
+  opaque: Part[];
+  blended: Part[];
+}
+
+/** Uploads what the nodes show. compile: a program for these macros. */
+export function makeParts(
+  gltf: Gltf,
+  nodes: readonly SceneNode[],
+  looks: readonly Look[],
+  maker: GeometryMaker,
+  lights: number,
+  compile: (defines: string[]) => Program,
+): Parts {
+  const made: Record<string, Geometry> = {};
+  const opaque: Part[] = [];
+  const blended: Part[] = [];
+  const part = (node: SceneNode, geometry: Geometry, material: number, pixels: Pixels): Part => {
+    const look = looks[material];
+    const { diffuse, specular, metal } = look;
+    // Without texture coordinates only reflections count.
+    const maps = look.maps.map((map, kind) => !!map && (geometry.hasUv || kind === kReflection));
+    const anyMap = maps.includes(true);
+    const twoSided = look.twoSided && !look.flat;
+    const flags = [...maps, look.glossy, metal && anyMap, look.flat, twoSided, pixels === Pixels.Solid, pixels === Pixels.Translucent];
+    const names = [...kMacros, 'SPECULAR', 'TINTED', 'FLAT', 'TWO_SIDED', 'SOLID', 'TRANSLUCENT', 'MAPS', 'LINES', 'MORPH', 'LIGHTS ' + lights];
+    const defines = names.filter((_, i) => [...flags, anyMap, look.lines, geometry.targets.length, lights][i]);
+    return {
+      node,
+      geometry,
+      look,
+      material,
+      program: compile(defines),
+      key: flags.reduce((sum, flag, i) => sum + (flag ? 1 << i : 0), 0),
+      specular: metal && !anyMap ? specular.map((x, i) => x * diffuse[i]) : specular,
+      depth: 0,
+    };
+  };
+  for (const node of nodes) {
+    if (node.mesh === undefined) continue;
+    const { primitives, weights } = gltf.json.meshes![node.mesh];
+    node.weights ??= weights;
+    primitives.forEach((primitive, p) => {
+      const material = primitive.material ?? looks.length - 1;
+      const look = looks[material];
+      const sorts = look.blended && !look.additive && !look.lines && gltf.json.accessors[primitive.indices].count < kMostSorted * 3;
+      const geometry = (made[node.mesh + '/' + p] ??= maker.make(primitive, look.lines, sorts));
+      const solid = look.blended && look.maybeSolid;
+      if (solid || !look.blended) opaque.push(part(node, geometry, material, solid ? Pixels.Solid : Pixels.All));
+      if (look.blended) blended.push(part(node, geometry, material, solid ? Pixels.Translucent : Pixels.All));
+    });
+  }
+  return { opaque, blended };
+}
+
+/** Draws the triangles or lines of the bound part. */
+export function drawPart(gl: Context, { geometry: { mode, count, indexType }, look, program }: Part): void {
+  // WebGL's lines are one pixel wide: wider ones are drawn beside each other.
+  const copies = look.lines ? Math.round(look.lineWidth) || 1 : 1;
+  for (let i = 0; i < copies * copies; i++) {
+    const [x, y] = [i % copies, Math.floor(i / copies)];
+    const size = [gl.drawingBufferWidth, gl.drawingBufferHeight];
+    if (copies > 1) program.set('uStep', 2, [x, y].map((at, k) => (2 * at + 1 - copies) / size[k]));
+    gl.drawElements(mode, count, indexType, 0);
+  }
+}
