@@ -13,6 +13,7 @@ namespace {
 using option_table::COutcome;
 using option_table::Wrong;
 using option_values::Drawn;
+using option_values::Seen;
 using enum EOutputKind;
 
 constexpr unsigned Bit(EOutputKind kind) {
@@ -47,6 +48,21 @@ COutcome SetEnding(CConvertOptions& options, std::string_view value) {
     options.ending = value;
     return {};
 }
+COutcome SetWire(CConvertOptions& options, std::string_view) {
+    options.wire = true;
+    return {};
+}
+COutcome SetTextureSide(CConvertOptions& options, std::string_view value) {
+    const auto side = option_values::Number<int>(value);
+    if (!side || *side < 1) return "needs a number of pixels from 1 on";
+    options.textureSide = *side;
+    return {};
+}
+COutcome SetLanguage(CConvertOptions& options, std::string_view value) {
+    if (value.empty()) return "needs a code such as de";
+    options.language = value;
+    return {};
+}
 COutcome SetScriptFile(CConvertOptions& options, std::string_view value) {
     if (value.empty()) return "needs a file";
     options.scriptFile = value;
@@ -55,7 +71,7 @@ COutcome SetScriptFile(CConvertOptions& options, std::string_view value) {
 
 using Options = CConvertOptions;
 
-constexpr std::array<option_table::CEntry<Options>, 19> kOptions{{
+constexpr std::array<option_table::CEntry<Options>, 32> kOptions{{
     {"to", "ENDING", SetEnding, "convert all INs to files of this kind, named as they are"},
     {"folder", "DIR", SetFolder, "where those go; it is made where it is missing (beside each IN)"},
     {"force", "", Set<&Options::force>, "replace files there; an OUT that is named is replaced anyway"},
@@ -65,13 +81,27 @@ constexpr std::array<option_table::CEntry<Options>, 19> kOptions{{
     {"background", "R,G,B", Drawn<option_values::SetBackground>,
      "background colour, 0 to 255 each (61,66,77); a script's own counts more"},
     {"scene", "N", Drawn<option_values::SetScene>, "scene of a scene script (1)"},
-    {"size", "WxH", Drawn<option_values::SetSize>, "size of a picture in pixels (1024x768)"},
+    {"angles", "X,Y,Z", Seen<"angles">, "turns the model about Z, then Y, then X, by degrees"},
+    {"turn", "X,Y,Z", Seen<"turn">, "turns it once more so, as the mouse does"},
+    {"orbit", "DEGREES", Seen<"orbit">, "turns the eye about the axis of the camera's name"},
+    {"pivot", "X,Y,Z", Seen<"pivot">, "moves the point that --turn and --scale are about"},
+    {"scale", "X,Y,Z", Seen<"scale">, "stretches the turned model"},
+    {"pan", "DX,DY", Seen<"pan">, "moves the model by pixels, to the right and down"},
+    {"zoom-box", "L,T,R,B", Seen<"zoom-box">, "pixels of the picture that are to fill it"},
+    {"zoom", "STEP", Seen<"zoom">, "as the wheel: 20 for each notch away from the model"},
+    {"wire", "", SetWire, "the edges of the triangles only"},
+    {"size", "WxH", Drawn<option_values::SetSize>, "size of the picture or the view in pixels (1024x768)"},
     {"no-textures", "", Set<&Options::withTextures, false>, "colours without pictures"},
     {"compress", "", Set<&Options::compress>, "glb: smaller, for programs that know EXT_meshopt_compression"},
+    {"texture-side", "N", SetTextureSide, "glb: larger pictures are halved until no side has more pixels"},
     {"double-sided", "", Set<&Options::doubleSided>, "glb, html: all surfaces are seen from both sides"},
     {"no-cameras-bar", "", Set<&Options::camerasBar, false>, "html: no buttons for the cameras"},
     {"readable", "", Set<&Options::minify, false>, "html: the viewer's script as people can read it"},
     {"gzip", "", Set<&Options::gzip>, "html: a packed copy beside the page, for servers"},
+    {"split", "", Set<&Options::combine, false>, "html: script and scene beside the page, for servers"},
+    {"download-link", "", Set<&Options::downloadLink>,
+     "html: an archive of the model beside the page, with a link"},
+    {"language", "CODE", SetLanguage, "html: what the page says is in this language (en)"},
     {"javascript", "FILE", SetScriptFile, "html: a script of yours that the page runs"},
     {"quiet", "", Tell<Options::ETelling::Errors>, "tell errors only"},
     {"verbose", "", Tell<Options::ETelling::All>, "tell each file that is written, and what a model lacks"},
@@ -80,17 +110,30 @@ constexpr std::array<option_table::CEntry<Options>, 19> kOptions{{
 }};
 
 /** Options that mean something for some kinds of output only. */
-constexpr std::array<std::pair<std::string_view, unsigned>, 11> kOnlyFor{{
+constexpr std::array<std::pair<std::string_view, unsigned>, 24> kOnlyFor{{
     {"camera", kSeen},
     {"frame", kSeen},
     {"background", kSeen},
-    {"size", kPictures | Bit(Zip)},
+    {"angles", kSeen},
+    {"turn", kSeen},
+    {"orbit", kSeen},
+    {"pivot", kSeen},
+    {"scale", kSeen},
+    {"pan", kSeen},
+    {"zoom-box", kSeen},
+    {"zoom", kSeen},
+    {"wire", kSeen},
+    {"size", kSeen},
     {"no-textures", kPictures | Bit(Glb) | Bit(Pov) | Bit(Model3ds)},
     {"compress", Bit(Glb)},
+    {"texture-side", Bit(Glb)},
     {"double-sided", Bit(Glb) | Bit(Html)},
     {"no-cameras-bar", Bit(Html)},
     {"readable", Bit(Html)},
     {"gzip", Bit(Html)},
+    {"split", Bit(Html)},
+    {"download-link", Bit(Html)},
+    {"language", Bit(Html)},
     {"javascript", Bit(Html)},
 }};
 

@@ -28,11 +28,15 @@ struct CConvertOptions : CDrawOptions {
     ETelling telling = ETelling::Warnings;
     bool withTextures = true;
     bool compress = false;     ///< of glTF
+    int textureSide = 0;       ///< of glTF: see CGltfOptions::maxTextureSide
     bool doubleSided = false;  ///< of glTF and pages
     bool camerasBar = true;    ///< these are of pages
     bool minify = true;
+    bool combine = true;
     bool gzip = false;
+    bool downloadLink = false;
     std::string scriptFile;
+    std::string language = "en";
 };
 
 /** Reads the arguments after the program's name. Errors are BadArgument, with a message of one line. */

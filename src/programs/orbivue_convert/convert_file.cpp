@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "programs/orbivue_convert/convert_file.h"
 
+#include <wx/init.h>
+
 #include <exception>
 #include <new>
 
+#include "base/text/lng.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/gl/COffscreenContext.h"
 #include "export/gltf/write_gltf.h"
 #include "export/pov/pov_export_format.h"
 #include "export/webgl/C3ds2WebGL.h"
+#include "export/webgl/download_archive.h"
 #include "files/file_util_ex.h"
 #include "model/open/load_scene.h"
 #include "model/prepare/source_files.h"
@@ -21,8 +25,18 @@
 #include "programs/shared/draw_model.h"
 #include "programs/shared/open_input.h"
 #include "settings/CSettings.h"
+#include "settings/choose_language.h"
 
 namespace {
+
+/** What a page says in a language; in English where it is not known. */
+CPageTexts TextsIn(const std::string& language) {
+    if (language == "en") return CPageTexts::English();
+    static const wxInitializer toolkit;  // it looks texts up
+    lng_util_internal::SetDomain(lng::Domain(), "viewer");
+    lng::SetLanguage(file_util_ex::ConvertFromUTF8W(language));
+    return CPageTexts::InProgramLanguage();
+}
 
 /** Writes what an engine shows. */
 class CSceneOutput {
@@ -57,6 +71,7 @@ class CSceneOutput {
         format.compress = m_options.compress;
         format.doubleSided = m_options.doubleSided;
         format.withTextures = m_options.withTextures;
+        format.maxTextureSide = m_options.textureSide;
         return WriteGlbFile({*m_engine.Prepared(), m_engine.GetTextures(), m_engine.GetScene()}, m_path,
                             format);
     }
@@ -65,8 +80,9 @@ class CSceneOutput {
         const CSeenView& seen = m_engine.SeenView();
         C3ds2WebGL::COutFormat format;
         format.minify = m_options.minify;
-        format.combine = true;
+        format.combine = m_options.combine;
         format.gzip = m_options.gzip;
+        format.downloadLink = m_options.downloadLink;
         format.displayFlag = seen.wire;
         format.camerasBar = m_options.camerasBar;
         format.doubleSided = m_options.doubleSided;
@@ -87,8 +103,22 @@ class CSceneOutput {
         const CResult<C3ds2WebGL::COutFormat> format = PageFormat();
         if (!format) return format.Error();
         const CWebGLSource source{*m_engine.Prepared(), m_engine.GetTextures(), m_engine.SeenView(),
-                                  CPageTexts::English(), m_engine.GetScene()};
-        return C3ds2WebGL::TryExport(source, m_path, format.Value());
+                                  TextsIn(m_options.language), m_engine.GetScene()};
+        CStatus written = C3ds2WebGL::TryExport(source, m_path, format.Value());
+        if (!written || !m_options.downloadLink) return written;
+        return WriteArchive(format.Value().modelFileName);
+    }
+
+    /** What the page's link leads to. */
+    [[nodiscard]] CStatus WriteArchive(const std::string& modelFileName) {
+        const auto picture = [this](std::string_view path) -> CStatus {
+            const CResult<CImage> taken = TakePicture();
+            if (!taken) return taken.Error();
+            return CBitmapConverter().Write(taken.Value(), file_util_ex::ConvertFromUTF8W(path));
+        };
+        return download_archive::Make(
+            m_path, modelFileName, *m_engine.Prepared(),
+            {m_engine.Get3dsFile(), [this](std::string_view path) { return SaveAs(path); }, picture});
     }
 
     [[nodiscard]] CStatus WritePov() {

@@ -16,6 +16,7 @@ namespace {
 using option_table::COutcome;
 using option_values::Drawn;
 using option_values::Number;
+using option_values::Seen;
 
 COutcome SetSamples(CRenderOptions& options, std::string_view value) {
     options.samples = Number<int>(value);
@@ -47,17 +48,6 @@ COutcome SetOverlays(CRenderOptions& options, std::string_view value) {
         if (!known) return "needs a list of bounds, cameras, lights and axes";
     }
     return {};
-}
-
-/** An option of CSeenOptions, by its name without the dashes. */
-template <std::size_t length>
-struct CName {
-    constexpr CName(const char (&text)[length]) { std::copy_n(text, length, chars); }
-    char chars[length]{};
-};
-template <CName name>
-COutcome SetSeen(CRenderOptions& options, std::string_view value) {
-    return options.seen.Set(name.chars, value);
 }
 
 COutcome SetWire(CRenderOptions& options, std::string_view) {
@@ -112,14 +102,14 @@ constexpr std::array<option_table::CEntry<CRenderOptions>, 26> kOptions{{
     {"camera", "NAME", Drawn<option_values::SetCamera>,
      "top, left, right, front, back, iso, or a camera of the file (iso)"},
     {"scene", "N", Drawn<option_values::SetScene>, "scene of a scene script (1)"},
-    {"angles", "X,Y,Z", SetSeen<"angles">, "turns the model about Z, then Y, then X, by degrees"},
-    {"turn", "X,Y,Z", SetSeen<"turn">, "turns it once more so, as the mouse does"},
-    {"orbit", "DEGREES", SetSeen<"orbit">, "turns the eye about the axis of the camera's name"},
-    {"pivot", "X,Y,Z", SetSeen<"pivot">, "moves the point that --turn and --scale are about"},
-    {"scale", "X,Y,Z", SetSeen<"scale">, "stretches the turned model"},
-    {"pan", "DX,DY", SetSeen<"pan">, "moves the model by pixels, to the right and down"},
-    {"zoom-box", "L,T,R,B", SetSeen<"zoom-box">, "pixels of the picture that are to fill it"},
-    {"zoom", "STEP", SetSeen<"zoom">, "as the wheel: 20 for each notch away from the model"},
+    {"angles", "X,Y,Z", Seen<"angles">, "turns the model about Z, then Y, then X, by degrees"},
+    {"turn", "X,Y,Z", Seen<"turn">, "turns it once more so, as the mouse does"},
+    {"orbit", "DEGREES", Seen<"orbit">, "turns the eye about the axis of the camera's name"},
+    {"pivot", "X,Y,Z", Seen<"pivot">, "moves the point that --turn and --scale are about"},
+    {"scale", "X,Y,Z", Seen<"scale">, "stretches the turned model"},
+    {"pan", "DX,DY", Seen<"pan">, "moves the model by pixels, to the right and down"},
+    {"zoom-box", "L,T,R,B", Seen<"zoom-box">, "pixels of the picture that are to fill it"},
+    {"zoom", "STEP", Seen<"zoom">, "as the wheel: 20 for each notch away from the model"},
     {"frame", "N", Drawn<option_values::SetFrame>, "frame of the animation (the file's current one)"},
     {"background", "R,G,B", Drawn<option_values::SetBackground>,
      "background colour, 0 to 255 each (61,66,77); a script's own counts more"},

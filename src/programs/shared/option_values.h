@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <optional>
@@ -40,6 +41,17 @@ using option_table::COutcome;
 template <COutcome (*set)(CDrawOptions&, std::string_view), class Options>
 [[nodiscard]] COutcome Drawn(Options& options, std::string_view value) {
     return set(options, value);
+}
+
+/** The name of an option of CSeenOptions, without the dashes. */
+template <std::size_t length>
+struct CSeenName {
+    constexpr CSeenName(const char (&text)[length]) { std::copy_n(text, length, chars); }
+    char chars[length]{};
+};
+template <CSeenName name, class Options>
+[[nodiscard]] COutcome Seen(Options& options, std::string_view value) {
+    return options.seen.Set(name.chars, value);
 }
 
 }  // namespace option_values
