@@ -4,6 +4,7 @@
 #include <wx/dialog.h>
 #include <wx/timer.h>
 
+#include <optional>
 #include <string>
 
 #include "programs/upload_prepare/CUpload.h"
@@ -44,6 +45,7 @@ class CUploadDlg final : public wxDialog {
 
     CUpload m_upload;
     std::string m_folder;
+    std::optional<CUpload::EState> m_shown;
     wxTimer m_timer;
     wxSimplebook* m_book = nullptr;
     CConfirmPage* m_confirm = nullptr;
