@@ -17,6 +17,9 @@ enum class EErrorCode {
     NoGraphics,   ///< no OpenGL context can be had
     BadArgument,  ///< the caller passed invalid values
     Cancelled,    ///< the caller or the user cancelled it
+    Exists,       ///< something else has the name or the key already
+    Busy,         ///< not now: others hold it, or it cannot be reached; a later try may succeed
+    NoSpace,      ///< the disk is full
 };
 
 /** One failure. lng::Text gives its line in the current language. */

@@ -29,6 +29,8 @@ constexpr std::uint64_t kRead = LANDLOCK_ACCESS_FS_READ_FILE;
 constexpr std::uint64_t kList = LANDLOCK_ACCESS_FS_READ_DIR;
 constexpr std::uint64_t kWrite = LANDLOCK_ACCESS_FS_WRITE_FILE | kTruncate;
 constexpr std::uint64_t kChangeFolder = LANDLOCK_ACCESS_FS_MAKE_REG | LANDLOCK_ACCESS_FS_REMOVE_FILE;
+constexpr std::uint64_t kChangeTree =
+    kChangeFolder | LANDLOCK_ACCESS_FS_MAKE_DIR | LANDLOCK_ACCESS_FS_REMOVE_DIR;
 constexpr std::uint64_t kOfFiles = kRead | kWrite | LANDLOCK_ACCESS_FS_EXECUTE | kDeviceControl;
 
 // Libraries and what they read when they are loaded; of a process's own facts, those of this one alone.
@@ -120,5 +122,7 @@ bool RestrictFiles(const CFileAccess& access) {
     for (const std::string& path : access.listable) rules.Allow(path.c_str(), kList);
     for (const std::string& path : access.writable)
         rules.Allow(path.c_str(), kRead | kList | kWrite | kChangeFolder);
+    for (const std::string& path : access.trees)
+        rules.Allow(path.c_str(), kRead | kList | kWrite | kChangeTree);
     return rules.Enforce();
 }

@@ -10,6 +10,7 @@ struct CFileAccess {
     std::vector<std::string> readable;
     std::vector<std::string> listable;  ///< folders whose names alone may be read
     std::vector<std::string> writable;  ///< folders in which files may be made, written, renamed and deleted
+    std::vector<std::string> trees;     ///< the same, and folders made and deleted
 };
 
 /** Lets this process and its later threads, for good, open no files but these, and the system's libraries and what they

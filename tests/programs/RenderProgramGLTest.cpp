@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <array>
-#include <cstdio>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -12,29 +10,16 @@
 #include "model/read_3ds/C3dsBytes.h"
 #include "picture/decode/image_codec.h"
 #include "picture/image_writer.h"
+#include "programs/CProgramRun.h"
 #include "row_name.h"
 #include "sanitized.h"
 
 namespace {
 
-struct CRun {
-    int code = -1;
-    std::string out, err;
-};
+using CRun = CProgramRun;
 
-/** Runs the program as a shell does, in the folder, with no display to be had. */
 CRun Render(const CTestFolder& folder, const std::string& arguments, const std::string& before = "") {
-    const std::string command = "cd '" + folder.Path() + "' && unset DISPLAY WAYLAND_DISPLAY; " + before +
-                                "'" ORBIVUE_RENDER "' " + arguments + " 2>err.txt";
-    CRun run;
-    FILE* pipe = ::popen(command.c_str(), "r");
-    std::array<char, 4096> buffer{};
-    for (std::size_t n; (n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0;)
-        run.out.append(buffer.data(), n);
-    const int status = ::pclose(pipe);
-    run.code = WIFEXITED(status) ? WEXITSTATUS(status) : 100 + WTERMSIG(status);
-    run.err = CTestFolder::TextOf(folder / "err.txt");
-    return run;
+    return CRun::Of(ORBIVUE_RENDER, folder, arguments, before);
 }
 
 void AddScene(const CTestFolder& folder) {

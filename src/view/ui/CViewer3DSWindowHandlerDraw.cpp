@@ -8,8 +8,8 @@
 
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
-#include "export/picture/CBitmapConverter.h"
 #include "model/coarse/coarse_scene.h"
+#include "picture/CBitmapConverter.h"
 #include "view/ui/CGlAttribGuard.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 #include "view/ui/input_waits.h"

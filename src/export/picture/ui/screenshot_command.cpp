@@ -7,8 +7,8 @@
 #include <memory>
 
 #include "base/text/lng.h"
-#include "export/picture/CBitmapConverter.h"
 #include "files/file_util_ex.h"
+#include "picture/CBitmapConverter.h"
 #include "picture/image_writer.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 #include "widgets/CUserPrompt.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "export/picture/CBitmapConverter.h"
+#include "picture/CBitmapConverter.h"
 
 #include <gtest/gtest.h>
 

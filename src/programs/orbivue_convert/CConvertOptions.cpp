@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+#include "programs/orbivue_convert/CConvertOptions.h"
+
+#include <array>
+#include <utility>
+
+#include "files/file_util_ex.h"
+#include "programs/shared/option_table.h"
+#include "programs/shared/option_values.h"
+
+namespace {
+
+using option_table::COutcome;
+using option_table::Wrong;
+using option_values::Drawn;
+using enum EOutputKind;
+
+constexpr unsigned Bit(EOutputKind kind) {
+    return 1U << static_cast<unsigned>(kind);
+}
+constexpr unsigned kPictures = Bit(Png) | Bit(Jpeg);
+constexpr unsigned kSeen = kPictures | Bit(Zip) | Bit(Html) | Bit(Pov);
+
+template <bool CConvertOptions::*member, bool value = true>
+COutcome Set(CConvertOptions& options, std::string_view) {
+    options.*member = value;
+    return {};
+}
+template <CConvertOptions::ETelling telling>
+COutcome Tell(CConvertOptions& options, std::string_view) {
+    options.telling = telling;
+    return {};
+}
+template <CConvertOptions::EAction action>
+COutcome Act(CConvertOptions& options, std::string_view) {
+    options.action = action;
+    return {};
+}
+COutcome SetFolder(CConvertOptions& options, std::string_view value) {
+    if (value.empty()) return "needs a folder";
+    options.folder = value;
+    return {};
+}
+COutcome SetEnding(CConvertOptions& options, std::string_view value) {
+    if (value.starts_with('.')) value.remove_prefix(1);
+    if (!KindOfEnding(value)) return "needs one of " + KnownEndings();
+    options.ending = value;
+    return {};
+}
+COutcome SetScriptFile(CConvertOptions& options, std::string_view value) {
+    if (value.empty()) return "needs a file";
+    options.scriptFile = value;
+    return {};
+}
+
+using Options = CConvertOptions;
+
+constexpr std::array<option_table::CEntry<Options>, 19> kOptions{{
+    {"to", "ENDING", SetEnding, "convert all INs to files of this kind, named as they are"},
+    {"folder", "DIR", SetFolder, "where those go; it is made where it is missing (beside each IN)"},
+    {"force", "", Set<&Options::force>, "replace files there; an OUT that is named is replaced anyway"},
+    {"camera", "NAME", Drawn<option_values::SetCamera>,
+     "top, left, right, front, back, iso, or a camera of the file (iso)"},
+    {"frame", "N", Drawn<option_values::SetFrame>, "frame of the animation (the file's current one)"},
+    {"background", "R,G,B", Drawn<option_values::SetBackground>,
+     "background colour, 0 to 255 each (61,66,77); a script's own counts more"},
+    {"scene", "N", Drawn<option_values::SetScene>, "scene of a scene script (1)"},
+    {"size", "WxH", Drawn<option_values::SetSize>, "size of a picture in pixels (1024x768)"},
+    {"no-textures", "", Set<&Options::withTextures, false>, "colours without pictures"},
+    {"compress", "", Set<&Options::compress>, "glb: smaller, for programs that know EXT_meshopt_compression"},
+    {"double-sided", "", Set<&Options::doubleSided>, "glb, html: all surfaces are seen from both sides"},
+    {"no-cameras-bar", "", Set<&Options::camerasBar, false>, "html: no buttons for the cameras"},
+    {"readable", "", Set<&Options::minify, false>, "html: the viewer's script as people can read it"},
+    {"gzip", "", Set<&Options::gzip>, "html: a packed copy beside the page, for servers"},
+    {"javascript", "FILE", SetScriptFile, "html: a script of yours that the page runs"},
+    {"quiet", "", Tell<Options::ETelling::Errors>, "tell errors only"},
+    {"verbose", "", Tell<Options::ETelling::All>, "tell each file that is written, and what a model lacks"},
+    {"help", "", Act<Options::EAction::Help>, "print this help"},
+    {"version", "", Act<Options::EAction::Version>, "print the version"},
+}};
+
+/** Options that mean something for some kinds of output only. */
+constexpr std::array<std::pair<std::string_view, unsigned>, 11> kOnlyFor{{
+    {"camera", kSeen},
+    {"frame", kSeen},
+    {"background", kSeen},
+    {"size", kPictures | Bit(Zip)},
+    {"no-textures", kPictures | Bit(Glb) | Bit(Pov) | Bit(Model3ds)},
+    {"compress", Bit(Glb)},
+    {"double-sided", Bit(Glb) | Bit(Html)},
+    {"no-cameras-bar", Bit(Html)},
+    {"readable", Bit(Html)},
+    {"gzip", Bit(Html)},
+    {"javascript", Bit(Html)},
+}};
+
+CResult<CConvertOptions> WithOutput(CConvertOptions options, std::vector<std::string> files) {
+    if (files.size() < 2)
+        return Wrong(files.empty() ? "no input file given" : "no output file given; or use --to");
+    if (files.size() > 2) return Wrong("too many files given; many are converted with --to");
+    if (!options.folder.empty()) return Wrong("--folder needs --to ENDING");
+    const auto kind = KindOfEnding(file_util_ex::GetFileExt(files[1]));
+    if (!kind) return Wrong("the name of the output file must end in one of " + KnownEndings());
+    options.kind = *kind;
+    options.output = files[1];
+    options.inputs = {files[0]};
+    return options;
+}
+
+CResult<CConvertOptions> WithFiles(CConvertOptions options, std::vector<std::string> files) {
+    for (const std::string& file : files)
+        if (file.empty()) return Wrong("the name of a file is empty");
+    if (options.ending.empty()) return WithOutput(std::move(options), std::move(files));
+    if (files.empty()) return Wrong("no input file given");
+    options.kind = *KindOfEnding(options.ending);
+    options.inputs = std::move(files);
+    return options;
+}
+
+}  // namespace
+
+CResult<CConvertOptions> ParseConvertOptions(std::span<const std::string> arguments) {
+    CConvertOptions options;
+    std::vector<std::string> given;
+    CResult<std::vector<std::string>> files = option_table::Walk(
+        option_table::NamesOf(kOptions), arguments, [&](std::size_t option, std::string_view value) {
+            given.emplace_back(kOptions[option].name);
+            return kOptions[option].set(options, value);
+        });
+    if (!files) return files.Error();
+    if (options.action != CConvertOptions::EAction::Convert) return options;
+    CResult<CConvertOptions> parsed = WithFiles(std::move(options), std::move(files).Value());
+    if (!parsed) return parsed;
+    for (const auto& [name, kinds] : kOnlyFor)
+        if ((kinds & Bit(parsed.Value().kind)) == 0 && std::ranges::find(given, name) != given.end())
+            return Wrong("--" + std::string(name) + " means nothing for this kind of output");
+    return parsed;
+}
+
+std::string ConvertHelp() {
+    return "Usage: orbivue-convert [OPTION]... IN OUT\n"
+           "       orbivue-convert [OPTION]... --to ENDING [--folder DIR] IN...\n"
+           "Converts 3DS, OBJ and zipped models and scene scripts, as the name of OUT ends: glb\n"
+           "(glTF), html (a web page), pov (POV-Ray), 3ds, zip, png or jpg. No display is needed.\n\n" +
+           option_table::Help(option_table::NamesOf(kOptions)) +
+           "\nExit codes: 0 done, 1 some files were not converted, 2 wrong usage.\n";
+}

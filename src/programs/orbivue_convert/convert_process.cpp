@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include "programs/orbivue_convert/convert_process.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <string>
+
+#include "base/CStopwatch.h"
+#include "files/file_util_ex.h"
+#include "files/std_file_paths.h"
+#include "process/confine.h"
+#include "programs/orbivue_convert/CConversionPlan.h"
+#include "programs/orbivue_convert/CConvertOptions.h"
+#include "programs/orbivue_convert/convert_file.h"
+#include "programs/shared/input_files.h"
+#include "programs/shared/program_output.h"
+
+namespace {
+
+constexpr char kName[] = "orbivue-convert";
+using EKind = CSceneNote::EKind;
+using ETelling = CConvertOptions::ETelling;
+
+/** Far more than a sound scene needs: a stranger's file cannot take the machine for itself. */
+CProcessLimits LimitsForConverting() {
+    CProcessLimits limits = LimitsForDrawing();
+    const auto pages = static_cast<std::uint64_t>(std::max(::sysconf(_SC_PHYS_PAGES), 0L));
+    const auto pageBytes = static_cast<std::uint64_t>(std::max(::sysconf(_SC_PAGESIZE), 0L));
+    limits.memoryBytes = std::max(limits.memoryBytes, pages * pageBytes / 2);
+    limits.processorSeconds = 900;
+    limits.fileBytes = 0;
+    return limits;
+}
+
+/** A link is followed when its file is replaced, so that file's folder counts. */
+std::string FolderOf(const std::string& output) {
+    std::error_code error;
+    const std::filesystem::path resolved = std::filesystem::weakly_canonical(output, error);
+    const std::string folder = file_util_ex::GetFilePath(error ? output : resolved.native());
+    return folder.empty() ? "." : folder;
+}
+
+void Confine(const CConversion& conversion, const CConvertOptions& options) {
+    CFileAccess files = FilesFor({&conversion.input, 1}, {}, options.scene);
+    if (!options.scriptFile.empty()) files.readable.push_back(options.scriptFile);
+    files.trees = {FolderOf(conversion.output), std_file_paths::GetTempDir()};
+    (void)ConfineProcess({LimitsForConverting(), files});
+}
+
+void TellNotes(const CConversion& conversion, const std::vector<CSceneNote>& notes, ETelling telling) {
+    if (telling == ETelling::Errors) return;
+    const auto warns = [](const CSceneNote& note) { return note.kind != EKind::Repaired; };
+    const auto warnings = std::ranges::count_if(notes, warns);
+    if (telling == ETelling::All) {
+        for (const CSceneNote& note : notes) PrintError(kName, conversion.input + ": " + note.Text());
+    } else if (warnings > 0) {
+        PrintError(kName, conversion.input + ": " + std::to_string(warnings) +
+                              (warnings == 1 ? " thing is" : " things are") +
+                              " missing or left out (--verbose tells)");
+    }
+}
+
+/** What the other process does. */
+int Convert(const CConversion& conversion, const CConvertOptions& options) {
+    const CStopwatch watch;
+    Confine(conversion, options);
+    std::vector<CSceneNote> notes;
+    const CStatus converted = ConvertFile(conversion, options, notes);
+    if (!converted) {
+        const CError& error = converted.Error();
+        const bool names = error.where == conversion.input;
+        PrintError(kName, names ? error.Text() : conversion.input + ": " + error.Text());
+        return 1;
+    }
+    TellNotes(conversion, notes, options.telling);
+    if (options.telling == ETelling::All)
+        PrintError(kName, conversion.input + ": " + conversion.output + " is written (" +
+                              std::to_string(static_cast<int>(watch.Ms())) + " ms)");
+    return 0;
+}
+
+std::string ReasonOf(int signal) {
+    if (signal == SIGXCPU || signal == SIGKILL) return "it took more time or memory than a file may";
+    return std::string("the conversion has crashed (") + ::strsignal(signal) + ")";
+}
+
+}  // namespace
+
+bool ConvertInProcess(const CConversion& conversion, const CConvertOptions& options) {
+    std::fflush(nullptr);  // or both would print what waits
+    const pid_t pid = ::fork();
+    if (pid == 0) {
+        const int code = Convert(conversion, options);
+        std::fflush(nullptr);
+        ::_exit(code);
+    }
+    if (pid < 0) {
+        PrintError(kName, conversion.input + ": no process can be started");
+        return false;
+    }
+    int status = 0;
+    while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+    }
+    if (WIFSIGNALED(status)) PrintError(kName, conversion.input + ": " + ReasonOf(WTERMSIG(status)));
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
