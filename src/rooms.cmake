@@ -58,4 +58,5 @@ set(ORBIVUE_ROOMS
   "frame/ui: base/* files picture settings model/* camera engine script session widgets widgets/ui widgets/tools/ui view view/ui export/pov export/pov/ui frame frame/preview frame/preview/ui frame/slideshow frame/slideshow/ui frame/materials frame/materials/ui frame/model_list frame/model_list/ui"
   "programs/orbivue: base/* files settings session export/pov"
   "programs/orbivue/ui: base/* files settings session widgets widgets/ui frame/ui programs/orbivue"
-  "programs/orbivue_render: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script")
+  "programs/orbivue_render: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script"
+  "programs/orbivue_modeldb: base/* files model/* modeldb/bytes modeldb/database modeldb/store")
