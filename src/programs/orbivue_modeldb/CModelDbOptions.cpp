@@ -28,12 +28,15 @@ constexpr std::array<CCommandEntry, 11> kCommands{{
      "adds 3DS files, and those of folders and all below, with their textures"},
     {ECommand::Export, "export", "", "--into FOLDER [KEY...]", "gi", 0, kAny,
      "writes models with their textures: all, a group's, or those named"},
-    {ECommand::Remove, "remove", "", "KEY... | --group NAME", "g", 0, kAny, "removes models, or a group with all its models"},
+    {ECommand::Remove, "remove", "", "KEY... | --group NAME", "g", 0, kAny,
+     "removes models, or a group with all its models"},
     {ECommand::List, "list", "", "[KEY...]", "gsj", 0, kAny,
      "lists groups, a group's models, what a search finds, or all about models"},
     {ECommand::Check, "check", "", "", "f", 0, 0, "looks for damage"},
-    {ECommand::Backup, "backup", "", "FILE", "", 1, 1, "copies the store into one new file, also while it is used"},
-    {ECommand::Restore, "restore", "", "FILE", "", 1, 1, "makes a store from a backup; the store must not exist, or be empty"},
+    {ECommand::Backup, "backup", "", "FILE", "", 1, 1,
+     "copies the store into one new file, also while it is used"},
+    {ECommand::Restore, "restore", "", "FILE", "", 1, 1,
+     "makes a store from a backup; the store must not exist, or be empty"},
     {ECommand::Upgrade, "upgrade", "", "", "", 0, 0, "brings a store of an older version up to date"},
     {ECommand::TokenCreate, "token", "create", "NAME", "r", 1, 1, "makes a token and prints it, this once"},
     {ECommand::TokenList, "token", "list", "", "j", 0, 0, "lists the tokens' names and rights"},
@@ -62,7 +65,8 @@ COutcome SetRights(CModelDbOptions& options, std::string_view value) {
     options.rights = 0;
     while (true) {
         const std::string_view word = value.substr(0, value.find(','));
-        const auto* right = std::ranges::find(kRights, word, &std::pair<std::string_view, std::uint32_t>::first);
+        const auto* right =
+            std::ranges::find(kRights, word, &std::pair<std::string_view, std::uint32_t>::first);
         if (right == kRights.end()) return "needs a list of read, upload and remove";
         options.rights |= right->second;
         if (word.size() == value.size()) return {};
@@ -79,14 +83,16 @@ struct COptionEntry {
 };
 
 constexpr std::array<COptionEntry, 9> kOptions{{
-    {'S', "store", "PLACE", Set<&CModelDbOptions::store>, "a file, or postgresql://...; else the user's own store"},
+    {'S', "store", "PLACE", Set<&CModelDbOptions::store>,
+     "a file, or postgresql://...; else the user's own store"},
     {'g', "group", "NAME", Set<&CModelDbOptions::group>, "the group"},
     {'s', "search", "TEXT", Set<&CModelDbOptions::search>, "models whose names hold the text"},
     {'i', "into", "FOLDER", Set<&CModelDbOptions::into>, "where the files go"},
     {'r', "rights", "LIST", SetRights, "some of read,upload,remove (upload)"},
     {'f', "full", "", Set<&CModelDbOptions::full>, "reads all bytes and compares them with their hashes"},
     {'j', "json", "", Set<&CModelDbOptions::json>, "prints JSON"},
-    {'v', "verbose", "", Set<&CModelDbOptions::verbose>, "names each model that is in the store from then on"},
+    {'v', "verbose", "", Set<&CModelDbOptions::verbose>,
+     "names each model that is in the store from then on"},
     {'h', "help", "", nullptr, "prints this help"},
 }};
 
@@ -159,14 +165,19 @@ CResult<CParsing> ParseWords(std::vector<std::string>& words) {
     CParsing parsing;
     opterr = 0;  // no messages of its own
     optind = 0;  // restarts getopt
-    for (int got = 0; (got = getopt_long(static_cast<int>(words.size()), argv.data(), ":h", kLong.data(), nullptr)) != -1;) {
-        if (got == ':') return Wrong(std::string(argv[static_cast<std::size_t>(optind - 1)]) + " needs a value");
-        if (got == '?') return Wrong("option '" + std::string(argv[static_cast<std::size_t>(optind - 1)]) + "' is unknown or takes no value");
+    for (int got = 0; (got = getopt_long(static_cast<int>(words.size()), argv.data(), ":h", kLong.data(),
+                                         nullptr)) != -1;) {
+        if (got == ':')
+            return Wrong(std::string(argv[static_cast<std::size_t>(optind - 1)]) + " needs a value");
+        if (got == '?')
+            return Wrong("option '" + std::string(argv[static_cast<std::size_t>(optind - 1)]) +
+                         "' is unknown or takes no value");
         if (got == kVersionOption) {
             parsing.wantsVersion = true;
             continue;
         }
-        const COptionEntry& entry = got == 'h' ? kOptions.back() : kOptions[static_cast<std::size_t>(got - kFirstOption)];
+        const COptionEntry& entry =
+            got == 'h' ? kOptions.back() : kOptions[static_cast<std::size_t>(got - kFirstOption)];
         if (!entry.set) {
             parsing.wantsHelp = true;
             continue;
@@ -201,7 +212,8 @@ CResult<CModelDbOptions> ParseModelDbOptions(std::span<const std::string> argume
         if (letter != 'S' && entry.options.find(letter) == entry.options.npos)
             return Wrong(NameOf(entry) + " takes no --" +
                          std::ranges::find(kOptions, letter, &COptionEntry::letter)->name);
-    if (options.arguments.size() < entry.least) return Wrong(NameOf(entry) + " needs " + std::string(entry.usage));
+    if (options.arguments.size() < entry.least)
+        return Wrong(NameOf(entry) + " needs " + std::string(entry.usage));
     if (options.arguments.size() > entry.most) return Wrong(NameOf(entry) + " is given too much");
     if (const COutcome wrong = CheckTogether(options)) return Wrong(NameOf(entry) + " " + *wrong);
     if (options.command == ECommand::TokenCreate && options.rights == 0) options.rights = 2;
@@ -209,7 +221,8 @@ CResult<CModelDbOptions> ParseModelDbOptions(std::span<const std::string> argume
 }
 
 std::string ModelDbHelp() {
-    std::string text = "Usage: orbivue-modeldb COMMAND [OPTION]... [--store PLACE]\nKeeps a library of 3DS models.\n\n";
+    std::string text =
+        "Usage: orbivue-modeldb COMMAND [OPTION]... [--store PLACE]\nKeeps a library of 3DS models.\n\n";
     const auto line = [&](std::string left, std::string_view help) {
         left = "  " + left;
         left.resize(std::max<std::size_t>(34, left.size() + 1), ' ');
@@ -219,7 +232,8 @@ std::string ModelDbHelp() {
         line(NameOf(entry) + (entry.usage.empty() ? "" : " ") + std::string(entry.usage), entry.help);
     text += "\n";
     for (const COptionEntry& entry : kOptions)
-        line("--" + std::string(entry.name) + (entry.value.empty() ? "" : " ") + std::string(entry.value), entry.help);
+        line("--" + std::string(entry.name) + (entry.value.empty() ? "" : " ") + std::string(entry.value),
+             entry.help);
     line("--version", "prints the version");
     return text +
            "\nA KEY is a model's check sum, eight hexadecimal digits, as list prints it.\n"

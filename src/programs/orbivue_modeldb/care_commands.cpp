@@ -27,9 +27,10 @@ int model_commands::Check(const CModelDbOptions& options) {
     if (!checked) return Complain(checked.Error(), kStoreFails);
     const CCheckReport& report = checked.Value();
     for (const std::string& fault : report.faults) (void)Complain(fault, kPartly);  // told by the code below
-    const bool printed = Print(std::to_string(report.groups) + " groups, " + std::to_string(report.models) + " models, " +
-                               std::to_string(report.blobs) + " files of " + std::to_string(report.storedBytes) +
-                               " bytes, " + std::to_string(report.faultCount) + " faults\n");
+    const bool printed =
+        Print(std::to_string(report.groups) + " groups, " + std::to_string(report.models) + " models, " +
+              std::to_string(report.blobs) + " files of " + std::to_string(report.storedBytes) + " bytes, " +
+              std::to_string(report.faultCount) + " faults\n");
     if (report.faultCount > 0) return kPartly;
     return printed ? kDone : kCannotWrite;
 }

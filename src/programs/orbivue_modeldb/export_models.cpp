@@ -57,8 +57,7 @@ CStatus WriteModel(CModelStore& store, const std::string& into, std::uint32_t ke
     if (!found) return found.Error();
     const CModelRecord& model = found.Value();
     const std::string folder = NewFolder(file_util_ex::MakePath(into, FileNameOf(model.group)), model);
-    if (folder.empty())
-        return CError{EErrorCode::WriteFailed, lng::Mark("no new folder can be made"), into};
+    if (folder.empty()) return CError{EErrorCode::WriteFailed, lng::Mark("no new folder can be made"), into};
     const std::string file = FileNameOf(model.name) + ".3ds";
     if (CStatus written = WriteBlob(store, model.file.hash, file_util_ex::MakePath(folder, file)); !written)
         return written;

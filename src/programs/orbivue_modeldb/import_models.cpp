@@ -41,8 +41,9 @@ class CImport {
         if (sources.size() == 1)
             read[0] = ReadModel(sources[0].path, m_options.group, &m_store);
         else
-            ParallelFor(sources.size(), 0,
-                        [&](std::size_t i) { read[i] = ReadModel(sources[i].path, m_options.group, nullptr); });
+            ParallelFor(sources.size(), 0, [&](std::size_t i) {
+                read[i] = ReadModel(sources[i].path, m_options.group, nullptr);
+            });
         std::vector<CNewModel> models;
         std::vector<std::string> paths;
         for (std::size_t i = 0; i < sources.size(); ++i) {
@@ -69,7 +70,8 @@ class CImport {
         const bool isNew = result.Value().how == EAdded::Added;
         ++(isNew ? tally.added : tally.known);
         if (m_options.verbose)
-            (void)Print(model_key::ToText(result.Value().key) + (isNew ? " added " : " known ") + Shown(path) + "\n");
+            (void)Print(model_key::ToText(result.Value().key) + (isNew ? " added " : " known ") +
+                        Shown(path) + "\n");
     }
 
     CModelStore& m_store;

@@ -42,8 +42,9 @@ CStatus ListGroups(CModelStore& store, CListing& listing) {
     const CResult<std::vector<CGroupRecord>> groups = store.Groups();
     if (!groups) return groups.Error();
     for (const CGroupRecord& group : groups.Value()) {
-        const CStatus added = listing.Add(Padded(std::to_string(group.modelCount), 8) + "  " + Shown(group.name),
-                                          {{"group", group.name}, {"models", group.modelCount}});
+        const CStatus added =
+            listing.Add(Padded(std::to_string(group.modelCount), 8) + "  " + Shown(group.name),
+                        {{"group", group.name}, {"models", group.modelCount}});
         if (!added) return added;
     }
     return CDone{};
@@ -65,7 +66,8 @@ CStatus ListFound(CModelStore& store, const CModelDbOptions& options, CListing& 
         if (!group) return group.Error();
         groupId = group.Value().id;
     }
-    const CResult<std::vector<CFoundModel>> found = store.Search(options.search, groupId, store_limits::kPageModels);
+    const CResult<std::vector<CFoundModel>> found =
+        store.Search(options.search, groupId, store_limits::kPageModels);
     if (!found) return found.Error();
     for (const CFoundModel& model : found.Value()) {
         const std::string key = model_key::ToText(model.key);
@@ -77,7 +79,9 @@ CStatus ListFound(CModelStore& store, const CModelDbOptions& options, CListing& 
 }
 
 CJson JsonOf(const CStoredBlob& blob) {
-    return {{"sha256", blob.hash.ToHex()}, {"bytes", blob.size}, {"stored", blob.stored},
+    return {{"sha256", blob.hash.ToHex()},
+            {"bytes", blob.size},
+            {"stored", blob.stored},
             {"codec", blob.codec == EBlobCodec::Zstd ? "zstd" : "plain"}};
 }
 
@@ -89,9 +93,15 @@ CStatus ListModel(CModelStore& store, std::uint32_t key, CListing& listing) {
     const CResult<CModelRecord> found = store.Model(key);
     if (!found) return found.Error();
     const CModelRecord& model = found.Value();
-    std::string line = model_key::ToText(key) + "  " + Shown(model.group) + "  " + Shown(model.name) + LineOf("file", model.file);
-    CJson item{{"key", model_key::ToText(key)}, {"group", model.group}, {"name", model.name}, {"code", model.code},
-               {"note", model.note}, {"created", model.createdSeconds}, {"file", JsonOf(model.file)}};
+    std::string line = model_key::ToText(key) + "  " + Shown(model.group) + "  " + Shown(model.name) +
+                       LineOf("file", model.file);
+    CJson item{{"key", model_key::ToText(key)},
+               {"group", model.group},
+               {"name", model.name},
+               {"code", model.code},
+               {"note", model.note},
+               {"created", model.createdSeconds},
+               {"file", JsonOf(model.file)}};
     if (model.preview) {
         line += LineOf("preview", *model.preview);
         item["preview"] = JsonOf(*model.preview);

@@ -18,8 +18,8 @@ namespace {
 
 bool IsModel(const fs::directory_entry& entry) {
     std::error_code error;
-    return ascii_text::EqualNoCase(file_util_ex::GetFileExt(entry.path().native()), "3ds") && !entry.is_symlink(error) &&
-           entry.is_regular_file(error);
+    return ascii_text::EqualNoCase(file_util_ex::GetFileExt(entry.path().native()), "3ds") &&
+           !entry.is_symlink(error) && entry.is_regular_file(error);
 }
 
 CError SystemFailure(const std::string& path, const std::error_code& error) {
@@ -42,7 +42,8 @@ CStatus AddTextures(CScene& scene, const std::string& path, CModelStore* store, 
         CResult<CNewBlob> blob = CBlobWriter::Write(store, texture.data);
         if (!blob) return blob.Error();
         texture.data = {};
-        model.textures.push_back({std::string(utf8_text::Cut(name, store_limits::kTextureName)), std::move(blob).Value()});
+        model.textures.push_back(
+            {std::string(utf8_text::Cut(name, store_limits::kTextureName)), std::move(blob).Value()});
     }
     return CDone{};
 }
@@ -52,7 +53,8 @@ CStatus AddTextures(CScene& scene, const std::string& path, CModelStore* store, 
 CResult<std::vector<CModelSource>> FindModels(const std::string& path) {
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
-    if (!fs::exists(status)) return SystemFailure(path, std::make_error_code(std::errc::no_such_file_or_directory));
+    if (!fs::exists(status))
+        return SystemFailure(path, std::make_error_code(std::errc::no_such_file_or_directory));
     if (!fs::is_directory(status)) return std::vector<CModelSource>{{path, fs::file_size(path, error)}};
     std::vector<CModelSource> found;
     fs::recursive_directory_iterator entry(path, fs::directory_options::skip_permission_denied, error);

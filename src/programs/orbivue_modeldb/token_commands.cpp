@@ -20,7 +20,8 @@ std::string RightsOf(const CStoreRights& rights) {
 std::string JsonOf(const std::vector<CTokenRecord>& tokens) {
     auto list = nlohmann::ordered_json::array();
     for (const CTokenRecord& token : tokens)
-        list.push_back({{"name", token.name}, {"rights", RightsOf(token.rights)}, {"created", token.createdSeconds}});
+        list.push_back(
+            {{"name", token.name}, {"rights", RightsOf(token.rights)}, {"created", token.createdSeconds}});
     return list.dump(1) + "\n";
 }
 
@@ -30,7 +31,9 @@ int model_commands::TokenCreate(const CModelDbOptions& options) {
     CResult<CModelStore> store = OpenStore(options, EStoreUse::Create);
     if (!store) return Complain(store.Error(), kStoreFails);
     const CResult<std::string> token = store.Value().CreateToken(options.arguments[0], {options.rights});
-    if (!token) return Complain(token.Error(), token.Error().code == EErrorCode::Exists ? kPartly : WalkFailureCode(token.Error()));
+    if (!token)
+        return Complain(token.Error(),
+                        token.Error().code == EErrorCode::Exists ? kPartly : WalkFailureCode(token.Error()));
     if (Print(token.Value() + "\n")) return kDone;
     // Nobody has seen it, so nobody can use it.
     (void)store.Value().RevokeToken(options.arguments[0]);
@@ -43,7 +46,8 @@ int model_commands::TokenList(const CModelDbOptions& options) {
     const CResult<std::vector<CTokenRecord>> tokens = store.Value().Tokens();
     if (!tokens) return Complain(tokens.Error(), kStoreFails);
     std::string text;
-    for (const CTokenRecord& token : tokens.Value()) text += Shown(token.name) + "  " + RightsOf(token.rights) + "\n";
+    for (const CTokenRecord& token : tokens.Value())
+        text += Shown(token.name) + "  " + RightsOf(token.rights) + "\n";
     return Print(options.json ? JsonOf(tokens.Value()) : text) ? kDone : kCannotWrite;
 }
 

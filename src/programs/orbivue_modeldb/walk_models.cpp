@@ -8,7 +8,9 @@ namespace {
 
 CStatus WalkKeys(const std::vector<std::string>& texts, const std::function<CStatus(std::uint32_t)>& body) {
     for (const std::string& text : texts)
-        if (!model_key::FromText(text)) return CError{EErrorCode::BadArgument, lng::Mark("no key: it needs eight hexadecimal digits"), text};
+        if (!model_key::FromText(text))
+            return CError{EErrorCode::BadArgument, lng::Mark("no key: it needs eight hexadecimal digits"),
+                          text};
     for (const std::string& text : texts) {
         const CStatus done = body(*model_key::FromText(text));
         if (!done && done.Error().where.empty()) return CError{done.Error().code, done.Error().message, text};
@@ -19,7 +21,8 @@ CStatus WalkKeys(const std::vector<std::string>& texts, const std::function<CSta
 
 }  // namespace
 
-CStatus WalkGroup(CModelStore& store, std::int64_t groupId, const std::function<CStatus(const CModelSummary&)>& body) {
+CStatus WalkGroup(CModelStore& store, std::int64_t groupId,
+                  const std::function<CStatus(const CModelSummary&)>& body) {
     constexpr std::size_t kPage = 1000;
     std::optional<CPagePlace> place;
     for (;;) {
@@ -46,7 +49,8 @@ CStatus WalkModels(CModelStore& store, const CModelDbOptions& options,
         groups.push_back(std::move(group).Value());
     }
     for (const CGroupRecord& group : groups) {
-        CStatus walked = WalkGroup(store, group.id, [&](const CModelSummary& model) { return body(model.key); });
+        CStatus walked =
+            WalkGroup(store, group.id, [&](const CModelSummary& model) { return body(model.key); });
         if (!walked) return walked;
     }
     return CDone{};
