@@ -43,9 +43,12 @@ TEST_P(StoreFaultsTest, AStoreThatIsNotThereIsMadeOnlyWhereThatIsAskedFor) {
 
 TEST_P(StoreFaultsTest, ANewerStoreIsLeftAlone) {
     (void)place.Open();
-    Script(place, GetParam(), GetParam().isPostgres ? "UPDATE orbivue.store_version SET version = 99" : "PRAGMA user_version=99");
+    Script(
+        place, GetParam(),
+        GetParam().isPostgres ? "UPDATE orbivue.store_version SET version = 99" : "PRAGMA user_version=99");
     for (const EStoreUse use : {EStoreUse::Read, EStoreUse::Write, EStoreUse::Create})
-        EXPECT_EQ(OpenError(place.Address(), use), "the model store was written by a newer version of the program");
+        EXPECT_EQ(OpenError(place.Address(), use),
+                  "the model store was written by a newer version of the program");
 }
 
 /** The first form of the tables as it is out there, with a model, whatever the program's own text says by now. */
@@ -60,7 +63,8 @@ TEST_P(StoreFaultsTest, AStoreOfVersion1BecomesOneOfToday) {
         std::filesystem::remove(place.Address().text);
         Script(place, GetParam(), sql);
     }
-    EXPECT_EQ(OpenError(place.Address(), EStoreUse::Read).substr(0, 49), "the model store was written by an older version o");
+    EXPECT_EQ(OpenError(place.Address(), EStoreUse::Read).substr(0, 49),
+              "the model store was written by an older version o");
     std::vector<std::jthread> openers;
     for (int i = 0; i < 4; ++i)
         openers.emplace_back([&] { EXPECT_EQ(OpenError(place.Address(), EStoreUse::Write), ""); });
@@ -89,7 +93,8 @@ TEST_P(StoreFaultsTest, AFullCheckFindsChangedMissingAndUnownedBytes) {
         {"UPDATE {}blob_parts SET data = CAST('abd' AS {bytes})", "are damaged"},
         {"DELETE FROM {}blob_parts", "should be 3 long and are 0"},
         {"UPDATE {}model_groups SET model_count = 7", "counts 7 models and has 1"},
-        {"INSERT INTO {}blobs(sha256, size, stored, codec, touched) VALUES(CAST('12345678901234567890123456789012' AS {bytes}), 0, 0, 0, 0)",
+        {"INSERT INTO {}blobs(sha256, size, stored, codec, touched) "
+         "VALUES(CAST('12345678901234567890123456789012' AS {bytes}), 0, 0, 0, 0)",
          "belong to nothing"},
     };
     for (const CDamage& damage : kDamages) {
@@ -97,8 +102,9 @@ TEST_P(StoreFaultsTest, AFullCheckFindsChangedMissingAndUnownedBytes) {
         CModelStore store = other.Open();
         (void)store.AddModel(ModelOf("g", "n", "abc"));
         std::string sql = damage.sql;
-        for (const auto& [word, text] : {std::pair<std::string, std::string>{"{}", GetParam().isPostgres ? "orbivue." : ""},
-                                         {"{bytes}", GetParam().isPostgres ? "BYTEA" : "BLOB"}})
+        for (const auto& [word, text] :
+             {std::pair<std::string, std::string>{"{}", GetParam().isPostgres ? "orbivue." : ""},
+              {"{bytes}", GetParam().isPostgres ? "BYTEA" : "BLOB"}})
             if (const std::size_t at = sql.find(word); at != sql.npos) sql.replace(at, word.size(), text);
         Script(other, GetParam(), sql);
         const CCheckReport report = store.Check(CModelStore::ECheck::Full).Value();
@@ -134,7 +140,9 @@ INSTANTIATE_TEST_SUITE_P(, StoreConnectionTest, testing::ValuesIn(Engines(true))
 
 TEST_P(StoreConnectionTest, IsMadeAnewWhenItIsLost) {
     CModelStore store = place.Open();
-    const auto cut = [&] { place.Server("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE pid <> pg_backend_pid()"); };
+    const auto cut = [&] {
+        place.Server("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE pid <> pg_backend_pid()");
+    };
     cut();
     EXPECT_TRUE(store.Groups());
     cut();
@@ -159,8 +167,12 @@ INSTANTIATE_TEST_SUITE_P(
     , StoreFileTest,
     testing::Values(CFileRow{"Text", "This is my diary.", "the file is no model store"},
                     CFileRow{"Empty", "", "there is no model store"},
-                    CFileRow{"OtherDatabase", std::string("SQLite format 3\0", 16) + std::string(84, '\0'), "the file is no model store"},
-                    CFileRow{"MarkAlone", std::string("SQLite format 3\0", 16) + std::string(52, '\0') + "OrbM" + std::string(9000, 'x'), ""}),
+                    CFileRow{"OtherDatabase", std::string("SQLite format 3\0", 16) + std::string(84, '\0'),
+                             "the file is no model store"},
+                    CFileRow{"MarkAlone",
+                             std::string("SQLite format 3\0", 16) + std::string(52, '\0') + "OrbM" +
+                                 std::string(9000, 'x'),
+                             ""}),
     kRowName);
 
 TEST_P(StoreFileTest, WhatIsNoStoreStaysAsItIs) {
@@ -188,7 +200,9 @@ TEST(SqliteFaultsTest, AFullDiskEndsNoMoreThanTheCall) {
         const auto blob = raw->Run("INSERT INTO blobs(size, stored, codec, touched) VALUES(0, 0, 0, 0)", {});
         if (!blob) return blob.Error();
         for (std::int64_t pos = 0;; ++pos) {
-            const auto done = raw->Run("INSERT INTO blob_parts(blob, pos, data) SELECT max(id), $1, $2 FROM blobs", {pos, BytesOf(large)});
+            const auto done =
+                raw->Run("INSERT INTO blob_parts(blob, pos, data) SELECT max(id), $1, $2 FROM blobs",
+                         {pos, BytesOf(large)});
             if (!done) return done.Error();
         }
     });

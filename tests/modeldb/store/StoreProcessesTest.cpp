@@ -34,7 +34,8 @@ bool EndedWell(pid_t pid) {
 CNewModel Made(CModelStore& store, std::uint64_t series, std::uint64_t n) {
     const std::string text = std::to_string(series) + "/" + std::to_string(n);
     CNewModel model = ModelOf("group " + std::to_string(n % 3), text, text);
-    if (n % 3 == 0) model.textures.push_back({"shared.png", BlobOf(&store, "picture " + std::to_string(n % 5))});
+    if (n % 3 == 0)
+        model.textures.push_back({"shared.png", BlobOf(&store, "picture " + std::to_string(n % 5))});
     if (n % 11 == 10) model.file = BlobOf(&store, text + NoiseOf(CBlobWriter::kHeldBytes + 70'000, n));
     return model;
 }
@@ -44,7 +45,8 @@ bool AddForEver(const CStoreAddress& address, std::uint64_t series, int acknowle
     CResult<CModelStore> store = CModelStore::Open(address, EStoreUse::Write);
     for (std::uint64_t n = 0; store; ++n) {
         std::vector<CNewModel> batch;
-        for (std::uint64_t i = 0; i < (n % 4 == 0 ? 5 : 1); ++i) batch.push_back(Made(store.Value(), series, n * 8 + i));
+        for (std::uint64_t i = 0; i < (n % 4 == 0 ? 5 : 1); ++i)
+            batch.push_back(Made(store.Value(), series, n * 8 + i));
         const auto results = store.Value().AddModels(batch);
         if (!results) return false;
         for (const auto& result : results.Value()) {
@@ -81,14 +83,17 @@ TEST_P(StoreProcessesTest, KillingAWriterLosesNoAcknowledgedModelAndLeavesNoHalf
         }
         int ends[2] = {};
         ASSERT_EQ(::pipe(ends), 0);
-        const pid_t writer = Start([&] { return AddForEver(place->Address(), static_cast<std::uint64_t>(i), ends[1]); });
+        const pid_t writer =
+            Start([&] { return AddForEver(place->Address(), static_cast<std::uint64_t>(i), ends[1]); });
         ::close(ends[1]);
-        std::this_thread::sleep_for(std::chrono::milliseconds(std::uniform_int_distribution<>(10, 250)(random)));
+        std::this_thread::sleep_for(
+            std::chrono::milliseconds(std::uniform_int_distribution<>(10, 250)(random)));
         ASSERT_EQ(::kill(writer, SIGKILL), 0);
         int status = 0;
         ASSERT_EQ(::waitpid(writer, &status, 0), writer);
         EXPECT_TRUE(WIFSIGNALED(status)) << "it ended by itself";
-        for (std::uint32_t key = 0; ::read(ends[0], &key, sizeof(key)) == sizeof(key); ++acknowledgedAtAll) acknowledged.insert(key);
+        for (std::uint32_t key = 0; ::read(ends[0], &key, sizeof(key)) == sizeof(key); ++acknowledgedAtAll)
+            acknowledged.insert(key);
         ::close(ends[0]);
         CModelStore store = place->Open(EStoreUse::Write);
         ASSERT_EQ(LostOf(store, acknowledged), 0u) << "of " << acknowledged.size() << " at kill " << i;
@@ -102,13 +107,15 @@ TEST_P(StoreProcessesTest, SeveralWritersAtOnceAddAllThatTheyHave) {
     constexpr std::uint64_t kModels = 60, kShared = 20, kWriters = 3;
     const CTestPlace place(GetParam());
     const auto write = [&](std::uint64_t series) {
-        CResult<CModelStore> store = CModelStore::Open(place.Address(), EStoreUse::Create);  // all make it at once
+        CResult<CModelStore> store =
+            CModelStore::Open(place.Address(), EStoreUse::Create);  // all make it at once
         for (std::uint64_t n = 0; store && n < kModels; ++n)
             if (!store.Value().AddModel(Made(store.Value(), n < kShared ? 99 : series, n))) return false;
         return store.HasValue();
     };
     std::vector<pid_t> writers;
-    for (std::uint64_t series = 0; series < kWriters; ++series) writers.push_back(Start([&] { return write(series); }));
+    for (std::uint64_t series = 0; series < kWriters; ++series)
+        writers.push_back(Start([&] { return write(series); }));
     for (const pid_t writer : writers) EXPECT_TRUE(EndedWell(writer));
     CModelStore store = place.Open(EStoreUse::Read);
     const CCheckReport report = store.Check(CModelStore::ECheck::Full).Value();
