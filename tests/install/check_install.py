@@ -52,7 +52,7 @@ def check_programs(prefix, scratch):
         stats = json.loads(run(render, "--confined", "--stats", script, cwd=scratch))
         require(stats["triangles"] > 0 and stats["notes"] == [], f"{script.name}: {stats['notes']}")
     require((prefix / "share/orbivue/samples/tour.orv").is_file(), "the tour of the samples is not installed")
-    for path in ("share/man/man1/orbivue-render.1", "share/man/man1/Orbivue.1", "share/orbivue/languages/de/viewer.mo", "share/doc/orbivue/NOTICE", "share/doc/orbivue/LICENSE"):
+    for path in ("bin/orbivue-modeldb", "share/man/man1/orbivue-modeldb.1", "share/man/man1/orbivue-render.1", "share/man/man1/Orbivue.1", "share/orbivue/languages/de/viewer.mo", "share/doc/orbivue/NOTICE", "share/doc/orbivue/LICENSE"):
         require((prefix / path).is_file(), f"{path} is not installed")
     for path in prefix.rglob("*"):
         require("seeds" not in path.parts and path.name not in ("make_samples", "make_large"), f"{path} should not be installed")

@@ -20,9 +20,9 @@ std::string OutcomeOf(const std::vector<std::string>& arguments) {
     const CResult<CModelDbOptions> parsed = ParseModelDbOptions(arguments);
     if (!parsed) return parsed.Error().message;
     const CModelDbOptions& o = parsed.Value();
-    std::string text = std::to_string(static_cast<int>(o.command)) + " [" + o.store + "|" + o.group + "|" + o.into + "|" +
-                       o.search + "|" + std::to_string(o.rights) + "]" + (o.json ? "j" : "") + (o.full ? "f" : "") +
-                       (o.verbose ? "v" : "");
+    std::string text = std::to_string(static_cast<int>(o.command)) + " [" + o.store + "|" + o.group + "|" +
+                       o.into + "|" + o.search + "|" + std::to_string(o.rights) + "]" + (o.json ? "j" : "") +
+                       (o.full ? "f" : "") + (o.verbose ? "v" : "");
     for (const std::string& argument : o.arguments) text += " " + argument;
     return text;
 }
@@ -47,7 +47,9 @@ const CLineCase kCases[] = {
     {"TooMuch", {"backup", "f", "g"}, "backup is given too much"},
     {"UnknownOption", {"list", "--jsn"}, "option '--jsn' is unknown or takes no value"},
     {"NoValue", {"list", "--group"}, "--group needs a value"},
-    {"Rights", {"token", "create", "a", "--rights", "read,all"}, "--rights needs a list of read, upload and remove"},
+    {"Rights",
+     {"token", "create", "a", "--rights", "read,all"},
+     "--rights needs a list of read, upload and remove"},
     {"ListOfTwoThings", {"list", "k", "--search", "x"}, "list takes keys or a group or a search"},
     {"Import", {"import", "a", "--group", "g", "b", "--store=s", "--verbose"}, "2 [s|g|||0]v a b"},
     {"Export", {"export", "--into", "d", "12345678"}, "3 [||d||0] 12345678"},
