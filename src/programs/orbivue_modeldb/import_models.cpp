@@ -9,8 +9,8 @@
 
 namespace {
 
-/** What is read at once and added in one transaction. */
-constexpr std::size_t kBatchModels = 200;
+/** What is read at once, and what of it is added in one transaction. */
+constexpr std::size_t kModelsAtOnce = 16, kBatchModels = 200;
 constexpr std::uint64_t kBatchBytes = 64ULL << 20;
 
 struct CTally {
@@ -24,10 +24,12 @@ class CImport {
     CStatus Add(std::span<const CModelSource> sources) {
         while (!sources.empty()) {
             std::size_t count = 0;
-            for (std::uint64_t bytes = 0; count < std::min(kBatchModels, sources.size()); ++count)
+            for (std::uint64_t bytes = 0; count < std::min(kModelsAtOnce, sources.size()); ++count)
                 if ((bytes += sources[count].bytes) > kBatchBytes && count > 0) break;
-            if (CStatus added = AddBatch(sources.first(count)); !added) return added;
+            Read(sources.first(count));
             sources = sources.subspan(count);
+            if (m_models.size() < kBatchModels && m_heldBytes < kBatchBytes && !sources.empty()) continue;
+            if (CStatus added = AddBatch(); !added) return added;
         }
         return CDone{};
     }
@@ -35,7 +37,7 @@ class CImport {
     CTally tally;
 
   private:
-    CStatus AddBatch(std::span<const CModelSource> sources) {
+    void Read(std::span<const CModelSource> sources) {
         std::vector<std::optional<CResult<CNewModel>>> read(sources.size());
         // A single large file goes into the store while it is read, which only this thread can do.
         if (sources.size() == 1)
@@ -44,19 +46,25 @@ class CImport {
             ParallelFor(sources.size(), 0, [&](std::size_t i) {
                 read[i] = ReadModel(sources[i].path, m_options.group, nullptr);
             });
-        std::vector<CNewModel> models;
-        std::vector<std::string> paths;
         for (std::size_t i = 0; i < sources.size(); ++i) {
-            if (*read[i]) {
-                models.push_back(std::move(*read[i]).Value());
-                paths.push_back(sources[i].path);
-            } else {
+            if (!*read[i]) {
                 LeaveOut(read[i]->Error());
+                continue;
             }
+            CNewModel& model = m_models.emplace_back(std::move(*read[i]).Value());
+            m_paths.push_back(sources[i].path);
+            m_heldBytes += model.file.facts.stored;
+            for (const CNewTexture& texture : model.textures) m_heldBytes += texture.blob.facts.stored;
         }
-        const auto results = m_store.AddModels(models);
+    }
+
+    CStatus AddBatch() {
+        const auto results = m_store.AddModels(m_models);
         if (!results) return results.Error();
-        for (std::size_t i = 0; i < paths.size(); ++i) Note(paths[i], results.Value()[i]);
+        for (std::size_t i = 0; i < m_paths.size(); ++i) Note(m_paths[i], results.Value()[i]);
+        m_models.clear();
+        m_paths.clear();
+        m_heldBytes = 0;
         return CDone{};
     }
 
@@ -76,6 +84,9 @@ class CImport {
 
     CModelStore& m_store;
     const CModelDbOptions& m_options;
+    std::vector<CNewModel> m_models;  ///< read, and not yet added
+    std::vector<std::string> m_paths;
+    std::uint64_t m_heldBytes = 0;
 };
 
 }  // namespace
