@@ -170,7 +170,7 @@ bool C3dsDisplayWrap::InitDrawings(int renderMode, int x, int y) {
     if (renderMode == GL_SELECT) {
         RestrictTo(static_cast<float>(x) + 0.5f, static_cast<float>(height - y) - 0.5f, width, height);
     } else {
-        m_state->backdrop.Draw(gl, m_state->seen.backgroundImage);
+        m_state->DrawBackground(gl);
     }
     const CSeenView& seen = m_state->seen;
     m_state->depthRange = seen.DepthRange(m_state->prepared.boundingSphere,

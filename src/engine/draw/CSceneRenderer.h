@@ -45,10 +45,13 @@ class CSceneRenderer {
     void Clear(CGlCurrent& gl);
 
     /** Draws the opaque parts, then the transparent parts from back to front. scene must be the
-     * one uploaded. pace: whether, in software, only what fits into a frame's time is drawn. False when the picture is
-     * not the full one, or not whole. */
+     * one uploaded. pace: whether, in software, only what fits into a frame's time is drawn, or what was kept of the picture
+     * before is used. False when the picture is not the full one, or not whole. */
     bool Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
               const CDrawPace& pace = {});
+    /** To be called when what lies behind the scene, the background, has changed: nothing of the picture before is used then.
+     * All else the renderer sees itself. */
+    void ForgetKept();
     /** How the full picture is to be drawn so that it ends in time: 0 as it is, else see CPixelWork::ReductionFor. Always 0
      * on hardware. The viewport is the picture's. What it plans serves the next Draw of the same view, so the scene must not
      * change between the two. */

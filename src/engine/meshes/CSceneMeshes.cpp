@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "engine/draw/CSceneMeshes.h"
+#include "engine/meshes/CSceneMeshes.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-#include "engine/draw/CSortedBatches.h"
+#include "engine/meshes/CSortedBatches.h"
 #include "engine/plan/CFrameBudget.h"
 #include "model/prepare/material_kinds.h"
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "engine/draw/CShape.h"
+#include "engine/meshes/CShape.h"
 #include "engine/plan/CMeshSample.h"
 
 /** The meshes of a scene on the GPU, with the levels that were made of them. */

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "engine/draw/CMeshBuffers.h"
+#include "engine/meshes/CMeshBuffers.h"
 
 #include <algorithm>
 
