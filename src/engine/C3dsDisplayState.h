@@ -38,7 +38,7 @@ struct C3dsDisplayWrap::CState {
     double readMs = 0, prepareMs = 0;
     CError lastError;
 
-    CSceneRenderer renderer;
+    CSceneRenderer renderer{true};
     CBackdrop backdrop;
     EGpu gpu = EGpu::Nothing;
     CDrawOptions options;
@@ -60,7 +60,7 @@ struct C3dsDisplayWrap::CState {
     void Evaluate();
     void FollowFileCamera();
     void SyncGpu(CGlCurrent& gl);
-    /** For programs that only draw: frees what was uploaded and that no drawing needs again. */
+    /** For programs that only draw: frees what was copied for drawing and that no drawing needs again. */
     void DropWhatWasUploaded();
     /** How a drawing keeps to time now. */
     [[nodiscard]] CDrawPace Pace() const;

@@ -134,6 +134,8 @@ void C3dsDisplayWrap::CState::SyncGpu(CGlCurrent& gl) {
 
 void C3dsDisplayWrap::CState::DropWhatWasUploaded() {
     if (!viewingOnly || !std::exchange(keepsArrays, false)) return;
+    for (CPreparedTexture& texture : prepared.textures) Release(texture.image.rgba);
+    if (renderer.ReadsArrays()) return;
     for (CPreparedMesh& mesh : prepared.meshes) {
         const auto blends = [this](const CPreparedBatch& batch) {
             return prepared.materials[batch.material].needsBlending;
@@ -145,7 +147,6 @@ void C3dsDisplayWrap::CState::DropWhatWasUploaded() {
         Release(mesh.indices16);
         Release(mesh.indices32);
     }
-    for (CPreparedTexture& texture : prepared.textures) Release(texture.image.rgba);
 }
 
 bool C3dsDisplayWrap::InitDrawings(int renderMode, int x, int y) {

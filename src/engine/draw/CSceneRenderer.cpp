@@ -111,7 +111,9 @@ void CSceneRenderer::CState::LearnFrom(const CFramePlan& plan, double drawn, dou
     runsLate = plan.moving && (ended || runsLate);
 }
 
-CSceneRenderer::CSceneRenderer() : m_state(std::make_unique<CState>()) {}
+CSceneRenderer::CSceneRenderer(bool arraysStay) : m_state(std::make_unique<CState>()) {
+    m_state->arraysStay = arraysStay;
+}
 CSceneRenderer::~CSceneRenderer() = default;
 
 void CSceneRenderer::Upload(CGlCurrent& gl, const CPreparedScene& scene) {
@@ -124,12 +126,16 @@ void CSceneRenderer::Refresh(CGlCurrent& gl, const CPreparedScene& scene) {
     m_state->Learn(gl);
     const CBindingGuard guard(gl);
     m_state->planned.reset();
-    if (m_state->meshes.Update(gl, scene)) {
+    if (m_state->meshes.Update(gl, scene, ReadsArrays() ? EArrays::InPlace : EArrays::Copied)) {
         m_state->sorted.Clear();
         m_state->levels.MeshesChanged();
     }
     m_state->equal.Update(scene);
     m_state->textures.Update(gl, *m_state->can, scene);
+}
+
+bool CSceneRenderer::ReadsArrays() const {
+    return m_state->arraysStay && m_state->can && m_state->can->memoryInPlace;
 }
 
 void CSceneRenderer::Clear(CGlCurrent&) {

@@ -29,7 +29,9 @@ struct CDrawOptions {
  * scene is drawn with the caller's polygon mode (wire frame). All GL state is restored. */
 class CSceneRenderer {
   public:
-    CSceneRenderer();
+    /** arraysStay: from Upload until the next Upload or Clear the arrays of meshes stay where they are; where something was
+     * changed, Refresh is called before the next drawing. A software renderer then reads them there, without a copy. */
+    explicit CSceneRenderer(bool arraysStay = false);
     ~CSceneRenderer();
     CSceneRenderer(const CSceneRenderer&) = delete;
     CSceneRenderer& operator=(const CSceneRenderer&) = delete;
@@ -40,6 +42,8 @@ class CSceneRenderer {
      * address are not uploaded again. Those whose data in memory was freed after the upload keep their
      * buffers and textures. */
     void Refresh(CGlCurrent& gl, const CPreparedScene& scene);
+    /** True where what was uploaded is still read from the meshes' arrays: these must not be freed. */
+    [[nodiscard]] bool ReadsArrays() const;
     /** Deletes the scene's buffers and textures. Keeps the shader programs for the next scene in the
      * same context. */
     void Clear(CGlCurrent& gl);

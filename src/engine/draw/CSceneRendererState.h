@@ -43,6 +43,7 @@ struct CDrawing {
 struct CSceneRenderer::CState {
     std::optional<CGlCapabilities> can;
     bool shadersWork = false;
+    bool arraysStay = false;  ///< see the constructor
     CShaderPipeline shaders;
     CFixedPipeline fixed;
     CTextureSet textures;
