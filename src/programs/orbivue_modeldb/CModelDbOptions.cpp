@@ -157,35 +157,37 @@ struct CParsing {
     bool wantsHelp = false, wantsVersion = false;
 };
 
+/** Takes in what getopt_long has found; word is what it stood in. */
+COutcome TakeOption(CParsing& parsing, int got, const std::string& word) {
+    if (got == ':') return word + " needs a value";
+    if (got == '?') return "option '" + word + "' is unknown or takes no value";
+    if (got == kVersionOption) {
+        parsing.wantsVersion = true;
+        return {};
+    }
+    const COptionEntry& entry =
+        got == 'h' ? kOptions.back() : kOptions[static_cast<std::size_t>(got - kFirstOption)];
+    if (!entry.set) {
+        parsing.wantsHelp = true;
+        return {};
+    }
+    parsing.used += entry.letter;
+    const COutcome wrong = entry.set(parsing.options, optarg == nullptr ? "" : optarg);
+    return wrong ? COutcome("--" + std::string(entry.name) + " " + *wrong) : wrong;
+}
+
 CResult<CParsing> ParseWords(std::vector<std::string>& words) {
     std::vector<char*> argv;
     for (std::string& word : words) argv.push_back(word.data());
     argv.push_back(nullptr);
     static const auto kLong = LongOptions();
+    const int count = static_cast<int>(words.size());
     CParsing parsing;
     opterr = 0;  // no messages of its own
     optind = 0;  // restarts getopt
-    for (int got = 0; (got = getopt_long(static_cast<int>(words.size()), argv.data(), ":h", kLong.data(),
-                                         nullptr)) != -1;) {
-        if (got == ':')
-            return Wrong(std::string(argv[static_cast<std::size_t>(optind - 1)]) + " needs a value");
-        if (got == '?')
-            return Wrong("option '" + std::string(argv[static_cast<std::size_t>(optind - 1)]) +
-                         "' is unknown or takes no value");
-        if (got == kVersionOption) {
-            parsing.wantsVersion = true;
-            continue;
-        }
-        const COptionEntry& entry =
-            got == 'h' ? kOptions.back() : kOptions[static_cast<std::size_t>(got - kFirstOption)];
-        if (!entry.set) {
-            parsing.wantsHelp = true;
-            continue;
-        }
-        parsing.used += entry.letter;
-        if (const COutcome wrong = entry.set(parsing.options, optarg == nullptr ? "" : optarg))
-            return Wrong("--" + std::string(entry.name) + " " + *wrong);
-    }
+    for (int got = 0; (got = getopt_long(count, argv.data(), ":h", kLong.data(), nullptr)) != -1;)
+        if (const COutcome wrong = TakeOption(parsing, got, argv[static_cast<std::size_t>(optind - 1)]))
+            return Wrong(*wrong);
     for (std::size_t i = static_cast<std::size_t>(optind); i < words.size(); ++i)
         parsing.options.arguments.emplace_back(argv[i]);
     return parsing;

@@ -11,35 +11,36 @@
 
 namespace {
 
+int Help(const CModelDbOptions&) {
+    return Print(ModelDbHelp()) ? kDone : kCannotWrite;
+}
+int Version(const CModelDbOptions&) {
+    return Print("orbivue-modeldb " ORBIVUE_VERSION "\n") ? kDone : kCannotWrite;
+}
+
+struct CRunner {
+    EModelDbCommand command;
+    int (*run)(const CModelDbOptions&);
+};
+constexpr CRunner kRunners[] = {
+    {EModelDbCommand::Help, Help},
+    {EModelDbCommand::Version, Version},
+    {EModelDbCommand::Import, model_commands::Import},
+    {EModelDbCommand::Export, model_commands::Export},
+    {EModelDbCommand::Remove, model_commands::Remove},
+    {EModelDbCommand::List, model_commands::List},
+    {EModelDbCommand::Check, model_commands::Check},
+    {EModelDbCommand::Backup, model_commands::Backup},
+    {EModelDbCommand::Restore, model_commands::Restore},
+    {EModelDbCommand::Upgrade, model_commands::Upgrade},
+    {EModelDbCommand::TokenCreate, model_commands::TokenCreate},
+    {EModelDbCommand::TokenList, model_commands::TokenList},
+    {EModelDbCommand::TokenRevoke, model_commands::TokenRevoke},
+};
+
 int Run(const CModelDbOptions& options) {
-    switch (options.command) {
-        case EModelDbCommand::Help:
-            return Print(ModelDbHelp()) ? kDone : kCannotWrite;
-        case EModelDbCommand::Version:
-            return Print("orbivue-modeldb " ORBIVUE_VERSION "\n") ? kDone : kCannotWrite;
-        case EModelDbCommand::Import:
-            return model_commands::Import(options);
-        case EModelDbCommand::Export:
-            return model_commands::Export(options);
-        case EModelDbCommand::Remove:
-            return model_commands::Remove(options);
-        case EModelDbCommand::List:
-            return model_commands::List(options);
-        case EModelDbCommand::Check:
-            return model_commands::Check(options);
-        case EModelDbCommand::Backup:
-            return model_commands::Backup(options);
-        case EModelDbCommand::Restore:
-            return model_commands::Restore(options);
-        case EModelDbCommand::Upgrade:
-            return model_commands::Upgrade(options);
-        case EModelDbCommand::TokenCreate:
-            return model_commands::TokenCreate(options);
-        case EModelDbCommand::TokenList:
-            return model_commands::TokenList(options);
-        case EModelDbCommand::TokenRevoke:
-            return model_commands::TokenRevoke(options);
-    }
+    for (const CRunner& runner : kRunners)
+        if (runner.command == options.command) return runner.run(options);
     return kUsage;
 }
 
