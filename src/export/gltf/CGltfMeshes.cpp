@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 #include <optional>
+#include <set>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -170,7 +171,18 @@ void CGltfMeshes::Append(const CMade& made) {
     m_written.push_back(std::move(written));
 }
 
+/** In the scene's order, by which readers of ours tell what is drawn first of surfaces in one place. */
+void CGltfMeshes::NumberMaterials() {
+    std::set<std::pair<std::uint32_t, bool>> used;
+    for (std::size_t m = 0; m < m_parts.size(); ++m) {
+        for (const std::uint32_t material : m_parts[m].materials)
+            used.emplace(material, At(m).texCoords >= 0);
+    }
+    for (const auto& [material, hasTexCoords] : used) (void)m_materials.Use(material, hasTexCoords);
+}
+
 void CGltfMeshes::NumberMeshes() {
+    NumberMaterials();
     m_numbers.assign(m_parts.size(), -1);
     for (std::size_t m = 0; m < m_parts.size(); ++m) {
         if (m_parts[m].ranges.empty()) continue;
