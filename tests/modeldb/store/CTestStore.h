@@ -3,11 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unistd.h>
 #include <vector>
 
 #include "files/CTestFolder.h"
@@ -57,7 +57,8 @@ class CTestPlace {
     }
     /** Has the server do something that no store does. */
     void Server(const std::string& sql) const {
-        auto server = CPostgresDatabase::Open(CStoreAddress::Parse(m_server + "postgres"), CDatabase::EAccess::Write);
+        auto server =
+            CPostgresDatabase::Open(CStoreAddress::Parse(m_server + "postgres"), CDatabase::EAccess::Write);
         ASSERT_TRUE(server) << server.Error().Text();
         const CStatus done = server.Value()->RunScript(sql);
         ASSERT_TRUE(done) << done.Error().Text();
