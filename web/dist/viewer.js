@@ -1599,6 +1599,7 @@ void main() {
       document.body.dataset.ready = "";
       return api2;
     } catch (error) {
+      console.error(error);
       status.setAttribute("role", "alert");
       status.textContent = document.body.dataset.error = texts[error instanceof Trouble ? error.message : "broken"];
       throw error;
