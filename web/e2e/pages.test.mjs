@@ -36,7 +36,7 @@ async function assertFine(opened, folderAddress) {
   assert.deepEqual(opened.strangers(folderAddress), []);
 }
 
-const kScript = 'orbivue.ready.then((api) => { api.turn(10, 0); window.ran = api.drawn > 0; })';
+const kScript = 'orbivue.ready.then((api) => { api.turn(10, 0); window.ran = api.state().drawn > 0; })';
 // model, options, from a server
 const kPages = [
   ['knot.3ds', {}, false],
