@@ -19,7 +19,7 @@ const kGlsl = new Set(
 /** Members of our own records, which get short names in the minified bundle: none of them is a member of anything of the browser
  * that is used, and none stands in a file of src/format.ts. */
 const kOwn = `vao indexType hasUv low high sorted positions make mixWith geometry look program depth ordered opaque blended wrap
-  uniform self glossy metal lines flat maybeSolid json bin views offset stride components fits own tanX tanY base pivot shift at
+  uniform self glossy metal lines maybeSolid json bin views offset stride components fits own tanX tanY base pivot shift at
   azimuth missed sight down move wheel moved boxed centered ctrl draw depthAt gltf cameraNames show fileCamera togglePlaying say
   times step use parent world`.split(/\s+/);
 

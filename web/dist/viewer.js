@@ -452,9 +452,12 @@
   }
   var direction = (m, [x, y, z]) => [0, 1, 2].map((i) => m[i] * x + m[i + 4] * y + m[i + 8] * z);
   var point = (m, [x, y, z]) => [0, 1, 2].map((i) => m[i] * x + m[i + 4] * y + m[i + 8] * z + m[i + 12]);
-  function determinant(m) {
+  function normalMatrix(m) {
     const [a, b, c] = [0, 4, 8].map((at) => [m[at], m[at + 1], m[at + 2]]);
-    return dot(cross(a, b), c);
+    const determinant = dot(cross(a, b), c);
+    const cofactors = [...cross(b, c), ...cross(c, a), ...cross(a, b)];
+    const size = Math.hypot(...cofactors) * (determinant < 0 ? -1 : 1) || 1;
+    return [cofactors.map((x) => x / size), determinant];
   }
 
   // src/rotation.ts
@@ -831,7 +834,7 @@ void main() {
 `;
 
   // shaders/surface.vert
-  var surface_default2 = "// Coordinates are the file's axes after the turning of the model, with the eye as origin.\nuniform mat4 uModelView, uProjection;\n// -1 where the model-view matrix mirrors: that may not turn normals over.\nuniform float uMirror;\nuniform vec2 uMorph;\nlayout(location = 0) in vec3 aPosition;\nlayout(location = 1) in vec3 aNormal;\nlayout(location = 2) in vec2 aUv;\nlayout(location = 3) in vec3 aFace;\nlayout(location = 4) in vec3 aPosition1;\nlayout(location = 5) in vec3 aNormal1;\nlayout(location = 6) in vec3 aPosition2;\nlayout(location = 7) in vec3 aNormal2;\nout vec3 vPoint, vNormal;\nout vec2 vUv;\n// Of directions: the inverse transposed times the determinant is made of the cross products of columns.\nvec3 Turned(vec3 v) {\n  mat3 m = mat3(uModelView);\n  v = mat3(cross(m[1], m[2]), cross(m[2], m[0]), cross(m[0], m[1])) * v * uMirror;\n  return v * inversesqrt(max(dot(v, v), 1e-37));\n}\nvoid main() {\n  vec3 at = aPosition;\n  vec3 normal = aNormal;\n#ifdef MORPH\n  at += uMorph.x * aPosition1 + uMorph.y * aPosition2;\n  normal += uMorph.x * aNormal1 + uMorph.y * aNormal2;\n#endif\n  vec4 point = uModelView * vec4(at, 1);\n  vPoint = point.xyz;\n  vNormal = Turned(normal);\n  vUv = aUv;\n  gl_Position = uProjection * point;\n#if defined(LINES) && !defined(TWO_SIDED)\n  // Lines have no back side of their own: those of triangles that face away go out of the picture.\n  if (dot(Turned(aFace), vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);\n#endif\n}\n";
+  var surface_default2 = "// Coordinates are the file's axes after the turning of the model, with the eye as origin.\nuniform mat4 uModelView, uProjection;\nuniform mat3 uNormal;\nuniform vec2 uMorph;\nlayout(location = 0) in vec3 aPosition;\nlayout(location = 1) in vec3 aNormal;\nlayout(location = 2) in vec2 aUv;\nlayout(location = 3) in vec3 aFace;\nlayout(location = 4) in vec3 aPosition1;\nlayout(location = 5) in vec3 aNormal1;\nlayout(location = 6) in vec3 aPosition2;\nlayout(location = 7) in vec3 aNormal2;\nout vec3 vPoint, vNormal;\nout vec2 vUv;\nvoid main() {\n  vec3 at = aPosition;\n  vec3 normal = aNormal;\n#ifdef MORPH\n  at += uMorph.x * aPosition1 + uMorph.y * aPosition2;\n  normal += uMorph.x * aNormal1 + uMorph.y * aNormal2;\n#endif\n  vec4 point = uModelView * vec4(at, 1);\n  vPoint = point.xyz;\n  vNormal = uNormal * normal;\n  vUv = aUv;\n  gl_Position = uProjection * point;\n#if defined(LINES) && !defined(TWO_SIDED)\n  // Lines have no back side of their own: those of triangles that face away go out of the picture.\n  if (dot(uNormal * aFace, vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);\n#endif\n}\n";
 
   // src/geometry.ts
   var kFace = 3;
@@ -944,7 +947,7 @@ void main() {
   var cosOfHalf = (coneDeg = 0) => Math.cos(coneDeg / 2 * kDegree);
   var strongest = (lights, headlight) => lights.sort((a, b) => strength(b) - strength(a)).slice(0, kMostLights - +headlight);
   function lightUniforms(lights, nodes, headlight, toEye) {
-    const enlarged = Math.cbrt(Math.abs(determinant(toEye)));
+    const enlarged = Math.cbrt(Math.abs(normalMatrix(toEye)[1]));
     const result = lights.flatMap(({ node, target = -1, spot, color, multiplier = 1, attenuate, inner = 0, outer = 0, hotspotDeg, falloffDeg }) => {
       const at = point(toEye, originOf(nodes[node]));
       const way = spot ? normalized(sub(point(toEye, originOf(nodes[target])), at)) : kNowhere;
@@ -1100,7 +1103,8 @@ void main() {
       set(name, components, values) {
         const at = uniforms[name] ??= gl.getUniformLocation(program, name);
         if (components === 16) gl.uniformMatrix4fv(at, false, values);
-        else gl[`uniform${components}fv`](at, values);
+        else if (components === 9) gl.uniformMatrix3fv(at, false, values);
+        else gl.uniform2fv(at, values);
       }
     };
   }
@@ -1227,9 +1231,9 @@ void main() {
     const placePart = (p, { node, geometry }) => {
       const m = product(toEye, node.world);
       p.set("uModelView", 16, m);
-      const mirrored = determinant(m) < 0;
-      p.set("uMirror", 1, [mirrored ? -1 : 1]);
-      gl.frontFace(mirrored ? 2304 /* Cw */ : 2305 /* Ccw */);
+      const [normal, determinant] = normalMatrix(m);
+      p.set("uNormal", 9, normal);
+      gl.frontFace(determinant < 0 ? 2304 /* Cw */ : 2305 /* Ccw */);
       gl.bindVertexArray(geometry.vao);
       if (!geometry.targets.length) return;
       const weights = node.weights ?? [];
@@ -1599,6 +1603,7 @@ void main() {
       document.body.dataset.ready = "";
       return api2;
     } catch (error) {
+      console.error(error);
       status.setAttribute("role", "alert");
       status.textContent = document.body.dataset.error = texts[error instanceof Trouble ? error.message : "broken"];
       throw error;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-import { execFileSync } from 'node:child_process';
+import { spawnSync } from 'node:child_process';
 import { mkdtempSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
@@ -20,18 +20,23 @@ export class Folder {
   get address() {
     return pathToFileURL(this.path).href + '/';
   }
+  /** The path of a new file; a buffer where the name is one. */
   add(name, bytes) {
-    writeFileSync(this.file(name), bytes);
-    return this.file(name);
+    const path = Buffer.isBuffer(name) ? Buffer.concat([Buffer.from(this.path + '/'), name]) : this.file(name);
+    writeFileSync(path, bytes);
+    return path;
   }
-  /** Exports a page by the exporter's own program, with its options; script and name, which may be any bytes, as texts
-   * or buffers. Returns the page's address. */
+  /** Exports a page by the program that does so without a window; options as that takes them, without "--", true for those
+   * without a value; javascript as text. Returns the page's address. */
   export(input, page, options = {}) {
-    const list = Object.entries(options).map(([name, value]) => [
-      `-${name}`,
-      name === 'script' || name === 'name' ? this.add(`option${this.#files++}`, value) : String(value),
-    ]);
-    execFileSync(join(build, 'bin/orbivue-page'), [...list.flat(), input, this.file(page)], { stdio: 'pipe' });
+    const list = Object.entries(options).flatMap(([name, value]) => {
+      if (value === true) return ['--' + name];
+      return ['--' + name, name === 'javascript' ? this.add(`option${this.#files++}`, value) : String(value)];
+    });
+    // Names may be any bytes, which Node's own arguments may not.
+    const words = ['--quiet', ...list, '--', input, this.file(page)].flatMap((word) => [Buffer.from(word), Buffer.from([0])]);
+    const done = spawnSync('xargs', ['-0', join(build, 'bin/orbivue-convert')], { input: Buffer.concat(words) });
+    if (done.status !== 0) throw new Error(String(done.stderr) || `exit code ${done.status}`);
     return this.address + encodeURIComponent(page);
   }
   close() {

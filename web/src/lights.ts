@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 import type { LightExtras } from './format.ts';
-import { determinant, point, type Mat4 } from './matrix.ts';
+import { normalMatrix, point, type Mat4 } from './matrix.ts';
 import { originOf, type SceneNode } from './nodes.ts';
 import { kDegree, normalized, scaled, sub, type Vec3 } from './vector.ts';
 
@@ -18,7 +18,7 @@ export const strongest = (lights: LightExtras[], headlight: boolean): LightExtra
 /** Lights as the shader takes them: a matrix each. toEye: to the shader's space. Without lights of the file there are none: the
  * shader then lights from the eye. */
 export function lightUniforms(lights: readonly LightExtras[], nodes: readonly SceneNode[], headlight: boolean, toEye: Mat4): number[] {
-  const enlarged = Math.cbrt(Math.abs(determinant(toEye)));
+  const enlarged = Math.cbrt(Math.abs(normalMatrix(toEye)[1]));
   const result = lights.flatMap(({ node, target = -1, spot, color, multiplier = 1, attenuate, inner = 0, outer = 0, hotspotDeg, falloffDeg }) => {
     const at = point(toEye, originOf(nodes[node]));
     const way = spot ? normalized(sub(point(toEye, originOf(nodes[target])), at)) : kNowhere;

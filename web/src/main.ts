@@ -27,6 +27,7 @@ async function show(api: OrbivueApi): Promise<OrbivueApi> {
     document.body.dataset.ready = '';
     return api;
   } catch (error) {
+    console.error(error);
     status.setAttribute('role', 'alert');
     // Set after that, or it would not be read aloud.
     status.textContent = document.body.dataset.error = texts[error instanceof Trouble ? error.message : 'broken'];

@@ -34,8 +34,12 @@ export const direction = (m: Mat4, [x, y, z]: Vec3): Vec3 => [0, 1, 2].map((i) =
 export const point = (m: Mat4, [x, y, z]: Vec3): Vec3 =>
   [0, 1, 2].map((i) => m[i] * x + m[i + 4] * y + m[i + 8] * z + m[i + 12]) as unknown as Vec3;
 
-/** Of the upper left 3x3. */
-export function determinant(m: Mat4): number {
+/** A 3x3 matrix for normals, of any length, and the determinant. Mirroring does not turn normals over. */
+export function normalMatrix(m: Mat4): [number[], number] {
   const [a, b, c] = [0, 4, 8].map((at): Vec3 => [m[at], m[at + 1], m[at + 2]]);
-  return dot(cross(a, b), c);
+  const determinant = dot(cross(a, b), c);
+  // The cofactors are the inverse transposed times the determinant.
+  const cofactors = [...cross(b, c), ...cross(c, a), ...cross(a, b)];
+  const size = Math.hypot(...cofactors) * (determinant < 0 ? -1 : 1) || 1;
+  return [cofactors.map((x) => x / size), determinant];
 }

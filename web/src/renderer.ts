@@ -8,7 +8,7 @@ import { geometryMaker } from './geometry.ts';
 import { Gl, type Context } from './gl.ts';
 import { lightUniforms } from './lights.ts';
 import { lookOf, type Look } from './material.ts';
-import { determinant, kIdentity, movedTo, product, rowTimes, type Mat4 } from './matrix.ts';
+import { kIdentity, movedTo, normalMatrix, product, rowTimes, type Mat4 } from './matrix.ts';
 import { drawPart, makeParts, type Part } from './parts.ts';
 import { makeProgram, type Program } from './program.ts';
 import type { Scene } from './scene.ts';
@@ -106,9 +106,9 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
   const placePart = (p: Program, { node, geometry }: Part): void => {
     const m = product(toEye, node.world);
     p.set('uModelView', 16, m);
-    const mirrored = determinant(m) < 0;
-    p.set('uMirror', 1, [mirrored ? -1 : 1]);
-    gl.frontFace(mirrored ? Gl.Cw : Gl.Ccw);
+    const [normal, determinant] = normalMatrix(m);
+    p.set('uNormal', 9, normal);
+    gl.frontFace(determinant < 0 ? Gl.Cw : Gl.Ccw);
     gl.bindVertexArray(geometry.vao);
     if (!geometry.targets.length) return;
     // The two shapes that count most.

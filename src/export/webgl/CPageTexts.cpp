@@ -42,7 +42,7 @@ constexpr std::array kEntries = {
         "noUnpacking",
         lng::Mark("This browser is too old to unpack the scene. Any browser since 2023 can show this page.")},
     CEntry{"noScene", lng::Mark("The scene of this page cannot be read. Is a file missing beside the page?")},
-    CEntry{"broken", lng::Mark("The scene of this page is damaged (%1).")},
+    CEntry{"broken", lng::Mark("The scene of this page is damaged.")},
     CEntry{"noMemory", lng::Mark("There is too little graphics memory to show this scene.")},
     CEntry{"lost",
            lng::Mark("The graphics card has dropped the picture. It is drawn again as soon as it is back.")},

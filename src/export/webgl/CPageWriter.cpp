@@ -160,7 +160,6 @@ std::string CPageWriter::Page(const CScripts& scripts) const {
                             {"version", page_text::Html(m_format.version)},
                             {"title", page_text::Html(PageTitle(m_format))},
                             {"style", std::string(web_assets::Style())},
-                            {"toolbar", text("toolbar")},
                             {"loading", text("loading")},
                             {"noScript", text("noScript")},
                             {"settings", page_text::ScriptJson(PageSettings(m_source, m_format, m_links))},
