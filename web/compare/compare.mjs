@@ -46,7 +46,7 @@ const more = { ...(o.frame && { frame: Number(o.frame) }), ...(o.wire && { wire:
 
 async function drawn(model) {
   const [glb, html, png] = ['m.glb', 'm.html', 'm.png'].map((name) => join(folder, name));
-  execFileSync(join(bin, 'orbivue-gltf'), [...(o.compress ? ['-compress', '-2048'] : []), model, glb]);
+  execFileSync(join(bin, 'orbivue-convert'), [...(o.compress ? ['--compress', '--texture-side', '2048'] : []), model, glb], { stdio: 'pipe' });
   writeFileSync(html, await pageOf(readFileSync(glb), viewer, words, size, camera, more));
   const wanted = ['--size', o.size, '--samples', o.samples, '--camera', o.camera, ...(o.frame ? ['--frame', o.frame] : []), ...(o.wire ? ['--wire'] : [])];
   execFileSync(join(bin, 'orbivue-render'), [...wanted, model, png], { stdio: ['ignore', 'ignore', 'ignore'] });

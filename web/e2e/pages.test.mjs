@@ -129,7 +129,7 @@ test('keys alone reach everything', () =>
     await page.waitForFunction(() => document.activeElement.getAttribute('aria-pressed') === 'true');
     await page.keyboard.press('ArrowRight');
     assert.equal(await focus(), 'BUTTON:Left view');
-    for (let i = 0; i < 12 && !(await focus()).startsWith('A:'); i++) await page.keyboard.press('ArrowRight');
+    for (let i = 0; i < 2; i++) await page.keyboard.press('ArrowLeft');
     assert.equal(await focus(), 'A:Download the model');
     await page.keyboard.press('Tab');
     assert.ok(!/^(BUTTON|A):/.test(await focus()), 'the toolbar is one stop');
