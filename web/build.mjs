@@ -4,10 +4,10 @@ import { mkdir, readFile, writeFile } from 'node:fs/promises';
 import { fileURLToPath } from 'node:url';
 import { gzipSync } from 'node:zlib';
 import { build } from 'esbuild';
+import { minify as pressed } from 'terser';
 
 const here = fileURLToPath(new URL('.', import.meta.url));
-const banner =
-  "// SPDX-License-Identifier: MIT\n// The viewer of Orbivue's web pages. Contains code of meshoptimizer, (C) Arseny Kapoulkine, MIT licence.";
+const banner = "// Orbivue's viewer, MIT licence. Holds code of meshoptimizer, (C) Arseny Kapoulkine, MIT licence.";
 
 /** What stands in shaders and is not ours to rename. */
 const kGlsl = new Set(
@@ -15,6 +15,13 @@ const kGlsl = new Set(
   for return discard true false gl_Position gl_FragCoord gl_VertexID texture texelFetch dot cross normalize inversesqrt max min abs
   sqrt mix smoothstep length clamp pow reflect atan asin dFdx dFdy floatBitsToUint`.split(/\s+/),
 );
+
+/** Members of our own records, which get short names in the minified bundle: none of them is a member of anything of the browser
+ * that is used, and none stands in a file of src/format.ts. */
+const kOwn = `vao indexType hasUv low high sorted positions make mixWith geometry look program depth ordered opaque blended wrap
+  uniform self glossy metal lines flat maybeSolid json bin views offset stride components fits own tanX tanY base pivot shift at
+  azimuth missed sight down move wheel moved boxed centered ctrl draw depthAt gltf cameraNames show fileCamera togglePlaying say
+  times step use parent world`.split(/\s+/);
 
 /** Short names for those of shaders, the same in all of them, as their uniforms are named in the program, too. */
 function shortNames() {
@@ -60,10 +67,15 @@ export async function bundle(minify, entry = 'src/main.ts', options = {}) {
     legalComments: 'none',
     banner: { js: banner },
     plugins: [shaders(shortName)],
+    ...(minify && { mangleProps: new RegExp(`^(${kOwn.join('|')})$`) }),
     ...options,
   });
   let text = result.outputFiles[0].text;
-  if (minify) text = text.replace(/"(u[A-Z]\w+)"/g, (_, name) => `"${shortName(name)}"`);
+  if (minify) {
+    text = text.replace(/"(u[A-Z]\w+)"/g, (_, name) => `"${shortName(name)}"`);
+    const compress = { ecma: 2020, passes: 3, unsafe: true, unsafe_arrows: true, pure_getters: true, keep_fargs: false, inline: 0, reduce_funcs: false, sequences: false };
+    text = banner + '\n' + (await pressed(text, { ecma: 2020, compress, format: { ascii_only: true, comments: false } })).code + '\n';
+  }
   // It stands inside pages, in a script element.
   return text.replace(/<(?=\/script|!--)/gi, '<\\');
 }

@@ -1,17 +1,11 @@
-// SPDX-License-Identifier: MIT
-// The viewer of Orbivue's web pages. Contains code of meshoptimizer, (C) Arseny Kapoulkine, MIT licence.
+// Orbivue's viewer, MIT licence. Holds code of meshoptimizer, (C) Arseny Kapoulkine, MIT licence.
 "use strict";
 (() => {
   // src/texts.ts
   var Trouble = class extends Error {
-    constructor(key, detail = "") {
-      super(key + detail);
-      this.key = key;
-      this.detail = detail;
-    }
   };
-  function demand(condition, what) {
-    if (!condition) throw new Trouble("broken", what);
+  function demand(condition) {
+    if (!condition) throw Error("demand");
   }
 
   // src/scene_data.ts
@@ -20,15 +14,9 @@
   async function unpacked(bytes, most = kMostBytes) {
     if (bytes[0] !== 31 || bytes[1] !== 139) return bytes;
     if (!globalThis.DecompressionStream) throw new Trouble("noUnpacking");
-    let size = 0;
-    const limit = new TransformStream({
-      transform(part, out) {
-        size += part.length;
-        demand(size <= most, "size");
-        out.enqueue(part);
-      }
-    });
-    const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream("gzip")).pipeThrough(limit);
+    const end = bytes.length - 4;
+    demand(end > 0 && new DataView(bytes.buffer, end).getUint32(0, true) <= most);
+    const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream("gzip"));
     return new Uint8Array(await new Response(stream).arrayBuffer());
   }
   var fromScript = (address) => new Promise((resolve, reject) => {
@@ -131,8 +119,7 @@
   }
   function decodeTriangles(count, source) {
     const triangles = count / 3;
-    assert((source[0] & 240) === 224 && count % 3 === 0 && triangles + 17 <= source.length);
-    const version1 = source[0] === 225;
+    assert(source[0] === 225 && count % 3 === 0 && triangles + 17 <= source.length);
     const target = new Uint32Array(count);
     const aux = source.length - 16;
     const edges = new Uint32Array(32);
@@ -180,7 +167,7 @@
         a = edge(high * 2);
         b = edge(high * 2 + 1);
         if (low === 0) c = push(next++);
-        else if (low < (version1 ? 13 : 15)) c = vertex(low);
+        else if (low < 13) c = vertex(low);
         else if (low < 15) c = push(last += low === 13 ? -1 : 1);
         else c = push(read());
       } else {
@@ -210,24 +197,22 @@
 
   // src/gltf.ts
   var kMagic = 1179937895;
-  var kComponents = { SCALAR: 1, VEC2: 2, VEC3: 3, VEC4: 4 };
   var kArrays = [Int8Array, Uint8Array, Int16Array, Uint16Array, , Uint32Array, Float32Array];
-  var kMost = [127, 255, 32767, 65535];
   function readGltf(bytes) {
     const view2 = new DataView(bytes.buffer, bytes.byteOffset, bytes.length);
     const word = (at) => view2.getUint32(at, true);
     const chunk = (at) => {
-      demand(word(at) <= bytes.length - at - 8, "chunk");
+      demand(word(at) <= bytes.length - at - 8);
       return bytes.subarray(at + 8, at + 8 + word(at));
     };
-    demand(bytes.length > 20 && word(0) === kMagic && word(4) === 2, "glTF");
+    demand(bytes.length > 20 && word(0) === kMagic && word(4) === 2);
     const text = chunk(12);
     const next = 20 + text.length;
     const json = JSON.parse(new TextDecoder().decode(text));
     return { json, bin: next + 8 <= bytes.length ? chunk(next) : new Uint8Array(), views: [] };
   }
   function slice({ bin }, { byteOffset = 0, byteLength }) {
-    demand(byteOffset >= 0 && byteLength >= 0 && byteOffset + byteLength <= bin.length, "bufferView");
+    demand(byteOffset >= 0 && byteLength >= 0 && byteOffset + byteLength <= bin.length);
     return bin.subarray(byteOffset, byteOffset + byteLength);
   }
   function unpack(gltf, { count, byteStride, mode, filter, ...at }) {
@@ -251,19 +236,18 @@
     const { bufferView: view2, byteOffset: offset = 0, componentType: type, count, normalized: normalized2 = false, min = [], max = [] } = a;
     const json = gltf.json.bufferViews[view2];
     const unit = kArrays[type - 5120].BYTES_PER_ELEMENT;
-    const components = kComponents[a.type];
+    const components = +a.type[3] || 1;
     const stride = json.extensions?.EXT_meshopt_compression?.byteStride || json.byteStride || unit * components;
     const end = offset + (count - 1) * stride + unit * components;
-    demand(count > 0 && offset >= 0 && offset % unit + stride % unit === 0 && end <= viewBytes(gltf, view2).length, "accessor");
-    const factor = normalized2 ? 1 / kMost[type - 5120] : 1;
-    return { view: view2, offset, stride, count, components, type, normalized: normalized2, factor, min: min.map((x) => x * factor), max: max.map((x) => x * factor) };
+    demand(count > 0 && offset >= 0 && offset % unit + stride % unit === 0 && end <= viewBytes(gltf, view2).length);
+    return { view: view2, offset, stride, count, components, type, normalized: normalized2, min, max };
   }
   function numbersOf(gltf, a) {
     const from = typed(gltf, a);
     const step = a.stride / from.BYTES_PER_ELEMENT;
     const result = new Float32Array(a.count * a.components);
     for (let i = 0, to = 0; i < a.count; i++) {
-      for (let c = 0; c < a.components; c++) result[to++] = from[i * step + c] * a.factor;
+      for (let c = 0; c < a.components; c++) result[to++] = from[i * step + c];
     }
     return result;
   }
@@ -276,7 +260,7 @@
   function indicesOf(gltf, index, vertices) {
     const a = accessorOf(gltf, index);
     const result = typed(gltf, a).subarray(0, a.count);
-    demand(a.components === 1 && a.count % 3 === 0 && result.every((i) => i < vertices), "indices");
+    demand(a.components === 1 && a.count % 3 === 0 && result.every((i) => i < vertices));
     return result;
   }
 
@@ -288,7 +272,7 @@
       ({ channels, samplers }) => channels.map(({ sampler, target }) => {
         const { input, output, interpolation } = samplers[sampler];
         const [times, values] = [input, output].map((a) => numbersOf(gltf, accessorOf(gltf, a)));
-        demand(nodes[target.node] && values.length % times.length === 0, "animation");
+        demand(nodes[target.node] && values.length % times.length === 0);
         return { node: nodes[target.node], path: target.path, times, values, step: interpolation === "STEP" };
       })
     );
@@ -386,7 +370,7 @@
   function setSeen(c, { eye, target, up, fovYDeg, size, camera, preset }) {
     const aspect = size[0] / size[1];
     const sight = sub(eye, target);
-    if (preset && kPresets[camera]) setPreset(c, camera);
+    if (preset) setPreset(c, camera);
     else {
       const tanY = Math.tan(fovYDeg * kDegree / 2);
       Object.assign(c, { name: camera, target, fits: false, own: length(sight), tanX: tanY * aspect, tanY });
@@ -439,7 +423,7 @@
   function depthRange(c, nearest, farthest) {
     const far = farthest > 0 ? farthest * 1.01 : c.radius;
     const framed = Math.max(dot(sub(eyeOf(c), c.center), c.back) - c.radius, c.radius / 1e3);
-    const near = Math.max(nearest * 0.99, Math.min(far * kNearOfFar, framed));
+    const near = Math.max(Math.min(nearest * 0.99, far), Math.min(far * kNearOfFar, framed));
     return [near, Math.max(far, near * 1.001)];
   }
   function projection(c, [n, f]) {
@@ -468,18 +452,9 @@
   }
   var direction = (m, [x, y, z]) => [0, 1, 2].map((i) => m[i] * x + m[i + 4] * y + m[i + 8] * z);
   var point = (m, [x, y, z]) => [0, 1, 2].map((i) => m[i] * x + m[i + 4] * y + m[i + 8] * z + m[i + 12]);
-  function cofactors(m) {
-    const [a, b, c] = [0, 4, 8].map((at) => [m[at], m[at + 1], m[at + 2]]);
-    return [...cross(b, c), ...cross(c, a), ...cross(a, b)];
-  }
   function determinant(m) {
-    const c = cofactors(m);
-    return m[0] * c[0] + m[1] * c[1] + m[2] * c[2];
-  }
-  function normalMatrix(m) {
-    const c = cofactors(m);
-    const largest = Math.max(...c.map(Math.abs)) || 1;
-    return c.map((x) => x / largest * (determinant(m) < 0 ? -1 : 1));
+    const [a, b, c] = [0, 4, 8].map((at) => [m[at], m[at + 1], m[at + 2]]);
+    return dot(cross(a, b), c);
   }
 
   // src/rotation.ts
@@ -552,22 +527,16 @@
     const root = Math.sqrt(Math.max(0, discriminant));
     const distance = -along - root >= 0 ? -along - root : -along + root;
     const missed = discriminant <= 0 || distance < 0;
-    const flat = (v) => sub(v, scaled(sight, dot(v, sight)));
-    const plane = 1 / length(eye);
-    const outline = add(scaled(sight, plane), scaled(normalized(flat(ray)), Math.sqrt(Math.max(0, 1 - plane * plane))));
-    const at = normalized(missed ? outline : add(eye, scaled(ray, distance)));
     const [right, up] = axesOf({ back: sight, up: camera.up });
-    const aside = flat(at);
-    return { at, missed, sight, azimuth: length(aside) > 1e-6 ? Math.atan2(dot(aside, up), dot(aside, right)) : NaN };
+    return { at: normalized(add(eye, scaled(ray, distance))), missed, sight, azimuth: Math.atan2(dot(ray, up), dot(ray, right)) };
   }
   function trackball(seen, x, y) {
     let begin = grab(seen, x, y);
     let before = seen.turn;
     return (toX, toY) => {
       const now = grab(seen, toX, toY);
-      const spin = now.azimuth - begin.azimuth;
-      if (!begin.missed) seen.turn = combined(rotationBetween(begin.at, now.at), before);
-      else if (isFinite(spin)) seen.turn = combined(rotationAbout(now.sight, spin), before);
+      if (begin.missed) seen.turn = combined(rotationAbout(now.sight, now.azimuth - begin.azimuth), before);
+      else if (!now.missed) seen.turn = combined(rotationBetween(begin.at, now.at), before);
       if (now.missed === begin.missed) return;
       begin = now;
       before = seen.turn;
@@ -689,16 +658,12 @@
     canvas.oncontextmenu = (event) => {
       if (event.shiftKey || event.ctrlKey) event.preventDefault();
     };
-    canvas.addEventListener(
-      "wheel",
-      (event) => {
-        event.preventDefault();
-        const turned = event.deltaY || event.deltaX;
-        const notch = event.ctrlKey ? kPinchNotch : kNotch[event.deltaMode];
-        gestures.wheel(turned / notch, event.ctrlKey || event.altKey ? place2(event) : void 0);
-      },
-      { passive: false }
-    );
+    canvas.onwheel = (event) => {
+      event.preventDefault();
+      const turned = event.deltaY || event.deltaX;
+      const notch = event.ctrlKey ? kPinchNotch : kNotch[event.deltaMode];
+      gestures.wheel(turned / notch, event.ctrlKey || event.altKey ? place2(event) : void 0);
+    };
     canvas.onkeydown = (event) => {
       if (event.ctrlKey || event.altKey || event.metaKey) return;
       const own = keys[event.key];
@@ -707,20 +672,166 @@
     };
   }
 
-  // shaders/backdrop.frag
-  var backdrop_default = "// The picture behind the scene, which covers the view.\nprecision highp float;\nuniform highp sampler2D uPicture;\nuniform vec2 uPart;\nin vec2 vAt;\nout vec4 oColor;\nvoid main() {\n  vec2 at = vec2(vAt.x, 1. - vAt.y) - .5;\n  oColor = texture(uPicture, at * uPart + .5);\n  oColor.rgb *= oColor.a;\n}\n";
-
-  // shaders/cover.vert
-  var cover_default = "// A triangle that covers the whole target.\nout vec2 vAt;\nvoid main() {\n  vAt = vec2(gl_VertexID & 1, gl_VertexID >> 1) * 2.;\n  gl_Position = vec4(vAt * 2. - 1., 1, 1);\n}\n";
-
   // shaders/depth.frag
   var depth_default = "// How far before the eye, along the line of sight, as the four bytes of a float.\nprecision highp float;\nout vec4 oColor;\nvoid main() {\n  uint bits = floatBitsToUint(1. / gl_FragCoord.w);\n  oColor = vec4(uvec4(bits, bits >> 8, bits >> 16, bits >> 24) & 255u) / 255.;\n}\n";
 
   // shaders/surface.frag
-  var surface_default = "precision highp float;\nin vec3 vPoint, vNormal;\nin vec2 vUv;\nout vec4 oColor;\nuniform vec4 uDiffuse, uSpecular;\nuniform vec3 uAmbient, uAmbientLight;\nuniform float uSelf;\n#ifdef LIGHTS\nuniform vec4 uLightPosition[LIGHTS], uLightDirection[LIGHTS];\nuniform vec3 uLightColor[LIGHTS];\nuniform vec2 uLightRange[LIGHTS];\n#endif\n#ifdef MAPS\nuniform sampler2D uMap[8];\nuniform vec3 uMapS[8], uMapT[8];\nuniform vec4 uMapValue[8], uMapWeight[8];\nvec2 Coordinates(int i, vec2 uv) {\n  return vec2(dot(uMapS[i], vec3(uv, 1)), dot(uMapT[i], vec3(uv, 1)));\n}\n// The map's amount; 0 outside one that is not tiled.\nfloat Amount(int i, vec2 at) {\n  vec2 away = abs(at - .5);\n  return uMapValue[i].w > .5 && max(away.x, away.y) > .5 ? 0. : uMapValue[i].x;\n}\nfloat Value(int i, vec4 color) {\n  return dot(uMapWeight[i], color) * uMapValue[i].y + uMapValue[i].z;\n}\nvec3 Colour(int i, vec4 color) {\n  return color.rgb * uMapValue[i].y + uMapValue[i].z;\n}\n#endif\nvoid main() {\n  vec3 V = normalize(-vPoint);\n#ifdef FLAT\n  vec3 N = normalize(cross(dFdx(vPoint), dFdy(vPoint)));\n#else\n  // A zero normal stays zero instead of becoming undefined.\n  vec3 N = vNormal * inversesqrt(max(dot(vNormal, vNormal), 1e-30));\n#ifdef TWO_SIDED\n  // By the normal, not by the winding: neighbours of such surfaces are often wound against each other.\n  if (dot(N, V) < 0.) N = -N;\n#endif\n#endif\n  float opacity = uDiffuse.w, self = uSelf;\n  vec3 diffuse = uDiffuse.rgb, specular = uSpecular.rgb, ambient = uAmbient;\n  vec2 at;\n  vec4 texel;\n  float amount;\n#ifdef BUMP\n  {\n    at = Coordinates(6, vUv);\n    vec2 stepX = dFdx(at), stepY = dFdy(at);\n    float here = Value(6, texture(uMap[6], at));\n    float right = Value(6, texture(uMap[6], at + stepX)) - here;\n    float up = Value(6, texture(uMap[6], at + stepY)) - here;\n    vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint);\n    vec3 fromX = cross(alongY, N), fromY = cross(N, alongX);\n    float area = dot(alongX, fromX);\n    // Heights are measured in tiles of the map, so a bump looks the same whatever the model's units are.\n    float tile = sqrt(abs(area) / max(abs(stepX.x * stepY.y - stepX.y * stepY.x), 1e-20));\n    vec3 slope = (area < 0. ? -1. : 1.) * (right * fromX + up * fromY);\n    vec3 bent = abs(area) * N - .03 * Amount(6, at) * tile * slope;\n    N = bent * inversesqrt(max(dot(bent, bent), 1e-30));\n  }\n#endif\n#ifdef TEXTURE\n  at = Coordinates(0, vUv);\n  texel = texture(uMap[0], at);\n  // Colours are premultiplied where alpha counts, so that transparent pixels do not bleed into the edges.\n  texel.rgb /= max(mix(1., texel.a, uMapWeight[0].z + uMapWeight[0].w), .004);\n  amount = Amount(0, at) * mix(1., texel.a, uMapWeight[0].z);\n  diffuse = mix(diffuse, Colour(0, texel), amount);\n  ambient = mix(ambient, Colour(0, texel), amount);\n  opacity *= mix(1., texel.a, amount * uMapWeight[0].w);\n#endif\n#ifdef TEXTURE2\n  at = Coordinates(1, vUv);\n  texel = texture(uMap[1], at);\n  texel.rgb /= max(mix(1., texel.a, uMapWeight[1].z), .004);\n  amount = Amount(1, at) * mix(1., texel.a, uMapWeight[1].z);\n  diffuse = mix(diffuse, Colour(1, texel), amount);\n  ambient = mix(ambient, Colour(1, texel), amount);\n#endif\n#ifdef OPACITY\n  at = Coordinates(2, vUv);\n  opacity = mix(opacity, Value(2, texture(uMap[2], at)), Amount(2, at));\n#endif\n#ifdef SPECULAR_MAP\n  at = Coordinates(3, vUv);\n  specular = mix(specular, Colour(3, texture(uMap[3], at)) * uMapWeight[3].x, Amount(3, at));\n#endif\n#ifdef SHININESS\n  at = Coordinates(4, vUv);\n  specular *= mix(1., Value(4, texture(uMap[4], at)), Amount(4, at));\n#endif\n#ifdef TINTED\n  specular *= diffuse;\n#endif\n#ifdef SELF\n  at = Coordinates(5, vUv);\n  self = mix(self, Value(5, texture(uMap[5], at)), Amount(5, at));\n#endif\n#ifdef SOLID\n  if (opacity * 255. < 249.5) discard;\n  opacity = 1.;\n#endif\n#ifdef TRANSLUCENT\n  if (opacity * 255. >= 249.5) discard;\n#endif\n  vec3 color = self * diffuse + uAmbientLight * ambient;\n#ifdef LIGHTS\n  for (int i = 0; i < LIGHTS; ++i) {\n    vec3 L = uLightPosition[i].xyz - vPoint;\n    float distance = length(L);\n    L /= max(distance, 1e-20);\n    vec3 light = uLightColor[i];\n    light *= smoothstep(uLightPosition[i].w, uLightDirection[i].w, -dot(L, uLightDirection[i].xyz));\n    light *= clamp((uLightRange[i].y - distance) / (uLightRange[i].y - uLightRange[i].x), 0., 1.);\n    float facing = max(dot(N, L), 0.);\n    vec3 reflected = diffuse * facing;\n#ifdef SPECULAR\n    vec3 H = L + V;\n    float highlight = max(dot(N, H * inversesqrt(max(dot(H, H), 1e-20))), 1e-4);\n    if (facing > 0.) reflected += specular * pow(highlight, uSpecular.w);\n#endif\n    color += light * reflected;\n  }\n#else\n  float facing = max(dot(N, V), 0.);\n  color += diffuse * facing;\n#ifdef SPECULAR\n  color += specular * pow(max(facing, 1e-4), uSpecular.w);\n#endif\n#endif\n#ifdef REFLECTION\n  {\n    vec3 R = reflect(-V, N);\n    // The picture's rows count downwards.\n    at = vec2(atan(R.y, R.x) * .15915494 + .5, .5 - asin(clamp(R.z, -1., 1.)) * .31830989);\n    at = Coordinates(7, at);\n    color += Colour(7, texture(uMap[7], at)) * Amount(7, at);\n  }\n#endif\n  // Multiplied here, as a colour is clipped at white before the blending: highlights on glass would lose theirs.\n  oColor = vec4(color * opacity, opacity);\n}\n";
+  var surface_default = `precision highp float;
+in vec3 vPoint, vNormal;
+in vec2 vUv;
+out vec4 oColor;
+// Diffuse and opacity; specular and exponent; ambient and self-illumination; the scene's ambient light.
+uniform mat4 uLook;
+#ifdef LIGHTS
+// Position and outer cosine; direction and inner cosine; colour and inner range; outer range.
+uniform mat4 uLights[LIGHTS];
+#endif
+#ifdef MAPS
+uniform sampler2D uMap[8];
+// Rows of the coordinates' transform, each with amount and "not tiled"; weights of the channels; sign and bias.
+uniform mat4 uMaps[8];
+// Of the map that was taken last.
+mat4 map;
+vec4 texel;
+// 0 outside one that is not tiled.
+float amount;
+vec2 Coordinates(int i, vec2 uv) {
+  map = uMaps[i];
+  return (vec4(uv, 1, 0) * map).xy;
+}
+void Take(sampler2D picture, int i, vec2 uv) {
+  vec2 at = Coordinates(i, uv), away = abs(at - .5);
+  texel = texture(picture, at);
+  amount = map[1].w > .5 && max(away.x, away.y) > .5 ? 0. : map[0].w;
+}
+float Value() {
+  return dot(map[2], texel) * map[3].x + map[3].y;
+}
+vec3 Colour() {
+  return texel.rgb * map[3].x + map[3].y;
+}
+#endif
+vec3 diffuse, ambient;
+float opacity;
+#if defined(TEXTURE) || defined(TEXTURE2)
+// Lays a picture over the colours. What its alpha weighs: z lets them show, w makes transparent.
+void Lay(sampler2D picture, int i) {
+  Take(picture, i, vUv);
+  // Colours are premultiplied where alpha counts, so that transparent pixels do not bleed into the edges.
+  texel.rgb /= max(mix(1., texel.a, map[2].z + map[2].w), .004);
+  amount *= mix(1., texel.a, map[2].z);
+  diffuse = mix(diffuse, Colour(), amount);
+  ambient = mix(ambient, Colour(), amount);
+  opacity *= mix(1., texel.a, amount * map[2].w);
+}
+#endif
+void main() {
+  vec3 V = normalize(-vPoint);
+#ifdef FLAT
+  vec3 N = normalize(cross(dFdx(vPoint), dFdy(vPoint)));
+#else
+  // A zero normal stays zero instead of becoming undefined.
+  vec3 N = vNormal * inversesqrt(max(dot(vNormal, vNormal), 1e-30));
+#ifdef TWO_SIDED
+  // By the normal, not by the winding: neighbours of such surfaces are often wound against each other.
+  if (dot(N, V) < 0.) N = -N;
+#endif
+#endif
+  opacity = uLook[0].w;
+  diffuse = uLook[0].rgb;
+  ambient = uLook[2].rgb;
+  vec3 specular = uLook[1].rgb;
+  float self = uLook[2].w;
+#ifdef BUMP
+  {
+    vec2 at = Coordinates(6, vUv), stepX = dFdx(at), stepY = dFdy(at);
+    texel = texture(uMap[6], at + stepX);
+    float right = Value();
+    texel = texture(uMap[6], at + stepY);
+    float up = Value();
+    Take(uMap[6], 6, vUv);
+    float here = Value();
+    vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint), fromX = cross(alongY, N), fromY = cross(N, alongX);
+    float area = dot(alongX, fromX);
+    // Heights are measured in tiles of the map, so a bump looks the same whatever the model's units are.
+    float tile = sqrt(abs(area) / max(abs(stepX.x * stepY.y - stepX.y * stepY.x), 1e-20));
+    vec3 slope = (area < 0. ? -1. : 1.) * ((right - here) * fromX + (up - here) * fromY);
+    N = abs(area) * N - .03 * amount * tile * slope;
+    N *= inversesqrt(max(dot(N, N), 1e-30));
+  }
+#endif
+#ifdef TEXTURE
+  Lay(uMap[0], 0);
+#endif
+#ifdef TEXTURE2
+  Lay(uMap[1], 1);
+#endif
+#ifdef OPACITY
+  Take(uMap[2], 2, vUv);
+  opacity = mix(opacity, Value(), amount);
+#endif
+  // Nearly clear is clear, as pictures of lossy formats mean it.
+  if (opacity < 5.5 / 255.) opacity = 0.;
+#ifdef SPECULAR
+  Take(uMap[3], 3, vUv);
+  specular = mix(specular, Colour() * map[2].x, amount);
+#endif
+#ifdef SHININESS
+  Take(uMap[4], 4, vUv);
+  specular *= mix(1., Value(), amount);
+#endif
+#ifdef SELFILLUMINATION
+  Take(uMap[5], 5, vUv);
+  self = mix(self, Value(), amount);
+#endif
+#ifdef TINTED
+  specular *= diffuse;
+#endif
+#ifdef SOLID
+  if (opacity * 255. < 249.5) discard;
+  opacity = 1.;
+#endif
+#ifdef TRANSLUCENT
+  if (opacity * 255. >= 249.5) discard;
+#endif
+  vec3 color = self * diffuse + uLook[3].rgb * ambient;
+#ifdef LIGHTS
+  for (int i = 0; i < LIGHTS; ++i) {
+    mat4 lamp = uLights[i];
+    vec3 L = lamp[0].xyz - vPoint;
+    float distance = length(L);
+    L /= max(distance, 1e-20);
+    vec3 light = lamp[2].rgb * smoothstep(lamp[0].w, lamp[1].w, -dot(L, lamp[1].xyz));
+    light *= clamp((lamp[3].x - distance) / (lamp[3].x - lamp[2].w), 0., 1.);
+    float facing = max(dot(N, L), 0.);
+    vec3 reflected = diffuse * facing;
+#ifdef GLOSSY
+    vec3 H = L + V;
+    float highlight = max(dot(N, H * inversesqrt(max(dot(H, H), 1e-20))), 1e-4);
+    if (facing > 0.) reflected += specular * pow(highlight, uLook[1].w);
+#endif
+    color += light * reflected;
+  }
+#else
+  float facing = max(dot(N, V), 0.);
+  color += diffuse * facing;
+#ifdef GLOSSY
+  color += specular * pow(max(facing, 1e-4), uLook[1].w);
+#endif
+#endif
+#ifdef REFLECTION
+  vec3 R = reflect(-V, N);
+  // The picture's rows count downwards.
+  Take(uMap[7], 7, vec2(atan(R.y, R.x) * .15915494, -asin(clamp(R.z, -1., 1.)) * .31830989) + .5);
+  color += Colour() * amount;
+#endif
+  // Multiplied here, as a colour is clipped at white before the blending: highlights on glass would lose theirs.
+  oColor = vec4(color * opacity, opacity);
+}
+`;
 
   // shaders/surface.vert
-  var surface_default2 = "// Coordinates are the file's axes after the turning of the model, with the eye as origin.\nuniform mat4 uModelView, uProjection;\nuniform mat3 uNormal;\nuniform vec2 uMorph, uStep;\nlayout(location = 0) in vec3 aPosition;\nlayout(location = 1) in vec3 aNormal;\nlayout(location = 2) in vec2 aUv;\nlayout(location = 3) in vec3 aFace;\nlayout(location = 4) in vec3 aPosition1;\nlayout(location = 5) in vec3 aNormal1;\nlayout(location = 6) in vec3 aPosition2;\nlayout(location = 7) in vec3 aNormal2;\nout vec3 vPoint, vNormal;\nout vec2 vUv;\nvoid main() {\n  vec3 at = aPosition;\n  vec3 normal = aNormal;\n#ifdef MORPH\n  at += uMorph.x * aPosition1 + uMorph.y * aPosition2;\n  normal += uMorph.x * aNormal1 + uMorph.y * aNormal2;\n#endif\n  vec4 point = uModelView * vec4(at, 1);\n  vPoint = point.xyz;\n  vNormal = uNormal * normal;\n  vUv = aUv;\n  gl_Position = uProjection * point;\n#ifdef LINES\n  // Copies beside each other make a line wider.\n  gl_Position.xy += uStep * gl_Position.w;\n#ifndef TWO_SIDED\n  // Lines have no back side of their own: those of triangles that face away go out of the picture.\n  if (dot(uNormal * aFace, vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);\n#endif\n#endif\n}\n";
+  var surface_default2 = "// Coordinates are the file's axes after the turning of the model, with the eye as origin.\nuniform mat4 uModelView, uProjection;\n// -1 where the model-view matrix mirrors: that may not turn normals over.\nuniform float uMirror;\nuniform vec2 uMorph;\nlayout(location = 0) in vec3 aPosition;\nlayout(location = 1) in vec3 aNormal;\nlayout(location = 2) in vec2 aUv;\nlayout(location = 3) in vec3 aFace;\nlayout(location = 4) in vec3 aPosition1;\nlayout(location = 5) in vec3 aNormal1;\nlayout(location = 6) in vec3 aPosition2;\nlayout(location = 7) in vec3 aNormal2;\nout vec3 vPoint, vNormal;\nout vec2 vUv;\n// Of directions: the inverse transposed times the determinant is made of the cross products of columns.\nvec3 Turned(vec3 v) {\n  mat3 m = mat3(uModelView);\n  v = mat3(cross(m[1], m[2]), cross(m[2], m[0]), cross(m[0], m[1])) * v * uMirror;\n  return v * inversesqrt(max(dot(v, v), 1e-37));\n}\nvoid main() {\n  vec3 at = aPosition;\n  vec3 normal = aNormal;\n#ifdef MORPH\n  at += uMorph.x * aPosition1 + uMorph.y * aPosition2;\n  normal += uMorph.x * aNormal1 + uMorph.y * aNormal2;\n#endif\n  vec4 point = uModelView * vec4(at, 1);\n  vPoint = point.xyz;\n  vNormal = Turned(normal);\n  vUv = aUv;\n  gl_Position = uProjection * point;\n#if defined(LINES) && !defined(TWO_SIDED)\n  // Lines have no back side of their own: those of triangles that face away go out of the picture.\n  if (dot(Turned(aFace), vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);\n#endif\n}\n";
 
   // src/geometry.ts
   var kFace = 3;
@@ -773,7 +884,7 @@
         const attributes = [position, optional(NORMAL), optional(TEXCOORD_0)];
         const indices = indicesOf(gltf, index, position.count);
         const targets = lines ? [] : shapes.map((t) => [optional(t.POSITION), optional(t.NORMAL)]);
-        for (const a of [...attributes, ...targets.flat()]) demand(!a || a.count >= position.count, "attributes");
+        for (const a of [...attributes, ...targets.flat()]) demand(!a || a.count >= position.count);
         const vao = gl.createVertexArray();
         gl.bindVertexArray(vao);
         if (!lines) attributes.forEach((a, location2) => a && pointAt(location2, a));
@@ -805,17 +916,19 @@
   }
 
   // src/nodes.ts
-  var readNodes = (json) => json.nodes.map((n) => ({ ...n, world: kIdentity }));
-  function orderedNodes(json, all) {
-    const ordered = json.scenes[json.scene ?? 0].nodes.map((root) => Object.assign(all[root], { matrix: kIdentity }));
-    for (const node of ordered) {
-      for (const child of node.children ?? []) ordered.push(Object.assign(all[child], { parent: node }));
-      demand(ordered.length <= all.length, "nodes");
-    }
-    return ordered;
+  function readNodes(json) {
+    const nodes = json.nodes.map((n) => ({ ...n, world: kIdentity }));
+    nodes.forEach((node, i) => {
+      if (!node.parent) node.matrix = [...kIdentity];
+      for (const child of node.children ?? []) {
+        demand(child > i);
+        nodes[child].parent = node;
+      }
+    });
+    return nodes;
   }
-  function placeNodes(ordered) {
-    for (const node of ordered) {
+  function placeNodes(nodes) {
+    for (const node of nodes) {
       const { matrix, translation = [0, 0, 0], rotation = [0, 0, 0, 1], scale = [1, 1, 1], parent } = node;
       const own = matrix ?? placed(translation, rotation, scale);
       node.world = parent ? product(parent.world, own) : own;
@@ -826,29 +939,27 @@
   // src/lights.ts
   var kMostLights = 8;
   var kEverywhere = 1e30;
+  var kNowhere = [0, 0, 0];
   var strength = ({ color, multiplier = 1 }) => color.reduce((sum, c) => sum + Math.abs(c * multiplier), 0);
   var cosOfHalf = (coneDeg = 0) => Math.cos(coneDeg / 2 * kDegree);
-  var strongest = (lights, headlight) => [...lights].sort((a, b) => lights.length > kMostLights - +!!headlight ? strength(b) - strength(a) : 0).slice(0, kMostLights - +!!headlight);
+  var strongest = (lights, headlight) => lights.sort((a, b) => strength(b) - strength(a)).slice(0, kMostLights - +headlight);
   function lightUniforms(lights, nodes, headlight, toEye) {
-    const result = [[], [], [], []];
     const enlarged = Math.cbrt(Math.abs(determinant(toEye)));
-    const add2 = (...parts) => parts.forEach((part, i) => result[i].push(...part));
-    for (const { node, target = -1, spot, color, multiplier = 1, attenuate, inner = 0, outer = 0, hotspotDeg, falloffDeg } of lights) {
+    const result = lights.flatMap(({ node, target = -1, spot, color, multiplier = 1, attenuate, inner = 0, outer = 0, hotspotDeg, falloffDeg }) => {
       const at = point(toEye, originOf(nodes[node]));
-      const way = spot ? normalized(sub(point(toEye, originOf(nodes[target])), at)) : [0, 0, 0];
+      const way = spot ? normalized(sub(point(toEye, originOf(nodes[target])), at)) : kNowhere;
       const cosOuter = spot ? cosOfHalf(falloffDeg) : -3;
+      const cosInner = spot ? Math.max(cosOfHalf(hotspotDeg), cosOuter + 1e-4) : -2;
       const from = attenuate ? inner * enlarged : kEverywhere;
       const to = attenuate ? Math.max(outer * enlarged, from + 1e-6 * (1 + from)) : 2 * kEverywhere;
-      const cosInner = spot ? Math.max(cosOfHalf(hotspotDeg), cosOuter + 1e-4) : -2;
-      add2([...at, cosOuter], [...way, cosInner], scaled(color, multiplier), [from, to]);
-    }
-    if (lights.length && headlight) add2([0, 0, 0, -3], [0, 0, 0, -2], [1, 1, 1], [kEverywhere, 2 * kEverywhere]);
+      return [...at, cosOuter, ...way, cosInner, ...scaled(color, multiplier), from, to, 0, 0, 0];
+    });
+    if (headlight) result.push(...kNowhere, -3, ...kNowhere, -2, 1, 1, 1, kEverywhere, 2 * kEverywhere, 0, 0, 0);
     return result;
   }
 
   // src/material.ts
   var kMaps = ["texture", "texture2", "opacity", "specular", "shininess", "selfIllumination", "bump", "reflection"];
-  var kMacros = ["TEXTURE", "TEXTURE2", "OPACITY", "SPECULAR_MAP", "SHININESS", "SELF", "BUMP", "REFLECTION"];
   var kOpacity = 2;
   var kSpecular = 3;
   var kShininess = 4;
@@ -863,25 +974,23 @@
     if (kind === kSpecular) weight = [strength2, 0, 0, 0];
     return {
       texture: m.texture,
-      alpha: shows || clears ? 1 /* Multiplied */ : kind === kOpacity ? 2 /* Opacity */ : 0 /* Separate */,
+      alpha: shows || clears ? 1 /* Multiplied */ : 0 /* Separate */,
       wrap: !tile ? 33071 /* ClampToEdge */ : m.mirror ? 33648 /* MirroredRepeat */ : 10497 /* Repeat */,
-      s: [uv[0], uv[2], uv[4]],
-      t: [uv[1], uv[3], uv[5]],
-      value: [amount, m.negative ? -1 : 1, +!!m.negative, +!tile],
-      weight
+      amount,
+      uniform: [uv[0], uv[2], uv[4], amount, uv[1], uv[3], uv[5], +!tile, ...weight, m.negative ? -1 : 1, +!!m.negative, 0, 0]
     };
   }
   function lookOf(m, twoSided, lines) {
-    const { strength: strength2 = 0, opacity = 1, additive = false, shading, specular = [0.9, 0.9, 0.9], diffuse = [0.588, 0.588, 0.588] } = m;
+    const { strength: strength2 = 0, opacity = 1, additive = false, shading, specular, diffuse, ambient, exponent } = m;
     const glossy = strength2 > 0;
     const maps = kMaps.map((name, kind) => mapOf(kind, m.maps?.[name], strength2));
     if (!glossy) maps[kSpecular] = maps[kShininess] = void 0;
     const line = lines || !!m.wire || shading === "wire";
     return {
-      ambient: m.ambient ?? diffuse,
+      ambient,
       diffuse,
       specular: specular.map((x) => x * strength2),
-      exponent: m.exponent ?? 2,
+      exponent,
       self: m.selfIllumination ?? 0,
       opacity,
       glossy,
@@ -889,10 +998,9 @@
       flat: shading === "flat" && !line,
       twoSided: twoSided || !!m.twoSided,
       lines: line,
-      lineWidth: Math.min(m.wireSizePx || 1, 64),
       additive,
       blended: !!m.blend || additive,
-      maybeSolid: !additive && (opacity >= 1 || maps[kOpacity]?.value[0] === 1),
+      maybeSolid: !additive && (opacity >= 1 || maps[kOpacity]?.amount === 1),
       maps
     };
   }
@@ -914,28 +1022,14 @@
       if (depth < low) low = depth;
       if (depth > high) high = depth;
     }
-    const scale = high > low ? 65535 / (high - low) : 0;
-    const keys = new Uint16Array(count);
-    for (let t = 0; t < count; t++) keys[t] = (high - depths[t]) * scale;
-    let order = new Uint32Array(count);
-    for (let t = 0; t < count; t++) order[t] = t;
-    for (const shift of [0, 8]) order = sortedByByte(order, keys, shift);
+    const steps = Math.min(count * 8, 65535);
+    const start = new Uint32Array(steps + 2);
+    const keyOf2 = (t) => (high > low ? (high - depths[t]) * steps / (high - low) : 0) | 0;
+    for (let t = 0; t < count; t++) start[keyOf2(t) + 1]++;
+    for (let i = 0; i < steps; i++) start[i + 1] += start[i];
     const ordered = indices.slice();
-    for (let t = 0; t < count; t++) {
-      const from = order[t] * 3;
-      ordered[t * 3] = indices[from];
-      ordered[t * 3 + 1] = indices[from + 1];
-      ordered[t * 3 + 2] = indices[from + 2];
-    }
-    return { ordered, middle: (low + high) / 2 };
-  }
-  function sortedByByte(order, keys, shift) {
-    const start = new Uint32Array(257);
-    for (const key of keys) start[(key >> shift & 255) + 1]++;
-    for (let i = 1; i < 257; i++) start[i] += start[i - 1];
-    const to = new Uint32Array(order.length);
-    for (const t of order) to[start[keys[t] >> shift & 255]++] = t;
-    return to;
+    for (let t = 0; t < count; t++) ordered.set(indices.subarray(t * 3, t * 3 + 3), start[keyOf2(t)]++ * 3);
+    return [ordered, (low + high) / 2];
   }
 
   // src/parts.ts
@@ -950,7 +1044,7 @@
       const anyMap = maps.includes(true);
       const twoSided = look.twoSided && !look.flat;
       const flags = [...maps, look.glossy, metal && anyMap, look.flat, twoSided, pixels === 1 /* Solid */, pixels === 2 /* Translucent */];
-      const names = [...kMacros, "SPECULAR", "TINTED", "FLAT", "TWO_SIDED", "SOLID", "TRANSLUCENT", "MAPS", "LINES", "MORPH", "LIGHTS " + lights];
+      const names = [...kMaps.map((name) => name.toUpperCase()), "GLOSSY", "TINTED", "FLAT", "TWO_SIDED", "SOLID", "TRANSLUCENT", "MAPS", "LINES", "MORPH", "LIGHTS " + lights];
       const defines = names.filter((_, i) => [...flags, anyMap, look.lines, geometry.targets.length, lights][i]);
       return {
         node,
@@ -968,7 +1062,7 @@
       const { primitives, weights } = gltf.json.meshes[node.mesh];
       node.weights ??= weights;
       primitives.forEach((primitive, p) => {
-        const material = primitive.material ?? looks.length - 1;
+        const { material } = primitive;
         const look = looks[material];
         const sorts = look.blended && !look.additive && !look.lines && gltf.json.accessors[primitive.indices].count < kMostSorted * 3;
         const geometry = made[node.mesh + "/" + p] ??= maker.make(primitive, look.lines, sorts);
@@ -979,15 +1073,7 @@
     }
     return { opaque, blended };
   }
-  function drawPart(gl, { geometry: { mode, count, indexType }, look, program }) {
-    const copies = look.lines ? Math.round(look.lineWidth) || 1 : 1;
-    for (let i = 0; i < copies * copies; i++) {
-      const [x, y] = [i % copies, Math.floor(i / copies)];
-      const size = [gl.drawingBufferWidth, gl.drawingBufferHeight];
-      if (copies > 1) program.set("uStep", 2, [x, y].map((at, k) => (2 * at + 1 - copies) / size[k]));
-      gl.drawElements(mode, count, indexType, 0);
-    }
-  }
+  var drawPart = (gl, { geometry: { mode, count, indexType } }) => gl.drawElements(mode, count, indexType, 0);
 
   // src/program.ts
   function makeProgram(gl, vertex, fragment, defines = []) {
@@ -1008,100 +1094,73 @@
         gl.useProgram(program);
         if (checked) return;
         checked = true;
-        demand(gl.getProgramParameter(program, 35714 /* LinkStatus */) || gl.isContextLost(), "shader");
+        demand(gl.getProgramParameter(program, 35714 /* LinkStatus */) || gl.isContextLost());
         gl.uniform1iv(gl.getUniformLocation(program, "uMap"), [0, 1, 2, 3, 4, 5, 6, 7]);
       },
       set(name, components, values) {
         const at = uniforms[name] ??= gl.getUniformLocation(program, name);
         if (components === 16) gl.uniformMatrix4fv(at, false, values);
-        else if (components === 9) gl.uniformMatrix3fv(at, false, values);
         else gl[`uniform${components}fv`](at, values);
       }
     };
   }
 
-  // shaders/texel.frag
-  var texel_default = "// Turns a picture into one with alpha as it counts: nearly solid is solid, nearly clear is clear. OPACITY: its brightness is\n// the opacity; else its colours are multiplied by alpha.\nprecision highp float;\nuniform highp sampler2D uPicture;\nout vec4 oColor;\nfloat Counted(float alpha) {\n  return alpha > 249.5 / 255. ? 1. : alpha < 5.5 / 255. ? 0. : alpha;\n}\nvoid main() {\n  vec4 texel = texelFetch(uPicture, ivec2(gl_FragCoord.xy), 0);\n  float alpha = Counted(texel.a);\n#ifdef OPACITY\n  oColor = vec4(vec3(Counted(dot(texel.rgb, vec3(.299, .587, .114)))), alpha);\n#else\n  oColor = vec4(texel.rgb * alpha, alpha);\n#endif\n}\n";
-
   // src/textures.ts
   var kAnisotropy = 8;
-  async function textureOf(gl, bytes, type, use = 0 /* Separate */) {
-    const bitmap = await createImageBitmap(new Blob([bytes], { type }), { premultiplyAlpha: "none", colorSpaceConversion: "none" });
-    const { width, height } = bitmap;
-    const make = () => {
-      const texture2 = gl.createTexture();
-      gl.activeTexture(33984 /* Texture0 */);
-      gl.bindTexture(3553 /* Texture2d */, texture2);
-      gl.bindSampler(0, null);
-      gl.texStorage2D(3553 /* Texture2d */, Math.log2(Math.max(width, height)) + 1, 32856 /* Rgba8 */, width, height);
-      return texture2;
-    };
-    let texture = make();
-    gl.pixelStorei(37443 /* ColorspaceConversion */, 0);
-    gl.texSubImage2D(3553 /* Texture2d */, 0, 0, 0, width, height, 6408 /* Rgba */, 5121 /* UnsignedByte */, bitmap);
-    if (use) {
-      const from = texture;
-      texture = make();
-      convert(gl, from, texture, [width, height], use === 2 /* Opacity */);
-    }
-    gl.generateMipmap(3553 /* Texture2d */);
-    return [texture, width / height];
-  }
-  function convert(gl, from, to, size, opacity) {
-    const program = makeProgram(gl, cover_default, texel_default, opacity ? ["OPACITY"] : []);
-    const frame = gl.createFramebuffer();
-    gl.bindFramebuffer(36160 /* Framebuffer */, frame);
-    gl.framebufferTexture2D(36160 /* Framebuffer */, 36064 /* ColorAttachment0 */, 3553 /* Texture2d */, to, 0);
-    gl.viewport(0, 0, ...size);
-    gl.disable(3042 /* Blend */);
-    gl.disable(2884 /* CullFace */);
-    gl.bindTexture(3553 /* Texture2d */, from);
-    program.use();
-    gl.drawArrays(4 /* Triangles */, 0, 3);
-    gl.deleteFramebuffer(frame);
-    gl.deleteTexture(from);
-    gl.bindTexture(3553 /* Texture2d */, to);
-  }
-  var keyOf = ({ texture, alpha }) => texture + "/" + alpha;
-  async function loadTextures(gl, gltf, looks, software) {
+  var keyOf = ({ texture, alpha, wrap }, unit) => [texture, alpha, wrap, unit === kReflection].join();
+  async function loadTextures(gl, gltf, looks) {
     const { textures = [], images = [] } = gltf.json;
+    const anisotropy = !isSoftware(gl) && gl.getExtension("EXT_texture_filter_anisotropic") ? kAnisotropy : 1;
     const loaded = {};
-    const samplers = {};
-    const all = looks.flatMap((look) => look.maps.filter((map) => map !== void 0));
-    const load = async (map) => {
-      const { bufferView, mimeType } = images[textures[map.texture].source];
-      [loaded[keyOf(map)]] = await textureOf(gl, viewBytes(gltf, bufferView), mimeType, mimeType === "image/jpeg" ? map.alpha & 2 /* Opacity */ : map.alpha);
-    };
-    await Promise.all([...new Map(all.map((map) => [keyOf(map), map])).values()].map((map) => load(map).catch((e) => console.warn(e))));
-    for (const look of looks) look.maps = look.maps.map((map) => map && loaded[keyOf(map)] ? map : void 0);
-    const filtered = !software && gl.getExtension("EXT_texture_filter_anisotropic");
-    const samplerOf = (wrap, levels) => {
-      const sampler = gl.createSampler();
-      const set = (name, value) => gl.samplerParameteri(sampler, name, value);
+    const load = async ({ texture, alpha, wrap }, unit) => {
+      const { bufferView, mimeType } = images[textures[texture].source];
+      const bitmap = await createImageBitmap(new Blob([viewBytes(gltf, bufferView)], { type: mimeType }), {
+        premultiplyAlpha: alpha ? "premultiply" : "none",
+        colorSpaceConversion: "none"
+      });
+      const made = gl.createTexture();
+      const set = (name, value) => gl.texParameteri(3553 /* Texture2d */, name, value);
+      gl.activeTexture(33984 /* Texture0 */);
+      gl.bindTexture(3553 /* Texture2d */, made);
+      gl.texImage2D(3553 /* Texture2d */, 0, 6408 /* Rgba */, 6408 /* Rgba */, 5121 /* UnsignedByte */, bitmap);
+      gl.generateMipmap(3553 /* Texture2d */);
       set(10242 /* WrapS */, wrap);
       set(10243 /* WrapT */, wrap);
-      set(10241 /* MinFilter */, levels ? 9987 /* LinearMipmapLinear */ : 9729 /* Linear */);
-      if (filtered && levels) set(34046 /* Anisotropy */, kAnisotropy);
-      return sampler;
+      if (unit === kReflection) set(10241 /* MinFilter */, 9729 /* Linear */);
+      else set(10241 /* MinFilter */, 9987 /* LinearMipmapLinear */);
+      if (anisotropy > 1) set(34046 /* Anisotropy */, anisotropy);
+      return made;
     };
+    const found = {};
+    const loading = looks.flatMap(
+      (look) => look.maps.map(async (map, unit) => {
+        if (!map) return;
+        const key = keyOf(map, unit);
+        found[key] = await (loaded[key] ??= load(map, unit)).catch((error) => {
+          console.warn(error);
+          look.maps[unit] = void 0;
+          return 0;
+        });
+      })
+    );
+    await Promise.all(loading);
     return (look) => look.maps.forEach((map, unit) => {
       if (!map) return;
       gl.activeTexture(33984 /* Texture0 */ + unit);
-      gl.bindTexture(3553 /* Texture2d */, loaded[keyOf(map)]);
-      gl.bindSampler(unit, samplers[map.wrap + "/" + unit] ??= samplerOf(map.wrap, unit !== kReflection));
+      gl.bindTexture(3553 /* Texture2d */, found[keyOf(map, unit)]);
     });
+  }
+  function isSoftware(gl) {
+    const name = gl.getExtension("WEBGL_debug_renderer_info") ? 37446 /* UnmaskedRenderer */ : 7937 /* Renderer */;
+    return /swift|llvm/i.test(gl.getParameter(name));
   }
 
   // src/renderer.ts
-  function isSoftware(gl) {
-    const name = gl.getExtension("WEBGL_debug_renderer_info") ? 37446 /* UnmaskedRenderer */ : 7937 /* Renderer */;
-    return /swiftshader|llvmpipe|software/i.test(gl.getParameter(name));
-  }
   async function makeRenderer(gl, scene, seen, settings) {
     const { gltf } = scene;
-    const { wire, doubleSided, background } = settings;
-    const looks = [...gltf.json.materials ?? [], {}].map((m) => lookOf(m.extras?.orbivue ?? {}, doubleSided || !!m.doubleSided, wire));
-    const [bindMaps, drawBackdrop] = await Promise.all([loadTextures(gl, gltf, looks, isSoftware(gl)), makeBackdrop(gl, settings)]);
+    const { wire, doubleSided, background, backgroundPicture } = settings;
+    const looks = (gltf.json.materials ?? []).map((m) => lookOf(m.extras.orbivue, doubleSided || !!m.doubleSided, wire));
+    const bindMaps = await loadTextures(gl, gltf, looks);
     const maker = geometryMaker(gl, gltf);
     const programs = {};
     const lightCount = scene.lights.length && scene.lights.length + +scene.headlight;
@@ -1115,33 +1174,31 @@
     let lights;
     let program;
     let look;
-    let prepared;
-    const middleDepth = ({ node, geometry: { low, high } }) => {
+    const extentOf = ({ node, geometry: { low, high } }) => {
       const r = rowTimes(depthRow, node.world);
-      return low.reduce((sum, x, i) => sum + r[i] * (x + high[i]) / 2, r[3]);
+      return [0, 1, 2].reduce(
+        ([middle, half], i) => [middle + r[i] * (low[i] + high[i]) / 2, half + Math.abs(r[i] * (high[i] - low[i])) / 2],
+        [r[3], 0]
+      );
     };
     const depths = () => {
       let [nearest, farthest] = [Infinity, -Infinity];
       for (const part of [...opaque, ...blended]) {
-        const r = rowTimes(depthRow, part.node.world);
-        const { low, high } = part.geometry;
-        const middle = middleDepth(part);
-        const half = low.reduce((sum, x, i) => sum + Math.abs(r[i] * (high[i] - x)) / 2, 0);
+        const [middle, half] = extentOf(part);
+        part.depth = middle;
         nearest = Math.min(nearest, middle - half);
         farthest = Math.max(farthest, middle + half);
       }
       return [nearest, farthest];
     };
-    const aim = (zoom) => {
+    const aim = () => {
       const { camera } = seen;
       const model = modelOf(seen);
       toEye = movedTo(model, sub([model[12], model[13], model[14]], eyeOf(camera)));
       depthRow = rowTimes([...camera.back.map((x) => -x), 0], toEye);
       toClip = projection(camera, depthRange(camera, ...depths()));
-      if (zoom) toClip = product(zoom, toClip);
-      lights = lightUniforms(scene.lights, scene.all, scene.headlight, toEye);
+      lights = lightUniforms(scene.lights, scene.nodes, scene.headlight, toEye);
       program = look = void 0;
-      prepared = [];
       gl.enable(2929 /* DepthTest */);
       gl.disable(3042 /* Blend */);
       gl.depthMask(true);
@@ -1151,16 +1208,8 @@
       next.use();
       program = next;
       look = void 0;
-      if (prepared.includes(next)) return;
-      prepared.push(next);
       next.set("uProjection", 16, toClip);
-      next.set("uAmbientLight", 3, scene.ambientLight);
-      if (lightCount) {
-        next.set("uLightPosition", 4, lights[0]);
-        next.set("uLightDirection", 4, lights[1]);
-        next.set("uLightColor", 3, lights[2]);
-        next.set("uLightRange", 2, lights[3]);
-      }
+      if (lightCount) next.set("uLights", 16, lights);
     };
     const cull = (on, side2 = 1029 /* Back */) => {
       gl[on ? "enable" : "disable"](2884 /* CullFace */);
@@ -1169,23 +1218,18 @@
     const useLook = (p, next, specular) => {
       if (look === next) return;
       look = next;
-      p.set("uDiffuse", 4, [...next.diffuse, next.opacity]);
-      p.set("uSpecular", 4, [...specular, next.exponent]);
-      p.set("uAmbient", 3, next.ambient);
-      p.set("uSelf", 1, [next.self]);
-      const each = (values, n) => next.maps.flatMap((map) => map ? [...values(map)] : Array(n).fill(0));
-      p.set("uMapS", 3, each((map) => map.s, 3));
-      p.set("uMapT", 3, each((map) => map.t, 3));
-      p.set("uMapValue", 4, each((map) => map.value, 4));
-      p.set("uMapWeight", 4, each((map) => map.weight, 4));
+      const { diffuse, opacity, exponent, ambient, self, maps } = next;
+      p.set("uLook", 16, [...diffuse, opacity, ...specular, exponent, ...ambient, self, ...scene.ambientLight, 0]);
+      p.set("uMaps", 16, maps.flatMap((map) => map?.uniform ?? kIdentity));
       bindMaps(next);
       cull(!next.twoSided);
     };
     const placePart = (p, { node, geometry }) => {
       const m = product(toEye, node.world);
       p.set("uModelView", 16, m);
-      p.set("uNormal", 9, normalMatrix(m));
-      gl.frontFace(determinant(m) < 0 ? 2304 /* Cw */ : 2305 /* Ccw */);
+      const mirrored = determinant(m) < 0;
+      p.set("uMirror", 1, [mirrored ? -1 : 1]);
+      gl.frontFace(mirrored ? 2304 /* Cw */ : 2305 /* Ccw */);
       gl.bindVertexArray(geometry.vao);
       if (!geometry.targets.length) return;
       const weights = node.weights ?? [];
@@ -1199,7 +1243,6 @@
       placePart(part.program, part);
     };
     const drawOpaque = () => {
-      for (const part of opaque) part.depth = middleDepth(part);
       opaque.sort((a, b) => b.key - a.key || b.material - a.material || a.depth - b.depth);
       for (const part of opaque) {
         gl.depthFunc(part.look.lines ? 515 /* Lequal */ : 513 /* Less */);
@@ -1208,14 +1251,10 @@
       }
     };
     const drawBlended = () => {
-      const orders = new Map(
-        blended.map((part) => {
-          const { sorted } = part.geometry;
-          const order = sorted && orderBackToFront(sorted.positions, sorted.indices, rowTimes(depthRow, part.node.world));
-          part.depth = order ? order.middle : middleDepth(part);
-          return [part, order];
-        })
-      );
+      for (const part of blended) {
+        const { sorted } = part.geometry;
+        if (sorted) [part.ordered, part.depth] = orderBackToFront(sorted.positions, sorted.indices, rowTimes(depthRow, part.node.world));
+      }
       blended.sort((a, b) => b.depth - a.depth);
       gl.enable(3042 /* Blend */);
       gl.depthMask(false);
@@ -1225,8 +1264,7 @@
         const behind = additive ? 1 /* One */ : 771 /* OneMinusSrcAlpha */;
         gl.blendFuncSeparate(1 /* One */, behind, additive ? 0 /* Zero */ : 1 /* One */, behind);
         prepare(part);
-        const order = orders.get(part);
-        if (order) gl.bufferSubData(34963 /* ElementArrayBuffer */, 0, order.ordered);
+        if (part.ordered) gl.bufferSubData(34963 /* ElementArrayBuffer */, 0, part.ordered);
         else if (twoSided) {
           cull(true, 1028 /* Front */);
           drawPart(gl, part);
@@ -1243,17 +1281,17 @@
         const { drawingBufferWidth: width, drawingBufferHeight: height } = gl;
         gl.viewport(0, 0, width, height);
         aim();
-        gl.clearColor(...background, 1);
+        if (backgroundPicture) gl.clearColor(0, 0, 0, 0);
+        else gl.clearColor(...background, 1);
         gl.clear(16384 /* ColorBit */ | 256 /* DepthBit */);
-        drawBackdrop(width / height);
         drawOpaque();
         drawBlended();
       },
       depthAt(x, y) {
-        const { width: w, height: h } = seen.camera;
+        const { width, height } = seen.camera;
         gl.bindFramebuffer(36160 /* Framebuffer */, pixel);
-        gl.viewport(0, 0, 1, 1);
-        aim([w, 0, 0, 0, 0, h, 0, 0, 0, 0, 1, 0, w - 2 * x, 2 * y - h, 0, 1]);
+        gl.viewport(-Math.floor(x), Math.floor(y) + 1 - height, width, height);
+        aim();
         gl.clearColor(0, 0, 0, 0);
         gl.clear(16384 /* ColorBit */ | 256 /* DepthBit */);
         gl.depthFunc(513 /* Less */);
@@ -1261,8 +1299,7 @@
         for (const part of [...opaque, ...blended]) {
           cull(!part.look.twoSided);
           placePart(depthProgram, part);
-          const { mode, count, indexType } = part.geometry;
-          gl.drawElements(mode, count, indexType, 0);
+          drawPart(gl, part);
         }
         const found = new Uint8Array(4);
         gl.readPixels(0, 0, 1, 1, 6408 /* Rgba */, 5121 /* UnsignedByte */, found);
@@ -1285,41 +1322,17 @@
     gl.bindFramebuffer(36160 /* Framebuffer */, null);
     return frame;
   }
-  async function makeBackdrop(gl, { backgroundPicture = "" }) {
-    const [, type, data] = /^data:(.*);base64,(.*)/.exec(backgroundPicture) ?? [];
-    const loaded = data && await textureOf(gl, fromBase64(data), type).catch(() => void 0);
-    if (!loaded) return () => {
-    };
-    const [texture, own] = loaded;
-    const program = makeProgram(gl, cover_default, backdrop_default);
-    return (aspect) => {
-      program.use();
-      program.set("uPart", 2, [Math.min(1, aspect / own), Math.min(1, own / aspect)]);
-      gl.activeTexture(33984 /* Texture0 */);
-      gl.bindTexture(3553 /* Texture2d */, texture);
-      gl.bindSampler(0, null);
-      gl.disable(2929 /* DepthTest */);
-      gl.disable(2884 /* CullFace */);
-      gl.enable(3042 /* Blend */);
-      gl.blendFunc(1 /* One */, 771 /* OneMinusSrcAlpha */);
-      gl.drawArrays(4 /* Triangles */, 0, 3);
-      gl.enable(2929 /* DepthTest */);
-      gl.disable(3042 /* Blend */);
-    };
-  }
 
   // src/scene.ts
   function readScene(bytes) {
     const gltf = readGltf(bytes);
     const { json } = gltf;
-    const all = readNodes(json);
-    const nodes = orderedNodes(json, all);
-    const channels = readChannels(gltf, all);
+    const nodes = readNodes(json);
+    const channels = readChannels(gltf, nodes);
     const extras = json.scenes[json.scene ?? 0].extras.orbivue;
     const { headlight = false, ambientLight = [0, 0, 0], bounds, cameras = [], frames = { first: 0, last: 0, current: 0 } } = extras;
     const scene = {
       gltf,
-      all,
       nodes,
       lights: strongest(extras.lights ?? [], headlight),
       headlight,
@@ -1330,7 +1343,7 @@
       cameraNames: cameras.map((c) => c.name),
       camera(index) {
         const { name, node, target, rollDeg = 0, fovDeg } = cameras[index];
-        return { name, rollDeg, fovDeg, eye: originOf(all[node]), target: originOf(all[target]) };
+        return { name, rollDeg, fovDeg, eye: originOf(nodes[node]), target: originOf(nodes[target]) };
       },
       show(frame) {
         for (const channel of channels) channel.node[channel.path] = sample(channel, (frame - frames.first) / kFramesPerSecond);
@@ -1358,21 +1371,7 @@
     fullscreen: ["M4 9V4h5M15 4h5v5M20 15v5h-5M9 20H4v-5"],
     download: ["M12 4v11M7 10l5 5 5-5M5 20h14"]
   };
-  function icon(key) {
-    const make = (tag, attribute, value) => {
-      const element = document.createElementNS("http://www.w3.org/2000/svg", tag);
-      element.setAttribute(attribute, value);
-      return element;
-    };
-    const svg = make("svg", "viewBox", "0 0 24 24");
-    svg.setAttribute("aria-hidden", "true");
-    kIcons[key].forEach((d, i) => {
-      const path = make("path", "d", d);
-      if (i) path.setAttribute("fill", "currentColor");
-      svg.append(path);
-    });
-    return svg;
-  }
+  var icon = (key) => `<svg viewBox="0 0 24 24" aria-hidden="true">${kIcons[key].map((d, i) => `<path d="${d}" ${i ? 'fill="currentColor"' : ""}/>`).join("")}</svg>`;
 
   // src/toolbar.ts
   function toggleFullScreen() {
@@ -1390,11 +1389,7 @@
       if (tag !== "input") stops.push(element);
       return element;
     };
-    const button = (key, onclick) => {
-      const made = add2("button", key, { type: "button", onclick });
-      made.append(icon(key));
-      return made;
-    };
+    const button = (key, onclick) => add2("button", key, { type: "button", onclick, innerHTML: icon(key) });
     const stopAt = (element) => {
       if (stops.includes(element)) for (const other of stops) other.tabIndex = other === element ? 0 : -1;
     };
@@ -1409,16 +1404,15 @@
     const { first, last } = scene.frames;
     const slider = play && add2("input", "frame", { type: "range", min: "" + first, max: "" + last, oninput: () => actions.frame(+slider.value) });
     if (document.fullscreenEnabled) button("fullscreen", toggleFullScreen);
-    if (download) add2("a", "download", { href: download, download: "" }).append(icon("download"));
+    if (download) add2("a", "download", { href: download, download: "", innerHTML: icon("download") });
     bar.setAttribute("aria-label", texts.toolbar);
-    bar.onfocus = null;
     bar.addEventListener("focusin", (event) => stopAt(event.target));
     bar.onkeydown = (event) => {
       const at = stops.indexOf(event.target);
-      const to = { ArrowLeft: at - 1 + stops.length, ArrowRight: at + 1, Home: 0, End: stops.length - 1 }[event.key];
-      if (at < 0 || to === void 0) return;
+      const way = { ArrowLeft: stops.length - 1, ArrowRight: 1 }[event.key];
+      if (at < 0 || !way) return;
       event.preventDefault();
-      stops[to % stops.length].focus();
+      stops[(at + way) % stops.length].focus();
     };
     stopAt(stops[0]);
     return {
@@ -1429,7 +1423,7 @@
         const key = playing ? "pause" : "play";
         if (!play || play.title === texts[key]) return;
         name(play, key);
-        play.replaceChildren(icon(key));
+        play.innerHTML = icon(key);
       }
     };
   }
@@ -1527,8 +1521,8 @@
       box?.remove();
       if (!b) return;
       box = Object.assign(document.createElement("div"), { className: "box" });
-      const [left, top, width, height] = [Math.min(b.x0, b.x1), Math.min(b.y0, b.y1), Math.abs(b.x1 - b.x0), Math.abs(b.y1 - b.y0)];
-      Object.entries({ left, top, width, height }).forEach(([key, value]) => box.style.setProperty(key, value + "px"));
+      const [left, top] = [Math.min(b.x0, b.x1), Math.min(b.y0, b.y1)];
+      box.style.cssText = `left:${left}px;top:${top}px;width:${Math.abs(b.x1 - b.x0)}px;height:${Math.abs(b.y1 - b.y0)}px`;
       canvas.after(box);
     };
     const bar = makeToolbar(toolbar, settings, scene, { preset, fileCamera: lookThrough, reset, togglePlaying, frame: setFrame });
@@ -1576,22 +1570,9 @@
         zoomBy(seen.camera, -kStepsOfE * Math.log(factor));
         request();
       },
-      frames: [frames.first, frames.last],
-      get frame() {
-        return frame;
-      },
-      set frame(to) {
-        setFrame(to);
-      },
-      get playing() {
-        return playing;
-      },
-      set playing(on) {
-        play(on);
-      },
-      get drawn() {
-        return drawn;
-      }
+      setFrame,
+      play,
+      state: () => ({ ...frames, frame, playing, drawn })
     };
   }
 
@@ -1599,7 +1580,7 @@
   var find = (selector) => document.querySelector(selector);
   async function show(api2) {
     const settings = JSON.parse(find("#settings").textContent);
-    const { texts, title, model } = settings;
+    const { texts, title, model, backgroundPicture } = settings;
     const status = find("[role=status]");
     const stage = {
       canvas: find("canvas"),
@@ -1609,22 +1590,17 @@
     const { canvas, say } = stage;
     const fill = (key, what) => texts[key].replace("%1", () => what);
     canvas.setAttribute("aria-label", fill("canvas", title || model));
-    say(texts.loading);
     try {
-      const gl = canvas.getContext("webgl2", { alpha: false });
+      const gl = canvas.getContext("webgl2", { alpha: !!backgroundPicture });
+      if (backgroundPicture) canvas.style.background = `url("${encodeURI(backgroundPicture)}") 50%/cover rgb(${settings.background.map((x) => x * 255)})`;
       if (!gl) throw new Trouble("noWebGL");
-      const members = await view(await sceneBytes(settings), settings, stage, gl);
-      Object.defineProperties(api2, Object.getOwnPropertyDescriptors(members));
+      Object.assign(api2, await view(await sceneBytes(settings), settings, stage, gl));
       say(fill("shown", title || model));
       document.body.dataset.ready = "";
       return api2;
     } catch (error) {
-      const { key, detail } = error instanceof Trouble ? error : new Trouble("broken", String(error));
-      const alert = document.createElement("p");
-      alert.setAttribute("role", "alert");
-      canvas.after(alert);
-      say("");
-      alert.textContent = document.body.dataset.error = fill(key, detail);
+      status.setAttribute("role", "alert");
+      status.textContent = document.body.dataset.error = texts[error instanceof Trouble ? error.message : "broken"];
       throw error;
     }
   }

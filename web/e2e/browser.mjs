@@ -19,6 +19,7 @@ export class Opened {
   static async open(browser, address, { init, ...options } = {}) {
     const opened = new Opened();
     opened.context = await browser.newContext({ viewport: { width: 640, height: 480 }, ...options });
+    opened.context.setDefaultTimeout(kReadyMs);
     const page = (opened.page = await opened.context.newPage());
     page.on('console', (message) => message.type() === 'error' && opened.errors.push(message.text()));
     page.on('pageerror', (error) => opened.errors.push(String(error)));

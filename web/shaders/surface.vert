@@ -1,7 +1,8 @@
 // Coordinates are the file's axes after the turning of the model, with the eye as origin.
 uniform mat4 uModelView, uProjection;
-uniform mat3 uNormal;
-uniform vec2 uMorph, uStep;
+// -1 where the model-view matrix mirrors: that may not turn normals over.
+uniform float uMirror;
+uniform vec2 uMorph;
 layout(location = 0) in vec3 aPosition;
 layout(location = 1) in vec3 aNormal;
 layout(location = 2) in vec2 aUv;
@@ -12,6 +13,12 @@ layout(location = 6) in vec3 aPosition2;
 layout(location = 7) in vec3 aNormal2;
 out vec3 vPoint, vNormal;
 out vec2 vUv;
+// Of directions: the inverse transposed times the determinant is made of the cross products of columns.
+vec3 Turned(vec3 v) {
+  mat3 m = mat3(uModelView);
+  v = mat3(cross(m[1], m[2]), cross(m[2], m[0]), cross(m[0], m[1])) * v * uMirror;
+  return v * inversesqrt(max(dot(v, v), 1e-37));
+}
 void main() {
   vec3 at = aPosition;
   vec3 normal = aNormal;
@@ -21,15 +28,11 @@ void main() {
 #endif
   vec4 point = uModelView * vec4(at, 1);
   vPoint = point.xyz;
-  vNormal = uNormal * normal;
+  vNormal = Turned(normal);
   vUv = aUv;
   gl_Position = uProjection * point;
-#ifdef LINES
-  // Copies beside each other make a line wider.
-  gl_Position.xy += uStep * gl_Position.w;
-#ifndef TWO_SIDED
+#if defined(LINES) && !defined(TWO_SIDED)
   // Lines have no back side of their own: those of triangles that face away go out of the picture.
-  if (dot(uNormal * aFace, vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);
-#endif
+  if (dot(Turned(aFace), vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);
 #endif
 }

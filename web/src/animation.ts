@@ -25,7 +25,7 @@ export function readChannels(gltf: Gltf, nodes: readonly SceneNode[]): Channel[]
     channels.map(({ sampler, target }) => {
       const { input, output, interpolation } = samplers[sampler];
       const [times, values] = [input, output].map((a) => numbersOf(gltf, accessorOf(gltf, a)));
-      demand(nodes[target.node] && values.length % times.length === 0, 'animation');
+      demand(nodes[target.node] && values.length % times.length === 0);
       return { node: nodes[target.node], path: target.path, times, values, step: interpolation === 'STEP' };
     }),
   );

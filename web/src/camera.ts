@@ -108,7 +108,7 @@ export function follow(c: Camera, { name, eye, target, rollDeg, fovDeg }: FileCa
 export function setSeen(c: Camera, { eye, target, up, fovYDeg, size, camera, preset }: SeenView): void {
   const aspect = size[0] / size[1];
   const sight = sub(eye, target);
-  if (preset && kPresets[camera]) setPreset(c, camera);
+  if (preset) setPreset(c, camera);
   else {
     const tanY = Math.tan((fovYDeg * kDegree) / 2);
     Object.assign(c, { name: camera, target, fits: false, own: length(sight), tanX: tanY * aspect, tanY });
@@ -182,7 +182,7 @@ export function depthRange(c: Camera, nearest: number, farthest: number): [numbe
   const far = farthest > 0 ? farthest * 1.01 : c.radius;
   // Something far off may not cut away what the camera was placed for.
   const framed = Math.max(dot(sub(eyeOf(c), c.center), c.back) - c.radius, c.radius / 1000);
-  const near = Math.max(nearest * 0.99, Math.min(far * kNearOfFar, framed));
+  const near = Math.max(Math.min(nearest * 0.99, far), Math.min(far * kNearOfFar, framed));
   return [near, Math.max(far, near * 1.001)];
 }
 

@@ -55,7 +55,6 @@ export interface MaterialExtras {
   shading?: 'wire' | 'flat' | 'gouraud' | 'phong' | 'metal';
   twoSided?: boolean;
   wire?: boolean;
-  wireSizePx?: number;
   additive?: boolean;
   blend?: boolean;
   maps?: Record<string, MapExtras>;
@@ -122,7 +121,7 @@ export interface ViewJson {
 export interface PrimitiveJson {
   attributes: { POSITION: number; NORMAL?: number; TEXCOORD_0?: number };
   indices: number;
-  material?: number;
+  material: number;
   targets?: { POSITION?: number; NORMAL?: number }[];
 }
 
@@ -150,7 +149,7 @@ export interface GltfJson {
   meshes?: { primitives: PrimitiveJson[]; weights?: number[] }[];
   accessors: AccessorJson[];
   bufferViews: ViewJson[];
-  materials?: { doubleSided?: boolean; extras?: { orbivue?: MaterialExtras } }[];
+  materials?: { doubleSided?: boolean; extras: { orbivue: MaterialExtras } }[];
   textures?: { source: number }[];
   images?: { bufferView: number; mimeType: string }[];
   animations?: AnimationJson[];
@@ -170,10 +169,9 @@ export interface OrbivueApi {
   turn(rightDeg: number, upDeg: number): void;
   /** Makes what is seen so many times larger. */
   zoom(factor: number): void;
-  /** First and last of the animation. */
-  readonly frames: readonly [number, number];
-  frame: number;
-  playing: boolean;
-  /** Pictures drawn so far. */
-  readonly drawn: number;
+  /** Shows a frame and stops the animation. */
+  setFrame(frame: number): void;
+  play(on: boolean): void;
+  /** First and last frame, what is shown now, and how many pictures were drawn so far. */
+  state(): { first: number; last: number; frame: number; playing: boolean; drawn: number };
 }

@@ -84,7 +84,7 @@ export function geometryMaker(gl: Context, gltf: Gltf): GeometryMaker {
       const attributes = [position, optional(NORMAL), optional(TEXCOORD_0)];
       const indices = indicesOf(gltf, index, position.count);
       const targets = lines ? [] : shapes.map((t) => [optional(t.POSITION), optional(t.NORMAL)]);
-      for (const a of [...attributes, ...targets.flat()]) demand(!a || a.count >= position.count, 'attributes');
+      for (const a of [...attributes, ...targets.flat()]) demand(!a || a.count >= position.count);
       const vao = gl.createVertexArray();
       gl.bindVertexArray(vao);
       if (!lines) attributes.forEach((a, location) => a && pointAt(location, a));

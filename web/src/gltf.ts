@@ -22,26 +22,22 @@ export interface Accessor {
   /** GL's number of the type. */
   type: number;
   normalized: boolean;
-  /** What a number in the file is multiplied with. */
-  factor: number;
   min: number[];
   max: number[];
 }
 
-const kComponents: Record<string, number> = { SCALAR: 1, VEC2: 2, VEC3: 3, VEC4: 4 };
 /** By GL's number from 5120 on. */
 const kArrays = [Int8Array, Uint8Array, Int16Array, Uint16Array, , Uint32Array, Float32Array];
-const kMost = [127, 255, 32767, 65535];
 
 /** Takes a glTF binary apart: a header of 12 bytes, JSON, data. */
 export function readGltf(bytes: Uint8Array<ArrayBuffer>): Gltf {
   const view = new DataView(bytes.buffer, bytes.byteOffset, bytes.length);
   const word = (at: number): number => view.getUint32(at, true);
   const chunk = (at: number): Uint8Array<ArrayBuffer> => {
-    demand(word(at) <= bytes.length - at - 8, 'chunk');
+    demand(word(at) <= bytes.length - at - 8);
     return bytes.subarray(at + 8, at + 8 + word(at));
   };
-  demand(bytes.length > 20 && word(0) === kMagic && word(4) === 2, 'glTF');
+  demand(bytes.length > 20 && word(0) === kMagic && word(4) === 2);
   const text = chunk(12);
   const next = 20 + text.length;
   const json = JSON.parse(new TextDecoder().decode(text)) as GltfJson;
@@ -49,7 +45,7 @@ export function readGltf(bytes: Uint8Array<ArrayBuffer>): Gltf {
 }
 
 function slice({ bin }: Gltf, { byteOffset = 0, byteLength }: { byteOffset?: number; byteLength: number }): Uint8Array<ArrayBuffer> {
-  demand(byteOffset >= 0 && byteLength >= 0 && byteOffset + byteLength <= bin.length, 'bufferView');
+  demand(byteOffset >= 0 && byteLength >= 0 && byteOffset + byteLength <= bin.length);
   return bin.subarray(byteOffset, byteOffset + byteLength);
 }
 
@@ -78,21 +74,21 @@ export function accessorOf(gltf: Gltf, index: number): Accessor {
   const { bufferView: view, byteOffset: offset = 0, componentType: type, count, normalized = false, min = [], max = [] } = a;
   const json = gltf.json.bufferViews[view];
   const unit = kArrays[type - 5120]!.BYTES_PER_ELEMENT;
-  const components = kComponents[a.type];
+  // The digit of VEC3, or none in SCALAR.
+  const components = +a.type[3] || 1;
   const stride = json.extensions?.EXT_meshopt_compression?.byteStride || json.byteStride || unit * components;
   const end = offset + (count - 1) * stride + unit * components;
-  demand(count > 0 && offset >= 0 && offset % unit + (stride % unit) === 0 && end <= viewBytes(gltf, view).length, 'accessor');
-  const factor = normalized ? 1 / kMost[type - 5120] : 1;
-  return { view, offset, stride, count, components, type, normalized, factor, min: min.map((x) => x * factor), max: max.map((x) => x * factor) };
+  demand(count > 0 && offset >= 0 && offset % unit + (stride % unit) === 0 && end <= viewBytes(gltf, view).length);
+  return { view, offset, stride, count, components, type, normalized, min, max };
 }
 
-/** All numbers of an accessor; normalized ones as fractions. */
+/** All numbers of an accessor, as they stand. */
 export function numbersOf(gltf: Gltf, a: Accessor): Float32Array {
   const from = typed(gltf, a);
   const step = a.stride / from.BYTES_PER_ELEMENT;
   const result = new Float32Array(a.count * a.components);
   for (let i = 0, to = 0; i < a.count; i++) {
-    for (let c = 0; c < a.components; c++) result[to++] = from[i * step + c] * a.factor;
+    for (let c = 0; c < a.components; c++) result[to++] = from[i * step + c];
   }
   return result;
 }
@@ -110,6 +106,6 @@ function typed(gltf: Gltf, { view, offset, type }: Accessor): Uint16Array | Uint
 export function indicesOf(gltf: Gltf, index: number, vertices: number): Uint16Array | Uint32Array {
   const a = accessorOf(gltf, index);
   const result = typed(gltf, a).subarray(0, a.count);
-  demand(a.components === 1 && a.count % 3 === 0 && result.every((i) => i < vertices), 'indices');
+  demand(a.components === 1 && a.count % 3 === 0 && result.every((i) => i < vertices));
   return result;
 }

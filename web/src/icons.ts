@@ -19,18 +19,6 @@ const kIcons: Record<string, readonly [string, string?]> = {
   download: ['M12 4v11M7 10l5 5 5-5M5 20h14'],
 };
 
-export function icon(key: string): SVGElement {
-  const make = (tag: string, attribute: string, value: string): SVGElement => {
-    const element = document.createElementNS('http://www.w3.org/2000/svg', tag) as SVGElement;
-    element.setAttribute(attribute, value);
-    return element;
-  };
-  const svg = make('svg', 'viewBox', '0 0 24 24');
-  svg.setAttribute('aria-hidden', 'true');
-  kIcons[key].forEach((d, i) => {
-    const path = make('path', 'd', d!);
-    if (i) path.setAttribute('fill', 'currentColor');
-    svg.append(path);
-  });
-  return svg;
-}
+/** As the content of a button. */
+export const icon = (key: string): string =>
+  `<svg viewBox="0 0 24 24" aria-hidden="true">${kIcons[key].map((d, i) => `<path d="${d}" ${i ? 'fill="currentColor"' : ''}/>`).join('')}</svg>`;

@@ -23,17 +23,13 @@ export function listen(canvas: HTMLCanvasElement, gestures: Gestures, keys: Reco
   canvas.oncontextmenu = (event) => {
     if (event.shiftKey || event.ctrlKey) event.preventDefault();
   };
-  canvas.addEventListener(
-    'wheel',
-    (event) => {
-      event.preventDefault();
-      // Shift turns a wheel sideways.
-      const turned = event.deltaY || event.deltaX;
-      const notch = event.ctrlKey ? kPinchNotch : kNotch[event.deltaMode];
-      gestures.wheel(turned / notch, event.ctrlKey || event.altKey ? place(event) : undefined);
-    },
-    { passive: false },
-  );
+  canvas.onwheel = (event) => {
+    event.preventDefault();
+    // Shift turns a wheel sideways.
+    const turned = event.deltaY || event.deltaX;
+    const notch = event.ctrlKey ? kPinchNotch : kNotch[event.deltaMode];
+    gestures.wheel(turned / notch, event.ctrlKey || event.altKey ? place(event) : undefined);
+  };
   canvas.onkeydown = (event) => {
     if (event.ctrlKey || event.altKey || event.metaKey) return;
     const own = keys[event.key];

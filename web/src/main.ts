@@ -8,7 +8,7 @@ const find = (selector: string): HTMLElement => document.querySelector<HTMLEleme
 
 async function show(api: OrbivueApi): Promise<OrbivueApi> {
   const settings = JSON.parse(find('#settings').textContent!) as Settings;
-  const { texts, title, model } = settings;
+  const { texts, title, model, backgroundPicture } = settings;
   const status = find('[role=status]');
   const stage: Stage = {
     canvas: find('canvas') as HTMLCanvasElement,
@@ -18,23 +18,18 @@ async function show(api: OrbivueApi): Promise<OrbivueApi> {
   const { canvas, say } = stage;
   const fill = (key: TextKey, what: string): string => texts[key].replace('%1', () => what);
   canvas.setAttribute('aria-label', fill('canvas', title || model));
-  say(texts.loading);
   try {
-    const gl = canvas.getContext('webgl2', { alpha: false });
+    const gl = canvas.getContext('webgl2', { alpha: !!backgroundPicture });
+    if (backgroundPicture) canvas.style.background = `url("${encodeURI(backgroundPicture)}") 50%/cover rgb(${settings.background.map((x) => x * 255)})`;
     if (!gl) throw new Trouble('noWebGL');
-    const members = await view(await sceneBytes(settings), settings, stage, gl);
-    Object.defineProperties(api, Object.getOwnPropertyDescriptors(members));
+    Object.assign(api, await view(await sceneBytes(settings), settings, stage, gl));
     say(fill('shown', title || model));
     document.body.dataset.ready = '';
     return api;
   } catch (error) {
-    const { key, detail } = error instanceof Trouble ? error : new Trouble('broken', String(error));
-    const alert = document.createElement('p');
-    alert.setAttribute('role', 'alert');
-    canvas.after(alert);
-    say('');
-    // Set when it is in the page, or it would not be read aloud.
-    alert.textContent = document.body.dataset.error = fill(key, detail);
+    status.setAttribute('role', 'alert');
+    // Set after that, or it would not be read aloud.
+    status.textContent = document.body.dataset.error = texts[error instanceof Trouble ? error.message : 'broken'];
     throw error;
   }
 }

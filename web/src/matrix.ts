@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-import { cross, type Vec3 } from './vector.ts';
+import { cross, dot, type Vec3 } from './vector.ts';
 
 /** 4x4, column by column, in double precision: far from the origin a float's rounding errors would be seen. */
 export type Mat4 = readonly number[];
@@ -34,21 +34,8 @@ export const direction = (m: Mat4, [x, y, z]: Vec3): Vec3 => [0, 1, 2].map((i) =
 export const point = (m: Mat4, [x, y, z]: Vec3): Vec3 =>
   [0, 1, 2].map((i) => m[i] * x + m[i + 4] * y + m[i + 8] * z + m[i + 12]) as unknown as Vec3;
 
-/** Of the upper left 3x3: the cross products of its columns. */
-function cofactors(m: Mat4): number[] {
-  const [a, b, c] = [0, 4, 8].map((at): Vec3 => [m[at], m[at + 1], m[at + 2]]);
-  return [...cross(b, c), ...cross(c, a), ...cross(a, b)];
-}
-
 /** Of the upper left 3x3. */
 export function determinant(m: Mat4): number {
-  const c = cofactors(m);
-  return m[0] * c[0] + m[1] * c[1] + m[2] * c[2];
-}
-
-/** 3x3 for normals, of any length: mirroring does not turn them over. */
-export function normalMatrix(m: Mat4): number[] {
-  const c = cofactors(m);
-  const largest = Math.max(...c.map(Math.abs)) || 1;
-  return c.map((x) => (x / largest) * (determinant(m) < 0 ? -1 : 1));
+  const [a, b, c] = [0, 4, 8].map((at): Vec3 => [m[at], m[at + 1], m[at + 2]]);
+  return dot(cross(a, b), c);
 }

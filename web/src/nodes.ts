@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-import type { GltfJson, NodeJson, Path } from './format.ts';
+import type { GltfJson, NodeJson } from './format.ts';
 import { kIdentity, placed, point, product, type Mat4 } from './matrix.ts';
 import { demand } from './texts.ts';
 import type { Vec3 } from './vector.ts';
@@ -11,24 +11,23 @@ export interface SceneNode extends NodeJson {
   world: Mat4;
 }
 
-/** All nodes, by number. */
-export const readNodes = (json: GltfJson): SceneNode[] => json.nodes.map((n) => ({ ...n, world: kIdentity }));
-
-/** The nodes of the scene, parents first. */
-export function orderedNodes(json: GltfJson, all: readonly SceneNode[]): SceneNode[] {
-  // The roots turn the file's axes into those of glTF, which is not wanted here.
-  const ordered = json.scenes[json.scene ?? 0].nodes.map((root) => Object.assign(all[root], { matrix: kIdentity }) as SceneNode);
-  for (const node of ordered) {
-    for (const child of node.children ?? []) ordered.push(Object.assign(all[child], { parent: node }));
-    // A node with two parents or a circle would never end.
-    demand(ordered.length <= all.length, 'nodes');
-  }
-  return ordered;
+/** All nodes, by number; parents stand before their children. */
+export function readNodes(json: GltfJson): SceneNode[] {
+  // The root turns the file's axes into those of glTF, which is not wanted here.
+  const nodes = json.nodes.map((n): SceneNode => ({ ...n, world: kIdentity }));
+  nodes.forEach((node, i) => {
+    if (!node.parent) node.matrix = [...kIdentity];
+    for (const child of node.children ?? []) {
+      demand(child > i);
+      nodes[child].parent = node;
+    }
+  });
+  return nodes;
 }
 
 /** Works out where all nodes are. */
-export function placeNodes(ordered: readonly SceneNode[]): void {
-  for (const node of ordered) {
+export function placeNodes(nodes: readonly SceneNode[]): void {
+  for (const node of nodes) {
     const { matrix, translation = [0, 0, 0], rotation = [0, 0, 0, 1], scale = [1, 1, 1], parent } = node;
     const own = matrix ?? placed(translation, rotation, scale);
     node.world = parent ? product(parent.world, own) : own;
@@ -36,5 +35,3 @@ export function placeNodes(ordered: readonly SceneNode[]): void {
 }
 
 export const originOf = (node: SceneNode): Vec3 => point(node.world, [0, 0, 0]);
-
-export type { Path };

@@ -2,10 +2,10 @@
 import type { Context } from './gl.ts';
 import type { Geometry, GeometryMaker } from './geometry.ts';
 import type { Gltf } from './gltf.ts';
-import { kMacros, kReflection, type Look } from './material.ts';
+import { kMaps, kReflection, type Look } from './material.ts';
 import type { SceneNode } from './nodes.ts';
 import type { Program } from './program.ts';
-import { kMostSorted } from './sorting.ts';
+import { kMostSorted, type Indices } from './sorting.ts';
 
 /** Which pixels of a surface are drawn. What is transparent by a picture is drawn twice: its solid pixels with the depth
  * buffer, and only the rest from back to front. */
@@ -28,6 +28,8 @@ export interface Part {
   specular: readonly number[];
   /** Of the last picture: of its middle, larger is farther. */
   depth: number;
+  /** Of the last picture: its triangles from back to front. */
+  ordered?: Indices;
 }
 
 export interface Parts {
@@ -55,7 +57,7 @@ export function makeParts(
     const anyMap = maps.includes(true);
     const twoSided = look.twoSided && !look.flat;
     const flags = [...maps, look.glossy, metal && anyMap, look.flat, twoSided, pixels === Pixels.Solid, pixels === Pixels.Translucent];
-    const names = [...kMacros, 'SPECULAR', 'TINTED', 'FLAT', 'TWO_SIDED', 'SOLID', 'TRANSLUCENT', 'MAPS', 'LINES', 'MORPH', 'LIGHTS ' + lights];
+    const names = [...kMaps.map((name) => name.toUpperCase()), 'GLOSSY', 'TINTED', 'FLAT', 'TWO_SIDED', 'SOLID', 'TRANSLUCENT', 'MAPS', 'LINES', 'MORPH', 'LIGHTS ' + lights];
     const defines = names.filter((_, i) => [...flags, anyMap, look.lines, geometry.targets.length, lights][i]);
     return {
       node,
@@ -73,7 +75,7 @@ export function makeParts(
     const { primitives, weights } = gltf.json.meshes![node.mesh];
     node.weights ??= weights;
     primitives.forEach((primitive, p) => {
-      const material = primitive.material ?? looks.length - 1;
+      const { material } = primitive;
       const look = looks[material];
       const sorts = look.blended && !look.additive && !look.lines && gltf.json.accessors[primitive.indices].count < kMostSorted * 3;
       const geometry = (made[node.mesh + '/' + p] ??= maker.make(primitive, look.lines, sorts));
@@ -86,13 +88,4 @@ export function makeParts(
 }
 
 /** Draws the triangles or lines of the bound part. */
-export function drawPart(gl: Context, { geometry: { mode, count, indexType }, look, program }: Part): void {
-  // WebGL's lines are one pixel wide: wider ones are drawn beside each other.
-  const copies = look.lines ? Math.round(look.lineWidth) || 1 : 1;
-  for (let i = 0; i < copies * copies; i++) {
-    const [x, y] = [i % copies, Math.floor(i / copies)];
-    const size = [gl.drawingBufferWidth, gl.drawingBufferHeight];
-    if (copies > 1) program.set('uStep', 2, [x, y].map((at, k) => (2 * at + 1 - copies) / size[k]));
-    gl.drawElements(mode, count, indexType, 0);
-  }
-}
+export const drawPart = (gl: Context, { geometry: { mode, count, indexType } }: Part): void => gl.drawElements(mode, count, indexType, 0);

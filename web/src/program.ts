@@ -6,8 +6,8 @@ import { demand } from './texts.ts';
 export interface Program {
   /** Whether it is linked is asked at the first use, so that programs are made beside each other. */
   use(): void;
-  /** Sets a vector or an array of them by the count of their components, a 3x3 matrix (9) or a 4x4 one (16). */
-  set(name: string, components: 1 | 2 | 3 | 4 | 9 | 16, values: readonly number[]): void;
+  /** Sets a vector or an array of them by the count of their components, or a 4x4 matrix (16). */
+  set(name: string, components: 1 | 2 | 3 | 4 | 16, values: readonly number[]): void;
 }
 
 export function makeProgram(gl: Context, vertex: string, fragment: string, defines: readonly string[] = []): Program {
@@ -28,13 +28,12 @@ export function makeProgram(gl: Context, vertex: string, fragment: string, defin
       gl.useProgram(program);
       if (checked) return;
       checked = true;
-      demand(gl.getProgramParameter(program, Gl.LinkStatus) || gl.isContextLost(), 'shader');
+      demand(gl.getProgramParameter(program, Gl.LinkStatus) || gl.isContextLost());
       gl.uniform1iv(gl.getUniformLocation(program, 'uMap'), [0, 1, 2, 3, 4, 5, 6, 7]);
     },
     set(name, components, values) {
       const at = (uniforms[name] ??= gl.getUniformLocation(program, name));
       if (components === 16) gl.uniformMatrix4fv(at, false, values);
-      else if (components === 9) gl.uniformMatrix3fv(at, false, values);
       else gl[`uniform${components}fv`](at, values);
     },
   };

@@ -4,15 +4,12 @@ import type { FileCamera } from './camera.ts';
 import type { LightExtras, SceneExtras } from './format.ts';
 import { readGltf, type Gltf } from './gltf.ts';
 import { strongest } from './lights.ts';
-import { orderedNodes, originOf, placeNodes, readNodes, type SceneNode } from './nodes.ts';
+import { originOf, placeNodes, readNodes, type SceneNode } from './nodes.ts';
 import type { Vec3 } from './vector.ts';
 
 /** What a page shows: the hierarchy at one frame, its lights and its cameras, in the file's coordinates. */
 export interface Scene {
   gltf: Gltf;
-  /** By number. */
-  all: SceneNode[];
-  /** Those of the scene, parents first. */
   nodes: SceneNode[];
   lights: LightExtras[];
   headlight: boolean;
@@ -30,14 +27,12 @@ export interface Scene {
 export function readScene(bytes: Uint8Array<ArrayBuffer>): Scene {
   const gltf = readGltf(bytes);
   const { json } = gltf;
-  const all = readNodes(json);
-  const nodes = orderedNodes(json, all);
-  const channels = readChannels(gltf, all);
+  const nodes = readNodes(json);
+  const channels = readChannels(gltf, nodes);
   const extras: SceneExtras = json.scenes[json.scene ?? 0].extras.orbivue;
   const { headlight = false, ambientLight = [0, 0, 0], bounds, cameras = [], frames = { first: 0, last: 0, current: 0 } } = extras;
   const scene: Scene = {
     gltf,
-    all,
     nodes,
     lights: strongest(extras.lights ?? [], headlight),
     headlight,
@@ -48,7 +43,7 @@ export function readScene(bytes: Uint8Array<ArrayBuffer>): Scene {
     cameraNames: cameras.map((c) => c.name),
     camera(index) {
       const { name, node, target, rollDeg = 0, fovDeg } = cameras[index];
-      return { name, rollDeg, fovDeg, eye: originOf(all[node]), target: originOf(all[target]) };
+      return { name, rollDeg, fovDeg, eye: originOf(nodes[node]), target: originOf(nodes[target]) };
     },
     show(frame) {
       for (const channel of channels) channel.node[channel.path] = sample(channel, (frame - frames.first) / kFramesPerSecond);

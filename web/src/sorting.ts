@@ -5,9 +5,9 @@ export const kMostSorted = 50000;
 
 export type Indices = Uint16Array | Uint32Array;
 
-/** Triangles in order from back to front. `row` gives the depth of a point p as row . (p, 1). `middle`: of the range of
+/** Triangles in order from back to front. `row` gives the depth of a point p as row . (p, 1). Beside them the middle of
  * all depths. */
-export function orderBackToFront(positions: Float32Array, indices: Indices, row: readonly number[]): { ordered: Indices; middle: number } {
+export function orderBackToFront(positions: Float32Array, indices: Indices, row: readonly number[]): [Indices, number] {
   const count = indices.length / 3;
   const depths = new Float32Array(count);
   let low = Infinity;
@@ -22,28 +22,13 @@ export function orderBackToFront(positions: Float32Array, indices: Indices, row:
     if (depth < low) low = depth;
     if (depth > high) high = depth;
   }
-  const scale = high > low ? 65535 / (high - low) : 0;
-  const keys = new Uint16Array(count);
-  for (let t = 0; t < count; t++) keys[t] = (high - depths[t]) * scale;
-  let order = new Uint32Array(count);
-  for (let t = 0; t < count; t++) order[t] = t;
-  for (const shift of [0, 8]) order = sortedByByte(order, keys, shift);
+  // Counted by depth: the farthest first.
+  const steps = Math.min(count * 8, 65535);
+  const start = new Uint32Array(steps + 2);
+  const keyOf = (t: number): number => (high > low ? ((high - depths[t]) * steps) / (high - low) : 0) | 0;
+  for (let t = 0; t < count; t++) start[keyOf(t) + 1]++;
+  for (let i = 0; i < steps; i++) start[i + 1] += start[i];
   const ordered = indices.slice();
-  for (let t = 0; t < count; t++) {
-    const from = order[t] * 3;
-    ordered[t * 3] = indices[from];
-    ordered[t * 3 + 1] = indices[from + 1];
-    ordered[t * 3 + 2] = indices[from + 2];
-  }
-  return { ordered, middle: (low + high) / 2 };
-}
-
-/** One stable pass of a radix sort. */
-function sortedByByte(order: Uint32Array, keys: Uint16Array, shift: number): Uint32Array<ArrayBuffer> {
-  const start = new Uint32Array(257);
-  for (const key of keys) start[((key >> shift) & 255) + 1]++;
-  for (let i = 1; i < 257; i++) start[i] += start[i - 1];
-  const to = new Uint32Array(order.length);
-  for (const t of order) to[start[(keys[t] >> shift) & 255]++] = t;
-  return to;
+  for (let t = 0; t < count; t++) ordered.set(indices.subarray(t * 3, t * 3 + 3), start[keyOf(t)]++ * 3);
+  return [ordered, (low + high) / 2];
 }

@@ -23,24 +23,20 @@ export const kTexts = {
   noWebGL: 'This browser cannot show 3D pictures, because it has no WebGL 2, or it is switched off.',
   noUnpacking: 'This browser is too old to unpack the scene. Any browser since 2023 can show this page.',
   noScene: 'The scene of this page cannot be read. Is a file missing beside the page?',
-  broken: 'The scene of this page is damaged (%1).',
+  broken: 'The scene of this page is damaged.',
   noMemory: 'There is too little graphics memory to show this scene.',
   lost: 'The graphics card has dropped the picture. It is drawn again as soon as it is back.',
 } as const;
 
 export type TextKey = keyof typeof kTexts;
 
-/** Why a page shows no picture; `detail` fills the %1 of its sentence. */
+/** Why a page shows no picture: the message is the key of the sentence. Whatever else goes wrong has damaged data as its
+ * cause. */
 export class Trouble extends Error {
-  constructor(
-    readonly key: TextKey,
-    readonly detail = '',
-  ) {
-    super(key + detail);
-  }
+  declare message: TextKey;
 }
 
-/** Ends the reading of a scene that is not as it must be; `what` says where. */
-export function demand(condition: unknown, what: string): asserts condition {
-  if (!condition) throw new Trouble('broken', what);
+/** Ends the reading of a scene that is not as it must be. */
+export function demand(condition: unknown): asserts condition {
+  if (!condition) throw Error('demand');
 }

@@ -37,11 +37,7 @@ export function makeToolbar(bar: HTMLElement, { texts, camerasBar, download }: S
     if (tag !== 'input') stops.push(element);
     return element;
   };
-  const button = (key: TextKey, onclick: () => void): HTMLButtonElement => {
-    const made = add('button', key, { type: 'button', onclick });
-    made.append(icon(key));
-    return made;
-  };
+  const button = (key: TextKey, onclick: () => void): HTMLButtonElement => add('button', key, { type: 'button', onclick, innerHTML: icon(key) });
   const stopAt = (element: HTMLElement): void => {
     if (stops.includes(element)) for (const other of stops) other.tabIndex = other === element ? 0 : -1;
   };
@@ -57,17 +53,16 @@ export function makeToolbar(bar: HTMLElement, { texts, camerasBar, download }: S
   const { first, last } = scene.frames;
   const slider = play && add('input', 'frame', { type: 'range', min: '' + first, max: '' + last, oninput: () => actions.frame(+(slider as HTMLInputElement).value) });
   if (document.fullscreenEnabled) button('fullscreen', toggleFullScreen);
-  if (download) add('a', 'download', { href: download, download: '' }).append(icon('download'));
+  if (download) add('a', 'download', { href: download, download: '', innerHTML: icon('download') });
 
   bar.setAttribute('aria-label', texts.toolbar);
-  bar.onfocus = null;
   bar.addEventListener('focusin', (event) => stopAt(event.target as HTMLElement));
   bar.onkeydown = (event) => {
     const at = stops.indexOf(event.target as HTMLElement);
-    const to = { ArrowLeft: at - 1 + stops.length, ArrowRight: at + 1, Home: 0, End: stops.length - 1 }[event.key];
-    if (at < 0 || to === undefined) return;
+    const way = { ArrowLeft: stops.length - 1, ArrowRight: 1 }[event.key];
+    if (at < 0 || !way) return;
     event.preventDefault();
-    stops[to % stops.length].focus();
+    stops[(at + way) % stops.length].focus();
   };
   stopAt(stops[0]);
 
@@ -79,7 +74,7 @@ export function makeToolbar(bar: HTMLElement, { texts, camerasBar, download }: S
       const key = playing ? 'pause' : 'play';
       if (!play || play.title === texts[key]) return;
       name(play, key);
-      play.replaceChildren(icon(key));
+      play.innerHTML = icon(key);
     },
   };
 }

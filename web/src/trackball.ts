@@ -2,13 +2,13 @@
 import { axesOf, eyeOf, rayOf } from './camera.ts';
 import { combined, rotationAbout, rotationBetween } from './rotation.ts';
 import { ballOf, type Seen } from './seen.ts';
-import { add, dot, length, normalized, scaled, sub, type Vec3 } from './vector.ts';
+import { add, dot, normalized, scaled, sub, type Vec3 } from './vector.ts';
 
 /** Where the ray through a point of the view meets the ball, or passes it. */
 interface Grab {
-  /** Unit vector from the centre to the point on the ball or on its outline. */
+  /** Unit vector from the centre to the point on the ball, where it is met. */
   at: Vec3;
-  /** About the line of sight; NaN where the ray runs along it. */
+  /** Of the ray about the line of sight. */
   azimuth: number;
   missed: boolean;
   /** Unit vector from the centre to the eye. */
@@ -26,14 +26,8 @@ function grab(seen: Seen, x: number, y: number): Grab {
   // From inside the ball the nearer point is behind the eye, so the farther one is taken.
   const distance = -along - root >= 0 ? -along - root : -along + root;
   const missed = discriminant <= 0 || distance < 0;
-  const flat = (v: Vec3): Vec3 => sub(v, scaled(sight, dot(v, sight)));
-  // The outline of the ball (radius 1 here) is a circle in the plane 1 / |eye| before the centre.
-  const plane = 1 / length(eye);
-  const outline = add(scaled(sight, plane), scaled(normalized(flat(ray)), Math.sqrt(Math.max(0, 1 - plane * plane))));
-  const at = normalized(missed ? outline : add(eye, scaled(ray, distance)));
   const [right, up] = axesOf({ back: sight, up: camera.up });
-  const aside = flat(at);
-  return { at, missed, sight, azimuth: length(aside) > 1e-6 ? Math.atan2(dot(aside, up), dot(aside, right)) : NaN };
+  return { at: normalized(add(eye, scaled(ray, distance))), missed, sight, azimuth: Math.atan2(dot(ray, up), dot(ray, right)) };
 }
 
 /** Begins a drag and returns what follows the pointer. A drag that begins on the ball, which is as large as the model, keeps
@@ -44,9 +38,8 @@ export function trackball(seen: Seen, x: number, y: number): (x: number, y: numb
   let before = seen.turn;
   return (toX, toY) => {
     const now = grab(seen, toX, toY);
-    const spin = now.azimuth - begin.azimuth;
-    if (!begin.missed) seen.turn = combined(rotationBetween(begin.at, now.at), before);
-    else if (isFinite(spin)) seen.turn = combined(rotationAbout(now.sight, spin), before);
+    if (begin.missed) seen.turn = combined(rotationAbout(now.sight, now.azimuth - begin.azimuth), before);
+    else if (!now.missed) seen.turn = combined(rotationBetween(begin.at, now.at), before);
     if (now.missed === begin.missed) return;
     begin = now;
     before = seen.turn;

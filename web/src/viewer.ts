@@ -121,9 +121,8 @@ export async function view(bytes: Uint8Array<ArrayBuffer>, settings: Settings, {
     box?.remove();
     if (!b) return;
     box = Object.assign(document.createElement('div'), { className: 'box' });
-    const [left, top, width, height] = [Math.min(b.x0, b.x1), Math.min(b.y0, b.y1), Math.abs(b.x1 - b.x0), Math.abs(b.y1 - b.y0)];
-    // As a string, each value would need its unit: a policy that forbids style attributes allows this.
-    Object.entries({ left, top, width, height }).forEach(([key, value]) => box!.style.setProperty(key, value + 'px'));
+    const [left, top] = [Math.min(b.x0, b.x1), Math.min(b.y0, b.y1)];
+    box.style.cssText = `left:${left}px;top:${top}px;width:${Math.abs(b.x1 - b.x0)}px;height:${Math.abs(b.y1 - b.y0)}px`;
     canvas.after(box);
   };
 
@@ -174,21 +173,8 @@ export async function view(bytes: Uint8Array<ArrayBuffer>, settings: Settings, {
       zoomBy(seen.camera, -kStepsOfE * Math.log(factor));
       request();
     },
-    frames: [frames.first, frames.last],
-    get frame() {
-      return frame;
-    },
-    set frame(to) {
-      setFrame(to);
-    },
-    get playing() {
-      return playing;
-    },
-    set playing(on) {
-      play(on);
-    },
-    get drawn() {
-      return drawn;
-    },
+    setFrame,
+    play,
+    state: () => ({ ...frames, frame, playing, drawn }),
   };
 }

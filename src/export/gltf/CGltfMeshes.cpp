@@ -12,7 +12,6 @@
 #include "base/jobs/CJobProgress.h"
 #include "base/jobs/parallel_for.h"
 #include "base/name_hash.h"
-#include "base/text/lng.h"
 #include "export/gltf/CGltfMaterials.h"
 #include "export/gltf/glb/CGlbFile.h"
 #include "export/gltf/glb/CJsonText.h"
@@ -100,16 +99,15 @@ std::vector<float> CGltfMeshes::WeightsOf(std::size_t mesh, const CMorphShape& s
 
 CStatus CGltfMeshes::Add(const std::vector<bool>& used, CMorphs morphs, CJobProgress* progress) {
     constexpr std::size_t kAtOnce = 256;  // so that few are in memory a second time
-    const auto isCancelled = [&] { return progress != nullptr && progress->IsCancelled(); };
     m_morphs = std::move(morphs);
     FindParts(used);
     const std::vector<std::size_t> firsts = FindEqual();
     for (std::size_t begin = 0; begin < firsts.size(); begin += kAtOnce) {
         std::vector<CMade> made(std::min(kAtOnce, firsts.size() - begin));
         ParallelFor(made.size(), 0, [&](std::size_t i) {
-            if (!isCancelled()) made[i] = Make(firsts[begin + i]);
+            if (NotCancelled(progress)) made[i] = Make(firsts[begin + i]);
         });
-        if (isCancelled()) return CError{EErrorCode::Cancelled, lng::Mark("cancelled"), {}};
+        if (CStatus status = NotCancelled(progress); !status) return status;
         for (const CMade& one : made) Append(one);
         if (progress)
             progress->SetShare(0.7 * static_cast<double>(begin + made.size()) /

@@ -50,7 +50,7 @@ class C3ds2WebGL {
         std::string cameraName;
         std::string modelFileName;  ///< UTF-8; the page's title and the archive's name come from it
         std::string version;        ///< of this program
-        std::string javaScript;     ///< UTF-8; runs in the page once the viewer is there. Empty: none
+        std::string javaScript;     ///< UTF-8; runs in the page behind the viewer's script. Empty: none
     };
 
     /** Exports a scene in memory at its current frame, seen by format's camera. The caller keeps the scene; a

@@ -41,6 +41,8 @@ void CHtmlSettings::Read() {
 }
 
 bool CHtmlSettings::Save() {
+    constexpr std::size_t kMostScript = 8 << 20;
+    if (m_javaScript.size() > kMostScript) return false;
     const std::array<std::pair<const char*, bool>, 7> flags{{{"minify", m_minify},
                                                              {"combine", m_combine},
                                                              {"browser", m_launchBrowser},

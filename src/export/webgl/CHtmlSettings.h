@@ -17,7 +17,8 @@ class CHtmlSettings {
     /** The same from another file (UTF-8 path). */
     explicit CHtmlSettings(std::string path);
 
-    /** Writes all values into the file. Whatever else the file holds stays. */
+    /** Writes all values into the file. Whatever else the file holds stays. False, and nothing written, for a script of
+     * more than 8 MB, with which the file could not be read again. */
     [[nodiscard]] bool Save();
 
     [[nodiscard]] bool GetMinify() const { return m_minify; }

@@ -35,7 +35,6 @@ constexpr std::array kEntries = {
            lng::Mark("3D model %1. Arrow keys turn it, plus and minus zoom, Home resets the view.")},
     CEntry{"loading", lng::Mark("Loading…")},
     CEntry{"shown", lng::Mark("%1 is shown")},
-    CEntry{"cameraShown", lng::Mark("Camera: %1")},
     CEntry{
         "noWebGL",
         lng::Mark("This browser cannot show 3D pictures, because it has no WebGL 2, or it is switched off.")},

@@ -8,7 +8,7 @@
  * written on others. */
 struct CPageTexts {
     std::string language = "en";               ///< for the page's lang attribute: "de", "pt-BR"
-    std::map<std::string, std::string> texts;  ///< by the viewer's keys, UTF-8; what is missing is English
+    std::map<std::string, std::string> texts;  ///< by the viewer's keys, UTF-8
 
     /** In the program's language. Main thread only. */
     [[nodiscard]] static CPageTexts InProgramLanguage();

@@ -10,6 +10,7 @@
 #include "base/text/number_text.h"
 #include "export/webgl/page_text.h"
 #include "files/file_util_ex.h"
+#include "model/prepare/CPreparedScene.h"
 #include "picture/CImage.h"
 #include "picture/image_writer.h"
 #include "picture/shrink_image.h"
@@ -57,14 +58,20 @@ CJson View(const CSeenView& seen) {
     return view;
 }
 
-/** The texts that the viewer does not have itself. */
-CJson Texts(const CPageTexts& texts) {
+/** What this page may have to say. */
+CJson Texts(const CWebGLSource& source, const C3ds2WebGL::COutFormat& format) {
     const CPageTexts english = CPageTexts::English();
-    CJson own = CJson::object();
-    for (const auto& [key, text] : texts.texts) {
-        if (text != english.Of(key)) own[key] = page_text::Sound(text);
-    }
-    return own;
+    CJson texts = CJson::object();
+    for (const auto& [key, ignored] : english.texts) texts[key] = page_text::Sound(source.texts.Of(key));
+    const auto leaveOut = [&texts](std::initializer_list<const char*> keys) {
+        for (const char* key : keys) texts.erase(key);
+    };
+    leaveOut({"noScript"});  // the page itself says that
+    if (!format.camerasBar) leaveOut({"top", "left", "right", "front", "back", "iso"});
+    if (!format.camerasBar || source.scene.cameras.empty()) leaveOut({"cameras"});
+    if (!source.scene.animated) leaveOut({"play", "pause", "frame"});
+    if (!format.downloadLink) leaveOut({"download"});
+    return texts;
 }
 
 /** As an address that holds the picture itself; empty where it cannot be packed. */
@@ -103,6 +110,6 @@ std::string PageSettings(const CWebGLSource& source, const C3ds2WebGL::COutForma
     if (!links.download.empty()) json["download"] = links.download;
     if (!links.scene.empty()) json["files"] = {{"scene", links.scene}, {"script", links.sceneScript}};
     json["userCode"] = !format.javaScript.empty();
-    if (CJson texts = Texts(source.texts); !texts.empty()) json["texts"] = std::move(texts);
+    json["texts"] = Texts(source, format);
     return json.dump(-1, ' ', false, CJson::error_handler_t::replace);
 }

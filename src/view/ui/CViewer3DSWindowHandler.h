@@ -215,6 +215,8 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     void OnRest();
     [[nodiscard]] bool IsInterrupted();
     [[nodiscard]] bool DrawsQuickly();
+    /** Or a picture of such a movement is still to come. */
+    [[nodiscard]] bool IsMovedByHand() const;
     void SetRunning();
     void TellThatItIsShown();
     void DrawFrame(int renderMode, int x, int y);
@@ -242,6 +244,7 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     EToolCursor m_cursor = EToolCursor::Standard;
     wxTimer m_longPressTimer;
     CMotion m_motion;
+    bool m_follows = false;  ///< what moves last were values of materials
     wxTimer m_restTimer;
     bool m_hasLevels = false;                          ///< the engine has no idle work to do for the scene
     std::chrono::steady_clock::duration m_fullTook{};  ///< of the last frame drawn in full

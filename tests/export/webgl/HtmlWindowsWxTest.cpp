@@ -78,8 +78,7 @@ class CHtmlExportWxTest : public testing::Test {
         setenv("PATH", folder.Path().c_str(), 1);
         ASSERT_TRUE(window.IsReady());
         SaveTwoBoxes(folder / "boxes.3ds");
-        ASSERT_TRUE(
-            window.View().OpenModel(file_util_ex::ConvertFromUTF8W(folder / "boxes.3ds").c_str()));
+        ASSERT_TRUE(window.View().OpenModel(file_util_ex::ConvertFromUTF8W(folder / "boxes.3ds").c_str()));
         fs::create_directory(folder / "out");
     }
     ~CHtmlExportWxTest() override { setenv("PATH", m_pathBefore.c_str(), 1); }

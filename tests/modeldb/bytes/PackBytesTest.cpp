@@ -50,14 +50,17 @@ struct CContentRow {
     EBlobCodec codec;
 };
 class PackBytesTest : public testing::TestWithParam<CContentRow> {};
-INSTANTIATE_TEST_SUITE_P(, PackBytesTest,
-                         testing::Values(CContentRow{"Empty", "", EBlobCodec::Plain}, CContentRow{"OneByte", "x", EBlobCodec::Plain},
-                                         CContentRow{"Even", std::string(3'000'000, 'e'), EBlobCodec::Zstd},
-                                         CContentRow{"Noise", Noise(300'000), EBlobCodec::Plain},
-                                         CContentRow{"NoiseBehindText", std::string(90'000, 't') + Noise(300'000), EBlobCodec::Zstd},
-                                         CContentRow{"Jpeg", "\xFF\xD8\xFF" + std::string(90'000, 'j'), EBlobCodec::Plain},
-                                         CContentRow{"ExactlyTheTrial", std::string(64 << 10, 'k'), EBlobCodec::Zstd}),
-                         kRowName);
+INSTANTIATE_TEST_SUITE_P(
+    , PackBytesTest,
+    testing::Values(CContentRow{"Empty", "", EBlobCodec::Plain},
+                    CContentRow{"OneByte", "x", EBlobCodec::Plain},
+                    CContentRow{"Even", std::string(3'000'000, 'e'), EBlobCodec::Zstd},
+                    CContentRow{"Noise", Noise(300'000), EBlobCodec::Plain},
+                    CContentRow{"NoiseBehindText", std::string(90'000, 't') + Noise(300'000),
+                                EBlobCodec::Zstd},
+                    CContentRow{"Jpeg", "\xFF\xD8\xFF" + std::string(90'000, 'j'), EBlobCodec::Plain},
+                    CContentRow{"ExactlyTheTrial", std::string(64 << 10, 'k'), EBlobCodec::Zstd}),
+    kRowName);
 
 TEST_P(PackBytesTest, ComesOutAsItWentInWhateverThePieces) {
     const std::string& content = GetParam().content;
@@ -89,14 +92,16 @@ TEST(PackedBytesTest, DamageIsSeenOrChangesWhatAHashSees) {
 }
 
 TEST(BlobHashTest, IsThatOfTheStandards) {
-    EXPECT_EQ(CBlobHash::Of(BytesOf("abc")).ToHex(), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    EXPECT_EQ(CBlobHash::Of(BytesOf("abc")).ToHex(),
+              "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
     EXPECT_EQ(CBlobHash::FromHex(CBlobHash::Of({}).ToHex()), CBlobHash::Of({}));
     EXPECT_EQ(CBlobHash::FromHex(std::string(63, 'a') + "g"), std::nullopt);
     EXPECT_EQ(CalcCrc(BytesOf("123456789")), 0xCBF43926u);
     EXPECT_EQ(CalcCrc(BytesOf("56789"), CalcCrc(BytesOf("1234"))), 0xCBF43926u);
     EXPECT_EQ(model_key::ToText(0x0BF43926), "0bf43926");
     EXPECT_EQ(model_key::FromText("CBF43926"), 0xCBF43926u);
-    for (const char* text : {"", "cbf4392", "cbf439260", "0xcbf439", "-1234567", " 1234567"}) EXPECT_FALSE(model_key::FromText(text)) << text;
+    for (const char* text : {"", "cbf4392", "cbf439260", "0xcbf439", "-1234567", " 1234567"})
+        EXPECT_FALSE(model_key::FromText(text)) << text;
 }
 
 }  // namespace

@@ -3,11 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unistd.h>
 #include <vector>
 
 #include "files/CTestFolder.h"
@@ -23,8 +23,9 @@ struct CEngineRow {
 };
 
 /** SQLite, or PostgreSQL where tests/modeldb/run_with_postgres.sh runs the tests. */
-inline std::vector<CEngineRow> Engines() {
+inline std::vector<CEngineRow> Engines(bool onlyServers = false) {
     if (std::getenv("ORBIVUE_TEST_POSTGRES") != nullptr) return {{"PostgreSql", true}};
+    if (onlyServers) return {};
     return {{"Sqlite", false}};
 }
 
@@ -57,7 +58,8 @@ class CTestPlace {
     }
     /** Has the server do something that no store does. */
     void Server(const std::string& sql) const {
-        auto server = CPostgresDatabase::Open(CStoreAddress::Parse(m_server + "postgres"), CDatabase::EAccess::Write);
+        auto server =
+            CPostgresDatabase::Open(CStoreAddress::Parse(m_server + "postgres"), CDatabase::EAccess::Write);
         ASSERT_TRUE(server) << server.Error().Text();
         const CStatus done = server.Value()->RunScript(sql);
         ASSERT_TRUE(done) << done.Error().Text();

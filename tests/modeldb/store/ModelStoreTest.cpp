@@ -41,7 +41,8 @@ TEST_P(ModelStoreTest, GivesBackAllThatAModelHas) {
     const CResult<CModelRecord> found = other.Model(key);
     ASSERT_TRUE(found) << found.Error().Text();
     const CModelRecord& record = found.Value();
-    EXPECT_EQ(record.group + "/" + record.name + "/" + record.code + "/" + record.note, "Cars/chair/chair/Upload");
+    EXPECT_EQ(record.group + "/" + record.name + "/" + record.code + "/" + record.note,
+              "Cars/chair/chair/Upload");
     EXPECT_EQ(ContentOf(other, record.file.hash), std::string(300'000, 'x') + "end");
     EXPECT_EQ(record.file.codec, EBlobCodec::Zstd);
     EXPECT_EQ(ContentOf(other, record.preview->hash), "\x89PNG preview");
@@ -129,12 +130,18 @@ TEST_P(ModelStoreTest, StagesLargeBytesAndGivesAnyPartOfThem) {
     EXPECT_EQ(Add(std::move(model)), EAdded::Added);
     EXPECT_EQ(ContentOf(store, hash), large);
     const std::uint64_t part = store_limits::kPartBytes;
-    for (const auto& [offset, length] : {std::pair<std::uint64_t, std::uint64_t>{0, 1}, {part - 1, 2}, {part, part}, {3 * part + 7, 2 * part},
-                                         {large.size() - 1, 100}, {large.size(), 1}, {large.size() + 9, 1},
+    for (const auto& [offset, length] : {std::pair<std::uint64_t, std::uint64_t>{0, 1},
+                                         {part - 1, 2},
+                                         {part, part},
+                                         {3 * part + 7, 2 * part},
+                                         {large.size() - 1, 100},
+                                         {large.size(), 1},
+                                         {large.size() + 9, 1},
                                          {5, std::numeric_limits<std::uint64_t>::max()}}) {
         CMemorySink sink(64 << 20);
         EXPECT_TRUE(store.ReadStored(hash, offset, length, sink));
-        EXPECT_EQ(CTestFolder::TextOf(sink.bytes), offset < large.size() ? large.substr(offset, length) : "") << offset;
+        EXPECT_EQ(CTestFolder::TextOf(sink.bytes), offset < large.size() ? large.substr(offset, length) : "")
+            << offset;
     }
 }
 
@@ -150,14 +157,15 @@ TEST_P(ModelStoreTest, LeavesNoStagedBytesOfWhatIsRefusedDroppedOrThereAlready) 
         EXPECT_TRUE(writer.Take(BytesOf(NoiseOf(2 * CBlobWriter::kHeldBytes, 3))));
     }
     const auto rows = [&](const char* table) {
-        const auto database =
-            GetParam().isPostgres ? CPostgresDatabase::Open(place.Address(), CDatabase::EAccess::Read)
+        const auto database = GetParam().isPostgres
+                                  ? CPostgresDatabase::Open(place.Address(), CDatabase::EAccess::Read)
                                   : CSqliteDatabase::Open(place.Address().text, CDatabase::EAccess::Read);
         std::int64_t count = 0;
-        EXPECT_TRUE(database.Value()->Run(std::string("SELECT count(*) FROM ") + table, {}, [&](const CDbRow& row) -> CStatus {
-            count = row.Int(0);
-            return CDone{};
-        }));
+        EXPECT_TRUE(database.Value()->Run(std::string("SELECT count(*) FROM ") + table, {},
+                                          [&](const CDbRow& row) -> CStatus {
+                                              count = row.Int(0);
+                                              return CDone{};
+                                          }));
         return count;
     };
     EXPECT_EQ(rows("blobs"), 1);
@@ -166,12 +174,14 @@ TEST_P(ModelStoreTest, LeavesNoStagedBytesOfWhatIsRefusedDroppedOrThereAlready) 
 
 TEST_P(ModelStoreTest, PagesGoOnBehindAnyPlaceAndSplitNoEqualNames) {
     std::vector<CNewModel> batch;
-    for (int i = 0; i < 25; ++i) batch.push_back(ModelOf("g", i % 2 ? "same" : "same as well", std::to_string(i)));
+    for (int i = 0; i < 25; ++i)
+        batch.push_back(ModelOf("g", i % 2 ? "same" : "same as well", std::to_string(i)));
     ASSERT_TRUE(store.AddModels(batch));
     const std::int64_t group = store.Group("g").Value().id;
     const std::vector<CModelSummary> all = store.Models(group, std::nullopt, 1000).Value();
     ASSERT_EQ(all.size(), 25u);
-    EXPECT_TRUE(std::ranges::is_sorted(all, {}, [](const CModelSummary& model) { return std::pair(model.name, model.key); }));
+    EXPECT_TRUE(std::ranges::is_sorted(
+        all, {}, [](const CModelSummary& model) { return std::pair(model.name, model.key); }));
     std::vector<std::uint32_t> paged, whole;
     std::optional<CPagePlace> place;
     for (std::vector<CModelSummary> page; page = store.Models(group, place, 4).Value(), !page.empty();) {
@@ -217,21 +227,25 @@ TEST_P(StoreNameTest, IsTextAndNothingElse) {
 
 INSTANTIATE_TEST_SUITE_P(
     , StoreNameTest,
-    testing::Combine(testing::ValuesIn(Engines()),
-                     testing::Values(CNameRow{"Quote", "'; DROP TABLE models; --"}, CNameRow{"DoubleQuote", "a\"b\" OR \"c"},
-                                     CNameRow{"Pattern", "100%_!"}, CNameRow{"PatternAlone", "%"}, CNameRow{"Parameter", "$1 ?2 :x @y"},
-                                     CNameRow{"SearchSyntax", "name:x* NEAR(a b) AND NOT ^"}, CNameRow{"Path", "../../etc/passwd"},
-                                     CNameRow{"BackslashPath", "C:\\x\\..\\y\\"}, CNameRow{"LineEnds", "a\r\nb\tc\x1b[31m"},
-                                     CNameRow{"Longest", std::string(200, 'n')}, CNameRow{"Emoji", "\xF0\x9F\xAA\x91 chair"},
-                                     CNameRow{"CaseBeyondAscii", "\xC3\x84PFEL \xD0\x96"}, CNameRow{"Blanks", "  "},
-                                     CNameRow{"Empty", "", false}, CNameRow{"TooLong", std::string(201, 'n'), false},
-                                     CNameRow{"Zero", std::string("a\0b", 3), false}, CNameRow{"HalfACharacter", "a\xC3", false},
-                                     CNameRow{"Surrogate", "\xED\xA0\x80", false}, CNameRow{"Overlong", "\xC0\xAF", false})),
+    testing::Combine(
+        testing::ValuesIn(Engines()),
+        testing::Values(
+            CNameRow{"Quote", "'; DROP TABLE models; --"}, CNameRow{"DoubleQuote", "a\"b\" OR \"c"},
+            CNameRow{"Pattern", "100%_!"}, CNameRow{"PatternAlone", "%"},
+            CNameRow{"Parameter", "$1 ?2 :x @y"}, CNameRow{"SearchSyntax", "name:x* NEAR(a b) AND NOT ^"},
+            CNameRow{"Path", "../../etc/passwd"}, CNameRow{"BackslashPath", "C:\\x\\..\\y\\"},
+            CNameRow{"LineEnds", "a\r\nb\tc\x1b[31m"}, CNameRow{"Longest", std::string(200, 'n')},
+            CNameRow{"Emoji", "\xF0\x9F\xAA\x91 chair"}, CNameRow{"CaseBeyondAscii", "\xC3\x84PFEL \xD0\x96"},
+            CNameRow{"Blanks", "  "}, CNameRow{"Empty", "", false},
+            CNameRow{"TooLong", std::string(201, 'n'), false},
+            CNameRow{"Zero", std::string("a\0b", 3), false}, CNameRow{"HalfACharacter", "a\xC3", false},
+            CNameRow{"Surrogate", "\xED\xA0\x80", false}, CNameRow{"Overlong", "\xC0\xAF", false})),
     [](const auto& row) { return std::get<0>(row.param).name + std::get<1>(row.param).name; });
 
 TEST_P(ModelStoreTest, SearchesPartsOfNamesWhateverTheirCase) {
     std::vector<CNewModel> batch;
-    for (const char* name : {"Old Chair", "ARMCHAIR", "table", "\xC3\x84pfel", "50% off"}) batch.push_back(ModelOf("g", name, name));
+    for (const char* name : {"Old Chair", "ARMCHAIR", "table", "\xC3\x84pfel", "50% off"})
+        batch.push_back(ModelOf("g", name, name));
     batch.push_back(ModelOf("h", "chairs", "chairs"));
     ASSERT_TRUE(store.AddModels(batch));
     const auto found = [&](std::string_view text, std::int64_t group) {
@@ -262,8 +276,9 @@ TEST_P(ModelStoreTest, ATokenIsKnownByItsSecretAloneUntilItIsRevoked) {
     std::string wrong = token;
     wrong.back() = wrong.back() == '0' ? '1' : '0';
     const std::string secret = token.substr(token.rfind('_'));
-    for (const std::string& other : {wrong, std::string(), token + "0", token.substr(1), "orbivue_99" + secret, "orbivue_-1" + secret,
-                                     "orbivue_" + secret, "orbivue_9999999999999999999999" + secret})
+    for (const std::string& other :
+         {wrong, std::string(), token + "0", token.substr(1), "orbivue_99" + secret, "orbivue_-1" + secret,
+          "orbivue_" + secret, "orbivue_9999999999999999999999" + secret})
         EXPECT_FALSE(store.FindToken(other).Value()) << other;
     EXPECT_TRUE(store.RevokeToken("anna"));
     EXPECT_FALSE(store.FindToken(token).Value());
@@ -308,10 +323,12 @@ TEST_P(ModelStoreTest, ABackupHoldsAllAndFillsAStoreOfEitherEngine) {
     EXPECT_EQ(ContentOf(copy, record.file.hash), std::string(700'000, 'c'));
     EXPECT_EQ(ContentOf(copy, record.textures.at(0).blob.hash), NoiseOf(600'000, 4));
     EXPECT_EQ(copy.Groups().Value().size(), 2u);
-    EXPECT_GT(copy.Group("Cars").Value().version, version) << "what was seen of the lost store is not taken for this one";
+    EXPECT_GT(copy.Group("Cars").Value().version, version)
+        << "what was seen of the lost store is not taken for this one";
     EXPECT_TRUE(copy.FindToken(token).Value());
     EXPECT_EQ(copy.Search("chai", 0, 9).Value().size(), 1u);
-    EXPECT_EQ(copy.AddModel(ModelOf("New", "y", "y")).Value().how, EAdded::Added) << "its numbers are new ones";
+    EXPECT_EQ(copy.AddModel(ModelOf("New", "y", "y")).Value().how, EAdded::Added)
+        << "its numbers are new ones";
     EXPECT_TRUE(copy.CreateToken("berta", {}));
     const CResult<CCheckReport> report = copy.Check(CModelStore::ECheck::Full);
     EXPECT_EQ(report.Value().faultCount, 0u) << report.Value().faults.front();
