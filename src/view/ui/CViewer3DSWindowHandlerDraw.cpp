@@ -115,8 +115,9 @@ void CViewer3DSWindowHandler::AwaitRest() {
 }
 
 void CViewer3DSWindowHandler::OnRest() {
-    if (!GetEngine().Prepared() && !std::exchange(m_isReadyForCoarse, true)) {
-        (void)GetReadyFor(CoarseKind());
+    if (!GetEngine().Prepared() && !m_isReadyForCoarse) {
+        m_isReadyForCoarse = !GetReadyFor(CoarseKind());
+        if (!m_isReadyForCoarse) m_restTimer.StartOnce(kIdlePeriodMs);
         return;
     }
     if (m_motion.IsMovedByHand(CClock::now())) return AwaitRest();
