@@ -60,9 +60,8 @@ void CSceneRenderer::CState::Learn(CGlCurrent& gl) {
     shadersWork = can->shaders && shaders.Check(gl).HasValue();
 }
 
-void CSceneRenderer::CState::InFrame(
-    CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
-    const std::function<void(const CFrameView&, CDrawPipeline&)>& draw) {
+void CSceneRenderer::CState::InFrame(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
+                                     const std::function<void(const CFrameView&, CDrawPipeline&)>& draw) {
     const CGlStateGuard guard(gl, can->shaders);
     const CFrameView view = CFrameView::FromCurrent(gl);
     const CFrameLights lights = CFrameLights::From(scene, view, options.useFileLights);

@@ -53,7 +53,7 @@ struct CSceneRenderer::CState {
     CSortedBatches sorted;
     CSceneLevels levels;
     CFrameBudget budget;
-    CFrameBudget followBudget;        ///< of pictures that are drawn onto kept ones
+    CFrameBudget followBudget;  ///< of pictures that are drawn onto kept ones
     CFollowedEdit followed;
     CKeptPixels kept;                 ///< of what followed does not change
     std::optional<CPlanned> planned;  ///< for the next drawing
