@@ -154,7 +154,8 @@ CFigures Follow(C3dsDisplayWrap& engine, const COptions& options) {
     CFigures figures;
     const std::string node = LargestNode(*engine.Prepared());
     const auto color = [&](int frame) {
-        (void)engine.SetNodeMaterialColor(node.c_str(), "", 0.01f * static_cast<float>(frame % 100), 0.5f, 0.25f);
+        (void)engine.SetNodeMaterialColor(node.c_str(), "", 0.01f * static_cast<float>(frame % 100), 0.5f,
+                                          0.25f);
     };
     color(options.frames);
     Paint(engine);
@@ -226,7 +227,8 @@ bool Measure(const std::string& path, const COptions& options) {
     CFigures whole;
     const std::vector<CPixels> full = FullPictures(engine, options, whole);
     const double levelsMs = MakeLevels(engine);
-    Print(path, engine, whole, options.follow ? Follow(engine, options) : Turn(engine, options, full), levelsMs);
+    Print(path, engine, whole, options.follow ? Follow(engine, options) : Turn(engine, options, full),
+          levelsMs);
     std::fflush(stdout);
     engine.CloseModel();
     return true;
@@ -274,10 +276,10 @@ int main(int argc, char** argv) {
     try {
         COptions options;
         if (!ReadOptions(argc, argv, options)) {
-            std::fprintf(
-                stderr,
-                "usage: orbivue_moving_bench [--still] [--follow] [--busy FACTOR] [--zoom STEPS] [--frames N] "
-                "[--size WxH] FILE...\n");
+            std::fprintf(stderr,
+                         "usage: orbivue_moving_bench [--still] [--follow] [--busy FACTOR] [--zoom STEPS] "
+                         "[--frames N] "
+                         "[--size WxH] FILE...\n");
             return 2;
         }
         bool allOpened = true;

@@ -60,9 +60,8 @@ void CSceneRenderer::CState::Learn(CGlCurrent& gl) {
     shadersWork = can->shaders && shaders.Check(gl).HasValue();
 }
 
-void CSceneRenderer::CState::InFrame(
-    CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
-    const std::function<void(const CFrameView&, CDrawPipeline&)>& draw) {
+void CSceneRenderer::CState::InFrame(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
+                                     const std::function<void(const CFrameView&, CDrawPipeline&)>& draw) {
     const CGlStateGuard guard(gl, can->shaders);
     const CFrameView view = CFrameView::FromCurrent(gl);
     const CFrameLights lights = CFrameLights::From(scene, view, options.useFileLights);
@@ -229,6 +228,8 @@ bool CSceneRenderer::GetReadyFor(CGlCurrent& gl, const CPreparedScene& kinds, co
     CTextureSet own;
     (void)meshes.Update(gl, kinds);
     own.Update(gl, *state.can, kinds);
+    // To shrink its first picture the driver compiles something, too.
+    if (own.Bytes() > 0 && !std::exchange(state.madeTextures, true)) return true;
     CFramePlan plan;
     plan.nodes.assign(
         kinds.nodes.size(),
@@ -239,7 +240,15 @@ bool CSceneRenderer::GetReadyFor(CGlCurrent& gl, const CPreparedScene& kinds, co
         found = state.ready.DrawNext(gl, *state.can, {kinds, view, pipeline, meshes, sorted}, plan);
     });
     std::swap(own, state.textures);
-    return found;
+    return found || (!state.madeTextures && state.MakeFirstTexture(gl, kinds));
+}
+
+bool CSceneRenderer::CState::MakeFirstTexture(CGlCurrent& gl, const CPreparedScene& kinds) {
+    madeTextures = true;
+    if (kinds.textures.empty()) return false;
+    CGlTexture().Fill(gl, *can, kinds.textures.front().image, ETextureWrap::Repeat);
+    glFinish();
+    return false;
 }
 
 bool CSceneRenderer::WorkOnLevels(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options) {

@@ -53,7 +53,7 @@ struct CSceneRenderer::CState {
     CSortedBatches sorted;
     CSceneLevels levels;
     CFrameBudget budget;
-    CFrameBudget followBudget;        ///< of pictures that are drawn onto kept ones
+    CFrameBudget followBudget;  ///< of pictures that are drawn onto kept ones
     CFollowedEdit followed;
     CKeptPixels kept;                 ///< of what followed does not change
     std::optional<CPlanned> planned;  ///< for the next drawing
@@ -63,6 +63,7 @@ struct CSceneRenderer::CState {
     bool runsLate = false;            ///< the clock has ended a frame since all was at rest
     CRehearsal tried;                 ///< of moving frames, in idle time
     CRehearsal ready;                 ///< of scenes to come
+    bool madeTextures = false;        ///< for these
 
     void Learn(CGlCurrent& gl);
     [[nodiscard]] bool IsSoftware() const { return can->software; }
@@ -86,5 +87,7 @@ struct CSceneRenderer::CState {
     void DrawChanging(const CDrawing& d);
     void Rested(const CDrawing& d);
     [[nodiscard]] CDrawList ListOfChanging(const CDrawing& d, const CFramePlan& plan);
+    /** Has the driver compile what shrinks pictures. Nothing more is to be done then. */
+    [[nodiscard]] bool MakeFirstTexture(CGlCurrent& gl, const CPreparedScene& kinds);
     bool TryNextKind(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options);
 };

@@ -31,7 +31,8 @@ bool CFollowedEdit::OnlyThoseChanged(const std::vector<CPreparedMaterial>& mater
     return true;
 }
 
-CFollowedEdit::EPicture CFollowedEdit::Next(CStillScene still, const std::vector<CPreparedMaterial>& materials) {
+CFollowedEdit::EPicture CFollowedEdit::Next(CStillScene still,
+                                            const std::vector<CPreparedMaterial>& materials) {
     if (!IsOfLast(still, materials.size())) {
         Remember(std::move(still), materials);
         return EPicture::Whole;

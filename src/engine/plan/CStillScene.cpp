@@ -9,7 +9,8 @@ CStillScene CStillScene::Of(const CPreparedScene& scene, const CFrameView& view)
         still.nodes.push_back({node.visible, node.mirrored, node.mesh, node.meshToWorld});
     for (const CPreparedMesh& mesh : scene.meshes)
         still.meshes.push_back({mesh.stamp, mesh.vertices.data(), mesh.batches});
-    for (const CPreparedTexture& texture : scene.textures) still.pictures.push_back(texture.image.rgba.data());
+    for (const CPreparedTexture& texture : scene.textures)
+        still.pictures.push_back(texture.image.rgba.data());
     still.lights = scene.lights;
     still.ambientLight = scene.ambientLight;
     still.headlightJoins = scene.headlightJoins;

@@ -236,8 +236,8 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     CProgressListener m_progressListener;
     std::function<void(const char*)> m_nodeDeleter;
     bool m_playing = true;
-    bool m_isReadyForCoarse = false;  ///< what coarse scenes need has been made in idle time
-    bool m_showsCoarse = false;       ///< the engine's scene is a stand-in
+    bool m_isReady = false;      ///< what most scenes need has been made in idle time
+    bool m_showsCoarse = false;  ///< the engine's scene is a stand-in
     CImage m_hint;
     CViewCaption m_caption;
     EKeeping m_keeping = EKeeping::No;

@@ -103,7 +103,7 @@ void CViewer3DSWindowHandler::Moved() {
 void CViewer3DSWindowHandler::AwaitRest() {
     SetRunning();
     const CClock::time_point now = CClock::now();
-    if (!GetEngine().Prepared() && !m_isReadyForCoarse)
+    if (!GetEngine().Prepared() && !m_isReady)
         m_restTimer.StartOnce(kEmptyMs);
     else if (m_showsCoarse || !GetEngine().Prepared())
         m_restTimer.Stop();
@@ -115,8 +115,9 @@ void CViewer3DSWindowHandler::AwaitRest() {
 }
 
 void CViewer3DSWindowHandler::OnRest() {
-    if (!GetEngine().Prepared() && !std::exchange(m_isReadyForCoarse, true)) {
-        (void)GetReadyFor(CoarseKind());
+    if (!GetEngine().Prepared() && !m_isReady) {
+        m_isReady = !GetReadyFor(CoarseKind()) && !GetReadyFor(UsualKinds());
+        if (!m_isReady) m_restTimer.StartOnce(kIdlePeriodMs);
         return;
     }
     if (m_motion.IsMovedByHand(CClock::now())) return AwaitRest();

@@ -113,53 +113,77 @@ TEST_P(FollowingGLTest, ShowsWhatAPictureDrawnAnewShows) {
 
 INSTANTIATE_TEST_SUITE_P(
     Kinds, FollowingGLTest,
-    testing::Values(
-        CRow{"Color", Nothing, Recolor}, CRow{"FromSolidToGlassAndGone", Nothing, Fade},
-        CRow{"GlassBeforeAndBehind",
-             [](CScenery s) {
-                 MakeGlass(s.scene.materials[1]);
-                 MakeGlass(s.scene.materials[3]);
-             },
-             Recolor},
-        CRow{"GlassItself", [](CScenery s) { MakeGlass(Edited(s)); }, Recolor},
-        CRow{"CutOut",
-             [](CScenery s) {
-                 Edited(s).texture = s.scene.materials[4].texture;
-                 Edited(s).needsBlending = true;
-             },
-             Recolor},
-        CRow{"Lines", [](CScenery s) { Edited(s).wire = true; }, Recolor},
-        CRow{"AllLines", [](CScenery s) { s.wire = true; }, Recolor},
-        CRow{"OthersDimmed", [](CScenery s) { s.options.dimmed = {true, true, false, true, true}; }, Recolor},
-        CRow{"Dimmed", [](CScenery s) { s.options.dimmed = {false, false, true, false, false}; }, Recolor},
-        CRow{"InThePlaceOfAnother",
-             [](CScenery s) {
-                 s.scene.meshes[1] = s.scene.meshes[2];
-                 s.scene.nodes[1].meshToWorld = s.scene.nodes[2].meshToWorld;
-             },
-             Recolor},
-        CRow{"ThenAnother", Nothing,
-             [](CScenery s, int step) {
-                 if (step < 4) return Recolor(s, step);
-                 s.scene.materials[3].diffuse.x = 0.1f * static_cast<float>(step);
-             }},
-        CRow{"ThenAnotherMoves", Nothing,
-             With([](CScenery s) { s.scene.nodes[3].meshToWorld = CMat4::Translation({-1, 0, 0}); }, 4), 2},
-        CRow{"ThenAnotherIsHidden", Nothing, With([](CScenery s) { s.scene.nodes[3].visible = false; }, 4), 2},
-        CRow{"ThenALampIsLit", Nothing,
-             With([](CScenery s) { s.scene.lights.push_back(LightAt({0, -3, 3})); }, 4), 2},
-        CRow{"ThenAnotherMeshHasBecomeSmaller", Nothing,
-             With(
-                 [](CScenery s) {
-                     for (CPreparedVertex& vertex : s.scene.meshes[3].vertices) vertex.position[2] *= 0.5f;
-                     ++s.scene.meshes[3].stamp;
-                 },
-                 4),
-             2},
-        CRow{"ThenWithoutTextures", Nothing,
-             With([](CScenery s) { s.options.textureRenderMode = 3; }, 4), 2},
-        CRow{"ThenOthersAreDimmed", Nothing,
-             With([](CScenery s) { s.options.dimmed = {true, true, false, true, true}; }, 4), 2}),
+    testing::Values(CRow{"Color", Nothing, Recolor}, CRow{"FromSolidToGlassAndGone", Nothing, Fade},
+                    CRow{"GlassBeforeAndBehind",
+                         [](CScenery s) {
+                             MakeGlass(s.scene.materials[1]);
+                             MakeGlass(s.scene.materials[3]);
+                         },
+                         Recolor},
+                    CRow{"GlassItself", [](CScenery s) { MakeGlass(Edited(s)); }, Recolor},
+                    CRow{"CutOut",
+                         [](CScenery s) {
+                             Edited(s).texture = s.scene.materials[4].texture;
+                             Edited(s).needsBlending = true;
+                         },
+                         Recolor},
+                    CRow{"Lines", [](CScenery s) { Edited(s).wire = true; }, Recolor},
+                    CRow{"AllLines", [](CScenery s) { s.wire = true; }, Recolor},
+                    CRow{"OthersDimmed",
+                         [](CScenery s) {
+                             s.options.dimmed = {true, true, false, true, true};
+                         },
+                         Recolor},
+                    CRow{"Dimmed",
+                         [](CScenery s) {
+                             s.options.dimmed = {false, false, true, false, false};
+                         },
+                         Recolor},
+                    CRow{"InThePlaceOfAnother",
+                         [](CScenery s) {
+                             s.scene.meshes[1] = s.scene.meshes[2];
+                             s.scene.nodes[1].meshToWorld = s.scene.nodes[2].meshToWorld;
+                         },
+                         Recolor},
+                    CRow{"ThenAnother", Nothing,
+                         [](CScenery s, int step) {
+                             if (step < 4) return Recolor(s, step);
+                             s.scene.materials[3].diffuse.x = 0.1f * static_cast<float>(step);
+                         }},
+                    CRow{"ThenAnotherMoves", Nothing,
+                         With(
+                             [](CScenery s) {
+                                 s.scene.nodes[3].meshToWorld = CMat4::Translation({-1, 0, 0});
+                             },
+                             4),
+                         2},
+                    CRow{"ThenAnotherIsHidden", Nothing,
+                         With([](CScenery s) { s.scene.nodes[3].visible = false; }, 4), 2},
+                    CRow{"ThenALampIsLit", Nothing,
+                         With(
+                             [](CScenery s) {
+                                 s.scene.lights.push_back(LightAt({0, -3, 3}));
+                             },
+                             4),
+                         2},
+                    CRow{"ThenAnotherMeshHasBecomeSmaller", Nothing,
+                         With(
+                             [](CScenery s) {
+                                 for (CPreparedVertex& vertex : s.scene.meshes[3].vertices)
+                                     vertex.position[2] *= 0.5f;
+                                 ++s.scene.meshes[3].stamp;
+                             },
+                             4),
+                         2},
+                    CRow{"ThenWithoutTextures", Nothing,
+                         With([](CScenery s) { s.options.textureRenderMode = 3; }, 4), 2},
+                    CRow{"ThenOthersAreDimmed", Nothing,
+                         With(
+                             [](CScenery s) {
+                                 s.options.dimmed = {true, true, false, true, true};
+                             },
+                             4),
+                         2}),
     kRowName);
 
 class TurnedFollowingGLTest : public FollowingGLTest {};
