@@ -23,6 +23,7 @@ namespace {
 
 template <class T>
 std::string_view BytesOf(const std::vector<T>& values) {
+    if (values.empty()) return "";  // a hash may copy no bytes, but not from nowhere
     return {reinterpret_cast<const char*>(values.data()), values.size() * sizeof(T)};
 }
 
