@@ -1457,6 +1457,7 @@ void main() {
       if (!renderer) return;
       drawn++;
       renderer.draw();
+      if (playing) request();
     };
     const showControls = () => bar.show(fileCamera < 0 ? seen.camera.name : "", fileCamera, frame, playing);
     const showFrame = () => {
@@ -1473,7 +1474,6 @@ void main() {
       }
       last = playing ? now : 0;
       draw();
-      if (playing) request();
     };
     const request = () => {
       asked ||= requestAnimationFrame(tick);

@@ -45,6 +45,7 @@ export async function view(bytes: Uint8Array<ArrayBuffer>, settings: Settings, {
     if (!renderer) return;
     drawn++;
     renderer.draw();
+    if (playing) request();
   };
   const showControls = (): void => bar.show(fileCamera < 0 ? seen.camera.name : '', fileCamera, frame, playing);
   const showFrame = (): void => {
@@ -61,7 +62,6 @@ export async function view(bytes: Uint8Array<ArrayBuffer>, settings: Settings, {
     }
     last = playing ? now : 0;
     draw();
-    if (playing) request();
   };
   const request = (): void => {
     asked ||= requestAnimationFrame(tick);
