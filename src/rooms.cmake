@@ -28,9 +28,10 @@ set(ORBIVUE_ROOMS
   "engine/gl: base/* picture"
   "engine/pipeline: base/* picture model/prepare engine/gl"
   "engine/plan: base/* model/prepare engine/pipeline"
-  "engine/draw: base/* picture model/prepare model/levels engine/gl engine/pipeline engine/plan"
+  "engine/meshes: base/* model/prepare model/levels engine/gl engine/plan"
+  "engine/draw: base/* picture model/prepare model/levels engine/gl engine/pipeline engine/plan engine/meshes"
   "engine/overlay: base/* model/prepare engine/gl"
-  "engine: base/* files picture model/* camera engine/gl engine/pipeline engine/plan engine/draw engine/overlay"
+  "engine: base/* files picture model/* camera engine/gl engine/pipeline engine/plan engine/meshes engine/draw engine/overlay"
   "script: base/* files picture picture/decode settings model/*"
   "session/ahead: base/* files model/*"
   "session/presentation: base/* files model/* script session/ahead"
@@ -72,4 +73,5 @@ set(ORBIVUE_ROOMS
   "programs/orbivue_render: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script programs/shared"
   "programs/orbivue_convert: base/* files process picture settings model/* camera engine engine/gl engine/overlay script export/gltf export/pov export/webgl programs/shared"
   "programs/upload_prepare: base/* files settings export/drive"
-  "programs/upload_prepare/ui: base/* files settings widgets widgets/ui export/drive programs/upload_prepare")
+  "programs/upload_prepare/ui: base/* files settings widgets widgets/ui export/drive programs/upload_prepare"
+  "programs/orbivue_modeldb: base/* files model/* modeldb/bytes modeldb/database modeldb/store")

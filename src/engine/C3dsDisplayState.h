@@ -21,6 +21,12 @@
 /** What C3dsDisplayWrap holds; private to its sources. */
 struct C3dsDisplayWrap::CState {
     enum class EGpu { Nothing, NeedsUpload, NeedsRefresh, Ready };
+    /** What lies behind the scene. */
+    struct CBehind {
+        CVec3 color;
+        std::shared_ptr<const CImage> image;
+        friend bool operator==(const CBehind&, const CBehind&) = default;
+    };
 
     std::optional<CScene> scene;
     CTexturesOfScene knownTextures;  ///< the scene's textures, for callers that hold its Lib3dsFile
@@ -32,14 +38,15 @@ struct C3dsDisplayWrap::CState {
     double readMs = 0, prepareMs = 0;
     CError lastError;
 
-    CSceneRenderer renderer;
+    CSceneRenderer renderer{true};
     CBackdrop backdrop;
     EGpu gpu = EGpu::Nothing;
     CDrawOptions options;
     COverlays overlays;
     std::optional<std::vector<std::string>> emphasis;  ///< see SetEmphasis
     CDepthRange depthRange;                            ///< of the last InitDrawings
-    bool moving = false;
+    bool moving = false, following = false;
+    CBehind behind;                      ///< of the last drawing
     bool wholeFrame = true;              ///< of the last drawing
     int reduction = 0;                   ///< of the last drawing, see GetLastReduction
     std::function<bool()> interrupt;     ///< see SetInterrupt; may be empty
@@ -53,10 +60,12 @@ struct C3dsDisplayWrap::CState {
     void Evaluate();
     void FollowFileCamera();
     void SyncGpu(CGlCurrent& gl);
-    /** For programs that only draw: frees what was uploaded and that no drawing needs again. */
+    /** For programs that only draw: frees what was copied for drawing and that no drawing needs again. */
     void DropWhatWasUploaded();
     /** How a drawing keeps to time now. */
     [[nodiscard]] CDrawPace Pace() const;
+    /** Draws what lies behind the scene, over the background's colour. */
+    void DrawBackground(CGlCurrent& gl);
     /** Draws the scene and its overlays with the current matrices. */
     void DrawScene(CGlCurrent& gl);
     /** The same, coarser where that would take too long. */

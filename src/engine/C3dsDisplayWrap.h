@@ -141,6 +141,10 @@ class C3dsDisplayWrap {
      * frame, which it measures as it goes: it draws coarser levels of meshes, and leaves out what does not
      * fit. Opening a scene does not change it. */
     void SetMoving(bool moving);
+    /** While true, edits of materials follow the user's hand, one after another, in a view that stands still. Where OpenGL is
+     * drawn in software, DrawModel then draws once what such an edit leaves as it is, and only the rest for each picture.
+     * IsLastFrameWhole is false then, as colours may differ by one from those of the full picture. */
+    void SetFollowing(bool following);
     /** False when the last DrawModel for GL_RENDER drew less than the full picture: coarser levels, parts left
      * out, or an interrupted drawing. The caller then draws again once all is at rest. */
     [[nodiscard]] bool IsLastFrameWhole() const;

@@ -137,6 +137,8 @@ void C3dsDisplayWrap::CState::SyncGpu(CGlCurrent& gl) {
 
 void C3dsDisplayWrap::CState::DropWhatWasUploaded() {
     if (!viewingOnly || !std::exchange(keepsArrays, false)) return;
+    for (CPreparedTexture& texture : prepared.textures) Release(texture.image.rgba);
+    if (renderer.ReadsArrays()) return;
     for (CPreparedMesh& mesh : prepared.meshes) {
         const auto blends = [this](const CPreparedBatch& batch) {
             return prepared.materials[batch.material].needsBlending;
@@ -148,7 +150,6 @@ void C3dsDisplayWrap::CState::DropWhatWasUploaded() {
         Release(mesh.indices16);
         Release(mesh.indices32);
     }
-    for (CPreparedTexture& texture : prepared.textures) Release(texture.image.rgba);
 }
 
 bool C3dsDisplayWrap::InitDrawings(int renderMode, int x, int y) {
@@ -173,7 +174,7 @@ bool C3dsDisplayWrap::InitDrawings(int renderMode, int x, int y) {
     if (renderMode == GL_SELECT) {
         RestrictTo(static_cast<float>(x) + 0.5f, static_cast<float>(height - y) - 0.5f, width, height);
     } else {
-        m_state->backdrop.Draw(gl, m_state->seen.backgroundImage);
+        m_state->DrawBackground(gl);
     }
     const CSeenView& seen = m_state->seen;
     m_state->depthRange = seen.DepthRange(m_state->prepared.boundingSphere,

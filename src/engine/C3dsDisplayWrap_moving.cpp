@@ -7,12 +7,19 @@
 
 CDrawPace C3dsDisplayWrap::CState::Pace() const {
     if (options.exact) return {};
-    return {moving, &interrupt, &frameClock};
+    return {moving, &interrupt, &frameClock, following};
 }
 
 void C3dsDisplayWrap::CState::DrawScene(CGlCurrent& gl) {
     wholeFrame = renderer.Draw(gl, prepared, options, Pace());
     DrawOverlays(gl, prepared, overlays);
+}
+
+void C3dsDisplayWrap::CState::DrawBackground(CGlCurrent& gl) {
+    CBehind now{seen.background, seen.backgroundImage};
+    if (now != behind) renderer.ForgetKept();
+    behind = std::move(now);
+    backdrop.Draw(gl, seen.backgroundImage);
 }
 
 void C3dsDisplayWrap::CState::DrawInTime(CGlCurrent& gl) {
@@ -32,7 +39,12 @@ void C3dsDisplayWrap::CState::DrawInTime(CGlCurrent& gl) {
 
 void C3dsDisplayWrap::SetMoving(bool moving) {
     m_state->moving = moving;
-    m_state->renderer.PauseLevels(moving);
+    m_state->renderer.PauseLevels(moving || m_state->following);
+}
+
+void C3dsDisplayWrap::SetFollowing(bool following) {
+    m_state->following = following;
+    m_state->renderer.PauseLevels(following || m_state->moving);
 }
 
 bool C3dsDisplayWrap::IsLastFrameWhole() const {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "base/CPagesAhead.h"
 #include "base/text/lng.h"
 #include "files/CAtomicFile.h"
 #include "files/CFileDescriptor.h"
@@ -58,6 +59,7 @@ CResult<std::vector<std::byte>> ReadAll(const CFileDescriptor& file, std::string
     if (S_ISCHR(info.st_mode)) maxBytes = std::min(maxBytes, kMaxDeviceBytes);
 
     std::vector<std::byte> bytes;
+    CPagesAhead pages;
     // One more than its size, so that the read that finds the end needs no larger block.
     const auto whole = static_cast<std::size_t>(std::min(told, maxBytes) + 1);
     // A device tells 0, and so do empty files, of which a folder may hold very many.
@@ -73,7 +75,10 @@ CResult<std::vector<std::byte>> ReadAll(const CFileDescriptor& file, std::string
         bytes.resize(used + static_cast<std::size_t>(got));
         if (bytes.size() > maxBytes) return tooLarge;
         if (got == 0 || (used == 0 && wantsRest && !wantsRest(bytes))) return bytes;
-        if (used == 0) bytes.reserve(whole);
+        if (used == 0) {
+            bytes.reserve(whole);
+            pages.Begin(bytes.data() + bytes.size(), bytes.capacity() - bytes.size());
+        }
     }
 }
 

@@ -40,7 +40,7 @@ class CFileSizeLimit {
 
 TEST(ReadWholeFileTest, GivesAllBytesOfEverySize) {
     const CTestFolder folder;
-    for (const std::size_t size : {0U, 1U, 262143U, 262144U, 262145U, 1000003U}) {
+    for (const std::size_t size : {0U, 1U, 262143U, 262144U, 262145U, 1000003U, 12000001U}) {
         std::string text(size, ' ');
         for (std::size_t i = 0; i < size; ++i) text[i] = static_cast<char>(i * 7 + i / 251);
         const auto bytes = ReadWholeFile(folder.Add("file", text), size);

@@ -142,7 +142,7 @@ test('keys alone reach everything', () =>
 test('a phone sees all of it', () =>
   inFolder(async (folder, open) => {
     const phone = { viewport: { width: 360, height: 640 }, deviceScaleFactor: 3, isMobile: true, hasTouch: true };
-    const opened = await open(folder.export(sample('orrery.3ds'), 'p.html', { 'download-link': true }), phone);
+    const opened = await open(folder.export(sample('knot.3ds'), 'p.html', { 'download-link': true }), phone);
     await assertFine(opened, folder.address);
     const sizes = await opened.page.evaluate(() => {
       const bar = document.querySelector('[role=toolbar]').getBoundingClientRect();

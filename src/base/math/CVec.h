@@ -7,6 +7,7 @@
 /** Points, directions and colours. Places are in the scene's own units, +Z up, right-handed. */
 struct CVec2 {
     float x = 0, y = 0;
+    friend bool operator==(const CVec2&, const CVec2&) = default;
 };
 
 template <class T>

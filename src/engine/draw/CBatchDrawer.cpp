@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "engine/draw/CPacedDrawing.h"
-#include "engine/draw/CSortedBatches.h"
 #include "engine/gl/gl_api.h"
+#include "engine/meshes/CSortedBatches.h"
 #include "engine/pipeline/CFrameView.h"
 #include "engine/pipeline/CMaterialLook.h"
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "engine/draw/CDrawList.h"
-#include "engine/draw/CSceneMeshes.h"
+#include "engine/meshes/CSceneMeshes.h"
 #include "engine/pipeline/CDrawPipeline.h"
 
 class CPacedDrawing;

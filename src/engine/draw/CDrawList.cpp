@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "engine/draw/CFramePlan.h"
-#include "engine/draw/CSceneMeshes.h"
-#include "engine/draw/CSortedBatches.h"
+#include "engine/meshes/CSceneMeshes.h"
+#include "engine/meshes/CSortedBatches.h"
 #include "engine/pipeline/CDrawPipeline.h"
 #include "engine/pipeline/CFrameView.h"
 #include "engine/pipeline/CMaterialLook.h"

@@ -5,8 +5,8 @@
 #include <array>
 #include <bit>
 
-#include "engine/draw/CSceneMeshes.h"
 #include "engine/gl/gl_api.h"
+#include "engine/meshes/CSceneMeshes.h"
 #include "engine/pipeline/CFrameView.h"
 #include "engine/pipeline/CMaterialLook.h"
 #include "engine/plan/CEqualMeshes.h"

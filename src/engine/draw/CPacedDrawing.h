@@ -14,6 +14,8 @@ struct CDrawPace {
     const std::function<bool()>* interrupt = nullptr;
     /** Tells the time in milliseconds since any moment. May be null or empty, for the steady clock; not owned. */
     const std::function<double()>* clock = nullptr;
+    /** An edit follows the user's hand: what it does not change may be drawn once and kept for the next pictures. */
+    bool follows = false;
 };
 
 /** Gives a software renderer its work in portions. Otherwise the renderer stores all triangles of a picture

@@ -5,27 +5,14 @@
 #include <array>
 #include <optional>
 #include <utility>
-#include <vector>
 
 #include "engine/draw/CBatchDrawer.h"
-#include "engine/draw/CDrawList.h"
-#include "engine/draw/CFramePlan.h"
 #include "engine/draw/CPacedDrawing.h"
-#include "engine/draw/CRehearsal.h"
-#include "engine/draw/CSceneLevels.h"
-#include "engine/draw/CSceneMeshes.h"
-#include "engine/draw/CSortedBatches.h"
+#include "engine/draw/CSceneRendererState.h"
 #include "engine/draw/selection_draw.h"
-#include "engine/gl/CGlCapabilities.h"
 #include "engine/gl/CGlStateGuard.h"
 #include "engine/gl/gl_api.h"
-#include "engine/pipeline/CFixedPipeline.h"
 #include "engine/pipeline/CFrameLights.h"
-#include "engine/pipeline/CFrameView.h"
-#include "engine/pipeline/CShaderPipeline.h"
-#include "engine/pipeline/CTextureSet.h"
-#include "engine/plan/CEqualMeshes.h"
-#include "engine/plan/CFrameBudget.h"
 #include "engine/plan/choose_levels.h"
 #include "model/prepare/CPreparedScene.h"
 
@@ -59,13 +46,6 @@ class CBindingGuard {
     }
 };
 
-/** A plan in full, with the view that it was made for. */
-struct CPlanned {
-    CMatrix4d projection, modelView;
-    std::array<int, 4> viewport;
-    CFramePlan plan;
-};
-
 std::array<int, 4> Viewport() {
     std::array<int, 4> viewport{};
     glGetIntegerv(GL_VIEWPORT, viewport.data());
@@ -74,48 +54,14 @@ std::array<int, 4> Viewport() {
 
 }  // namespace
 
-struct CSceneRenderer::CState {
-    std::optional<CGlCapabilities> can;
-    bool shadersWork = false;
-    CShaderPipeline shaders;
-    CFixedPipeline fixed;
-    CTextureSet textures;
-    CTextureSet noTextures;
-    CSceneMeshes meshes;
-    CEqualMeshes equal;
-    CSortedBatches sorted;
-    CSceneLevels levels;
-    CFrameBudget budget;
-    std::optional<CPlanned> planned;  ///< for the next drawing
-    float allowedError = 0;           ///< of the last moving frame, see ChooseLevels
-    bool isSlow = false;              ///< the last whole frame was
-    bool runsLate = false;            ///< the clock has ended a frame since all was at rest
-    CRehearsal tried;                 ///< of moving frames, in idle time
-    CRehearsal ready;                 ///< of scenes to come
-
-    void Learn(CGlCurrent& gl);
-    [[nodiscard]] bool IsSoftware() const { return can->software; }
-    template <class TDraw>
-    void InFrame(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options, const TDraw& draw);
-    [[nodiscard]] CFramePlan Plan(const CPreparedScene& scene, const CFrameView& view,
-                                  const CDrawOptions& options, bool moving);
-    /** The one that ReductionFor made of this view, or a new one. */
-    [[nodiscard]] CFramePlan PlanInFull(const CPreparedScene& scene, const CFrameView& view);
-    /** drawn: the share of what was planned; 1 unless it has ended early. */
-    void LearnFrom(const CFramePlan& plan, double drawn, double ms);
-    bool TryNextKind(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options);
-};
-
 void CSceneRenderer::CState::Learn(CGlCurrent& gl) {
     if (can) return;
     can = CGlCapabilities::Query(gl);
     shadersWork = can->shaders && shaders.Check(gl).HasValue();
 }
 
-/** Prepares all for drawing the scene, and calls draw(view, pipeline). */
-template <class TDraw>
 void CSceneRenderer::CState::InFrame(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
-                                     const TDraw& draw) {
+                                     const std::function<void(const CFrameView&, CDrawPipeline&)>& draw) {
     const CGlStateGuard guard(gl, can->shaders);
     const CFrameView view = CFrameView::FromCurrent(gl);
     const CFrameLights lights = CFrameLights::From(scene, view, options.useFileLights);
@@ -164,7 +110,9 @@ void CSceneRenderer::CState::LearnFrom(const CFramePlan& plan, double drawn, dou
     runsLate = plan.moving && (ended || runsLate);
 }
 
-CSceneRenderer::CSceneRenderer() : m_state(std::make_unique<CState>()) {}
+CSceneRenderer::CSceneRenderer(bool arraysStay) : m_state(std::make_unique<CState>()) {
+    m_state->arraysStay = arraysStay;
+}
 CSceneRenderer::~CSceneRenderer() = default;
 
 void CSceneRenderer::Upload(CGlCurrent& gl, const CPreparedScene& scene) {
@@ -177,12 +125,16 @@ void CSceneRenderer::Refresh(CGlCurrent& gl, const CPreparedScene& scene) {
     m_state->Learn(gl);
     const CBindingGuard guard(gl);
     m_state->planned.reset();
-    if (m_state->meshes.Update(gl, scene)) {
+    if (m_state->meshes.Update(gl, scene, ReadsArrays() ? EArrays::InPlace : EArrays::Copied)) {
         m_state->sorted.Clear();
         m_state->levels.MeshesChanged();
     }
     m_state->equal.Update(scene);
     m_state->textures.Update(gl, *m_state->can, scene);
+}
+
+bool CSceneRenderer::ReadsArrays() const {
+    return m_state->arraysStay && m_state->can && m_state->can->memoryInPlace;
 }
 
 void CSceneRenderer::Clear(CGlCurrent&) {
@@ -198,29 +150,44 @@ void CSceneRenderer::Clear(CGlCurrent&) {
     m_state->allowedError = 0;
     m_state->isSlow = false;
     m_state->planned.reset();
+    ForgetKept();
+}
+
+void CSceneRenderer::ForgetKept() {
+    m_state->followed.Forget();
+    m_state->kept = {};
 }
 
 bool CSceneRenderer::Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
-                          const CDrawPace& wanted) {
+                          const CDrawPace& pace) {
     CState& state = *m_state;
     if (state.meshes.Count() == 0) return true;
     bool whole = true;
+    const bool follows = pace.follows && state.IsSoftware() && !options.exact;
     state.InFrame(gl, scene, options, [&](const CFrameView& view, CDrawPipeline& pipeline) {
-        CPacedDrawing pace(gl, *state.can, wanted);
-        const CFramePlan plan = state.Plan(scene, view, options, wanted.moving);
-        const CDrawList list = CDrawList::Build(gl, scene, view, plan, pipeline, state.meshes, state.sorted);
-        // In software each sample takes as long as a pixel.
-        if (plan.moving) glDisable(GL_MULTISAMPLE);
-        CBatchDrawer drawer(gl, scene, view, pipeline, state.meshes, state.sorted, pace);
-        drawer.DrawOpaque(list.opaque);
-        drawer.DrawTransparent(list.transparent);
-        drawer.DrawDimmed(list.dimmedOpaque, list.dimmedTransparent);
-        const double ms = pace.Finish();
-        const double drawn =
-            pace.HasEnded() ? std::min(pace.Triangles() / std::max(list.Triangles(), 1.0), 0.999) : 1;
-        if (state.IsSoftware() && !options.exact) state.LearnFrom(plan, drawn, ms);
-        whole = plan.whole && !pace.HasEnded();
+        const CDrawing drawing{gl, scene, options, pace, view, pipeline};
+        whole = follows ? state.DrawFollowing(drawing) : state.DrawAll(drawing);
     });
+    return whole;
+}
+
+bool CSceneRenderer::CState::DrawAll(const CDrawing& d) {
+    CPacedDrawing pace(d.gl, *can, d.pace);
+    const CFramePlan plan = Plan(d.scene, d.view, d.options, d.pace.moving);
+    const CDrawList list = CDrawList::Build(d.gl, d.scene, d.view, plan, d.pipeline, meshes, sorted);
+    // In software each sample takes as long as a pixel.
+    if (plan.moving) glDisable(GL_MULTISAMPLE);
+    CBatchDrawer drawer(d.gl, d.scene, d.view, d.pipeline, meshes, sorted, pace);
+    drawer.DrawOpaque(list.opaque);
+    drawer.DrawTransparent(list.transparent);
+    drawer.DrawDimmed(list.dimmedOpaque, list.dimmedTransparent);
+    const double ms = pace.Finish();
+    const double drawn =
+        pace.HasEnded() ? std::min(pace.Triangles() / std::max(list.Triangles(), 1.0), 0.999) : 1;
+    const bool whole = plan.whole && !pace.HasEnded();
+    if (!IsSoftware() || d.options.exact) return whole;
+    LearnFrom(plan, drawn, ms);
+    if (whole && !plan.moving) Rested(d);
     return whole;
 }
 
@@ -261,6 +228,8 @@ bool CSceneRenderer::GetReadyFor(CGlCurrent& gl, const CPreparedScene& kinds, co
     CTextureSet own;
     (void)meshes.Update(gl, kinds);
     own.Update(gl, *state.can, kinds);
+    // To shrink its first picture the driver compiles something, too.
+    if (own.Bytes() > 0 && !std::exchange(state.madeTextures, true)) return true;
     CFramePlan plan;
     plan.nodes.assign(
         kinds.nodes.size(),
@@ -271,7 +240,15 @@ bool CSceneRenderer::GetReadyFor(CGlCurrent& gl, const CPreparedScene& kinds, co
         found = state.ready.DrawNext(gl, *state.can, {kinds, view, pipeline, meshes, sorted}, plan);
     });
     std::swap(own, state.textures);
-    return found;
+    return found || (!state.madeTextures && state.MakeFirstTexture(gl, kinds));
+}
+
+bool CSceneRenderer::CState::MakeFirstTexture(CGlCurrent& gl, const CPreparedScene& kinds) {
+    madeTextures = true;
+    if (kinds.textures.empty()) return false;
+    CGlTexture().Fill(gl, *can, kinds.textures.front().image, ETextureWrap::Repeat);
+    glFinish();
+    return false;
 }
 
 bool CSceneRenderer::WorkOnLevels(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options) {

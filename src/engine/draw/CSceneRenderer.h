@@ -29,7 +29,9 @@ struct CDrawOptions {
  * scene is drawn with the caller's polygon mode (wire frame). All GL state is restored. */
 class CSceneRenderer {
   public:
-    CSceneRenderer();
+    /** arraysStay: from Upload until the next Upload or Clear the arrays of meshes stay where they are; where something was
+     * changed, Refresh is called before the next drawing. A software renderer then reads them there, without a copy. */
+    explicit CSceneRenderer(bool arraysStay = false);
     ~CSceneRenderer();
     CSceneRenderer(const CSceneRenderer&) = delete;
     CSceneRenderer& operator=(const CSceneRenderer&) = delete;
@@ -40,15 +42,20 @@ class CSceneRenderer {
      * address are not uploaded again. Those whose data in memory was freed after the upload keep their
      * buffers and textures. */
     void Refresh(CGlCurrent& gl, const CPreparedScene& scene);
+    /** True where what was uploaded is still read from the meshes' arrays: these must not be freed. */
+    [[nodiscard]] bool ReadsArrays() const;
     /** Deletes the scene's buffers and textures. Keeps the shader programs for the next scene in the
      * same context. */
     void Clear(CGlCurrent& gl);
 
     /** Draws the opaque parts, then the transparent parts from back to front. scene must be the
-     * one uploaded. pace: whether, in software, only what fits into a frame's time is drawn. False when the picture is
-     * not the full one, or not whole. */
+     * one uploaded. pace: whether, in software, only what fits into a frame's time is drawn, or what was kept of the picture
+     * before is used. False when the picture is not the full one, or not whole. */
     bool Draw(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
               const CDrawPace& pace = {});
+    /** To be called when what lies behind the scene, the background, has changed: nothing of the picture before is used then.
+     * All else the renderer sees itself. */
+    void ForgetKept();
     /** How the full picture is to be drawn so that it ends in time: 0 as it is, else see CPixelWork::ReductionFor. Always 0
      * on hardware. The viewport is the picture's. What it plans serves the next Draw of the same view, so the scene must not
      * change between the two. */

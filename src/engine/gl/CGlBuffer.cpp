@@ -34,6 +34,17 @@ void CGlBuffer::Fill(CGlCurrent&, ETarget target, const void* data, std::size_t 
     m_bytes = bytes;
 }
 
+void CGlBuffer::FillInPlace(CGlCurrent& gl, ETarget target, const void* data, std::size_t bytes) {
+    if (m_id == 0) glGenBuffers(1, &m_id);
+    (void)glGetError();
+    glBindBuffer(GL_EXTERNAL_VIRTUAL_MEMORY_BUFFER_AMD, m_id);
+    glBufferData(GL_EXTERNAL_VIRTUAL_MEMORY_BUFFER_AMD, static_cast<GLsizeiptr>(bytes), data, GL_STATIC_DRAW);
+    glBindBuffer(GL_EXTERNAL_VIRTUAL_MEMORY_BUFFER_AMD, 0);
+    if (glGetError() != GL_NO_ERROR) return Fill(gl, target, data, bytes);
+    glBindBuffer(Name(target), m_id);
+    m_bytes = bytes;
+}
+
 void CGlBuffer::Bind(CGlCurrent&, ETarget target) const {
     glBindBuffer(Name(target), m_id);
 }

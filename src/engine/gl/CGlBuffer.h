@@ -19,6 +19,10 @@ class CGlBuffer {
     /** Replaces the buffer's data by a copy of these bytes. Leaves the buffer bound. */
     void Fill(CGlCurrent& gl, ETarget target, const void* data, std::size_t bytes,
               EUsage usage = EUsage::Static);
+    /** Has the driver read these bytes where they lie. They must stay there until the buffer is filled again or destroyed, and
+     * must not change while it is drawn from. Needs CGlCapabilities::memoryInPlace; where the driver refuses, they are
+     * copied. Leaves the buffer bound. */
+    void FillInPlace(CGlCurrent& gl, ETarget target, const void* data, std::size_t bytes);
     /** Binds the buffer; an empty one unbinds the target. */
     void Bind(CGlCurrent& gl, ETarget target) const;
 

@@ -53,5 +53,6 @@ CGlCapabilities CGlCapabilities::Query(CGlCurrent&) {
     result.software = renderer.find("llvmpipe") != std::string_view::npos ||
                       renderer.find("softpipe") != std::string_view::npos ||
                       renderer.find("Software") != std::string_view::npos;
+    result.memoryInPlace = result.software && HasExtension(extensions, "GL_AMD_pinned_memory");
     return result;
 }

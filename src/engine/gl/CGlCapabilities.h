@@ -11,6 +11,7 @@ struct CGlCapabilities {
     bool anyTextureSize = false;  ///< sides need not be powers of two
     bool generateMipmap = false;  ///< glGenerateMipmap exists
     bool fences = false;          ///< glFenceSync exists
+    bool memoryInPlace = false;   ///< software that reads buffers where they lie, without a copy
     bool software = false;        ///< drawn by the processor: costly filters do not pay
     int maxTextureSize = 64;
     float maxAnisotropy = 1;  ///< 1: no anisotropic filtering

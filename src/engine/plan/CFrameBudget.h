@@ -16,6 +16,8 @@ class CFrameBudget {
     [[nodiscard]] double MostCost(double targetMs = kTargetMs) const {
         return (targetMs - kFixedMs) / m_msPerCost;
     }
+    /** How long a frame takes that costs so much. */
+    [[nodiscard]] double MsOf(double cost) const { return kFixedMs + cost * m_msPerCost; }
     /** To be called after each moving frame with what it has drawn and how long that took. Slower is believed sooner than
      * faster: a frame too long shows, one too short does not. */
     void Learn(double cost, double ms);

@@ -13,10 +13,10 @@
 /** The folder in which exports to Google Drive are made ready for the helper program: "Orbivue_GDriveTmp" in the user's
  * cache folder, private (0700). Each export has two folders in it, "model_N" and "upload_N".
  *
- * It lies in the cache folder because that is the user's own, is for what can be made again, and outlives this process:
- * the helper, and whoever looks at the folder that it has opened, may need it after the program has ended. The process's
- * temporary folder goes with the process. The folder for everybody's temporary files would do with a name that nobody
- * can guess, but this name is known, so anybody could be there first.
+ * It lies in the cache folder (Dir_Cache of wxStandardPaths) because that is the user's own, is for what can be made
+ * again, and outlives this process: the helper, and whoever looks at the folder that it has opened, may need it after the
+ * program has ended. The process's temporary folder goes with the process. The folder for everybody's temporary files
+ * would do with a name that nobody can guess, but this name is known, so anybody could be there first.
  *
  * No link is followed: where the area is a link, or somebody else's, nothing is made and nothing removed; a link in it
  * is removed itself. Paths are UTF-8. */

@@ -6,9 +6,7 @@
 #include <cstring>
 #include <utility>
 
-#include "base/jobs/CJobProgress.h"
 #include "base/jobs/parallel_for.h"
-#include "base/text/lng.h"
 #include "export/gltf/CGltfMeshes.h"
 #include "export/gltf/CGltfNodes.h"
 #include "export/gltf/CGltfViewers.h"
@@ -164,13 +162,13 @@ CStatus CGltfAnimation::Sample(CJobProgress* progress) {
     if (!ChooseFrames()) return CDone{};
     std::vector<CTracks> tracks(m_scene.nodes.size() + 1);
     ParallelFor(tracks.size(), 0, [&](std::size_t n) {
-        if (progress && progress->IsCancelled()) return;
+        if (!NotCancelled(progress)) return;
         if (n < m_scene.nodes.size())
             tracks[n] = TracksOf(n);
         else
             SampleViewers(tracks[n]);
     });
-    if (progress && progress->IsCancelled()) return CError{EErrorCode::Cancelled, lng::Mark("cancelled"), {}};
+    if (CStatus status = NotCancelled(progress); !status) return status;
     for (const CTracks& ofNode : tracks) {
         for (const CTrack& track : ofNode) Append(track);
     }

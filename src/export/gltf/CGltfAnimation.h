@@ -25,9 +25,9 @@ struct CPreparedScene;
  * are beyond a budget, every second frame is sampled, or every third, and so on. */
 class CGltfAnimation {
   public:
-    static constexpr float kTurnTolerance = 1e-4f;  ///< radians; of scales, their share
+    static constexpr float kTurnTolerance = 3e-4f;  ///< radians; of scales, their share
     /** Of the scene's radius, or of the way that a node goes, if that is less. */
-    static constexpr float kMoveTolerance = 2e-5f;
+    static constexpr float kMoveTolerance = 1e-4f;
 
     CGltfAnimation(const CPreparedScene& scene, const CGltfNodes& nodes, const CGltfViewers& viewers,
                    const CGltfMeshes& meshes, CGlbFile& file)

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 #include <optional>
+#include <set>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -12,7 +13,6 @@
 #include "base/jobs/CJobProgress.h"
 #include "base/jobs/parallel_for.h"
 #include "base/name_hash.h"
-#include "base/text/lng.h"
 #include "export/gltf/CGltfMaterials.h"
 #include "export/gltf/glb/CGlbFile.h"
 #include "export/gltf/glb/CJsonText.h"
@@ -100,16 +100,15 @@ std::vector<float> CGltfMeshes::WeightsOf(std::size_t mesh, const CMorphShape& s
 
 CStatus CGltfMeshes::Add(const std::vector<bool>& used, CMorphs morphs, CJobProgress* progress) {
     constexpr std::size_t kAtOnce = 256;  // so that few are in memory a second time
-    const auto isCancelled = [&] { return progress != nullptr && progress->IsCancelled(); };
     m_morphs = std::move(morphs);
     FindParts(used);
     const std::vector<std::size_t> firsts = FindEqual();
     for (std::size_t begin = 0; begin < firsts.size(); begin += kAtOnce) {
         std::vector<CMade> made(std::min(kAtOnce, firsts.size() - begin));
         ParallelFor(made.size(), 0, [&](std::size_t i) {
-            if (!isCancelled()) made[i] = Make(firsts[begin + i]);
+            if (NotCancelled(progress)) made[i] = Make(firsts[begin + i]);
         });
-        if (isCancelled()) return CError{EErrorCode::Cancelled, lng::Mark("cancelled"), {}};
+        if (CStatus status = NotCancelled(progress); !status) return status;
         for (const CMade& one : made) Append(one);
         if (progress)
             progress->SetShare(0.7 * static_cast<double>(begin + made.size()) /
@@ -172,7 +171,18 @@ void CGltfMeshes::Append(const CMade& made) {
     m_written.push_back(std::move(written));
 }
 
+/** In the scene's order, by which readers of ours tell what is drawn first of surfaces in one place. */
+void CGltfMeshes::NumberMaterials() {
+    std::set<std::pair<std::uint32_t, bool>> used;
+    for (std::size_t m = 0; m < m_parts.size(); ++m) {
+        for (const std::uint32_t material : m_parts[m].materials)
+            used.emplace(material, At(m).texCoords >= 0);
+    }
+    for (const auto& [material, hasTexCoords] : used) (void)m_materials.Use(material, hasTexCoords);
+}
+
 void CGltfMeshes::NumberMeshes() {
+    NumberMaterials();
     m_numbers.assign(m_parts.size(), -1);
     for (std::size_t m = 0; m < m_parts.size(); ++m) {
         if (m_parts[m].ranges.empty()) continue;

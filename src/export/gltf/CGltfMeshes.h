@@ -82,6 +82,7 @@ class CGltfMeshes {
     void Append(const CMade& made);
     [[nodiscard]] CTarget Append(const CGltfDeltas& shape, std::size_t count);
     void WriteTargets(CJsonText& json, const CWritten& written, bool isFlat) const;
+    void NumberMaterials();
     void NumberMeshes();
 
     const CPreparedScene& m_scene;

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <string_view>
 
-#include "base/jobs/CJobProgress.h"
 #include "base/jobs/parallel_for.h"
 #include "base/text/lng.h"
 #include "export/gltf/glb/CGlbFile.h"
@@ -154,9 +153,9 @@ std::string CGltfPictures::NameOf(std::size_t picture) const {
 CStatus CGltfPictures::Encode(CGlbFile& file, CJobProgress* progress) {
     std::vector<CPictureBytes> encoded(m_pictures.size());
     ParallelFor(encoded.size(), 0, [&](std::size_t i) {
-        if (!progress || !progress->IsCancelled()) encoded[i] = Encoded(m_pictures[i]);
+        if (NotCancelled(progress)) encoded[i] = Encoded(m_pictures[i]);
     });
-    if (progress && progress->IsCancelled()) return CError{EErrorCode::Cancelled, lng::Mark("cancelled"), {}};
+    if (CStatus status = NotCancelled(progress); !status) return status;
     std::map<std::string_view, int> known;
     m_imageOf.clear();
     CGltfNames names;

@@ -289,10 +289,11 @@ void CAViewerFrame::SaveScreenshot() {
 void CAViewerFrame::ExportGoogleDrive() {
     m_files->HoldModel(kCmdExportGoogleDrive, [this] {
         const CScriptScene* script = m_session->ScriptScene();
+        const auto endProgress = [this] { m_statusBar->EndProgress(); };
         const CDriveModel model{file_util_ex::GetFileName(m_session->Document().path),
-                                script ? script->backgroundImage : std::wstring()};
+                                script ? script->backgroundImage : std::wstring(), endProgress};
         (void)RunDriveExport(model, *m_view).HasValue();  // it fails without a message
-        m_statusBar->EndProgress();
+        endProgress();
     });
 }
 

@@ -79,6 +79,21 @@ CCoarseScene MakeCoarseScene(const CScene& scene, unsigned threads) {
     return result;
 }
 
+CPreparedScene UsualKinds() {
+    CPreparedScene scene;
+    CPreparedMaterial plain;
+    plain.shininessStrength = 0.5f;
+    CPreparedMaterial pictured = plain, glass = plain;
+    pictured.texture.texture = 0;
+    glass.transparency = 0.5f;
+    glass.needsBlending = true;
+    scene.materials = {plain, pictured, glass, plain, pictured};
+    for (const std::size_t twoSided : {3u, 4u}) scene.materials[twoSided].twoSided = true;
+    scene.meshes.resize(scene.materials.size());
+    for (std::uint32_t i = 0; i < scene.meshes.size(); ++i) scene.meshes[i].batches.push_back({i, 0, 0});
+    return KindsOf(scene);
+}
+
 CPreparedScene CoarseKind() {
     CPreparedScene scene;
     scene.materials.resize(1);

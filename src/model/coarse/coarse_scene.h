@@ -26,3 +26,5 @@ struct CCoarseScene {
 [[nodiscard]] CCoarseScene MakeCoarseScene(const CScene& scene, unsigned threads = 0);
 /** The one kind of surface that all coarse scenes consist of, see KindsOf. */
 [[nodiscard]] CPreparedScene CoarseKind();
+/** Kinds of surfaces that most scenes have: with a picture and without, one-sided and two-sided, and of glass. */
+[[nodiscard]] CPreparedScene UsualKinds();

@@ -39,6 +39,7 @@ struct CPreparedBatch {
     std::uint32_t material = 0;  ///< index into CPreparedScene::materials, always valid
     std::uint32_t firstIndex = 0;
     std::uint32_t indexCount = 0;
+    friend bool operator==(const CPreparedBatch&, const CPreparedBatch&) = default;
 };
 
 /** Indices are 16-bit where the mesh has at most 65,536 prepared vertices, else 32-bit; exactly one of the
@@ -134,6 +135,7 @@ struct CPreparedMap {
     /** For the diffuse map: its picture's alpha makes the surface transparent, as game models expect, unless
      * the file says that alpha is ignored or lets the material's colour through (decal). */
     [[nodiscard]] bool AlphaIsOpacity() const { return !ignoreAlpha && !decal; }
+    friend bool operator==(const CPreparedMap&, const CPreparedMap&) = default;
 };
 
 enum class EShading { Wire, Flat, Gouraud, Phong, Metal };
@@ -164,6 +166,7 @@ struct CPreparedMaterial {
 
     /** True where any part may be seen through: sorted and drawn after the opaque ones. */
     bool needsBlending = false;
+    friend bool operator==(const CPreparedMaterial&, const CPreparedMaterial&) = default;
 };
 
 /** One picture that materials refer to. Not found or not readable: the image is empty and a note says so. */
@@ -187,6 +190,7 @@ struct CPreparedLight {
     float falloffDeg = 46;  ///< full cone angle where light ends, >= hotspotDeg
     bool attenuate = false;
     float innerRange = 0, outerRange = 0;
+    friend bool operator==(const CPreparedLight&, const CPreparedLight&) = default;
 };
 
 /** Values at the evaluated frame. */

@@ -31,26 +31,42 @@ CError Damaged() {
     return {EErrorCode::BadFormat, lng::Mark("the kept bytes are damaged"), {}};
 }
 
+struct CContextDeleter {
+    void operator()(ZSTD_CCtx* context) const { ZSTD_freeCCtx(context); }
+};
+using CContext = std::unique_ptr<ZSTD_CCtx, CContextDeleter>;
+
+/** A context of this thread that nobody uses: making one and its tables takes longer than packing a small file. */
+CContext& SpareContext() {
+    static thread_local CContext spare;
+    return spare;
+}
+
 }  // namespace
 
 struct CBytePacker::CState {
-    struct CDeleter {
-        void operator()(ZSTD_CCtx* context) const { ZSTD_freeCCtx(context); }
-    };
-
-    explicit CState(CByteSink& sink) : kept(sink), context(ZSTD_createCCtx()), out(kPieceBytes) {
+    explicit CState(CByteSink& sink) : kept(sink), context(std::move(SpareContext())) {
+        if (context) return;
+        context.reset(ZSTD_createCCtx());
         if (!context || ZSTD_isError(ZSTD_CCtx_setParameter(context.get(), ZSTD_c_compressionLevel, kLevel)))
             throw std::bad_alloc();
     }
+    CState(const CState&) = delete;
+    CState& operator=(const CState&) = delete;
+    ~CState() {
+        (void)ZSTD_CCtx_reset(context.get(), ZSTD_reset_session_only);  // cannot fail
+        SpareContext() = std::move(context);
+    }
 
-    /** Decides by the beginning, which is gathered until then. */
-    CStatus Begin() {
+    /** Decides by the beginning, which is gathered until then; isAll: no more bytes will come. */
+    CStatus Begin(bool isAll) {
         decided = true;
         if (!IsPackedAlready(begin) && !begin.empty()) {
-            std::vector<std::byte> trial(ZSTD_compressBound(begin.size()));
+            out.resize(ZSTD_compressBound(begin.size()));
             const std::size_t size =
-                ZSTD_compress2(context.get(), trial.data(), trial.size(), begin.data(), begin.size());
+                ZSTD_compress2(context.get(), out.data(), out.size(), begin.data(), begin.size());
             if (!ZSTD_isError(size) && size < begin.size() - begin.size() / 20) codec = EBlobCodec::Zstd;
+            if (isAll && codec == EBlobCodec::Zstd) return kept.Take(std::span(out).first(size));
         }
         const std::vector<std::byte> first = std::move(begin);
         return Keep(first, ZSTD_e_continue);
@@ -61,6 +77,7 @@ struct CBytePacker::CState {
             if (piece.empty()) return CDone{};
             return kept.Take(piece);
         }
+        out.resize(kPieceBytes);
         ZSTD_inBuffer in{piece.data(), piece.size(), 0};
         for (bool more = true; more;) {
             ZSTD_outBuffer to{out.data(), out.size(), 0};
@@ -74,7 +91,7 @@ struct CBytePacker::CState {
     }
 
     CByteSink& kept;
-    std::unique_ptr<ZSTD_CCtx, CDeleter> context;
+    CContext context;
     std::vector<std::byte> begin, out;
     bool decided = false;
     EBlobCodec codec = EBlobCodec::Plain;
@@ -91,14 +108,16 @@ CStatus CBytePacker::Add(std::span<const std::byte> piece) {
         state.begin.insert(state.begin.end(), taken.begin(), taken.end());
         piece = piece.subspan(taken.size());
         if (state.begin.size() < kTrialBytes) return CDone{};
-        if (CStatus begun = state.Begin(); !begun) return begun;
+        if (CStatus begun = state.Begin(false); !begun) return begun;
     }
     return state.Keep(piece, ZSTD_e_continue);
 }
 
 CResult<EBlobCodec> CBytePacker::Finish() {
-    if (!m_state->decided)
-        if (CStatus begun = m_state->Begin(); !begun) return begun.Error();
+    if (!m_state->decided) {
+        if (CStatus begun = m_state->Begin(true); !begun) return begun.Error();
+        return m_state->codec;
+    }
     if (CStatus ended = m_state->Keep({}, ZSTD_e_end); !ended) return ended.Error();
     return m_state->codec;
 }

@@ -115,20 +115,20 @@ CStatus CPostgresDatabase::Connect() {
     m_names.clear();
     m_connection.reset(PQconnectdbParams(kKeywords.data(), values.data(), 1));
     if (!m_connection) throw std::bad_alloc();
-    if (PQstatus(m_connection.get()) != CONNECTION_OK) {
-        // The server's code of a refused login is not told, but whether it answered at all is.
-        const std::string_view text = PQerrorMessage(m_connection.get());
-        if (text.find("database \"") != text.npos && text.find("does not exist") != text.npos)
-            return PostgresError("3D000", Place());
-        return PostgresError(PQconnectionNeedsPassword(m_connection.get()) == 1 ||
-                                     PQconnectionUsedPassword(m_connection.get()) == 1
-                                 ? "28"
-                                 : "08",
-                             Place());
-    }
+    if (PQstatus(m_connection.get()) != CONNECTION_OK) return WhyNotConnected();
     PQsetNoticeProcessor(
         m_connection.get(), [](void*, const char*) {}, nullptr);
     return RunScript(kSetUp);
+}
+
+// Of a connection that was refused libpq tells no code of the server's.
+CError CPostgresDatabase::WhyNotConnected() const {
+    const std::string_view text = PQerrorMessage(m_connection.get());
+    if (text.find("database \"") != text.npos && text.find("does not exist") != text.npos)
+        return PostgresError("3D000", Place());
+    const bool wasAsked = PQconnectionNeedsPassword(m_connection.get()) == 1 ||
+                          PQconnectionUsedPassword(m_connection.get()) == 1;
+    return PostgresError(wasAsked ? "28" : "08", Place());
 }
 
 CError CPostgresDatabase::Failure(const CAnswer& answer) {

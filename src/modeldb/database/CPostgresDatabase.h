@@ -37,6 +37,7 @@ class CPostgresDatabase final : public CDatabase {
     CPostgresDatabase(CStoreAddress address, EAccess access)
         : m_address(std::move(address)), m_access(access) {}
     [[nodiscard]] CStatus Connect();
+    [[nodiscard]] CError WhyNotConnected() const;
     [[nodiscard]] CResult<std::string> Prepare(std::string_view sql, std::span<const CDbValue> values);
     /** Notes the failure for CanTryAgain. */
     [[nodiscard]] CError Failure(const CAnswer& answer);

@@ -38,10 +38,20 @@ constexpr CMeaning kMeanings[] = {
     {SQLITE_NOMEM, EErrorCode::TooLarge, lng::Mark("not enough memory")},
 };
 
+/** True where a reader would have to write: he, too, takes part in the log's index. */
+bool LacksFolder(int code) {
+    return code == SQLITE_READONLY_CANTINIT || code == SQLITE_READONLY_DIRECTORY ||
+           code == SQLITE_READONLY_RECOVERY || code == SQLITE_READONLY_CANTLOCK;
+}
+
 }  // namespace
 
 CError SqliteError(sqlite3* database, int code, std::string_view where) {
     const int kind = code & 0xFF;
+    if (LacksFolder(code))
+        return {EErrorCode::Unreadable,
+                lng::Mark("the folder of the model store may not be written to, which reading needs, too"),
+                std::string(where)};
     const int errorNumber = database ? sqlite3_system_errno(database) : 0;
     if (kind == SQLITE_IOERR) return SystemFailure(errorNumber, where);
     if (kind == SQLITE_CANTOPEN) {

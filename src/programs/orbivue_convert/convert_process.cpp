@@ -86,6 +86,26 @@ int Convert(const CConversion& conversion, const CConvertOptions& options) {
     return 0;
 }
 
+volatile std::sig_atomic_t wantedEnd = 0;  ///< the signal that asked for it
+
+void NoteWantedEnd(int signal) {
+    wantedEnd = signal;
+}
+
+void SetHandlers(void (*handler)(int)) {
+    struct sigaction action = {};
+    action.sa_handler = handler;  // without SA_RESTART, so that waiting ends
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) (void)::sigaction(signal, &action, nullptr);
+}
+
+/** How the process has ended; ends it, too, when this one is to end. */
+int WaitFor(pid_t pid) {
+    int status = 0;
+    while (::waitpid(pid, &status, 0) < 0 && errno == EINTR)
+        if (wantedEnd != 0) (void)::kill(pid, SIGTERM);
+    return status;
+}
+
 std::string ReasonOf(int signal) {
     if (signal == SIGXCPU || signal == SIGKILL) return "it took more time or memory than a file may";
     return std::string("the conversion has crashed (") + ::strsignal(signal) + ")";
@@ -95,8 +115,10 @@ std::string ReasonOf(int signal) {
 
 bool ConvertInProcess(const CConversion& conversion, const CConvertOptions& options) {
     std::fflush(nullptr);  // or both would print what waits
+    SetHandlers(NoteWantedEnd);
     const pid_t pid = ::fork();
     if (pid == 0) {
+        SetHandlers(SIG_DFL);
         const int code = Convert(conversion, options);
         std::fflush(nullptr);
         ::_exit(code);
@@ -105,9 +127,12 @@ bool ConvertInProcess(const CConversion& conversion, const CConvertOptions& opti
         PrintError(kName, conversion.input + ": no process can be started");
         return false;
     }
-    int status = 0;
-    while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-    }
-    if (WIFSIGNALED(status)) PrintError(kName, conversion.input + ": " + ReasonOf(WTERMSIG(status)));
+    const int status = WaitFor(pid);
+    if (WIFSIGNALED(status) && wantedEnd == 0)
+        PrintError(kName, conversion.input + ": " + ReasonOf(WTERMSIG(status)));
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+int WantedEnd() {
+    return wantedEnd;
 }

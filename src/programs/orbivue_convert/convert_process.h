@@ -8,3 +8,6 @@ struct CConvertOptions;
  * else; a file that ends it ends nothing more. Prints errors and notes. False when the file was not converted. Call it while
  * there is one thread. */
 [[nodiscard]] bool ConvertInProcess(const CConversion& conversion, const CConvertOptions& options);
+
+/** The signal (SIGINT, SIGTERM, SIGHUP) that has asked this process to end while a file was converted; 0 for none. */
+[[nodiscard]] int WantedEnd();

@@ -25,7 +25,7 @@ int Complain(const std::string& message, EExit code) {
 int Convert(const CConvertOptions& options) {
     if (!options.folder.empty() && !file_util_ex::Mkdir(options.folder))
         return Complain(options.folder + ": the folder cannot be made", kSomeFailed);
-    // Made here, so that one process after the other uses it, and deleted when all have ended.
+    // Made here, so that one process after the other uses it, and deleted when all have ended. Archives are packed there.
     (void)std_file_paths::GetTempDir();
     std::size_t failed = 0;
     CConversionPlan plan(options);
@@ -36,8 +36,10 @@ int Convert(const CConvertOptions& options) {
             plan.Written(conversion);
         else
             ++failed;
+        if (WantedEnd() != 0) break;
     }
     std_file_paths::DeleteTempDir();
+    if (WantedEnd() != 0) return 128 + WantedEnd();  // as shells have it
     if (failed > 0 && options.inputs.size() > 1)
         Complain(std::to_string(failed) + " of " + std::to_string(options.inputs.size()) +
                      " files were not converted",

@@ -144,6 +144,7 @@ void CViewer3DSWindowHandler::Redraw() {
 
 void CViewer3DSWindowHandler::RedrawQuickly() {
     Moved();
+    m_follows = true;
     EndWork();
 }
 

@@ -215,6 +215,8 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     void OnRest();
     [[nodiscard]] bool IsInterrupted();
     [[nodiscard]] bool DrawsQuickly();
+    /** Or a picture of such a movement is still to come. */
+    [[nodiscard]] bool IsMovedByHand() const;
     void SetRunning();
     void TellThatItIsShown();
     void DrawFrame(int renderMode, int x, int y);
@@ -234,14 +236,15 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     CProgressListener m_progressListener;
     std::function<void(const char*)> m_nodeDeleter;
     bool m_playing = true;
-    bool m_isReadyForCoarse = false;  ///< what coarse scenes need has been made in idle time
-    bool m_showsCoarse = false;       ///< the engine's scene is a stand-in
+    bool m_isReady = false;      ///< what most scenes need has been made in idle time
+    bool m_showsCoarse = false;  ///< the engine's scene is a stand-in
     CImage m_hint;
     CViewCaption m_caption;
     EKeeping m_keeping = EKeeping::No;
     EToolCursor m_cursor = EToolCursor::Standard;
     wxTimer m_longPressTimer;
     CMotion m_motion;
+    bool m_follows = false;  ///< what moves last were values of materials
     wxTimer m_restTimer;
     bool m_hasLevels = false;                          ///< the engine has no idle work to do for the scene
     std::chrono::steady_clock::duration m_fullTook{};  ///< of the last frame drawn in full

@@ -45,12 +45,14 @@ void CViewer3DSWindowHandler::OnPaint() {
         return;
     }
     const bool moving = DrawsQuickly();
+    m_follows = m_follows && IsMovedByHand();
     GetEngine().SetMoving(moving);
+    GetEngine().SetFollowing(m_follows);
     m_isInterrupted = false;
     const CClock::time_point begin = CClock::now();
     DrawFrame(GL_RENDER, -1, -1);
     const CClock::time_point now = CClock::now();
-    if (!moving && !m_isInterrupted) m_fullTook = now - begin;
+    if (!moving && !m_follows && !m_isInterrupted) m_fullTook = now - begin;
     const bool whole = !GetEngine().Prepared() || GetEngine().IsLastFrameWhole();
     m_motion.Drawn(m_isInterrupted ? EDrawn::Interrupted : whole ? EDrawn::Whole : EDrawn::Reduced, now);
     // What turns or plays by itself may do so for ever: levels are made meanwhile.
@@ -73,9 +75,12 @@ void CViewer3DSWindowHandler::TellThatItIsShown() {
  * moved by hand, and too slow for that, is not. */
 bool CViewer3DSWindowHandler::DrawsQuickly() {
     SetRunning();
-    const CClock::time_point now = CClock::now();
-    const bool byHand = m_motion.IsMovedByHand(now) || m_motion.IsToBeShown();
-    return m_hasLevels ? byHand || m_motion.IsMoving(now) : byHand && m_fullTook > kSlowFrame;
+    const bool byHand = IsMovedByHand();
+    return m_hasLevels ? byHand || m_motion.IsMoving(CClock::now()) : byHand && m_fullTook > kSlowFrame;
+}
+
+bool CViewer3DSWindowHandler::IsMovedByHand() const {
+    return m_motion.IsMovedByHand(CClock::now()) || m_motion.IsToBeShown();
 }
 
 /** While levels are being made beside an animation, every other moment is theirs: else its full frames, which keep all cores
@@ -91,13 +96,14 @@ void CViewer3DSWindowHandler::SetRunning() {
 }
 
 void CViewer3DSWindowHandler::Moved() {
+    m_follows = false;
     m_motion.Moved(CClock::now());
 }
 
 void CViewer3DSWindowHandler::AwaitRest() {
     SetRunning();
     const CClock::time_point now = CClock::now();
-    if (!GetEngine().Prepared() && !m_isReadyForCoarse)
+    if (!GetEngine().Prepared() && !m_isReady)
         m_restTimer.StartOnce(kEmptyMs);
     else if (m_showsCoarse || !GetEngine().Prepared())
         m_restTimer.Stop();
@@ -109,8 +115,9 @@ void CViewer3DSWindowHandler::AwaitRest() {
 }
 
 void CViewer3DSWindowHandler::OnRest() {
-    if (!GetEngine().Prepared() && !std::exchange(m_isReadyForCoarse, true)) {
-        (void)GetReadyFor(CoarseKind());
+    if (!GetEngine().Prepared() && !m_isReady) {
+        m_isReady = !GetReadyFor(CoarseKind()) && !GetReadyFor(UsualKinds());
+        if (!m_isReady) m_restTimer.StartOnce(kIdlePeriodMs);
         return;
     }
     if (m_motion.IsMovedByHand(CClock::now())) return AwaitRest();

@@ -23,8 +23,9 @@ struct CEngineRow {
 };
 
 /** SQLite, or PostgreSQL where tests/modeldb/run_with_postgres.sh runs the tests. */
-inline std::vector<CEngineRow> Engines() {
+inline std::vector<CEngineRow> Engines(bool onlyServers = false) {
     if (std::getenv("ORBIVUE_TEST_POSTGRES") != nullptr) return {{"PostgreSql", true}};
+    if (onlyServers) return {};
     return {{"Sqlite", false}};
 }
 

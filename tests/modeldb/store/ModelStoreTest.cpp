@@ -250,7 +250,8 @@ TEST_P(ModelStoreTest, SearchesPartsOfNamesWhateverTheirCase) {
     ASSERT_TRUE(store.AddModels(batch));
     const auto found = [&](std::string_view text, std::int64_t group) {
         std::vector<std::string> names;
-        for (const CFoundModel& model : store.Search(text, group, 10).Value()) names.push_back(model.name);
+        const std::vector<CFoundModel> models = store.Search(text, group, 10).Value();
+        for (const CFoundModel& model : models) names.push_back(model.name);
         std::ranges::sort(names);
         return names;
     };

@@ -18,6 +18,7 @@ namespace {
 class UploadDlgWxTest : public testing::Test {
   protected:
     UploadDlgWxTest() {
+        [[maybe_unused]] static const bool s_once = (wxInitAllImageHandlers(), true);
         ::setenv("XDG_CONFIG_HOME", folder.Path().c_str(), 1);
         setup.moreArguments = {
             "--config", folder.Add("rclone.conf", "[d]\ntype = alias\nremote = " + drive.Path() + "\n")};
@@ -35,6 +36,15 @@ class UploadDlgWxTest : public testing::Test {
         return [work] {
             work();
             return true;
+        };
+    }
+    /** A step: gives the list of files the focus, and waits until it has it. */
+    CModalDriver::CStep FilesHaveFocus() {
+        return [this] {
+            wxWindow* list = wxWindow::FindWindowByName("Files to upload", dialog);
+            list->SetFocus();
+            const wxWindow* focus = wxWindow::FindFocus();
+            return dialog->IsActive() && focus && (focus == list || focus->GetParent() == list);
         };
     }
     void Click(int id) {
@@ -61,8 +71,7 @@ class UploadDlgWxTest : public testing::Test {
 }  // namespace
 
 TEST_F(UploadDlgWxTest, UploadsOnlyWhatWasConfirmed) {
-    Run({Is(EState::Ready), Do([&] { wxWindow::FindWindowByName("Files to upload", dialog)->SetFocus(); }),
-         CModalDriver::Press(WXK_RETURN), CModalDriver::Press(WXK_SPACE), Do([&] {
+    Run({Is(EState::Ready), FilesHaveFocus(), CModalDriver::Press(WXK_RETURN), FilesHaveFocus(), Do([&] {
              EXPECT_EQ(dialog->Upload().State(), EState::Ready);
              EXPECT_EQ(drive.Count(), 0u);
              Click(CUploadDlg::kIdUpload);

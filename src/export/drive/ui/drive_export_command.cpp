@@ -58,6 +58,7 @@ class CDriveExport {
         steps.makeNotes = [this] { return Notes(); };
         steps.runHelper = [this](const std::wstring& commandLine) {
             m_still.reset();
+            m_model.whenReady();
             RunHelper(commandLine);
         };
         return steps;

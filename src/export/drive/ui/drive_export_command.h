@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "base/CResult.h"
@@ -9,8 +10,9 @@ class CViewer3DSWindowHandler;
 
 /** What is exported beside what the view knows. */
 struct CDriveModel {
-    std::wstring fileName;           ///< of the file that is open, which may be a script
-    std::wstring backgroundPicture;  ///< path of the picture behind the scene; empty for none
+    std::wstring fileName;            ///< of the file that is open, which may be a script
+    std::wstring backgroundPicture;   ///< path of the picture behind the scene; empty for none
+    std::function<void()> whenReady;  ///< called when the page is ready, before the helper runs
 };
 
 /** Exports what the view shows as a web page for Google Drive, and has the helper program prepare and upload it. Returns

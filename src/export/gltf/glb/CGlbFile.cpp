@@ -65,6 +65,11 @@ void AppendChunk(std::vector<std::byte>& out, std::uint64_t bytes, std::string_v
 
 }  // namespace
 
+CStatus NotCancelled(const CJobProgress* progress) {
+    if (progress && progress->IsCancelled()) return CError{EErrorCode::Cancelled, lng::Mark("cancelled"), {}};
+    return CDone{};
+}
+
 std::size_t CGlbFile::StrideOf(EGlbStream stream) const {
     return m_packs ? KindOf(stream).packedStride : KindOf(stream).stride;
 }
@@ -123,10 +128,10 @@ void CGlbFile::Pack(CView& view) const {
 CResult<std::vector<std::byte>> CGlbFile::Finish(CJsonText json, CJobProgress* progress) {
     if (m_packs) {
         ParallelFor(m_views.size(), 0, [&](std::size_t i) {
-            if (IsPacked(m_views[i]) && !(progress && progress->IsCancelled())) Pack(m_views[i]);
+            if (IsPacked(m_views[i]) && NotCancelled(progress)) Pack(m_views[i]);
         });
     }
-    if (progress && progress->IsCancelled()) return CError{EErrorCode::Cancelled, lng::Mark("cancelled"), {}};
+    if (CStatus status = NotCancelled(progress); !status) return status.Error();
     if (m_packs && !m_accessors.empty()) {
         UseExtension("EXT_meshopt_compression", true);
         UseExtension("KHR_mesh_quantization", true);

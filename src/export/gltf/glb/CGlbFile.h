@@ -14,6 +14,9 @@
 class CJobProgress;
 class CJsonText;
 
+/** Cancelled when progress, which may be null, was. */
+[[nodiscard]] CStatus NotCancelled(const CJobProgress* progress);
+
 /** What the bytes of a stream are, which decides how they are packed. */
 enum class EGlbStream : std::uint8_t {
     Positions,       ///< three floats; packed: three 16-bit numbers and padding

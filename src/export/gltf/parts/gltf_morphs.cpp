@@ -2,6 +2,8 @@
 #include "export/gltf/parts/gltf_morphs.h"
 
 #include <algorithm>
+#include <cmath>
+#include <numbers>
 #include <optional>
 #include <utility>
 
@@ -10,8 +12,8 @@
 
 namespace {
 
-/** Vertices of all shapes together. */
-constexpr std::size_t kMostVertices = 8'000'000;
+/** Corners of all shapes together; those of shapes that turn out not to fit count, too, as they took time. */
+constexpr std::size_t kMostCorners = 12'000'000;
 
 bool HaveSameFaces(const CPreparedMesh& a, const CPreparedMesh& b) {
     const auto isSame = [](const CPreparedBatch& one, const CPreparedBatch& other) {
@@ -67,68 +69,134 @@ CPreparedMesh Renumbered(const CPreparedMesh& mesh, const CCornerNumbers& number
     return result;
 }
 
-std::vector<std::size_t> ShapesOf(const CPreparedMorph& morph) {
-    std::vector<std::size_t> shapes;
-    std::vector<std::size_t> seen;
-    for (const CMorphKey& key : morph.keys) {
-        const auto place = std::lower_bound(seen.begin(), seen.end(), key.mesh);
-        if (place != seen.end() && *place == key.mesh) continue;
-        seen.insert(place, key.mesh);
-        shapes.push_back(key.mesh);
+/** The root of the mean square of the angles, in degrees, between the normals of a shape and those half-way between two
+ * others that have the same vertices. */
+double NormalErrorDeg(const CPreparedMesh& from, const CPreparedMesh& to, const CPreparedMesh& middle,
+                      const std::vector<std::uint32_t>& corners) {
+    double sum = 0;
+    for (const std::uint32_t corner : corners) {
+        const CVec3 blended =
+            from.vertices[from.Index(corner)].Normal() + to.vertices[to.Index(corner)].Normal();
+        const CVec3 wanted = middle.vertices[middle.Index(corner)].Normal();
+        const auto cosine = static_cast<double>(Dot(Normalized(blended), Normalized(wanted)));
+        const double angle = std::acos(std::clamp(cosine, -1.0, 1.0)) * 180 / std::numbers::pi;
+        sum += angle * angle;
     }
-    return shapes;
+    return corners.empty() ? 0 : std::sqrt(sum / static_cast<double>(corners.size()));
 }
 
-std::optional<CGltfMorph> MorphOf(const CScene& model, const CPreparedScene& scene, const CPreparedNode& node,
-                                  std::vector<std::size_t> shapes) {
-    std::vector<CPreparedMesh> made;
-    CGltfMorph morph;
-    for (const std::size_t shape : shapes) {
-        std::optional<CPreparedMesh> mesh = ShapedMesh(model, scene, node, {shape, shape, 0});
-        if (!mesh || (!made.empty() && !HaveSameFaces(made[0], *mesh))) return std::nullopt;
-        morph.bounds.Add(mesh->bounds);
-        made.push_back(std::move(*mesh));
+/** The shapes of one node as they are collected. */
+class CMorphMaker {
+  public:
+    /** left: how many corners may still be made; reduced. */
+    CMorphMaker(const CScene& model, const CPreparedScene& scene, const CPreparedNode& node,
+                std::size_t& left)
+        : m_model(model), m_scene(scene), m_node(node), m_left(left) {}
+
+    /** Nothing where the shapes do not fit, or have too many corners. */
+    std::optional<CGltfMorph> Make() {
+        const std::vector<CMorphKey>& keys = m_node.morph.keys;
+        if (!Add({keys[0].mesh, keys[0].mesh, 0})) return std::nullopt;
+        for (const CMorphKey& key : keys) {
+            if (!m_ends.contains(key.mesh) && !Add({key.mesh, key.mesh, 0})) return std::nullopt;
+        }
+        if (m_made.size() < 2) return std::nullopt;
+        for (std::size_t k = 1; k < keys.size(); ++k) AddWay(keys[k - 1].mesh, keys[k].mesh);
+        return Joined();
     }
-    const CCornerNumbers numbers(made);
-    morph.base = Renumbered(made[0], numbers);
-    for (std::size_t i = 1; i < made.size(); ++i) {
-        std::vector<CPreparedVertex>& vertices = morph.others.emplace_back();
-        for (const std::uint32_t corner : numbers.Corners())
-            vertices.push_back(made[i].vertices[made[i].Index(corner)]);
+
+  private:
+    bool Add(const CMorphShape& shape) {
+        const std::size_t corners = m_scene.meshes[static_cast<std::size_t>(m_node.mesh)].IndexCount();
+        if (corners > m_left) return false;
+        m_left -= corners;
+        std::optional<CPreparedMesh> mesh = ShapedMesh(m_model, m_scene, m_node, shape);
+        if (!mesh) return false;
+        if (!m_made.empty() && !HaveSameFaces(m_made[0], *mesh)) return false;
+        if (shape.from == shape.to) m_ends.emplace(shape.from, m_made.size());
+        m_made.push_back(std::move(*mesh));
+        return true;
     }
-    morph.shapes = std::move(shapes);
-    return morph;
-}
+
+    /** The error of straight pieces falls with the square of their number. */
+    void AddWay(std::size_t from, std::size_t to) {
+        constexpr double kMostPieces = 8;
+        if (from == to || !m_ways.try_emplace({from, to}).second) return;
+        std::vector<std::size_t>& way = m_ways[{from, to}];
+        way.push_back(m_ends[from]);
+        if (const auto back = m_ways.find({to, from}); back != m_ways.end()) {
+            way.assign(back->second.rbegin(), back->second.rend());
+            return;
+        }
+        const CPreparedMesh &first = m_made[m_ends[from]], &last = m_made[m_ends[to]];
+        const std::optional<CPreparedMesh> middle = ShapedMesh(m_model, m_scene, m_node, {from, to, 0.5F});
+        if (middle && HaveSameFaces(first, *middle)) {
+            const CCornerNumbers numbers({first, last, *middle});
+            const double error = NormalErrorDeg(first, last, *middle, numbers.Corners());
+            const auto pieces = static_cast<int>(std::clamp(std::ceil(std::sqrt(error)), 1.0, kMostPieces));
+            for (int i = 1; i < pieces; ++i) {
+                const float share = static_cast<float>(i) / static_cast<float>(pieces);
+                if (!Add({from, to, share})) {
+                    way.resize(1);
+                    break;
+                }
+                way.push_back(m_made.size() - 1);
+            }
+        }
+        way.push_back(m_ends[to]);
+    }
+
+    std::optional<CGltfMorph> Joined() {
+        CGltfMorph morph;
+        const CCornerNumbers numbers(m_made);
+        morph.base = Renumbered(m_made[0], numbers);
+        for (const CPreparedMesh& mesh : m_made) morph.bounds.Add(mesh.bounds);
+        for (std::size_t i = 1; i < m_made.size(); ++i) {
+            std::vector<CPreparedVertex>& vertices = morph.others.emplace_back();
+            for (const std::uint32_t corner : numbers.Corners())
+                vertices.push_back(m_made[i].vertices[m_made[i].Index(corner)]);
+        }
+        for (const auto& [mesh, shape] : m_ends) m_ways[{mesh, mesh}] = {shape};
+        morph.ways = std::move(m_ways);
+        return morph;
+    }
+
+    const CScene& m_model;
+    const CPreparedScene& m_scene;
+    const CPreparedNode& m_node;
+    std::size_t& m_left;
+    std::vector<CPreparedMesh> m_made;
+    std::map<std::size_t, std::size_t> m_ends;  ///< the shapes that are a mesh of the scene
+    decltype(CGltfMorph::ways) m_ways;
+};
 
 }  // namespace
 
 std::vector<float> CGltfMorph::WeightsOf(const CMorphShape& shape) const {
     std::vector<float> weights(others.size());
-    const auto add = [&](std::size_t mesh, float share) {
-        const auto place = std::find(shapes.begin(), shapes.end(), mesh);
-        if (place != shapes.end() && place != shapes.begin())
-            weights[static_cast<std::size_t>(place - shapes.begin()) - 1] += share;
+    const auto way = ways.find({shape.from, shape.to});
+    if (way == ways.end() || way->second.empty()) return weights;
+    const std::vector<std::size_t>& shapes = way->second;
+    const float along = std::clamp(shape.share, 0.0F, 1.0F) * static_cast<float>(shapes.size() - 1);
+    const auto before = std::min(static_cast<std::size_t>(along), shapes.size() - 1);
+    const float share = along - static_cast<float>(before);
+    const auto add = [&](std::size_t at, float weight) {
+        if (weight > 0 && shapes[at] > 0) weights[shapes[at] - 1] += weight;
     };
-    add(shape.from, 1 - shape.share);
-    add(shape.to, shape.share);
+    add(before, 1 - share);
+    if (share > 0) add(before + 1, share);
     return weights;
 }
 
 std::map<std::size_t, CGltfMorph> MorphsOf(const CScene& model, const CPreparedScene& scene,
                                            const std::vector<bool>& shownNodes) {
     std::map<std::size_t, CGltfMorph> morphs;
-    std::size_t left = kMostVertices;
+    std::size_t left = kMostCorners;
     for (std::size_t n = 0; n < scene.nodes.size(); ++n) {
         const CPreparedNode& node = scene.nodes[n];
         if (!shownNodes[n] || node.morph.keys.size() < 2) continue;
-        std::vector<std::size_t> shapes = ShapesOf(node.morph);
-        const auto mesh = static_cast<std::size_t>(node.mesh);
-        const std::size_t corners = scene.meshes[mesh].IndexCount();
-        if (shapes.size() < 2 || corners > left / shapes.size()) continue;
-        std::optional<CGltfMorph> morph = MorphOf(model, scene, node, std::move(shapes));
-        if (!morph) continue;
-        left -= morph->base.vertices.size() * morph->shapes.size();
-        morphs.emplace(mesh, std::move(*morph));
+        std::optional<CGltfMorph> morph = CMorphMaker(model, scene, node, left).Make();
+        if (morph) morphs.emplace(static_cast<std::size_t>(node.mesh), std::move(*morph));
     }
     return morphs;
 }

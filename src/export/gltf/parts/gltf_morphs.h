@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <map>
+#include <utility>
 #include <vector>
 
 #include "model/prepare/CPreparedScene.h"
@@ -13,8 +14,9 @@ class CScene;
 struct CGltfMorph {
     CPreparedMesh base;                                ///< in the first shape
     std::vector<std::vector<CPreparedVertex>> others;  ///< the vertices in the other shapes
-    std::vector<std::size_t> shapes;  ///< meshes of the scene: first base's, then those of others
-    CBox bounds;                      ///< of all shapes
+    /** The shapes on the way from one mesh of the scene to another, evenly: 0 is base's, i others[i - 1]'s. */
+    std::map<std::pair<std::size_t, std::size_t>, std::vector<std::size_t>> ways;
+    CBox bounds;  ///< of all shapes
 
     /** The weight of each of others for a shape that the node's track gives. */
     [[nodiscard]] std::vector<float> WeightsOf(const CMorphShape& shape) const;

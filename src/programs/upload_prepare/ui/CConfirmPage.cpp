@@ -32,12 +32,12 @@ wxBitmap PictureAt(const wxWindow& window, const std::string& path) {
     const wxLogNull quiet;
     wxImage image;
     if (path.empty() || !image.LoadFile(file_util_ex::PathFromBytes(path), wxBITMAP_TYPE_JPEG)) return {};
-    const double scale = window.GetDPIScaleFactor() * window.GetContentScaleFactor();
-    const wxSize room(static_cast<int>(144 * scale), static_cast<int>(108 * scale));
+    const double scale = window.GetContentScaleFactor();
+    const wxSize room = window.FromDIP(wxSize(144, 108)) * scale;
     const double fit = std::min(1.0 * room.x / image.GetWidth(), 1.0 * room.y / image.GetHeight());
     image.Rescale(std::max(1, static_cast<int>(image.GetWidth() * fit)),
                   std::max(1, static_cast<int>(image.GetHeight() * fit)), wxIMAGE_QUALITY_HIGH);
-    return {image, wxBITMAP_SCREEN_DEPTH, window.GetContentScaleFactor()};
+    return {image, wxBITMAP_SCREEN_DEPTH, scale};
 }
 
 }  // namespace

@@ -23,8 +23,8 @@ COutcomePage::COutcomePage(wxWindow* parent) : wxPanel(parent) {
     m_heading = page_parts::AddHeading(this, *column, L" ");
     m_text = page_parts::AddText(this, *column, L" ");
     column->Add(MakeLink(), line);
-    m_password =
-        new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize, wxTE_PASSWORD);
+    m_password = new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
+                                wxTE_PASSWORD | wxTE_PROCESS_ENTER);
     SetAccessibleName(*m_password, lng::Text("rclone's configuration has a password"));
     column->Add(m_password, line);
     m_errors = page_parts::MakeReadOnly(this, lng::Text("rclone says:"), wxTE_MULTILINE);

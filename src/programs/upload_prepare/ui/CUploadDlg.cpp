@@ -53,6 +53,7 @@ CUploadDlg::CUploadDlg(wxWindow* parent, const CRcloneSetup& setup, const CUploa
     SetEscapeId(wxID_CANCEL);
     Bind(
         wxEVT_BUTTON, [this](wxCommandEvent&) { CancelOrClose(); }, wxID_CANCEL);
+    Bind(wxEVT_TEXT_ENTER, [this](wxCommandEvent&) { Unlock(); });  // of the password
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { CancelOrClose(); });
     m_timer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnTimer(); });
     m_timer.Start(kPollMs);
@@ -85,17 +86,22 @@ void CUploadDlg::OnTimer() {
 
 void CUploadDlg::ShowState() {
     const EState state = m_upload.State();
+    const bool isNew = m_shown != state;
+    m_shown = state;
+    if (isNew) ShowButtons();
     if (state == EState::Ready) {
         m_book->ChangeSelection(0);
         m_confirm->ShowRemotes(m_upload);
     } else if (state == EState::Looking || state == EState::Copying || state == EState::Linking) {
         m_progress->ShowUpload(m_upload);
         m_book->ChangeSelection(1);
+        // Keys need a place; not a button, which the key that started the upload might press, too.
+        if (isNew) m_progress->SetFocusIgnoringChildren();
     } else {
-        m_outcome->ShowUpload(m_upload);
         m_book->ChangeSelection(2);
+        m_close->SetFocus();
+        m_outcome->ShowUpload(m_upload);
     }
-    ShowButtons();
 }
 
 void CUploadDlg::ShowButtons() {
@@ -121,6 +127,7 @@ void CUploadDlg::StartUpload() {
 }
 
 void CUploadDlg::ShowReady() {
+    m_shown.reset();
     m_book->ChangeSelection(0);
     m_again->Hide();
     m_start->Show();

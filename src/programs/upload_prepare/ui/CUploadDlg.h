@@ -4,6 +4,7 @@
 #include <wx/dialog.h>
 #include <wx/timer.h>
 
+#include <optional>
 #include <string>
 
 #include "programs/upload_prepare/CUpload.h"
@@ -21,7 +22,8 @@ class wxSizer;
  * the default one, as the window comes up while somebody may be typing. */
 class CUploadDlg final : public wxDialog {
   public:
-    static constexpr int kIdUpload = 5100, kIdOpen = 5101, kIdAgain = 5102, kIdUnlock = 5103;
+    static constexpr int kIdUpload = wxID_HIGHEST + 1, kIdOpen = wxID_HIGHEST + 2,
+                         kIdAgain = wxID_HIGHEST + 3, kIdUnlock = wxID_HIGHEST + 4;
 
     CUploadDlg(wxWindow* parent, const CRcloneSetup& setup, const CUploadContent& content,
                const std::string& modelName);
@@ -43,6 +45,7 @@ class CUploadDlg final : public wxDialog {
 
     CUpload m_upload;
     std::string m_folder;
+    std::optional<CUpload::EState> m_shown;
     wxTimer m_timer;
     wxSimplebook* m_book = nullptr;
     CConfirmPage* m_confirm = nullptr;

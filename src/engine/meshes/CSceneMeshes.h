@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "engine/draw/CShape.h"
+#include "engine/meshes/CShape.h"
 #include "engine/plan/CMeshSample.h"
 
 /** The meshes of a scene on the GPU, with the levels that were made of them. */
@@ -19,7 +19,7 @@ class CSceneMeshes {
 
     /** Uploads what is new, and drops the levels of meshes that are not the same as before. True when a mesh is not the
      * same. */
-    bool Update(CGlCurrent& gl, const CPreparedScene& scene);
+    bool Update(CGlCurrent& gl, const CPreparedScene& scene, EArrays arrays = EArrays::Copied);
     void Clear();
     void SetLevels(CGlCurrent& gl, const CPreparedScene& scene, std::size_t mesh, CMeshLevels levels);
 
@@ -54,7 +54,8 @@ class CSceneMeshes {
         std::vector<CForm> forms;
         bool levelsSet = false;
     };
-    bool Take(CGlCurrent& gl, const CPreparedMesh& mesh, std::vector<CEntry>& before, std::size_t place);
+    bool Take(CGlCurrent& gl, const CPreparedMesh& mesh, std::vector<CEntry>& before, std::size_t place,
+              EArrays arrays);
     static void MeasureSurface(CEntry& entry, const CPreparedMesh& mesh);
     static void DropLevels(CEntry& entry);
     static void Measure(CEntry& entry, const CPreparedScene& scene, const CPreparedMesh& mesh);

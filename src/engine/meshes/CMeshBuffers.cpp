@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "engine/draw/CMeshBuffers.h"
+#include "engine/meshes/CMeshBuffers.h"
 
 #include <algorithm>
 
@@ -8,8 +8,15 @@
 namespace {
 
 template <class T>
-void FillFrom(CGlCurrent& gl, CGlBuffer& buffer, CGlBuffer::ETarget target, const std::vector<T>& data) {
-    buffer.Fill(gl, target, data.data(), data.size() * sizeof(T));
+void FillFrom(CGlCurrent& gl, CGlBuffer& buffer, CGlBuffer::ETarget target, const std::vector<T>& data,
+              EArrays arrays) {
+    const std::size_t bytes = data.size() * sizeof(T);
+    if (arrays == EArrays::InPlace) return buffer.FillInPlace(gl, target, data.data(), bytes);
+    buffer.Fill(gl, target, data.data(), bytes);
+}
+
+const void* IndicesOf(const CPreparedMesh& mesh) {
+    return mesh.indices16.empty() ? static_cast<const void*>(mesh.indices32.data()) : mesh.indices16.data();
 }
 
 bool SameCut(const CPreparedBatch& a, const CPreparedBatch& b) {
@@ -22,13 +29,15 @@ const void* Offset(std::size_t bytes) {
 
 }  // namespace
 
-void CMeshBuffers::Upload(CGlCurrent& gl, const CPreparedMesh& mesh) {
-    FillFrom(gl, m_vertices, CGlBuffer::ETarget::Vertices, mesh.vertices);
+void CMeshBuffers::Upload(CGlCurrent& gl, const CPreparedMesh& mesh, EArrays arrays) {
+    m_arrays = arrays;
+    FillFrom(gl, m_vertices, CGlBuffer::ETarget::Vertices, mesh.vertices, arrays);
     m_texCoords = {};
     if (!mesh.texCoords.empty() && mesh.texCoords.size() >= mesh.vertices.size()) {
-        FillFrom(gl, m_texCoords, CGlBuffer::ETarget::Vertices, mesh.texCoords);
+        FillFrom(gl, m_texCoords, CGlBuffer::ETarget::Vertices, mesh.texCoords, arrays);
     }
     m_source = mesh.vertices.data();
+    m_texCoordSource = mesh.texCoords.data();
     m_stamp = mesh.stamp;
     m_vertexCount = static_cast<std::uint32_t>(mesh.vertices.size());
     m_indexCount = 0;
@@ -37,6 +46,7 @@ void CMeshBuffers::Upload(CGlCurrent& gl, const CPreparedMesh& mesh) {
 
 bool CMeshBuffers::HoldsVerticesOf(const CPreparedMesh& mesh) const {
     if (m_vertexCount == 0) return false;
+    if (m_arrays == EArrays::InPlace && m_texCoordSource != mesh.texCoords.data()) return false;
     return m_stamp == mesh.stamp && m_source == mesh.vertices.data() && m_vertexCount == mesh.vertices.size();
 }
 
@@ -45,15 +55,20 @@ bool CMeshBuffers::RefreshIndices(CGlCurrent& gl, const CPreparedMesh& mesh) {
         m_indexCount == mesh.IndexCount() &&
         std::equal(m_batches.begin(), m_batches.end(), mesh.batches.begin(), mesh.batches.end(), SameCut);
     m_batches = mesh.batches;
-    if (same) return false;
+    const bool moved = m_arrays == EArrays::InPlace && m_indexSource != IndicesOf(mesh);
+    if (!same || moved) FillIndices(gl, mesh);
+    return !same;
+}
+
+void CMeshBuffers::FillIndices(CGlCurrent& gl, const CPreparedMesh& mesh) {
     m_indexCount = mesh.IndexCount();
+    m_indexSource = IndicesOf(mesh);
     m_wide = mesh.indices16.empty();
     if (m_wide) {
-        FillFrom(gl, m_indices, CGlBuffer::ETarget::Indices, mesh.indices32);
+        FillFrom(gl, m_indices, CGlBuffer::ETarget::Indices, mesh.indices32, m_arrays);
     } else {
-        FillFrom(gl, m_indices, CGlBuffer::ETarget::Indices, mesh.indices16);
+        FillFrom(gl, m_indices, CGlBuffer::ETarget::Indices, mesh.indices16, m_arrays);
     }
-    return true;
 }
 
 void CMeshBuffers::Bind(CGlCurrent& gl) const {

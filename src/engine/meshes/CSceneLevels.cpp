@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "engine/draw/CSceneLevels.h"
+#include "engine/meshes/CSceneLevels.h"
 
 #include <algorithm>
 #include <chrono>
 #include <optional>
 #include <utility>
 
-#include "engine/draw/CSceneMeshes.h"
+#include "engine/meshes/CSceneMeshes.h"
 #include "model/levels/make_levels.h"
 #include "model/prepare/CPreparedScene.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "engine/draw/CSortedBatches.h"
+#include "engine/meshes/CSortedBatches.h"
 
 #include <span>
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "engine/draw/CSceneMeshes.h"
+#include "engine/meshes/CSceneMeshes.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-#include "engine/draw/CSortedBatches.h"
+#include "engine/meshes/CSortedBatches.h"
 #include "engine/plan/CFrameBudget.h"
 #include "model/prepare/material_kinds.h"
 
@@ -107,7 +107,7 @@ void CSceneMeshes::Clear() {
     m_meshes.clear();
 }
 
-bool CSceneMeshes::Update(CGlCurrent& gl, const CPreparedScene& scene) {
+bool CSceneMeshes::Update(CGlCurrent& gl, const CPreparedScene& scene, EArrays arrays) {
     m_mostSamples = SamplesOfABatch(scene);
     if (m_box.Bytes() == 0) m_box.Upload(gl, UnitBox());
     std::vector<CEntry> before = std::move(m_meshes);
@@ -115,7 +115,7 @@ bool CSceneMeshes::Update(CGlCurrent& gl, const CPreparedScene& scene) {
     m_meshes.clear();
     m_meshes.resize(scene.meshes.size());
     for (std::size_t i = 0; i < m_meshes.size(); ++i) {
-        changed = Take(gl, scene.meshes[i], before, i) || changed;
+        changed = Take(gl, scene.meshes[i], before, i, arrays) || changed;
         Measure(m_meshes[i], scene, scene.meshes[i]);
     }
     return changed;
@@ -123,7 +123,7 @@ bool CSceneMeshes::Update(CGlCurrent& gl, const CPreparedScene& scene) {
 
 /** Takes over the buffers of a mesh from before, or uploads it. True when it is not the same as before. */
 bool CSceneMeshes::Take(CGlCurrent& gl, const CPreparedMesh& mesh, std::vector<CEntry>& before,
-                        std::size_t place) {
+                        std::size_t place, EArrays arrays) {
     const auto holds = [&](const CEntry& entry) { return entry.buffers.HoldsVerticesOf(mesh); };
     // Meshes mostly keep their place, so that is where to look first.
     const bool isInPlace = place < before.size() && (IsGivenBack(mesh) || holds(before[place]));
@@ -140,7 +140,7 @@ bool CSceneMeshes::Take(CGlCurrent& gl, const CPreparedMesh& mesh, std::vector<C
             MeasureSurface(entry, mesh);
         }
     } else if (!mesh.vertices.empty() && mesh.IndexCount() > 0) {
-        entry.buffers.Upload(gl, mesh);
+        entry.buffers.Upload(gl, mesh, arrays);
         MeasureSurface(entry, mesh);
     }
     return changed;

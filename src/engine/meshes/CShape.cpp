@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "engine/draw/CShape.h"
+#include "engine/meshes/CShape.h"
 
 #include <utility>
 

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "engine/draw/CMeshBuffers.h"
+#include "engine/meshes/CMeshBuffers.h"
 #include "engine/plan/triangle_order.h"
 #include "model/levels/CMeshLevels.h"
 

@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+// What other processes do to a store, and what ends them.
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <functional>
+#include <random>
+#include <set>
+#include <thread>
+
+#include "CTestStore.h"
+#include "modeldb/bytes/calc_crc.h"
+
+namespace {
+
+class StoreProcessesTest : public testing::TestWithParam<CEngineRow> {};
+INSTANTIATE_TEST_SUITE_P(, StoreProcessesTest, testing::ValuesIn(Engines()), kRowName);
+
+/** A process that runs work; it ends with 0 when that was done. */
+pid_t Start(const std::function<bool()>& work) {
+    const pid_t pid = ::fork();
+    if (pid == 0) ::_exit(work() ? 0 : 1);
+    return pid;
+}
+
+bool EndedWell(pid_t pid) {
+    int status = 0;
+    return ::waitpid(pid, &status, 0) == pid && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+/** The n-th model of a series: most small, some with textures that others have, and some so large that they are staged. */
+CNewModel Made(CModelStore& store, std::uint64_t series, std::uint64_t n) {
+    const std::string text = std::to_string(series) + "/" + std::to_string(n);
+    CNewModel model = ModelOf("group " + std::to_string(n % 3), text, text);
+    if (n % 3 == 0)
+        model.textures.push_back({"shared.png", BlobOf(&store, "picture " + std::to_string(n % 5))});
+    if (n % 11 == 10) model.file = BlobOf(&store, text + NoiseOf(CBlobWriter::kHeldBytes + 70'000, n));
+    return model;
+}
+
+/** Adds models until it is killed, one at a time and in batches, and tells the key of each that the store took. */
+bool AddForEver(const CStoreAddress& address, std::uint64_t series, int acknowledged) {
+    CResult<CModelStore> store = CModelStore::Open(address, EStoreUse::Write);
+    for (std::uint64_t n = 0; store; ++n) {
+        std::vector<CNewModel> batch;
+        for (std::uint64_t i = 0; i < (n % 4 == 0 ? 5 : 1); ++i)
+            batch.push_back(Made(store.Value(), series, n * 8 + i));
+        const auto results = store.Value().AddModels(batch);
+        if (!results) return false;
+        for (const auto& result : results.Value()) {
+            if (!result) return false;
+            const std::uint32_t key = result.Value().key;
+            if (::write(acknowledged, &key, sizeof(key)) != sizeof(key)) return false;
+        }
+    }
+    return false;
+}
+
+/** How many of the acknowledged keys the store lacks; nothing else may be wrong with it either. */
+std::size_t LostOf(CModelStore& store, const std::set<std::uint32_t>& acknowledged) {
+    std::size_t lost = 0;
+    for (const std::uint32_t key : acknowledged) lost += store.HasModel(key).Value() ? 0u : 1u;
+    const CResult<CCheckReport> report = store.Check(CModelStore::ECheck::Full);
+    EXPECT_TRUE(report) << report.Error().Text();
+    EXPECT_EQ(report.Value().faultCount, 0u) << report.Value().faults.front();
+    return lost;
+}
+
+TEST_P(StoreProcessesTest, KillingAWriterLosesNoAcknowledgedModelAndLeavesNoHalfOne) {
+    const char* wanted = std::getenv("ORBIVUE_KILLS");
+    const int kills = wanted ? std::atoi(wanted) : 6;
+    std::mt19937 random(20);  // NOLINT(cert-msc51-cpp): the moments are random anyhow
+    std::size_t acknowledgedAtAll = 0;
+    std::unique_ptr<CTestPlace> place;
+    std::set<std::uint32_t> acknowledged;
+    for (int i = 0; i < kills; ++i) {
+        if (i % 20 == 0) {
+            place = std::make_unique<CTestPlace>(GetParam());
+            (void)place->Open();
+            acknowledged.clear();
+        }
+        int ends[2] = {};
+        ASSERT_EQ(::pipe(ends), 0);
+        const pid_t writer =
+            Start([&] { return AddForEver(place->Address(), static_cast<std::uint64_t>(i), ends[1]); });
+        ::close(ends[1]);
+        std::this_thread::sleep_for(
+            std::chrono::milliseconds(std::uniform_int_distribution<>(10, 250)(random)));
+        ASSERT_EQ(::kill(writer, SIGKILL), 0);
+        int status = 0;
+        ASSERT_EQ(::waitpid(writer, &status, 0), writer);
+        EXPECT_TRUE(WIFSIGNALED(status)) << "it ended by itself";
+        for (std::uint32_t key = 0; ::read(ends[0], &key, sizeof(key)) == sizeof(key); ++acknowledgedAtAll)
+            acknowledged.insert(key);
+        ::close(ends[0]);
+        CModelStore store = place->Open(EStoreUse::Write);
+        ASSERT_EQ(LostOf(store, acknowledged), 0u) << "of " << acknowledged.size() << " at kill " << i;
+    }
+    EXPECT_GT(acknowledgedAtAll, 0u);
+    RecordProperty("acknowledged", std::to_string(acknowledgedAtAll));
+    std::printf("%d kills, %zu models acknowledged, none lost\n", kills, acknowledgedAtAll);
+}
+
+TEST_P(StoreProcessesTest, SeveralWritersAtOnceAddAllThatTheyHave) {
+    constexpr std::uint64_t kModels = 60, kShared = 20, kWriters = 3;
+    const CTestPlace place(GetParam());
+    const auto write = [&](std::uint64_t series) {
+        CResult<CModelStore> store =
+            CModelStore::Open(place.Address(), EStoreUse::Create);  // all make it at once
+        for (std::uint64_t n = 0; store && n < kModels; ++n)
+            if (!store.Value().AddModel(Made(store.Value(), n < kShared ? 99 : series, n))) return false;
+        return store.HasValue();
+    };
+    std::vector<pid_t> writers;
+    for (std::uint64_t series = 0; series < kWriters; ++series)
+        writers.push_back(Start([&] { return write(series); }));
+    for (const pid_t writer : writers) EXPECT_TRUE(EndedWell(writer));
+    CModelStore store = place.Open(EStoreUse::Read);
+    const CCheckReport report = store.Check(CModelStore::ECheck::Full).Value();
+    EXPECT_EQ(report.models, kShared + kWriters * (kModels - kShared));
+    EXPECT_EQ(report.faultCount, 0u) << report.faults.front();
+}
+
+TEST_P(StoreProcessesTest, ABackupOfAStoreInUseIsWhole) {
+    const CTestPlace place(GetParam());
+    (void)place.Open();
+    int ends[2] = {};
+    ASSERT_EQ(::pipe(ends), 0);
+    const pid_t writer = Start([&] { return AddForEver(place.Address(), 7, ends[1]); });
+    ::close(ends[1]);
+    CModelStore store = place.Open(EStoreUse::Read);
+    for (int i = 0; i < 4; ++i) {
+        std::uint32_t key = 0;
+        ASSERT_EQ(::read(ends[0], &key, sizeof(key)), static_cast<ssize_t>(sizeof(key)));
+        const std::string path = place.folder / ("backup" + std::to_string(i));
+        const CStatus done = store.Backup(path);
+        ASSERT_TRUE(done) << done.Error().Text();
+        CResult<CModelStore> backup = CModelStore::Open(CStoreAddress::Parse(path), EStoreUse::Read);
+        ASSERT_TRUE(backup) << backup.Error().Text();
+        EXPECT_EQ(LostOf(backup.Value(), {key}), 0u);
+    }
+    (void)::kill(writer, SIGKILL);
+    (void)EndedWell(writer);
+    ::close(ends[0]);
+}
+
+}  // namespace

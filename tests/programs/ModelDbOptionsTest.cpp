@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "programs/orbivue_modeldb/CModelDbOptions.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "row_name.h"
+
+namespace {
+
+struct CLineCase {
+    const char* name;
+    std::vector<std::string> arguments;
+    std::string outcome;  ///< what is wrong, or "COMMAND store group into search rights flags: arguments"
+};
+
+std::string OutcomeOf(const std::vector<std::string>& arguments) {
+    const CResult<CModelDbOptions> parsed = ParseModelDbOptions(arguments);
+    if (!parsed) return parsed.Error().message;
+    const CModelDbOptions& o = parsed.Value();
+    std::string text = std::to_string(static_cast<int>(o.command)) + " [" + o.store + "|" + o.group + "|" +
+                       o.into + "|" + o.search + "|" + std::to_string(o.rights) + "]" + (o.json ? "j" : "") +
+                       (o.full ? "f" : "") + (o.verbose ? "v" : "");
+    for (const std::string& argument : o.arguments) text += " " + argument;
+    return text;
+}
+
+class ModelDbOptionsTest : public testing::TestWithParam<CLineCase> {};
+
+TEST_P(ModelDbOptionsTest, IsReadOrRefused) {
+    EXPECT_EQ(OutcomeOf(GetParam().arguments), GetParam().outcome);
+}
+
+const CLineCase kCases[] = {
+    {"Nothing", {}, "no command given"},
+    {"Unknown", {"serv"}, "unknown command 'serv'"},
+    {"TokenAlone", {"token"}, "token needs create, list or revoke"},
+    {"ImportWithoutGroup", {"import", "a"}, "import needs --group NAME"},
+    {"ImportOfNothing", {"import", "--group", "g"}, "import needs PATH... --group NAME"},
+    {"EmptyGroup", {"import", "a", "--group", ""}, "--group needs a value"},
+    {"ExportWithoutFolder", {"export"}, "export needs --into FOLDER"},
+    {"RemoveOfNothing", {"remove"}, "remove needs either keys or a group"},
+    {"RemoveOfBoth", {"remove", "k", "--group", "g"}, "remove needs either keys or a group"},
+    {"OptionOfAnother", {"backup", "f", "--json"}, "backup takes no --json"},
+    {"TooMuch", {"backup", "f", "g"}, "backup is given too much"},
+    {"UnknownOption", {"list", "--jsn"}, "option '--jsn' is unknown or takes no value"},
+    {"NoValue", {"list", "--group"}, "--group needs a value"},
+    {"Rights",
+     {"token", "create", "a", "--rights", "read,all"},
+     "--rights needs a list of read, upload and remove"},
+    {"ListOfTwoThings", {"list", "k", "--search", "x"}, "list takes keys or a group or a search"},
+    {"Import", {"import", "a", "--group", "g", "b", "--store=s", "--verbose"}, "2 [s|g|||0]v a b"},
+    {"Export", {"export", "--into", "d", "12345678"}, "3 [||d||0] 12345678"},
+    {"Search", {"list", "--search", "x", "--group", "g", "--json"}, "5 [|g||x|0]j"},
+    {"TokenOfUsualRights", {"token", "create", "anna"}, "10 [||||2] anna"},
+    {"TokenOfAllRights", {"token", "create", "anna", "--rights", "read,upload,remove"}, "10 [||||7] anna"},
+    {"HelpBeforeAll", {"backup", "--help"}, "0 [||||0] backup"},
+    {"AfterDashes", {"remove", "--", "--group"}, "4 [||||0] --group"},
+};
+INSTANTIATE_TEST_SUITE_P(, ModelDbOptionsTest, testing::ValuesIn(kCases), kRowName);
+
+}  // namespace
