@@ -57,6 +57,8 @@ const shaders = (shortName) => ({
 export async function bundle(minify, entry = 'src/main.ts', options = {}) {
   const shortName = minify && shortNames();
   const result = await build({
+    // Or the bundle would depend on where one stands.
+    absWorkingDir: here,
     entryPoints: [here + entry],
     bundle: true,
     write: false,
