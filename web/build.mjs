@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Bundles the viewer into dist/: viewer.js to be read, viewer.min.js to be sent. --check only says whether they are current.
-import { mkdir, readFile, writeFile } from 'node:fs/promises';
+import { mkdir, readdir, readFile, writeFile } from 'node:fs/promises';
 import { fileURLToPath } from 'node:url';
 import { gzipSync } from 'node:zlib';
 import { build } from 'esbuild';
@@ -56,7 +56,11 @@ const shaders = (shortName) => ({
 /** The text of a bundle. */
 export async function bundle(minify, entry = 'src/main.ts', options = {}) {
   const shortName = minify && shortNames();
+  // Shaders are loaded in any order, but their names are given in one.
+  if (minify) for (const name of (await readdir(here + 'shaders')).sort()) shortened(await readFile(here + 'shaders/' + name, 'utf8'), shortName);
   const result = await build({
+    // Or the bundle would depend on where one stands.
+    absWorkingDir: here,
     entryPoints: [here + entry],
     bundle: true,
     write: false,

@@ -12,8 +12,8 @@ import { launch } from '../e2e/browser.mjs';
 import { pageOf, readBundle } from '../compare/page_of.mjs';
 import { bundle } from '../build.mjs';
 
-const kRuns = 7;
-const kFrames = 20;
+const kRuns = Number(process.env.RUNS ?? 7);
+const kFrames = 15;
 const here = fileURLToPath(new URL('.', import.meta.url));
 const [bin, ...models] = process.argv.slice(2);
 const folder = mkdtempSync(join(tmpdir(), 'orbivue-bench-'));

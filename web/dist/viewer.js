@@ -1036,7 +1036,7 @@ void main() {
   }
 
   // src/parts.ts
-  function makeParts(gltf, nodes, looks, maker, lights, compile) {
+  async function makeParts(gltf, nodes, looks, maker, lights, compile, textured) {
     const made = {};
     const opaque = [];
     const blended = [];
@@ -1060,19 +1060,23 @@ void main() {
         depth: 0
       };
     };
-    for (const node of nodes) {
-      if (node.mesh === void 0) continue;
+    const uses = nodes.flatMap((node) => {
+      if (node.mesh === void 0) return [];
       const { primitives, weights } = gltf.json.meshes[node.mesh];
       node.weights ??= weights;
-      primitives.forEach((primitive, p) => {
-        const { material } = primitive;
-        const look = looks[material];
-        const sorts = look.blended && !look.additive && !look.lines && gltf.json.accessors[primitive.indices].count < kMostSorted * 3;
-        const geometry = made[node.mesh + "/" + p] ??= maker.make(primitive, look.lines, sorts);
-        const solid = look.blended && look.maybeSolid;
-        if (solid || !look.blended) opaque.push(part(node, geometry, material, solid ? 1 /* Solid */ : 0 /* All */));
-        if (look.blended) blended.push(part(node, geometry, material, solid ? 2 /* Translucent */ : 0 /* All */));
+      return primitives.map((primitive, p) => {
+        const { material, indices } = primitive;
+        const { blended: blended2, additive, lines } = looks[material];
+        const sorts = blended2 && !additive && !lines && gltf.json.accessors[indices].count < kMostSorted * 3;
+        return { node, material, geometry: made[node.mesh + "/" + p] ??= maker.make(primitive, lines, sorts) };
       });
+    });
+    await textured;
+    for (const { node, material, geometry } of uses) {
+      const { blended: blends, maybeSolid } = looks[material];
+      const solid = blends && maybeSolid;
+      if (solid || !blends) opaque.push(part(node, geometry, material, solid ? 1 /* Solid */ : 0 /* All */));
+      if (blends) blended.push(part(node, geometry, material, solid ? 2 /* Translucent */ : 0 /* All */));
     }
     return { opaque, blended };
   }
@@ -1164,13 +1168,13 @@ void main() {
     const { gltf } = scene;
     const { wire, doubleSided, background, backgroundPicture } = settings;
     const looks = (gltf.json.materials ?? []).map((m) => lookOf(m.extras.orbivue, doubleSided || !!m.doubleSided, wire));
-    const bindMaps = await loadTextures(gl, gltf, looks);
+    const textured = loadTextures(gl, gltf, looks);
     const maker = geometryMaker(gl, gltf);
     const programs = {};
     const lightCount = scene.lights.length && scene.lights.length + +scene.headlight;
-    const { opaque, blended } = makeParts(gltf, scene.nodes, looks, maker, lightCount, (defines) => {
-      return programs[defines.join()] ??= makeProgram(gl, surface_default2, surface_default, defines);
-    });
+    const compile = (defines) => programs[defines.join()] ??= makeProgram(gl, surface_default2, surface_default, defines);
+    const { opaque, blended } = await makeParts(gltf, scene.nodes, looks, maker, lightCount, compile, textured);
+    const bindMaps = await textured;
     gltf.views = [];
     let toEye;
     let toClip;
@@ -1448,9 +1452,12 @@ void main() {
     let asked = 0;
     let last = 0;
     const draw = () => {
+      cancelAnimationFrame(asked);
+      asked = 0;
       if (!renderer) return;
       drawn++;
       renderer.draw();
+      if (playing) request();
     };
     const showControls = () => bar.show(fileCamera < 0 ? seen.camera.name : "", fileCamera, frame, playing);
     const showFrame = () => {
@@ -1458,13 +1465,11 @@ void main() {
       if (fileCamera >= 0) follow(seen.camera, scene.camera(fileCamera));
     };
     const tick = (now) => {
-      asked = 0;
       if (playing) {
         const length2 = frames.last - frames.first;
         const passed = Math.min(last ? now - last : 0, kLongestMs) * kFramesPerSecond / 1e3;
         frame = frames.first + (frame - frames.first + passed) % length2;
         showFrame();
-        request();
         showControls();
       }
       last = playing ? now : 0;
@@ -1557,7 +1562,7 @@ void main() {
       say("");
       request();
     });
-    if (!matchMedia("(prefers-reduced-motion:reduce)").matches) play(true);
+    if (animated && !matchMedia("(prefers-reduced-motion:reduce)").matches) play(true);
     return {
       cameras: cameraNames,
       setCamera(name) {
@@ -1595,7 +1600,7 @@ void main() {
     const fill = (key, what) => texts[key].replace("%1", () => what);
     canvas.setAttribute("aria-label", fill("canvas", title || model));
     try {
-      const gl = canvas.getContext("webgl2", { alpha: !!backgroundPicture });
+      const gl = canvas.getContext("webgl2");
       if (backgroundPicture) canvas.style.background = `url("${encodeURI(backgroundPicture)}") 50%/cover rgb(${settings.background.map((x) => x * 255)})`;
       if (!gl) throw new Trouble("noWebGL");
       Object.assign(api2, await view(await sceneBytes(settings), settings, stage, gl));

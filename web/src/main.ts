@@ -19,7 +19,7 @@ async function show(api: OrbivueApi): Promise<OrbivueApi> {
   const fill = (key: TextKey, what: string): string => texts[key].replace('%1', () => what);
   canvas.setAttribute('aria-label', fill('canvas', title || model));
   try {
-    const gl = canvas.getContext('webgl2', { alpha: !!backgroundPicture });
+    const gl = canvas.getContext('webgl2');
     if (backgroundPicture) canvas.style.background = `url("${encodeURI(backgroundPicture)}") 50%/cover rgb(${settings.background.map((x) => x * 255)})`;
     if (!gl) throw new Trouble('noWebGL');
     Object.assign(api, await view(await sceneBytes(settings), settings, stage, gl));

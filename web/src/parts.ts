@@ -37,15 +37,17 @@ export interface Parts {
   blended: Part[];
 }
 
-/** Uploads what the nodes show. compile: a program for these macros. */
-export function makeParts(
+/** Uploads what the nodes show. compile: a program for these macros. textured: when it is known which maps there are; pictures
+ * are decoded while geometry is. */
+export async function makeParts(
   gltf: Gltf,
   nodes: readonly SceneNode[],
   looks: readonly Look[],
   maker: GeometryMaker,
   lights: number,
   compile: (defines: string[]) => Program,
-): Parts {
+  textured: Promise<unknown>,
+): Promise<Parts> {
   const made: Record<string, Geometry> = {};
   const opaque: Part[] = [];
   const blended: Part[] = [];
@@ -70,19 +72,23 @@ export function makeParts(
       depth: 0,
     };
   };
-  for (const node of nodes) {
-    if (node.mesh === undefined) continue;
+  const uses = nodes.flatMap((node) => {
+    if (node.mesh === undefined) return [];
     const { primitives, weights } = gltf.json.meshes![node.mesh];
     node.weights ??= weights;
-    primitives.forEach((primitive, p) => {
-      const { material } = primitive;
-      const look = looks[material];
-      const sorts = look.blended && !look.additive && !look.lines && gltf.json.accessors[primitive.indices].count < kMostSorted * 3;
-      const geometry = (made[node.mesh + '/' + p] ??= maker.make(primitive, look.lines, sorts));
-      const solid = look.blended && look.maybeSolid;
-      if (solid || !look.blended) opaque.push(part(node, geometry, material, solid ? Pixels.Solid : Pixels.All));
-      if (look.blended) blended.push(part(node, geometry, material, solid ? Pixels.Translucent : Pixels.All));
+    return primitives.map((primitive, p) => {
+      const { material, indices } = primitive;
+      const { blended, additive, lines } = looks[material];
+      const sorts = blended && !additive && !lines && gltf.json.accessors[indices].count < kMostSorted * 3;
+      return { node, material, geometry: (made[node.mesh + '/' + p] ??= maker.make(primitive, lines, sorts)) };
     });
+  });
+  await textured;
+  for (const { node, material, geometry } of uses) {
+    const { blended: blends, maybeSolid } = looks[material];
+    const solid = blends && maybeSolid;
+    if (solid || !blends) opaque.push(part(node, geometry, material, solid ? Pixels.Solid : Pixels.All));
+    if (blends) blended.push(part(node, geometry, material, solid ? Pixels.Translucent : Pixels.All));
   }
   return { opaque, blended };
 }

@@ -29,13 +29,13 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
   const { gltf } = scene;
   const { wire, doubleSided, background, backgroundPicture } = settings;
   const looks = (gltf.json.materials ?? []).map((m) => lookOf(m.extras.orbivue, doubleSided || !!m.doubleSided, wire));
-  const bindMaps = await loadTextures(gl, gltf, looks);
+  const textured = loadTextures(gl, gltf, looks);
   const maker = geometryMaker(gl, gltf);
   const programs: Record<string, Program> = {};
   const lightCount = scene.lights.length && scene.lights.length + +scene.headlight;
-  const { opaque, blended } = makeParts(gltf, scene.nodes, looks, maker, lightCount, (defines) => {
-    return (programs[defines.join()] ??= makeProgram(gl, surfaceVertex, surfaceFragment, defines));
-  });
+  const compile = (defines: string[]): Program => (programs[defines.join()] ??= makeProgram(gl, surfaceVertex, surfaceFragment, defines));
+  const { opaque, blended } = await makeParts(gltf, scene.nodes, looks, maker, lightCount, compile, textured);
+  const bindMaps = await textured;
   // It is on the graphics card.
   gltf.views = [];
 

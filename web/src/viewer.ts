@@ -39,9 +39,13 @@ export async function view(bytes: Uint8Array<ArrayBuffer>, settings: Settings, {
   let last = 0;
 
   const draw = (): void => {
+    // What was asked for is done with it.
+    cancelAnimationFrame(asked);
+    asked = 0;
     if (!renderer) return;
     drawn++;
     renderer.draw();
+    if (playing) request();
   };
   const showControls = (): void => bar.show(fileCamera < 0 ? seen.camera.name : '', fileCamera, frame, playing);
   const showFrame = (): void => {
@@ -49,13 +53,11 @@ export async function view(bytes: Uint8Array<ArrayBuffer>, settings: Settings, {
     if (fileCamera >= 0) follow(seen.camera, scene.camera(fileCamera));
   };
   const tick = (now: number): void => {
-    asked = 0;
     if (playing) {
       const length = frames.last - frames.first;
       const passed = (Math.min(last ? now - last : 0, kLongestMs) * kFramesPerSecond) / 1000;
       frame = frames.first + ((frame - frames.first + passed) % length);
       showFrame();
-      request();
       showControls();
     }
     last = playing ? now : 0;
@@ -155,7 +157,7 @@ export async function view(bytes: Uint8Array<ArrayBuffer>, settings: Settings, {
     say('');
     request();
   });
-  if (!matchMedia('(prefers-reduced-motion:reduce)').matches) play(true);
+  if (animated && !matchMedia('(prefers-reduced-motion:reduce)').matches) play(true);
 
   return {
     cameras: cameraNames,
