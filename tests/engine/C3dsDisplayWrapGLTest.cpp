@@ -279,7 +279,7 @@ TEST_F(C3dsDisplayWrapGLTest, EditsThatFollowTheHandShowAsAnyOther) {
     const auto follow = [&](const char* what) {
         for (int i = 0; i < 3; ++i) {
             ASSERT_TRUE(
-                m_engine.SetNodeMaterialColor("High", "", 0.1f * static_cast<float>(++step), 0.5f, 0));
+                m_engine.SetNodeMaterialColor("High", "", 0.03f * static_cast<float>(++step), 0.5f, 0));
             m_engine.SetFollowing(true);
             const CImage followed = Paint();
             kept += m_engine.IsLastFrameWhole() ? 0 : 1;

@@ -127,7 +127,8 @@ TEST_F(MovingGLTest, GettingReadyForAnotherSceneLeavesThisOneAlone) {
     mapped.transparency = 0.5f;
     kinds.Add(MakePlane(), mapped);
     kinds.Add(MakeCube(), mapped);
-    EXPECT_TRUE(m_renderer.GetReadyFor(Gl(), kinds.Scene(), {}));
+    EXPECT_TRUE(m_renderer.GetReadyFor(Gl(), kinds.Scene(), {}));  // the picture
+    EXPECT_TRUE(m_renderer.GetReadyFor(Gl(), kinds.Scene(), {}));  // the surface
     EXPECT_FALSE(m_renderer.GetReadyFor(Gl(), kinds.Scene(), {}));
     EXPECT_EQ(DrawFull().rgba, full.rgba);
 }
