@@ -171,6 +171,19 @@ TEST_F(CViewWindowWxTest, TurnsAndPlaysUntilTold) {
     ExpectRest();
 }
 
+TEST_F(CViewWindowWxTest, EditsThatFollowTheHandAreDrawnOntoWhatIsKept) {
+    int kept = 0;
+    for (int step = 0; step < 6; ++step) {
+        ASSERT_TRUE(window.Engine().SetNodeMaterialColor("Right", "", 0.1f * static_cast<float>(step), 1, 0));
+        window.View().RedrawQuickly();
+        window.View().GetCanvas()->BeginGL();
+        window.View().OnPaint();
+        kept += window.Engine().IsLastFrameWhole() ? 0 : 1;
+    }
+    EXPECT_GE(kept, 4);
+    ASSERT_TRUE(CViewWindow::WaitFor([this] { return window.Engine().IsLastFrameWhole(); }));
+}
+
 TEST_F(CViewWindowWxTest, PansByTwoButtonsAndCentersByADoubleClick) {
     const auto seen = [this]() -> const CSeenView& { return window.Engine().SeenView(); };
     window.MoveTo(middleX, middleY);

@@ -55,6 +55,7 @@ struct CSceneRenderer::CState {
     CFrameBudget budget;
     CFrameBudget followBudget;  ///< of pictures that are drawn onto kept ones
     CFollowedEdit followed;
+    bool canKeep = true;              ///< false once the system has refused
     CKeptPixels kept;                 ///< of what followed does not change
     std::optional<CPlanned> planned;  ///< for the next drawing
     float allowedError = 0;           ///< of the last moving frame, see ChooseLevels

@@ -60,6 +60,7 @@ void CSceneRenderer::CState::Rested(const CDrawing& d) {
 }
 
 bool CSceneRenderer::CState::DrawFollowing(const CDrawing& d) {
+    if (!canKeep) return DrawAll(d);
     switch (followed.Next(StillOf(d), d.scene.materials)) {
         case CFollowedEdit::EPicture::Whole:
             return DrawAll(d);
@@ -83,7 +84,9 @@ void CSceneRenderer::CState::DrawRest(const CDrawing& d) {
     CPacedDrawing pace(d.gl, *can, {.moving = coarse, .interrupt = nullptr, .clock = d.pace.clock});
     CBatchDrawer(d.gl, d.scene, d.view, d.pipeline, meshes, sorted, pace).DrawOpaque(list.opaque);
     (void)pace.Finish();
-    if (!pace.HasEnded() && kept.Keep(d.gl)) followed.SetKept(!plan.whole);
+    if (pace.HasEnded()) return;
+    canKeep = kept.Keep(d.gl);
+    if (canKeep) followed.SetKept(!plan.whole);
 }
 
 CDrawList CSceneRenderer::CState::ListOfChanging(const CDrawing& d, const CFramePlan& plan) {

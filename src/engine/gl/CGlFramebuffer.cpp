@@ -42,7 +42,8 @@ CGlFramebuffer::~CGlFramebuffer() {
     glDeleteRenderbuffers(1, &m_depth);
 }
 
-CResult<CGlFramebuffer> CGlFramebuffer::Create(CGlCurrent&, int width, int height, int samples) {
+CResult<CGlFramebuffer> CGlFramebuffer::Create(CGlCurrent&, int width, int height, int samples,
+                                               int depthBits) {
     GLint maxSide = 0, maxSamples = 0;
     glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &maxSide);
     glGetIntegerv(GL_MAX_SAMPLES, &maxSamples);
@@ -61,7 +62,10 @@ CResult<CGlFramebuffer> CGlFramebuffer::Create(CGlCurrent&, int width, int heigh
     glGenFramebuffers(1, &result.m_id);
     glBindFramebuffer(GL_FRAMEBUFFER, result.m_id);
     result.m_color = MakeStorage(GL_RGBA8, GL_COLOR_ATTACHMENT0, width, height, result.m_samples);
-    result.m_depth = MakeStorage(GL_DEPTH_COMPONENT24, GL_DEPTH_ATTACHMENT, width, height, result.m_samples);
+    const GLenum depth = depthBits > 24   ? GL_DEPTH_COMPONENT32
+                         : depthBits > 16 ? GL_DEPTH_COMPONENT24
+                                          : GL_DEPTH_COMPONENT16;
+    result.m_depth = MakeStorage(depth, GL_DEPTH_ATTACHMENT, width, height, result.m_samples);
     if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE) {
         return CError{EErrorCode::NoGraphics, lng::Mark("The graphics system refuses to draw into memory"),
                       ""};

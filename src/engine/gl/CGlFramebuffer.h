@@ -5,7 +5,7 @@
 
 class CGlCurrent;
 
-/** One framebuffer object with an 8-bit RGBA colour and a 24-bit depth buffer. Move-only; empty by default.
+/** One framebuffer object with an 8-bit RGBA colour and a depth buffer. Move-only; empty by default.
  * Destroyed while its context is current. */
 class CGlFramebuffer {
   public:
@@ -14,9 +14,10 @@ class CGlFramebuffer {
     CGlFramebuffer& operator=(CGlFramebuffer&& other) noexcept;
     ~CGlFramebuffer();
 
-    /** samples: per pixel, 0 or 1 for no multisampling, at most as many as the context has. Leaves the
-     * framebuffer bound. */
-    [[nodiscard]] static CResult<CGlFramebuffer> Create(CGlCurrent& gl, int width, int height, int samples);
+    /** samples: per pixel, 0 or 1 for no multisampling, at most as many as the context has. depthBits: 16, 24 or 32.
+     * Leaves the framebuffer bound. */
+    [[nodiscard]] static CResult<CGlFramebuffer> Create(CGlCurrent& gl, int width, int height, int samples,
+                                                        int depthBits = 24);
 
     void Bind(CGlCurrent& gl) const;
     /** Copies the colours, samples averaged, to a framebuffer of the same size and leaves that one bound. */

@@ -36,11 +36,12 @@ constexpr GLbitfield kAll = GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT;
 bool CKeptPixels::Keep(CGlCurrent& gl) {
     const CBound bound;
     const auto [x, y, width, height] = bound.viewport;
-    GLint samples = 0;
+    GLint samples = 0, depthBits = 0;
     glGetIntegerv(GL_SAMPLES, &samples);
+    glGetIntegerv(GL_DEPTH_BITS, &depthBits);  // only depths of one kind are copied
     if (samples > 1) return false;
     if (m_store.Width() != width || m_store.Height() != height) {
-        CResult<CGlFramebuffer> made = CGlFramebuffer::Create(gl, width, height, 0);
+        CResult<CGlFramebuffer> made = CGlFramebuffer::Create(gl, width, height, 0, depthBits);
         bound.BindAgain();
         if (!made) return false;
         m_store = std::move(made).Value();

@@ -58,7 +58,10 @@ void CViewer3DSWindowHandler::OnPaint() {
     // What turns or plays by itself may do so for ever: levels are made meanwhile.
     if (!m_motion.IsMovedByHand(now)) GetEngine().SetMoving(false);
     AwaitRest();
-    if (!m_isInterrupted && !m_showsCoarse && GetEngine().Prepared()) TellThatItIsShown();
+    if (!m_isInterrupted && !m_showsCoarse && GetEngine().Prepared()) {
+        m_isReady = true;  // for what comes after a scene, nothing is made in advance
+        TellThatItIsShown();
+    }
     // Not inside the paint event: the work may take long, and the empty view should be visible meanwhile.
     if (m_whenReady) CallAfter([work = std::exchange(m_whenReady, nullptr)] { work(); });
 }

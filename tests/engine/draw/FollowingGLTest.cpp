@@ -142,6 +142,7 @@ INSTANTIATE_TEST_SUITE_P(
                     CRow{"InThePlaceOfAnother",
                          [](CScenery s) {
                              s.scene.meshes[1] = s.scene.meshes[2];
+                             s.scene.meshes[1].batches.front().material = 1;
                              s.scene.nodes[1].meshToWorld = s.scene.nodes[2].meshToWorld;
                          },
                          Recolor},
