@@ -276,6 +276,26 @@ TEST_F(FrameWxTest, AsksForTheFileToSaveTo) {
     EXPECT_FALSE(Frame().View().SaveToPath(L"/no/such/folder.3ds"));
 }
 
+/** A name of another kind is asked again; what cannot be written is told in a box. */
+TEST_F(FrameWxTest, ExportsGltf) {
+    ASSERT_TRUE(window.Open(Sample("knot.3ds", "k.3ds")));
+    const std::string model = CTestFolder::TextOf(window.folder / "k.3ds");
+    const auto enter = CModalDriver::Press(WXK_RETURN);
+    RunWithDialog(kCmdExportGltf, {Rename("k.glb", "k.3ds"), enter, CModalDriver::Press(WXK_ESCAPE)});
+    EXPECT_EQ(CTestFolder::TextOf(window.folder / "k.3ds"), model);
+    window.prompt->messages.clear();
+    RunWithDialog(kCmdExportGltf, {Rename("k.glb", "new.glb"), enter});
+    EXPECT_TRUE(CTestFolder::TextOf(window.folder / "new.glb").starts_with("glTF"));
+    EXPECT_TRUE(AfterHelp().EndsWith("new.glb."));
+    EXPECT_EQ(window.prompt->busy, 0);
+    std::filesystem::create_symlink("k.3ds", window.folder / "link.glb");
+    window.prompt->answer = true;  // yes, replace it
+    RunWithDialog(kCmdExportGltf, {Rename("k.glb", "link.glb"), enter});
+    ASSERT_FALSE(window.prompt->messages.empty());
+    EXPECT_TRUE(window.prompt->messages.back().starts_with(L"The scene could not be exported."));
+    EXPECT_EQ(CTestFolder::TextOf(window.folder / "k.3ds"), model);
+}
+
 TEST_F(FrameWxTest, SaysHowToBringAnObjectBack) {
     ASSERT_TRUE(window.Open(Sample("knot.3ds", "k.3ds")));
     const wxString before = Frame().GetStatusBar()->GetStatusText(3);
