@@ -12,8 +12,6 @@ namespace {
 
 using option_table::COutcome;
 using option_table::Wrong;
-using option_values::Drawn;
-using option_values::Seen;
 using enum EOutputKind;
 
 constexpr unsigned Bit(EOutputKind kind) {
@@ -48,10 +46,6 @@ COutcome SetEnding(CConvertOptions& options, std::string_view value) {
     options.ending = value;
     return {};
 }
-COutcome SetWire(CConvertOptions& options, std::string_view) {
-    options.wire = true;
-    return {};
-}
 COutcome SetTextureSide(CConvertOptions& options, std::string_view value) {
     const auto side = option_values::Number<int>(value);
     if (!side || *side < 1) return "needs a number of pixels from 1 on";
@@ -71,26 +65,10 @@ COutcome SetScriptFile(CConvertOptions& options, std::string_view value) {
 
 using Options = CConvertOptions;
 
-constexpr std::array<option_table::CEntry<Options>, 32> kOptions{{
+constexpr std::array<option_table::CEntry<Options>, 18> kOwnOptions{{
     {"to", "ENDING", SetEnding, "convert all INs to files of this kind, named as they are"},
     {"folder", "DIR", SetFolder, "where those go; it is made where it is missing (beside each IN)"},
     {"force", "", Set<&Options::force>, "replace files there; an OUT that is named is replaced anyway"},
-    {"camera", "NAME", Drawn<option_values::SetCamera>,
-     "top, left, right, front, back, iso, or a camera of the file (iso)"},
-    {"frame", "N", Drawn<option_values::SetFrame>, "frame of the animation (the file's current one)"},
-    {"background", "R,G,B", Drawn<option_values::SetBackground>,
-     "background colour, 0 to 255 each (61,66,77); a script's own counts more"},
-    {"scene", "N", Drawn<option_values::SetScene>, "scene of a scene script (1)"},
-    {"angles", "X,Y,Z", Seen<"angles">, "turns the model about Z, then Y, then X, by degrees"},
-    {"turn", "X,Y,Z", Seen<"turn">, "turns it once more so, as the mouse does"},
-    {"orbit", "DEGREES", Seen<"orbit">, "turns the eye about the axis of the camera's name"},
-    {"pivot", "X,Y,Z", Seen<"pivot">, "moves the point that --turn and --scale are about"},
-    {"scale", "X,Y,Z", Seen<"scale">, "stretches the turned model"},
-    {"pan", "DX,DY", Seen<"pan">, "moves the model by pixels, to the right and down"},
-    {"zoom-box", "L,T,R,B", Seen<"zoom-box">, "pixels of the picture that are to fill it"},
-    {"zoom", "STEP", Seen<"zoom">, "as the wheel: 20 for each notch away from the model"},
-    {"wire", "", SetWire, "the edges of the triangles only"},
-    {"size", "WxH", Drawn<option_values::SetSize>, "size of the picture or the view in pixels (1024x768)"},
     {"no-textures", "", Set<&Options::withTextures, false>, "colours without pictures"},
     {"compress", "", Set<&Options::compress>, "glb: smaller, for programs that know EXT_meshopt_compression"},
     {"texture-side", "N", SetTextureSide, "glb: larger pictures are halved until no side has more pixels"},
@@ -108,6 +86,7 @@ constexpr std::array<option_table::CEntry<Options>, 32> kOptions{{
     {"help", "", Act<Options::EAction::Help>, "print this help"},
     {"version", "", Act<Options::EAction::Version>, "print the version"},
 }};
+constexpr auto kOptions = option_table::Joined(option_values::kSeenOptions<Options>, kOwnOptions);
 
 /** Options that mean something for some kinds of output only. */
 constexpr std::array<std::pair<std::string_view, unsigned>, 24> kOnlyFor{{

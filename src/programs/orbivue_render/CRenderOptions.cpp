@@ -14,9 +14,7 @@
 namespace {
 
 using option_table::COutcome;
-using option_values::Drawn;
 using option_values::Number;
-using option_values::Seen;
 
 COutcome SetSamples(CRenderOptions& options, std::string_view value) {
     options.samples = Number<int>(value);
@@ -50,10 +48,6 @@ COutcome SetOverlays(CRenderOptions& options, std::string_view value) {
     return {};
 }
 
-COutcome SetWire(CRenderOptions& options, std::string_view) {
-    options.wire = true;
-    return {};
-}
 COutcome SetNoFileLights(CRenderOptions& options, std::string_view) {
     options.fileLights = false;
     return {};
@@ -97,26 +91,10 @@ COutcome SetVersion(CRenderOptions& options, std::string_view) {
     return {};
 }
 
-constexpr std::array<option_table::CEntry<CRenderOptions>, 26> kOptions{{
-    {"size", "WxH", Drawn<option_values::SetSize>, "size of the picture in pixels (1024x768)"},
-    {"camera", "NAME", Drawn<option_values::SetCamera>,
-     "top, left, right, front, back, iso, or a camera of the file (iso)"},
-    {"scene", "N", Drawn<option_values::SetScene>, "scene of a scene script (1)"},
-    {"angles", "X,Y,Z", Seen<"angles">, "turns the model about Z, then Y, then X, by degrees"},
-    {"turn", "X,Y,Z", Seen<"turn">, "turns it once more so, as the mouse does"},
-    {"orbit", "DEGREES", Seen<"orbit">, "turns the eye about the axis of the camera's name"},
-    {"pivot", "X,Y,Z", Seen<"pivot">, "moves the point that --turn and --scale are about"},
-    {"scale", "X,Y,Z", Seen<"scale">, "stretches the turned model"},
-    {"pan", "DX,DY", Seen<"pan">, "moves the model by pixels, to the right and down"},
-    {"zoom-box", "L,T,R,B", Seen<"zoom-box">, "pixels of the picture that are to fill it"},
-    {"zoom", "STEP", Seen<"zoom">, "as the wheel: 20 for each notch away from the model"},
-    {"frame", "N", Drawn<option_values::SetFrame>, "frame of the animation (the file's current one)"},
-    {"background", "R,G,B", Drawn<option_values::SetBackground>,
-     "background colour, 0 to 255 each (61,66,77); a script's own counts more"},
+constexpr std::array<option_table::CEntry<CRenderOptions>, 12> kOwnOptions{{
     {"samples", "N", SetSamples, "samples for each pixel (4; 1 from 100,000 triangles on)"},
     {"texture-mode", "N", SetTextureMode, "0 trilinear, 1 bilinear, 2 nearest, 3 no textures (0)"},
     {"overlay", "LIST", SetOverlays, "draw some of bounds,cameras,lights,axes over the scene"},
-    {"wire", "", SetWire, "draw the edges of the triangles only"},
     {"no-file-lights", "", SetNoFileLights, "light from the eye, not by the lights of the file"},
     {"stats", "", SetStats, "print facts about the scene and the run as JSON"},
     {"confined", "", SetConfined, "for files of strangers: limits, no network, no other files or programs"},
@@ -129,6 +107,7 @@ constexpr std::array<option_table::CEntry<CRenderOptions>, 26> kOptions{{
     {"help", "", SetHelp, "print this help"},
     {"version", "", SetVersion, "print the version"},
 }};
+constexpr auto kOptions = option_table::Joined(option_values::kSeenOptions<CRenderOptions>, kOwnOptions);
 
 CResult<CRenderOptions> WithInputs(CRenderOptions options, std::span<const std::string> files) {
     if (options.stats) return option_table::Wrong("--batch prints no --stats");

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <functional>
 #include <optional>
 #include <span>
@@ -18,9 +20,9 @@ using COutcome = std::optional<std::string>;
 
 template <class Options>
 struct CEntry {
-    const char* name;
+    const char* name = nullptr;
     std::string_view value;  ///< what to call it in the help; empty when the option takes none
-    COutcome (*set)(Options&, std::string_view);
+    COutcome (*set)(Options&, std::string_view) = nullptr;
     std::string_view help;
 };
 
@@ -47,6 +49,16 @@ template <class Options, std::size_t count>
     std::vector<CName> names;
     for (const CEntry<Options>& entry : table) names.push_back({entry.name, entry.value, entry.help});
     return names;
+}
+
+/** The rows of two tables, one after the other. */
+template <class Options, std::size_t first, std::size_t second>
+[[nodiscard]] constexpr std::array<CEntry<Options>, first + second> Joined(
+    const std::array<CEntry<Options>, first>& head, const std::array<CEntry<Options>, second>& tail) {
+    std::array<CEntry<Options>, first + second> table{};
+    std::copy(head.begin(), head.end(), table.begin());
+    std::copy(tail.begin(), tail.end(), table.begin() + first);
+    return table;
 }
 
 /** Sets options by a table, and returns the arguments that are none. See Walk. */

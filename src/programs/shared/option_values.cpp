@@ -59,4 +59,9 @@ COutcome SetBackground(CDrawOptions& options, std::string_view value) {
     return {};
 }
 
+COutcome SetWire(CDrawOptions& options, std::string_view) {
+    options.wire = true;
+    return {};
+}
+
 }  // namespace option_values

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <optional>
@@ -36,6 +37,7 @@ using option_table::COutcome;
 [[nodiscard]] COutcome SetScene(CDrawOptions& options, std::string_view value);
 [[nodiscard]] COutcome SetFrame(CDrawOptions& options, std::string_view value);
 [[nodiscard]] COutcome SetBackground(CDrawOptions& options, std::string_view value);
+[[nodiscard]] COutcome SetWire(CDrawOptions& options, std::string_view value);
 
 /** One of these for a program's own options. */
 template <COutcome (*set)(CDrawOptions&, std::string_view), class Options>
@@ -53,5 +55,26 @@ template <CSeenName name, class Options>
 [[nodiscard]] COutcome Seen(Options& options, std::string_view value) {
     return options.seen.Set(name.chars, value);
 }
+
+/** The options that say what is seen of a model: the rows of every program that draws one. Options holds a CDrawOptions by
+ * inheritance. */
+template <class Options>
+constexpr std::array<option_table::CEntry<Options>, 14> kSeenOptions{{
+    {"size", "WxH", Drawn<SetSize>, "size of the picture or the view in pixels (1024x768)"},
+    {"camera", "NAME", Drawn<SetCamera>, "top, left, right, front, back, iso, or a camera of the file (iso)"},
+    {"scene", "N", Drawn<SetScene>, "scene of a scene script (1)"},
+    {"angles", "X,Y,Z", Seen<"angles">, "turns the model about Z, then Y, then X, by degrees"},
+    {"turn", "X,Y,Z", Seen<"turn">, "turns it once more so, as the mouse does"},
+    {"orbit", "DEGREES", Seen<"orbit">, "turns the eye about the axis of the camera's name"},
+    {"pivot", "X,Y,Z", Seen<"pivot">, "moves the point that --turn and --scale are about"},
+    {"scale", "X,Y,Z", Seen<"scale">, "stretches the turned model"},
+    {"pan", "DX,DY", Seen<"pan">, "moves the model by pixels, to the right and down"},
+    {"zoom-box", "L,T,R,B", Seen<"zoom-box">, "pixels of the picture that are to fill it"},
+    {"zoom", "STEP", Seen<"zoom">, "as the wheel: 20 for each notch away from the model"},
+    {"frame", "N", Drawn<SetFrame>, "frame of the animation (the file's current one)"},
+    {"background", "R,G,B", Drawn<SetBackground>,
+     "background colour, 0 to 255 each (61,66,77); a script's own counts more"},
+    {"wire", "", Drawn<SetWire>, "draw the edges of the triangles only"},
+}};
 
 }  // namespace option_values
