@@ -76,6 +76,7 @@ TEST_P(ConvertProgram, MakesItsFilesAndNoOthers) {
 const CConvertCase kCases[] = {
     {"Glb", "box.3ds new.glb", {"new.glb"}},
     {"Replaces", "box.3ds old.glb", {"old.glb"}},
+    {"ReplacesALink", "box.3ds out/new.glb", {"out/new.glb"}, 0, {}, "ln -s ../old.glb out/new.glb; "},
     {"Pov", "tri.obj new.pov", {"new.pov"}},
     {"Page", "box.3ds new.html --no-cameras-bar --double-sided", {"new.html"}},
     {"PageWithoutItsScript", "box.3ds new.html --javascript none.js", {}, 1, {"none.js"}},

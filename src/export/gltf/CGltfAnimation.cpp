@@ -2,6 +2,7 @@
 #include "export/gltf/CGltfAnimation.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstring>
 #include <utility>
@@ -22,6 +23,8 @@ namespace {
 constexpr float kFramesPerSecond = 30;
 /** Evaluating a track goes by its list of keys. */
 constexpr double kMostSteps = 2e8, kMostFrames = 50'000;
+/** In all tracks: 32 MB. */
+constexpr std::size_t kMostNumbers = 8'000'000;
 
 constexpr const char* kPaths[] = {"translation", "rotation", "scale", "weights"};
 
@@ -35,21 +38,23 @@ std::array<float, 3> ListOf(CVec3 v) {
 
 }  // namespace
 
-bool CGltfAnimation::ChooseFrames() {
-    const auto first = static_cast<double>(m_scene.firstFrame), last = static_cast<double>(m_scene.lastFrame);
-    if (!m_scene.animated || !(last > first)) return false;
+double CGltfAnimation::LeastApart() const {
     double steps = static_cast<double>(m_viewers.All().size()) * 8;
     for (const CPreparedNode& node : m_scene.nodes) {
         const CKeyCounts keys = KeyCountsOf(node);
         steps += static_cast<double>(keys.position + keys.turn + keys.scale + node.morph.keys.size());
     }
-    const double frames = last - first;
-    const double apart =
-        std::ceil(std::max({1.0, frames / kMostFrames, frames * std::max(steps, 1.0) / kMostSteps}));
+    const double frames = static_cast<double>(m_scene.lastFrame) - static_cast<double>(m_scene.firstFrame);
+    return std::ceil(std::max({1.0, frames / kMostFrames, frames * std::max(steps, 1.0) / kMostSteps}));
+}
+
+void CGltfAnimation::ChooseFrames(double apart) {
+    const auto first = static_cast<double>(m_scene.firstFrame), last = static_cast<double>(m_scene.lastFrame);
+    m_frames.clear();
+    m_times.clear();
     for (double frame = first; frame < last; frame += apart) m_frames.push_back(static_cast<float>(frame));
     m_frames.push_back(m_scene.lastFrame);
     for (const float frame : m_frames) m_times.push_back((frame - m_scene.firstFrame) / kFramesPerSecond);
-    return true;
 }
 
 float CGltfAnimation::ToleranceOf(EPath path, std::span<const float> samples, std::size_t dimensions) const {
@@ -158,17 +163,30 @@ void CGltfAnimation::SampleViewers(CTracks& tracks) const {
     }
 }
 
-CStatus CGltfAnimation::Sample(CJobProgress* progress) {
-    if (!ChooseFrames()) return CDone{};
-    std::vector<CTracks> tracks(m_scene.nodes.size() + 1);
+bool CGltfAnimation::TakeTracks(std::vector<CTracks>& tracks, CJobProgress* progress) const {
+    std::atomic<std::size_t> numbers = 0;
+    tracks.assign(m_scene.nodes.size() + 1, {});
     ParallelFor(tracks.size(), 0, [&](std::size_t n) {
-        if (!NotCancelled(progress)) return;
+        if (numbers > kMostNumbers || !NotCancelled(progress)) return;
         if (n < m_scene.nodes.size())
             tracks[n] = TracksOf(n);
         else
             SampleViewers(tracks[n]);
+        for (const CTrack& track : tracks[n]) numbers += track.keys.size() + track.values.size();
     });
-    if (CStatus status = NotCancelled(progress); !status) return status;
+    return numbers <= kMostNumbers;
+}
+
+CStatus CGltfAnimation::Sample(CJobProgress* progress) {
+    if (!m_scene.animated || !(m_scene.lastFrame > m_scene.firstFrame)) return CDone{};
+    std::vector<CTracks> tracks;
+    double apart = LeastApart();
+    for (bool fits = false; !fits; apart *= 2) {
+        ChooseFrames(apart);
+        // Of two frames there is nothing to leave out.
+        fits = TakeTracks(tracks, progress) || m_frames.size() <= 2;
+        if (CStatus status = NotCancelled(progress); !status) return status;
+    }
     for (const CTracks& ofNode : tracks) {
         for (const CTrack& track : ofNode) Append(track);
     }

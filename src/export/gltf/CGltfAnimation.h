@@ -21,8 +21,8 @@ struct CPreparedNode;
 struct CPreparedScene;
 
 /** The animation of a glTF file: the scene's tracks sampled at whole frames, 30 of which are a second, the first frame at
- * 0. Keys that interpolation gives anyway are left out, up to kTurnTolerance and kMoveTolerance. Where frames and keys
- * are beyond a budget, every second frame is sampled, or every third, and so on. */
+ * 0. Keys that interpolation gives anyway are left out, up to kTurnTolerance and kMoveTolerance. Where frames and keys,
+ * or what is left of them, are beyond a budget, every second frame is sampled, or every third, and so on. */
 class CGltfAnimation {
   public:
     static constexpr float kTurnTolerance = 3e-4f;  ///< radians; of scales, their share
@@ -55,7 +55,11 @@ class CGltfAnimation {
         bool steps;
     };
 
-    [[nodiscard]] bool ChooseFrames();
+    /** Frames between two samples, by the time that sampling takes. */
+    [[nodiscard]] double LeastApart() const;
+    void ChooseFrames(double apart);
+    /** The tracks of all nodes, the viewers' last. False, and some are missing, where they are too large together. */
+    [[nodiscard]] bool TakeTracks(std::vector<CTracks>& tracks, CJobProgress* progress) const;
     [[nodiscard]] CTracks TracksOf(std::size_t node) const;
     void AddHiding(std::size_t node, CTracks& tracks) const;
     void AddWeights(std::size_t node, CTracks& tracks) const;

@@ -85,7 +85,7 @@ bool CGltfMaterials::CanJoin(const CPreparedMap& texture, const CPreparedMap& op
            colour.height == alpha.height;
 }
 
-CGltfMaterials::CBase CGltfMaterials::BaseOf(const CPreparedMaterial& material, bool hasTexCoords) const {
+CGltfMaterials::CBase CGltfMaterials::BaseOf(const CPreparedMaterial& material, bool hasTexCoords) {
     CBase base;
     const CPreparedMap &texture = material.texture, &opacity = material.opacity;
     const bool hasTexture = Has(texture, hasTexCoords);
@@ -96,14 +96,17 @@ CGltfMaterials::CBase CGltfMaterials::BaseOf(const CPreparedMaterial& material, 
     }
     if (!Has(opacity, hasTexCoords) || opacity.amount < 1) return base;
     if (hasTexture && !CanJoin(texture, opacity)) return base;
+    CGltfPicture joined = base.picture;
+    // One picture with alpha for both is right as it is.
+    if (!hasTexture || texture.texture != opacity.texture || !opacity.alphaSource || opacity.negative) {
+        joined.opacity = opacity.texture;
+        joined.opacityNegative = opacity.negative;
+        joined.opacityByAlpha = opacity.alphaSource;
+        if (hasTexture && !m_pictures.MayJoin(joined)) return base;
+    }
+    base.picture = joined;
     base.hasOpacity = true;
     base.map = hasTexture ? &texture : &opacity;
-    // One picture with alpha for both is right as it is.
-    if (hasTexture && texture.texture == opacity.texture && opacity.alphaSource && !opacity.negative)
-        return base;
-    base.picture.opacity = opacity.texture;
-    base.picture.opacityNegative = opacity.negative;
-    base.picture.opacityByAlpha = opacity.alphaSource;
     return base;
 }
 

@@ -45,7 +45,7 @@ class CGltfMaterials {
     };
 
     [[nodiscard]] bool Has(const CPreparedMap& map, bool hasTexCoords) const;
-    [[nodiscard]] CBase BaseOf(const CPreparedMaterial& material, bool hasTexCoords) const;
+    [[nodiscard]] CBase BaseOf(const CPreparedMaterial& material, bool hasTexCoords);
     [[nodiscard]] bool CanJoin(const CPreparedMap& texture, const CPreparedMap& opacity) const;
     void WriteOne(CJsonText& json, const CUsed& used);
     void WriteBase(CJsonText& json, const CPreparedMaterial& material, const CBase& base);

@@ -19,6 +19,13 @@
 
 namespace {
 
+/** What scenes have anyway for pictures that are made of two. */
+constexpr std::uint64_t kFreePixels = 4 << 20;
+
+std::uint64_t PixelsOf(const CImage& image) {
+    return image.rgba.size() / 4;
+}
+
 /** The alpha that an opacity map stands for. */
 std::uint8_t OpacityOf(const std::uint8_t* pixel, const CGltfPicture& picture) {
     const std::uint8_t value = picture.opacityByAlpha ? pixel[3] : GreyOf(pixel);
@@ -59,7 +66,9 @@ const char* MimeOf(EPictureFormat format) {
 }  // namespace
 
 CGltfPictures::CGltfPictures(const CGltfSource& source, const CGltfOptions& options)
-    : m_scene(source.scene), m_locator(source.textures), m_options(options) {}
+    : m_scene(source.scene), m_locator(source.textures), m_options(options), m_pixelsLeft(kFreePixels) {
+    for (const CPreparedTexture& texture : m_scene.textures) m_pixelsLeft += PixelsOf(texture.image);
+}
 
 const CPreparedTexture& CGltfPictures::Texture(int texture) const {
     return m_scene.textures[static_cast<std::size_t>(texture)];
@@ -78,6 +87,18 @@ int CGltfPictures::FirstAlike(int texture) {
     // Pictures in memory may have one name and other bytes.
     const auto bytes = reinterpret_cast<std::uintptr_t>(hit ? hit->data : nullptr);
     return m_firstAt.emplace(std::to_string(bytes) + ' ' + source.foundAt, texture).first->second;
+}
+
+bool CGltfPictures::MayJoin(CGltfPicture picture) {
+    picture.colour = FirstAlike(picture.colour);
+    picture.opacity = FirstAlike(picture.opacity);
+    const auto [place, isNew] = m_mayJoin.try_emplace(picture, false);
+    const std::uint64_t pixels = PixelsOf(Texture(picture.colour).image);
+    if (isNew && pixels <= m_pixelsLeft) {
+        m_pixelsLeft -= pixels;
+        place->second = true;
+    }
+    return place->second;
 }
 
 int CGltfPictures::Use(CGltfPicture picture, EGltfWrap wrap) {

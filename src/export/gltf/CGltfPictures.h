@@ -39,6 +39,9 @@ class CGltfPictures {
 
     /** True when a texture of the scene has a picture. */
     [[nodiscard]] bool Has(int texture) const;
+    /** Whether a picture may be made of two. There may be as many pairs as the square of the pictures: such pictures
+     * together have little more pixels than the scene's. Counts the picture. */
+    [[nodiscard]] bool MayJoin(CGltfPicture picture);
     /** The number of a glTF texture. */
     [[nodiscard]] int Use(CGltfPicture picture, EGltfWrap wrap);
     /** True where hardly any pixel is neither solid nor clear: fit for a test of the alpha in place of blending. */
@@ -77,4 +80,6 @@ class CGltfPictures {
     std::vector<int> m_imageOf;                                 ///< by picture
     std::vector<CImageView> m_images;
     std::map<CGltfPicture, bool> m_isCutOut;
+    std::map<CGltfPicture, bool> m_mayJoin;
+    std::uint64_t m_pixelsLeft;  ///< for pictures that are made of two
 };

@@ -39,18 +39,20 @@ CProcessLimits LimitsForConverting() {
     return limits;
 }
 
-/** A link is followed when its file is replaced, so that file's folder counts. */
-std::string FolderOf(const std::string& output) {
+/** The folder that is written into: of most kinds that of the file that a link leads to. */
+std::string FolderOf(const std::string& output, EOutputKind kind) {
+    const bool replacesLinks =
+        kind == EOutputKind::Glb || kind == EOutputKind::Html || kind == EOutputKind::Pov;
     std::error_code error;
     const std::filesystem::path resolved = std::filesystem::weakly_canonical(output, error);
-    const std::string folder = file_util_ex::GetFilePath(error ? output : resolved.native());
+    const std::string folder = file_util_ex::GetFilePath(error || replacesLinks ? output : resolved.native());
     return folder.empty() ? "." : folder;
 }
 
 void Confine(const CConversion& conversion, const CConvertOptions& options) {
     CFileAccess files = FilesFor({&conversion.input, 1}, {}, options.scene);
     if (!options.scriptFile.empty()) files.readable.push_back(options.scriptFile);
-    files.trees = {FolderOf(conversion.output), std_file_paths::GetTempDir()};
+    files.trees = {FolderOf(conversion.output, options.kind), std_file_paths::GetTempDir()};
     (void)ConfineProcess({LimitsForConverting(), files});
 }
 

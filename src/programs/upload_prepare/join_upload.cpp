@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <new>
 
 #include "base/text/ascii_text.h"
 #include "base/text/lng.h"
@@ -31,6 +32,11 @@ class CJoining {
     }
 
     [[nodiscard]] CResult<CUploadContent> Run() {
+        // All that lies there would be uploaded, and nobody would be shown it; and no link there is followed.
+        std::error_code error;
+        if (!fs::is_empty(m_arguments.uploadFolder, error) || error)
+            return CError{EErrorCode::Exists, lng::Mark("the folder for the upload is not empty"),
+                          m_arguments.uploadFolder};
         // Their page is the template itself.
         if (CStatus copied = CopyFolder(m_arguments.templateFolder, "", {kPage, kTexts}); !copied)
             return copied.Error();
@@ -113,5 +119,9 @@ class CJoining {
 }  // namespace
 
 CResult<CUploadContent> JoinUpload(const CUploadArguments& arguments) {
-    return CJoining(arguments).Run();
+    try {
+        return CJoining(arguments).Run();
+    } catch (const std::bad_alloc&) {
+        return CError{EErrorCode::TooLarge, lng::Mark("not enough memory"), arguments.modelFolder};
+    }
 }

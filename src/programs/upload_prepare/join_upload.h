@@ -23,7 +23,7 @@ struct CUploadContent {
     std::optional<std::vector<std::string>> outside;
 };
 
-/** Fills the upload folder: index.html, the template filled for this model, with what else the template folder holds
+/** Fills the upload folder, which must be empty: index.html, the template filled for this model, with what else the template folder holds
  * beside it, and the page's files in the folder "model". Copies regular files alone, follows no link, and leaves out what
  * the application notes for this program (kUploadNotesFile). */
 [[nodiscard]] CResult<CUploadContent> JoinUpload(const CUploadArguments& arguments);

@@ -160,6 +160,8 @@ INSTANTIATE_TEST_SUITE_P(
     Files, BarePictureTest,
     testing::Values(CPictureCase{"Jpeg", Jpeg()},
                     CPictureCase{"JpegWithPlace", With(Jpeg(), 2, Segment('\xE1', "Exif secret"))},
+                    CPictureCase{"JpegWithThumbnail",
+                                 With(Jpeg(), 20, Segment('\xE0', std::string("JFXX\0\x10 secret", 13)))},
                     CPictureCase{"JpegWithProfile", With(Jpeg(), 2, Segment('\xE2', "ICC secret"))},
                     CPictureCase{"JpegWithComment", With(Jpeg(), 2, Segment('\xFE', "secret"))},
                     CPictureCase{"JpegWithMoreBehind", Jpeg() + "secret"},

@@ -5,8 +5,10 @@
 
 #include <functional>
 
+#include "base/CStopwatch.h"
 #include "base/jobs/CJobProgress.h"
 #include "engine/test_scenes.h"
+#include "export/gltf/CGltfPictures.h"
 #include "export/gltf/CGltfReader.h"
 #include "files/CTestFolder.h"
 #include "model/textures/CTextureLocator.h"
@@ -168,6 +170,36 @@ TEST(WriteGltfTest, JoinedPictureHasTheMapsBrightnessAsAlpha) {
     const std::uint8_t* pixel = image.Value().image.Pixel(50, 50);
     EXPECT_TRUE(std::equal(pixel, pixel + 3, wanted.Pixel(50, 50)));
     EXPECT_EQ(pixel[3], 124);  // the grey of 200, 100, 50
+}
+
+TEST(WriteGltfTest, OfAllPairsOfPicturesOnlyAFewAreJoined) {
+    constexpr int kPictures = 8;
+    CBuilder builder;
+    for (int i = 0; i < kPictures; ++i) builder.AddTexture({1024, 1024, std::vector<std::uint8_t>(4 << 20)});
+    const CTextureLocator locator;
+    CGltfPictures pictures({builder.Scene(), locator}, {});
+    int joined = 0;
+    for (int colour = 0; colour < kPictures; ++colour) {
+        for (int opacity = 0; opacity < kPictures; ++opacity)
+            joined += pictures.MayJoin({colour, false, opacity, false, false}) ? 1 : 0;
+    }
+    EXPECT_EQ(joined, kPictures + 4);
+    EXPECT_TRUE(pictures.MayJoin({0, false, 0, false, false})) << "as before";
+}
+
+TEST(WriteGltfTest, ManyTrianglesAtOneVertexTakeNoLonger) {
+    CPreparedMesh mesh = MakePlane();
+    mesh.indices16.clear();
+    mesh.texCoords.clear();
+    for (int i = 0; i < 300'000; ++i) mesh.indices16.insert(mesh.indices16.end(), {0, 1, 2});
+    mesh.batches[0].indexCount = static_cast<std::uint32_t>(mesh.indices16.size());
+    CBuilder builder;
+    builder.Add(mesh, Plain({1, 1, 1}));
+    CGltfOptions options;
+    options.compress = true;
+    const CStopwatch watch;
+    (void)Written(builder.Scene(), options);
+    EXPECT_LT(watch.Ms(), 5000);  // the square of their number takes minutes
 }
 
 TEST(WriteGltfTest, EqualThingsAreWrittenOnceAndUnusedOnesNot) {

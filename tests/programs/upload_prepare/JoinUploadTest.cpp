@@ -96,6 +96,13 @@ TEST_F(JoinUploadTest, FollowsNoLink) {
     EXPECT_FALSE(fs::exists(upload / "model/link") || fs::exists(upload / "model/folder"));
 }
 
+TEST_F(JoinUploadTest, TakesNothingAlongThatLiesInTheUploadFolder) {
+    const CTestFolder elsewhere;
+    fs::create_directory_symlink(elsewhere.Path(), upload / "model");
+    EXPECT_EQ(Join("chess.3ds").Error().code, EErrorCode::Exists);
+    EXPECT_EQ(elsewhere.Count(), 0U);
+}
+
 TEST_F(JoinUploadTest, FailsWithoutAPage) {
     fs::remove(model / "index.html");
     EXPECT_EQ(Join("chess.3ds").Error().code, EErrorCode::NotFound);

@@ -50,11 +50,27 @@ class CBounds {
     std::array<double, 3> m_min{kFar, kFar, kFar}, m_max{-kFar, -kFar, -kFar};
 };
 
+/** Whether there are vertices of so many triangles that the better order would take the square of their number. */
+bool HasHubs(std::span<const unsigned> indices, std::size_t vertices) {
+    constexpr std::uint64_t kMostTrianglesAtVertex = 1000;  // on average, each time that a corner leads there
+    std::vector<std::uint64_t> corners(vertices);
+    for (const unsigned index : indices) ++corners[index];
+    std::uint64_t squares = 0;
+    for (const std::uint64_t count : corners) squares += count * count;
+    return squares > kMostTrianglesAtVertex * indices.size();
+}
+
 /** Triangles in an order that packs well, and vertices in the order of their first use. */
 std::vector<unsigned> Reorder(std::vector<unsigned> indices, std::size_t vertices, CGltfGeometry& geometry) {
     std::vector<unsigned> sorted(indices.size());
     for (const CGltfRange& range : geometry.ranges) {
-        meshopt_optimizeVertexCacheStrip(&sorted[range.first], &indices[range.first], range.count, vertices);
+        constexpr unsigned kCacheSize = 16;
+        unsigned* const to = &sorted[range.first];
+        const unsigned* const from = &indices[range.first];
+        if (HasHubs({from, range.count}, vertices))
+            meshopt_optimizeVertexCacheFifo(to, from, range.count, vertices, kCacheSize);
+        else
+            meshopt_optimizeVertexCacheStrip(to, from, range.count, vertices);
     }
     std::vector<unsigned> remap(vertices);
     geometry.vertexCount = static_cast<std::uint32_t>(

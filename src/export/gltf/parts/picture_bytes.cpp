@@ -19,11 +19,14 @@ std::size_t Be16(CBytes bytes, std::size_t i) {
 /** What to do with a JPEG segment. */
 enum class ESegment { Keep, Drop, Refuse };
 
-ESegment KindOf(unsigned marker) {
+ESegment KindOf(CBytes file, std::size_t at) {
     constexpr std::string_view kTables = "\xC4\xDA\xDB\xDC\xDD";
-    // JFIF's, and Adobe's, which says how colours are stored.
-    if (marker == 0xE0 || marker == 0xEE || kTables.find(static_cast<char>(marker)) != kTables.npos)
-        return ESegment::Keep;
+    constexpr std::size_t kWithoutThumbnail = 16;
+    const unsigned marker = At(file, at + 1);
+    // A thumbnail may show what was cut off the picture since.
+    if (marker == 0xE0) return Be16(file, at + 2) == kWithoutThumbnail ? ESegment::Keep : ESegment::Drop;
+    // Adobe's says how colours are stored.
+    if (marker == 0xEE || kTables.find(static_cast<char>(marker)) != kTables.npos) return ESegment::Keep;
     if ((marker >= 0xE0 && marker <= 0xEF) || marker == 0xFE) return ESegment::Drop;
     return marker >= 0xC0 && marker <= 0xC2 ? ESegment::Keep : ESegment::Refuse;
 }
@@ -56,7 +59,7 @@ std::vector<std::byte> BareJpeg(CBytes file) {
             out.insert(out.end(), {std::byte{0xFF}, std::byte{0xD9}});
             return hasFrame && hasScan ? out : std::vector<std::byte>();
         }
-        const ESegment kind = KindOf(marker);
+        const ESegment kind = KindOf(file, at);
         std::size_t end = at + 2 + Be16(file, at + 2);
         if (kind == ESegment::Refuse || end > file.size() || end < at + 4) return {};
         if (marker <= 0xC2) {
