@@ -7,13 +7,13 @@ import { build } from 'esbuild';
 import { minify as pressed } from 'terser';
 
 const here = fileURLToPath(new URL('.', import.meta.url));
-const banner = "// Orbivue's viewer, MIT licence. Holds code of meshoptimizer, (C) Arseny Kapoulkine, MIT licence.";
+const banner = "// Orbivue's viewer with code of meshoptimizer, (C) Arseny Kapoulkine. MIT licence.";
 
 /** What stands in shaders and is not ours to rename. */
 const kGlsl = new Set(
-  `void main float int uint bool vec2 vec3 vec4 mat3 mat4 ivec2 uvec4 sampler2D in out uniform layout location precision highp if else
+  `void main float int uint bool vec2 vec3 vec4 mat3 mat4 ivec2 uvec4 sampler2D in out uniform layout location precision highp if else 
   for return discard true false gl_Position gl_FragCoord gl_VertexID texture texelFetch dot cross normalize inversesqrt max min abs
-  sqrt mix smoothstep length clamp pow reflect atan asin dFdx dFdy floatBitsToUint`.split(/\s+/),
+  sqrt sign mix smoothstep length clamp pow reflect atan asin dFdx dFdy floatBitsToUint`.split(/\s+/),
 );
 
 /** Members of our own records, which get short names in the minified bundle: none of them is a member of anything of the browser
@@ -21,43 +21,60 @@ const kGlsl = new Set(
 const kOwn = `vao indexType hasUv low high sorted positions make mixWith geometry look program depth ordered opaque blended wrap
   uniform self glossy metal lines maybeSolid json bin views offset stride components fits own tanX tanY base pivot shift at
   azimuth missed sight down move wheel moved boxed centered ctrl draw depthAt gltf cameraNames show fileCamera togglePlaying say
-  times step use parent world`.split(/\s+/);
+  times step use parent world alpha animated modelCenter modelRadius viewWidth viewHeight backward zoomed turned`.split(/\s+/);
 
-/** Short names for those of shaders, the same in all of them, as their uniforms are named in the program, too. */
-function shortNames() {
-  const known = new Map();
-  return (name) => {
-    if (kGlsl.has(name) || name.length < 3 || /^[A-Z\d_]+$/.test(name)) return name;
-    if (!known.has(name)) known.set(name, '_' + known.size.toString(36));
-    return known.get(name);
-  };
+/** Our names in a shader, those of its macros among them; not what stands behind a dot. */
+const kName = /(?<![.\w#])[A-Za-z_]\w*/g;
+const withoutComments = (source) => source.replace(/\/\/.*/g, '');
+
+/** Short names for those of shaders: a letter for the most frequent ones. Uniforms and macros, which the program names, too, have
+ * theirs alone; other names may share one where no shader has both. */
+async function shortNames() {
+  const uses = new Map();
+  const files = (await readdir(here + 'shaders')).sort();
+  for (const file of files) {
+    for (const [name] of withoutComments(await readFile(here + 'shaders/' + file, 'utf8')).matchAll(kName)) {
+      if (kGlsl.has(name)) continue;
+      const use = uses.get(name) ?? { count: 0, files: /^(u[A-Z]|[A-Z\d_]{3})/.test(name) ? files : new Set() };
+      use.count++;
+      if (use.files !== files) use.files.add(file);
+      uses.set(name, use);
+    }
+  }
+  const letters = [...'etnraiolcsudfmhpgbvwxyEkjqzATSLCRPDIMBFNOGHKUVWXYZJQ'];
+  const taken = new Set();
+  const given = [...uses].sort(([, a], [, b]) => b.count - a.count).map(([name, use]) => {
+    const short = [...letters, ...letters.map((letter) => letter + '_')].find((s) => [...use.files].every((file) => !taken.has(file + s)));
+    for (const file of use.files) taken.add(file + short);
+    return [name, short];
+  });
+  return new Map(given);
 }
 
 /** A shader without comments and indentation and with short names; preprocessor lines stay lines. */
-function shortened(source, shortName) {
+function shortened(source, names) {
   let text = '';
-  for (const line of source.replace(/\/\/.*/g, '').split('\n').map((l) => l.trim()).filter(Boolean)) {
-    if (line.startsWith('#')) text += (text && !text.endsWith('\n') ? '\n' : '') + line + '\n';
-    else text += line.replace(/(?<![.\w])[A-Za-z_]\w*/g, shortName).replace(/\s*([-+*/=<>?:,;{}()&|!])\s*/g, '$1');
+  for (const line of withoutComments(source).split('\n').map((l) => l.trim()).filter(Boolean)) {
+    const short = line.replace(kName, (name) => names.get(name) ?? name);
+    if (line.startsWith('#')) text += (text && !text.endsWith('\n') ? '\n' : '') + short + '\n';
+    else text += short.replace(/\s*([-+*/=<>?:,;{}()&|!])\s*/g, '$1');
   }
   return text;
 }
 
-const shaders = (shortName) => ({
+const shaders = (names) => ({
   name: 'shaders',
   setup(bundle) {
     bundle.onLoad({ filter: /\.(vert|frag)$/ }, async ({ path }) => {
       const source = await readFile(path, 'utf8');
-      return { contents: shortName ? shortened(source, shortName) : source, loader: 'text' };
+      return { contents: names ? shortened(source, names) : source, loader: 'text' };
     });
   },
 });
 
 /** The text of a bundle. */
 export async function bundle(minify, entry = 'src/main.ts', options = {}) {
-  const shortName = minify && shortNames();
-  // Shaders are loaded in any order, but their names are given in one.
-  if (minify) for (const name of (await readdir(here + 'shaders')).sort()) shortened(await readFile(here + 'shaders/' + name, 'utf8'), shortName);
+  const names = minify && (await shortNames());
   const result = await build({
     // Or the bundle would depend on where one stands.
     absWorkingDir: here,
@@ -70,13 +87,13 @@ export async function bundle(minify, entry = 'src/main.ts', options = {}) {
     minify,
     legalComments: 'none',
     banner: { js: banner },
-    plugins: [shaders(shortName)],
+    plugins: [shaders(names)],
     ...(minify && { mangleProps: new RegExp(`^(${kOwn.join('|')})$`) }),
     ...options,
   });
   let text = result.outputFiles[0].text;
   if (minify) {
-    text = text.replace(/"(u[A-Z]\w+)"/g, (_, name) => `"${shortName(name)}"`);
+    text = text.replace('"use strict";', '').replace(/"(u[A-Z]\w+|[A-Z\d_ ]{3,})"/g, (words) => words.replace(/\w+/g, (name) => names.get(name) ?? name));
     const compress = { ecma: 2020, passes: 3, unsafe: true, unsafe_arrows: true, pure_getters: true, keep_fargs: false, inline: 0, reduce_funcs: false, sequences: false };
     text = banner + '\n' + (await pressed(text, { ecma: 2020, compress, format: { ascii_only: true, comments: false } })).code + '\n';
   }

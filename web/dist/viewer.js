@@ -1,6 +1,10 @@
-// Orbivue's viewer, MIT licence. Holds code of meshoptimizer, (C) Arseny Kapoulkine, MIT licence.
+// Orbivue's viewer with code of meshoptimizer, (C) Arseny Kapoulkine. MIT licence.
 "use strict";
 (() => {
+  // src/dom.ts
+  var make = (tag, properties) => Object.assign(document.createElement(tag), properties);
+  var label = (element, text) => element.setAttribute("aria-label", text);
+
   // src/texts.ts
   var Trouble = class extends Error {
   };
@@ -10,26 +14,25 @@
 
   // src/scene_data.ts
   var kMostBytes = 1 << 30;
-  var fromBase64 = (text) => Uint8Array.from(atob(text.trim()), (c) => c.charCodeAt(0));
+  var fromBase64 = (text) => Uint8Array.from(atob(text), (c) => c.charCodeAt(0));
+  var bytesOf = async (response) => new Uint8Array(await response.arrayBuffer());
   async function unpacked(bytes, most = kMostBytes) {
     if (bytes[0] !== 31 || bytes[1] !== 139) return bytes;
     if (!globalThis.DecompressionStream) throw new Trouble("noUnpacking");
     const end = bytes.length - 4;
     demand(end > 0 && new DataView(bytes.buffer, end).getUint32(0, true) <= most);
     const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream("gzip"));
-    return new Uint8Array(await new Response(stream).arrayBuffer());
+    return bytesOf(new Response(stream));
   }
   var fromScript = (address) => new Promise((resolve, reject) => {
-    const script = document.createElement("script");
     window.orbivueScene = (text) => resolve(fromBase64(text));
-    script.onload = script.onerror = () => reject(new Trouble("noScene"));
-    script.src = address;
-    document.head.append(script);
+    const missed = () => reject(new Trouble("noScene"));
+    document.head.append(make("script", { src: address, onload: missed, onerror: missed }));
   });
   async function fromServer(address) {
     const response = await fetch(address).catch(() => void 0);
     if (!response?.ok) throw new Trouble("noScene");
-    return new Uint8Array(await response.arrayBuffer());
+    return bytesOf(response);
   }
   async function sceneBytes({ files }) {
     if (!files) return unpacked(fromBase64(document.getElementById("scene").textContent));
@@ -37,9 +40,6 @@
   }
 
   // third_party/meshoptimizer/decode.ts
-  function assert(condition) {
-    if (!condition) throw new Error("meshopt");
-  }
   var dezig = (v) => v >>> 1 ^ -(v & 1);
   var kModeBits = [0, 2, 4, 8];
   function decodeGroup(source, from, mode, deltas, to) {
@@ -59,8 +59,8 @@
     return next;
   }
   function decodeAttributes(count, stride, source) {
-    assert(source[0] === 160 && stride > 0 && stride <= 256 && stride % 4 === 0);
-    assert(count * stride / 64 <= source.length);
+    demand(source[0] === 160 && stride > 0 && stride <= 256 && stride % 4 === 0);
+    demand(count * stride / 64 <= source.length);
     const target = new Uint8Array(count * stride);
     const blockSize = Math.min(8192 / stride & ~15, 256);
     const deltas = new Uint8Array(blockSize * stride);
@@ -74,13 +74,13 @@
       for (let byte = 0; byte < stride; byte++) {
         const header = from;
         from += groups + 3 >>> 2;
-        assert(from <= tail);
+        demand(from <= tail);
         for (let g = 0; g < groups; g++) {
           const mode = source[header + (g >>> 2)] >>> ((g & 3) << 1) & 3;
           from = decodeGroup(source, from, mode, deltas, byte * blockSize + g * 16);
         }
       }
-      assert(from <= tail);
+      demand(from <= tail);
       for (let byte = 0; byte < stride; byte++) {
         let value = last[byte];
         const first = byte * blockSize;
@@ -91,10 +91,8 @@
     }
     return target;
   }
-  function filterOctahedral(bytes, stride) {
-    assert(stride === 4 || stride === 8);
-    const data = new (stride === 4 ? Int8Array : Int16Array)(bytes.buffer, bytes.byteOffset, bytes.length / stride * 4);
-    const most = stride === 4 ? 127 : 32767;
+  function filterOctahedral(bytes) {
+    const data = new Int8Array(bytes.buffer, bytes.byteOffset, bytes.length & ~3);
     for (let i = 0; i < data.length; i += 4) {
       const one = data[i + 2] || 1;
       let x = data[i] / one;
@@ -103,7 +101,7 @@
       const t = Math.max(-z, 0);
       x -= x >= 0 ? t : -t;
       y -= y >= 0 ? t : -t;
-      const h = most / Math.sqrt(x * x + y * y + z * z);
+      const h = 127 / Math.sqrt(x * x + y * y + z * z);
       data[i] = Math.round(x * h);
       data[i + 1] = Math.round(y * h);
       data[i + 2] = Math.round(z * h);
@@ -119,7 +117,7 @@
   }
   function decodeTriangles(count, source) {
     const triangles = count / 3;
-    assert(source[0] === 225 && count % 3 === 0 && triangles + 17 <= source.length);
+    demand(source[0] === 225 && count % 3 === 0 && triangles + 17 <= source.length);
     const target = new Uint32Array(count);
     const aux = source.length - 16;
     const edges = new Uint32Array(32);
@@ -145,16 +143,16 @@
     const read = () => {
       let n = 0;
       for (let shift = 0; shift < 35; shift += 7) {
-        assert(data < aux);
+        demand(data < aux);
         const b = source[data++];
         n |= (b & 127) << shift;
         if (b < 128) break;
       }
       return last += dezig(n);
     };
-    const corner = (code) => {
+    const corner = (code, far) => {
       if (code === 0) return next++;
-      return code === 15 ? read() : vertex(code - 1);
+      return far && code === 15 ? read() : vertex(code - 1);
     };
     for (let i = 0; i < triangles; i++) {
       const code = source[1 + i];
@@ -176,10 +174,9 @@
         if (far && pair === 0) next = 0;
         const z = pair >>> 4;
         const w = pair & 15;
-        a = low === 15 ? -1 : next++;
-        if (low === 15) a = read();
-        b = far ? corner(z) : z ? vertex(z - 1) : next++;
-        c = far ? corner(w) : w ? vertex(w - 1) : next++;
+        a = low === 15 ? read() : next++;
+        b = corner(z, far);
+        c = corner(w, far);
         push(a);
         if (!z || far && z === 15) push(b);
         if (!w || far && w === 15) push(c);
@@ -191,7 +188,7 @@
       target[to++] = b;
       target[to++] = c;
     }
-    assert(data <= aux);
+    demand(data <= aux);
     return target;
   }
 
@@ -222,7 +219,10 @@
       return new Uint8Array(byteStride === 2 ? new Uint16Array(indices).buffer : indices.buffer);
     }
     const bytes = decodeAttributes(count, byteStride, source);
-    if (filter === "OCTAHEDRAL") filterOctahedral(bytes, byteStride);
+    if (filter === "OCTAHEDRAL") {
+      demand(byteStride === 4);
+      filterOctahedral(bytes);
+    }
     if (filter === "EXPONENTIAL") filterExponential(bytes);
     return bytes;
   }
@@ -233,14 +233,14 @@
   }
   function accessorOf(gltf, index) {
     const a = gltf.json.accessors[index];
-    const { bufferView: view2, byteOffset: offset = 0, componentType: type, count, normalized: normalized2 = false, min = [], max = [] } = a;
+    const { bufferView: view2, byteOffset: offset = 0, componentType: type, count, normalized: normalized2 = false, min: min2 = [], max: max2 = [] } = a;
     const json = gltf.json.bufferViews[view2];
     const unit = kArrays[type - 5120].BYTES_PER_ELEMENT;
     const components = +a.type[3] || 1;
     const stride = json.extensions?.EXT_meshopt_compression?.byteStride || json.byteStride || unit * components;
     const end = offset + (count - 1) * stride + unit * components;
     demand(count > 0 && offset >= 0 && offset % unit + stride % unit === 0 && end <= viewBytes(gltf, view2).length);
-    return { view: view2, offset, stride, count, components, type, normalized: normalized2, min, max };
+    return { view: view2, offset, stride, count, components, type, normalized: normalized2, min: min2, max: max2 };
   }
   function numbersOf(gltf, a) {
     const from = typed(gltf, a);
@@ -263,6 +263,25 @@
     demand(a.components === 1 && a.count % 3 === 0 && result.every((i) => i < vertices));
     return result;
   }
+
+  // src/vector.ts
+  var { abs, max, min } = Math;
+  var add = (a, b) => [a[0] + b[0], a[1] + b[1], a[2] + b[2]];
+  var sub = (a, b) => [a[0] - b[0], a[1] - b[1], a[2] - b[2]];
+  var scaled = (a, s) => [a[0] * s, a[1] * s, a[2] * s];
+  var dot = (a, b) => a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+  var length = (a) => Math.hypot(a[0], a[1], a[2]);
+  var cross = (a, b) => [
+    a[1] * b[2] - a[2] * b[1],
+    a[2] * b[0] - a[0] * b[2],
+    a[0] * b[1] - a[1] * b[0]
+  ];
+  var normalized = (a, none = 1e-12) => {
+    const l = length(a);
+    return l > none ? scaled(a, 1 / l) : [0, 0, 0];
+  };
+  var clamp = (x, low, high) => min(max(x, low), high);
+  var kDegree = Math.PI / 180;
 
   // src/animation.ts
   var kFramesPerSecond = 30;
@@ -296,31 +315,13 @@
     const to = values.subarray(key * n + n, key * n + 2 * n);
     if (path === "rotation") {
       const cosine = from.reduce((sum, x, i) => sum + x * to[i], 0);
-      const angle = Math.acos(Math.min(Math.abs(cosine), 1));
+      const angle = Math.acos(min(abs(cosine), 1));
       const sine = Math.sin(angle);
       if (sine > 1e-4) [a, b] = [Math.sin(a * angle) / sine, Math.sin(b * angle) / sine];
       if (cosine < 0) b = -b;
     }
     return from.map((x, i) => x * a + to[i] * b);
   }
-
-  // src/vector.ts
-  var add = (a, b) => [a[0] + b[0], a[1] + b[1], a[2] + b[2]];
-  var sub = (a, b) => [a[0] - b[0], a[1] - b[1], a[2] - b[2]];
-  var scaled = (a, s) => [a[0] * s, a[1] * s, a[2] * s];
-  var dot = (a, b) => a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-  var length = (a) => Math.hypot(a[0], a[1], a[2]);
-  var cross = (a, b) => [
-    a[1] * b[2] - a[2] * b[1],
-    a[2] * b[0] - a[0] * b[2],
-    a[0] * b[1] - a[1] * b[0]
-  ];
-  var normalized = (a, none = 1e-12) => {
-    const l = length(a);
-    return l > none ? scaled(a, 1 / l) : [0, 0, 0];
-  };
-  var clamp = (x, low, high) => Math.min(Math.max(x, low), high);
-  var kDegree = Math.PI / 180;
 
   // src/camera.ts
   var kPresetTanY = Math.tan(22.5 * kDegree);
@@ -339,32 +340,32 @@
     iso_cam: ["iso", [kThird, -kThird, kThird]]
   };
   function newCamera(center, radius) {
-    const camera = { center, radius, width: 4, height: 3, own: radius };
+    const camera = { modelCenter: center, modelRadius: radius, viewWidth: 4, viewHeight: 3, own: radius };
     setPreset(camera, "iso_cam");
     return camera;
   }
-  var aspectOf = (c) => c.width / c.height;
+  var aspectOf = (c) => c.viewWidth / c.viewHeight;
   function fitting(radius, aspect) {
-    const t = kPresetTanY * Math.min(1, aspect);
+    const t = kPresetTanY * min(1, aspect);
     return radius * Math.sqrt(1 + t * t) / t;
   }
   function setPreset(c, name) {
     const [, back, up = [0, 0, 1]] = kPresets[name];
-    Object.assign(c, { name, back, up, target: c.center, fits: true, zoom: 1, tanX: 0, tanY: kPresetTanY });
+    Object.assign(c, { name, backward: back, up, target: c.modelCenter, fits: true, zoomed: 1, tanX: 0, tanY: kPresetTanY });
   }
   function setFileCamera(c, camera) {
-    Object.assign(c, { name: camera.name, fits: false, zoom: 1, tanX: 0 });
+    Object.assign(c, { name: camera.name, fits: false, zoomed: 1, tanX: 0 });
     follow(c, camera);
   }
   function follow(c, { name, eye, target, rollDeg, fovDeg }) {
     if (name !== c.name || c.fits) return;
     const sight = sub(target, eye);
-    c.own = length(sight) || c.radius;
+    c.own = length(sight) || c.modelRadius;
     c.target = add(eye, sight);
-    c.back = scaled(normalized(sight), -1);
+    c.backward = scaled(normalized(sight), -1);
     const right = normalized(cross(sight, sight[0] || sight[1] ? [0, 0, 1] : [-1, 0, 0]));
     const roll = rollDeg * kDegree;
-    c.up = sub(scaled(cross(c.back, right), Math.cos(roll)), scaled(right, Math.sin(roll)));
+    c.up = sub(scaled(cross(c.backward, right), Math.cos(roll)), scaled(right, Math.sin(roll)));
     c.tanY = Math.tan(clamp(fovDeg, 0.1, 175) * kDegree / 2) * 3 / 4;
   }
   function setSeen(c, { eye, target, up, fovYDeg, size, camera, preset }) {
@@ -375,56 +376,56 @@
       const tanY = Math.tan(fovYDeg * kDegree / 2);
       Object.assign(c, { name: camera, target, fits: false, own: length(sight), tanX: tanY * aspect, tanY });
     }
-    c.zoom = c.fits ? length(sight) / fitting(c.radius, aspect) : 1;
-    c.back = normalized(sight);
+    c.zoomed = c.fits ? length(sight) / fitting(c.modelRadius, aspect) : 1;
+    c.backward = normalized(sight);
     c.up = up;
   }
-  var distanceOf = (c) => c.zoom * (c.fits ? fitting(c.radius, aspectOf(c)) : c.own);
-  var eyeOf = (c) => add(c.target, scaled(c.back, distanceOf(c)));
-  var tanOf = (c) => Math.max(c.tanY, c.tanX / aspectOf(c));
-  function axesOf({ back, up }) {
+  var distanceOf = (c) => c.zoomed * (c.fits ? fitting(c.modelRadius, aspectOf(c)) : c.own);
+  var eyeOf = (c) => add(c.target, scaled(c.backward, distanceOf(c)));
+  var tanOf = (c) => max(c.tanY, c.tanX / aspectOf(c));
+  function axesOf({ backward: back, up }) {
     let right = cross(up, back);
-    if (length(right) < 1e-9) right = cross(Math.abs(back[2]) < 0.9 ? [0, 0, 1] : [0, 1, 0], back);
+    if (length(right) < 1e-9) right = cross(abs(back[2]) < 0.9 ? [0, 0, 1] : [0, 1, 0], back);
     right = normalized(right);
     return [right, cross(back, right), back];
   }
   var zoomBy = (c, step) => setDistance(c, distanceOf(c) * Math.exp(step / kStepsOfE));
   function setDistance(c, distance) {
     const now = distanceOf(c);
-    const most = c.radius / tanOf(c);
-    const nearest = Math.min(now, Math.max(kSmallestSeen * most, c.radius / 1e3));
-    if (distance > 0) c.zoom *= clamp(distance, nearest, Math.max(now, kLargestSeen * most)) / now;
+    const most = c.modelRadius / tanOf(c);
+    const nearest = min(now, max(kSmallestSeen * most, c.modelRadius / 1e3));
+    if (distance > 0) c.zoomed *= clamp(distance, nearest, max(now, kLargestSeen * most)) / now;
   }
   function rayOf(c, x, y) {
     const [right, up, back] = axesOf(c);
-    const size = 2 * tanOf(c) / c.height;
-    return sub(add(scaled(right, (x - c.width / 2) * size), scaled(up, (c.height / 2 - y) * size)), back);
+    const size = 2 * tanOf(c) / c.viewHeight;
+    return sub(add(scaled(right, (x - c.viewWidth / 2) * size), scaled(up, (c.viewHeight / 2 - y) * size)), back);
   }
   function side(a, b, most, wider) {
-    const [middle, half] = [(a + b) / 2, Math.abs(a - b) / 2 * wider];
-    return [Math.max(0, middle - half), Math.min(most, middle + half)];
+    const [middle, half] = [(a + b) / 2, abs(a - b) / 2 * wider];
+    return [max(0, middle - half), min(most, middle + half)];
   }
   function zoomTo(c, { x0, y0, x1, y1 }) {
-    const larger = Math.min(c.width / Math.abs(x1 - x0), c.height / Math.abs(y1 - y0));
-    const wider = Math.max(1, larger / kMaxBoxZoom);
-    const [l, r] = side(x0, x1, c.width, wider);
-    const [t, b] = side(y0, y1, c.height, wider);
+    const larger = min(c.viewWidth / abs(x1 - x0), c.viewHeight / abs(y1 - y0));
+    const wider = max(1, larger / kMaxBoxZoom);
+    const [l, r] = side(x0, x1, c.viewWidth, wider);
+    const [t, b] = side(y0, y1, c.viewHeight, wider);
     if (!(r > l && b > t && isFinite(larger))) return false;
     const eye = eyeOf(c);
     const middle = rayOf(c, (l + r) / 2, (t + b) / 2);
-    const turned = { back: scaled(normalized(middle), -1), up: axesOf(c)[1] };
+    const turned = { backward: scaled(normalized(middle), -1), up: axesOf(c)[1] };
     const [right, up, back] = axesOf(turned);
     const corners = [rayOf(c, l, t), rayOf(c, r, t), rayOf(c, l, b), rayOf(c, r, b)];
-    const seen = (axis) => Math.max(...corners.map((v) => Math.abs(dot(v, axis) / dot(v, back))));
+    const seen = (axis) => max(...corners.map((v) => abs(dot(v, axis) / dot(v, back))));
     const own = distanceOf(c) * length(middle);
-    Object.assign(c, turned, { name: "", fits: false, zoom: 1, own, target: sub(eye, scaled(back, own)), tanX: seen(right), tanY: seen(up) });
+    Object.assign(c, turned, { name: "", fits: false, zoomed: 1, own, target: sub(eye, scaled(back, own)), tanX: seen(right), tanY: seen(up) });
     return true;
   }
   function depthRange(c, nearest, farthest) {
-    const far = farthest > 0 ? farthest * 1.01 : c.radius;
-    const framed = Math.max(dot(sub(eyeOf(c), c.center), c.back) - c.radius, c.radius / 1e3);
-    const near = Math.max(Math.min(nearest * 0.99, far), Math.min(far * kNearOfFar, framed));
-    return [near, Math.max(far, near * 1.001)];
+    const far = farthest > 0 ? farthest * 1.01 : c.modelRadius;
+    const framed = max(dot(sub(eyeOf(c), c.modelCenter), c.backward) - c.modelRadius, c.modelRadius / 1e3);
+    const near = max(min(nearest * 0.99, far), min(far * kNearOfFar, framed));
+    return [near, max(far, near * 1.001)];
   }
   function projection(c, [n, f]) {
     const [r, u, b] = axesOf(c);
@@ -445,15 +446,16 @@
     return result;
   }
   var movedTo = (m, [x, y, z]) => [...m.slice(0, 12), x, y, z, 1];
-  function placed(t, [x, y, z, w], [a, b, c]) {
+  var column = (m, at) => [m[at], m[at + 1], m[at + 2]];
+  function placed([x, y, z, w] = [0, 0, 0, 1], t = [0, 0, 0], [a, b, c] = [1, 1, 1]) {
     const linear = [1 - 2 * (y * y + z * z), 2 * (x * y + z * w), 2 * (x * z - y * w), 0, 2 * (x * y - z * w), 1 - 2 * (x * x + z * z)];
     linear.push(2 * (y * z + x * w), 0, 2 * (x * z + y * w), 2 * (y * z - x * w), 1 - 2 * (x * x + y * y), 0);
     return movedTo(linear.map((v, i) => v * (i < 4 ? a : i < 8 ? b : c)), t);
   }
   var direction = (m, [x, y, z]) => [0, 1, 2].map((i) => m[i] * x + m[i + 4] * y + m[i + 8] * z);
-  var point = (m, [x, y, z]) => [0, 1, 2].map((i) => m[i] * x + m[i + 4] * y + m[i + 8] * z + m[i + 12]);
+  var point = (m, v) => add(direction(m, v), column(m, 12));
   function normalMatrix(m) {
-    const [a, b, c] = [0, 4, 8].map((at) => [m[at], m[at + 1], m[at + 2]]);
+    const [a, b, c] = [0, 4, 8].map((at) => column(m, at));
     const determinant = dot(cross(a, b), c);
     const cofactors = [...cross(b, c), ...cross(c, a), ...cross(a, b)];
     const size = Math.hypot(...cofactors) * (determinant < 0 ? -1 : 1) || 1;
@@ -476,31 +478,29 @@
 
   // src/seen.ts
   function place(seen, base = kIdentity) {
-    Object.assign(seen, { base, turn: kNoRotation, shift: [0, 0, 0], pivot: point(base, seen.camera.target) });
+    Object.assign(seen, { base, turned: kNoRotation, shift: [0, 0, 0], pivot: point(base, seen.camera.target) });
   }
-  var turnOf = ({ turn }) => placed([0, 0, 0], turn, [1, 1, 1]);
   var ballOf = (seen) => add(seen.pivot, seen.shift);
   function modelOf(seen) {
-    const turn = turnOf(seen);
+    const turn = placed(seen.turned);
     return product(movedTo(turn, sub(ballOf(seen), direction(turn, seen.pivot))), seen.base);
   }
   function pan(seen, right, down) {
     const { camera } = seen;
     const [x, y, back] = axesOf(camera);
-    const depth = dot(sub(eyeOf(camera), point(modelOf(seen), camera.center)), back);
+    const depth = dot(sub(eyeOf(camera), point(modelOf(seen), camera.modelCenter)), back);
     const distance = distanceOf(camera);
-    const size = 2 * tanOf(camera) * (depth > 0.05 * distance ? depth : distance) / camera.height;
+    const size = 2 * tanOf(camera) * (depth > 0.05 * distance ? depth : distance) / camera.viewHeight;
     seen.shift = add(seen.shift, sub(scaled(x, right * size), scaled(y, down * size)));
   }
   function zoomAt(seen, step, x, y) {
     const { camera } = seen;
     const before = distanceOf(camera);
     zoomBy(camera, step);
-    seen.shift = sub(seen.shift, scaled(add(rayOf(camera, x, y), camera.back), before - distanceOf(camera)));
+    seen.shift = sub(seen.shift, scaled(add(rayOf(camera, x, y), camera.backward), before - distanceOf(camera)));
   }
   function turnAbout(seen, at) {
-    const back = placed([0, 0, 0], inverse(seen.turn), [1, 1, 1]);
-    seen.pivot = add(seen.pivot, direction(back, sub(at, ballOf(seen))));
+    seen.pivot = add(seen.pivot, direction(placed(inverse(seen.turned)), sub(at, ballOf(seen))));
     seen.shift = sub(at, seen.pivot);
   }
   function zoomToBox(seen, box) {
@@ -516,33 +516,33 @@
   }
   function turnBy(seen, rightDeg, upDeg) {
     const [right, up] = axesOf(seen.camera);
-    seen.turn = combined(combined(rotationAbout(right, -upDeg * kDegree), rotationAbout(up, rightDeg * kDegree)), seen.turn);
+    seen.turned = combined(combined(rotationAbout(right, -upDeg * kDegree), rotationAbout(up, rightDeg * kDegree)), seen.turned);
   }
 
   // src/trackball.ts
-  function grab(seen, x, y) {
+  function grab(seen, { x, y }) {
     const { camera } = seen;
-    const eye = scaled(sub(eyeOf(camera), ballOf(seen)), 1 / camera.radius);
+    const eye = scaled(sub(eyeOf(camera), ballOf(seen)), 1 / camera.modelRadius);
     const sight = normalized(eye);
     const ray = normalized(rayOf(camera, x, y));
     const along = dot(ray, eye);
     const discriminant = along * along - dot(eye, eye) + 1;
-    const root = Math.sqrt(Math.max(0, discriminant));
-    const distance = -along - root >= 0 ? -along - root : -along + root;
+    const root = Math.sqrt(max(0, discriminant));
+    const distance = (along + root <= 0 ? -root : root) - along;
     const missed = discriminant <= 0 || distance < 0;
-    const [right, up] = axesOf({ back: sight, up: camera.up });
+    const [right, up] = axesOf({ backward: sight, up: camera.up });
     return { at: normalized(add(eye, scaled(ray, distance))), missed, sight, azimuth: Math.atan2(dot(ray, up), dot(ray, right)) };
   }
-  function trackball(seen, x, y) {
-    let begin = grab(seen, x, y);
-    let before = seen.turn;
-    return (toX, toY) => {
-      const now = grab(seen, toX, toY);
-      if (begin.missed) seen.turn = combined(rotationAbout(now.sight, now.azimuth - begin.azimuth), before);
-      else if (!now.missed) seen.turn = combined(rotationBetween(begin.at, now.at), before);
+  function trackball(seen, from) {
+    let begin = grab(seen, from);
+    let before = seen.turned;
+    return (to) => {
+      const now = grab(seen, to);
+      if (begin.missed) seen.turned = combined(rotationAbout(now.sight, now.azimuth - begin.azimuth), before);
+      else if (!now.missed) seen.turned = combined(rotationBetween(begin.at, now.at), before);
       if (now.missed === begin.missed) return;
       begin = now;
-      before = seen.turn;
+      before = seen.turned;
     };
   }
 
@@ -570,10 +570,6 @@
     let box;
     let press = { x: 0, y: 0 };
     let clicked = -Infinity;
-    const turning = (from) => {
-      const follow2 = trackball(seen, from.x, from.y);
-      return ({ x, y }) => follow2(x, y);
-    };
     const end = () => {
       if (box) listener.boxed();
       drag = box = void 0;
@@ -595,7 +591,7 @@
       else if (!p.button && p.ctrl) drag = boxing;
       else if (!p.button) {
         if (again) listener.centered(p);
-        drag = turning(p);
+        drag = trackball(seen, p);
       }
     };
     return {
@@ -605,9 +601,8 @@
         if (pointers.size < 2) single(p, time);
         else clicked = -Infinity;
       },
-      move(id, x, y) {
+      move(id, now) {
         const last = pointers.get(id);
-        const now = { x, y };
         if (!last || !between(now, last)) return;
         if (between(now, press) > kClickPx) clicked = -Infinity;
         const [other] = [...pointers].filter(([key]) => key !== id);
@@ -622,7 +617,7 @@
         end();
         if (chosen && !cancelled && zoomToBox(seen, chosen)) listener.moved();
         const [rest] = pointers.values();
-        if (rest) drag = turning(rest);
+        if (rest) drag = trackball(seen, rest);
       },
       wheel(notches, at) {
         if (pointers.size || !isFinite(notches)) return;
@@ -652,7 +647,7 @@
       canvas.setPointerCapture(event.pointerId);
       gestures.down({ ...place2(event), id: event.pointerId, button: event.button, ctrl: event.ctrlKey, shift: event.shiftKey }, event.timeStamp);
     };
-    canvas.onpointermove = (event) => gestures.move(event.pointerId, event.offsetX, event.offsetY);
+    canvas.onpointermove = (event) => gestures.move(event.pointerId, place2(event));
     canvas.onpointerup = (event) => gestures.up(event.pointerId);
     canvas.onpointercancel = canvas.onlostpointercapture = (event) => gestures.up(event.pointerId, true);
     canvas.onmousedown = (event) => {
@@ -685,11 +680,8 @@ in vec2 vUv;
 out vec4 oColor;
 // Diffuse and opacity; specular and exponent; ambient and self-illumination; the scene's ambient light.
 uniform mat4 uLook;
-#ifdef LIGHTS
 // Position and outer cosine; direction and inner cosine; colour and inner range; outer range.
-uniform mat4 uLights[LIGHTS];
-#endif
-#ifdef MAPS
+uniform mat4 uLights[LIGHTS + 1];
 uniform sampler2D uMap[8];
 // Rows of the coordinates' transform, each with amount and "not tiled"; weights of the channels; sign and bias.
 uniform mat4 uMaps[8];
@@ -713,10 +705,8 @@ float Value() {
 vec3 Colour() {
   return texel.rgb * map[3].x + map[3].y;
 }
-#endif
 vec3 diffuse, ambient;
 float opacity;
-#if defined(TEXTURE) || defined(TEXTURE2)
 // Lays a picture over the colours. What its alpha weighs: z lets them show, w makes transparent.
 void Lay(sampler2D picture, int i) {
   Take(picture, i, vUv);
@@ -727,26 +717,21 @@ void Lay(sampler2D picture, int i) {
   ambient = mix(ambient, Colour(), amount);
   opacity *= mix(1., texel.a, amount * map[2].w);
 }
-#endif
+// A zero vector stays zero instead of becoming undefined.
+vec3 Unit(vec3 v) {
+  return v * inversesqrt(max(dot(v, v), 1e-30));
+}
 void main() {
   vec3 V = normalize(-vPoint);
-#ifdef FLAT
-  vec3 N = normalize(cross(dFdx(vPoint), dFdy(vPoint)));
-#else
-  // A zero normal stays zero instead of becoming undefined.
-  vec3 N = vNormal * inversesqrt(max(dot(vNormal, vNormal), 1e-30));
-#ifdef TWO_SIDED
+  vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint), N = FLAT ? normalize(cross(alongX, alongY)) : Unit(vNormal);
   // By the normal, not by the winding: neighbours of such surfaces are often wound against each other.
-  if (dot(N, V) < 0.) N = -N;
-#endif
-#endif
+  if (TWO_SIDED) if (dot(N, V) < 0.) N = -N;
   opacity = uLook[0].w;
   diffuse = uLook[0].rgb;
   ambient = uLook[2].rgb;
   vec3 specular = uLook[1].rgb;
   float self = uLook[2].w;
-#ifdef BUMP
-  {
+  if (BUMP) {
     vec2 at = Coordinates(6, vUv), stepX = dFdx(at), stepY = dFdy(at);
     texel = texture(uMap[6], at + stepX);
     float right = Value();
@@ -754,51 +739,37 @@ void main() {
     float up = Value();
     Take(uMap[6], 6, vUv);
     float here = Value();
-    vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint), fromX = cross(alongY, N), fromY = cross(N, alongX);
+    vec3 fromX = cross(alongY, N), fromY = cross(N, alongX);
     float area = dot(alongX, fromX);
     // Heights are measured in tiles of the map, so a bump looks the same whatever the model's units are.
     float tile = sqrt(abs(area) / max(abs(stepX.x * stepY.y - stepX.y * stepY.x), 1e-20));
-    vec3 slope = (area < 0. ? -1. : 1.) * ((right - here) * fromX + (up - here) * fromY);
-    N = abs(area) * N - .03 * amount * tile * slope;
-    N *= inversesqrt(max(dot(N, N), 1e-30));
+    vec3 slope = sign(area) * ((right - here) * fromX + (up - here) * fromY);
+    N = Unit(abs(area) * N - .03 * amount * tile * slope);
   }
-#endif
-#ifdef TEXTURE
-  Lay(uMap[0], 0);
-#endif
-#ifdef TEXTURE2
-  Lay(uMap[1], 1);
-#endif
-#ifdef OPACITY
-  Take(uMap[2], 2, vUv);
-  opacity = mix(opacity, Value(), amount);
-#endif
+  if (TEXTURE) Lay(uMap[0], 0);
+  if (TEXTURE2) Lay(uMap[1], 1);
+  if (OPACITY) {
+    Take(uMap[2], 2, vUv);
+    opacity = mix(opacity, Value(), amount);
+  }
   // Nearly clear is clear, as pictures of lossy formats mean it.
   if (opacity < 5.5 / 255.) opacity = 0.;
-#ifdef SPECULAR
-  Take(uMap[3], 3, vUv);
-  specular = mix(specular, Colour() * map[2].x, amount);
-#endif
-#ifdef SHININESS
-  Take(uMap[4], 4, vUv);
-  specular *= mix(1., Value(), amount);
-#endif
-#ifdef SELFILLUMINATION
-  Take(uMap[5], 5, vUv);
-  self = mix(self, Value(), amount);
-#endif
-#ifdef TINTED
-  specular *= diffuse;
-#endif
-#ifdef SOLID
-  if (opacity * 255. < 249.5) discard;
-  opacity = 1.;
-#endif
-#ifdef TRANSLUCENT
-  if (opacity * 255. >= 249.5) discard;
-#endif
+  if (SPECULAR) {
+    Take(uMap[3], 3, vUv);
+    specular = mix(specular, Colour() * map[2].x, amount);
+  }
+  if (SHININESS) {
+    Take(uMap[4], 4, vUv);
+    specular *= mix(1., Value(), amount);
+  }
+  if (SELFILLUMINATION) {
+    Take(uMap[5], 5, vUv);
+    self = mix(self, Value(), amount);
+  }
+  if (TINTED) specular *= diffuse;
+  if (SOLID || TRANSLUCENT) if ((opacity * 255. < 249.5) == SOLID) discard;
+  if (SOLID) opacity = 1.;
   vec3 color = self * diffuse + uLook[3].rgb * ambient;
-#ifdef LIGHTS
   for (int i = 0; i < LIGHTS; ++i) {
     mat4 lamp = uLights[i];
     vec3 L = lamp[0].xyz - vPoint;
@@ -808,33 +779,27 @@ void main() {
     light *= clamp((lamp[3].x - distance) / (lamp[3].x - lamp[2].w), 0., 1.);
     float facing = max(dot(N, L), 0.);
     vec3 reflected = diffuse * facing;
-#ifdef GLOSSY
-    vec3 H = L + V;
-    float highlight = max(dot(N, H * inversesqrt(max(dot(H, H), 1e-20))), 1e-4);
-    if (facing > 0.) reflected += specular * pow(highlight, uLook[1].w);
-#endif
+    if (GLOSSY) if (facing > 0.) reflected += specular * pow(max(dot(N, Unit(L + V)), 1e-4), uLook[1].w);
     color += light * reflected;
   }
-#else
-  float facing = max(dot(N, V), 0.);
-  color += diffuse * facing;
-#ifdef GLOSSY
-  color += specular * pow(max(facing, 1e-4), uLook[1].w);
-#endif
-#endif
-#ifdef REFLECTION
-  vec3 R = reflect(-V, N);
-  // The picture's rows count downwards.
-  Take(uMap[7], 7, vec2(atan(R.y, R.x) * .15915494, -asin(clamp(R.z, -1., 1.)) * .31830989) + .5);
-  color += Colour() * amount;
-#endif
+  if (LIGHTS < 1) {
+    float facing = max(dot(N, V), 0.);
+    color += diffuse * facing;
+    if (GLOSSY) color += specular * pow(max(facing, 1e-4), uLook[1].w);
+  }
+  if (REFLECTION) {
+    vec3 R = reflect(-V, N);
+    // The picture's rows count downwards.
+    Take(uMap[7], 7, vec2(atan(R.y, R.x) * .15915494, -asin(clamp(R.z, -1., 1.)) * .31830989) + .5);
+    color += Colour() * amount;
+  }
   // Multiplied here, as a colour is clipped at white before the blending: highlights on glass would lose theirs.
   oColor = vec4(color * opacity, opacity);
 }
 `;
 
   // shaders/surface.vert
-  var surface_default2 = "// Coordinates are the file's axes after the turning of the model, with the eye as origin.\nuniform mat4 uModelView, uProjection;\nuniform mat3 uNormal;\nuniform vec2 uMorph;\nlayout(location = 0) in vec3 aPosition;\nlayout(location = 1) in vec3 aNormal;\nlayout(location = 2) in vec2 aUv;\nlayout(location = 3) in vec3 aFace;\nlayout(location = 4) in vec3 aPosition1;\nlayout(location = 5) in vec3 aNormal1;\nlayout(location = 6) in vec3 aPosition2;\nlayout(location = 7) in vec3 aNormal2;\nout vec3 vPoint, vNormal;\nout vec2 vUv;\nvoid main() {\n  vec3 at = aPosition;\n  vec3 normal = aNormal;\n#ifdef MORPH\n  at += uMorph.x * aPosition1 + uMorph.y * aPosition2;\n  normal += uMorph.x * aNormal1 + uMorph.y * aNormal2;\n#endif\n  vec4 point = uModelView * vec4(at, 1);\n  vPoint = point.xyz;\n  vNormal = uNormal * normal;\n  vUv = aUv;\n  gl_Position = uProjection * point;\n#if defined(LINES) && !defined(TWO_SIDED)\n  // Lines have no back side of their own: those of triangles that face away go out of the picture.\n  if (dot(uNormal * aFace, vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);\n#endif\n}\n";
+  var surface_default2 = "// Coordinates are the file's axes after the turning of the model, with the eye as origin.\nuniform mat4 uModelView, uProjection;\nuniform mat3 uNormal;\nuniform vec2 uMorph;\nlayout(location = 0) in vec3 aPosition;\nlayout(location = 1) in vec3 aNormal;\nlayout(location = 2) in vec2 aUv;\nlayout(location = 3) in vec3 aFace;\nlayout(location = 4) in vec3 aPosition1;\nlayout(location = 5) in vec3 aNormal1;\nlayout(location = 6) in vec3 aPosition2;\nlayout(location = 7) in vec3 aNormal2;\nout vec3 vPoint, vNormal;\nout vec2 vUv;\nvoid main() {\n  vec3 at = aPosition;\n  vec3 normal = aNormal;\n  if (MORPH) {\n    at += uMorph.x * aPosition1 + uMorph.y * aPosition2;\n    normal += uMorph.x * aNormal1 + uMorph.y * aNormal2;\n  }\n  vec4 point = uModelView * vec4(at, 1);\n  vPoint = point.xyz;\n  vNormal = uNormal * normal;\n  vUv = aUv;\n  gl_Position = uProjection * point;\n  // Lines have no back side of their own: those of triangles that face away go out of the picture.\n  if (LINES && !TWO_SIDED) if (dot(uNormal * aFace, vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);\n}\n";
 
   // src/geometry.ts
   var kFace = 3;
@@ -900,8 +865,8 @@ void main() {
           count: list.length,
           indexType: list.BYTES_PER_ELEMENT === 2 ? 5123 /* UnsignedShort */ : 5125 /* UnsignedInt */,
           hasUv: TEXCOORD_0 !== void 0,
-          low: reach(position.min, Math.min, "min"),
-          high: reach(position.max, Math.max, "max"),
+          low: reach(position.min, min, "min"),
+          high: reach(position.max, max, "max"),
           sorted: sorted ? { positions: numbersOf(gltf, position), indices } : void 0,
           targets
         };
@@ -922,7 +887,7 @@ void main() {
   function readNodes(json) {
     const nodes = json.nodes.map((n) => ({ ...n, world: kIdentity }));
     nodes.forEach((node, i) => {
-      if (!node.parent) node.matrix = [...kIdentity];
+      if (!node.parent) node.matrix = kIdentity;
       for (const child of node.children ?? []) {
         demand(child > i);
         nodes[child].parent = node;
@@ -932,37 +897,39 @@ void main() {
   }
   function placeNodes(nodes) {
     for (const node of nodes) {
-      const { matrix, translation = [0, 0, 0], rotation = [0, 0, 0, 1], scale = [1, 1, 1], parent } = node;
-      const own = matrix ?? placed(translation, rotation, scale);
+      const { matrix, translation, rotation, scale, parent } = node;
+      const own = matrix ?? placed(rotation, translation, scale);
       node.world = parent ? product(parent.world, own) : own;
     }
   }
-  var originOf = (node) => point(node.world, [0, 0, 0]);
+  var originOf = (node) => column(node.world, 12);
 
   // src/lights.ts
   var kMostLights = 8;
   var kEverywhere = 1e30;
   var kNowhere = [0, 0, 0];
-  var strength = ({ color, multiplier = 1 }) => color.reduce((sum, c) => sum + Math.abs(c * multiplier), 0);
+  var strength = ({ color, multiplier = 1 }) => color.reduce((sum, c) => sum + abs(c * multiplier), 0);
   var cosOfHalf = (coneDeg = 0) => Math.cos(coneDeg / 2 * kDegree);
-  var strongest = (lights, headlight) => lights.sort((a, b) => strength(b) - strength(a)).slice(0, kMostLights - +headlight);
-  function lightUniforms(lights, nodes, headlight, toEye) {
-    const enlarged = Math.cbrt(Math.abs(normalMatrix(toEye)[1]));
-    const result = lights.flatMap(({ node, target = -1, spot, color, multiplier = 1, attenuate, inner = 0, outer = 0, hotspotDeg, falloffDeg }) => {
-      const at = point(toEye, originOf(nodes[node]));
+  var kHeadlight = { node: -1, color: [1, 1, 1] };
+  var strongest = (lights, headlight) => [
+    ...lights.sort((a, b) => strength(b) - strength(a)).slice(0, kMostLights - +headlight),
+    ...headlight && lights.length ? [kHeadlight] : []
+  ];
+  function lightUniforms(lights, nodes, toEye) {
+    const enlarged = Math.cbrt(abs(normalMatrix(toEye)[1]));
+    return lights.flatMap(({ node, target = -1, spot, color, multiplier = 1, attenuate, inner = 0, outer = 0, hotspotDeg, falloffDeg }) => {
+      const at = node < 0 ? kNowhere : point(toEye, originOf(nodes[node]));
       const way = spot ? normalized(sub(point(toEye, originOf(nodes[target])), at)) : kNowhere;
       const cosOuter = spot ? cosOfHalf(falloffDeg) : -3;
-      const cosInner = spot ? Math.max(cosOfHalf(hotspotDeg), cosOuter + 1e-4) : -2;
+      const cosInner = spot ? max(cosOfHalf(hotspotDeg), cosOuter + 1e-4) : -2;
       const from = attenuate ? inner * enlarged : kEverywhere;
-      const to = attenuate ? Math.max(outer * enlarged, from + 1e-6 * (1 + from)) : 2 * kEverywhere;
+      const to = attenuate ? max(outer * enlarged, from + 1e-6 * (1 + from)) : 2 * kEverywhere;
       return [...at, cosOuter, ...way, cosInner, ...scaled(color, multiplier), from, to, 0, 0, 0];
     });
-    if (headlight) result.push(...kNowhere, -3, ...kNowhere, -2, 1, 1, 1, kEverywhere, 2 * kEverywhere, 0, 0, 0);
-    return result;
   }
 
   // src/material.ts
-  var kMaps = ["texture", "texture2", "opacity", "specular", "shininess", "selfIllumination", "bump", "reflection"];
+  var kMaps = "texture texture2 opacity specular shininess selfIllumination bump reflection".split(" ");
   var kOpacity = 2;
   var kSpecular = 3;
   var kShininess = 4;
@@ -984,22 +951,20 @@ void main() {
     };
   }
   function lookOf(m, twoSided, lines) {
-    const { strength: strength2 = 0, opacity = 1, additive = false, shading, specular, diffuse, ambient, exponent } = m;
+    const { strength: strength2 = 0, opacity = 1, additive = false, shading, specular } = m;
     const glossy = strength2 > 0;
     const maps = kMaps.map((name, kind) => mapOf(kind, m.maps?.[name], strength2));
     if (!glossy) maps[kSpecular] = maps[kShininess] = void 0;
-    const line = lines || !!m.wire || shading === "wire";
+    const line = !!(lines || m.wire || shading === "wire");
     return {
-      ambient,
-      diffuse,
+      ...m,
       specular: specular.map((x) => x * strength2),
-      exponent,
       self: m.selfIllumination ?? 0,
       opacity,
       glossy,
       metal: glossy && shading === "metal",
       flat: shading === "flat" && !line,
-      twoSided: twoSided || !!m.twoSided,
+      twoSided: !!(twoSided || m.twoSided),
       lines: line,
       additive,
       blended: !!m.blend || additive,
@@ -1025,7 +990,7 @@ void main() {
       if (depth < low) low = depth;
       if (depth > high) high = depth;
     }
-    const steps = Math.min(count * 8, 65535);
+    const steps = min(count * 8, 65535);
     const start = new Uint32Array(steps + 2);
     const keyOf2 = (t) => (high > low ? (high - depths[t]) * steps / (high - low) : 0) | 0;
     for (let t = 0; t < count; t++) start[keyOf2(t) + 1]++;
@@ -1047,14 +1012,12 @@ void main() {
       const anyMap = maps.includes(true);
       const twoSided = look.twoSided && !look.flat;
       const flags = [...maps, look.glossy, metal && anyMap, look.flat, twoSided, pixels === 1 /* Solid */, pixels === 2 /* Translucent */];
-      const names = [...kMaps.map((name) => name.toUpperCase()), "GLOSSY", "TINTED", "FLAT", "TWO_SIDED", "SOLID", "TRANSLUCENT", "MAPS", "LINES", "MORPH", "LIGHTS " + lights];
-      const defines = names.filter((_, i) => [...flags, anyMap, look.lines, geometry.targets.length, lights][i]);
       return {
         node,
         geometry,
         look,
         material,
-        program: compile(defines),
+        program: compile([geometry.targets.length > 0, look.lines, lights, ...flags]),
         key: flags.reduce((sum, flag, i) => sum + (flag ? 1 << i : 0), 0),
         specular: metal && !anyMap ? specular.map((x, i) => x * diffuse[i]) : specular,
         depth: 0
@@ -1083,13 +1046,14 @@ void main() {
   var drawPart = (gl, { geometry: { mode, count, indexType } }) => gl.drawElements(mode, count, indexType, 0);
 
   // src/program.ts
-  function makeProgram(gl, vertex, fragment, defines = []) {
+  var kMacros = "MORPH LINES LIGHTS TEXTURE TEXTURE2 OPACITY SPECULAR SHININESS SELFILLUMINATION BUMP REFLECTION GLOSSY TINTED FLAT TWO_SIDED SOLID TRANSLUCENT".split(" ");
+  function makeProgram(gl, vertex, fragment, macros) {
     const program = gl.createProgram();
     const uniforms = {};
     let checked = false;
     const compile = (kind, source) => {
       const shader = gl.createShader(kind);
-      gl.shaderSource(shader, ["#version 300 es", ...defines.map((d) => "#define " + d), source].join("\n"));
+      gl.shaderSource(shader, ["#version 300 es", ...kMacros.map((name, i) => `#define ${name} ${macros[i] ?? false}`), source].join("\n"));
       gl.compileShader(shader);
       gl.attachShader(program, shader);
     };
@@ -1104,11 +1068,12 @@ void main() {
         demand(gl.getProgramParameter(program, 35714 /* LinkStatus */) || gl.isContextLost());
         gl.uniform1iv(gl.getUniformLocation(program, "uMap"), [0, 1, 2, 3, 4, 5, 6, 7]);
       },
-      set(name, components, values) {
-        const at = uniforms[name] ??= gl.getUniformLocation(program, name);
-        if (components === 16) gl.uniformMatrix4fv(at, false, values);
-        else if (components === 9) gl.uniformMatrix3fv(at, false, values);
-        else gl.uniform2fv(at, values);
+      uniform(name, values) {
+        if (uniforms[name] === void 0) uniforms[name] = gl.getUniformLocation(program, name);
+        const at = uniforms[name];
+        if (values.length === 2) gl.uniform2fv(at, values);
+        else if (values.length === 9) gl.uniformMatrix3fv(at, false, values);
+        else gl.uniformMatrix4fv(at, false, values);
       }
     };
   }
@@ -1118,7 +1083,7 @@ void main() {
   var keyOf = ({ texture, alpha, wrap }, unit) => [texture, alpha, wrap, unit === kReflection].join();
   async function loadTextures(gl, gltf, looks) {
     const { textures = [], images = [] } = gltf.json;
-    const anisotropy = !isSoftware(gl) && gl.getExtension("EXT_texture_filter_anisotropic") ? kAnisotropy : 1;
+    const anisotropic = !isSoftware(gl) && gl.getExtension("EXT_texture_filter_anisotropic");
     const loaded = {};
     const load = async ({ texture, alpha, wrap }, unit) => {
       const { bufferView, mimeType } = images[textures[texture].source];
@@ -1134,9 +1099,8 @@ void main() {
       gl.generateMipmap(3553 /* Texture2d */);
       set(10242 /* WrapS */, wrap);
       set(10243 /* WrapT */, wrap);
-      if (unit === kReflection) set(10241 /* MinFilter */, 9729 /* Linear */);
-      else set(10241 /* MinFilter */, 9987 /* LinearMipmapLinear */);
-      if (anisotropy > 1) set(34046 /* Anisotropy */, anisotropy);
+      set(10241 /* MinFilter */, unit === kReflection ? 9729 /* Linear */ : 9987 /* LinearMipmapLinear */);
+      if (anisotropic) set(34046 /* Anisotropy */, kAnisotropy);
       return made;
     };
     const found = {};
@@ -1164,16 +1128,16 @@ void main() {
   }
 
   // src/renderer.ts
+  var kClear = [0, 0, 0, 0];
   async function makeRenderer(gl, scene, seen, settings) {
     const { gltf } = scene;
     const { wire, doubleSided, background, backgroundPicture } = settings;
-    const looks = (gltf.json.materials ?? []).map((m) => lookOf(m.extras.orbivue, doubleSided || !!m.doubleSided, wire));
+    const looks = (gltf.json.materials ?? []).map((m) => lookOf(m.extras.orbivue, doubleSided || m.doubleSided, wire));
     const textured = loadTextures(gl, gltf, looks);
     const maker = geometryMaker(gl, gltf);
     const programs = {};
-    const lightCount = scene.lights.length && scene.lights.length + +scene.headlight;
-    const compile = (defines) => programs[defines.join()] ??= makeProgram(gl, surface_default2, surface_default, defines);
-    const { opaque, blended } = await makeParts(gltf, scene.nodes, looks, maker, lightCount, compile, textured);
+    const compile = (macros) => programs[macros.join()] ??= makeProgram(gl, surface_default2, surface_default, macros);
+    const { opaque, blended } = await makeParts(gltf, scene.nodes, looks, maker, scene.lights.length, compile, textured);
     const bindMaps = await textured;
     gltf.views = [];
     let toEye;
@@ -1184,40 +1148,40 @@ void main() {
     let look;
     const extentOf = ({ node, geometry: { low, high } }) => {
       const r = rowTimes(depthRow, node.world);
-      return [0, 1, 2].reduce(
-        ([middle, half], i) => [middle + r[i] * (low[i] + high[i]) / 2, half + Math.abs(r[i] * (high[i] - low[i])) / 2],
-        [r[3], 0]
-      );
+      return [dot(r, add(low, high)) / 2 + r[3], dot(r.map(abs), sub(high, low)) / 2];
     };
     const depths = () => {
       let [nearest, farthest] = [Infinity, -Infinity];
       for (const part of [...opaque, ...blended]) {
         const [middle, half] = extentOf(part);
         part.depth = middle;
-        nearest = Math.min(nearest, middle - half);
-        farthest = Math.max(farthest, middle + half);
+        nearest = min(nearest, middle - half);
+        farthest = max(farthest, middle + half);
       }
       return [nearest, farthest];
     };
-    const aim = () => {
+    const begin = (x, y, width, height, [r, g, b, a]) => {
       const { camera } = seen;
       const model = modelOf(seen);
-      toEye = movedTo(model, sub([model[12], model[13], model[14]], eyeOf(camera)));
-      depthRow = rowTimes([...camera.back.map((x) => -x), 0], toEye);
+      toEye = movedTo(model, sub(column(model, 12), eyeOf(camera)));
+      depthRow = rowTimes([...camera.backward.map((x2) => -x2), 0], toEye);
       toClip = projection(camera, depthRange(camera, ...depths()));
-      lights = lightUniforms(scene.lights, scene.nodes, scene.headlight, toEye);
+      lights = lightUniforms(scene.lights, scene.nodes, toEye);
       program = look = void 0;
       gl.enable(2929 /* DepthTest */);
       gl.disable(3042 /* Blend */);
       gl.depthMask(true);
+      gl.viewport(x, y, width, height);
+      gl.clearColor(r, g, b, a);
+      gl.clear(16384 /* ColorBit */ | 256 /* DepthBit */);
     };
     const useProgram = (next) => {
       if (program === next) return;
       next.use();
       program = next;
       look = void 0;
-      next.set("uProjection", 16, toClip);
-      if (lightCount) next.set("uLights", 16, lights);
+      next.uniform("uProjection", toClip);
+      if (lights.length) next.uniform("uLights", lights);
     };
     const cull = (on, side2 = 1029 /* Back */) => {
       gl[on ? "enable" : "disable"](2884 /* CullFace */);
@@ -1227,23 +1191,23 @@ void main() {
       if (look === next) return;
       look = next;
       const { diffuse, opacity, exponent, ambient, self, maps } = next;
-      p.set("uLook", 16, [...diffuse, opacity, ...specular, exponent, ...ambient, self, ...scene.ambientLight, 0]);
-      p.set("uMaps", 16, maps.flatMap((map) => map?.uniform ?? kIdentity));
+      p.uniform("uLook", [...diffuse, opacity, ...specular, exponent, ...ambient, self, ...scene.ambientLight, 0]);
+      p.uniform("uMaps", maps.flatMap((map) => map?.uniform ?? kIdentity));
       bindMaps(next);
       cull(!next.twoSided);
     };
     const placePart = (p, { node, geometry }) => {
       const m = product(toEye, node.world);
-      p.set("uModelView", 16, m);
+      p.uniform("uModelView", m);
       const [normal, determinant] = normalMatrix(m);
-      p.set("uNormal", 9, normal);
+      p.uniform("uNormal", normal);
       gl.frontFace(determinant < 0 ? 2304 /* Cw */ : 2305 /* Ccw */);
       gl.bindVertexArray(geometry.vao);
       if (!geometry.targets.length) return;
       const weights = node.weights ?? [];
-      const chosen = weights.map((_, i) => i).sort((a, b) => Math.abs(weights[b]) - Math.abs(weights[a])).slice(0, 2);
+      const chosen = [...weights.keys()].sort((a, b) => abs(weights[b]) - abs(weights[a])).slice(0, 2);
       maker.mixWith(geometry, chosen);
-      p.set("uMorph", 2, [weights[chosen[0]] || 0, weights[chosen[1]] || 0]);
+      p.uniform("uMorph", [weights[chosen[0]] || 0, weights[chosen[1]] || 0]);
     };
     const prepare = (part) => {
       useProgram(part.program);
@@ -1282,26 +1246,18 @@ void main() {
         cull(!twoSided);
       }
     };
-    const depthProgram = makeProgram(gl, surface_default2, depth_default);
+    const depthProgram = makeProgram(gl, surface_default2, depth_default, [true]);
     const pixel = onePixel(gl);
     return {
       draw() {
-        const { drawingBufferWidth: width, drawingBufferHeight: height } = gl;
-        gl.viewport(0, 0, width, height);
-        aim();
-        if (backgroundPicture) gl.clearColor(0, 0, 0, 0);
-        else gl.clearColor(...background, 1);
-        gl.clear(16384 /* ColorBit */ | 256 /* DepthBit */);
+        begin(0, 0, gl.drawingBufferWidth, gl.drawingBufferHeight, backgroundPicture ? kClear : [...background, 1]);
         drawOpaque();
         drawBlended();
       },
       depthAt(x, y) {
-        const { width, height } = seen.camera;
+        const { viewWidth: width, viewHeight: height } = seen.camera;
         gl.bindFramebuffer(36160 /* Framebuffer */, pixel);
-        gl.viewport(-Math.floor(x), Math.floor(y) + 1 - height, width, height);
-        aim();
-        gl.clearColor(0, 0, 0, 0);
-        gl.clear(16384 /* ColorBit */ | 256 /* DepthBit */);
+        begin(-Math.floor(x), Math.floor(y) + 1 - height, width, height, kClear);
         gl.depthFunc(513 /* Less */);
         useProgram(depthProgram);
         for (const part of [...opaque, ...blended]) {
@@ -1338,14 +1294,13 @@ void main() {
     const nodes = readNodes(json);
     const channels = readChannels(gltf, nodes);
     const extras = json.scenes[json.scene ?? 0].extras.orbivue;
-    const { headlight = false, ambientLight = [0, 0, 0], bounds, cameras = [], frames = { first: 0, last: 0, current: 0 } } = extras;
+    const { headlight = false, lights = [], ambientLight = [0, 0, 0], bounds, cameras = [], frames = { first: 0, last: 0, current: 0 } } = extras;
     const scene = {
       gltf,
       nodes,
-      lights: strongest(extras.lights ?? [], headlight),
-      headlight,
+      lights: strongest(lights, headlight),
       ambientLight,
-      bounds: { center: bounds.center, radius: Math.max(bounds.radius || 1, ...bounds.center.map((x) => Math.abs(x) / 1e6)) },
+      bounds: { center: bounds.center, radius: max(bounds.radius || 1, ...bounds.center.map((x) => abs(x) / 1e6)) },
       frames,
       animated: channels.length > 0 && frames.last > frames.first,
       cameraNames: cameras.map((c) => c.name),
@@ -1375,7 +1330,7 @@ void main() {
     iso: [kNear],
     reset: ["M5 5v5h5M5.5 10a7 7 0 1 1-.3 4.5"],
     play: ["", "M8 5l11 7-11 7z"],
-    pause: ["", "M7 5h4v14H7zM13 5h4v14h-4z"],
+    pause: ["", "M7 5h2v14H7zM15 5h2v14h-2z"],
     fullscreen: ["M4 9V4h5M15 4h5v5M20 15v5h-5M9 20H4v-5"],
     download: ["M12 4v11M7 10l5 5 5-5M5 20h14"]
   };
@@ -1389,9 +1344,9 @@ void main() {
   }
   function makeToolbar(bar, { texts, camerasBar, download }, scene, actions) {
     const stops = [];
-    const name = (element, key) => element.setAttribute("aria-label", element.title = texts[key]);
+    const name = (element, key) => label(element, element.title = texts[key]);
     const add2 = (tag, key, properties) => {
-      const element = Object.assign(document.createElement(tag), properties);
+      const element = make(tag, properties);
       name(element, key);
       bar.append(element);
       if (tag !== "input") stops.push(element);
@@ -1401,7 +1356,8 @@ void main() {
     const stopAt = (element) => {
       if (stops.includes(element)) for (const other of stops) other.tabIndex = other === element ? 0 : -1;
     };
-    const presets = camerasBar ? Object.keys(kPresets).map((preset) => button(kPresets[preset][0], () => actions.preset(preset))) : [];
+    const sides = Object.keys(kPresets);
+    const presets = camerasBar ? sides.map((preset) => button(kPresets[preset][0], () => actions.preset(preset))) : [];
     let cameras;
     if (camerasBar && scene.cameraNames.length) {
       const list = cameras = add2("select", "cameras", { onchange: () => list.value && actions.fileCamera(+list.value) });
@@ -1413,7 +1369,7 @@ void main() {
     const slider = play && add2("input", "frame", { type: "range", min: "" + first, max: "" + last, oninput: () => actions.frame(+slider.value) });
     if (document.fullscreenEnabled) button("fullscreen", toggleFullScreen);
     if (download) add2("a", "download", { href: download, download: "", innerHTML: icon("download") });
-    bar.setAttribute("aria-label", texts.toolbar);
+    label(bar, texts.toolbar);
     bar.addEventListener("focusin", (event) => stopAt(event.target));
     bar.onkeydown = (event) => {
       const at = stops.indexOf(event.target);
@@ -1425,7 +1381,7 @@ void main() {
     stopAt(stops[0]);
     return {
       show(preset, camera, frame, playing) {
-        presets.forEach((made, i) => made.setAttribute("aria-pressed", "" + (Object.keys(kPresets)[i] === preset)));
+        presets.forEach((made, i) => made.setAttribute("aria-pressed", "" + (sides[i] === preset)));
         if (cameras) cameras.value = camera < 0 ? "" : "" + camera;
         if (slider) slider.value = "" + Math.round(frame);
         const key = playing ? "pause" : "play";
@@ -1467,7 +1423,7 @@ void main() {
     const tick = (now) => {
       if (playing) {
         const length2 = frames.last - frames.first;
-        const passed = Math.min(last ? now - last : 0, kLongestMs) * kFramesPerSecond / 1e3;
+        const passed = min(last ? now - last : 0, kLongestMs) * kFramesPerSecond / 1e3;
         frame = frames.first + (frame - frames.first + passed) % length2;
         showFrame();
         showControls();
@@ -1484,8 +1440,8 @@ void main() {
     };
     const fit = () => {
       const { clientWidth: width, clientHeight: height } = canvas;
-      const ratio = Math.min(devicePixelRatio, kMostPixelsOfPixel);
-      Object.assign(seen.camera, { width: width || 1, height: height || 1 });
+      const ratio = min(devicePixelRatio, kMostPixelsOfPixel);
+      Object.assign(seen.camera, { viewWidth: width || 1, viewHeight: height || 1 });
       const [w, h] = [width, height].map((size) => Math.round(size * ratio) || 1);
       if (canvas.width === w && canvas.height === h) return;
       Object.assign(canvas, { width: w, height: h });
@@ -1520,7 +1476,7 @@ void main() {
       changed();
     };
     const setFrame = (to) => {
-      frame = Math.min(Math.max(to, frames.first), frames.last);
+      frame = min(max(to, frames.first), frames.last);
       showFrame();
       play(false);
     };
@@ -1529,9 +1485,9 @@ void main() {
     const showBox = (b) => {
       box?.remove();
       if (!b) return;
-      box = Object.assign(document.createElement("div"), { className: "box" });
-      const [left, top] = [Math.min(b.x0, b.x1), Math.min(b.y0, b.y1)];
-      box.style.cssText = `left:${left}px;top:${top}px;width:${Math.abs(b.x1 - b.x0)}px;height:${Math.abs(b.y1 - b.y0)}px`;
+      box = make("div", { className: "box" });
+      const [left, top] = [min(b.x0, b.x1), min(b.y0, b.y1)];
+      box.style.cssText = `left:${left}px;top:${top}px;width:${abs(b.x1 - b.x0)}px;height:${abs(b.y1 - b.y0)}px`;
       canvas.after(box);
     };
     const bar = makeToolbar(toolbar, settings, scene, { preset, fileCamera: lookThrough, reset, togglePlaying, frame: setFrame });
@@ -1589,7 +1545,7 @@ void main() {
   var find = (selector) => document.querySelector(selector);
   async function show(api2) {
     const settings = JSON.parse(find("#settings").textContent);
-    const { texts, title, model, backgroundPicture } = settings;
+    const { texts, title, backgroundPicture } = settings;
     const status = find("[role=status]");
     const stage = {
       canvas: find("canvas"),
@@ -1597,14 +1553,14 @@ void main() {
       say: (text) => void (status.textContent = text)
     };
     const { canvas, say } = stage;
-    const fill = (key, what) => texts[key].replace("%1", () => what);
-    canvas.setAttribute("aria-label", fill("canvas", title || model));
+    const named = (key) => texts[key].replace("%1", () => title);
+    label(canvas, named("canvas"));
     try {
       const gl = canvas.getContext("webgl2");
       if (backgroundPicture) canvas.style.background = `url("${encodeURI(backgroundPicture)}") 50%/cover rgb(${settings.background.map((x) => x * 255)})`;
       if (!gl) throw new Trouble("noWebGL");
       Object.assign(api2, await view(await sceneBytes(settings), settings, stage, gl));
-      say(fill("shown", title || model));
+      say(named("shown"));
       document.body.dataset.ready = "";
       return api2;
     } catch (error) {

@@ -4,11 +4,8 @@ in vec2 vUv;
 out vec4 oColor;
 // Diffuse and opacity; specular and exponent; ambient and self-illumination; the scene's ambient light.
 uniform mat4 uLook;
-#ifdef LIGHTS
 // Position and outer cosine; direction and inner cosine; colour and inner range; outer range.
-uniform mat4 uLights[LIGHTS];
-#endif
-#ifdef MAPS
+uniform mat4 uLights[LIGHTS + 1];
 uniform sampler2D uMap[8];
 // Rows of the coordinates' transform, each with amount and "not tiled"; weights of the channels; sign and bias.
 uniform mat4 uMaps[8];
@@ -32,10 +29,8 @@ float Value() {
 vec3 Colour() {
   return texel.rgb * map[3].x + map[3].y;
 }
-#endif
 vec3 diffuse, ambient;
 float opacity;
-#if defined(TEXTURE) || defined(TEXTURE2)
 // Lays a picture over the colours. What its alpha weighs: z lets them show, w makes transparent.
 void Lay(sampler2D picture, int i) {
   Take(picture, i, vUv);
@@ -46,26 +41,21 @@ void Lay(sampler2D picture, int i) {
   ambient = mix(ambient, Colour(), amount);
   opacity *= mix(1., texel.a, amount * map[2].w);
 }
-#endif
+// A zero vector stays zero instead of becoming undefined.
+vec3 Unit(vec3 v) {
+  return v * inversesqrt(max(dot(v, v), 1e-30));
+}
 void main() {
   vec3 V = normalize(-vPoint);
-#ifdef FLAT
-  vec3 N = normalize(cross(dFdx(vPoint), dFdy(vPoint)));
-#else
-  // A zero normal stays zero instead of becoming undefined.
-  vec3 N = vNormal * inversesqrt(max(dot(vNormal, vNormal), 1e-30));
-#ifdef TWO_SIDED
+  vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint), N = FLAT ? normalize(cross(alongX, alongY)) : Unit(vNormal);
   // By the normal, not by the winding: neighbours of such surfaces are often wound against each other.
-  if (dot(N, V) < 0.) N = -N;
-#endif
-#endif
+  if (TWO_SIDED) if (dot(N, V) < 0.) N = -N;
   opacity = uLook[0].w;
   diffuse = uLook[0].rgb;
   ambient = uLook[2].rgb;
   vec3 specular = uLook[1].rgb;
   float self = uLook[2].w;
-#ifdef BUMP
-  {
+  if (BUMP) {
     vec2 at = Coordinates(6, vUv), stepX = dFdx(at), stepY = dFdy(at);
     texel = texture(uMap[6], at + stepX);
     float right = Value();
@@ -73,51 +63,37 @@ void main() {
     float up = Value();
     Take(uMap[6], 6, vUv);
     float here = Value();
-    vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint), fromX = cross(alongY, N), fromY = cross(N, alongX);
+    vec3 fromX = cross(alongY, N), fromY = cross(N, alongX);
     float area = dot(alongX, fromX);
     // Heights are measured in tiles of the map, so a bump looks the same whatever the model's units are.
     float tile = sqrt(abs(area) / max(abs(stepX.x * stepY.y - stepX.y * stepY.x), 1e-20));
-    vec3 slope = (area < 0. ? -1. : 1.) * ((right - here) * fromX + (up - here) * fromY);
-    N = abs(area) * N - .03 * amount * tile * slope;
-    N *= inversesqrt(max(dot(N, N), 1e-30));
+    vec3 slope = sign(area) * ((right - here) * fromX + (up - here) * fromY);
+    N = Unit(abs(area) * N - .03 * amount * tile * slope);
   }
-#endif
-#ifdef TEXTURE
-  Lay(uMap[0], 0);
-#endif
-#ifdef TEXTURE2
-  Lay(uMap[1], 1);
-#endif
-#ifdef OPACITY
-  Take(uMap[2], 2, vUv);
-  opacity = mix(opacity, Value(), amount);
-#endif
+  if (TEXTURE) Lay(uMap[0], 0);
+  if (TEXTURE2) Lay(uMap[1], 1);
+  if (OPACITY) {
+    Take(uMap[2], 2, vUv);
+    opacity = mix(opacity, Value(), amount);
+  }
   // Nearly clear is clear, as pictures of lossy formats mean it.
   if (opacity < 5.5 / 255.) opacity = 0.;
-#ifdef SPECULAR
-  Take(uMap[3], 3, vUv);
-  specular = mix(specular, Colour() * map[2].x, amount);
-#endif
-#ifdef SHININESS
-  Take(uMap[4], 4, vUv);
-  specular *= mix(1., Value(), amount);
-#endif
-#ifdef SELFILLUMINATION
-  Take(uMap[5], 5, vUv);
-  self = mix(self, Value(), amount);
-#endif
-#ifdef TINTED
-  specular *= diffuse;
-#endif
-#ifdef SOLID
-  if (opacity * 255. < 249.5) discard;
-  opacity = 1.;
-#endif
-#ifdef TRANSLUCENT
-  if (opacity * 255. >= 249.5) discard;
-#endif
+  if (SPECULAR) {
+    Take(uMap[3], 3, vUv);
+    specular = mix(specular, Colour() * map[2].x, amount);
+  }
+  if (SHININESS) {
+    Take(uMap[4], 4, vUv);
+    specular *= mix(1., Value(), amount);
+  }
+  if (SELFILLUMINATION) {
+    Take(uMap[5], 5, vUv);
+    self = mix(self, Value(), amount);
+  }
+  if (TINTED) specular *= diffuse;
+  if (SOLID || TRANSLUCENT) if ((opacity * 255. < 249.5) == SOLID) discard;
+  if (SOLID) opacity = 1.;
   vec3 color = self * diffuse + uLook[3].rgb * ambient;
-#ifdef LIGHTS
   for (int i = 0; i < LIGHTS; ++i) {
     mat4 lamp = uLights[i];
     vec3 L = lamp[0].xyz - vPoint;
@@ -127,26 +103,20 @@ void main() {
     light *= clamp((lamp[3].x - distance) / (lamp[3].x - lamp[2].w), 0., 1.);
     float facing = max(dot(N, L), 0.);
     vec3 reflected = diffuse * facing;
-#ifdef GLOSSY
-    vec3 H = L + V;
-    float highlight = max(dot(N, H * inversesqrt(max(dot(H, H), 1e-20))), 1e-4);
-    if (facing > 0.) reflected += specular * pow(highlight, uLook[1].w);
-#endif
+    if (GLOSSY) if (facing > 0.) reflected += specular * pow(max(dot(N, Unit(L + V)), 1e-4), uLook[1].w);
     color += light * reflected;
   }
-#else
-  float facing = max(dot(N, V), 0.);
-  color += diffuse * facing;
-#ifdef GLOSSY
-  color += specular * pow(max(facing, 1e-4), uLook[1].w);
-#endif
-#endif
-#ifdef REFLECTION
-  vec3 R = reflect(-V, N);
-  // The picture's rows count downwards.
-  Take(uMap[7], 7, vec2(atan(R.y, R.x) * .15915494, -asin(clamp(R.z, -1., 1.)) * .31830989) + .5);
-  color += Colour() * amount;
-#endif
+  if (LIGHTS < 1) {
+    float facing = max(dot(N, V), 0.);
+    color += diffuse * facing;
+    if (GLOSSY) color += specular * pow(max(facing, 1e-4), uLook[1].w);
+  }
+  if (REFLECTION) {
+    vec3 R = reflect(-V, N);
+    // The picture's rows count downwards.
+    Take(uMap[7], 7, vec2(atan(R.y, R.x) * .15915494, -asin(clamp(R.z, -1., 1.)) * .31830989) + .5);
+    color += Colour() * amount;
+  }
   // Multiplied here, as a colour is clipped at white before the blending: highlights on glass would lose theirs.
   oColor = vec4(color * opacity, opacity);
 }

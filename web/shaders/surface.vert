@@ -15,17 +15,15 @@ out vec2 vUv;
 void main() {
   vec3 at = aPosition;
   vec3 normal = aNormal;
-#ifdef MORPH
-  at += uMorph.x * aPosition1 + uMorph.y * aPosition2;
-  normal += uMorph.x * aNormal1 + uMorph.y * aNormal2;
-#endif
+  if (MORPH) {
+    at += uMorph.x * aPosition1 + uMorph.y * aPosition2;
+    normal += uMorph.x * aNormal1 + uMorph.y * aNormal2;
+  }
   vec4 point = uModelView * vec4(at, 1);
   vPoint = point.xyz;
   vNormal = uNormal * normal;
   vUv = aUv;
   gl_Position = uProjection * point;
-#if defined(LINES) && !defined(TWO_SIDED)
   // Lines have no back side of their own: those of triangles that face away go out of the picture.
-  if (dot(uNormal * aFace, vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);
-#endif
+  if (LINES && !TWO_SIDED) if (dot(uNormal * aFace, vPoint) >= 0.) gl_Position = vec4(2, 2, 2, 1);
 }

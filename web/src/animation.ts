@@ -3,6 +3,7 @@ import type { Path } from './format.ts';
 import { accessorOf, numbersOf, type Gltf } from './gltf.ts';
 import type { SceneNode } from './nodes.ts';
 import { demand } from './texts.ts';
+import { abs, min } from './vector.ts';
 
 export const kFramesPerSecond = 30;
 
@@ -53,7 +54,7 @@ export function sample({ times, values, step, path }: Track, time: number): numb
   const to = values.subarray(key * n + n, key * n + 2 * n);
   if (path === 'rotation') {
     const cosine = from.reduce((sum, x, i) => sum + x * to[i], 0);
-    const angle = Math.acos(Math.min(Math.abs(cosine), 1));
+    const angle = Math.acos(min(abs(cosine), 1));
     const sine = Math.sin(angle);
     if (sine > 1e-4) [a, b] = [Math.sin(a * angle) / sine, Math.sin(b * angle) / sine];
     // The short way round.

@@ -2,7 +2,7 @@
 import type { SeenView } from './format.ts';
 import type { Mat4 } from './matrix.ts';
 import type { TextKey } from './texts.ts';
-import { add, clamp, cross, dot, kDegree, length, normalized, scaled, sub, type Vec3 } from './vector.ts';
+import { abs, add, clamp, cross, dot, kDegree, length, max, min, normalized, scaled, sub, type Vec3 } from './vector.ts';
 
 const kPresetTanY = Math.tan(22.5 * kDegree);
 /** Half the visible height, in radii. */
@@ -47,18 +47,18 @@ export interface Box {
 export interface Camera {
   name: string;
   /** The model's sphere. */
-  center: Vec3;
-  radius: number;
+  modelCenter: Vec3;
+  modelRadius: number;
   /** Of the view, in pixels. */
-  width: number;
-  height: number;
+  viewWidth: number;
+  viewHeight: number;
   target: Vec3;
   /** Unit vector from the target to the eye. */
-  back: Vec3;
+  backward: Vec3;
   up: Vec3;
   /** A preset. */
   fits: boolean;
-  zoom: number;
+  zoomed: number;
   /** From the eye to the target at zoom 1, where nothing is fitted. */
   own: number;
   /** Half of what is to be seen at distance 1; x is 0 where only y counts. */
@@ -67,26 +67,26 @@ export interface Camera {
 }
 
 export function newCamera(center: Vec3, radius: number): Camera {
-  const camera = { center, radius, width: 4, height: 3, own: radius } as Camera;
+  const camera = { modelCenter: center, modelRadius: radius, viewWidth: 4, viewHeight: 3, own: radius } as Camera;
   setPreset(camera, 'iso_cam');
   return camera;
 }
 
-const aspectOf = (c: Camera): number => c.width / c.height;
+const aspectOf = (c: Camera): number => c.viewWidth / c.viewHeight;
 
 function fitting(radius: number, aspect: number): number {
-  const t = kPresetTanY * Math.min(1, aspect);
+  const t = kPresetTanY * min(1, aspect);
   return (radius * Math.sqrt(1 + t * t)) / t;
 }
 
 export function setPreset(c: Camera, name: string): void {
   const [, back, up = [0, 0, 1]] = kPresets[name];
-  Object.assign(c, { name, back, up, target: c.center, fits: true, zoom: 1, tanX: 0, tanY: kPresetTanY });
+  Object.assign(c, { name, backward: back, up, target: c.modelCenter, fits: true, zoomed: 1, tanX: 0, tanY: kPresetTanY });
 }
 
 /** Looks through a camera of the file. */
 export function setFileCamera(c: Camera, camera: FileCamera): void {
-  Object.assign(c, { name: camera.name, fits: false, zoom: 1, tanX: 0 });
+  Object.assign(c, { name: camera.name, fits: false, zoomed: 1, tanX: 0 });
   follow(c, camera);
 }
 
@@ -94,13 +94,13 @@ export function setFileCamera(c: Camera, camera: FileCamera): void {
 export function follow(c: Camera, { name, eye, target, rollDeg, fovDeg }: FileCamera): void {
   if (name !== c.name || c.fits) return;
   const sight = sub(target, eye);
-  c.own = length(sight) || c.radius;
+  c.own = length(sight) || c.modelRadius;
   c.target = add(eye, sight);
-  c.back = scaled(normalized(sight), -1);
+  c.backward = scaled(normalized(sight), -1);
   // As lib3ds has it: straight up or down, up is -x.
   const right = normalized(cross(sight, sight[0] || sight[1] ? [0, 0, 1] : [-1, 0, 0]));
   const roll = rollDeg * kDegree;
-  c.up = sub(scaled(cross(c.back, right), Math.cos(roll)), scaled(right, Math.sin(roll)));
+  c.up = sub(scaled(cross(c.backward, right), Math.cos(roll)), scaled(right, Math.sin(roll)));
   c.tanY = (Math.tan((clamp(fovDeg, 0.1, 175) * kDegree) / 2) * 3) / 4;
 }
 
@@ -113,20 +113,20 @@ export function setSeen(c: Camera, { eye, target, up, fovYDeg, size, camera, pre
     const tanY = Math.tan((fovYDeg * kDegree) / 2);
     Object.assign(c, { name: camera, target, fits: false, own: length(sight), tanX: tanY * aspect, tanY });
   }
-  c.zoom = c.fits ? length(sight) / fitting(c.radius, aspect) : 1;
-  c.back = normalized(sight);
+  c.zoomed = c.fits ? length(sight) / fitting(c.modelRadius, aspect) : 1;
+  c.backward = normalized(sight);
   c.up = up;
 }
 
-export const distanceOf = (c: Camera): number => c.zoom * (c.fits ? fitting(c.radius, aspectOf(c)) : c.own);
-export const eyeOf = (c: Camera): Vec3 => add(c.target, scaled(c.back, distanceOf(c)));
+export const distanceOf = (c: Camera): number => c.zoomed * (c.fits ? fitting(c.modelRadius, aspectOf(c)) : c.own);
+export const eyeOf = (c: Camera): Vec3 => add(c.target, scaled(c.backward, distanceOf(c)));
 /** The tangent of half the vertical field of view. */
-export const tanOf = (c: Camera): number => Math.max(c.tanY, c.tanX / aspectOf(c));
+export const tanOf = (c: Camera): number => max(c.tanY, c.tanX / aspectOf(c));
 
 /** The camera's own axes: right, up, backwards. */
-export function axesOf({ back, up }: Pick<Camera, 'back' | 'up'>): [Vec3, Vec3, Vec3] {
+export function axesOf({ backward: back, up }: Pick<Camera, 'backward' | 'up'>): [Vec3, Vec3, Vec3] {
   let right = cross(up, back);
-  if (length(right) < 1e-9) right = cross(Math.abs(back[2]) < 0.9 ? [0, 0, 1] : [0, 1, 0], back);
+  if (length(right) < 1e-9) right = cross(abs(back[2]) < 0.9 ? [0, 0, 1] : [0, 1, 0], back);
   right = normalized(right);
   return [right, cross(back, right), back];
 }
@@ -137,53 +137,53 @@ export const zoomBy = (c: Camera, step: number): void => setDistance(c, distance
 /** The eye never passes the target, and what is seen stays between limits. */
 export function setDistance(c: Camera, distance: number): void {
   const now = distanceOf(c);
-  const most = c.radius / tanOf(c);
+  const most = c.modelRadius / tanOf(c);
   // A camera of the file may stand beyond the limits: it is not pulled back, only kept from going further.
-  const nearest = Math.min(now, Math.max(kSmallestSeen * most, c.radius / 1000));
-  if (distance > 0) c.zoom *= clamp(distance, nearest, Math.max(now, kLargestSeen * most)) / now;
+  const nearest = min(now, max(kSmallestSeen * most, c.modelRadius / 1000));
+  if (distance > 0) c.zoomed *= clamp(distance, nearest, max(now, kLargestSeen * most)) / now;
 }
 
 /** The way from the eye through a point of the view (pixels, y down), of length 1 along the line of sight. */
 export function rayOf(c: Camera, x: number, y: number): Vec3 {
   const [right, up, back] = axesOf(c);
-  const size = (2 * tanOf(c)) / c.height;
-  return sub(add(scaled(right, (x - c.width / 2) * size), scaled(up, (c.height / 2 - y) * size)), back);
+  const size = (2 * tanOf(c)) / c.viewHeight;
+  return sub(add(scaled(right, (x - c.viewWidth / 2) * size), scaled(up, (c.viewHeight / 2 - y) * size)), back);
 }
 
 /** A side of a box, inside the view and not smaller than it may be. */
 function side(a: number, b: number, most: number, wider: number): [number, number] {
-  const [middle, half] = [(a + b) / 2, (Math.abs(a - b) / 2) * wider];
-  return [Math.max(0, middle - half), Math.min(most, middle + half)];
+  const [middle, half] = [(a + b) / 2, (abs(a - b) / 2) * wider];
+  return [max(0, middle - half), min(most, middle + half)];
 }
 
 /** The part of the view inside the box fills the view: the eye stays, turns to the middle of the box, and sees less. False for
  * a box without area. */
 export function zoomTo(c: Camera, { x0, y0, x1, y1 }: Box): boolean {
-  const larger = Math.min(c.width / Math.abs(x1 - x0), c.height / Math.abs(y1 - y0));
-  const wider = Math.max(1, larger / kMaxBoxZoom);
-  const [l, r] = side(x0, x1, c.width, wider);
-  const [t, b] = side(y0, y1, c.height, wider);
+  const larger = min(c.viewWidth / abs(x1 - x0), c.viewHeight / abs(y1 - y0));
+  const wider = max(1, larger / kMaxBoxZoom);
+  const [l, r] = side(x0, x1, c.viewWidth, wider);
+  const [t, b] = side(y0, y1, c.viewHeight, wider);
   if (!(r > l && b > t && isFinite(larger))) return false;
   const eye = eyeOf(c);
   const middle = rayOf(c, (l + r) / 2, (t + b) / 2);
   // The picture's own up vector: with the scene's, looking aside from steep above would also roll the picture.
-  const turned = { back: scaled(normalized(middle), -1), up: axesOf(c)[1] };
+  const turned = { backward: scaled(normalized(middle), -1), up: axesOf(c)[1] };
   const [right, up, back] = axesOf(turned);
   const corners = [rayOf(c, l, t), rayOf(c, r, t), rayOf(c, l, b), rayOf(c, r, b)];
-  const seen = (axis: Vec3): number => Math.max(...corners.map((v) => Math.abs(dot(v, axis) / dot(v, back))));
+  const seen = (axis: Vec3): number => max(...corners.map((v) => abs(dot(v, axis) / dot(v, back))));
   const own = distanceOf(c) * length(middle);
   // It is no camera of the file any longer, whose movements it would follow.
-  Object.assign(c, turned, { name: '', fits: false, zoom: 1, own, target: sub(eye, scaled(back, own)), tanX: seen(right), tanY: seen(up) });
+  Object.assign(c, turned, { name: '', fits: false, zoomed: 1, own, target: sub(eye, scaled(back, own)), tanX: seen(right), tanY: seen(up) });
   return true;
 }
 
 /** The planes between which is drawn, for the depths (along the line of sight) of the nearest and the farthest point. */
 export function depthRange(c: Camera, nearest: number, farthest: number): [number, number] {
-  const far = farthest > 0 ? farthest * 1.01 : c.radius;
+  const far = farthest > 0 ? farthest * 1.01 : c.modelRadius;
   // Something far off may not cut away what the camera was placed for.
-  const framed = Math.max(dot(sub(eyeOf(c), c.center), c.back) - c.radius, c.radius / 1000);
-  const near = Math.max(Math.min(nearest * 0.99, far), Math.min(far * kNearOfFar, framed));
-  return [near, Math.max(far, near * 1.001)];
+  const framed = max(dot(sub(eyeOf(c), c.modelCenter), c.backward) - c.modelRadius, c.modelRadius / 1000);
+  const near = max(min(nearest * 0.99, far), min(far * kNearOfFar, framed));
+  return [near, max(far, near * 1.001)];
 }
 
 /** Of points whose origin is the eye, with the axes of the scene. */

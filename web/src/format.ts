@@ -13,19 +13,18 @@ export interface SeenView {
   size: readonly [number, number];
   model?: readonly number[];
   camera: string;
-  preset: boolean;
+  preset?: boolean;
 }
 
 export interface Settings {
   title: string;
-  model: string;
   background: readonly [number, number, number];
   backgroundPicture?: string;
   view: SeenView;
   frame?: number;
-  wire: boolean;
-  doubleSided: boolean;
-  camerasBar: boolean;
+  wire?: boolean;
+  doubleSided?: boolean;
+  camerasBar?: boolean;
   download?: string;
   files?: { scene: string; script: string };
   texts: Record<string, string>;
@@ -88,7 +87,6 @@ export interface SceneExtras {
   lights?: LightExtras[];
   cameras?: CameraExtras[];
   frames?: { first: number; last: number; current: number };
-  animated?: boolean;
 }
 
 export interface AccessorJson {
@@ -130,7 +128,7 @@ export interface NodeJson {
   translation?: number[];
   rotation?: number[];
   scale?: number[];
-  matrix?: number[];
+  matrix?: readonly number[];
   weights?: number[];
   mesh?: number;
 }

@@ -4,7 +4,7 @@ import { Gl, type Context } from './gl.ts';
 import { accessorOf, indicesOf, numbersOf, viewBytes, type Accessor, type Gltf } from './gltf.ts';
 import type { Indices } from './sorting.ts';
 import { demand } from './texts.ts';
-import { cross, normalized, sub, type Vec3 } from './vector.ts';
+import { cross, max, min, normalized, sub, type Vec3 } from './vector.ts';
 
 /** Where the shader takes the normals of triangles from, and the first of two shapes. */
 const kFace = 3;
@@ -17,8 +17,8 @@ export interface Geometry {
   count: number;
   indexType: number;
   hasUv: boolean;
-  low: readonly number[];
-  high: readonly number[];
+  low: Vec3;
+  high: Vec3;
   /** Of primitives that are sorted. */
   sorted?: { positions: Float32Array; indices: Indices };
   /** Shapes that it changes into: positions and normals. */
@@ -90,16 +90,16 @@ export function geometryMaker(gl: Context, gltf: Gltf): GeometryMaker {
       if (!lines) attributes.forEach((a, location) => a && pointAt(location, a));
       const list = lines ? asLines(attributes, indices) : indices;
       fill(Gl.ElementArrayBuffer, list as Uint32Array<ArrayBuffer>, sorted ? Gl.DynamicDraw : Gl.StaticDraw);
-      const reach = (from: number[], outer: (...v: number[]) => number, which: 'min' | 'max'): number[] =>
-        targets.reduce((sum, [t]) => sum.map((x, i) => x + outer(0, t?.[which][i] ?? 0)), from);
+      const reach = (from: number[], outer: (...v: number[]) => number, which: 'min' | 'max') =>
+        targets.reduce((sum, [t]) => sum.map((x, i) => x + outer(0, t?.[which][i] ?? 0)), from) as unknown as Vec3;
       return {
         vao,
         mode: lines ? Gl.Lines : Gl.Triangles,
         count: list.length,
         indexType: list.BYTES_PER_ELEMENT === 2 ? Gl.UnsignedShort : Gl.UnsignedInt,
         hasUv: TEXCOORD_0 !== undefined,
-        low: reach(position.min, Math.min, 'min'),
-        high: reach(position.max, Math.max, 'max'),
+        low: reach(position.min, min, 'min'),
+        high: reach(position.max, max, 'max'),
         sorted: sorted ? { positions: numbersOf(gltf, position), indices } : undefined,
         targets,
       };

@@ -55,7 +55,7 @@ const between = (a: Place, b: Place): number => Math.hypot(a.x - b.x, a.y - b.y)
 export interface Gestures {
   /** time: milliseconds. */
   down(press: Press, time: number): void;
-  move(id: number, x: number, y: number): void;
+  move(id: number, now: Place): void;
   /** cancelled: the system has taken the pointer away, and nothing is zoomed to. */
   up(id: number, cancelled?: boolean): void;
   /** notches: of a wheel, towards the user above 0. at: the place to zoom to, else the middle. */
@@ -75,10 +75,6 @@ export function makeGestures(seen: Seen, listener: GestureListener): Gestures {
   /** When the last press was a click. */
   let clicked = -Infinity;
 
-  const turning = (from: Place): typeof drag => {
-    const follow = trackball(seen, from.x, from.y);
-    return ({ x, y }) => follow(x, y);
-  };
   const end = (): void => {
     if (box) listener.boxed();
     drag = box = undefined;
@@ -101,7 +97,7 @@ export function makeGestures(seen: Seen, listener: GestureListener): Gestures {
     else if (!p.button && p.ctrl) drag = boxing;
     else if (!p.button) {
       if (again) listener.centered(p);
-      drag = turning(p);
+      drag = trackball(seen, p);
     }
   };
 
@@ -112,9 +108,8 @@ export function makeGestures(seen: Seen, listener: GestureListener): Gestures {
       if (pointers.size < 2) single(p, time);
       else clicked = -Infinity;
     },
-    move(id, x, y) {
+    move(id, now) {
       const last = pointers.get(id);
-      const now = { x, y };
       if (!last || !between(now, last)) return;
       if (between(now, press) > kClickPx) clicked = -Infinity;
       const [other] = [...pointers].filter(([key]) => key !== id);
@@ -130,7 +125,7 @@ export function makeGestures(seen: Seen, listener: GestureListener): Gestures {
       if (chosen && !cancelled && zoomToBox(seen, chosen)) listener.moved();
       // The finger that stays goes on turning.
       const [rest] = pointers.values();
-      if (rest) drag = turning(rest);
+      if (rest) drag = trackball(seen, rest);
     },
     wheel(notches, at) {
       if (pointers.size || !isFinite(notches)) return;

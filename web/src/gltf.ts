@@ -56,7 +56,10 @@ function unpack(gltf: Gltf, { count, byteStride, mode, filter, ...at }: PackedJs
     return new Uint8Array(byteStride === 2 ? new Uint16Array(indices).buffer : indices.buffer);
   }
   const bytes = decodeAttributes(count, byteStride, source);
-  if (filter === 'OCTAHEDRAL') filterOctahedral(bytes, byteStride);
+  if (filter === 'OCTAHEDRAL') {
+    demand(byteStride === 4);
+    filterOctahedral(bytes);
+  }
   if (filter === 'EXPONENTIAL') filterExponential(bytes);
   return bytes;
 }

@@ -14,7 +14,7 @@ const kIcons: Record<string, readonly [string, string?]> = {
   iso: [kNear],
   reset: ['M5 5v5h5M5.5 10a7 7 0 1 1-.3 4.5'],
   play: ['', 'M8 5l11 7-11 7z'],
-  pause: ['', 'M7 5h4v14H7zM13 5h4v14h-4z'],
+  pause: ['', 'M7 5h2v14H7zM15 5h2v14h-2z'],
   fullscreen: ['M4 9V4h5M15 4h5v5M20 15v5h-5M9 20H4v-5'],
   download: ['M12 4v11M7 10l5 5 5-5M5 20h14'],
 };

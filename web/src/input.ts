@@ -13,7 +13,7 @@ export function listen(canvas: HTMLCanvasElement, gestures: Gestures, keys: Reco
     canvas.setPointerCapture(event.pointerId);
     gestures.down({ ...place(event), id: event.pointerId, button: event.button, ctrl: event.ctrlKey, shift: event.shiftKey }, event.timeStamp);
   };
-  canvas.onpointermove = (event) => gestures.move(event.pointerId, event.offsetX, event.offsetY);
+  canvas.onpointermove = (event) => gestures.move(event.pointerId, place(event));
   canvas.onpointerup = (event) => gestures.up(event.pointerId);
   canvas.onpointercancel = canvas.onlostpointercapture = (event) => gestures.up(event.pointerId, true);
   // The middle button would scroll the page, and the right one with Shift open a menu after panning.

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+import { label } from './dom.ts';
 import type { OrbivueApi, Settings } from './format.ts';
 import { sceneBytes } from './scene_data.ts';
 import { Trouble, type TextKey } from './texts.ts';
@@ -8,7 +9,7 @@ const find = (selector: string): HTMLElement => document.querySelector<HTMLEleme
 
 async function show(api: OrbivueApi): Promise<OrbivueApi> {
   const settings = JSON.parse(find('#settings').textContent!) as Settings;
-  const { texts, title, model, backgroundPicture } = settings;
+  const { texts, title, backgroundPicture } = settings;
   const status = find('[role=status]');
   const stage: Stage = {
     canvas: find('canvas') as HTMLCanvasElement,
@@ -16,14 +17,14 @@ async function show(api: OrbivueApi): Promise<OrbivueApi> {
     say: (text) => void (status.textContent = text),
   };
   const { canvas, say } = stage;
-  const fill = (key: TextKey, what: string): string => texts[key].replace('%1', () => what);
-  canvas.setAttribute('aria-label', fill('canvas', title || model));
+  const named = (key: TextKey): string => texts[key].replace('%1', () => title);
+  label(canvas, named('canvas'));
   try {
     const gl = canvas.getContext('webgl2');
     if (backgroundPicture) canvas.style.background = `url("${encodeURI(backgroundPicture)}") 50%/cover rgb(${settings.background.map((x) => x * 255)})`;
     if (!gl) throw new Trouble('noWebGL');
     Object.assign(api, await view(await sceneBytes(settings), settings, stage, gl));
-    say(fill('shown', title || model));
+    say(named('shown'));
     document.body.dataset.ready = '';
     return api;
   } catch (error) {

@@ -4,7 +4,7 @@ import { Gl } from './gl.ts';
 import type { Vec3 } from './vector.ts';
 
 /** The maps of a material in the order of their texture units. */
-export const kMaps = ['texture', 'texture2', 'opacity', 'specular', 'shininess', 'selfIllumination', 'bump', 'reflection'];
+export const kMaps = 'texture texture2 opacity specular shininess selfIllumination bump reflection'.split(' ');
 const kOpacity = 2;
 const kSpecular = 3;
 const kShininess = 4;
@@ -65,23 +65,21 @@ function mapOf(kind: number, m: MapExtras | undefined, strength: number): MapLoo
 }
 
 /** twoSided, lines: whatever the material says. */
-export function lookOf(m: MaterialExtras, twoSided: boolean, lines: boolean): Look {
-  const { strength = 0, opacity = 1, additive = false, shading, specular, diffuse, ambient, exponent } = m;
+export function lookOf(m: MaterialExtras, twoSided?: boolean, lines?: boolean): Look {
+  const { strength = 0, opacity = 1, additive = false, shading, specular } = m;
   const glossy = strength > 0;
   const maps = kMaps.map((name, kind) => mapOf(kind, m.maps?.[name], strength));
   if (!glossy) maps[kSpecular] = maps[kShininess] = undefined;
-  const line = lines || !!m.wire || shading === 'wire';
+  const line = !!(lines || m.wire || shading === 'wire');
   return {
-    ambient,
-    diffuse,
+    ...m,
     specular: specular.map((x) => x * strength) as unknown as Vec3,
-    exponent,
     self: m.selfIllumination ?? 0,
     opacity,
     glossy,
     metal: glossy && shading === 'metal',
     flat: shading === 'flat' && !line,
-    twoSided: twoSided || !!m.twoSided,
+    twoSided: !!(twoSided || m.twoSided),
     lines: line,
     additive,
     blended: !!m.blend || additive,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-import { cross, dot, type Vec3 } from './vector.ts';
+import { add, cross, dot, type Vec3 } from './vector.ts';
 
 /** 4x4, column by column, in double precision: far from the origin a float's rounding errors would be seen. */
 export type Mat4 = readonly number[];
@@ -22,8 +22,11 @@ export function product(a: Mat4, b: Mat4): Mat4 {
 /** The same with another translation. */
 export const movedTo = (m: Mat4, [x, y, z]: Vec3): Mat4 => [...m.slice(0, 12), x, y, z, 1];
 
-/** From translation, rotation (quaternion x, y, z, w) and scale. */
-export function placed(t: readonly number[], [x, y, z, w]: readonly number[], [a, b, c]: readonly number[]): Mat4 {
+/** Three numbers of a column: 0, 4 or 8 where an axis goes, 12 the translation. */
+export const column = (m: Mat4, at: number): Vec3 => [m[at], m[at + 1], m[at + 2]];
+
+/** From rotation (quaternion x, y, z, w), translation and scale. */
+export function placed([x, y, z, w]: readonly number[] = [0, 0, 0, 1], t: readonly number[] = [0, 0, 0], [a, b, c]: readonly number[] = [1, 1, 1]): Mat4 {
   const linear = [1 - 2 * (y * y + z * z), 2 * (x * y + z * w), 2 * (x * z - y * w), 0, 2 * (x * y - z * w), 1 - 2 * (x * x + z * z)];
   linear.push(2 * (y * z + x * w), 0, 2 * (x * z + y * w), 2 * (y * z - x * w), 1 - 2 * (x * x + y * y), 0);
   return movedTo(linear.map((v, i) => v * (i < 4 ? a : i < 8 ? b : c)), t as unknown as Vec3);
@@ -31,12 +34,11 @@ export function placed(t: readonly number[], [x, y, z, w]: readonly number[], [a
 
 export const direction = (m: Mat4, [x, y, z]: Vec3): Vec3 => [0, 1, 2].map((i) => m[i] * x + m[i + 4] * y + m[i + 8] * z) as unknown as Vec3;
 /** Of a point, by an affine matrix. */
-export const point = (m: Mat4, [x, y, z]: Vec3): Vec3 =>
-  [0, 1, 2].map((i) => m[i] * x + m[i + 4] * y + m[i + 8] * z + m[i + 12]) as unknown as Vec3;
+export const point = (m: Mat4, v: Vec3): Vec3 => add(direction(m, v), column(m, 12));
 
 /** A 3x3 matrix for normals, of any length, and the determinant. Mirroring does not turn normals over. */
 export function normalMatrix(m: Mat4): [number[], number] {
-  const [a, b, c] = [0, 4, 8].map((at): Vec3 => [m[at], m[at + 1], m[at + 2]]);
+  const [a, b, c] = [0, 4, 8].map((at) => column(m, at));
   const determinant = dot(cross(a, b), c);
   // The cofactors are the inverse transposed times the determinant.
   const cofactors = [...cross(b, c), ...cross(c, a), ...cross(a, b)];

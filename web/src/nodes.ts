@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 import type { GltfJson, NodeJson } from './format.ts';
-import { kIdentity, placed, point, product, type Mat4 } from './matrix.ts';
+import { column, kIdentity, placed, product, type Mat4 } from './matrix.ts';
 import { demand } from './texts.ts';
 import type { Vec3 } from './vector.ts';
 
@@ -16,7 +16,7 @@ export function readNodes(json: GltfJson): SceneNode[] {
   // The root turns the file's axes into those of glTF, which is not wanted here.
   const nodes = json.nodes.map((n): SceneNode => ({ ...n, world: kIdentity }));
   nodes.forEach((node, i) => {
-    if (!node.parent) node.matrix = [...kIdentity];
+    if (!node.parent) node.matrix = kIdentity;
     for (const child of node.children ?? []) {
       demand(child > i);
       nodes[child].parent = node;
@@ -28,10 +28,10 @@ export function readNodes(json: GltfJson): SceneNode[] {
 /** Works out where all nodes are. */
 export function placeNodes(nodes: readonly SceneNode[]): void {
   for (const node of nodes) {
-    const { matrix, translation = [0, 0, 0], rotation = [0, 0, 0, 1], scale = [1, 1, 1], parent } = node;
-    const own = matrix ?? placed(translation, rotation, scale);
+    const { matrix, translation, rotation, scale, parent } = node;
+    const own = matrix ?? placed(rotation, translation, scale);
     node.world = parent ? product(parent.world, own) : own;
   }
 }
 
-export const originOf = (node: SceneNode): Vec3 => point(node.world, [0, 0, 0]);
+export const originOf = (node: SceneNode): Vec3 => column(node.world, 12);

@@ -2,7 +2,7 @@
 import type { Context } from './gl.ts';
 import type { Geometry, GeometryMaker } from './geometry.ts';
 import type { Gltf } from './gltf.ts';
-import { kMaps, kReflection, type Look } from './material.ts';
+import { kReflection, type Look } from './material.ts';
 import type { SceneNode } from './nodes.ts';
 import type { Program } from './program.ts';
 import { kMostSorted, type Indices } from './sorting.ts';
@@ -37,7 +37,7 @@ export interface Parts {
   blended: Part[];
 }
 
-/** Uploads what the nodes show. compile: a program for these macros. textured: when it is known which maps there are; pictures
+/** Uploads what the nodes show. compile: a program for the values of its macros. textured: when it is known which maps there are; pictures
  * are decoded while geometry is. */
 export async function makeParts(
   gltf: Gltf,
@@ -45,7 +45,7 @@ export async function makeParts(
   looks: readonly Look[],
   maker: GeometryMaker,
   lights: number,
-  compile: (defines: string[]) => Program,
+  compile: (macros: (boolean | number)[]) => Program,
   textured: Promise<unknown>,
 ): Promise<Parts> {
   const made: Record<string, Geometry> = {};
@@ -59,14 +59,12 @@ export async function makeParts(
     const anyMap = maps.includes(true);
     const twoSided = look.twoSided && !look.flat;
     const flags = [...maps, look.glossy, metal && anyMap, look.flat, twoSided, pixels === Pixels.Solid, pixels === Pixels.Translucent];
-    const names = [...kMaps.map((name) => name.toUpperCase()), 'GLOSSY', 'TINTED', 'FLAT', 'TWO_SIDED', 'SOLID', 'TRANSLUCENT', 'MAPS', 'LINES', 'MORPH', 'LIGHTS ' + lights];
-    const defines = names.filter((_, i) => [...flags, anyMap, look.lines, geometry.targets.length, lights][i]);
     return {
       node,
       geometry,
       look,
       material,
-      program: compile(defines),
+      program: compile([geometry.targets.length > 0, look.lines, lights, ...flags]),
       key: flags.reduce((sum, flag, i) => sum + (flag ? 1 << i : 0), 0),
       specular: metal && !anyMap ? specular.map((x, i) => x * diffuse[i]) : specular,
       depth: 0,

@@ -7,16 +7,20 @@ export interface Program {
   /** Whether it is linked is asked at the first use, so that programs are made beside each other. */
   use(): void;
   /** Sets two numbers, a 3x3 matrix (9) or 4x4 matrices (16). */
-  set(name: string, components: 2 | 9 | 16, values: readonly number[]): void;
+  uniform(name: string, values: readonly number[]): void;
 }
 
-export function makeProgram(gl: Context, vertex: string, fragment: string, defines: readonly string[] = []): Program {
+/** The macros of the shaders in the order of their values; those left out are false. */
+const kMacros =
+  'MORPH LINES LIGHTS TEXTURE TEXTURE2 OPACITY SPECULAR SHININESS SELFILLUMINATION BUMP REFLECTION GLOSSY TINTED FLAT TWO_SIDED SOLID TRANSLUCENT'.split(' ');
+
+export function makeProgram(gl: Context, vertex: string, fragment: string, macros: readonly (boolean | number)[]): Program {
   const program = gl.createProgram()!;
   const uniforms: Record<string, WebGLUniformLocation | null> = {};
   let checked = false;
   const compile = (kind: number, source: string): void => {
     const shader = gl.createShader(kind)!;
-    gl.shaderSource(shader, ['#version 300 es', ...defines.map((d) => '#define ' + d), source].join('\n'));
+    gl.shaderSource(shader, ['#version 300 es', ...kMacros.map((name, i) => `#define ${name} ${macros[i] ?? false}`), source].join('\n'));
     gl.compileShader(shader);
     gl.attachShader(program, shader);
   };
@@ -31,11 +35,12 @@ export function makeProgram(gl: Context, vertex: string, fragment: string, defin
       demand(gl.getProgramParameter(program, Gl.LinkStatus) || gl.isContextLost());
       gl.uniform1iv(gl.getUniformLocation(program, 'uMap'), [0, 1, 2, 3, 4, 5, 6, 7]);
     },
-    set(name, components, values) {
-      const at = (uniforms[name] ??= gl.getUniformLocation(program, name));
-      if (components === 16) gl.uniformMatrix4fv(at, false, values);
-      else if (components === 9) gl.uniformMatrix3fv(at, false, values);
-      else gl.uniform2fv(at, values);
+    uniform(name, values) {
+      if (uniforms[name] === undefined) uniforms[name] = gl.getUniformLocation(program, name);
+      const at = uniforms[name];
+      if (values.length === 2) gl.uniform2fv(at, values);
+      else if (values.length === 9) gl.uniformMatrix3fv(at, false, values);
+      else gl.uniformMatrix4fv(at, false, values);
     },
   };
 }

@@ -8,14 +8,16 @@ import { geometryMaker } from './geometry.ts';
 import { Gl, type Context } from './gl.ts';
 import { lightUniforms } from './lights.ts';
 import { lookOf, type Look } from './material.ts';
-import { kIdentity, movedTo, normalMatrix, product, rowTimes, type Mat4 } from './matrix.ts';
+import { column, kIdentity, movedTo, normalMatrix, product, rowTimes, type Mat4 } from './matrix.ts';
 import { drawPart, makeParts, type Part } from './parts.ts';
 import { makeProgram, type Program } from './program.ts';
 import type { Scene } from './scene.ts';
 import { modelOf, type Seen } from './seen.ts';
 import { orderBackToFront } from './sorting.ts';
 import { loadTextures } from './textures.ts';
-import { sub } from './vector.ts';
+import { abs, add, dot, max, min, sub } from './vector.ts';
+
+const kClear = [0, 0, 0, 0];
 
 /** Draws the scene as the desktop's engine does: opaque parts, then blended ones from back to front. */
 export interface Renderer {
@@ -28,13 +30,12 @@ export interface Renderer {
 export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settings: Settings): Promise<Renderer> {
   const { gltf } = scene;
   const { wire, doubleSided, background, backgroundPicture } = settings;
-  const looks = (gltf.json.materials ?? []).map((m) => lookOf(m.extras.orbivue, doubleSided || !!m.doubleSided, wire));
+  const looks = (gltf.json.materials ?? []).map((m) => lookOf(m.extras.orbivue, doubleSided || m.doubleSided, wire));
   const textured = loadTextures(gl, gltf, looks);
   const maker = geometryMaker(gl, gltf);
   const programs: Record<string, Program> = {};
-  const lightCount = scene.lights.length && scene.lights.length + +scene.headlight;
-  const compile = (defines: string[]): Program => (programs[defines.join()] ??= makeProgram(gl, surfaceVertex, surfaceFragment, defines));
-  const { opaque, blended } = await makeParts(gltf, scene.nodes, looks, maker, lightCount, compile, textured);
+  const compile = (macros: (boolean | number)[]): Program => (programs[macros.join()] ??= makeProgram(gl, surfaceVertex, surfaceFragment, macros));
+  const { opaque, blended } = await makeParts(gltf, scene.nodes, looks, maker, scene.lights.length, compile, textured);
   const bindMaps = await textured;
   // It is on the graphics card.
   gltf.views = [];
@@ -50,10 +51,7 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
   /** The depth of the middle, and half of the whole extent. */
   const extentOf = ({ node, geometry: { low, high } }: Part): [number, number] => {
     const r = rowTimes(depthRow, node.world);
-    return [0, 1, 2].reduce(
-      ([middle, half], i) => [middle + (r[i] * (low[i] + high[i])) / 2, half + Math.abs(r[i] * (high[i] - low[i])) / 2],
-      [r[3], 0],
-    );
+    return [dot(r, add(low, high)) / 2 + r[3], dot(r.map(abs), sub(high, low)) / 2];
   };
   /** Of the nearest and the farthest corner of what is shown. */
   const depths = (): [number, number] => {
@@ -61,24 +59,27 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
     for (const part of [...opaque, ...blended]) {
       const [middle, half] = extentOf(part);
       part.depth = middle;
-      nearest = Math.min(nearest, middle - half);
-      farthest = Math.max(farthest, middle + half);
+      nearest = min(nearest, middle - half);
+      farthest = max(farthest, middle + half);
     }
     return [nearest, farthest];
   };
 
-  /** Takes the view for what is drawn next. */
-  const aim = (): void => {
+  /** Takes the view for what is drawn next, at a place of the target, which gets a colour. */
+  const begin = (x: number, y: number, width: number, height: number, [r, g, b, a]: readonly number[]): void => {
     const { camera } = seen;
     const model = modelOf(seen);
-    toEye = movedTo(model, sub([model[12], model[13], model[14]], eyeOf(camera)));
-    depthRow = rowTimes([...camera.back.map((x) => -x), 0], toEye);
+    toEye = movedTo(model, sub(column(model, 12), eyeOf(camera)));
+    depthRow = rowTimes([...camera.backward.map((x) => -x), 0], toEye);
     toClip = projection(camera, depthRange(camera, ...depths()));
-    lights = lightUniforms(scene.lights, scene.nodes, scene.headlight, toEye);
+    lights = lightUniforms(scene.lights, scene.nodes, toEye);
     program = look = undefined;
     gl.enable(Gl.DepthTest);
     gl.disable(Gl.Blend);
     gl.depthMask(true);
+    gl.viewport(x, y, width, height);
+    gl.clearColor(r, g, b, a);
+    gl.clear(Gl.ColorBit | Gl.DepthBit);
   };
 
   const useProgram = (next: Program): void => {
@@ -86,8 +87,8 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
     next.use();
     program = next;
     look = undefined;
-    next.set('uProjection', 16, toClip);
-    if (lightCount) next.set('uLights', 16, lights);
+    next.uniform('uProjection', toClip);
+    if (lights.length) next.uniform('uLights', lights);
   };
   const cull = (on: boolean, side: number = Gl.Back): void => {
     gl[on ? 'enable' : 'disable'](Gl.CullFace);
@@ -97,25 +98,25 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
     if (look === next) return;
     look = next;
     const { diffuse, opacity, exponent, ambient, self, maps } = next;
-    p.set('uLook', 16, [...diffuse, opacity, ...specular, exponent, ...ambient, self, ...scene.ambientLight, 0]);
-    p.set('uMaps', 16, maps.flatMap((map) => map?.uniform ?? kIdentity));
+    p.uniform('uLook', [...diffuse, opacity, ...specular, exponent, ...ambient, self, ...scene.ambientLight, 0]);
+    p.uniform('uMaps', maps.flatMap((map) => map?.uniform ?? kIdentity));
     bindMaps(next);
     cull(!next.twoSided);
   };
   /** Where the part is, and its triangles. */
   const placePart = (p: Program, { node, geometry }: Part): void => {
     const m = product(toEye, node.world);
-    p.set('uModelView', 16, m);
+    p.uniform('uModelView', m);
     const [normal, determinant] = normalMatrix(m);
-    p.set('uNormal', 9, normal);
+    p.uniform('uNormal', normal);
     gl.frontFace(determinant < 0 ? Gl.Cw : Gl.Ccw);
     gl.bindVertexArray(geometry.vao);
     if (!geometry.targets.length) return;
     // The two shapes that count most.
     const weights = node.weights ?? [];
-    const chosen = weights.map((_, i) => i).sort((a, b) => Math.abs(weights[b]) - Math.abs(weights[a])).slice(0, 2);
+    const chosen = [...weights.keys()].sort((a, b) => abs(weights[b]) - abs(weights[a])).slice(0, 2);
     maker.mixWith(geometry, chosen);
-    p.set('uMorph', 2, [weights[chosen[0]] || 0, weights[chosen[1]] || 0]);
+    p.uniform('uMorph', [weights[chosen[0]] || 0, weights[chosen[1]] || 0]);
   };
   const prepare = (part: Part): void => {
     useProgram(part.program);
@@ -158,28 +159,21 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
     }
   };
 
-  const depthProgram = makeProgram(gl, surfaceVertex, depthFragment);
+  // It follows shapes that change.
+  const depthProgram = makeProgram(gl, surfaceVertex, depthFragment, [true]);
   const pixel = onePixel(gl);
   return {
     draw() {
-      const { drawingBufferWidth: width, drawingBufferHeight: height } = gl;
-      gl.viewport(0, 0, width, height);
-      aim();
       // A picture stands behind the canvas.
-      if (backgroundPicture) gl.clearColor(0, 0, 0, 0);
-      else gl.clearColor(...background, 1);
-      gl.clear(Gl.ColorBit | Gl.DepthBit);
+      begin(0, 0, gl.drawingBufferWidth, gl.drawingBufferHeight, backgroundPicture ? kClear : [...background, 1]);
       drawOpaque();
       drawBlended();
     },
     depthAt(x, y) {
-      const { width, height } = seen.camera;
+      const { viewWidth: width, viewHeight: height } = seen.camera;
       gl.bindFramebuffer(Gl.Framebuffer, pixel);
       // The pixel is the only one of the picture that has a place.
-      gl.viewport(-Math.floor(x), Math.floor(y) + 1 - height, width, height);
-      aim();
-      gl.clearColor(0, 0, 0, 0);
-      gl.clear(Gl.ColorBit | Gl.DepthBit);
+      begin(-Math.floor(x), Math.floor(y) + 1 - height, width, height, kClear);
       gl.depthFunc(Gl.Less);
       useProgram(depthProgram);
       for (const part of [...opaque, ...blended]) {

@@ -5,14 +5,13 @@ import type { LightExtras, SceneExtras } from './format.ts';
 import { readGltf, type Gltf } from './gltf.ts';
 import { strongest } from './lights.ts';
 import { originOf, placeNodes, readNodes, type SceneNode } from './nodes.ts';
-import type { Vec3 } from './vector.ts';
+import { abs, max, type Vec3 } from './vector.ts';
 
 /** What a page shows: the hierarchy at one frame, its lights and its cameras, in the file's coordinates. */
 export interface Scene {
   gltf: Gltf;
   nodes: SceneNode[];
   lights: LightExtras[];
-  headlight: boolean;
   ambientLight: Vec3;
   bounds: { center: Vec3; radius: number };
   frames: { first: number; last: number; current: number };
@@ -30,14 +29,13 @@ export function readScene(bytes: Uint8Array<ArrayBuffer>): Scene {
   const nodes = readNodes(json);
   const channels = readChannels(gltf, nodes);
   const extras: SceneExtras = json.scenes[json.scene ?? 0].extras.orbivue;
-  const { headlight = false, ambientLight = [0, 0, 0], bounds, cameras = [], frames = { first: 0, last: 0, current: 0 } } = extras;
+  const { headlight = false, lights = [], ambientLight = [0, 0, 0], bounds, cameras = [], frames = { first: 0, last: 0, current: 0 } } = extras;
   const scene: Scene = {
     gltf,
     nodes,
-    lights: strongest(extras.lights ?? [], headlight),
-    headlight,
+    lights: strongest(lights, headlight),
     ambientLight,
-    bounds: { center: bounds.center, radius: Math.max(bounds.radius || 1, ...bounds.center.map((x) => Math.abs(x) / 1e6)) },
+    bounds: { center: bounds.center, radius: max(bounds.radius || 1, ...bounds.center.map((x) => abs(x) / 1e6)) },
     frames,
     animated: channels.length > 0 && frames.last > frames.first,
     cameraNames: cameras.map((c) => c.name),

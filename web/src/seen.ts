@@ -11,23 +11,21 @@ export interface Seen {
   base: Mat4;
   /** After `base`: the model turns about the pivot, and then is shifted. */
   pivot: Vec3;
-  turn: Rotation;
+  turned: Rotation;
   shift: Vec3;
 }
 
 /** Puts the model where it is without turning and shifting. */
 export function place(seen: Seen, base: Mat4 = kIdentity): void {
-  Object.assign(seen, { base, turn: kNoRotation, shift: [0, 0, 0], pivot: point(base, seen.camera.target) });
+  Object.assign(seen, { base, turned: kNoRotation, shift: [0, 0, 0], pivot: point(base, seen.camera.target) });
 }
-
-const turnOf = ({ turn }: Seen): Mat4 => placed([0, 0, 0], turn, [1, 1, 1]);
 
 /** Where the middle of the trackball is seen. */
 export const ballOf = (seen: Seen): Vec3 => add(seen.pivot, seen.shift);
 
 /** From the scene to where it is seen. */
 export function modelOf(seen: Seen): Mat4 {
-  const turn = turnOf(seen);
+  const turn = placed(seen.turned);
   return product(movedTo(turn, sub(ballOf(seen), direction(turn, seen.pivot))), seen.base);
 }
 
@@ -36,9 +34,9 @@ export function modelOf(seen: Seen): Mat4 {
 export function pan(seen: Seen, right: number, down: number): void {
   const { camera } = seen;
   const [x, y, back] = axesOf(camera);
-  const depth = dot(sub(eyeOf(camera), point(modelOf(seen), camera.center)), back);
+  const depth = dot(sub(eyeOf(camera), point(modelOf(seen), camera.modelCenter)), back);
   const distance = distanceOf(camera);
-  const size = (2 * tanOf(camera) * (depth > 0.05 * distance ? depth : distance)) / camera.height;
+  const size = (2 * tanOf(camera) * (depth > 0.05 * distance ? depth : distance)) / camera.viewHeight;
   seen.shift = add(seen.shift, sub(scaled(x, right * size), scaled(y, down * size)));
 }
 
@@ -47,13 +45,12 @@ export function zoomAt(seen: Seen, step: number, x: number, y: number): void {
   const { camera } = seen;
   const before = distanceOf(camera);
   zoomBy(camera, step);
-  seen.shift = sub(seen.shift, scaled(add(rayOf(camera, x, y), camera.back), before - distanceOf(camera)));
+  seen.shift = sub(seen.shift, scaled(add(rayOf(camera, x, y), camera.backward), before - distanceOf(camera)));
 }
 
 /** A point, given as it is seen, becomes what the model turns about. */
 function turnAbout(seen: Seen, at: Vec3): void {
-  const back = placed([0, 0, 0], inverse(seen.turn), [1, 1, 1]);
-  seen.pivot = add(seen.pivot, direction(back, sub(at, ballOf(seen))));
+  seen.pivot = add(seen.pivot, direction(placed(inverse(seen.turned)), sub(at, ballOf(seen))));
   seen.shift = sub(at, seen.pivot);
 }
 
@@ -76,5 +73,5 @@ export function centerOn(seen: Seen, x: number, y: number, depth: number): void 
 /** By degrees to the right and up, as keys turn it. */
 export function turnBy(seen: Seen, rightDeg: number, upDeg: number): void {
   const [right, up] = axesOf(seen.camera);
-  seen.turn = combined(combined(rotationAbout(right, -upDeg * kDegree), rotationAbout(up, rightDeg * kDegree)), seen.turn);
+  seen.turned = combined(combined(rotationAbout(right, -upDeg * kDegree), rotationAbout(up, rightDeg * kDegree)), seen.turned);
 }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+import { min } from './vector.ts';
 
 /** Larger parts are drawn in the file's order: sorting them would cost more than drawing. */
 export const kMostSorted = 50000;
@@ -23,7 +24,7 @@ export function orderBackToFront(positions: Float32Array, indices: Indices, row:
     if (depth > high) high = depth;
   }
   // Counted by depth: the farthest first.
-  const steps = Math.min(count * 8, 65535);
+  const steps = min(count * 8, 65535);
   const start = new Uint32Array(steps + 2);
   const keyOf = (t: number): number => (high > low ? ((high - depths[t]) * steps) / (high - low) : 0) | 0;
   for (let t = 0; t < count; t++) start[keyOf(t) + 1]++;

@@ -12,7 +12,7 @@ const keyOf = ({ texture, alpha, wrap }: MapLook, unit: number): string => [text
  * whose picture cannot be decoded are taken out of the looks. */
 export async function loadTextures(gl: Context, gltf: Gltf, looks: readonly Look[]): Promise<(look: Look) => void> {
   const { textures = [], images = [] } = gltf.json;
-  const anisotropy = !isSoftware(gl) && gl.getExtension('EXT_texture_filter_anisotropic') ? kAnisotropy : 1;
+  const anisotropic = !isSoftware(gl) && gl.getExtension('EXT_texture_filter_anisotropic');
   const loaded: Record<string, Promise<WebGLTexture>> = {};
   const load = async ({ texture, alpha, wrap }: MapLook, unit: number): Promise<WebGLTexture> => {
     const { bufferView, mimeType } = images[textures[texture].source];
@@ -29,9 +29,8 @@ export async function loadTextures(gl: Context, gltf: Gltf, looks: readonly Look
     set(Gl.WrapS, wrap);
     set(Gl.WrapT, wrap);
     // Where the angle of a reflection jumps by a whole turn, a level that is too coarse would be chosen.
-    if (unit === kReflection) set(Gl.MinFilter, Gl.Linear);
-    else set(Gl.MinFilter, Gl.LinearMipmapLinear);
-    if (anisotropy > 1) set(Gl.Anisotropy, anisotropy);
+    set(Gl.MinFilter, unit === kReflection ? Gl.Linear : Gl.LinearMipmapLinear);
+    if (anisotropic) set(Gl.Anisotropy, kAnisotropy);
     return made;
   };
   const found: Record<string, WebGLTexture> = {};

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 import { kPresets } from './camera.ts';
+import { label, make } from './dom.ts';
 import type { Settings } from './format.ts';
 import { icon } from './icons.ts';
 import type { Scene } from './scene.ts';
@@ -28,9 +29,9 @@ function toggleFullScreen(): void {
 /** Fills the toolbar. Its buttons are one stop of the Tab key; arrow keys go from one to the next. */
 export function makeToolbar(bar: HTMLElement, { texts, camerasBar, download }: Settings, scene: Scene, actions: ToolbarActions): Toolbar {
   const stops: HTMLElement[] = [];
-  const name = (element: HTMLElement, key: TextKey): void => element.setAttribute('aria-label', (element.title = texts[key]));
+  const name = (element: HTMLElement, key: TextKey): void => label(element, (element.title = texts[key]));
   const add = <K extends keyof HTMLElementTagNameMap>(tag: K, key: TextKey, properties: Partial<HTMLElementTagNameMap[K]>): HTMLElementTagNameMap[K] => {
-    const element = Object.assign(document.createElement(tag), properties);
+    const element = make(tag, properties);
     name(element, key);
     bar.append(element);
     // Arrow keys move a slider, so that is a stop of its own.
@@ -42,7 +43,8 @@ export function makeToolbar(bar: HTMLElement, { texts, camerasBar, download }: S
     if (stops.includes(element)) for (const other of stops) other.tabIndex = other === element ? 0 : -1;
   };
 
-  const presets = camerasBar ? Object.keys(kPresets).map((preset) => button(kPresets[preset][0], () => actions.preset(preset))) : [];
+  const sides = Object.keys(kPresets);
+  const presets = camerasBar ? sides.map((preset) => button(kPresets[preset][0], () => actions.preset(preset))) : [];
   let cameras: HTMLSelectElement | undefined;
   if (camerasBar && scene.cameraNames.length) {
     const list = (cameras = add('select', 'cameras', { onchange: () => list.value && actions.fileCamera(+list.value) }));
@@ -55,7 +57,7 @@ export function makeToolbar(bar: HTMLElement, { texts, camerasBar, download }: S
   if (document.fullscreenEnabled) button('fullscreen', toggleFullScreen);
   if (download) add('a', 'download', { href: download, download: '', innerHTML: icon('download') });
 
-  bar.setAttribute('aria-label', texts.toolbar);
+  label(bar, texts.toolbar);
   bar.addEventListener('focusin', (event) => stopAt(event.target as HTMLElement));
   bar.onkeydown = (event) => {
     const at = stops.indexOf(event.target as HTMLElement);
@@ -68,7 +70,7 @@ export function makeToolbar(bar: HTMLElement, { texts, camerasBar, download }: S
 
   return {
     show(preset, camera, frame, playing) {
-      presets.forEach((made, i) => made.setAttribute('aria-pressed', '' + (Object.keys(kPresets)[i] === preset)));
+      presets.forEach((made, i) => made.setAttribute('aria-pressed', '' + (sides[i] === preset)));
       if (cameras) cameras.value = camera < 0 ? '' : '' + camera;
       if (slider) slider.value = '' + Math.round(frame);
       const key = playing ? 'pause' : 'play';

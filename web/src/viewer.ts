@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 import { kFramesPerSecond } from './animation.ts';
 import { follow, kPresets, kStepsOfE, newCamera, setFileCamera, setPreset, setSeen, zoomBy, type Box } from './camera.ts';
+import { make } from './dom.ts';
 import type { OrbivueApi, Settings } from './format.ts';
 import { makeGestures } from './gestures.ts';
 import { Gl, type Context } from './gl.ts';
@@ -10,6 +11,7 @@ import { readScene } from './scene.ts';
 import { centerOn, place, turnBy, type Seen } from './seen.ts';
 import { Trouble } from './texts.ts';
 import { makeToolbar } from './toolbar.ts';
+import { abs, max, min } from './vector.ts';
 
 const kMostPixelsOfPixel = 2;
 /** A step of the clock is never longer: a tab that comes back goes on where it was. */
@@ -55,7 +57,7 @@ export async function view(bytes: Uint8Array<ArrayBuffer>, settings: Settings, {
   const tick = (now: number): void => {
     if (playing) {
       const length = frames.last - frames.first;
-      const passed = (Math.min(last ? now - last : 0, kLongestMs) * kFramesPerSecond) / 1000;
+      const passed = (min(last ? now - last : 0, kLongestMs) * kFramesPerSecond) / 1000;
       frame = frames.first + ((frame - frames.first + passed) % length);
       showFrame();
       showControls();
@@ -74,8 +76,8 @@ export async function view(bytes: Uint8Array<ArrayBuffer>, settings: Settings, {
   /** Gives the canvas the pixels that it covers. */
   const fit = (): void => {
     const { clientWidth: width, clientHeight: height } = canvas;
-    const ratio = Math.min(devicePixelRatio, kMostPixelsOfPixel);
-    Object.assign(seen.camera, { width: width || 1, height: height || 1 });
+    const ratio = min(devicePixelRatio, kMostPixelsOfPixel);
+    Object.assign(seen.camera, { viewWidth: width || 1, viewHeight: height || 1 });
     const [w, h] = [width, height].map((size) => Math.round(size * ratio) || 1);
     if (canvas.width === w && canvas.height === h) return;
     Object.assign(canvas, { width: w, height: h });
@@ -112,7 +114,7 @@ export async function view(bytes: Uint8Array<ArrayBuffer>, settings: Settings, {
     changed();
   };
   const setFrame = (to: number): void => {
-    frame = Math.min(Math.max(to, frames.first), frames.last);
+    frame = min(max(to, frames.first), frames.last);
     showFrame();
     play(false);
   };
@@ -122,9 +124,9 @@ export async function view(bytes: Uint8Array<ArrayBuffer>, settings: Settings, {
   const showBox = (b?: Box): void => {
     box?.remove();
     if (!b) return;
-    box = Object.assign(document.createElement('div'), { className: 'box' });
-    const [left, top] = [Math.min(b.x0, b.x1), Math.min(b.y0, b.y1)];
-    box.style.cssText = `left:${left}px;top:${top}px;width:${Math.abs(b.x1 - b.x0)}px;height:${Math.abs(b.y1 - b.y0)}px`;
+    box = make('div', { className: 'box' });
+    const [left, top] = [min(b.x0, b.x1), min(b.y0, b.y1)];
+    box.style.cssText = `left:${left}px;top:${top}px;width:${abs(b.x1 - b.x0)}px;height:${abs(b.y1 - b.y0)}px`;
     canvas.after(box);
   };
 

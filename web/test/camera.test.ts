@@ -16,7 +16,7 @@ function seenAt(c: camera.Camera, at: Vec3): [number, number] {
 }
 
 function sized(width: number, height: number): camera.Camera {
-  return Object.assign(camera.newCamera([1, 2, 3], 2), { width, height });
+  return Object.assign(camera.newCamera([1, 2, 3], 2), { viewWidth: width, viewHeight: height });
 }
 
 for (const [width, height] of [[800, 600], [300, 600], [1000, 100]]) {
@@ -48,7 +48,7 @@ test('a preset that was zoomed keeps its zoom in another shape', () => {
   const c = sized(400, 400);
   camera.setSeen(c, { eye: [1, -8, 3], target: [1, 2, 3], up: [0, 0, 1], fovYDeg: 45, size: [800, 600], camera: 'frt_cam', preset: true });
   close(camera.distanceOf(c), 10);
-  Object.assign(c, { width: 200, height: 400 });
+  Object.assign(c, { viewWidth: 200, viewHeight: 400 });
   assert.ok(camera.distanceOf(c) > 18);
 });
 

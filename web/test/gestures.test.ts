@@ -2,14 +2,14 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { distanceOf, newCamera, setPreset } from '../src/camera.ts';
-import { makeGestures, type Press } from '../src/gestures.ts';
+import { makeGestures, type Place, type Press } from '../src/gestures.ts';
 import { ballOf, centerOn, modelOf, place, zoomAt, type Seen } from '../src/seen.ts';
 import { point } from '../src/matrix.ts';
 import { sub, type Vec3 } from '../src/vector.ts';
 
 /** From the front at a unit sphere, in a view of 400 by 400. */
 function viewed() {
-  const seen = { camera: Object.assign(newCamera([0, 0, 0], 1), { width: 400, height: 400 }) } as Seen;
+  const seen = { camera: Object.assign(newCamera([0, 0, 0], 1), { viewWidth: 400, viewHeight: 400 }) } as Seen;
   setPreset(seen.camera, 'frt_cam');
   place(seen);
   const told: string[] = [];
@@ -23,13 +23,14 @@ function viewed() {
   return { seen, gestures, down, told };
 }
 
-const state = ({ camera, turn, shift }: Seen): unknown => ({ turn, shift, distance: distanceOf(camera), back: camera.back });
+const state = ({ camera, turned, shift }: Seen): unknown => ({ turned, shift, distance: distanceOf(camera), backward: camera.backward });
+const spot = (x: number, y: number): Place => ({ x, y });
 const near = (a: number, b: number): void => assert.ok(Math.abs(a - b) < 1e-9, `${a} is not ${b}`);
 
 test('a point that is grabbed stays under the pointer', () => {
   const { seen, gestures, down } = viewed();
   down(200, 200);
-  gestures.move(1, 260, 200);
+  gestures.move(1, spot(260, 200));
   const [x, y, z] = point(modelOf(seen), [0, -1, 0]);
   near(x / (distanceOf(seen.camera) + y), 0.3 * Math.tan(Math.PI / 8));
   near(Math.hypot(x, y, z), 1);
@@ -38,7 +39,7 @@ test('a point that is grabbed stays under the pointer', () => {
 test('a drag beside the ball spins the model about the line of sight', () => {
   const { seen, gestures, down } = viewed();
   down(399, 1);
-  gestures.move(1, 1, 1);
+  gestures.move(1, spot(1, 1));
   const [x, y, z] = point(modelOf(seen), [1, 0, 0]);
   near(x, 0);
   near(y, 0);
@@ -48,7 +49,7 @@ test('a drag beside the ball spins the model about the line of sight', () => {
 test('a turn has no end: round and round is where it was', () => {
   const { seen, gestures, down } = viewed();
   down(450, 200);
-  for (let i = 1; i <= 72; i++) gestures.move(1, 200 + 250 * Math.cos((i * Math.PI) / 18), 200 - 250 * Math.sin((i * Math.PI) / 18));
+  for (let i = 1; i <= 72; i++) gestures.move(1, spot(200 + 250 * Math.cos((i * Math.PI) / 18), 200 - 250 * Math.sin((i * Math.PI) / 18)));
   const at = point(modelOf(seen), [1, 2, 3]);
   [1, 2, 3].forEach((v, i) => near(at[i], v));
 });
@@ -57,7 +58,7 @@ for (const [name, press] of Object.entries({ middle: { button: 1 }, 'right and S
   test(`dragging with ${name} moves the model with the pointer`, () => {
     const { seen, gestures, down } = viewed();
     down(200, 200, press);
-    gestures.move(1, 300, 150);
+    gestures.move(1, spot(300, 150));
     const size = (2 * distanceOf(seen.camera) * Math.tan(Math.PI / 8)) / 400;
     const [x, , z] = ballOf(seen);
     near(x, 100 * size);
@@ -70,11 +71,11 @@ test('two fingers move and zoom about their middle', () => {
   down(100, 200);
   down(300, 200, { id: 2 });
   const before = distanceOf(seen.camera);
-  gestures.move(2, 400, 200);
+  gestures.move(2, spot(400, 200));
   near(distanceOf(seen.camera), (before * 200) / 300);
   gestures.up(2);
-  gestures.move(1, 150, 200);
-  assert.notDeepEqual(seen.turn, [0, 0, 0, 1]);
+  gestures.move(1, spot(150, 200));
+  assert.notDeepEqual(seen.turned, [0, 0, 0, 1]);
 });
 
 test('what lies under the pointer stays there when it is zoomed at', () => {
@@ -117,20 +118,20 @@ for (const [name, [press, x, time]] of Object.entries(kNoDouble)) {
 
 test('a box is drawn with Ctrl and zoomed to when the button comes up', () => {
   const { seen, gestures, down, told } = viewed();
-  const { back } = seen.camera;
+  const { backward } = seen.camera;
   down(200, 100, { ctrl: true });
-  gestures.move(1, 300, 200);
+  gestures.move(1, spot(300, 200));
   assert.deepEqual(told, ['box']);
   gestures.up(1);
   assert.deepEqual(told, ['box', 'no box', 'moved']);
-  assert.notDeepEqual(seen.camera.back, back);
+  assert.notDeepEqual(seen.camera.backward, backward);
 });
 
 test('a box that the system took away is not zoomed to', () => {
   const { seen, gestures, down } = viewed();
   const before = state(seen);
   down(200, 100, { ctrl: true });
-  gestures.move(1, 300, 200);
+  gestures.move(1, spot(300, 200));
   gestures.up(1, true);
   gestures.up(1);
   assert.deepEqual(state(seen), before);
