@@ -31,7 +31,7 @@ export async function pageOf(glb, viewer, texts, size, camera = 'iso_cam', more 
   const json = jsonOf(glb);
   const extras = json.scenes[json.scene ?? 0].extras.orbivue;
   const settings = {
-    title: 'compare', model: '', background: [61 / 255, 66 / 255, 77 / 255], wire: false, doubleSided: false, camerasBar: true,
+    title: 'compare', background: [61 / 255, 66 / 255, 77 / 255], wire: false, doubleSided: false, camerasBar: true,
     view: presetView(extras.bounds, camera, size), frame: extras.frames?.current, texts, ...more,
   };
   const inside = (data) => JSON.stringify(data).replace(/</g, '\\u003c');

@@ -166,6 +166,20 @@ void CGltfViewers::Write(CJsonText& json) const {
 }
 
 void CGltfViewers::WriteExtras(CJsonText& json) const {
+    if (!m_lights.empty()) WriteExtraLights(json);
+    if (m_cameras.empty()) return;
+    json.Key("cameras").BeginArray();
+    for (std::size_t i = 0; i < m_cameras.size(); ++i) {
+        const CGltfViewer& viewer = m_all[m_lights.size() + i];
+        json.BeginObject().Member("node", viewer.node).Member("target", viewer.targetNode);
+        json.Member("name", CGltfNames::WellFormed(m_cameras[i]->name))
+            .Member("rollDeg", m_cameras[i]->rollDeg);
+        json.Member("fovDeg", m_cameras[i]->fovDeg).EndObject();
+    }
+    json.EndArray();
+}
+
+void CGltfViewers::WriteExtraLights(CJsonText& json) const {
     json.Key("lights").BeginArray();
     for (std::size_t i = 0; i < m_lights.size(); ++i) {
         const CPreparedLight& light = *m_lights[i];
@@ -181,14 +195,6 @@ void CGltfViewers::WriteExtras(CJsonText& json) const {
             json.Member("outer", light.outerRange);
         }
         json.EndObject();
-    }
-    json.EndArray().Key("cameras").BeginArray();
-    for (std::size_t i = 0; i < m_cameras.size(); ++i) {
-        const CGltfViewer& viewer = m_all[m_lights.size() + i];
-        json.BeginObject().Member("node", viewer.node).Member("target", viewer.targetNode);
-        json.Member("name", CGltfNames::WellFormed(m_cameras[i]->name))
-            .Member("rollDeg", m_cameras[i]->rollDeg);
-        json.Member("fovDeg", m_cameras[i]->fovDeg).EndObject();
     }
     json.EndArray();
 }

@@ -36,7 +36,7 @@ class CGltfViewers {
     [[nodiscard]] const std::vector<CGltfViewer>& All() const { return m_all; }
     /** Writes the member "cameras" and the file's "extensions". */
     void Write(CJsonText& json) const;
-    /** Writes "lights" and "cameras" of the scene's extras. */
+    /** Writes "lights" and "cameras" of the scene's extras, where there are any. */
     void WriteExtras(CJsonText& json) const;
 
   private:
@@ -44,6 +44,7 @@ class CGltfViewers {
     void AddLight(const CPreparedLight& light);
     void AddCamera(const CPreparedCamera& camera);
     void FindNodes();
+    void WriteExtraLights(CJsonText& json) const;
     void WriteCamera(CJsonText& json, const CPreparedCamera& camera) const;
     void WriteLight(CJsonText& json, const CPreparedLight& light) const;
 

@@ -68,8 +68,9 @@ void CGltfWriter::WriteExtras() {
     m_json.Member("version", 1).Key("bounds").BeginObject();
     vector("center", framed.center);
     m_json.Member("radius", framed.radius).EndObject();
-    vector("ambientLight", scene.ambientLight);
-    m_json.Member("headlight", scene.headlightJoins);
+    if (!(scene.ambientLight == CVec3{})) vector("ambientLight", scene.ambientLight);
+    if (scene.headlightJoins) m_json.Member("headlight", true);
     m_json.Key("frames").BeginObject().Member("first", scene.firstFrame).Member("last", scene.lastFrame);
-    m_json.Member("current", scene.currentFrame).EndObject().Member("animated", scene.animated);
+    m_json.Member("current", scene.currentFrame).EndObject();
+    if (scene.animated) m_json.Member("animated", true);
 }

@@ -19,8 +19,10 @@ namespace {
 
 using CJson = nlohmann::ordered_json;
 
-/** A float with as few digits as it needs. */
-double Short(float value) {
+/** A float with as few digits as it needs, a whole number without a point. */
+CJson Short(float value) {
+    constexpr float kMostWhole = 1 << 24;
+    if (value == std::round(value) && std::abs(value) <= kMostWhole) return static_cast<int>(value);
     double number = 0;
     const std::string text = number_text::FormatShortest(value);
     (void)std::from_chars(text.data(), text.data() + text.size(), number);  // a number by its making
@@ -46,12 +48,11 @@ CJson Color(const C3ds2WebGL::COutFormat& format) {
 CJson View(const CSeenView& seen) {
     const CViewCamera& camera = seen.camera;
     ECameraPreset preset{};
-    CJson view{{"kind", "perspective"},
-               {"eye", Vector(seen.Eye())},
+    CJson view{{"eye", Vector(seen.Eye())},
                {"target", Vector(camera.Target())},
                {"up", Vector(camera.Up())},
                {"fovYDeg", Short(camera.FovYDeg())},
-               {"size", {std::round(camera.ViewWidth()), std::round(camera.ViewHeight())}}};
+               {"size", {std::lround(camera.ViewWidth()), std::lround(camera.ViewHeight())}}};
     if (const CMat4 model = seen.ModelMatrix(); !(model == CMat4{})) view["model"] = Numbers(model.m);
     view["camera"] = page_text::Sound(camera.Name());
     view["preset"] = PresetOfName(camera.Name(), preset) && NameOfPreset(preset) == camera.Name();
@@ -66,7 +67,8 @@ CJson Texts(const CWebGLSource& source, const C3ds2WebGL::COutFormat& format) {
     const auto leaveOut = [&texts](std::initializer_list<const char*> keys) {
         for (const char* key : keys) texts.erase(key);
     };
-    leaveOut({"noScript"});  // the page itself says that
+    leaveOut({"noScript", "loading"});  // the page itself says these
+    if (format.combine) leaveOut({"noScene"});
     if (!format.camerasBar) leaveOut({"top", "left", "right", "front", "back", "iso"});
     if (!format.camerasBar || source.scene.cameras.empty()) leaveOut({"cameras"});
     if (!source.scene.animated) leaveOut({"play", "pause", "frame"});
@@ -92,24 +94,18 @@ std::string PageTitle(const C3ds2WebGL::COutFormat& format) {
 
 std::string PageSettings(const CWebGLSource& source, const C3ds2WebGL::COutFormat& format,
                          const CPageLinks& links) {
-    CJson json{{"version", 1},
-               {"title", PageTitle(format)},
-               {"model", page_text::Sound(file_util_ex::GetFileName(format.modelFileName))},
-               {"app", page_text::Sound(format.version)},
-               {"lang", page_text::Sound(source.texts.language)},
-               {"background", Color(format)}};
+    CJson json{{"title", PageTitle(format)}, {"background", Color(format)}};
     if (source.seen.backgroundImage && !source.seen.backgroundImage->IsEmpty()) {
         const std::string address = PictureAddress(*source.seen.backgroundImage);
         if (!address.empty()) json["backgroundPicture"] = address;
     }
     json["view"] = View(source.seen);
-    json["frame"] = Short(source.seen.frame);
-    json["wire"] = format.displayFlag;
-    json["doubleSided"] = format.doubleSided;
-    json["camerasBar"] = format.camerasBar;
+    if (source.scene.animated) json["frame"] = Short(source.seen.frame);
+    if (format.displayFlag) json["wire"] = true;
+    if (format.doubleSided) json["doubleSided"] = true;
+    if (format.camerasBar) json["camerasBar"] = true;
     if (!links.download.empty()) json["download"] = links.download;
     if (!links.scene.empty()) json["files"] = {{"scene", links.scene}, {"script", links.sceneScript}};
-    json["userCode"] = !format.javaScript.empty();
     json["texts"] = Texts(source, format);
     return json.dump(-1, ' ', false, CJson::error_handler_t::replace);
 }
