@@ -7,10 +7,10 @@
 
 #include "base/CResult.h"
 #include "programs/orbivue_convert/output_kinds.h"
-#include "programs/shared/CDrawOptions.h"
+#include "programs/shared/CPictureOptions.h"
 
 /** The options of the command line. Paths are as given. */
-struct CConvertOptions : CDrawOptions {
+struct CConvertOptions : CPictureOptions {
     enum class EAction { Convert, Help, Version };
     enum class ETelling {
         Errors,    ///< nothing else

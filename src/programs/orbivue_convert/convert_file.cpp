@@ -190,7 +190,7 @@ CStatus Convert(const CConversion& conversion, const CConvertOptions& options,
     if (SourceAt(*engine.Prepared(), conversion.output) != ESource::None)
         return CError{EErrorCode::BadArgument, "is a file of the model, and stays as it is",
                       conversion.output};
-    CDrawOptions draw = options;
+    CPictureOptions draw = options;
     if (!options.withTextures) draw.textureMode = 3;
     if (CStatus ready = SetUp(engine, draw, opened.Value()); !ready) return ready;
     CSceneOutput output(engine, options, conversion);

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "base/CResult.h"
-#include "programs/shared/CDrawOptions.h"
+#include "programs/shared/CPictureOptions.h"
 
 /** The options of the command line. Paths are as given. */
-struct CRenderOptions : CDrawOptions {
+struct CRenderOptions : CPictureOptions {
     enum class EAction { Draw, Help, Version };
 
     EAction action = EAction::Draw;

@@ -6,7 +6,7 @@
 #include "engine/gl/COffscreenContext.h"
 #include "files/file_util_ex.h"
 #include "model/prepare/CPreparedScene.h"
-#include "programs/shared/CDrawOptions.h"
+#include "programs/shared/CPictureOptions.h"
 #include "programs/shared/open_input.h"
 #include "script/scene_background.h"
 
@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t kManyTriangles = 100000;
 constexpr int kSmoothSamples = 4;
 
-bool SetCamera(C3dsDisplayWrap& engine, const CDrawOptions& options, COpenedInput& opened) {
+bool SetCamera(C3dsDisplayWrap& engine, const CPictureOptions& options, COpenedInput& opened) {
     if (options.camera) return engine.SetCameraOfName(*options.camera);
     const std::string ofScene =
         opened.scene ? file_util_ex::ConvertToUTF8(opened.scene->camera) : std::string();
@@ -36,13 +36,13 @@ void ApplyScene(CSeenView& seen, COpenedInput& opened) {
     seen.backgroundImage = ReadBackground(scene, opened.notes);
 }
 
-int SamplesFor(const CDrawOptions& options, std::size_t triangles) {
+int SamplesFor(const CPictureOptions& options, std::size_t triangles) {
     return options.samples.value_or(triangles < kManyTriangles ? kSmoothSamples : 1);
 }
 
 }  // namespace
 
-CStatus SetUp(C3dsDisplayWrap& engine, const CDrawOptions& options, COpenedInput& opened) {
+CStatus SetUp(C3dsDisplayWrap& engine, const CPictureOptions& options, COpenedInput& opened) {
     engine.SetPreviewSize(C2DRect(0, 0, options.width, options.height));
     engine.SetUseFileLights(options.fileLights);
     engine.SetTextureRenderMode(options.textureMode.value_or(opened.scene ? opened.scene->renderMode : 0));
@@ -61,7 +61,7 @@ CStatus SetUp(C3dsDisplayWrap& engine, const CDrawOptions& options, COpenedInput
     return CDone{};
 }
 
-CResult<CImage> Draw(C3dsDisplayWrap& engine, COffscreenContext& context, const CDrawOptions& options) {
+CResult<CImage> Draw(C3dsDisplayWrap& engine, COffscreenContext& context, const CPictureOptions& options) {
     const int samples = SamplesFor(options, engine.Prepared()->triangleCount);
     // If the context has fewer samples, it draws with those.
     if (samples != context.Samples()) (void)context.Resize(options.width, options.height, samples).HasValue();

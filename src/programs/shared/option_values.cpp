@@ -15,7 +15,7 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
     }
 }
 
-COutcome SetSize(CDrawOptions& options, std::string_view value) {
+COutcome SetSize(CPictureOptions& options, std::string_view value) {
     const auto parts = Split(value, 'x');
     const auto width = parts.size() == 2 ? Number<int>(parts[0]) : std::nullopt;
     const auto height = parts.size() == 2 ? Number<int>(parts[1]) : std::nullopt;
@@ -28,26 +28,26 @@ COutcome SetSize(CDrawOptions& options, std::string_view value) {
     return {};
 }
 
-COutcome SetCamera(CDrawOptions& options, std::string_view value) {
+COutcome SetCamera(CPictureOptions& options, std::string_view value) {
     if (value.empty()) return "needs a name";
     options.camera = value;
     return {};
 }
 
-COutcome SetScene(CDrawOptions& options, std::string_view value) {
+COutcome SetScene(CPictureOptions& options, std::string_view value) {
     const auto number = Number<std::size_t>(value);
     if (!number || *number < 1) return "needs a number from 1 on";
     options.scene = *number - 1;
     return {};
 }
 
-COutcome SetFrame(CDrawOptions& options, std::string_view value) {
+COutcome SetFrame(CPictureOptions& options, std::string_view value) {
     options.frame = Number<float>(value);
     if (!options.frame) return "needs a number";
     return {};
 }
 
-COutcome SetBackground(CDrawOptions& options, std::string_view value) {
+COutcome SetBackground(CPictureOptions& options, std::string_view value) {
     const auto parts = Split(value, ',');
     std::array<float, 3> rgb{};
     for (std::size_t i = 0; i < rgb.size(); ++i) {
@@ -59,7 +59,7 @@ COutcome SetBackground(CDrawOptions& options, std::string_view value) {
     return {};
 }
 
-COutcome SetWire(CDrawOptions& options, std::string_view) {
+COutcome SetWire(CPictureOptions& options, std::string_view) {
     options.wire = true;
     return {};
 }

@@ -11,7 +11,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "programs/shared/CDrawOptions.h"
+#include "programs/shared/CPictureOptions.h"
 #include "programs/shared/option_table.h"
 
 /** Values of options, and the options that several programs have. */
@@ -32,15 +32,15 @@ template <class T>
 
 using option_table::COutcome;
 
-[[nodiscard]] COutcome SetSize(CDrawOptions& options, std::string_view value);
-[[nodiscard]] COutcome SetCamera(CDrawOptions& options, std::string_view value);
-[[nodiscard]] COutcome SetScene(CDrawOptions& options, std::string_view value);
-[[nodiscard]] COutcome SetFrame(CDrawOptions& options, std::string_view value);
-[[nodiscard]] COutcome SetBackground(CDrawOptions& options, std::string_view value);
-[[nodiscard]] COutcome SetWire(CDrawOptions& options, std::string_view value);
+[[nodiscard]] COutcome SetSize(CPictureOptions& options, std::string_view value);
+[[nodiscard]] COutcome SetCamera(CPictureOptions& options, std::string_view value);
+[[nodiscard]] COutcome SetScene(CPictureOptions& options, std::string_view value);
+[[nodiscard]] COutcome SetFrame(CPictureOptions& options, std::string_view value);
+[[nodiscard]] COutcome SetBackground(CPictureOptions& options, std::string_view value);
+[[nodiscard]] COutcome SetWire(CPictureOptions& options, std::string_view value);
 
 /** One of these for a program's own options. */
-template <COutcome (*set)(CDrawOptions&, std::string_view), class Options>
+template <COutcome (*set)(CPictureOptions&, std::string_view), class Options>
 [[nodiscard]] COutcome Drawn(Options& options, std::string_view value) {
     return set(options, value);
 }
@@ -56,7 +56,7 @@ template <CSeenName name, class Options>
     return options.seen.Set(name.chars, value);
 }
 
-/** The options that say what is seen of a model: the rows of every program that draws one. Options holds a CDrawOptions by
+/** The options that say what is seen of a model: the rows of every program that draws one. Options holds a CPictureOptions by
  * inheritance. */
 template <class Options>
 constexpr std::array<option_table::CEntry<Options>, 14> kSeenOptions{{

@@ -10,7 +10,7 @@
 #include "engine/overlay/overlays.h"
 
 /** How a picture of a scene is drawn, as the options of a command line say. */
-struct CDrawOptions {
+struct CPictureOptions {
     int width = 1024;
     int height = 768;
     std::size_t scene = 0;  ///< of a scene script, from 0 on
