@@ -52,7 +52,10 @@ void CGltfAnimation::ChooseFrames(double apart) {
     const auto first = static_cast<double>(m_scene.firstFrame), last = static_cast<double>(m_scene.lastFrame);
     m_frames.clear();
     m_times.clear();
-    for (double frame = first; frame < last; frame += apart) m_frames.push_back(static_cast<float>(frame));
+    const auto steps = static_cast<std::size_t>(std::max(0.0, std::ceil((last - first) / apart)));
+    m_frames.reserve(steps + 1);
+    for (std::size_t i = 0; i < steps; ++i)
+        m_frames.push_back(static_cast<float>(first + static_cast<double>(i) * apart));
     m_frames.push_back(m_scene.lastFrame);
     for (const float frame : m_frames) m_times.push_back((frame - m_scene.firstFrame) / kFramesPerSecond);
 }
@@ -199,6 +202,7 @@ int CGltfAnimation::TimesOf(const std::vector<std::uint32_t>& keys) {
     const auto [place, isNew] = m_knownTimes.try_emplace(std::move(bytes), 0);
     if (!isNew) return place->second;
     std::vector<float> times;
+    times.reserve(keys.size());
     for (const std::uint32_t key : keys) times.push_back(m_times[key]);
     CGlbAccessor accessor;
     accessor.type = "SCALAR";

@@ -25,7 +25,8 @@ struct CGltfPicture {
     bool negative = false;  ///< of the colour
     int opacity = -1;       ///< texture of the scene that becomes the alpha; -1: the picture's own
     bool opacityNegative = false, opacityByAlpha = false;  ///< which value of it counts
-    auto operator<=>(const CGltfPicture&) const = default;
+    // clang-tidy 14 takes the comparison with 0 in it for a pointer.
+    auto operator<=>(const CGltfPicture&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 /** How a picture goes on beyond its edges. */

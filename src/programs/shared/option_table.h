@@ -47,6 +47,7 @@ struct CName {
 template <class Options, std::size_t count>
 [[nodiscard]] std::vector<CName> NamesOf(const std::array<CEntry<Options>, count>& table) {
     std::vector<CName> names;
+    names.reserve(count);
     for (const CEntry<Options>& entry : table) names.push_back({entry.name, entry.value, entry.help});
     return names;
 }
