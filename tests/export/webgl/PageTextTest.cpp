@@ -67,7 +67,7 @@ TEST(PageTextTest, FillsInOnce) {
 }
 
 TEST(PageTextTest, HashesAndEncodesAsBrowsersDo) {
-    // From the specification of content security policies.
+    // The W3C's example in "Content Security Policy Level 3".
     EXPECT_EQ(page_text::PolicyHash("alert('Hello, world.');"),
               "'sha256-qznLcsROx4GACP2dm0UCKCzCG+HiZ1guq6ZZDob/Tng='");
     const std::string text = "four";
