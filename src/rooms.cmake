@@ -55,8 +55,9 @@ set(ORBIVUE_ROOMS
   "export/drive: base/* files picture model/textures"
   "export/drive/ui: base/* files picture settings model/* camera engine session widgets widgets/ui view view/ui export/source/ui export/webgl export/webgl/ui export/drive"
   "modeldb/bytes: base/*"
+  "modeldb/records: base/* modeldb/bytes"
   "modeldb/database: base/* files"
-  "modeldb/store: base/* files modeldb/bytes modeldb/database"
+  "modeldb/store: base/* files modeldb/bytes modeldb/records modeldb/database"
   "frame: base/* files settings model/* session"
   "frame/preview: base/* files settings script"
   "frame/preview/ui: base/* files settings widgets widgets/ui frame/preview"
@@ -74,4 +75,4 @@ set(ORBIVUE_ROOMS
   "programs/orbivue_convert: base/* files process picture settings model/* camera engine engine/gl engine/overlay script export/gltf export/pov export/webgl programs/shared"
   "programs/upload_prepare: base/* files settings export/drive"
   "programs/upload_prepare/ui: base/* files settings widgets widgets/ui export/drive programs/upload_prepare"
-  "programs/orbivue_modeldb: base/* files model/* modeldb/bytes modeldb/database modeldb/store")
+  "programs/orbivue_modeldb: base/* files model/* modeldb/bytes modeldb/records modeldb/database modeldb/store")

@@ -8,7 +8,7 @@
 
 #include "base/CResult.h"
 #include "modeldb/bytes/byte_stream.h"
-#include "modeldb/store/store_records.h"
+#include "modeldb/records/store_records.h"
 
 class CModelStore;
 

@@ -12,8 +12,8 @@
 #include "base/CResult.h"
 #include "modeldb/bytes/byte_stream.h"
 #include "modeldb/database/CStoreAddress.h"
+#include "modeldb/records/store_records.h"
 #include "modeldb/store/CBlobWriter.h"
-#include "modeldb/store/store_records.h"
 
 class CDatabase;
 

@@ -9,8 +9,8 @@
 
 #include "base/CResult.h"
 #include "modeldb/database/CDatabase.h"
+#include "modeldb/records/store_records.h"
 #include "modeldb/store/CBlobWriter.h"
-#include "modeldb/store/store_records.h"
 
 /** The rows of bytes: what is done to them within a transaction of the caller. */
 namespace blob_rows {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/CResult.h"
-#include "modeldb/store/store_records.h"
+#include "modeldb/records/store_records.h"
 
 class CDatabase;
 
