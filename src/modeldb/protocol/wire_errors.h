@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "base/CResult.h"
+
+/** A way in which a request fails: what it is on the wire and what its client makes of it. */
+struct CWireErrorKind {
+    int status = 500;
+    std::string_view code;     ///< in the body, for programs
+    EErrorCode error;          ///< for the client
+    std::string_view message;  ///< in the body, where the server knows nothing better
+};
+
+/** Requests that fail: {"error":{"code":"exists","message":"..."}}. */
+namespace wire_errors {
+
+/** All of them, by status; each status once. */
+[[nodiscard]] std::span<const CWireErrorKind> Kinds();
+/** That of a status; for one that the table lacks that of 400 (below 500) or 500. */
+[[nodiscard]] const CWireErrorKind& KindOf(int status);
+/** The status for a failure of the store, or of what a request asks for. */
+[[nodiscard]] int StatusOf(EErrorCode error);
+
+/** The body for a status. The message is a sentence for people; empty: the table's. Control characters and bytes that
+ * are no text become "?", and it is cut at wire_limits::kMessage. */
+[[nodiscard]] std::string Write(int status, std::string_view message = {});
+/** What a client makes of an answer whose status is no success. The body may be anything, also a proxy's page: then the
+ * message is the table's. What a server says is one line without control characters. */
+[[nodiscard]] CError Read(int status, std::string_view body);
+
+}  // namespace wire_errors
