@@ -58,6 +58,8 @@ set(ORBIVUE_ROOMS
   "modeldb/records: base/* modeldb/bytes"
   "modeldb/database: base/* files"
   "modeldb/store: base/* files modeldb/bytes modeldb/records modeldb/database"
+  "modeldb/server/work: base/* files process picture model/* camera engine engine/gl export/gltf export/webgl modeldb/bytes modeldb/records modeldb/database modeldb/store"
+  "modeldb/server/site: base/* files export/webgl modeldb/bytes modeldb/records modeldb/store modeldb/server/work"
   "frame: base/* files settings model/* session"
   "frame/preview: base/* files settings script"
   "frame/preview/ui: base/* files settings widgets widgets/ui frame/preview"
