@@ -58,6 +58,7 @@ set(ORBIVUE_ROOMS
   "modeldb/records: base/* modeldb/bytes"
   "modeldb/database: base/* files"
   "modeldb/store: base/* files modeldb/bytes modeldb/records modeldb/database"
+  "modeldb/server/http: base/* files"
   "frame: base/* files settings model/* session"
   "frame/preview: base/* files settings script"
   "frame/preview/ui: base/* files settings widgets widgets/ui frame/preview"
