@@ -54,7 +54,7 @@ std::optional<CHttpAnswer> CUploadDesk::Refuse(const CHttpRequest& request) {
     if (std::optional<CHttpAnswer> refusal = m_access.Refuse(request, EAccess::Upload)) return refusal;
     if (!IsUploadType(request.Header("Content-Type")))
         return server_answers::Refusal(
-            400, "the content type of an upload is " + std::string(wire_limits::kUploadType));
+            415, "the content type of an upload is " + std::string(wire_limits::kUploadType));
     if (request.bodyBytes > m_options.uploadBytes) return server_answers::Refusal(413);
     if (!m_turns.Take(request.peer)) return server_answers::Refusal(429);
     if (m_workers.IsFull()) return server_answers::Refusal(503);
