@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "modeldb/server/CModelSite.h"
 
+#include "files/std_file_paths.h"
 #include "modeldb/server/CModelSite_state.h"
 #include "modeldb/server/server_answers.h"
-#include "files/std_file_paths.h"
 
 namespace {
 
@@ -56,8 +56,8 @@ CResult<std::unique_ptr<CModelSite>> CModelSite::Make(CServerOptions options) {
     hot.bytes = options.cacheBytes;
     CResult<std::unique_ptr<CHotFolder>> folder = CHotFolder::Open(hot);
     if (!folder) return folder.Error();
-    auto state = std::make_unique<CState>(std::move(options), std::move(stores).Value(),
-                                          std::move(folder).Value());
+    auto state =
+        std::make_unique<CState>(std::move(options), std::move(stores).Value(), std::move(folder).Value());
     return std::unique_ptr<CModelSite>(new CModelSite(std::move(state)));
 }
 

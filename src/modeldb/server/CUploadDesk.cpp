@@ -6,6 +6,7 @@
 
 #include "base/text/ascii_text.h"
 #include "modeldb/protocol/wire_address.h"
+#include "modeldb/protocol/wire_errors.h"
 #include "modeldb/protocol/wire_records.h"
 #include "modeldb/server/server_answers.h"
 #include "modeldb/server/work/CPreviewQueue.h"
@@ -13,7 +14,8 @@
 
 namespace {
 
-constexpr std::size_t kThreads = 2;  ///< the store takes one writer at a time; another one reads and packs meanwhile
+constexpr std::size_t kThreads =
+    2;  ///< the store takes one writer at a time; another one reads and packs meanwhile
 
 /** The type without parameters. */
 bool IsUploadType(std::string_view type) {
@@ -66,9 +68,9 @@ void CUploadDesk::Take(CHttpBody body, CHttpReply reply) {
         CHttpBody body;
         CHttpReply reply;
     };
-    const auto task = std::make_shared<CTask>(CTask{std::move(body), std::move(reply)});  // shared: to be copyable
-    const bool isTaken =
-        m_workers.Post([this, task] { task->reply.Send(Work(std::move(task->body))); });
+    const auto task =
+        std::make_shared<CTask>(CTask{std::move(body), std::move(reply)});  // shared: to be copyable
+    const bool isTaken = m_workers.Post([this, task] { task->reply.Send(Work(std::move(task->body))); });
     if (!isTaken) task->reply.Send(server_answers::Refusal(503));
 }
 
@@ -76,7 +78,8 @@ CHttpAnswer CUploadDesk::Work(CHttpBody body) {
     CResult<CSpooledUpload> upload = spooled_upload::Read(std::move(body), store_limits::kTextures);
     if (!upload) {
         ++m_counts.refused;
-        return server_answers::Refusal(upload.Error());
+        return server_answers::Refusal(wire_errors::StatusOfUpload(upload.Error().code),
+                                       upload.Error().message);
     }
     return AnswerOf(m_stores.Run([&](CModelStore& store) { return Add(store, upload.Value()); }));
 }
@@ -96,7 +99,8 @@ CResult<CAddedModel> CUploadDesk::Add(CModelStore& store, const CSpooledUpload& 
 CStatus CUploadDesk::CheckRoom(CModelStore& store, const std::string& group) const {
     const CResult<CGroupRecord> found = store.Group(group);
     if (found)
-        return found.Value().modelCount < m_options.groupModels ? CStatus(CDone{}) : Full("the group is full");
+        return found.Value().modelCount < m_options.groupModels ? CStatus(CDone{})
+                                                                : Full("the group is full");
     if (found.Error().code != EErrorCode::NotFound) return found.Error();
     const CResult<std::vector<CGroupRecord>> groups = store.Groups();
     if (!groups) return groups.Error();
@@ -119,7 +123,8 @@ CHttpAnswer CUploadDesk::AnswerOf(const CResult<CAddedModel>& added) {
         CHttpAnswer answer =
             isRefused ? server_answers::Refusal(422, error.message) : server_answers::Refusal(error);
         ++(answer.status < 500 ? m_counts.refused : m_counts.failed);
-        if (answer.status >= 500 && m_options.complain) m_options.complain("an upload failed: " + error.Text());
+        if (answer.status >= 500 && m_options.complain)
+            m_options.complain("an upload failed: " + error.Text());
         return answer;
     }
     const bool isNew = added.Value().how == EAdded::Added;

@@ -5,9 +5,9 @@
 #include <optional>
 #include <string_view>
 
+#include "modeldb/server/cache/CHotFolder.h"
 #include "modeldb/server/http/CHttpAnswer.h"
 #include "modeldb/server/http/CHttpRequest.h"
-#include "modeldb/server/cache/CHotFolder.h"
 
 /** Parts of bytes, as clients ask for them. */
 namespace byte_ranges {

@@ -22,8 +22,8 @@ CHttpAnswer Refusal(int status, std::string_view message) {
 CHttpAnswer Refusal(const CError& error) {
     const int status = wire_errors::StatusOf(error.code);
     // What is wrong with the store itself is no matter of strangers.
-    return Refusal(status, status >= 500 && error.code != EErrorCode::NoSpace ? std::string_view()
-                                                                              : error.message);
+    return Refusal(status,
+                   status >= 500 && error.code != EErrorCode::NoSpace ? std::string_view() : error.message);
 }
 
 CHttpAnswer WrongMethod(std::string_view allowed) {

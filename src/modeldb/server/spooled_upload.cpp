@@ -31,8 +31,7 @@ class CStretchSource final : public CByteSource {
         do {
             got = ::pread(m_file, room.data(), wanted, static_cast<off_t>(m_stretch.offset));
         } while (got < 0 && errno == EINTR);
-        if (got <= 0)
-            return CError{EErrorCode::Unreadable, SystemErrorText(got < 0 ? errno : EIO), "upload"};
+        if (got <= 0) return CError{EErrorCode::Unreadable, SystemErrorText(got < 0 ? errno : EIO), "upload"};
         m_stretch.offset += static_cast<std::uint64_t>(got);
         m_stretch.bytes -= static_cast<std::uint64_t>(got);
         return static_cast<std::size_t>(got);
@@ -120,7 +119,8 @@ bool IsSoundPicture(std::span<const std::byte> bytes, std::string_view name) {
 
 CError NoPicture(const std::string& name) {
     return {EErrorCode::Unsupported,
-            "the texture \"" + utf8_text::Printable(name, '?') + "\" is no picture that can be used", {}};
+            "the texture \"" + utf8_text::Printable(name, '?') + "\" is no picture that can be used",
+            {}};
 }
 
 void Discard(CModelStore& store, const CNewModel& model) {
@@ -131,7 +131,8 @@ void Discard(CModelStore& store, const CNewModel& model) {
 }  // namespace
 
 CResult<CSpooledUpload> Read(CHttpBody body, std::size_t mostTextures) {
-    const auto shared = std::make_shared<const CHttpBody>(std::move(body));  // owned by the input's file below
+    const auto shared =
+        std::make_shared<const CHttpBody>(std::move(body));  // owned by the input's file below
     CStretchNoter noter(shared->Bytes());
     CUploadBodyReader reader({shared->Bytes(), mostTextures}, noter);
     CStretchSource source(shared->File().Get(), {0, shared->Bytes()});

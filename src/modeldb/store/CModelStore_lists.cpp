@@ -95,7 +95,8 @@ CResult<std::vector<CGroupRecord>> CModelStore::Groups() {
 
 CResult<CGroupRecord> CModelStore::Group(std::string_view name) {
     if (CStatus sound = store_names::Check(name, store_limits::kGroupName); !sound) return sound.Error();
-    return OneGroup(*m_database, "SELECT id, name, model_count, version FROM model_groups WHERE name = $1", name);
+    return OneGroup(*m_database, "SELECT id, name, model_count, version FROM model_groups WHERE name = $1",
+                    name);
 }
 
 CResult<CGroupRecord> CModelStore::GroupById(std::int64_t id) {

@@ -74,7 +74,8 @@ class CNewFile {
     CNewFile(int folder, std::string name)
         : m_folder(folder),
           m_name(std::move(name)),
-          m_file(::openat(folder, m_name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600)) {}
+          m_file(::openat(folder, m_name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600)) {
+    }
     CNewFile(const CNewFile&) = delete;
     CNewFile& operator=(const CNewFile&) = delete;
     ~CNewFile() {

@@ -26,7 +26,7 @@ struct CHotFile {
 };
 
 struct CHotCounts {
-    std::uint64_t bytes = 0, files = 0;          ///< now
+    std::uint64_t bytes = 0, files = 0;              ///< now
     std::uint64_t hits = 0, fills = 0, dropped = 0;  ///< since the start
 };
 

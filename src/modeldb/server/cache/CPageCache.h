@@ -34,7 +34,7 @@ class CPageCache {
 
     const std::uint64_t m_mostBytes;
     mutable std::mutex m_mutex;
-    CEntries m_entries;  ///< the one asked for last comes first
+    CEntries m_entries;                                                ///< the one asked for last comes first
     std::unordered_map<std::string_view, CEntries::iterator> m_byKey;  // of texts in m_entries
     std::uint64_t m_bytes = 0;
 };
