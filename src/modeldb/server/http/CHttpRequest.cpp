@@ -14,12 +14,20 @@ std::string_view CHttpRequest::Query() const {
     return mark == std::string::npos ? std::string_view() : std::string_view(target).substr(mark + 1);
 }
 
+bool CHttpRequest::IsNamed(const CField& field, std::string_view name) const {
+    return field.nameBytes == name.size() &&
+           ascii_text::EqualNoCase(std::string_view(m_fieldText).substr(field.at, field.nameBytes), name);
+}
+
 const CHttpRequest::CField* CHttpRequest::Find(std::string_view name) const {
-    const auto found = std::find_if(m_fields.begin(), m_fields.end(), [&](const CField& field) {
-        return field.nameBytes == name.size() &&
-               ascii_text::EqualNoCase(std::string_view(m_fieldText).substr(field.at, field.nameBytes), name);
-    });
+    const auto found =
+        std::ranges::find_if(m_fields, [&](const CField& field) { return IsNamed(field, name); });
     return found == m_fields.end() ? nullptr : &*found;
+}
+
+std::size_t CHttpRequest::CountHeader(std::string_view name) const {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(m_fields, [&](const CField& field) { return IsNamed(field, name); }));
 }
 
 std::string_view CHttpRequest::Header(std::string_view name) const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -29,6 +30,7 @@ struct CHttpRequest {
      * as long as this object stays where it is and gets no further header. */
     [[nodiscard]] std::string_view Header(std::string_view name) const;
     [[nodiscard]] bool HasHeader(std::string_view name) const;
+    [[nodiscard]] std::size_t CountHeader(std::string_view name) const;
 
     /** Adds a field behind those that are there. For the parser, and for tests of what answers requests. */
     void AddHeader(std::string_view name, std::string_view value);
@@ -38,6 +40,7 @@ struct CHttpRequest {
         std::uint32_t at, nameBytes,
             valueBytes;  ///< the name at that place of m_fieldText, the value right behind it
     };
+    [[nodiscard]] bool IsNamed(const CField& field, std::string_view name) const;
     [[nodiscard]] const CField* Find(std::string_view name) const;
 
     std::string m_fieldText;
