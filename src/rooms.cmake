@@ -77,4 +77,4 @@ set(ORBIVUE_ROOMS
   "programs/orbivue_convert: base/* files process picture settings model/* camera engine engine/gl engine/overlay script export/gltf export/pov export/webgl programs/shared"
   "programs/upload_prepare: base/* files settings export/drive"
   "programs/upload_prepare/ui: base/* files settings widgets widgets/ui export/drive programs/upload_prepare"
-  "programs/orbivue_modeldb: base/* files model/* modeldb/bytes modeldb/records modeldb/database modeldb/store")
+  "programs/orbivue_modeldb: base/* files model/* modeldb/bytes modeldb/records modeldb/database modeldb/store modeldb/server/work")

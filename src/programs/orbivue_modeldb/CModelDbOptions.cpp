@@ -24,7 +24,7 @@ struct CCommandEntry {
 };
 
 constexpr std::array<CCommandEntry, 11> kCommands{{
-    {ECommand::Import, "import", "", "PATH... --group NAME", "gv", 1, kAny,
+    {ECommand::Import, "import", "", "PATH... --group NAME", "gpv", 1, kAny,
      "adds 3DS files, and those of folders and all below, with their textures"},
     {ECommand::Export, "export", "", "--into FOLDER [KEY...]", "gi", 0, kAny,
      "writes models with their textures: all, a group's, or those named"},
@@ -82,13 +82,14 @@ struct COptionEntry {
     std::string_view help;
 };
 
-constexpr std::array<COptionEntry, 9> kOptions{{
+constexpr std::array<COptionEntry, 10> kOptions{{
     {'S', "store", "PLACE", Set<&CModelDbOptions::store>,
      "a file, or postgresql://...; else the user's own store"},
     {'g', "group", "NAME", Set<&CModelDbOptions::group>, "the group"},
     {'s', "search", "TEXT", Set<&CModelDbOptions::search>, "models whose names hold the text"},
     {'i', "into", "FOLDER", Set<&CModelDbOptions::into>, "where the files go"},
     {'r', "rights", "LIST", SetRights, "some of read,upload,remove (upload)"},
+    {'p', "previews", "", Set<&CModelDbOptions::previews>, "draws a preview of each model that is added"},
     {'f', "full", "", Set<&CModelDbOptions::full>, "reads all bytes and compares them with their hashes"},
     {'j', "json", "", Set<&CModelDbOptions::json>, "prints JSON"},
     {'v', "verbose", "", Set<&CModelDbOptions::verbose>,
