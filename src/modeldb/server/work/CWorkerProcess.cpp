@@ -24,9 +24,8 @@ using CClock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kLook{100}, kShortLook{1};
 
 /** Nothing of ours, where passwords may be. The renderer must not keep what a process made for the next one. */
-constexpr std::array kEnvironment{"LC_ALL=C.UTF-8",          "PATH=/usr/bin:/bin",
-                                  "LIBGL_ALWAYS_SOFTWARE=1", "GALLIUM_DRIVER=softpipe",
-                                  "LP_NUM_THREADS=0",        "MESA_SHADER_CACHE_DISABLE=true"};
+constexpr std::array kEnvironment{"LC_ALL=C.UTF-8", "PATH=/usr/bin:/bin", "LIBGL_ALWAYS_SOFTWARE=1",
+                                  "LP_NUM_THREADS=0", "MESA_SHADER_CACHE_DISABLE=true"};
 
 /** What happens in the new process before its program runs. */
 class CSpawnPlan {
