@@ -62,7 +62,7 @@ set(ORBIVUE_ROOMS
   "modeldb/server/http/limits: base/* files"
   "modeldb/server/http: base/* files modeldb/server/http/limits"
   "modeldb/server/work: base/* files process picture model/* camera engine engine/gl export/gltf export/webgl modeldb/bytes modeldb/records modeldb/database modeldb/store"
-  "modeldb/server/site: base/* files export/webgl modeldb/bytes modeldb/records modeldb/store modeldb/server/work"
+  "modeldb/server/site: base/* files export/webgl modeldb/bytes modeldb/records modeldb/database modeldb/store modeldb/protocol modeldb/server/work"
   "modeldb/server/cache: base/* files"
   "modeldb/server: base/* files picture modeldb/bytes modeldb/records modeldb/database modeldb/store modeldb/protocol modeldb/server/http modeldb/server/work modeldb/server/site modeldb/server/cache"
   "frame: base/* files settings model/* session"

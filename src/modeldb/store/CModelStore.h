@@ -84,6 +84,12 @@ class CModelStore {
     /** The name of the model's group; NotFound. Cheaper than Model. */
     [[nodiscard]] CResult<std::string> GroupOf(std::uint32_t key);
 
+    /** The bytes of the model's preview; nothing where it has none. NotFound. */
+    [[nodiscard]] CResult<std::optional<CBlobHash>> PreviewOf(std::uint32_t key);
+    /** The next models without a preview, of keys from one on, in their order. */
+    [[nodiscard]] CResult<std::vector<std::uint32_t>> ModelsWithoutPreview(std::uint32_t from,
+                                                                           std::size_t limit);
+
     // --- bytes --------------------------------------------------------------------------------------------
     /** NotFound: no bytes of that hash. */
     [[nodiscard]] CResult<CStoredBlob> Blob(const CBlobHash& hash);

@@ -183,3 +183,30 @@ CResult<std::string> CModelStore::GroupOf(std::uint32_t key) {
     if (group && group.Value().empty()) return store_query::Missing(lng::Mark("there is no such model"));
     return group;
 }
+
+CResult<std::optional<CBlobHash>> CModelStore::PreviewOf(std::uint32_t key) {
+    bool isThere = false;
+    auto preview = Gather<std::optional<CBlobHash>>(*m_database, &CDatabase::Read, [&](auto& found) {
+        return Done(m_database->Run(
+            "SELECT b.sha256 FROM models m LEFT JOIN blobs b ON b.id = m.preview WHERE m.key = $1",
+            {std::int64_t{key}}, [&](const CDbRow& row) -> CStatus {
+                isThere = true;
+                if (!row.IsNull(0)) found = blob_rows::HashOf(row, 0);
+                return CDone{};
+            }));
+    });
+    if (preview && !isThere) return store_query::Missing(lng::Mark("there is no such model"));
+    return preview;
+}
+
+CResult<std::vector<std::uint32_t>> CModelStore::ModelsWithoutPreview(std::uint32_t from, std::size_t limit) {
+    const auto most = static_cast<std::int64_t>(std::min(limit, store_limits::kPageModels));
+    return Gather<std::vector<std::uint32_t>>(*m_database, &CDatabase::Read, [&](auto& keys) {
+        return Done(m_database->Run(
+            "SELECT key FROM models WHERE key >= $1 AND preview IS NULL ORDER BY key LIMIT $2",
+            {std::int64_t{from}, most}, [&](const CDbRow& row) -> CStatus {
+                keys.push_back(KeyFrom(row, 0));
+                return CDone{};
+            }));
+    });
+}

@@ -24,7 +24,7 @@ struct CCommandEntry {
 };
 
 constexpr std::array<CCommandEntry, 12> kCommands{{
-    {ECommand::Import, "import", "", "PATH... --group NAME", "gv", 1, kAny,
+    {ECommand::Import, "import", "", "PATH... --group NAME", "gpv", 1, kAny,
      "adds 3DS files, and those of folders and all below, with their textures"},
     {ECommand::Export, "export", "", "--into FOLDER [KEY...]", "gi", 0, kAny,
      "writes models with their textures: all, a group's, or those named"},
@@ -41,7 +41,7 @@ constexpr std::array<CCommandEntry, 12> kCommands{{
     {ECommand::TokenCreate, "token", "create", "NAME", "r", 1, 1, "makes a token and prints it, this once"},
     {ECommand::TokenList, "token", "list", "", "j", 0, 0, "lists the tokens' names and rights"},
     {ECommand::TokenRevoke, "token", "revoke", "NAME", "", 1, 1, "makes a token void"},
-    {ECommand::Serve, "serve", "", "", "lpobcCwtTumGknq", 0, 0,
+    {ECommand::Serve, "serve", "", "", "lPobcCwtTumGknq", 0, 0,
      "serves the store to other machines and to browsers, until a signal ends it"},
 }};
 
@@ -111,7 +111,7 @@ struct COptionEntry {
     std::string_view help;
 };
 
-constexpr std::array<COptionEntry, 24> kOptions{{
+constexpr std::array<COptionEntry, 25> kOptions{{
     {'S', "store", "PLACE", Set<&CModelDbOptions::store>,
      "a file, or postgresql://...; else the user's own store"},
     {'g', "group", "NAME", Set<&CModelDbOptions::group>, "the group"},
@@ -122,9 +122,10 @@ constexpr std::array<COptionEntry, 24> kOptions{{
     {'j', "json", "", Set<&CModelDbOptions::json>, "prints JSON"},
     {'v', "verbose", "", Set<&CModelDbOptions::verbose>,
      "names each model that is in the store from then on"},
+    {'p', "previews", "", Set<&CModelDbOptions::previews>, "draws a preview of each model that is added"},
     {'l', "listen", "ADDRESS:PORT", SetServe<serve_options::SetListen>,
      "where serve listens (127.0.0.1:8095,[::1]:8095)"},
-    {'p', "private", "", SetServeFlag<&CServeOptions::isPrivate>, "nothing is told without a token"},
+    {'P', "private", "", SetServeFlag<&CServeOptions::isPrivate>, "nothing is told without a token"},
     {'o', "open-uploads", "", SetServeFlag<&CServeOptions::hasOpenUploads>,
      "uploads need no token; on this machine alone"},
     {'b', "base-url", "URL", SetServe<serve_options::SetBaseUrl>, "the public address, behind a proxy"},

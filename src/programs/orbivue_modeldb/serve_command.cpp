@@ -91,7 +91,8 @@ CHttpServerOptions HttpOptionsOf(const CServeOptions& serve, CLineLog& log) {
 
 std::string AddressOf(const CServeOptions& serve, int port) {
     const std::string& host = serve.addresses.front();
-    return "http://" + (host.find(':') == host.npos ? host : "[" + host + "]") + ":" + std::to_string(port) + "/";
+    return "http://" + (host.find(':') == host.npos ? host : "[" + host + "]") + ":" + std::to_string(port) +
+           "/";
 }
 
 /** True where somebody has a token that may upload, or the store cannot tell. */

@@ -69,7 +69,8 @@ COutcome SetListen(CServeOptions& options, std::string_view value) {
         const std::optional<CPlace> place = PlaceOf(part);
         if (!place) return std::string(kListenForm);
         const int port = static_cast<int>(place->port);
-        if (!options.addresses.empty() && port != options.port) return "takes several addresses, but one port";
+        if (!options.addresses.empty() && port != options.port)
+            return "takes several addresses, but one port";
         options.port = port;
         if (place->host.empty())
             options.addresses.insert(options.addresses.end(), {"127.0.0.1", "::1"});

@@ -73,14 +73,17 @@ class CTestServer {
         return std::move(answer);
     }
     [[nodiscard]] static CGot Take(std::future<CHttpAnswer>& waiting) {
-        if (waiting.wait_for(std::chrono::seconds(30)) != std::future_status::ready) return {0, "no answer", {}};
+        if (waiting.wait_for(std::chrono::seconds(30)) != std::future_status::ready)
+            return {0, "no answer", {}};
         CHttpAnswer answer = waiting.get();
         CGot got{answer.status, {}, std::move(answer.headers)};
-        if (const auto* text = std::get_if<std::shared_ptr<const std::string>>(&answer.body)) got.body = **text;
+        if (const auto* text = std::get_if<std::shared_ptr<const std::string>>(&answer.body))
+            got.body = **text;
         if (const auto* file = std::get_if<CHttpFile>(&answer.body)) {
             got.body.resize(file->length);
-            EXPECT_EQ(::pread(file->file->Get(), got.body.data(), file->length, static_cast<off_t>(file->offset)),
-                      static_cast<ssize_t>(file->length));
+            EXPECT_EQ(
+                ::pread(file->file->Get(), got.body.data(), file->length, static_cast<off_t>(file->offset)),
+                static_cast<ssize_t>(file->length));
         }
         return got;
     }
@@ -94,7 +97,9 @@ class CTestServer {
 
   private:
     struct CTaker final : CHttpAnswerTaker {
-        void TakeAnswer(std::uint64_t, CHttpAnswer answer) noexcept override { promise.set_value(std::move(answer)); }
+        void TakeAnswer(std::uint64_t, CHttpAnswer answer) noexcept override {
+            promise.set_value(std::move(answer));
+        }
         std::promise<CHttpAnswer> promise;
     };
     [[nodiscard]] static std::pair<std::shared_ptr<CTaker>, std::future<CHttpAnswer>> Waiting() {
@@ -102,7 +107,8 @@ class CTestServer {
         auto answer = taker->promise.get_future();
         return {taker, std::move(answer)};
     }
-    [[nodiscard]] static CHttpRequest RequestOf(EHttpMethod method, std::string target, const CHeaders& headers) {
+    [[nodiscard]] static CHttpRequest RequestOf(EHttpMethod method, std::string target,
+                                                const CHeaders& headers) {
         CHttpRequest request;
         request.method = method;
         request.target = std::move(target);
@@ -124,7 +130,8 @@ inline std::string BodyOf(std::string name, std::string group, std::string_view 
                           std::string_view texture = {}) {
     std::vector<CUploadBodySource::CPicture> textures;
     if (!texture.empty()) textures.push_back({"t.png", BytesOf(texture)});
-    auto source = CUploadBodySource::Make({std::move(name), std::move(group), "", "", {}, {}}, BytesOf(file), textures);
+    auto source =
+        CUploadBodySource::Make({std::move(name), std::move(group), "", "", {}, {}}, BytesOf(file), textures);
     EXPECT_TRUE(source);
     std::string body(source.Value().Size(), '\0');
     std::size_t size = 0;

@@ -4,7 +4,7 @@
 
 namespace {
 
-const std::string kPacked(100'000, 'm');  // becomes smaller in the store
+const std::string kPacked(100'000, 'm');         // becomes smaller in the store
 const std::string kNoise = NoiseOf(600'000, 1);  // does not, and is of several parts
 
 std::string KeyOf(std::string_view file) {
@@ -22,8 +22,7 @@ class ModelSiteTest : public testing::TestWithParam<CEngineRow> {
         CNewModel chair = ModelOf("Cars & more", "a chair", kPacked);
         chair.textures.push_back({"../../etc/passwd", BlobOf(nullptr, kNoise)});
         EXPECT_TRUE(store.AddModel(std::move(chair)));
-        for (const char* name : {"b", "c", "d"})
-            EXPECT_TRUE(store.AddModel(ModelOf("Übrige", name, name)));
+        for (const char* name : {"b", "c", "d"}) EXPECT_TRUE(store.AddModel(ModelOf("Übrige", name, name)));
     }
 
     CTestPlace place{GetParam()};
@@ -131,7 +130,8 @@ TEST_P(ModelSiteTest, GivesRanges) {
         if (row.status < 300) EXPECT_TRUE(got.body == kNoise.substr(row.first, row.length));
         if (row.status == 206)
             EXPECT_EQ(got.Header("Content-Range"), "bytes " + std::to_string(row.first) + "-" +
-                                                       std::to_string(row.first + row.length - 1) + "/600000");
+                                                       std::to_string(row.first + row.length - 1) +
+                                                       "/600000");
         if (row.status == 416)
             EXPECT_EQ(got.Header("Content-Range"), "bytes */600000");
         else
@@ -179,7 +179,8 @@ TEST_P(ModelSiteTest, KeepsPrivateWhatIsPrivate) {
     const std::string reader = token("reader", 1), remover = token("remover", 4);
     const std::string basic = "Basic " + [&] {  // of ":" and the reader's token
         std::string text = ":" + reader, packed;
-        constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+        constexpr std::string_view kDigits =
+            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
         while (text.size() % 3 != 0) text.insert(text.begin(), 'u');  // a name of any length
         for (std::size_t i = 0; i < text.size(); i += 3) {
             const auto at = [&](std::size_t j) { return static_cast<unsigned char>(text[i + j]); };
@@ -214,7 +215,8 @@ TEST_P(ModelSiteTest, KeepsPrivateWhatIsPrivate) {
 }
 
 TEST_P(ModelSiteTest, RemovesAModel) {
-    const std::string token = place.Open().CreateToken("t", {4}).Value(), target = "/api/models/" + KeyOf("b");
+    const std::string token = place.Open().CreateToken("t", {4}).Value(),
+                      target = "/api/models/" + KeyOf("b");
     CTestServer server(place);
     const CTestServer::CHeaders headers{{"Authorization", "bearer " + token}};
     EXPECT_EQ(server.Get(target, headers, EHttpMethod::Delete).status, 204);

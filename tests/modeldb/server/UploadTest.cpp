@@ -20,7 +20,9 @@ std::string PictureText(unsigned char sideHigh) {
 class UploadTest : public testing::TestWithParam<CEngineRow> {
   protected:
     /** All about what the store holds. */
-    [[nodiscard]] CCheckReport Report() const { return place.Open().Check(CModelStore::ECheck::Full).Value(); }
+    [[nodiscard]] CCheckReport Report() const {
+        return place.Open().Check(CModelStore::ECheck::Full).Value();
+    }
 
     CTestPlace place{GetParam()};
 };
@@ -93,7 +95,8 @@ TEST_P(UploadTest, WantsATokenATypeAndPatience) {
     EXPECT_EQ(server.Upload(body).status, 401);
     EXPECT_NE(server.Upload(body).Error().find("token create"), std::string::npos);
     CModelStore store = place.Open();
-    const std::string reader = store.CreateToken("r", {1}).Value(), writer = store.CreateToken("w", {2}).Value();
+    const std::string reader = store.CreateToken("r", {1}).Value(),
+                      writer = store.CreateToken("w", {2}).Value();
     EXPECT_EQ(server.Upload(body, {{"Authorization", "Bearer " + reader}}).status, 403);
     const CTestServer::CHeaders good{{"Authorization", "Bearer " + writer}};
     EXPECT_EQ(server.Upload(body, good).status, 201);

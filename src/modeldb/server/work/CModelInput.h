@@ -32,9 +32,11 @@ struct CModelInput {
     std::vector<CTextureInput> textures;
     std::string name;  ///< UTF-8; the title of a page
 
-    /** A file without a name that holds these bytes; it is gone with the last descriptor, whatever happens. NoSpace,
-     * WriteFailed. */
-    [[nodiscard]] static CResult<CModelInput> OfBytes(std::span<const std::byte> model);
+    /** A file without a name that holds these bytes; it is gone with the last descriptor, whatever happens. folder: see
+     * CWorkshop::COptions. NoSpace, WriteFailed. */
+    [[nodiscard]] static CResult<CModelInput> OfBytes(std::span<const std::byte> model,
+                                                      const std::string& folder = {});
     /** The same, of what a store has. Errors are the store's, too. */
-    [[nodiscard]] static CResult<CModelInput> OfStore(CModelStore& store, const CModelRecord& record);
+    [[nodiscard]] static CResult<CModelInput> OfStore(CModelStore& store, const CModelRecord& record,
+                                                      const std::string& folder = {});
 };

@@ -17,6 +17,7 @@ class CViewPages {
     struct COptions {
         std::uint64_t bytes = 1ULL << 30;  ///< of all pages that are kept
         std::size_t pages = 200;           ///< each holds a descriptor
+        std::size_t waiting = 4;           ///< threads at once; for more of them the answer is Busy
     };
     /** workshop must outlive this object. */
     explicit CViewPages(CWorkshop& workshop);

@@ -37,6 +37,8 @@ class CWorkshop {
         unsigned processes = 0;
         std::chrono::milliseconds patience{20'000};  ///< with one process, which is killed then
         std::chrono::milliseconds waiting{20'000};   ///< for others to end, before Busy
+        /** Where files without names lie that hold models and pages; empty: the system's temporary folder. */
+        std::string folder{};
         std::string program = "/proc/self/exe";
     };
 
@@ -53,6 +55,8 @@ class CWorkshop {
     [[nodiscard]] CResult<std::vector<std::byte>> DrawPreview(const CModelInput& input);
     /** The page of the web export with everything in it. */
     [[nodiscard]] CResult<CMadePage> MakePage(const CModelInput& input);
+
+    [[nodiscard]] const std::string& Folder() const;
 
     /** Kills what runs; calls that are under way and later ones end with Cancelled. */
     void Stop();
