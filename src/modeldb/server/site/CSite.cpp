@@ -22,10 +22,13 @@ constexpr std::size_t kPageModels = 96, kFoundModels = 192;
 constexpr std::size_t kGroupsWithPreviews = 200;  ///< the others are names alone
 constexpr std::string_view kHtml = "text/html; charset=utf-8";
 
-/** Nothing of another place is loaded, and no script runs. */
-constexpr const char* kPolicy =
-    "default-src 'none'; style-src 'self'; img-src 'self'; frame-src 'self'; form-action 'self'; base-uri "
-    "'none'; frame-ancestors 'none'";
+/** Nothing of another place is loaded, and no script runs. inFrame: a page of ours may hold it. */
+std::string PagePolicy(bool inFrame) {
+    return "default-src 'none'; style-src 'self'; img-src 'self'; frame-src 'self'; form-action 'self'; "
+           "base-uri "
+           "'none'; frame-ancestors " +
+           std::string(inFrame ? "'self'" : "'none'");
+}
 constexpr const char* kFilePolicy = "default-src 'none'; style-src 'unsafe-inline'; sandbox";
 
 CHeaders Headers(std::string policy, const char* caching) {
@@ -42,7 +45,7 @@ std::string ViewPolicy() {
 }
 
 CSiteAnswer Html(std::string html, int status = 200) {
-    return {status, std::string(kHtml), Headers(kPolicy, "no-cache"), std::move(html)};
+    return {status, std::string(kHtml), Headers(PagePolicy(false), "no-cache"), std::move(html)};
 }
 
 struct CMessage {
@@ -79,10 +82,7 @@ struct CSite::CState {
         const bool passes = message.status == 503;
         CSiteAnswer answer =
             Html(site_pages::Message(frame, message.heading, message.text, passes), message.status);
-        if (inFrame)
-            answer.headers =
-                Headers(std::string(kPolicy).replace(std::string_view(kPolicy).rfind("'none'"), 6, "'self'"),
-                        "no-store");
+        answer.headers = Headers(PagePolicy(inFrame), "no-store");
         if (passes) answer.headers.emplace_back("Retry-After", "4");
         return answer;
     }
