@@ -59,7 +59,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(CFileRow{"Cube", GoodModel(), true}, CFileRow{"Empty", {}, false},
                     CFileRow{"Text", Text("<html>"), false},
                     CFileRow{"Archive", Text("PK\3\4 not a model"), false},
-                    CFileRow{"HeaderAlone", Chunk(0x4D4D), true},
+                    CFileRow{"HeaderAlone", Chunk(0x4D4D), false},
+                    CFileRow{"PointsAlone", Scene(Mesh("Points", CubePoints())), false},
                     CFileRow{"SizesThatLie", Chunk(0x4D4D, Chunk(0x3D3D, Cube(), 0x7FFFFFFF), 0x7FFFFFFF),
                              true}),
     kRowName);

@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <limits>
 #include <utility>
@@ -94,7 +95,9 @@ C3ds2WebGL::COutFormat PageFormat(const CWorkerOrder& order) {
 CStatus worker_jobs::Inspect(const CWorkerOrder& order) {
     const CResult<CScene> scene = ReadScene(order, {});
     if (!scene) return scene.Error();
-    return CDone{};
+    const auto hasFaces = [](const CMeshView& mesh) { return mesh.faceCount > 0; };
+    if (std::ranges::any_of(scene.Value().Meshes(), hasFaces)) return CDone{};
+    return CError{EErrorCode::BadFormat, "the file holds no mesh that could be seen", {}};
 }
 
 CResult<std::vector<std::byte>> worker_jobs::DrawPreview(const CWorkerOrder& order) {
