@@ -59,6 +59,7 @@ set(ORBIVUE_ROOMS
   "modeldb/database: base/* files"
   "modeldb/store: base/* files modeldb/bytes modeldb/records modeldb/database"
   "modeldb/protocol: base/* modeldb/bytes modeldb/records"
+  "modeldb/client: base/* files settings model/textures modeldb/bytes modeldb/records modeldb/database modeldb/store modeldb/protocol"
   "frame: base/* files settings model/* session"
   "frame/preview: base/* files settings script"
   "frame/preview/ui: base/* files settings widgets widgets/ui frame/preview"
