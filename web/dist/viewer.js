@@ -911,7 +911,7 @@ void main() {
     for (const node of nodes) {
       const { matrix, translation, rotation, scale, parent } = node;
       const own = matrix ?? placed(rotation, translation, scale);
-      node.world = parent ? product(parent.world, own) : own;
+      node.world = product(parent?.world ?? kIdentity, own).map((x) => abs(x) < 1e18 ? x : 0);
     }
   }
   var originOf = (node) => column(node.world, 12);
@@ -1157,17 +1157,15 @@ void main() {
     let lights;
     let program;
     let look;
-    const extentOf = ({ node, geometry: { low, high } }) => {
-      const r = rowTimes(depthRow, node.world);
-      return [dot(r, add(low, high)) / 2 + r[3], dot(r.map(abs), sub(high, low)) / 2];
-    };
     const depths = () => {
       let [nearest, farthest] = [Infinity, -Infinity];
       for (const part of [...opaque, ...blended]) {
-        const [middle, half] = extentOf(part);
-        part.depth = middle;
-        nearest = min(nearest, middle - half);
-        farthest = max(farthest, middle + half);
+        const { low, high } = part.geometry;
+        const r = rowTimes(depthRow, part.node.world);
+        const half = dot(r.map(abs), sub(high, low)) / 2;
+        part.depth = dot(r, add(low, high)) / 2 + r[3];
+        nearest = min(nearest, part.depth - half);
+        farthest = max(farthest, part.depth + half);
       }
       return [nearest, farthest];
     };
@@ -1198,32 +1196,32 @@ void main() {
       gl[on ? "enable" : "disable"](2884 /* CullFace */);
       gl.cullFace(side2);
     };
-    const useLook = (p, next, specular) => {
+    const useLook = ({ look: next, specular }) => {
       if (look === next) return;
       look = next;
       const { diffuse, opacity, exponent, ambient, self, maps } = next;
-      p.uniform("uLook", [...diffuse, opacity, ...specular, exponent, ...ambient, self, ...scene.ambientLight, 0]);
-      p.uniform("uMaps", maps.flatMap((map) => map?.uniform ?? kIdentity));
+      program.uniform("uLook", [...diffuse, opacity, ...specular, exponent, ...ambient, self, ...scene.ambientLight, 0]);
+      program.uniform("uMaps", maps.flatMap((map) => map?.uniform ?? kIdentity));
       bindMaps(next);
       cull(!next.twoSided);
     };
-    const placePart = (p, { node, geometry }) => {
+    const placePart = ({ node, geometry }) => {
       const m = product(toEye, node.world);
-      p.uniform("uModelView", m);
+      program.uniform("uModelView", m);
       const [normal, determinant] = normalMatrix(m);
-      p.uniform("uNormal", normal);
+      program.uniform("uNormal", normal);
       gl.frontFace(determinant < 0 ? 2304 /* Cw */ : 2305 /* Ccw */);
       gl.bindVertexArray(geometry.vao);
       if (!geometry.targets.length) return;
       const weights = node.weights ?? [];
       const chosen = [...weights.keys()].sort((a, b) => abs(weights[b]) - abs(weights[a])).slice(0, 2);
       maker.mixWith(geometry, chosen);
-      p.uniform("uMorph", [weights[chosen[0]] || 0, weights[chosen[1]] || 0]);
+      program.uniform("uMorph", [weights[chosen[0]] || 0, weights[chosen[1]] || 0]);
     };
     const prepare = (part) => {
       useProgram(part.program);
-      useLook(part.program, part.look, part.specular);
-      placePart(part.program, part);
+      useLook(part);
+      placePart(part);
     };
     const drawOpaque = () => {
       opaque.sort((a, b) => b.key - a.key || b.material - a.material || a.depth - b.depth);
@@ -1273,7 +1271,7 @@ void main() {
         useProgram(depthProgram);
         for (const part of [...opaque, ...blended]) {
           cull(!part.look.twoSided);
-          placePart(depthProgram, part);
+          placePart(part);
           drawPart(gl, part);
         }
         const found = new Uint8Array(4);
