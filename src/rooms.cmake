@@ -59,8 +59,11 @@ set(ORBIVUE_ROOMS
   "modeldb/records: base/* modeldb/bytes"
   "modeldb/database: base/* files"
   "modeldb/store: base/* files modeldb/bytes modeldb/records modeldb/database"
+  "modeldb/import: base/* files model/* modeldb/bytes modeldb/records modeldb/database modeldb/store"
   "modeldb/protocol: base/* modeldb/bytes modeldb/records"
-  "modeldb/client: base/* files settings model/textures modeldb/bytes modeldb/records modeldb/database modeldb/store modeldb/protocol"
+  "modeldb/client/transfer: base/* modeldb/bytes"
+  "modeldb/client/cache: base/* files modeldb/bytes modeldb/records"
+  "modeldb/client: base/* files settings model/* modeldb/bytes modeldb/records modeldb/database modeldb/store modeldb/import modeldb/protocol modeldb/client/transfer modeldb/client/cache"
   "modeldb/browse: base/* modeldb/bytes modeldb/records modeldb/client"
   "modeldb/transfer/ui: base/* files model/textures widgets widgets/ui widgets/threads/ui modeldb/bytes modeldb/records modeldb/client"
   "modeldb/hover/ui: base/* picture picture/decode modeldb/bytes modeldb/records modeldb/client"
@@ -83,4 +86,4 @@ set(ORBIVUE_ROOMS
   "programs/orbivue_convert: base/* files process picture settings model/* camera engine engine/gl engine/overlay script export/gltf export/pov export/webgl programs/shared"
   "programs/upload_prepare: base/* files settings export/drive"
   "programs/upload_prepare/ui: base/* files settings widgets widgets/ui export/drive programs/upload_prepare"
-  "programs/orbivue_modeldb: base/* files model/* modeldb/bytes modeldb/records modeldb/database modeldb/store")
+  "programs/orbivue_modeldb: base/* files model/* modeldb/bytes modeldb/records modeldb/database modeldb/store modeldb/import")

@@ -13,6 +13,7 @@ struct CWireErrorKind {
     std::string_view code;     ///< in the body, for programs
     EErrorCode error;          ///< for the client
     std::string_view message;  ///< in the body, where the server knows nothing better
+    bool explains = false;     ///< what the server writes tells people more than the message
 };
 
 /** Requests that fail: {"error":{"code":"exists","message":"..."}}. */
@@ -22,14 +23,17 @@ namespace wire_errors {
 [[nodiscard]] std::span<const CWireErrorKind> Kinds();
 /** That of a status; for one that the table lacks that of 400 (below 500) or 500. */
 [[nodiscard]] const CWireErrorKind& KindOf(int status);
-/** The status for a failure of the store, or of what a request asks for. */
+/** The status for a failure of the store. */
 [[nodiscard]] int StatusOf(EErrorCode error);
+/** The status for a failure of CUploadBodyReader. */
+[[nodiscard]] int StatusOfUpload(EErrorCode error);
 
 /** The body for a status. The message is a sentence for people; empty: the table's. Control characters and bytes that
  * are no text become "?", and it is cut at wire_limits::kMessage. */
 [[nodiscard]] std::string Write(int status, std::string_view message = {});
-/** What a client makes of an answer whose status is no success. The body may be anything, also a proxy's page: then the
- * message is the table's. What a server says is one line without control characters. */
+/** What a client makes of an answer whose status is no success: the table's message, which can be translated, unless the
+ * server explains itself. The body may be anything, also a proxy's page. What is taken from it is one line without control
+ * characters. */
 [[nodiscard]] CError Read(int status, std::string_view body);
 
 }  // namespace wire_errors
