@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "modeldb/server/CModelSite.h"
 
+#include <algorithm>
+
 #include "files/std_file_paths.h"
 #include "modeldb/server/CModelSite_state.h"
 #include "modeldb/server/server_answers.h"
@@ -42,6 +44,7 @@ CModelSite::CState::CState(CServerOptions given, std::unique_ptr<CStorePool> poo
       site(SiteOf(options), views),
       previews(options.drawsPreviews ? std::make_unique<CPreviewQueue>(options.store, workshop) : nullptr),
       workers(options.workers, options.waiting),
+      slowWorkers(std::max(1U, options.workers / 2), options.waiting),
       blobs(*stores, workers, *hot, options.isPrivate),
       uploads(options, *stores, access, workshop, previews.get()) {}
 
@@ -68,6 +71,7 @@ CModelSite::~CModelSite() {
 void CModelSite::Stop() {
     m_state->workshop.Stop();
     m_state->uploads.Stop();
+    m_state->slowWorkers.Stop();
     m_state->workers.Stop();
 }
 
@@ -87,7 +91,7 @@ void CModelSite::AnswerBody(CHttpRequest, CHttpBody body, CHttpReply reply) {
     m_state->uploads.Take(std::move(body), std::move(reply));
 }
 
-void CModelSite::OnWorker(CHttpRequest request, CHttpReply reply, CWork work) {
+void CModelSite::OnWorker(CWorkers& workers, CHttpRequest request, CHttpReply reply, CWork work) {
     struct CTask {
         CHttpRequest request;
         CHttpReply reply;
@@ -96,7 +100,7 @@ void CModelSite::OnWorker(CHttpRequest request, CHttpReply reply, CWork work) {
     // Shared, as a queue's work must be copyable.
     const auto task = std::make_shared<CTask>(CTask{std::move(request), std::move(reply), std::move(work)});
     const bool isTaken =
-        m_state->workers.Post([this, task] { task->reply.Send(FromStore(task->request, task->work)); });
+        workers.Post([this, task] { task->reply.Send(FromStore(task->request, task->work)); });
     if (!isTaken) task->reply.Send(server_answers::Refusal(503));
 }
 

@@ -14,6 +14,8 @@
 #include "modeldb/server/http/CHttpCounters.h"
 #include "modeldb/server/http/CHttpSite.h"
 
+class CWorkers;
+
 /** Answers the protocol's requests, and those for web pages, out of a store. It has no state that would matter: any number of
  * servers may use one store, and each sees at once what the others have changed. */
 class CModelSite final : public CHttpSite {
@@ -38,7 +40,7 @@ class CModelSite final : public CHttpSite {
 
     explicit CModelSite(std::unique_ptr<CState> state);
     /** Has a worker answer; 503 where too much waits. */
-    void OnWorker(CHttpRequest request, CHttpReply reply, CWork work);
+    void OnWorker(CWorkers& workers, CHttpRequest request, CHttpReply reply, CWork work);
     [[nodiscard]] CHttpAnswer FromStore(const CHttpRequest& request, const CWork& work);
     [[nodiscard]] CHttpAnswer Failed(const CError& error);
 

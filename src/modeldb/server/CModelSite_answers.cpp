@@ -81,7 +81,12 @@ struct CModelSite::CDispatch {
     CHttpRequest request;
     CHttpReply reply;
 
-    void ByWorker(CWork work) { site.OnWorker(std::move(request), std::move(reply), std::move(work)); }
+    void ByWorker(CWork work) {
+        site.OnWorker(site.m_state->workers, std::move(request), std::move(reply), std::move(work));
+    }
+    void BySlowWorker(CWork work) {
+        site.OnWorker(site.m_state->slowWorkers, std::move(request), std::move(reply), std::move(work));
+    }
 
     void operator()(const CVersionAddress& address) { reply.Send(site.Version(address)); }
     void operator()(const CMetricsAddress&) { reply.Send(site.Metrics()); }
@@ -127,24 +132,24 @@ struct CModelSite::CDispatch {
         });
     }
     void operator()(const CSearchAddress& address) {
-        ByWorker([&here = site, address](CModelStore& store, const CHttpRequest&) {
+        BySlowWorker([&here = site, address](CModelStore& store, const CHttpRequest&) {
             return here.Search(store, address);
         });
     }
     void operator()(const CBlobAddress& address) {
         site.m_state->blobs.Answer(address, std::move(request), std::move(reply));
     }
-    void Page() {
-        ByWorker([&here = site](CModelStore& store, const CHttpRequest& asked) -> CResult<CHttpAnswer> {
+    [[nodiscard]] CWork Page() const {
+        return [&here = site](CModelStore& store, const CHttpRequest& asked) -> CResult<CHttpAnswer> {
             return here.WebPage(store, asked);
-        });
+        };
     }
-    void operator()(const CHomePage&) { Page(); }
-    void operator()(const CGroupPage&) { Page(); }
-    void operator()(const CModelPage&) { Page(); }
-    void operator()(const CModelView&) { Page(); }
-    void operator()(const CSearchPage&) { Page(); }
-    void operator()(const CSiteFile&) { Page(); }
+    void operator()(const CHomePage&) { ByWorker(Page()); }
+    void operator()(const CGroupPage&) { ByWorker(Page()); }
+    void operator()(const CModelPage&) { ByWorker(Page()); }
+    void operator()(const CModelView&) { BySlowWorker(Page()); }
+    void operator()(const CSearchPage&) { BySlowWorker(Page()); }
+    void operator()(const CSiteFile&) { ByWorker(Page()); }
 };
 
 void CModelSite::Answer(CHttpRequest request, CHttpReply reply) {
@@ -178,7 +183,7 @@ CHttpAnswer CModelSite::Metrics() const {
     if (m_state->previews) counts.previews = m_state->previews->Counts();
     counts.hot = m_state->hot->Counts();
     counts.pageBytes = m_state->pages.Bytes();
-    counts.waiting = m_state->workers.Waiting();
+    counts.waiting = m_state->workers.Waiting() + m_state->slowWorkers.Waiting();
     counts.waitingUploads = m_state->uploads.Waiting();
     counts.uploadsAdded = uploads.added;
     counts.uploadsSame = uploads.same;

@@ -29,6 +29,7 @@ struct CModelSite::CState {
     std::function<CHttpCounters()> http;
     std::atomic<std::uint64_t> storeFailures{0};
     CWorkers workers;
+    CWorkers slowWorkers;  ///< for searches and pages that may take seconds: they hold up nothing else
     CBlobDesk blobs;
     CUploadDesk uploads;
 };
