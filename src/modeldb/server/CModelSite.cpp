@@ -110,7 +110,9 @@ CHttpAnswer CModelSite::Failed(const CError& error) {
     CHttpAnswer answer = server_answers::Refusal(error);
     if (answer.status >= 500) {
         ++m_state->storeFailures;
-        if (m_state->options.complain) m_state->options.complain("the store cannot answer: " + error.Text());
+        // A database that is known to be away was told of already.
+        if (m_state->options.complain && !error.where.empty())
+            m_state->options.complain("the store cannot answer: " + error.Text());
     }
     return answer;
 }

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
+#include <unistd.h>
 
-#include "base/process_memory.h"
-#include "base/text/utf8_text.h"
+#include <algorithm>
+#include <fstream>
+
 #include "modeldb/protocol/wire_records.h"
 #include "modeldb/server/CModelSite_state.h"
 #include "modeldb/server/server_answers.h"
@@ -48,6 +49,14 @@ CHttpAnswer OfPage(const CPageCache::CPage& page, std::string_view tag, bool isP
     CHttpAnswer answer{200, std::string(wire_limits::kJsonType), {}, page};
     server_answers::AddTag(answer, tag, isPrivate);
     return answer;
+}
+
+/** What of this process is in memory now; 0 where the system does not tell. */
+std::uint64_t MemoryBytes() {
+    std::ifstream file("/proc/self/statm");
+    std::uint64_t all = 0, resident = 0;
+    file >> all >> resident;
+    return resident * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
 }
 
 EAccess AccessFor(const CHttpRequest& request, const CWireAddress& address) {
@@ -176,6 +185,7 @@ CHttpAnswer CModelSite::Metrics() const {
     counts.uploadsRefused = uploads.refused;
     counts.uploadsFailed = uploads.failed;
     counts.storeFailures = m_state->storeFailures;
+    counts.memoryBytes = MemoryBytes();
     return CHttpAnswer::OfText(200, "text/plain; version=0.0.4; charset=utf-8", MetricsText(counts));
 }
 

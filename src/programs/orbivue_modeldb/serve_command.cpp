@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "modeldb/protocol/wire_errors.h"
 #include "modeldb/server/CModelSite.h"
 #include "modeldb/server/http/CHttpServer.h"
 #include "modeldb/server/server_answers.h"
@@ -84,7 +85,9 @@ CHttpServerOptions HttpOptionsOf(const CServeOptions& serve, CLineLog& log) {
     http.trustedProxies = serve.trustedProxies;
     http.bodyBytes = serve.uploadBytes;
     http.connections = serve.connections;
-    http.refusal = [](int status, std::string_view why) { return server_answers::Refusal(status, why); };
+    http.refusal = [](int status, std::string_view why) {
+        return server_answers::Json(status, wire_errors::Write(status, why));
+    };
     if (!serve.isQuiet) http.log = [&log](std::string_view line) { log.Add(line); };
     return http;
 }
