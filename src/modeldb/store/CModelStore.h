@@ -67,6 +67,7 @@ class CModelStore {
     [[nodiscard]] CResult<std::vector<CGroupRecord>> Groups();
     /** NotFound: no such group. */
     [[nodiscard]] CResult<CGroupRecord> Group(std::string_view name);
+    [[nodiscard]] CResult<CGroupRecord> GroupById(std::int64_t id);
     /** A page of a group's models, in the order of names' bytes, then of keys: those behind a place, or the first ones; at
      * most `limit`, and fewer only at the end. Empty for a group that is not there. */
     [[nodiscard]] CResult<std::vector<CModelSummary>> Models(std::int64_t groupId,

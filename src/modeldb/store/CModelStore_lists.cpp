@@ -18,6 +18,17 @@ CGroupRecord GroupFrom(const CDbRow& row) {
             static_cast<std::uint64_t>(row.Int(3))};
 }
 
+CResult<CGroupRecord> OneGroup(CDatabase& database, std::string_view sql, const CDbValue& which) {
+    CResult<CGroupRecord> group = Gather<CGroupRecord>(database, &CDatabase::Read, [&](auto& found) {
+        return Done(database.Run(sql, {which}, [&](const CDbRow& row) -> CStatus {
+            found = GroupFrom(row);
+            return CDone{};
+        }));
+    });
+    if (group && group.Value().id == 0) return store_query::Missing(lng::Mark("there is no such group"));
+    return group;
+}
+
 std::uint32_t KeyFrom(const CDbRow& row, int column) {
     return static_cast<std::uint32_t>(row.Int(column));
 }
@@ -84,15 +95,12 @@ CResult<std::vector<CGroupRecord>> CModelStore::Groups() {
 
 CResult<CGroupRecord> CModelStore::Group(std::string_view name) {
     if (CStatus sound = store_names::Check(name, store_limits::kGroupName); !sound) return sound.Error();
-    CResult<CGroupRecord> group = Gather<CGroupRecord>(*m_database, &CDatabase::Read, [&](auto& found) {
-        return Done(m_database->Run("SELECT id, name, model_count, version FROM model_groups WHERE name = $1",
-                                    {name}, [&](const CDbRow& row) -> CStatus {
-                                        found = GroupFrom(row);
-                                        return CDone{};
-                                    }));
-    });
-    if (group && group.Value().id == 0) return store_query::Missing(lng::Mark("there is no such group"));
-    return group;
+    return OneGroup(*m_database, "SELECT id, name, model_count, version FROM model_groups WHERE name = $1",
+                    name);
+}
+
+CResult<CGroupRecord> CModelStore::GroupById(std::int64_t id) {
+    return OneGroup(*m_database, "SELECT id, name, model_count, version FROM model_groups WHERE id = $1", id);
 }
 
 CResult<std::vector<CModelSummary>> CModelStore::Models(std::int64_t groupId,

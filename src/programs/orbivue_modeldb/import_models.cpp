@@ -3,6 +3,7 @@
 
 #include "base/jobs/parallel_for.h"
 #include "modeldb/bytes/calc_crc.h"
+#include "modeldb/import/read_model.h"
 #include "programs/orbivue_modeldb/draw_previews.h"
 #include "programs/orbivue_modeldb/model_commands.h"
 #include "programs/orbivue_modeldb/model_source.h"

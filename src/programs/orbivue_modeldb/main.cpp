@@ -37,6 +37,7 @@ constexpr CRunner kRunners[] = {
     {EModelDbCommand::TokenCreate, model_commands::TokenCreate},
     {EModelDbCommand::TokenList, model_commands::TokenList},
     {EModelDbCommand::TokenRevoke, model_commands::TokenRevoke},
+    {EModelDbCommand::Serve, model_commands::Serve},
 };
 
 int Run(const CModelDbOptions& options) {
