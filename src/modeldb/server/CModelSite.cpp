@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "files/std_file_paths.h"
 #include "modeldb/server/CModelSite_state.h"
 #include "modeldb/server/server_answers.h"
 
@@ -53,7 +52,6 @@ CModelSite::CModelSite(std::unique_ptr<CState> state) : m_state(std::move(state)
 CResult<std::unique_ptr<CModelSite>> CModelSite::Make(CServerOptions options) {
     CResult<std::unique_ptr<CStorePool>> stores = CStorePool::Open(options.store);
     if (!stores) return stores.Error();
-    if (options.cacheFolder.empty()) options.cacheFolder = std_file_paths::GetCacheFolderPath() + "/modeldb";
     CHotFolder::COptions hot;
     hot.folder = options.cacheFolder;
     hot.bytes = options.cacheBytes;
@@ -76,6 +74,7 @@ void CModelSite::Stop() {
 }
 
 void CModelSite::SetHttpCounters(std::function<CHttpCounters()> counters) {
+    const std::lock_guard lock(m_state->httpMutex);
     m_state->http = std::move(counters);
 }
 

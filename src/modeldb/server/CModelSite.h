@@ -29,7 +29,7 @@ class CModelSite final : public CHttpSite {
     [[nodiscard]] std::optional<CHttpAnswer> RefuseBody(const CHttpRequest& request) override;
     void AnswerBody(CHttpRequest request, CHttpBody body, CHttpReply reply) override;
 
-    /** Where the counts of the HTTP server come from, for /metrics. Call it before the first request. */
+    /** Where the counts of the HTTP server come from, for /metrics; until it is called they are zero. Any thread. */
     void SetHttpCounters(std::function<CHttpCounters()> counters);
     /** Ends the work that is under way, on models too. Call it when no request comes any more. */
     void Stop();
@@ -43,6 +43,8 @@ class CModelSite final : public CHttpSite {
     void OnWorker(CWorkers& workers, CHttpRequest request, CHttpReply reply, CWork work);
     [[nodiscard]] CHttpAnswer FromStore(const CHttpRequest& request, const CWork& work);
     [[nodiscard]] CHttpAnswer Failed(const CError& error);
+    /** Answers, or hands on, where the token allows it; asks the store for the token where need be. */
+    void AnswerIfAllowed(const CWireAddress& address, CHttpRequest request, CHttpReply reply);
 
     // One for each kind of address; defined in CModelSite_answers.cpp.
     struct CDispatch;

@@ -158,11 +158,28 @@ void CModelSite::Answer(CHttpRequest request, CHttpReply reply) {
         reply.Send(server_answers::Refusal(address.Error()));
     } else if (!TakesMethod(request, address.Value())) {
         reply.Send(server_answers::WrongMethod(wire_address::MethodsOf(address.Value())));
-    } else if (auto refusal = m_state->access.Refuse(request, AccessFor(request, address.Value()))) {
-        reply.Send(*std::move(refusal));
+    } else if (m_state->stores->IsQuick() ||
+               !m_state->access.AsksStore(request, AccessFor(request, address.Value()))) {
+        AnswerIfAllowed(address.Value(), std::move(request), std::move(reply));
     } else {
-        std::visit(CDispatch{*this, std::move(request), std::move(reply)}, address.Value());
+        struct CTask {
+            CHttpRequest request;
+            CHttpReply reply;
+        };
+        // Shared, as a queue's work must be copyable.
+        const auto task = std::make_shared<CTask>(CTask{std::move(request), std::move(reply)});
+        const bool isTaken = m_state->workers.Post([this, task, wanted = address.Value()] {
+            AnswerIfAllowed(wanted, std::move(task->request), std::move(task->reply));
+        });
+        if (!isTaken) task->reply.Send(server_answers::Refusal(503));
     }
+}
+
+void CModelSite::AnswerIfAllowed(const CWireAddress& address, CHttpRequest request, CHttpReply reply) {
+    if (auto refusal = m_state->access.Refuse(request, AccessFor(request, address)))
+        reply.Send(*std::move(refusal));
+    else
+        std::visit(CDispatch{*this, std::move(request), std::move(reply)}, address);
 }
 
 CHttpAnswer CModelSite::Version(const CVersionAddress& address) const {
@@ -179,7 +196,10 @@ CHttpAnswer CModelSite::Version(const CVersionAddress& address) const {
 CHttpAnswer CModelSite::Metrics() const {
     const CUploadCounts& uploads = m_state->uploads.Counts();
     CServerCounts counts;
-    if (m_state->http) counts.http = m_state->http();
+    {
+        const std::lock_guard lock(m_state->httpMutex);
+        if (m_state->http) counts.http = m_state->http();
+    }
     if (m_state->previews) counts.previews = m_state->previews->Counts();
     counts.hot = m_state->hot->Counts();
     counts.pageBytes = m_state->pages.Bytes();
