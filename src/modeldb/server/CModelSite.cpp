@@ -7,10 +7,25 @@
 
 namespace {
 
+/** The path of the public address: "/models" of https://host/models. */
+std::string PathOf(const std::string& url) {
+    const std::size_t host = url.find("://");
+    const std::size_t slash = host == url.npos ? url.npos : url.find('/', host + 3);
+    std::string path = slash == url.npos ? std::string() : url.substr(slash);
+    while (!path.empty() && path.back() == '/') path.pop_back();
+    return path;
+}
+
 CWorkshop::COptions WorkshopOf(const CServerOptions& options) {
     CWorkshop::COptions workshop;
     workshop.program = options.workerProgram;
     return workshop;
+}
+
+CSite::COptions SiteOf(const CServerOptions& options) {
+    CSite::COptions site;
+    site.basePath = PathOf(options.baseUrl);
+    return site;
 }
 
 }  // namespace
@@ -24,6 +39,7 @@ CModelSite::CState::CState(CServerOptions given, std::unique_ptr<CStorePool> poo
       access(*stores, {options.isPrivate, options.hasOpenUploads}),
       workshop(WorkshopOf(options)),
       views(workshop),
+      site(SiteOf(options), views),
       previews(options.drawsPreviews ? std::make_unique<CPreviewQueue>(options.store, workshop) : nullptr),
       workers(options.workers, options.waiting),
       blobs(*stores, workers, *hot, options.isPrivate),

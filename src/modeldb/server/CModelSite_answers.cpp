@@ -234,6 +234,16 @@ CResult<CHttpAnswer> CModelSite::Search(CModelStore& store, const CSearchAddress
     return Json(200, wire_records::WriteFound(found.Value(), isMore));
 }
 
-CHttpAnswer CModelSite::WebPage(CModelStore&, const CHttpRequest&) const {
-    return server_answers::Refusal(404);
+CHttpAnswer CModelSite::WebPage(CModelStore& store, const CHttpRequest& request) const {
+    CSiteAnswer page = m_state->site.Answer(store, request.Path(), request.Query());
+    CHttpAnswer answer{page.status, std::move(page.contentType), std::move(page.headers), {}};
+    if (m_state->options.isPrivate && !request.Path().starts_with("/site/")) {
+        std::erase_if(answer.headers, [](const auto& header) { return header.first == "Cache-Control"; });
+        answer.headers.emplace_back("Cache-Control", "private, no-cache");
+    }
+    if (const auto* made = std::get_if<CMadePage>(&page.body))
+        answer.body = CHttpFile{made->file, 0, made->bytes};
+    else
+        answer.body = std::make_shared<const std::string>(std::get<std::string>(std::move(page.body)));
+    return answer;
 }

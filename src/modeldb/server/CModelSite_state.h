@@ -8,6 +8,7 @@
 #include "modeldb/server/CWorkers.h"
 #include "modeldb/server/cache/CHotFolder.h"
 #include "modeldb/server/cache/CPageCache.h"
+#include "modeldb/server/site/CSite.h"
 #include "modeldb/server/work/CPreviewQueue.h"
 #include "modeldb/server/work/CViewPages.h"
 #include "modeldb/server/work/CWorkshop.h"
@@ -23,6 +24,7 @@ struct CModelSite::CState {
     CAccess access;
     CWorkshop workshop;
     CViewPages views;
+    CSite site;
     std::unique_ptr<CPreviewQueue> previews;  ///< null where none are drawn
     std::function<CHttpCounters()> http;
     std::atomic<std::uint64_t> storeFailures{0};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,15 +31,18 @@ class CSite {
     };
     /** views must outlive this object. */
     CSite(COptions options, CViewPages& views);
+    CSite(const CSite&) = delete;
+    CSite& operator=(const CSite&) = delete;
+    ~CSite();
 
     /** True for the path of a GET that Answer answers: "/", "/g/1", "/m/0012abcd", "/m/0012abcd/view", "/search" and
-     * "/site/style.css". path is raw, as CHttpRequest::Path gives it, without basePath. */
+     * "/site/NAME". path is raw, as CHttpRequest::Path gives it, without basePath. */
     [[nodiscard]] static bool Answers(std::string_view path);
     /** Blocks: on a worker's thread with its store. query is raw, too. What is not there is 404, a wrong query 400, a store
      * or a workshop that is busy 503, each as a page. */
     [[nodiscard]] CSiteAnswer Answer(CModelStore& store, std::string_view path, std::string_view query) const;
 
   private:
-    COptions m_options;
-    CViewPages& m_views;
+    struct CState;
+    std::unique_ptr<CState> m_state;
 };
