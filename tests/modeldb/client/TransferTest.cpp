@@ -5,6 +5,7 @@
 
 #include <future>
 
+#include "CChildProgram.h"
 #include "CScriptedServer.h"
 #include "modeldb/client/transfer/CTransferPool.h"
 #include "row_name.h"
@@ -194,6 +195,17 @@ TEST(TransferTest, ThisMachineNeedsNoProxy) {
     bool isLost = false;
     EXPECT_EQ(Outcome(pool.Run(Get(server.Address()), watcher, isLost)), "200");
     ::unsetenv("http_proxy");
+}
+
+TEST(TransferTest, ACertificateThatNobodyVouchesForIsRefused) {
+    const std::string folder = ORBIVUE_CLIENT_TESTS;
+    const CChildProgram server({"python3", folder + "/https_server.py", folder + "/untrusted.pem"});
+    CTransferPool pool(CTransferTimes{});
+    CTestWatcher watcher;
+    bool isLost = false;
+    EXPECT_EQ(Outcome(pool.Run(Get(server.Address("https")), watcher, isLost)),
+              "the server's certificate is not trusted");
+    EXPECT_EQ(watcher.body, "");
 }
 
 TEST(TransferTest, NothingButHttpIsSpoken) {
