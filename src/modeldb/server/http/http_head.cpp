@@ -68,8 +68,16 @@ class CHeadParser final : public beast_http::basic_parser<true> {
     std::size_t m_fieldCount = 0;
 };
 
-CHeadFault FaultOf(const boost::beast::error_code& error) {
-    if (error == beast_http::error::bad_version) return {505, "this HTTP version is not spoken here"};
+// True for a request line of three parts of which the last is a version, whichever.
+bool NamesVersion(std::string_view text) {
+    const std::string_view line = text.substr(0, text.find('\r'));
+    return std::ranges::count(line, ' ') == 2 && line.substr(line.rfind(' ') + 1).starts_with("HTTP/");
+}
+
+CHeadFault FaultOf(const boost::beast::error_code& error, std::string_view text) {
+    if (error == beast_http::error::bad_version && NamesVersion(text)) {
+        return {505, "this HTTP version is not spoken here"};
+    }
     if (error == beast_http::error::header_limit) return {431, "too many header fields"};
     if (error == beast_http::error::bad_content_length) return {400, "bad Content-Length"};
     if (error == beast_http::error::bad_transfer_encoding) return {400, "bad Transfer-Encoding"};
@@ -151,7 +159,7 @@ std::optional<CHeadFault> ParseHead(std::string_view text, CHttpHead& head) {
     parser.header_limit(static_cast<std::uint32_t>(text.size()) + 1);
     boost::beast::error_code error;
     const std::size_t used = parser.put(boost::asio::buffer(text.data(), text.size()), error);
-    if (error) return FaultOf(error);
+    if (error) return FaultOf(error, text);
     if (used != text.size() || !parser.is_header_done()) return CHeadFault{400, "bad request"};
     head.keepAlive = parser.keep_alive();
     if (auto fault = CheckTarget(head.request.target)) return fault;
