@@ -13,6 +13,7 @@ namespace {
 constexpr auto kListSilence = 20s;
 constexpr auto kLinkSilence = 60s;
 constexpr auto kCopySilence = 120s;  // it tells its progress twice a second
+constexpr auto kLongestCopy = 168h;  // it can be cancelled
 
 // The statistics as errors, so that they come whatever level the user's variables choose.
 const std::vector<std::string> kCopy{
@@ -48,7 +49,8 @@ void CUpload::Unlock(std::string password) {
 void CUpload::Run(EState state, const std::vector<std::string>& command,
                   const std::vector<std::string>& operands, std::chrono::milliseconds silence) {
     m_state = state;
-    CResult<CRclone> started = CRclone::Start(m_setup, command, operands, silence);
+    CResult<CRclone> started = CRclone::Start(m_setup, command, operands, silence,
+                                              state == EState::Copying ? kLongestCopy : 3 * silence);
     if (started) {
         m_running.emplace(std::move(started).Value());
         return;
