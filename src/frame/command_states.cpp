@@ -57,6 +57,8 @@ bool IsChecked(int id, const CFrameState& frame) {
             return frame.isMaterialBarShown;
         case kCmdShowModelList:
             return frame.isModelListShown;
+        case kCmdDownload:
+            return frame.isBrowserShown;
         case kCmdFullScreen:
             return frame.isFullScreen;
         case kCmdPlayAnimation:

@@ -24,6 +24,7 @@ struct CFrameState {
     bool isMaterialBarShown = false;
     int activeTool = 0;  ///< the command of the material tool that is in use; 0: none
     bool isModelListShown = false;
+    bool isBrowserShown = false;
     int runningCommand = 0;  ///< its tool is shown pressed while it runs; 0: none
 };
 

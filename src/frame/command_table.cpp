@@ -86,9 +86,10 @@ constexpr CCommand kCommands[] = {
     {kCmdSelectLanguage, EMenu::Tools, Mark("Select Language"), nullptr, nullptr, ENeeds::Feature, !kToggle, kEndsGroup},
     {kCmdSettings, EMenu::Tools, Mark("Settings"), nullptr, nullptr, ENeeds::Feature, !kToggle, kEndsGroup},
     {kCmdDownload, EMenu::Tools, Mark("Download files"), Mark("Download 3ds files from server"), "download.ico",
-     ENeeds::Feature},
-    {kCmdUpload, EMenu::Tools, Mark("Upload file"), Mark("Upload file to server"), "upload.ico", ENeeds::Feature},
-    {kCmdClearCache, EMenu::Tools, Mark("Clear cache"), nullptr, nullptr, ENeeds::Feature},
+     ENeeds::Nothing, kToggle},
+    {kCmdUpload, EMenu::Tools, Mark("Upload file"), Mark("Upload file to server"), "upload.ico", ENeeds::Model,
+     !kToggle, !kEndsGroup, kMarksRun},
+    {kCmdClearCache, EMenu::Tools, Mark("Clear cache"), nullptr, nullptr},
 
     {kCmdVisitWebsite, EMenu::Help, Mark("Visit Website"), nullptr, nullptr, ENeeds::Feature, !kToggle, kEndsGroup},
     {kCmdCheckForUpdates, EMenu::Help, Mark("Check for updates..."), nullptr, nullptr, ENeeds::Feature, !kToggle,

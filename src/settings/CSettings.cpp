@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "settings/CSettings.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -14,6 +16,7 @@
 namespace {
 
 constexpr const char* kSection = "Settings";
+constexpr const char* kFileName = "settings.ini";
 
 using CField = std::variant<bool CSettings::*, std::int32_t CSettings::*, std::uint8_t CSettings::*,
                             float CSettings::*, std::wstring CSettings::*>;
@@ -53,7 +56,17 @@ constexpr std::array kEntries = {
     CEntry{"CloseOnEsc", &CSettings::closeOnEsc},
     CEntry{"ShowMaterialBar", &CSettings::showMaterialBar},
     CEntry{"SlideShowTime", &CSettings::slideShowTime},
+    CEntry{"ModelServer", &CSettings::modelServer},
+    CEntry{"ModelServerToken", &CSettings::modelServerToken},
 };
+
+/** The file holds a secret: nobody else reads it. */
+void KeepPrivate() {
+    const std::string path = std_file_paths::GetIniFilePath(kFileName);
+    struct stat state {};
+    if (::stat(path.c_str(), &state) == 0 && (state.st_mode & 077U) != 0)
+        (void)::chmod(path.c_str(), state.st_mode & 0700U);  // the folder is the user's own, too
+}
 
 bool ReadValue(const char* key, bool missing) {
     return CLocalRegStore::GetInt(kSection, key, missing ? 1 : 0) != 0;
@@ -108,7 +121,10 @@ CSettings& CSettings::Instance() {
 }
 
 bool CSettings::LoadFile() {
-    return CLocalRegStore::Load(std_file_paths::GetIniFilePath(L"settings.ini"));
+    const bool loaded =
+        CLocalRegStore::Load(file_util_ex::PathFromBytes(std_file_paths::GetIniFilePath(kFileName)));
+    if (!CLocalRegStore::GetString(kSection, "ModelServerToken", {}).empty()) KeepPrivate();
+    return loaded;
 }
 
 void CSettings::ReadAll() {
@@ -125,5 +141,7 @@ bool CSettings::WriteAll() const {
         written = std::visit([&](auto field) { return WriteValue(entry.key, this->*field); }, entry.field) &&
                   written;
     }
-    return CLocalRegStore::Save() && written;
+    written = CLocalRegStore::Save() && written;
+    if (!modelServerToken.empty()) KeepPrivate();
+    return written;
 }

@@ -47,6 +47,8 @@ struct CSettings {
     bool closeOnEsc = false;
     bool showMaterialBar = true;
     std::int32_t slideShowTime = 3000;  ///< how long a slideshow shows each model, in milliseconds
+    std::wstring modelServer;           ///< address of a server of models; empty: the one of the build
+    std::wstring modelServerToken;  ///< a secret, which is never shown; with it the file is the user's alone
 
     bool operator==(const CSettings&) const = default;
 };

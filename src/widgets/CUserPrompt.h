@@ -19,6 +19,8 @@ class CUserPrompt {
 
     /** A message box with the program's name as its caption. */
     virtual void ShowMessage(const std::wstring& text) = 0;
+    /** The same with an exclamation mark: what was asked for did not happen. */
+    virtual void ShowWarning(const std::wstring& text) { ShowMessage(text); }
     /** Asks before something is lost, with the buttons Yes and No; the default is No. True for Yes. */
     [[nodiscard]] virtual bool AskYesNo(const std::wstring& text) = 0;
     /** Asks before something is dropped that was not saved, with the buttons Save, Discard and Cancel. A prompt that

@@ -35,6 +35,7 @@
 #include "frame/ui/command_menus.h"
 #include "frame/ui/command_tool_bar.h"
 #include "frame/ui/full_screen_watch.h"
+#include "modeldb/ui/CModelsDlg.h"
 #include "script/CSceneScript.h"
 #include "session/CSession.h"
 #include "settings/CSettings.h"
@@ -90,6 +91,7 @@ CAViewerFrame::CAViewerFrame(const wxString& title)
 
 CAViewerFrame::~CAViewerFrame() {
     m_aui.UnInit();
+    if (m_browser) m_browser->Destroy();
     m_slideShow.reset();
     m_materials.reset();
     m_modelList.reset();

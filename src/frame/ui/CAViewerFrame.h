@@ -16,6 +16,7 @@
 #include "frame/materials/ui/wxColorPopupListener.h"
 #include "frame/slideshow/ui/CSlideShowFrame.h"
 #include "frame/ui/CRecentFileListMgr.h"
+#include "modeldb/ui/CModelsDlgHost.h"
 #include "session/CSessionFrame.h"
 #include "session/CSessionListener.h"
 #include "session/folder_models.h"
@@ -26,6 +27,7 @@ class CFileCommands;
 class CMaterialBar;
 class CMaterialCommands;
 class CModelListControl;
+class CModelsDlg;
 class CSceneStatusBar;
 class CSession;
 class CSlideShow;
@@ -42,7 +44,8 @@ class CAViewerFrame final : public wxFrame,
                             private CKeyDownListener,
                             private CSessionFrame,
                             private CSessionListener,
-                            private CSlideShowFrame {
+                            private CSlideShowFrame,
+                            private CModelsDlgHost {
   public:
     explicit CAViewerFrame(const wxString& title);
     ~CAViewerFrame() override;
@@ -68,6 +71,8 @@ class CAViewerFrame final : public wxFrame,
     [[nodiscard]] CSlideShow& SlideShow() { return *m_slideShow; }
     [[nodiscard]] CSession& Session() { return *m_session; }
     [[nodiscard]] CModelListControl& ModelList() { return *m_modelList; }
+    /** The browser of the library; null before it was shown first. */
+    [[nodiscard]] CModelsDlg* Browser() { return m_browser; }
     [[nodiscard]] CRecentFileListMgr& RecentFiles() { return m_recent; }
     [[nodiscard]] CCommandState StateOfCommand(int id) const;
 
@@ -76,6 +81,10 @@ class CAViewerFrame final : public wxFrame,
     void ToggleToolBar();
     void ToggleMaterialBar();
     void ToggleModelList();
+    /** Shows or hides the browser of the library of models; connects when it is shown first. */
+    void ToggleBrowser();
+    void UploadModel();
+    void ClearCache();
     void TogglePlaying();
     /** Looks through the preset camera last chosen, without rotation and zoom. */
     void ResetView();
@@ -94,6 +103,7 @@ class CAViewerFrame final : public wxFrame,
   private:
     static constexpr char kStateName[] = "WindowState";
     static constexpr char kSlideShowPane[] = "slideshow";
+    static constexpr char kBrowserPane[] = "3ds Files Download";
 
     void MakePanes();
     void MakeMaterialPane();
@@ -155,6 +165,15 @@ class CAViewerFrame final : public wxFrame,
     void SayOfShow(const std::wstring& text) override;
     void TellOfShow(const std::wstring& text) override;
 
+    // --- the library of models ------------------------------------------------------------------------------
+    void MakeBrowser();
+    /** True when the browser filled the window and does so no longer; the caller has the panes laid out. */
+    bool RestoreBrowser();
+    void OpenDownloaded(CModelData& model) override;
+    void CheckBrowserCommand(bool isShown) override;
+    void TellOfTransfer(const std::wstring& text) override;
+    void LeaveBrowser() override;
+
     CMaterialTool m_tools;
     CFrameState m_state;  ///< without `shown`, which State() adds
     CRecentFileListMgr m_recent;
@@ -176,4 +195,5 @@ class CAViewerFrame final : public wxFrame,
     CMaterialBar* m_materialBar = nullptr;
     CAnimationBar* m_animationBar = nullptr;
     CSceneStatusBar* m_statusBar = nullptr;
+    CModelsDlg* m_browser = nullptr;  ///< made when it is shown first
 };

@@ -107,6 +107,7 @@ void CAViewerFrame::FollowFullScreen() {
 
 /** In full screen only the view is shown; the panes return together with the menus. */
 void CAViewerFrame::ShowPanes() {
+    const bool restored = RestoreBrowser();
     const auto show = [this](const char* name, bool wanted) {
         wxAuiPaneInfo& pane = m_aui.GetPane(name);
         const bool changes = pane.IsShown() != (wanted && !m_state.isFullScreen);
@@ -118,11 +119,13 @@ void CAViewerFrame::ShowPanes() {
     const bool materials = show(kMaterialPane, m_state.isMaterialBarShown);
     const bool animation = show(kAnimationPane, m_state.isAnimated);
     const bool modelList = show(kModelListPane, m_state.isModelListShown);
+    const bool browser = m_browser && show(kBrowserPane, m_state.isBrowserShown);
     m_modelList->SetShown(m_state.isModelListShown && !m_state.isFullScreen);
-    if (!toolBar && !slideShow && !materials && !animation && !modelList) return;
+    if (!toolBar && !slideShow && !materials && !animation && !modelList && !browser && !restored) return;
     // A hidden control would keep the keyboard focus.
     if (wxWindow* canvas = m_view->GetCanvas()->GetWindow();
-        (animation || materials || slideShow || modelList) && !canvas->HasFocus())
+        (animation || materials || slideShow || modelList || (browser && !m_state.isBrowserShown)) &&
+        !canvas->HasFocus())
         canvas->SetFocus();
     // The manager would paint the view at once, although a repaint follows anyway.
     const wxWindowUpdateLocker noPainting(m_view->GetCanvas()->GetWindow());

@@ -95,6 +95,9 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdExportGoogleDrive, [](CAViewerFrame& frame) { frame.ExportGoogleDrive(); }},
         {kCmdExportPov, [](CAViewerFrame& frame) { frame.ExportPov(); }},
         {kCmdExportGltf, [](CAViewerFrame& frame) { frame.ExportGltf(); }},
+        {kCmdDownload, [](CAViewerFrame& frame) { frame.ToggleBrowser(); }},
+        {kCmdUpload, [](CAViewerFrame& frame) { frame.UploadModel(); }},
+        {kCmdClearCache, [](CAViewerFrame& frame) { frame.ClearCache(); }},
         {kCmdScreenShot, [](CAViewerFrame& frame) { frame.SaveScreenshot(); }},
         {kCmdHtmlSettings, [](CAViewerFrame& frame) { frame.SetHtmlOptions(); }},
         {kCmdExportHtml, [](CAViewerFrame& frame) { frame.ExportHtml(); }}};

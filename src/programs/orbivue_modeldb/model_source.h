@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "base/CResult.h"
-#include "modeldb/store/CModelStore.h"
 
 /** A model's file that is to be imported. */
 struct CModelSource {
@@ -16,8 +15,3 @@ struct CModelSource {
 /** The 3DS files that a path stands for: itself, or all in a folder and below, in the order of their paths. Links are not
  * followed, and hidden folders are not entered. NotFound, Unreadable: the path itself. */
 [[nodiscard]] CResult<std::vector<CModelSource>> FindModels(const std::string& path);
-
-/** Reads a 3DS file with the pictures that its materials name, as the viewer would find them, and packs all. What the
- * reader refuses is refused. store: takes large bytes, see CBlobWriter; null where several threads do this. */
-[[nodiscard]] CResult<CNewModel> ReadModel(const std::string& path, const std::string& group,
-                                           CModelStore* store);

@@ -87,6 +87,10 @@ void CWxUserPrompt::ShowMessage(const std::wstring& text) {
     Show(text, wxOK | wxCENTRE);
 }
 
+void CWxUserPrompt::ShowWarning(const std::wstring& text) {
+    Show(text, wxOK | wxCENTRE | wxICON_EXCLAMATION);
+}
+
 bool CWxUserPrompt::AskYesNo(const std::wstring& text) {
     return Show(text, wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_QUESTION) == wxYES;
 }

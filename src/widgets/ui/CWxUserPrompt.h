@@ -12,6 +12,7 @@ class CWxUserPrompt final : public CUserPrompt {
   public:
     CWxUserPrompt();
     void ShowMessage(const std::wstring& text) override;
+    void ShowWarning(const std::wstring& text) override;
     [[nodiscard]] bool AskYesNo(const std::wstring& text) override;
     [[nodiscard]] ESaveAnswer AskSave(const std::wstring& text) override;
     void BeginBusy() override;
