@@ -100,10 +100,12 @@ void CUpload::TakeRemotes(const CRclone& ended) {
     const auto tellsOfPassword = [](const std::string& line) {
         return line.find("RCLONE_CONFIG_PASS") != line.npos;
     };
-    if (ended.HasSucceeded())
+    if (ended.HasSucceeded()) {
         m_whyNoDrive = ENoDrive::NoRemote;
-    else
+        m_errors.clear();  // such as that there is no configuration, which the window says in its own words
+    } else {
         m_whyNoDrive = std::ranges::any_of(m_errors, tellsOfPassword) ? ENoDrive::Locked : ENoDrive::Failed;
+    }
 }
 
 void CUpload::Start(const std::string& remote, bool anybody) {

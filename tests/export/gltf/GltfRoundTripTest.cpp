@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <lib3ds/file.h>
 #include <lib3ds/mesh.h>
+#include <lib3ds/node.h>
 
 #include <algorithm>
 #include <functional>

@@ -74,8 +74,10 @@ TEST_F(CUploadTest, CopiesTheFolderOnceTold) {
 
 TEST_F(CUploadTest, TellsOfNoDrive) {
     setup.remoteType = "drive";
+    setup.moreArguments.back() = folder / "no.conf";
     CUpload none = Make();
     EXPECT_EQ(Leave(none, EState::Looking), EState::NoDrive);
+    EXPECT_EQ(none.Errors(), std::vector<std::string>());
     EXPECT_EQ(none.WhyNoDrive(), CUpload::ENoDrive::NoRemote);
     setup.program = "orbivue-no-such-program";
     CUpload missing = Make();
