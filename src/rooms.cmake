@@ -69,6 +69,12 @@ set(ORBIVUE_ROOMS
   "modeldb/hover/ui: base/* picture picture/decode modeldb/bytes modeldb/records modeldb/client"
   "modeldb/ui: base/* files model/textures widgets widgets/ui widgets/threads/ui widgets/tools/ui modeldb/bytes modeldb/records modeldb/client modeldb/browse modeldb/transfer/ui modeldb/hover/ui"
   "modeldb/upload/ui: base/* files picture settings model/* camera engine session widgets widgets/ui widgets/threads/ui view view/ui export/source/ui modeldb/bytes modeldb/records modeldb/client modeldb/transfer/ui"
+  "modeldb/server/http/limits: base/* files"
+  "modeldb/server/http: base/* files modeldb/server/http/limits"
+  "modeldb/server/work: base/* files process picture model/* camera engine engine/gl export/gltf export/webgl modeldb/bytes modeldb/records modeldb/database modeldb/store"
+  "modeldb/server/site: base/* files export/webgl modeldb/bytes modeldb/records modeldb/database modeldb/store modeldb/protocol modeldb/server/work"
+  "modeldb/server/cache: base/* files"
+  "modeldb/server: base/* files picture modeldb/bytes modeldb/records modeldb/database modeldb/store modeldb/protocol modeldb/server/http modeldb/server/work modeldb/server/site modeldb/server/cache"
   "frame: base/* files settings model/* session"
   "frame/preview: base/* files settings script"
   "frame/preview/ui: base/* files settings widgets widgets/ui frame/preview"
@@ -86,4 +92,4 @@ set(ORBIVUE_ROOMS
   "programs/orbivue_convert: base/* files process picture settings model/* camera engine engine/gl engine/overlay script export/gltf export/pov export/webgl programs/shared"
   "programs/upload_prepare: base/* files settings export/drive"
   "programs/upload_prepare/ui: base/* files settings widgets widgets/ui export/drive programs/upload_prepare"
-  "programs/orbivue_modeldb: base/* files model/* modeldb/bytes modeldb/records modeldb/database modeldb/store modeldb/import")
+  "programs/orbivue_modeldb: base/* files model/* modeldb/bytes modeldb/records modeldb/database modeldb/store modeldb/import modeldb/protocol modeldb/server modeldb/server/http modeldb/server/work")

@@ -22,6 +22,8 @@ class CFileDescriptor {
 
     [[nodiscard]] bool IsOpen() const { return m_fd >= 0; }
     [[nodiscard]] int Get() const { return m_fd; }
+    /** The descriptor, which is the caller's from now on. */
+    [[nodiscard]] int Release() { return std::exchange(m_fd, -1); }
     /** False when closing reported a late write error. The descriptor is closed either way. */
     [[nodiscard]] bool Close() { return m_fd < 0 || ::close(std::exchange(m_fd, -1)) == 0; }
 

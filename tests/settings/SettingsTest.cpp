@@ -35,7 +35,8 @@ constexpr const char* kDefaultFile =
     "ShowToolBar=1\nShowModelList=0\nWire=0\nBkColorR=0\nBkColorG=0\nBkColorB=0\nPovOutputTex="
     "1\nPovPreviewBack=0\n"
     "PovUseLastName=0\nPovRadiosity=0\nPovLastName=\nPovDiffuse=0.600\nPovSelfDiff=0.100\nAutoUpdate=1\n"
-    "CloseOnEsc=0\nShowMaterialBar=1\nSlideShowTime=3000\n";
+    "CloseOnEsc=0\nShowMaterialBar=1\nSlideShowTime=3000\n"
+    "ModelServer=\nModelServerToken=\n";
 
 }  // namespace
 
@@ -45,6 +46,22 @@ TEST_F(SettingsTest, WithoutAFileAllDefaultsAreInForceAndAreWrittenInOrder) {
     EXPECT_EQ(m_settings, CSettings());
     EXPECT_TRUE(m_settings.WriteAll());
     EXPECT_EQ(File(), kDefaultFile);
+}
+
+TEST_F(SettingsTest, AFileWithATokenIsTheUsersAlone) {
+    using std::filesystem::perms;
+    const auto readers = [&] {
+        return std::filesystem::status(m_folder / "orbivue/settings.ini").permissions() &
+               (perms::group_all | perms::others_all);
+    };
+    Put("ModelServerToken=\n");
+    EXPECT_NE(readers(), perms::none);
+    Put("ModelServerToken=secret\n");
+    EXPECT_EQ(readers(), perms::none);
+    m_settings.ReadAll();
+    std::filesystem::permissions(m_folder / "orbivue/settings.ini", perms::owner_all | perms::others_read);
+    EXPECT_TRUE(m_settings.WriteAll());
+    EXPECT_EQ(readers(), perms::none);
 }
 
 TEST_F(SettingsTest, EveryFieldComesBack) {

@@ -448,8 +448,9 @@
   var movedTo = (m, [x, y, z]) => [...m.slice(0, 12), x, y, z, 1];
   var column = (m, at) => [m[at], m[at + 1], m[at + 2]];
   function placed([x, y, z, w] = [0, 0, 0, 1], t = [0, 0, 0], [a, b, c] = [1, 1, 1]) {
-    const linear = [1 - 2 * (y * y + z * z), 2 * (x * y + z * w), 2 * (x * z - y * w), 0, 2 * (x * y - z * w), 1 - 2 * (x * x + z * z)];
-    linear.push(2 * (y * z + x * w), 0, 2 * (x * z + y * w), 2 * (y * z - x * w), 1 - 2 * (x * x + y * y), 0);
+    const s = 2 / (x * x + y * y + z * z + w * w || 1);
+    const linear = [1 - s * (y * y + z * z), s * (x * y + z * w), s * (x * z - y * w), 0, s * (x * y - z * w), 1 - s * (x * x + z * z)];
+    linear.push(s * (y * z + x * w), 0, s * (x * z + y * w), s * (y * z - x * w), 1 - s * (x * x + y * y), 0);
     return movedTo(linear.map((v, i) => v * (i < 4 ? a : i < 8 ? b : c)), t);
   }
   var direction = (m, [x, y, z]) => [0, 1, 2].map((i) => m[i] * x + m[i + 4] * y + m[i + 8] * z);
@@ -469,11 +470,12 @@
     const axis = cross(from, to);
     return rotationAbout(normalized(axis), Math.atan2(length(axis), dot(from, to)));
   }
-  function combined([x, y, z, w], [i, j, k, l]) {
-    const r = [w * i + x * l + y * k - z * j, w * j - x * k + y * l + z * i, w * k + x * j - y * i + z * l, w * l - x * i - y * j - z * k];
-    const size = Math.hypot(...r) || 1;
-    return r.map((v) => v / size);
-  }
+  var combined = ([x, y, z, w], [i, j, k, l]) => [
+    w * i + x * l + y * k - z * j,
+    w * j - x * k + y * l + z * i,
+    w * k + x * j - y * i + z * l,
+    w * l - x * i - y * j - z * k
+  ];
   var inverse = ([x, y, z, w]) => [-x, -y, -z, w];
 
   // src/seen.ts
@@ -681,7 +683,7 @@ out vec4 oColor;
 // Diffuse and opacity; specular and exponent; ambient and self-illumination; the scene's ambient light.
 uniform mat4 uLook;
 // Position and outer cosine; direction and inner cosine; colour and inner range; outer range.
-uniform mat4 uLights[LIGHTS + 1];
+uniform mat4 uLights[8];
 uniform sampler2D uMap[8];
 // Rows of the coordinates' transform, each with amount and "not tiled"; weights of the channels; sign and bias.
 uniform mat4 uMaps[8];
@@ -721,15 +723,32 @@ void Lay(sampler2D picture, int i) {
 vec3 Unit(vec3 v) {
   return v * inversesqrt(max(dot(v, v), 1e-30));
 }
+vec3 V, N, specular, color;
+// facing, gloss: cosines between the normal and the way to the light, and the way between that and the way to the eye.
+void Shine(vec3 light, float facing, float gloss) {
+  if (facing > 0.) {
+    color += light * diffuse * facing;
+    if (GLOSSY) color += light * specular * pow(max(gloss, 1e-4), uLook[1].w);
+  }
+}
+void Light(int i) {
+  mat4 lamp = uLights[i];
+  vec3 L = lamp[0].xyz - vPoint;
+  float distance = length(L);
+  L /= max(distance, 1e-20);
+  float light = smoothstep(lamp[0].w, lamp[1].w, -dot(L, lamp[1].xyz)) * clamp((lamp[3].x - distance) / (lamp[3].x - lamp[2].w), 0., 1.);
+  Shine(lamp[2].rgb * light, dot(N, L), dot(N, Unit(L + V)));
+}
 void main() {
-  vec3 V = normalize(-vPoint);
-  vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint), N = FLAT ? normalize(cross(alongX, alongY)) : Unit(vNormal);
+  V = normalize(-vPoint);
+  vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint);
+  N = FLAT ? normalize(cross(alongX, alongY)) : Unit(vNormal);
   // By the normal, not by the winding: neighbours of such surfaces are often wound against each other.
   if (TWO_SIDED) if (dot(N, V) < 0.) N = -N;
   opacity = uLook[0].w;
   diffuse = uLook[0].rgb;
   ambient = uLook[2].rgb;
-  vec3 specular = uLook[1].rgb;
+  specular = uLook[1].rgb;
   float self = uLook[2].w;
   if (BUMP) {
     vec2 at = Coordinates(6, vUv), stepX = dFdx(at), stepY = dFdy(at);
@@ -769,24 +788,17 @@ void main() {
   if (TINTED) specular *= diffuse;
   if (SOLID || TRANSLUCENT) if ((opacity * 255. < 249.5) == SOLID) discard;
   if (SOLID) opacity = 1.;
-  vec3 color = self * diffuse + uLook[3].rgb * ambient;
-  for (int i = 0; i < LIGHTS; ++i) {
-    mat4 lamp = uLights[i];
-    vec3 L = lamp[0].xyz - vPoint;
-    float distance = length(L);
-    L /= max(distance, 1e-20);
-    vec3 light = lamp[2].rgb * smoothstep(lamp[0].w, lamp[1].w, -dot(L, lamp[1].xyz));
-    light *= clamp((lamp[3].x - distance) / (lamp[3].x - lamp[2].w), 0., 1.);
-    float facing = max(dot(N, L), 0.);
-    vec3 reflected = diffuse * facing;
-    if (GLOSSY) if (facing > 0.) reflected += specular * pow(max(dot(N, Unit(L + V)), 1e-4), uLook[1].w);
-    color += light * reflected;
-  }
-  if (LIGHTS < 1) {
-    float facing = max(dot(N, V), 0.);
-    color += diffuse * facing;
-    if (GLOSSY) color += specular * pow(max(facing, 1e-4), uLook[1].w);
-  }
+  color = self * diffuse + uLook[3].rgb * ambient;
+  // Software renderers take a fifth longer for the same in a loop.
+  if (LIGHTS > 0) Light(0);
+  if (LIGHTS > 1) Light(1);
+  if (LIGHTS > 2) Light(2);
+  if (LIGHTS > 3) Light(3);
+  if (LIGHTS > 4) Light(4);
+  if (LIGHTS > 5) Light(5);
+  if (LIGHTS > 6) Light(6);
+  if (LIGHTS > 7) Light(7);
+  if (LIGHTS < 1) Shine(vec3(1), dot(N, V), dot(N, V));
   if (REFLECTION) {
     vec3 R = reflect(-V, N);
     // The picture's rows count downwards.
@@ -899,7 +911,7 @@ void main() {
     for (const node of nodes) {
       const { matrix, translation, rotation, scale, parent } = node;
       const own = matrix ?? placed(rotation, translation, scale);
-      node.world = parent ? product(parent.world, own) : own;
+      node.world = product(parent?.world ?? kIdentity, own).map((x) => abs(x) < 1e18 ? x : 0);
     }
   }
   var originOf = (node) => column(node.world, 12);
@@ -923,7 +935,7 @@ void main() {
       const cosOuter = spot ? cosOfHalf(falloffDeg) : -3;
       const cosInner = spot ? max(cosOfHalf(hotspotDeg), cosOuter + 1e-4) : -2;
       const from = attenuate ? inner * enlarged : kEverywhere;
-      const to = attenuate ? max(outer * enlarged, from + 1e-6 * (1 + from)) : 2 * kEverywhere;
+      const to = max(attenuate ? outer * enlarged : 2 * kEverywhere, from + 1e-6 * (1 + from));
       return [...at, cosOuter, ...way, cosInner, ...scaled(color, multiplier), from, to, 0, 0, 0];
     });
   }
@@ -1069,8 +1081,7 @@ void main() {
         gl.uniform1iv(gl.getUniformLocation(program, "uMap"), [0, 1, 2, 3, 4, 5, 6, 7]);
       },
       uniform(name, values) {
-        if (uniforms[name] === void 0) uniforms[name] = gl.getUniformLocation(program, name);
-        const at = uniforms[name];
+        const at = uniforms[name] ??= gl.getUniformLocation(program, name);
         if (values.length === 2) gl.uniform2fv(at, values);
         else if (values.length === 9) gl.uniformMatrix3fv(at, false, values);
         else gl.uniformMatrix4fv(at, false, values);
@@ -1146,17 +1157,15 @@ void main() {
     let lights;
     let program;
     let look;
-    const extentOf = ({ node, geometry: { low, high } }) => {
-      const r = rowTimes(depthRow, node.world);
-      return [dot(r, add(low, high)) / 2 + r[3], dot(r.map(abs), sub(high, low)) / 2];
-    };
     const depths = () => {
       let [nearest, farthest] = [Infinity, -Infinity];
       for (const part of [...opaque, ...blended]) {
-        const [middle, half] = extentOf(part);
-        part.depth = middle;
-        nearest = min(nearest, middle - half);
-        farthest = max(farthest, middle + half);
+        const { low, high } = part.geometry;
+        const r = rowTimes(depthRow, part.node.world);
+        const half = dot(r.map(abs), sub(high, low)) / 2;
+        part.depth = dot(r, add(low, high)) / 2 + r[3];
+        nearest = min(nearest, part.depth - half);
+        farthest = max(farthest, part.depth + half);
       }
       return [nearest, farthest];
     };
@@ -1187,32 +1196,32 @@ void main() {
       gl[on ? "enable" : "disable"](2884 /* CullFace */);
       gl.cullFace(side2);
     };
-    const useLook = (p, next, specular) => {
+    const useLook = ({ look: next, specular }) => {
       if (look === next) return;
       look = next;
       const { diffuse, opacity, exponent, ambient, self, maps } = next;
-      p.uniform("uLook", [...diffuse, opacity, ...specular, exponent, ...ambient, self, ...scene.ambientLight, 0]);
-      p.uniform("uMaps", maps.flatMap((map) => map?.uniform ?? kIdentity));
+      program.uniform("uLook", [...diffuse, opacity, ...specular, exponent, ...ambient, self, ...scene.ambientLight, 0]);
+      program.uniform("uMaps", maps.flatMap((map) => map?.uniform ?? kIdentity));
       bindMaps(next);
       cull(!next.twoSided);
     };
-    const placePart = (p, { node, geometry }) => {
+    const placePart = ({ node, geometry }) => {
       const m = product(toEye, node.world);
-      p.uniform("uModelView", m);
+      program.uniform("uModelView", m);
       const [normal, determinant] = normalMatrix(m);
-      p.uniform("uNormal", normal);
+      program.uniform("uNormal", normal);
       gl.frontFace(determinant < 0 ? 2304 /* Cw */ : 2305 /* Ccw */);
       gl.bindVertexArray(geometry.vao);
       if (!geometry.targets.length) return;
       const weights = node.weights ?? [];
       const chosen = [...weights.keys()].sort((a, b) => abs(weights[b]) - abs(weights[a])).slice(0, 2);
       maker.mixWith(geometry, chosen);
-      p.uniform("uMorph", [weights[chosen[0]] || 0, weights[chosen[1]] || 0]);
+      program.uniform("uMorph", [weights[chosen[0]] || 0, weights[chosen[1]] || 0]);
     };
     const prepare = (part) => {
       useProgram(part.program);
-      useLook(part.program, part.look, part.specular);
-      placePart(part.program, part);
+      useLook(part);
+      placePart(part);
     };
     const drawOpaque = () => {
       opaque.sort((a, b) => b.key - a.key || b.material - a.material || a.depth - b.depth);
@@ -1262,7 +1271,7 @@ void main() {
         useProgram(depthProgram);
         for (const part of [...opaque, ...blended]) {
           cull(!part.look.twoSided);
-          placePart(depthProgram, part);
+          placePart(part);
           drawPart(gl, part);
         }
         const found = new Uint8Array(4);
@@ -1571,7 +1580,7 @@ void main() {
     }
   }
   var api = {};
-  var parsed = new Promise((resolve) => document.readyState === "loading" ? document.addEventListener("DOMContentLoaded", resolve) : resolve(0));
+  var parsed = new Promise((resolve) => document.addEventListener("DOMContentLoaded", resolve));
   api.ready = parsed.then(() => show(api));
   api.ready.catch(() => {
   });

@@ -5,7 +5,7 @@ out vec4 oColor;
 // Diffuse and opacity; specular and exponent; ambient and self-illumination; the scene's ambient light.
 uniform mat4 uLook;
 // Position and outer cosine; direction and inner cosine; colour and inner range; outer range.
-uniform mat4 uLights[LIGHTS + 1];
+uniform mat4 uLights[8];
 uniform sampler2D uMap[8];
 // Rows of the coordinates' transform, each with amount and "not tiled"; weights of the channels; sign and bias.
 uniform mat4 uMaps[8];
@@ -45,15 +45,32 @@ void Lay(sampler2D picture, int i) {
 vec3 Unit(vec3 v) {
   return v * inversesqrt(max(dot(v, v), 1e-30));
 }
+vec3 V, N, specular, color;
+// facing, gloss: cosines between the normal and the way to the light, and the way between that and the way to the eye.
+void Shine(vec3 light, float facing, float gloss) {
+  if (facing > 0.) {
+    color += light * diffuse * facing;
+    if (GLOSSY) color += light * specular * pow(max(gloss, 1e-4), uLook[1].w);
+  }
+}
+void Light(int i) {
+  mat4 lamp = uLights[i];
+  vec3 L = lamp[0].xyz - vPoint;
+  float distance = length(L);
+  L /= max(distance, 1e-20);
+  float light = smoothstep(lamp[0].w, lamp[1].w, -dot(L, lamp[1].xyz)) * clamp((lamp[3].x - distance) / (lamp[3].x - lamp[2].w), 0., 1.);
+  Shine(lamp[2].rgb * light, dot(N, L), dot(N, Unit(L + V)));
+}
 void main() {
-  vec3 V = normalize(-vPoint);
-  vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint), N = FLAT ? normalize(cross(alongX, alongY)) : Unit(vNormal);
+  V = normalize(-vPoint);
+  vec3 alongX = dFdx(vPoint), alongY = dFdy(vPoint);
+  N = FLAT ? normalize(cross(alongX, alongY)) : Unit(vNormal);
   // By the normal, not by the winding: neighbours of such surfaces are often wound against each other.
   if (TWO_SIDED) if (dot(N, V) < 0.) N = -N;
   opacity = uLook[0].w;
   diffuse = uLook[0].rgb;
   ambient = uLook[2].rgb;
-  vec3 specular = uLook[1].rgb;
+  specular = uLook[1].rgb;
   float self = uLook[2].w;
   if (BUMP) {
     vec2 at = Coordinates(6, vUv), stepX = dFdx(at), stepY = dFdy(at);
@@ -93,24 +110,17 @@ void main() {
   if (TINTED) specular *= diffuse;
   if (SOLID || TRANSLUCENT) if ((opacity * 255. < 249.5) == SOLID) discard;
   if (SOLID) opacity = 1.;
-  vec3 color = self * diffuse + uLook[3].rgb * ambient;
-  for (int i = 0; i < LIGHTS; ++i) {
-    mat4 lamp = uLights[i];
-    vec3 L = lamp[0].xyz - vPoint;
-    float distance = length(L);
-    L /= max(distance, 1e-20);
-    vec3 light = lamp[2].rgb * smoothstep(lamp[0].w, lamp[1].w, -dot(L, lamp[1].xyz));
-    light *= clamp((lamp[3].x - distance) / (lamp[3].x - lamp[2].w), 0., 1.);
-    float facing = max(dot(N, L), 0.);
-    vec3 reflected = diffuse * facing;
-    if (GLOSSY) if (facing > 0.) reflected += specular * pow(max(dot(N, Unit(L + V)), 1e-4), uLook[1].w);
-    color += light * reflected;
-  }
-  if (LIGHTS < 1) {
-    float facing = max(dot(N, V), 0.);
-    color += diffuse * facing;
-    if (GLOSSY) color += specular * pow(max(facing, 1e-4), uLook[1].w);
-  }
+  color = self * diffuse + uLook[3].rgb * ambient;
+  // Software renderers take a fifth longer for the same in a loop.
+  if (LIGHTS > 0) Light(0);
+  if (LIGHTS > 1) Light(1);
+  if (LIGHTS > 2) Light(2);
+  if (LIGHTS > 3) Light(3);
+  if (LIGHTS > 4) Light(4);
+  if (LIGHTS > 5) Light(5);
+  if (LIGHTS > 6) Light(6);
+  if (LIGHTS > 7) Light(7);
+  if (LIGHTS < 1) Shine(vec3(1), dot(N, V), dot(N, V));
   if (REFLECTION) {
     vec3 R = reflect(-V, N);
     // The picture's rows count downwards.

@@ -31,7 +31,7 @@ export function lightUniforms(lights: readonly LightExtras[], nodes: readonly Sc
     // Equal angles would divide by zero; this is a hard edge.
     const cosInner = spot ? max(cosOfHalf(hotspotDeg), cosOuter + 1e-4) : -2;
     const from = attenuate ? inner * enlarged : kEverywhere;
-    const to = attenuate ? max(outer * enlarged, from + 1e-6 * (1 + from)) : 2 * kEverywhere;
+    const to = max(attenuate ? outer * enlarged : 2 * kEverywhere, from + 1e-6 * (1 + from));
     return [...at, cosOuter, ...way, cosInner, ...scaled(color, multiplier), from, to, 0, 0, 0];
   });
 }

@@ -38,7 +38,7 @@ async function show(api: OrbivueApi): Promise<OrbivueApi> {
 
 const api = {} as OrbivueApi;
 // The script may stand before the scene, so that it is read while the rest of the page arrives.
-const parsed = new Promise((resolve) => (document.readyState === 'loading' ? document.addEventListener('DOMContentLoaded', resolve) : resolve(0)));
+const parsed = new Promise((resolve) => document.addEventListener('DOMContentLoaded', resolve));
 api.ready = parsed.then(() => show(api));
 // Told on the page.
 api.ready.catch(() => {});

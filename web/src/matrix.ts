@@ -25,10 +25,11 @@ export const movedTo = (m: Mat4, [x, y, z]: Vec3): Mat4 => [...m.slice(0, 12), x
 /** Three numbers of a column: 0, 4 or 8 where an axis goes, 12 the translation. */
 export const column = (m: Mat4, at: number): Vec3 => [m[at], m[at + 1], m[at + 2]];
 
-/** From rotation (quaternion x, y, z, w), translation and scale. */
+/** From rotation (quaternion x, y, z, w, of any length), translation and scale. */
 export function placed([x, y, z, w]: readonly number[] = [0, 0, 0, 1], t: readonly number[] = [0, 0, 0], [a, b, c]: readonly number[] = [1, 1, 1]): Mat4 {
-  const linear = [1 - 2 * (y * y + z * z), 2 * (x * y + z * w), 2 * (x * z - y * w), 0, 2 * (x * y - z * w), 1 - 2 * (x * x + z * z)];
-  linear.push(2 * (y * z + x * w), 0, 2 * (x * z + y * w), 2 * (y * z - x * w), 1 - 2 * (x * x + y * y), 0);
+  const s = 2 / (x * x + y * y + z * z + w * w || 1);
+  const linear = [1 - s * (y * y + z * z), s * (x * y + z * w), s * (x * z - y * w), 0, s * (x * y - z * w), 1 - s * (x * x + z * z)];
+  linear.push(s * (y * z + x * w), 0, s * (x * z + y * w), s * (y * z - x * w), 1 - s * (x * x + y * y), 0);
   return movedTo(linear.map((v, i) => v * (i < 4 ? a : i < 8 ? b : c)), t as unknown as Vec3);
 }
 

@@ -2,7 +2,7 @@
 import type { GltfJson, NodeJson } from './format.ts';
 import { column, kIdentity, placed, product, type Mat4 } from './matrix.ts';
 import { demand } from './texts.ts';
-import type { Vec3 } from './vector.ts';
+import { abs, type Vec3 } from './vector.ts';
 
 /** A node of the hierarchy, with the values that an animation changes. */
 export interface SceneNode extends NodeJson {
@@ -30,7 +30,8 @@ export function placeNodes(nodes: readonly SceneNode[]): void {
   for (const node of nodes) {
     const { matrix, translation, rotation, scale, parent } = node;
     const own = matrix ?? placed(rotation, translation, scale);
-    node.world = parent ? product(parent.world, own) : own;
+    // Of damaged numbers the picture keeps what can be drawn: squares of places and sizes fit a float.
+    node.world = product(parent?.world ?? kIdentity, own).map((x) => (abs(x) < 1e18 ? x : 0));
   }
 }
 

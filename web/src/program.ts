@@ -36,8 +36,7 @@ export function makeProgram(gl: Context, vertex: string, fragment: string, macro
       gl.uniform1iv(gl.getUniformLocation(program, 'uMap'), [0, 1, 2, 3, 4, 5, 6, 7]);
     },
     uniform(name, values) {
-      if (uniforms[name] === undefined) uniforms[name] = gl.getUniformLocation(program, name);
-      const at = uniforms[name];
+      const at = (uniforms[name] ??= gl.getUniformLocation(program, name));
       if (values.length === 2) gl.uniform2fv(at, values);
       else if (values.length === 9) gl.uniformMatrix3fv(at, false, values);
       else gl.uniformMatrix4fv(at, false, values);

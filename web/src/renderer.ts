@@ -48,19 +48,16 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
   let program: Program | undefined;
   let look: Look | undefined;
 
-  /** The depth of the middle, and half of the whole extent. */
-  const extentOf = ({ node, geometry: { low, high } }: Part): [number, number] => {
-    const r = rowTimes(depthRow, node.world);
-    return [dot(r, add(low, high)) / 2 + r[3], dot(r.map(abs), sub(high, low)) / 2];
-  };
   /** Of the nearest and the farthest corner of what is shown. */
   const depths = (): [number, number] => {
     let [nearest, farthest] = [Infinity, -Infinity];
     for (const part of [...opaque, ...blended]) {
-      const [middle, half] = extentOf(part);
-      part.depth = middle;
-      nearest = min(nearest, middle - half);
-      farthest = max(farthest, middle + half);
+      const { low, high } = part.geometry;
+      const r = rowTimes(depthRow, part.node.world);
+      const half = dot(r.map(abs), sub(high, low)) / 2;
+      part.depth = dot(r, add(low, high)) / 2 + r[3];
+      nearest = min(nearest, part.depth - half);
+      farthest = max(farthest, part.depth + half);
     }
     return [nearest, farthest];
   };
@@ -94,21 +91,22 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
     gl[on ? 'enable' : 'disable'](Gl.CullFace);
     gl.cullFace(side);
   };
-  const useLook = (p: Program, next: Look, specular: readonly number[]): void => {
+  /** Of the program in use, as what follows. */
+  const useLook = ({ look: next, specular }: Part): void => {
     if (look === next) return;
     look = next;
     const { diffuse, opacity, exponent, ambient, self, maps } = next;
-    p.uniform('uLook', [...diffuse, opacity, ...specular, exponent, ...ambient, self, ...scene.ambientLight, 0]);
-    p.uniform('uMaps', maps.flatMap((map) => map?.uniform ?? kIdentity));
+    program!.uniform('uLook', [...diffuse, opacity, ...specular, exponent, ...ambient, self, ...scene.ambientLight, 0]);
+    program!.uniform('uMaps', maps.flatMap((map) => map?.uniform ?? kIdentity));
     bindMaps(next);
     cull(!next.twoSided);
   };
   /** Where the part is, and its triangles. */
-  const placePart = (p: Program, { node, geometry }: Part): void => {
+  const placePart = ({ node, geometry }: Part): void => {
     const m = product(toEye, node.world);
-    p.uniform('uModelView', m);
+    program!.uniform('uModelView', m);
     const [normal, determinant] = normalMatrix(m);
-    p.uniform('uNormal', normal);
+    program!.uniform('uNormal', normal);
     gl.frontFace(determinant < 0 ? Gl.Cw : Gl.Ccw);
     gl.bindVertexArray(geometry.vao);
     if (!geometry.targets.length) return;
@@ -116,12 +114,12 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
     const weights = node.weights ?? [];
     const chosen = [...weights.keys()].sort((a, b) => abs(weights[b]) - abs(weights[a])).slice(0, 2);
     maker.mixWith(geometry, chosen);
-    p.uniform('uMorph', [weights[chosen[0]] || 0, weights[chosen[1]] || 0]);
+    program!.uniform('uMorph', [weights[chosen[0]] || 0, weights[chosen[1]] || 0]);
   };
   const prepare = (part: Part): void => {
     useProgram(part.program);
-    useLook(part.program, part.look, part.specular);
-    placePart(part.program, part);
+    useLook(part);
+    placePart(part);
   };
 
   const drawOpaque = (): void => {
@@ -178,7 +176,7 @@ export async function makeRenderer(gl: Context, scene: Scene, seen: Seen, settin
       useProgram(depthProgram);
       for (const part of [...opaque, ...blended]) {
         cull(!part.look.twoSided);
-        placePart(depthProgram, part);
+        placePart(part);
         drawPart(gl, part);
       }
       const found = new Uint8Array(4);

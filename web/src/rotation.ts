@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 import { cross, dot, length, normalized, scaled, type Vec3 } from './vector.ts';
 
-/** A unit quaternion x, y, z, w. Products are normalized, so that an hour of dragging does not shear the model. */
+/** A quaternion x, y, z, w. Its length is near 1, and does not count. */
 export type Rotation = readonly [number, number, number, number];
 
 export const kNoRotation: Rotation = [0, 0, 0, 1];
@@ -17,10 +17,11 @@ export function rotationBetween(from: Vec3, to: Vec3): Rotation {
 }
 
 /** a after b. */
-export function combined([x, y, z, w]: Rotation, [i, j, k, l]: Rotation): Rotation {
-  const r = [w * i + x * l + y * k - z * j, w * j - x * k + y * l + z * i, w * k + x * j - y * i + z * l, w * l - x * i - y * j - z * k];
-  const size = Math.hypot(...r) || 1;
-  return r.map((v) => v / size) as unknown as Rotation;
-}
+export const combined = ([x, y, z, w]: Rotation, [i, j, k, l]: Rotation): Rotation => [
+  w * i + x * l + y * k - z * j,
+  w * j - x * k + y * l + z * i,
+  w * k + x * j - y * i + z * l,
+  w * l - x * i - y * j - z * k,
+];
 
 export const inverse = ([x, y, z, w]: Rotation): Rotation => [-x, -y, -z, w];

@@ -31,6 +31,22 @@ test('the root keeps the axes of the file', () => {
   assert.deepEqual(readScene(glbOf(json)).nodes[1].world.slice(12), [1, 2, 3, 1]);
 });
 
+const kDamaged: [string, Record<string, number[]>, (world: readonly number[]) => boolean][] = [
+  ['a rotation of any length', { rotation: [0, 0, 4e9, 4e9] }, (w) => Math.abs(w[1] - 1) < 1e-9 && Math.abs(w[0]) < 1e-9],
+  ['no rotation at all', { rotation: [0, 0, 0, 0] }, (w) => w[0] === 1],
+  ['a boundless rotation', { rotation: [1e200, 0, 0, 1] }, (w) => w.every(isFinite)],
+  ['a boundless scale', { scale: [1e300, 1, 1] }, (w) => w[0] === 0 && w[5] === 1],
+  ['a boundless place', { translation: [0, -1e40, 7] }, (w) => w[13] === 0 && w[14] === 7],
+];
+for (const [name, node, fits] of kDamaged) {
+  test('numbers that cannot be are mended: ' + name, () => {
+    const json = triangleJson();
+    Object.assign(json.nodes[1], node);
+    const { world } = readScene(glbOf(json)).nodes[1];
+    assert.ok(fits(world), `${world}`);
+  });
+}
+
 const kBroken: Record<string, (json: Record<string, any>) => void> = {
   'no scene': (j) => (j.scenes = []),
   'a scene without our extras': (j) => (j.scenes[0].extras = {}),

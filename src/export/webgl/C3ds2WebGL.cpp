@@ -16,7 +16,7 @@ namespace {
 
 /** Runs work and turns exceptions into errors. */
 template <class Work>
-CStatus Guarded(const std::string& output, Work work) {
+auto Guarded(const std::string& output, Work work) -> decltype(work()) {
     try {
         return work();
     } catch (const std::bad_alloc&) {
@@ -31,6 +31,15 @@ CStatus Guarded(const std::string& output, Work work) {
 CStatus C3ds2WebGL::TryExport(const CWebGLSource& source, const std::string& output, const COutFormat& format,
                               CJobProgress* progress) {
     return Guarded(output, [&] { return CPageWriter(source, format, output).Write(progress); });
+}
+
+CResult<std::string> C3ds2WebGL::CombinedPage(const CWebGLSource& source, const COutFormat& format,
+                                              CJobProgress* progress) {
+    return Guarded({}, [&] { return CPageWriter(source, format, {}).Combined(progress); });
+}
+
+std::string C3ds2WebGL::CombinedPagePolicy(bool minify) {
+    return CPageWriter::Policy(CPageWriter::ViewerPolicy(minify), true);
 }
 
 CStatus C3ds2WebGL::TryExport(Lib3dsFile* file, const std::string& output, const COutFormat& format) {

@@ -61,6 +61,13 @@ class C3ds2WebGL {
      * reason of a failure. progress may be null; it cancels. Any thread. */
     [[nodiscard]] static CStatus TryExport(const CWebGLSource& source, const std::string& output,
                                            const COutFormat& format, CJobProgress* progress = nullptr);
+    /** The page with everything in it (whatever format.combine says), as text: no file is read or written. */
+    [[nodiscard]] static CResult<std::string> CombinedPage(const CWebGLSource& source,
+                                                           const COutFormat& format,
+                                                           CJobProgress* progress = nullptr);
+    /** The content security policy of such a page without a script of the user's: what a server may send with it, so
+     * that it holds whatever is in the page. */
+    [[nodiscard]] static std::string CombinedPagePolicy(bool minify);
     /** As Export, with the reason of a failure. */
     [[nodiscard]] static CStatus TryExport(Lib3dsFile* file, const std::string& output,
                                            const COutFormat& format);

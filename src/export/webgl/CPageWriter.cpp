@@ -87,6 +87,11 @@ CStatus CPageWriter::Write(CJobProgress* progress) {
     return CDone{};
 }
 
+CResult<std::string> CPageWriter::Combined(CJobProgress* progress) {
+    if (CStatus status = MakeScene(progress); !status) return status.Error();
+    return Page(CombinedScripts());
+}
+
 CStatus CPageWriter::MakeDownloadLink() {
     if (!m_format.downloadLink) return CDone{};
     const auto name = download_archive::NameFor(m_output, m_format.modelFileName, m_source.scene);
@@ -108,7 +113,7 @@ CStatus CPageWriter::MakeScene(CJobProgress* progress) {
 
 CPageWriter::CScripts CPageWriter::CombinedScripts() const {
     const std::string_view viewer = m_format.minify ? web_assets::MinifiedViewer() : web_assets::Viewer();
-    CScripts scripts{Element("", viewer), page_text::PolicyHash(viewer)};
+    CScripts scripts{Element("", viewer), ViewerPolicy(m_format.minify)};
     scripts.elements += Element(R"( type="text/plain" id="scene")", page_text::Base64(m_scene));
     if (!m_userCode.empty()) {
         scripts.elements += Element(R"( type="application/json" id="user-code")",
@@ -146,10 +151,18 @@ CResult<CPageWriter::CScripts> CPageWriter::ScriptsBeside() {
 std::string CPageWriter::PolicyElement(const std::string& scriptPolicy) const {
     // What the user's code may do is the user's business.
     if (!m_userCode.empty()) return {};
-    const std::string own = m_format.combine ? "'none'" : "'self'";
-    return "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; script-src " +
-           scriptPolicy + "; style-src " + page_text::PolicyHash(web_assets::Style()) +
-           "; img-src data: blob:; connect-src " + own + "; base-uri 'none'; form-action 'none'\">\n";
+    return "<meta http-equiv=\"Content-Security-Policy\" content=\"" +
+           Policy(scriptPolicy, m_format.combine) + "\">\n";
+}
+
+std::string CPageWriter::ViewerPolicy(bool minify) {
+    return page_text::PolicyHash(minify ? web_assets::MinifiedViewer() : web_assets::Viewer());
+}
+
+std::string CPageWriter::Policy(const std::string& scripts, bool combined) {
+    return "default-src 'none'; script-src " + scripts + "; style-src " +
+           page_text::PolicyHash(web_assets::Style()) + "; img-src data: blob:; connect-src " +
+           (combined ? "'none'" : "'self'") + "; base-uri 'none'; form-action 'none'";
 }
 
 std::string CPageWriter::Page(const CScripts& scripts) const {

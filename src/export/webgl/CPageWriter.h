@@ -18,6 +18,13 @@ class CPageWriter {
 
     /** See C3ds2WebGL. Throws std::bad_alloc. */
     [[nodiscard]] CStatus Write(CJobProgress* progress);
+    /** See C3ds2WebGL::CombinedPage; instead of Write. output: empty. Throws std::bad_alloc. */
+    [[nodiscard]] CResult<std::string> Combined(CJobProgress* progress);
+
+    /** What a page's policy allows as scripts when the viewer stands in the page. */
+    [[nodiscard]] static std::string ViewerPolicy(bool minify);
+    /** A page's content security policy; scripts: a list of sources. */
+    [[nodiscard]] static std::string Policy(const std::string& scripts, bool combined);
 
   private:
     [[nodiscard]] CStatus MakeScene(CJobProgress* progress);

@@ -14,28 +14,30 @@ namespace wire_errors {
 
 namespace {
 
+constexpr const char* kNotUnderstood = lng::Mark("the server does not understand the request");
 constexpr CWireErrorKind kKinds[] = {
-    {400, "bad_request", EErrorCode::BadArgument, lng::Mark("the server does not understand the request"),
-     true},
+    {400, "bad_request", EErrorCode::BadArgument, kNotUnderstood, true},
     {401, "token_needed", EErrorCode::Unreadable, lng::Mark("the server wants a valid token"), false},
     {403, "forbidden", EErrorCode::Unreadable, lng::Mark("the token does not allow this"), false},
     {404, "not_found", EErrorCode::NotFound, lng::Mark("the server does not have this"), false},
-    {405, "method", EErrorCode::Unsupported, lng::Mark("the server does not understand the request"), false},
+    {405, "method", EErrorCode::Unsupported, kNotUnderstood, false},
     {408, "too_slow", EErrorCode::Busy, lng::Mark("the transfer took too long"), false},
     {409, "exists", EErrorCode::Exists, lng::Mark("another model has the same key"), false},
-    {411, "length_needed", EErrorCode::BadArgument, lng::Mark("the server does not understand the request"),
-     true},
+    {411, "length_needed", EErrorCode::BadArgument, kNotUnderstood, true},
     {413, "too_large", EErrorCode::TooLarge, lng::Mark("the model is larger than the server takes"), false},
-    {415, "type", EErrorCode::Unsupported, lng::Mark("the server does not understand the request"), true},
-    {416, "range", EErrorCode::BadArgument, lng::Mark("the server does not understand the request"), true},
+    {414, "address_too_long", EErrorCode::TooLarge, kNotUnderstood, false},
+    {415, "type", EErrorCode::Unsupported, kNotUnderstood, true},
+    {416, "range", EErrorCode::BadArgument, kNotUnderstood, true},
+    {417, "expectation", EErrorCode::BadArgument, kNotUnderstood, true},
     {422, "refused", EErrorCode::BadFormat, lng::Mark("the server refused the model"), true},
     {429, "too_many", EErrorCode::Busy, lng::Mark("the server got too many requests; try again later"),
      false},
-    {431, "headers", EErrorCode::TooLarge, lng::Mark("the server does not understand the request"), true},
+    {431, "headers", EErrorCode::TooLarge, kNotUnderstood, true},
     {500, "internal", EErrorCode::Unreadable, lng::Mark("the server has a fault"), false},
     {502, "gateway", EErrorCode::Busy, lng::Mark("the server is not reachable"), false},
     {503, "busy", EErrorCode::Busy, lng::Mark("the server is busy; try again later"), false},
     {504, "gateway_slow", EErrorCode::Busy, lng::Mark("the server is not reachable"), false},
+    {505, "http_version", EErrorCode::Unsupported, kNotUnderstood, false},
     {507, "no_space", EErrorCode::NoSpace, lng::Mark("the server has no space left"), false},
 };
 

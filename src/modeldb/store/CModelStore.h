@@ -67,6 +67,7 @@ class CModelStore {
     [[nodiscard]] CResult<std::vector<CGroupRecord>> Groups();
     /** NotFound: no such group. */
     [[nodiscard]] CResult<CGroupRecord> Group(std::string_view name);
+    [[nodiscard]] CResult<CGroupRecord> GroupById(std::int64_t id);
     /** A page of a group's models, in the order of names' bytes, then of keys: those behind a place, or the first ones; at
      * most `limit`, and fewer only at the end. Empty for a group that is not there. */
     [[nodiscard]] CResult<std::vector<CModelSummary>> Models(std::int64_t groupId,
@@ -82,6 +83,12 @@ class CModelStore {
     [[nodiscard]] CResult<CModelRecord> Model(std::uint32_t key);
     /** The name of the model's group; NotFound. Cheaper than Model. */
     [[nodiscard]] CResult<std::string> GroupOf(std::uint32_t key);
+
+    /** The bytes of the model's preview; nothing where it has none. NotFound. */
+    [[nodiscard]] CResult<std::optional<CBlobHash>> PreviewOf(std::uint32_t key);
+    /** The next models without a preview, of keys from one on, in their order. */
+    [[nodiscard]] CResult<std::vector<std::uint32_t>> ModelsWithoutPreview(std::uint32_t from,
+                                                                           std::size_t limit);
 
     // --- bytes --------------------------------------------------------------------------------------------
     /** NotFound: no bytes of that hash. */

@@ -18,6 +18,17 @@ CGroupRecord GroupFrom(const CDbRow& row) {
             static_cast<std::uint64_t>(row.Int(3))};
 }
 
+CResult<CGroupRecord> OneGroup(CDatabase& database, std::string_view sql, const CDbValue& which) {
+    CResult<CGroupRecord> group = Gather<CGroupRecord>(database, &CDatabase::Read, [&](auto& found) {
+        return Done(database.Run(sql, {which}, [&](const CDbRow& row) -> CStatus {
+            found = GroupFrom(row);
+            return CDone{};
+        }));
+    });
+    if (group && group.Value().id == 0) return store_query::Missing(lng::Mark("there is no such group"));
+    return group;
+}
+
 std::uint32_t KeyFrom(const CDbRow& row, int column) {
     return static_cast<std::uint32_t>(row.Int(column));
 }
@@ -84,15 +95,12 @@ CResult<std::vector<CGroupRecord>> CModelStore::Groups() {
 
 CResult<CGroupRecord> CModelStore::Group(std::string_view name) {
     if (CStatus sound = store_names::Check(name, store_limits::kGroupName); !sound) return sound.Error();
-    CResult<CGroupRecord> group = Gather<CGroupRecord>(*m_database, &CDatabase::Read, [&](auto& found) {
-        return Done(m_database->Run("SELECT id, name, model_count, version FROM model_groups WHERE name = $1",
-                                    {name}, [&](const CDbRow& row) -> CStatus {
-                                        found = GroupFrom(row);
-                                        return CDone{};
-                                    }));
-    });
-    if (group && group.Value().id == 0) return store_query::Missing(lng::Mark("there is no such group"));
-    return group;
+    return OneGroup(*m_database, "SELECT id, name, model_count, version FROM model_groups WHERE name = $1",
+                    name);
+}
+
+CResult<CGroupRecord> CModelStore::GroupById(std::int64_t id) {
+    return OneGroup(*m_database, "SELECT id, name, model_count, version FROM model_groups WHERE id = $1", id);
 }
 
 CResult<std::vector<CModelSummary>> CModelStore::Models(std::int64_t groupId,
@@ -174,4 +182,31 @@ CResult<std::string> CModelStore::GroupOf(std::uint32_t key) {
     });
     if (group && group.Value().empty()) return store_query::Missing(lng::Mark("there is no such model"));
     return group;
+}
+
+CResult<std::optional<CBlobHash>> CModelStore::PreviewOf(std::uint32_t key) {
+    bool isThere = false;
+    auto preview = Gather<std::optional<CBlobHash>>(*m_database, &CDatabase::Read, [&](auto& found) {
+        return Done(m_database->Run(
+            "SELECT b.sha256 FROM models m LEFT JOIN blobs b ON b.id = m.preview WHERE m.key = $1",
+            {std::int64_t{key}}, [&](const CDbRow& row) -> CStatus {
+                isThere = true;
+                if (!row.IsNull(0)) found = blob_rows::HashOf(row, 0);
+                return CDone{};
+            }));
+    });
+    if (preview && !isThere) return store_query::Missing(lng::Mark("there is no such model"));
+    return preview;
+}
+
+CResult<std::vector<std::uint32_t>> CModelStore::ModelsWithoutPreview(std::uint32_t from, std::size_t limit) {
+    const auto most = static_cast<std::int64_t>(std::min(limit, store_limits::kPageModels));
+    return Gather<std::vector<std::uint32_t>>(*m_database, &CDatabase::Read, [&](auto& keys) {
+        return Done(m_database->Run(
+            "SELECT key FROM models WHERE key >= $1 AND preview IS NULL ORDER BY key LIMIT $2",
+            {std::int64_t{from}, most}, [&](const CDbRow& row) -> CStatus {
+                keys.push_back(KeyFrom(row, 0));
+                return CDone{};
+            }));
+    });
 }

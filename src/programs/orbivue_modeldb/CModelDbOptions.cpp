@@ -23,8 +23,8 @@ struct CCommandEntry {
     std::string_view help;
 };
 
-constexpr std::array<CCommandEntry, 11> kCommands{{
-    {ECommand::Import, "import", "", "PATH... --group NAME", "gv", 1, kAny,
+constexpr std::array<CCommandEntry, 12> kCommands{{
+    {ECommand::Import, "import", "", "PATH... --group NAME", "gpv", 1, kAny,
      "adds 3DS files, and those of folders and all below, with their textures"},
     {ECommand::Export, "export", "", "--into FOLDER [KEY...]", "gi", 0, kAny,
      "writes models with their textures: all, a group's, or those named"},
@@ -41,6 +41,8 @@ constexpr std::array<CCommandEntry, 11> kCommands{{
     {ECommand::TokenCreate, "token", "create", "NAME", "r", 1, 1, "makes a token and prints it, this once"},
     {ECommand::TokenList, "token", "list", "", "j", 0, 0, "lists the tokens' names and rights"},
     {ECommand::TokenRevoke, "token", "revoke", "NAME", "", 1, 1, "makes a token void"},
+    {ECommand::Serve, "serve", "", "", "lPobcCwtTumGknq", 0, 0,
+     "serves the store to other machines and to browsers, until a signal ends it"},
 }};
 
 COutcome SetText(std::string CModelDbOptions::*member, CModelDbOptions& options, std::string_view value) {
@@ -74,6 +76,33 @@ COutcome SetRights(CModelDbOptions& options, std::string_view value) {
     }
 }
 
+template <auto set>
+COutcome SetServe(CModelDbOptions& options, std::string_view value) {
+    return set(options.serve, value);
+}
+template <auto member>
+COutcome SetServeFlag(CModelDbOptions& options, std::string_view) {
+    options.serve.*member = true;
+    return {};
+}
+template <auto member, std::uint64_t least, std::uint64_t most>
+COutcome SetNumber(CModelDbOptions& options, std::string_view value) {
+    std::uint64_t number = 0;
+    COutcome wrong = serve_options::SetNumber(number, value, least, most);
+    using CMember = std::remove_reference_t<decltype(options.serve.*member)>;
+    if (!wrong) options.serve.*member = static_cast<CMember>(number);
+    return wrong;
+}
+template <auto member, std::uint64_t least, std::uint64_t most>
+COutcome SetBytes(CModelDbOptions& options, std::string_view value) {
+    return serve_options::SetBytes(options.serve.*member, value, least, most);
+}
+COutcome SetCacheFolder(CModelDbOptions& options, std::string_view value) {
+    if (value.empty()) return "needs a value";
+    options.serve.cacheFolder = value;
+    return {};
+}
+
 struct COptionEntry {
     char letter;
     const char* name;
@@ -82,7 +111,7 @@ struct COptionEntry {
     std::string_view help;
 };
 
-constexpr std::array<COptionEntry, 9> kOptions{{
+constexpr std::array<COptionEntry, 25> kOptions{{
     {'S', "store", "PLACE", Set<&CModelDbOptions::store>,
      "a file, or postgresql://...; else the user's own store"},
     {'g', "group", "NAME", Set<&CModelDbOptions::group>, "the group"},
@@ -93,6 +122,31 @@ constexpr std::array<COptionEntry, 9> kOptions{{
     {'j', "json", "", Set<&CModelDbOptions::json>, "prints JSON"},
     {'v', "verbose", "", Set<&CModelDbOptions::verbose>,
      "names each model that is in the store from then on"},
+    {'p', "previews", "", Set<&CModelDbOptions::previews>, "draws a preview of each model that is added"},
+    {'l', "listen", "ADDRESS:PORT", SetServe<serve_options::SetListen>,
+     "where serve listens (127.0.0.1:8095,[::1]:8095)"},
+    {'P', "private", "", SetServeFlag<&CServeOptions::isPrivate>, "nothing is told without a token"},
+    {'o', "open-uploads", "", SetServeFlag<&CServeOptions::hasOpenUploads>,
+     "uploads need no token; on this machine alone"},
+    {'b', "base-url", "URL", SetServe<serve_options::SetBaseUrl>, "the public address, behind a proxy"},
+    {'c', "cache-dir", "FOLDER", SetCacheFolder, "where files lie that are asked for often"},
+    {'C', "cache-size", "BYTES", SetBytes<&CServeOptions::cacheBytes, 1ULL << 20, 1ULL << 50>,
+     "what they may take together (4G)"},
+    {'w', "workers", "N", SetNumber<&CServeOptions::workers, 1, 256>, "connections that read the store (4)"},
+    {'t', "threads", "N", SetNumber<&CServeOptions::threads, 1, 64>,
+     "threads that read requests and send answers (2)"},
+    {'T', "trust-proxy", "ADDRESS,...", SetServe<serve_options::SetProxies>,
+     "proxies whose X-Forwarded-For names the client"},
+    {'u', "max-upload", "BYTES", SetBytes<&CServeOptions::uploadBytes, 1ULL << 10, 2ULL << 30>,
+     "the longest upload (64M)"},
+    {'m', "group-models", "N", SetNumber<&CServeOptions::groupModels, 0, 1'000'000'000>,
+     "uploads fill a group up to this (100000)"},
+    {'G', "upload-rate", "N", SetNumber<&CServeOptions::uploadsPerMinute, 0, 1'000'000>,
+     "uploads a minute of one address, 0: any number (120)"},
+    {'k', "connections", "N", SetNumber<&CServeOptions::connections, 1, 1'000'000>,
+     "connections at once (4096)"},
+    {'n', "no-previews", "", SetServeFlag<&CServeOptions::drawsNoPreviews>, "draws no pictures of models"},
+    {'q', "quiet", "", SetServeFlag<&CServeOptions::isQuiet>, "writes no line for each request"},
     {'h', "help", "", nullptr, "prints this help"},
 }};
 
@@ -146,6 +200,8 @@ COutcome CheckTogether(const CModelDbOptions& options) {
         case ECommand::List:
             if (hasNames && (hasGroup || !options.search.empty())) return "takes keys or a group or a search";
             return {};
+        case ECommand::Serve:
+            return serve_options::CheckTogether(options.serve);
         default:
             return {};
     }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/CResult.h"
+#include "programs/orbivue_modeldb/serve_options.h"
 
 enum class EModelDbCommand {
     Help,
@@ -22,6 +23,7 @@ enum class EModelDbCommand {
     TokenCreate,
     TokenList,
     TokenRevoke,
+    Serve,
 };
 
 /** What the command line asks for. Texts are as given. */
@@ -30,7 +32,8 @@ struct CModelDbOptions {
     std::string store;  ///< a path or an address; empty: the user's own store
     std::string group, search, into;
     std::uint32_t rights = 0;  ///< of a new token, see EStoreRight
-    bool json = false, full = false, verbose = false;
+    bool json = false, full = false, verbose = false, previews = false;
+    CServeOptions serve;
     std::vector<std::string> arguments;  ///< paths, keys or names: as many as the command takes
 };
 

@@ -4,6 +4,7 @@
 #include "base/jobs/parallel_for.h"
 #include "modeldb/bytes/calc_crc.h"
 #include "modeldb/import/read_model.h"
+#include "programs/orbivue_modeldb/draw_previews.h"
 #include "programs/orbivue_modeldb/model_commands.h"
 #include "programs/orbivue_modeldb/model_source.h"
 #include "programs/orbivue_modeldb/store_output.h"
@@ -36,6 +37,7 @@ class CImport {
     }
 
     CTally tally;
+    std::vector<std::uint32_t> added;  ///< the keys of new models
 
   private:
     void Read(std::span<const CModelSource> sources) {
@@ -78,6 +80,7 @@ class CImport {
         if (!result) return LeaveOut({result.Error().code, result.Error().message, path});
         const bool isNew = result.Value().how == EAdded::Added;
         ++(isNew ? tally.added : tally.known);
+        if (isNew && m_options.previews) added.push_back(result.Value().key);
         if (m_options.verbose)
             (void)Print(model_key::ToText(result.Value().key) + (isNew ? " added " : " known ") +
                         Shown(path) + "\n");
@@ -107,6 +110,8 @@ int model_commands::Import(const CModelDbOptions& options) {
     const bool printed = Print(std::to_string(tally.added) + " added, " + std::to_string(tally.known) +
                                " there already, " + std::to_string(tally.leftOut) + " left out\n");
     if (!done) return Complain(done.Error(), kStoreFails);
+    if (CStatus drawn = DrawPreviews(options, import.added); !drawn)
+        return Complain(drawn.Error(), kStoreFails);
     if (tally.leftOut > 0) return kPartly;
     return printed ? kDone : kCannotWrite;
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "modeldb/server/work/worker_command.h"
 #include "programs/orbivue_modeldb/CModelDbOptions.h"
 #include "programs/orbivue_modeldb/model_commands.h"
 #include "programs/orbivue_modeldb/store_output.h"
@@ -36,6 +37,7 @@ constexpr CRunner kRunners[] = {
     {EModelDbCommand::TokenCreate, model_commands::TokenCreate},
     {EModelDbCommand::TokenList, model_commands::TokenList},
     {EModelDbCommand::TokenRevoke, model_commands::TokenRevoke},
+    {EModelDbCommand::Serve, model_commands::Serve},
 };
 
 int Run(const CModelDbOptions& options) {
@@ -47,6 +49,7 @@ int Run(const CModelDbOptions& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (worker_command::IsMeant(argc, argv)) return worker_command::Run(argc, argv);
     (void)std::signal(SIGPIPE, SIG_IGN);  // printing fails instead
     try {
         const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);

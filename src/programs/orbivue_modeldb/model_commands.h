@@ -17,5 +17,7 @@ namespace model_commands {
 [[nodiscard]] int TokenCreate(const CModelDbOptions& options);
 [[nodiscard]] int TokenList(const CModelDbOptions& options);
 [[nodiscard]] int TokenRevoke(const CModelDbOptions& options);
+/** Serves the store until a signal ends it. */
+[[nodiscard]] int Serve(const CModelDbOptions& options);
 
 }  // namespace model_commands

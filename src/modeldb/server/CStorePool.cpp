@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "modeldb/server/CStorePool.h"
+
+namespace {
+
+constexpr std::chrono::seconds kPause{1};  ///< before a server that was away is asked again
+
+}  // namespace
+
+CResult<std::unique_ptr<CStorePool>> CStorePool::Open(const CStoreAddress& address) {
+    CResult<CModelStore> store = CModelStore::Open(address, EStoreUse::Create);
+    if (!store) return store.Error();
+    std::unique_ptr<CStorePool> pool(new CStorePool(address));
+    pool->GiveBack(std::make_unique<CModelStore>(std::move(store).Value()));
+    return pool;
+}
+
+CResult<std::unique_ptr<CModelStore>> CStorePool::Lend() {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_idle.empty()) {
+            std::unique_ptr<CModelStore> store = std::move(m_idle.back());
+            m_idle.pop_back();
+            return store;
+        }
+    }
+    CResult<CModelStore> store = CModelStore::Open(m_address, EStoreUse::Write);
+    if (!store) return store.Error();
+    return std::make_unique<CModelStore>(std::move(store).Value());
+}
+
+void CStorePool::GiveBack(std::unique_ptr<CModelStore> store) {
+    const std::lock_guard lock(m_mutex);
+    m_idle.push_back(std::move(store));
+}
+
+bool CStorePool::IsAway() {
+    if (IsQuick()) return false;
+    const std::lock_guard lock(m_mutex);
+    const auto now = std::chrono::steady_clock::now();
+    if (m_awayUntil == std::chrono::steady_clock::time_point{} || now < m_awayUntil)
+        return m_awayUntil != std::chrono::steady_clock::time_point{};
+    m_awayUntil = now + kPause;  // this thread tries, the others wait for its outcome
+    return false;
+}
+
+CError CStorePool::AwayError() {
+    return {EErrorCode::Busy, "the database cannot be reached", {}};
+}
+
+CError CStorePool::Noted(CError error) {
+    if (error.code == EErrorCode::Busy && !IsQuick()) {
+        const std::lock_guard lock(m_mutex);
+        m_awayUntil = std::chrono::steady_clock::now() + kPause;
+    }
+    return error;
+}

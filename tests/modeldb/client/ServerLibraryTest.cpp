@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: MIT
+// A library on a server that misbehaves, and on one that does not.
+#include <gtest/gtest.h>
+
+#include "CStoreSite.h"
+#include "files/CTestFolder.h"
+#include "modeldb/bytes/calc_crc.h"
+#include "modeldb/client/CServerLibrary.h"
+#include "modeldb/client/download_model.h"
+#include "row_name.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+
+std::span<const std::byte> BytesOf(std::string_view text) {
+    return std::as_bytes(std::span(text));
+}
+
+/** Bytes that no packer makes smaller. */
+std::string Noise(std::size_t size) {
+    std::string noise(size, '\0');
+    std::uint64_t seed = 1;
+    for (char& c : noise) {
+        seed = seed * 6364136223846793005ULL + 1442695040888963407ULL;
+        c = static_cast<char>(seed >> 56);
+    }
+    return noise;
+}
+
+CNewModel ModelOf(std::string_view group, std::string_view name, std::string_view file) {
+    CNewModel model;
+    model.group = group;
+    model.name = name;
+    model.file = CBlobWriter::Write(nullptr, BytesOf(file)).Value();
+    return model;
+}
+
+/** Counts what a call tells, and cancels it after some steps. */
+class CCountingProgress final : public CBlobProgress {
+  public:
+    void OnProgressStart(std::int64_t units) override { total = units; }
+    void OnProgressStep() override { ++steps; }
+    bool DoContinue() override { return steps < most; }
+    std::int64_t total = -1, steps = 0, most = 1 << 30;
+};
+
+class ServerLibraryTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        ::setenv("XDG_CACHE_HOME", (m_folder / "cache").c_str(), 1);
+        CResult<CModelStore> store =
+            CModelStore::Open(CStoreAddress::Parse(m_folder / "store.sqlite"), EStoreUse::Create);
+        m_store = std::make_unique<CModelStore>(std::move(store).Value());
+        m_site = std::make_unique<CStoreSite>(*m_store);
+    }
+    void TearDown() override { ::unsetenv("XDG_CACHE_HOME"); }
+
+    /** before: answers what it wants to answer otherwise, and returns true then. */
+    void Serve(std::function<bool(const CScriptedRequest&, CScriptedPeer&)> before = {}) {
+        m_server = std::make_unique<CScriptedServer>([this, before](const auto& request, auto& peer) {
+            if (before && before(request, peer)) return false;
+            return m_site->Answer(request, peer);
+        });
+        CServerCalls::CServer facts;
+        facts.address = m_server->Address();
+        facts.onLost = [this] { ++m_lost; };
+        facts.times = {500ms, 400ms};
+        m_library = std::make_unique<CServerLibrary>(std::move(facts));
+    }
+    /** The file's bytes, or why there are none. */
+    [[nodiscard]] std::string Download(std::uint32_t key, CCountingProgress* progress = nullptr) {
+        CProgressUnits units(progress);
+        const CResult<CDownloadedModel> model = DownloadFrom(*m_library, key, units);
+        if (!model) return model.Error().message;
+        return {reinterpret_cast<const char*>(model.Value().file.data), model.Value().file.size};
+    }
+    /** Adds a model with this file to the store behind the server. */
+    std::uint32_t Add(std::string_view file, std::string_view name = "chair") {
+        return m_store->AddModel(ModelOf("Chairs", name, file)).Value().key;
+    }
+
+    CTestFolder m_folder;
+    std::unique_ptr<CModelStore> m_store;
+    std::unique_ptr<CStoreSite> m_site;
+    std::unique_ptr<CScriptedServer> m_server;
+    std::unique_ptr<CServerLibrary> m_library;
+    std::atomic<int> m_lost = 0;
+};
+
+TEST_F(ServerLibraryTest, ADownloadGoesOnWhereItEnded) {
+    const std::string file = Noise(300'000);
+    const std::uint32_t key = Add(file);
+    std::atomic<bool> isCut = true;
+    Serve([&](const auto& request, auto& peer) {
+        if (!request.target.starts_with("/b/") || !isCut.exchange(false)) return false;
+        return peer.Send("HTTP/1.1 200 OK\r\nContent-Length: 300000\r\n\r\n" + file.substr(0, 200'000));
+    });
+    CCountingProgress first;
+    EXPECT_EQ(Download(key, &first), "the connection to the server was lost");
+    EXPECT_EQ(first.total, 5);
+    EXPECT_EQ(first.steps, 3);
+    EXPECT_EQ(m_lost, 1);
+    CCountingProgress second;
+    EXPECT_EQ(Download(key, &second), file);
+    EXPECT_EQ(second.steps, 5);
+    EXPECT_EQ(m_server->Requests().back().Header("Range"), "bytes=200000-");
+    const std::size_t requests = m_server->Requests().size();
+    EXPECT_EQ(Download(key), file);
+    EXPECT_EQ(m_server->Requests().size(), requests + 1) << "the bytes are kept";
+}
+
+struct CResumeRow {
+    std::string name;
+    CScriptedServer::CHandler answer;  ///< to the request for the rest
+    std::string outcome = {};          ///< empty: the file
+};
+
+std::string ThreeHundred() {
+    static const std::string kFile = Noise(300);
+    return kFile;
+}
+
+const CResumeRow kResumes[] = {
+    {"AllOfItAgain", [](auto&, auto& peer) { return peer.Answer(200, ThreeHundred()); }},
+    {"OtherPartThanAsked",
+     [](auto&, auto& peer) {
+         return peer.Answer(206, ThreeHundred().substr(90), "Content-Range: bytes 90-299/300\r\n");
+     }},
+    {"PartOfALongerFile",
+     [](auto&, auto& peer) {
+         return peer.Answer(206, ThreeHundred().substr(100), "Content-Range: bytes 100-299/301\r\n");
+     }},
+    {"PartWithoutItsPlace", [](auto&, auto& peer) { return peer.Answer(206, ThreeHundred().substr(100)); }},
+    {"OtherBytes",
+     [](auto&, auto& peer) {
+         return peer.Answer(206, std::string(200, 'x'), "Content-Range: bytes 100-299/300\r\n");
+     }},
+    {"NoSuchPart", [](auto&, auto& peer) { return peer.Answer(416, ""); }},
+    {"NothingToo", [](auto&, auto& peer) { return peer.Answer(204, ""); }},
+    {"Busy", [](auto&, auto& peer) { return peer.Answer(503, "<html>busy</html>"); },
+     "the server is busy; try again later"},
+};
+
+class ResumeTest : public ServerLibraryTest, public testing::WithParamInterface<CResumeRow> {};
+INSTANTIATE_TEST_SUITE_P(, ResumeTest, testing::ValuesIn(kResumes), kRowName);
+
+TEST_P(ResumeTest, EndsWithTheRightBytesOrNone) {
+    const std::uint32_t key = Add(ThreeHundred());
+    Serve([&](const auto& request, auto& peer) {
+        if (!request.target.starts_with("/b/")) return false;
+        if (!request.Header("Range").empty()) return GetParam().answer(request, peer);
+        return m_server->Requests().size() == 2 &&
+               peer.Send("HTTP/1.1 200 OK\r\nContent-Length: 300\r\n\r\n" + ThreeHundred().substr(0, 100));
+    });
+    EXPECT_EQ(Download(key), "the connection to the server was lost");
+    EXPECT_EQ(Download(key), GetParam().outcome.empty() ? ThreeHundred() : GetParam().outcome);
+}
+
+/** What a server may tell of a model. */
+struct CLieRow {
+    std::string name;
+    std::function<void(CModelRecord&)> lie;
+    std::string message;
+};
+
+const CLieRow kLies[] = {
+    {"OtherModel", [](CModelRecord& model) { ++model.key; },
+     "the server sends another model than was asked for"},
+    {"HugeFile", [](CModelRecord& model) { model.file.size = model.file.stored = 1ULL << 30; },
+     "the model is too large"},
+    {"ManyLargeTextures",
+     [](CModelRecord& model) {
+         CStoredBlob blob = model.file;
+         blob.size = blob.stored = 100 << 20;
+         model.textures.assign(6, {"../../.bashrc", blob});
+     },
+     "the model is too large"},
+    {"PackedLargerThanItIs",
+     [](CModelRecord& model) {
+         model.file.codec = EBlobCodec::Zstd;
+         model.file.stored = 1 << 20;
+     },
+     "what is told of the model's bytes cannot be"},
+    {"UnpacksToMoreThanTold", [](CModelRecord& model) { model.file.size -= 1; }, ""},
+    {"NothingInIt", [](CModelRecord& model) { model.file.size = model.file.stored = 0; }, ""},
+    {"OtherBytes", [](CModelRecord& model) { model.file.hash = CBlobHash::Of(BytesOf("other")); }, ""},
+};
+
+class LieTest : public ServerLibraryTest, public testing::WithParamInterface<CLieRow> {};
+INSTANTIATE_TEST_SUITE_P(, LieTest, testing::ValuesIn(kLies), kRowName);
+
+TEST_P(LieTest, IsNotBelieved) {
+    const std::string file(5000, 'x');
+    const std::uint32_t key = Add(file);
+    CModelRecord told = m_store->Model(key).Value();
+    GetParam().lie(told);
+    Serve([&](const auto& request, auto& peer) {
+        if (!request.target.starts_with("/api/models/")) return false;
+        peer.Answer(200, wire_records::WriteModel(told));
+        return true;
+    });
+    const std::string got = Download(key);
+    EXPECT_TRUE(GetParam().message.empty() || got == GetParam().message) << got;
+    EXPECT_NE(got.substr(0, 100), file.substr(0, 100));
+    EXPECT_EQ(m_lost, 0);
+}
+
+TEST_F(ServerLibraryTest, AGroupWithoutEndIsCutOff) {
+    Add("file");
+    Serve([](const auto& request, auto& peer) {
+        const std::vector<CModelSummary> page = {{"a", 1}, {"b", 2}};
+        if (request.target.find("/models?") == std::string::npos) return false;
+        return peer.Answer(200, wire_records::WriteModels(page, true));
+    });
+    CCountingProgress progress;
+    CProgressUnits units(&progress);
+    const CResult<CSmpModelArr> models = m_library->Models("Chairs", units);
+    ASSERT_FALSE(models);
+    EXPECT_EQ(models.Error().message, "the server sends the same models again and again");
+    EXPECT_EQ(progress.total, 1);
+    EXPECT_LE(progress.steps, 1);
+}
+
+TEST_F(ServerLibraryTest, NestedJsonAndPagesOfProxiesAreNoAnswers) {
+    for (const std::string& body : {std::string(60'000, '['), std::string("<html>Welcome</html>"),
+                                    std::string("{\"groups\":[{\"id\":-1,\"name\":\"x\"}]}")}) {
+        Serve([&](const auto&, auto& peer) { return peer.Answer(200, body); });
+        CProgressUnits units(nullptr);
+        EXPECT_FALSE(m_library->Open());
+        EXPECT_FALSE(m_library->Groups(units));
+    }
+}
+
+TEST_F(ServerLibraryTest, WhatAServerSaysOfARefusalIsOneLine) {
+    Serve([&](const auto&, auto& peer) {
+        return peer.Answer(422, R"({"error":{"code":"bad","message":"no\n\u001b[31mmodel\u0000"}})");
+    });
+    const CImageDataTextVec textures = {{"wood.jpg", std::vector<std::byte>(10)}};
+    const std::string name = "chair", group = "Upload";
+    CProgressUnits units(nullptr);
+    const CStatus uploaded = m_library->Upload({name, group, BytesOf("file"), textures}, units);
+    ASSERT_FALSE(uploaded);
+    EXPECT_EQ(uploaded.Error().where, m_server->Address().substr(7));
+    EXPECT_TRUE(std::ranges::none_of(uploaded.Error().message, [](char c) { return c > 0 && c < ' '; }));
+}
+
+}  // namespace

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+// The user's own store, made when it is missing.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <thread>
+
+#include "files/CTestFolder.h"
+#include "files/std_file_paths.h"
+#include "modeldb/client/make_user_store.h"
+#include "modeldb/store/CModelStore.h"
+
+namespace {
+
+class UserStoreTest : public testing::Test {
+  protected:
+    [[nodiscard]] bool Make() const { return MakeUserStore(m_path, m_samples).HasValue(); }
+    [[nodiscard]] CModelStore Open() const {
+        return std::move(CModelStore::Open(CStoreAddress::Parse(m_path), EStoreUse::Write)).Value();
+    }
+    [[nodiscard]] std::uint64_t Count() const {
+        const CCheckReport report = std::move(Open().Check(CModelStore::ECheck::Full)).Value();
+        EXPECT_EQ(report.faultCount, 0U);
+        return report.models;
+    }
+    /** A process that makes the store. */
+    [[nodiscard]] pid_t Start() const {
+        const pid_t pid = ::fork();
+        if (pid == 0) ::_exit(Make() ? 0 : 1);
+        return pid;
+    }
+    static bool EndedWell(pid_t pid) {
+        int status = 0;
+        return ::waitpid(pid, &status, 0) == pid && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    }
+
+    CTestFolder m_folder;
+    std::string m_path = m_folder / "data/orbivue/models.sqlite";
+    std::string m_samples = std_file_paths::GetDataPath("samples");
+};
+
+TEST_F(UserStoreTest, ProcessesThatStartAtOnceFillItOnce) {
+    std::vector<pid_t> pids;
+    for (int i = 0; i < 4; ++i) pids.push_back(Start());
+    for (const pid_t pid : pids) EXPECT_TRUE(EndedWell(pid));
+    EXPECT_EQ(Count(), 5U);
+    EXPECT_EQ(Open().Groups().Value().size(), 3U);
+}
+
+TEST_F(UserStoreTest, WhatTheUserRemovedStaysAway) {
+    ASSERT_TRUE(Make());
+    const std::uint32_t key = Open().Search("chess", 0, 10).Value().at(0).key;
+    const CModelRecord chess = Open().Model(key).Value();
+    EXPECT_EQ(chess.name, "Chess");
+    EXPECT_FALSE(chess.textures.empty());
+    EXPECT_TRUE(chess.preview);
+    ASSERT_TRUE(Open().RemoveModel(key));
+    ASSERT_TRUE(Make());
+    EXPECT_EQ(Count(), 4U);
+}
+
+TEST_F(UserStoreTest, AKilledProcessLeavesNothingHalf) {
+    for (int ms = 1; ms < 400 && !std::filesystem::exists(m_path); ms += 20) {
+        const pid_t pid = Start();
+        std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+        ::kill(pid, SIGKILL);
+        ::waitpid(pid, nullptr, 0);
+        EXPECT_TRUE(!std::filesystem::exists(m_path) || Count() == 5);
+    }
+    EXPECT_TRUE(Make());
+    EXPECT_EQ(Count(), 5U);
+    EXPECT_FALSE(std::filesystem::exists(m_path + ".new"));
+}
+
+TEST_F(UserStoreTest, ALogOfADeletedStoreIsNotTakenForThisOnes) {
+    ASSERT_TRUE(Make());
+    {
+        const CModelStore open = Open();
+        CModelStore other = Open();
+        ASSERT_TRUE(other.CreateToken("x", {}));
+        std::filesystem::copy(m_path + "-wal", m_folder / "log");
+    }
+    std::filesystem::remove(m_path);
+    std::filesystem::rename(m_folder / "log", m_path + "-wal");
+    ASSERT_TRUE(Make());
+    EXPECT_EQ(Count(), 5U);
+    EXPECT_TRUE(Open().Tokens().Value().empty());
+}
+
+TEST_F(UserStoreTest, WithoutSamplesItIsEmpty) {
+    ASSERT_TRUE(MakeUserStore(m_path, m_folder / "none"));
+    EXPECT_EQ(Count(), 0U);
+}
+
+}  // namespace

@@ -1,0 +1,228 @@
+// SPDX-License-Identifier: MIT
+#include "CTestServer.h"
+#include "modeldb/bytes/calc_crc.h"
+
+namespace {
+
+const std::string kPacked(100'000, 'm');         // becomes smaller in the store
+const std::string kNoise = NoiseOf(600'000, 1);  // does not, and is of several parts
+
+std::string KeyOf(std::string_view file) {
+    return model_key::ToText(CalcCrc(BytesOf(file)));
+}
+std::string HashOf(std::string_view bytes) {
+    return CBlobHash::Of(BytesOf(bytes)).ToHex();
+}
+
+/** A server of a store with two groups. */
+class ModelSiteTest : public testing::TestWithParam<CEngineRow> {
+  protected:
+    ModelSiteTest() {
+        CModelStore store = place.Open();
+        CNewModel chair = ModelOf("Cars & more", "a chair", kPacked);
+        chair.textures.push_back({"../../etc/passwd", BlobOf(nullptr, kNoise)});
+        EXPECT_TRUE(store.AddModel(std::move(chair)));
+        for (const char* name : {"b", "c", "d"}) EXPECT_TRUE(store.AddModel(ModelOf("Übrige", name, name)));
+    }
+
+    CTestPlace place{GetParam()};
+};
+INSTANTIATE_TEST_SUITE_P(Store, ModelSiteTest, testing::ValuesIn(Engines()), kRowName);
+
+struct CAskRow {
+    std::string target;
+    int status;
+    std::string words;  ///< that the body holds
+    EHttpMethod method = EHttpMethod::Get;
+};
+
+TEST_P(ModelSiteTest, AnswersEachAddress) {
+    const CAskRow rows[] = {
+        {"/api/version?client=1.5", 200, R"("accepted":true)"},
+        {"/api/version?client=1.4", 200, R"("accepted":false)"},
+        {"/api/groups", 200, R"("name":"Übrige","models":3)"},
+        {"/api/group?name=Cars%20%26%20more", 200, R"("models":1)"},
+        {"/api/group?name=%27%20OR%201=1", 404, "not_found"},
+        {"/api/groups/2/models?limit=2", 200, R"({"models":[["b",)"},
+        {"/api/groups/2/models?limit=2", 200, R"("more":true)"},
+        {"/api/groups/2/models?limit=3", 200, R"("more":false)"},
+        {"/api/groups/2/models?limit=2&after_name=c&after_key=" + KeyOf("c"), 200, R"([["d",)"},
+        {"/api/groups/9/models", 404, "not_found"},
+        {"/api/groups/2/models?limit=0", 400, "bad_request"},
+        {"/api/models/" + KeyOf(kPacked), 200, R"("name":"../../etc/passwd")"},
+        {"/api/models/" + KeyOf("b"), 200, R"("preview":null)", EHttpMethod::Head},
+        {"/api/models/00000000", 404, "not_found"},
+        {"/api/models/" + KeyOf("b"), 401, "token_needed", EHttpMethod::Delete},
+        {"/api/groups", 405, "method", EHttpMethod::Delete},
+        {"/api/groups", 405, "method", EHttpMethod::Other},
+        {"/api/search?text=CHAIR", 200, R"("group":"Cars & more")"},
+        {"/api/search?text=%25", 200, R"({"models":[])"},
+        {"/b/" + HashOf("b"), 200, "b"},
+        {"/b/" + HashOf(kNoise), 200, kNoise},
+        {"/b/" + HashOf(kPacked), 200, kPacked},
+        {"/b/" + HashOf(kPacked) + ".zst", 200, "\x28\xB5\x2F\xFD"},
+        {"/b/" + HashOf(kNoise) + ".zst", 404, "not_found"},
+        {"/b/" + HashOf("nothing"), 404, "not_found"},
+        {"/b/../api/groups", 404, "not_found"},
+        {"/health", 200, "ok"},
+        {"/metrics", 200, "orbivue_modeldb_hot_files 4\n"},
+    };
+    CTestServer server(place);
+    for (const CAskRow& row : rows) {
+        SCOPED_TRACE(row.target);
+        const CGot got = server.Get(row.target, {}, row.method);
+        EXPECT_EQ(got.status, row.status);
+        EXPECT_NE(got.body.find(row.words), std::string::npos) << got.body.substr(0, 300);
+    }
+}
+
+TEST_P(ModelSiteTest, TagsTellWhatHasChanged) {
+    CTestServer server(place), other(place);
+    for (const std::string target : {"/api/groups", "/api/groups/2/models"}) {
+        SCOPED_TRACE(target);
+        const CGot before = server.Get(target);
+        const std::string tag = before.Header("ETag");
+        EXPECT_EQ(server.Get(target, {{"If-None-Match", "\"x\", W/" + tag}}).status, 304);
+        EXPECT_EQ(server.Get(target, {{"If-None-Match", "\"x\""}}).body, before.body);
+        // Another server's change shows at once.
+        ASSERT_TRUE(place.Open().AddModel(ModelOf("Übrige", "new", "new for " + target)));
+        const CGot after = server.Get(target, {{"If-None-Match", tag}});
+        EXPECT_EQ(after.status, 200);
+        EXPECT_NE(after.body, before.body);
+        EXPECT_EQ(other.Get(target).body, after.body);
+    }
+}
+
+struct CRangeRow {
+    std::string name;
+    CTestServer::CHeaders headers;
+    int status;
+    std::size_t first = 0, length = 0;
+};
+
+TEST_P(ModelSiteTest, GivesRanges) {
+    const std::string tag = "\"" + HashOf(kNoise) + "\"";
+    const std::size_t size = kNoise.size();
+    const CRangeRow rows[] = {
+        {"Whole", {}, 200, 0, size},
+        {"Middle", {{"Range", "bytes=262143-262145"}}, 206, 262'143, 3},
+        {"ToTheEnd", {{"Range", "bytes=599990-"}}, 206, 599'990, 10},
+        {"PastTheEnd", {{"Range", "bytes=599990-9999999"}}, 206, 599'990, 10},
+        {"Last", {{"Range", "bytes=-5"}}, 206, size - 5, 5},
+        {"MoreThanAll", {{"Range", "bytes=-9999999"}}, 206, 0, size},
+        {"Behind", {{"Range", "bytes=600000-"}}, 416},
+        {"NothingOfIt", {{"Range", "bytes=-0"}}, 416},
+        {"Several", {{"Range", "bytes=0-1,3-4"}}, 416},
+        {"Backwards", {{"Range", "bytes=5-4"}}, 200, 0, size},
+        {"NoNumber", {{"Range", "bytes=0x1-4"}}, 200, 0, size},
+        {"TooLargeANumber", {{"Range", "bytes=99999999999999999999-"}}, 200, 0, size},
+        {"OtherUnit", {{"Range", "lines=1-2"}}, 200, 0, size},
+        {"SameBytes", {{"Range", "bytes=0-0"}, {"If-Range", tag}}, 206, 0, 1},
+        {"OtherBytes", {{"Range", "bytes=0-0"}, {"If-Range", "\"other\""}}, 200, 0, size},
+        {"WeakTag", {{"Range", "bytes=0-0"}, {"If-Range", "W/" + tag}}, 200, 0, size},
+        {"HasThem", {{"Range", "bytes=0-0"}, {"If-None-Match", tag}}, 304},
+    };
+    CTestServer server(place);
+    for (const CRangeRow& row : rows) {
+        SCOPED_TRACE(row.name);
+        const CGot got = server.Get("/b/" + HashOf(kNoise), row.headers);
+        EXPECT_EQ(got.status, row.status);
+        if (row.status < 300) EXPECT_TRUE(got.body == kNoise.substr(row.first, row.length));
+        if (row.status == 206)
+            EXPECT_EQ(got.Header("Content-Range"), "bytes " + std::to_string(row.first) + "-" +
+                                                       std::to_string(row.first + row.length - 1) +
+                                                       "/600000");
+        if (row.status == 416)
+            EXPECT_EQ(got.Header("Content-Range"), "bytes */600000");
+        else
+            EXPECT_EQ(got.Header("ETag"), tag);
+    }
+}
+
+TEST_P(ModelSiteTest, FetchesOnceForAllWhoAsk) {
+    CTestServer server(place, [](CServerOptions& options) { options.workers = 3; });
+    std::vector<std::future<CHttpAnswer>> waiting;
+    for (int i = 0; i < 40; ++i) waiting.push_back(server.Begin("/b/" + HashOf(kNoise)));
+    for (auto& one : waiting) EXPECT_TRUE(CTestServer::Take(one).body == kNoise);
+    EXPECT_EQ(server.Metric("hot_fills_total"), 1);
+}
+
+TEST_P(ModelSiteTest, RefusesWhatIsTooMuch) {
+    CTestServer server(place, [](CServerOptions& options) {
+        options.workers = 1;
+        options.waiting = 2;
+    });
+    std::vector<std::future<CHttpAnswer>> waiting;
+    for (int i = 0; i < 200; ++i) waiting.push_back(server.Begin("/api/search?text=" + std::to_string(i)));
+    int busy = 0;
+    for (auto& one : waiting) {
+        const CGot got = CTestServer::Take(one);
+        if (got.status == 200) continue;
+        ++busy;
+        EXPECT_EQ(got.status, 503);
+        EXPECT_NE(got.Header("Retry-After"), "");
+    }
+    EXPECT_GT(busy, 0);
+    EXPECT_EQ(server.Get("/health").status, 200);
+}
+
+struct CTokenRow {
+    std::string name, authorization;
+    int reads, removes;
+};
+
+TEST_P(ModelSiteTest, KeepsPrivateWhatIsPrivate) {
+    CModelStore store = place.Open();
+    const auto token = [&](const char* name, std::uint32_t rights) {
+        return store.CreateToken(name, {rights}).Value();
+    };
+    const std::string reader = token("reader", 1), remover = token("remover", 4);
+    const std::string basic = "Basic " + [&] {  // of ":" and the reader's token
+        std::string text = ":" + reader, packed;
+        constexpr std::string_view kDigits =
+            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+        while (text.size() % 3 != 0) text.insert(text.begin(), 'u');  // a name of any length
+        for (std::size_t i = 0; i < text.size(); i += 3) {
+            const auto at = [&](std::size_t j) { return static_cast<unsigned char>(text[i + j]); };
+            const unsigned bits = at(0) << 16U | at(1) << 8U | at(2);
+            for (const unsigned shift : {18U, 12U, 6U, 0U}) packed += kDigits[bits >> shift & 63U];
+        }
+        return packed;
+    }();
+    const CTokenRow rows[] = {
+        {"None", "", 401, 401},
+        {"Reader", "Bearer " + reader, 200, 403},
+        {"Remover", "Bearer " + remover, 403, 404},
+        {"Password", basic, 200, 401},
+        {"Forged", "Bearer " + reader.substr(0, reader.size() - 1) + "x", 401, 401},
+        {"Long", "Bearer " + std::string(4000, 'a'), 401, 401},
+        {"Other", "Digest " + reader, 401, 401},
+    };
+    CTestServer server(place, [](CServerOptions& options) { options.isPrivate = true; });
+    for (const CTokenRow& row : rows) {
+        SCOPED_TRACE(row.name);
+        CTestServer::CHeaders headers;
+        if (!row.authorization.empty()) headers.emplace_back("Authorization", row.authorization);
+        for (const std::string target :
+             {std::string("/api/groups"), std::string("/metrics"), "/b/" + HashOf("b"), std::string("/")})
+            EXPECT_EQ(server.Get(target, headers).status, row.reads) << target;
+        EXPECT_EQ(server.Get("/api/models/00000000", headers, EHttpMethod::Delete).status, row.removes);
+    }
+    EXPECT_EQ(server.Get("/api/version?client=1.5").Json()["private"], true);
+    const CTestServer::CHeaders headers{{"Authorization", "Bearer " + reader}};
+    EXPECT_TRUE(server.Get("/b/" + HashOf("b"), headers).Header("Cache-Control").starts_with("private"));
+    EXPECT_TRUE(server.Get("/api/groups", headers).Header("Cache-Control").starts_with("private"));
+}
+
+TEST_P(ModelSiteTest, RemovesAModel) {
+    const std::string token = place.Open().CreateToken("t", {4}).Value(),
+                      target = "/api/models/" + KeyOf("b");
+    CTestServer server(place);
+    const CTestServer::CHeaders headers{{"Authorization", "bearer " + token}};
+    EXPECT_EQ(server.Get(target, headers, EHttpMethod::Delete).status, 204);
+    EXPECT_EQ(server.Get(target, headers, EHttpMethod::Delete).status, 404);
+    EXPECT_EQ(server.Get(target).status, 404);
+    EXPECT_EQ(server.Get("/api/group?name=%C3%9Cbrige").Json()["models"], 2);
+}
+
+}  // namespace
