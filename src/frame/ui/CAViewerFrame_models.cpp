@@ -6,6 +6,7 @@
 #include "base/text/lng.h"
 #include "base/text/utf8_text.h"
 #include "engine/CGLCanvasI.h"
+#include "frame/model_list/ui/CModelListControl.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "frame/ui/CFileCommands.h"
 #include "frame/ui/CSceneStatusBar.h"
@@ -67,6 +68,17 @@ void CAViewerFrame::MakeBrowser() {
 bool CAViewerFrame::RestoreBrowser() {
     if (!m_browser || !m_aui.GetPane(m_browser).IsMaximized()) return false;
     m_aui.RestoreMaximizedPane();
+    return true;
+}
+
+bool CAViewerFrame::StepToBrowser() {
+    if (!m_state.isBrowserShown || m_state.isFullScreen || m_modelList->HasFocus()) return false;
+    if (!m_browser->IsDescendant(FindFocus()))
+        m_browser->TakeFocus();
+    else if (m_state.isModelListShown)
+        m_modelList->TakeFocus();
+    else
+        LeaveBrowser();
     return true;
 }
 

@@ -14,7 +14,8 @@ std::string NamesOf(const std::vector<CFoundModel>& models) {
 class LoadedModelsTest : public testing::Test {
   protected:
     LoadedModelsTest() {
-        const CSmpModelArr cars{{"Audi", 1}, {"Gro\xC3\x9F\x61uto", 2}}, cups{{"\xC3\x84pfel", 3}, {"cup", 4}};
+        const CSmpModelArr cars{{"Audi", 1}, {"Gro\xC3\x9F\x61uto", 2}},
+            cups{{"\xC3\x84pfel", 3}, {"cup", 4}};
         models.Add("Cars", cars);
         models.Add("Cups", cups);
     }
