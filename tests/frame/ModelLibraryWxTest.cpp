@@ -117,12 +117,15 @@ TEST_F(ModelLibraryWxTest, UploadsOnce) {
 }
 
 TEST_F(ModelLibraryWxTest, AsksBeforeForeignPicturesTravel) {
-    for (const char* folder : {"models", "textures"}) std::filesystem::create_directory(window.folder / folder);
+    for (const char* folder : {"models", "textures"})
+        std::filesystem::create_directory(window.folder / folder);
     const std::wstring model = Sample("materials.3ds", "models/m.3ds");
     const std::filesystem::path samples = std_file_paths::GetDataPath(std::string("samples"));
     for (const auto& entry : std::filesystem::recursive_directory_iterator(samples))
-        if (const auto ending = entry.path().extension(); ending == ".png" || ending == ".jpg" || ending == ".tga")
-            std::filesystem::copy_file(entry.path(), window.folder / ("textures/" + entry.path().filename().string()),
+        if (const auto ending = entry.path().extension();
+            ending == ".png" || ending == ".jpg" || ending == ".tga")
+            std::filesystem::copy_file(entry.path(),
+                                       window.folder / ("textures/" + entry.path().filename().string()),
                                        std::filesystem::copy_options::skip_existing);
     ASSERT_TRUE(window.Open(model));
     wxDialog* asked = nullptr;

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The library of models in the main window: its browser, uploads, what was downloaded.
+#include <wx/aui/dockart.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -47,7 +49,12 @@ void CAViewerFrame::MakeBrowser() {
     }
     m_browser = new CModelsDlg(this, static_cast<CModelsDlgHost&>(*this));
     const int charWidth = GetCharWidth();
-    const wxSize best(std::max(m_browser->GetSize().x, 34 * charWidth), -1);
+    const wxSize least = m_browser->GetBestSize();
+    const wxSize best(std::max({m_browser->GetSize().x, least.x, 34 * charWidth}), -1);
+    // Its caption, as high as the text is.
+    m_aui.GetArtProvider()->SetMetric(
+        wxAUI_DOCKART_CAPTION_SIZE, std::max(GetCharHeight() + FromDIP(2),
+                                             m_aui.GetArtProvider()->GetMetric(wxAUI_DOCKART_CAPTION_SIZE)));
     m_aui.AddPane(m_browser, wxAuiPaneInfo()
                                  .Name(kBrowserPane)
                                  .Caption(lng::Text("3ds Files Download"))
