@@ -50,7 +50,7 @@ void CAViewerFrame::MakeBrowser() {
     m_browser = new CModelsDlg(this, static_cast<CModelsDlgHost&>(*this));
     const int charWidth = GetCharWidth();
     const wxSize least = m_browser->GetBestSize();
-    const wxSize best(std::max({m_browser->GetSize().x, least.x, 34 * charWidth}), -1);
+    const wxSize best(std::max({m_browser->GetSize().x, least.x, 40 * charWidth}), -1);
     // Its caption, as high as the text is.
     m_aui.GetArtProvider()->SetMetric(
         wxAUI_DOCKART_CAPTION_SIZE, std::max(GetCharHeight() + FromDIP(2),

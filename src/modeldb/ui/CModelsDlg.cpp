@@ -76,9 +76,6 @@ void CModelsDlg::MakeControls() {
     m_gauge = new CProgCtrl(this);
     SetAccessibleName(*m_gauge, lng::Text("Progress of the transfer"));
     m_status = Line(this, lng::Text("Status:"));
-    constexpr double kAll = 100;
-    m_status->SetMinSize(
-        wxSize(GetTextExtent(PercentText(lng::Text("Status: Downloading  %.2f"), kAll) + L" ").x, -1));
     m_cancel = new wxButton(this, kIdCancel, lng::Text("Cancel download"));
     m_search = std::make_unique<CModelSearch>([this](const CFoundData& found) { OnAnswer(found); });
     m_searchText->Bind(wxEVT_TEXT, [this](wxCommandEvent& event) {
