@@ -202,7 +202,8 @@ std::string site_pages::Group(const CPageFrame& frame, const CGroupContent& cont
     fields.Put("count", CountText(content.group.modelCount, "model"));
     fields.Markup("from", content.after ? CFields(frame.basePath)
                                               .Put("name", content.after->name)
-                                              .Fill(", these behind “<bdi>{{name}}</bdi>”")
+                                              .Put("how", content.after->key == 0 ? "from" : "after")
+                                              .Fill(", {{how}} “<bdi>{{name}}</bdi>”")
                                         : std::string());
     fields.Markup("models", content.models.empty() ? "<p>There are no models here.</p>\n"
                                                    : Grid(frame, content.models));
