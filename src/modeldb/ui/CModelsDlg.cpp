@@ -106,8 +106,8 @@ void CModelsDlg::MakeTips() {
         m_foundTips->Renew();
     });
     using CTip = std::optional<CPictureTips::CModel>;
-    m_treeTips = std::make_unique<CPictureTips>(
-        *m_tree, *m_pictures, [this](std::optional<wxPoint> place) -> CTip {
+    m_treeTips =
+        std::make_unique<CPictureTips>(*m_tree, *m_pictures, [this](std::optional<wxPoint> place) -> CTip {
             int flags = 0;
             const wxTreeItemId item = place ? m_tree->HitTest(*place, flags) : m_tree->GetSelection();
             const C3dsTreeItemData* data = m_tree->DataOf(item);

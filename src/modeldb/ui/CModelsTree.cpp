@@ -134,9 +134,7 @@ void CModelsTree::Download(std::uint32_t id, const std::wstring& label) {
 
 /** False for the events of a thread that was stopped meanwhile. */
 bool CModelsTree::IsCurrent(const wxGUIThreadEvent& event) const {
-    const auto posted = [&event](const auto& thread) {
-        return thread && thread->Number() == event.Thread();
-    };
+    const auto posted = [&event](const auto& thread) { return thread && thread->Number() == event.Thread(); };
     return posted(m_modelThread) || posted(m_modelsThread) || posted(m_groupsThread);
 }
 
@@ -171,7 +169,8 @@ void CModelsTree::OnThread(wxGUIThreadEvent& event) {
 template <class T>
 void CModelsTree::End(std::unique_ptr<T>& thread, const wxGUIThreadEvent& event, bool isEmpty) {
     if (!thread || thread->Number() != event.Thread()) return;
-    const std::wstring reason = isEmpty ? lng::ConvertFromUTF8(C3DModelsLoadApi::LastError()) : std::wstring();
+    const std::wstring reason =
+        isEmpty ? lng::ConvertFromUTF8(C3DModelsLoadApi::LastError()) : std::wstring();
     Stop(thread);
     m_actions.ended(reason);
 }
@@ -231,7 +230,8 @@ void CModelsTree::ShowMenu(const wxTreeItemId& item) {
     const C3dsTreeItemData* data = DataOf(item);
     const bool isModel = data && data->isModel;
     wxMenu menu;
-    menu.Append(wxID_OPEN, lng::Text(isModel ? lng::Mark("Open") : lng::Mark("Load again")))->Enable(!IsBusy());
+    menu.Append(wxID_OPEN, lng::Text(isModel ? lng::Mark("Open") : lng::Mark("Load again")))
+        ->Enable(!IsBusy());
     if (GetPopupMenuSelectionFromUser(menu) != wxID_OPEN) return;
     if (isModel)
         Download(data->id, GetItemText(item).ToStdWstring());

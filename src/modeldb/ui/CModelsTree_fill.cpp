@@ -44,7 +44,8 @@ void CModelsTree::AddGroups(const CGroupsData& groups) {
 }
 
 void CModelsTree::ShowCount(const wxTreeItemId& group, std::uint64_t count) {
-    SetItemText(group, Label(DataOf(group)->name) + wxString::Format("(%llu)", static_cast<unsigned long long>(count)));
+    SetItemText(group, Label(DataOf(group)->name) +
+                           wxString::Format("(%llu)", static_cast<unsigned long long>(count)));
     if (count > 0) SetItemHasChildren(group, true);
 }
 

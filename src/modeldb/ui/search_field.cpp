@@ -19,16 +19,15 @@ void ShowClearIcon(GtkEntry* entry, bool isShown) {
     gtk_entry_set_icon_from_icon_name(entry, GTK_ENTRY_ICON_SECONDARY,
                                       isShown ? "edit-clear-symbolic" : nullptr);
     if (isShown)
-        gtk_entry_set_icon_tooltip_text(
-            entry, GTK_ENTRY_ICON_SECONDARY,
-            file_util_ex::ConvertToUTF8(lng::Text("Clear the search")).c_str());
+        gtk_entry_set_icon_tooltip_text(entry, GTK_ENTRY_ICON_SECONDARY,
+                                        file_util_ex::ConvertToUTF8(lng::Text("Clear the search")).c_str());
 }
 
 }  // namespace
 
 wxTextCtrl* MakeSearchField(wxWindow* parent) {
-    auto* field = new wxTextCtrl(parent, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
-                                 wxTE_PROCESS_ENTER);
+    auto* field =
+        new wxTextCtrl(parent, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize, wxTE_PROCESS_ENTER);
     GtkEntry* entry = GTK_ENTRY(field->GetHandle());
     field->SetHint(lng::Text("Search for models"));
     SetAccessibleName(*field, lng::Text("Search for models"));

@@ -77,8 +77,8 @@ void CPreviewFetcher::Run() {
 
 void CPreviewFetcher::Keep(std::uint32_t id, CImage image) {
     if (m_known.size() >= kMostKept && !m_known.contains(id))
-        m_known.erase(std::ranges::min_element(
-            m_known, {}, [](const auto& known) { return known.second.askedAt; }));
+        m_known.erase(
+            std::ranges::min_element(m_known, {}, [](const auto& known) { return known.second.askedAt; }));
     m_known[id] = {std::move(image), CClock::now()};
     m_arrived(id);
 }

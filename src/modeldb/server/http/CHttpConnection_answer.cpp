@@ -19,10 +19,6 @@ constexpr std::uint64_t kBytesInATurn = 1 << 20;  // before other connections ha
 constexpr int kReadsInARow = 8;
 constexpr std::chrono::seconds kLingerIdle{2}, kLingerTime{10};
 
-CSteady::duration Steady(std::chrono::duration<double> seconds) {
-    return std::chrono::duration_cast<CSteady::duration>(seconds);
-}
-
 const std::string* TextOf(const CHttpAnswer& answer) {
     const auto* text = std::get_if<std::shared_ptr<const std::string>>(&answer.body);
     return text ? text->get() : nullptr;
@@ -39,8 +35,6 @@ bool IsBlocked() {
 }  // namespace
 
 void CHttpConnection::Refuse(int status, const char* why) {
-    m_loop->Shared().refusedLingering.fetch_add(1);
-    m_refusesPeer = true;
     Guarded([&] { RefuseRequest(status, why); });
 }
 
@@ -83,7 +77,7 @@ void CHttpConnection::BeginAnswer(CHttpAnswer answer) {
     m_answerHead.clear();
     AppendAnswerHead(m_answerHead, m_answer,
                      {m_loop->Date(), shared.options.serverName, m_closesAfterAnswer, m_head.isHttp10});
-    const bool sendsBody = m_head.request.method != EHttpMethod::Head && !HasNoBody(m_answer.status);
+    const bool sendsBody = !m_isHead && !HasNoBody(m_answer.status);
     m_bodyToSend = sendsBody ? BodyBytesOf(m_answer) : 0;
     m_headSent = m_bodySent = 0;
     const auto now = CSteady::now();
@@ -109,6 +103,7 @@ void CHttpConnection::ContinueAnswer() {
             if (m_sentInAll > sentBefore) {
                 m_deadline =
                     std::min(m_lastMoment, CSteady::now() + Steady(m_loop->Shared().options.stallTime));
+                (void)PeerTookSome();  // from here on
             }
             return AwaitWritable();
     }

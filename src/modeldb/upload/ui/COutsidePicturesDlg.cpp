@@ -21,8 +21,7 @@ COutsidePicturesDlg::COutsidePicturesDlg(wxWindow* parent, const std::vector<std
     text->Wrap(width);
     auto* list = new wxListBox(this, wxID_ANY, wxDefaultPosition, wxSize(width, GetCharHeight() * 8));
     SetAccessibleName(*list, lng::Text("Pictures from outside the model's folder"));
-    for (const std::string& path : paths)
-        list->Append(lng::ConvertFromUTF8(utf8_text::Printable(path, '_')));
+    for (const std::string& path : paths) list->Append(lng::ConvertFromUTF8(utf8_text::Printable(path, '_')));
     auto* upload = new wxButton(this, wxID_OK, lng::Text("Upload"));
     auto* cancel = new wxButton(this, wxID_CANCEL, lng::Text("Cancel"));
     SetButtonLabel(*upload, lng::Text("Upload"));

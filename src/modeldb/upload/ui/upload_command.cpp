@@ -101,9 +101,8 @@ bool UploadCurrentModel(CViewer3DSWindowHandler& view, wxWindow& parent, std::ui
     key = C3DModelsLoadApi::CalcCrc(bytes.data(), bytes.size());
     if (IsThereAlready(key) || !MayPicturesGo(view, parent)) return false;
     const CImageDataTextVec textures = TexturesOf(view);
-    auto* dialog =
-        new CUploadDialog(&parent, view.GetPath(), reinterpret_cast<unsigned char*>(bytes.data()),
-                          static_cast<std::uint32_t>(bytes.size()), textures);
+    auto* dialog = new CUploadDialog(&parent, view.GetPath(), reinterpret_cast<unsigned char*>(bytes.data()),
+                                     static_cast<std::uint32_t>(bytes.size()), textures);
     dialog->ShowModal();
     dialog->Destroy();
     reason = LastError();
