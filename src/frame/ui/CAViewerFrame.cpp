@@ -138,7 +138,7 @@ void CAViewerFrame::BindKeys() {
     Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
         if (IsKeyForView(event))
             OnViewKeyDown(event.GetKeyCode());
-        else
+        else if (event.GetKeyCode() != WXK_F6 || !StepToBrowser())
             event.Skip();
     });
     canvas->Bind(wxEVT_CONTEXT_MENU, [this, canvas](wxContextMenuEvent& event) {

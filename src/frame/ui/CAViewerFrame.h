@@ -169,6 +169,8 @@ class CAViewerFrame final : public wxFrame,
     void MakeBrowser();
     /** True when the browser filled the window and does so no longer; the caller has the panes laid out. */
     bool RestoreBrowser();
+    /** Moves the keyboard from the view to the browser, and on from there. False when neither is the case. */
+    bool StepToBrowser();
     void OpenDownloaded(CModelData& model) override;
     void CheckBrowserCommand(bool isShown) override;
     void TellOfTransfer(const std::wstring& text) override;

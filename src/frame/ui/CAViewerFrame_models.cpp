@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 // The library of models in the main window: its browser, uploads, what was downloaded.
+#include <wx/aui/dockart.h>
+
 #include <algorithm>
 #include <utility>
 
 #include "base/text/lng.h"
 #include "base/text/utf8_text.h"
 #include "engine/CGLCanvasI.h"
+#include "frame/model_list/ui/CModelListControl.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "frame/ui/CFileCommands.h"
 #include "frame/ui/CSceneStatusBar.h"
@@ -46,7 +49,12 @@ void CAViewerFrame::MakeBrowser() {
     }
     m_browser = new CModelsDlg(this, static_cast<CModelsDlgHost&>(*this));
     const int charWidth = GetCharWidth();
-    const wxSize best(std::max(m_browser->GetSize().x, 34 * charWidth), -1);
+    const wxSize least = m_browser->GetBestSize();
+    const wxSize best(std::max({m_browser->GetSize().x, least.x, 40 * charWidth}), -1);
+    // Its caption, as high as the text is.
+    m_aui.GetArtProvider()->SetMetric(
+        wxAUI_DOCKART_CAPTION_SIZE, std::max(GetCharHeight() + FromDIP(2),
+                                             m_aui.GetArtProvider()->GetMetric(wxAUI_DOCKART_CAPTION_SIZE)));
     m_aui.AddPane(m_browser, wxAuiPaneInfo()
                                  .Name(kBrowserPane)
                                  .Caption(lng::Text("3ds Files Download"))
@@ -67,6 +75,17 @@ void CAViewerFrame::MakeBrowser() {
 bool CAViewerFrame::RestoreBrowser() {
     if (!m_browser || !m_aui.GetPane(m_browser).IsMaximized()) return false;
     m_aui.RestoreMaximizedPane();
+    return true;
+}
+
+bool CAViewerFrame::StepToBrowser() {
+    if (!m_state.isBrowserShown || m_state.isFullScreen || m_modelList->HasFocus()) return false;
+    if (!m_browser->IsDescendant(FindFocus()))
+        m_browser->TakeFocus();
+    else if (m_state.isModelListShown)
+        m_modelList->TakeFocus();
+    else
+        LeaveBrowser();
     return true;
 }
 

@@ -16,6 +16,7 @@
 #include "frame/ui/CSceneStatusBar.h"
 #include "frame/ui/command_menus.h"
 #include "frame/ui/command_tool_bar.h"
+#include "modeldb/ui/CModelsDlg.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 #include "widgets/ui/accessible_name.h"
@@ -123,9 +124,9 @@ void CAViewerFrame::ShowPanes() {
     m_modelList->SetShown(m_state.isModelListShown && !m_state.isFullScreen);
     if (!toolBar && !slideShow && !materials && !animation && !modelList && !browser && !restored) return;
     // A hidden control would keep the keyboard focus.
+    const bool isBrowsing = m_state.isBrowserShown && m_browser && m_browser->IsDescendant(FindFocus());
     if (wxWindow* canvas = m_view->GetCanvas()->GetWindow();
-        (animation || materials || slideShow || modelList || (browser && !m_state.isBrowserShown)) &&
-        !canvas->HasFocus())
+        (animation || materials || slideShow || modelList || browser) && !isBrowsing && !canvas->HasFocus())
         canvas->SetFocus();
     // The manager would paint the view at once, although a repaint follows anyway.
     const wxWindowUpdateLocker noPainting(m_view->GetCanvas()->GetWindow());

@@ -10,12 +10,9 @@
 
 namespace {
 
-/** The toolkit draws the rows in a child, which it names so. */
+/** The toolkit draws the rows in the first child that it makes. */
 wxWindow* RowsOf(const wxListView& list) {
-    const wxWindowList& children = list.GetChildren();
-    const auto found = std::ranges::find_if(
-        children, [](const wxWindow* child) { return child->GetName() == "listctrlmainwindow"; });
-    return *found;
+    return list.GetChildren().front();
 }
 
 }  // namespace
@@ -51,10 +48,10 @@ void CFoundList::Show(std::vector<CFoundModel> models) {
     const long selected = GetFirstSelected();
     const std::uint32_t key =
         selected >= 0 ? m_models[static_cast<std::size_t>(selected)].key : std::uint32_t{0};
+    if (selected >= 0) Select(selected, false);
     m_models = std::move(models);
     SetItemCount(static_cast<long>(m_models.size()));
     const auto again = std::ranges::find(m_models, key, &CFoundModel::key);
-    if (selected >= 0) Select(selected, false);
     if (selected >= 0 && again != m_models.end()) {
         Select(again - m_models.begin());
         Focus(again - m_models.begin());
@@ -64,7 +61,7 @@ void CFoundList::Show(std::vector<CFoundModel> models) {
 
 long CFoundList::ModelAt(wxPoint place) const {
     int flags = 0;
-    const long number = HitTest(place + MainWindow().GetPosition(), flags);
+    const long number = HitTest(place, flags);  // it counts from the rows' window, not from the control's
     return number >= 0 && static_cast<std::size_t>(number) < m_models.size() ? number : -1;
 }
 

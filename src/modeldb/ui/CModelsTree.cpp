@@ -52,7 +52,8 @@ CModelsTree::CModelsTree(wxWindow* parent, CActions actions, CBlobProgress& prog
       m_progress(progress),
       m_fileName(fileName),
       m_images(kIconSide, kIconSide) {
-    m_images.Add(LoadIcon("main.ico", kIconSide).GetBitmap(wxSize(kIconSide, kIconSide)));
+    const wxBitmapBundle icon = LoadIcon("main.ico", kIconSide);
+    if (icon.IsOk()) m_images.Add(icon.GetBitmap(wxSize(kIconSide, kIconSide)));
     SetImageList(&m_images);
     AddRoot(lng::Text("3ds files"), 0);
     NameForReaders();

@@ -35,6 +35,10 @@ wxTextCtrl* MakeSearchField(wxWindow* parent) {
     gtk_entry_set_icon_activatable(entry, GTK_ENTRY_ICON_PRIMARY, FALSE);
     gtk_entry_set_width_chars(entry, 1);  // as narrow as the pane is made
     g_signal_connect(entry, "icon-release", G_CALLBACK(OnIcon), nullptr);
+    // The toolkit's own measure leaves large texts no room.
+    int least = 0, natural = 0;
+    gtk_widget_get_preferred_height(field->GetHandle(), &least, &natural);
+    field->SetMinSize(wxSize(-1, natural));
     GiveTextKeys(*field);
     field->Bind(wxEVT_TEXT, [field, entry](wxCommandEvent& event) {
         ShowClearIcon(entry, !field->IsEmpty());

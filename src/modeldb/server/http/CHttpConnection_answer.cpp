@@ -9,6 +9,7 @@
 #include <array>
 #include <cerrno>
 
+#include "base/text/ascii_text.h"
 #include "modeldb/server/http/CHttpConnection.h"
 #include "modeldb/server/http/http_text.h"
 
@@ -58,7 +59,10 @@ CHttpAnswer CHttpConnection::RefusalOf(int status, const char* why) const {
         answer = CHttpAnswer::OfText(status, "text/plain; charset=utf-8", std::string(why) + '\n');
     }
     answer.status = status;
-    if (status == 429 || status == 503) {
+    const bool isTold = std::ranges::any_of(answer.headers, [](const auto& header) {
+        return ascii_text::EqualNoCase(header.first, "Retry-After");
+    });
+    if ((status == 429 || status == 503) && !isTold) {
         answer.headers.emplace_back("Retry-After", std::to_string(options.retryAfterSeconds));
     }
     return answer;

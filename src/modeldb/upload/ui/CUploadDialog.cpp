@@ -33,18 +33,18 @@ CUploadDialog::~CUploadDialog() {
 }
 
 void CUploadDialog::MakeControls(const std::wstring& path) {
-    constexpr wchar_t kLongestStatus[] = L"Status: Please wait - Canceling... ";
     const std::wstring name = file_util_ex::ShownText(file_util_ex::GetFileName(path));
     auto* text = new wxStaticText(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
                                   wxST_NO_AUTORESIZE | wxST_ELLIPSIZE_MIDDLE);
     text->SetLabelText(lng::Text("File name: %s", name));
     m_gauge = new CProgCtrl(this);
     SetAccessibleName(*m_gauge, lng::Text("Progress of the transfer"));
-    m_status = new wxStaticText(this, wxID_ANY, lng::Text("Status: Starting..."), wxDefaultPosition,
-                                wxDefaultSize, wxST_NO_AUTORESIZE);
-    // As wide as any of its texts.
-    const int width = GetTextExtent(kLongestStatus).x;
-    m_status->SetMinSize(wxSize(width * 5 / 4, -1));
+    // As wide as the longest of its texts.
+    m_status = new wxStaticText(this, wxID_ANY, lng::Text("Status: Please wait - Canceling... "),
+                                wxDefaultPosition, wxDefaultSize, wxST_NO_AUTORESIZE);
+    m_status->SetMinSize(m_status->GetBestSize());
+    text->SetMinSize(wxSize(48 * GetCharWidth(), -1));  // the title has room, too
+    m_status->SetLabel(lng::Text("Status: Starting..."));
     auto* cancel = new wxButton(this, wxID_CANCEL, lng::Text("Cancel"));
     SetButtonLabel(*cancel, lng::Text("Cancel"));
     const wxSizerFlags line = wxSizerFlags().Expand().Border(wxALL, FromDIP(5));
