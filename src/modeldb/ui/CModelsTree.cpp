@@ -74,7 +74,7 @@ void CModelsTree::BindEvents() {
     Bind(wxEVT_MY_CUSTOM_COMMAND, &CModelsTree::OnThread, this);
     Bind(wxEVT_TREE_ITEM_EXPANDING, &CModelsTree::OnExpanding, this);
     Bind(wxEVT_TREE_SEL_CHANGED, &CModelsTree::OnSelected, this);
-    Bind(wxEVT_TREE_ITEM_MENU, [this](wxTreeEvent& event) { ShowMenu(event.GetItem()); });
+    Bind(wxEVT_TREE_ITEM_MENU, [this](wxTreeEvent& event) { ShowMenu(event.GetItem(), event.GetPoint()); });
     Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
         event.Skip();
         if (m_fills.empty()) return;
@@ -100,6 +100,8 @@ void CModelsTree::BindKeys() {
             OnEnter();
         else if (key == WXK_F2 && GetSelection().IsOk())
             EditLabel(GetSelection());
+        else if (key == WXK_F10 && event.GetKeyEvent().GetModifiers() == wxMOD_SHIFT)
+            ShowMenu(GetSelection(), wxDefaultPosition);
         else
             event.Skip();
     });
@@ -226,14 +228,17 @@ void CModelsTree::OnEnter() {
         Toggle(item);
 }
 
-void CModelsTree::ShowMenu(const wxTreeItemId& item) {
+/** where: in the tree; the default: at the item. */
+void CModelsTree::ShowMenu(const wxTreeItemId& item, wxPoint where) {
     if (!item.IsOk()) return;
+    wxRect area;
+    if (where == wxDefaultPosition && GetBoundingRect(item, area, true)) where = area.GetBottomLeft();
     const C3dsTreeItemData* data = DataOf(item);
     const bool isModel = data && data->isModel;
     wxMenu menu;
     menu.Append(wxID_OPEN, lng::Text(isModel ? lng::Mark("Open") : lng::Mark("Load again")))
         ->Enable(!IsBusy());
-    if (GetPopupMenuSelectionFromUser(menu) != wxID_OPEN) return;
+    if (GetPopupMenuSelectionFromUser(menu, where) != wxID_OPEN) return;
     if (isModel)
         Download(data->id, GetItemText(item).ToStdWstring());
     else
