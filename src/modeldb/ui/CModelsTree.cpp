@@ -25,6 +25,7 @@
 namespace {
 
 constexpr int kIconSide = 16;
+constexpr int kIdMenu = 6001;
 
 /** Stops a thread of the window's and forgets it. */
 template <class T>
@@ -236,9 +237,8 @@ void CModelsTree::ShowMenu(const wxTreeItemId& item, wxPoint where) {
     const C3dsTreeItemData* data = DataOf(item);
     const bool isModel = data && data->isModel;
     wxMenu menu;
-    menu.Append(wxID_OPEN, lng::Text(isModel ? lng::Mark("Open") : lng::Mark("Load again")))
-        ->Enable(!IsBusy());
-    if (GetPopupMenuSelectionFromUser(menu, where) != wxID_OPEN) return;
+    menu.Append(kIdMenu, lng::Text(isModel ? lng::Mark("Open") : lng::Mark("Load again")))->Enable(!IsBusy());
+    if (GetPopupMenuSelectionFromUser(menu, where) != kIdMenu) return;
     if (isModel)
         Download(data->id, GetItemText(item).ToStdWstring());
     else
