@@ -11,6 +11,7 @@
 #include <random>
 #include <system_error>
 
+#include "base/text/ascii_text.h"
 #include "base/text/lng.h"
 #include "files/file_util_ex.h"
 #include "files/system_error.h"
@@ -26,15 +27,36 @@ CError WriteError(std::string_view path, int errorNumber) {
     return {EErrorCode::WriteFailed, SystemErrorText(errorNumber), std::string(path)};
 }
 
+CError NoFile(std::string_view path) {
+    return {EErrorCode::WriteFailed, lng::Mark("this is no file that can be replaced"), std::string(path)};
+}
+
+// Whoever else makes a link in a folder for all could choose what we write over.
+bool IsTrusted(const std::string& link, const struct stat& info) {
+    struct stat folder = {};
+    if (info.st_uid == ::geteuid() || info.st_uid == 0) return true;
+    const std::string path = file_util_ex::GetFilePath(link);
+    return ::stat(path.empty() ? "." : path.c_str(), &folder) == 0 && folder.st_uid == info.st_uid;
+}
+
 // Where a chain of links ends, be there a file or not.
-std::string FollowLinks(std::string path) {
-    std::error_code error;
-    for (int i = 0; i < kMaxLinks; ++i) {
-        const std::filesystem::path next = std::filesystem::read_symlink(path, error);
-        if (error) break;
-        path = file_util_ex::MakeAbsolute(file_util_ex::GetFilePath(path), next.string());
+CResult<std::string> FollowLinks(std::string_view path) {
+    std::string at(path);
+    struct stat info = {}, end = {}, named = {};
+    for (int i = 0; ::lstat(at.c_str(), &info) == 0 && S_ISLNK(info.st_mode); ++i) {
+        if (i == kMaxLinks) return WriteError(path, ELOOP);
+        if (!IsTrusted(at, info)) return WriteError(path, EACCES);
+        std::error_code error;
+        const std::filesystem::path next = std::filesystem::read_symlink(at, error);
+        if (error) return WriteError(path, error.value());
+        at = file_util_ex::MakeAbsolute(file_util_ex::GetFilePath(at), next.string());
     }
-    return path;
+    // Those of a process's open files have only a text for where they lead.
+    const bool isThere = ::stat(std::string(path).c_str(), &named) == 0;
+    if (isThere &&
+        (::stat(at.c_str(), &end) != 0 || end.st_ino != named.st_ino || end.st_dev != named.st_dev))
+        return NoFile(path);
+    return at;
 }
 
 std::string TempNameFor(const std::string& target) {
@@ -71,10 +93,11 @@ bool KeepPermissions(int fd, const struct stat& old) {
     return ::fchmod(fd, old.st_mode & 0777U) == 0;
 }
 
-int RefusalOf(const std::string& target, const struct stat& old) {
-    if (S_ISDIR(old.st_mode)) return EISDIR;
-    if (!S_ISREG(old.st_mode)) return ENXIO;
-    return ::access(target.c_str(), W_OK) == 0 ? 0 : errno;
+CStatus MayReplace(std::string_view path, const std::string& target, const struct stat& old) {
+    if (S_ISDIR(old.st_mode)) return WriteError(path, EISDIR);
+    if (!S_ISREG(old.st_mode)) return NoFile(path);
+    if (::access(target.c_str(), W_OK) != 0) return WriteError(path, errno);
+    return CDone{};
 }
 
 void SyncFolderOf(const std::string& path) {
@@ -95,20 +118,36 @@ std::optional<CFileId> CFileId::Of(const std::string& path) {
 }
 
 CResult<CAtomicFile> CAtomicFile::Create(std::string_view path) {
-    std::string target = FollowLinks(std::string(path));
+    CResult<std::string> target = FollowLinks(path);
+    return target ? CreateAt(std::move(target).Value(), path) : target.Error();
+}
+
+CResult<CAtomicFile> CAtomicFile::CreateAt(std::string target, std::string_view path) {
     if (file_util_ex::GetFileName(target).empty()) {
         return CError{EErrorCode::BadArgument, lng::Mark("no file name"), std::string(path)};
     }
-    std::error_code error;
-    if (std::filesystem::is_symlink(target, error)) return WriteError(path, ELOOP);
     struct stat old = {};
     const bool exists = ::stat(target.c_str(), &old) == 0;
-    if (const int refusal = exists ? RefusalOf(target, old) : 0; refusal != 0)
-        return WriteError(path, refusal);
-
+    if (exists) {
+        if (CStatus may = MayReplace(path, target, old); !may) return may.Error();
+    }
     CResult<CAtomicFile> made = Open(std::move(target), path);
     if (made && exists && !KeepPermissions(made.Value().m_file.Get(), old)) return WriteError(path, errno);
     return made;
+}
+
+CResult<CAtomicFile> CAtomicFile::CreateOutput(std::string_view path) {
+    CResult<std::string> target = OutputTarget(path);
+    return target ? CreateAt(std::move(target).Value(), path) : target.Error();
+}
+
+CResult<std::string> CAtomicFile::OutputTarget(std::string_view path) {
+    CResult<std::string> target = FollowLinks(path);
+    if (target &&
+        !ascii_text::EqualNoCase(file_util_ex::GetFileExt(target.Value()), file_util_ex::GetFileExt(path)))
+        return CError{EErrorCode::WriteFailed, lng::Mark("this is a link to a file of another kind"),
+                      std::string(path)};
+    return target;
 }
 
 CResult<CAtomicFile> CAtomicFile::CreateNew(std::string_view path) {
@@ -117,13 +156,6 @@ CResult<CAtomicFile> CAtomicFile::CreateNew(std::string_view path) {
     CResult<CAtomicFile> made = Open(std::string(path), path);
     if (made) made.Value().m_mustBeNew = true;
     return made;
-}
-
-CResult<CAtomicFile> CAtomicFile::CreateUnlinked(std::string_view path) {
-    struct stat old = {};
-    const std::string target(path);
-    if (::lstat(target.c_str(), &old) != 0 || !S_ISLNK(old.st_mode)) return Create(path);
-    return Open(target, path);
 }
 
 CResult<CAtomicFile> CAtomicFile::CreateOver(std::string_view path, const CFileId& old) {

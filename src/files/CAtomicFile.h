@@ -31,8 +31,15 @@ struct CFileId {
  * in the same folder (one with a temporary name where the file system has no unnamed files); Commit() syncs
  * it to the disk and gives it the name. When the object is destroyed without Commit, or after any failure,
  * that file is gone and the old one is as it was. A killed process can leave only a file with a temporary
- * name behind. A symbolic link is followed: its target is replaced. An existing file keeps its permissions.
- * Write-protected files, folders and devices are refused. Small writes are buffered. */
+ * name behind. An existing file keeps its permissions, and other names of it (hard links) keep the old content.
+ * Write-protected files, folders, devices and pipes are refused. Small writes are buffered.
+ *
+ * Symbolic links, the one rule for all that the program writes:
+ * - A file that a person keeps, such as settings (Create): the link stays, and what it leads to is replaced. Links that
+ *   somebody else made are refused, unless root or the folder's owner did, as the system does in shared folders.
+ * - What a person chose as the output of an export (CreateOutput): the same, but the link must lead to a file of the
+ *   same ending. Who unpacks a stranger's archive and exports beside it would lose another file by "scene.html" else.
+ * - What a program puts beside that by itself (CreateNew, CreateOver): never through a link, and never over one. */
 class CAtomicFile {
   public:
     /** path is UTF-8; its folder must exist. */
@@ -40,9 +47,12 @@ class CAtomicFile {
     /** The same for a new file. Where something has the name already, now or at Commit, even a dangling link,
      * CreateNew or Commit fails and leaves it as it is. */
     [[nodiscard]] static CResult<CAtomicFile> CreateNew(std::string_view path);
-    /** Like Create, but a link is replaced by the file itself, and what it leads to stays. */
-    [[nodiscard]] static CResult<CAtomicFile> CreateUnlinked(std::string_view path);
-    /** The same for a file that must still be the one that was looked at: where another has the name by then,
+    /** For the output of an export. Where the path is a link, what it leads to has the same ending (case aside) or
+     * the call fails; endings are all that tells a link for this purpose from one that was planted. */
+    [[nodiscard]] static CResult<CAtomicFile> CreateOutput(std::string_view path);
+    /** Where CreateOutput writes: the path itself unless that is a link. */
+    [[nodiscard]] static CResult<std::string> OutputTarget(std::string_view path);
+    /** Like CreateNew for a file that must still be the one that was looked at: where another has the name by then,
      * even a link to that one, CreateOver or Commit fails and leaves it as it is. */
     [[nodiscard]] static CResult<CAtomicFile> CreateOver(std::string_view path, const CFileId& old);
     CAtomicFile(CAtomicFile&& other) noexcept;
@@ -70,6 +80,7 @@ class CAtomicFile {
 
   private:
     CAtomicFile(std::string target, std::string tempName, CFileDescriptor file);
+    [[nodiscard]] static CResult<CAtomicFile> CreateAt(std::string target, std::string_view path);
     [[nodiscard]] static CResult<CAtomicFile> Open(std::string target, std::string_view path);
     bool NameIt();
     bool TakeTarget();

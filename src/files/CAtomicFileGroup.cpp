@@ -19,8 +19,8 @@ CStatus CAtomicFileGroup::Commit() {
         for (CAtomicFile& member : m_members) {
             if (CStatus rested = member.Rest(false); !rested) return rested;
         }
-        // At once for all: a disk may take milliseconds for each.
-        if (!m_members.front().SyncFileSystem())
+        // At once for all, as a disk may take milliseconds for each; the last may be elsewhere, by a link.
+        if (!m_members.front().SyncFileSystem() || !m_members.back().SyncFileSystem())
             return CError{EErrorCode::WriteFailed, SystemErrorText(errno), {}};
     }
     for (CAtomicFile& member : m_members) {
@@ -29,7 +29,8 @@ CStatus CAtomicFileGroup::Commit() {
             return placed;
         }
     }
-    if (!m_members.empty()) m_members.back().SyncFolder();
+    if (!m_members.empty()) m_members.front().SyncFolder();
+    if (m_members.size() > 1) m_members.back().SyncFolder();
     m_members.clear();  // and what they replaced
     return CDone{};
 }

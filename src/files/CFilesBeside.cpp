@@ -27,7 +27,7 @@ std::uint64_t SumOf(std::span<const std::byte> bytes) {
     return sum;
 }
 
-/** The end of a regular file that is none by a link. */
+/** The end of a regular file; no link is followed. */
 std::string EndOf(const std::string& path) {
     const CFileDescriptor file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     struct stat info = {};
@@ -95,7 +95,8 @@ CFilesBeside::CFilesBeside(std::string_view mainPath) : m_folder(file_util_ex::G
 }
 
 void CFilesBeside::ReadRecord(const std::string& mainPath) {
-    const std::string text = EndOf(mainPath);
+    const CResult<std::string> target = CAtomicFile::OutputTarget(mainPath);
+    const std::string text = target ? EndOf(target.Value()) : std::string();
     std::string_view rest(text);
     for (std::size_t at = rest.find(kMark); at != rest.npos; at = rest.find(kMark)) {
         rest.remove_prefix(at + kMark.size());

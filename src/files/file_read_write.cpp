@@ -82,6 +82,12 @@ CResult<std::vector<std::byte>> ReadAll(const CFileDescriptor& file, std::string
     }
 }
 
+CStatus WriteAll(CResult<CAtomicFile> file, std::span<const std::byte> bytes) {
+    if (!file) return file.Error();
+    (void)file.Value().Write(bytes);  // Commit tells
+    return file.Value().Commit();
+}
+
 }  // namespace
 
 CResult<std::vector<std::byte>> ReadWholeFile(std::string_view path, std::uint64_t maxBytes,
@@ -102,10 +108,11 @@ CResult<std::vector<std::byte>> ReadPlainFile(std::string_view path, std::uint64
 }
 
 CStatus WriteFileAtomically(std::string_view path, std::span<const std::byte> bytes) {
-    CResult<CAtomicFile> file = CAtomicFile::Create(path);
-    if (!file) return file.Error();
-    (void)file.Value().Write(bytes);  // Commit tells
-    return file.Value().Commit();
+    return WriteAll(CAtomicFile::Create(path), bytes);
+}
+
+CStatus WriteOutput(std::string_view path, std::span<const std::byte> bytes) {
+    return WriteAll(CAtomicFile::CreateOutput(path), bytes);
 }
 
 CStatus WriteFileAtomically(std::string_view path, std::string_view text) {

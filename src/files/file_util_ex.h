@@ -92,5 +92,7 @@ using CFirstBytesJudge = std::function<bool(std::span<const std::byte>)>;
 /** Replaces the file in one step, as CAtomicFile does: after a failure the old file is as before. */
 [[nodiscard]] CStatus WriteFileAtomically(std::string_view path, std::span<const std::byte> bytes);
 [[nodiscard]] CStatus WriteFileAtomically(std::string_view path, std::string_view text);
+/** The same for what a person chose as the output of an export: see CAtomicFile about links. */
+[[nodiscard]] CStatus WriteOutput(std::string_view path, std::span<const std::byte> bytes);
 
 }  // namespace file_util_ex

@@ -126,7 +126,7 @@ CStatus WriteZip(std::string_view archivePath, std::span<const std::string> file
     const CSourcePtr packed(zip_source_buffer_create(nullptr, 0, 0, nullptr));
     if (!packed) return At(archivePath, kFailed);
     if (CStatus status = Pack(packed.get(), files, {}); !status) return At(archivePath, status);
-    CResult<CAtomicFile> file = CAtomicFile::Create(archivePath);
+    CResult<CAtomicFile> file = CAtomicFile::CreateOutput(archivePath);
     return file ? At(archivePath, CopyToFile(packed.get(), std::move(file).Value())) : file.Error();
 }
 

@@ -82,7 +82,7 @@ struct CTjDeleter {
 
 CStatus WritePng(std::string_view path, const CImage& image, bool withAlpha) {
     if (CStatus sound = CheckImage(path, image); !sound) return sound;
-    CResult<CAtomicFile> file = CAtomicFile::Create(path);
+    CResult<CAtomicFile> file = CAtomicFile::CreateOutput(path);
     if (!file) return file.Error();
     const CSink sink = [&](std::span<const std::byte> part) {
         (void)file.Value().Write(part);
@@ -120,7 +120,7 @@ CResult<std::vector<std::byte>> JpegBytes(const CImage& image, int quality) {
 CStatus WriteJpeg(std::string_view path, const CImage& image, int quality) {
     const CResult<std::vector<std::byte>> bytes = JpegBytes(image, quality);
     if (!bytes) return CError{bytes.Error().code, bytes.Error().message, std::string(path)};
-    return file_util_ex::WriteFileAtomically(path, bytes.Value());
+    return file_util_ex::WriteOutput(path, bytes.Value());
 }
 
 }  // namespace image_codec

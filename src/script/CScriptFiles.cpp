@@ -2,7 +2,6 @@
 #include "script/CScriptFiles.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <vector>
 
@@ -153,21 +152,26 @@ const CScriptFiles::CPlace* CScriptFiles::PlaceOf(const std::string& file) {
         .first->second.get();
 }
 
-const CScriptFiles::CPlace* CScriptFiles::PlaceOfModel(const std::string& namingFile,
-                                                       const std::string& modelPath) {
-    // The script chose the path: what is no model would be a key to any folder.
-    if (modelPath.empty() || !file_util_ex::DoesFileExist(modelPath)) return nullptr;
-    const CPlace* place = PlaceOf(modelPath);
-    const CPlace* own = PlaceOf(namingFile);
+const CScriptFiles::CPlace* CScriptFiles::PlaceChosen(const std::string& file, const std::string& chooser) {
+    const CPlace* place = PlaceOf(file);
+    const CPlace* own = PlaceOf(chooser);
     if (!place || place->surroundings.OwnsFoldersBeside()) return place;
-    // In a private folder lie papers beside the model, too.
+    // In a private folder lie papers beside the file, too.
     return own && own->surroundings.Folder() == place->surroundings.Folder() ? place : nullptr;
+}
+
+std::array<const CScriptFiles::CPlace*, 2> CScriptFiles::PlacesOf(const std::string& namingFile,
+                                                                  const std::string& modelPath) {
+    const CPlace* own = PlaceChosen(namingFile, m_script.empty() ? namingFile : m_script);
+    // The script chose the path: what is no model would be a key to any folder.
+    const bool isModel = !modelPath.empty() && file_util_ex::DoesFileExist(modelPath);
+    return {own, isModel ? PlaceChosen(modelPath, own ? namingFile : m_script) : nullptr};
 }
 
 CScriptFiles::CPicture CScriptFiles::FindPicture(const std::string& namingFile, const std::string& modelPath,
                                                  std::string_view written) {
     const auto exact = Find(file_util_ex::GetFilePath(namingFile), written);
-    const std::array places{PlaceOf(namingFile), PlaceOfModel(namingFile, modelPath)};
+    const auto places = PlacesOf(namingFile, modelPath);
     const auto found = [&places](const fs::path& path) {
         CPicture picture{EPicture::Found, path.native(), true};
         for (const CPlace* place : places)
@@ -196,7 +200,7 @@ bool CScriptFiles::MayRead(const std::string& path) {
 
 bool CScriptFiles::IsNear(const std::string& namingFile, const std::string& modelPath,
                           const std::string& path) {
-    for (const CPlace* place : {PlaceOf(namingFile), PlaceOfModel(namingFile, modelPath)}) {
+    for (const CPlace* place : PlacesOf(namingFile, modelPath)) {
         if (place && place->surroundings.File(path)) return true;
     }
     return false;

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/name_hash.h"
 #include "model/textures/CModelSurroundings.h"
@@ -18,6 +20,9 @@
  * nothing is opened but folders. Folders are listed once, and the effort is bounded. One thread at a time. */
 class CScriptFiles {
   public:
+    /** The file that was opened; others that name files are its templates. */
+    void SetScript(std::string path) { m_script = std::move(path); }
+
     /** The path of a file anywhere on the disk, without "." and "..". folder: of the file that names it. */
     [[nodiscard]] std::optional<std::string> Find(const std::string& folder, std::string_view written);
 
@@ -31,8 +36,8 @@ class CScriptFiles {
         bool isElsewhere = false;  ///< neither in the naming file's nor in the model's folder, nor below them
     };
     /** A picture in the surroundings (see CModelSurroundings) of the file that names it, or of the model: a script comes
-     * from anywhere, and what it puts on a model is shown, packed and exported with it. modelPath may be empty; a private
-     * folder that the model lies in counts only if the naming file lies there, too. */
+     * from anywhere, and what it puts on a model is shown, packed and exported with it. modelPath may be empty. A private
+     * folder that the model or a template lies in counts only if the script lies there, too. */
     [[nodiscard]] CPicture FindPicture(const std::string& namingFile, const std::string& modelPath,
                                        std::string_view written);
     /** False once the files of replaced objects that were asked for, this one too, are more bytes than are read for a
@@ -51,8 +56,11 @@ class CScriptFiles {
     };
     /** Null where there are too many. */
     [[nodiscard]] const CPlace* PlaceOf(const std::string& file);
-    /** Null also for a model that is not there, and for one in a private folder in which the naming file is not. */
-    [[nodiscard]] const CPlace* PlaceOfModel(const std::string& namingFile, const std::string& modelPath);
+    /** The same for a file that another chose: null also in a private folder in which that is not. */
+    [[nodiscard]] const CPlace* PlaceChosen(const std::string& file, const std::string& chooser);
+    /** Those of the naming file and of a model that is there. */
+    [[nodiscard]] std::array<const CPlace*, 2> PlacesOf(const std::string& namingFile,
+                                                        const std::string& modelPath);
     /** False for a path that is too long, and once all paths together are. */
     [[nodiscard]] bool MayFollow(std::string_view path);
     [[nodiscard]] std::optional<std::string> Walk(std::string folder, std::string_view path);
@@ -60,6 +68,7 @@ class CScriptFiles {
                                                        bool isLast);
     [[nodiscard]] const CTextureNames& NamesIn(const std::string& folder);
 
+    std::string m_script;
     CNameMap<std::unique_ptr<CPlace>> m_places;  ///< by folder
     CNameMap<CTextureNames> m_listed;
     std::size_t m_listedEntries = 0;

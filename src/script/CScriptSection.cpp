@@ -74,6 +74,7 @@ CStatus CScriptLoader::Load(std::string_view path) {
     auto loaded = LoadFile(path, left);
     if (!loaded) return loaded.Error();
     m_script = std::move(loaded).Value();
+    m_files.SetScript(m_script->path);
     return CDone{};
 }
 

@@ -23,6 +23,10 @@ std::string OutcomeOf(const std::vector<std::string>& arguments) {
     std::string text = std::to_string(static_cast<int>(o.command)) + " [" + o.store + "|" + o.group + "|" +
                        o.into + "|" + o.search + "|" + std::to_string(o.rights) + "]" + (o.json ? "j" : "") +
                        (o.full ? "f" : "") + (o.verbose ? "v" : "");
+    if (o.command == EModelDbCommand::Serve) {
+        for (const std::string& address : o.serve.addresses) text += " " + address;
+        text += " :" + std::to_string(o.serve.port) + " " + std::to_string(o.serve.uploadBytes);
+    }
     for (const std::string& argument : o.arguments) text += " " + argument;
     return text;
 }
@@ -57,6 +61,32 @@ const CLineCase kCases[] = {
     {"TokenOfUsualRights", {"token", "create", "anna"}, "10 [||||2] anna"},
     {"TokenOfAllRights", {"token", "create", "anna", "--rights", "read,upload,remove"}, "10 [||||7] anna"},
     {"HelpBeforeAll", {"backup", "--help"}, "0 [||||0] backup"},
+    {"Serve", {"serve", "--store", "s"}, "13 [s||||0] 127.0.0.1 ::1 :8095 67108864"},
+    {"ServeAll",
+     {"serve", "--listen", "0.0.0.0:80,[::]:80", "--max-upload", "2M"},
+     "13 [||||0] 0.0.0.0 :: :80 2097152"},
+    {"ServeHere",
+     {"serve", "--listen", "localhost:0", "--open-uploads"},
+     "13 [||||0] 127.0.0.1 ::1 :0 67108864"},
+    {"ServeName",
+     {"serve", "--listen", "example.org:80"},
+     "--listen needs ADDRESS:PORT, with a numeric address, or PORT"},
+    {"ServeOnUnclearAddress",
+     {"serve", "--listen", "::1:80"},
+     "--listen needs ADDRESS:PORT, with a numeric address, or PORT"},
+    {"ServeOnTwoPorts",
+     {"serve", "--listen", "127.0.0.1:80,[::1]:81"},
+     "--listen takes several addresses, but one port"},
+    {"OpenToAll",
+     {"serve", "--open-uploads", "--listen", "127.0.0.1:80,192.0.2.1:80"},
+     "serve does not listen on 192.0.2.1 with --open-uploads: everybody who reaches it could add models"},
+    {"OpenAndPrivate",
+     {"serve", "--open-uploads", "--private"},
+     "serve takes --private or --open-uploads, not both"},
+    {"HugeUpload",
+     {"serve", "--max-upload", "99999999999999999999G"},
+     "--max-upload needs a number of bytes from 1024 to 2147483648, such as 64M"},
+    {"NoWorker", {"serve", "--workers", "0"}, "--workers needs a number from 1 to 256"},
     {"AfterDashes", {"remove", "--", "--group"}, "4 [||||0] --group"},
 };
 INSTANTIATE_TEST_SUITE_P(, ModelDbOptionsTest, testing::ValuesIn(kCases), kRowName);

@@ -76,6 +76,13 @@ TEST(ScriptPicturesTest, StayInTheSurroundings) {
     EXPECT_EQ(withModel("shows/a.orv", "Pictures/m.3ds", "Pictures/passport.png"), EPicture::Outside);
     EXPECT_EQ(withModel("Pictures/a.orv", "Pictures/m.3ds", "Pictures/passport.png"), EPicture::Found);
     EXPECT_EQ(withModel("shows/a.orv", "other/gone.3ds", "other/x.png"), EPicture::Outside);
+    // Nor does its template, which may lie anywhere.
+    files.SetScript(home / "shows/a.orv");
+    EXPECT_EQ(withModel("Pictures/t.orv", "models/m.3ds", "Pictures/passport.png"), EPicture::Outside);
+    EXPECT_EQ(withModel("Pictures/t.orv", "Pictures/m.3ds", "Pictures/passport.png"), EPicture::Outside);
+    EXPECT_EQ(withModel("other/t.orv", "models/m.3ds", "other/x.png"), EPicture::Found);
+    files.SetScript(home / "Pictures/a.orv");
+    EXPECT_EQ(withModel("Pictures/t.orv", "models/m.3ds", "Pictures/passport.png"), EPicture::Found);
     ::setenv("HOME", before.c_str(), 1);
 }
 

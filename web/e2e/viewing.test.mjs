@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What people do with a page: mouse, fingers, keys, and what happens to it.
 import assert from 'node:assert/strict';
-import { readFileSync, writeFileSync } from 'node:fs';
 import { after, before, test } from 'node:test';
 import { launch, Opened } from './browser.mjs';
 import { Folder, sample } from './exporter.mjs';
@@ -109,20 +108,6 @@ test('an animation plays by itself, and stops with Space', async () => {
   await one.close();
 });
 
-test('the toolbar is one stop of Tab, and arrows go through it', async () => {
-  const one = await opened();
-  const stops = await one.page.evaluate(() => [...document.querySelectorAll('[role=toolbar] [tabindex="0"]')].length);
-  assert.equal(stops, 1);
-  await one.page.getByRole('button', { name: 'Top view' }).focus();
-  await one.page.keyboard.press('ArrowLeft');
-  await one.page.keyboard.press('ArrowRight');
-  await one.page.keyboard.press('ArrowRight');
-  assert.equal(await one.page.evaluate(() => document.activeElement.title), 'Left view');
-  const unnamed = await one.page.evaluate(() => [...document.querySelectorAll('[role=toolbar] > *')].filter((e) => !e.getAttribute('aria-label')).length);
-  assert.equal(unnamed, 0);
-  await one.close();
-});
-
 test('a context that was lost comes back with the same picture', async () => {
   const one = await opened();
   const before = await picture(one);
@@ -143,21 +128,3 @@ test('a context that was lost comes back with the same picture', async () => {
   assert.deepEqual(one.errors, []);
   await one.close();
 });
-
-/** What is done to the page before it is opened, or to the browser in it, and what the page then says. */
-const kFaults = {
-  'no WebGL': [(html) => html, () => (HTMLCanvasElement.prototype.getContext = () => null), /WebGL/],
-  'no unpacking': [(html) => html, () => delete globalThis.DecompressionStream, /too old/],
-  'half of the scene': [(html) => html.replace(/(id="scene">[\s\S]{2000})[\s\S]*?</, '$1<'), undefined, /damaged/],
-  'an empty scene': [(html) => html.replace(/(id="scene">)[\s\S]*?</, '$1<'), undefined, /damaged/],
-};
-for (const [name, [spoil, init, expected]] of Object.entries(kFaults)) {
-  test('says what is wrong: ' + name, async () => {
-    const html = readFileSync(folder.file('orrery.html'), 'utf8');
-    writeFileSync(folder.file('spoilt.html'), spoil(html));
-    const one = await Opened.open(browser, folder.address + 'spoilt.html', { init });
-    assert.match(await one.settled(), expected);
-    assert.match(await one.page.getByRole('alert').innerText(), expected);
-    await one.close();
-  });
-}

@@ -12,6 +12,7 @@ namespace {
 using CJson = nlohmann::json;
 constexpr int kVersion = 1;
 constexpr std::uint64_t kMostBytes = 4 << 20;
+constexpr std::size_t kMostPictures = 10'000, kLongestPath = 16'384;
 
 }  // namespace
 
@@ -38,10 +39,10 @@ CResult<CUploadNotes> ReadUploadNotes(const std::string& folder) {
     const CJson json = CJson::parse(text, text + bytes.Value().size(), nullptr, false);
     if (!json.is_object() || json.value("version", CJson()) != kVersion) return bad;
     const CJson outside = json.value("outside", CJson());
-    if (!outside.is_array()) return bad;
+    if (!outside.is_array() || outside.size() > kMostPictures) return bad;
     CUploadNotes notes;
     for (const CJson& picture : outside) {
-        if (!picture.is_string()) return bad;
+        if (!picture.is_string() || picture.get_ref<const std::string&>().size() > kLongestPath) return bad;
         notes.outside.push_back(picture.get<std::string>());
     }
     return notes;

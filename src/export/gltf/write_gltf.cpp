@@ -34,8 +34,7 @@ CStatus WriteGlbFile(const CGltfSource& source, const std::string& output, const
         case ESource::Picture:
             return refuse(lng::Mark("a picture of the model would be overwritten"));
     }
-    // Who unpacked a stranger's archive here must not write over another file through a link of that name.
-    CResult<CAtomicFile> file = CAtomicFile::CreateUnlinked(output);
+    CResult<CAtomicFile> file = CAtomicFile::CreateOutput(output);
     if (!file) return file.Error();
     const CResult<std::vector<std::byte>> glb = WriteGlb(source, options, progress);
     if (!glb) return CError{glb.Error().code, glb.Error().message, output};

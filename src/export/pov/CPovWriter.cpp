@@ -83,8 +83,7 @@ CMat4 CPovWriter::PlaceOf(std::uint32_t node) const {
 
 CStatus CPovWriter::Write(const std::string& output, C3ds2PovExportFlow* flow) {
     if (CStatus status = CheckOutput(m_scene, output); !status) return status;
-    // Who unpacked a stranger's archive here must not write over another file through a link of that name.
-    CResult<CAtomicFile> file = CAtomicFile::CreateUnlinked(output);
+    CResult<CAtomicFile> file = CAtomicFile::CreateOutput(output);
     if (!file) return file.Error();
 
     CPovPictures pictures(m_scene, m_locator, output);

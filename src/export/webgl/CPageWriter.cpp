@@ -66,8 +66,7 @@ CPageWriter::CPageWriter(const CWebGLSource& source, const C3ds2WebGL::COutForma
 
 CStatus CPageWriter::Write(CJobProgress* progress) {
     if (CStatus status = CheckOutput(m_source.scene, m_output); !status) return status;
-    // Who unpacked a stranger's archive here must not write over another file through a link of that name.
-    CResult<CAtomicFile> file = CAtomicFile::CreateUnlinked(m_output);
+    CResult<CAtomicFile> file = CAtomicFile::CreateOutput(m_output);
     if (!file) return file.Error();
     if (CStatus status = MakeDownloadLink(); !status) return status;
     if (CStatus status = MakeScene(progress); !status) return status;

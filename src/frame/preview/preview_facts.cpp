@@ -106,7 +106,10 @@ std::wstring SizeText(std::uint64_t bytes) {
     double value = static_cast<double>(bytes) / 1000;
     std::size_t unit = 0;
     for (; value >= 999.95 && unit + 1 < kUnits.size(); ++unit) value /= 1000;
-    return lng::Text(kUnits[unit], Wide(number_text::FormatFixed(value, 1)));
+    std::wstring number = Wide(number_text::FormatFixed(value, 1));
+    // The catalogue's entry for this text is the language's decimal point.
+    number.replace(number.find(L'.'), 1, lng::Text("."));
+    return lng::Text(kUnits[unit], number);
 }
 
 }  // namespace preview_facts

@@ -178,7 +178,7 @@ CStatus PackScene(Lib3dsFile* scene, const CSceneWriter& write, const CPacking& 
 
 CStatus SaveSceneZip(Lib3dsFile* scene, const CSceneWriter& write, const CImage& picture,
                      std::string_view archivePath) {
-    CResult<CAtomicFile> archive = CAtomicFile::Create(archivePath);
+    CResult<CAtomicFile> archive = CAtomicFile::CreateOutput(archivePath);
     if (!archive) return archive.Error();
     CPacking packing;
     packing.sceneName = file_util_ex::SetFileExt(file_util_ex::GetFileName(archivePath), "3ds");

@@ -41,5 +41,5 @@ CResult<std::vector<std::byte>> SceneTo3ds(CScene& scene) {
 CStatus WriteScene(CScene& scene, std::string_view path) {
     const CResult<std::vector<std::byte>> bytes = SceneTo3ds(scene);
     if (!bytes) return bytes.Error();
-    return file_util_ex::WriteFileAtomically(path, bytes.Value());
+    return file_util_ex::WriteOutput(path, bytes.Value());
 }

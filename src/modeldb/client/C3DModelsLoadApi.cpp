@@ -111,6 +111,7 @@ void C3DModelsLoadApi::GetGroupModels(const std::string& group, CSmpModelArr& mo
 bool C3DModelsLoadApi::SearchModels(const std::string& text, std::vector<CFoundModel>& found,
                                     CBlobProgress* progress) {
     found.clear();
+    if (text.empty()) return Note(CStatus(CDone{}));
     CProgressUnits units(progress);
     CResult<std::vector<CFoundModel>> result =
         Ask([&](CModelLibrary& library) { return library.Search(text, units); });

@@ -47,7 +47,8 @@ class C3DModelsLoadApi {
     [[nodiscard]] static std::uint64_t GetGroupModelsCount(const std::string& group);
     /** In the order of the names' bytes. */
     static void GetGroupModels(const std::string& group, CSmpModelArr& models, CBlobProgress* progress);
-    /** Models of all groups whose name holds the text, at most 1,000. False when the search fails; it may find none. */
+    /** Models of all groups whose name holds the text, at most 1,000. False when the search fails; it may
+     * find none, and finds none for an empty text. */
     [[nodiscard]] static bool SearchModels(const std::string& text, std::vector<CFoundModel>& found,
                                            CBlobProgress* progress);
 

@@ -54,6 +54,7 @@ class CStagedModel {
             m_model.textures.push_back({texture.name, {}});
             if (CStatus written = Write(texture.data, m_model.textures.back().blob); !written) return written;
         }
+        if (m_isStopped || !m_units.DoContinue()) return Cancelled();
         m_model.name = upload.name;
         m_model.group = upload.group;
         const CResult<CAddedModel> added = m_store.AddModel(std::exchange(m_model, {}));

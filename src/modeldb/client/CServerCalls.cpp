@@ -49,13 +49,14 @@ CResult<CTransferAnswer> CServerCalls::Run(const CWireAddress& address, CTransfe
     bool isLost = false;
     CResult<CTransferAnswer> answer = m_pool.Run(request, watcher, isLost);
     if (answer || isLost) NoteConnection(isLost);
-    if (!answer)
-        return CError{answer.Error().code, answer.Error().message,
-                      answer.Error().where.empty() ? m_name : answer.Error().where};
+    if (!answer) return Named(answer.Error());
     if (answer.Value().IsSuccess() || answer.Value().head.status == allowed) return answer;
-    CError refusal = RefusalOf(answer.Value());
-    refusal.where = m_name;
-    return refusal;
+    return Named(RefusalOf(answer.Value()));
+}
+
+CError CServerCalls::Named(CError error) const {
+    if (error.where.empty()) error.where = m_name;
+    return error;
 }
 
 CResult<std::string> CServerCalls::Get(const CWireAddress& address, std::uint64_t mostBytes,

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "base/CResult.h"
 #include "modeldb/client/CProgressUnits.h"
@@ -25,12 +26,24 @@ class CServerCalls {
     /** The body of a success, of at most so many bytes. */
     [[nodiscard]] CResult<std::string> Get(const CWireAddress& address, std::uint64_t mostBytes,
                                            CProgressUnits& units);
+    /** The record that such a body is. */
+    template <class T>
+    [[nodiscard]] CResult<T> GetRecord(const CWireAddress& address, std::uint64_t mostBytes,
+                                       CProgressUnits& units, CResult<T> (*read)(std::string_view)) {
+        const CResult<std::string> body = Get(address, mostBytes, units);
+        if (!body) return body.Error();
+        CResult<T> record = read(body.Value());
+        if (!record) return Named(record.Error());
+        return record;
+    }
     /** There is something at the address. */
     [[nodiscard]] CResult<bool> Has(const CWireAddress& address);
     /** Any request: url and token are set here. A refusal by the server is a failure, unless it has the status `allowed`. */
     [[nodiscard]] CResult<CTransferAnswer> Run(const CWireAddress& address, CTransferRequest request,
                                                CTransferWatcher& watcher, int allowed = 0);
     void Stop() { m_pool.Stop(); }
+    /** The error with the server's name, unless it tells a place already. */
+    [[nodiscard]] CError Named(CError error) const;
 
     /** The time for so many bytes on a slow line. */
     [[nodiscard]] static std::chrono::milliseconds DeadlineFor(std::uint64_t bytes);

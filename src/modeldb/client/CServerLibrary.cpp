@@ -18,13 +18,6 @@ namespace {
 constexpr std::size_t kMostGroupModels = 2'000'000;
 constexpr std::size_t kMostNameBytes = 256 << 20;  ///< of all names of a group
 
-/** Reads a body that was got; a failure of either. */
-template <class T>
-CResult<T> ReadBody(const CResult<std::string>& body, CResult<T> (*read)(std::string_view)) {
-    if (!body) return body.Error();
-    return read(body.Value());
-}
-
 CError Cancelled() {
     return {EErrorCode::Cancelled, Mark("cancelled"), {}};
 }
@@ -82,10 +75,16 @@ std::vector<CUploadBodySource::CPicture> PicturesOf(const CImageDataTextVec& tex
 
 CStatus CServerLibrary::Open() {
     CProgressUnits units(nullptr);
-    const CResult<std::string> body =
-        m_calls.Get(CVersionAddress{std::string(wire_limits::kProtocol)}, wire_limits::kSmallBody, units);
-    const CResult<CVersionAnswer> version = ReadBody(body, &wire_records::ReadVersion);
-    if (!version) return version.Error();
+    const CResult<CVersionAnswer> version =
+        m_calls.GetRecord(CVersionAddress{std::string(wire_limits::kProtocol)}, wire_limits::kSmallBody,
+                          units, &wire_records::ReadVersion);
+    if (!version) {
+        const EErrorCode code = version.Error().code;
+        const bool isOther =
+            code == EErrorCode::NotFound || code == EErrorCode::BadFormat || code == EErrorCode::TooLarge;
+        return isOther ? m_calls.Named({code, Mark("the server does not answer as one of models does"), {}})
+                       : version.Error();
+    }
     if (!version.Value().isPrivate) return CDone{};
     const CResult<bool> asked = m_calls.Has(CModelAddress{0});  // refused without the right token
     return asked ? CStatus(CDone{}) : CStatus(asked.Error());
@@ -93,8 +92,8 @@ CStatus CServerLibrary::Open() {
 
 CResult<bool> CServerLibrary::Accepts(const std::string& version) {
     CProgressUnits units(nullptr);
-    const auto answer = ReadBody(m_calls.Get(CVersionAddress{version}, wire_limits::kSmallBody, units),
-                                 &wire_records::ReadVersion);
+    const CResult<CVersionAnswer> answer = m_calls.GetRecord(
+        CVersionAddress{version}, wire_limits::kSmallBody, units, &wire_records::ReadVersion);
     if (!answer) return answer.Error();
     return answer.Value().accepted;
 }
@@ -102,29 +101,34 @@ CResult<bool> CServerLibrary::Accepts(const std::string& version) {
 CResult<std::vector<CGroupRecord>> CServerLibrary::Groups(CProgressUnits& units) {
     units.Start(1);
     auto groups =
-        ReadBody(m_calls.Get(CGroupsAddress{}, wire_limits::kListBody, units), &wire_records::ReadGroups);
+        m_calls.GetRecord(CGroupsAddress{}, wire_limits::kListBody, units, &wire_records::ReadGroups);
     if (groups) units.Finish();
     return groups;
 }
 
 CResult<CGroupRecord> CServerLibrary::Group(const std::string& name) {
     CProgressUnits units(nullptr);
-    return ReadBody(m_calls.Get(CGroupAddress{name}, wire_limits::kSmallBody, units),
-                    &wire_records::ReadGroup);
+    return GroupOf(name, units);
+}
+
+CResult<CGroupRecord> CServerLibrary::GroupOf(const std::string& name, CProgressUnits& units) {
+    return m_calls.GetRecord(CGroupAddress{name}, wire_limits::kSmallBody, units, &wire_records::ReadGroup);
 }
 
 CResult<CSmpModelArr> CServerLibrary::Models(const std::string& group, CProgressUnits& units) {
-    const auto record =
-        ReadBody(m_calls.Get(CGroupAddress{group}, wire_limits::kSmallBody, units), &wire_records::ReadGroup);
+    constexpr std::size_t kPage = wire_limits::kPageModels;
+    const CResult<CGroupRecord> record = GroupOf(group, units);
     if (!record) return record.Error();
-    units.Start((record.Value().modelCount + wire_limits::kPageModels - 1) / wire_limits::kPageModels);
+    units.Start((record.Value().modelCount + kPage - 1) / kPage);
     CGatheredModels gathered;
     for (std::uint64_t pages = 1;; ++pages) {
-        const CModelsAddress address{record.Value().id, gathered.Place(), wire_limits::kPageModels};
-        auto page = ReadBody(m_calls.Get(address, wire_limits::kListBody, units), &wire_records::ReadModels);
+        CResult<CModelsPage> page =
+            m_calls.GetRecord(CModelsAddress{record.Value().id, gathered.Place(), kPage},
+                              wire_limits::kListBody, units, &wire_records::ReadModels);
         if (!page) return page.Error();
         const bool more = page.Value().more;
-        if (CStatus added = gathered.Add(std::move(page).Value()); !added) return added.Error();
+        if (CStatus added = gathered.Add(std::move(page).Value()); !added)
+            return m_calls.Named(added.Error());
         if (!units.StepTo(pages)) return Cancelled();
         if (!more) break;
     }
@@ -134,9 +138,8 @@ CResult<CSmpModelArr> CServerLibrary::Models(const std::string& group, CProgress
 
 CResult<std::vector<CFoundModel>> CServerLibrary::Search(const std::string& text, CProgressUnits& units) {
     units.Start(1);
-    auto found =
-        ReadBody(m_calls.Get(CSearchAddress{text, 0, wire_limits::kFound}, wire_limits::kListBody, units),
-                 &wire_records::ReadFound);
+    CResult<CFoundPage> found = m_calls.GetRecord(CSearchAddress{text, 0, wire_limits::kFound},
+                                                  wire_limits::kListBody, units, &wire_records::ReadFound);
     if (!found) return found.Error();
     units.Finish();
     return std::move(found.Value().models);
@@ -148,14 +151,17 @@ CResult<bool> CServerLibrary::Has(std::uint32_t key) {
 
 CResult<CModelRecord> CServerLibrary::Model(std::uint32_t key, CProgressUnits& units) {
     auto model =
-        ReadBody(m_calls.Get(CModelAddress{key}, wire_limits::kModelBody, units), &wire_records::ReadModel);
+        m_calls.GetRecord(CModelAddress{key}, wire_limits::kModelBody, units, &wire_records::ReadModel);
     if (model && model.Value().key != key)
-        return CError{EErrorCode::BadFormat, Mark("the server sends another model than was asked for"), {}};
+        return m_calls.Named(
+            {EErrorCode::BadFormat, Mark("the server sends another model than was asked for"), {}});
     return model;
 }
 
 CStatus CServerLibrary::Read(const CStoredBlob& blob, std::span<std::byte> target, CProgressUnits& units) {
-    return CBlobDownload(m_calls, m_cache, blob, units).Run(target);
+    CStatus read = CBlobDownload(m_calls, m_cache, blob, units).Run(target);
+    if (!read && read.Error().code == EErrorCode::BadFormat) return m_calls.Named(read.Error());
+    return read;
 }
 
 CStatus CServerLibrary::Upload(const CModelUpload& upload, CProgressUnits& units) {
@@ -176,7 +182,7 @@ CStatus CServerLibrary::Upload(const CModelUpload& upload, CProgressUnits& units
     const CResult<CTransferAnswer> answer = m_calls.Run(CUploadAddress{}, std::move(request), watcher);
     if (!answer) return answer.Error();
     const CResult<CAddedModel> added = wire_records::ReadUploaded(watcher.answer);
-    if (!added) return added.Error();
+    if (!added) return m_calls.Named(added.Error());
     units.Finish();
     return CDone{};
 }

@@ -33,6 +33,8 @@ class CServerLibrary final : public CModelLibrary {
     void Stop() override { m_calls.Stop(); }
 
   private:
+    [[nodiscard]] CResult<CGroupRecord> GroupOf(const std::string& name, CProgressUnits& units);
+
     CServerCalls m_calls;
     CModelCache m_cache;
 };

@@ -74,7 +74,7 @@ CSqliteDatabase::~CSqliteDatabase() = default;
 CResult<std::unique_ptr<CDatabase>> CSqliteDatabase::Open(const std::string& path, EAccess access) {
     const CResult<ESqliteFile> found = ProbeSqliteFile(path);
     if (!found) return found.Error();
-    if (found.Value() != ESqliteFile::Ours && access != EAccess::Create)
+    if (found.Value() != ESqliteFile::Something && access != EAccess::Create)
         return CError{EErrorCode::NotFound, lng::Mark("there is no model store"), path};
     sqlite3* raw = nullptr;
     // A name such as "file:x?vfs=..." or ":memory:" is to be a file like any other.
@@ -82,6 +82,7 @@ CResult<std::unique_ptr<CDatabase>> CSqliteDatabase::Open(const std::string& pat
     const int code = sqlite3_open_v2(plain.c_str(), &raw, FlagsOf(access), nullptr);
     CHandle handle(raw);
     if (code != SQLITE_OK) return SqliteError(raw, code, path);
+    if (CStatus ours = CheckSqliteFile(raw, path); !ours) return ours.Error();
     std::unique_ptr<CSqliteDatabase> database(new CSqliteDatabase(path, std::move(handle)));
     (void)sqlite3_busy_timeout(raw, kBusyMs);
     (void)sqlite3_db_config(raw, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);

@@ -14,7 +14,7 @@ struct sqlite3_stmt;
 /** A store in one SQLite file, with its log ("-wal") and the log's index ("-shm") beside it while it is open. */
 class CSqliteDatabase final : public CDatabase {
   public:
-    /** NotFound: no such file, unless it may be created; BadFormat, Unreadable: see ProbeSqliteFile. */
+    /** NotFound: no such file, unless it may be created; BadFormat: another file; Unreadable: see ProbeSqliteFile. */
     [[nodiscard]] static CResult<std::unique_ptr<CDatabase>> Open(const std::string& path, EAccess access);
     ~CSqliteDatabase() override;
 

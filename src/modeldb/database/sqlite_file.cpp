@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "modeldb/database/sqlite_file.h"
 
-#include <fcntl.h>
+#include <sqlite3.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <array>
 #include <cerrno>
@@ -11,8 +10,8 @@
 
 #include "base/byte_order.h"
 #include "base/text/lng.h"
-#include "files/CFileDescriptor.h"
 #include "files/system_error.h"
+#include "modeldb/database/sqlite_errors.h"
 
 namespace {
 
@@ -32,14 +31,24 @@ CResult<ESqliteFile> ProbeSqliteFile(const std::string& path) {
         return CannotRead(path, errno);
     }
     if (!S_ISREG(info.st_mode)) return CannotRead(path, S_ISDIR(info.st_mode) ? EISDIR : ENXIO);
-    const CFileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!file.IsOpen()) return CannotRead(path, errno);
+    return info.st_size == 0 ? ESqliteFile::Empty : ESqliteFile::Something;
+}
+
+CStatus CheckSqliteFile(sqlite3* database, const std::string& path) {
+    sqlite3_file* file = nullptr;
+    if (const int code = sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+        code != SQLITE_OK)
+        return SqliteError(database, code, path);
+    sqlite3_int64 size = 0;
+    if (file == nullptr || file->pMethods == nullptr || file->pMethods->xFileSize(file, &size) != SQLITE_OK)
+        return CannotRead(path, EIO);
+    if (size == 0) return CDone{};
     std::array<std::byte, 100> header{};
-    const ssize_t got = ::read(file.Get(), header.data(), header.size());
-    if (got < 0) return CannotRead(path, errno);
-    if (got == 0) return ESqliteFile::Empty;
+    // A shorter file is filled up with zeros, which the mark is not.
+    const int code = file->pMethods->xRead(file, header.data(), static_cast<int>(header.size()), 0);
+    if (code != SQLITE_OK && code != SQLITE_IOERR_SHORT_READ) return SqliteError(database, code, path);
     const std::string_view magic(reinterpret_cast<const char*>(header.data()), kMagic.size());
     if (magic != kMagic || byte_order::Be32(header, kApplicationIdAt) != kSqliteApplicationId)
         return CError{EErrorCode::BadFormat, lng::Mark("the file is no model store"), path};
-    return ESqliteFile::Ours;
+    return CDone{};
 }

@@ -51,7 +51,7 @@ class CQuery {
         return found == m_pairs.end() ? nullptr : &found->second;
     }
     /** Empty where it was not sent. */
-    [[nodiscard]] CResult<std::string> Text(std::string_view name, std::size_t mostBytes) const {
+    [[nodiscard]] CResult<std::string> Decoded(std::string_view name, std::size_t mostBytes) const {
         const std::string_view* const sent = Sent(name);
         if (!sent) return std::string();
         std::optional<std::string> text = percent_text::Read(*sent, mostBytes);
@@ -93,7 +93,7 @@ CResult<std::optional<CPagePlace>> CQuery::Place() const {
     const std::string_view* const key = Sent("after_key");
     if (!key && !Sent("after_name")) return std::optional<CPagePlace>();
     const std::optional<std::uint32_t> number = key ? model_key::FromText(*key) : std::nullopt;
-    CResult<std::string> name = Text("after_name", store_limits::kModelName);
+    CResult<std::string> name = Decoded("after_name", store_limits::kModelName);
     if (!name || name.Value().empty() || !number) return Bad("after_name and after_key name no model");
     return std::optional(CPagePlace{std::move(name).Value(), *number});
 }
@@ -101,7 +101,7 @@ CResult<std::optional<CPagePlace>> CQuery::Place() const {
 CAddressResult ReadVersion(std::string_view sent) {
     const auto query = CQuery::Of(sent, {"client"}, CQuery::EOthers::Ignored);
     if (!query) return query.Error();
-    CResult<std::string> client = query.Value().Text("client", wire_limits::kVersionText);
+    CResult<std::string> client = query.Value().Decoded("client", wire_limits::kVersionText);
     if (!client) return client.Error();
     return CWireAddress(CVersionAddress{std::move(client).Value()});
 }
@@ -109,7 +109,7 @@ CAddressResult ReadVersion(std::string_view sent) {
 CAddressResult ReadGroup(std::string_view sent) {
     const auto query = CQuery::Of(sent, {"name"});
     if (!query) return query.Error();
-    CResult<std::string> name = query.Value().Text("name", store_limits::kGroupName);
+    CResult<std::string> name = query.Value().Decoded("name", store_limits::kGroupName);
     if (!name) return name.Error();
     if (name.Value().empty()) return Bad("the parameter name is missing");
     return CWireAddress(CGroupAddress{std::move(name).Value()});
@@ -129,7 +129,7 @@ CAddressResult ReadModels(std::int64_t group, std::string_view sent) {
 CAddressResult ReadSearch(std::string_view sent) {
     const auto query = CQuery::Of(sent, {"text", "group", "limit"});
     if (!query) return query.Error();
-    CResult<std::string> text = query.Value().Text("text", wire_limits::kSearchText);
+    CResult<std::string> text = query.Value().Decoded("text", wire_limits::kSearchText);
     if (!text) return text.Error();
     if (text.Value().empty()) return Bad("the parameter text is missing");
     const auto group = query.Value().Number("group", INT64_MAX, 0);
@@ -151,7 +151,7 @@ CAddressResult ReadGroupPage(std::int64_t group, std::string_view sent) {
 CAddressResult ReadSearchPage(std::string_view sent) {
     const auto query = CQuery::Of(sent, {"text"}, CQuery::EOthers::Ignored);
     if (!query) return query.Error();
-    CResult<std::string> text = query.Value().Text("text", wire_limits::kSearchText);
+    CResult<std::string> text = query.Value().Decoded("text", wire_limits::kSearchText);
     if (!text) return text.Error();
     return CWireAddress(CSearchPage{std::move(text).Value()});
 }

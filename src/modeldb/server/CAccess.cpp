@@ -117,6 +117,22 @@ bool CAccess::IsOpen(EAccess wanted) const {
            (wanted == EAccess::Upload && m_options.hasOpenUploads);
 }
 
+// A browser sends a password on its own, so it must not be enough for changes.
+std::string CAccess::TokenFor(const CHttpRequest& request, EAccess wanted) const {
+    return TokenOf(request, m_options.isPrivate && wanted == EAccess::Read);
+}
+
+CBlobHash CAccess::NameOf(std::string_view token) const {
+    const std::string salted = m_salt + std::string(token);
+    return CBlobHash::Of(std::as_bytes(std::span(salted)));
+}
+
+bool CAccess::AsksStore(const CHttpRequest& request, EAccess wanted) {
+    if (IsOpen(wanted)) return false;
+    const std::string token = TokenFor(request, wanted);
+    return !token.empty() && token.size() <= kMostTokenBytes && !Remembered(NameOf(token));
+}
+
 CHttpAnswer CAccess::AskForToken(std::string_view message) const {
     CHttpAnswer answer = server_answers::Refusal(401, message);
     answer.headers.emplace_back("WWW-Authenticate", "Bearer");
@@ -127,8 +143,7 @@ CHttpAnswer CAccess::AskForToken(std::string_view message) const {
 
 std::optional<CHttpAnswer> CAccess::Refuse(const CHttpRequest& request, EAccess wanted) {
     if (IsOpen(wanted)) return std::nullopt;
-    // A browser sends a password on its own, so it must not be enough for changes.
-    const std::string token = TokenOf(request, m_options.isPrivate && wanted == EAccess::Read);
+    const std::string token = TokenFor(request, wanted);
     if (token.empty())
         return AskForToken(wanted == EAccess::Read
                                ? "this server is private: it needs a token that may read"
@@ -148,8 +163,7 @@ std::optional<CHttpAnswer> CAccess::Refuse(const CHttpRequest& request, EAccess 
 
 CResult<CAccess::CRights> CAccess::RightsOf(std::string_view token) {
     if (token.size() > kMostTokenBytes) return CRights();
-    const std::string salted = m_salt + std::string(token);
-    const CBlobHash name = CBlobHash::Of(std::as_bytes(std::span(salted)));
+    const CBlobHash name = NameOf(token);
     if (const std::optional<CRights> known = Remembered(name)) return *known;
     const CResult<std::optional<CTokenRecord>> found =
         m_stores.Run([&](CModelStore& store) { return store.FindToken(token); });

@@ -52,6 +52,8 @@ class CAccess {
 
     /** Nothing where the request may go on, else its answer. Asks the store by one SELECT at most. */
     [[nodiscard]] std::optional<CHttpAnswer> Refuse(const CHttpRequest& request, EAccess wanted);
+    /** Whether Refuse would ask the store now. */
+    [[nodiscard]] bool AsksStore(const CHttpRequest& request, EAccess wanted);
 
   private:
     using CRights = std::optional<CStoreRights>;  // nothing: it is no token
@@ -60,6 +62,8 @@ class CAccess {
         std::chrono::steady_clock::time_point until;
     };
     [[nodiscard]] bool IsOpen(EAccess wanted) const;
+    [[nodiscard]] std::string TokenFor(const CHttpRequest& request, EAccess wanted) const;
+    [[nodiscard]] CBlobHash NameOf(std::string_view token) const;
     [[nodiscard]] CHttpAnswer AskForToken(std::string_view message) const;
     [[nodiscard]] CResult<CRights> RightsOf(std::string_view token);
     [[nodiscard]] std::optional<CRights> Remembered(const CBlobHash& name);

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "modeldb/server/CModelSite.h"
 
-#include "files/std_file_paths.h"
+#include <algorithm>
+
 #include "modeldb/server/CModelSite_state.h"
 #include "modeldb/server/server_answers.h"
 
@@ -42,6 +43,7 @@ CModelSite::CState::CState(CServerOptions given, std::unique_ptr<CStorePool> poo
       site(SiteOf(options), views),
       previews(options.drawsPreviews ? std::make_unique<CPreviewQueue>(options.store, workshop) : nullptr),
       workers(options.workers, options.waiting),
+      slowWorkers(std::max(1U, options.workers / 2), options.waiting),
       blobs(*stores, workers, *hot, options.isPrivate),
       uploads(options, *stores, access, workshop, previews.get()) {}
 
@@ -50,7 +52,6 @@ CModelSite::CModelSite(std::unique_ptr<CState> state) : m_state(std::move(state)
 CResult<std::unique_ptr<CModelSite>> CModelSite::Make(CServerOptions options) {
     CResult<std::unique_ptr<CStorePool>> stores = CStorePool::Open(options.store);
     if (!stores) return stores.Error();
-    if (options.cacheFolder.empty()) options.cacheFolder = std_file_paths::GetCacheFolderPath() + "/modeldb";
     CHotFolder::COptions hot;
     hot.folder = options.cacheFolder;
     hot.bytes = options.cacheBytes;
@@ -68,10 +69,12 @@ CModelSite::~CModelSite() {
 void CModelSite::Stop() {
     m_state->workshop.Stop();
     m_state->uploads.Stop();
+    m_state->slowWorkers.Stop();
     m_state->workers.Stop();
 }
 
 void CModelSite::SetHttpCounters(std::function<CHttpCounters()> counters) {
+    const std::lock_guard lock(m_state->httpMutex);
     m_state->http = std::move(counters);
 }
 
@@ -87,7 +90,7 @@ void CModelSite::AnswerBody(CHttpRequest, CHttpBody body, CHttpReply reply) {
     m_state->uploads.Take(std::move(body), std::move(reply));
 }
 
-void CModelSite::OnWorker(CHttpRequest request, CHttpReply reply, CWork work) {
+void CModelSite::OnWorker(CWorkers& workers, CHttpRequest request, CHttpReply reply, CWork work) {
     struct CTask {
         CHttpRequest request;
         CHttpReply reply;
@@ -96,7 +99,7 @@ void CModelSite::OnWorker(CHttpRequest request, CHttpReply reply, CWork work) {
     // Shared, as a queue's work must be copyable.
     const auto task = std::make_shared<CTask>(CTask{std::move(request), std::move(reply), std::move(work)});
     const bool isTaken =
-        m_state->workers.Post([this, task] { task->reply.Send(FromStore(task->request, task->work)); });
+        workers.Post([this, task] { task->reply.Send(FromStore(task->request, task->work)); });
     if (!isTaken) task->reply.Send(server_answers::Refusal(503));
 }
 
@@ -110,7 +113,9 @@ CHttpAnswer CModelSite::Failed(const CError& error) {
     CHttpAnswer answer = server_answers::Refusal(error);
     if (answer.status >= 500) {
         ++m_state->storeFailures;
-        if (m_state->options.complain) m_state->options.complain("the store cannot answer: " + error.Text());
+        // A database that is known to be away was told of already.
+        if (m_state->options.complain && !error.where.empty())
+            m_state->options.complain("the store cannot answer: " + error.Text());
     }
     return answer;
 }

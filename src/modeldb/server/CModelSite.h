@@ -14,6 +14,8 @@
 #include "modeldb/server/http/CHttpCounters.h"
 #include "modeldb/server/http/CHttpSite.h"
 
+class CWorkers;
+
 /** Answers the protocol's requests, and those for web pages, out of a store. It has no state that would matter: any number of
  * servers may use one store, and each sees at once what the others have changed. */
 class CModelSite final : public CHttpSite {
@@ -27,7 +29,7 @@ class CModelSite final : public CHttpSite {
     [[nodiscard]] std::optional<CHttpAnswer> RefuseBody(const CHttpRequest& request) override;
     void AnswerBody(CHttpRequest request, CHttpBody body, CHttpReply reply) override;
 
-    /** Where the counts of the HTTP server come from, for /metrics. Call it before the first request. */
+    /** Where the counts of the HTTP server come from, for /metrics; until it is called they are zero. Any thread. */
     void SetHttpCounters(std::function<CHttpCounters()> counters);
     /** Ends the work that is under way, on models too. Call it when no request comes any more. */
     void Stop();
@@ -38,9 +40,11 @@ class CModelSite final : public CHttpSite {
 
     explicit CModelSite(std::unique_ptr<CState> state);
     /** Has a worker answer; 503 where too much waits. */
-    void OnWorker(CHttpRequest request, CHttpReply reply, CWork work);
+    void OnWorker(CWorkers& workers, CHttpRequest request, CHttpReply reply, CWork work);
     [[nodiscard]] CHttpAnswer FromStore(const CHttpRequest& request, const CWork& work);
     [[nodiscard]] CHttpAnswer Failed(const CError& error);
+    /** Answers, or hands on, where the token allows it; asks the store for the token where need be. */
+    void AnswerIfAllowed(const CWireAddress& address, CHttpRequest request, CHttpReply reply);
 
     // One for each kind of address; defined in CModelSite_answers.cpp.
     struct CDispatch;

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
+#include <unistd.h>
 
-#include "base/process_memory.h"
-#include "base/text/utf8_text.h"
+#include <algorithm>
+#include <fstream>
+
 #include "modeldb/protocol/wire_records.h"
 #include "modeldb/server/CModelSite_state.h"
 #include "modeldb/server/server_answers.h"
@@ -50,6 +51,14 @@ CHttpAnswer OfPage(const CPageCache::CPage& page, std::string_view tag, bool isP
     return answer;
 }
 
+/** What of this process is in memory now; 0 where the system does not tell. */
+std::uint64_t MemoryBytes() {
+    std::ifstream file("/proc/self/statm");
+    std::uint64_t all = 0, resident = 0;
+    file >> all >> resident;
+    return resident * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
+}
+
 EAccess AccessFor(const CHttpRequest& request, const CWireAddress& address) {
     if (request.method == EHttpMethod::Delete) return EAccess::Remove;
     const bool isForAll = std::holds_alternative<CVersionAddress>(address) ||
@@ -72,7 +81,12 @@ struct CModelSite::CDispatch {
     CHttpRequest request;
     CHttpReply reply;
 
-    void ByWorker(CWork work) { site.OnWorker(std::move(request), std::move(reply), std::move(work)); }
+    void ByWorker(CWork work) {
+        site.OnWorker(site.m_state->workers, std::move(request), std::move(reply), std::move(work));
+    }
+    void BySlowWorker(CWork work) {
+        site.OnWorker(site.m_state->slowWorkers, std::move(request), std::move(reply), std::move(work));
+    }
 
     void operator()(const CVersionAddress& address) { reply.Send(site.Version(address)); }
     void operator()(const CMetricsAddress&) { reply.Send(site.Metrics()); }
@@ -118,24 +132,24 @@ struct CModelSite::CDispatch {
         });
     }
     void operator()(const CSearchAddress& address) {
-        ByWorker([&here = site, address](CModelStore& store, const CHttpRequest&) {
+        BySlowWorker([&here = site, address](CModelStore& store, const CHttpRequest&) {
             return here.Search(store, address);
         });
     }
     void operator()(const CBlobAddress& address) {
         site.m_state->blobs.Answer(address, std::move(request), std::move(reply));
     }
-    void Page() {
-        ByWorker([&here = site](CModelStore& store, const CHttpRequest& asked) -> CResult<CHttpAnswer> {
+    [[nodiscard]] CWork Page() const {
+        return [&here = site](CModelStore& store, const CHttpRequest& asked) -> CResult<CHttpAnswer> {
             return here.WebPage(store, asked);
-        });
+        };
     }
-    void operator()(const CHomePage&) { Page(); }
-    void operator()(const CGroupPage&) { Page(); }
-    void operator()(const CModelPage&) { Page(); }
-    void operator()(const CModelView&) { Page(); }
-    void operator()(const CSearchPage&) { Page(); }
-    void operator()(const CSiteFile&) { Page(); }
+    void operator()(const CHomePage&) { ByWorker(Page()); }
+    void operator()(const CGroupPage&) { ByWorker(Page()); }
+    void operator()(const CModelPage&) { ByWorker(Page()); }
+    void operator()(const CModelView&) { BySlowWorker(Page()); }
+    void operator()(const CSearchPage&) { BySlowWorker(Page()); }
+    void operator()(const CSiteFile&) { ByWorker(Page()); }
 };
 
 void CModelSite::Answer(CHttpRequest request, CHttpReply reply) {
@@ -144,11 +158,28 @@ void CModelSite::Answer(CHttpRequest request, CHttpReply reply) {
         reply.Send(server_answers::Refusal(address.Error()));
     } else if (!TakesMethod(request, address.Value())) {
         reply.Send(server_answers::WrongMethod(wire_address::MethodsOf(address.Value())));
-    } else if (auto refusal = m_state->access.Refuse(request, AccessFor(request, address.Value()))) {
-        reply.Send(*std::move(refusal));
+    } else if (m_state->stores->IsQuick() ||
+               !m_state->access.AsksStore(request, AccessFor(request, address.Value()))) {
+        AnswerIfAllowed(address.Value(), std::move(request), std::move(reply));
     } else {
-        std::visit(CDispatch{*this, std::move(request), std::move(reply)}, address.Value());
+        struct CTask {
+            CHttpRequest request;
+            CHttpReply reply;
+        };
+        // Shared, as a queue's work must be copyable.
+        const auto task = std::make_shared<CTask>(CTask{std::move(request), std::move(reply)});
+        const bool isTaken = m_state->workers.Post([this, task, wanted = address.Value()] {
+            AnswerIfAllowed(wanted, std::move(task->request), std::move(task->reply));
+        });
+        if (!isTaken) task->reply.Send(server_answers::Refusal(503));
     }
+}
+
+void CModelSite::AnswerIfAllowed(const CWireAddress& address, CHttpRequest request, CHttpReply reply) {
+    if (auto refusal = m_state->access.Refuse(request, AccessFor(request, address)))
+        reply.Send(*std::move(refusal));
+    else
+        std::visit(CDispatch{*this, std::move(request), std::move(reply)}, address);
 }
 
 CHttpAnswer CModelSite::Version(const CVersionAddress& address) const {
@@ -165,17 +196,21 @@ CHttpAnswer CModelSite::Version(const CVersionAddress& address) const {
 CHttpAnswer CModelSite::Metrics() const {
     const CUploadCounts& uploads = m_state->uploads.Counts();
     CServerCounts counts;
-    if (m_state->http) counts.http = m_state->http();
+    {
+        const std::lock_guard lock(m_state->httpMutex);
+        if (m_state->http) counts.http = m_state->http();
+    }
     if (m_state->previews) counts.previews = m_state->previews->Counts();
     counts.hot = m_state->hot->Counts();
     counts.pageBytes = m_state->pages.Bytes();
-    counts.waiting = m_state->workers.Waiting();
+    counts.waiting = m_state->workers.Waiting() + m_state->slowWorkers.Waiting();
     counts.waitingUploads = m_state->uploads.Waiting();
     counts.uploadsAdded = uploads.added;
     counts.uploadsSame = uploads.same;
     counts.uploadsRefused = uploads.refused;
     counts.uploadsFailed = uploads.failed;
     counts.storeFailures = m_state->storeFailures;
+    counts.memoryBytes = MemoryBytes();
     return CHttpAnswer::OfText(200, "text/plain; version=0.0.4; charset=utf-8", MetricsText(counts));
 }
 

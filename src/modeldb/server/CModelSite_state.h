@@ -26,9 +26,11 @@ struct CModelSite::CState {
     CViewPages views;
     CSite site;
     std::unique_ptr<CPreviewQueue> previews;  ///< null where none are drawn
-    std::function<CHttpCounters()> http;
+    std::mutex httpMutex;
+    std::function<CHttpCounters()> http;  ///< empty until it is set; under httpMutex
     std::atomic<std::uint64_t> storeFailures{0};
     CWorkers workers;
+    CWorkers slowWorkers;  ///< for searches and pages that may take seconds: they hold up nothing else
     CBlobDesk blobs;
     CUploadDesk uploads;
 };

@@ -15,11 +15,11 @@ struct CServerOptions {
     bool isPrivate = false;       ///< nothing is told without a token that may read
     bool hasOpenUploads = false;  ///< anybody may add models
     std::string baseUrl;          ///< the public address, for pages; may be empty
-    std::string cacheFolder;      ///< see CHotFolder; empty: a folder of the user's caches
+    std::string cacheFolder;      ///< see CHotFolder
     std::uint64_t cacheBytes = 4ULL << 30;
     std::uint64_t pageBytes = 64ULL << 20;  ///< of lists that are kept in memory
-    unsigned workers = 4;                   ///< threads that read the store; further two take uploads
-    std::size_t waiting = 256;              ///< requests that wait for a worker; further ones are told 503
+    unsigned workers = 4;  ///< threads that read the store; half as many more search, and two take uploads
+    std::size_t waiting = 256;  ///< requests that wait for a worker; further ones are told 503
     std::size_t waitingUploads = 16;
     std::uint64_t uploadBytes = wire_limits::kUploadBytes;  ///< of one upload's body
     double uploadsPerMinute = 120;        ///< of one peer; 0: no limit. Loopback addresses have none

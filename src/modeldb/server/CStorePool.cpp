@@ -37,10 +37,10 @@ void CStorePool::GiveBack(std::unique_ptr<CModelStore> store) {
 bool CStorePool::IsAway() {
     if (IsQuick()) return false;
     const std::lock_guard lock(m_mutex);
+    if (!m_isAway) return false;
     const auto now = std::chrono::steady_clock::now();
-    if (m_awayUntil == std::chrono::steady_clock::time_point{} || now < m_awayUntil)
-        return m_awayUntil != std::chrono::steady_clock::time_point{};
-    m_awayUntil = now + kPause;  // this thread tries, the others wait for its outcome
+    if (now < m_nextTry) return true;
+    m_nextTry = now + kPause;  // this thread tries, the others wait for its outcome
     return false;
 }
 
@@ -48,10 +48,9 @@ CError CStorePool::AwayError() {
     return {EErrorCode::Busy, "the database cannot be reached", {}};
 }
 
-CError CStorePool::Noted(CError error) {
-    if (error.code == EErrorCode::Busy && !IsQuick()) {
-        const std::lock_guard lock(m_mutex);
-        m_awayUntil = std::chrono::steady_clock::now() + kPause;
-    }
-    return error;
+void CStorePool::Note(bool isAway) {
+    if (IsQuick()) return;
+    const std::lock_guard lock(m_mutex);
+    m_isAway = isAway;
+    if (isAway) m_nextTry = std::chrono::steady_clock::now() + kPause;
 }

@@ -25,10 +25,13 @@ class CStorePool {
     [[nodiscard]] auto Run(Work work) -> decltype(work(std::declval<CModelStore&>())) {
         if (IsAway()) return AwayError();
         CResult<std::unique_ptr<CModelStore>> store = Lend();
-        if (!store) return Noted(store.Error());
+        if (!store) {
+            Note(store.Error().code == EErrorCode::Busy);
+            return store.Error();
+        }
         auto result = work(*store.Value());
         GiveBack(std::move(store).Value());
-        if (!result) (void)Noted(result.Error());  // it is only looked at
+        Note(!result && result.Error().code == EErrorCode::Busy);
         return result;
     }
 
@@ -38,10 +41,11 @@ class CStorePool {
     void GiveBack(std::unique_ptr<CModelStore> store);
     [[nodiscard]] bool IsAway();
     [[nodiscard]] static CError AwayError();
-    [[nodiscard]] CError Noted(CError error);
+    void Note(bool isAway);
 
     const CStoreAddress m_address;
     std::mutex m_mutex;
     std::vector<std::unique_ptr<CModelStore>> m_idle;  ///< the last one used lies on top
-    std::chrono::steady_clock::time_point m_awayUntil{};
+    bool m_isAway = false;
+    std::chrono::steady_clock::time_point m_nextTry{};  ///< while it is away
 };

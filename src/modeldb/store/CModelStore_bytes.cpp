@@ -36,7 +36,7 @@ CStatus ReadPart(CDatabase& database, const blob_rows::CBlobRow& row, std::uint6
                  std::uint64_t to, CByteSink& sink) {
     bool found = false;
     const std::uint64_t size = std::min(kPart, row.facts.stored - part * kPart);
-    const CStatus read = database.Read([&] {
+    CStatus read = database.Read([&] {
         return store_query::Done(database.Run("SELECT data FROM blob_parts WHERE blob = $1 AND pos = $2",
                                               {row.id, static_cast<std::int64_t>(part)},
                                               [&](const CDbRow& answer) -> CStatus {

@@ -52,7 +52,7 @@ CStatus RestoreFile(CSqliteDatabase& backup, const std::string& path) {
 /** Brings rows into a store that must hold nothing. */
 CStatus FillStore(CDatabase& from, CDatabase& to) {
     CCheckReport report;
-    const CStatus counted = to.Look([&] {
+    CStatus counted = to.Look([&] {
         report = {};
         return CheckTables(to, false, report);
     });
@@ -64,7 +64,7 @@ CStatus FillStore(CDatabase& from, CDatabase& to) {
 
 CStatus CheckBackup(CDatabase& backup) {
     CCheckReport report;
-    const CStatus checked = backup.Look([&] {
+    CStatus checked = backup.Look([&] {
         report = {};
         return CheckTables(backup, false, report);
     });

@@ -34,7 +34,7 @@ CResult<std::int64_t> Publish(CDatabase& database, const CNewBlob& blob) {
 }
 
 CResult<std::int64_t> Insert(CDatabase& database, const CNewBlob& blob) {
-    const CResult<std::int64_t> id = IdFrom(
+    CResult<std::int64_t> id = IdFrom(
         database,
         "INSERT INTO blobs(sha256, size, stored, codec, touched) VALUES($1, $2, $3, $4, $5) RETURNING id",
         {std::span<const std::byte>(blob.facts.hash.bytes), static_cast<std::int64_t>(blob.facts.size),

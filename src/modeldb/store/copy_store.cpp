@@ -82,12 +82,13 @@ CStatus CopyTable(const CTable& table, CDatabase& from, CDatabase& to) {
 /** Rows that were added with their numbers do not move the counters that give new ones. */
 CStatus MoveCounters(CDatabase& database) {
     if (database.Engine() == CDatabase::EEngine::Sqlite) return CDone{};
-    for (const std::string table : {"model_groups", "blobs", "blob_parts", "tokens"}) {
-        const CStatus moved =
-            Done(database.Run("SELECT setval(pg_get_serial_sequence('" + table + "', 'id'), max(id)) FROM " +
-                                  table + " HAVING max(id) IS NOT NULL",
-                              {}));
-        if (!moved) return moved;
+    for (const char* table : {"model_groups", "blobs", "blob_parts", "tokens"}) {
+        std::string query = "SELECT setval(pg_get_serial_sequence('";
+        query.append(table)
+            .append("', 'id'), max(id)) FROM ")
+            .append(table)
+            .append(" HAVING max(id) IS NOT NULL");
+        if (CStatus moved = Done(database.Run(query, {})); !moved) return moved;
     }
     return CDone{};
 }

@@ -134,12 +134,11 @@ CStatus MakeSearchable(CDatabase& database) {
     if (CStatus folded = FoldNames(database); !folded) return folded;
     // A database that cannot make the index searches all names, one by one.
     if (CStatus marked = database.RunScript("SAVEPOINT before_index"); !marked) return marked;
-    const CStatus indexed =
-        database.Engine() == EEngine::Sqlite
-            ? database.RunScript(kSearchInSqlite)
-            : database.RunScript(
-                  "CREATE EXTENSION IF NOT EXISTS pg_trgm SCHEMA public;"
-                  "CREATE INDEX models_by_part ON models USING gin (folded gin_trgm_ops);");
+    CStatus indexed = database.Engine() == EEngine::Sqlite
+                          ? database.RunScript(kSearchInSqlite)
+                          : database.RunScript(
+                                "CREATE EXTENSION IF NOT EXISTS pg_trgm SCHEMA public;"
+                                "CREATE INDEX models_by_part ON models USING gin (folded gin_trgm_ops);");
     if (!indexed && indexed.Error().code != EErrorCode::BadFormat &&
         indexed.Error().code != EErrorCode::WriteFailed)
         return indexed;
@@ -192,7 +191,7 @@ CResult<int> StoreVersionOf(CDatabase& database) {
 
 CStatus UpgradeStore(CDatabase& database, int to) {
     int now = 0;
-    const CStatus read = database.Read([&]() -> CStatus {
+    CStatus read = database.Read([&]() -> CStatus {
         const CResult<int> version = StoreVersionOf(database);
         if (!version) return version.Error();
         now = version.Value();

@@ -9,10 +9,10 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <string>
 
 #include "base/CStopwatch.h"
+#include "files/CAtomicFile.h"
 #include "files/file_util_ex.h"
 #include "files/std_file_paths.h"
 #include "process/confine.h"
@@ -39,20 +39,17 @@ CProcessLimits LimitsForConverting() {
     return limits;
 }
 
-/** The folder that is written into: of most kinds that of the file that a link leads to. */
-std::string FolderOf(const std::string& output, EOutputKind kind) {
-    const bool replacesLinks =
-        kind == EOutputKind::Glb || kind == EOutputKind::Html || kind == EOutputKind::Pov;
-    std::error_code error;
-    const std::filesystem::path resolved = std::filesystem::weakly_canonical(output, error);
-    const std::string folder = file_util_ex::GetFilePath(error || replacesLinks ? output : resolved.native());
+std::string FolderOf(const std::string& file) {
+    const std::string folder = file_util_ex::GetFilePath(file);
     return folder.empty() ? "." : folder;
 }
 
 void Confine(const CConversion& conversion, const CConvertOptions& options) {
     CFileAccess files = FilesFor({&conversion.input, 1}, {}, options.scene);
     if (!options.scriptFile.empty()) files.readable.push_back(options.scriptFile);
-    files.trees = {FolderOf(conversion.output, options.kind), std_file_paths::GetTempDir()};
+    files.trees = {FolderOf(conversion.output), std_file_paths::GetTempDir()};
+    if (const CResult<std::string> target = CAtomicFile::OutputTarget(conversion.output))
+        files.trees.push_back(FolderOf(target.Value()));
     (void)ConfineProcess({LimitsForConverting(), files});
 }
 

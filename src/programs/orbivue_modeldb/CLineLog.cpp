@@ -5,13 +5,13 @@
 
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <ctime>
 #include <nlohmann/json.hpp>
 
 namespace {
 
 constexpr std::size_t kMostWaiting = 4 << 20;
+constexpr std::chrono::seconds kSameEvent{10};
 constexpr std::chrono::milliseconds kPause{100};  ///< in which lines gather
 
 void WriteTo(int file, std::string_view text) {
@@ -55,6 +55,13 @@ void CLineLog::Add(std::string_view line) {
 }
 
 void CLineLog::AddEvent(std::string_view event) {
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto now = std::chrono::steady_clock::now();
+        if (event == m_lastEvent && now - m_lastEventTime < kSameEvent) return;
+        m_lastEvent = event;
+        m_lastEventTime = now;
+    }
     const nlohmann::ordered_json line{{"time", Now()}, {"event", event}};
     Add(line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <mutex>
@@ -21,7 +22,7 @@ class CLineLog {
 
     /** line: without its end. */
     void Add(std::string_view line);
-    /** A line of JSON with the time and this text. */
+    /** A line of JSON with the time and this text; the same text again is told every ten seconds at most. */
     void AddEvent(std::string_view event);
 
   private:
@@ -32,6 +33,8 @@ class CLineLog {
     std::condition_variable m_news;
     std::string m_waiting;
     std::uint64_t m_dropped = 0;
+    std::string m_lastEvent;
+    std::chrono::steady_clock::time_point m_lastEventTime{};
     bool m_isEnding = false;
     std::thread m_thread;  // last: it uses all above
 };

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "files/std_file_paths.h"
+#include "modeldb/protocol/wire_errors.h"
 #include "modeldb/server/CModelSite.h"
 #include "modeldb/server/http/CHttpServer.h"
 #include "modeldb/server/server_answers.h"
@@ -55,6 +57,13 @@ sigset_t BlockEndSignals() {
     return signals;
 }
 
+/** A service has a folder of its own. */
+std::string CacheFolderOf(const CServeOptions& serve) {
+    const char* folder = std::getenv("CACHE_DIRECTORY");
+    if (!serve.cacheFolder.empty()) return serve.cacheFolder;
+    return folder != nullptr ? folder : std_file_paths::GetCacheFolderPath() + "/modeldb";
+}
+
 CServerOptions SiteOptionsOf(const CModelDbOptions& options, CLineLog& log) {
     const CServeOptions& serve = options.serve;
     CServerOptions site;
@@ -62,10 +71,7 @@ CServerOptions SiteOptionsOf(const CModelDbOptions& options, CLineLog& log) {
     site.isPrivate = serve.isPrivate;
     site.hasOpenUploads = serve.hasOpenUploads;
     site.baseUrl = serve.baseUrl;
-    site.cacheFolder = serve.cacheFolder;
-    // A service has a folder of its own.
-    const char* folder = std::getenv("CACHE_DIRECTORY");
-    if (site.cacheFolder.empty() && folder != nullptr) site.cacheFolder = folder;
+    site.cacheFolder = CacheFolderOf(serve);
     site.cacheBytes = serve.cacheBytes;
     site.workers = serve.workers;
     site.uploadBytes = serve.uploadBytes;
@@ -83,8 +89,11 @@ CHttpServerOptions HttpOptionsOf(const CServeOptions& serve, CLineLog& log) {
     http.threads = static_cast<int>(serve.threads);
     http.trustedProxies = serve.trustedProxies;
     http.bodyBytes = serve.uploadBytes;
+    http.spoolFolder = CacheFolderOf(serve);  // the usual folder for temporary files may be memory
     http.connections = serve.connections;
-    http.refusal = [](int status, std::string_view why) { return server_answers::Refusal(status, why); };
+    http.refusal = [](int status, std::string_view why) {
+        return server_answers::Json(status, wire_errors::Write(status, why));
+    };
     if (!serve.isQuiet) http.log = [&log](std::string_view line) { log.Add(line); };
     return http;
 }

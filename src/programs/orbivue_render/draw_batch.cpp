@@ -120,7 +120,7 @@ class CDrawer {
         if (!picture) return picture.Error();
         const CResult<std::vector<std::byte>> png = image_codec::PngBytes(picture.Value(), false);
         if (!png) return png.Error();
-        return file_util_ex::WriteFileAtomically(item.output, png.Value());
+        return file_util_ex::WriteOutput(item.output, png.Value());
     }
 
     const CRenderOptions& m_options;

@@ -24,11 +24,12 @@ class CRclone {
     using CClock = std::chrono::steady_clock;
 
     /** command: its name and options; operands follow "--", so none is taken for an option. silence: for how long the
-     * program may print nothing before it is ended. */
+     * program may print nothing before it is ended; longest: for how long it may run. */
     [[nodiscard]] static CResult<CRclone> Start(const CRcloneSetup& setup,
                                                 const std::vector<std::string>& command,
                                                 const std::vector<std::string>& operands,
-                                                std::chrono::milliseconds silence);
+                                                std::chrono::milliseconds silence,
+                                                std::chrono::milliseconds longest);
 
     /** Takes what was printed since the last call. True once the program has ended and all is taken. */
     [[nodiscard]] bool Poll();
@@ -39,15 +40,15 @@ class CRclone {
 
     /** Everything on standard output, as far as it was kept. */
     [[nodiscard]] const std::string& Output() const { return m_output; }
-    /** The complete lines on the error stream since the last call. */
+    /** The complete lines on the error stream since the last call; of very many only the last. */
     [[nodiscard]] std::vector<std::string> TakeErrorLines();
 
   private:
-    CRclone(CStartedProgram process, std::chrono::milliseconds silence);
+    CRclone(CStartedProgram process, std::chrono::milliseconds silence, std::chrono::milliseconds longest);
 
     CStartedProgram m_process;
-    std::chrono::milliseconds m_silence;
-    CClock::time_point m_lastWord = CClock::now();
+    std::chrono::milliseconds m_silence, m_longest;
+    CClock::time_point m_begun = CClock::now(), m_lastWord = m_begun;
     std::string m_output, m_errors;
     std::optional<int> m_exitCode;
     bool m_wasSilent = false;

@@ -13,6 +13,7 @@ namespace {
 constexpr auto kListSilence = 20s;
 constexpr auto kLinkSilence = 60s;
 constexpr auto kCopySilence = 120s;  // it tells its progress twice a second
+constexpr auto kLongestCopy = 168h;  // it can be cancelled
 
 // The statistics as errors, so that they come whatever level the user's variables choose.
 const std::vector<std::string> kCopy{
@@ -48,7 +49,8 @@ void CUpload::Unlock(std::string password) {
 void CUpload::Run(EState state, const std::vector<std::string>& command,
                   const std::vector<std::string>& operands, std::chrono::milliseconds silence) {
     m_state = state;
-    CResult<CRclone> started = CRclone::Start(m_setup, command, operands, silence);
+    CResult<CRclone> started = CRclone::Start(m_setup, command, operands, silence,
+                                              state == EState::Copying ? kLongestCopy : 3 * silence);
     if (started) {
         m_running.emplace(std::move(started).Value());
         return;
@@ -98,10 +100,12 @@ void CUpload::TakeRemotes(const CRclone& ended) {
     const auto tellsOfPassword = [](const std::string& line) {
         return line.find("RCLONE_CONFIG_PASS") != line.npos;
     };
-    if (ended.HasSucceeded())
+    if (ended.HasSucceeded()) {
         m_whyNoDrive = ENoDrive::NoRemote;
-    else
+        m_errors.clear();  // such as that there is no configuration, which the window says in its own words
+    } else {
         m_whyNoDrive = std::ranges::any_of(m_errors, tellsOfPassword) ? ENoDrive::Locked : ENoDrive::Failed;
+    }
 }
 
 void CUpload::Start(const std::string& remote, bool anybody) {

@@ -32,10 +32,10 @@ void TakeTexts(const CJson& texts, const std::string& language, CTemplateValues&
 
 CResult<std::string> MakeLandingPage(const std::string& templateFolder, const CLandingPage& facts) {
     const CResult<std::string> page = ReadText(file_util_ex::MakePath(templateFolder, "index.html"));
-    if (!page) return page;
+    if (!page) return page.Error();
     const std::string textsPath = file_util_ex::MakePath(templateFolder, "texts.json");
     const CResult<std::string> textsFile = ReadText(textsPath);
-    if (!textsFile) return textsFile;
+    if (!textsFile) return textsFile.Error();
     const CJson texts = CJson::parse(textsFile.Value(), nullptr, false);
     if (!texts.is_object())
         return CError{EErrorCode::BadFormat, lng::Mark("the template of the page is damaged"), textsPath};
@@ -44,14 +44,16 @@ CResult<std::string> MakeLandingPage(const std::string& templateFolder, const CL
                            {"lang", "en"},
                            {"page", EscapedForAddress(facts.page)},
                            {"picture", EscapedForAddress(facts.picture)},
-                           {"download", EscapedForAddress(facts.download)},
-                           {"size", SizeText(facts.downloadBytes)}};
+                           {"download", EscapedForAddress(facts.download)}};
     TakeTexts(texts, "en", values);
     const std::string base = facts.language.substr(0, facts.language.find('-'));
     for (const std::string& language : {base, facts.language}) {
         if (texts.contains(language)) values["lang"] = language;
         TakeTexts(texts, language, values);
     }
+    const auto point = values.find("text.decimalPoint");
+    values["size"] =
+        SizeText(facts.downloadBytes, point != values.end() ? std::string_view(point->second) : ".");
     return FillTemplate(page.Value(), values);
 }
 

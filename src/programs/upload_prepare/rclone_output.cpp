@@ -2,6 +2,7 @@
 #include "programs/upload_prepare/rclone_output.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <nlohmann/json.hpp>
 
@@ -97,6 +98,8 @@ CLine ReadLine(std::string_view line) {
     if (const auto stats = json.find("stats"); stats != json.end() && stats->is_object()) {
         read.progress = CProgress{CountIn(*stats, "bytes"), CountIn(*stats, "totalBytes"),
                                   CountIn(*stats, "transfers"), CountIn(*stats, "totalTransfers")};
+        read.progress->bytes = std::min(read.progress->bytes, read.progress->totalBytes);
+        read.progress->files = std::min(read.progress->files, read.progress->totalFiles);
         return read;  // it may be said as loudly as an error
     }
     const std::string level = TextIn(json, "level");
@@ -114,20 +117,23 @@ std::string ShownLine(std::string_view line) {
 std::string AddressIn(std::string_view text) {
     constexpr std::size_t kLongest = 2000;
     const std::string_view line = ascii_text::Trimmed(TakeLine(text));
-    const auto isSound = [](char c) { return c > ' ' && c < '\x7f'; };
-    return line.starts_with("https://") && line.size() < kLongest && std::ranges::all_of(line, isSound)
-               ? std::string(line)
-               : std::string();
+    constexpr std::array<std::string_view, 2> kDrive{"https://drive.google.com/", "https://docs.google.com/"};
+    const auto isSound = [](char c) { return c > ' ' && c < '\x7f' && c != '\\'; };
+    const bool isOfDrive =
+        std::ranges::any_of(kDrive, [line](auto start) { return line.starts_with(start); });
+    return isOfDrive && line.size() < kLongest && std::ranges::all_of(line, isSound) ? std::string(line)
+                                                                                     : std::string();
 }
 
 std::string FolderAddressIn(std::string_view text, std::string_view folder) {
+    constexpr std::size_t kLongestId = 200;
     const CJson json = CJson::parse(text, nullptr, false);
     if (!json.is_array()) return {};
     for (const CJson& entry : json) {
         if (!entry.is_object() || TextIn(entry, "Name") != folder) continue;
         const std::string id = TextIn(entry, "ID");
         const auto isSound = [](char c) { return IsLetterOrDigit(c) || c == '-' || c == '_'; };
-        if (!id.empty() && std::ranges::all_of(id, isSound))
+        if (!id.empty() && id.size() <= kLongestId && std::ranges::all_of(id, isSound))
             return "https://drive.google.com/drive/folders/" + id;
     }
     return {};

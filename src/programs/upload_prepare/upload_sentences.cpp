@@ -2,6 +2,7 @@
 #include "programs/upload_prepare/upload_sentences.h"
 
 #include "base/text/lng.h"
+#include "files/file_util_ex.h"
 #include "programs/upload_prepare/upload_texts.h"
 
 namespace upload_sentences {
@@ -46,9 +47,13 @@ CState Finished(const CUpload& upload) {
 
 }  // namespace
 
+std::wstring Size(std::uint64_t bytes) {
+    // The catalogue's entry for this text is the language's decimal point.
+    return lng::ConvertFromUTF8(SizeText(bytes, file_util_ex::ConvertToUTF8(lng::Text("."))));
+}
+
 std::wstring Sum(const CUploadContent& content) {
-    const std::wstring size = lng::ConvertFromUTF8(SizeText(content.bytes));
-    return Text2(lng::Mark("%s files, %s"), lng::Number(content.files.size()), size);
+    return Text2(lng::Mark("%s files, %s"), lng::Number(content.files.size()), Size(content.bytes));
 }
 
 std::wstring Outside(const CUploadContent& content) {
@@ -84,9 +89,8 @@ CState Of(const CUpload& upload) {
 std::wstring Progress(const CUpload& upload) {
     const rclone_output::CProgress& progress = upload.Progress();
     if (progress.totalFiles == 0) return {};
-    const auto size = [](std::uint64_t bytes) { return lng::ConvertFromUTF8(SizeText(bytes)); };
     return Text2(lng::Mark("%s of %s files"), lng::Number(progress.files), lng::Number(progress.totalFiles)) +
-           L", " + Text2(lng::Mark("%s of %s"), size(progress.bytes), size(progress.totalBytes));
+           L", " + Text2(lng::Mark("%s of %s"), Size(progress.bytes), Size(progress.totalBytes));
 }
 
 }  // namespace upload_sentences

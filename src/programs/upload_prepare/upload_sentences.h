@@ -10,6 +10,8 @@
 namespace upload_sentences {
 
 /** "7 files, 1.2 MB". */
+/** In the program's language. */
+[[nodiscard]] std::wstring Size(std::uint64_t bytes);
 [[nodiscard]] std::wstring Sum(const CUploadContent& content);
 /** Of the pictures from outside the model's folder: that there are some, or that nobody knows; empty where there are
  * none. */

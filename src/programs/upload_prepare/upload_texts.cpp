@@ -8,14 +8,17 @@
 #include "base/text/utf8_text.h"
 #include "files/file_util_ex.h"
 
-std::string SizeText(std::uint64_t bytes) {
+std::string SizeText(std::uint64_t bytes, std::string_view decimalPoint) {
     constexpr std::array kUnits{"bytes", "KB", "MB", "GB", "TB"};
     constexpr double kStep = 1000, kWholeFrom = 9.95;
     auto size = static_cast<double>(bytes);
     std::size_t unit = 0;
     // What would be written as 1000 is 1 of the next unit.
     for (; size >= (unit == 0 ? kStep : kStep - 0.5) && unit + 1 < kUnits.size(); ++unit) size /= kStep;
-    return number_text::FormatFixed(size, unit == 0 || size >= kWholeFrom ? 0 : 1) + ' ' + kUnits.at(unit);
+    std::string number = number_text::FormatFixed(size, unit == 0 || size >= kWholeFrom ? 0 : 1);
+    if (const std::size_t point = number.find('.'); point != number.npos)
+        number.replace(point, 1, decimalPoint);
+    return number + ' ' + kUnits.at(unit);
 }
 
 std::string ShownName(const std::string& modelName) {

@@ -7,7 +7,7 @@
 
 /** A size for people, "812 bytes" excepted always with one decimal where that says more: "3.4 KB", "12 MB". The decimal
  * point is that of no language, so that it may stand in a page, too. */
-[[nodiscard]] std::string SizeText(std::uint64_t bytes);
+[[nodiscard]] std::string SizeText(std::uint64_t bytes, std::string_view decimalPoint = ".");
 
 /** A model's file name as people see it: without control characters and those that turn the direction of writing. */
 [[nodiscard]] std::string ShownName(const std::string& modelName);

@@ -17,8 +17,14 @@ namespace {
 
 struct CNotesCase {
     const char* name;
-    const char* text;
+    std::string text;
 };
+std::string EmptyNames(int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i) text += R"(,"")";
+    return text;
+}
+
 class DamagedNotesTest : public testing::TestWithParam<CNotesCase> {};
 
 TEST_P(DamagedNotesTest, AreNotTakenForNone) {
@@ -36,6 +42,9 @@ const CNotesCase kDamaged[] = {
     {"OtherVersion", R"({"version": 2, "outside": []})"},
     {"NoList", R"({"version": 1})"},
     {"NoText", R"({"version": 1, "outside": ["a", 2]})"},
+    {"EndlessPath", R"({"version": 1, "outside": [")" + std::string(1 << 20, 'x') + R"("]})"},
+    {"EndlessList", R"({"version": 1, "outside": ["")" + EmptyNames(20'000) + "]}"},
+    {"DeepList", R"({"version": 1, "outside": )" + std::string(1 << 20, '[')},
 };
 INSTANTIATE_TEST_SUITE_P(Notes, DamagedNotesTest, testing::ValuesIn(kDamaged), kRowName);
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <lib3ds/file.h>
 #include <lib3ds/mesh.h>
+#include <lib3ds/node.h>
 
 #include <algorithm>
 #include <functional>
@@ -215,5 +216,50 @@ INSTANTIATE_TEST_SUITE_P(Scenes, GltfRoundTripTest,
                              return std::string(std::get<0>(row.param).name) +
                                     (std::get<1>(row.param) ? "Packed" : "Plain");
                          });
+
+/** Boxes that jump at every frame, so that no sample can be left out. */
+struct CJumpCase {
+    const char* name;
+    int frames, boxes;
+    bool repeats;                 ///< four keys again and again, or one for each frame
+    std::size_t atLeast, atMost;  ///< samples of a track
+};
+class GltfAnimationBudgetTest : public testing::TestWithParam<CJumpCase> {};
+
+TEST_P(GltfAnimationBudgetTest, LeavesOutFramesAndKeepsTheLength) {
+    const auto [name, frames, boxes, repeats, atLeast, atMost] = GetParam();
+    const CTestFolder folder;
+    CSceneBuilder builder(frames);
+    for (int i = 0; i < boxes; ++i) {
+        Lib3dsNode& box = builder.AddPart("box" + std::to_string(i), Box({1, 1, 1}), nullptr, {});
+        for (int frame = 1; frame <= (repeats ? 3 : frames); ++frame)
+            CSceneBuilder::MoveTo(box, frame,
+                                  {static_cast<float>(frame * frame % 7), static_cast<float>(frame % 5), 1});
+        if (repeats) box.data.object.pos_track.flags = LIB3DS_REPEAT;
+    }
+    builder.Save(folder / "scene.3ds");
+    auto loaded = LoadScene(folder / "scene.3ds");
+    ASSERT_TRUE(loaded);
+    const auto glb =
+        WriteGlb({loaded.Value().prepared, loaded.Value().scene.Textures(), &loaded.Value().scene}, {});
+    ASSERT_TRUE(glb);
+    const CGltfReader reader(glb.Value());
+    const auto& json = reader.Json();
+    ASSERT_EQ(json["animations"][0]["samplers"].size(), static_cast<std::size_t>(boxes));
+    for (const auto& sampler : json["animations"][0]["samplers"]) {
+        const auto& times = json["accessors"][sampler["input"].get<std::size_t>()];
+        EXPECT_GE(times["count"].get<std::size_t>(), atLeast);
+        EXPECT_LE(times["count"].get<std::size_t>(), atMost);
+        EXPECT_NEAR(times["max"][0].get<double>(), frames / 30.0, 1.0) << "it ends when it did";
+    }
+}
+
+const CJumpCase kJumps[] = {
+    {"Enough", 3000, 1, true, 2000, 3001},
+    {"TooManyFrames", 200'000, 1, true, 25'000, 50'001},
+    {"TooManyKeys", 30'000, 1, false, 3000, 6001},
+    {"TooMuchIsLeft", 8000, 300, true, 2000, 4001},
+};
+INSTANTIATE_TEST_SUITE_P(Jumps, GltfAnimationBudgetTest, testing::ValuesIn(kJumps), kRowName);
 
 }  // namespace

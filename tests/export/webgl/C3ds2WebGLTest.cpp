@@ -164,8 +164,19 @@ TEST_F(C3ds2WebGLTest, NeverWritesOverTheModel) {
     for (const char* name : {"model.html", "link.html"}) EXPECT_FALSE(Export(Format(true, false), name));
     EXPECT_EQ(Page("model.html"), "model");
     fs::create_symlink("elsewhere", m_folder / "other.html");
-    EXPECT_TRUE(Export(Format(true, false), "other.html"));
-    EXPECT_FALSE(fs::exists(m_folder / "elsewhere")) << "a link is replaced, not followed";
+    EXPECT_FALSE(Export(Format(true, false), "other.html"));
+    EXPECT_FALSE(fs::exists(m_folder / "elsewhere"));
+}
+
+TEST_F(C3ds2WebGLTest, ThroughALinkItsFilesLieBesideTheLinkAndAreItsOwnNextTime) {
+    fs::create_directory(m_folder / "real");
+    fs::create_symlink("real/page.html", m_folder / "link.html");
+    ASSERT_TRUE(Export(Format(false, false), "link.html"));
+    const CNames names = Names();
+    ASSERT_TRUE(Export(Format(false, false), "link.html"));
+    EXPECT_EQ(Names(), names) << "no further viewer0.js";
+    EXPECT_TRUE(fs::is_symlink(m_folder / "link.html"));
+    EXPECT_EQ(Page("real/page.html"), Page("link.html"));
 }
 
 TEST_F(C3ds2WebGLTest, AFullDiskLeavesWhatWasThere) {

@@ -5,10 +5,15 @@
 
 #include <future>
 
-#include "CStoreSite.h"
+#include "CChildProgram.h"
+#include "CScriptedServer.h"
 #include "files/CTestFolder.h"
+#include "files/file_util_ex.h"
+#include "files/std_file_paths.h"
 #include "modeldb/client/C3DModelsLoadApi.h"
 #include "modeldb/client/model_server.h"
+#include "modeldb/protocol/wire_records.h"
+#include "modeldb/store/CModelStore.h"
 #include "row_name.h"
 #include "settings/CSettings.h"
 #include "settings/CSettingsGuard.h"
@@ -36,11 +41,6 @@ class ModelsLoadApiTest : public testing::Test {
     void SetUp() override {
         for (const char* name : {"XDG_CACHE_HOME", "XDG_DATA_HOME"})
             ::setenv(name, (m_folder / name).c_str(), 1);
-        CResult<CModelStore> store =
-            CModelStore::Open(CStoreAddress::Parse(m_folder / "served.sqlite"), EStoreUse::Create);
-        m_store = std::make_unique<CModelStore>(std::move(store).Value());
-        m_site = std::make_unique<CStoreSite>(*m_store);
-        Serve(0);
     }
     void TearDown() override {
         CApi::SetConnLostListner({});
@@ -49,30 +49,44 @@ class ModelsLoadApiTest : public testing::Test {
         ::unsetenv("XDG_CACHE_HOME");
         ::unsetenv("XDG_DATA_HOME");
     }
-    void Serve(int port) {
-        m_server = std::make_unique<CScriptedServer>(
-            [this](const auto& request, auto& peer) { return m_site->Answer(request, peer); }, port);
+    /** Starts the server that people run, on a store with a token. */
+    void Serve(int port = 0, const std::string& option = "--quiet") {
+        CModelStore store =
+            std::move(CModelStore::Open(CStoreAddress::Parse(m_store), EStoreUse::Create)).Value();
+        if (m_token.empty()) m_token = store.CreateToken("test", {3}).Value();  // to read and to upload
+        m_server = std::make_unique<CChildProgram>(
+            std::vector<std::string>{ORBIVUE_MODELDB_PROGRAM, "serve", option, "--listen",
+                                     "127.0.0.1:" + std::to_string(port), "--store", m_store});
+    }
+    static std::vector<std::byte> Sample(const std::string& name) {
+        return file_util_ex::ReadWholeFile(std_file_paths::GetDataPath("samples/" + name)).Value();
     }
     static bool Upload(const std::string& name, std::string_view file, CBlobProgress* progress = nullptr) {
         CBlobData data(new unsigned char[file.size()], static_cast<std::uint32_t>(file.size()));
         std::ranges::copy(file, data.data);
-        const CImageDataTextVec textures = {{"wood.jpg", std::vector<std::byte>(70'000)}, {"../x", {}}};
+        const CImageDataTextVec textures = {{"marble.jpg", Sample("marble.jpg")},
+                                            {"../x", Sample("lattice.png")}};
         return CApi::UploadModel(name, "Upload", data, textures, progress);
     }
 
     CTestFolder m_folder;
-    std::unique_ptr<CModelStore> m_store;
-    std::unique_ptr<CStoreSite> m_site;
-    std::unique_ptr<CScriptedServer> m_server;
+    std::string m_store = m_folder / "served.sqlite", m_token;
+    std::unique_ptr<CChildProgram> m_server;
 };
 
 class EachLibraryTest : public ModelsLoadApiTest, public testing::WithParamInterface<CLibraryRow> {
   protected:
     void SetUp() override {
         ModelsLoadApiTest::SetUp();
-        ASSERT_TRUE(CApi::Open(GetParam().isServer ? m_server->Address() : "")) << CApi::LastError();
-        EXPECT_EQ(m_server->Connections(), GetParam().isServer ? 1 : 0);
+        if (GetParam().isServer) {
+            Serve();
+            CApi::SetToken(m_token);
+        }
+        ASSERT_TRUE(CApi::Open(m_server ? m_server->Address() : "")) << CApi::LastError();
     }
+    /** One that the user's own store does not have. */
+    const std::string m_file = CTestFolder::TextOf(Sample("knot.3ds")) + '\0';
+    const std::uint32_t m_id = CApi::CalcCrc(m_file.data(), m_file.size());
 };
 INSTANTIATE_TEST_SUITE_P(, EachLibraryTest,
                          testing::ValuesIn({CLibraryRow{"UserStore"}, CLibraryRow{"Server", true}}),
@@ -82,17 +96,14 @@ TEST_P(EachLibraryTest, WhatIsUploadedIsListedFoundAndDownloaded) {
     EXPECT_TRUE(CApi::CheckVersion("1.5"));
     EXPECT_FALSE(CApi::CheckVersion("1.4"));
     EXPECT_EQ(CApi::LastError(), "");
-    const std::string file(200'000, 'f');
-    const std::uint32_t id = CApi::CalcCrc(file.data(), file.size());
-    EXPECT_FALSE(ModelExistsOnServer(id));
+    EXPECT_FALSE(ModelExistsOnServer(m_id));
     CCountingProgress sent;
-    ASSERT_TRUE(Upload("Stuhl ü", file, &sent)) << CApi::LastError();
+    ASSERT_TRUE(Upload("Stuhl ü", m_file, &sent)) << CApi::LastError();
     EXPECT_EQ(sent.steps, sent.total);
-    EXPECT_EQ(sent.total, 5);
-    EXPECT_TRUE(Upload("again", file)) << "the same file changes nothing";
-    EXPECT_TRUE(ModelExistsOnServer(id));
-    EXPECT_EQ(CApi::GetModelGroup(id), "Upload");
-    EXPECT_EQ(CApi::GetModelCode(id), "Stuhl ü");
+    EXPECT_TRUE(Upload("again", m_file)) << "the same file changes nothing";
+    EXPECT_TRUE(ModelExistsOnServer(m_id));
+    EXPECT_EQ(CApi::GetModelGroup(m_id), "Upload");
+    EXPECT_EQ(CApi::GetModelCode(m_id), "Stuhl ü");
 
     std::vector<std::string> groups;
     CApi::GetGroups(groups, nullptr);
@@ -104,7 +115,7 @@ TEST_P(EachLibraryTest, WhatIsUploadedIsListedFoundAndDownloaded) {
     CCountingProgress pages;
     CApi::GetGroupModels("Upload", models, &pages);
     ASSERT_EQ(models.size(), 1U);
-    EXPECT_EQ(models[0].id, id);
+    EXPECT_EQ(models[0].id, m_id);
     EXPECT_EQ(pages.steps, pages.total);
     std::vector<CFoundModel> found;
     EXPECT_TRUE(CApi::SearchModels("STUHL", found, nullptr));
@@ -115,29 +126,27 @@ TEST_P(EachLibraryTest, WhatIsUploadedIsListedFoundAndDownloaded) {
     std::uint32_t size = 0;
     CImageDataTextVec textures;
     CCountingProgress got;
-    ASSERT_TRUE(DownloadServerModel(id, name, data, size, textures, &got)) << CApi::LastError();
+    ASSERT_TRUE(DownloadServerModel(m_id, name, data, size, textures, &got)) << CApi::LastError();
     const CBlobData owned(data, size);
     EXPECT_EQ(name, L"Stuhl ü.3ds");
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(data), size), file);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(data), size), m_file);
     ASSERT_EQ(textures.size(), 2U);
-    EXPECT_EQ(textures[0].data, std::vector<std::byte>(70'000));
+    EXPECT_EQ(textures[0].data, Sample("marble.jpg"));
     EXPECT_EQ(textures[1].name, "../x");
     EXPECT_EQ(got.steps, got.total);
 }
 
 TEST_P(EachLibraryTest, ACancelledOrFailedCallLeavesNothing) {
-    const std::string file(200'000, 'f');
-    const std::uint32_t id = CApi::CalcCrc(file.data(), file.size());
     CCountingProgress progress;
     progress.most = 2;
-    EXPECT_FALSE(Upload("chair", file, &progress));
+    EXPECT_FALSE(Upload("chair", m_file, &progress));
     EXPECT_EQ(progress.steps, 2);
-    EXPECT_EQ(CApi::LastError().substr(CApi::LastError().size() - 9), "cancelled");
-    EXPECT_FALSE(ModelExistsOnServer(id));
+    EXPECT_TRUE(CApi::LastError().ends_with("cancelled")) << CApi::LastError();
+    EXPECT_FALSE(ModelExistsOnServer(m_id));
     std::string name = "old", group = "old";
     CBlobData data(new unsigned char[3], 3);
     CImageDataTextVec textures(1);
-    EXPECT_FALSE(CApi::DownloadModel(id, name, group, data, textures, nullptr));
+    EXPECT_FALSE(CApi::DownloadModel(m_id, name, group, data, textures, nullptr));
     EXPECT_FALSE(CApi::LastError().empty());
     EXPECT_EQ(name + group, "oldold");
     EXPECT_EQ(data.size, 3U);
@@ -145,17 +154,15 @@ TEST_P(EachLibraryTest, ACancelledOrFailedCallLeavesNothing) {
 }
 
 TEST_P(EachLibraryTest, CallsOfSeveralThreadsDoNotDisturbEachOther) {
-    const std::string file(200'000, 'f');
-    ASSERT_TRUE(Upload("chair", file));
-    const std::uint32_t id = CApi::CalcCrc(file.data(), file.size());
+    ASSERT_TRUE(Upload("chair", m_file));
     const auto download = [&] {
         bool good = true;
         for (int i = 0; i < 5; ++i) {
             std::string name, group;
             CBlobData data;
             CImageDataTextVec textures;
-            good =
-                CApi::DownloadModel(id, name, group, data, textures, nullptr) && data.size == 200'000 && good;
+            good = CApi::DownloadModel(m_id, name, group, data, textures, nullptr) &&
+                   data.size == m_file.size() && good;
             CApi::ClearCache();
         }
         return good;
@@ -183,19 +190,30 @@ TEST_F(ModelsLoadApiTest, TheUsersStoreHasSamplesWithPreviews) {
 TEST_F(ModelsLoadApiTest, ALostConnectionIsToldOnceAndComesBack) {
     int lost = 0;
     CApi::SetConnLostListner([&] { ++lost; });
+    Serve();
     const int port = m_server->Port();
     ASSERT_TRUE(CApi::Open(m_server->Address()));
-    m_server.reset();
-    for (int i = 0; i < 3; ++i) EXPECT_FALSE(CApi::DoesModelExist(1));
-    EXPECT_EQ(lost, 1);
-    EXPECT_EQ(CApi::LastError(), "127.0.0.1:" + std::to_string(port) + ": the server cannot be reached");
-    EXPECT_FALSE(CApi::Open("http://127.0.0.1:" + std::to_string(port)));
-    Serve(port);
-    EXPECT_FALSE(CApi::DoesModelExist(1));
-    EXPECT_EQ(CApi::LastError(), "");
-    m_server.reset();
-    EXPECT_FALSE(CApi::DoesModelExist(1));
-    EXPECT_EQ(lost, 2);
+    for (int times = 1; times <= 2; ++times) {
+        m_server.reset();
+        for (int i = 0; i < 3; ++i) EXPECT_FALSE(CApi::DoesModelExist(1));
+        EXPECT_EQ(lost, times);
+        EXPECT_EQ(CApi::LastError(), "127.0.0.1:" + std::to_string(port) + ": the server cannot be reached");
+        EXPECT_FALSE(CApi::Open("http://127.0.0.1:" + std::to_string(port) + "/"));
+        Serve(port);
+        EXPECT_FALSE(CApi::DoesModelExist(1));
+        EXPECT_EQ(CApi::LastError(), "");
+    }
+}
+
+TEST_F(ModelsLoadApiTest, WhatAServerRefusesItSaysWhy) {
+    Serve(0, "--private");
+    EXPECT_FALSE(CApi::Open(m_server->Address()));
+    EXPECT_NE(CApi::LastError().find("token"), std::string::npos) << CApi::LastError();
+    CApi::SetToken(m_token);
+    ASSERT_TRUE(CApi::Open(m_server->Address())) << CApi::LastError();
+    EXPECT_FALSE(Upload("nonsense", std::string(5000, 'x')));
+    EXPECT_FALSE(CApi::LastError().empty());
+    EXPECT_FALSE(CApi::DoesModelExist(CApi::CalcCrc(std::string(5000, 'x').data(), 5000)));
 }
 
 TEST_F(ModelsLoadApiTest, OnlyServersOfModelsAreOpened) {
@@ -209,12 +227,15 @@ TEST_F(ModelsLoadApiTest, OnlyServersOfModelsAreOpened) {
     EXPECT_EQ(CApi::LastError(), "no library of models is open");
 }
 
+/** Answers as a server that has nothing, and is slow to say so. */
+bool AnswerVersion(const CScriptedRequest& request, CScriptedPeer& peer) {
+    if (request.target.find("version") == std::string::npos) return peer.Stall(), false;
+    return peer.Answer(200, wire_records::WriteVersion({true, {"1.5"}, "test", false, 1, 1}));
+}
+
 TEST_F(ModelsLoadApiTest, CloseEndsWhatRuns) {
-    m_server = std::make_unique<CScriptedServer>([this](const auto& request, auto& peer) {
-        if (request.target.find("version") == std::string::npos) return peer.Stall(), false;
-        return m_site->Answer(request, peer);
-    });
-    ASSERT_TRUE(CApi::Open(m_server->Address()));
+    const CScriptedServer server(&AnswerVersion);
+    ASSERT_TRUE(CApi::Open(server.Address()));
     auto running = std::async(std::launch::async, [] {
         std::vector<std::byte> picture;
         return CApi::GetPreview(1, picture);
@@ -228,15 +249,15 @@ TEST_F(ModelsLoadApiTest, CloseEndsWhatRuns) {
 
 TEST_F(ModelsLoadApiTest, SettingsNameServerAndToken) {
     const CSettingsGuard guard;
-    CSettings::Instance().modelServer = L"http://127.0.0.1:" + std::to_wstring(m_server->Port()) + L"/";
+    const CScriptedServer server(&AnswerVersion);
+    CSettings::Instance().modelServer = L"http://127.0.0.1:" + std::to_wstring(server.Port()) + L"/";
     CSettings::Instance().modelServerToken = L"s3cret";
     ASSERT_TRUE(OpenModelServer());
-    EXPECT_EQ(m_server->Requests().back().Header("Authorization"), "Bearer s3cret");
-    EXPECT_FALSE(ModelExistsOnServer(1));
+    EXPECT_EQ(server.Requests().back().Header("Authorization"), "Bearer s3cret");
     CSettings::Instance().modelServerToken = L"bad\r\nX-Evil: 1";
     ASSERT_TRUE(OpenModelServer());
-    EXPECT_EQ(m_server->Requests().back().head.find("Authorization"), std::string::npos);
-    EXPECT_EQ(m_server->Requests().back().head.find("Evil"), std::string::npos);
+    EXPECT_EQ(server.Requests().back().head.find("Authorization"), std::string::npos);
+    EXPECT_EQ(server.Requests().back().head.find("Evil"), std::string::npos);
 }
 
 }  // namespace

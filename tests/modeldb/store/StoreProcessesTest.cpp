@@ -103,6 +103,42 @@ TEST_P(StoreProcessesTest, KillingAWriterLosesNoAcknowledgedModelAndLeavesNoHalf
     std::printf("%d kills, %zu models acknowledged, none lost\n", kills, acknowledgedAtAll);
 }
 
+/** A process that began before anybody here opened a store, and so shares nothing with this one. */
+class CStranger {
+  public:
+    explicit CStranger(const CStoreAddress& address) {
+        EXPECT_EQ(::pipe(m_ends), 0);
+        m_pid = Start([&] {
+            std::uint32_t key = 0;
+            if (::read(m_ends[0], &key, sizeof(key)) != sizeof(key)) return false;
+            CResult<CModelStore> store = CModelStore::Open(address, EStoreUse::Write);
+            return store && store.Value().HasModel(key).Value();
+        });
+    }
+    /** Opens the store, looks, closes it and ends. */
+    bool Sees(std::uint32_t key) const {
+        return ::write(m_ends[1], &key, sizeof(key)) == sizeof(key) && EndedWell(m_pid);
+    }
+
+  private:
+    int m_ends[2] = {};
+    pid_t m_pid = -1;
+};
+
+// A process with several connections, as a server is one, loses none of its locks when it opens a further one: otherwise
+// another process that ends would take the log with it.
+TEST_P(StoreProcessesTest, WhoeverComesAndGoesTakesNothingFromTheOthers) {
+    const CTestPlace place(GetParam());
+    const CStranger strangers[] = {CStranger(place.Address()), CStranger(place.Address())};
+    CModelStore first = place.Open();
+    const auto add = [&](const char* text) { return first.AddModel(ModelOf("g", text, text)).Value().key; };
+    const std::uint32_t one = add("one");
+    CModelStore second = place.Open();
+    EXPECT_TRUE(strangers[0].Sees(one));
+    EXPECT_TRUE(strangers[1].Sees(add("two")));
+    EXPECT_EQ(second.Groups().Value().front().modelCount, 2u);
+}
+
 TEST_P(StoreProcessesTest, SeveralWritersAtOnceAddAllThatTheyHave) {
     constexpr std::uint64_t kModels = 60, kShared = 20, kWriters = 3;
     const CTestPlace place(GetParam());

@@ -6,6 +6,8 @@
 #include <thread>
 
 #include "files/CTestFolder.h"
+#include "programs/upload_prepare/CRclone.h"
+#include "programs/upload_prepare/rclone_output.h"
 
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
@@ -72,8 +74,10 @@ TEST_F(CUploadTest, CopiesTheFolderOnceTold) {
 
 TEST_F(CUploadTest, TellsOfNoDrive) {
     setup.remoteType = "drive";
+    setup.moreArguments.back() = folder / "no.conf";
     CUpload none = Make();
     EXPECT_EQ(Leave(none, EState::Looking), EState::NoDrive);
+    EXPECT_EQ(none.Errors(), std::vector<std::string>());
     EXPECT_EQ(none.WhyNoDrive(), CUpload::ENoDrive::NoRemote);
     setup.program = "orbivue-no-such-program";
     CUpload missing = Make();
@@ -138,7 +142,7 @@ TEST_F(CUploadTest, SaysWhatFails) {
 
 TEST_F(CUploadTest, GivesTheAddressThatTheDriveTells) {
     Replace(
-        "case $1 in listremotes) echo 'd: alias';; link) echo https://x/anybody;;\n"
+        "case $1 in listremotes) echo 'd: alias';; link) echo https://drive.google.com/open?id=1;;\n"
         "lsjson) echo '[{\"Name\":\"chess 1\",\"ID\":\"abc\"}]';; esac\n");
     for (const bool anybody : {true, false}) {
         CUpload run = Make();
@@ -147,8 +151,8 @@ TEST_F(CUploadTest, GivesTheAddressThatTheDriveTells) {
         ASSERT_EQ(Leave(run, EState::Copying), EState::Linking);
         ASSERT_EQ(Leave(run, EState::Linking), EState::Done);
         EXPECT_EQ(run.IsForAnybody(), anybody);
-        EXPECT_EQ(run.Address(),
-                  anybody ? "https://x/anybody" : "https://drive.google.com/drive/folders/abc");
+        EXPECT_EQ(run.Address(), anybody ? "https://drive.google.com/open?id=1"
+                                         : "https://drive.google.com/drive/folders/abc");
     }
 }
 
@@ -162,4 +166,21 @@ TEST_F(CUploadTest, TakesNoNameForAnOption) {
     const std::string told = CTestFolder::TextOf(folder / "told");
     EXPECT_NE(told.find("\n--\n" + upload.Path() + "\nd:Orbivue/--config=x `id`\n"), std::string::npos)
         << told;
+}
+
+TEST_F(CUploadTest, OutlivesAProgramThatNeverStopsTalking) {
+    // Lines without end, a line without end, and an output without end.
+    for (const char* flood : {"yes '{\"stats\":{}}' >&2", "tr '\\0' x </dev/zero >&2", "yes"}) {
+        Replace(std::string("exec ") + flood + "\n");
+        CRclone run = CRclone::Start(setup, {}, {}, 10s, 300ms).Value();
+        const auto begun = std::chrono::steady_clock::now();
+        std::size_t most = 0;
+        while (!run.Poll()) most = std::max(most, run.TakeErrorLines().size());
+        EXPECT_TRUE(run.WasSilent()) << flood;
+        EXPECT_LE(most, 200u) << flood;
+        EXPECT_LT(run.Output().size(), 8u << 20) << flood;
+        EXPECT_LT(std::chrono::steady_clock::now() - begun, 8s) << flood;
+        for (const std::string& line : run.TakeErrorLines())
+            EXPECT_LE(rclone_output::ReadLine(line).error.size(), 400u) << flood;
+    }
 }

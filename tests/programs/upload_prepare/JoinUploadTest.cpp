@@ -65,7 +65,7 @@ TEST_F(JoinUploadTest, PutsALandingPageBeforeThePage) {
     EXPECT_EQ(joined.Value().outside.value().front(), "/else/x.png");
     for (const char* text :
          {"<html lang=\"de\">", "<title>chess</title>", "src=\"model/screenshot.jpg\"",
-          "href=\"model/index.html\"", "href=\"model/a%201.3ds.zip\"", "herunterladen (2.5 KB)"})
+          "href=\"model/index.html\"", "href=\"model/a%201.3ds.zip\"", "herunterladen (2,5 KB)"})
         EXPECT_TRUE(LandingHas(text)) << text;
 }
 

@@ -39,6 +39,8 @@ const CLineCase kLines[] = {
      R"({"level":"critical","msg":"bad token ya29.a0AfB_byC-0123456789012345678901234567890123456789 end"})",
      "bad token ... end"},
     {"DeepGarbage", "[[[[[[[[[[[[[[[[", "[[[[[[[[[[[[[[[["},
+    {"MoreThanAll", R"({"stats":{"bytes":1e30,"totalBytes":7,"transfers":9,"totalTransfers":1}})", "", 7, 7},
+    {"Markup", R"({"level":"error","msg":"<a href=x>&File\t\u0007</a>"})", "<a href=x>&File  </a>"},
 };
 INSTANTIATE_TEST_SUITE_P(Lines, RcloneLineTest, testing::ValuesIn(kLines), kRowName);
 
@@ -52,15 +54,20 @@ TEST(RcloneOutputTest, FindsTheRemotesOfOneType) {
     EXPECT_EQ(rclone_output::RemotesOf("", "drive"), CNames{});
 }
 
-TEST(RcloneOutputTest, TakesAddressesOfTheWebAlone) {
+TEST(RcloneOutputTest, TakesAddressesOfTheDriveAlone) {
     EXPECT_EQ(rclone_output::AddressIn("https://drive.google.com/open?id=1\nmore"),
               "https://drive.google.com/open?id=1");
-    for (const char* text : {"", "file:///etc/passwd", "https://a b", "javascript:alert(1)//https://", "-x"})
+    for (const char* text :
+         {"", "file:///etc/passwd", "https://drive.google.com/a b", "javascript:alert(1)//https://", "-x",
+          "https://drive.google.com.evil.org/x", "https://drive.google.com@evil.org/",
+          "https://drive.google.com\\@evil.org/", "https://drive.google.com/\xE2\x80\xAE"})
         EXPECT_EQ(rclone_output::AddressIn(text), "") << text;
 }
 
 TEST(RcloneOutputTest, FindsTheFolderByItsName) {
     const char* json = R"([1,{"Name":"b","ID":"no"},{"Name":"a","ID":"1x_-Z"},{"Name":"c","ID":"../x"}])";
+    const std::string endless = R"([{"Name":"d","ID":")" + std::string(1 << 20, 'x') + R"("}])";
+    EXPECT_EQ(rclone_output::FolderAddressIn(endless, "d"), "");
     EXPECT_EQ(rclone_output::FolderAddressIn(json, "a"), "https://drive.google.com/drive/folders/1x_-Z");
     for (const char* name : {"c", "d"}) EXPECT_EQ(rclone_output::FolderAddressIn(json, name), "") << name;
     EXPECT_EQ(rclone_output::FolderAddressIn("{", "a"), "");

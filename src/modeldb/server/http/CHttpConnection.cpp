@@ -10,15 +10,13 @@ namespace {
 using CSteady = std::chrono::steady_clock;
 using tcp = boost::asio::ip::tcp;
 
-CSteady::duration Steady(std::chrono::duration<double> seconds) {
-    return std::chrono::duration_cast<CSteady::duration>(seconds);
-}
 }  // namespace
 
 CHttpConnection::CHttpConnection(std::shared_ptr<CHttpLoop> loop, tcp::socket socket,
-                                 const CPeerAddress& peer, bool isCounted)
-    : m_loop(std::move(loop)), m_socket(std::move(socket)), m_peer(peer), m_isCounted(isCounted) {
+                                 const CPeerAddress& peer, EAdmission admission)
+    : m_loop(std::move(loop)), m_socket(std::move(socket)), m_peer(peer), m_admission(admission) {
     m_loop->Shared().ConnectionOpened();
+    if (m_admission == EAdmission::Refused) m_loop->Shared().refusedOpen.fetch_add(1);
 }
 
 CHttpConnection::~CHttpConnection() = default;
@@ -124,6 +122,7 @@ void CHttpConnection::BeginRecord() {
     m_requestStart = CSteady::now();
     m_requestId = m_loop->Shared().lastId.fetch_add(1) + 1;
     m_head = {};
+    m_isHead = false;
     m_target.clear();
     m_client = m_peer;
     m_bodyBytes = m_bodyLeft = 0;
@@ -140,6 +139,7 @@ void CHttpConnection::BeginRequest() {
     request.id = m_requestId;
     request.peer = m_client.Text();
     if (fault) return RefuseRequest(fault->status, fault->why);
+    m_isHead = request.method == EHttpMethod::Head;
     m_closesAfterAnswer = !m_head.keepAlive;
     if (!IsAdmitted()) return;
     if (request.method == EHttpMethod::Post) return BeginBody();
@@ -219,7 +219,7 @@ void CHttpConnection::Close() {
     m_bodyRoom.reset();
     m_answer = {};
     m_input = {};
-    if (m_isCounted) shared.peers.Disconnect(m_peer);
-    if (m_refusesPeer) shared.refusedLingering.fetch_sub(1);
+    if (m_admission == EAdmission::Counted) shared.peers.Disconnect(m_peer);
+    if (m_admission == EAdmission::Refused) shared.refusedOpen.fetch_sub(1);
     shared.ConnectionClosed();
 }

@@ -21,9 +21,14 @@ class CHttpConnection final : public CHttpAnswerTaker, public std::enable_shared
   public:
     using Time = std::chrono::steady_clock::time_point;
 
-    /** A connection that was accepted; the socket does not block. peer is counted until the connection ends if isCounted. */
+    enum class EAdmission {
+        Free,     ///< its peer is not counted
+        Counted,  ///< CHttpPeers::Connect was called for it; the end of the connection calls Disconnect
+        Refused,  ///< it is only told why
+    };
+    /** A connection that was accepted; the socket does not block. */
     CHttpConnection(std::shared_ptr<CHttpLoop> loop, boost::asio::ip::tcp::socket socket,
-                    const CPeerAddress& peer, bool isCounted);
+                    const CPeerAddress& peer, EAdmission admission);
     ~CHttpConnection() override;
 
     /** Reads the first request. The loop has it already, here and for Refuse. */
@@ -97,17 +102,18 @@ class CHttpConnection final : public CHttpAnswerTaker, public std::enable_shared
     boost::asio::ip::tcp::socket m_socket;
     CPeerAddress m_peer;    // at the other end of the socket
     CPeerAddress m_client;  // the same, or who is behind a trusted proxy
-    bool m_isCounted;
+    EAdmission m_admission;
     std::size_t m_place = 0;
 
     EState m_state = EState::Head;
     bool m_isWaiting = false;  // the system was asked to tell when something can be read or written
-    bool m_refusesPeer = false;
+
     std::string m_input;  // came and was not looked at
     CHeadScan m_scan;
     CHttpHead m_head;
     std::uint64_t m_requestId = 0;  // 0 between requests
     std::string m_target;           // for the log, as the site takes the request
+    bool m_isHead = false;
     std::uint64_t m_bodyBytes = 0, m_bodyLeft = 0;
     CFileDescriptor m_bodyFile;
     std::shared_ptr<void> m_bodyRoom;

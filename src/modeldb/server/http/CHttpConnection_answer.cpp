@@ -9,6 +9,7 @@
 #include <array>
 #include <cerrno>
 
+#include "base/text/ascii_text.h"
 #include "modeldb/server/http/CHttpConnection.h"
 #include "modeldb/server/http/http_text.h"
 
@@ -18,10 +19,6 @@ using CSteady = std::chrono::steady_clock;
 constexpr std::uint64_t kBytesInATurn = 1 << 20;  // before other connections have theirs
 constexpr int kReadsInARow = 8;
 constexpr std::chrono::seconds kLingerIdle{2}, kLingerTime{10};
-
-CSteady::duration Steady(std::chrono::duration<double> seconds) {
-    return std::chrono::duration_cast<CSteady::duration>(seconds);
-}
 
 const std::string* TextOf(const CHttpAnswer& answer) {
     const auto* text = std::get_if<std::shared_ptr<const std::string>>(&answer.body);
@@ -39,8 +36,6 @@ bool IsBlocked() {
 }  // namespace
 
 void CHttpConnection::Refuse(int status, const char* why) {
-    m_loop->Shared().refusedLingering.fetch_add(1);
-    m_refusesPeer = true;
     Guarded([&] { RefuseRequest(status, why); });
 }
 
@@ -64,7 +59,10 @@ CHttpAnswer CHttpConnection::RefusalOf(int status, const char* why) const {
         answer = CHttpAnswer::OfText(status, "text/plain; charset=utf-8", std::string(why) + '\n');
     }
     answer.status = status;
-    if (status == 429 || status == 503) {
+    const bool isTold = std::ranges::any_of(answer.headers, [](const auto& header) {
+        return ascii_text::EqualNoCase(header.first, "Retry-After");
+    });
+    if ((status == 429 || status == 503) && !isTold) {
         answer.headers.emplace_back("Retry-After", std::to_string(options.retryAfterSeconds));
     }
     return answer;
@@ -83,7 +81,7 @@ void CHttpConnection::BeginAnswer(CHttpAnswer answer) {
     m_answerHead.clear();
     AppendAnswerHead(m_answerHead, m_answer,
                      {m_loop->Date(), shared.options.serverName, m_closesAfterAnswer, m_head.isHttp10});
-    const bool sendsBody = m_head.request.method != EHttpMethod::Head && !HasNoBody(m_answer.status);
+    const bool sendsBody = !m_isHead && !HasNoBody(m_answer.status);
     m_bodyToSend = sendsBody ? BodyBytesOf(m_answer) : 0;
     m_headSent = m_bodySent = 0;
     const auto now = CSteady::now();
@@ -109,6 +107,7 @@ void CHttpConnection::ContinueAnswer() {
             if (m_sentInAll > sentBefore) {
                 m_deadline =
                     std::min(m_lastMoment, CSteady::now() + Steady(m_loop->Shared().options.stallTime));
+                (void)PeerTookSome();  // from here on
             }
             return AwaitWritable();
     }

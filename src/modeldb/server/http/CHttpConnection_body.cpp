@@ -10,9 +10,6 @@
 namespace {
 constexpr int kReadsInARow = 8;  // before other connections have their turn
 
-std::chrono::steady_clock::duration Steady(std::chrono::duration<double> seconds) {
-    return std::chrono::duration_cast<std::chrono::steady_clock::duration>(seconds);
-}
 }  // namespace
 
 void CHttpConnection::BeginBody() {

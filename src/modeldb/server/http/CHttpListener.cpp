@@ -16,8 +16,9 @@
 namespace {
 
 using tcp = boost::asio::ip::tcp;
+using EAdmission = CHttpConnection::EAdmission;
 constexpr int kBacklog = 1024, kAcceptsInARow = 64, kPortTries = 10;
-constexpr std::uint64_t kRefusedLingering = 256;
+constexpr std::uint64_t kRefusedOpen = 256;
 constexpr std::chrono::milliseconds kPauseTime{200};
 
 struct CSocketAddress {
@@ -166,23 +167,25 @@ void CHttpListener::Pause() {
 void CHttpListener::Take(CFileDescriptor socket, const CPeerAddress& peer, bool isIpv6) {
     CHttpShared& shared = m_loops.front()->Shared();
     shared.meters.connections.fetch_add(1);
-    const bool isFull = shared.meters.openConnections >= shared.options.connections;
-    const bool isCounted = !isFull && !shared.proxies.IsTrusted(peer);
-    const bool isRefused = isFull || (isCounted && !shared.peers.Connect(peer));
+    const bool isFull = shared.meters.openConnections - shared.refusedOpen >= shared.options.connections;
+    const EAdmission admission = isFull                           ? EAdmission::Refused
+                                 : shared.proxies.IsTrusted(peer) ? EAdmission::Free
+                                 : shared.peers.Connect(peer)     ? EAdmission::Counted
+                                                                  : EAdmission::Refused;
+    const bool isRefused = admission == EAdmission::Refused;
     if (isRefused) (isFull ? shared.meters.refusedConnections : shared.meters.refusedPeers).fetch_add(1);
     // There is a bound for those that are told why, too.
-    if (isRefused && shared.refusedLingering >= kRefusedLingering) return;
+    if (isRefused && shared.refusedOpen >= kRefusedOpen) return;
     const std::shared_ptr<CHttpLoop>& loop = m_loops[m_next++ % m_loops.size()];
     tcp::socket accepted(loop->Context());
     boost::system::error_code error;
     accepted.assign(isIpv6 ? tcp::v6() : tcp::v4(), socket.Get(), error);
     if (error) {
-        if (isCounted && !isRefused) shared.peers.Disconnect(peer);
+        if (admission == EAdmission::Counted) shared.peers.Disconnect(peer);
         return;
     }
     (void)socket.Release();
-    auto connection =
-        std::make_shared<CHttpConnection>(loop, std::move(accepted), peer, isCounted && !isRefused);
+    auto connection = std::make_shared<CHttpConnection>(loop, std::move(accepted), peer, admission);
     // The loops run on until the listeners are closed.
     loop->Post([loop, connection, isRefused, isFull] {
         loop->Add(connection);

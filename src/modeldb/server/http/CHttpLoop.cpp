@@ -2,7 +2,6 @@
 #include "modeldb/server/http/CHttpLoop.h"
 
 #include <boost/asio/post.hpp>
-#include <exception>
 
 #include "modeldb/server/http/CHttpConnection.h"
 #include "modeldb/server/http/http_text.h"
@@ -29,7 +28,7 @@ void CHttpLoop::Run() {
         try {
             m_context.run();
             return;
-        } catch (const std::exception&) {
+        } catch (...) {
             // A connection ends itself when something is thrown; what comes here was thrown between them.
             m_shared->meters.faults.fetch_add(1);
         }

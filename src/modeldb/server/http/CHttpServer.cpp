@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "modeldb/server/http/CHttpServer.h"
 
+#include <algorithm>
 #include <csignal>
 #include <exception>
 #include <future>
@@ -23,6 +24,8 @@ struct CHttpServer::CState {
 };
 
 namespace {
+
+constexpr std::chrono::hours kMostGrace{24};
 
 CStatus CheckOptions(const CHttpServerOptions& options) {
     const auto bad = [](const char* which) {
@@ -107,7 +110,7 @@ void CHttpServer::Stop(std::chrono::duration<double> grace) {
         for (const auto& loop : m_state->loops) {
             loop->Post([loop] { loop->CloseIdle(); });
         }
-        m_state->shared->WaitForNone(grace);
+        m_state->shared->WaitForNone(std::min<std::chrono::duration<double>>(grace, kMostGrace));
         m_state->EndLoops();
     });
 }

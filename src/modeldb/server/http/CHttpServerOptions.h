@@ -37,12 +37,12 @@ struct CHttpServerOptions {
     std::size_t peerConnections = 256;
     double peerRequestsPerSecond = 200;
     double peerBurst = 2000;
-    bool limitLoopback =
-        false;  ///< loopback addresses are peers as others are; otherwise they have no limits of their own
+    bool limitLoopback = false;  ///< whether that holds for loopback addresses, too
 
-    Seconds headTime{
-        10};  ///< from the first byte of a head to its last; also from the connection's start to its first byte
-    Seconds idleTime{60};   ///< between two requests
+    /** From the first byte of a head to its last, and from the connection's start to its first byte. */
+    Seconds headTime{10};
+    /** Between two requests. Longer than proxies keep a connection (60), or their next request would meet its end. */
+    Seconds idleTime{75};
     Seconds stallTime{30};  ///< without a byte, while a body is read or an answer is sent
     Seconds bodyGrace{10};  ///< a body may take this and its length / bodyBytesPerSecond
     double bodyBytesPerSecond = 32 << 10;

@@ -13,6 +13,11 @@
 #include "modeldb/server/http/limits/CHttpPeers.h"
 #include "modeldb/server/http/limits/CHttpSpool.h"
 
+/** A time of the options as the clock counts. */
+[[nodiscard]] inline std::chrono::steady_clock::duration Steady(CHttpServerOptions::Seconds time) {
+    return std::chrono::duration_cast<std::chrono::steady_clock::duration>(time);
+}
+
 /** CHttpCounters, counted on all threads. */
 class CHttpMeters {
   public:
@@ -46,8 +51,7 @@ struct CHttpShared {
     CHttpSpool spool;
     CHttpMeters meters;
     std::atomic<std::uint64_t> lastId{0};
-    std::atomic<std::uint64_t> refusedLingering{
-        0};  ///< refused connections that wait for their peer to close
+    std::atomic<std::uint64_t> refusedOpen{0};  ///< connections that are only told why they are refused
     std::atomic<bool> stopping{false};
 
     /** To each connection that opens and closes; WaitForNone wakes when none is left or at the end of the time. */

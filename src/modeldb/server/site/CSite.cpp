@@ -119,13 +119,11 @@ struct CSite::CState {
     }
 
     CAnswerResult Answer(CModelStore& store, const CGroupPage& page) {
-        const auto groups = store.Groups();
-        if (!groups) return groups.Error();
-        const auto group = std::ranges::find(groups.Value(), page.groupId, &CGroupRecord::id);
-        if (group == groups.Value().end()) return CError{EErrorCode::NotFound, {}, {}};
+        const CResult<CGroupRecord> group = store.GroupById(page.groupId);
+        if (!group) return group.Error();
         auto models = store.Models(page.groupId, page.after, kPageModels + 1);
         if (!models) return models.Error();
-        site_pages::CGroupContent content{*group, page.after, {}, models.Value().size() > kPageModels};
+        site_pages::CGroupContent content{group.Value(), page.after, {}, models.Value().size() > kPageModels};
         if (content.isMore) models.Value().pop_back();
         auto tiles = Tiles(store, models.Value());
         if (!tiles) return tiles.Error();

@@ -39,7 +39,7 @@ constexpr std::string_view kPicture =
 constexpr std::string_view kNoPicture = R"(<span class="none"></span>)";
 
 constexpr std::string_view kFront =
-    R"(<div class="head"><h1>{{site}}</h1><p class="quiet">{{counts}}</p></div>
+    R"(<div class="head"><h1>Groups</h1><p class="quiet">{{counts}}</p></div>
 {{groups}}{{others}})";
 constexpr std::string_view kGroupTile =
     R"(<li><a href="{{address}}"><span class="strip">{{pictures}}</span><span class="label"><bdi class="name">{{name}}</bdi><span class="quiet">{{count}}</span></span></a></li>
@@ -175,7 +175,6 @@ std::string site_pages::Front(const CPageFrame& frame, const std::vector<CGroupT
         models += group.modelCount;
     }
     CFields fields(frame.basePath);
-    fields.Text("site", frame.title);
     fields.Text("counts", groups.empty() ? "There are no models yet."
                                          : CountText(models, "model") + " in " +
                                                CountText(groups.size() + others.size(), "group"));

@@ -85,6 +85,11 @@ struct CPreviewQueue::CState {
     }
 
     bool SweepOnce(CModelStore& store) {
+        if (found.empty() && isAllFound) {
+            const std::scoped_lock lock(mutex);
+            sweeps = isAllFound = false;
+            return true;
+        }
         if (found.empty()) return FindMore(store);
         if (!Draw(store, found.front())) return false;
         found.pop_front();
@@ -104,12 +109,9 @@ struct CPreviewQueue::CState {
             next = last + 1;
             return true;
         }
-        next = 0;
-        if (std::exchange(isSecondRound, !isSecondRound)) {
-            const std::scoped_lock lock(mutex);
-            sweeps = false;
-            next = begin;
-        }
+        isAllFound = isSecondRound;
+        next = isSecondRound ? begin : 0;
+        isSecondRound = !isSecondRound;
         return true;
     }
 
@@ -138,7 +140,7 @@ struct CPreviewQueue::CState {
     bool sweeps;
     // The thread's alone:
     std::uint32_t begin = 0, next = 0;
-    bool isSecondRound = false;
+    bool isSecondRound = false, isAllFound = false;
     std::deque<std::uint32_t> found;
     std::unordered_set<std::uint32_t> refused;  ///< what could not be drawn
     int tries = 0;                              ///< of the picture that is being drawn

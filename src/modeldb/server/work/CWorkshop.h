@@ -49,7 +49,8 @@ class CWorkshop {
     /** No call may be under way. */
     ~CWorkshop();
 
-    /** Reads the model as the viewer does. Of what ends the process, or takes too long, the outcome is a refusal. */
+    /** Reads the model as the viewer does; one without a face, of which nothing could be seen, is refused, too. Of what ends
+     * the process, or takes too long, the outcome is a refusal. */
     [[nodiscard]] CResult<CInspected> Inspect(const CModelInput& input);
     /** A JPEG or PNG picture, 256 x 256 pixels, drawn in software. */
     [[nodiscard]] CResult<std::vector<std::byte>> DrawPreview(const CModelInput& input);

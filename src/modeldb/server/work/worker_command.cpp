@@ -32,7 +32,7 @@ constexpr bool kSanitized = false;
 CProcessLimits LimitsFor(std::string_view job) {
     constexpr std::uint64_t kMiB = 1 << 20;
     CProcessLimits limits = LimitsForDrawing();
-    if (job == "inspect") limits.memoryBytes = std::min(limits.memoryBytes, 1024 * kMiB);
+    if (job != "page") limits.memoryBytes = std::min(limits.memoryBytes, 1024 * kMiB);
     if (kSanitized) limits.memoryBytes = 0;
     limits.processorSeconds = 15;
     limits.fileBytes = 512 * kMiB;

@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <limits>
 #include <utility>
@@ -68,6 +69,13 @@ CResult<CLoadedScene> Load(const CWorkerOrder& order, std::uint64_t pictureBytes
     return LoadScene(std::move(scene).Value(), nullptr, limits);
 }
 
+/** A name whose last part a page does not take for that of a file. */
+std::string TitleOf(std::string_view name) {
+    std::string title;
+    for (const char c : name) title += c == '/' ? std::string("\u2215") : std::string(1, c);
+    return title;
+}
+
 C3ds2WebGL::COutFormat PageFormat(const CWorkerOrder& order) {
     C3ds2WebGL::COutFormat format;
     format.minify = true;
@@ -77,7 +85,7 @@ C3ds2WebGL::COutFormat PageFormat(const CWorkerOrder& order) {
     format.bkGreen = kBackground.y;
     format.bkBlue = kBackground.z;
     format.cameraName = "iso_cam";
-    format.modelFileName = order.name + ".3ds";  // the title is what stands before the ending
+    format.modelFileName = TitleOf(order.name) + ".3ds";
     format.version = ORBIVUE_VERSION;
     return format;
 }
@@ -87,7 +95,9 @@ C3ds2WebGL::COutFormat PageFormat(const CWorkerOrder& order) {
 CStatus worker_jobs::Inspect(const CWorkerOrder& order) {
     const CResult<CScene> scene = ReadScene(order, {});
     if (!scene) return scene.Error();
-    return CDone{};
+    const auto hasFaces = [](const CMeshView& mesh) { return mesh.faceCount > 0; };
+    if (std::ranges::any_of(scene.Value().Meshes(), hasFaces)) return CDone{};
+    return CError{EErrorCode::BadFormat, "the file holds no mesh that could be seen", {}};
 }
 
 CResult<std::vector<std::byte>> worker_jobs::DrawPreview(const CWorkerOrder& order) {

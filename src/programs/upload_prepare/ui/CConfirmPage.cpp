@@ -78,7 +78,7 @@ void CConfirmPage::AddFiles(wxSizer& column, const CUploadContent& content) {
     list->AppendColumn(lng::Text("Size"), wxLIST_FORMAT_RIGHT, FromDIP(100));
     for (const CUploadContent::CFile& file : content.files) {
         const long row = list->InsertItem(list->GetItemCount(), Shown(file.name));
-        list->SetItem(row, 1, lng::ConvertFromUTF8(SizeText(file.bytes)));
+        list->SetItem(row, 1, upload_sentences::Size(file.bytes));
     }
     column.Add(list, wxSizerFlags(1).Expand().Border(wxBOTTOM, FromDIP(8)));
 }
