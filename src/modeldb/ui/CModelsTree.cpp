@@ -168,8 +168,8 @@ void CModelsTree::OnThread(wxGUIThreadEvent& event) {
     }
 }
 
-/** Forgets the thread that has posted its last event. An event that was on its way when its transfer was cancelled finds none.
- * failure: why nothing came. */
+/** Forgets the thread that has posted its last event; one that was stopped before it arrived is forgotten already. isEmpty:
+ * nothing came, which may have a reason. */
 template <class T>
 void CModelsTree::End(std::unique_ptr<T>& thread, const wxGUIThreadEvent& event, bool isEmpty) {
     if (!thread || thread->Number() != event.Thread()) return;
