@@ -99,7 +99,7 @@ CStatus CUploadBodyReader::CState::OpenParts() {
         sink = opened.Value();
         left = Part().size;
         if (left > 0) break;
-        if (const CStatus closed = ClosePart(); !closed) return closed;
+        if (CStatus closed = ClosePart(); !closed) return closed;
     }
     return CDone{};
 }

@@ -44,7 +44,7 @@ class CCounter {
 
 }  // namespace
 
-CResult<CJson> Parse(std::string_view text, const CBounds& bounds) {
+CResult<CJson> Parse(std::string_view text, const CJsonBounds& bounds) {
     if (text.size() > bounds.bytes || !CCounter().Count(text, bounds.values))
         return CError{EErrorCode::TooLarge, lng::Mark("the other side sends more than is allowed"), {}};
     CJson json = CJson::parse(text, nullptr, /*allow_exceptions=*/false);

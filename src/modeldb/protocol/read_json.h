@@ -14,7 +14,7 @@
 /** JSON that a stranger sent. Only the sources of this room include this. */
 namespace read_json {
 
-struct CBounds {
+struct CJsonBounds {
     std::size_t bytes = 0;
     std::size_t values = 0;  ///< of all depths
 };
@@ -22,7 +22,7 @@ struct CBounds {
 constexpr int kDepth = 8;
 
 /** Bounds are checked before anything is built. TooLarge; BadFormat: no JSON, or no UTF-8. */
-[[nodiscard]] CResult<nlohmann::json> Parse(std::string_view text, const CBounds& bounds);
+[[nodiscard]] CResult<nlohmann::json> Parse(std::string_view text, const CJsonBounds& bounds);
 
 /** A text of 1 to so many bytes, without a zero byte; nothing for anything else. */
 [[nodiscard]] std::optional<std::string> NameOf(const nlohmann::json& value, std::size_t mostBytes);

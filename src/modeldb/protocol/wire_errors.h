@@ -10,8 +10,8 @@
 /** A way in which a request fails: what it is on the wire and what its client makes of it. */
 struct CWireErrorKind {
     int status = 500;
-    std::string_view code;     ///< in the body, for programs
     EErrorCode error;          ///< for the client
+    std::string_view code;     ///< in the body, for programs
     std::string_view message;  ///< in the body, where the server knows nothing better
     bool explains = false;     ///< what the server writes tells people more than the message
 };

@@ -121,7 +121,7 @@ constexpr auto kReadItem = [](const CJson& json, T& item) { return ReadInto(json
 
 /** A body of one object; read(json, value) fills it. */
 template <class T, class Read>
-CResult<T> ObjectOf(std::string_view text, const read_json::CBounds& bounds, Read read) {
+CResult<T> ObjectOf(std::string_view text, const read_json::CJsonBounds& bounds, Read read) {
     const CResult<CJson> json = read_json::Parse(text, bounds);
     if (!json) return json.Error();
     T value;
@@ -129,7 +129,7 @@ CResult<T> ObjectOf(std::string_view text, const read_json::CBounds& bounds, Rea
     return value;
 }
 
-constexpr read_json::CBounds kSmall{wire_limits::kSmallBody, kFewValues};
+constexpr read_json::CJsonBounds kSmall{wire_limits::kSmallBody, kFewValues};
 
 }  // namespace
 

@@ -75,7 +75,7 @@ CBytes Body() {
 CStatus Read(const CBytes& body, CKeeper& keeper, std::size_t piece, std::uint64_t announced) {
     CUploadBodyReader reader({announced, kMostTextures}, keeper);
     for (std::size_t at = 0; at < body.size(); at += piece)
-        if (const CStatus taken = reader.Take(std::span(body).subspan(at, std::min(piece, body.size() - at)));
+        if (CStatus taken = reader.Take(std::span(body).subspan(at, std::min(piece, body.size() - at)));
             !taken) {
             EXPECT_FALSE(reader.Finish()) << "a failure was forgotten";
             return taken;

@@ -127,11 +127,14 @@ TEST_P(ModelSiteTest, GivesRanges) {
         SCOPED_TRACE(row.name);
         const CGot got = server.Get("/b/" + HashOf(kNoise), row.headers);
         EXPECT_EQ(got.status, row.status);
-        if (row.status < 300) EXPECT_TRUE(got.body == kNoise.substr(row.first, row.length));
-        if (row.status == 206)
+        if (row.status < 300) {
+            EXPECT_TRUE(got.body == kNoise.substr(row.first, row.length));
+        }
+        if (row.status == 206) {
             EXPECT_EQ(got.Header("Content-Range"), "bytes " + std::to_string(row.first) + "-" +
                                                        std::to_string(row.first + row.length - 1) +
                                                        "/600000");
+        }
         if (row.status == 416)
             EXPECT_EQ(got.Header("Content-Range"), "bytes */600000");
         else
@@ -203,7 +206,7 @@ TEST_P(ModelSiteTest, KeepsPrivateWhatIsPrivate) {
         SCOPED_TRACE(row.name);
         CTestServer::CHeaders headers;
         if (!row.authorization.empty()) headers.emplace_back("Authorization", row.authorization);
-        for (const std::string target :
+        for (const std::string& target :
              {std::string("/api/groups"), std::string("/metrics"), "/b/" + HashOf("b"), std::string("/")})
             EXPECT_EQ(server.Get(target, headers).status, row.reads) << target;
         EXPECT_EQ(server.Get("/api/models/00000000", headers, EHttpMethod::Delete).status, row.removes);
