@@ -127,18 +127,14 @@ TEST_P(ModelSiteTest, GivesRanges) {
         SCOPED_TRACE(row.name);
         const CGot got = server.Get("/b/" + HashOf(kNoise), row.headers);
         EXPECT_EQ(got.status, row.status);
-        if (row.status < 300) {
-            EXPECT_TRUE(got.body == kNoise.substr(row.first, row.length));
-        }
-        if (row.status == 206) {
-            EXPECT_EQ(got.Header("Content-Range"), "bytes " + std::to_string(row.first) + "-" +
-                                                       std::to_string(row.first + row.length - 1) +
-                                                       "/600000");
-        }
-        if (row.status == 416)
-            EXPECT_EQ(got.Header("Content-Range"), "bytes */600000");
-        else
-            EXPECT_EQ(got.Header("ETag"), tag);
+        const std::string all = "/" + std::to_string(kNoise.size());
+        const std::string part =
+            "bytes " + std::to_string(row.first) + "-" + std::to_string(row.first + row.length - 1) + all;
+        const std::string told = row.status == 206 ? part : row.status == 416 ? "bytes *" + all : "";
+        EXPECT_EQ(got.Header("Content-Range"), told);
+        if (row.status == 416) continue;
+        EXPECT_EQ(got.Header("ETag"), tag);
+        EXPECT_TRUE(got.body == kNoise.substr(row.first, row.length));
     }
 }
 
