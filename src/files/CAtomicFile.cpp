@@ -59,6 +59,11 @@ CResult<std::string> FollowLinks(std::string_view path) {
     return at;
 }
 
+std::string KindOf(std::string_view path) {
+    std::string ending = ascii_text::Lowered(file_util_ex::GetFileExt(path));
+    return ending == "jpeg" ? "jpg" : ending == "htm" ? "html" : ending;
+}
+
 std::string TempNameFor(const std::string& target) {
     static constexpr char kDigits[] = "0123456789abcdefghijklmnopqrstuv";
     std::random_device random;
@@ -143,8 +148,7 @@ CResult<CAtomicFile> CAtomicFile::CreateOutput(std::string_view path) {
 
 CResult<std::string> CAtomicFile::OutputTarget(std::string_view path) {
     CResult<std::string> target = FollowLinks(path);
-    if (target &&
-        !ascii_text::EqualNoCase(file_util_ex::GetFileExt(target.Value()), file_util_ex::GetFileExt(path)))
+    if (target && KindOf(target.Value()) != KindOf(path))
         return CError{EErrorCode::WriteFailed, lng::Mark("this is a link to a file of another kind"),
                       std::string(path)};
     return target;

@@ -47,7 +47,7 @@ class CAtomicFile {
     /** The same for a new file. Where something has the name already, now or at Commit, even a dangling link,
      * CreateNew or Commit fails and leaves it as it is. */
     [[nodiscard]] static CResult<CAtomicFile> CreateNew(std::string_view path);
-    /** For the output of an export. Where the path is a link, what it leads to has the same ending (case aside) or
+    /** For the output of an export. Where the path is a link, what it leads to has the same ending (case aside, and .jpeg as .jpg) or
      * the call fails; endings are all that tells a link for this purpose from one that was planted. */
     [[nodiscard]] static CResult<CAtomicFile> CreateOutput(std::string_view path);
     /** Where CreateOutput writes: the path itself unless that is a link. */

@@ -119,7 +119,7 @@ TEST_F(ModelLibraryWxTest, UploadsOnce) {
 TEST_F(ModelLibraryWxTest, AsksBeforeForeignPicturesTravel) {
     for (const char* folder : {"models", "textures"})
         std::filesystem::create_directory(window.folder / folder);
-    const std::wstring model = Sample("materials.3ds", "models/m.3ds");
+    const std::wstring model = Sample("knot.3ds", "models/m.3ds");
     const std::filesystem::path samples = std_file_paths::GetDataPath(std::string("samples"));
     for (const auto& entry : std::filesystem::recursive_directory_iterator(samples))
         if (const auto ending = entry.path().extension();

@@ -56,7 +56,7 @@ def check_programs(prefix, scratch):
     require('lang="de"' in page.read_text(encoding="utf-8"), "the page is not in the language that was asked for")
     require((prefix / "share/orbivue/samples/tour.orv").is_file(), "the tour of the samples is not installed")
     require((prefix / "share/orbivue/previews/chess.jpg").is_file(), "the previews of the samples are not installed")
-    for path in ("bin/orbivue-modeldb", "share/man/man1/orbivue-modeldb.1", "share/man/man1/orbivue-render.1", "share/man/man1/orbivue-convert.1", "share/man/man1/Orbivue.1", "share/orbivue/languages/de/viewer.mo", "share/doc/orbivue/NOTICE", "share/doc/orbivue/LICENSE"):
+    for path in ("bin/orbivue-modeldb", "share/man/man1/orbivue-modeldb.1", "lib/systemd/system/orbivue-modeldb.service", "lib/sysusers.d/orbivue-modeldb.conf", "share/doc/orbivue/examples/nginx/orbivue-modeldb.conf", "share/man/man1/orbivue-render.1", "share/man/man1/orbivue-convert.1", "share/man/man1/Orbivue.1", "share/orbivue/languages/de/viewer.mo", "share/doc/orbivue/NOTICE", "share/doc/orbivue/LICENSE"):
         require((prefix / path).is_file(), f"{path} is not installed")
     check_upload_helper(prefix, scratch)
     for path in prefix.rglob("*"):

@@ -132,6 +132,7 @@ const CNamed kNamed[] = {
     {"link to a file", "ln -s ../real/old.$1 x.$1", 0, "", true},
     {"link to a new file", "ln -s ../real/new.$1 x.$1", 0, ""},
     {"links through a folder", "ln -s ../real dir; ln -s dir/old.$1 y.$1; ln -s y.$1 x.$1", 0, ""},
+    {"link to another spelling", "ln -s ../real/new.GLB x.$1; ln -s new.GLB ../real/new.$1", 0, ""},
     {"link to another kind", "ln -s ../real/secret x.$1", 1, "link to a file of another kind", true},
     {"link of a stranger", "ln -s ../real/old.$1 x.$1; chown -h 4321 x.$1", 1, "no permission"},
     {"link into nowhere", "ln -s ../none/new.$1 x.$1", 1, "no such file or folder"},

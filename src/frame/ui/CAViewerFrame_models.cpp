@@ -50,11 +50,12 @@ void CAViewerFrame::MakeBrowser() {
     m_browser = new CModelsDlg(this, static_cast<CModelsDlgHost&>(*this));
     const int charWidth = GetCharWidth();
     const wxSize least = m_browser->GetBestSize();
-    const wxSize best(std::max({m_browser->GetSize().x, least.x, 40 * charWidth}), -1);
+    const wxSize best(std::max({m_browser->GetSize().x, least.x, 32 * charWidth}), -1);
     // Its caption, as high as the text is.
     m_aui.GetArtProvider()->SetMetric(
         wxAUI_DOCKART_CAPTION_SIZE, std::max(GetCharHeight() + FromDIP(2),
                                              m_aui.GetArtProvider()->GetMetric(wxAUI_DOCKART_CAPTION_SIZE)));
+    m_aui.SetDockSizeConstraint(0.45, 1.0 / 3);  // large texts need more than the usual third of the width
     m_aui.AddPane(m_browser, wxAuiPaneInfo()
                                  .Name(kBrowserPane)
                                  .Caption(lng::Text("3ds Files Download"))

@@ -41,3 +41,7 @@ bool IsConflict(std::string_view sqlState) {
     // 23503 and 23505: what a row refers to went, or the row came, between our look and our change.
     return sqlState.starts_with("40") || sqlState == "23503" || sqlState == "23505";
 }
+
+bool IsUnreachable(const CError& error) {
+    return error.code == EErrorCode::Busy && error.message == PostgresError("08", {}).message;
+}

@@ -11,3 +11,5 @@
 [[nodiscard]] CError PostgresError(std::string_view sqlState, std::string_view where);
 /** True where others were quicker: the same transaction may succeed when it is done again. */
 [[nodiscard]] bool IsConflict(std::string_view sqlState);
+/** True for the failure of a server that cannot be reached, among all that are Busy. */
+[[nodiscard]] bool IsUnreachable(const CError& error);

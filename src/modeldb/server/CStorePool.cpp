@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "modeldb/server/CStorePool.h"
 
+#include "modeldb/database/postgres_errors.h"
+
 namespace {
 
 constexpr std::chrono::seconds kPause{1};  ///< before a server that was away is asked again
@@ -48,8 +50,9 @@ CError CStorePool::AwayError() {
     return {EErrorCode::Busy, "the database cannot be reached", {}};
 }
 
-void CStorePool::Note(bool isAway) {
+void CStorePool::Note(const CError* error) {
     if (IsQuick()) return;
+    const bool isAway = error && IsUnreachable(*error);
     const std::lock_guard lock(m_mutex);
     m_isAway = isAway;
     if (isAway) m_nextTry = std::chrono::steady_clock::now() + kPause;

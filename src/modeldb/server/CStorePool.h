@@ -26,12 +26,12 @@ class CStorePool {
         if (IsAway()) return AwayError();
         CResult<std::unique_ptr<CModelStore>> store = Lend();
         if (!store) {
-            Note(store.Error().code == EErrorCode::Busy);
+            Note(&store.Error());
             return store.Error();
         }
         auto result = work(*store.Value());
         GiveBack(std::move(store).Value());
-        Note(!result && result.Error().code == EErrorCode::Busy);
+        Note(result ? nullptr : &result.Error());
         return result;
     }
 
@@ -41,7 +41,8 @@ class CStorePool {
     void GiveBack(std::unique_ptr<CModelStore> store);
     [[nodiscard]] bool IsAway();
     [[nodiscard]] static CError AwayError();
-    void Note(bool isAway);
+    /** error: null for a success. */
+    void Note(const CError* error);
 
     const CStoreAddress m_address;
     std::mutex m_mutex;

@@ -81,19 +81,27 @@ CHttpAnswer CUploadDesk::Work(CHttpBody body) {
         return server_answers::Refusal(wire_errors::StatusOfUpload(upload.Error().code),
                                        upload.Error().message);
     }
-    return AnswerOf(m_stores.Run([&](CModelStore& store) { return Add(store, upload.Value()); }));
+    return AnswerOf(Add(upload.Value()));
 }
 
-CResult<CAddedModel> CUploadDesk::Add(CModelStore& store, const CSpooledUpload& upload) {
-    const CResult<std::optional<CAddedModel>> same = FindSame(store, upload);
+CResult<CAddedModel> CUploadDesk::Add(const CSpooledUpload& upload) {
+    const CResult<std::optional<CAddedModel>> same =
+        m_stores.Run([&](CModelStore& store) -> CResult<std::optional<CAddedModel>> {
+            CResult<std::optional<CAddedModel>> found = FindSame(store, upload);
+            if (!found || found.Value()) return found;
+            if (CStatus room = CheckRoom(store, upload.head.group); !room) return room.Error();
+            return found;
+        });
     if (!same) return same.Error();
     if (same.Value()) return *same.Value();
-    if (CStatus room = CheckRoom(store, upload.head.group); !room) return room.Error();
+    // Without a connection, as it may take long.
     if (CStatus sound = spooled_upload::CheckPictures(upload); !sound) return sound.Error();
     if (CStatus sound = Inspect(upload); !sound) return sound.Error();
-    CResult<CNewModel> model = spooled_upload::Pack(store, upload);
-    if (!model) return model.Error();
-    return store.AddModel(std::move(model).Value());
+    return m_stores.Run([&](CModelStore& store) -> CResult<CAddedModel> {
+        CResult<CNewModel> model = spooled_upload::Pack(store, upload);
+        if (!model) return model.Error();
+        return store.AddModel(std::move(model).Value());
+    });
 }
 
 CStatus CUploadDesk::CheckRoom(CModelStore& store, const std::string& group) const {

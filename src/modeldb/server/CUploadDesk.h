@@ -38,7 +38,7 @@ class CUploadDesk {
 
   private:
     [[nodiscard]] CHttpAnswer Work(CHttpBody body);
-    [[nodiscard]] CResult<CAddedModel> Add(CModelStore& store, const CSpooledUpload& upload);
+    [[nodiscard]] CResult<CAddedModel> Add(const CSpooledUpload& upload);
     [[nodiscard]] CStatus CheckRoom(CModelStore& store, const std::string& group) const;
     [[nodiscard]] CStatus Inspect(const CSpooledUpload& upload);
     [[nodiscard]] CHttpAnswer AnswerOf(const CResult<CAddedModel>& added);

@@ -25,6 +25,7 @@
 namespace {
 
 constexpr int kIconSide = 16;
+constexpr int kIdMenu = 6001;
 
 /** Stops a thread of the window's and forgets it. */
 template <class T>
@@ -74,7 +75,7 @@ void CModelsTree::BindEvents() {
     Bind(wxEVT_MY_CUSTOM_COMMAND, &CModelsTree::OnThread, this);
     Bind(wxEVT_TREE_ITEM_EXPANDING, &CModelsTree::OnExpanding, this);
     Bind(wxEVT_TREE_SEL_CHANGED, &CModelsTree::OnSelected, this);
-    Bind(wxEVT_TREE_ITEM_MENU, [this](wxTreeEvent& event) { ShowMenu(event.GetItem()); });
+    Bind(wxEVT_TREE_ITEM_MENU, [this](wxTreeEvent& event) { ShowMenu(event.GetItem(), event.GetPoint()); });
     Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
         event.Skip();
         if (m_fills.empty()) return;
@@ -100,6 +101,8 @@ void CModelsTree::BindKeys() {
             OnEnter();
         else if (key == WXK_F2 && GetSelection().IsOk())
             EditLabel(GetSelection());
+        else if (key == WXK_F10 && event.GetKeyEvent().GetModifiers() == wxMOD_SHIFT)
+            ShowMenu(GetSelection(), wxDefaultPosition);
         else
             event.Skip();
     });
@@ -165,8 +168,8 @@ void CModelsTree::OnThread(wxGUIThreadEvent& event) {
     }
 }
 
-/** Forgets the thread that has posted its last event. An event that was on its way when its transfer was cancelled finds none.
- * failure: why nothing came. */
+/** Forgets the thread that has posted its last event; one that was stopped before it arrived is forgotten already. isEmpty:
+ * nothing came, which may have a reason. */
 template <class T>
 void CModelsTree::End(std::unique_ptr<T>& thread, const wxGUIThreadEvent& event, bool isEmpty) {
     if (!thread || thread->Number() != event.Thread()) return;
@@ -226,14 +229,16 @@ void CModelsTree::OnEnter() {
         Toggle(item);
 }
 
-void CModelsTree::ShowMenu(const wxTreeItemId& item) {
+/** where: in the tree; the default: at the item. */
+void CModelsTree::ShowMenu(const wxTreeItemId& item, wxPoint where) {
     if (!item.IsOk()) return;
+    wxRect area;
+    if (where == wxDefaultPosition && GetBoundingRect(item, area, true)) where = area.GetBottomLeft();
     const C3dsTreeItemData* data = DataOf(item);
     const bool isModel = data && data->isModel;
     wxMenu menu;
-    menu.Append(wxID_OPEN, lng::Text(isModel ? lng::Mark("Open") : lng::Mark("Load again")))
-        ->Enable(!IsBusy());
-    if (GetPopupMenuSelectionFromUser(menu) != wxID_OPEN) return;
+    menu.Append(kIdMenu, lng::Text(isModel ? lng::Mark("Open") : lng::Mark("Load again")))->Enable(!IsBusy());
+    if (GetPopupMenuSelectionFromUser(menu, where) != kIdMenu) return;
     if (isModel)
         Download(data->id, GetItemText(item).ToStdWstring());
     else

@@ -81,7 +81,7 @@ class CModelsTree final : public wxTreeCtrl {
     void OnExpanding(wxTreeEvent& event);
     void OnSelected(wxTreeEvent& event);
     void OnEnter();
-    void ShowMenu(const wxTreeItemId& item);
+    void ShowMenu(const wxTreeItemId& item, wxPoint where);
     void NameForReaders();
     [[nodiscard]] bool IsCurrent(const wxGUIThreadEvent& event) const;
     template <class T>

@@ -33,7 +33,7 @@ class CChildProgram {
         (void)input.Close();
         std::string line;
         for (char c = 0; ::read(output.Get(), &c, 1) == 1 && c != '\n';) line += c;
-        m_port = ::atoi(line.c_str() + line.rfind(':') + 1);
+        m_port = ::atoi(line.substr(line.rfind(':') + 1).c_str());
         EXPECT_GT(m_port, 0) << line;
     }
     CChildProgram(const CChildProgram&) = delete;

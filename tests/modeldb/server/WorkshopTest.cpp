@@ -8,6 +8,7 @@
 
 #include "../../model/read_3ds/C3dsBytes.h"
 #include "../store/CTestStore.h"
+#include "export/webgl/C3ds2WebGL.h"
 #include "modeldb/server/work/CPreviewQueue.h"
 #include "modeldb/server/work/CViewPages.h"
 #include "picture/image_probe.h"
@@ -172,6 +173,8 @@ TEST(WorkshopTest, MakesAPageThatHoldsNoMarkupOfTheName) {
     EXPECT_TRUE(text.starts_with("<!DOCTYPE html>"));
     EXPECT_NE(text.find("<title>&lt;\u2215title&gt;&lt;script&gt;"), std::string::npos);
     EXPECT_EQ(text.find("<script>alert"), std::string::npos);
+    EXPECT_NE(text.find('"' + C3ds2WebGL::CombinedPagePolicy(true) + '"'), std::string::npos)
+        << "what a server sends with it must let it run";
     EXPECT_LT(::write(page.Value().file->Get(), "x", 1), 0) << "those who send it cannot change it";
 }
 

@@ -57,7 +57,7 @@ class CHttpConnection final : public CHttpAnswerTaker, public std::enable_shared
     void OnWritable();
     // What is thrown (memory, in the main) ends this connection and nothing else.
     template <class Work>
-    void Guarded(Work work) noexcept {
+    void Guarded(Work work) {
         try {
             work();
         } catch (...) {

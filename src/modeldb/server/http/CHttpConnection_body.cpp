@@ -51,9 +51,12 @@ bool CHttpConnection::OpenSpool() {
     m_bodyRoom = spool.Reserve(m_bodyBytes);
     if (!m_bodyRoom) return false;
     CResult<CFileDescriptor> file = spool.OpenFile();
-    if (file) m_bodyFile = std::move(file).Value();
-    if (!file) m_bodyRoom.reset();
-    return file.HasValue();
+    if (!file) {
+        m_bodyRoom.reset();
+        return false;
+    }
+    m_bodyFile = std::move(file).Value();
+    return true;
 }
 
 bool CHttpConnection::SendContinue() {

@@ -79,13 +79,13 @@ void CHttpLoop::AwaitTick() {
 }
 
 void CHttpLoop::Tick() {
+    if (!m_connections.empty()) AwaitTick();  // first, so that nothing that is thrown below ends the ticking
     const auto now = std::chrono::steady_clock::now();
     // From the last, as whoever closes is replaced by the last.
     for (std::size_t i = m_connections.size(); i-- > 0;) {
         const std::shared_ptr<CHttpConnection> connection = m_connections[i];
         connection->CheckTime(now);
     }
-    if (!m_connections.empty()) AwaitTick();
 }
 
 void CHttpLoop::CloseIdle() {

@@ -21,7 +21,7 @@ std::string Grouped(std::uint64_t number) {
 
 }  // namespace
 
-CFields& CFields::Text(std::string_view word, std::string_view text) {
+CFields& CFields::Put(std::string_view word, std::string_view text) {
     m_values[word] = page_text::Html(utf8_text::Printable(text, kReplacement));
     return *this;
 }

@@ -17,7 +17,7 @@ class CFields {
 
     /** A text between tags or in an attribute: control characters and those that change the direction of writing are
      * replaced. */
-    CFields& Text(std::string_view word, std::string_view text);
+    CFields& Put(std::string_view word, std::string_view text);
     /** The same, of several lines. */
     CFields& Lines(std::string_view word, std::string_view text);
     CFields& Number(std::string_view word, std::uint64_t number);  ///< "12,345"

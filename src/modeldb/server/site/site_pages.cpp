@@ -85,7 +85,7 @@ std::string NameFor(std::string_view stem, std::string_view content, std::string
 std::string Page(const CPageFrame& frame, std::string_view heading, std::string content,
                  std::string_view searched = {}, std::string reload = {}) {
     CFields fields(frame.basePath);
-    fields.Text("heading", heading).Text("site", frame.title).Text("text", searched);
+    fields.Put("heading", heading).Put("site", frame.title).Put("text", searched);
     fields.Address("home", CHomePage{}).Address("search", CSearchPage{});
     fields.Address("style", CSiteFile{site_pages::StyleName()});
     fields.Address("icon", CSiteFile{site_pages::IconName()});
@@ -114,9 +114,9 @@ std::string Grid(const CPageFrame& frame, const std::vector<CModelTile>& models)
     for (const CModelTile& model : models) {
         const std::string group = model.group.empty()
                                       ? std::string()
-                                      : CFields(frame.basePath).Text("name", model.group).Fill(kTileGroup);
+                                      : CFields(frame.basePath).Put("name", model.group).Fill(kTileGroup);
         CFields fields(frame.basePath);
-        fields.Address("address", CModelPage{model.key}).Text("name", model.name);
+        fields.Address("address", CModelPage{model.key}).Put("name", model.name);
         tiles += fields.Markup("picture", Picture(frame, model.preview)).Markup("group", group).Fill(kTile);
     }
     return "<ul class=\"grid\">\n" + tiles + "</ul>\n";
@@ -125,8 +125,8 @@ std::string Grid(const CPageFrame& frame, const std::vector<CModelTile>& models)
 std::string GroupEntry(const CPageFrame& frame, const CGroupRecord& group, std::string pictures,
                        std::string_view form) {
     CFields fields(frame.basePath);
-    fields.Address("address", CGroupPage{group.id, std::nullopt}).Text("name", group.name);
-    fields.Text("count", CountText(group.modelCount, "model"));
+    fields.Address("address", CGroupPage{group.id, std::nullopt}).Put("name", group.name);
+    fields.Put("count", CountText(group.modelCount, "model"));
     return fields.Markup("pictures", std::move(pictures)).Fill(form);
 }
 
@@ -137,11 +137,11 @@ std::string Textures(const CPageFrame& frame, const std::vector<CStoredTexture>&
     for (const CStoredTexture& texture : textures) {
         CFields row(frame.basePath);
         row.Address("address", CBlobAddress{texture.blob.hash, EBlobForm::Plain});
-        rows += row.Text("name", FileName(texture.name, {})).Size("size", texture.blob.size).Fill(kTexture);
+        rows += row.Put("name", FileName(texture.name, {})).Size("size", texture.blob.size).Fill(kTexture);
         bytes += texture.blob.size;
     }
     CFields fields(frame.basePath);
-    fields.Text("count", CountText(textures.size(), "file")).Size("size", bytes);
+    fields.Put("count", CountText(textures.size(), "file")).Size("size", bytes);
     fields.Markup("open", textures.size() <= kFewTextures ? " open=\"\"" : "");
     return fields.Markup("rows", std::move(rows)).Fill(kTextures);
 }
@@ -175,9 +175,9 @@ std::string site_pages::Front(const CPageFrame& frame, const std::vector<CGroupT
         models += group.modelCount;
     }
     CFields fields(frame.basePath);
-    fields.Text("counts", groups.empty() ? "There are no models yet."
-                                         : CountText(models, "model") + " in " +
-                                               CountText(groups.size() + others.size(), "group"));
+    fields.Put("counts", groups.empty() ? "There are no models yet."
+                                        : CountText(models, "model") + " in " +
+                                              CountText(groups.size() + others.size(), "group"));
     fields.Markup("groups", tiles.empty() ? tiles : "<ul class=\"groups\">\n" + tiles + "</ul>\n");
     fields.Markup("others",
                   lines.empty() ? lines : "<h2>More groups</h2>\n<ul class=\"plain\">\n" + lines + "</ul>\n");
@@ -198,11 +198,12 @@ std::string site_pages::Group(const CPageFrame& frame, const CGroupContent& cont
                      .Fill("<a class=\"button\" rel=\"next\" href=\"{{address}}\">Next page</a>");
     }
     CFields fields(frame.basePath);
-    fields.Address("home", CHomePage{}).Address("address", first).Text("name", content.group.name);
-    fields.Text("count", CountText(content.group.modelCount, "model"));
+    fields.Address("home", CHomePage{}).Address("address", first).Put("name", content.group.name);
+    fields.Put("count", CountText(content.group.modelCount, "model"));
     fields.Markup("from", content.after ? CFields(frame.basePath)
-                                              .Text("name", content.after->name)
-                                              .Fill(", these behind “<bdi>{{name}}</bdi>”")
+                                              .Put("name", content.after->name)
+                                              .Put("how", content.after->key == 0 ? "from" : "after")
+                                              .Fill(", {{how}} “<bdi>{{name}}</bdi>”")
                                         : std::string());
     fields.Markup("models", content.models.empty() ? "<p>There are no models here.</p>\n"
                                                    : Grid(frame, content.models));
@@ -216,9 +217,9 @@ std::string site_pages::Model(const CPageFrame& frame, const CModelRecord& model
     fields.Address("home", CHomePage{}).Address("groupAddress", CGroupPage{groupId, std::nullopt});
     fields.Address("view", CModelView{model.key});
     fields.Address("file", CBlobAddress{model.file.hash, EBlobForm::Plain});
-    fields.Text("group", model.group).Text("name", model.name).Text("fileName", FileName(model.name, ".3ds"));
-    fields.Size("size", model.file.size).Text("key", model_key::ToText(model.key));
-    fields.Text("day", DayText(model.createdSeconds));
+    fields.Put("group", model.group).Put("name", model.name).Put("fileName", FileName(model.name, ".3ds"));
+    fields.Size("size", model.file.size).Put("key", model_key::ToText(model.key));
+    fields.Put("day", DayText(model.createdSeconds));
     const auto hash = model.preview ? std::optional(model.preview->hash) : std::nullopt;
     fields.Markup("picture", hash ? Picture(frame, hash) : std::string());
     fields.Markup("note", ModelNote(frame, model)).Markup("textures", Textures(frame, model.textures));
@@ -228,8 +229,8 @@ std::string site_pages::Model(const CPageFrame& frame, const CModelRecord& model
 std::string site_pages::Found(const CPageFrame& frame, const CFoundContent& content) {
     const std::string count = CountText(content.models.size(), "model");
     CFields fields(frame.basePath);
-    fields.Text("text", content.text);
-    fields.Text("count", content.isMore ? "The first " + count : count);
+    fields.Put("text", content.text);
+    fields.Put("count", content.isMore ? "The first " + count : count);
     fields.Markup("models", Grid(frame, content.models));
     if (content.text.empty())
         return Page(frame, "Search", "<h1>Search</h1>\n<p>Type a part of a model's name.</p>\n");
@@ -242,7 +243,7 @@ std::string site_pages::Found(const CPageFrame& frame, const CFoundContent& cont
 std::string site_pages::Message(const CPageFrame& frame, std::string_view heading, std::string_view text,
                                 bool reloads) {
     CFields fields(frame.basePath);
-    fields.Text("heading", heading).Text("text", text);
+    fields.Put("heading", heading).Put("text", text);
     return Page(frame, heading, fields.Fill("<h1>{{heading}}</h1>\n<p>{{text}}</p>\n"), {},
                 reloads ? "<meta http-equiv=\"refresh\" content=\"4\" />\n" : "");
 }

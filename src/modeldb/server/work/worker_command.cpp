@@ -23,8 +23,11 @@ namespace {
 constexpr std::string_view kWorker = "--worker";
 constexpr int kArguments = 4;  // the program, kWorker, the job, who has started it
 
+// Sanitizers take terabytes of addresses.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kSanitized = true;  // which takes terabytes of addresses
+constexpr bool kSanitized = true;
+#elif defined(__has_feature)
+constexpr bool kSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
 #else
 constexpr bool kSanitized = false;
 #endif

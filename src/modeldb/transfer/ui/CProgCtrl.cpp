@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "modeldb/transfer/ui/CProgCtrl.h"
 
+#include <gtk/gtk.h>
+
 #include <algorithm>
 
 namespace {
@@ -35,6 +37,8 @@ void CProgCtrl::OnProgressStart(std::int64_t total) {
 void CProgCtrl::OnProgressStep() {
     if (m_steps < GetRange()) ++m_steps;  // a server may send more than it has announced
     SetValue(m_steps);
+    // What follows a transfer may keep the toolkit from drawing the last step.
+    if (m_steps == GetRange()) CallAfter([this] { gtk_widget_queue_resize(GetHandle()); });
 }
 
 double CProgCtrl::Percent() const {
