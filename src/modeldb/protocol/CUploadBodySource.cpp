@@ -32,6 +32,7 @@ CUploadPart PartOf(std::span<const std::byte> bytes) {
 /** All before the file. */
 std::vector<std::byte> BeginningOf(const std::string& json) {
     std::vector<std::byte> bytes;
+    bytes.reserve(upload_form::kPrefixBytes + json.size());
     for (const char c : upload_form::kMark) bytes.push_back(static_cast<std::byte>(c));
     bytes.push_back(std::byte{upload_form::kVersion});
     for (int shift = 0; shift < 32; shift += 8)

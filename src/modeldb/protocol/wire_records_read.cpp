@@ -140,8 +140,9 @@ CResult<CVersionAnswer> ReadVersion(std::string_view json) {
                                              [](const CJson& item, std::string& name) {
                                                  return Put(TextOf(item, wire_limits::kVersionText), name);
                                              });
-        if (protocols) answer.protocols = std::move(protocols).Value();
-        return protocols && PutFlag(Member(value, "accepted"), answer.accepted) &&
+        if (!protocols) return false;
+        answer.protocols = std::move(protocols).Value();
+        return PutFlag(Member(value, "accepted"), answer.accepted) &&
                Put(TextOf(Member(value, "server"), wire_limits::kMessage), answer.server) &&
                PutFlag(Member(value, "private"), answer.isPrivate) &&
                Put(NumberOf(Member(limits, "upload_bytes"), UINT64_MAX), answer.uploadBytes) &&
