@@ -106,6 +106,7 @@ void CModelSite::OnWorker(CWorkers& workers, CHttpRequest request, CHttpReply re
 CHttpAnswer CModelSite::FromStore(const CHttpRequest& request, const CWork& work) {
     CResult<CHttpAnswer> answer =
         m_state->stores->Run([&](CModelStore& store) { return work(store, request); });
+    if (answer && m_state->options.isPrivate) server_answers::KeepFromSharedCaches(answer.Value());
     return answer ? std::move(answer).Value() : Failed(answer.Error());
 }
 

@@ -211,7 +211,10 @@ CHttpAnswer CModelSite::Metrics() const {
     counts.uploadsFailed = uploads.failed;
     counts.storeFailures = m_state->storeFailures;
     counts.memoryBytes = MemoryBytes();
-    return CHttpAnswer::OfText(200, "text/plain; version=0.0.4; charset=utf-8", MetricsText(counts));
+    CHttpAnswer answer =
+        CHttpAnswer::OfText(200, "text/plain; version=0.0.4; charset=utf-8", MetricsText(counts));
+    if (m_state->options.isPrivate) server_answers::KeepFromSharedCaches(answer);
+    return answer;
 }
 
 CResult<CHttpAnswer> CModelSite::Groups(CModelStore& store, const CHttpRequest& request) {

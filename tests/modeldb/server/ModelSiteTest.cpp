@@ -209,8 +209,11 @@ TEST_P(ModelSiteTest, KeepsPrivateWhatIsPrivate) {
     }
     EXPECT_EQ(server.Get("/api/version?client=1.5").Json()["private"], true);
     const CTestServer::CHeaders headers{{"Authorization", "Bearer " + reader}};
-    EXPECT_TRUE(server.Get("/b/" + HashOf("b"), headers).Header("Cache-Control").starts_with("private"));
-    EXPECT_TRUE(server.Get("/api/groups", headers).Header("Cache-Control").starts_with("private"));
+    const CModelSummary model = store.Models(1, std::nullopt, 1).Value().at(0);
+    for (const std::string& target :
+         {"/b/" + HashOf("b"), std::string("/api/groups"), "/api/models/" + model_key::ToText(model.key),
+          std::string("/api/search?text=a"), std::string("/metrics"), std::string("/")})
+        EXPECT_TRUE(server.Get(target, headers).Header("Cache-Control").starts_with("private")) << target;
 }
 
 TEST_P(ModelSiteTest, RemovesAModel) {
