@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include <sys/stat.h>
+
+#include <fstream>
+
 #include "CTestServer.h"
 #include "modeldb/bytes/calc_crc.h"
 
@@ -144,6 +148,19 @@ TEST_P(ModelSiteTest, FetchesOnceForAllWhoAsk) {
     for (int i = 0; i < 40; ++i) waiting.push_back(server.Begin("/b/" + HashOf(kNoise)));
     for (auto& one : waiting) EXPECT_TRUE(CTestServer::Take(one).body == kNoise);
     EXPECT_EQ(server.Metric("hot_fills_total"), 1);
+}
+
+TEST_P(ModelSiteTest, SearchesWhileModelsAreMadePagesOf) {
+    const std::string program = place.folder / "slow.sh";
+    std::ofstream(program) << "#!/bin/sh\nexec sleep 3\n";
+    ASSERT_EQ(::chmod(program.c_str(), 0700), 0);
+    CTestServer server(place, [&](CServerOptions& options) { options.workerProgram = program; });
+    std::vector<std::future<CHttpAnswer>> views;
+    for (const CModelSummary& model : place.Open().Models(2, std::nullopt, 3).Value())
+        views.push_back(server.Begin("/m/" + model_key::ToText(model.key) + "/view"));
+    ASSERT_EQ(views.size(), 3U);
+    EXPECT_EQ(server.Get("/api/search?text=chair").status, 200);
+    for (auto& view : views) EXPECT_EQ(view.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
 }
 
 TEST_P(ModelSiteTest, RefusesWhatIsTooMuch) {
