@@ -4,7 +4,7 @@
 #include <algorithm>
 
 void CProgressUnits::Start(std::uint64_t units) {
-    m_total = std::max<std::uint64_t>(units, 1);
+    m_total = std::clamp<std::uint64_t>(units, 1, kMostUnits);
     if (m_progress != nullptr) m_progress->OnProgressStart(static_cast<std::int64_t>(m_total));
 }
 

@@ -10,6 +10,8 @@
 class CProgressUnits {
   public:
     static constexpr std::uint64_t kUnitBytes = 64 << 10;
+    /** Further units are neither announced nor told: their number may be a server's, and each may cost its watcher an event. */
+    static constexpr std::uint64_t kMostUnits = 1 << 16;
 
     /** progress may be null; else it must outlive this object. */
     explicit CProgressUnits(CBlobProgress* progress) : m_progress(progress) {}

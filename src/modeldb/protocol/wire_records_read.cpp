@@ -151,7 +151,7 @@ CResult<CVersionAnswer> ReadVersion(std::string_view json) {
 }
 
 CResult<std::vector<CGroupRecord>> ReadGroups(std::string_view json) {
-    constexpr std::size_t kValuesOfOne = 4;
+    constexpr std::size_t kValuesOfOne = 5;
     const auto body =
         read_json::Parse(json, {wire_limits::kListBody, wire_limits::kGroups * kValuesOfOne + kFewValues});
     if (!body) return body.Error();

@@ -112,9 +112,11 @@ CAccess::CAccess(CStorePool& stores, COptions options)
         throw std::runtime_error("the system gives no random numbers");
 }
 
-bool CAccess::IsOpen(EAccess wanted) const {
+// Browsers name the origin of a page whose script uploads. One whose host's name has been turned to this machine is
+// stopped by nothing else.
+bool CAccess::IsOpen(const CHttpRequest& request, EAccess wanted) const {
     return wanted == EAccess::Anything || (wanted == EAccess::Read && !m_options.isPrivate) ||
-           (wanted == EAccess::Upload && m_options.hasOpenUploads);
+           (wanted == EAccess::Upload && m_options.hasOpenUploads && !request.HasHeader("Origin"));
 }
 
 // A browser sends a password on its own, so it must not be enough for changes.
@@ -128,7 +130,7 @@ CBlobHash CAccess::NameOf(std::string_view token) const {
 }
 
 bool CAccess::AsksStore(const CHttpRequest& request, EAccess wanted) {
-    if (IsOpen(wanted)) return false;
+    if (IsOpen(request, wanted)) return false;
     const std::string token = TokenFor(request, wanted);
     return !token.empty() && token.size() <= kMostTokenBytes && !Remembered(NameOf(token));
 }
@@ -142,7 +144,7 @@ CHttpAnswer CAccess::AskForToken(std::string_view message) const {
 }
 
 std::optional<CHttpAnswer> CAccess::Refuse(const CHttpRequest& request, EAccess wanted) {
-    if (IsOpen(wanted)) return std::nullopt;
+    if (IsOpen(request, wanted)) return std::nullopt;
     const std::string token = TokenFor(request, wanted);
     if (token.empty())
         return AskForToken(wanted == EAccess::Read

@@ -42,7 +42,7 @@ class CTurns {
 enum class EAccess { Anything, Read, Upload, Remove };
 
 /** Decides who may do what. A token comes as "Authorization: Bearer TOKEN"; where the server is private, a browser may send it
- * as a password for reading. What the store said of a token is believed for some seconds; the token itself is not kept. Any thread. */
+ * as a password for reading. Open uploads are not open to web pages. What the store said of a token is believed for some seconds; the token itself is not kept. Any thread. */
 class CAccess {
   public:
     struct COptions {
@@ -61,7 +61,7 @@ class CAccess {
         CRights rights;
         std::chrono::steady_clock::time_point until;
     };
-    [[nodiscard]] bool IsOpen(EAccess wanted) const;
+    [[nodiscard]] bool IsOpen(const CHttpRequest& request, EAccess wanted) const;
     [[nodiscard]] std::string TokenFor(const CHttpRequest& request, EAccess wanted) const;
     [[nodiscard]] CBlobHash NameOf(std::string_view token) const;
     [[nodiscard]] CHttpAnswer AskForToken(std::string_view message) const;

@@ -44,6 +44,7 @@ CModelSite::CState::CState(CServerOptions given, std::unique_ptr<CStorePool> poo
       previews(options.drawsPreviews ? std::make_unique<CPreviewQueue>(options.store, workshop) : nullptr),
       workers(options.workers, options.waiting),
       slowWorkers(std::max(1U, options.workers / 2), options.waiting),
+      viewWorkers(std::max(1U, options.workers / 2), options.waiting),
       blobs(*stores, workers, *hot, options.isPrivate),
       uploads(options, *stores, access, workshop, previews.get()) {}
 
@@ -69,6 +70,7 @@ CModelSite::~CModelSite() {
 void CModelSite::Stop() {
     m_state->workshop.Stop();
     m_state->uploads.Stop();
+    m_state->viewWorkers.Stop();
     m_state->slowWorkers.Stop();
     m_state->workers.Stop();
 }
@@ -106,6 +108,7 @@ void CModelSite::OnWorker(CWorkers& workers, CHttpRequest request, CHttpReply re
 CHttpAnswer CModelSite::FromStore(const CHttpRequest& request, const CWork& work) {
     CResult<CHttpAnswer> answer =
         m_state->stores->Run([&](CModelStore& store) { return work(store, request); });
+    if (answer && m_state->options.isPrivate) server_answers::KeepFromSharedCaches(answer.Value());
     return answer ? std::move(answer).Value() : Failed(answer.Error());
 }
 

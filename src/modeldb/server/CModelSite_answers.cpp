@@ -147,7 +147,9 @@ struct CModelSite::CDispatch {
     void operator()(const CHomePage&) { ByWorker(Page()); }
     void operator()(const CGroupPage&) { ByWorker(Page()); }
     void operator()(const CModelPage&) { ByWorker(Page()); }
-    void operator()(const CModelView&) { BySlowWorker(Page()); }
+    void operator()(const CModelView&) {
+        site.OnWorker(site.m_state->viewWorkers, std::move(request), std::move(reply), Page());
+    }
     void operator()(const CSearchPage&) { BySlowWorker(Page()); }
     void operator()(const CSiteFile&) { ByWorker(Page()); }
 };
@@ -203,7 +205,8 @@ CHttpAnswer CModelSite::Metrics() const {
     if (m_state->previews) counts.previews = m_state->previews->Counts();
     counts.hot = m_state->hot->Counts();
     counts.pageBytes = m_state->pages.Bytes();
-    counts.waiting = m_state->workers.Waiting() + m_state->slowWorkers.Waiting();
+    counts.waiting =
+        m_state->workers.Waiting() + m_state->slowWorkers.Waiting() + m_state->viewWorkers.Waiting();
     counts.waitingUploads = m_state->uploads.Waiting();
     counts.uploadsAdded = uploads.added;
     counts.uploadsSame = uploads.same;
@@ -211,7 +214,10 @@ CHttpAnswer CModelSite::Metrics() const {
     counts.uploadsFailed = uploads.failed;
     counts.storeFailures = m_state->storeFailures;
     counts.memoryBytes = MemoryBytes();
-    return CHttpAnswer::OfText(200, "text/plain; version=0.0.4; charset=utf-8", MetricsText(counts));
+    CHttpAnswer answer =
+        CHttpAnswer::OfText(200, "text/plain; version=0.0.4; charset=utf-8", MetricsText(counts));
+    if (m_state->options.isPrivate) server_answers::KeepFromSharedCaches(answer);
+    return answer;
 }
 
 CResult<CHttpAnswer> CModelSite::Groups(CModelStore& store, const CHttpRequest& request) {

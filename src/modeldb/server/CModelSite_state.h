@@ -30,7 +30,8 @@ struct CModelSite::CState {
     std::function<CHttpCounters()> http;  ///< empty until it is set; under httpMutex
     std::atomic<std::uint64_t> storeFailures{0};
     CWorkers workers;
-    CWorkers slowWorkers;  ///< for searches and pages that may take seconds: they hold up nothing else
+    CWorkers slowWorkers;  ///< for searches, which may take seconds: they hold up nothing else
+    CWorkers viewWorkers;  ///< for the pages in which models turn, which strangers' models make slow
     CBlobDesk blobs;
     CUploadDesk uploads;
 };

@@ -18,7 +18,8 @@ struct CServerOptions {
     std::string cacheFolder;      ///< see CHotFolder
     std::uint64_t cacheBytes = 4ULL << 30;
     std::uint64_t pageBytes = 64ULL << 20;  ///< of lists that are kept in memory
-    unsigned workers = 4;  ///< threads that read the store; half as many more search, and two take uploads
+    unsigned workers =
+        4;  ///< threads that read the store; half as many more search, as many make pages of models, and two take uploads
     std::size_t waiting = 256;  ///< requests that wait for a worker; further ones are told 503
     std::size_t waitingUploads = 16;
     std::uint64_t uploadBytes = wire_limits::kUploadBytes;  ///< of one upload's body

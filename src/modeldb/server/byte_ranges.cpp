@@ -58,7 +58,7 @@ CRange Read(std::string_view header, std::uint64_t size) {
     if (header.size() < kUnit.size() || !ascii_text::EqualNoCase(header.substr(0, kUnit.size()), kUnit))
         return {};
     header.remove_prefix(kUnit.size());
-    if (header.find(',') != header.npos) return {EKind::Outside, 0, 0};
+    if (header.find(',') != header.npos) return {};
     const std::size_t dash = header.find('-');
     if (dash == header.npos) return {};
     const std::string_view from = header.substr(0, dash), to = header.substr(dash + 1);

@@ -14,9 +14,9 @@ namespace byte_ranges {
 
 struct CRange {
     enum class EKind {
-        Whole,    ///< no range is asked for, or none that this server knows
+        Whole,    ///< no range is asked for, several are, or none that this server knows
         Part,     ///< from `first`, `length` bytes, which are there
-        Outside,  ///< nothing of it is there, or there are several
+        Outside,  ///< nothing of it is there
     };
     EKind kind = EKind::Whole;
     std::uint64_t first = 0, length = 0;

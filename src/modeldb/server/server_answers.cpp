@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "modeldb/server/server_answers.h"
 
+#include <algorithm>
+
 #include "modeldb/protocol/wire_errors.h"
 #include "modeldb/protocol/wire_limits.h"
 
@@ -9,6 +11,7 @@ namespace server_answers {
 namespace {
 
 constexpr std::string_view kRetrySeconds = "2";
+constexpr std::string_view kForOneClient = "private, no-cache";
 
 }  // namespace
 
@@ -38,7 +41,13 @@ CHttpAnswer Json(int status, std::string json) {
 
 void AddTag(CHttpAnswer& answer, std::string_view tag, bool isPrivate) {
     answer.headers.emplace_back("ETag", tag);
-    answer.headers.emplace_back("Cache-Control", isPrivate ? "private, no-cache" : "no-cache");
+    answer.headers.emplace_back("Cache-Control", isPrivate ? kForOneClient : "no-cache");
+}
+
+void KeepFromSharedCaches(CHttpAnswer& answer) {
+    const bool isTold = std::ranges::any_of(
+        answer.headers, [](const auto& header) { return header.first == "Cache-Control"; });
+    if (!isTold) answer.headers.emplace_back("Cache-Control", kForOneClient);
 }
 
 bool HasTag(const CHttpRequest& request, std::string_view tag) {

@@ -21,6 +21,8 @@ namespace server_answers {
 
 [[nodiscard]] CHttpAnswer Json(int status, std::string json);
 
+/** Of a private server: says that it is for no shared cache, where the answer says nothing of caches itself. */
+void KeepFromSharedCaches(CHttpAnswer& answer);
 /** Adds a tag, in quotation marks, and that the answer must be asked for again each time. isPrivate: it is for no shared cache. */
 void AddTag(CHttpAnswer& answer, std::string_view tag, bool isPrivate);
 /** True where the client has what this tag stands for, so that 304 is enough. */

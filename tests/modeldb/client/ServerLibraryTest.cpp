@@ -238,6 +238,20 @@ TEST_F(ServerLibraryTest, AGroupWithoutEndIsCutOff) {
     EXPECT_LE(progress.steps, 1);
 }
 
+TEST_F(ServerLibraryTest, ACountOfModelsIsNoOrderForSteps) {
+    Add("file");
+    Serve([](const auto& request, auto& peer) {
+        const bool isPage = request.target.find("/models?") != std::string::npos;
+        return peer.Answer(200, isPage ? wire_records::WriteModels({{{"a", 1}}}, false)
+                                       : wire_records::WriteGroup({1, "Chairs", 1'000'000'000'000, 1}));
+    });
+    CCountingProgress progress;
+    CProgressUnits units(&progress);
+    EXPECT_TRUE(m_library->Models("Chairs", units));
+    EXPECT_EQ(progress.steps, progress.total);
+    EXPECT_LT(progress.total, 1'000'000);
+}
+
 TEST_F(ServerLibraryTest, NestedJsonAndPagesOfProxiesAreNoAnswers) {
     for (const std::string& body : {std::string(60'000, '['), std::string("<html>Welcome</html>"),
                                     std::string("{\"groups\":[{\"id\":-1,\"name\":\"x\"}]}")}) {

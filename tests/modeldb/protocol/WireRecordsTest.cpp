@@ -65,6 +65,21 @@ TEST(WireRecordsTest, EveryRecordComesBackAsItWas) {
     EXPECT_EQ(WriteUploadHead(ReadUploadHead(WriteUploadHead(head), 1).Value()), WriteUploadHead(head));
 }
 
+TEST(WireRecordsTest, TakesListsAsLongAsTheirLimits) {
+    using namespace wire_records;
+    const auto nameOf = [](std::size_t number) { return std::to_string(1'000'000 + number); };
+    std::vector<CGroupRecord> groups;
+    for (std::size_t i = 0; i < wire_limits::kGroups; ++i) groups.push_back({1, nameOf(i), 1, 1});
+    EXPECT_TRUE(ReadGroups(WriteGroups(groups)));
+    std::vector<CModelSummary> models;
+    for (std::size_t i = 0; i < store_limits::kPageModels; ++i) models.push_back({nameOf(i), 1});
+    EXPECT_TRUE(ReadModels(WriteModels(models, true)));
+    EXPECT_TRUE(ReadFound(WriteFound(std::vector<CFoundModel>(wire_limits::kFound, {"g", "n", 1}), true)));
+    CModelRecord model{1, "g", "n", "", "", 1, BlobOf(1, 1, EBlobCodec::Plain), {}, {}};
+    model.textures.assign(store_limits::kTextures, {"t", BlobOf(1, 1, EBlobCodec::Plain)});
+    EXPECT_TRUE(ReadModel(WriteModel(model)));
+}
+
 using CReader = std::function<std::optional<EErrorCode>(std::string_view)>;
 template <class Read>
 CReader Reading(Read read) {

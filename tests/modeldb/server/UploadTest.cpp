@@ -109,6 +109,15 @@ TEST_P(UploadTest, WantsATokenATypeAndPatience) {
     EXPECT_EQ(server.Upload(body, good, "192.0.2.3").status, 429);
 }
 
+// Its host's name may have been turned to this machine, so that the browser takes the server for the page's own.
+TEST_P(UploadTest, IsNotOpenToWebPages) {
+    CTestServer server(place, [](CServerOptions& options) { options.hasOpenUploads = true; });
+    const std::string body = BodyOf("Cube", "Upload", ModelText("Cube"));
+    EXPECT_EQ(server.Upload(body, {{"Origin", "http://pages.example:8095"}}).status, 401);
+    EXPECT_EQ(server.Upload(body, {{"Origin", "null"}}).status, 401);
+    EXPECT_EQ(server.Upload(body).status, 201);
+}
+
 TEST_P(UploadTest, TakesManyAtOnceOnTwoServers) {
     const auto open = [](CServerOptions& options) { options.hasOpenUploads = true; };
     CTestServer one(place, open), two(place, open);
