@@ -183,13 +183,19 @@ void CModelsDlg::BindKeys() {
 
 void CModelsDlg::OnCancel() {
     m_tree->StopTransfers();
+    DisableCancel();
+}
+
+void CModelsDlg::DisableCancel() {
+    const bool hasFocus = m_cancel->HasFocus();
     m_cancel->Disable();
+    if (hasFocus) TakeFocus();
 }
 
 void CModelsDlg::OnTransferEnded(const std::wstring& reason) {
     const bool isComplete = static_cast<int>(m_gauge->Percent()) == 100;
-    if (!isComplete) m_status->SetLabel(lng::Text("Status:"));
-    m_cancel->Disable();
+    if (!isComplete || !reason.empty()) m_status->SetLabel(lng::Text("Status:"));
+    DisableCancel();
     if (!reason.empty()) m_host.TellOfTransfer(lng::Text("The download failed:") + L" " + reason);
 }
 
@@ -203,7 +209,7 @@ void CModelsDlg::OnProgressStep() {
     m_gauge->OnProgressStep();
     const double percent = m_gauge->Percent();
     m_status->SetLabel(PercentText(lng::Text("Status: Downloading  %.2f"), percent));
-    if (static_cast<int>(percent) == 100) m_cancel->Disable();
+    if (static_cast<int>(percent) == 100) DisableCancel();
 }
 
 void CModelsDlg::SetFileName(const std::wstring& name) {

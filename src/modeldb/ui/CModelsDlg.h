@@ -56,6 +56,8 @@ class CModelsDlg final : public wxPanel, public CBlobProgress, public CSetFileNa
     void MakeTips();
     void Arrange();
     void OnCancel();
+    /** Hands a focus that the button has to the list, where the disabled button would lose it to the view. */
+    void DisableCancel();
     void OnTransferEnded(const std::wstring& reason);
     void BindKeys();
 

@@ -48,6 +48,8 @@ void CModelsDlg::ShowFound() {
     m_found->Show(std::move(models));
     if (!m_answer && m_search->IsSearching())
         m_foundText->SetLabel(lng::Text("Searching..."));
+    else if (m_answer && !m_answer->hasSucceeded)
+        m_foundText->SetLabel(lng::Text("The library cannot be searched now."));
     else if (count == 0)
         m_foundText->SetLabel(lng::Text("No model was found."));
     else

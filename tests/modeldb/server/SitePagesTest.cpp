@@ -95,6 +95,15 @@ TEST_P(NamesTest, StayTextOnEveryPage) {
     }
 }
 
+TEST(SiteTextTest, SavesWithOneEnding) {
+    CModelRecord model;
+    for (const std::string name : {"a", "a.3ds", "a.3DS"}) {
+        model.name = name;
+        const std::string file = name == "a" ? "a.3ds" : name;
+        EXPECT_NE(site_pages::Model(kFrame, model, 1).find("\"" + file + "\""), std::string::npos) << name;
+    }
+}
+
 TEST(SiteTextTest, SaysSizesAndCounts) {
     EXPECT_EQ(SizeText(1) + "|" + SizeText(999) + "|" + SizeText(1000) + "|" + SizeText(1'234'567) + "|" +
                   SizeText(456'000'000) + "|" + SizeText(1ULL << 30),

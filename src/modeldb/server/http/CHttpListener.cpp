@@ -77,9 +77,10 @@ bool IsMissingHere(int error) {
     return error == EADDRNOTAVAIL || error == EAFNOSUPPORT;
 }
 
-CError ListenError(int error, const std::string& where) {
+CError ListenError(int error, const std::string& where, int port) {
     const EErrorCode code = error == EADDRINUSE ? EErrorCode::Exists : EErrorCode::Unreadable;
-    return {code, error == EADDRINUSE ? "the port is taken" : SystemErrorText(error), where};
+    return {code, error == EADDRINUSE ? "port " + std::to_string(port) + " is taken" : SystemErrorText(error),
+            where};
 }
 
 // Listens on all addresses with one port. tryAgain: the system chose a port that is taken at another address.
@@ -95,11 +96,11 @@ CResult<CListeningSockets> ListenOnce(const std::vector<std::string>& addresses,
         tryAgain = error == EADDRINUSE && port == 0;
         if (IsMissingHere(error)) missing = error;
         if (IsMissingHere(error)) continue;
-        if (error != 0) return ListenError(error, text);
+        if (error != 0) return ListenError(error, text, port);
         if (result.port == 0) result.port = PortOf(socket);
         result.sockets.push_back(std::move(socket));
     }
-    if (result.sockets.empty()) return ListenError(missing, addresses.empty() ? "" : addresses.front());
+    if (result.sockets.empty()) return ListenError(missing, addresses.empty() ? "" : addresses.front(), port);
     return result;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "modeldb/server/site/site_pages.h"
 
+#include "base/text/ascii_text.h"
 #include "modeldb/bytes/calc_crc.h"
 #include "modeldb/protocol/wire_address.h"
 #include "modeldb/server/site/CFields.h"
@@ -99,13 +100,13 @@ std::string Picture(const CPageFrame& frame, const std::optional<CBlobHash>& pre
         .Fill(kPicture);
 }
 
-/** A name of a file to be saved, from a stranger's text. */
+/** A name of a file to be saved, from a stranger's text. ending: in lower case; stands once, also where the text has it. */
 std::string FileName(std::string_view name, std::string_view ending) {
     std::string safe(name);
     for (char& c : safe)
         if (std::string_view(R"(/\:*?"<>|)").find(c) != std::string_view::npos) c = '_';
     if (safe.starts_with('.')) safe.front() = '_';
-    return safe.append(ending);
+    return ascii_text::Lowered(safe).ends_with(ending) ? safe : safe.append(ending);
 }
 
 std::string Grid(const CPageFrame& frame, const std::vector<CModelTile>& models) {
@@ -227,7 +228,8 @@ std::string site_pages::Model(const CPageFrame& frame, const CModelRecord& model
 }
 
 std::string site_pages::Found(const CPageFrame& frame, const CFoundContent& content) {
-    const std::string count = CountText(content.models.size(), "model");
+    const std::string count =
+        content.models.empty() ? "No model has this in its name." : CountText(content.models.size(), "model");
     CFields fields(frame.basePath);
     fields.Put("text", content.text);
     fields.Put("count", content.isMore ? "The first " + count : count);
