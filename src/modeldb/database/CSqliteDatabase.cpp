@@ -2,10 +2,13 @@
 #include "modeldb/database/CSqliteDatabase.h"
 
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 
 #include "base/text/lng.h"
+#include "files/system_error.h"
 #include "modeldb/database/sqlite_errors.h"
 #include "modeldb/database/sqlite_file.h"
 
@@ -83,6 +86,9 @@ CResult<std::unique_ptr<CDatabase>> CSqliteDatabase::Open(const std::string& pat
     CHandle handle(raw);
     if (code != SQLITE_OK) return SqliteError(raw, code, path);
     if (CStatus ours = CheckSqliteFile(raw, path); !ours) return ours.Error();
+    // A new one is its owner's alone, as it holds hashes of tokens. By its path: closing a descriptor of it would drop locks.
+    if (found.Value() == ESqliteFile::Missing && ::chmod(path.c_str(), S_IRUSR | S_IWUSR) != 0)
+        return CError{EErrorCode::WriteFailed, SystemErrorText(errno), path};
     std::unique_ptr<CSqliteDatabase> database(new CSqliteDatabase(path, std::move(handle)));
     (void)sqlite3_busy_timeout(raw, kBusyMs);
     (void)sqlite3_db_config(raw, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);

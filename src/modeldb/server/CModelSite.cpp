@@ -20,6 +20,7 @@ std::string PathOf(const std::string& url) {
 CWorkshop::COptions WorkshopOf(const CServerOptions& options) {
     CWorkshop::COptions workshop;
     workshop.program = options.workerProgram;
+    workshop.folder = options.cacheFolder;  // the usual folder for temporary files may be memory
     return workshop;
 }
 

@@ -39,6 +39,9 @@ TEST_P(StoreFaultsTest, AStoreThatIsNotThereIsMadeOnlyWhereThatIsAskedFor) {
     EXPECT_EQ(OpenError(place.Address(), EStoreUse::Write), "there is no model store");
     EXPECT_EQ(OpenError(place.Address(), EStoreUse::Create), "");
     EXPECT_EQ(OpenError(place.Address(), EStoreUse::Read), "");
+    if (place.Address().kind != CStoreAddress::EKind::File) return;
+    using enum std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(place.Address().text).permissions(), owner_read | owner_write);
 }
 
 TEST_P(StoreFaultsTest, ANewerStoreIsLeftAlone) {
