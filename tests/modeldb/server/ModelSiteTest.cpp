@@ -156,7 +156,8 @@ TEST_P(ModelSiteTest, SearchesWhileModelsAreMadePagesOf) {
     ASSERT_EQ(::chmod(program.c_str(), 0700), 0);
     CTestServer server(place, [&](CServerOptions& options) { options.workerProgram = program; });
     std::vector<std::future<CHttpAnswer>> views;
-    for (const CModelSummary& model : place.Open().Models(2, std::nullopt, 3).Value())
+    const auto models = place.Open().Models(2, std::nullopt, 3);
+    for (const CModelSummary& model : models.Value())
         views.push_back(server.Begin("/m/" + model_key::ToText(model.key) + "/view"));
     ASSERT_EQ(views.size(), 3U);
     EXPECT_EQ(server.Get("/api/search?text=chair").status, 200);
