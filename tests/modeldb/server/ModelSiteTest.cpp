@@ -35,41 +35,41 @@ INSTANTIATE_TEST_SUITE_P(Store, ModelSiteTest, testing::ValuesIn(Engines()), kRo
 
 struct CAskRow {
     std::string target;
-    int status;
     std::string words;  ///< that the body holds
+    int status;
     EHttpMethod method = EHttpMethod::Get;
 };
 
 TEST_P(ModelSiteTest, AnswersEachAddress) {
     const CAskRow rows[] = {
-        {"/api/version?client=1.5", 200, R"("accepted":true)"},
-        {"/api/version?client=1.4", 200, R"("accepted":false)"},
-        {"/api/groups", 200, R"("name":"Übrige","models":3)"},
-        {"/api/group?name=Cars%20%26%20more", 200, R"("models":1)"},
-        {"/api/group?name=%27%20OR%201=1", 404, "not_found"},
-        {"/api/groups/2/models?limit=2", 200, R"({"models":[["b",)"},
-        {"/api/groups/2/models?limit=2", 200, R"("more":true)"},
-        {"/api/groups/2/models?limit=3", 200, R"("more":false)"},
-        {"/api/groups/2/models?limit=2&after_name=c&after_key=" + KeyOf("c"), 200, R"([["d",)"},
-        {"/api/groups/9/models", 404, "not_found"},
-        {"/api/groups/2/models?limit=0", 400, "bad_request"},
-        {"/api/models/" + KeyOf(kPacked), 200, R"("name":"../../etc/passwd")"},
-        {"/api/models/" + KeyOf("b"), 200, R"("preview":null)", EHttpMethod::Head},
-        {"/api/models/00000000", 404, "not_found"},
-        {"/api/models/" + KeyOf("b"), 401, "token_needed", EHttpMethod::Delete},
-        {"/api/groups", 405, "method", EHttpMethod::Delete},
-        {"/api/groups", 405, "method", EHttpMethod::Other},
-        {"/api/search?text=CHAIR", 200, R"("group":"Cars & more")"},
-        {"/api/search?text=%25", 200, R"({"models":[])"},
-        {"/b/" + HashOf("b"), 200, "b"},
-        {"/b/" + HashOf(kNoise), 200, kNoise},
-        {"/b/" + HashOf(kPacked), 200, kPacked},
-        {"/b/" + HashOf(kPacked) + ".zst", 200, "\x28\xB5\x2F\xFD"},
-        {"/b/" + HashOf(kNoise) + ".zst", 404, "not_found"},
-        {"/b/" + HashOf("nothing"), 404, "not_found"},
-        {"/b/../api/groups", 404, "not_found"},
-        {"/health", 200, "ok"},
-        {"/metrics", 200, "orbivue_modeldb_hot_files 4\n"},
+        {"/api/version?client=1.5", R"("accepted":true)", 200},
+        {"/api/version?client=1.4", R"("accepted":false)", 200},
+        {"/api/groups", R"("name":"Übrige","models":3)", 200},
+        {"/api/group?name=Cars%20%26%20more", R"("models":1)", 200},
+        {"/api/group?name=%27%20OR%201=1", "not_found", 404},
+        {"/api/groups/2/models?limit=2", R"({"models":[["b",)", 200},
+        {"/api/groups/2/models?limit=2", R"("more":true)", 200},
+        {"/api/groups/2/models?limit=3", R"("more":false)", 200},
+        {"/api/groups/2/models?limit=2&after_name=c&after_key=" + KeyOf("c"), R"([["d",)", 200},
+        {"/api/groups/9/models", "not_found", 404},
+        {"/api/groups/2/models?limit=0", "bad_request", 400},
+        {"/api/models/" + KeyOf(kPacked), R"("name":"../../etc/passwd")", 200},
+        {"/api/models/" + KeyOf("b"), R"("preview":null)", 200, EHttpMethod::Head},
+        {"/api/models/00000000", "not_found", 404},
+        {"/api/models/" + KeyOf("b"), "token_needed", 401, EHttpMethod::Delete},
+        {"/api/groups", "method", 405, EHttpMethod::Delete},
+        {"/api/groups", "method", 405, EHttpMethod::Other},
+        {"/api/search?text=CHAIR", R"("group":"Cars & more")", 200},
+        {"/api/search?text=%25", R"({"models":[])", 200},
+        {"/b/" + HashOf("b"), "b", 200},
+        {"/b/" + HashOf(kNoise), kNoise, 200},
+        {"/b/" + HashOf(kPacked), kPacked, 200},
+        {"/b/" + HashOf(kPacked) + ".zst", "\x28\xB5\x2F\xFD", 200},
+        {"/b/" + HashOf(kNoise) + ".zst", "not_found", 404},
+        {"/b/" + HashOf("nothing"), "not_found", 404},
+        {"/b/../api/groups", "not_found", 404},
+        {"/health", "ok", 200},
+        {"/metrics", "orbivue_modeldb_hot_files 4\n", 200},
     };
     CTestServer server(place);
     for (const CAskRow& row : rows) {
@@ -145,6 +145,7 @@ TEST_P(ModelSiteTest, GivesRanges) {
 TEST_P(ModelSiteTest, FetchesOnceForAllWhoAsk) {
     CTestServer server(place, [](CServerOptions& options) { options.workers = 3; });
     std::vector<std::future<CHttpAnswer>> waiting;
+    waiting.reserve(40);
     for (int i = 0; i < 40; ++i) waiting.push_back(server.Begin("/b/" + HashOf(kNoise)));
     for (auto& one : waiting) EXPECT_TRUE(CTestServer::Take(one).body == kNoise);
     EXPECT_EQ(server.Metric("hot_fills_total"), 1);
@@ -170,6 +171,7 @@ TEST_P(ModelSiteTest, RefusesWhatIsTooMuch) {
         options.waiting = 2;
     });
     std::vector<std::future<CHttpAnswer>> waiting;
+    waiting.reserve(200);
     for (int i = 0; i < 200; ++i) waiting.push_back(server.Begin("/api/search?text=" + std::to_string(i)));
     int busy = 0;
     for (auto& one : waiting) {
