@@ -199,7 +199,7 @@ def check_bad_models(server, store, token, corpus):
     kept = refused = 0
     for name in sorted(os.listdir(folder)):
         file = open(os.path.join(folder, name), "rb").read()
-        # What can be read in part is a model; all others get a reason.
+        # Some are odd, but whole; all others get a reason.
         answer = server.upload(served.upload_body(name, file, group="Malformed"), token, timeout=60)
         is_kept = answer.status in (200, 201, 409)
         reason = "" if is_kept else answer.json()["error"]["message"]
@@ -208,7 +208,7 @@ def check_bad_models(server, store, token, corpus):
         expect(there == is_kept, f"{name}: refused and kept, or the other way round")
         kept, refused = kept + is_kept, refused + (not is_kept)
     expect(refused > 0, "no malformed file was refused")
-    print(f"malformed files: {refused} refused, {kept} read as far as they can be")
+    print(f"malformed files: {refused} refused, {kept} odd, but whole")
 
 
 NAMES = ("../../../../etc/passwd", "/etc/passwd", "..", ".", "C:\\windows\\x", "a/b\\c", "x'; DROP TABLE models; --",

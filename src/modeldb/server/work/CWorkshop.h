@@ -49,8 +49,9 @@ class CWorkshop {
     /** No call may be under way. */
     ~CWorkshop();
 
-    /** Reads the model as the viewer does; one without a face, of which nothing could be seen, is refused, too. Of what ends
-     * the process, or takes too long, the outcome is a refusal. */
+    /** Reads the model as the viewer does. Refused is, too, what the viewer would have to repair (others than the viewer may
+     * open it; a program that uploads what it has open saves it anew), and what has no face that could be seen. Of what
+     * ends the process, or takes too long, the outcome is a refusal. */
     [[nodiscard]] CResult<CInspected> Inspect(const CModelInput& input);
     /** A JPEG or PNG picture, 256 x 256 pixels, drawn in software. */
     [[nodiscard]] CResult<std::vector<std::byte>> DrawPreview(const CModelInput& input);

@@ -95,6 +95,10 @@ C3ds2WebGL::COutFormat PageFormat(const CWorkerOrder& order) {
 CStatus worker_jobs::Inspect(const CWorkerOrder& order) {
     const CResult<CScene> scene = ReadScene(order, {});
     if (!scene) return scene.Error();
+    const auto& notes = scene.Value().Notes();
+    const auto repaired = std::ranges::find(notes, CSceneNote::EKind::Repaired, &CSceneNote::kind);
+    if (repaired != notes.end())
+        return CError{EErrorCode::BadFormat, std::string("the file is damaged: ") + repaired->what, {}};
     const auto hasFaces = [](const CMeshView& mesh) { return mesh.faceCount > 0; };
     if (std::ranges::any_of(scene.Value().Meshes(), hasFaces)) return CDone{};
     return CError{EErrorCode::BadFormat, "the file holds no mesh that could be seen", {}};
