@@ -22,6 +22,7 @@ class CChildProgram {
         const CFileDescriptor output(ends[0]);
         CFileDescriptor input(ends[1]);
         std::vector<char*> words;
+        words.reserve(arguments.size() + 1);
         for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
         words.push_back(nullptr);
         m_pid = ::fork();
