@@ -6,6 +6,7 @@
 #include <future>
 
 #include "CChildProgram.h"
+#include "CCountingProgress.h"
 #include "CScriptedServer.h"
 #include "files/CTestFolder.h"
 #include "files/file_util_ex.h"
@@ -26,14 +27,6 @@ namespace {
 struct CLibraryRow {
     std::string name;
     bool isServer = false;
-};
-
-class CCountingProgress final : public CBlobProgress {
-  public:
-    void OnProgressStart(std::int64_t units) override { total = units; }
-    void OnProgressStep() override { ++steps; }
-    bool DoContinue() override { return steps < most; }
-    std::int64_t total = -1, steps = 0, most = 1 << 30;
 };
 
 class ModelsLoadApiTest : public testing::Test {

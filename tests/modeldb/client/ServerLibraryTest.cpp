@@ -2,6 +2,7 @@
 // A library on a server that misbehaves, and on one that does not.
 #include <gtest/gtest.h>
 
+#include "CCountingProgress.h"
 #include "CScriptedServer.h"
 #include "files/CTestFolder.h"
 #include "modeldb/bytes/calc_crc.h"
@@ -63,22 +64,13 @@ class CServedModel {
     std::string m_stored;
 };
 
-/** Counts what a call tells, and cancels it after some steps. */
-class CCountingProgress final : public CBlobProgress {
-  public:
-    void OnProgressStart(std::int64_t units) override { total = units; }
-    void OnProgressStep() override { ++steps; }
-    bool DoContinue() override { return steps < most; }
-    std::int64_t total = -1, steps = 0, most = 1 << 30;
-};
-
 class ServerLibraryTest : public testing::Test {
   protected:
     void SetUp() override { ::setenv("XDG_CACHE_HOME", (m_folder / "cache").c_str(), 1); }
     void TearDown() override { ::unsetenv("XDG_CACHE_HOME"); }
 
     /** before: answers what it wants to answer otherwise, and returns true then. */
-    void Serve(std::function<bool(const CScriptedRequest&, CScriptedPeer&)> before = {}) {
+    void Serve(const std::function<bool(const CScriptedRequest&, CScriptedPeer&)>& before = {}) {
         m_server = std::make_unique<CScriptedServer>([this, before](const auto& request, auto& peer) {
             if (before && before(request, peer)) return false;
             return m_model->Answer(request, peer);
