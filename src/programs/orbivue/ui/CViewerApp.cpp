@@ -26,6 +26,7 @@
 #include "settings/CSettings.h"
 #include "settings/choose_language.h"
 #include "widgets/CUserPrompt.h"
+#include "widgets/tools/ui/layout_direction.h"
 #include "widgets/ui/CWxUserPrompt.h"
 #include "widgets/ui/end_signals.h"
 #include "widgets/ui/show_first.h"
@@ -41,7 +42,7 @@ void Complain(const std::string& sentence) {
     std::fprintf(stderr, "%s: %s\n", kAppName, sentence.c_str());
 }
 void Complain(const CError& error) {
-    Complain(file_util_ex::ConvertToUTF8(lng::Text(error)));
+    Complain(lng::TextForTerminal(error));
 }
 
 /** Discards the messages of a trial parse of the command line. */
@@ -110,6 +111,8 @@ CViewerApp::CViewerApp() {
 }
 
 bool CViewerApp::Initialize(int& argc, wxChar** argv) {
+    lng::LoadSettingsAndTexts();
+    lng::SetLanguage(CSettings::Instance().language);
     std::vector<wchar_t*> ours = WithoutToolkitOptions({argv, argv + argc});
     m_withoutWindows = !AsksForWindow(ours);
     if (m_withoutWindows) {
@@ -123,8 +126,12 @@ bool CViewerApp::Initialize(int& argc, wxChar** argv) {
     const CVariableGuard backend("GDK_BACKEND", "x11");
 #endif
     const wxLogNull quiet;  // the toolkit's own message does not say what to do
-    if (wxApp::Initialize(argc, argv)) return true;
-    Complain(lng::TextUtf8("there is no display to open a window on; orbivue-render draws models without one."));
+    if (wxApp::Initialize(argc, argv)) {
+        SetToolkitDirection();
+        return true;
+    }
+    Complain(
+        lng::TextUtf8("there is no display to open a window on; orbivue-render draws models without one."));
     s_exitCode = kExitNoDisplay;
     return false;
 }
@@ -136,6 +143,10 @@ bool CViewerApp::AsksForWindow(std::vector<wchar_t*> arguments) {
     const bool makesSense = parser.Parse(false) == 0;
     PrintMessages();
     return makesSense && !parser.Found("c") && !parser.Found("version");
+}
+
+wxLayoutDirection CViewerApp::GetLayoutDirection() const {
+    return LayoutDirection();
 }
 
 void CViewerApp::CleanUp() {
@@ -196,14 +207,11 @@ bool CViewerApp::OnCmdLineHelp(wxCmdLineParser& parser) {
 }
 
 bool CViewerApp::OnInit() {
-    lng_util_internal::SetDomain(lng::Domain(), "viewer");
     s_exitCode = kExitBadUsage;  // until another outcome is known
     if (!wxApp::OnInit()) {
         m_helpRequested = true;
         return false;
     }
-    LoadSettings();
-    lng::SetLanguage(CSettings::Instance().language);
     if (m_convert) {
         s_exitCode = ConvertToPov(m_inputPath, m_outputPath) ? kExitDone : kExitFailed;
         return false;
@@ -217,7 +225,8 @@ bool CViewerApp::ShowFrame() {
     auto* frame = new CAViewerFrame(kAppName);
     if (!frame->HasView()) {
         delete frame;
-        Complain(lng::TextUtf8("this display has no OpenGL for windows; orbivue-render draws models without one."));
+        Complain(lng::TextUtf8(
+            "this display has no OpenGL for windows; orbivue-render draws models without one."));
         s_exitCode = kExitNoDisplay;
         return false;
     }
@@ -245,11 +254,6 @@ void CViewerApp::EndBySignal(int signal) {
     KeepSettings();
     std::signal(signal, SIG_DFL);
     (void)std::raise(signal);  // so that the sender sees that the signal ended it
-}
-
-void CViewerApp::LoadSettings() {
-    (void)CSettings::LoadFile();  // without a file the defaults hold
-    CSettings::Instance().ReadAll();
 }
 
 void CViewerApp::KeepSettings() {
