@@ -21,7 +21,8 @@ void win_sparkle_set_appcast_url(const char* url);
 void win_sparkle_set_automatic_check_for_updates(int state);
 /** Starts the service. Does not wait for anything; does nothing when it runs already. */
 void win_sparkle_init(void);
-/** Checks now, with windows that tell of progress and outcome. Returns at once; does nothing when the service does not run. */
+/** Checks now, with windows that tell of progress and outcome. Returns when they are closed; does nothing when the
+ * service does not run. */
 void win_sparkle_check_update_with_ui(void);
 /** Ends the service, and a check that is going on. Does nothing when the service does not run. */
 void win_sparkle_cleanup(void);
