@@ -92,7 +92,7 @@ constexpr CCommand kCommands[] = {
     {kCmdClearCache, EMenu::Tools, Mark("Clear cache"), nullptr, nullptr},
 
     {kCmdVisitWebsite, EMenu::Help, Mark("Visit Website"), nullptr, nullptr, ENeeds::Feature, !kToggle, kEndsGroup},
-    {kCmdCheckForUpdates, EMenu::Help, Mark("Check for updates..."), nullptr, nullptr, ENeeds::Feature, !kToggle,
+    {kCmdCheckForUpdates, EMenu::Help, Mark("Check for updates..."), nullptr, nullptr, ENeeds::Nothing, !kToggle,
      kEndsGroup},
     {kCmdAbout, EMenu::Help, Mark("&About ..."), Mark("About Orbivue"), "about.ico", ENeeds::Feature},
 };

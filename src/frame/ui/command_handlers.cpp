@@ -10,6 +10,7 @@
 #include "frame/ui/CFileCommands.h"
 #include "session/CSession.h"
 #include "settings/CSettings.h"
+#include "update/win_sparkle.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 
 namespace {
@@ -99,6 +100,10 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdUpload, [](CAViewerFrame& frame) { frame.UploadModel(); }},
         {kCmdClearCache, [](CAViewerFrame& frame) { frame.ClearCache(); }},
         {kCmdScreenShot, [](CAViewerFrame& frame) { frame.SaveScreenshot(); }},
+        {kCmdCheckForUpdates,
+         [](CAViewerFrame& frame) {
+             frame.Files().HoldModel(kCmdCheckForUpdates, win_sparkle_check_update_with_ui);
+         }},
         {kCmdHtmlSettings, [](CAViewerFrame& frame) { frame.SetHtmlOptions(); }},
         {kCmdExportHtml, [](CAViewerFrame& frame) { frame.ExportHtml(); }}};
     const auto found = handlers.find(id);
