@@ -28,7 +28,8 @@ void ExpectNoRepeats(const std::vector<wxString>& labels) {
         const wxString mnemonic = MnemonicOf(label);
         if (mnemonic.empty()) continue;
         const auto [first, isNew] = seen.emplace(mnemonic, label);
-        EXPECT_TRUE(isNew) << "\"" << first->second.utf8_string() << "\" and \"" << label.utf8_string() << "\"";
+        EXPECT_TRUE(isNew) << "\"" << first->second.utf8_string() << "\" and \"" << label.utf8_string()
+                           << "\"";
     }
 }
 

@@ -88,7 +88,6 @@ struct CEnvironmentRow {
 };
 class DesktopLanguageTest : public testing::TestWithParam<CEnvironmentRow> {};
 
-
 TEST_P(DesktopLanguageTest, IsTheFirstThatIsInstalled) {
     const auto& [name, list, all, lang, wanted] = GetParam();
     ::unsetenv("LC_MESSAGES");
