@@ -103,7 +103,7 @@ void CUpdateChecks::CloseBar() {
 void CUpdateChecks::ShowNews(const CUpdateOutcome& outcome) {
     const CAppcastItem item = outcome.item;
     m_isModal = true;
-    CUpdateNewsDlg dialog(wxTheApp->GetTopWindow(), SentenceOf(outcome, m_version), item);
+    CUpdateNewsDlg dialog(wxTheApp->GetTopWindow(), SentenceOf(outcome, m_version, IsPackaged()), item);
     const int answer = dialog.ShowModal();
     m_isModal = false;
     if (answer == CUpdateNewsDlg::kSkip) kept_choices::Skip(item);
@@ -128,8 +128,8 @@ void CUpdateChecks::CheckWithWindows() {
         CloseBar();
         ShowNews(outcome);
     } else if (outcome.kind == EUpdateOutcome::Failed) {
-        CUserPrompt::Instance().ShowWarning(SentenceOf(outcome, m_version));
+        CUserPrompt::Instance().ShowWarning(SentenceOf(outcome, m_version, IsPackaged()));
     } else {
-        CUserPrompt::Instance().ShowMessage(SentenceOf(outcome, m_version));
+        CUserPrompt::Instance().ShowMessage(SentenceOf(outcome, m_version, IsPackaged()));
     }
 }
