@@ -34,7 +34,7 @@ wxTopLevelWindow* MainWindow() {
 
 }  // namespace
 
-CUpdateChecks::CUpdateChecks(int quietMs) : m_quietMs(quietMs) {
+CUpdateChecks::CUpdateChecks(CHoldForWindow hold, int quietMs) : m_hold(std::move(hold)), m_quietMs(quietMs) {
     m_timer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnTick(); });
 }
 
@@ -88,9 +88,13 @@ void CUpdateChecks::EndUnasked() {
 
 void CUpdateChecks::ShowBar() {
     CloseBar();
-    const auto showMore = [this] {
+    const auto show = [this] {
         CloseBar();
-        if (!m_isModal) ShowNews(m_outcome);
+        ShowNews(m_outcome);
+    };
+    const auto showMore = [this, show] {
+        if (m_isModal) return;
+        m_hold ? m_hold(show) : show();
     };
     m_bar = new CUpdateBar(*MainWindow(), m_outcome.item.shownVersion, {showMore, [this] { CloseBar(); }});
 }
