@@ -5,6 +5,7 @@
 #include <wx/image.h>
 #include <wx/log.h>
 #include <wx/msgout.h>
+#include <wx/weakref.h>
 
 #include <algorithm>
 #include <csignal>
@@ -21,6 +22,7 @@
 #include "files/start_program.h"
 #include "files/std_file_paths.h"
 #include "frame/ui/CAViewerFrame.h"
+#include "frame/ui/CFileCommands.h"
 #include "programs/orbivue/command_line.h"
 #include "programs/orbivue/convert.h"
 #include "settings/CSettings.h"
@@ -235,7 +237,10 @@ bool CViewerApp::ShowFrame() {
     SetTopWindow(frame);
     ShowFirst(*frame);
     EndOrderlyOnSignals();
-    StartUpdates(CSettings::Instance().autoUpdate);
+    StartUpdates(CSettings::Instance().autoUpdate,
+                 [window = wxWeakRef(frame)](const std::function<void()>& work) {
+                     if (window) window->Files().HoldModel(0, work);
+                 });
     const CResult<std::wstring> model = ModelToOpen(std::exchange(m_inputPath, {}));
     const auto complain = [](const CError& error) { Complain(error); };
     if (model)
