@@ -89,8 +89,8 @@ set(ORBIVUE_ROOMS
   "programs/shared: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script"
   "programs/orbivue: base/* files settings session export/pov"
   "programs/orbivue/ui: base/* files settings session widgets widgets/ui frame/ui programs/orbivue"
-  "programs/orbivue_render: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script programs/shared"
+  "programs/orbivue_render: base/* files process picture picture/decode settings model/* camera engine engine/gl engine/overlay script programs/shared"
   "programs/orbivue_convert: base/* files process picture settings model/* camera engine engine/gl engine/overlay script export/gltf export/pov export/webgl programs/shared"
   "programs/upload_prepare: base/* files settings export/drive"
   "programs/upload_prepare/ui: base/* files settings widgets widgets/ui export/drive programs/upload_prepare"
-  "programs/orbivue_modeldb: base/* files model/* modeldb/bytes modeldb/records modeldb/database modeldb/store modeldb/import modeldb/protocol modeldb/server modeldb/server/http modeldb/server/work")
+  "programs/orbivue_modeldb: base/* files settings model/* modeldb/bytes modeldb/records modeldb/database modeldb/store modeldb/import modeldb/protocol modeldb/server modeldb/server/http modeldb/server/work")

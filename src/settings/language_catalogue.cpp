@@ -71,8 +71,7 @@ std::wstring DesktopLanguage() {
 
 void LoadCatalogue(std::wstring_view code) {
     CLanguageDomain& domain = Domain();
-    domain.language = "en";
-    domain.texts = {};
+    lng_util_internal::SetDomain(domain, std::string(domain.catalogue));
     std::vector<std::wstring> folders;
     std_file_paths::GetLngDirNames(folders);
     const std::string name =
@@ -89,11 +88,15 @@ void LoadCatalogue(std::wstring_view code) {
 
 void UseDesktopLanguage() {
     lng_util_internal::SetDomain(Domain(), "viewer");
-    LoadCatalogue(DesktopLanguage());
+    Domain().load = [](CLanguageDomain&) { LoadCatalogue(DesktopLanguage()); };
+}
+
+void UseEnglish() {
+    lng_util_internal::SetDomain(Domain(), {});
 }
 
 std::string Language() {
-    std::string code = Domain().language;
+    std::string code = lng_util_internal::Loaded(Domain()).language;
     std::ranges::replace(code, '_', '-');
     return code;
 }

@@ -18,8 +18,11 @@ namespace lng {
 /** Loads the catalogue of an installed language, such as "de" or "pt_BR", for all texts looked up from now on. For "en", any
  * other code, and a catalogue that is broken all texts are English. */
 void LoadCatalogue(std::wstring_view code);
-/** For a program of the command line: texts in DesktopLanguage from now on. Call it once, before the first text. */
+/** For a program of the command line: texts in DesktopLanguage from now on; the catalogue is loaded when the first of them is
+ * looked up. */
 void UseDesktopLanguage();
+/** English texts from now on, for what other programs read. */
+void UseEnglish();
 
 /** The language that texts are really in, as a web page names it ("de", "pt-BR"): "en" where there is no catalogue. */
 [[nodiscard]] std::string Language();

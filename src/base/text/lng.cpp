@@ -2,18 +2,30 @@
 #include "base/text/lng.h"
 
 #include <algorithm>
+#include <array>
+#include <mutex>
 #include <string>
+#include <utility>
 
+#include "base/text/number_text.h"
 #include "base/text/utf8_text.h"
 
 namespace lng_util_internal {
 
+CLanguageDomain& Loaded(CLanguageDomain& domain) {
+    static std::recursive_mutex guard;
+    const std::lock_guard lock(guard);
+    if (const auto load = std::exchange(domain.load, nullptr)) load(domain);
+    return domain;
+}
+
 void SetDomain(CLanguageDomain& domain, std::string_view catalogue) {
+    domain = CLanguageDomain();
     domain.catalogue = catalogue;
 }
 
-std::wstring DoGetResourceString(const char* englishText, const CLanguageDomain& domain) {
-    return lng::ConvertFromUTF8(domain.texts.Find(englishText).value_or(englishText));
+std::wstring DoGetResourceString(const char* englishText, CLanguageDomain& domain) {
+    return lng::ConvertFromUTF8(Loaded(domain).texts.Find(englishText).value_or(englishText));
 }
 
 }  // namespace lng_util_internal
@@ -21,9 +33,22 @@ std::wstring DoGetResourceString(const char* englishText, const CLanguageDomain&
 namespace lng {
 namespace {
 
-void ReplaceFirst(std::wstring& text, std::wstring_view value) {
-    const std::size_t at = text.find(L"%s");
-    if (at != std::wstring::npos) text.replace(at, 2, value);
+using lng_util_internal::Loaded;
+
+/** Replaces each "%s" by the value at its place; a value may hold "%s", too. */
+std::wstring Filled(std::wstring text, std::initializer_list<std::wstring_view> values) {
+    std::size_t at = 0;
+    for (const std::wstring_view value : values) {
+        at = text.find(L"%s", at);
+        if (at == text.npos) break;
+        text.replace(at, 2, value);
+        at += value.size();
+    }
+    return text;
+}
+
+std::wstring Form(const char* one, const char* many, std::uint64_t count) {
+    return ConvertFromUTF8(Loaded(Domain()).texts.Find(one, count).value_or(count == 1 ? one : many));
 }
 
 }  // namespace
@@ -38,21 +63,32 @@ std::wstring Text(const char* englishText) {
 }
 
 std::wstring Text(const char* englishText, std::wstring_view value) {
-    std::wstring text = Text(englishText);
-    ReplaceFirst(text, value);
-    return text;
+    return Filled(Text(englishText), {value});
 }
 
 std::wstring TextN(const char* one, const char* many, std::uint64_t count) {
-    const char* english = count == 1 ? one : many;
-    std::wstring text = ConvertFromUTF8(Domain().texts.Find(one, count).value_or(english));
-    ReplaceFirst(text, Number(count));
+    return Filled(Form(one, many, count), {Number(count)});
+}
+
+std::wstring TextN(const char* one, const char* many, std::uint64_t count, std::wstring_view second) {
+    return Filled(Form(one, many, count), {Number(count), second});
+}
+
+std::string TextUtf8(const char* englishText, std::initializer_list<std::string_view> values) {
+    std::string text = file_util_ex::ConvertToUTF8(Text(englishText));
+    std::size_t at = 0;
+    for (const std::string_view value : values) {
+        at = text.find("%s", at);
+        if (at == text.npos) break;
+        text.replace(at, 2, value);  // as it is: a path may hold any bytes
+        at += value.size();
+    }
     return text;
 }
 
 std::wstring TextIn(const char* context, const char* englishText) {
     const std::string key = CCatalogue::Key(context, englishText);
-    return ConvertFromUTF8(Domain().texts.Find(key).value_or(englishText));
+    return ConvertFromUTF8(Loaded(Domain()).texts.Find(key).value_or(englishText));
 }
 
 std::wstring Text(const CError& error) {
@@ -64,7 +100,7 @@ std::wstring Text(const CError& error) {
 
 bool IsRightToLeft() {
     constexpr std::string_view kLanguages[] = {"ar", "ckb", "dv", "fa", "he", "ps", "sd", "ug", "ur", "yi"};
-    const std::string_view code = Domain().language;
+    const std::string_view code = Loaded(Domain()).language;
     return std::ranges::count(kLanguages, code.substr(0, code.find_first_of("_@"))) > 0;
 }
 
@@ -83,6 +119,23 @@ std::wstring Number(std::uint64_t number) {
         text.insert(at, separator);
     }
     return text;
+}
+
+std::wstring Decimal(double number, int decimals) {
+    std::wstring text = ConvertFromUTF8(number_text::FormatFixed(number, decimals));
+    // The catalogue's entry for this text is the language's decimal point.
+    if (const std::size_t point = text.find(L'.'); point != text.npos) text.replace(point, 1, Text("."));
+    return text;
+}
+
+std::wstring Size(std::uint64_t bytes) {
+    if (bytes < 1000) return TextN("%s byte", "%s bytes", bytes);
+    constexpr std::array kUnits = {Mark("%s kB"), Mark("%s MB"), Mark("%s GB"), Mark("%s TB")};
+    constexpr double kStep = 1000, kRoundedToStep = 999.95;
+    double value = static_cast<double>(bytes) / kStep;
+    std::size_t unit = 0;
+    for (; value >= kRoundedToStep && unit + 1 < kUnits.size(); ++unit) value /= kStep;
+    return Text(kUnits.at(unit), Decimal(value, 1));
 }
 
 std::wstring ConvertFromUTF8(std::string_view text) {
