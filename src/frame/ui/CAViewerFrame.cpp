@@ -105,7 +105,10 @@ bool CAViewerFrame::HasView() const {
 }
 
 void CAViewerFrame::BindEvents() {
-    Bind(wxEVT_MENU, [this](wxCommandEvent& event) { RunCommand(CommandOfWidgetId(event.GetId())); });
+    // Later, because a screen reader that chooses a command waits until it has been taken, and would not see its dialog.
+    Bind(wxEVT_MENU, [this](wxCommandEvent& event) {
+        CallAfter([this, id = CommandOfWidgetId(event.GetId())] { RunCommand(id); });
+    });
     Bind(wxEVT_CLOSE_WINDOW, &CAViewerFrame::OnClose, this);
     Bind(wxEVT_DPI_CHANGED, [this](wxDPIChangedEvent& event) {
         ShowHint(m_hint);
