@@ -95,7 +95,7 @@ constexpr CCommand kCommands[] = {
     {kCmdShortcuts, EMenu::Help, Mark("Keyboard shortcuts\tCtrl+?"), nullptr, nullptr, ENeeds::Nothing, !kToggle,
      kEndsGroup},
     {kCmdVisitWebsite, EMenu::Help, Mark("Visit Website"), nullptr, nullptr, ENeeds::Nothing, !kToggle, kEndsGroup},
-    {kCmdCheckForUpdates, EMenu::Help, Mark("Check for updates..."), nullptr, nullptr, ENeeds::Feature, !kToggle,
+    {kCmdCheckForUpdates, EMenu::Help, Mark("Check for updates..."), nullptr, nullptr, ENeeds::Nothing, !kToggle,
      kEndsGroup},
     {kCmdAbout, EMenu::Help, Mark("&About ..."), Mark("About Orbivue"), "about.ico", ENeeds::Nothing,
      !kToggle, !kEndsGroup, kMarksRun},

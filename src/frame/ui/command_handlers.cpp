@@ -12,6 +12,7 @@
 #include "frame/ui/CFileCommands.h"
 #include "session/CSession.h"
 #include "settings/CSettings.h"
+#include "update/win_sparkle.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 
 namespace {
@@ -126,6 +127,7 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdShortcuts, [](CAViewerFrame& frame) { ShowShortcuts(frame); }},
         {kCmdVisitWebsite, Hold<kCmdVisitWebsite, &VisitWebsite>},
         {kCmdAbout, Hold<kCmdAbout, &ShowAbout>},
+        {kCmdCheckForUpdates, Hold<kCmdCheckForUpdates, &win_sparkle_check_update_with_ui>},
         {kCmdHtmlSettings, [](CAViewerFrame& frame) { frame.SetHtmlOptions(); }},
         {kCmdExportHtml, [](CAViewerFrame& frame) { frame.ExportHtml(); }}};
     const auto found = handlers.find(id);
