@@ -15,6 +15,18 @@
 namespace lng {
 namespace {
 
+/** Texts of the toolkit that its own catalogues do not have in all languages: it finds them in ours. */
+[[maybe_unused]] constexpr const char* kToolkitTexts[] = {
+    Mark("&OK"),
+    Mark("&Cancel"),
+    Mark("&Close"),
+    Mark("Usage: %s"),
+    Mark("Unknown option '%s'"),
+    Mark("Unknown long option '%s'"),
+    Mark("Unexpected characters following option '%s'."),
+    Mark("Option '%s' can't be negated"),
+};
+
 struct CName {
     std::wstring_view code, name;
 };

@@ -38,11 +38,11 @@ constexpr char kAppName[] = "Orbivue";
 /** The exit code when no window is wanted: the toolkit has only one for all these cases. */
 std::optional<int> s_exitCode;
 
-void Complain(const char* sentence) {
-    std::fprintf(stderr, "%s: %s\n", kAppName, sentence);
+void Complain(const std::string& sentence) {
+    std::fprintf(stderr, "%s: %s\n", kAppName, sentence.c_str());
 }
 void Complain(const CError& error) {
-    Complain(file_util_ex::ConvertToUTF8(lng::Text(error)).c_str());
+    Complain(file_util_ex::ConvertToUTF8(lng::Text(error)));
 }
 
 /** Discards the messages of a trial parse of the command line. */
@@ -125,7 +125,7 @@ bool CViewerApp::Initialize(int& argc, wxChar** argv) {
 #endif
     const wxLogNull quiet;  // the toolkit's own message does not say what to do
     if (wxApp::Initialize(argc, argv)) return true;
-    Complain("there is no display to open a window on; orbivue-render draws models without one.");
+    Complain(lng::TextUtf8("there is no display to open a window on; orbivue-render draws models without one."));
     s_exitCode = kExitNoDisplay;
     return false;
 }
@@ -150,8 +150,8 @@ void CViewerApp::OnInitCmdLine(wxCmdLineParser& parser) {
     const auto parameter = [&parser](const char* description, int flags) {
         parser.AddParam(lng::Text(description), wxCMD_LINE_VAL_STRING, flags);
     };
-    parser.AddSwitch("h", lng::Text("help"), lng::Text("Shows this help"), wxCMD_LINE_OPTION_HELP);
-    parser.AddSwitch("c", lng::Text("convert"), lng::Text(kConvertText));
+    parser.AddSwitch("h", "help", lng::Text("Shows this help"), wxCMD_LINE_OPTION_HELP);
+    parser.AddSwitch("c", "convert", lng::Text(kConvertText));
     // Unseen in the summary.
     parser.AddLongSwitch("version", {}, wxCMD_LINE_HIDDEN);
     parameter(lng::Mark("3ds input file"), wxCMD_LINE_PARAM_OPTIONAL);
@@ -218,7 +218,7 @@ bool CViewerApp::ShowFrame() {
     auto* frame = new CAViewerFrame(kAppName);
     if (!frame->HasView()) {
         delete frame;
-        Complain("this display has no OpenGL for windows; orbivue-render draws models without one.");
+        Complain(lng::TextUtf8("this display has no OpenGL for windows; orbivue-render draws models without one."));
         s_exitCode = kExitNoDisplay;
         return false;
     }

@@ -78,18 +78,18 @@ class CUploadApp final : public wxApp {
 bool Prepare(const std::vector<std::string>& arguments) {
     const CResult<CUploadArguments> read = ReadUploadArguments(arguments);
     if (!read) {
-        Complain(read.Error().Text());
+        Complain(file_util_ex::ConvertToUTF8(lng::Text(read.Error())));
         return false;
     }
     s_prepared = CPrepared{JoinUpload(read.Value()), read.Value().modelName};
-    if (!s_prepared->content) Complain(s_prepared->content.Error().Text());
+    if (!s_prepared->content) Complain(file_util_ex::ConvertToUTF8(lng::Text(s_prepared->content.Error())));
     return true;
 }
 
 int ExitWithoutDisplay() {
     if (!s_prepared->content) return kExitFailed;
-    Complain("there is no display to show a window on; the page is ready in " +
-             s_prepared->content.Value().folder);
+    Complain(lng::TextUtf8("there is no display to show a window on; the page is ready in %s",
+                           {s_prepared->content.Value().folder}));
     return kExitNoDisplay;
 }
 
