@@ -88,7 +88,7 @@ set(ORBIVUE_ROOMS
   "frame/ui: base/* files picture settings model/* camera engine script session widgets widgets/ui widgets/access/ui widgets/tools/ui view view/ui export/* modeldb/bytes modeldb/records modeldb/client modeldb/transfer/ui modeldb/ui modeldb/upload/ui frame frame/preview frame/preview/ui frame/slideshow frame/slideshow/ui frame/materials frame/materials/ui frame/model_list frame/model_list/ui"
   "programs/shared: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script"
   "programs/orbivue: base/* files settings session export/pov"
-  "programs/orbivue/ui: base/* files settings session widgets widgets/ui widgets/access/ui frame/ui programs/orbivue"
+  "programs/orbivue/ui: base/* files settings session widgets widgets/ui frame/ui programs/orbivue"
   "programs/orbivue_render: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script programs/shared"
   "programs/orbivue_convert: base/* files process picture settings model/* camera engine engine/gl engine/overlay script export/gltf export/pov export/webgl programs/shared"
   "programs/upload_prepare: base/* files settings export/drive"
