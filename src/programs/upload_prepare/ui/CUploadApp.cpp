@@ -22,6 +22,7 @@
 #include "settings/CSettings.h"
 #include "settings/choose_language.h"
 #include "widgets/CUserPrompt.h"
+#include "widgets/access/ui/CDialogAccess.h"
 #include "widgets/ui/CWxUserPrompt.h"
 
 namespace {
@@ -65,6 +66,8 @@ class CUploadApp final : public wxApp {
                 lng::Text(content.Error()));
             return kExitFailed;
         }
+        CDialogAccess access;
+        access.Register();
         CUploadDlg(nullptr, CRcloneSetup(), content.Value(), s_prepared->modelName).ShowModal();
         return kExitDone;
     }

@@ -47,8 +47,9 @@ CToolBarKeys* CToolBarKeys::Of(const wxWindow& window) {
 }
 
 CToolBarKeys::CToolBarKeys(wxAuiToolBar& bar)
-    : m_bar(bar), m_access(std::make_unique<CAccessibleItems>(bar, EAccessibleRole::ToolBar,
-                                                         static_cast<CDrawnItems&>(*this))) {
+    : m_bar(bar),
+      m_access(std::make_unique<CAccessibleItems>(bar, EAccessibleRole::ToolBar,
+                                                  static_cast<CDrawnItems&>(*this))) {
     // Before the main window's keys, of which Space is one.
     bar.Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
         if (!m_bar.HasFocus() || event.HasAnyModifiers() || !OnKey(event)) event.Skip();
