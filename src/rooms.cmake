@@ -87,7 +87,7 @@ set(ORBIVUE_ROOMS
   "frame/materials/ui: base/* files picture settings model/* camera engine session widgets widgets/ui widgets/tools/ui view view/ui frame frame/materials widgets/access/ui"
   "frame/model_list: base/* files picture picture/decode settings session session/ahead thumbnails frame/preview"
   "frame/model_list/ui: base/* files picture settings session session/ahead thumbnails widgets widgets/ui widgets/tools/ui frame/preview frame/model_list widgets/access/ui"
-  "frame/dialogs/ui: base/* files settings widgets widgets/ui frame"
+  "frame/dialogs/ui: base/* files settings widgets widgets/ui frame widgets/access/ui"
   "frame/ui: base/* files picture settings model/* camera engine script session widgets widgets/ui widgets/tools/ui view view/ui export/* modeldb/bytes modeldb/records modeldb/client modeldb/transfer/ui modeldb/ui modeldb/upload/ui frame frame/preview frame/preview/ui frame/slideshow frame/slideshow/ui frame/materials frame/materials/ui frame/model_list frame/model_list/ui update update/ui frame/dialogs/ui widgets/access/ui"
   "programs/shared: base/* files process picture picture/decode model/* camera engine engine/gl engine/overlay script"
   "programs/orbivue: base/* files settings session export/pov"

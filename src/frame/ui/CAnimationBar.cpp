@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "base/text/lng.h"
+#include "widgets/access/ui/click_focus.h"
 #include "widgets/tools/ui/tool_icon.h"
 #include "widgets/ui/accessible_name.h"
 
@@ -23,6 +24,7 @@ CAnimationBar::CAnimationBar(wxWindow* parent, CActions actions)
     // Time runs to the right, as in every player.
     m_slider->SetLayoutDirection(wxLayout_LeftToRight);
     SetAccessibleName(*m_slider, lng::Text("Frame of the animation"));
+    KeepFocusOnClick(*m_play);  // so that Space goes on to the next model
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     const wxSizerFlags centred = wxSizerFlags().CenterVertical().Border(wxLEFT | wxRIGHT, FromDIP(6));
     row->Add(m_play, centred);
@@ -54,6 +56,10 @@ void CAnimationBar::ShowPlaying(bool playing) {
     m_play->SetBitmap(LoadIcon(playing ? "pause.ico" : "play.ico"));
     m_play->SetToolTip(label);
     SetAccessibleName(*m_play, label.ToStdWstring());
+}
+
+void CAnimationBar::TakeFocus() {
+    m_play->SetFocus();
 }
 
 void CAnimationBar::ShowText(int frame) {

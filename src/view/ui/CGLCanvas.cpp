@@ -269,5 +269,7 @@ void CGLCanvas::KeyDown(wxKeyEvent& event) {
     if (m_handler) m_handler->OnKeyDown(event.GetKeyCode());
     const bool isPlain = !event.ControlDown() && !event.AltDown() && !event.MetaDown();
     if (isPlain && m_handler && m_handler->OnModelKey(event.GetKeyCode(), event.ShiftDown())) return;
+    const bool isPan = event.ControlDown() && !event.AltDown() && !event.MetaDown();
+    if (isPan && m_handler && m_handler->OnPanKey(event.GetKeyCode(), event.ShiftDown())) return;
     event.Skip();  // so that menus receive their keys
 }

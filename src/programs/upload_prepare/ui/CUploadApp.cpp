@@ -22,6 +22,7 @@
 #include "settings/CSettings.h"
 #include "settings/choose_language.h"
 #include "widgets/CUserPrompt.h"
+#include "widgets/access/ui/CDialogAccess.h"
 #include "widgets/tools/ui/layout_direction.h"
 #include "widgets/ui/CWxUserPrompt.h"
 
@@ -64,6 +65,8 @@ class CUploadApp final : public wxApp {
                 lng::Text(content.Error()));
             return kExitFailed;
         }
+        CDialogAccess access;
+        access.Register();
         CUploadDlg(nullptr, CRcloneSetup(), content.Value(), s_prepared->modelName).ShowModal();
         return kExitDone;
     }
