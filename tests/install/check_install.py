@@ -98,7 +98,7 @@ def check_desktop(prefix, _scratch):
     share = prefix / "share"
     desktop = share / "applications/orbivue.desktop"
     run("desktop-file-validate", desktop)
-    run("appstreamcli", "validate", "--no-net", share / "metainfo/org.orbivue.Orbivue.metainfo.xml")
+    run("appstreamcli", "validate", "--no-net", "--pedantic", share / "metainfo/org.orbivue.orbivue.metainfo.xml")
     entries = dict(line.split("=", 1) for line in desktop.read_text().splitlines() if "=" in line)
     require((prefix / "bin" / entries["Exec"].split()[0]).is_file(), "the desktop file starts nothing that is installed")
     require(list((share / "icons").rglob(entries["Icon"] + ".svg")), "the desktop file's icon is not installed")

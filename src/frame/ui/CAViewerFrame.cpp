@@ -105,7 +105,10 @@ bool CAViewerFrame::HasView() const {
 }
 
 void CAViewerFrame::BindEvents() {
-    Bind(wxEVT_MENU, [this](wxCommandEvent& event) { RunCommand(CommandOfWidgetId(event.GetId())); });
+    // Later, because a screen reader that chooses a command waits until it has been taken, and would not see its dialog.
+    Bind(wxEVT_MENU, [this](wxCommandEvent& event) {
+        CallAfter([this, id = CommandOfWidgetId(event.GetId())] { RunCommand(id); });
+    });
     Bind(wxEVT_CLOSE_WINDOW, &CAViewerFrame::OnClose, this);
     Bind(wxEVT_DPI_CHANGED, [this](wxDPIChangedEvent& event) {
         ShowHint(m_hint);
@@ -132,12 +135,15 @@ void CAViewerFrame::BindEvents() {
 }
 
 /** The view's keys work wherever in the main window the focus is, except in text fields. The keys for a
- * context menu open the view's. */
+ * context menu open the view's. The question mark stands above another key on many keyboards, and so is not found in
+ * a table of accelerators. */
 void CAViewerFrame::BindKeys() {
     wxWindow* canvas = m_view->GetCanvas()->GetWindow();
     Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
         if (IsKeyForView(event))
             OnViewKeyDown(event.GetKeyCode());
+        else if (event.GetUnicodeKey() == '?' && event.ControlDown())
+            RunCommand(kCmdShortcuts);
         else if (event.GetKeyCode() != WXK_F6 || !StepToBrowser())
             event.Skip();
     });

@@ -4,6 +4,7 @@
 #include <wx/aui/auibar.h>
 
 #include "base/text/lng.h"
+#include "widgets/tools/ui/CToolBarKeys.h"
 #include "widgets/tools/ui/tool_bar_art.h"
 #include "widgets/tools/ui/tool_icon.h"
 #include "widgets/ui/accessible_name.h"
@@ -12,6 +13,7 @@ wxAuiToolBar* MakeToolBar(wxWindow* parent) {
     auto* bar = new wxAuiToolBar(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                                  wxAUI_TB_DEFAULT_STYLE | wxAUI_TB_OVERFLOW | wxAUI_TB_HORIZONTAL);
     bar->SetArtProvider(MakeToolBarArt());
+    CToolBarKeys::Give(*bar);
     SetAccessibleName(*bar, lng::Text("Toolbar"));
     bar->SetToolBitmapSize(parent->FromDIP(wxSize(kToolIconSize, kToolIconSize)));
     for (const int id : ToolBarOrder()) {
@@ -40,4 +42,5 @@ void ShowStates(wxAuiToolBar& bar, const CStateOfCommand& stateOf) {
         tool->SetState(state.checked ? tool->GetState() | pressed : tool->GetState() & ~pressed);
     }
     bar.Refresh(false);
+    if (CToolBarKeys* keys = CToolBarKeys::Of(bar)) keys->ToolsChanged();
 }

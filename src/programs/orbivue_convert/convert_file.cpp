@@ -188,7 +188,7 @@ CStatus Convert(const CConversion& conversion, const CConvertOptions& options,
                                              isPicture ? EOpenFor::Viewing : EOpenFor::Saving);
     if (!opened) return opened.Error();
     if (SourceAt(*engine.Prepared(), conversion.output) != ESource::None)
-        return CError{EErrorCode::BadArgument, "is a file of the model, and stays as it is",
+        return CError{EErrorCode::BadArgument, lng::Mark("is a file of the model, and stays as it is"),
                       conversion.output};
     CPictureOptions draw = options;
     if (!options.withTextures) draw.textureMode = 3;
@@ -209,7 +209,8 @@ CStatus ConvertFile(const CConversion& conversion, const CConvertOptions& option
     try {
         return Convert(conversion, options, notes);
     } catch (const std::bad_alloc&) {
-        return CError{EErrorCode::TooLarge, "there is not enough memory to convert it", conversion.input};
+        return CError{EErrorCode::TooLarge, lng::Mark("there is not enough memory to convert it"),
+                      conversion.input};
     } catch (const std::exception& error) {
         return CError{EErrorCode::BadFormat, error.what(), conversion.input};
     }

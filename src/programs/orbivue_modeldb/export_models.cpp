@@ -83,7 +83,8 @@ int model_commands::Export(const CModelDbOptions& options) {
         }
         const EErrorCode why = exported.Error().code;
         if (why == EErrorCode::NoSpace || why == EErrorCode::Busy) return exported;
-        const std::string message = "model " + model_key::ToText(key) + ": " + exported.Error().Text();
+        const std::string message = lng::TextUtf8("model %s: ", {model_key::ToText(key)}) +
+                                    file_util_ex::ConvertToUTF8(lng::Text(exported.Error()));
         code = Complain(message, why == EErrorCode::WriteFailed ? kCannotWrite : kPartly);
         return CDone{};
     });

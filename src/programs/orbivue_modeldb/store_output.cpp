@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#include "base/text/lng.h"
 #include "base/text/utf8_text.h"
 
 int Complain(const std::string& message, EModelDbExit code) {
@@ -11,7 +12,7 @@ int Complain(const std::string& message, EModelDbExit code) {
 }
 
 int Complain(const CError& error, EModelDbExit code) {
-    return Complain(error.Text(), code);
+    return Complain(file_util_ex::ConvertToUTF8(lng::Text(error)), code);
 }
 
 bool Print(const std::string& text) {

@@ -3,6 +3,9 @@
 
 #include <string>
 
+#include "base/CResult.h"
+#include "base/text/lng.h"
+#include "base/text/utf8_text.h"
 #include "programs/shared/program_output.h"
 
 /** How the program ends; docs/orbivue-render.1 tells the numbers. */
@@ -12,4 +15,8 @@ enum EExit { kDone = 0, kUsage = 1, kCannotRead = 2, kCannotWrite = 3, kNoGraphi
 inline int Complain(const std::string& message, EExit code) {
     PrintError("orbivue-render", message);
     return code;
+}
+/** The same with an error, in the user's language. */
+inline int Complain(const CError& error, EExit code) {
+    return Complain(file_util_ex::ConvertToUTF8(lng::Text(error)), code);
 }

@@ -9,6 +9,7 @@
 #include "base/text/lng.h"
 #include "frame/command_table.h"
 #include "frame/materials/ui/wxColourCombo.h"
+#include "widgets/tools/ui/CToolBarKeys.h"
 #include "widgets/tools/ui/tool_bar_art.h"
 #include "widgets/tools/ui/tool_icon.h"
 #include "widgets/ui/accessible_name.h"
@@ -25,6 +26,7 @@ CMaterialBar::CMaterialBar(wxWindow* parent, wxColorPopupListener* listener, CAc
       m_actions(std::move(actions)),
       m_slideTimer(this) {
     SetArtProvider(MakeToolBarArt());
+    CToolBarKeys::Give(*this);
     SetAccessibleName(*this, lng::Text("Material toolbar"));
     SetToolBitmapSize(parent->FromDIP(wxSize(kToolIconSize, kToolIconSize)));
     AddCommand(kCmdToolColor);
@@ -119,4 +121,5 @@ void CMaterialBar::ShowStates(const std::function<CCommandState(const CCommand&)
                                      : tool->GetState() & ~wxAUI_BUTTON_STATE_CHECKED);
     }
     Refresh(false);
+    CToolBarKeys::Of(*this)->ToolsChanged();
 }

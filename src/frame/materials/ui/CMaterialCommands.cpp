@@ -169,9 +169,10 @@ void CMaterialCommands::ShowFilter(const std::string& node) {
     m_view.GetEngine().SetEmphasis(share.nodes);
     m_view.Redraw();
     const std::wstring name = file_util_ex::ShownText(lng::ConvertFromUTF8(node)) + L": ";
-    m_host.showMessage(name + (share.nodes.size() < 2 ? lng::Text("no other part has its material")
-                                                      : lng::Text("its material is on %s parts",
-                                                                  lng::Number(share.nodes.size()))));
+    m_host.showMessage(name + (share.nodes.size() < 2
+                                   ? lng::Text("no other part has its material")
+                                   : lng::TextN("its material is on %s part", "its material is on %s parts",
+                                                share.nodes.size())));
 }
 
 void CMaterialCommands::EndFilter() {

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "base/text/lng.h"
+#include "widgets/tools/ui/CToolBarKeys.h"
 #include "widgets/tools/ui/tool_bar_art.h"
 #include "widgets/tools/ui/tool_icon.h"
 #include "widgets/ui/accessible_name.h"
@@ -20,6 +21,7 @@ CSlideShowBar::CSlideShowBar(wxWindow* parent, CActions actions)
       m_start(wxWindow::NewControlId()),
       m_fullScreen(wxWindow::NewControlId()) {
     SetArtProvider(MakeToolBarArt());
+    CToolBarKeys::Give(*this);
     SetAccessibleName(*this, lng::Text("Slideshow"));
     SetToolBitmapSize(parent->FromDIP(wxSize(kToolIconSize, kToolIconSize)));
     const auto addTool = [this](int id, const char* icon, const wxString& tip) {
@@ -77,6 +79,7 @@ void CSlideShowBar::ShowButton(EShowButton button) {
     EnableTool(m_start, button != EShowButton::StartDisabled);
     EnableTool(m_fullScreen, button != EShowButton::StartDisabled);
     Refresh(false);
+    CToolBarKeys::Of(*this)->ToolsChanged();
 }
 
 void CSlideShowBar::ShowInterval(int periodMs) {

@@ -25,6 +25,7 @@
 #include "programs/orbivue/convert.h"
 #include "settings/CSettings.h"
 #include "settings/choose_language.h"
+#include "update/ui/updates.h"
 #include "widgets/CUserPrompt.h"
 #include "widgets/ui/CWxUserPrompt.h"
 #include "widgets/ui/end_signals.h"
@@ -225,6 +226,7 @@ bool CViewerApp::ShowFrame() {
     SetTopWindow(frame);
     ShowFirst(*frame);
     EndOrderlyOnSignals();
+    StartUpdates(CSettings::Instance().autoUpdate);
     const CResult<std::wstring> model = ModelToOpen(std::exchange(m_inputPath, {}));
     const auto complain = [](const CError& error) { Complain(error); };
     if (model)
@@ -256,6 +258,7 @@ void CViewerApp::KeepSettings() {
     CSettings& settings = CSettings::Instance();
     if (settings.lastCamera == -1) settings.lastCamera = CSettings::kIsoCamera;
     (void)settings.WriteAll();  // no window is left to show an error
+    StopUpdates();
     std_file_paths::DeleteTempDir();
 }
 

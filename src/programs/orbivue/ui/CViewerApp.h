@@ -32,7 +32,7 @@ class CViewerApp final : public wxApp {
     /** Stores what a normal end stores, then ends the process. Desktops end programs by a signal when the
      * session ends. */
     void EndBySignal(int signal);
-    /** Writes the settings and removes the temporary folder. */
+    /** Writes the settings, ends the update service and removes the temporary folder. */
     void KeepSettings();
 
     std::wstring m_inputPath;

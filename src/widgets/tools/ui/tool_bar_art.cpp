@@ -2,11 +2,22 @@
 #include "widgets/tools/ui/tool_bar_art.h"
 
 #include <wx/menu.h>
+#include <wx/settings.h>
+
+#include "widgets/tools/ui/CToolBarKeys.h"
 
 namespace {
 
-/** The standard art, except for the menu of the tools that do not fit: it disables items and shows ticked
- * toggles as the toolbar does. */
+/** Around the tool that the keys act on. */
+void DrawFocus(wxDC& dc, const wxWindow& bar, wxRect place) {
+    const int width = bar.FromDIP(2);
+    dc.SetPen(wxPen(wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT), width));
+    dc.SetBrush(*wxTRANSPARENT_BRUSH);
+    dc.DrawRoundedRectangle(place.Deflate(width / 2), bar.FromDIP(3));
+}
+
+/** The standard art, except that it marks the tool that keys act on, and for the menu of the tools that do not fit: it
+ * disables items and shows ticked toggles as the toolbar does. */
 class CToolBarArt final : public wxAuiDefaultToolBarArt {
   public:
     wxAuiToolBarArt* Clone() override { return new CToolBarArt(*this); }
@@ -16,6 +27,18 @@ class CToolBarArt final : public wxAuiDefaultToolBarArt {
         for (std::size_t i = 0; i < items.GetCount(); ++i) Append(menu, items[i]);
         const int chosen = bar->GetPopupMenuSelectionFromUser(menu, Below(*bar));
         return chosen == wxID_NONE ? -1 : chosen;
+    }
+
+    void DrawButton(wxDC& dc, wxWindow* bar, const wxAuiToolBarItem& tool, const wxRect& place) override {
+        wxAuiDefaultToolBarArt::DrawButton(dc, bar, tool, place);
+        const CToolBarKeys* keys = CToolBarKeys::Of(*bar);
+        if (keys && keys->IsCurrent(tool.GetId())) DrawFocus(dc, *bar, place);
+    }
+
+    void DrawOverflowButton(wxDC& dc, wxWindow* bar, const wxRect& place, int state) override {
+        wxAuiDefaultToolBarArt::DrawOverflowButton(dc, bar, place, state);
+        const CToolBarKeys* keys = CToolBarKeys::Of(*bar);
+        if (keys && keys->IsArrowCurrent()) DrawFocus(dc, *bar, place);
     }
 
   private:
