@@ -49,11 +49,11 @@ void CUpdateBar::AddButton(wxSizer& row, const std::wstring& label, const std::f
 void CUpdateBar::AddPane() {
     wxAuiManager* manager = wxAuiManager::GetManager(&m_window);
     if (manager == nullptr) return;
-    constexpr int kOutermost = 10;
+    constexpr int kBelowToolBars = 9;  // which the toolkit gives 10
     manager->AddPane(this, wxAuiPaneInfo()
                                .Name("update")
                                .Top()
-                               .Layer(kOutermost)
+                               .Layer(kBelowToolBars)
                                .CaptionVisible(false)
                                .CloseButton(false)
                                .PaneBorder(false)

@@ -21,10 +21,11 @@ namespace {
 constexpr int kLookAgainMs = 250;      ///< whether a check has ended
 constexpr int kUntilRestedMs = 2'000;  ///< where the program is at work, or a bar would be in the way
 
-/** Something is being opened, or exported. */
+/** Something is being opened, or exported: keys and the mouse wait (RunJob). */
 bool IsAtWork() {
     const wxEventLoopBase* loop = wxEventLoopBase::GetActive();
-    return loop == nullptr || loop->IsYielding();
+    return loop == nullptr ||
+           (loop->IsYielding() && !loop->IsEventAllowedInsideYield(wxEVT_CATEGORY_USER_INPUT));
 }
 
 wxTopLevelWindow* MainWindow() {
