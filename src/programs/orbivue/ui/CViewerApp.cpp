@@ -125,7 +125,8 @@ bool CViewerApp::Initialize(int& argc, wxChar** argv) {
 #endif
     const wxLogNull quiet;  // the toolkit's own message does not say what to do
     if (wxApp::Initialize(argc, argv)) return true;
-    Complain(lng::TextUtf8("there is no display to open a window on; orbivue-render draws models without one."));
+    Complain(
+        lng::TextUtf8("there is no display to open a window on; orbivue-render draws models without one."));
     s_exitCode = kExitNoDisplay;
     return false;
 }
@@ -218,7 +219,8 @@ bool CViewerApp::ShowFrame() {
     auto* frame = new CAViewerFrame(kAppName);
     if (!frame->HasView()) {
         delete frame;
-        Complain(lng::TextUtf8("this display has no OpenGL for windows; orbivue-render draws models without one."));
+        Complain(lng::TextUtf8(
+            "this display has no OpenGL for windows; orbivue-render draws models without one."));
         s_exitCode = kExitNoDisplay;
         return false;
     }
