@@ -57,12 +57,14 @@ class DialogsWxTest : public testing::Test {
     }
     std::string Opened() const {
         return file_util_ex::ReadWholeFile(window.folder / "opened").HasValue()
-                   ? std::string(std::istreambuf_iterator<char>(std::ifstream(window.folder / "opened").rdbuf()), {})
+                   ? std::string(
+                         std::istreambuf_iterator<char>(std::ifstream(window.folder / "opened").rdbuf()), {})
                    : std::string();
     }
     static wxTopLevelWindow* Shortcuts() {
         for (wxWindow* top : wxTopLevelWindows)
-            if (top->GetLabel() == "Keyboard shortcuts" && top->IsShown()) return static_cast<wxTopLevelWindow*>(top);
+            if (top->GetLabel() == "Keyboard shortcuts" && top->IsShown())
+                return static_cast<wxTopLevelWindow*>(top);
         return nullptr;
     }
 
@@ -99,7 +101,8 @@ TEST_P(LanguageDialogWxTest, StoresTheChoice) {
     std::wstring& language = CSettings::Instance().language;
     language = GetParam().before;
     const CStep choose = With([](wxDialog& dialog) {
-        const auto* list = dynamic_cast<wxListBox*>(wxWindow::FindWindowByName("Language selection", &dialog));
+        const auto* list =
+            dynamic_cast<wxListBox*>(wxWindow::FindWindowByName("Language selection", &dialog));
         ASSERT_NE(list, nullptr);
         if (GetParam().chosen)
             dynamic_cast<wxSingleChoiceDialog&>(dialog).SetSelection(list->FindString(GetParam().chosen));
@@ -123,10 +126,12 @@ TEST_F(DialogsWxTest, AboutIsMarkedWhileItIsOpen) {
     const auto isMarked = [this] {
         const wxAuiToolBar* bar = nullptr;
         for (wxWindow* child : window.Frame().GetChildren())
-            if (auto* found = dynamic_cast<wxAuiToolBar*>(child); found && found->FindTool(WidgetIdOf(kCmdAbout)))
+            if (auto* found = dynamic_cast<wxAuiToolBar*>(child);
+                found && found->FindTool(WidgetIdOf(kCmdAbout)))
                 bar = found;
         const bool inMenu = window.Frame().GetMenuBar()->IsChecked(WidgetIdOf(kCmdAbout));
-        const bool onBar = (bar->FindTool(WidgetIdOf(kCmdAbout))->GetState() & wxAUI_BUTTON_STATE_PRESSED) != 0;
+        const bool onBar =
+            (bar->FindTool(WidgetIdOf(kCmdAbout))->GetState() & wxAUI_BUTTON_STATE_PRESSED) != 0;
         EXPECT_EQ(inMenu, onBar);
         return inMenu;
     };
@@ -181,7 +186,8 @@ TEST_F(DialogsWxTest, ShortcutsAreFound) {
     wxDialog dialog(&window.Frame(), wxID_ANY, "list");
     auto* list = new CShortcutList(&dialog);
     const auto count = [list] {
-        return std::ranges::count_if(list->GetChildren(), [](const wxWindow* child) { return child->IsShown(); });
+        return std::ranges::count_if(list->GetChildren(),
+                                     [](const wxWindow* child) { return child->IsShown(); });
     };
     const auto all = count();
     EXPECT_TRUE(list->Filter(L"ctrl+o OPEN"));

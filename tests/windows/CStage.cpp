@@ -40,11 +40,13 @@ CStage::CStage(CAViewerFrame& frame, COptions options) : m_frame(frame), m_optio
 
 CStage::~CStage() = default;
 
-/** Without pictures only windows with texts of their own count: menus are never cut, and what saves a file asks GTK. */
+/** Without pictures only windows with texts of their own count: menus are never cut, and what asks for a file is GTK's. */
 bool CStage::Wants(const std::string& name) const {
-    const bool isForPictures = name.starts_with("menu-") || name.starts_with("save-as") || name.starts_with("save-p") ||
-                               name.starts_with("save-h") || name.starts_with("save-g") || name == "context-menu" ||
-                               name == "colours" || name == "model-list";
+    constexpr const char* kForPictures[] = {"menu-",   "context-menu", "colours", "model-list",
+                                            "save-as", "save-z",       "save-p",  "save-h",
+                                            "save-g",  "replace-file"};
+    const bool isForPictures =
+        std::ranges::any_of(kForPictures, [&](const char* begin) { return name.starts_with(begin); });
     if (m_options.folder.empty() && isForPictures) return false;
     return m_options.names.empty() || std::ranges::find(m_options.names, name) != m_options.names.end();
 }

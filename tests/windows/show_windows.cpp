@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// orbivue-windows LANGUAGE [--pictures FOLDER] [--check] [NAME...]: see Usage below.
-#include <gtk/gtk.h>
+// orbivue-windows LANGUAGE [--pictures FOLDER] [NAME...]: see Usage below.
 #include <wx/app.h>
 #include <wx/evtloop.h>
 #include <wx/image.h>
@@ -23,6 +22,7 @@
 #include "settings/choose_language.h"
 #include "widgets/CUserPrompt.h"
 #include "widgets/access/ui/CDialogAccess.h"
+#include "widgets/tools/ui/layout_direction.h"
 #include "widgets/ui/CWxUserPrompt.h"
 #include "windows/CStage.h"
 #include "windows/window_list.h"
@@ -38,9 +38,8 @@ constexpr char kUsage[] =
 
 class CWindowsApp final : public wxApp {
   public:
-    wxLayoutDirection GetLayoutDirection() const override {
-        return lng::IsRightToLeft() ? wxLayout_RightToLeft : wxLayout_LeftToRight;
-    }
+    CWindowsApp() { SetAppName("Orbivue"); }
+    wxLayoutDirection GetLayoutDirection() const override { return LayoutDirection(); }
 };
 
 /** As the program's start does. */
@@ -49,7 +48,7 @@ void Speak(const char* language) {
     lng_util_internal::SetDomain(lng::Domain(), "viewer");
     CSettings::Instance().language = file_util_ex::ConvertFromUTF8W(language);
     lng::SetLanguage(CSettings::Instance().language);
-    if (lng::IsRightToLeft()) gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
+    SetToolkitDirection();
 }
 
 CStage::COptions ReadOptions(int argc, char** argv) {
@@ -79,6 +78,8 @@ int ShowAndJudge(const CStage::COptions& options, const char* language) {
     access.Register();
     auto* frame = new CAViewerFrame("Orbivue");
     wxTheApp->SetTopWindow(frame);
+    frame->Maximize(false);
+    frame->SetSize(frame->FromDIP(wxSize(1100, 780)));
     frame->Show();
     CStage::Wait(500);
     CStage stage(*frame, options);

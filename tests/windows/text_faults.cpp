@@ -27,7 +27,8 @@ GdkRectangle SeenPart(GtkWidget* widget) {
     GdkRectangle seen{0, 0, gtk_widget_get_allocated_width(widget), gtk_widget_get_allocated_height(widget)};
     GtkWidget* parent = gtk_widget_get_parent(widget);
     for (; parent && !GTK_IS_SCROLLED_WINDOW(parent); parent = gtk_widget_get_parent(parent)) {
-        GdkRectangle bounds{0, 0, gtk_widget_get_allocated_width(parent), gtk_widget_get_allocated_height(parent)};
+        GdkRectangle bounds{0, 0, gtk_widget_get_allocated_width(parent),
+                            gtk_widget_get_allocated_height(parent)};
         if (!gtk_widget_translate_coordinates(parent, widget, 0, 0, &bounds.x, &bounds.y)) break;
         if (!gdk_rectangle_intersect(&seen, &bounds, &seen)) return {};
     }
@@ -52,7 +53,8 @@ void CheckLabel(GtkLabel* label, CFaults& faults) {
 void CheckSize(GtkWidget* widget, const char* text, CFaults& faults) {
     GtkRequisition least;
     gtk_widget_get_preferred_size(widget, &least, nullptr);
-    if (gtk_widget_get_allocated_width(widget) < least.width || gtk_widget_get_allocated_height(widget) < least.height)
+    if (gtk_widget_get_allocated_width(widget) < least.width ||
+        gtk_widget_get_allocated_height(widget) < least.height)
         faults.push_back(Quoted("too small", text ? text : ""));
 }
 
@@ -104,7 +106,8 @@ void Walk(GtkWidget* widget, CFaults& faults) {
     if (!GTK_IS_CONTAINER(widget)) return;
     gtk_container_forall(
         GTK_CONTAINER(widget),
-        [](GtkWidget* child, gpointer faultsSoFar) { Walk(child, *static_cast<CFaults*>(faultsSoFar)); }, &faults);
+        [](GtkWidget* child, gpointer faultsSoFar) { Walk(child, *static_cast<CFaults*>(faultsSoFar)); },
+        &faults);
 }
 
 void CheckStatusBar(wxStatusBar& bar, CFaults& faults) {
@@ -112,7 +115,8 @@ void CheckStatusBar(wxStatusBar& bar, CFaults& faults) {
         wxRect place;
         const wxString text = bar.GetStatusText(field);
         if (text.empty() || !bar.GetFieldRect(field, place)) continue;
-        if (bar.GetTextExtent(text).x > place.width) faults.push_back(Quoted("status cut", text.utf8_string()));
+        if (bar.GetTextExtent(text).x > place.width)
+            faults.push_back(Quoted("status cut", text.utf8_string()));
     }
 }
 

@@ -39,12 +39,15 @@ struct CDialogOfCommand {
 };
 
 constexpr CDialogOfCommand kWithoutModel[] = {
-    {"open", kCmdOpen},         {"pov-settings", kCmdPovSettings}, {"html-settings", kCmdHtmlSettings},
-    {"settings", kCmdSettings}, {"about", kCmdAbout},
+    {"open", kCmdOpen},
+    {"pov-settings", kCmdPovSettings},
+    {"html-settings", kCmdHtmlSettings},
+    {"settings", kCmdSettings},
+    {"about", kCmdAbout},
 };
 constexpr CDialogOfCommand kWithModel[] = {
-    {"save-as", kCmdSaveAs},        {"save-zip", kCmdCompressToZip}, {"save-picture", kCmdScreenShot},
-    {"save-pov", kCmdExportPov},    {"save-html", kCmdExportHtml},   {"save-gltf", kCmdExportGltf},
+    {"save-as", kCmdSaveAs},         {"save-zip", kCmdCompressToZip},   {"save-picture", kCmdScreenShot},
+    {"save-pov", kCmdExportPov},     {"save-html", kCmdExportHtml},     {"save-gltf", kCmdExportGltf},
     {"delete-file", kCmdDeleteFile}, {"replace-file", kCmdToolReplace},
 };
 constexpr const char* kMenus[] = {"menu-file", "menu-view", "menu-export", "menu-tools", "menu-help"};
@@ -75,13 +78,13 @@ void ShowPrompts(CStage& stage) {
         CUserPrompt::Instance().ShowMessage(lng::Text("This page of the manual is not installed:") +
                                             L"\n/usr/share/orbivue/manual/index.html");
     });
-    stage.Modal("no-server", [] {
-        CUserPrompt::Instance().ShowWarning(lng::Text("Unable to connect to the server."));
-    });
+    stage.Modal("no-server",
+                [] { CUserPrompt::Instance().ShowWarning(lng::Text("Unable to connect to the server.")); });
 }
 
 void ShowUpdates(CStage& stage) {
-    const CAppcastItem item{"2.1", L"2.1", {}, {""}, "https://orbivue.example/", L"• One thing\n• Another thing"};
+    const CAppcastItem item{
+        "2.1", L"2.1", {}, {""}, "https://orbivue.example/", L"• One thing\n• Another thing"};
     const CUpdateOutcome outcome{EUpdateOutcome::News, item, {}};
     stage.Show("update-news", new CUpdateNewsDlg(&stage.Frame(), SentenceOf(outcome, L"1.9.5"), item));
     stage.Modal("update-progress", [&] {
@@ -107,7 +110,8 @@ void ShowDrive(CStage& stage, const std::string& folder) {
     content.files = {{"index.html", 12'345}, {"model/model.glb", 2'345'678}, {"model/viewer.js", 345'678}};
     content.bytes = 2'703'701;
     content.outside = {{"/home/somebody/pictures/wood.png"}};
-    stage.Show("drive-looking", new CUploadDlg(&stage.Frame(), {.program = "/no/such/rclone"}, content, "chess.3ds"));
+    stage.Show("drive-looking",
+               new CUploadDlg(&stage.Frame(), {.program = "/no/such/rclone"}, content, "chess.3ds"));
     CRcloneSetup setup;
     setup.remoteType = "alias";
     setup.moreArguments = {"--config", folder + "/rclone.conf"};
@@ -160,7 +164,8 @@ void ShowBars(CStage& stage) {
 void ShowSceneDialogs(CStage& stage) {
     CAViewerFrame& frame = stage.Frame();
     C3dsDisplayWrap& engine = frame.View().GetEngine();
-    stage.Show("notes", new CSceneNotesDlg(&frame, {L"textures/wood.png: " + lng::Text("the picture was not found")}));
+    stage.Show("notes",
+               new CSceneNotesDlg(&frame, {L"textures/wood.png: " + lng::Text("the picture was not found")}));
     stage.Show("replace", new CReplaceDlg(&frame, L"chess.3ds", *engine.Prepared(), {}));
     const CPovSource source{*engine.Prepared(), engine.GetTextures(), frame.View().SeenView()};
     stage.Show("pov-progress", new CPovExportDialog(&frame, {}, source));

@@ -5,6 +5,7 @@
 #include <wx/image.h>
 #include <wx/log.h>
 #include <wx/msgout.h>
+#include <wx/weakref.h>
 
 #include <algorithm>
 #include <csignal>
@@ -21,12 +22,14 @@
 #include "files/start_program.h"
 #include "files/std_file_paths.h"
 #include "frame/ui/CAViewerFrame.h"
+#include "frame/ui/CFileCommands.h"
 #include "programs/orbivue/command_line.h"
 #include "programs/orbivue/convert.h"
 #include "settings/CSettings.h"
 #include "settings/choose_language.h"
 #include "update/ui/updates.h"
 #include "widgets/CUserPrompt.h"
+#include "widgets/tools/ui/layout_direction.h"
 #include "widgets/ui/CWxUserPrompt.h"
 #include "widgets/ui/end_signals.h"
 #include "widgets/ui/show_first.h"
@@ -42,7 +45,7 @@ void Complain(const std::string& sentence) {
     std::fprintf(stderr, "%s: %s\n", kAppName, sentence.c_str());
 }
 void Complain(const CError& error) {
-    Complain(file_util_ex::ConvertToUTF8(lng::Text(error)));
+    Complain(lng::TextForTerminal(error));
 }
 
 /** Discards the messages of a trial parse of the command line. */
@@ -111,6 +114,8 @@ CViewerApp::CViewerApp() {
 }
 
 bool CViewerApp::Initialize(int& argc, wxChar** argv) {
+    lng::LoadSettingsAndTexts();
+    lng::SetLanguage(CSettings::Instance().language);
     std::vector<wchar_t*> ours = WithoutToolkitOptions({argv, argv + argc});
     m_withoutWindows = !AsksForWindow(ours);
     if (m_withoutWindows) {
@@ -124,7 +129,10 @@ bool CViewerApp::Initialize(int& argc, wxChar** argv) {
     const CVariableGuard backend("GDK_BACKEND", "x11");
 #endif
     const wxLogNull quiet;  // the toolkit's own message does not say what to do
-    if (wxApp::Initialize(argc, argv)) return true;
+    if (wxApp::Initialize(argc, argv)) {
+        SetToolkitDirection();
+        return true;
+    }
     Complain(
         lng::TextUtf8("there is no display to open a window on; orbivue-render draws models without one."));
     s_exitCode = kExitNoDisplay;
@@ -138,6 +146,10 @@ bool CViewerApp::AsksForWindow(std::vector<wchar_t*> arguments) {
     const bool makesSense = parser.Parse(false) == 0;
     PrintMessages();
     return makesSense && !parser.Found("c") && !parser.Found("version");
+}
+
+wxLayoutDirection CViewerApp::GetLayoutDirection() const {
+    return LayoutDirection();
 }
 
 void CViewerApp::CleanUp() {
@@ -198,14 +210,11 @@ bool CViewerApp::OnCmdLineHelp(wxCmdLineParser& parser) {
 }
 
 bool CViewerApp::OnInit() {
-    lng_util_internal::SetDomain(lng::Domain(), "viewer");
     s_exitCode = kExitBadUsage;  // until another outcome is known
     if (!wxApp::OnInit()) {
         m_helpRequested = true;
         return false;
     }
-    LoadSettings();
-    lng::SetLanguage(CSettings::Instance().language);
     if (m_convert) {
         s_exitCode = ConvertToPov(m_inputPath, m_outputPath) ? kExitDone : kExitFailed;
         return false;
@@ -228,7 +237,10 @@ bool CViewerApp::ShowFrame() {
     SetTopWindow(frame);
     ShowFirst(*frame);
     EndOrderlyOnSignals();
-    StartUpdates(CSettings::Instance().autoUpdate);
+    StartUpdates(CSettings::Instance().autoUpdate,
+                 [window = wxWeakRef(frame)](const std::function<void()>& work) {
+                     if (window) window->Files().HoldModel(0, work);
+                 });
     const CResult<std::wstring> model = ModelToOpen(std::exchange(m_inputPath, {}));
     const auto complain = [](const CError& error) { Complain(error); };
     if (model)
@@ -249,11 +261,6 @@ void CViewerApp::EndBySignal(int signal) {
     KeepSettings();
     std::signal(signal, SIG_DFL);
     (void)std::raise(signal);  // so that the sender sees that the signal ended it
-}
-
-void CViewerApp::LoadSettings() {
-    (void)CSettings::LoadFile();  // without a file the defaults hold
-    CSettings::Instance().ReadAll();
 }
 
 void CViewerApp::KeepSettings() {
