@@ -16,17 +16,25 @@ std::string Quoted(const char* what, const std::string& text) {
     return std::string(what) + ": \"" + text + "\"";
 }
 
+std::string Sizes(int neededX, int neededY, int hasX, int hasY) {
+    const auto size = [](int x, int y) { return std::to_string(x) + "x" + std::to_string(y); };
+    return " (needs " + size(neededX, neededY) + ", has " + size(hasX, hasY) + ")";
+}
+
 void CheckLetters(PangoLayout* layout, CFaults& faults) {
     if (pango_layout_get_unknown_glyphs_count(layout) > 0)
         faults.push_back(Quoted("no font for", pango_layout_get_text(layout)));
 }
 
-/** What of a widget its surroundings show. A scrolled window shows the rest on demand, except beside it where it
- * does not scroll that way. */
+/** What of a widget its surroundings show. What can be scrolled counts as seen. */
 GdkRectangle SeenPart(GtkWidget* widget) {
     GdkRectangle seen{0, 0, gtk_widget_get_allocated_width(widget), gtk_widget_get_allocated_height(widget)};
     GtkWidget* parent = gtk_widget_get_parent(widget);
-    for (; parent && !GTK_IS_SCROLLED_WINDOW(parent); parent = gtk_widget_get_parent(parent)) {
+    const auto scrolls = [](GtkWidget* one) {
+        GtkWidget* around = gtk_widget_get_parent(one);
+        return around && GTK_IS_SCROLLED_WINDOW(around);
+    };
+    for (; parent && !scrolls(parent); parent = gtk_widget_get_parent(parent)) {
         GdkRectangle bounds{0, 0, gtk_widget_get_allocated_width(parent),
                             gtk_widget_get_allocated_height(parent)};
         if (!gtk_widget_translate_coordinates(parent, widget, 0, 0, &bounds.x, &bounds.y)) break;
@@ -40,26 +48,23 @@ void CheckLabel(GtkLabel* label, CFaults& faults) {
     const std::string text = pango_layout_get_text(layout);
     if (text.empty()) return;
     CheckLetters(layout, faults);
-    int width = 0, height = 0;
-    pango_layout_get_pixel_size(layout, &width, &height);
+    // Letters of another font than the theme's may leave more room around them than there is.
+    PangoRectangle ink, whole;
+    pango_layout_get_pixel_extents(layout, &ink, &whole);
+    const int width = whole.width, height = ink.height;
     const GdkRectangle seen = SeenPart(GTK_WIDGET(label));
     if (pango_layout_is_ellipsized(layout))
         faults.push_back(Quoted("ends with dots", text));
-    else if (width > seen.width + 1 || height > seen.height + 1)
-        faults.push_back(Quoted("cut", text));
-}
-
-/** A button's label is inside of it, so only its own frame is looked at. */
-void CheckSize(GtkWidget* widget, const char* text, CFaults& faults) {
-    GtkRequisition least;
-    gtk_widget_get_preferred_size(widget, &least, nullptr);
-    if (gtk_widget_get_allocated_width(widget) < least.width ||
-        gtk_widget_get_allocated_height(widget) < least.height)
-        faults.push_back(Quoted("too small", text ? text : ""));
+    else if (width > seen.width + 1 || height > seen.height)
+        faults.push_back(Quoted("cut", text) + Sizes(width, height, seen.width, seen.height));
 }
 
 void CheckEntry(GtkEntry* entry, CFaults& faults) {
-    CheckSize(GTK_WIDGET(entry), gtk_entry_get_text(entry), faults);
+    GtkRequisition least;
+    gtk_widget_get_preferred_size(GTK_WIDGET(entry), &least, nullptr);
+    const int has = gtk_widget_get_allocated_height(GTK_WIDGET(entry));
+    if (has < least.height)
+        faults.push_back(Quoted("field too low", gtk_entry_get_text(entry)) + Sizes(0, least.height, 0, has));
     const char* hint = gtk_entry_get_placeholder_text(entry);
     if (!hint || !*hint) return;
     PangoLayout* layout = gtk_widget_create_pango_layout(GTK_WIDGET(entry), hint);
@@ -94,12 +99,17 @@ void CheckRows(GtkTreeView* list, CFaults& faults) {
 
 void Walk(GtkWidget* widget, CFaults& faults) {
     if (!gtk_widget_get_mapped(widget)) return;
+    if (GTK_IS_FILE_CHOOSER_WIDGET(widget)) {  // of which only what we put into it is ours
+        auto* chooser = GTK_FILE_CHOOSER(widget);
+        for (GtkWidget* own :
+             {gtk_file_chooser_get_preview_widget(chooser), gtk_file_chooser_get_extra_widget(chooser)})
+            if (own) Walk(own, faults);
+        return;
+    }
     if (GTK_IS_LABEL(widget)) {
         CheckLabel(GTK_LABEL(widget), faults);
     } else if (GTK_IS_ENTRY(widget)) {
         CheckEntry(GTK_ENTRY(widget), faults);
-    } else if (GTK_IS_BUTTON(widget)) {
-        CheckSize(widget, gtk_button_get_label(GTK_BUTTON(widget)), faults);
     } else if (GTK_IS_TREE_VIEW(widget)) {
         CheckRows(GTK_TREE_VIEW(widget), faults);
     }
