@@ -15,6 +15,7 @@
 #include "base/text/lng.h"
 #include "base/text/utf8_text.h"
 #include "widgets/ui/button_label.h"
+#include "widgets/ui/field_label.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ class CSaveQuestion final : public wxDialog {
     CSaveQuestion(wxWindow* parent, const std::wstring& text)
         : wxDialog(parent, wxID_ANY, wxTheApp->GetAppName()) {
         auto* words = new wxStaticText(this, wxID_ANY, wxControl::EscapeMnemonics(text));
-        words->Wrap(FromDIP(420));
+        WrapText(*words, FromDIP(420));
         auto* line = new wxBoxSizer(wxHORIZONTAL);
         line->Add(new wxStaticBitmap(this, wxID_ANY,
                                      wxArtProvider::GetBitmapBundle(wxART_QUESTION, wxART_MESSAGE_BOX)),
