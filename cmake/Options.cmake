@@ -29,9 +29,9 @@ if(ORBIVUE_FUZZ)
   target_compile_options(orbivue_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# The floor that our arithmetic is tuned for; a distribution may override it.
-if(CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64")
-  target_compile_options(orbivue_options INTERFACE -march=x86-64-v2)
+# The x86-64 processors that the programs run on; nothing of ours is written for one, so this only tunes what the compiler makes.
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64" AND ORBIVUE_X86_64_LEVEL GREATER 1)
+  target_compile_options(orbivue_options INTERFACE -march=x86-64-v${ORBIVUE_X86_64_LEVEL})
 endif()
 
 # orbivue_add_library(NAME SOURCES... ): a static library with our options.

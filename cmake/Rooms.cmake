@@ -2,6 +2,16 @@
 # How a folder under src/ becomes a library. src/rooms.cmake lists the rooms and what each may use.
 include(${PROJECT_SOURCE_DIR}/src/rooms.cmake)
 
+# What nearly all sources without windows include. Builds that only check take it precompiled.
+set(ORBIVUE_OTHER_HEADERS base/text settings modeldb/server/http)  # other definitions, or headers of their own
+if(ORBIVUE_STD_HEADERS)
+  add_library(orbivue_std_headers OBJECT ${PROJECT_SOURCE_DIR}/cmake/std_headers.cpp)
+  target_link_libraries(orbivue_std_headers PRIVATE orbivue_options)
+  target_precompile_headers(orbivue_std_headers PRIVATE
+    <algorithm> <array> <atomic> <charconv> <chrono> <cmath> <cstdint> <filesystem> <functional> <map> <memory> <mutex> <optional>
+    <ranges> <span> <string> <string_view> <thread> <unordered_map> <utility> <variant> <vector>)
+endif()
+
 # The library of a room: orbivue_ and its path with underscores.
 function(orbivue_target_of_room result room)
   string(REPLACE "/" "_" name "${room}")
@@ -50,6 +60,8 @@ function(orbivue_add_room)
       if(NOT room STREQUAL "widgets/ui")
         target_precompile_headers(${name} REUSE_FROM orbivue_widgets_ui)
       endif()
+    elseif(ORBIVUE_STD_HEADERS AND NOT room IN_LIST ORBIVUE_OTHER_HEADERS)
+      target_precompile_headers(${name} REUSE_FROM orbivue_std_headers)
     endif()
   else()
     add_library(${name} INTERFACE)

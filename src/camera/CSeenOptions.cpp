@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "base/text/lng.h"
+
 namespace {
 
 constexpr double kDegree = std::numbers::pi / 180;
@@ -37,7 +39,7 @@ CRotation RotationOf(CVec3 deg) {
 std::optional<std::string> CSeenOptions::Set(std::string_view name, std::string_view value) {
     if (name == "zoom" || name == "orbit") {
         const auto number = Numbers<1>(value);
-        if (!number || std::abs((*number)[0]) > 1e6) return "needs a number";
+        if (!number || std::abs((*number)[0]) > 1e6) return lng::TextUtf8("needs a number");
         if (name == "orbit")
             orbitDeg = (*number)[0];
         else
@@ -46,18 +48,18 @@ std::optional<std::string> CSeenOptions::Set(std::string_view name, std::string_
     }
     if (name == "pan") {
         const auto n = Numbers<2>(value);
-        if (!n) return "needs DX,DY in pixels";
+        if (!n) return lng::TextUtf8("needs DX,DY in pixels");
         pan = *n;
         return {};
     }
     if (name == "zoom-box") {
         const auto n = Numbers<4>(value);
-        if (!n) return "needs LEFT,TOP,RIGHT,BOTTOM in pixels";
+        if (!n) return lng::TextUtf8("needs LEFT,TOP,RIGHT,BOTTOM in pixels");
         zoomBox = C2DRect((*n)[0], (*n)[1], (*n)[2], (*n)[3]);
         return {};
     }
     const auto n = Numbers<3>(value);
-    if (!n) return "needs X,Y,Z";
+    if (!n) return lng::TextUtf8("needs X,Y,Z");
     const CVec3d v{(*n)[0], (*n)[1], (*n)[2]};
     const CVec3 f{static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
     if (name == "angles") anglesDeg = f;

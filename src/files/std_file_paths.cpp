@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdlib>
@@ -12,7 +13,6 @@
 #include <mutex>
 #include <span>
 #include <system_error>
-#include <vector>
 
 #include "base/text/ascii_text.h"
 #include "base/text/lng.h"
@@ -190,6 +190,17 @@ std::string GetDataPath(std::string_view relative) {
 
 std::string GetImgPath(std::string_view fileName) {
     return GetDataPath(MakePath("images", fileName));
+}
+
+void GetLngDirNames(std::vector<std::wstring>& names) {
+    std::vector<std::string> folders;
+    (void)file_util_ex::GetSubDirs(GetDataPath("languages"), folders);  // none: English alone
+    names = {L"en"};
+    for (const std::string& folder : folders)
+        names.push_back(PathFromBytes(file_util_ex::GetFileName(folder)));
+    std::ranges::sort(names);
+    const auto repeated = std::ranges::unique(names);
+    names.erase(repeated.begin(), repeated.end());
 }
 
 std::string GetPluginPath(std::string_view fileName) {

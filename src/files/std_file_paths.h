@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/CResult.h"
 
@@ -48,6 +49,8 @@ void DeleteTempDir();
 /** GetDataPath of a picture or icon of the program's. */
 [[nodiscard]] std::string GetImgPath(std::string_view fileName);
 [[nodiscard]] std::wstring GetImgPath(std::wstring_view fileName);
+/** The names of the installed languages' folders, sorted; English ("en") is one, though it needs no catalogue. */
+void GetLngDirNames(std::vector<std::wstring>& names);
 /** Like GetDataPath, for what is compiled for the machine: lib/orbivue, or the build tree. */
 [[nodiscard]] std::string GetPluginPath(std::string_view fileName);
 

@@ -58,6 +58,8 @@ constexpr int kCmdSaveEdits = 33015;
 constexpr int kCmdShowMaterialBar = 33016;
 constexpr int kCmdShowModelList = 33007;
 constexpr int kCmdExportGltf = 33017;
+constexpr int kCmdManual = 33018;
+constexpr int kCmdShortcuts = 33019;
 constexpr int kCmdFirstSceneCamera = 33100;
 constexpr int kMaxSceneCameras = 100;
 

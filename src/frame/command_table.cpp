@@ -83,18 +83,22 @@ constexpr CCommand kCommands[] = {
      "tool_filter.ico", ENeeds::Model, kToggle, kEndsGroup},
     {kCmdScreenShot, EMenu::Tools, Mark("ScreenShot\tCtrl+C"), Mark("ScreenShot (CTRL+C)"), "screenshot.ico",
      ENeeds::Model, !kToggle, kEndsGroup},
-    {kCmdSelectLanguage, EMenu::Tools, Mark("Select Language"), nullptr, nullptr, ENeeds::Feature, !kToggle, kEndsGroup},
-    {kCmdSettings, EMenu::Tools, Mark("Settings"), nullptr, nullptr, ENeeds::Feature, !kToggle, kEndsGroup},
+    {kCmdSelectLanguage, EMenu::Tools, Mark("Select Language"), nullptr, nullptr, ENeeds::Nothing, !kToggle, kEndsGroup},
+    {kCmdSettings, EMenu::Tools, Mark("Settings"), nullptr, nullptr, ENeeds::Nothing, !kToggle, kEndsGroup},
     {kCmdDownload, EMenu::Tools, Mark("Download files"), Mark("Download 3ds files from server"), "download.ico",
      ENeeds::Nothing, kToggle},
     {kCmdUpload, EMenu::Tools, Mark("Upload file"), Mark("Upload file to server"), "upload.ico", ENeeds::Model,
      !kToggle, !kEndsGroup, kMarksRun},
     {kCmdClearCache, EMenu::Tools, Mark("Clear cache"), nullptr, nullptr},
 
-    {kCmdVisitWebsite, EMenu::Help, Mark("Visit Website"), nullptr, nullptr, ENeeds::Feature, !kToggle, kEndsGroup},
-    {kCmdCheckForUpdates, EMenu::Help, Mark("Check for updates..."), nullptr, nullptr, ENeeds::Feature, !kToggle,
+    {kCmdManual, EMenu::Help, Mark("Manual\tF1"), nullptr, nullptr},
+    {kCmdShortcuts, EMenu::Help, Mark("Keyboard shortcuts\tCtrl+?"), nullptr, nullptr, ENeeds::Nothing, !kToggle,
      kEndsGroup},
-    {kCmdAbout, EMenu::Help, Mark("&About ..."), Mark("About Orbivue"), "about.ico", ENeeds::Feature},
+    {kCmdVisitWebsite, EMenu::Help, Mark("Visit Website"), nullptr, nullptr, ENeeds::Nothing, !kToggle, kEndsGroup},
+    {kCmdCheckForUpdates, EMenu::Help, Mark("Check for updates..."), nullptr, nullptr, ENeeds::Nothing, !kToggle,
+     kEndsGroup},
+    {kCmdAbout, EMenu::Help, Mark("&About ..."), Mark("About Orbivue"), "about.ico", ENeeds::Nothing,
+     !kToggle, !kEndsGroup, kMarksRun},
 };
 // clang-format on
 

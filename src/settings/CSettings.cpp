@@ -58,6 +58,9 @@ constexpr std::array kEntries = {
     CEntry{"SlideShowTime", &CSettings::slideShowTime},
     CEntry{"ModelServer", &CSettings::modelServer},
     CEntry{"ModelServerToken", &CSettings::modelServerToken},
+    CEntry{"UpdateFeed", &CSettings::updateFeed},
+    CEntry{"UpdateLastCheck", &CSettings::updateLastCheck},
+    CEntry{"UpdateSkippedVersion", &CSettings::updateSkipped},
 };
 
 /** The file holds a secret: nobody else reads it. */

@@ -49,6 +49,9 @@ struct CSettings {
     std::int32_t slideShowTime = 3000;  ///< how long a slideshow shows each model, in milliseconds
     std::wstring modelServer;           ///< address of a server of models; empty: the one of the build
     std::wstring modelServerToken;  ///< a secret, which is never shown; with it the file is the user's alone
+    std::wstring updateFeed;        ///< address of the list of new versions; empty: the one of the build
+    std::wstring updateLastCheck;   ///< when it was last asked for unbidden, in seconds since 1970 (UTC)
+    std::wstring updateSkipped;     ///< a version that the user wants to hear no more of
 
     bool operator==(const CSettings&) const = default;
 };

@@ -58,6 +58,7 @@ def check_programs(prefix, scratch):
     require((prefix / "share/orbivue/previews/chess.jpg").is_file(), "the previews of the samples are not installed")
     for path in ("bin/orbivue-modeldb", "share/man/man1/orbivue-modeldb.1", "lib/systemd/system/orbivue-modeldb.service", "lib/sysusers.d/orbivue-modeldb.conf", "share/doc/orbivue/examples/nginx/orbivue-modeldb.conf", "share/man/man1/orbivue-render.1", "share/man/man1/orbivue-convert.1", "share/man/man1/Orbivue.1", "share/orbivue/languages/de/viewer.mo", "share/doc/orbivue/NOTICE", "share/doc/orbivue/LICENSE"):
         require((prefix / path).is_file(), f"{path} is not installed")
+    require((prefix / "share/orbivue/manual/index.html").is_file(), "the manual is not installed")
     check_upload_helper(prefix, scratch)
     for path in prefix.rglob("*"):
         require("seeds" not in path.parts and path.name not in ("make_samples", "make_large"), f"{path} should not be installed")
@@ -97,7 +98,7 @@ def check_desktop(prefix, _scratch):
     share = prefix / "share"
     desktop = share / "applications/orbivue.desktop"
     run("desktop-file-validate", desktop)
-    run("appstreamcli", "validate", "--no-net", share / "metainfo/org.orbivue.Orbivue.metainfo.xml")
+    run("appstreamcli", "validate", "--no-net", "--pedantic", share / "metainfo/org.orbivue.orbivue.metainfo.xml")
     entries = dict(line.split("=", 1) for line in desktop.read_text().splitlines() if "=" in line)
     require((prefix / "bin" / entries["Exec"].split()[0]).is_file(), "the desktop file starts nothing that is installed")
     require(list((share / "icons").rglob(entries["Icon"] + ".svg")), "the desktop file's icon is not installed")

@@ -36,7 +36,8 @@ constexpr const char* kDefaultFile =
     "1\nPovPreviewBack=0\n"
     "PovUseLastName=0\nPovRadiosity=0\nPovLastName=\nPovDiffuse=0.600\nPovSelfDiff=0.100\nAutoUpdate=1\n"
     "CloseOnEsc=0\nShowMaterialBar=1\nSlideShowTime=3000\n"
-    "ModelServer=\nModelServerToken=\n";
+    "ModelServer=\nModelServerToken=\n"
+    "UpdateFeed=\nUpdateLastCheck=\nUpdateSkippedVersion=\n";
 
 }  // namespace
 

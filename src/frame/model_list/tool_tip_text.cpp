@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "frame/model_list/tool_tip_text.h"
 
+#include "base/text/lng.h"
 #include "base/text/utf8_text.h"
 #include "files/file_util_ex.h"
 #include "frame/preview/preview_facts.h"
@@ -9,7 +10,7 @@
 std::wstring ToolTipText(const std::wstring& path, const std::wstring& problem) {
     std::wstring text = file_util_ex::ShownText(path);
     if (const auto stamp = CFileStamp::Of(file_util_ex::ConvertToUTF8(path)))
-        text += L"\n" + preview_facts::SizeText(stamp->bytes);
+        text += L"\n" + lng::Size(stamp->bytes);
     if (!problem.empty()) text += L"\n" + problem;
     return text;
 }

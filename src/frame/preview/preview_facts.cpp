@@ -40,10 +40,6 @@ std::int64_t Count(const nlohmann::json& stats, const char* key) {
     return static_cast<std::int64_t>(std::min(found->get<std::uint64_t>(), std::uint64_t{1} << 62));
 }
 
-std::wstring Wide(const std::string& text) {
-    return file_util_ex::ConvertFromUTF8W(text);
-}
-
 }  // namespace
 
 std::optional<CPreviewRequest> RequestFor(const std::string& path, const CLook& look) {
@@ -97,19 +93,6 @@ std::wstring ProblemText(std::string_view errors, std::string_view path) {
     std::erase_if(reason, [](wchar_t c) { return c < L' ' || c == 0x7F; });
     if (reason.size() > kMaxProblemLetters) reason = reason.substr(0, kMaxProblemLetters) + L"\u2026";
     return reason;
-}
-
-std::wstring SizeText(std::uint64_t bytes) {
-    if (bytes < 1000) return lng::Text("%s bytes", Wide(std::to_string(bytes)));
-    constexpr std::array kUnits = {lng::Mark("%s kB"), lng::Mark("%s MB"), lng::Mark("%s GB"),
-                                   lng::Mark("%s TB")};
-    double value = static_cast<double>(bytes) / 1000;
-    std::size_t unit = 0;
-    for (; value >= 999.95 && unit + 1 < kUnits.size(); ++unit) value /= 1000;
-    std::wstring number = Wide(number_text::FormatFixed(value, 1));
-    // The catalogue's entry for this text is the language's decimal point.
-    number.replace(number.find(L'.'), 1, lng::Text("."));
-    return lng::Text(kUnits[unit], number);
 }
 
 }  // namespace preview_facts

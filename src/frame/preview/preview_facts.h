@@ -38,7 +38,4 @@ struct COutcome {
  * without the program's and the file's names. Any text gives one line of limited length. */
 [[nodiscard]] std::wstring ProblemText(std::string_view errors, std::string_view path);
 
-/** "812 bytes", "12.3 kB", "4.0 MB": steps of 1,000. */
-[[nodiscard]] std::wstring SizeText(std::uint64_t bytes);
-
 }  // namespace preview_facts

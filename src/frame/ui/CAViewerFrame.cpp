@@ -137,12 +137,15 @@ void CAViewerFrame::BindEvents() {
 }
 
 /** The view's keys work wherever in the main window the focus is, except in text fields. The keys for a
- * context menu open the view's. */
+ * context menu open the view's. The question mark stands above another key on many keyboards, and so is not found in
+ * a table of accelerators. */
 void CAViewerFrame::BindKeys() {
     wxWindow* canvas = m_view->GetCanvas()->GetWindow();
     Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
         if (IsKeyForView(event))
             OnViewKeyDown(event.GetKeyCode());
+        else if (event.GetUnicodeKey() == '?' && event.ControlDown())
+            RunCommand(kCmdShortcuts);
         else if (event.GetKeyCode() == WXK_F6 && (event.GetModifiers() & ~wxMOD_SHIFT) == 0)
             StepPane(event.ShiftDown());
         else

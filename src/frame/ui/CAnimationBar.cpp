@@ -21,6 +21,8 @@ CAnimationBar::CAnimationBar(wxWindow* parent, CActions actions)
       m_slider(new wxSlider(this, wxID_ANY, 0, 0, 1)),
       m_text(new wxStaticText(this, wxID_ANY, wxEmptyString)) {
     SetAccessibleName(*this, lng::Text("Animation"));
+    // Time runs to the right, as in every player.
+    m_slider->SetLayoutDirection(wxLayout_LeftToRight);
     SetAccessibleName(*m_slider, lng::Text("Frame of the animation"));
     KeepFocusOnClick(*m_play);  // so that Space goes on to the next model
     auto* row = new wxBoxSizer(wxHORIZONTAL);

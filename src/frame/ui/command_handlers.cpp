@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "frame/ui/command_handlers.h"
 
+#include <type_traits>
 #include <unordered_map>
 
 #include "frame/command_ids.h"
+#include "frame/dialogs/ui/frame_dialogs.h"
 #include "frame/materials/ui/CMaterialCommands.h"
 #include "frame/slideshow/ui/CSlideShow.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "frame/ui/CFileCommands.h"
 #include "session/CSession.h"
 #include "settings/CSettings.h"
+#include "update/win_sparkle.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 
 namespace {
@@ -34,6 +37,25 @@ void Toggle(CAViewerFrame& frame) {
 template <void (CFileCommands::*command)()>
 void File(CAViewerFrame& frame) {
     (frame.Files().*command)();
+}
+
+/** For what the opening of a model must not disturb: a dialog, or a wait for another program. */
+template <int id, auto run>
+void Hold(CAViewerFrame& frame) {
+    frame.Files().HoldModel(id, [&frame] {
+        if constexpr (std::is_invocable_v<decltype(run), CAViewerFrame&>)
+            run(frame);
+        else
+            run();
+    });
+}
+
+void ShowSettings(CAViewerFrame& frame) {
+    (void)EditSettings(&frame);  // whoever uses them reads them anew
+}
+
+void ShowManual() {
+    OpenManual();
 }
 
 template <int id, EMaterialTool tool>
@@ -99,6 +121,13 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdUpload, [](CAViewerFrame& frame) { frame.UploadModel(); }},
         {kCmdClearCache, [](CAViewerFrame& frame) { frame.ClearCache(); }},
         {kCmdScreenShot, [](CAViewerFrame& frame) { frame.SaveScreenshot(); }},
+        {kCmdSelectLanguage, Hold<kCmdSelectLanguage, &SelectLanguage>},
+        {kCmdSettings, Hold<kCmdSettings, &ShowSettings>},
+        {kCmdManual, Hold<kCmdManual, &ShowManual>},
+        {kCmdShortcuts, [](CAViewerFrame& frame) { ShowShortcuts(frame); }},
+        {kCmdVisitWebsite, Hold<kCmdVisitWebsite, &VisitWebsite>},
+        {kCmdAbout, Hold<kCmdAbout, &ShowAbout>},
+        {kCmdCheckForUpdates, Hold<kCmdCheckForUpdates, &win_sparkle_check_update_with_ui>},
         {kCmdHtmlSettings, [](CAViewerFrame& frame) { frame.SetHtmlOptions(); }},
         {kCmdExportHtml, [](CAViewerFrame& frame) { frame.ExportHtml(); }}};
     const auto found = handlers.find(id);

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <variant>
@@ -37,6 +39,9 @@ class CDatabase {
     using CRowTaker = std::function<CStatus(const CDbRow&)>;
     using CWork = std::function<CStatus()>;
 
+    /** Equal marks: nothing was committed between them, by whomever. */
+    using CStateMark = std::array<unsigned char, 48>;
+
     virtual ~CDatabase() = default;
     [[nodiscard]] virtual EEngine Engine() const = 0;
     /** For the errors of others: the file or server, without secrets. */
@@ -50,6 +55,9 @@ class CDatabase {
                                             const CRowTaker& take = {}) {
         return Run(sql, std::span(values.begin(), values.size()), take);
     }
+    /** A mark of what others would read now, much cheaper than any statement. Nothing where it cannot be told: within a transaction,
+     * and by an engine that does not tell. */
+    [[nodiscard]] virtual std::optional<CStateMark> StateMark() { return std::nullopt; }
     /** Runs statements that take no values and give no rows, divided by ';'. */
     [[nodiscard]] virtual CStatus RunScript(std::string_view sql) = 0;
 

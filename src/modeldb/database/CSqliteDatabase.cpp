@@ -11,6 +11,7 @@
 #include "files/system_error.h"
 #include "modeldb/database/sqlite_errors.h"
 #include "modeldb/database/sqlite_file.h"
+#include "modeldb/database/sqlite_state.h"
 
 namespace {
 
@@ -154,6 +155,21 @@ CResult<std::int64_t> CSqliteDatabase::Run(std::string_view sql, std::span<const
     (void)sqlite3_reset(statement);  // repeats what the last step told
     (void)sqlite3_clear_bindings(statement);
     return result;
+}
+
+bool CSqliteDatabase::HasLog() {
+    if (m_hasLog) return true;  // others cannot take it away while this connection is there
+    const CResult<std::int64_t> asked = Run("PRAGMA journal_mode", {}, [this](const CDbRow& row) -> CStatus {
+        m_hasLog = row.Text(0) == "wal";
+        return CDone{};
+    });
+    return asked && m_hasLog;
+}
+
+std::optional<CDatabase::CStateMark> CSqliteDatabase::StateMark() {
+    // A transaction goes on seeing what was there when it began.
+    if (sqlite3_get_autocommit(m_handle.get()) == 0 || !HasLog()) return std::nullopt;
+    return SqliteStateMark(m_handle.get());
 }
 
 CStatus CSqliteDatabase::RunScript(std::string_view sql) {

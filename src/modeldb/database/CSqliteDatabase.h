@@ -23,6 +23,7 @@ class CSqliteDatabase final : public CDatabase {
     using CDatabase::Run;
     [[nodiscard]] CResult<std::int64_t> Run(std::string_view sql, std::span<const CDbValue> values,
                                             const CRowTaker& take) override;
+    [[nodiscard]] std::optional<CStateMark> StateMark() override;
     [[nodiscard]] CStatus RunScript(std::string_view sql) override;
 
     /** Copies all of it, in one snapshot, to a file that is there and empty. */
@@ -47,6 +48,7 @@ class CSqliteDatabase final : public CDatabase {
     [[nodiscard]] CStatus Bind(const CPrepared& prepared, std::span<const CDbValue> values) const;
     [[nodiscard]] CResult<std::int64_t> Step(sqlite3_stmt* statement, const CRowTaker& take);
 
+    [[nodiscard]] bool HasLog();
     [[nodiscard]] CStatus Begin(EScope scope) override;
     [[nodiscard]] CStatus Commit() override;
     void Rollback() override;
@@ -55,5 +57,6 @@ class CSqliteDatabase final : public CDatabase {
 
     std::string m_path;
     CHandle m_handle;
+    bool m_hasLog = false;
     std::unordered_map<std::string, CPrepared> m_prepared;  // after m_handle: it goes first
 };

@@ -7,15 +7,15 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "base/CResult.h"
 #include "modeldb/bytes/byte_stream.h"
+#include "modeldb/database/CDatabase.h"
 #include "modeldb/database/CStoreAddress.h"
 #include "modeldb/records/store_records.h"
 #include "modeldb/store/CBlobWriter.h"
-
-class CDatabase;
 
 /** A texture and a model that are to be added. */
 struct CNewTexture {
@@ -67,6 +67,7 @@ class CModelStore {
     [[nodiscard]] CResult<std::vector<CGroupRecord>> Groups();
     /** NotFound: no such group. */
     [[nodiscard]] CResult<CGroupRecord> Group(std::string_view name);
+    /** Kept from one call to the next until anybody changes the store, where the engine tells (CDatabase::StateMark). */
     [[nodiscard]] CResult<CGroupRecord> GroupById(std::int64_t id);
     /** A page of a group's models, in the order of names' bytes, then of keys: those behind a place, or the first ones; at
      * most `limit`, and fewer only at the end. Empty for a group that is not there. */
@@ -145,5 +146,11 @@ class CModelStore {
 
     std::unique_ptr<CDatabase> m_database;
     EStoreUse m_use = EStoreUse::Read;
+    /** Groups that were read in one state of the store. */
+    struct CGroupsSeen {
+        CDatabase::CStateMark state;
+        std::unordered_map<std::int64_t, CGroupRecord> byId;
+    };
+    std::optional<CGroupsSeen> m_groupsSeen;
     bool m_hasTrigrams = false;  ///< see HasTrigramTable
 };

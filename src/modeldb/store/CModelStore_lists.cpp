@@ -50,6 +50,8 @@ std::string PhraseOf(std::string_view text) {
     return phrase + "\"";
 }
 
+constexpr std::size_t kMostGroupsSeen = 4096;
+
 constexpr std::string_view kSearch =
     "SELECT g.name, m.name, m.key FROM models m JOIN model_groups g ON g.id = m.group_id "
     "WHERE m.folded LIKE $1 ESCAPE '!' AND ($2 = 0 OR m.group_id = $2) ORDER BY m.key LIMIT $3";
@@ -100,7 +102,19 @@ CResult<CGroupRecord> CModelStore::Group(std::string_view name) {
 }
 
 CResult<CGroupRecord> CModelStore::GroupById(std::int64_t id) {
-    return OneGroup(*m_database, "SELECT id, name, model_count, version FROM model_groups WHERE id = $1", id);
+    // The state first: what is read later may be newer, and is then read again.
+    const std::optional<CDatabase::CStateMark> state = m_database->StateMark();
+    if (!state || !m_groupsSeen || m_groupsSeen->state != *state ||
+        m_groupsSeen->byId.size() >= kMostGroupsSeen)
+        m_groupsSeen.reset();
+    else if (const auto seen = m_groupsSeen->byId.find(id); seen != m_groupsSeen->byId.end())
+        return seen->second;
+    CResult<CGroupRecord> group =
+        OneGroup(*m_database, "SELECT id, name, model_count, version FROM model_groups WHERE id = $1", id);
+    if (!state || !group) return group;
+    if (!m_groupsSeen) m_groupsSeen = CGroupsSeen{*state, {}};
+    m_groupsSeen->byId.emplace(id, group.Value());
+    return group;
 }
 
 CResult<std::vector<CModelSummary>> CModelStore::Models(std::int64_t groupId,

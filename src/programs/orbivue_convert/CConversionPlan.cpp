@@ -5,6 +5,7 @@
 
 #include <filesystem>
 
+#include "base/text/lng.h"
 #include "files/file_util_ex.h"
 #include "programs/orbivue_convert/CConvertOptions.h"
 
@@ -59,10 +60,11 @@ std::optional<std::string> CConversionPlan::MadeOf(const std::string& output) co
 std::optional<std::string> CConversionPlan::RefusalOf(const CConversion& conversion) const {
     const auto place = PlaceOf(conversion.output);
     if (place && m_inputs.contains(*place))
-        return conversion.output + " is one of the files to be converted, and stays as it is";
+        return lng::TextUtf8("%s is one of the files to be converted, and stays as it is",
+                             {conversion.output});
     if (const auto other = MadeOf(conversion.output))
-        return conversion.output + " is made of " + *other + " already";
+        return lng::TextUtf8("%s is made of %s already", {conversion.output, *other});
     if (place && !m_options.ending.empty() && !m_options.force)
-        return conversion.output + " exists already (--force replaces it)";
+        return lng::TextUtf8("%s exists already (--force replaces it)", {conversion.output});
     return std::nullopt;
 }

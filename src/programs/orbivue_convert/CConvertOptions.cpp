@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "base/text/lng.h"
 #include "files/file_util_ex.h"
 #include "programs/shared/option_table.h"
 #include "programs/shared/option_values.h"
@@ -36,29 +37,29 @@ COutcome Act(CConvertOptions& options, std::string_view) {
     return {};
 }
 COutcome SetFolder(CConvertOptions& options, std::string_view value) {
-    if (value.empty()) return "needs a folder";
+    if (value.empty()) return lng::TextUtf8("needs a folder");
     options.folder = value;
     return {};
 }
 COutcome SetEnding(CConvertOptions& options, std::string_view value) {
     if (value.starts_with('.')) value.remove_prefix(1);
-    if (!KindOfEnding(value)) return "needs one of " + KnownEndings();
+    if (!KindOfEnding(value)) return lng::TextUtf8("needs one of %s", {KnownEndings()});
     options.ending = value;
     return {};
 }
 COutcome SetTextureSide(CConvertOptions& options, std::string_view value) {
     const auto side = option_values::Number<int>(value);
-    if (!side || *side < 1) return "needs a number of pixels from 1 on";
+    if (!side || *side < 1) return lng::TextUtf8("needs a number of pixels from 1 on");
     options.textureSide = *side;
     return {};
 }
 COutcome SetLanguage(CConvertOptions& options, std::string_view value) {
-    if (value.empty()) return "needs a code such as de";
+    if (value.empty()) return lng::TextUtf8("needs a code such as de");
     options.language = value;
     return {};
 }
 COutcome SetScriptFile(CConvertOptions& options, std::string_view value) {
-    if (value.empty()) return "needs a file";
+    if (value.empty()) return lng::TextUtf8("needs a file");
     options.scriptFile = value;
     return {};
 }
@@ -66,25 +67,33 @@ COutcome SetScriptFile(CConvertOptions& options, std::string_view value) {
 using Options = CConvertOptions;
 
 constexpr std::array<option_table::CEntry<Options>, 18> kOwnOptions{{
-    {"to", "ENDING", SetEnding, "convert all INs to files of this kind, named as they are"},
-    {"folder", "DIR", SetFolder, "where those go; it is made where it is missing (beside each IN)"},
-    {"force", "", Set<&Options::force>, "replace files there; an OUT that is named is replaced anyway"},
-    {"no-textures", "", Set<&Options::withTextures, false>, "colours without pictures"},
-    {"compress", "", Set<&Options::compress>, "glb: smaller, for programs that know EXT_meshopt_compression"},
-    {"texture-side", "N", SetTextureSide, "glb: larger pictures are halved until no side has more pixels"},
-    {"double-sided", "", Set<&Options::doubleSided>, "glb, html: all surfaces are seen from both sides"},
-    {"no-cameras-bar", "", Set<&Options::camerasBar, false>, "html: no buttons for the cameras"},
-    {"readable", "", Set<&Options::minify, false>, "html: the viewer's script as people can read it"},
-    {"gzip", "", Set<&Options::gzip>, "html: a packed copy beside the page, for servers"},
-    {"split", "", Set<&Options::combine, false>, "html: script and scene beside the page, for servers"},
+    {"to", "ENDING", SetEnding, lng::Mark("convert all INs to files of this kind, named as they are")},
+    {"folder", "DIR", SetFolder,
+     lng::Mark("where those go; it is made where it is missing (beside each IN)")},
+    {"force", "", Set<&Options::force>,
+     lng::Mark("replace files there; an OUT that is named is replaced anyway")},
+    {"no-textures", "", Set<&Options::withTextures, false>, lng::Mark("colours without pictures")},
+    {"compress", "", Set<&Options::compress>,
+     lng::Mark("glb: smaller, for programs that know EXT_meshopt_compression")},
+    {"texture-side", "N", SetTextureSide,
+     lng::Mark("glb: larger pictures are halved until no side has more pixels")},
+    {"double-sided", "", Set<&Options::doubleSided>,
+     lng::Mark("glb, html: all surfaces are seen from both sides")},
+    {"no-cameras-bar", "", Set<&Options::camerasBar, false>, lng::Mark("html: no buttons for the cameras")},
+    {"readable", "", Set<&Options::minify, false>,
+     lng::Mark("html: the viewer's script as people can read it")},
+    {"gzip", "", Set<&Options::gzip>, lng::Mark("html: a packed copy beside the page, for servers")},
+    {"split", "", Set<&Options::combine, false>,
+     lng::Mark("html: script and scene beside the page, for servers")},
     {"download-link", "", Set<&Options::downloadLink>,
-     "html: an archive of the model beside the page, with a link"},
-    {"language", "CODE", SetLanguage, "html: what the page says is in this language (en)"},
-    {"javascript", "FILE", SetScriptFile, "html: a script of yours that the page runs"},
-    {"quiet", "", Tell<Options::ETelling::Errors>, "tell errors only"},
-    {"verbose", "", Tell<Options::ETelling::All>, "tell each file that is written, and what a model lacks"},
-    {"help", "", Act<Options::EAction::Help>, "print this help"},
-    {"version", "", Act<Options::EAction::Version>, "print the version"},
+     lng::Mark("html: an archive of the model beside the page, with a link")},
+    {"language", "CODE", SetLanguage, lng::Mark("html: what the page says is in this language (en)")},
+    {"javascript", "FILE", SetScriptFile, lng::Mark("html: a script of yours that the page runs")},
+    {"quiet", "", Tell<Options::ETelling::Errors>, lng::Mark("tell errors only")},
+    {"verbose", "", Tell<Options::ETelling::All>,
+     lng::Mark("tell each file that is written, and what a model lacks")},
+    {"help", "", Act<Options::EAction::Help>, lng::Mark("print this help")},
+    {"version", "", Act<Options::EAction::Version>, lng::Mark("print the version")},
 }};
 constexpr auto kOptions = option_table::Joined(option_values::kSeenOptions<Options>, kOwnOptions);
 
@@ -118,11 +127,13 @@ constexpr std::array<std::pair<std::string_view, unsigned>, 24> kOnlyFor{{
 
 CResult<CConvertOptions> WithOutput(CConvertOptions options, std::vector<std::string> files) {
     if (files.size() < 2)
-        return Wrong(files.empty() ? "no input file given" : "no output file given; or use --to");
-    if (files.size() > 2) return Wrong("too many files given; many are converted with --to");
-    if (!options.folder.empty()) return Wrong("--folder needs --to ENDING");
+        return Wrong(files.empty() ? lng::TextUtf8("no input file given")
+                                   : lng::TextUtf8("no output file given; or use --to"));
+    if (files.size() > 2) return Wrong(lng::TextUtf8("too many files given; many are converted with --to"));
+    if (!options.folder.empty()) return Wrong(lng::TextUtf8("--folder needs --to ENDING"));
     const auto kind = KindOfEnding(file_util_ex::GetFileExt(files[1]));
-    if (!kind) return Wrong("the name of the output file must end in one of " + KnownEndings());
+    if (!kind)
+        return Wrong(lng::TextUtf8("the name of the output file must end in one of %s", {KnownEndings()}));
     options.kind = *kind;
     options.output = files[1];
     options.inputs = {files[0]};
@@ -131,9 +142,9 @@ CResult<CConvertOptions> WithOutput(CConvertOptions options, std::vector<std::st
 
 CResult<CConvertOptions> WithFiles(CConvertOptions options, std::vector<std::string> files) {
     for (const std::string& file : files)
-        if (file.empty()) return Wrong("the name of a file is empty");
+        if (file.empty()) return Wrong(lng::TextUtf8("the name of a file is empty"));
     if (options.ending.empty()) return WithOutput(std::move(options), std::move(files));
-    if (files.empty()) return Wrong("no input file given");
+    if (files.empty()) return Wrong(lng::TextUtf8("no input file given"));
     options.kind = *KindOfEnding(options.ending);
     options.inputs = std::move(files);
     return options;
@@ -155,15 +166,17 @@ CResult<CConvertOptions> ParseConvertOptions(std::span<const std::string> argume
     if (!parsed) return parsed;
     for (const auto& [name, kinds] : kOnlyFor)
         if ((kinds & Bit(parsed.Value().kind)) == 0 && std::ranges::find(given, name) != given.end())
-            return Wrong("--" + std::string(name) + " means nothing for this kind of output");
+            return Wrong(
+                lng::TextUtf8("%s means nothing for this kind of output", {"--" + std::string(name)}));
     return parsed;
 }
 
 std::string ConvertHelp() {
-    return "Usage: orbivue-convert [OPTION]... IN OUT\n"
-           "       orbivue-convert [OPTION]... --to ENDING [--folder DIR] IN...\n"
-           "Converts 3DS, OBJ and zipped models and scene scripts, as the name of OUT ends: glb\n"
-           "(glTF), html (a web page), pov (POV-Ray), 3ds, zip, png or jpg. No display is needed.\n\n" +
-           option_table::Help(option_table::NamesOf(kOptions)) +
-           "\nExit codes: 0 done, 1 some files were not converted, 2 wrong usage.\n";
+    return option_table::Usage({"orbivue-convert [OPTION]... IN OUT",
+                                "orbivue-convert [OPTION]... --to ENDING [--folder DIR] IN..."}) +
+           lng::TextUtf8(
+               "Converts 3DS, OBJ and zipped models and scene scripts, as the name of OUT ends: glb\n"
+               "(glTF), html (a web page), pov (POV-Ray), 3ds, zip, png or jpg. No display is needed.") +
+           "\n\n" + option_table::Help(option_table::NamesOf(kOptions)) + "\n" +
+           lng::TextUtf8("Exit codes: 0 done, 1 some files were not converted, 2 wrong usage.") + "\n";
 }

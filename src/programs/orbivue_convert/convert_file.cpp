@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "programs/orbivue_convert/convert_file.h"
 
-#include <wx/init.h>
-
 #include <exception>
 #include <new>
 
@@ -25,17 +23,17 @@
 #include "programs/shared/draw_model.h"
 #include "programs/shared/open_input.h"
 #include "settings/CSettings.h"
-#include "settings/choose_language.h"
+#include "settings/language_catalogue.h"
 
 namespace {
 
 /** What a page says in a language; in English where it is not known. */
 CPageTexts TextsIn(const std::string& language) {
     if (language == "en") return CPageTexts::English();
-    static const wxInitializer toolkit;  // it looks texts up
-    lng_util_internal::SetDomain(lng::Domain(), "viewer");
-    lng::SetLanguage(file_util_ex::ConvertFromUTF8W(language));
-    return CPageTexts::InProgramLanguage();
+    lng::LoadCatalogue(file_util_ex::ConvertFromUTF8W(language));
+    CPageTexts texts = CPageTexts::InProgramLanguage();
+    lng::UseDesktopLanguage();  // of what the program itself says
+    return texts;
 }
 
 /** Writes what an engine shows. */
@@ -188,7 +186,7 @@ CStatus Convert(const CConversion& conversion, const CConvertOptions& options,
                                              isPicture ? EOpenFor::Viewing : EOpenFor::Saving);
     if (!opened) return opened.Error();
     if (SourceAt(*engine.Prepared(), conversion.output) != ESource::None)
-        return CError{EErrorCode::BadArgument, "is a file of the model, and stays as it is",
+        return CError{EErrorCode::BadArgument, lng::Mark("is a file of the model, and stays as it is"),
                       conversion.output};
     CPictureOptions draw = options;
     if (!options.withTextures) draw.textureMode = 3;
@@ -209,7 +207,8 @@ CStatus ConvertFile(const CConversion& conversion, const CConvertOptions& option
     try {
         return Convert(conversion, options, notes);
     } catch (const std::bad_alloc&) {
-        return CError{EErrorCode::TooLarge, "there is not enough memory to convert it", conversion.input};
+        return CError{EErrorCode::TooLarge, lng::Mark("there is not enough memory to convert it"),
+                      conversion.input};
     } catch (const std::exception& error) {
         return CError{EErrorCode::BadFormat, error.what(), conversion.input};
     }

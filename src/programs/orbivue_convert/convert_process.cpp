@@ -12,6 +12,7 @@
 #include <string>
 
 #include "base/CStopwatch.h"
+#include "base/text/lng.h"
 #include "files/CAtomicFile.h"
 #include "files/file_util_ex.h"
 #include "files/std_file_paths.h"
@@ -21,6 +22,7 @@
 #include "programs/orbivue_convert/convert_file.h"
 #include "programs/shared/input_files.h"
 #include "programs/shared/program_output.h"
+#include "settings/language_catalogue.h"
 
 namespace {
 
@@ -60,9 +62,10 @@ void TellNotes(const CConversion& conversion, const std::vector<CSceneNote>& not
     if (telling == ETelling::All) {
         for (const CSceneNote& note : notes) PrintError(kName, conversion.input + ": " + note.Text());
     } else if (warnings > 0) {
-        PrintError(kName, conversion.input + ": " + std::to_string(warnings) +
-                              (warnings == 1 ? " thing is" : " things are") +
-                              " missing or left out (--verbose tells)");
+        const std::wstring text = lng::TextN("%s thing is missing or left out (--verbose tells)",
+                                             "%s things are missing or left out (--verbose tells)",
+                                             static_cast<std::uint64_t>(warnings));
+        PrintError(kName, conversion.input + ": " + file_util_ex::ConvertToUTF8(text));
     }
 }
 
@@ -75,13 +78,16 @@ int Convert(const CConversion& conversion, const CConvertOptions& options) {
     if (!converted) {
         const CError& error = converted.Error();
         const bool names = error.where == conversion.input;
-        PrintError(kName, names ? error.Text() : conversion.input + ": " + error.Text());
+        const std::string text = lng::TextForTerminal(error);
+        PrintError(kName, names ? text : conversion.input + ": " + text);
         return 1;
     }
     TellNotes(conversion, notes, options.telling);
     if (options.telling == ETelling::All)
-        PrintError(kName, conversion.input + ": " + conversion.output + " is written (" +
-                              std::to_string(static_cast<int>(watch.Ms())) + " ms)");
+        PrintError(kName,
+                   conversion.input + ": " +
+                       lng::TextUtf8("%s is written (%s ms)",
+                                     {conversion.output, std::to_string(static_cast<int>(watch.Ms()))}));
     return 0;
 }
 
@@ -106,8 +112,9 @@ int WaitFor(pid_t pid) {
 }
 
 std::string ReasonOf(int signal) {
-    if (signal == SIGXCPU || signal == SIGKILL) return "it took more time or memory than a file may";
-    return std::string("the conversion has crashed (") + ::strsignal(signal) + ")";
+    if (signal == SIGXCPU || signal == SIGKILL)
+        return lng::TextUtf8("it took more time or memory than a file may");
+    return lng::TextUtf8("the conversion has crashed (%s)", {::strsignal(signal)});
 }
 
 }  // namespace
@@ -123,7 +130,7 @@ bool ConvertInProcess(const CConversion& conversion, const CConvertOptions& opti
         ::_exit(code);
     }
     if (pid < 0) {
-        PrintError(kName, conversion.input + ": no process can be started");
+        PrintError(kName, conversion.input + ": " + lng::TextUtf8("no process can be started"));
         return false;
     }
     const int status = WaitFor(pid);

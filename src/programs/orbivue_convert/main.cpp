@@ -5,12 +5,14 @@
 #include <vector>
 
 #include "base/process_memory.h"
+#include "base/text/lng.h"
 #include "files/file_util_ex.h"
 #include "files/std_file_paths.h"
 #include "programs/orbivue_convert/CConversionPlan.h"
 #include "programs/orbivue_convert/CConvertOptions.h"
 #include "programs/orbivue_convert/convert_process.h"
 #include "programs/shared/program_output.h"
+#include "settings/language_catalogue.h"
 
 namespace {
 
@@ -24,7 +26,7 @@ int Complain(const std::string& message, EExit code) {
 
 int Convert(const CConvertOptions& options) {
     if (!options.folder.empty() && !file_util_ex::Mkdir(options.folder))
-        return Complain(options.folder + ": the folder cannot be made", kSomeFailed);
+        return Complain(options.folder + ": " + lng::TextUtf8("the folder cannot be made"), kSomeFailed);
     // Made here, so that one process after the other uses it, and deleted when all have ended. Archives are packed there.
     (void)std_file_paths::GetTempDir();
     std::size_t failed = 0;
@@ -41,15 +43,15 @@ int Convert(const CConvertOptions& options) {
     std_file_paths::DeleteTempDir();
     if (WantedEnd() != 0) return 128 + WantedEnd();  // as shells have it
     if (failed > 0 && options.inputs.size() > 1)
-        Complain(std::to_string(failed) + " of " + std::to_string(options.inputs.size()) +
-                     " files were not converted",
+        Complain(lng::TextUtf8("not converted: %s of %s files",
+                               {std::to_string(failed), std::to_string(options.inputs.size())}),
                  kSomeFailed);
     return failed > 0 ? kSomeFailed : kDone;
 }
 
 int Main(const std::vector<std::string>& arguments) {
     const CResult<CConvertOptions> parsed = ParseConvertOptions(arguments);
-    if (!parsed) return Complain(parsed.Error().Text() + " (see --help)", kUsage);
+    if (!parsed) return Complain(lng::TextUtf8("%s (see --help)", {parsed.Error().message}), kUsage);
     switch (parsed.Value().action) {
         case CConvertOptions::EAction::Help:
             return Print(ConvertHelp()) ? kDone : kSomeFailed;
@@ -66,6 +68,7 @@ int Main(const std::vector<std::string>& arguments) {
 int main(int argc, char** argv) {
     process_memory::ShareOneHeap();
     process_memory::KeepFreedBlocks();
+    lng::UseDesktopLanguage();
     try {
         return Main({argv + (argc > 0 ? 1 : 0), argv + argc});
     } catch (const std::exception& error) {

@@ -8,6 +8,8 @@
 #include <optional>
 #include <string_view>
 
+#include "base/text/lng.h"
+
 namespace {
 
 using ECommand = EModelDbCommand;
@@ -20,33 +22,35 @@ struct CCommandEntry {
     ECommand command;
     std::string_view word, second, usage, options;
     std::size_t least, most;  ///< arguments
-    std::string_view help;
+    const char* help;
 };
 
 constexpr std::array<CCommandEntry, 12> kCommands{{
     {ECommand::Import, "import", "", "PATH... --group NAME", "gpv", 1, kAny,
-     "adds 3DS files, and those of folders and all below, with their textures"},
+     lng::Mark("adds 3DS files, and those of folders and all below, with their textures")},
     {ECommand::Export, "export", "", "--into FOLDER [KEY...]", "gi", 0, kAny,
-     "writes models with their textures: all, a group's, or those named"},
+     lng::Mark("writes models with their textures: all, a group's, or those named")},
     {ECommand::Remove, "remove", "", "KEY... | --group NAME", "g", 0, kAny,
-     "removes models, or a group with all its models"},
+     lng::Mark("removes models, or a group with all its models")},
     {ECommand::List, "list", "", "[KEY...]", "gsj", 0, kAny,
-     "lists groups, a group's models, what a search finds, or all about models"},
-    {ECommand::Check, "check", "", "", "f", 0, 0, "looks for damage"},
+     lng::Mark("lists groups, a group's models, what a search finds, or all about models")},
+    {ECommand::Check, "check", "", "", "f", 0, 0, lng::Mark("looks for damage")},
     {ECommand::Backup, "backup", "", "FILE", "", 1, 1,
-     "copies the store into one new file, also while it is used"},
+     lng::Mark("copies the store into one new file, also while it is used")},
     {ECommand::Restore, "restore", "", "FILE", "", 1, 1,
-     "makes a store from a backup; the store must not exist, or be empty"},
-    {ECommand::Upgrade, "upgrade", "", "", "", 0, 0, "brings a store of an older version up to date"},
-    {ECommand::TokenCreate, "token", "create", "NAME", "r", 1, 1, "makes a token and prints it, this once"},
-    {ECommand::TokenList, "token", "list", "", "j", 0, 0, "lists the tokens' names and rights"},
-    {ECommand::TokenRevoke, "token", "revoke", "NAME", "", 1, 1, "makes a token void"},
+     lng::Mark("makes a store from a backup; the store must not exist, or be empty")},
+    {ECommand::Upgrade, "upgrade", "", "", "", 0, 0,
+     lng::Mark("brings a store of an older version up to date")},
+    {ECommand::TokenCreate, "token", "create", "NAME", "r", 1, 1,
+     lng::Mark("makes a token and prints it, this once")},
+    {ECommand::TokenList, "token", "list", "", "j", 0, 0, lng::Mark("lists the tokens' names and rights")},
+    {ECommand::TokenRevoke, "token", "revoke", "NAME", "", 1, 1, lng::Mark("makes a token void")},
     {ECommand::Serve, "serve", "", "", "lPobcCwtTumGknq", 0, 0,
-     "serves the store to other machines and to browsers, until a signal ends it"},
+     lng::Mark("serves the store to other machines and to browsers, until a signal ends it")},
 }};
 
 COutcome SetText(std::string CModelDbOptions::*member, CModelDbOptions& options, std::string_view value) {
-    if (value.empty()) return "needs a value";
+    if (value.empty()) return lng::TextUtf8("needs a value");
     options.*member = value;
     return {};
 }
@@ -69,7 +73,7 @@ COutcome SetRights(CModelDbOptions& options, std::string_view value) {
         const std::string_view word = value.substr(0, value.find(','));
         const auto* right =
             std::ranges::find(kRights, word, &std::pair<std::string_view, std::uint32_t>::first);
-        if (right == kRights.end()) return "needs a list of read, upload and remove";
+        if (right == kRights.end()) return lng::TextUtf8("needs a list of read, upload and remove");
         options.rights |= right->second;
         if (word.size() == value.size()) return {};
         value.remove_prefix(word.size() + 1);
@@ -98,7 +102,7 @@ COutcome SetBytes(CModelDbOptions& options, std::string_view value) {
     return serve_options::SetBytes(options.serve.*member, value, least, most);
 }
 COutcome SetCacheFolder(CModelDbOptions& options, std::string_view value) {
-    if (value.empty()) return "needs a value";
+    if (value.empty()) return lng::TextUtf8("needs a value");
     options.serve.cacheFolder = value;
     return {};
 }
@@ -108,46 +112,52 @@ struct COptionEntry {
     const char* name;
     std::string_view value;  ///< what to call it in the help; empty when the option takes none
     COutcome (*set)(CModelDbOptions&, std::string_view);
-    std::string_view help;
+    const char* help;
 };
 
 constexpr std::array<COptionEntry, 25> kOptions{{
     {'S', "store", "PLACE", Set<&CModelDbOptions::store>,
-     "a file, or postgresql://...; else the user's own store"},
-    {'g', "group", "NAME", Set<&CModelDbOptions::group>, "the group"},
-    {'s', "search", "TEXT", Set<&CModelDbOptions::search>, "models whose names hold the text"},
-    {'i', "into", "FOLDER", Set<&CModelDbOptions::into>, "where the files go"},
-    {'r', "rights", "LIST", SetRights, "some of read,upload,remove (upload)"},
-    {'f', "full", "", Set<&CModelDbOptions::full>, "reads all bytes and compares them with their hashes"},
-    {'j', "json", "", Set<&CModelDbOptions::json>, "prints JSON"},
+     lng::Mark("a file, or postgresql://...; else the user's own store")},
+    {'g', "group", "NAME", Set<&CModelDbOptions::group>, lng::Mark("the group")},
+    {'s', "search", "TEXT", Set<&CModelDbOptions::search>, lng::Mark("models whose names hold the text")},
+    {'i', "into", "FOLDER", Set<&CModelDbOptions::into>, lng::Mark("where the files go")},
+    {'r', "rights", "LIST", SetRights, lng::Mark("some of read,upload,remove (upload)")},
+    {'f', "full", "", Set<&CModelDbOptions::full>,
+     lng::Mark("reads all bytes and compares them with their hashes")},
+    {'j', "json", "", Set<&CModelDbOptions::json>, lng::Mark("prints JSON")},
     {'v', "verbose", "", Set<&CModelDbOptions::verbose>,
-     "names each model that is in the store from then on"},
-    {'p', "previews", "", Set<&CModelDbOptions::previews>, "draws a preview of each model that is added"},
+     lng::Mark("names each model that is in the store from then on")},
+    {'p', "previews", "", Set<&CModelDbOptions::previews>,
+     lng::Mark("draws a preview of each model that is added")},
     {'l', "listen", "ADDRESS:PORT", SetServe<serve_options::SetListen>,
-     "where serve listens (127.0.0.1:8095,[::1]:8095)"},
-    {'P', "private", "", SetServeFlag<&CServeOptions::isPrivate>, "nothing is told without a token"},
+     lng::Mark("where serve listens (127.0.0.1:8095,[::1]:8095)")},
+    {'P', "private", "", SetServeFlag<&CServeOptions::isPrivate>,
+     lng::Mark("nothing is told without a token")},
     {'o', "open-uploads", "", SetServeFlag<&CServeOptions::hasOpenUploads>,
-     "uploads need no token; on this machine alone"},
-    {'b', "base-url", "URL", SetServe<serve_options::SetBaseUrl>, "the public address, behind a proxy"},
-    {'c', "cache-dir", "FOLDER", SetCacheFolder, "where files lie that are asked for often"},
+     lng::Mark("uploads need no token; on this machine alone")},
+    {'b', "base-url", "URL", SetServe<serve_options::SetBaseUrl>,
+     lng::Mark("the public address, behind a proxy")},
+    {'c', "cache-dir", "FOLDER", SetCacheFolder, lng::Mark("where files lie that are asked for often")},
     {'C', "cache-size", "BYTES", SetBytes<&CServeOptions::cacheBytes, 1ULL << 20, 1ULL << 50>,
-     "what they may take together (4G)"},
-    {'w', "workers", "N", SetNumber<&CServeOptions::workers, 1, 256>, "connections that read the store (4)"},
+     lng::Mark("what they may take together (4G)")},
+    {'w', "workers", "N", SetNumber<&CServeOptions::workers, 1, 256>,
+     lng::Mark("connections that read the store (4)")},
     {'t', "threads", "N", SetNumber<&CServeOptions::threads, 1, 64>,
-     "threads that read requests and send answers (2)"},
+     lng::Mark("threads that read requests and send answers (2)")},
     {'T', "trust-proxy", "ADDRESS,...", SetServe<serve_options::SetProxies>,
-     "proxies whose X-Forwarded-For names the client"},
+     lng::Mark("proxies whose X-Forwarded-For names the client")},
     {'u', "max-upload", "BYTES", SetBytes<&CServeOptions::uploadBytes, 1ULL << 10, 2ULL << 30>,
-     "the longest upload (64M)"},
+     lng::Mark("the longest upload (64M)")},
     {'m', "group-models", "N", SetNumber<&CServeOptions::groupModels, 0, 1'000'000'000>,
-     "uploads fill a group up to this (100000)"},
+     lng::Mark("uploads fill a group up to this (100000)")},
     {'G', "upload-rate", "N", SetNumber<&CServeOptions::uploadsPerMinute, 0, 1'000'000>,
-     "uploads a minute of one address, 0: any number (120)"},
+     lng::Mark("uploads a minute of one address, 0: any number (120)")},
     {'k', "connections", "N", SetNumber<&CServeOptions::connections, 1, 1'000'000>,
-     "connections at once (4096)"},
-    {'n', "no-previews", "", SetServeFlag<&CServeOptions::drawsNoPreviews>, "draws no pictures of models"},
-    {'q', "quiet", "", SetServeFlag<&CServeOptions::isQuiet>, "writes no line for each request"},
-    {'h', "help", "", nullptr, "prints this help"},
+     lng::Mark("connections at once (4096)")},
+    {'n', "no-previews", "", SetServeFlag<&CServeOptions::drawsNoPreviews>,
+     lng::Mark("draws no pictures of models")},
+    {'q', "quiet", "", SetServeFlag<&CServeOptions::isQuiet>, lng::Mark("writes no line for each request")},
+    {'h', "help", "", nullptr, lng::Mark("print this help")},
 }};
 
 constexpr int kFirstOption = 256;
@@ -161,6 +171,10 @@ std::string NameOf(const CCommandEntry& entry) {
     return std::string(entry.word) + (entry.second.empty() ? "" : " ") + std::string(entry.second);
 }
 
+std::string_view NameOfOption(char letter) {
+    return std::ranges::find(kOptions, letter, &COptionEntry::letter)->name;
+}
+
 std::array<option, kOptions.size() + 2> LongOptions() {
     std::array<option, kOptions.size() + 2> options{};  // the last one, all zero, is the end
     for (std::size_t i = 0; i < kOptions.size(); ++i)
@@ -172,7 +186,7 @@ std::array<option, kOptions.size() + 2> LongOptions() {
 
 /** Sets the command from the words in front, and takes those away. */
 CResult<const CCommandEntry*> TakeCommand(std::vector<std::string>& words) {
-    if (words.empty()) return Wrong("no command given");
+    if (words.empty()) return Wrong(lng::TextUtf8("no command given"));
     bool knowsFirst = false;
     for (const CCommandEntry& entry : kCommands) {
         if (entry.word != words[0]) continue;
@@ -181,24 +195,26 @@ CResult<const CCommandEntry*> TakeCommand(std::vector<std::string>& words) {
         words.erase(words.begin(), words.begin() + (entry.second.empty() ? 1 : 2));
         return &entry;
     }
-    return Wrong(knowsFirst ? "token needs create, list or revoke" : "unknown command '" + words[0] + "'");
+    return Wrong(knowsFirst ? lng::TextUtf8("token needs create, list or revoke")
+                            : lng::TextUtf8("unknown command '%s'", {words[0]}));
 }
 
 COutcome CheckTogether(const CModelDbOptions& options) {
     const bool hasNames = !options.arguments.empty(), hasGroup = !options.group.empty();
     switch (options.command) {
         case ECommand::Import:
-            if (!hasGroup) return "needs --group NAME";
+            if (!hasGroup) return lng::TextUtf8("needs --group NAME");
             return {};
         case ECommand::Export:
-            if (options.into.empty()) return "needs --into FOLDER";
-            if (hasNames && hasGroup) return "takes keys or a group, not both";
+            if (options.into.empty()) return lng::TextUtf8("needs --into FOLDER");
+            if (hasNames && hasGroup) return lng::TextUtf8("takes keys or a group, not both");
             return {};
         case ECommand::Remove:
-            if (hasNames == hasGroup) return "needs either keys or a group";
+            if (hasNames == hasGroup) return lng::TextUtf8("needs either keys or a group");
             return {};
         case ECommand::List:
-            if (hasNames && (hasGroup || !options.search.empty())) return "takes keys or a group or a search";
+            if (hasNames && (hasGroup || !options.search.empty()))
+                return lng::TextUtf8("takes keys or a group or a search");
             return {};
         case ECommand::Serve:
             return serve_options::CheckTogether(options.serve);
@@ -215,8 +231,8 @@ struct CParsing {
 
 /** Takes in what getopt_long has found; word is what it stood in. */
 COutcome TakeOption(CParsing& parsing, int got, const std::string& word) {
-    if (got == ':') return word + " needs a value";
-    if (got == '?') return "option '" + word + "' is unknown or takes no value";
+    if (got == ':') return lng::TextUtf8("%s needs a value", {word});
+    if (got == '?') return lng::TextUtf8("option '%s' is unknown or takes no value", {word});
     if (got == kVersionOption) {
         parsing.wantsVersion = true;
         return {};
@@ -268,23 +284,23 @@ CResult<CModelDbOptions> ParseModelDbOptions(std::span<const std::string> argume
     options.command = entry.command;
     for (const char letter : parsing.used)
         if (letter != 'S' && entry.options.find(letter) == entry.options.npos)
-            return Wrong(NameOf(entry) + " takes no --" +
-                         std::ranges::find(kOptions, letter, &COptionEntry::letter)->name);
+            return Wrong(lng::TextUtf8("%s takes no --%s", {NameOf(entry), NameOfOption(letter)}));
     if (options.arguments.size() < entry.least)
-        return Wrong(NameOf(entry) + " needs " + std::string(entry.usage));
-    if (options.arguments.size() > entry.most) return Wrong(NameOf(entry) + " is given too much");
+        return Wrong(lng::TextUtf8("%s needs %s", {NameOf(entry), entry.usage}));
+    if (options.arguments.size() > entry.most)
+        return Wrong(lng::TextUtf8("%s is given too much", {NameOf(entry)}));
     if (const COutcome wrong = CheckTogether(options)) return Wrong(NameOf(entry) + " " + *wrong);
     if (options.command == ECommand::TokenCreate && options.rights == 0) options.rights = 2;
     return options;
 }
 
 std::string ModelDbHelp() {
-    std::string text =
-        "Usage: orbivue-modeldb COMMAND [OPTION]... [--store PLACE]\nKeeps a library of 3DS models.\n\n";
-    const auto line = [&](std::string left, std::string_view help) {
+    std::string text = lng::TextUtf8("Usage:") + " orbivue-modeldb COMMAND [OPTION]... [--store PLACE]\n" +
+                       lng::TextUtf8("Keeps a library of 3DS models.") + "\n\n";
+    const auto line = [&](std::string left, const char* help) {
         left = "  " + left;
         left.resize(std::max<std::size_t>(34, left.size() + 1), ' ');
-        text += left + std::string(help) + "\n";
+        text += left + lng::TextUtf8(help) + "\n";
     };
     for (const CCommandEntry& entry : kCommands)
         line(NameOf(entry) + (entry.usage.empty() ? "" : " ") + std::string(entry.usage), entry.help);
@@ -292,9 +308,12 @@ std::string ModelDbHelp() {
     for (const COptionEntry& entry : kOptions)
         line("--" + std::string(entry.name) + (entry.value.empty() ? "" : " ") + std::string(entry.value),
              entry.help);
-    line("--version", "prints the version");
-    return text +
-           "\nA KEY is a model's check sum, eight hexadecimal digits, as list prints it.\n"
-           "Exit codes: 0 done, 1 wrong usage, 2 the store cannot be used, 3 something was\n"
-           "left out or not found, or a check found damage, 4 the output cannot be written.\n";
+    line("--version", lng::Mark("print the version"));
+    return text + "\n" +
+           lng::TextUtf8("A KEY is a model's check sum, eight hexadecimal digits, as list prints it.") +
+           "\n" +
+           lng::TextUtf8(
+               "Exit codes: 0 done, 1 wrong usage, 2 the store cannot be used, 3 something was\n"
+               "left out or not found, or a check found damage, 4 the output cannot be written.") +
+           "\n";
 }

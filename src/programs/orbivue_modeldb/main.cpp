@@ -5,10 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "base/text/lng.h"
 #include "modeldb/server/work/worker_command.h"
 #include "programs/orbivue_modeldb/CModelDbOptions.h"
 #include "programs/orbivue_modeldb/model_commands.h"
 #include "programs/orbivue_modeldb/store_output.h"
+#include "settings/language_catalogue.h"
 
 namespace {
 
@@ -50,14 +52,15 @@ int Run(const CModelDbOptions& options) {
 
 int main(int argc, char** argv) {
     if (worker_command::IsMeant(argc, argv)) return worker_command::Run(argc, argv);
+    lng::UseDesktopLanguage();
     (void)std::signal(SIGPIPE, SIG_IGN);  // printing fails instead
     try {
         const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
         const CResult<CModelDbOptions> options = ParseModelDbOptions(arguments);
-        if (!options) return Complain(options.Error().Text() + " (see --help)", kUsage);
+        if (!options) return Complain(lng::TextUtf8("%s (see --help)", {options.Error().message}), kUsage);
         return Run(options.Value());
     } catch (const std::bad_alloc&) {
-        return Complain("not enough memory", kStoreFails);
+        return Complain(lng::TextUtf8("not enough memory"), kStoreFails);
     } catch (const std::exception& error) {
         return Complain(error.what(), kStoreFails);
     }

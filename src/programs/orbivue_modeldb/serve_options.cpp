@@ -7,13 +7,12 @@
 #include <array>
 #include <charconv>
 
+#include "base/text/lng.h"
 #include "modeldb/protocol/wire_address.h"
 
 namespace serve_options {
 
 namespace {
-
-constexpr std::string_view kListenForm = "needs ADDRESS:PORT, with a numeric address, or PORT";
 
 bool IsAddress(const std::string& text) {
     std::array<unsigned char, 16> bytes{};
@@ -67,10 +66,10 @@ COutcome SetListen(CServeOptions& options, std::string_view value) {
     options.addresses.clear();
     for (const std::string_view part : AtCommas(value)) {
         const std::optional<CPlace> place = PlaceOf(part);
-        if (!place) return std::string(kListenForm);
+        if (!place) return lng::TextUtf8("needs ADDRESS:PORT, with a numeric address, or PORT");
         const int port = static_cast<int>(place->port);
         if (!options.addresses.empty() && port != options.port)
-            return "takes several addresses, but one port";
+            return lng::TextUtf8("takes several addresses, but one port");
         options.port = port;
         if (place->host.empty())
             options.addresses.insert(options.addresses.end(), {"127.0.0.1", "::1"});
@@ -84,14 +83,14 @@ COutcome SetProxies(CServeOptions& options, std::string_view value) {
     options.trustedProxies.clear();
     for (const std::string_view part : AtCommas(value)) {
         options.trustedProxies.emplace_back(part);
-        if (!IsAddress(options.trustedProxies.back())) return "needs numeric addresses";
+        if (!IsAddress(options.trustedProxies.back())) return lng::TextUtf8("needs numeric addresses");
     }
     return {};
 }
 
 COutcome SetBaseUrl(CServeOptions& options, std::string_view value) {
     const CResult<std::string> address = wire_address::CheckServer(value);
-    if (!address) return "needs http://HOST/PATH or https://HOST/PATH";
+    if (!address) return lng::TextUtf8("needs http://HOST/PATH or https://HOST/PATH");
     options.baseUrl = address.Value();
     return {};
 }
@@ -99,7 +98,7 @@ COutcome SetBaseUrl(CServeOptions& options, std::string_view value) {
 COutcome SetNumber(std::uint64_t& number, std::string_view value, std::uint64_t least, std::uint64_t most) {
     const std::optional<std::uint64_t> read = Number(value);
     if (!read || *read < least || *read > most)
-        return "needs a number from " + std::to_string(least) + " to " + std::to_string(most);
+        return lng::TextUtf8("needs a number from %s to %s", {std::to_string(least), std::to_string(most)});
     number = *read;
     return {};
 }
@@ -111,18 +110,19 @@ COutcome SetBytes(std::uint64_t& bytes, std::string_view value, std::uint64_t le
     if (shift > 0) value.remove_suffix(1);
     const std::optional<std::uint64_t> read = Number(value);
     if (!read || *read > (most >> shift) || (*read << shift) < least)
-        return "needs a number of bytes from " + std::to_string(least) + " to " + std::to_string(most) +
-               ", such as 64M";
+        return lng::TextUtf8("needs a number of bytes from %s to %s, such as 64M",
+                             {std::to_string(least), std::to_string(most)});
     bytes = *read << shift;
     return {};
 }
 
 COutcome CheckTogether(const CServeOptions& options) {
     if (!options.hasOpenUploads) return {};
-    if (options.isPrivate) return "takes --private or --open-uploads, not both";
+    if (options.isPrivate) return lng::TextUtf8("takes --private or --open-uploads, not both");
     const auto other = std::ranges::find_if_not(options.addresses, IsLoopback);
     if (other == options.addresses.end()) return {};
-    return "does not listen on " + *other + " with --open-uploads: everybody who reaches it could add models";
+    return lng::TextUtf8(
+        "does not listen on %s with --open-uploads: everybody who reaches it could add models", {*other});
 }
 
 }  // namespace serve_options

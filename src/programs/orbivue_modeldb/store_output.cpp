@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "base/text/utf8_text.h"
+#include "settings/language_catalogue.h"
 
 int Complain(const std::string& message, EModelDbExit code) {
     std::fprintf(stderr, "orbivue-modeldb: %s\n", Shown(message).c_str());
@@ -11,7 +12,7 @@ int Complain(const std::string& message, EModelDbExit code) {
 }
 
 int Complain(const CError& error, EModelDbExit code) {
-    return Complain(error.Text(), code);
+    return Complain(lng::TextForTerminal(error), code);
 }
 
 bool Print(const std::string& text) {

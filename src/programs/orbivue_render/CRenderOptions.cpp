@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/text/file_uri.h"
+#include "base/text/lng.h"
 #include "files/file_util_ex.h"
 #include "programs/shared/option_table.h"
 #include "programs/shared/option_values.h"
@@ -19,13 +20,13 @@ using option_values::Number;
 COutcome SetSamples(CRenderOptions& options, std::string_view value) {
     options.samples = Number<int>(value);
     if (!options.samples || *options.samples < 1 || *options.samples > 32)
-        return "needs a number from 1 to 32";
+        return lng::TextUtf8("needs a number from 1 to 32");
     return {};
 }
 
 COutcome SetTextureMode(CRenderOptions& options, std::string_view value) {
     const auto mode = Number<int>(value);
-    if (!mode || *mode < 0 || *mode > 3) return "needs a number from 0 to 3";
+    if (!mode || *mode < 0 || *mode > 3) return lng::TextUtf8("needs a number from 0 to 3");
     options.textureMode = *mode;
     return {};
 }
@@ -43,7 +44,7 @@ COutcome SetOverlays(CRenderOptions& options, std::string_view value) {
             options.overlays.*member = true;
             known = true;
         }
-        if (!known) return "needs a list of bounds, cameras, lights and axes";
+        if (!known) return lng::TextUtf8("needs a list of bounds, cameras, lights and axes");
     }
     return {};
 }
@@ -69,7 +70,7 @@ COutcome SetNull(CRenderOptions& options, std::string_view) {
     return {};
 }
 COutcome SetInto(CRenderOptions& options, std::string_view value) {
-    if (value.empty()) return "needs a folder";
+    if (value.empty()) return lng::TextUtf8("needs a folder");
     options.into = value;
     return {};
 }
@@ -77,7 +78,7 @@ COutcome SetInto(CRenderOptions& options, std::string_view value) {
 COutcome SetThumbnail(CRenderOptions& options, std::string_view value) {
     const auto side = Number<int>(value);
     if (!side || *side < 1 || *side > kMaxThumbnailSide)
-        return "needs a number of pixels from 1 to " + std::to_string(kMaxThumbnailSide);
+        return lng::TextUtf8("needs a number of pixels from 1 to %s", {std::to_string(kMaxThumbnailSide)});
     options.width = options.height = *side;
     options.confined = options.isThumbnail = true;
     return {};
@@ -92,26 +93,27 @@ COutcome SetVersion(CRenderOptions& options, std::string_view) {
 }
 
 constexpr std::array<option_table::CEntry<CRenderOptions>, 12> kOwnOptions{{
-    {"samples", "N", SetSamples, "samples for each pixel (4; 1 from 100,000 triangles on)"},
-    {"texture-mode", "N", SetTextureMode, "0 trilinear, 1 bilinear, 2 nearest, 3 no textures (0)"},
-    {"overlay", "LIST", SetOverlays, "draw some of bounds,cameras,lights,axes over the scene"},
-    {"no-file-lights", "", SetNoFileLights, "light from the eye, not by the lights of the file"},
-    {"stats", "", SetStats, "print facts about the scene and the run as JSON"},
-    {"confined", "", SetConfined, "for files of strangers: limits, no network, no other files or programs"},
+    {"samples", "N", SetSamples, lng::Mark("samples for each pixel (4; 1 from 100,000 triangles on)")},
+    {"texture-mode", "N", SetTextureMode, lng::Mark("0 trilinear, 1 bilinear, 2 nearest, 3 no textures (0)")},
+    {"overlay", "LIST", SetOverlays, lng::Mark("draw some of bounds,cameras,lights,axes over the scene")},
+    {"no-file-lights", "", SetNoFileLights, lng::Mark("light from the eye, not by the lights of the file")},
+    {"stats", "", SetStats, lng::Mark("print facts about the scene and the run as JSON")},
+    {"confined", "", SetConfined,
+     lng::Mark("for files of strangers: limits, no network, no other files or programs")},
     {"thumbnail", "SIZE", SetThumbnail,
-     "for file managers: a square, --confined; INPUT may be a file:// address"},
+     lng::Mark("for file managers: a square, --confined; INPUT may be a file:// address")},
     {"batch", "", SetBatch,
-     "draw all INPUTs, or those that standard input names, one a line; prints JSON lines"},
-    {"into", "FOLDER", SetInto, "where a batch's pictures go, called 1.png, 2.png ..."},
-    {"null", "", SetNull, "names on standard input end in a zero byte"},
-    {"help", "", SetHelp, "print this help"},
-    {"version", "", SetVersion, "print the version"},
+     lng::Mark("draw all INPUTs, or those that standard input names, one a line; prints JSON lines")},
+    {"into", "FOLDER", SetInto, lng::Mark("where a batch's pictures go, called 1.png, 2.png ...")},
+    {"null", "", SetNull, lng::Mark("names on standard input end in a zero byte")},
+    {"help", "", SetHelp, lng::Mark("print this help")},
+    {"version", "", SetVersion, lng::Mark("print the version")},
 }};
 constexpr auto kOptions = option_table::Joined(option_values::kSeenOptions<CRenderOptions>, kOwnOptions);
 
 CResult<CRenderOptions> WithInputs(CRenderOptions options, std::span<const std::string> files) {
-    if (options.stats) return option_table::Wrong("--batch prints no --stats");
-    if (options.into.empty()) return option_table::Wrong("--batch needs --into FOLDER");
+    if (options.stats) return option_table::Wrong(lng::TextUtf8("--batch prints no --stats"));
+    if (options.into.empty()) return option_table::Wrong(lng::TextUtf8("--batch needs --into FOLDER"));
     options.inputs.assign(files.begin(), files.end());
     return options;
 }
@@ -119,10 +121,11 @@ CResult<CRenderOptions> WithInputs(CRenderOptions options, std::span<const std::
 /** Adds the file names, which are the arguments that are not options. */
 CResult<CRenderOptions> WithFiles(CRenderOptions options, std::span<const std::string> files) {
     if (options.batch) return WithInputs(std::move(options), files);
-    if (files.empty()) return option_table::Wrong("no input file given");
-    if (files.size() > 2) return option_table::Wrong("too many files given");
+    if (files.empty()) return option_table::Wrong(lng::TextUtf8("no input file given"));
+    if (files.size() > 2) return option_table::Wrong(lng::TextUtf8("too many files given"));
     options.input = files[0];
-    if (options.input.empty()) return option_table::Wrong("the name of the input file is empty");
+    if (options.input.empty())
+        return option_table::Wrong(lng::TextUtf8("the name of the input file is empty"));
     if (options.isThumbnail) {
         CResult<std::string> path = file_uri::PathOfArgument(options.input);
         if (!path) return path.Error();
@@ -130,7 +133,8 @@ CResult<CRenderOptions> WithFiles(CRenderOptions options, std::span<const std::s
     }
     if (files.size() == 2) {
         options.output = files[1];
-        if (options.output.empty()) return option_table::Wrong("the name of the output file is empty");
+        if (options.output.empty())
+            return option_table::Wrong(lng::TextUtf8("the name of the output file is empty"));
     } else if (!options.stats) {
         options.output = file_util_ex::SetFileExt(file_util_ex::GetFileName(options.input), "png");
     }
@@ -148,12 +152,15 @@ CResult<CRenderOptions> ParseRenderOptions(std::span<const std::string> argument
 }
 
 std::string RenderHelp() {
-    return "Usage: orbivue-render [OPTION]... INPUT [OUTPUT.png]\n"
-           "       orbivue-render --batch --into FOLDER [OPTION]... [INPUT]...\n"
-           "Draws a 3DS, OBJ or zipped model into a PNG picture; no display is needed.\n"
-           "Without OUTPUT the picture goes to the current folder, under INPUT's name with\n"
-           "the extension png; with --stats and no OUTPUT no picture is written.\n\n" +
-           option_table::Help(option_table::NamesOf(kOptions)) +
-           "\nExit codes: 0 done, 1 wrong usage, 2 the model cannot be read, 3 the picture\n"
-           "cannot be written, 4 there is no OpenGL to draw with.\n";
+    return option_table::Usage({"orbivue-render [OPTION]... INPUT [OUTPUT.png]",
+                                "orbivue-render --batch --into FOLDER [OPTION]... [INPUT]..."}) +
+           lng::TextUtf8(
+               "Draws a 3DS, OBJ or zipped model into a PNG picture; no display is needed.\n"
+               "Without OUTPUT the picture goes to the current folder, under INPUT's name with\n"
+               "the extension png; with --stats and no OUTPUT no picture is written.") +
+           "\n\n" + option_table::Help(option_table::NamesOf(kOptions)) + "\n" +
+           lng::TextUtf8(
+               "Exit codes: 0 done, 1 wrong usage, 2 the model cannot be read, 3 the picture\n"
+               "cannot be written, 4 there is no OpenGL to draw with.") +
+           "\n";
 }

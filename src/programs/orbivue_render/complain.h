@@ -3,7 +3,9 @@
 
 #include <string>
 
+#include "base/CResult.h"
 #include "programs/shared/program_output.h"
+#include "settings/language_catalogue.h"
 
 /** How the program ends; docs/orbivue-render.1 tells the numbers. */
 enum EExit { kDone = 0, kUsage = 1, kCannotRead = 2, kCannotWrite = 3, kNoGraphics = 4 };
@@ -12,4 +14,8 @@ enum EExit { kDone = 0, kUsage = 1, kCannotRead = 2, kCannotWrite = 3, kNoGraphi
 inline int Complain(const std::string& message, EExit code) {
     PrintError("orbivue-render", message);
     return code;
+}
+/** The same with an error, in the user's language. */
+inline int Complain(const CError& error, EExit code) {
+    return Complain(lng::TextForTerminal(error), code);
 }

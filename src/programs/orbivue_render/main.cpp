@@ -11,6 +11,7 @@
 
 #include "base/CStopwatch.h"
 #include "base/process_memory.h"
+#include "base/text/lng.h"
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/gl/COffscreenContext.h"
 #include "files/file_util_ex.h"
@@ -25,6 +26,7 @@
 #include "programs/shared/draw_model.h"
 #include "programs/shared/input_files.h"
 #include "programs/shared/open_input.h"
+#include "settings/language_catalogue.h"
 
 namespace {
 
@@ -39,11 +41,13 @@ std::optional<CConfined> ConfineIfAsked(const CRenderOptions& options) {
 
 int WriteIcon(const CImage& icon, const std::string& output) {
     const CStatus written = image_codec::WritePng(output, icon, true);
-    return written ? kDone : Complain(written.Error().Text(), kCannotWrite);
+    return written ? kDone : Complain(written.Error(), kCannotWrite);
 }
 
 int Run(const CRenderOptions& options) {
     const CStopwatch start;
+    // Programs read what the one says; the other has no access to catalogues.
+    if (options.stats || options.confined) lng::UseEnglish();
     const std::optional<CConfined> confined = ConfineIfAsked(options);
     if (options.isThumbnail)
         if (const auto icon = IconOf(options.input, options.scene, options.width))
@@ -57,33 +61,33 @@ int Run(const CRenderOptions& options) {
     CResult<COffscreenContext> made =
         COffscreenContext::Create(options.width, options.height, options.samples.value_or(1));
     CResult<COpenedInput> opened = opening.get();
-    if (!opened) return Complain(opened.Error().Text(), kCannotRead);
-    if (!made) return Complain(made.Error().Text(), kNoGraphics);
+    if (!opened) return Complain(opened.Error(), kCannotRead);
+    if (!made) return Complain(made.Error(), kNoGraphics);
     COffscreenContext& context = made.Value();
     if (const CStatus ready = SetUp(engine, options, opened.Value()); !ready)
-        return Complain(ready.Error().Text(), kUsage);
+        return Complain(ready.Error(), kUsage);
 
     CRenderTimes times{engine.GetReadMs(), engine.GetPrepareMs(), 0, 0, 0};
     const CStopwatch drawing;
     const CResult<CImage> picture = Draw(engine, context, options);
-    if (!picture) return Complain(picture.Error().Text(), kNoGraphics);
+    if (!picture) return Complain(picture.Error(), kNoGraphics);
     times.draw = drawing.Ms();
     if (!options.output.empty()) {
         const CStopwatch writing;
         const CStatus written = image_codec::WritePng(options.output, picture.Value(), false);
-        if (!written) return Complain(written.Error().Text(), kCannotWrite);
+        if (!written) return Complain(written.Error(), kCannotWrite);
         times.write = writing.Ms();
     }
     times.total = start.Ms();
     if (!options.stats) return kDone;
     const std::string json = RenderStatsJson(engine, opened.Value().notes, times, context.RendererName(),
                                              context.Samples(), confined);
-    return Print(json) ? kDone : Complain("the statistics cannot be written", kCannotWrite);
+    return Print(json) ? kDone : Complain(lng::TextUtf8("the statistics cannot be written"), kCannotWrite);
 }
 
 int Main(const std::vector<std::string>& arguments) {
     const CResult<CRenderOptions> parsed = ParseRenderOptions(arguments);
-    if (!parsed) return Complain(parsed.Error().Text() + " (see --help)", kUsage);
+    if (!parsed) return Complain(lng::TextUtf8("%s (see --help)", {parsed.Error().message}), kUsage);
     switch (parsed.Value().action) {
         case CRenderOptions::EAction::Help:
             return Print(RenderHelp()) ? kDone : kCannotWrite;
@@ -98,6 +102,7 @@ int Main(const std::vector<std::string>& arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    lng::UseDesktopLanguage();
     process_memory::ShareOneHeap();
     process_memory::KeepFreedBlocks();
     try {
@@ -107,7 +112,7 @@ int main(int argc, char** argv) {
         // takes time.
         ::_exit(code);
     } catch (const std::bad_alloc&) {
-        return Complain("not enough memory", kCannotRead);
+        return Complain(lng::TextUtf8("not enough memory"), kCannotRead);
     } catch (const std::exception& error) {
         return Complain(error.what(), kCannotRead);
     }

@@ -75,7 +75,7 @@ class CBatch {
                 Wait();
             }
         }
-        return m_isSound ? kDone : Complain("the results cannot be written", kCannotWrite);
+        return m_isSound ? kDone : Complain(lng::TextUtf8("the results cannot be written"), kCannotWrite);
     }
 
   private:
@@ -173,6 +173,6 @@ class CBatch {
 int RunBatch(const CRenderOptions& options) {
     (void)std::signal(SIGPIPE, SIG_IGN);  // an ended process is seen by its answers
     if (!file_util_ex::DoesFolderExist(options.into))
-        return Complain(options.into + ": there is no such folder", kCannotWrite);
+        return Complain(options.into + ": " + lng::TextUtf8("there is no such folder"), kCannotWrite);
     return CBatch(options).Run();
 }

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "base/text/lng.h"
+
 namespace option_table {
 namespace {
 
@@ -30,11 +32,11 @@ std::vector<option> LongOptions(std::span<const CName> names) {
 /** What is wrong with the option that getopt_long has just refused. */
 CError Refusal(std::span<const CName> names, int why, std::string_view word) {
     const auto entry = [&] { return Dashed(names[static_cast<std::size_t>(optopt - kFirstOption)]); };
-    if (why == kMissingValue) return Wrong(entry() + " needs a value");
-    if (optopt >= kFirstOption) return Wrong(entry() + " takes no value");
+    if (why == kMissingValue) return Wrong(lng::TextUtf8("%s needs a value", {entry()}));
+    if (optopt >= kFirstOption) return Wrong(lng::TextUtf8("%s takes no value", {entry()}));
     const std::string letter{'-', static_cast<char>(optopt)};
-    return Wrong("unknown option '" + (optopt != 0 ? letter : std::string(word.substr(0, word.find('=')))) +
-                 "'");
+    const std::string_view shown = optopt != 0 ? letter : word.substr(0, word.find('='));
+    return Wrong(lng::TextUtf8("unknown option '%s'", {shown}));
 }
 
 std::size_t NumberOf(std::span<const CName> names, int got) {
@@ -73,13 +75,19 @@ CResult<std::vector<std::string>> Walk(
     return std::vector<std::string>(argv.begin() + optind, argv.end() - 1);
 }
 
+std::string Usage(std::initializer_list<std::string_view> ways) {
+    std::string text = lng::TextUtf8("Usage:") + "\n";
+    for (const std::string_view way : ways) text += "  " + std::string(way) + "\n";
+    return text;
+}
+
 std::string Help(std::span<const CName> names) {
     std::string text;
     for (const CName& entry : names) {
         std::string left = "  " + Dashed(entry);
         if (!entry.value.empty()) left += " " + std::string(entry.value);
         left.resize(std::max<std::size_t>(24, left.size() + 1), ' ');
-        text += left + std::string(entry.help) + "\n";
+        text += left + lng::TextUtf8(entry.help) + "\n";
     }
     return text;
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <initializer_list>
 #include <optional>
 #include <span>
 #include <string>
@@ -23,17 +24,17 @@ struct CEntry {
     const char* name = nullptr;
     std::string_view value;  ///< what to call it in the help; empty when the option takes none
     COutcome (*set)(Options&, std::string_view) = nullptr;
-    std::string_view help;
+    const char* help = nullptr;  ///< English, in the catalogue
 };
 
 /** An entry without what it sets. */
 struct CName {
     const char* name;
     std::string_view value;
-    std::string_view help;
+    const char* help;
 };
 
-/** BadArgument. */
+/** BadArgument; the message is in the user's language already. */
 [[nodiscard]] CError Wrong(const std::string& message);
 
 /** Calls take with the number and the value of each option, in their order, and returns the arguments that are none.
@@ -41,7 +42,9 @@ struct CName {
 [[nodiscard]] CResult<std::vector<std::string>> Walk(
     std::span<const CName> names, std::span<const std::string> arguments,
     const std::function<COutcome(std::size_t option, std::string_view value)>& take);
-/** A line for each option. */
+/** How a program is started: a line for each way. */
+[[nodiscard]] std::string Usage(std::initializer_list<std::string_view> ways);
+/** A line for each option, in the user's language. */
 [[nodiscard]] std::string Help(std::span<const CName> names);
 
 template <class Options, std::size_t count>

@@ -3,6 +3,8 @@
 
 #include <array>
 
+#include "base/text/lng.h"
+
 namespace option_values {
 
 std::vector<std::string_view> Split(std::string_view text, char separator) {
@@ -19,9 +21,9 @@ COutcome SetSize(CPictureOptions& options, std::string_view value) {
     const auto parts = Split(value, 'x');
     const auto width = parts.size() == 2 ? Number<int>(parts[0]) : std::nullopt;
     const auto height = parts.size() == 2 ? Number<int>(parts[1]) : std::nullopt;
-    if (!width || !height) return "needs WIDTHxHEIGHT in pixels";
+    if (!width || !height) return lng::TextUtf8("needs WIDTHxHEIGHT in pixels");
     if (*width < 1 || *height < 1 || *width > kMaxPictureSide || *height > kMaxPictureSide) {
-        return "each side must be from 1 to " + std::to_string(kMaxPictureSide) + " pixels";
+        return lng::TextUtf8("each side must be from 1 to %s pixels", {std::to_string(kMaxPictureSide)});
     }
     options.width = *width;
     options.height = *height;
@@ -29,21 +31,21 @@ COutcome SetSize(CPictureOptions& options, std::string_view value) {
 }
 
 COutcome SetCamera(CPictureOptions& options, std::string_view value) {
-    if (value.empty()) return "needs a name";
+    if (value.empty()) return lng::TextUtf8("needs a name");
     options.camera = value;
     return {};
 }
 
 COutcome SetScene(CPictureOptions& options, std::string_view value) {
     const auto number = Number<std::size_t>(value);
-    if (!number || *number < 1) return "needs a number from 1 on";
+    if (!number || *number < 1) return lng::TextUtf8("needs a number from 1 on");
     options.scene = *number - 1;
     return {};
 }
 
 COutcome SetFrame(CPictureOptions& options, std::string_view value) {
     options.frame = Number<float>(value);
-    if (!options.frame) return "needs a number";
+    if (!options.frame) return lng::TextUtf8("needs a number");
     return {};
 }
 
@@ -52,7 +54,7 @@ COutcome SetBackground(CPictureOptions& options, std::string_view value) {
     std::array<float, 3> rgb{};
     for (std::size_t i = 0; i < rgb.size(); ++i) {
         const auto number = parts.size() == rgb.size() ? Number<int>(parts[i]) : std::nullopt;
-        if (!number || *number < 0 || *number > 255) return "needs R,G,B, each from 0 to 255";
+        if (!number || *number < 0 || *number > 255) return lng::TextUtf8("needs R,G,B, each from 0 to 255");
         rgb[i] = static_cast<float>(*number) / 255.0f;
     }
     options.background = {rgb[0], rgb[1], rgb[2]};

@@ -11,6 +11,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "base/text/lng.h"
 #include "programs/shared/CPictureOptions.h"
 #include "programs/shared/option_table.h"
 
@@ -60,21 +61,22 @@ template <CSeenName name, class Options>
  * inheritance. */
 template <class Options>
 constexpr std::array<option_table::CEntry<Options>, 14> kSeenOptions{{
-    {"size", "WxH", Drawn<SetSize>, "size of the picture or the view in pixels (1024x768)"},
-    {"camera", "NAME", Drawn<SetCamera>, "top, left, right, front, back, iso, or a camera of the file (iso)"},
-    {"scene", "N", Drawn<SetScene>, "scene of a scene script (1)"},
-    {"angles", "X,Y,Z", Seen<"angles">, "turns the model about Z, then Y, then X, by degrees"},
-    {"turn", "X,Y,Z", Seen<"turn">, "turns it once more so, as the mouse does"},
-    {"orbit", "DEGREES", Seen<"orbit">, "turns the eye about the axis of the camera's name"},
-    {"pivot", "X,Y,Z", Seen<"pivot">, "moves the point that --turn and --scale are about"},
-    {"scale", "X,Y,Z", Seen<"scale">, "stretches the turned model"},
-    {"pan", "DX,DY", Seen<"pan">, "moves the model by pixels, to the right and down"},
-    {"zoom-box", "L,T,R,B", Seen<"zoom-box">, "pixels of the picture that are to fill it"},
-    {"zoom", "STEP", Seen<"zoom">, "as the wheel: 20 for each notch away from the model"},
-    {"frame", "N", Drawn<SetFrame>, "frame of the animation (the file's current one)"},
+    {"size", "WxH", Drawn<SetSize>, lng::Mark("size of the picture or the view in pixels (1024x768)")},
+    {"camera", "NAME", Drawn<SetCamera>,
+     lng::Mark("top, left, right, front, back, iso, or a camera of the file (iso)")},
+    {"scene", "N", Drawn<SetScene>, lng::Mark("scene of a scene script (1)")},
+    {"angles", "X,Y,Z", Seen<"angles">, lng::Mark("turns the model about Z, then Y, then X, by degrees")},
+    {"turn", "X,Y,Z", Seen<"turn">, lng::Mark("turns it once more so, as the mouse does")},
+    {"orbit", "DEGREES", Seen<"orbit">, lng::Mark("turns the eye about the axis of the camera's name")},
+    {"pivot", "X,Y,Z", Seen<"pivot">, lng::Mark("moves the point that --turn and --scale are about")},
+    {"scale", "X,Y,Z", Seen<"scale">, lng::Mark("stretches the turned model")},
+    {"pan", "DX,DY", Seen<"pan">, lng::Mark("moves the model by pixels, to the right and down")},
+    {"zoom-box", "L,T,R,B", Seen<"zoom-box">, lng::Mark("pixels of the picture that are to fill it")},
+    {"zoom", "STEP", Seen<"zoom">, lng::Mark("as the wheel: 20 for each notch away from the model")},
+    {"frame", "N", Drawn<SetFrame>, lng::Mark("frame of the animation (the file's current one)")},
     {"background", "R,G,B", Drawn<SetBackground>,
-     "background colour, 0 to 255 each (61,66,77); a script's own counts more"},
-    {"wire", "", Drawn<SetWire>, "draw the edges of the triangles only"},
+     lng::Mark("background colour, 0 to 255 each (61,66,77); a script's own counts more")},
+    {"wire", "", Drawn<SetWire>, lng::Mark("draw the edges of the triangles only")},
 }};
 
 }  // namespace option_values

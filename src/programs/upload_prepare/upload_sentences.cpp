@@ -48,12 +48,11 @@ CState Finished(const CUpload& upload) {
 }  // namespace
 
 std::wstring Size(std::uint64_t bytes) {
-    // The catalogue's entry for this text is the language's decimal point.
-    return lng::ConvertFromUTF8(SizeText(bytes, file_util_ex::ConvertToUTF8(lng::Text("."))));
+    return lng::Size(bytes);
 }
 
 std::wstring Sum(const CUploadContent& content) {
-    return Text2(lng::Mark("%s files, %s"), lng::Number(content.files.size()), Size(content.bytes));
+    return lng::TextN("%s file, %s", "%s files, %s", content.files.size(), Size(content.bytes));
 }
 
 std::wstring Outside(const CUploadContent& content) {
@@ -89,7 +88,8 @@ CState Of(const CUpload& upload) {
 std::wstring Progress(const CUpload& upload) {
     const rclone_output::CProgress& progress = upload.Progress();
     if (progress.totalFiles == 0) return {};
-    return Text2(lng::Mark("%s of %s files"), lng::Number(progress.files), lng::Number(progress.totalFiles)) +
+    return Text2(lng::Mark("Files: %s of %s"), lng::Number(progress.files),
+                 lng::Number(progress.totalFiles)) +
            L", " + Text2(lng::Mark("%s of %s"), Size(progress.bytes), Size(progress.totalBytes));
 }
 

@@ -61,6 +61,8 @@ CGLCanvas::CGLCanvas(CGLWindowHandler* handler, wxWindow* parent, const wxGLAttr
       m_rotationTimer(this, wxWindow::NewControlId()),
       m_animationTimer(this, wxWindow::NewControlId()) {
     SetBackgroundStyle(wxBG_STYLE_PAINT);
+    // The picture does not mirror, so positions must not either.
+    SetLayoutDirection(wxLayout_LeftToRight);
     BindEvents();
 }
 

@@ -139,6 +139,26 @@ TEST_P(StoreProcessesTest, WhoeverComesAndGoesTakesNothingFromTheOthers) {
     EXPECT_EQ(second.Groups().Value().front().modelCount, 2u);
 }
 
+// What a connection keeps of a group is gone at once when another one changes it, also when the log begins anew.
+TEST_P(StoreProcessesTest, WhatOneChangesAllOthersSeeAtOnce) {
+    const CTestPlace place(GetParam());
+    CModelStore writer = place.Open();
+    CModelStore readers[] = {place.Open(), place.Open(EStoreUse::Read)};
+    const auto countIn = [](CModelStore& store, std::int64_t group) {
+        return store.GroupById(group).Value().modelCount;
+    };
+    for (std::uint64_t i = 1; i <= 150; ++i) {
+        const std::string bytes =
+            std::to_string(i) + std::string(20'000, 'x');  // the log begins anew some times
+        ASSERT_TRUE(writer.AddModel(ModelOf("g", "m", bytes)));
+        const std::int64_t group = writer.Group("g").Value().id;
+        for (CModelStore& reader : readers) {
+            ASSERT_EQ(countIn(reader, group), i);
+            ASSERT_EQ(countIn(reader, group), i) << "kept";
+        }
+    }
+}
+
 TEST_P(StoreProcessesTest, SeveralWritersAtOnceAddAllThatTheyHave) {
     constexpr std::uint64_t kModels = 60, kShared = 20, kWriters = 3;
     const CTestPlace place(GetParam());

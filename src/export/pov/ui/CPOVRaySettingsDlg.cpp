@@ -106,6 +106,7 @@ wxStaticBoxSizer* CPOVRaySettingsDlg::MakeBackgroundBox() {
 
 wxSizer* CPOVRaySettingsDlg::MakeButtons() {
     auto* ok = new wxButton(this, kIdOk, lng::Text("OK"));
+    SetButtonLabel(*ok, lng::Text("OK"));
     auto* cancel = new wxButton(this, wxID_CANCEL, lng::Text("Cancel"));
     SetButtonLabel(*cancel, lng::Text("Cancel"));
     cancel->MoveBeforeInTabOrder(ok);  // as they stand

@@ -77,6 +77,7 @@ bool wxColourPopup::Create(wxWindow* parent) {
     if (!wxWindow::Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SIMPLE)) return false;
     SetAccessibleName(*this, lng::Text("Colours"));
     SetBackgroundStyle(wxBG_STYLE_PAINT);
+    SetLayoutDirection(wxLayout_LeftToRight);  // of its fields, where positions are colours
     Bind(wxEVT_PAINT, [this](wxPaintEvent&) { Paint(); });
     Bind(wxEVT_KEY_DOWN, &wxColourPopup::Key, this);
     Bind(wxEVT_LEFT_DOWN, &wxColourPopup::Press, this);

@@ -152,13 +152,13 @@ void CPreviewPane::ShowNothing() {
 
 void CPreviewPane::ShowWaiting(const CPreviewRequest& request) {
     ShowNothing();
-    SetRow(m_size, preview_facts::SizeText(request.bytes));
+    SetRow(m_size, lng::Size(request.bytes));
     ShowPage(kWaitingPage);
 }
 
 void CPreviewPane::ShowResult(const CPreviewRequest& request, const CPreviewResult& result) {
     ShowNothing();
-    SetRow(m_size, preview_facts::SizeText(request.bytes));
+    SetRow(m_size, lng::Size(request.bytes));
     if (result.triangles >= 0) SetRow(m_triangles, lng::Number(static_cast<std::uint64_t>(result.triangles)));
     if (result.objects >= 0) SetRow(m_objects, lng::Number(static_cast<std::uint64_t>(result.objects)));
     ShowPage(SetPicture(result) ? kPicturePage : kProblemPage);

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+#include "frame/dialogs/ui/CShortcutList.h"
+
+#include <gtk/gtk.h>
+#include <wx/nativewin.h>
+#include <wx/sizer.h>
+#include <wx/stattext.h>
+#include <wx/tokenzr.h>
+
+#include <algorithm>
+
+#include "base/text/lng.h"
+#include "files/file_util_ex.h"
+#include "frame/shortcuts.h"
+
+namespace {
+
+/** The keys as GTK names them: "<Control><Shift>z". */
+std::string Accelerator(const std::string& key) {
+    constexpr std::pair<const char*, const char*> kModifiers[] = {
+        {"Ctrl+", "<Control>"}, {"Shift+", "<Shift>"}, {"Alt+", "<Alt>"}};
+    std::string text = key;
+    for (const auto& [ours, theirs] : kModifiers)
+        if (const std::size_t at = text.find(ours); at != text.npos)
+            text.replace(at, std::string_view(ours).size(), theirs);
+    if (text.ends_with('?')) text.replace(text.size() - 1, 1, "question");
+    return text;
+}
+
+/** The key's name in the language of the program, as the menus show it. */
+std::wstring KeyName(const std::string& accelerator) {
+    guint key = 0;
+    GdkModifierType modifiers{};
+    gtk_accelerator_parse(accelerator.c_str(), &key, &modifiers);
+    gchar* label = gtk_accelerator_get_label(key, modifiers);
+    const std::wstring name = lng::ConvertFromUTF8(label);
+    g_free(label);
+    return name;
+}
+
+}  // namespace
+
+CShortcutList::CShortcutList(wxWindow* parent) : wxScrolledWindow(parent, wxID_ANY) {
+    int keysWidth = 0;
+    for (const CShortcutGroup& from : ShortcutGroups()) {
+        CGroup group{new wxStaticText(this, wxID_ANY, wxControl::EscapeMnemonics(from.title)), {}};
+        group.heading->SetFont(group.heading->GetFont().Bold());
+        for (const CShortcut& shortcut : from.shortcuts) {
+            group.rows.push_back(MakeRow(shortcut));
+            keysWidth = std::max(keysWidth, group.rows.back().keys->GetEffectiveMinSize().x);
+        }
+        m_groups.push_back(std::move(group));
+    }
+    auto* column = new wxBoxSizer(wxVERTICAL);
+    for (const CGroup& group : m_groups) column->Add(Arrange(group, keysWidth), wxSizerFlags().Expand());
+    SetSizer(column);
+    SetScrollRate(0, 2 * GetCharHeight());
+    FitInside();
+}
+
+/** The keys drawn as such. The toolkit asks for the size before the parts are visible, and would get none. */
+wxWindow* CShortcutList::MakeKeys(const std::string& accelerators) {
+    GtkWidget* label = gtk_shortcut_label_new(accelerators.c_str());
+    gtk_widget_show_all(label);
+    auto* keys = new wxNativeWindow(this, wxID_ANY, label);
+    GtkRequisition size;
+    gtk_widget_get_preferred_size(label, nullptr, &size);
+    keys->SetMinSize(wxSize(size.width, size.height));
+    return keys;
+}
+
+CShortcutList::CRow CShortcutList::MakeRow(const CShortcut& shortcut) {
+    std::wstring sought = shortcut.gesture + L" " + shortcut.does;
+    CRow row{nullptr, new wxStaticText(this, wxID_ANY, wxControl::EscapeMnemonics(shortcut.does)), {}};
+    if (shortcut.keys.empty()) {
+        row.keys = new wxStaticText(this, wxID_ANY, wxControl::EscapeMnemonics(shortcut.gesture));
+    } else {
+        std::string accelerators;
+        for (const std::string& key : shortcut.keys) {
+            const std::string accelerator = Accelerator(key);
+            sought += L" " + KeyName(accelerator);
+            accelerators += (accelerators.empty() ? "" : " ") + accelerator;
+        }
+        row.keys = MakeKeys(accelerators);
+    }
+    row.sought = wxString(sought).Lower().ToStdWstring();
+    return row;
+}
+
+wxSizer* CShortcutList::Arrange(const CGroup& group, int keysWidth) const {
+    const int gap = FromDIP(4);
+    auto* column = new wxBoxSizer(wxVERTICAL);
+    column->Add(group.heading, wxSizerFlags().Border(wxTOP | wxBOTTOM, 2 * gap));
+    for (const CRow& row : group.rows) {
+        row.keys->SetMinSize(wxSize(keysWidth, row.keys->GetMinSize().y));
+        auto* line = new wxBoxSizer(wxHORIZONTAL);
+        line->Add(row.keys, wxSizerFlags().CenterVertical().Border(wxALL, gap));
+        line->Add(row.does, wxSizerFlags(1).CenterVertical().Border(wxLEFT, 4 * gap));
+        column->Add(line, wxSizerFlags().Expand());
+    }
+    return column;
+}
+
+bool CShortcutList::Filter(std::wstring_view text) {
+    const wxArrayString words = wxStringTokenize(wxString(text.data(), text.size()).Lower());
+    bool isAnyShown = false;
+    for (const CGroup& group : m_groups) {
+        bool isGroupShown = false;
+        for (const CRow& row : group.rows) {
+            const bool isShown = std::ranges::all_of(words, [&](const wxString& word) {
+                return row.sought.find(word.ToStdWstring()) != std::wstring::npos;
+            });
+            row.keys->Show(isShown);
+            row.does->Show(isShown);
+            isGroupShown = isGroupShown || isShown;
+        }
+        group.heading->Show(isGroupShown);
+        isAnyShown = isAnyShown || isGroupShown;
+    }
+    FitInside();
+    Scroll(0, 0);
+    return isAnyShown;
+}
+
+wxSize CShortcutList::FullSize() const {
+    return GetSizer()->CalcMin();
+}

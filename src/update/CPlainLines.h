@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+/** Lines of text for people, out of characters that nobody has checked. Blanks follow one another nowhere, and lines have none at
+ * their ends. */
+class CPlainLines {
+  public:
+    explicit CPlainLines(std::size_t mostCharacters) : m_most(mostCharacters) {}
+
+    /** A blank or a tab is a blank; a control character and one that changes the direction of writing is nothing. */
+    void AddCharacter(wchar_t c);
+    /** Begins a new line, behind so many line ends. */
+    void EndLine(int lineEnds);
+    /** Begins an entry of a list. */
+    void AddBullet();
+    [[nodiscard]] bool IsFull() const { return m_text.size() >= m_most; }
+    /** Ends with "…" where it got full. */
+    [[nodiscard]] std::wstring Take() &&;
+
+  private:
+    void Append(wchar_t c);
+
+    std::size_t m_most;
+    std::wstring m_text;
+    int m_lineEnds = 0;  ///< wanted before the next character
+    bool m_blank = false, m_isAfterBullet = false;
+};
