@@ -6,7 +6,7 @@ import sys
 
 from reader import Missing, Program, children, has, is_no_menu, labelled, until, walk
 
-# Menu, command, title of its window, and the button that closes it; None: Escape's button in whatever language GTK has it.
+# Menu, command, title of its window, and the button that closes it. Without a title: the window that comes.
 WINDOWS = [
     ("Export", "POV-Ray output settings", "POV-Ray output settings", "Cancel"),
     ("Export", "HTML5 output settings", "HTML5 output settings", "Cancel"),
@@ -18,6 +18,11 @@ WINDOWS = [
     ("Tools", "ScreenShot", "", "Cancel"),
     ("Export", "Export to HTML5", "", "Cancel"),
     ("Export", "Export to glTF (.glb)", "", "Cancel"),
+    ("Tools", "Settings", "Orbivue Settings", "Cancel"),
+    ("Tools", "Select Language", "Language selection", "Cancel"),
+    ("Help", "Keyboard shortcuts", "Keyboard shortcuts", "Close"),
+    ("Help", "Check for updates...", "", "OK"),
+    ("Help", "About ...", "About Orbivue", "OK"),
 ]
 
 # What a reader needs no name of: frames of other things, pictures of theirs, texts, which are their own names.

@@ -73,7 +73,9 @@ class Program:
         self.models = [shutil.copy(model, self.folder) for model in models]
 
     def __enter__(self):
-        self.process = subprocess.Popen([self.binary, self.models[0]], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        english = dict(os.environ, LC_ALL="C.UTF-8", LANGUAGE="en")
+        self.process = subprocess.Popen([self.binary, self.models[0]], env=english, stdout=subprocess.DEVNULL,
+                                        stderr=subprocess.DEVNULL)
         self.node = until("the program on the bus", self.find)
         self.frame = until("its window", lambda: next(n for n in children(self.node) if n.getRoleName() == "frame"))
         self.expect_view(os.path.basename(self.models[0]))
