@@ -98,10 +98,10 @@ TEST_F(FetchFeedTest, ACheckEndsAtOnceWhenItIsCancelled) {
 }
 
 TEST_F(FetchFeedTest, ACheckSaysWhatItFound) {
-    const auto sentence = [](const std::string& path, const char* version) {
+    const auto sentence = [](const std::string& path, const char* version, bool isPackaged = false) {
         const std::atomic<bool> cancelled = false;
         const CFeedRequest request = path.empty() ? CFeedRequest{} : Request(path);
-        return SentenceOf(CheckForUpdate(request, CUpdateTarget::Here(version), cancelled), L"X");
+        return SentenceOf(CheckForUpdate(request, CUpdateTarget::Here(version), cancelled), L"X", isPackaged);
     };
     const std::wstring failed = L"It could not be found out whether there is a new version: ";
     EXPECT_EQ(sentence("feed", "1.9.5"), L"A new version of Orbivue is available: 9.0. This is version X.");
@@ -112,6 +112,10 @@ TEST_F(FetchFeedTest, ACheckSaysWhatItFound) {
         EXPECT_EQ(sentence(path, "1.9.5"), failed + L"the address gives no list of versions");
     EXPECT_EQ(sentence("to-http", "1.9.5"),
               failed + L"the address is not one of https, or leads to another that is not");
+    const std::wstring package =
+        L"Orbivue was installed as a package of this system, whose package manager updates it.";
+    EXPECT_EQ(sentence("", "1.9.5", true), package);
+    EXPECT_EQ(sentence("feed", "9.0", true), L"Orbivue X is the newest version.\n" + package);
 }
 
 }  // namespace

@@ -59,7 +59,7 @@ class UpdateWxTest : public testing::Test {
     }
     void Start(const std::string& path, bool isAutomatic) {
         Stop();
-        checks = std::make_unique<CUpdateChecks>(1);
+        checks = std::make_unique<CUpdateChecks>(CHoldForWindow(), 1);
         checks->Trust(ORBIVUE_TEST_CERTIFICATE);
         CUpdatePresenter::Set(checks.get());
         win_sparkle_set_app_details(L"Kestrane", L"Orbivue", L"1.9.5");

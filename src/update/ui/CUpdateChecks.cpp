@@ -34,7 +34,7 @@ wxTopLevelWindow* MainWindow() {
 
 }  // namespace
 
-CUpdateChecks::CUpdateChecks(int quietMs) : m_quietMs(quietMs) {
+CUpdateChecks::CUpdateChecks(CHoldForWindow hold, int quietMs) : m_hold(std::move(hold)), m_quietMs(quietMs) {
     m_timer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnTick(); });
 }
 
@@ -88,9 +88,13 @@ void CUpdateChecks::EndUnasked() {
 
 void CUpdateChecks::ShowBar() {
     CloseBar();
-    const auto showMore = [this] {
+    const auto show = [this] {
         CloseBar();
-        if (!m_isModal) ShowNews(m_outcome);
+        ShowNews(m_outcome);
+    };
+    const auto showMore = [this, show] {
+        if (m_isModal) return;
+        m_hold ? m_hold(show) : show();
     };
     m_bar = new CUpdateBar(*MainWindow(), m_outcome.item.shownVersion, {showMore, [this] { CloseBar(); }});
 }
@@ -103,7 +107,7 @@ void CUpdateChecks::CloseBar() {
 void CUpdateChecks::ShowNews(const CUpdateOutcome& outcome) {
     const CAppcastItem item = outcome.item;
     m_isModal = true;
-    CUpdateNewsDlg dialog(wxTheApp->GetTopWindow(), SentenceOf(outcome, m_version), item);
+    CUpdateNewsDlg dialog(wxTheApp->GetTopWindow(), SentenceOf(outcome, m_version, IsPackaged()), item);
     const int answer = dialog.ShowModal();
     m_isModal = false;
     if (answer == CUpdateNewsDlg::kSkip) kept_choices::Skip(item);
@@ -128,8 +132,8 @@ void CUpdateChecks::CheckWithWindows() {
         CloseBar();
         ShowNews(outcome);
     } else if (outcome.kind == EUpdateOutcome::Failed) {
-        CUserPrompt::Instance().ShowWarning(SentenceOf(outcome, m_version));
+        CUserPrompt::Instance().ShowWarning(SentenceOf(outcome, m_version, IsPackaged()));
     } else {
-        CUserPrompt::Instance().ShowMessage(SentenceOf(outcome, m_version));
+        CUserPrompt::Instance().ShowMessage(SentenceOf(outcome, m_version, IsPackaged()));
     }
 }
