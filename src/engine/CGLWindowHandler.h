@@ -41,6 +41,8 @@ class CGLWindowHandler {
     /** A key without Ctrl or Alt, after its OnKeyDown. True when it moved the model: nobody else shall have
      * it then. */
     virtual bool OnModelKey(int /*keyCode*/, bool /*shiftDown*/) { return false; }
+    /** A key with Ctrl; otherwise as OnModelKey. */
+    virtual bool OnPanKey(int /*keyCode*/, bool /*shiftDown*/) { return false; }
     /** Asked after OnPaint: false when the picture is not complete and must not be shown. */
     [[nodiscard]] virtual bool IsPictureComplete() const { return true; }
     /** Asked after OnPaint: how long the canvas waits at least before it lets the rotation or the animation go on. */

@@ -27,16 +27,15 @@ const char* const kMenu = Mark("Show the commands of the view");
 // clang-format off
 const CRow kViewRows[] = {
     {{"Left", "Right", "Up", "Down"}, nullptr, kTurn},
+    {{"plus", "minus"}, nullptr, kZoom},
+    {{}, Mark("Shift with these keys"), Mark("Turn and zoom in small steps")},
     {{}, Mark("Drag"), kTurn},
     {{}, Mark("Drag with the middle button"), kMove},
     {{}, Mark("Drag with Shift and the right button"), kMove},
-    {{"plus", "minus"}, nullptr, kZoom},
     {{}, Mark("Turn the wheel"), kZoom},
     {{}, Mark("Turn the wheel with Alt"), kToPointer},
     {{}, Mark("Spread two fingers on the touchpad"), kToPointer},
     {{}, Mark("Drag with Ctrl"), Mark("Zoom to a box")},
-    {{"Shift+Left", "Shift+Right", "Shift+Up", "Shift+Down"}, nullptr, Mark("Turn in small steps")},
-    {{"Shift+plus", "Shift+minus"}, nullptr, Mark("Zoom in small steps")},
     {{}, Mark("Click twice"), Mark("Bring a point to the middle of the view")},
     {{}, Mark("Press long on a part"), Mark("Remove the part from the picture")},
     {{"Return"}, nullptr, Mark("Use the material tool on the part that was clicked last")},
@@ -49,7 +48,9 @@ const CRow kViewRows[] = {
 };
 
 const CRow kListRows[] = {
-    {{"Left", "Right", "Page_Up", "Page_Down", "Home", "End"}, nullptr, Mark("Go to another model")},
+    {{"Left", "Right"}, nullptr, Mark("Go to another model")},
+    {{"Page_Up", "Page_Down"}, nullptr, Mark("Go to another page of models")},
+    {{"Home", "End"}, nullptr, Mark("Go to the first or the last model")},
     {{}, Mark("Type a name"), Mark("Go to the next model with that name")},
     {{"Return"}, nullptr, Mark("Open the model")},
     {{"Escape", "Tab"}, nullptr, Mark("Go back to the view")},
@@ -98,7 +99,7 @@ CShortcutGroup CommandsOf(EMenu menu) {
 }  // namespace
 
 std::vector<CShortcutGroup> ShortcutGroups() {
-    std::vector<CShortcutGroup> groups{PartOfWindow(Mark("View"), kViewRows)};
+    std::vector<CShortcutGroup> groups{PartOfWindow(Mark("3D view"), kViewRows)};
     for (const EMenu menu : {EMenu::File, EMenu::View, EMenu::Export, EMenu::Tools, EMenu::Help})
         if (CShortcutGroup group = CommandsOf(menu); !group.shortcuts.empty())
             groups.push_back(std::move(group));

@@ -9,11 +9,25 @@
 #include <clocale>
 #include <cstdlib>
 
+#include "base/text/ascii_text.h"
 #include "base/text/lng.h"
 #include "files/std_file_paths.h"
+#include "settings/CSettings.h"
 
 namespace lng {
 namespace {
+
+/** Texts of the toolkit that its own catalogues do not have in all languages: it finds them in ours. */
+[[maybe_unused]] constexpr const char* kToolkitTexts[] = {
+    Mark("&OK"),
+    Mark("&Cancel"),
+    Mark("&Close"),
+    Mark("Usage: %s"),
+    Mark("Unknown option '%s'"),
+    Mark("Unknown long option '%s'"),
+    Mark("Unexpected characters following option '%s'."),
+    Mark("Option '%s' can't be negated"),
+};
 
 struct CName {
     std::wstring_view code, name;
@@ -41,6 +55,12 @@ void AllowTranslations() {
         std::setlocale(LC_MESSAGES, "C.UTF-8");
 }
 
+/** Chinese, Japanese and Korean write the same characters in different forms; fontconfig chooses the font by this. */
+void SetFontLanguage(std::string code) {
+    std::ranges::replace(code, '_', '-');
+    setenv("FC_LANG", ascii_text::Lowered(code).c_str(), 1);
+}
+
 }  // namespace
 
 void SetLanguage(std::wstring_view code) {
@@ -48,7 +68,8 @@ void SetLanguage(std::wstring_view code) {
     const std::string& language = Domain().language;
     AllowTranslations();
     setenv("LANGUAGE", language.c_str(), 1);  // for GTK
-    const wxLogNull quiet;                    // a missing catalogue means English
+    SetFontLanguage(language);
+    const wxLogNull quiet;  // a missing catalogue means English
     auto* translations = new wxTranslations;
     wxTranslations::Set(translations);  // which owns it from now on
     if (language == "en") return;
@@ -58,6 +79,16 @@ void SetLanguage(std::wstring_view code) {
     // The toolkit's own texts; ours has what the toolkit's lacks.
     translations->AddCatalog(wxString::FromUTF8(Domain().catalogue.c_str()));
     translations->AddStdCatalog();
+}
+
+void LoadSettingsAndTexts() {
+    lng_util_internal::SetDomain(Domain(), "viewer");
+    (void)CSettings::LoadFile();  // without a file the defaults hold
+    CSettings& settings = CSettings::Instance();
+    settings.language.clear();
+    settings.ReadAll();
+    if (settings.language.empty()) settings.language = DesktopLanguage();
+    LoadCatalogue(settings.language);
 }
 
 void GetLanguageNames(const std::vector<std::wstring>& folders, std::vector<CLanguageInfo>& infos) {

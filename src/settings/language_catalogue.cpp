@@ -91,6 +91,11 @@ void UseDesktopLanguage() {
     Domain().load = [](CLanguageDomain&) { LoadCatalogue(DesktopLanguage()); };
 }
 
+std::string TextForTerminal(const CError& error) {
+    const std::string message = TextUtf8(error.message.c_str());
+    return error.where.empty() ? message : error.where + ": " + message;
+}
+
 void UseEnglish() {
     lng_util_internal::SetDomain(Domain(), {});
 }

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/CResult.h"
+
 namespace lng {
 
 /** The code of the installed language that the code of a language or locale asks for ("de_AT.UTF-8" finds "de", "pt" finds
@@ -21,6 +23,8 @@ void LoadCatalogue(std::wstring_view code);
 /** For a program of the command line: texts in DesktopLanguage from now on; the catalogue is loaded when the first of them is
  * looked up. */
 void UseDesktopLanguage();
+/** Text of an error for a terminal: UTF-8, and without marks of direction, so that its path can be copied. */
+[[nodiscard]] std::string TextForTerminal(const CError& error);
 /** English texts from now on, for what other programs read. */
 void UseEnglish();
 

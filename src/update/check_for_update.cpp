@@ -2,7 +2,6 @@
 #include "update/check_for_update.h"
 
 #include "base/text/lng.h"
-#include "update/update_feed.h"
 
 namespace {
 
@@ -40,8 +39,8 @@ CUpdateOutcome CheckForUpdate(const CFeedRequest& request, const CUpdateTarget& 
     return {.kind = EUpdateOutcome::News, .item = std::move(*update)};
 }
 
-std::wstring SentenceOf(const CUpdateOutcome& outcome, std::wstring_view version) {
-    if (!IsPackaged()) return SentenceWithoutPackage(outcome, version);
+std::wstring SentenceOf(const CUpdateOutcome& outcome, std::wstring_view version, bool isPackaged) {
+    if (!isPackaged) return SentenceWithoutPackage(outcome, version);
     const std::wstring package =
         lng::Text("Orbivue was installed as a package of this system, whose package manager updates it.");
     return outcome.kind == EUpdateOutcome::NoFeed

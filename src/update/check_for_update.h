@@ -19,5 +19,6 @@ struct CUpdateOutcome {
 [[nodiscard]] CUpdateOutcome CheckForUpdate(const CFeedRequest& request, const CUpdateTarget& target,
                                             const std::atomic<bool>& cancelled);
 
-/** One sentence, or two, for the user. version: the program's. */
-[[nodiscard]] std::wstring SentenceOf(const CUpdateOutcome& outcome, std::wstring_view version);
+/** One sentence, or two, for the user. version: the program's. isPackaged: the package manager of a system updates it. */
+[[nodiscard]] std::wstring SentenceOf(const CUpdateOutcome& outcome, std::wstring_view version,
+                                      bool isPackaged);

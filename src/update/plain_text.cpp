@@ -80,6 +80,7 @@ class CHtmlText {
   private:
     bool TakeTag();
     bool TakeEntity();
+    /** end: in lower case. */
     void SkipPast(std::wstring_view end);
     void Obey(std::wstring_view name, bool isEnd);
     [[nodiscard]] std::size_t EndOfTag() const;
@@ -89,8 +90,10 @@ class CHtmlText {
 };
 
 void CHtmlText::SkipPast(std::wstring_view end) {
-    const auto found = std::ranges::search(m_rest, end, {}, ascii_text::Lower<wchar_t>);
-    m_rest.remove_prefix(static_cast<std::size_t>(found.end() - m_rest.begin()));
+    const auto isSame = [](wchar_t a, wchar_t b) { return ascii_text::Lower(a) == b; };
+    const auto found = std::search(m_rest.begin(), m_rest.end(), end.begin(), end.end(), isSame);
+    const auto skipped = static_cast<std::size_t>(found - m_rest.begin());
+    m_rest.remove_prefix(std::min(skipped + end.size(), m_rest.size()));
 }
 
 /** Behind the ">" that does not stand in quotes; 0: there is none near. */

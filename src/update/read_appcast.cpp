@@ -11,6 +11,7 @@
 namespace {
 
 constexpr std::size_t kMostItems = 500;
+constexpr std::size_t kMostSystems = 50;
 constexpr std::size_t kMostVersionCharacters = 64;
 constexpr std::size_t kMostAddressBytes = 2'000;
 
@@ -35,11 +36,20 @@ std::string ValueOf(const pugi::xml_node& item, const char* name) {
     return value;
 }
 
+/** One that is too long stays so, as it must not become another. */
+std::string VersionOf(const pugi::xml_node& item, const char* name) {
+    return utf8_text::Printable(ValueOf(item, name).substr(0, kMostVersionCharacters + 1), '?');
+}
+
 std::vector<std::string> SystemsOf(const pugi::xml_node& item) {
     std::vector<std::string> systems;
-    for (const pugi::xml_node& file : item.children("enclosure"))
+    for (const pugi::xml_node& file : item.children("enclosure")) {
+        if (systems.size() == kMostSystems) break;
+        const std::string_view name =
+            ascii_text::Trimmed(std::string_view(file.attribute("sparkle:os").value()));
         systems.push_back(
-            ascii_text::Lowered(ascii_text::Trimmed(std::string_view(file.attribute("sparkle:os").value()))));
+            utf8_text::Printable(ascii_text::Lowered(name.substr(0, kMostVersionCharacters)), '?'));
+    }
     if (systems.empty()) systems.emplace_back();
     return systems;
 }
@@ -58,10 +68,10 @@ std::string PageOf(std::string address) {
 
 CAppcastItem ItemOf(const pugi::xml_node& element) {
     CAppcastItem item;
-    item.version = utf8_text::Printable(ValueOf(element, "sparkle:version"), '?');
+    item.version = VersionOf(element, "sparkle:version");
     item.shownVersion = PlainLine(ValueOf(element, "sparkle:shortVersionString"), kMostVersionCharacters);
     if (item.shownVersion.empty()) item.shownVersion = PlainLine(item.version, kMostVersionCharacters);
-    item.minimumSystem = utf8_text::Printable(ValueOf(element, "sparkle:minimumSystemVersion"), '?');
+    item.minimumSystem = VersionOf(element, "sparkle:minimumSystemVersion");
     item.systems = SystemsOf(element);
     item.page = PageOf(LineOf(element.child("link")));
     item.notes = PlainNotes(TextOf(element.child("description")));

@@ -130,6 +130,7 @@ void CViewGestures::Key(EViewKey key, bool fine) {
     if (m_dragState != EDragState::Idle) return;
     const double turn = fine ? kKeyDeg / kFineShare : kKeyDeg;
     const int zoom = fine ? kKeyStep / kFineShare : kKeyStep;
+    const int pan = std::max(1, m_target.ViewHeight() / (fine ? kPanShare * kFineShare : kPanShare));
     switch (key) {
         case EViewKey::TurnLeft:
             m_target.TurnModel(-turn, 0);
@@ -148,6 +149,18 @@ void CViewGestures::Key(EViewKey key, bool fine) {
             break;
         case EViewKey::ZoomOut:
             m_target.ZoomModel(zoom);
+            break;
+        case EViewKey::PanLeft:
+            m_target.PanModel(-pan, 0);
+            break;
+        case EViewKey::PanRight:
+            m_target.PanModel(pan, 0);
+            break;
+        case EViewKey::PanUp:
+            m_target.PanModel(0, -pan);
+            break;
+        case EViewKey::PanDown:
+            m_target.PanModel(0, pan);
             break;
     }
     m_target.EndWork();

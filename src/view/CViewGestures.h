@@ -17,7 +17,24 @@ struct CPixel {
 enum class EDragState { Idle = 0, Pending = 1, Dragging = 2 };
 
 /** What a key does with the model. */
-enum class EViewKey { TurnLeft, TurnRight, TurnUp, TurnDown, ZoomIn, ZoomOut };
+enum class EViewKey {
+    TurnLeft,
+    TurnRight,
+    TurnUp,
+    TurnDown,
+    ZoomIn,
+    ZoomOut,
+    PanLeft,
+    PanRight,
+    PanUp,
+    PanDown
+};
+
+/** What a key of the toolkit's does. */
+struct CModelKey {
+    int keyCode;
+    EViewKey key;
+};
 
 /** Turns presses, moves, wheel turns and keys into a trackball drag, a pan, zooming, the use of a tool or the
  * deletion of a node. Needs no window: it receives input through its functions and acts on its target.
@@ -35,6 +52,8 @@ class CViewGestures {
     static constexpr double kKeyDeg = 10;
     static constexpr int kKeyStep = 20;
     static constexpr int kFineShare = 5;
+    /** A key pans by this part of the view's height. */
+    static constexpr int kPanShare = 12;
 
     /** All three must outlive it; tools may be null. */
     CViewGestures(CGestureTarget& target, CTrackBallMotion& trackBall, CViewToolState* tools);

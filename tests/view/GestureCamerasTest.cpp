@@ -114,6 +114,8 @@ void Do(CViewGestures& gestures, const std::string& what, int x, int y) {
     if (what == "pinch-double") gestures.Pinch(x, y, 2);
     if (what == "right") gestures.Key(EViewKey::TurnRight, x == 1);
     if (what == "up") gestures.Key(EViewKey::TurnUp, x == 1);
+    if (what == "pan-right") gestures.Key(EViewKey::PanRight, x == 1);
+    if (what == "pan-up-key") gestures.Key(EViewKey::PanUp, x == 1);
     if (what == "plus") gestures.Key(EViewKey::ZoomIn, x == 1);
     if (what == "minus") gestures.Key(EViewKey::ZoomOut, x == 1);
 }
@@ -171,6 +173,7 @@ const CCameraCase kCameras[] = {
     {"FinePlus", kRight, kPlain, kMiddle, "plus 1 0", 0, 0, false, 0.9802},
     // The front of the ball goes with the arrow: 10 degrees at 9 of 10 radii, seen from 26.
     {"RightArrow", kRight, kPlain, {10, 0, 0}, "right 0 0", 33, 0},
+    {"KeysMoveTheMiddle", kRight, kTurned, kMiddle, "pan-right 0 0 pan-right 1 0 pan-up-key 0 0", 30, -25},
     {"FineUpArrow", kRight, kPlain, {10, 0, 0}, "up 1 0", 0, -6.7f},
 };
 INSTANTIATE_TEST_SUITE_P(Gestures, GestureCamerasTest, testing::ValuesIn(kCameras), kRowName);

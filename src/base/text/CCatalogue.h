@@ -12,7 +12,8 @@
 #include "base/CResult.h"
 #include "base/text/CPluralRule.h"
 
-/** The texts of a language: a gettext catalogue (.mo) in UTF-8. Several threads may read it. */
+/** The texts of a language: a gettext catalogue (.mo) in UTF-8. Several threads may read it. The toolkit has a reader, too, but
+ * programs of the command line start without the toolkit, which only its main thread may ask, and which trusts the file. */
 class CCatalogue {
   public:
     static constexpr std::uintmax_t kMaxBytes = 8U << 20;

@@ -63,7 +63,7 @@ std::wstring Text(const char* englishText) {
 }
 
 std::wstring Text(const char* englishText, std::wstring_view value) {
-    return Filled(Text(englishText), {value});
+    return Filled(Text(englishText), {Isolated(value)});
 }
 
 std::wstring TextN(const char* one, const char* many, std::uint64_t count) {
@@ -71,7 +71,7 @@ std::wstring TextN(const char* one, const char* many, std::uint64_t count) {
 }
 
 std::wstring TextN(const char* one, const char* many, std::uint64_t count, std::wstring_view second) {
-    return Filled(Form(one, many, count), {Number(count), second});
+    return Filled(Form(one, many, count), {Number(count), Isolated(second)});
 }
 
 std::string TextUtf8(const char* englishText, std::initializer_list<std::string_view> values) {
@@ -95,7 +95,7 @@ std::wstring Text(const CError& error) {
     // A library's text may be in any encoding, and the empty text would yield the catalogue's header.
     const std::string sound = file_util_ex::ConvertToUTF8(ConvertFromUTF8(error.message));
     const std::wstring message = sound.empty() ? std::wstring() : Text(sound.c_str());
-    return error.where.empty() ? message : ConvertFromUTF8(error.where) + L": " + message;
+    return error.where.empty() ? message : Isolated(ConvertFromUTF8(error.where)) + L": " + message;
 }
 
 bool IsRightToLeft() {
@@ -129,13 +129,13 @@ std::wstring Decimal(double number, int decimals) {
 }
 
 std::wstring Size(std::uint64_t bytes) {
-    if (bytes < 1000) return TextN("%s byte", "%s bytes", bytes);
+    if (bytes < 1000) return Isolated(TextN("%s byte", "%s bytes", bytes));
     constexpr std::array kUnits = {Mark("%s kB"), Mark("%s MB"), Mark("%s GB"), Mark("%s TB")};
     constexpr double kStep = 1000, kRoundedToStep = 999.95;
     double value = static_cast<double>(bytes) / kStep;
     std::size_t unit = 0;
     for (; value >= kRoundedToStep && unit + 1 < kUnits.size(); ++unit) value /= kStep;
-    return Text(kUnits.at(unit), Decimal(value, 1));
+    return Isolated(Filled(Text(kUnits.at(unit)), {Decimal(value, 1)}));
 }
 
 std::wstring ConvertFromUTF8(std::string_view text) {

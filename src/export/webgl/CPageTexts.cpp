@@ -6,7 +6,7 @@
 
 #include "base/text/lng.h"
 #include "base/text/utf8_text.h"
-#include "settings/choose_language.h"
+#include "settings/language_catalogue.h"
 
 namespace {
 

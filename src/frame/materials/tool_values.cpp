@@ -96,7 +96,7 @@ std::wstring ToolStepName(EMaterialTool tool, const std::string& node) {
 }
 
 std::wstring ToolMessage(EMaterialTool tool, const std::string& node, const CToolValues& values) {
-    const std::wstring name = Name(node) + L": ";
+    const std::wstring name = lng::Isolated(Name(node)) + L": ";
     switch (tool) {
         case EMaterialTool::Color:
             return name + lng::Text("colour %s", HexOf(values.color));

@@ -40,10 +40,6 @@ std::int64_t Count(const nlohmann::json& stats, const char* key) {
     return static_cast<std::int64_t>(std::min(found->get<std::uint64_t>(), std::uint64_t{1} << 62));
 }
 
-std::wstring Wide(const std::string& text) {
-    return file_util_ex::ConvertFromUTF8W(text);
-}
-
 }  // namespace
 
 std::optional<CPreviewRequest> RequestFor(const std::string& path, const CLook& look) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "frame/ui/CAViewerFrame.h"
 
+#include <wx/anybutton.h>
 #include <wx/dnd.h>
 #include <wx/iconbndl.h>
 #include <wx/menu.h>
@@ -74,6 +75,7 @@ CAViewerFrame::CAViewerFrame(const wxString& title)
                                    .showStates = [this] { ShowCommandStates(); },
                                    .stopSlideShow = [this] { m_slideShow->OnTakenInHand(); }})) {
     if (!HasView()) return;
+    m_dialogs.Register();
     m_session->AddListener(*this);
     const wxString icon = std_file_paths::GetImgPath(L"main.ico");
     SetIcons(wxIconBundle(icon, wxBITMAP_TYPE_ICO));
@@ -144,7 +146,9 @@ void CAViewerFrame::BindKeys() {
             OnViewKeyDown(event.GetKeyCode());
         else if (event.GetUnicodeKey() == '?' && event.ControlDown())
             RunCommand(kCmdShortcuts);
-        else if (event.GetKeyCode() != WXK_F6 || !StepToBrowser())
+        else if (event.GetKeyCode() == WXK_F6 && (event.GetModifiers() & ~wxMOD_SHIFT) == 0)
+            StepPane(event.ShiftDown());
+        else
             event.Skip();
     });
     canvas->Bind(wxEVT_CONTEXT_MENU, [this, canvas](wxContextMenuEvent& event) {
@@ -161,6 +165,7 @@ bool CAViewerFrame::IsKeyForView(const wxKeyEvent& event) const {
     if (event.HasAnyModifiers() || (key != WXK_SPACE && key != WXK_BACK && key != WXK_ESCAPE)) return false;
     const wxWindow* focus = FindFocus();
     if (focus == m_view->GetCanvas()->GetWindow()) return false;
+    if (key == WXK_SPACE && dynamic_cast<const wxAnyButton*>(focus)) return false;  // it presses the button
     const auto holdsFocus = [focus](const wxWindow* bar) {
         for (const wxWindow* window = focus; window; window = window->GetParent())
             if (window == bar) return true;

@@ -21,6 +21,7 @@
 #include "session/CSessionListener.h"
 #include "session/folder_models.h"
 #include "view/CKeyDownListener.h"
+#include "widgets/access/ui/CDialogAccess.h"
 
 class CAnimationBar;
 class CFileCommands;
@@ -116,10 +117,14 @@ class CAViewerFrame final : public wxFrame,
     [[nodiscard]] CFrameState State() const;
     /** Shows a text in the empty view: what to do, or why nothing is shown. */
     void ShowHint(const std::wstring& text);
+    /** Tells screen readers what the view shows. */
+    void NameView(const CSceneSummary& summary);
     void ShowCommandStates();
     [[nodiscard]] CSceneCameras SceneCameras() const;
     void FollowFullScreen();
     void ShowPanes();
+    /** Moves the keyboard from one part of the window to the next one, or the one before. */
+    void StepPane(bool back);
     void OnClose(wxCloseEvent& event);
 
     void PlayAnimation(bool play);
@@ -169,13 +174,12 @@ class CAViewerFrame final : public wxFrame,
     void MakeBrowser();
     /** True when the browser filled the window and does so no longer; the caller has the panes laid out. */
     bool RestoreBrowser();
-    /** Moves the keyboard from the view to the browser, and on from there. False when neither is the case. */
-    bool StepToBrowser();
     void OpenDownloaded(CModelData& model) override;
     void CheckBrowserCommand(bool isShown) override;
     void TellOfTransfer(const std::wstring& text) override;
     void LeaveBrowser() override;
 
+    CDialogAccess m_dialogs;
     CMaterialTool m_tools;
     CFrameState m_state;  ///< without `shown`, which State() adds
     CRecentFileListMgr m_recent;

@@ -79,17 +79,6 @@ bool CAViewerFrame::RestoreBrowser() {
     return true;
 }
 
-bool CAViewerFrame::StepToBrowser() {
-    if (!m_state.isBrowserShown || m_state.isFullScreen || m_modelList->HasFocus()) return false;
-    if (!m_browser->IsDescendant(FindFocus()))
-        m_browser->TakeFocus();
-    else if (m_state.isModelListShown)
-        m_modelList->TakeFocus();
-    else
-        LeaveBrowser();
-    return true;
-}
-
 void CAViewerFrame::UploadModel() {
     m_files->HoldModel(kCmdUpload, [this] {
         std::uint32_t key = 0;

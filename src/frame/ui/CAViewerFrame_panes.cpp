@@ -4,6 +4,10 @@
 #include <wx/menu.h>
 #include <wx/wupdlock.h>
 
+#include <algorithm>
+#include <functional>
+#include <vector>
+
 #include "base/text/lng.h"
 #include "engine/CGLCanvasI.h"
 #include "frame/materials/ui/CMaterialBar.h"
@@ -19,7 +23,7 @@
 #include "modeldb/ui/CModelsDlg.h"
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
-#include "widgets/ui/accessible_name.h"
+#include "widgets/access/ui/accessible_role.h"
 
 namespace {
 
@@ -59,7 +63,7 @@ void CAViewerFrame::MakePanes() {
     m_animationBar = new CAnimationBar(
         this, {[this](bool play) { PlayAnimation(play); }, [this](int frame) { ShowFrame(frame); }});
     wxWindow* canvas = m_view->GetCanvas()->GetWindow();
-    SetAccessibleName(*canvas, lng::Text("3D view"));
+    SetAccessibleRole(*canvas, EAccessibleRole::View);
     MakeMaterialPane();
     MakeSlideShow();
     m_state.isToolBarShown = CSettings::Instance().showToolBar;
@@ -131,6 +135,28 @@ void CAViewerFrame::ShowPanes() {
     // The manager would paint the view at once, although a repaint follows anyway.
     const wxWindowUpdateLocker noPainting(m_view->GetCanvas()->GetWindow());
     m_aui.Update();
+}
+
+void CAViewerFrame::StepPane(bool back) {
+    struct CStop {
+        wxWindow* pane;
+        std::function<void()> focus;
+    };
+    wxWindow* canvas = m_view->GetCanvas()->GetWindow();
+    std::vector<CStop> stops{{canvas, [canvas] { canvas->SetFocus(); }}};
+    const auto add = [&stops](wxWindow* pane, const std::function<void()>& focus) {
+        if (pane && pane->IsShownOnScreen()) stops.push_back({pane, focus});
+    };
+    add(m_browser, [this] { m_browser->TakeFocus(); });
+    add(&m_modelList->Bar(), [this] { m_modelList->TakeFocus(); });
+    add(m_animationBar, [this] { m_animationBar->TakeFocus(); });
+    for (wxWindow* bar : std::initializer_list<wxWindow*>{m_toolBar, m_slideShow->Bar(), m_materialBar})
+        add(bar, [bar] { bar->SetFocus(); });
+    wxWindow* focus = FindFocus();
+    const auto here = std::ranges::find_if(
+        stops, [focus](const CStop& stop) { return stop.pane == focus || stop.pane->IsDescendant(focus); });
+    const std::size_t from = here == stops.end() ? 0 : static_cast<std::size_t>(here - stops.begin());
+    stops[(from + (back ? stops.size() - 1 : 1)) % stops.size()].focus();
 }
 
 void CAViewerFrame::ToggleToolBar() {

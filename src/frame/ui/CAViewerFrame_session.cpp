@@ -9,6 +9,7 @@
 #include "base/text/lng.h"
 #include "base/text/utf8_text.h"
 #include "engine/C3dsDisplayWrap.h"
+#include "engine/CGLCanvasI.h"
 #include "files/file_util_ex.h"
 #include "frame/materials/ui/CMaterialCommands.h"
 #include "frame/scene_summary.h"
@@ -23,7 +24,9 @@
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 #include "widgets/CUserPrompt.h"
+#include "widgets/access/ui/accessible_role.h"
 #include "widgets/ui/CBXFileDialogI.h"
+#include "widgets/ui/accessible_name.h"
 #include "widgets/ui/wx_window_state.h"
 
 using folder_models::EStep;
@@ -159,6 +162,7 @@ void CAViewerFrame::ShowDocument() {
     m_notes = summary.lines;
     m_statusBar->EndProgress();
     m_statusBar->ShowScene(summary);
+    NameView(summary);
     ShowAnimation();
     ShowSceneCameras(*m_menuBar, SceneCameras());
     const auto nameOf = [](const CEditLog::CStep* step) { return step ? step->what : std::wstring(); };
@@ -166,6 +170,15 @@ void CAViewerFrame::ShowDocument() {
     m_recent.UpdateMenu(*m_menuBar->GetMenu(0));
     ShowPanes();
     ShowCommandStates();
+}
+
+void CAViewerFrame::NameView(const CSceneSummary& summary) {
+    wxWindow& canvas = *m_view->GetCanvas()->GetWindow();
+    const bool isEmpty = !m_view->GetEngine().Prepared();
+    const std::wstring name =
+        isEmpty ? m_hint : file_util_ex::ShownText(file_util_ex::GetFileName(m_session->Document().path));
+    SetAccessibleName(canvas, lng::Text("3D view") + L": " + name);
+    SetAccessibleDescription(canvas, isEmpty ? std::wstring() : summary.triangles + L", " + summary.objects);
 }
 
 void CAViewerFrame::ShowAnimation() {

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "base/text/lng.h"
+#include "widgets/access/ui/click_focus.h"
 #include "widgets/tools/ui/tool_icon.h"
 #include "widgets/ui/accessible_name.h"
 
@@ -20,7 +21,10 @@ CAnimationBar::CAnimationBar(wxWindow* parent, CActions actions)
       m_slider(new wxSlider(this, wxID_ANY, 0, 0, 1)),
       m_text(new wxStaticText(this, wxID_ANY, wxEmptyString)) {
     SetAccessibleName(*this, lng::Text("Animation"));
+    // Time runs to the right, as in every player.
+    m_slider->SetLayoutDirection(wxLayout_LeftToRight);
     SetAccessibleName(*m_slider, lng::Text("Frame of the animation"));
+    KeepFocusOnClick(*m_play);  // so that Space goes on to the next model
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     const wxSizerFlags centred = wxSizerFlags().CenterVertical().Border(wxLEFT | wxRIGHT, FromDIP(6));
     row->Add(m_play, centred);
@@ -52,6 +56,10 @@ void CAnimationBar::ShowPlaying(bool playing) {
     m_play->SetBitmap(LoadIcon(playing ? "pause.ico" : "play.ico"));
     m_play->SetToolTip(label);
     SetAccessibleName(*m_play, label.ToStdWstring());
+}
+
+void CAnimationBar::TakeFocus() {
+    m_play->SetFocus();
 }
 
 void CAnimationBar::ShowText(int frame) {

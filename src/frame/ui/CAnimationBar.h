@@ -23,6 +23,7 @@ class CAnimationBar final : public wxPanel {
     void SetRange(int first, int last);
     void ShowFrame(int frame);
     void ShowPlaying(bool playing);
+    void TakeFocus();
 
   private:
     void ShowText(int frame);

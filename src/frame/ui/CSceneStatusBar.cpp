@@ -9,19 +9,27 @@
 #include <utility>
 
 #include "base/text/lng.h"
+#include "widgets/access/ui/click_focus.h"
 #include "widgets/ui/accessible_name.h"
 
 CSceneStatusBar::CSceneStatusBar(wxWindow* parent, std::function<void()> showNotes)
     : wxStatusBar(parent, wxID_ANY, wxSTB_DEFAULT_STYLE),
+      m_access(*this, EAccessibleRole::StatusBar,
+               {[] { return kTextFields.size(); },
+                [this](std::size_t index) { return Described(kTextFields[index]); }, nullptr, nullptr}),
       m_gauge(new wxGauge(this, wxID_ANY, 100)),
       m_notes(new wxButton(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
                            wxBORDER_NONE | wxBU_EXACTFIT)) {
     SetFieldsCount(kFieldCount);
+    SetAccessibleName(*this, lng::Text("Status bar"));
     SetAccessibleName(*m_gauge, lng::Text("Progress of opening"));
     m_gauge->Hide();
     m_notes->SetToolTip(lng::Text("Show what was noticed about this model"));
     m_notes->Hide();
-    m_notes->Bind(wxEVT_BUTTON, [show = std::move(showNotes)](wxCommandEvent&) { show(); });
+    KeepFocusOnClick(*m_notes);
+    m_notes->Bind(wxEVT_BUTTON, [this, show = std::move(showNotes)](wxCommandEvent&) {
+        CallAfter(show);  // a screen reader waits until the press has been taken
+    });
     Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
         PlaceChildren();
         event.Skip();
@@ -29,13 +37,24 @@ CSceneStatusBar::CSceneStatusBar(wxWindow* parent, std::function<void()> showNot
     FitFields({});
 }
 
+void CSceneStatusBar::Put(EField field, const std::wstring& text) {
+    SetStatusText(text, field);
+    m_access.Changed();
+}
+
+CDrawnItem CSceneStatusBar::Described(EField field) const {
+    wxRect place;
+    (void)GetFieldRect(field, place);  // before the first layout there is none
+    return {.role = EAccessibleRole::Label, .name = GetStatusText(field).ToStdWstring(), .place = place};
+}
+
 void CSceneStatusBar::ShowMessage(const std::wstring& text) {
     m_message = text;
-    SetStatusText(text, kMessage);
+    Put(kMessage, text);
 }
 
 void CSceneStatusBar::ShowHelp(const std::wstring& text) {
-    SetStatusText(text.empty() ? m_message : text, kMessage);
+    Put(kMessage, text.empty() ? m_message : text);
 }
 
 void CSceneStatusBar::ShowScene(const CSceneSummary& summary) {
@@ -43,11 +62,12 @@ void CSceneStatusBar::ShowScene(const CSceneSummary& summary) {
     // A message that is about to disappear must not be cut off.
     for (const EField field : {kPlace, kTriangles, kObjects}) SetStatusText(wxEmptyString, field);
     m_notes->SetLabel(summary.notes);
+    SetAccessibleName(*m_notes, summary.notes);
     m_notes->Show(!summary.notes.empty());
     FitFields(summary);  // first, as a text is drawn at once
-    SetStatusText(summary.place, kPlace);
-    SetStatusText(summary.triangles, kTriangles);
-    SetStatusText(summary.objects, kObjects);
+    Put(kPlace, summary.place);
+    Put(kTriangles, summary.triangles);
+    Put(kObjects, summary.objects);
 }
 
 void CSceneStatusBar::ShowProgress(const CProgressText& progress) {

@@ -3,9 +3,11 @@
 
 #include <wx/statusbr.h>
 
+#include <array>
 #include <functional>
 
 #include "frame/scene_summary.h"
+#include "widgets/access/ui/CAccessibleRows.h"
 
 class wxButton;
 class wxGauge;
@@ -26,9 +28,13 @@ class CSceneStatusBar final : public wxStatusBar {
 
   private:
     enum EField { kMessage, kGauge, kPlace, kTriangles, kObjects, kNotes, kFieldCount };
+    static constexpr std::array kTextFields{kMessage, kPlace, kTriangles, kObjects};
     void PlaceChildren();
     void FitFields(const CSceneSummary& summary);
+    void Put(EField field, const std::wstring& text);
+    [[nodiscard]] CDrawnItem Described(EField field) const;
 
+    CAccessibleRows m_access;
     std::wstring m_message;
     wxGauge* m_gauge;
     wxButton* m_notes;

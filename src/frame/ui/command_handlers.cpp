@@ -127,7 +127,7 @@ CCommandHandlers::CHandler CCommandHandlers::Find(int id) {
         {kCmdShortcuts, [](CAViewerFrame& frame) { ShowShortcuts(frame); }},
         {kCmdVisitWebsite, Hold<kCmdVisitWebsite, &VisitWebsite>},
         {kCmdAbout, Hold<kCmdAbout, &ShowAbout>},
-        {kCmdCheckForUpdates, Hold<kCmdCheckForUpdates, win_sparkle_check_update_with_ui>},
+        {kCmdCheckForUpdates, Hold<kCmdCheckForUpdates, &win_sparkle_check_update_with_ui>},
         {kCmdHtmlSettings, [](CAViewerFrame& frame) { frame.SetHtmlOptions(); }},
         {kCmdExportHtml, [](CAViewerFrame& frame) { frame.ExportHtml(); }}};
     const auto found = handlers.find(id);

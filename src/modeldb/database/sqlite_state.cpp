@@ -23,10 +23,12 @@ CMark CopyOf(const volatile unsigned char* bytes) {
 
 std::optional<CMark> SqliteStateMark(sqlite3* database) {
     sqlite3_file* file = nullptr;
-    if (sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK) return std::nullopt;
+    if (sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK)
+        return std::nullopt;
     if (!file || !file->pMethods || file->pMethods->iVersion < 2) return std::nullopt;
     volatile void* index = nullptr;
-    if (file->pMethods->xShmMap(file, 0, kIndexPageBytes, 0, &index) != SQLITE_OK || !index) return std::nullopt;
+    if (file->pMethods->xShmMap(file, 0, kIndexPageBytes, 0, &index) != SQLITE_OK || !index)
+        return std::nullopt;
     // It is there twice: whoever writes it writes the second one first, so equal ones are whole.
     const auto* bytes = static_cast<const volatile unsigned char*>(index);
     const CMark first = CopyOf(bytes);

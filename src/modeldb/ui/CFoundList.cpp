@@ -21,7 +21,11 @@ CFoundList::CFoundList(wxWindow* parent, std::function<void(const CFoundModel&)>
     : wxListView(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                  wxLC_REPORT | wxLC_VIRTUAL | wxLC_SINGLE_SEL | wxBORDER_NONE),
       m_choose(std::move(choose)),
-      m_main(RowsOf(*this)) {
+      m_main(RowsOf(*this)),
+      m_access(*m_main, EAccessibleRole::List,
+               {[this] { return m_models.size(); }, [this](std::size_t number) { return Described(number); },
+                [this] { return AtKeys(); },
+                [this](std::size_t number) { ChooseAt(static_cast<long>(number)); }}) {
     AppendColumn(lng::Text("Model"));
     AppendColumn(lng::Text("Group"));
     SetAccessibleName(*this, lng::Text("Models found"));
@@ -38,6 +42,12 @@ CFoundList::CFoundList(wxWindow* parent, std::function<void(const CFoundModel&)>
         ChooseAt(ModelAt(event.GetPosition()));
         event.Skip();
     });
+    const auto tell = [this](wxListEvent& event) {
+        m_access.Changed();
+        event.Skip();
+    };
+    Bind(wxEVT_LIST_ITEM_SELECTED, tell);
+    Bind(wxEVT_LIST_ITEM_FOCUSED, tell);
     Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
         FitColumns();
         event.Skip();
@@ -56,7 +66,24 @@ void CFoundList::Show(std::vector<CFoundModel> models) {
         Select(again - m_models.begin());
         Focus(again - m_models.begin());
     }
+    m_access.Changed();
     Refresh();
+}
+
+CDrawnItem CFoundList::Described(std::size_t number) const {
+    const auto row = static_cast<long>(number);
+    wxRect place;
+    if (GetItemRect(row, place)) place.Offset(-m_main->GetPosition());
+    return {.role = EAccessibleRole::ListItem,
+            .name = OnGetItemText(row, 0).ToStdWstring(),
+            .description = OnGetItemText(row, 1).ToStdWstring(),
+            .place = place.Intersect(m_main->GetClientRect()),
+            .isSelected = IsSelected(row)};
+}
+
+std::optional<std::size_t> CFoundList::AtKeys() const {
+    const long row = GetFocusedItem();
+    return row < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(row));
 }
 
 long CFoundList::ModelAt(wxPoint place) const {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "modeldb/records/store_records.h"
+#include "widgets/access/ui/CAccessibleRows.h"
 
 /** The models that a search has found. A click or Enter chooses one; arrows only move. */
 class CFoundList final : public wxListView {
@@ -28,8 +29,11 @@ class CFoundList final : public wxListView {
     [[nodiscard]] wxString OnGetItemText(long item, long column) const override;
     void ChooseAt(long number);
     void FitColumns();
+    [[nodiscard]] CDrawnItem Described(std::size_t number) const;
+    [[nodiscard]] std::optional<std::size_t> AtKeys() const;
 
     std::function<void(const CFoundModel&)> m_choose;
     wxWindow* m_main;
     std::vector<CFoundModel> m_models;
+    CAccessibleRows m_access;
 };

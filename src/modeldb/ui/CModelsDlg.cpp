@@ -43,6 +43,7 @@ wxStaticText* Line(wxWindow* parent, const std::wstring& text) {
 CModelsDlg::CModelsDlg(wxWindow* parent, CModelsDlgHost& host)
     : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL | wxBORDER_NONE),
       m_host(host) {
+    SetAccessibleName(*this, lng::Text("3ds Files Download"));
     MakeControls();
     Arrange();
     MakeTips();

@@ -52,12 +52,13 @@ CModelsTree::CModelsTree(wxWindow* parent, CActions actions, CBlobProgress& prog
       m_actions(std::move(actions)),
       m_progress(progress),
       m_fileName(fileName),
-      m_images(kIconSide, kIconSide) {
+      m_images(kIconSide, kIconSide),
+      m_access(*this, [this](const wxTreeItemId& item) { Activate(item); }) {
     const wxBitmapBundle icon = LoadIcon("main.ico", kIconSide);
     if (icon.IsOk()) m_images.Add(icon.GetBitmap(wxSize(kIconSide, kIconSide)));
     SetImageList(&m_images);
     AddRoot(lng::Text("3ds files"), 0);
-    NameForReaders();
+    SetAccessibleName(*this, lng::Text("3ds files"));
     BindEvents();
     BindKeys();
     C3DModelsLoadApi::SetConnLostListner([] {});  // what was under way fails, which is told of there
@@ -98,7 +99,7 @@ void CModelsTree::BindKeys() {
     Bind(wxEVT_TREE_KEY_DOWN, [this](wxTreeEvent& event) {
         const int key = event.GetKeyCode();
         if (key == WXK_RETURN || key == WXK_NUMPAD_ENTER)
-            OnEnter();
+            Activate(GetSelection());
         else if (key == WXK_F2 && GetSelection().IsOk())
             EditLabel(GetSelection());
         else if (key == WXK_F10 && event.GetKeyEvent().GetModifiers() == wxMOD_SHIFT)
@@ -212,15 +213,12 @@ void CModelsTree::OnExpanding(wxTreeEvent& event) {
 
 void CModelsTree::OnSelected(wxTreeEvent& event) {
     const wxTreeItemId item = event.GetItem();
-    NameForReaders();
     if (!item.IsOk() || item == GetRootItem()) return;
     const C3dsTreeItemData* data = DataOf(item);
     if (data && data->isModel) Download(data->id, GetItemText(item).ToStdWstring());
 }
 
-/** Downloads the selected model once more; opens and closes a group. */
-void CModelsTree::OnEnter() {
-    const wxTreeItemId item = GetSelection();
+void CModelsTree::Activate(const wxTreeItemId& item) {
     if (!item.IsOk()) return;
     const C3dsTreeItemData* data = DataOf(item);
     if (data && data->isModel)
@@ -243,12 +241,4 @@ void CModelsTree::ShowMenu(const wxTreeItemId& item, wxPoint where) {
         Download(data->id, GetItemText(item).ToStdWstring());
     else
         LoadAgain(item);
-}
-
-/** The toolkit draws the items itself, so readers know none of them. */
-void CModelsTree::NameForReaders() {
-    std::wstring name = lng::Text("3ds files");
-    if (const wxTreeItemId item = GetSelection(); item.IsOk() && item != GetRootItem())
-        name += L": " + GetItemText(item).ToStdWstring();
-    SetAccessibleName(*this, name);
 }

@@ -13,6 +13,7 @@
 
 #include "modeldb/browse/CLoadedModels.h"
 #include "modeldb/client/CSmpModel.h"
+#include "modeldb/ui/CTreeForReaders.h"
 
 class C3dsTreeItemData;
 class CBlobProgress;
@@ -80,9 +81,9 @@ class CModelsTree final : public wxTreeCtrl {
     void OnModels(wxGUIThreadEvent& event);
     void OnExpanding(wxTreeEvent& event);
     void OnSelected(wxTreeEvent& event);
-    void OnEnter();
+    /** Downloads a model, also once more; opens or closes a group. */
+    void Activate(const wxTreeItemId& item);
     void ShowMenu(const wxTreeItemId& item, wxPoint where);
-    void NameForReaders();
     [[nodiscard]] bool IsCurrent(const wxGUIThreadEvent& event) const;
     template <class T>
     void End(std::unique_ptr<T>& thread, const wxGUIThreadEvent& event, bool isEmpty);
@@ -105,4 +106,5 @@ class CModelsTree final : public wxTreeCtrl {
     std::uint64_t m_firstThread = 0;  ///< what earlier ones have loaded was removed from the tree
     std::deque<CFill> m_fills;
     CLoadedModels m_models;
+    CTreeForReaders m_access;
 };

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "programs/orbivue_convert/convert_file.h"
 
-#include <wx/init.h>
-
 #include <exception>
 #include <new>
 
@@ -25,17 +23,17 @@
 #include "programs/shared/draw_model.h"
 #include "programs/shared/open_input.h"
 #include "settings/CSettings.h"
-#include "settings/choose_language.h"
+#include "settings/language_catalogue.h"
 
 namespace {
 
 /** What a page says in a language; in English where it is not known. */
 CPageTexts TextsIn(const std::string& language) {
     if (language == "en") return CPageTexts::English();
-    static const wxInitializer toolkit;  // it looks texts up
-    lng_util_internal::SetDomain(lng::Domain(), "viewer");
-    lng::SetLanguage(file_util_ex::ConvertFromUTF8W(language));
-    return CPageTexts::InProgramLanguage();
+    lng::LoadCatalogue(file_util_ex::ConvertFromUTF8W(language));
+    CPageTexts texts = CPageTexts::InProgramLanguage();
+    lng::UseDesktopLanguage();  // of what the program itself says
+    return texts;
 }
 
 /** Writes what an engine shows. */

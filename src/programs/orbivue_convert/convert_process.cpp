@@ -22,6 +22,7 @@
 #include "programs/orbivue_convert/convert_file.h"
 #include "programs/shared/input_files.h"
 #include "programs/shared/program_output.h"
+#include "settings/language_catalogue.h"
 
 namespace {
 
@@ -77,7 +78,7 @@ int Convert(const CConversion& conversion, const CConvertOptions& options) {
     if (!converted) {
         const CError& error = converted.Error();
         const bool names = error.where == conversion.input;
-        const std::string text = file_util_ex::ConvertToUTF8(lng::Text(error));
+        const std::string text = lng::TextForTerminal(error);
         PrintError(kName, names ? text : conversion.input + ": " + text);
         return 1;
     }

@@ -9,6 +9,7 @@
 #include "programs/orbivue_modeldb/model_commands.h"
 #include "programs/orbivue_modeldb/store_output.h"
 #include "programs/orbivue_modeldb/walk_models.h"
+#include "settings/language_catalogue.h"
 
 namespace {
 
@@ -83,8 +84,8 @@ int model_commands::Export(const CModelDbOptions& options) {
         }
         const EErrorCode why = exported.Error().code;
         if (why == EErrorCode::NoSpace || why == EErrorCode::Busy) return exported;
-        const std::string message = lng::TextUtf8("model %s: ", {model_key::ToText(key)}) +
-                                    file_util_ex::ConvertToUTF8(lng::Text(exported.Error()));
+        const std::string message =
+            lng::TextUtf8("model %s: ", {model_key::ToText(key)}) + lng::TextForTerminal(exported.Error());
         code = Complain(message, why == EErrorCode::WriteFailed ? kCannotWrite : kPartly);
         return CDone{};
     });

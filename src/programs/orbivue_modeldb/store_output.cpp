@@ -3,8 +3,8 @@
 
 #include <cstdio>
 
-#include "base/text/lng.h"
 #include "base/text/utf8_text.h"
+#include "settings/language_catalogue.h"
 
 int Complain(const std::string& message, EModelDbExit code) {
     std::fprintf(stderr, "orbivue-modeldb: %s\n", Shown(message).c_str());
@@ -12,7 +12,7 @@ int Complain(const std::string& message, EModelDbExit code) {
 }
 
 int Complain(const CError& error, EModelDbExit code) {
-    return Complain(file_util_ex::ConvertToUTF8(lng::Text(error)), code);
+    return Complain(lng::TextForTerminal(error), code);
 }
 
 bool Print(const std::string& text) {

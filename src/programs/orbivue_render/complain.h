@@ -4,9 +4,8 @@
 #include <string>
 
 #include "base/CResult.h"
-#include "base/text/lng.h"
-#include "base/text/utf8_text.h"
 #include "programs/shared/program_output.h"
+#include "settings/language_catalogue.h"
 
 /** How the program ends; docs/orbivue-render.1 tells the numbers. */
 enum EExit { kDone = 0, kUsage = 1, kCannotRead = 2, kCannotWrite = 3, kNoGraphics = 4 };
@@ -18,5 +17,5 @@ inline int Complain(const std::string& message, EExit code) {
 }
 /** The same with an error, in the user's language. */
 inline int Complain(const CError& error, EExit code) {
-    return Complain(file_util_ex::ConvertToUTF8(lng::Text(error)), code);
+    return Complain(lng::TextForTerminal(error), code);
 }

@@ -22,11 +22,12 @@ CUpdateBar::CUpdateBar(wxTopLevelWindow& window, const std::wstring& version, CA
     auto* text =
         new wxStaticText(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize, wxST_ELLIPSIZE_END);
     text->SetLabelText(sentence);
+    text->SetToolTip(sentence);
     text->SetMinSize(wxSize(FromDIP(40), -1));
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(text, wxSizerFlags(1).CenterVertical().Border(wxLEFT | wxRIGHT, FromDIP(10)));
     AddButton(*row, lng::Text("What is new..."), m_actions.showMore);
-    AddButton(*row, lng::Text("Remind me later"), m_actions.leave);
+    AddButton(*row, lng::Text("Later"), m_actions.leave);
     SetSizerAndFit(row);
     SetAccessibleName(*this, sentence.ToStdWstring());
     atk_object_set_role(gtk_widget_get_accessible(GetHandle()), ATK_ROLE_INFO_BAR);
@@ -49,11 +50,11 @@ void CUpdateBar::AddButton(wxSizer& row, const std::wstring& label, const std::f
 void CUpdateBar::AddPane() {
     wxAuiManager* manager = wxAuiManager::GetManager(&m_window);
     if (manager == nullptr) return;
-    constexpr int kOutermost = 10;
+    constexpr int kBelowToolBars = 9;  // which the toolkit gives 10
     manager->AddPane(this, wxAuiPaneInfo()
                                .Name("update")
                                .Top()
-                               .Layer(kOutermost)
+                               .Layer(kBelowToolBars)
                                .CaptionVisible(false)
                                .CloseButton(false)
                                .PaneBorder(false)

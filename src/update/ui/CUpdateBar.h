@@ -8,7 +8,7 @@
 
 class wxTopLevelWindow;
 
-/** A bar on top of a window's panes that tells of a new version. It takes no focus, and leaves the picture alone while the window
+/** A bar below a window's toolbars that tells of a new version. It takes no focus, and leaves the picture alone while the window
  * fills the screen. */
 class CUpdateBar final : public wxPanel {
   public:

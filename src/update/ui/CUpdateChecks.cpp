@@ -21,10 +21,11 @@ namespace {
 constexpr int kLookAgainMs = 250;      ///< whether a check has ended
 constexpr int kUntilRestedMs = 2'000;  ///< where the program is at work, or a bar would be in the way
 
-/** Something is being opened, or exported. */
+/** Something is being opened, or exported: keys and the mouse wait (RunJob). */
 bool IsAtWork() {
     const wxEventLoopBase* loop = wxEventLoopBase::GetActive();
-    return loop == nullptr || loop->IsYielding();
+    return loop == nullptr ||
+           (loop->IsYielding() && !loop->IsEventAllowedInsideYield(wxEVT_CATEGORY_USER_INPUT));
 }
 
 wxTopLevelWindow* MainWindow() {
@@ -33,7 +34,7 @@ wxTopLevelWindow* MainWindow() {
 
 }  // namespace
 
-CUpdateChecks::CUpdateChecks(int quietMs) : m_quietMs(quietMs) {
+CUpdateChecks::CUpdateChecks(CHoldForWindow hold, int quietMs) : m_hold(std::move(hold)), m_quietMs(quietMs) {
     m_timer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnTick(); });
 }
 
@@ -87,9 +88,13 @@ void CUpdateChecks::EndUnasked() {
 
 void CUpdateChecks::ShowBar() {
     CloseBar();
-    const auto showMore = [this] {
+    const auto show = [this] {
         CloseBar();
-        if (!m_isModal) ShowNews(m_outcome);
+        ShowNews(m_outcome);
+    };
+    const auto showMore = [this, show] {
+        if (m_isModal) return;
+        m_hold ? m_hold(show) : show();
     };
     m_bar = new CUpdateBar(*MainWindow(), m_outcome.item.shownVersion, {showMore, [this] { CloseBar(); }});
 }
@@ -102,7 +107,7 @@ void CUpdateChecks::CloseBar() {
 void CUpdateChecks::ShowNews(const CUpdateOutcome& outcome) {
     const CAppcastItem item = outcome.item;
     m_isModal = true;
-    CUpdateNewsDlg dialog(wxTheApp->GetTopWindow(), SentenceOf(outcome, m_version), item);
+    CUpdateNewsDlg dialog(wxTheApp->GetTopWindow(), SentenceOf(outcome, m_version, IsPackaged()), item);
     const int answer = dialog.ShowModal();
     m_isModal = false;
     if (answer == CUpdateNewsDlg::kSkip) kept_choices::Skip(item);
@@ -127,8 +132,8 @@ void CUpdateChecks::CheckWithWindows() {
         CloseBar();
         ShowNews(outcome);
     } else if (outcome.kind == EUpdateOutcome::Failed) {
-        CUserPrompt::Instance().ShowWarning(SentenceOf(outcome, m_version));
+        CUserPrompt::Instance().ShowWarning(SentenceOf(outcome, m_version, IsPackaged()));
     } else {
-        CUserPrompt::Instance().ShowMessage(SentenceOf(outcome, m_version));
+        CUserPrompt::Instance().ShowMessage(SentenceOf(outcome, m_version, IsPackaged()));
     }
 }

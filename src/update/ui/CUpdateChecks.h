@@ -9,6 +9,7 @@
 #include "base/jobs/CJob.h"
 #include "update/CUpdatePresenter.h"
 #include "update/check_for_update.h"
+#include "update/ui/updates.h"
 
 class CUpdateBar;
 
@@ -16,8 +17,8 @@ class CUpdateBar;
  * what it finds waits in a bar of the main window, and of what goes wrong nobody hears. */
 class CUpdateChecks final : public CUpdatePresenter {
   public:
-    /** quietMs: how long after the start a check of its own may begin. */
-    explicit CUpdateChecks(int quietMs = 8'000);
+    /** hold: as StartUpdates takes it. quietMs: how long after the start a check of its own may begin. */
+    explicit CUpdateChecks(CHoldForWindow hold = {}, int quietMs = 8'000);
     CUpdateChecks(const CUpdateChecks&) = delete;
     CUpdateChecks& operator=(const CUpdateChecks&) = delete;
     ~CUpdateChecks();
@@ -36,6 +37,7 @@ class CUpdateChecks final : public CUpdatePresenter {
     void ShowNews(const CUpdateOutcome& outcome);
     void CloseBar();
 
+    CHoldForWindow m_hold;
     int m_quietMs;
     CFeedRequest m_request;
     CUpdateTarget m_target;

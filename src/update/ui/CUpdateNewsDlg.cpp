@@ -2,10 +2,12 @@
 #include "update/ui/CUpdateNewsDlg.h"
 
 #include <wx/button.h>
+#include <wx/gdicmn.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
-#include <wx/wrapsizer.h>
+
+#include <algorithm>
 
 #include "base/text/lng.h"
 #include "base/text/utf8_text.h"
@@ -18,11 +20,18 @@
 
 namespace {
 
-constexpr int kWidth = 540;  ///< of texts, device-independent pixels
+constexpr int kWidth = 72;  ///< of texts, in characters
+constexpr int kNotesLines = 12;
+
+/** In pixels, whatever the size of text is. */
+int WidthOfTexts(const wxWindow& window) {
+    const int most = wxGetClientDisplayRect().width * 8 / 10;
+    return std::min(kWidth * window.GetCharWidth(), most);
+}
 
 wxStaticText* AddText(wxWindow& parent, wxSizer& column, const std::wstring& text) {
     auto* words = new wxStaticText(&parent, wxID_ANY, wxControl::EscapeMnemonics(text));
-    words->Wrap(parent.FromDIP(kWidth));
+    words->Wrap(WidthOfTexts(parent));
     column.Add(words, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP, parent.FromDIP(12)));
     return words;
 }
@@ -45,7 +54,8 @@ CUpdateNewsDlg::CUpdateNewsDlg(wxWindow* parent, const std::wstring& sentence, c
 
 void CUpdateNewsDlg::AddNotes(wxSizer& column, const std::wstring& notes) {
     wxStaticText* label = AddText(*this, column, lng::Text("What is new:"));
-    auto* text = new wxTextCtrl(this, wxID_ANY, notes, wxDefaultPosition, FromDIP(wxSize(kWidth, 200)),
+    auto* text = new wxTextCtrl(this, wxID_ANY, notes, wxDefaultPosition,
+                                wxSize(WidthOfTexts(*this), kNotesLines * GetCharHeight()),
                                 wxTE_MULTILINE | wxTE_READONLY);
     SetLabelFor(*label, *text);
     column.Add(text, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT | wxTOP, FromDIP(12)));
@@ -57,19 +67,20 @@ void CUpdateNewsDlg::AddPage(wxSizer& column, const std::string& page) {
             page.empty() ? lng::Text("The list of versions names no page for it.")
                          : lng::Text("The update's page:"));
     if (page.empty()) return;
-    auto* address = new wxStaticText(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
-                                     wxSize(FromDIP(kWidth), -1), wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE);
+    auto* address =
+        new wxStaticText(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxSize(WidthOfTexts(*this), -1),
+                         wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE);
     address->SetLabelText(page);
     address->SetToolTip(page);
     column.Add(address, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, FromDIP(12)));
 }
 
 void CUpdateNewsDlg::AddButtons(wxSizer& column, bool hasPage) {
-    auto* row = new wxWrapSizer(wxHORIZONTAL, wxREMOVE_LEADING_SPACES);
+    auto* row = new wxBoxSizer(wxHORIZONTAL);
     const auto add = [&](int id, const std::wstring& label) {
         auto* button = new wxButton(this, id, wxString(label));
         SetButtonLabel(*button, label);
-        row->Add(button, wxSizerFlags().Border(wxALL, FromDIP(6)));
+        row->Add(button, wxSizerFlags().Expand().Border(wxALL, FromDIP(6)));
         return button;
     };
     wxButton* later = add(kLater, lng::Text("Remind me later"));
@@ -79,6 +90,7 @@ void CUpdateNewsDlg::AddButtons(wxSizer& column, bool hasPage) {
     wxButton* usual = hasPage ? get : later;
     usual->SetDefault();
     usual->SetFocus();
+    if (row->CalcMin().x > WidthOfTexts(*this)) row->SetOrientation(wxVERTICAL);
     column.Add(row, wxSizerFlags().Right().Border(wxALL, FromDIP(6)));
 }
 

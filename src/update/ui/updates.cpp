@@ -2,6 +2,7 @@
 #include "update/ui/updates.h"
 
 #include <memory>
+#include <utility>
 
 #include "update/ui/CUpdateChecks.h"
 #include "update/update_feed.h"
@@ -14,9 +15,9 @@ std::unique_ptr<CUpdateChecks> s_checks;
 
 }  // namespace
 
-void StartUpdates(bool automatic) {
+void StartUpdates(bool automatic, CHoldForWindow hold) {
     if (s_checks) return;
-    s_checks = std::make_unique<CUpdateChecks>();
+    s_checks = std::make_unique<CUpdateChecks>(std::move(hold));
     CUpdatePresenter::Set(s_checks.get());
     win_sparkle_set_app_details(L"Kestrane", L"Orbivue", L"" ORBIVUE_VERSION);
     win_sparkle_set_appcast_url(UpdateFeed().c_str());

@@ -61,6 +61,8 @@ CGLCanvas::CGLCanvas(CGLWindowHandler* handler, wxWindow* parent, const wxGLAttr
       m_rotationTimer(this, wxWindow::NewControlId()),
       m_animationTimer(this, wxWindow::NewControlId()) {
     SetBackgroundStyle(wxBG_STYLE_PAINT);
+    // The picture does not mirror, so positions must not either.
+    SetLayoutDirection(wxLayout_LeftToRight);
     BindEvents();
 }
 
@@ -267,5 +269,7 @@ void CGLCanvas::KeyDown(wxKeyEvent& event) {
     if (m_handler) m_handler->OnKeyDown(event.GetKeyCode());
     const bool isPlain = !event.ControlDown() && !event.AltDown() && !event.MetaDown();
     if (isPlain && m_handler && m_handler->OnModelKey(event.GetKeyCode(), event.ShiftDown())) return;
+    const bool isPan = event.ControlDown() && !event.AltDown() && !event.MetaDown();
+    if (isPan && m_handler && m_handler->OnPanKey(event.GetKeyCode(), event.ShiftDown())) return;
     event.Skip();  // so that menus receive their keys
 }

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <functional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -176,10 +177,12 @@ class CViewer3DSWindowHandler final : public wxEvtHandler,
     void OnWheelAt(int x, int y, int rotation) override;
     void OnPinch(int x, int y, double factor) override;
     bool OnModelKey(int keyCode, bool shiftDown) override;
+    bool OnPanKey(int keyCode, bool shiftDown) override;
     [[nodiscard]] bool IsPictureComplete() const override { return !m_isInterrupted; }
     [[nodiscard]] int RestMs() const override;
 
   private:
+    bool ActOnKey(std::span<const CModelKey> keys, int keyCode, bool shiftDown);
     [[nodiscard]] int ViewHeight() const override;
     void ZoomModel(int step) override;
     void ZoomModel(const C2DRect& box) override;

@@ -17,11 +17,6 @@
 
 namespace {
 
-struct CModelKey {
-    int keyCode;
-    EViewKey key;
-};
-
 /** The key that has the plus sign above another one reports that other one. */
 constexpr std::array<CModelKey, 15> kModelKeys{{
     {WXK_LEFT, EViewKey::TurnLeft},
@@ -39,6 +34,17 @@ constexpr std::array<CModelKey, 15> kModelKeys{{
     {'-', EViewKey::ZoomOut},
     {WXK_SUBTRACT, EViewKey::ZoomOut},
     {WXK_NUMPAD_SUBTRACT, EViewKey::ZoomOut},
+}};
+
+constexpr std::array<CModelKey, 8> kPanKeys{{
+    {WXK_LEFT, EViewKey::PanLeft},
+    {WXK_NUMPAD_LEFT, EViewKey::PanLeft},
+    {WXK_RIGHT, EViewKey::PanRight},
+    {WXK_NUMPAD_RIGHT, EViewKey::PanRight},
+    {WXK_UP, EViewKey::PanUp},
+    {WXK_NUMPAD_UP, EViewKey::PanUp},
+    {WXK_DOWN, EViewKey::PanDown},
+    {WXK_NUMPAD_DOWN, EViewKey::PanDown},
 }};
 
 }  // namespace
@@ -98,9 +104,16 @@ void CViewer3DSWindowHandler::OnPinch(int x, int y, double factor) {
 }
 
 bool CViewer3DSWindowHandler::OnModelKey(int keyCode, bool shiftDown) {
-    const auto* found = std::find_if(kModelKeys.begin(), kModelKeys.end(),
-                                     [keyCode](const CModelKey& key) { return key.keyCode == keyCode; });
-    if (found == kModelKeys.end() || !GetEngine().Prepared()) return false;
+    return ActOnKey(kModelKeys, keyCode, shiftDown);
+}
+
+bool CViewer3DSWindowHandler::OnPanKey(int keyCode, bool shiftDown) {
+    return ActOnKey(kPanKeys, keyCode, shiftDown);
+}
+
+bool CViewer3DSWindowHandler::ActOnKey(std::span<const CModelKey> keys, int keyCode, bool shiftDown) {
+    const auto found = std::ranges::find(keys, keyCode, &CModelKey::keyCode);
+    if (found == keys.end() || !GetEngine().Prepared()) return false;
     Moved();
     m_gestures.Key(found->key, shiftDown);
     return true;

@@ -19,8 +19,8 @@ namespace {
 constexpr int kMargin = 16, kGap = 4, kLetteringPt = 11, kLineChars = 46;
 
 wxFont Lettering() {
-    return {kLetteringPt,         wxFONTFAMILY_DEFAULT, wxFONTSTYLE_NORMAL,
-            wxFONTWEIGHT_NORMAL, false,                "Tahoma Bold"};
+    return {kLetteringPt, wxFONTFAMILY_DEFAULT, wxFONTSTYLE_NORMAL, wxFONTWEIGHT_NORMAL,
+            false,        "Tahoma Bold"};
 }
 
 }  // namespace
@@ -51,7 +51,8 @@ wxSizer* CAboutBox::MakeTexts() {
     AddLink(*column, ORBIVUE_WEBSITE, ORBIVUE_WEBSITE);
     AddLink(*column, ORBIVUE_MAIL, "mailto:" ORBIVUE_MAIL);
     column->AddSpacer(FromDIP(2 * kGap));
-    add(lng::Text("Orbivue is free software under the MIT licence. It uses wxWidgets, GTK, lib3ds and other "
+    add(
+        lng::Text("Orbivue is free software under the MIT licence. It uses wxWidgets, GTK, lib3ds and other "
                   "free libraries; the file NOTICE names all of them and their licences."));
     return column;
 }

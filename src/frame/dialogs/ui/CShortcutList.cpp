@@ -47,7 +47,7 @@ CShortcutList::CShortcutList(wxWindow* parent) : wxScrolledWindow(parent, wxID_A
         group.heading->SetFont(group.heading->GetFont().Bold());
         for (const CShortcut& shortcut : from.shortcuts) {
             group.rows.push_back(MakeRow(shortcut));
-            keysWidth = std::max(keysWidth, group.rows.back().keys->GetBestSize().x);
+            keysWidth = std::max(keysWidth, group.rows.back().keys->GetEffectiveMinSize().x);
         }
         m_groups.push_back(std::move(group));
     }
@@ -56,6 +56,17 @@ CShortcutList::CShortcutList(wxWindow* parent) : wxScrolledWindow(parent, wxID_A
     SetSizer(column);
     SetScrollRate(0, 2 * GetCharHeight());
     FitInside();
+}
+
+/** The keys drawn as such. The toolkit asks for the size before the parts are visible, and would get none. */
+wxWindow* CShortcutList::MakeKeys(const std::string& accelerators) {
+    GtkWidget* label = gtk_shortcut_label_new(accelerators.c_str());
+    gtk_widget_show_all(label);
+    auto* keys = new wxNativeWindow(this, wxID_ANY, label);
+    GtkRequisition size;
+    gtk_widget_get_preferred_size(label, nullptr, &size);
+    keys->SetMinSize(wxSize(size.width, size.height));
+    return keys;
 }
 
 CShortcutList::CRow CShortcutList::MakeRow(const CShortcut& shortcut) {
@@ -70,7 +81,7 @@ CShortcutList::CRow CShortcutList::MakeRow(const CShortcut& shortcut) {
             sought += L" " + KeyName(accelerator);
             accelerators += (accelerators.empty() ? "" : " ") + accelerator;
         }
-        row.keys = new wxNativeWindow(this, wxID_ANY, gtk_shortcut_label_new(accelerators.c_str()));
+        row.keys = MakeKeys(accelerators);
     }
     row.sought = wxString(sought).Lower().ToStdWstring();
     return row;
@@ -81,7 +92,7 @@ wxSizer* CShortcutList::Arrange(const CGroup& group, int keysWidth) const {
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(group.heading, wxSizerFlags().Border(wxTOP | wxBOTTOM, 2 * gap));
     for (const CRow& row : group.rows) {
-        row.keys->SetMinSize(wxSize(keysWidth, -1));
+        row.keys->SetMinSize(wxSize(keysWidth, row.keys->GetMinSize().y));
         auto* line = new wxBoxSizer(wxHORIZONTAL);
         line->Add(row.keys, wxSizerFlags().CenterVertical().Border(wxALL, gap));
         line->Add(row.does, wxSizerFlags(1).CenterVertical().Border(wxLEFT, 4 * gap));

@@ -32,6 +32,7 @@ class CShortcutList final : public wxScrolledWindow {
         wxStaticText* heading;
         std::vector<CRow> rows;
     };
+    [[nodiscard]] wxWindow* MakeKeys(const std::string& accelerators);
     [[nodiscard]] CRow MakeRow(const CShortcut& shortcut);
     [[nodiscard]] wxSizer* Arrange(const CGroup& group, int keysWidth) const;
 

@@ -14,7 +14,7 @@
 #include "frame/dialogs/ui/CShortcutList.h"
 #include "frame/dialogs/ui/dialog_buttons.h"
 #include "frame/dialogs/ui/frame_dialogs.h"
-#include "widgets/ui/accessible_name.h"
+#include "widgets/ui/field_label.h"
 
 CShortcutsDlg::CShortcutsDlg(wxWindow* parent)
     : wxDialog(parent, wxID_ANY, lng::Text("Keyboard shortcuts"), wxDefaultPosition, wxDefaultSize,
@@ -22,12 +22,13 @@ CShortcutsDlg::CShortcutsDlg(wxWindow* parent)
       m_search(new wxTextCtrl(this, wxID_ANY)),
       m_nothing(new wxStaticText(this, wxID_ANY, lng::Text("Nothing found"))),
       m_list(new CShortcutList(this)) {
-    m_search->SetHint(lng::Text("Search for a key or a command"));
-    SetAccessibleName(*m_search, lng::Text("Search for a key or a command"));
+    auto* label = new wxStaticText(this, wxID_ANY, lng::Text("Search for a key or a command"));
+    SetLabelFor(*label, *m_search);
     m_nothing->Hide();
     const int margin = FromDIP(10);
     auto* column = new wxBoxSizer(wxVERTICAL);
-    column->Add(m_search, wxSizerFlags().Expand().Border(wxALL, margin));
+    column->Add(label, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP, margin));
+    column->Add(m_search, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, margin));
     column->Add(m_nothing, wxSizerFlags().Center().Border(wxALL, margin));
     column->Add(m_list, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT, margin));
     column->Add(MakeDialogButtons(*this, {wxID_CLOSE}), wxSizerFlags().Expand().Border(wxALL, margin));

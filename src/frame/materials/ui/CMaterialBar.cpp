@@ -31,7 +31,6 @@ CMaterialBar::CMaterialBar(wxWindow* parent, wxColorPopupListener* listener, CAc
     SetToolBitmapSize(parent->FromDIP(wxSize(kToolIconSize, kToolIconSize)));
     AddCommand(kCmdToolColor);
     m_color = new wxColourCombo(this, listener);
-    SetAccessibleName(*m_color, lng::Text("Colour"));
     AddControl(m_color);
     AddSeparator();
     AddCommand(kCmdToolShininess);

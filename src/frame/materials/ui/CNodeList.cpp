@@ -39,10 +39,20 @@ CNodeList::CNodeList(wxWindow* parent, const CPreparedScene& scene, std::vector<
     : wxVListBox(parent, wxID_ANY, wxDefaultPosition, parent->FromDIP(wxSize(380, 360)), wxBORDER_THEME),
       m_choices(std::move(choices)),
       m_maker(scene, static_cast<int>(std::ceil(parent->FromDIP(kSide) * parent->GetContentScaleFactor()))),
-      m_timer(this) {
+      m_timer(this),
+      m_access(*this, EAccessibleRole::List,
+               {[this] { return m_rows.size(); }, [this](std::size_t row) { return Described(row); },
+                [this]() -> std::optional<std::size_t> {
+                    return GetSelection() < 0 ? std::nullopt : std::optional<std::size_t>(GetSelection());
+                },
+                [this](std::size_t row) { SelectRow(static_cast<int>(row)); }}) {
     SetAccessibleName(*this, lng::Text("Parts of the file"));
     Bind(
         wxEVT_TIMER, [this](wxTimerEvent&) { FetchPictures(); }, m_timer.GetId());
+    Bind(wxEVT_LISTBOX, [this](wxCommandEvent& event) {
+        m_access.Changed();
+        event.Skip();
+    });
     Search({});
     m_timer.Start(kFetchMs);
 }
@@ -54,7 +64,27 @@ void CNodeList::Search(const std::wstring& text) {
         if (ascii_text::Lowered(m_choices[i].name).find(wanted) != std::string::npos) m_rows.push_back(i);
     SetItemCount(m_rows.size());
     SetSelection(m_rows.empty() ? wxNOT_FOUND : 0);
+    m_access.Changed();
     Refresh();
+}
+
+CDrawnItem CNodeList::Described(std::size_t row) const {
+    const CChoice& choice = m_choices[m_rows[row]];
+    const wxRect place = row < GetVisibleBegin() || row >= GetVisibleEnd() ? wxRect() : GetItemRect(row);
+    return {.role = EAccessibleRole::ListItem,
+            .name = file_util_ex::ShownText(lng::ConvertFromUTF8(choice.name)),
+            .description = lng::Text("Triangles: %s", lng::Number(choice.triangles)),
+            .place = place,
+            .isSelected = IsSelected(row)};
+}
+
+/** As a click does. */
+void CNodeList::SelectRow(int row) {
+    SetSelection(row);
+    wxCommandEvent event(wxEVT_LISTBOX, GetId());
+    event.SetEventObject(this);
+    event.SetInt(row);
+    ProcessWindowEvent(event);
 }
 
 void CNodeList::Select(const std::string& name) {

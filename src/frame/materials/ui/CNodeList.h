@@ -11,6 +11,7 @@
 
 #include "frame/materials/CNodePictures.h"
 #include "frame/materials/node_picture.h"
+#include "widgets/access/ui/CAccessibleRows.h"
 
 struct CPreparedScene;
 
@@ -35,10 +36,13 @@ class CNodeList final : public wxVListBox {
     wxCoord OnMeasureItem(std::size_t row) const override;
     [[nodiscard]] int PixelsOfSide() const;
     void FetchPictures();
+    [[nodiscard]] CDrawnItem Described(std::size_t row) const;
+    void SelectRow(int row);
 
     std::vector<CChoice> m_choices;
     std::vector<std::size_t> m_rows;             ///< indices into m_choices
     std::map<std::size_t, wxBitmap> m_pictures;  ///< by node
     CNodePictures m_maker;
     wxTimer m_timer;
+    CAccessibleRows m_access;
 };

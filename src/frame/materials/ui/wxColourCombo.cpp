@@ -8,6 +8,7 @@ wxColourCombo::wxColourCombo(wxWindow* parent, wxColorPopupListener* listener)
                   wxCB_READONLY),
       m_popup(new wxColourPopup(listener)) {
     SetPopupControl(m_popup);
+    m_popup->TellReaders();
 }
 
 void wxColourCombo::SetColour(const wxColour& color) {

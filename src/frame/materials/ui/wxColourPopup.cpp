@@ -39,6 +39,13 @@ wxColour ColorOf(double hue, double saturation, double value) {
     return {rgb.red, rgb.green, rgb.blue};
 }
 
+/** The place of a common colour; their number for another one. */
+int PlaceOf(const wxColour& color) {
+    int index = 0;
+    while (index < kColumns * kRows && PaletteColor(index) != color) ++index;
+    return index;
+}
+
 /** Where a coordinate lies between two ends, 0..1. */
 double Share(int at, int begin, int length) {
     return std::clamp(static_cast<double>(at - begin) / std::max(1, length - 1), 0.0, 1.0);
@@ -70,6 +77,7 @@ bool wxColourPopup::Create(wxWindow* parent) {
     if (!wxWindow::Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SIMPLE)) return false;
     SetAccessibleName(*this, lng::Text("Colours"));
     SetBackgroundStyle(wxBG_STYLE_PAINT);
+    SetLayoutDirection(wxLayout_LeftToRight);  // of its fields, where positions are colours
     Bind(wxEVT_PAINT, [this](wxPaintEvent&) { Paint(); });
     Bind(wxEVT_KEY_DOWN, &wxColourPopup::Key, this);
     Bind(wxEVT_LEFT_DOWN, &wxColourPopup::Press, this);
@@ -88,6 +96,7 @@ void wxColourPopup::SetColour(const wxColour& color) {
     m_value = hsv.value;
     if (IsCreated()) Refresh();
     if (wxComboCtrl* combo = GetComboCtrl()) combo->Refresh();
+    NameCombo();
 }
 
 wxString wxColourPopup::GetStringValue() const {
@@ -199,7 +208,10 @@ void wxColourPopup::Drag(wxPoint where) {
         m_saturation = Share(where.x, area.x, area.width);
         m_value = 1 - Share(where.y, area.y, area.height);
     }
-    const double hue = m_hue, saturation = m_saturation, value = m_value;
+    ChooseByParts(m_hue, m_saturation, m_value);
+}
+
+void wxColourPopup::ChooseByParts(double hue, double saturation, double value) {
     Choose(ColorOf(hue, saturation, value));
     // A byte for each channel knows them less well, and the rings would tremble.
     m_hue = hue;
@@ -233,8 +245,8 @@ void wxColourPopup::OnComboKeyEvent(wxKeyEvent& event) {
 }
 
 void wxColourPopup::Key(wxKeyEvent& event) {
-    int index = 0;
-    while (index < kColumns * kRows && PaletteColor(index) != m_color) ++index;
+    if (FineKey(event)) return;
+    const int index = PlaceOf(m_color);
     const bool isCommon = index < kColumns * kRows;
     const auto go = [&](int step) {
         const int next = isCommon ? std::clamp(index + step, 0, kColumns * kRows - 1) : kColumns;
@@ -259,6 +271,51 @@ void wxColourPopup::Key(wxKeyEvent& event) {
         default:
             event.Skip();
     }
+}
+
+/** Finds any colour. */
+bool wxColourPopup::FineKey(const wxKeyEvent& event) {
+    constexpr double kStep = 0.02;
+    const auto step = [](double from, double by) { return std::clamp(from + by, 0.0, 1.0); };
+    const int key = event.GetKeyCode();
+    if (key == WXK_PAGEUP || key == WXK_PAGEDOWN) {
+        const double hue = m_hue + (key == WXK_PAGEUP ? kStep : 1 - kStep);
+        ChooseByParts(hue - std::floor(hue), m_saturation, m_value);
+        return true;
+    }
+    if (!event.ShiftDown()) return false;
+    if (key == WXK_LEFT || key == WXK_RIGHT)
+        ChooseByParts(m_hue, step(m_saturation, key == WXK_RIGHT ? kStep : -kStep), m_value);
+    else if (key == WXK_UP || key == WXK_DOWN)
+        ChooseByParts(m_hue, m_saturation, step(m_value, key == WXK_UP ? kStep : -kStep));
+    else
+        return false;
+    return true;
+}
+
+// --- for screen readers -------------------------------------------------------------------------------------
+
+void wxColourPopup::TellReaders() {
+    m_access = std::make_unique<CAccessibleRows>(
+        *GetComboCtrl(), EAccessibleRole::ComboBox,
+        CAccessibleRows::CSource{
+            [] { return static_cast<std::size_t>(kColumns * kRows); },
+            [this](std::size_t index) { return Described(index); }, nullptr,
+            [this](std::size_t index) { Choose(PaletteColor(static_cast<int>(index))); }});
+    NameCombo();
+}
+
+void wxColourPopup::NameCombo() {
+    if (!m_access) return;
+    SetAccessibleName(*GetComboCtrl(), lng::Text("Colour") + L": " + GetStringValue().ToStdWstring());
+    m_access->Changed();
+}
+
+CDrawnItem wxColourPopup::Described(std::size_t index) const {
+    const wxColour color = PaletteColor(static_cast<int>(index));
+    return {.role = EAccessibleRole::ListItem,
+            .name = color.GetAsString(wxC2S_HTML_SYNTAX).ToStdWstring(),
+            .isSelected = color == m_color};
 }
 
 void wxColourPopup::OnDismiss() {

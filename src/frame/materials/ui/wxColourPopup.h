@@ -6,11 +6,15 @@
 #include <wx/combo.h>
 #include <wx/window.h>
 
+#include <memory>
+
+#include "widgets/access/ui/CAccessibleRows.h"
+
 class wxColorPopupListener;
 
 /** The colours that a wxColourCombo opens: common ones to click, and a field and a strip to find any other one in.
- * Dragging over them chooses all the while. Keys: the arrows go through the common colours, Enter closes, Esc goes
- * back to the colour that was there when it opened. */
+ * Dragging over them chooses all the while. Keys: the arrows go through the common colours; with Shift they change the saturation
+ * and the brightness, Page up and Page down the hue; Enter closes, Esc goes back to the colour that was there when it opened. */
 class wxColourPopup final : public wxWindow, public wxComboPopup {
   public:
     /** listener may be null and must outlive it. */
@@ -28,6 +32,8 @@ class wxColourPopup final : public wxWindow, public wxComboPopup {
     void OnPopup() override;
     void OnComboKeyEvent(wxKeyEvent& event) override;
     void OnDismiss() override;
+    /** Tells screen readers of the combo, its colour and the common ones. To be called once it has this popup. */
+    void TellReaders();
 
   private:
     enum class EArea { None, Palette, Field, Strip };
@@ -41,6 +47,10 @@ class wxColourPopup final : public wxWindow, public wxComboPopup {
     void Drag(wxPoint where);
     void Release();
     void Key(wxKeyEvent& event);
+    [[nodiscard]] bool FineKey(const wxKeyEvent& event);
+    void ChooseByParts(double hue, double saturation, double value);
+    void NameCombo();
+    [[nodiscard]] CDrawnItem Described(std::size_t index) const;
     void Choose(const wxColour& color);
 
     wxColorPopupListener* m_listener;
@@ -49,4 +59,5 @@ class wxColourPopup final : public wxWindow, public wxComboPopup {
     EArea m_dragged = EArea::None;
     wxBitmap m_field;  ///< of m_fieldHue
     double m_fieldHue = -1;
+    std::unique_ptr<CAccessibleRows> m_access;
 };

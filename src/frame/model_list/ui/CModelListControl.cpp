@@ -22,7 +22,6 @@ CModelListControl::CModelListControl(wxWindow& frame, CSession& session, CAction
     : m_frame(frame),
       m_session(session),
       m_manager([this](const std::wstring& path, CListToolBarMgr::EReason why) { Open(path, why); }),
-      m_leave(actions.leave),
       m_bar(
           new CModelsLstToolBar(&frame, m_manager, {std::move(actions.leave), std::move(actions.viewKey)})) {
     m_bar->Hide();
@@ -35,10 +34,6 @@ CModelListControl::CModelListControl(wxWindow& frame, CSession& session, CAction
     m_frame.Bind(wxEVT_ACTIVATE, [this](wxActivateEvent& event) {
         if (event.GetActive() && m_isShown) CallAfter([this] { Follow(); });
         event.Skip();
-    });
-    m_frame.Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
-        if (!m_isShown || event.GetKeyCode() != WXK_F6 || event.HasAnyModifiers()) return event.Skip();
-        HasFocus() ? m_leave() : TakeFocus();
     });
     m_frame.Bind(wxEVT_DPI_CHANGED, [this](wxDPIChangedEvent& event) {
         if (m_pictures) MakePictures();

@@ -56,7 +56,6 @@ class CModelListControl final : public wxEvtHandler, private CSessionListener {
     wxWindow& m_frame;
     CSession& m_session;
     CListToolBarMgr m_manager;
-    std::function<void()> m_leave;
     CModelsLstToolBar* m_bar;
     CFolderListing m_listing;
     std::wstring m_folder;  ///< whose models are listed; empty while hidden

@@ -20,7 +20,12 @@ CModelStrip::CModelStrip(wxWindow* parent, CListToolBarMgr& manager, CActions ac
     : wxWindow(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                wxBORDER_NONE | wxWANTS_CHARS | wxFULL_REPAINT_ON_RESIZE),
       m_manager(manager),
-      m_actions(std::move(actions)) {
+      m_actions(std::move(actions)),
+      m_access(
+          *this, EAccessibleRole::List,
+          {[this] { return m_manager.List().Size(); }, [this](std::size_t index) { return Described(index); },
+           [this] { return std::optional(m_manager.List().Cursor()); },
+           [this](std::size_t index) { m_manager.Choose(index); }}) {
     SetBackgroundStyle(wxBG_STYLE_PAINT);
     // The toolkit would mirror positions in part; the layout does it as a whole.
     SetLayoutDirection(wxLayout_LeftToRight);
@@ -35,7 +40,7 @@ CModelStrip::CModelStrip(wxWindow* parent, CListToolBarMgr& manager, CActions ac
     Bind(wxEVT_SET_FOCUS, repaint);
     Bind(wxEVT_KILL_FOCUS, repaint);
     Bind(wxEVT_SYS_COLOUR_CHANGED, repaint);
-    NameForAccessibility();
+    SetAccessibleName(*this, lng::Text("Models of this folder"));
 }
 
 void CModelStrip::SetPictures(CModelPictures* pictures) {
@@ -56,7 +61,7 @@ void CModelStrip::ShowList() {
     m_shownCurrent = list.Current();
     m_shownCursor = list.Cursor();
     m_shownSize = list.Size();
-    NameForAccessibility();
+    m_access.Changed();
     Hover(std::nullopt);
     Scrolled(true);
 }
@@ -84,12 +89,13 @@ void CModelStrip::Scrolled(bool changed) {
     Refresh(false);
 }
 
-/** Those who cannot see the list are told the entry that the keyboard is at. */
-void CModelStrip::NameForAccessibility() {
+CDrawnItem CModelStrip::Described(std::size_t index) const {
     const CModelList& list = m_manager.List();
-    std::wstring name = lng::Text("Models of this folder");
-    if (list.Size() > 0) name += L": " + list.Name(list.Cursor());
-    SetAccessibleName(*this, name);
+    return {.role = EAccessibleRole::ListItem,
+            .name = list.Name(index),
+            .description = m_pictures ? m_pictures->ProblemOf(list.Path(index)) : std::wstring(),
+            .place = CellOf(index).Intersect(GetClientRect()),
+            .isSelected = list.Current() == index};
 }
 
 // --- the mouse -------------------------------------------------------------------------------------------

@@ -8,6 +8,7 @@
 
 #include "frame/model_list/CStripLayout.h"
 #include "frame/model_list/CTypeAhead.h"
+#include "widgets/access/ui/CAccessibleRows.h"
 
 class CListToolBarMgr;
 class CModelPictures;
@@ -65,7 +66,8 @@ class CModelStrip final : public wxWindow {
     [[nodiscard]] bool OnKey(const wxKeyEvent& event);
     [[nodiscard]] bool MoveByKey(int keyCode);
     void OnLetter(wxKeyEvent& event);
-    void NameForAccessibility();
+    [[nodiscard]] CDrawnItem Described(std::size_t index) const;
+    [[nodiscard]] wxRect CellOf(std::size_t index) const;
 
     CListToolBarMgr& m_manager;
     CActions m_actions;
@@ -76,4 +78,5 @@ class CModelStrip final : public wxWindow {
     std::optional<std::size_t> m_hovered;
     std::optional<std::size_t> m_shownCurrent;  ///< as of the last ShowList
     std::size_t m_shownCursor = 0, m_shownSize = 0;
+    CAccessibleRows m_access;
 };

@@ -53,14 +53,18 @@ void CModelStrip::OnPaint() {
     for (std::size_t i = seen.first; i < std::min(seen.end, m_manager.List().Size()); ++i) DrawCell(dc, i);
 }
 
+wxRect CModelStrip::CellOf(std::size_t index) const {
+    return wxRect(m_layout.Left(index), 0, m_layout.CellWidth(), GetClientSize().y)
+        .Deflate(FromDIP(kGap) / 2, FromDIP(kGap));
+}
+
 void CModelStrip::DrawCell(wxDC& dc, std::size_t index) {
     const CModelList& list = m_manager.List();
     const bool isOpen = list.Current() == index;
     const wxColour back = SystemColour(wxSYS_COLOUR_LISTBOX);
     const wxColour light = SystemColour(wxSYS_COLOUR_HIGHLIGHT);
     const wxColour ink = SystemColour(isOpen ? wxSYS_COLOUR_HIGHLIGHTTEXT : wxSYS_COLOUR_LISTBOXTEXT);
-    wxRect cell(m_layout.Left(index), 0, m_layout.CellWidth(), GetClientSize().y);
-    cell.Deflate(FromDIP(kGap) / 2, FromDIP(kGap));
+    const wxRect cell = CellOf(index);
     constexpr double kHovered = 0.25;
     if (isOpen || m_hovered == index) {
         dc.SetPen(*wxTRANSPARENT_PEN);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "frame/model_list/ui/CButtonScrollArt.h"
+#include "widgets/access/ui/accessible_role.h"
 #include "widgets/ui/accessible_name.h"
 
 namespace {
@@ -21,6 +22,7 @@ CScrollButton::CScrollButton(wxWindow* parent, bool pointsRight, const std::wstr
     SetBackgroundStyle(wxBG_STYLE_PAINT);
     SetMinSize({CButtonScrollArt::Width(*this), -1});
     SetAccessibleName(*this, name);
+    SetAccessibleRole(*this, EAccessibleRole::Button);
     SetToolTip(name);
     Bind(wxEVT_PAINT, [this](wxPaintEvent&) { OnPaint(); });
     Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent&) { SetPressed(true); });

@@ -5,6 +5,7 @@
 #include <wx/image.h>
 #include <wx/log.h>
 #include <wx/msgout.h>
+#include <wx/weakref.h>
 
 #include <algorithm>
 #include <csignal>
@@ -21,12 +22,14 @@
 #include "files/start_program.h"
 #include "files/std_file_paths.h"
 #include "frame/ui/CAViewerFrame.h"
+#include "frame/ui/CFileCommands.h"
 #include "programs/orbivue/command_line.h"
 #include "programs/orbivue/convert.h"
 #include "settings/CSettings.h"
 #include "settings/choose_language.h"
 #include "update/ui/updates.h"
 #include "widgets/CUserPrompt.h"
+#include "widgets/tools/ui/layout_direction.h"
 #include "widgets/ui/CWxUserPrompt.h"
 #include "widgets/ui/end_signals.h"
 #include "widgets/ui/show_first.h"
@@ -38,11 +41,11 @@ constexpr char kAppName[] = "Orbivue";
 /** The exit code when no window is wanted: the toolkit has only one for all these cases. */
 std::optional<int> s_exitCode;
 
-void Complain(const char* sentence) {
-    std::fprintf(stderr, "%s: %s\n", kAppName, sentence);
+void Complain(const std::string& sentence) {
+    std::fprintf(stderr, "%s: %s\n", kAppName, sentence.c_str());
 }
 void Complain(const CError& error) {
-    Complain(file_util_ex::ConvertToUTF8(lng::Text(error)).c_str());
+    Complain(lng::TextForTerminal(error));
 }
 
 /** Discards the messages of a trial parse of the command line. */
@@ -111,6 +114,8 @@ CViewerApp::CViewerApp() {
 }
 
 bool CViewerApp::Initialize(int& argc, wxChar** argv) {
+    lng::LoadSettingsAndTexts();
+    lng::SetLanguage(CSettings::Instance().language);
     std::vector<wchar_t*> ours = WithoutToolkitOptions({argv, argv + argc});
     m_withoutWindows = !AsksForWindow(ours);
     if (m_withoutWindows) {
@@ -124,8 +129,12 @@ bool CViewerApp::Initialize(int& argc, wxChar** argv) {
     const CVariableGuard backend("GDK_BACKEND", "x11");
 #endif
     const wxLogNull quiet;  // the toolkit's own message does not say what to do
-    if (wxApp::Initialize(argc, argv)) return true;
-    Complain("there is no display to open a window on; orbivue-render draws models without one.");
+    if (wxApp::Initialize(argc, argv)) {
+        SetToolkitDirection();
+        return true;
+    }
+    Complain(
+        lng::TextUtf8("there is no display to open a window on; orbivue-render draws models without one."));
     s_exitCode = kExitNoDisplay;
     return false;
 }
@@ -139,6 +148,10 @@ bool CViewerApp::AsksForWindow(std::vector<wchar_t*> arguments) {
     return makesSense && !parser.Found("c") && !parser.Found("version");
 }
 
+wxLayoutDirection CViewerApp::GetLayoutDirection() const {
+    return LayoutDirection();
+}
+
 void CViewerApp::CleanUp() {
     if (m_withoutWindows)
         wxAppConsole::CleanUp();
@@ -150,8 +163,8 @@ void CViewerApp::OnInitCmdLine(wxCmdLineParser& parser) {
     const auto parameter = [&parser](const char* description, int flags) {
         parser.AddParam(lng::Text(description), wxCMD_LINE_VAL_STRING, flags);
     };
-    parser.AddSwitch("h", lng::Text("help"), lng::Text("Shows this help"), wxCMD_LINE_OPTION_HELP);
-    parser.AddSwitch("c", lng::Text("convert"), lng::Text(kConvertText));
+    parser.AddSwitch("h", "help", lng::Text("Shows this help"), wxCMD_LINE_OPTION_HELP);
+    parser.AddSwitch("c", "convert", lng::Text(kConvertText));
     // Unseen in the summary.
     parser.AddLongSwitch("version", {}, wxCMD_LINE_HIDDEN);
     parameter(lng::Mark("3ds input file"), wxCMD_LINE_PARAM_OPTIONAL);
@@ -197,14 +210,11 @@ bool CViewerApp::OnCmdLineHelp(wxCmdLineParser& parser) {
 }
 
 bool CViewerApp::OnInit() {
-    lng_util_internal::SetDomain(lng::Domain(), "viewer");
     s_exitCode = kExitBadUsage;  // until another outcome is known
     if (!wxApp::OnInit()) {
         m_helpRequested = true;
         return false;
     }
-    LoadSettings();
-    lng::SetLanguage(CSettings::Instance().language);
     if (m_convert) {
         s_exitCode = ConvertToPov(m_inputPath, m_outputPath) ? kExitDone : kExitFailed;
         return false;
@@ -218,7 +228,8 @@ bool CViewerApp::ShowFrame() {
     auto* frame = new CAViewerFrame(kAppName);
     if (!frame->HasView()) {
         delete frame;
-        Complain("this display has no OpenGL for windows; orbivue-render draws models without one.");
+        Complain(lng::TextUtf8(
+            "this display has no OpenGL for windows; orbivue-render draws models without one."));
         s_exitCode = kExitNoDisplay;
         return false;
     }
@@ -226,7 +237,10 @@ bool CViewerApp::ShowFrame() {
     SetTopWindow(frame);
     ShowFirst(*frame);
     EndOrderlyOnSignals();
-    StartUpdates(CSettings::Instance().autoUpdate);
+    StartUpdates(CSettings::Instance().autoUpdate,
+                 [window = wxWeakRef(frame)](const std::function<void()>& work) {
+                     if (window) window->Files().HoldModel(0, work);
+                 });
     const CResult<std::wstring> model = ModelToOpen(std::exchange(m_inputPath, {}));
     const auto complain = [](const CError& error) { Complain(error); };
     if (model)
@@ -247,11 +261,6 @@ void CViewerApp::EndBySignal(int signal) {
     KeepSettings();
     std::signal(signal, SIG_DFL);
     (void)std::raise(signal);  // so that the sender sees that the signal ended it
-}
-
-void CViewerApp::LoadSettings() {
-    (void)CSettings::LoadFile();  // without a file the defaults hold
-    CSettings::Instance().ReadAll();
 }
 
 void CViewerApp::KeepSettings() {

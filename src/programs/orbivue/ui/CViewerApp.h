@@ -17,6 +17,8 @@ class CViewerApp final : public wxApp {
      * and there is no display. */
     bool Initialize(int& argc, wxChar** argv) override;
     void CleanUp() override;
+    /** Windows take it when they are made. */
+    [[nodiscard]] wxLayoutDirection GetLayoutDirection() const override;
     void OnInitCmdLine(wxCmdLineParser& parser) override;
     bool OnCmdLineParsed(wxCmdLineParser& parser) override;
     bool OnCmdLineHelp(wxCmdLineParser& parser) override;
@@ -26,7 +28,6 @@ class CViewerApp final : public wxApp {
   private:
     /** False for help, the version, a conversion, and a wrong command line. */
     [[nodiscard]] bool AsksForWindow(std::vector<wchar_t*> arguments);
-    void LoadSettings();
     bool ShowFrame();
     void EndOrderlyOnSignals();
     /** Stores what a normal end stores, then ends the process. Desktops end programs by a signal when the

@@ -22,6 +22,8 @@
 #include "settings/CSettings.h"
 #include "settings/choose_language.h"
 #include "widgets/CUserPrompt.h"
+#include "widgets/access/ui/CDialogAccess.h"
+#include "widgets/tools/ui/layout_direction.h"
 #include "widgets/ui/CWxUserPrompt.h"
 
 namespace {
@@ -39,20 +41,18 @@ void Complain(const std::string& sentence) {
     std::fprintf(stderr, "OrbivueUploadPrepare: %s\n", sentence.c_str());
 }
 
-void ChooseLanguage() {
-    std_file_paths::SetAppName("Orbivue");  // whose settings and data are used
-    lng_util_internal::SetDomain(lng::Domain(), "viewer");
-    (void)CSettings::LoadFile();  // without a file the defaults hold
-    CSettings::Instance().ReadAll();
-    lng::SetLanguage(CSettings::Instance().language);
-}
-
 /** Shows the window until it is closed. */
 class CUploadApp final : public wxApp {
   public:
+    bool Initialize(int& argc, wxChar** argv) override {
+        lng::SetLanguage(CSettings::Instance().language);
+        if (!wxApp::Initialize(argc, argv)) return false;
+        SetToolkitDirection();
+        return true;
+    }
+    [[nodiscard]] wxLayoutDirection GetLayoutDirection() const override { return LayoutDirection(); }
     /** The toolkit's own reads options; there are none. */
     bool OnInit() override {
-        ChooseLanguage();
         wxInitAllImageHandlers();
         CUserPrompt::Install(std::make_unique<CWxUserPrompt>());
         return true;
@@ -65,6 +65,8 @@ class CUploadApp final : public wxApp {
                 lng::Text(content.Error()));
             return kExitFailed;
         }
+        CDialogAccess access;
+        access.Register();
         CUploadDlg(nullptr, CRcloneSetup(), content.Value(), s_prepared->modelName).ShowModal();
         return kExitDone;
     }
@@ -78,18 +80,18 @@ class CUploadApp final : public wxApp {
 bool Prepare(const std::vector<std::string>& arguments) {
     const CResult<CUploadArguments> read = ReadUploadArguments(arguments);
     if (!read) {
-        Complain(read.Error().Text());
+        Complain(lng::TextForTerminal(read.Error()));
         return false;
     }
     s_prepared = CPrepared{JoinUpload(read.Value()), read.Value().modelName};
-    if (!s_prepared->content) Complain(s_prepared->content.Error().Text());
+    if (!s_prepared->content) Complain(lng::TextForTerminal(s_prepared->content.Error()));
     return true;
 }
 
 int ExitWithoutDisplay() {
     if (!s_prepared->content) return kExitFailed;
-    Complain("there is no display to show a window on; the page is ready in " +
-             s_prepared->content.Value().folder);
+    Complain(lng::TextUtf8("there is no display to show a window on; the page is ready in %s",
+                           {s_prepared->content.Value().folder}));
     return kExitNoDisplay;
 }
 
@@ -99,7 +101,9 @@ wxIMPLEMENT_APP_NO_MAIN(CUploadApp);
 
 int main(int argc, char** argv) {
     const CUserEnvironment environment;
-    (void)std::signal(SIGXFSZ, SIG_IGN);  // a file beyond the user's limit fails as on a full disk
+    (void)std::signal(SIGXFSZ, SIG_IGN);    // a file beyond the user's limit fails as on a full disk
+    std_file_paths::SetAppName("Orbivue");  // whose settings and data are used
+    lng::LoadSettingsAndTexts();
     if (!Prepare({argv + std::min(argc, 1), argv + argc})) return kExitBadUsage;
     wxDISABLE_ASSERTS_IN_RELEASE_BUILD();
     // The toolkit sees no argument: a model's name may look like one of its options, or GTK's.

@@ -59,7 +59,8 @@ void TellCount(CToldItems& told) {
     const auto all = static_cast<std::size_t>(atk_object_get_n_accessible_children(container));
     const std::size_t windows = all - told.count;
     for (std::size_t i = before; i > told.count; --i)
-        g_signal_emit_by_name(container, "children-changed::remove", static_cast<guint>(windows + i - 1), nullptr);
+        g_signal_emit_by_name(container, "children-changed::remove", static_cast<guint>(windows + i - 1),
+                              nullptr);
     for (std::size_t i = before; i < told.count; ++i)
         g_signal_emit_by_name(container, "children-changed::add", static_cast<guint>(windows + i),
                               told.ObjectOf(told.items->ItemOf(CDrawnItems::kNone, i)));

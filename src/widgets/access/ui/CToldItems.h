@@ -24,12 +24,12 @@ struct CToldItems {
     /** The item has the keyboard's focus. */
     [[nodiscard]] bool IsFocused(CKey item) const;
 
-    wxWindow* window = nullptr;    ///< null from its end on, as items
+    wxWindow* window = nullptr;  ///< null from its end on, as items
     CDrawnItems* items = nullptr;
     GtkWidget* widget = nullptr;  ///< in which they are drawn; becomes null with it
     bool isMany = false;          ///< their number may change at any time
     bool hasFocus = false;        ///< the window
     CKey focused = CDrawnItems::kNone;
-    std::size_t count = 0;        ///< without a parent
+    std::size_t count = 0;  ///< without a parent
     std::unordered_map<CKey, CTold> told;
 };

@@ -88,7 +88,8 @@ AtkObject* RefChild(AtkObject* object, gint index) {
 AtkStateSet* RefStates(AtkObject* object) {
     const CItemObject& self = Self(object);
     if (IsThere(self))
-        return StatesOf(Described(self), self.owner->IsFocused(self.key), self.owner->window->IsShownOnScreen());
+        return StatesOf(Described(self), self.owner->IsFocused(self.key),
+                        self.owner->window->IsShownOnScreen());
     AtkStateSet* states = atk_state_set_new();
     atk_state_set_add_state(states, ATK_STATE_DEFUNCT);
     return states;
@@ -189,8 +190,9 @@ void InitAction(gpointer data, gpointer) {
 GType ItemType() {
     static const GType s_type = [] {
         const GType made = g_type_register_static_simple(
-            ATK_TYPE_OBJECT, "OrbivueItem", sizeof(CItemObjectClass), [](gpointer kind, gpointer data) { InitClass(kind, data); }, sizeof(CItemObject),
-            InitItem, GTypeFlags(0));
+            ATK_TYPE_OBJECT, "OrbivueItem", sizeof(CItemObjectClass),
+            [](gpointer kind, gpointer data) { InitClass(kind, data); }, sizeof(CItemObject), InitItem,
+            GTypeFlags(0));
         const GInterfaceInfo component{InitComponent, nullptr, nullptr}, action{InitAction, nullptr, nullptr};
         g_type_add_interface_static(made, ATK_TYPE_COMPONENT, &component);
         g_type_add_interface_static(made, ATK_TYPE_ACTION, &action);

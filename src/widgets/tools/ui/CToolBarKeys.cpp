@@ -47,10 +47,13 @@ CToolBarKeys* CToolBarKeys::Of(const wxWindow& window) {
 }
 
 CToolBarKeys::CToolBarKeys(wxAuiToolBar& bar)
-    : m_bar(bar), m_access(std::make_unique<CAccessibleItems>(bar, EAccessibleRole::ToolBar,
-                                                         static_cast<CDrawnItems&>(*this))) {
+    : m_bar(bar),
+      m_access(std::make_unique<CAccessibleItems>(bar, EAccessibleRole::ToolBar,
+                                                  static_cast<CDrawnItems&>(*this))) {
     // Before the main window's keys, of which Space is one.
     bar.Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+        if (event.GetKeyCode() == WXK_TAB && (event.GetModifiers() & ~wxMOD_SHIFT) == 0)
+            return StepControl(event.ShiftDown() ? -1 : 1);
         if (!m_bar.HasFocus() || event.HasAnyModifiers() || !OnKey(event)) event.Skip();
     });
     const auto repaint = [this](wxFocusEvent& event) {
@@ -108,6 +111,18 @@ bool CToolBarKeys::OnKey(const wxKeyEvent& event) {
         default:
             return false;
     }
+}
+
+void CToolBarKeys::StepControl(int by) {
+    std::vector<wxWindow*> stops{&m_bar};
+    for (wxWindow* control : m_bar.GetChildren())
+        if (control->CanAcceptFocusFromKeyboard()) stops.push_back(control);
+    const auto here = std::ranges::find(stops, wxWindow::FindFocus());
+    const auto next = here - stops.begin() + by;
+    if (next >= 0 && next < std::ssize(stops))
+        stops[static_cast<std::size_t>(next)]->SetFocus();
+    else
+        m_bar.Navigate(by > 0 ? wxNavigationKeyEvent::IsForward : wxNavigationKeyEvent::IsBackward);
 }
 
 void CToolBarKeys::Step(int by, CKey from) {

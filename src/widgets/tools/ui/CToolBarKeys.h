@@ -9,8 +9,8 @@
 #include "widgets/access/ui/CAccessibleItems.h"
 
 /** Lets a toolbar be used by keys and by screen readers. While the bar has the focus one of its tools, which is marked, is the
- * current one: the arrows, Home and End go to another, Space and Enter press it. Tools that do not fit are in a menu, to which
- * the last tool leads. */
+ * current one: the arrows, Home and End go to another, Space and Enter press it. Tab goes on to the
+ * controls in the bar. Tools that do not fit are in a menu, to which the last tool leads. */
 class CToolBarKeys final : public wxClientData, private CDrawnItems {
   public:
     /** The bar owns it. */
@@ -29,6 +29,8 @@ class CToolBarKeys final : public wxClientData, private CDrawnItems {
     explicit CToolBarKeys(wxAuiToolBar& bar);
     [[nodiscard]] bool OnKey(const wxKeyEvent& event);
     void Step(int by, CKey from);
+    /** Goes from the tools to a control in the bar, from one to the next, and out of the bar, for which the toolkit has no way. */
+    void StepControl(int by);
     void GoTo(CKey item);
     [[nodiscard]] CKey Usable(std::size_t from, int by) const;
     [[nodiscard]] wxRect ArrowPlace() const;
