@@ -81,7 +81,10 @@ wxWindow* CWxUserPrompt::Parent() const {
 }
 
 int CWxUserPrompt::Show(const std::wstring& text, long style) const {
-    return wxMessageBox(file_util_ex::ShownText(text), wxTheApp->GetAppName(), style, Parent());
+    wxMessageDialog box(Parent(), file_util_ex::ShownText(text), wxTheApp->GetAppName(), style);
+    // GTK's own word is not what the other windows say, in some languages.
+    if ((style & wxOK) != 0) box.SetOKLabel(wxString(lng::Text("OK")));
+    return box.ShowModal();
 }
 
 void CWxUserPrompt::ShowMessage(const std::wstring& text) {
@@ -93,7 +96,7 @@ void CWxUserPrompt::ShowWarning(const std::wstring& text) {
 }
 
 bool CWxUserPrompt::AskYesNo(const std::wstring& text) {
-    return Show(text, wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_QUESTION) == wxYES;
+    return Show(text, wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_QUESTION) == wxID_YES;
 }
 
 ESaveAnswer CWxUserPrompt::AskSave(const std::wstring& text) {
