@@ -43,7 +43,7 @@ std::strong_ordering CompareParts(std::string_view a, std::string_view b) {
     while (true) {
         const std::string_view ofA = TakeRun(a), ofB = TakeRun(b);
         const std::strong_ordering order = CompareRuns(ofA, ofB);
-        if (order != 0 || ofA.empty()) return order;
+        if (std::is_neq(order) || ofA.empty()) return order;
     }
 }
 
@@ -84,7 +84,7 @@ std::optional<CVersionNumber> CVersionNumber::Parse(std::string_view text) {
 
 std::strong_ordering CVersionNumber::operator<=>(const CVersionNumber& other) const {
     const std::strong_ordering fields = m_fields <=> other.m_fields;
-    if (fields != 0) return fields;
+    if (std::is_neq(fields)) return fields;
     if (m_before.empty() || other.m_before.empty()) return m_before.empty() <=> other.m_before.empty();
     return CompareParts(m_before, other.m_before);
 }

@@ -18,7 +18,7 @@ class CVersionNumber {
     [[nodiscard]] static std::optional<CVersionNumber> Parse(std::string_view text);
 
     [[nodiscard]] std::strong_ordering operator<=>(const CVersionNumber& other) const;
-    [[nodiscard]] bool operator==(const CVersionNumber& other) const { return (*this <=> other) == 0; }
+    [[nodiscard]] bool operator==(const CVersionNumber& other) const { return std::is_eq(*this <=> other); }
 
   private:
     std::vector<std::uint64_t> m_fields;  ///< without zeros at the end

@@ -27,12 +27,11 @@ void CUpdatePresenter::Set(CUpdatePresenter* presenter) {
     Service().presenter = presenter;
 }
 
-void win_sparkle_set_app_details(const wchar_t* company_name, const wchar_t* app_name,
-                                 const wchar_t* app_version) {
+void win_sparkle_set_app_details(const wchar_t* company, const wchar_t* program, const wchar_t* version) {
     CUpdateDetails& details = Service().details;
-    details.company = TextOf(company_name);
-    details.program = TextOf(app_name);
-    details.version = TextOf(app_version);
+    details.company = TextOf(company);
+    details.program = TextOf(program);
+    details.version = TextOf(version);
 }
 
 void win_sparkle_set_appcast_url(const char* url) {
