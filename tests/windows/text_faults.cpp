@@ -153,6 +153,12 @@ void WalkDrawn(wxWindow& window, CFaults& faults) {
 
 std::vector<std::string> TextFaults(GtkWidget* window) {
     CFaults faults;
+    int width = 0, height = 0;
+    gtk_window_get_size(GTK_WINDOW(window), &width, &height);
+    GdkWindow* screen = gdk_get_default_root_window();
+    const int roomX = gdk_window_get_width(screen), roomY = gdk_window_get_height(screen);
+    if (width > roomX || height > roomY)
+        faults.push_back("larger than the screen" + Sizes(width, height, roomX, roomY));
     Walk(window, faults);
     return faults;
 }
