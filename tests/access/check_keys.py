@@ -94,7 +94,7 @@ def use_colours(program):
         program.press("Tab")
         until("the focus to move on", lambda: program.focused() not in (None, here))
     program.press("space")
-    for key in ("Right", "shift+Up", "Page_Up"):
+    for key in ("Right", "shift+Down", "Page_Up"):
         shown = combo.name
         program.press(key)
         until(f"another colour by {key}", lambda: combo.name != shown)

@@ -105,10 +105,12 @@ class Program:
         return self.get("canvas", "3D view: " + name)
 
     def focused(self):
-        """Of the window that is used: the innermost one wins, as a popup's keys are its parent's."""
+        """The item of an open menu, which GTK only calls selected; else the last one that has it."""
         found = None
         for window in children(self.node):
             for node in walk(window, may_hold_focus):
+                if node.getRoleName().endswith("menu item") and has(node, "SELECTED"):
+                    return node
                 if has(node, "FOCUSED"):
                     found = node
         return found
