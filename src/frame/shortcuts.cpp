@@ -28,6 +28,7 @@ const char* const kMenu = Mark("Show the commands of the view");
 const CRow kViewRows[] = {
     {{"Left", "Right", "Up", "Down"}, nullptr, kTurn},
     {{"plus", "minus"}, nullptr, kZoom},
+    {{"Ctrl+Left", "Ctrl+Right", "Ctrl+Up", "Ctrl+Down"}, nullptr, kMove},
     {{}, Mark("Shift with these keys"), Mark("Turn and zoom in small steps")},
     {{}, Mark("Drag"), kTurn},
     {{}, Mark("Drag with the middle button"), kMove},

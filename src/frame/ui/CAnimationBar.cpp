@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "base/text/lng.h"
-#include "widgets/access/ui/click_focus.h"
+#include "widgets/access/ui/focus.h"
 #include "widgets/tools/ui/tool_icon.h"
 #include "widgets/ui/accessible_name.h"
 

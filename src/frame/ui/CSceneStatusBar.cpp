@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "base/text/lng.h"
-#include "widgets/access/ui/click_focus.h"
+#include "widgets/access/ui/focus.h"
 #include "widgets/ui/accessible_name.h"
 
 CSceneStatusBar::CSceneStatusBar(wxWindow* parent, std::function<void()> showNotes)

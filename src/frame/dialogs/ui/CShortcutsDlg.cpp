@@ -14,6 +14,8 @@
 #include "frame/dialogs/ui/CShortcutList.h"
 #include "frame/dialogs/ui/dialog_buttons.h"
 #include "frame/dialogs/ui/frame_dialogs.h"
+#include "widgets/access/ui/accessible_role.h"
+#include "widgets/access/ui/text_heights.h"
 #include "widgets/ui/field_label.h"
 
 CShortcutsDlg::CShortcutsDlg(wxWindow* parent)
@@ -25,6 +27,8 @@ CShortcutsDlg::CShortcutsDlg(wxWindow* parent)
     auto* label = new wxStaticText(this, wxID_ANY, lng::Text("Search for a key or a command"));
     SetLabelFor(*label, *m_search);
     m_nothing->Hide();
+    SetAccessibleRole(*this, EAccessibleRole::Dialog);  // as modal ones get theirs when they open
+    FitTextHeights(*this);
     const int margin = FromDIP(10);
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(label, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP, margin));

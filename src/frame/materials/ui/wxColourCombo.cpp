@@ -2,6 +2,7 @@
 #include "frame/materials/ui/wxColourCombo.h"
 
 #include "frame/materials/ui/wxColourPopup.h"
+#include "widgets/access/ui/focus.h"
 
 wxColourCombo::wxColourCombo(wxWindow* parent, wxColorPopupListener* listener)
     : wxComboCtrl(parent, wxID_ANY, wxEmptyString, wxDefaultPosition, parent->FromDIP(wxSize(64, -1)),
@@ -9,6 +10,7 @@ wxColourCombo::wxColourCombo(wxWindow* parent, wxColorPopupListener* listener)
       m_popup(new wxColourPopup(listener)) {
     SetPopupControl(m_popup);
     m_popup->TellReaders();
+    LetTakeFocus(*this);
 }
 
 void wxColourCombo::SetColour(const wxColour& color) {

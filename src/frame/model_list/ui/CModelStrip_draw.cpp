@@ -41,7 +41,8 @@ wxSize CModelStrip::DoGetBestSize() const {
 }
 
 int CModelStrip::CellWidth() const {
-    return FromDIP(kPictureSide) + 2 * FromDIP(kMargin) + FromDIP(kGap);
+    constexpr int kLetters = 12;  // of a name: a large text needs more room than the picture
+    return std::max(FromDIP(kPictureSide), kLetters * GetCharWidth()) + 2 * FromDIP(kMargin) + FromDIP(kGap);
 }
 
 void CModelStrip::OnPaint() {

@@ -39,7 +39,7 @@ void TellDifference(AtkObject* object, const CDrawnItem& before, const CDrawnIte
 }
 
 void TellFocus(CToldItems& told) {
-    const CKey now = told.hasFocus ? told.items->Current() : CDrawnItems::kNone;
+    const CKey now = told.HasFocus() ? told.items->Current() : CDrawnItems::kNone;
     if (now == told.focused) return;
     const auto before = told.told.find(std::exchange(told.focused, now));
     if (before != told.told.end())
@@ -49,6 +49,10 @@ void TellFocus(CToldItems& told) {
     AtkObject* object = told.ObjectOf(now);
     if (told.isMany) g_signal_emit_by_name(container, "active-descendant-changed", object);
     atk_object_notify_state_change(object, ATK_STATE_FOCUSED, TRUE);
+}
+
+void OnFocus(GtkWidget*, GParamSpec*, CToldItems* told) {
+    TellFocus(*told);
 }
 
 /** Readers that keep the children of a window with few of them learn of each. */
@@ -78,12 +82,16 @@ AtkObject* CToldItems::Container() const {
     return widget ? gtk_widget_get_accessible(widget) : nullptr;
 }
 
+bool CToldItems::HasFocus() const {
+    return widget && gtk_widget_has_focus(widget);
+}
+
 bool CToldItems::IsFocused(CKey item) const {
-    return hasFocus && item != CDrawnItems::kNone && items && items->Current() == item;
+    return HasFocus() && item != CDrawnItems::kNone && items && items->Current() == item;
 }
 
 CAccessibleItems::CAccessibleItems(wxWindow& window, EAccessibleRole role, CDrawnItems& items)
-    : m_told(std::make_shared<CToldItems>()) {
+    : m_told(std::make_unique<CToldItems>()) {
     m_told->window = &window;
     m_told->items = &items;
     m_told->widget = FocusWidgetOf(window);
@@ -91,13 +99,8 @@ CAccessibleItems::CAccessibleItems(wxWindow& window, EAccessibleRole role, CDraw
     g_object_add_weak_pointer(G_OBJECT(m_told->widget), reinterpret_cast<gpointer*>(&m_told->widget));
     ConnectItems(*m_told->widget, *m_told);
     SetAccessibleRole(window, role);
-    const auto follow = [told = m_told](wxFocusEvent& event) {
-        told->hasFocus = event.GetEventType() == wxEVT_SET_FOCUS;
-        if (told->items) TellFocus(*told);
-        event.Skip();
-    };
-    window.Bind(wxEVT_SET_FOCUS, follow);
-    window.Bind(wxEVT_KILL_FOCUS, follow);
+    // The toolkit's own events of this come late, or not at all.
+    m_focusHandler = g_signal_connect(m_told->widget, "notify::has-focus", G_CALLBACK(OnFocus), m_told.get());
 }
 
 CAccessibleItems::~CAccessibleItems() {
@@ -105,6 +108,7 @@ CAccessibleItems::~CAccessibleItems() {
     m_told->window = nullptr;
     m_told->items = nullptr;
     if (!m_told->widget) return;
+    g_signal_handler_disconnect(m_told->widget, m_focusHandler);
     DisconnectItems(*m_told->widget);
     g_object_remove_weak_pointer(G_OBJECT(m_told->widget), reinterpret_cast<gpointer*>(&m_told->widget));
 }

@@ -24,5 +24,6 @@ class CAccessibleItems {
     void Forget();
 
   private:
-    std::shared_ptr<CToldItems> m_told;  ///< the window's handlers are the second owner
+    std::unique_ptr<CToldItems> m_told;
+    unsigned long m_focusHandler = 0;
 };

@@ -21,14 +21,15 @@ struct CToldItems {
     [[nodiscard]] AtkObject* ObjectOf(CKey item);
     /** The window's own; null when that is gone. */
     [[nodiscard]] AtkObject* Container() const;
-    /** The item has the keyboard's focus. */
+    /** The window has the keyboard's focus. */
+    [[nodiscard]] bool HasFocus() const;
+    /** The item has it. */
     [[nodiscard]] bool IsFocused(CKey item) const;
 
     wxWindow* window = nullptr;  ///< null from its end on, as items
     CDrawnItems* items = nullptr;
     GtkWidget* widget = nullptr;  ///< in which they are drawn; becomes null with it
     bool isMany = false;          ///< their number may change at any time
-    bool hasFocus = false;        ///< the window
     CKey focused = CDrawnItems::kNone;
     std::size_t count = 0;  ///< without a parent
     std::unordered_map<CKey, CTold> told;

@@ -122,7 +122,13 @@ void CToolBarKeys::StepControl(int by) {
     if (next >= 0 && next < std::ssize(stops))
         stops[static_cast<std::size_t>(next)]->SetFocus();
     else
-        m_bar.Navigate(by > 0 ? wxNavigationKeyEvent::IsForward : wxNavigationKeyEvent::IsBackward);
+        LeaveBar(by > 0);
+}
+
+/** GTK goes on from a widget that has the keyboard; from what is in one that could have it it would go there. */
+void CToolBarKeys::LeaveBar(bool forward) {
+    m_bar.SetFocus();
+    m_bar.Navigate(forward ? wxNavigationKeyEvent::IsForward : wxNavigationKeyEvent::IsBackward);
 }
 
 void CToolBarKeys::Step(int by, CKey from) {

@@ -31,6 +31,7 @@ class CToolBarKeys final : public wxClientData, private CDrawnItems {
     void Step(int by, CKey from);
     /** Goes from the tools to a control in the bar, from one to the next, and out of the bar, for which the toolkit has no way. */
     void StepControl(int by);
+    void LeaveBar(bool forward);
     void GoTo(CKey item);
     [[nodiscard]] CKey Usable(std::size_t from, int by) const;
     [[nodiscard]] wxRect ArrowPlace() const;

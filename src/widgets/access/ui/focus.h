@@ -5,3 +5,5 @@ class wxWindow;
 
 /** Lets the keyboard stay where it is when a button is clicked; keys still reach the button. */
 void KeepFocusOnClick(wxWindow& button);
+/** Lets a window that is drawn take the keyboard though the toolkit thinks that its children would. */
+void LetTakeFocus(wxWindow& window);
