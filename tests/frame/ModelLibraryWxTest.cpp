@@ -102,11 +102,11 @@ TEST_F(ModelLibraryWxTest, DownloadedModelOpensAsAnyOther) {
 TEST_F(ModelLibraryWxTest, UploadsOnce) {
     EXPECT_FALSE(window.IsEnabled(kCmdUpload));
     ASSERT_TRUE(window.Open(Sample("knot.3ds", "mine.3ds")));
+    Frame().RunCommand(kCmdDownload);
+    ASSERT_TRUE(WaitForRest());
     Frame().RunCommand(kCmdUpload);
     EXPECT_TRUE(window.prompt->messages.empty());
     EXPECT_EQ(Said(), "The model was uploaded into the group Upload.");
-    Frame().RunCommand(kCmdDownload);
-    ASSERT_TRUE(WaitForRest());
     EXPECT_TRUE(Group("Upload(1)").IsOk());
     Frame().RunCommand(kCmdUpload);
     EXPECT_EQ(window.prompt->messages, std::vector<std::wstring>{L"3ds file alreay exist in the server"});

@@ -75,7 +75,7 @@ def offered_by_zsh(folder, program):
 def offered_by_fish(folder, program):
     file = folder / f"fish/{program}.fish"
     if not shutil.which("fish"):
-        return re.sub(r" -l ([a-z-]+)", r" --\1", file.read_text())
+        return re.sub(r"^(complete .*) -l ([a-z-]+)", r"\1 --\2", file.read_text(), flags=re.M)
     script = "source $argv[1]; for line in $argv[2..]; complete -C $line | cut -f 1; end"
     return run("fish", "--no-config", "-c", script, "--", file, *lines_to_complete(program))
 

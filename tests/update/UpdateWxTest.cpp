@@ -122,9 +122,12 @@ TEST_F(UpdateWxTest, NewsThatNobodyAskedForWaitInABarUntilTheyAreSkipped) {
     EXPECT_TRUE(CModalDriver::WaitFor([this] { return Bar()->IsShownOnScreen(); }));
     CModalDriver driver({PressIn<CUpdateNewsDlg>(CUpdateNewsDlg::kSkip)});
     wxButton* more = Find<wxButton>(*Bar());
+    more->SetFocus();
+    EXPECT_TRUE(CModalDriver::WaitFor([&] { return more->HasFocus(); }));
     more->GetEventHandler()->QueueEvent(new wxCommandEvent(wxEVT_BUTTON, more->GetId()));
     EXPECT_TRUE(
         CModalDriver::WaitFor([&] { return driver.IsDone() && !Dialog<CUpdateNewsDlg>() && !Bar(); }));
+    EXPECT_TRUE(CModalDriver::WaitFor([this] { return field->HasFocus(); }));
     EXPECT_EQ(Kept("UpdateSkippedVersion"), L"9.0");
     EXPECT_EQ(CSettings::Instance().updateSkipped, L"9.0");
 

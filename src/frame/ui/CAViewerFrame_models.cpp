@@ -42,10 +42,8 @@ void CAViewerFrame::ToggleBrowser() {
 void CAViewerFrame::MakeBrowser() {
     {
         const CTurns::CHold hold(m_session->Turns());
-        if (!ConnectToModelServer(this)) {
-            TellOfTransfer(lng::ConvertFromUTF8(C3DModelsLoadApi::LastError()));
-            return;  // the command stays unchecked
-        }
+        const auto tell = [this](const std::wstring& reason) { TellOfTransfer(reason); };
+        if (!ConnectToModelServer(this, tell)) return;  // the command stays unchecked
     }
     m_browser = new CModelsDlg(this, static_cast<CModelsDlgHost&>(*this));
     const int charWidth = GetCharWidth();

@@ -80,7 +80,10 @@ void C3DModelsLoadApi::SetConnLostListner(std::function<void()> listener) {
 std::string C3DModelsLoadApi::LastError() {
     const std::optional<CError> error = Connection().LastError();
     if (!error) return {};
-    const std::string text = file_util_ex::ConvertToUTF8(lng::Text(*error));
+    // The reason first: a bar that has no room for all of it shows the beginning.
+    std::wstring sentence = lng::Text(CError{error->code, error->message, {}});
+    if (!error->where.empty()) sentence += L" (" + lng::Isolated(lng::ConvertFromUTF8(error->where)) + L")";
+    const std::string text = file_util_ex::ConvertToUTF8(sentence);
     return std::string(utf8_text::Cut(utf8_text::Printable(text, ' '), kMostErrorText));
 }
 

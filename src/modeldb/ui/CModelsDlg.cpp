@@ -150,6 +150,7 @@ bool CModelsDlg::Show(bool show) {
 
 void CModelsDlg::ShowModel(std::uint32_t id) {
     m_pictures->Forget();
+    m_tree->AddGroupOf(id);  // the first upload makes it
     m_tree->ShowModel(id);
 }
 

@@ -56,8 +56,10 @@ class CModelsTree final : public wxTreeCtrl {
     [[nodiscard]] bool IsBusy() const;
     /** Cancels the transfer: windows repaint until it has stopped. */
     void StopTransfers();
-    /** After an upload: shows the new model under its group. */
+    /** After an upload: shows the new model under its group, if that is in the tree. */
     void ShowModel(std::uint32_t id);
+    /** Appends the group of a model, if it is not there yet. */
+    void AddGroupOf(std::uint32_t id);
     /** All that was loaded has been appended. */
     [[nodiscard]] bool IsFilled() const { return m_fills.empty(); }
     /** Those that are in the tree. */

@@ -109,6 +109,13 @@ wxTreeItemId CModelsTree::FindGroup(const std::string& name) const {
     return {};
 }
 
+void CModelsTree::AddGroupOf(std::uint32_t id) {
+    const std::string group = C3DModelsLoadApi::GetModelGroup(id);
+    if (group.empty() || m_groupsThread || FindGroup(group).IsOk()) return;
+    AppendItem(GetRootItem(), Label(group), kIcon, kIcon, new C3dsTreeItemData(group));
+    m_actions.changed();
+}
+
 void CModelsTree::ShowModel(std::uint32_t id) {
     const std::string group = C3DModelsLoadApi::GetModelGroup(id);
     if (group.empty()) return;

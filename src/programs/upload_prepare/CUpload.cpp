@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/text/lng.h"
 #include "base/text/utf8_text.h"
 
 using namespace std::chrono_literals;
@@ -55,7 +56,7 @@ void CUpload::Run(EState state, const std::vector<std::string>& command,
         m_running.emplace(std::move(started).Value());
         return;
     }
-    Complain(started.Error().Text());
+    Complain(file_util_ex::ConvertToUTF8(lng::Text(started.Error())));
     m_whyNoDrive = ENoDrive::Failed;
     m_state = state == EState::Looking ? EState::NoDrive : EState::Failed;
 }

@@ -15,6 +15,17 @@
 #include "widgets/ui/accessible_name.h"
 #include "widgets/ui/button_label.h"
 
+namespace {
+
+/** The window's keys go to what has the focus, which must not be nothing. */
+void FocusCentre(wxAuiManager& manager) {
+    const wxAuiPaneInfoArray& panes = manager.GetAllPanes();
+    for (std::size_t i = 0; i < panes.size(); ++i)
+        if (panes[i].dock_direction == wxAUI_DOCK_CENTER) panes[i].window->SetFocus();
+}
+
+}  // namespace
+
 CUpdateBar::CUpdateBar(wxTopLevelWindow& window, const std::wstring& version, CActions actions)
     : wxPanel(&window), m_window(window), m_actions(std::move(actions)) {
     const wxString sentence = lng::Text("A new version of Orbivue is available: %s.", version);
@@ -74,15 +85,18 @@ void CUpdateBar::FollowWindow() {
     if (manager == nullptr) return;
     wxAuiPaneInfo& pane = manager->GetPane(this);
     if (!pane.IsOk() || pane.IsShown() == !m_window.IsFullScreen()) return;
+    if (pane.IsShown() && IsDescendant(FindFocus())) FocusCentre(*manager);
     pane.Show(!m_window.IsFullScreen());
     manager->Update();
 }
 
 void CUpdateBar::Leave() {
+    const bool hasFocus = IsDescendant(FindFocus());
+    Hide();
     if (wxAuiManager* manager = wxAuiManager::GetManager(&m_window)) {
         manager->DetachPane(this);
         manager->Update();
+        if (hasFocus) FocusCentre(*manager);
     }
-    Hide();
     wxTheApp->ScheduleForDestruction(this);
 }

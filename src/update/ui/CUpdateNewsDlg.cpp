@@ -31,7 +31,7 @@ int WidthOfTexts(const wxWindow& window) {
 
 wxStaticText* AddText(wxWindow& parent, wxSizer& column, const std::wstring& text) {
     auto* words = new wxStaticText(&parent, wxID_ANY, wxControl::EscapeMnemonics(text));
-    words->Wrap(WidthOfTexts(parent));
+    WrapText(*words, WidthOfTexts(parent));
     column.Add(words, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP, parent.FromDIP(12)));
     return words;
 }

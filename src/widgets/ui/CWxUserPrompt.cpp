@@ -15,6 +15,7 @@
 #include "base/text/lng.h"
 #include "base/text/utf8_text.h"
 #include "widgets/ui/button_label.h"
+#include "widgets/ui/field_label.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ class CSaveQuestion final : public wxDialog {
     CSaveQuestion(wxWindow* parent, const std::wstring& text)
         : wxDialog(parent, wxID_ANY, wxTheApp->GetAppName()) {
         auto* words = new wxStaticText(this, wxID_ANY, wxControl::EscapeMnemonics(text));
-        words->Wrap(FromDIP(420));
+        WrapText(*words, FromDIP(420));
         auto* line = new wxBoxSizer(wxHORIZONTAL);
         line->Add(new wxStaticBitmap(this, wxID_ANY,
                                      wxArtProvider::GetBitmapBundle(wxART_QUESTION, wxART_MESSAGE_BOX)),
@@ -80,7 +81,10 @@ wxWindow* CWxUserPrompt::Parent() const {
 }
 
 int CWxUserPrompt::Show(const std::wstring& text, long style) const {
-    return wxMessageBox(file_util_ex::ShownText(text), wxTheApp->GetAppName(), style, Parent());
+    wxMessageDialog box(Parent(), file_util_ex::ShownText(text), wxTheApp->GetAppName(), style);
+    // GTK's own word is not what the other windows say, in some languages.
+    if ((style & wxOK) != 0) box.SetOKLabel(wxString(lng::Text("OK")));
+    return box.ShowModal();
 }
 
 void CWxUserPrompt::ShowMessage(const std::wstring& text) {
@@ -92,7 +96,7 @@ void CWxUserPrompt::ShowWarning(const std::wstring& text) {
 }
 
 bool CWxUserPrompt::AskYesNo(const std::wstring& text) {
-    return Show(text, wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_QUESTION) == wxYES;
+    return Show(text, wxYES_NO | wxNO_DEFAULT | wxCENTRE | wxICON_QUESTION) == wxID_YES;
 }
 
 ESaveAnswer CWxUserPrompt::AskSave(const std::wstring& text) {

@@ -139,7 +139,7 @@ TEST_P(EachLibraryTest, ACancelledOrFailedCallLeavesNothing) {
     progress.most = 2;
     EXPECT_FALSE(Upload("chair", m_file, &progress));
     EXPECT_EQ(progress.steps, 2);
-    EXPECT_TRUE(CApi::LastError().ends_with("cancelled")) << CApi::LastError();
+    EXPECT_NE(CApi::LastError().find("cancelled"), std::string::npos) << CApi::LastError();
     EXPECT_FALSE(ModelExistsOnServer(m_id));
     std::string name = "old", group = "old";
     CBlobData data(new unsigned char[3], 3);
@@ -195,7 +195,7 @@ TEST_F(ModelsLoadApiTest, ALostConnectionIsToldOnceAndComesBack) {
         m_server.reset();
         for (int i = 0; i < 3; ++i) EXPECT_FALSE(CApi::DoesModelExist(1));
         EXPECT_EQ(lost, times);
-        EXPECT_EQ(CApi::LastError(), "127.0.0.1:" + std::to_string(port) + ": the server cannot be reached");
+        EXPECT_EQ(CApi::LastError(), "the server cannot be reached (127.0.0.1:" + std::to_string(port) + ")");
         EXPECT_FALSE(CApi::Open("http://127.0.0.1:" + std::to_string(port) + "/"));
         Serve(port);
         EXPECT_FALSE(CApi::DoesModelExist(1));

@@ -12,6 +12,7 @@
 #include "frame/dialogs/ui/CAboutBanner.h"
 #include "frame/dialogs/ui/dialog_buttons.h"
 #include "frame/dialogs/ui/frame_dialogs.h"
+#include "widgets/ui/field_label.h"
 #include "widgets/ui/run_job.h"
 
 namespace {
@@ -41,7 +42,7 @@ wxSizer* CAboutBox::MakeTexts() {
     auto* column = new wxBoxSizer(wxVERTICAL);
     const auto add = [&](const std::wstring& text) {
         auto* line = new wxStaticText(this, wxID_ANY, wxControl::EscapeMnemonics(text));
-        line->Wrap(kLineChars * GetCharWidth());
+        WrapText(*line, kLineChars * GetCharWidth());
         column->Add(line, wxSizerFlags().Border(wxTOP | wxBOTTOM, FromDIP(kGap)));
     };
     add(lng::Text("Orbivue Version") + L" " ORBIVUE_VERSION);

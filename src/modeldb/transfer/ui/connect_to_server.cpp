@@ -36,8 +36,9 @@ bool CheckClientVersion(wxWindow* parent) {
     return false;
 }
 
-bool ConnectToModelServer(wxWindow* parent) {
+bool ConnectToModelServer(wxWindow* parent, const std::function<void(const std::wstring& reason)>& tell) {
     if (!Open()) {
+        if (tell) tell(lng::ConvertFromUTF8(C3DModelsLoadApi::LastError()));
         CUserPrompt::Instance().ShowWarning(lng::Text("Unable to connect to the server."));
         return false;
     }

@@ -10,6 +10,7 @@
 #include "base/text/utf8_text.h"
 #include "widgets/ui/accessible_name.h"
 #include "widgets/ui/button_label.h"
+#include "widgets/ui/field_label.h"
 
 COutsidePicturesDlg::COutsidePicturesDlg(wxWindow* parent, const std::vector<std::string>& paths)
     : wxDialog(parent, wxID_ANY, lng::Text("Upload pictures, too?"), wxDefaultPosition, wxDefaultSize,
@@ -18,7 +19,7 @@ COutsidePicturesDlg::COutsidePicturesDlg(wxWindow* parent, const std::vector<std
     auto* text = new wxStaticText(
         this, wxID_ANY,
         lng::Text("These pictures come from outside the model's folder and would be uploaded, too:"));
-    text->Wrap(width);
+    WrapText(*text, width);
     auto* list = new wxListBox(this, wxID_ANY, wxDefaultPosition, wxSize(width, GetCharHeight() * 8));
     SetAccessibleName(*list, lng::Text("Pictures from outside the model's folder"));
     for (const std::string& path : paths) list->Append(lng::ConvertFromUTF8(utf8_text::Printable(path, '_')));

@@ -8,6 +8,7 @@
 #include "base/text/lng.h"
 #include "base/text/utf8_text.h"
 #include "widgets/ui/accessible_name.h"
+#include "widgets/ui/field_label.h"
 
 namespace page_parts {
 
@@ -34,7 +35,7 @@ wxStaticText* AddHeading(wxWindow* page, wxSizer& column, const std::wstring& te
 
 void ShowText(wxStaticText& text, const std::wstring& value) {
     text.SetLabelText(value);
-    text.Wrap(TextWidth(text));
+    WrapText(text, TextWidth(text));
     text.Show(!value.empty());
 }
 
