@@ -26,7 +26,7 @@ TEST_P(PluralRuleTest, ChoosesTheForm) {
     const std::optional<CPluralRule> rule = CPluralRule::Read(GetParam().rule);
     ASSERT_EQ(rule.has_value(), !GetParam().formsOf.empty());
     std::vector<std::size_t> forms;
-    for (const std::uint64_t count : {0, 1, 2, 5, 11, 21, 102})
+    for (const std::uint64_t count : {0U, 1U, 2U, 5U, 11U, 21U, 102U})
         if (rule) forms.push_back(rule->FormOf(count));
     EXPECT_EQ(forms, GetParam().formsOf);
 }
