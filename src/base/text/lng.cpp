@@ -105,9 +105,12 @@ bool IsRightToLeft() {
 }
 
 std::wstring Isolated(std::wstring_view foreign) {
-    constexpr wchar_t kFirstStrongIsolate = 0x2068, kPopDirectionalIsolate = 0x2069;
+    // The mark before it is for what looks at a line's first letter alone, isolated or not, to find the line's direction.
+    constexpr wchar_t kRightToLeftMark = 0x200F, kFirstStrongIsolate = 0x2068,
+                      kPopDirectionalIsolate = 0x2069;
     if (!IsRightToLeft()) return std::wstring(foreign);
-    return kFirstStrongIsolate + std::wstring(foreign) + kPopDirectionalIsolate;
+    return std::wstring{kRightToLeftMark, kFirstStrongIsolate} + std::wstring(foreign) +
+           kPopDirectionalIsolate;
 }
 
 std::wstring Number(std::uint64_t number) {

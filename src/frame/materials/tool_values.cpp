@@ -64,7 +64,8 @@ float SliderValue(int position) {
 std::wstring SliderText(int position) {
     constexpr int kStepPercent = 100 / CToolValues::kSliderMax;
     // A narrow blank that does not break.
-    return std::to_wstring(std::clamp(position, 0, CToolValues::kSliderMax) * kStepPercent) + L"\u202f%";
+    const int percent = std::clamp(position, 0, CToolValues::kSliderMax) * kStepPercent;
+    return lng::Isolated(std::to_wstring(percent) + L"\u202f%");
 }
 
 CVec3 ColorValue(CToolColor color) {
