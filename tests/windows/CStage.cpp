@@ -31,6 +31,13 @@ GtkWidget* OpenMenu() {
     return grabbing && GTK_IS_MENU(grabbing) && gtk_widget_get_mapped(grabbing) ? grabbing : nullptr;
 }
 
+std::vector<std::string> FaultsOf(GtkWidget* window, wxTopLevelWindow* ours) {
+    std::vector<std::string> faults = TextFaults(window);
+    if (ours)
+        for (std::string& fault : DrawnTextFaults(*ours)) faults.push_back(std::move(fault));
+    return faults;
+}
+
 }  // namespace
 
 CStage::CStage(CAViewerFrame& frame, COptions options) : m_frame(frame), m_options(std::move(options)) {
@@ -62,9 +69,11 @@ void CStage::Wait(long ms) {
 void CStage::Visit(const std::string& name, GtkWidget* window, wxTopLevelWindow* ours) {
     constexpr long kPaintMs = 300, kLayoutMs = 60;
     Wait(m_options.folder.empty() ? kLayoutMs : kPaintMs);
-    std::vector<std::string> faults = TextFaults(window);
-    if (ours)
-        for (std::string& fault : DrawnTextFaults(*ours)) faults.push_back(std::move(fault));
+    std::vector<std::string> faults = FaultsOf(window, ours);
+    if (!faults.empty()) {  // some windows find their size late
+        Wait(kPaintMs);
+        faults = FaultsOf(window, ours);
+    }
     for (const std::string& fault : faults) m_faults.push_back(name + ": " + fault);
     if (!m_options.folder.empty() && !SavePicture(window, m_options.folder + "/" + name + ".png"))
         std::fprintf(stderr, "no picture of %s\n", name.c_str());

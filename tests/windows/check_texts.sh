@@ -4,6 +4,7 @@
 # cannot be read whole.
 # Usage: check_texts.sh PROGRAM FOLDER_OF_LANGUAGES      under tests/run_under_xvfb.sh
 set -eu
+export GSETTINGS_BACKEND=memory
 program=$1
 languages=$(ls "$2")
 {

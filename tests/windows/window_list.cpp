@@ -86,7 +86,7 @@ void ShowUpdates(CStage& stage) {
     const CAppcastItem item{
         "2.1", L"2.1", {}, {""}, "https://orbivue.example/", L"• One thing\n• Another thing"};
     const CUpdateOutcome outcome{EUpdateOutcome::News, item, {}};
-    stage.Show("update-news", new CUpdateNewsDlg(&stage.Frame(), SentenceOf(outcome, L"1.9.5"), item));
+    stage.Show("update-news", new CUpdateNewsDlg(&stage.Frame(), SentenceOf(outcome, L"1.9.5", false), item));
     stage.Modal("update-progress", [&] {
         CUpdateProgressDlg(&stage.Frame(), [](CJobProgress& progress) {
             while (!progress.IsCancelled()) wxMilliSleep(5);
@@ -95,7 +95,7 @@ void ShowUpdates(CStage& stage) {
     for (const auto& [name, kind] : {std::pair("update-none", EUpdateOutcome::UpToDate),
                                      std::pair("update-no-feed", EUpdateOutcome::NoFeed)})
         stage.Modal(name, [&, kind = kind] {
-            CUserPrompt::Instance().ShowMessage(SentenceOf({kind, {}, {}}, L"1.9.5"));
+            CUserPrompt::Instance().ShowMessage(SentenceOf({kind, {}, {}}, L"1.9.5", false));
         });
     auto* bar = new CUpdateBar(stage.Frame(), L"2.1", {[] {}, [] {}});
     stage.Look("update-bar");
