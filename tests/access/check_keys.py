@@ -57,8 +57,8 @@ def use_tools(program):
         before = program.focused()
         program.press("F6")
         until("the next pane", lambda: program.focused() not in (None, before))
-    for key, expected in [("Right", "Save 3ds file"), ("Left", "Open 3ds file"), ("End", "Export to Google Drive"),
-                          ("Left", "Export to HTML5")]:
+    for key, expected in [("Right", "Save 3ds file"), ("Left", "Open 3ds file"), ("End", "About Orbivue"),
+                          ("Left", "Export to Google Drive")]:
         program.press(key)
         program.expect_focus(expected, lambda node, name=expected: node.name.startswith(name))
     program.press("Home", *["Right"] * 11)

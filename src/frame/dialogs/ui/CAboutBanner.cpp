@@ -13,6 +13,8 @@
 #include <string>
 
 #include "base/text/lng.h"
+#include "widgets/access/ui/accessible_role.h"
+#include "widgets/access/ui/focus.h"
 #include "widgets/ui/accessible_name.h"
 
 namespace {
@@ -89,6 +91,8 @@ CAboutBanner::CAboutBanner(wxWindow* parent)
     SetLayoutDirection(wxLayout_LeftToRight);  // a mirrored canvas would mirror the letters
     SetBackgroundStyle(wxBG_STYLE_PAINT);
     SetAccessibleName(*this, kName);
+    SetAccessibleRole(*this, EAccessibleRole::Picture);
+    KeepFocusOff(*this);
     Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
         wxPaintDC dc(this);
         const std::unique_ptr<wxGraphicsContext> canvas(wxGraphicsContext::Create(dc));

@@ -7,6 +7,7 @@
 
 #include "frame/model_list/ui/CButtonScrollArt.h"
 #include "widgets/access/ui/accessible_role.h"
+#include "widgets/access/ui/focus.h"
 #include "widgets/ui/accessible_name.h"
 
 namespace {
@@ -23,6 +24,7 @@ CScrollButton::CScrollButton(wxWindow* parent, bool pointsRight, const std::wstr
     SetMinSize({CButtonScrollArt::Width(*this), -1});
     SetAccessibleName(*this, name);
     SetAccessibleRole(*this, EAccessibleRole::Button);
+    KeepFocusOff(*this);
     SetToolTip(name);
     Bind(wxEVT_PAINT, [this](wxPaintEvent&) { OnPaint(); });
     Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent&) { SetPressed(true); });

@@ -34,8 +34,8 @@ AtkRole AtkRoleOf(EAccessibleRole role) {
             return ATK_ROLE_CANVAS;
         case EAccessibleRole::ComboBox:
             return ATK_ROLE_COMBO_BOX;
-        case EAccessibleRole::Group:
-            return ATK_ROLE_PANEL;
+        case EAccessibleRole::Picture:
+            return ATK_ROLE_IMAGE;
     }
     return ATK_ROLE_UNKNOWN;
 }

@@ -19,7 +19,7 @@ enum class EAccessibleRole {
     Label,
     View,  ///< shows a picture that keys and mouse act on
     ComboBox,
-    Group,
+    Picture,
 };
 
 /** Needed where the toolkit tells another one: it calls dialogs frames, and all that it draws itself panels. */

@@ -13,3 +13,7 @@ void KeepFocusOnClick(wxWindow& button) {
 void LetTakeFocus(wxWindow& window) {
     gtk_widget_set_can_focus(FocusWidgetOf(window), TRUE);
 }
+
+void KeepFocusOff(wxWindow& window) {
+    gtk_widget_set_can_focus(FocusWidgetOf(window), FALSE);
+}

@@ -7,3 +7,5 @@ class wxWindow;
 void KeepFocusOnClick(wxWindow& button);
 /** Lets a window that is drawn take the keyboard though the toolkit thinks that its children would. */
 void LetTakeFocus(wxWindow& window);
+/** Keeps Tab from a window that is drawn, for which its AcceptsFocus is not asked. */
+void KeepFocusOff(wxWindow& window);
