@@ -93,7 +93,7 @@ const CConvertCase kCases[] = {
      "--to glb --folder out/deep box.3ds broken.3ds none.3ds tri.obj",
      {"out/deep/box.glb", "out/deep/tri.glb"},
      1,
-     {"broken.3ds: ", "none.3ds: ", "2 of 4 files were not converted"}},
+     {"broken.3ds: ", "none.3ds: ", "not converted: 2 of 4 files"}},
     {"OneNameTwice",
      "--to jpg --size 8x8 --folder out box.3ds ./box.3ds",
      {"out/box.jpg"},

@@ -76,8 +76,9 @@ CResult<std::vector<std::string>> Walk(
 }
 
 std::string Usage(std::initializer_list<std::string_view> ways) {
-    std::string text = lng::TextUtf8("Usage:") + "\n";
-    for (const std::string_view way : ways) text += "  " + std::string(way) + "\n";
+    std::string text;
+    for (const std::string_view way : ways)
+        text += (text.empty() ? lng::TextUtf8("Usage:") + " " : "       ") + std::string(way) + "\n";
     return text;
 }
 
