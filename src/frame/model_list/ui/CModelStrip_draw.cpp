@@ -81,7 +81,7 @@ void CModelStrip::DrawCell(wxDC& dc, std::size_t index) {
     dc.DrawText(name, cell.x + (cell.width - dc.GetTextExtent(name).x) / 2,
                 picture.GetBottom() + FromDIP(kGap));
     if (list.Cursor() != index || !HasFocus()) return;
-    dc.SetPen(wxPen(isOpen ? ink : light, FromDIP(2)));
+    dc.SetPen(wxPen(ink, FromDIP(2)));
     dc.SetBrush(*wxTRANSPARENT_BRUSH);
     dc.DrawRoundedRectangle(wxRect(cell).Deflate(FromDIP(isOpen ? 2 : 1)), FromDIP(kRounding));
 }

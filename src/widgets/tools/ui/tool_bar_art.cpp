@@ -8,10 +8,10 @@
 
 namespace {
 
-/** Around the tool that the keys act on. */
+/** Around the tool that the keys act on, in a colour that stands out in every theme. */
 void DrawFocus(wxDC& dc, const wxWindow& bar, wxRect place) {
     const int width = bar.FromDIP(2);
-    dc.SetPen(wxPen(wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT), width));
+    dc.SetPen(wxPen(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNTEXT), width));
     dc.SetBrush(*wxTRANSPARENT_BRUSH);
     dc.DrawRoundedRectangle(place.Deflate(width / 2), bar.FromDIP(3));
 }
