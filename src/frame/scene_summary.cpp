@@ -5,13 +5,15 @@
 
 #include "base/jobs/CJobProgress.h"
 #include "base/text/lng.h"
+#include "base/text/utf8_text.h"
 #include "model/prepare/CPreparedScene.h"
 
 namespace {
 
 std::wstring TextOf(const CSceneNote& note) {
     std::wstring text = lng::Text(note.what);
-    if (!note.subject.empty()) text += L": " + lng::Isolated(lng::ConvertFromUTF8(note.subject));
+    if (!note.subject.empty())
+        text += L": " + lng::Isolated(file_util_ex::ShownName(lng::ConvertFromUTF8(note.subject)));
     if (!note.reason.empty()) text += L" (" + lng::Text(CError{{}, note.reason, {}}) + L")";
     if (note.times > 1) text += L" " + lng::TextN("(%s time)", "(%s times)", note.times);
     return text;

@@ -95,7 +95,7 @@ std::wstring CRecentFileList::GetNameByIndex(std::size_t index) const {
 
 std::wstring CRecentFileList::MenuText(std::size_t index) const {
     constexpr std::size_t kLongest = 60;
-    std::wstring path = file_util_ex::ShownText(GetNameByIndex(index));
+    std::wstring path = file_util_ex::ShownName(GetNameByIndex(index));
     if (path.size() > kLongest) {
         const std::size_t tail = std::min(file_util_ex::GetFileName(path).size() + 1, kLongest - 1);
         path = path.substr(0, kLongest - tail - 1) + L"…" + path.substr(path.size() - tail);
@@ -103,8 +103,7 @@ std::wstring CRecentFileList::MenuText(std::size_t index) const {
     std::wstring text = L"&" + std::to_wstring(index + 1) + L" ";
     for (const wchar_t c : path) {
         text += c;
-        if (c == L'&') text += c;            // a single one would underline
-        if (c == L'\t') text.back() = L' ';  // what follows a tab would be taken for a key
+        if (c == L'&') text += c;  // a single one would underline
     }
     return text;
 }

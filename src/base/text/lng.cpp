@@ -95,7 +95,9 @@ std::wstring Text(const CError& error) {
     // A library's text may be in any encoding, and the empty text would yield the catalogue's header.
     const std::string sound = file_util_ex::ConvertToUTF8(ConvertFromUTF8(error.message));
     const std::wstring message = sound.empty() ? std::wstring() : Text(sound.c_str());
-    return error.where.empty() ? message : Isolated(ConvertFromUTF8(error.where)) + L": " + message;
+    return error.where.empty()
+               ? message
+               : Isolated(file_util_ex::ShownName(ConvertFromUTF8(error.where))) + L": " + message;
 }
 
 bool IsRightToLeft() {

@@ -147,4 +147,13 @@ std::wstring ShownText(std::wstring text) {
     return text;
 }
 
+std::wstring ShownName(std::wstring name) {
+    const auto isObeyed = [](wchar_t c) {
+        const auto code = static_cast<char32_t>(c);
+        return utf8_text::IsObeyed(code) || code == 0x2028 || code == 0x2029;
+    };
+    std::ranges::replace_if(name, isObeyed, static_cast<wchar_t>(kReplacement));
+    return ShownText(std::move(name));
+}
+
 }  // namespace file_util_ex

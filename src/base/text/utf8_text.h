@@ -42,5 +42,8 @@ namespace file_util_ex {
 /** A path, or a text that holds one, in the form that people see: each such surrogate, which the toolkit
  * cannot show, becomes U+FFFD. */
 [[nodiscard]] std::wstring ShownText(std::wstring text);
+/** ShownText for a name that strangers chose, in one line: control characters, line ends and those that change the direction of
+ * writing become U+FFFD, too, so that "model\u202Efdp.3ds" shows how it really ends. */
+[[nodiscard]] std::wstring ShownName(std::wstring name);
 
 }  // namespace file_util_ex

@@ -31,7 +31,7 @@ std::wstring CEditSaving::AskWhere() {
 }
 
 bool CEditSaving::MayLose() {
-    const std::wstring name = file_util_ex::ShownText(file_util_ex::GetFileName(m_session.Document().path));
+    const std::wstring name = file_util_ex::ShownName(file_util_ex::GetFileName(m_session.Document().path));
     switch (CUserPrompt::Instance().AskSave(
         lng::Text("The edits of %s are not saved. Save them to a script?", name))) {
         case ESaveAnswer::Save:

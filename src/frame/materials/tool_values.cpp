@@ -22,7 +22,7 @@ std::wstring HexOf(CToolColor color) {
 }
 
 std::wstring Name(const std::string& node) {
-    return file_util_ex::ShownText(lng::ConvertFromUTF8(node));
+    return file_util_ex::ShownName(lng::ConvertFromUTF8(node));
 }
 
 /** The texts of a tool; in those of a step "%s" is the node. */

@@ -15,7 +15,7 @@ void CModelList::SetEntries(std::vector<std::wstring> paths) {
 }
 
 std::wstring CModelList::Name(std::size_t index) const {
-    return file_util_ex::ShownText(file_util_ex::GetFileName(m_paths[index]));
+    return file_util_ex::ShownName(file_util_ex::GetFileName(m_paths[index]));
 }
 
 std::optional<std::size_t> CModelList::Find(const std::wstring& path) const {

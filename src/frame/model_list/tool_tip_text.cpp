@@ -8,7 +8,7 @@
 #include "session/ahead/CFileStamp.h"
 
 std::wstring ToolTipText(const std::wstring& path, const std::wstring& problem) {
-    std::wstring text = file_util_ex::ShownText(path);
+    std::wstring text = file_util_ex::ShownName(path);
     if (const auto stamp = CFileStamp::Of(file_util_ex::ConvertToUTF8(path)))
         text += L"\n" + lng::Size(stamp->bytes);
     if (!problem.empty()) text += L"\n" + problem;

@@ -35,7 +35,7 @@ namespace {
 
 /** The text that the view shows instead of the document's scene. */
 std::wstring HintOf(const CDocument& document, const CError& error) {
-    const std::wstring name = file_util_ex::ShownText(file_util_ex::GetFileName(document.path));
+    const std::wstring name = file_util_ex::ShownName(file_util_ex::GetFileName(document.path));
     std::wstring text = lng::Text("%s cannot be opened:", name) + L"\n";
     // The text names the file itself already.
     const std::wstring& named = document.origin == EOrigin::Script ? document.path : document.modelPath;
@@ -126,7 +126,7 @@ void CAViewerFrame::OnOpened(const COpenReport& report) {
     TellShow(report);
     // The view may still show the model before, which would hide the hint.
     if (hasFailed && !report.isReload && m_view->GetEngine().Prepared())
-        ShowMessage(lng::Text("%s cannot be opened:", file_util_ex::ShownText(file_util_ex::GetFileName(
+        ShowMessage(lng::Text("%s cannot be opened:", file_util_ex::ShownName(file_util_ex::GetFileName(
                                                           m_session->Document().path))) +
                     L" " + lng::Text(CError{report.error.code, report.error.message, {}}));
 }
@@ -176,7 +176,7 @@ void CAViewerFrame::NameView(const CSceneSummary& summary) {
     wxWindow& canvas = *m_view->GetCanvas()->GetWindow();
     const bool isEmpty = !m_view->GetEngine().Prepared();
     const std::wstring name =
-        isEmpty ? m_hint : file_util_ex::ShownText(file_util_ex::GetFileName(m_session->Document().path));
+        isEmpty ? m_hint : file_util_ex::ShownName(file_util_ex::GetFileName(m_session->Document().path));
     SetAccessibleName(canvas, lng::Text("3D view") + L": " + name);
     SetAccessibleDescription(canvas, isEmpty ? std::wstring() : summary.triangles + L", " + summary.objects);
 }

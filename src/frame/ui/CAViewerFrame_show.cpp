@@ -35,7 +35,7 @@ void CAViewerFrame::TellShow(const COpenReport& report) {
     opening.hasFailed = report.result == EOpened::Failed && !report.isReload;
     const std::size_t scenes = m_session->SceneCount();
     opening.models = static_cast<int>(std::max<std::size_t>(report.folderModels, scenes));
-    opening.name = file_util_ex::ShownText(file_util_ex::GetFileName(document.path));
+    opening.name = file_util_ex::ShownName(file_util_ex::GetFileName(document.path));
     if (report.scene)
         opening.scene = {report.scene->timeMs, document.path, m_session->SceneIndex(),
                          m_session->SceneCount(), report.scene->loop};

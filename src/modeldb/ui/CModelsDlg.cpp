@@ -215,6 +215,6 @@ void CModelsDlg::OnProgressStep() {
 }
 
 void CModelsDlg::SetFileName(const std::wstring& name) {
-    const std::wstring shown = file_util_ex::ShownText(name);
+    const std::wstring shown = file_util_ex::ShownName(name);
     m_fileName->SetLabelText(lng::Text("File name: %s", shown));
 }

@@ -38,6 +38,20 @@ const CUtf8Case kUtf8[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Texts, Utf8TextTest, testing::ValuesIn(kUtf8), kRowName);
 
+TEST(ShownNameTest, ANameKeepsToOneLineAndShowsHowItEnds) {
+    EXPECT_EQ(file_util_ex::ShownName(L"a\x202E"
+                                      L"fdp.3ds"),
+              L"a\xFFFD"
+              L"fdp.3ds");
+    EXPECT_EQ(file_util_ex::ShownName(L"a\nb\tc\x2069"
+                                      L"d\x2028"),
+              L"a\xFFFD"
+              L"b\xFFFD"
+              L"c\xFFFD"
+              L"d\xFFFD");
+    EXPECT_EQ(file_util_ex::ShownName(L"نموذج \x200F.3ds"), L"نموذج \x200F.3ds");
+}
+
 TEST(Utf8TextTest, WideTextBecomesUtf8WithNothingMalformed) {
     EXPECT_EQ(ConvertToUTF8(L"aé€\U0001F600"), "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
     const std::wstring pair = {wchar_t(0xD83D), wchar_t(0xDE00)};

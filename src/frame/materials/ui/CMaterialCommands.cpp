@@ -95,7 +95,7 @@ void CMaterialCommands::Apply(const std::string& node) {
     if (used)
         m_host.showMessage(ToolMessage(m_tool.Kind(), node, m_tool.Values()));
     else
-        m_host.showMessage(lng::Isolated(file_util_ex::ShownText(lng::ConvertFromUTF8(node))) + L": " +
+        m_host.showMessage(lng::Isolated(file_util_ex::ShownName(lng::ConvertFromUTF8(node))) + L": " +
                            lng::Text(used.Error()));
 }
 
@@ -142,7 +142,7 @@ void CMaterialCommands::SaveEdits() {
     if (m_saving.Save())
         m_host.showMessage(
             lng::Text("The edits are saved in %s.",
-                      file_util_ex::ShownText(file_util_ex::GetFileName(m_session.EditsScript()))));
+                      file_util_ex::ShownName(file_util_ex::GetFileName(m_session.EditsScript()))));
 }
 
 bool CMaterialCommands::MayLoseEdits() {
@@ -168,7 +168,7 @@ void CMaterialCommands::ShowFilter(const std::string& node) {
     m_filtered = node;
     m_view.GetEngine().SetEmphasis(share.nodes);
     m_view.Redraw();
-    const std::wstring name = lng::Isolated(file_util_ex::ShownText(lng::ConvertFromUTF8(node))) + L": ";
+    const std::wstring name = lng::Isolated(file_util_ex::ShownName(lng::ConvertFromUTF8(node))) + L": ";
     m_host.showMessage(name + (share.nodes.size() < 2
                                    ? lng::Text("no other part has its material")
                                    : lng::TextN("its material is on %s part", "its material is on %s parts",

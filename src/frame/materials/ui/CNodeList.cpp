@@ -72,7 +72,7 @@ CDrawnItem CNodeList::Described(std::size_t row) const {
     const CChoice& choice = m_choices[m_rows[row]];
     const wxRect place = row < GetVisibleBegin() || row >= GetVisibleEnd() ? wxRect() : GetItemRect(row);
     return {.role = EAccessibleRole::ListItem,
-            .name = file_util_ex::ShownText(lng::ConvertFromUTF8(choice.name)),
+            .name = file_util_ex::ShownName(lng::ConvertFromUTF8(choice.name)),
             .description = lng::Text("Triangles: %s", lng::Number(choice.triangles)),
             .place = place,
             .isSelected = IsSelected(row)};
@@ -112,7 +112,7 @@ void CNodeList::OnDrawItem(wxDC& dc, const wxRect& rect, std::size_t row) const 
     const bool isSelected = IsSelected(row);
     dc.SetTextForeground(wxSystemSettings::GetColour(isSelected ? wxSYS_COLOUR_LISTBOXHIGHLIGHTTEXT
                                                                 : wxSYS_COLOUR_LISTBOXTEXT));
-    const wxString name = file_util_ex::ShownText(lng::ConvertFromUTF8(choice.name));
+    const wxString name = file_util_ex::ShownName(lng::ConvertFromUTF8(choice.name));
     const int left = rect.x + side + 3 * margin, lineHeight = dc.GetCharHeight();
     dc.DrawText(wxControl::Ellipsize(name, dc, wxELLIPSIZE_END, rect.GetRight() - left), left,
                 rect.y + rect.height / 2 - lineHeight);

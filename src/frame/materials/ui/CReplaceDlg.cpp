@@ -49,7 +49,7 @@ CLoadLimits Limits() {
 
 void Refuse(const std::wstring& path, const std::wstring& why) {
     CUserPrompt::Instance().ShowMessage(
-        lng::Text("No part can be taken from %s:", file_util_ex::ShownText(file_util_ex::GetFileName(path))) +
+        lng::Text("No part can be taken from %s:", file_util_ex::ShownName(file_util_ex::GetFileName(path))) +
         L"\n" + why);
 }
 
@@ -71,7 +71,7 @@ CReplaceDlg::CReplaceDlg(wxWindow* parent, const std::wstring& fileName, const C
     column->Add(new wxStaticText(this, wxID_ANY,
                                  wxControl::EscapeMnemonics(lng::Text(
                                      "Which part of %s takes the place of the parts that you click?",
-                                     file_util_ex::ShownText(fileName)))),
+                                     file_util_ex::ShownName(fileName)))),
                 border);
     column->Add(search, border);
     column->Add(m_list, wxSizerFlags(1).Expand().Border(wxALL, FromDIP(10)));

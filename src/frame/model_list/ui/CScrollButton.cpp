@@ -22,6 +22,7 @@ CScrollButton::CScrollButton(wxWindow* parent, bool pointsRight, const std::wstr
       m_actions(std::move(actions)) {
     SetBackgroundStyle(wxBG_STYLE_PAINT);
     SetMinSize({CButtonScrollArt::Width(*this), -1});
+    SetLayoutDirection(wxLayout_LeftToRight);  // the arrow points where it is said to
     SetAccessibleName(*this, name);
     SetAccessibleRole(*this, EAccessibleRole::Button);
     KeepFocusOff(*this);

@@ -48,7 +48,8 @@ void CSlideShowBar::MakeField() {
     m_seconds->SetToolTip(name);
     SetAccessibleName(*m_seconds, name);
     AddControl(m_seconds, name);
-    AddLabel(wxID_ANY, "s", GetTextExtent("s").x + FromDIP(6));
+    const wxString unit = lng::TextIn("seconds", "s");
+    AddLabel(wxID_ANY, unit, GetTextExtent(unit).x + FromDIP(6));
     m_seconds->Bind(wxEVT_SPINCTRLDOUBLE, [this](wxSpinDoubleEvent&) { TakeInterval(); });
     m_seconds->Bind(wxEVT_TEXT_ENTER, [this](wxCommandEvent&) {
         TakeInterval();

@@ -33,7 +33,7 @@ CUploadDialog::~CUploadDialog() {
 }
 
 void CUploadDialog::MakeControls(const std::wstring& path) {
-    const std::wstring name = file_util_ex::ShownText(file_util_ex::GetFileName(path));
+    const std::wstring name = file_util_ex::ShownName(file_util_ex::GetFileName(path));
     auto* text = new wxStaticText(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
                                   wxST_NO_AUTORESIZE | wxST_ELLIPSIZE_MIDDLE);
     text->SetLabelText(lng::Text("File name: %s", name));

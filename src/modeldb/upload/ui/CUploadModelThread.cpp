@@ -24,7 +24,7 @@ CUploadModelThread::CUploadModelThread(wxEvtHandler* target, wxEventType type, s
 
 void CUploadModelThread::Entry() {
     // Names in the library are text, and a path may hold any bytes.
-    const std::wstring name = file_util_ex::ShownText(file_util_ex::GetFileName(m_path));
+    const std::wstring name = file_util_ex::ShownName(file_util_ex::GetFileName(m_path));
     CBlobData file(m_data, m_size);
     // How it ended is for those who ask LastError.
     (void)C3DModelsLoadApi::UploadModel(file_util_ex::ConvertToUTF8(name), kGroup, file, *m_textures, this);
