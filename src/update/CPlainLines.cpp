@@ -18,10 +18,18 @@ bool IsUnwanted(wchar_t c) {
            (code >= 0xD800 && code <= 0xDFFF) || (code >= 0xE0000 && code <= 0xE0FFF) || code > 0x10FFFF;
 }
 
+constexpr std::size_t kMostOfWord = 200, kMostOfLine = 2000;
+
 }  // namespace
 
 void CPlainLines::Append(wchar_t c) {
-    if (!IsFull()) m_text += c;
+    if (IsFull()) return;
+    // The toolkit takes time with the square of what it has to break by itself.
+    if (c == L' ' && m_ofLine >= kMostOfLine) c = L'\n';
+    m_text += c;
+    m_ofLine = c == L'\n' ? 0 : m_ofLine + 1;
+    m_ofWord = c == L'\n' || c == L' ' ? 0 : m_ofWord + 1;
+    if (m_ofWord == kMostOfWord) Append(L'\n');
 }
 
 void CPlainLines::AddCharacter(wchar_t c) {
@@ -36,7 +44,7 @@ void CPlainLines::AddCharacter(wchar_t c) {
             Append(L'\n');
             m_blank = false;
         }
-    if (m_blank && !begins) Append(L' ');
+    if (m_blank && !begins && m_ofLine > 0) Append(L' ');
     m_blank = m_isAfterBullet = false;
     Append(c);
 }

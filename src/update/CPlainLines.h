@@ -5,7 +5,7 @@
 #include <string>
 
 /** Lines of text for people, out of characters that nobody has checked. Blanks follow one another nowhere, and lines have none at
- * their ends. */
+ * their ends. Words and lines of absurd lengths are broken. */
 class CPlainLines {
   public:
     explicit CPlainLines(std::size_t mostCharacters) : m_most(mostCharacters) {}
@@ -25,6 +25,7 @@ class CPlainLines {
 
     std::size_t m_most;
     std::wstring m_text;
-    int m_lineEnds = 0;  ///< wanted before the next character
+    int m_lineEnds = 0;                      ///< wanted before the next character
+    std::size_t m_ofWord = 0, m_ofLine = 0;  ///< characters since they began
     bool m_blank = false, m_isAfterBullet = false;
 };

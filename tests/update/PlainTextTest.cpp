@@ -45,6 +45,15 @@ TEST(PlainTextTest, IsBounded) {
     EXPECT_EQ(notes.size(), 20'000U);
     EXPECT_EQ(notes.back(), L'…');
     EXPECT_EQ(PlainLine("a\n b  c", 64), L"a b c");
+    // What the toolkit would break for minutes.
+    const std::wstring word = PlainNotes(std::string(1'000, 'W')), line = PlainNotes([] {
+                                                                       std::string text;
+                                                                       for (int i = 0; i < 2'000; ++i)
+                                                                           text += "ab ";
+                                                                       return text;
+                                                                   }());
+    EXPECT_EQ(word.find(L'\n'), 200U);
+    EXPECT_LT(line.find(L'\n'), 2'010U);
     EXPECT_EQ(PlainLine("abcdef", 4), L"abc…");
 }
 
