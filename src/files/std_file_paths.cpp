@@ -199,8 +199,7 @@ void GetLngDirNames(std::vector<std::wstring>& names) {
     for (const std::string& folder : folders)
         names.push_back(PathFromBytes(file_util_ex::GetFileName(folder)));
     std::ranges::sort(names);
-    const auto repeated = std::ranges::unique(names);
-    names.erase(repeated.begin(), repeated.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
 }
 
 std::string GetPluginPath(std::string_view fileName) {

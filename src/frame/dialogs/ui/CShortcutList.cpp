@@ -12,6 +12,7 @@
 #include "base/text/lng.h"
 #include "files/file_util_ex.h"
 #include "frame/shortcuts.h"
+#include "widgets/ui/field_label.h"
 
 namespace {
 
@@ -56,6 +57,24 @@ CShortcutList::CShortcutList(wxWindow* parent) : wxScrolledWindow(parent, wxID_A
     SetSizer(column);
     SetScrollRate(0, 2 * GetCharHeight());
     FitInside();
+    Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
+        Wrap();
+        event.Skip();
+    });
+}
+
+void CShortcutList::Wrap() {
+    const int width = GetClientSize().x;
+    if (width == m_wrappedTo || m_groups.empty()) return;
+    m_wrappedTo = width;
+    const int gap = FromDIP(4);
+    for (const CGroup& group : m_groups)
+        for (const CRow& row : group.rows) {
+            row.does->SetLabelText(row.text);
+            const int room = width - row.keys->GetMinSize().x - 6 * gap;
+            if (room > 0 && row.does->GetBestSize().x > room) WrapText(*row.does, room);
+        }
+    FitInside();
 }
 
 /** The keys drawn as such. The toolkit asks for the size before the parts are visible, and would get none. */
@@ -71,7 +90,10 @@ wxWindow* CShortcutList::MakeKeys(const std::string& accelerators) {
 
 CShortcutList::CRow CShortcutList::MakeRow(const CShortcut& shortcut) {
     std::wstring sought = shortcut.gesture + L" " + shortcut.does;
-    CRow row{nullptr, new wxStaticText(this, wxID_ANY, wxControl::EscapeMnemonics(shortcut.does)), {}};
+    CRow row{nullptr,
+             new wxStaticText(this, wxID_ANY, wxControl::EscapeMnemonics(shortcut.does)),
+             shortcut.does,
+             {}};
     if (shortcut.keys.empty()) {
         row.keys = new wxStaticText(this, wxID_ANY, wxControl::EscapeMnemonics(shortcut.gesture));
     } else {

@@ -26,6 +26,7 @@ class CShortcutList final : public wxScrolledWindow {
     struct CRow {
         wxWindow* keys;
         wxStaticText* does;
+        wxString text;        ///< of does, without line ends
         std::wstring sought;  ///< what a search looks at, in small letters
     };
     struct CGroup {
@@ -35,6 +36,9 @@ class CShortcutList final : public wxScrolledWindow {
     [[nodiscard]] wxWindow* MakeKeys(const std::string& accelerators);
     [[nodiscard]] CRow MakeRow(const CShortcut& shortcut);
     [[nodiscard]] wxSizer* Arrange(const CGroup& group, int keysWidth) const;
+    /** Breaks what does not fit beside the keys. */
+    void Wrap();
 
     std::vector<CGroup> m_groups;
+    int m_wrappedTo = 0;  ///< width of the list that texts are broken for
 };

@@ -30,7 +30,11 @@ class CToolBarArt final : public wxAuiDefaultToolBarArt {
     }
 
     void DrawButton(wxDC& dc, wxWindow* bar, const wxAuiToolBarItem& tool, const wxRect& place) override {
-        wxAuiDefaultToolBarArt::DrawButton(dc, bar, tool, place);
+        const wxBitmap icon = tool.GetCurrentBitmapFor(bar);
+        if (IsMisplaced(dc, icon))
+            DrawMirrored(dc, bar, tool, place, icon);
+        else
+            wxAuiDefaultToolBarArt::DrawButton(dc, bar, tool, place);
         const CToolBarKeys* keys = CToolBarKeys::Of(*bar);
         if (keys && keys->IsCurrent(tool.GetId())) DrawFocus(dc, *bar, place);
     }
@@ -42,6 +46,24 @@ class CToolBarArt final : public wxAuiDefaultToolBarArt {
     }
 
   private:
+    /** Where x grows to the left, the toolkit (3.2) places a bitmap by its physical width, which is the double one on a scaled
+     * display. */
+    static bool IsMisplaced(const wxDC& dc, const wxBitmap& icon) {
+        return dc.GetLayoutDirection() == wxLayout_RightToLeft && icon.IsOk() &&
+               icon.GetWidth() != static_cast<int>(icon.GetLogicalWidth());
+    }
+    /** The button without its icon, and the icon in its middle. */
+    void DrawMirrored(wxDC& dc, wxWindow* bar, const wxAuiToolBarItem& tool, const wxRect& place,
+                      const wxBitmap& icon) {
+        wxAuiToolBarItem bare(tool);
+        bare.SetBitmap({});
+        bare.SetDisabledBitmap({});
+        wxAuiDefaultToolBarArt::DrawButton(dc, bar, bare, place);
+        const wxSize size(static_cast<int>(icon.GetLogicalWidth()),
+                          static_cast<int>(icon.GetLogicalHeight()));
+        const wxRect middle = wxRect(size).CenterIn(place);
+        dc.DrawBitmap(icon, middle.x - (icon.GetWidth() - size.x), middle.y, true);
+    }
     static void Append(wxMenu& menu, const wxAuiToolBarItem& tool) {
         if (tool.GetKind() == wxITEM_SEPARATOR) {
             if (menu.GetMenuItemCount() > 0) menu.AppendSeparator();
