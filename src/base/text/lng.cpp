@@ -47,6 +47,14 @@ std::wstring Filled(std::wstring text, std::initializer_list<std::wstring_view> 
     return text;
 }
 
+/** Isolated, and without the marks by which a name turns round what stands behind them. */
+std::wstring Foreign(std::wstring_view value) {
+    std::wstring shown(value);
+    std::ranges::replace_if(
+        shown, [](wchar_t c) { return c >= 0x202A && c <= 0x202E; }, wchar_t{0xFFFD});
+    return Isolated(shown);
+}
+
 std::wstring Form(const char* one, const char* many, std::uint64_t count) {
     return ConvertFromUTF8(Loaded(Domain()).texts.Find(one, count).value_or(count == 1 ? one : many));
 }
@@ -63,7 +71,7 @@ std::wstring Text(const char* englishText) {
 }
 
 std::wstring Text(const char* englishText, std::wstring_view value) {
-    return Filled(Text(englishText), {Isolated(value)});
+    return Filled(Text(englishText), {Foreign(value)});
 }
 
 std::wstring TextN(const char* one, const char* many, std::uint64_t count) {
@@ -71,7 +79,7 @@ std::wstring TextN(const char* one, const char* many, std::uint64_t count) {
 }
 
 std::wstring TextN(const char* one, const char* many, std::uint64_t count, std::wstring_view second) {
-    return Filled(Form(one, many, count), {Number(count), Isolated(second)});
+    return Filled(Form(one, many, count), {Number(count), Foreign(second)});
 }
 
 std::string TextUtf8(const char* englishText, std::initializer_list<std::string_view> values) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "base/text/ascii_text.h"
+#include "base/text/lng.h"
 #include "base/text/utf8_text.h"
 #include "row_name.h"
 
@@ -49,6 +50,11 @@ TEST(ShownNameTest, ANameKeepsToOneLineAndShowsHowItEnds) {
               L"b\xFFFD"
               L"c\xFFFD"
               L"d\xFFFD");
+    EXPECT_EQ(lng::Text("\"%s\" goes",
+                        L"a\x202E"
+                        L"b"),
+              L"\"a\xFFFD"
+              L"b\" goes");
     EXPECT_EQ(file_util_ex::ShownName(L"نموذج \x200F.3ds"), L"نموذج \x200F.3ds");
 }
 

@@ -36,6 +36,7 @@ CAboutBox::CAboutBox(wxWindow* parent) : wxDialog(parent, wxID_ANY, lng::Text("A
     SetSizerAndFit(column);
     SetEscapeId(wxID_OK);
     CentreOnParent();
+    FindWindow(wxID_OK)->SetFocus();  // not the links, which Enter would open
 }
 
 wxSizer* CAboutBox::MakeTexts() {
