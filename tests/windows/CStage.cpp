@@ -67,10 +67,11 @@ void CStage::Wait(long ms) {
 }
 
 void CStage::Visit(const std::string& name, GtkWidget* window, wxTopLevelWindow* ours) {
-    constexpr long kPaintMs = 300, kLayoutMs = 60;
+    constexpr long kPaintMs = 300, kLayoutMs = 60, kLateMs = 5'000;
     Wait(m_options.folder.empty() ? kLayoutMs : kPaintMs);
     std::vector<std::string> faults = FaultsOf(window, ours);
-    if (!faults.empty()) {  // some windows find their size late
+    const wxStopWatch watch;
+    while (!faults.empty() && watch.Time() < kLateMs) {  // some windows find their size late
         Wait(kPaintMs);
         faults = FaultsOf(window, ours);
     }
