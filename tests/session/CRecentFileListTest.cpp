@@ -122,7 +122,7 @@ TEST_F(CRecentFileListTest, SharesTheListWithAnotherCopy) {
 TEST_F(CRecentFileListTest, WritesMenuTextsThatMeanWhatTheySay) {
     CRecentFileList list;
     list.AddToRecentFileList(L"/a/" + std::wstring(80, L'x') + L"/R&B\tmix.3ds");
-    EXPECT_EQ(list.MenuText(0), L"&1 /a/" + std::wstring(44, L'x') + L"…/R&&B mix.3ds");
+    EXPECT_EQ(list.MenuText(0), L"&1 /a/" + std::wstring(44, L'x') + L"…/R&&B\xFFFDmix.3ds");
 }
 
 }  // namespace
