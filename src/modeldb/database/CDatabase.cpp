@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "modeldb/database/CDatabase.h"
 
+#include <unistd.h>
+
+#include <chrono>
+#include <thread>
+
 CStatus CDatabase::TryOnce(EScope scope, const CWork& work) {
     if (scope == EScope::None) return work();
     CStatus done = Begin(scope);
@@ -17,7 +22,12 @@ CStatus CDatabase::TryOnce(EScope scope, const CWork& work) {
 }
 
 CStatus CDatabase::Try(EScope scope, const CWork& work) {
+    constexpr int kTries = 6;
     CStatus done = TryOnce(scope, work);
-    if (done || !CanTryAgain()) return done;
-    return TryOnce(scope, work);
+    for (int tried = 1; !done && tried < kTries && CanTryAgain(); ++tried) {
+        // Those who met one another do not come back in step.
+        std::this_thread::sleep_for(std::chrono::milliseconds(tried * tried) * (1 + ::getpid() % 5));
+        done = TryOnce(scope, work);
+    }
+    return done;
 }

@@ -74,8 +74,8 @@ class CDatabase {
     enum class EScope { None, Look, Change, Rebuild };
 
   private:
-    /** Work that failed because others were quicker, or because the connection is gone, is done once more from its
-     * beginning; so it must set all that it fills. */
+    /** Work that failed because others were quicker, or because the connection is gone, is done again from its
+     * beginning, a few times; so it must set all that it fills. */
     [[nodiscard]] CStatus Try(EScope scope, const CWork& work);
     [[nodiscard]] CStatus TryOnce(EScope scope, const CWork& work);
 
