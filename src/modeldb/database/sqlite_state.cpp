@@ -4,7 +4,6 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <atomic>
 
 namespace {
 
@@ -32,7 +31,7 @@ std::optional<CMark> SqliteStateMark(sqlite3* database) {
     // It is there twice: whoever writes it writes the second one first, so equal ones are whole.
     const auto* bytes = static_cast<const volatile unsigned char*>(index);
     const CMark first = CopyOf(bytes);
-    std::atomic_thread_fence(std::memory_order_acquire);
+    file->pMethods->xShmBarrier(file);
     const CMark second = CopyOf(bytes + first.size());
     if (first != second || first[kIsInitAt] == 0) return std::nullopt;
     return first;
