@@ -50,7 +50,7 @@ std::wstring InstalledLanguage(std::string_view code, const std::vector<std::wst
         std::ranges::find(kStandIns, code, &std::pair<std::string_view, std::string_view>::first);
     for (const std::string_view name :
          {code, standIn == std::end(kStandIns) ? code : standIn->second, language}) {
-        const std::wstring wide = ConvertFromUTF8(name);
+        std::wstring wide = ConvertFromUTF8(name);
         if (!name.empty() && std::ranges::count(folders, wide) > 0) return wide;
     }
     return {};

@@ -4,7 +4,7 @@
 #include <string>
 
 class wxWindow;
-typedef struct _GtkWidget GtkWidget;
+using GtkWidget = struct _GtkWidget;
 
 /** The widget of a window that takes the keyboard's focus: inside its scroll bars, where it has some; of a dialog or a frame
  * the whole. Null before the window is created. */

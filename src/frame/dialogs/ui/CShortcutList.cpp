@@ -34,7 +34,7 @@ std::wstring KeyName(const std::string& accelerator) {
     GdkModifierType modifiers{};
     gtk_accelerator_parse(accelerator.c_str(), &key, &modifiers);
     gchar* label = gtk_accelerator_get_label(key, modifiers);
-    const std::wstring name = lng::ConvertFromUTF8(label);
+    std::wstring name = lng::ConvertFromUTF8(label);
     g_free(label);
     return name;
 }

@@ -188,7 +188,7 @@ void InitAction(gpointer data, gpointer) {
 }
 
 GType ItemType() {
-    static const GType s_type = [] {
+    static const GType type = [] {
         const GType made = g_type_register_static_simple(
             ATK_TYPE_OBJECT, "OrbivueItem", sizeof(CItemObjectClass),
             [](gpointer kind, gpointer data) { InitClass(kind, data); }, sizeof(CItemObject), InitItem,
@@ -198,7 +198,7 @@ GType ItemType() {
         g_type_add_interface_static(made, ATK_TYPE_ACTION, &action);
         return made;
     }();
-    return s_type;
+    return type;
 }
 
 }  // namespace

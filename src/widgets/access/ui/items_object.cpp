@@ -52,10 +52,10 @@ void InitClass(gpointer data, gpointer) {
 }
 
 GType ItemsType() {
-    static const GType s_type = g_type_register_static_simple(
+    static const GType type = g_type_register_static_simple(
         GTK_TYPE_CONTAINER_ACCESSIBLE, "OrbivueItems", sizeof(GtkContainerAccessibleClass), InitClass,
         sizeof(GtkContainerAccessible), nullptr, GTypeFlags(0));
-    return s_type;
+    return type;
 }
 
 }  // namespace
