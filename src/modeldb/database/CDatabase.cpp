@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "modeldb/database/CDatabase.h"
 
-#include <unistd.h>
-
 #include <chrono>
+#include <random>
 #include <thread>
 
 CStatus CDatabase::TryOnce(EScope scope, const CWork& work) {
@@ -25,8 +24,10 @@ CStatus CDatabase::Try(EScope scope, const CWork& work) {
     constexpr int kTries = 6;
     CStatus done = TryOnce(scope, work);
     for (int tried = 1; !done && tried < kTries && CanTryAgain(); ++tried) {
-        // Those who met one another do not come back in step.
-        std::this_thread::sleep_for(std::chrono::milliseconds(tried * tried) * (1 + ::getpid() % 5));
+        // Those who met one another, threads of one program among them, do not come back in step.
+        thread_local std::minstd_rand chance{std::random_device()()};
+        std::this_thread::sleep_for(
+            std::chrono::milliseconds(tried * tried * (1 + static_cast<int>(chance() % 5))));
         done = TryOnce(scope, work);
     }
     return done;

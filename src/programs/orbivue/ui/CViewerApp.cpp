@@ -163,8 +163,8 @@ void CViewerApp::OnInitCmdLine(wxCmdLineParser& parser) {
     const auto parameter = [&parser](const char* description, int flags) {
         parser.AddParam(lng::Text(description), wxCMD_LINE_VAL_STRING, flags);
     };
-    parser.AddSwitch("h", "help", lng::Text("Shows this help"), wxCMD_LINE_OPTION_HELP);
-    parser.AddSwitch("c", "convert", lng::Text(kConvertText));
+    parser.AddSwitch("h", lng::Text("help"), lng::Text("Shows this help"), wxCMD_LINE_OPTION_HELP);
+    parser.AddSwitch("c", lng::Text("convert"), lng::Text(kConvertText));
     // Unseen in the summary.
     parser.AddLongSwitch("version", {}, wxCMD_LINE_HIDDEN);
     parameter(lng::Mark("3ds input file"), wxCMD_LINE_PARAM_OPTIONAL);
