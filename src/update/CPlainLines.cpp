@@ -26,10 +26,13 @@ void CPlainLines::Append(wchar_t c) {
     if (IsFull()) return;
     // The toolkit takes time with the square of what it has to break by itself.
     if (c == L' ' && m_ofLine >= kMostOfLine) c = L'\n';
+    if (c != L' ' && c != L'\n' && m_ofWord == kMostOfWord) {
+        Append(L'\n');
+        if (IsFull()) return;
+    }
     m_text += c;
     m_ofLine = c == L'\n' ? 0 : m_ofLine + 1;
     m_ofWord = c == L'\n' || c == L' ' ? 0 : m_ofWord + 1;
-    if (m_ofWord == kMostOfWord) Append(L'\n');
 }
 
 void CPlainLines::AddCharacter(wchar_t c) {

@@ -53,6 +53,7 @@ TEST(PlainTextTest, IsBounded) {
                                                                        return text;
                                                                    }());
     EXPECT_EQ(word.find(L'\n'), 200U);
+    EXPECT_EQ(PlainNotes(std::string(200, 'W') + "<p>a").substr(200), L"\n\na") << "a break and a paragraph";
     EXPECT_LT(line.find(L'\n'), 2'010U);
     EXPECT_EQ(PlainLine("abcdef", 4), L"abc…");
 }

@@ -32,6 +32,8 @@ TEST(HttpServerTest, ServesManyAtOnce) {
     }
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(good, 4000);
+    // An answer counts when it has been sent, which the one who reads it may see first.
+    EXPECT_TRUE(WaitFor([&] { return test.server->Counters().answers[2] >= 4000; }));
     const CHttpCounters counters = test.server->Counters();
     EXPECT_EQ(counters.answers[2], 4000U);
     EXPECT_EQ(counters.connections, 200U);
