@@ -165,7 +165,7 @@ void ShowSceneDialogs(CStage& stage) {
     CAViewerFrame& frame = stage.Frame();
     C3dsDisplayWrap& engine = frame.View().GetEngine();
     stage.Show("notes",
-               new CSceneNotesDlg(&frame, {L"textures/wood.png: " + lng::Text("the picture was not found")}));
+               new CSceneNotesDlg(&frame, {L"textures/wood.png: " + lng::Text("Texture not found")}));
     stage.Show("replace", new CReplaceDlg(&frame, L"chess.3ds", *engine.Prepared(), {}));
     const CPovSource source{*engine.Prepared(), engine.GetTextures(), frame.View().SeenView()};
     stage.Show("pov-progress", new CPovExportDialog(&frame, {}, source));
