@@ -282,7 +282,7 @@ CResult<CLists> ListsOf(std::span<const CEdit> edits) {
         // What is read back has to say the same, and nothing may be left over.
         if (!rest.empty() || !again || EntryOf(again.Value()) + ";" != text ||
             NamesOf(again.Value()) != NamesOf(edit))
-            return CError{EErrorCode::BadArgument, lng::Mark("a scene script cannot say this edit"),
+            return CError{EErrorCode::BadArgument, lng::Mark("a scene script cannot express this edit"),
                           EntryOf(edit)};
         lists[key] += text;
     }

@@ -67,7 +67,7 @@ class CFolding {
         // Colours come last in a script, and a colour hides the picture.
         const auto meets = [&edit](const CMaterialTarget& colored) { return MayMeet(colored, edit.target); };
         if (!edit.imagePath.empty() && std::any_of(m_colored.begin(), m_colored.end(), meets))
-            return Unsayable(lng::Mark("a scene script cannot say a picture on a colour"),
+            return Unsayable(lng::Mark("a scene script cannot express a picture on a colour"),
                              edit.target.node.empty() ? edit.target.material : edit.target.node);
         return SeeMaterial(edit.target);
     }
@@ -75,7 +75,7 @@ class CFolding {
         // What turned before may carry the moved node along; moves come first in a script.
         const auto isOther = [&edit](const std::string& turned) { return turned != edit.node; };
         if (std::any_of(m_turned.begin(), m_turned.end(), isOther))
-            return Unsayable(lng::Mark("a scene script cannot say a move after a turn"), edit.node);
+            return Unsayable(lng::Mark("a scene script cannot express a move after a turn"), edit.node);
         return CDone{};
     }
     CStatus See(const CRotateEdit& edit) {
@@ -114,9 +114,10 @@ class CFolding {
         for (const Lib3dsMaterial* material = read.Value().Header()->materials; material;
              material = material->next) {
             if (m_changedEverywhere.contains(std::string_view(material->name)))
-                return Unsayable(lng::Mark("a scene script cannot say a replaced object with a material that "
-                                           "was changed before"),
-                                 edit.node);
+                return Unsayable(
+                    lng::Mark("a scene script cannot express a replaced object with a material that "
+                              "was changed before"),
+                    edit.node);
         }
         return CDone{};
     }

@@ -33,7 +33,8 @@ bool Resolve(CReplaceEdit& edit, const CEditsOrigin& origin, CScriptFiles& files
         return false;
     }
     if (!files.IsNear(origin.namingFile, origin.modelPath, *found))
-        notes.Limited(lng::Mark("An object is replaced from another folder"), CNoteList::Printable(*found));
+        notes.Limited(lng::Mark("An object is replaced by one from another folder"),
+                      CNoteList::Printable(*found));
     edit.path = std::move(*found);
     return true;
 }

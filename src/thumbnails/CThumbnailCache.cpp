@@ -123,7 +123,7 @@ CStatus CThumbnailCache::Write(const CThumbnailSource& source, EThumbnailSize si
                                const CImage& picture) const {
     if (picture.IsEmpty() ||
         !Fits(static_cast<std::uint64_t>(picture.width), static_cast<std::uint64_t>(picture.height), size))
-        return CError{EErrorCode::BadArgument, lng::Mark("this is no thumbnail's size"), source.path};
+        return CError{EErrorCode::BadArgument, lng::Mark("thumbnails have no such size"), source.path};
     const auto* kind = std::ranges::find(kKinds, size, &CKind::size);
     return Put(kind->folder, source, picture, {});
 }

@@ -48,7 +48,7 @@ const CLineCase kCases[] = {
     {"RemoveOfNothing", {"remove"}, "remove needs either keys or a group"},
     {"RemoveOfBoth", {"remove", "k", "--group", "g"}, "remove needs either keys or a group"},
     {"OptionOfAnother", {"backup", "f", "--json"}, "backup takes no --json"},
-    {"TooMuch", {"backup", "f", "g"}, "backup is given too much"},
+    {"TooMuch", {"backup", "f", "g"}, "backup takes fewer arguments"},
     {"UnknownOption", {"list", "--jsn"}, "option '--jsn' is unknown or takes no value"},
     {"NoValue", {"list", "--group"}, "--group needs a value"},
     {"Rights",

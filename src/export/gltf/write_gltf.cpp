@@ -17,8 +17,8 @@ CResult<std::vector<std::byte>> WriteGlb(const CGltfSource& source, const CGltfO
         return CGltfWriter(source, options).Write(progress);
     } catch (const std::bad_alloc&) {
         return CError{EErrorCode::TooLarge, lng::Mark("not enough memory for the export"), {}};
-    } catch (const std::exception& error) {
-        return CError{EErrorCode::WriteFailed, std::string("the export was ended: ") + error.what(), {}};
+    } catch (const std::exception&) {
+        return CError{EErrorCode::WriteFailed, lng::Mark("the export was ended"), {}};
     }
 }
 

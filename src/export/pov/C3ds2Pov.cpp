@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "export/pov/C3ds2Pov.h"
 
-#include <exception>
 #include <new>
 
 #include "base/text/lng.h"
@@ -42,8 +41,6 @@ CStatus Guarded(C3ds2PovExportFlow* flow, const std::string& output, Work work) 
         return work();
     } catch (const std::bad_alloc&) {
         return CError{EErrorCode::TooLarge, lng::Mark("not enough memory for the export"), output};
-    } catch (const std::exception& error) {
-        return CError{EErrorCode::WriteFailed, std::string("the export was ended: ") + error.what(), output};
     } catch (...) {
         return CError{EErrorCode::WriteFailed, lng::Mark("the export was ended"), output};
     }

@@ -21,8 +21,8 @@ auto Guarded(const std::string& output, Work work) -> decltype(work()) {
         return work();
     } catch (const std::bad_alloc&) {
         return CError{EErrorCode::TooLarge, lng::Mark("not enough memory for the export"), output};
-    } catch (const std::exception& error) {
-        return CError{EErrorCode::WriteFailed, std::string("the export was ended: ") + error.what(), output};
+    } catch (const std::exception&) {
+        return CError{EErrorCode::WriteFailed, lng::Mark("the export was ended"), output};
     }
 }
 

@@ -63,9 +63,8 @@ float SliderValue(int position) {
 
 std::wstring SliderText(int position) {
     constexpr int kStepPercent = 100 / CToolValues::kSliderMax;
-    // A narrow blank that does not break.
     const int percent = std::clamp(position, 0, CToolValues::kSliderMax) * kStepPercent;
-    return lng::Isolated(std::to_wstring(percent) + L"\u202f%");
+    return lng::Isolated(std::to_wstring(percent) + lng::TextIn("behind a number", "%"));
 }
 
 CVec3 ColorValue(CToolColor color) {

@@ -183,7 +183,7 @@ void DecideLooks(bool picturesAreLoaded, CPreparedScene& prepared) {
     CNoteList notes;
     for (CPreparedMaterial& material : prepared.materials) {
         if (picturesAreLoaded && ReplaceBlackWithoutPicture(prepared.textures, material))
-            notes.Missing("Without its picture this material would be black and is grey",
+            notes.Missing("Without its picture this material would be black; it is grey instead",
                           CNoteList::Printable(material.name));
         DecideBlending(prepared.textures, material);
     }

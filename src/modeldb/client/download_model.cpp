@@ -23,7 +23,7 @@ CStatus CheckBlob(const CStoredBlob& blob) {
     const bool isSound =
         blob.codec == EBlobCodec::Plain ? blob.stored == blob.size : blob.stored <= StoredLimit(blob.size);
     if (isSound) return CDone{};
-    return CError{EErrorCode::BadFormat, Mark("what is told of the model's bytes cannot be"), {}};
+    return CError{EErrorCode::BadFormat, Mark("what is told of the model's bytes cannot be true"), {}};
 }
 
 /** Bounds what is allocated before the first byte is there. */
@@ -38,7 +38,7 @@ CStatus CheckRecord(const CModelRecord& record) {
         if (sound) sound = add(texture.blob);
     if (!sound) return sound;
     if (record.file.size == 0 || record.textures.size() > store_limits::kTextures)
-        return CError{EErrorCode::BadFormat, Mark("what is told of the model's bytes cannot be"), {}};
+        return CError{EErrorCode::BadFormat, Mark("what is told of the model's bytes cannot be true"), {}};
     if (total > kMostModelBytes) return CError{EErrorCode::TooLarge, Mark("the model is too large"), {}};
     return CDone{};
 }

@@ -24,7 +24,7 @@ constexpr CMeaning kMeanings[] = {
     {"28", EErrorCode::Unreadable, lng::Mark("the database server refuses the login")},
     {"3D000", EErrorCode::NotFound, lng::Mark("there is no such database")},
     {"23505", EErrorCode::Exists, lng::Mark("it is there already")},
-    {"42P07", EErrorCode::Exists, lng::Mark("tables of something else are in the way")},
+    {"42P07", EErrorCode::Exists, lng::Mark("the database has tables of another program")},
     {"XX00", EErrorCode::BadFormat, lng::Mark("the model store is damaged")},
 };
 

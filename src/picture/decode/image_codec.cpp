@@ -26,7 +26,7 @@ CError DataIsDamaged() {
     return {EErrorCode::BadFormat, lng::Mark("the picture's data is damaged"), {}};
 }
 CError ClaimsTooMuch() {
-    return {EErrorCode::BadFormat, lng::Mark("the picture claims more than its data can hold"), {}};
+    return {EErrorCode::BadFormat, lng::Mark("the picture claims a size that its data cannot hold"), {}};
 }
 CError KindIsNotRead() {
     return {EErrorCode::Unsupported, lng::Mark("pictures of this kind are not read"), {}};

@@ -63,7 +63,7 @@ std::optional<std::string> CConversionPlan::RefusalOf(const CConversion& convers
         return lng::TextUtf8("%s is one of the files to be converted, and stays as it is",
                              {conversion.output});
     if (const auto other = MadeOf(conversion.output))
-        return lng::TextUtf8("%s is made of %s already", {conversion.output, *other});
+        return lng::TextUtf8("%s is written from %s already", {conversion.output, *other});
     if (place && !m_options.ending.empty() && !m_options.force)
         return lng::TextUtf8("%s exists already (--force replaces it)", {conversion.output});
     return std::nullopt;

@@ -113,7 +113,7 @@ int WaitFor(pid_t pid) {
 
 std::string ReasonOf(int signal) {
     if (signal == SIGXCPU || signal == SIGKILL)
-        return lng::TextUtf8("it took more time or memory than a file may");
+        return lng::TextUtf8("it took more time or memory than a file may take");
     return lng::TextUtf8("the conversion has crashed (%s)", {::strsignal(signal)});
 }
 

@@ -121,12 +121,12 @@ constexpr std::array<COptionEntry, 25> kOptions{{
     {'g', "group", "NAME", Set<&CModelDbOptions::group>, lng::Mark("the group")},
     {'s', "search", "TEXT", Set<&CModelDbOptions::search>, lng::Mark("models whose names hold the text")},
     {'i', "into", "FOLDER", Set<&CModelDbOptions::into>, lng::Mark("where the files go")},
-    {'r', "rights", "LIST", SetRights, lng::Mark("some of read,upload,remove (upload)")},
+    {'r', "rights", "LIST", SetRights, lng::Mark("any of read,upload,remove (upload)")},
     {'f', "full", "", Set<&CModelDbOptions::full>,
      lng::Mark("reads all bytes and compares them with their hashes")},
     {'j', "json", "", Set<&CModelDbOptions::json>, lng::Mark("prints JSON")},
     {'v', "verbose", "", Set<&CModelDbOptions::verbose>,
-     lng::Mark("names each model that is in the store from then on")},
+     lng::Mark("names each model that was added, or was there already")},
     {'p', "previews", "", Set<&CModelDbOptions::previews>,
      lng::Mark("draws a preview of each model that is added")},
     {'l', "listen", "ADDRESS:PORT", SetServe<serve_options::SetListen>,
@@ -147,9 +147,9 @@ constexpr std::array<COptionEntry, 25> kOptions{{
     {'T', "trust-proxy", "ADDRESS,...", SetServe<serve_options::SetProxies>,
      lng::Mark("proxies whose X-Forwarded-For names the client")},
     {'u', "max-upload", "BYTES", SetBytes<&CServeOptions::uploadBytes, 1ULL << 10, 2ULL << 30>,
-     lng::Mark("the longest upload (64M)")},
+     lng::Mark("the largest upload (64M)")},
     {'m', "group-models", "N", SetNumber<&CServeOptions::groupModels, 0, 1'000'000'000>,
-     lng::Mark("uploads fill a group up to this (100000)")},
+     lng::Mark("models that uploads may fill a group with (100000)")},
     {'G', "upload-rate", "N", SetNumber<&CServeOptions::uploadsPerMinute, 0, 1'000'000>,
      lng::Mark("uploads a minute of one address, 0: any number (120)")},
     {'k', "connections", "N", SetNumber<&CServeOptions::connections, 1, 1'000'000>,
@@ -288,7 +288,7 @@ CResult<CModelDbOptions> ParseModelDbOptions(std::span<const std::string> argume
     if (options.arguments.size() < entry.least)
         return Wrong(lng::TextUtf8("%s needs %s", {NameOf(entry), entry.usage}));
     if (options.arguments.size() > entry.most)
-        return Wrong(lng::TextUtf8("%s is given too much", {NameOf(entry)}));
+        return Wrong(lng::TextUtf8("%s takes fewer arguments", {NameOf(entry)}));
     if (const COutcome wrong = CheckTogether(options)) return Wrong(NameOf(entry) + " " + *wrong);
     if (options.command == ECommand::TokenCreate && options.rights == 0) options.rights = 2;
     return options;

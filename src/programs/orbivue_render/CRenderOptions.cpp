@@ -105,14 +105,14 @@ constexpr std::array<option_table::CEntry<CRenderOptions>, 12> kOwnOptions{{
     {"batch", "", SetBatch,
      lng::Mark("draw all INPUTs, or those that standard input names, one a line; prints JSON lines")},
     {"into", "FOLDER", SetInto, lng::Mark("where a batch's pictures go, called 1.png, 2.png ...")},
-    {"null", "", SetNull, lng::Mark("names on standard input end in a zero byte")},
+    {"null", "", SetNull, lng::Mark("names on standard input end with a NUL byte")},
     {"help", "", SetHelp, lng::Mark("print this help")},
     {"version", "", SetVersion, lng::Mark("print the version")},
 }};
 constexpr auto kOptions = option_table::Joined(option_values::kSeenOptions<CRenderOptions>, kOwnOptions);
 
 CResult<CRenderOptions> WithInputs(CRenderOptions options, std::span<const std::string> files) {
-    if (options.stats) return option_table::Wrong(lng::TextUtf8("--batch prints no --stats"));
+    if (options.stats) return option_table::Wrong(lng::TextUtf8("--batch prints no statistics (--stats)"));
     if (options.into.empty()) return option_table::Wrong(lng::TextUtf8("--batch needs --into FOLDER"));
     options.inputs.assign(files.begin(), files.end());
     return options;

@@ -23,7 +23,7 @@ struct CRenderOptions : CPictureOptions {
     bool batch = false;  ///< draw many models: `inputs`, or those that standard input names where it is empty
     std::vector<std::string> inputs;
     std::string into;            ///< the folder for a batch's pictures; it replaces 1.png, 2.png ... there
-    bool nullSeparated = false;  ///< names on standard input end in a zero byte, not in a line end
+    bool nullSeparated = false;  ///< names on standard input end with a NUL byte, not in a line end
 };
 
 constexpr int kMaxThumbnailSide = 2048;

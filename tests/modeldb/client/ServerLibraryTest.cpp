@@ -194,7 +194,7 @@ const CLieRow kLies[] = {
          model.file.codec = EBlobCodec::Zstd;
          model.file.stored = 1 << 20;
      },
-     "what is told of the model's bytes cannot be"},
+     "what is told of the model's bytes cannot be true"},
     {"UnpacksToMoreThanTold", [](CModelRecord& model) { model.file.size -= 1; }, ""},
     {"NothingInIt", [](CModelRecord& model) { model.file.size = model.file.stored = 0; }, ""},
     {"OtherBytes", [](CModelRecord& model) { model.file.hash = CBlobHash::Of(BytesOf("other")); }, ""},

@@ -229,7 +229,7 @@ bool CViewerApp::ShowFrame() {
     if (!frame->HasView()) {
         delete frame;
         Complain(lng::TextUtf8(
-            "this display has no OpenGL for windows; orbivue-render draws models without one."));
+            "this display has no OpenGL for windows; orbivue-render draws models without a window."));
         s_exitCode = kExitNoDisplay;
         return false;
     }
