@@ -138,8 +138,8 @@ class C3dsDisplayWrap {
     // --- keeping up while something moves ---------------------------------------------------------------
     /** To be called when something begins to move (a drag, turning by itself, an animation), and when all is
      * at rest again. While true, and where OpenGL is drawn in software, DrawModel keeps a budget of time a
-     * frame, which it measures as it goes: it draws coarser levels of meshes, and leaves out what does not
-     * fit. Opening a scene does not change it. */
+     * frame, which it measures as it goes: it draws coarser levels of meshes, in large windows fewer pixels, and leaves out
+     * what does not fit. Opening a scene does not change it. */
     void SetMoving(bool moving);
     /** While true, edits of materials follow the user's hand, one after another, in a view that stands still. Where OpenGL is
      * drawn in software, DrawModel then draws once what such an edit leaves as it is, and only the rest for each picture.
@@ -148,10 +148,10 @@ class C3dsDisplayWrap {
     /** False when the last DrawModel for GL_RENDER drew less than the full picture: coarser levels, parts left
      * out, or an interrupted drawing. The caller then draws again once all is at rest. */
     [[nodiscard]] bool IsLastFrameWhole() const;
-    /** How the last full picture was drawn: 0 as asked for. Where OpenGL is drawn in software and surfaces lie on one
+    /** How the last picture was drawn: 0 as asked for. Where OpenGL is drawn in software and surfaces lie on one
      * another in such numbers that a picture would take many times as long as usual, it is drawn with one sample a pixel,
      * which gives 1, or smaller and blown up, which gives the number (2, 4, 8 ...) that its sides were divided by. TakePicture
-     * does so, too. */
+     * does so, too, and so are moving pictures drawn whose pixels alone take too long. */
     [[nodiscard]] int GetLastReduction() const;
     /** To be called in idle time and at rest with the context current: takes over some of what the level
      * maker has finished. True while more is to come; then call again in some milliseconds. The first call

@@ -23,13 +23,14 @@ void C3dsDisplayWrap::CState::DrawBackground(CGlCurrent& gl) {
 }
 
 void C3dsDisplayWrap::CState::DrawInTime(CGlCurrent& gl) {
-    reduction = Pace().moving ? 0 : renderer.ReductionFor(gl, prepared, options);
+    reduction = renderer.ReductionFor(gl, prepared, options, Pace());
     DropWhatWasUploaded();
     if (reduction > 0) {
         CResult<CReducedDrawing> smaller = CReducedDrawing::Begin(gl, reduction);
         if (smaller) {
             if (seen.backgroundImage) backdrop.DrawReduced(gl);
             DrawScene(gl);
+            wholeFrame = wholeFrame && !Pace().moving;
             return smaller.Value().Finish(gl);
         }
         reduction = 0;

@@ -436,4 +436,26 @@ TEST_F(C3dsDisplayWrapGLTest, ThousandsOfLayersAreDrawnCoarserInTheSameColours) 
     EXPECT_EQ(m_engine.GetLastReduction(), 0);  // so small a picture takes no time
 }
 
+TEST_F(C3dsDisplayWrapGLTest, MovingPicturesThatTakeTooLongAreSmaller) {
+    if (!CGlCapabilities::Query(Context().MakeCurrent()).software)
+        GTEST_SKIP() << "hardware draws all as it is";
+    // So many triangles that the clock is looked at before the end, so few pixels that the full picture is quick.
+    ASSERT_TRUE(Open(Fronts(25'500)));
+    m_engine.SetPreviewSize(C2DRect(0, 0, kWidth / 8, kHeight / 8));
+    m_engine.SetFrontCameraModel();
+    const CImage rest = Paint();
+    double now = 0;
+    m_engine.SetFrameClock([&now] { return now += 50; });
+    m_engine.SetMoving(true);
+    for (int frame = 0; frame < 3; ++frame) {
+        EXPECT_EQ(m_engine.GetLastReduction(), 0) << frame;
+        (void)Paint();
+    }
+    EXPECT_EQ(m_engine.GetLastReduction(), 2);
+    EXPECT_FALSE(m_engine.IsLastFrameWhole());
+    m_engine.SetMoving(false);
+    EXPECT_EQ(Paint().rgba, rest.rgba);
+    EXPECT_TRUE(m_engine.IsLastFrameWhole());
+}
+
 }  // namespace

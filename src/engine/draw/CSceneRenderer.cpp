@@ -105,7 +105,10 @@ CFramePlan CSceneRenderer::CState::Plan(const CPreparedScene& scene, const CFram
 void CSceneRenderer::CState::LearnFrom(const CFramePlan& plan, double drawn, double ms) {
     constexpr double kSlowMs = 25;
     const bool ended = drawn < 1;
-    if (plan.moving) budget.Learn(plan.cost * drawn, ms);
+    if (plan.moving) {
+        budget.Learn(plan.cost * drawn, ms);
+        movingReduction.Learn(ended, ms);
+    }
     if (!plan.moving && !ended) isSlow = ms > kSlowMs;
     runsLate = plan.moving && (ended || runsLate);
 }
@@ -149,6 +152,7 @@ void CSceneRenderer::Clear(CGlCurrent&) {
     m_state->tried.Forget();
     m_state->allowedError = 0;
     m_state->isSlow = false;
+    m_state->movingReduction = {};
     m_state->planned.reset();
     ForgetKept();
 }
@@ -191,13 +195,18 @@ bool CSceneRenderer::CState::DrawAll(const CDrawing& d) {
     return whole;
 }
 
-int CSceneRenderer::ReductionFor(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options) {
+int CSceneRenderer::ReductionFor(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
+                                 const CDrawPace& pace) {
     CState& state = *m_state;
     int polygonMode[2] = {};
     glGetIntegerv(GL_POLYGON_MODE, polygonMode);
     if (!state.can || !state.IsSoftware() || !state.can->framebuffers || state.meshes.Count() == 0 ||
         polygonMode[0] == GL_LINE)
         return 0;
+    if (pace.moving) {
+        const int divisor = state.movingReduction.Divisor();
+        return divisor > 1 && !pace.follows ? divisor : 0;
+    }
     const CFrameView view = CFrameView::FromCurrent(gl);
     const CTextureSet& textures =
         options.textureRenderMode == kNoTextures ? state.noTextures : state.textures;

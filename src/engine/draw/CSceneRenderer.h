@@ -56,10 +56,11 @@ class CSceneRenderer {
     /** To be called when what lies behind the scene, the background, has changed: nothing of the picture before is used then.
      * All else the renderer sees itself. */
     void ForgetKept();
-    /** How the full picture is to be drawn so that it ends in time: 0 as it is, else see CPixelWork::ReductionFor. Always 0
-     * on hardware. The viewport is the picture's. What it plans serves the next Draw of the same view, so the scene must not
-     * change between the two. */
-    [[nodiscard]] int ReductionFor(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options);
+    /** How the picture is to be drawn so that it ends in time: 0 as it is; of a full one see CPixelWork::ReductionFor, of a
+     * moving one CMovingReduction. Always 0 on hardware. The viewport is the picture's. What it plans serves the next Draw of
+     * the same view, so the scene must not change between the two. */
+    [[nodiscard]] int ReductionFor(CGlCurrent& gl, const CPreparedScene& scene, const CDrawOptions& options,
+                                   const CDrawPace& pace = {});
     /** One step of what is done in idle time, in software and after a whole picture that took long: builds a program
      * that moving frames need, or takes over what was made of a mesh. True while more is to come. Draws pixels of
      * the current framebuffer. */

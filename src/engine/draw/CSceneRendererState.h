@@ -21,6 +21,7 @@
 #include "engine/plan/CEqualMeshes.h"
 #include "engine/plan/CFollowedEdit.h"
 #include "engine/plan/CFrameBudget.h"
+#include "engine/plan/CMovingReduction.h"
 
 /** A plan in full, with the view that it was made for. */
 struct CPlanned {
@@ -53,6 +54,7 @@ struct CSceneRenderer::CState {
     CSortedBatches sorted;
     CSceneLevels levels;
     CFrameBudget budget;
+    CMovingReduction movingReduction;
     CFrameBudget followBudget;  ///< of pictures that are drawn onto kept ones
     CFollowedEdit followed;
     bool canKeep = true;              ///< false once the system has refused

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "engine/plan/CMeshSample.h"
+#include "engine/plan/CMovingReduction.h"
 #include "engine/plan/CPixelMeter.h"
 #include "model/prepare/CPreparedScene.h"
 #include "row_name.h"
@@ -131,5 +132,22 @@ const CReductionRow kReductions[] = {
     {"NeverLessThanASixtyFourth", 1e12, kPlain, kUsual, 4, 64},
 };
 INSTANTIATE_TEST_SUITE_P(Pictures, PixelWorkTest, testing::ValuesIn(kReductions), kRowName);
+
+// --- moving frames ------------------------------------------------------------------------------------------
+
+TEST(MovingReductionTest, GrowsWhileFramesEndTooSoonAndShrinksWhereThereIsTime) {
+    CMovingReduction reduction;
+    const auto learn = [&reduction](int frames, bool ended, double ms) {
+        for (int frame = 0; frame < frames; ++frame) reduction.Learn(ended, ms);
+        return reduction.Divisor();
+    };
+    EXPECT_EQ(learn(1, true, 60), 1) << "a program that was compiled";
+    EXPECT_EQ(learn(1, false, 20), 1);
+    EXPECT_EQ(learn(2, true, 60), 2);
+    EXPECT_EQ(learn(50, false, 20), 2) << "four times as long would be too long";
+    EXPECT_EQ(learn(9, true, 60), CMovingReduction::kMost);
+    EXPECT_EQ(learn(8, false, 5), 2);
+    EXPECT_EQ(learn(50, false, 5), 1);
+}
 
 }  // namespace
