@@ -66,7 +66,7 @@ bool CUpload::Poll() {
     const bool hasEnded = m_running->Poll();
     TakeErrors();
     if (!hasEnded) return m_state == EState::Copying;
-    if (m_running->WasSilent()) Complain("rclone does not answer");
+    if (m_running->WasSilent()) Complain(lng::TextUtf8("rclone does not answer"));
     const CRclone ended = std::move(*m_running);
     m_running.reset();
     if (m_state == EState::Looking)

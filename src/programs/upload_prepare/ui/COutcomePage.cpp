@@ -63,7 +63,7 @@ void COutcomePage::ShowUpload(const CUpload& upload) {
     m_password->Show(isLocked);
     wxString errors;
     if (!isLocked || upload.Errors().size() > 1)
-        for (const std::string& error : upload.Errors()) errors += page_parts::Shown(error) + L'\n';
+        for (const std::string& error : upload.Errors()) errors += lng::ConvertFromUTF8(error) + L'\n';
     m_errors->ChangeValue(errors);
     m_errors->Show(!errors.empty());
     page_parts::ShowText(
