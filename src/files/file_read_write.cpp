@@ -107,6 +107,10 @@ CResult<std::vector<std::byte>> ReadPlainFile(std::string_view path, std::uint64
     return ReadAll(file, path, maxBytes, {}, nullptr);
 }
 
+CResult<std::vector<std::byte>> GetFileData(std::wstring_view path, std::uint64_t maxBytes) {
+    return ReadPlainFile(ConvertToUTF8(path), maxBytes);
+}
+
 CStatus WriteFileAtomically(std::string_view path, std::span<const std::byte> bytes) {
     return WriteAll(CAtomicFile::Create(path), bytes);
 }

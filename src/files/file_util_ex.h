@@ -89,6 +89,9 @@ using CFirstBytesJudge = std::function<bool(std::span<const std::byte>)>;
  * it takes to see that. For files that a stranger's file names. */
 [[nodiscard]] CResult<std::vector<std::byte>> ReadPlainFile(
     std::string_view path, std::uint64_t maxBytes = std::numeric_limits<std::uint64_t>::max());
+/** The same for a wide path. */
+[[nodiscard]] CResult<std::vector<std::byte>> GetFileData(
+    std::wstring_view path, std::uint64_t maxBytes = std::numeric_limits<std::uint64_t>::max());
 /** Replaces the file in one step, as CAtomicFile does: after a failure the old file is as before. */
 [[nodiscard]] CStatus WriteFileAtomically(std::string_view path, std::span<const std::byte> bytes);
 [[nodiscard]] CStatus WriteFileAtomically(std::string_view path, std::string_view text);

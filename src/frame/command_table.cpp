@@ -64,7 +64,7 @@ constexpr CCommand kCommands[] = {
      ENeeds::Model, !kToggle, kEndsGroup},
     {kCmdHtmlSettings, EMenu::Export, Mark("HTML5 output settings"), nullptr, nullptr},
     {kCmdExportHtml, EMenu::Export, Mark("Export to HTML5"), Mark("Export to HTML5 format"), "html5.ico",
-     ENeeds::Model},
+     ENeeds::Model, !kToggle, !kEndsGroup, kMarksRun},
     {kCmdExportGoogleDrive, EMenu::Export, Mark("Export to Google Drive"), Mark("Export to Google Drive"),
      "google_drive.ico", ENeeds::Model, !kToggle, !kEndsGroup, kMarksRun},
     {kCmdExportGltf, EMenu::Export, Mark("Export to glTF (.glb)"), nullptr, nullptr, ENeeds::Model},

@@ -4,9 +4,10 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
-#include <map>
+#include <algorithm>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "base/text/number_text.h"
 #include "files/CFileDescriptor.h"
@@ -17,11 +18,16 @@ using file_util_ex::PathFromBytes;
 
 namespace {
 
+struct CChange {
+    std::string section, key, value;
+};
+
 struct CDefaultFile {
     std::unique_ptr<CIniFile> file = std::make_unique<CIniFile>();
     std::unique_ptr<CIniFile> base = std::make_unique<CIniFile>();  ///< as this process loaded or saved it
     std::string path;
-    std::map<std::pair<std::string, std::string>, std::string> changes;  ///< section and key to value
+    std::vector<CChange>
+        changes;  ///< in the order in which the keys were first set: new ones get it in the file
 };
 
 CDefaultFile& Default() {
@@ -33,13 +39,28 @@ CIniFile* DefaultIni() {
     return Default().file.get();
 }
 
-/** Sets a value and records it as changed by this process, unless the file had that value already. */
-bool SetDefault(std::string_view section, std::string_view key, const std::string& value) {
-    std::pair<std::string, std::string> name{section, key};
-    if (Default().changes.count(name) == 0 && Default().base->Get(section, key) == value) return true;
+/** Null for a key that this process has not changed. */
+CChange* ChangeOf(std::string_view section, std::string_view key) {
+    const auto found = std::ranges::find_if(Default().changes, [&](const CChange& change) {
+        return change.section == section && change.key == key;
+    });
+    return found == Default().changes.end() ? nullptr : &*found;
+}
+
+/** Sets a value and records it as changed by this process. */
+bool Change(std::string_view section, std::string_view key, const std::string& value) {
     if (!DefaultIni()->Set(section, key, value)) return false;
-    Default().changes[std::move(name)] = value;
+    if (CChange* change = ChangeOf(section, key))
+        change->value = value;
+    else
+        Default().changes.push_back({std::string(section), std::string(key), value});
     return true;
+}
+
+/** The same, unless the file had that value already. */
+bool SetDefault(std::string_view section, std::string_view key, const std::string& value) {
+    const bool isKnown = !ChangeOf(section, key) && Default().base->Get(section, key) == value;
+    return isKnown || Change(section, key, value);
 }
 
 /** Lets one process at a time read, change and replace files of a folder, as long as it lives. */
@@ -70,7 +91,8 @@ bool CLocalRegStore::Load(std::wstring_view path) {
 void CLocalRegStore::TakeOverOthers() {
     auto newest = std::make_unique<CIniFile>();
     if (!newest->Load(Default().path)) return;
-    for (const auto& [name, value] : Default().changes) (void)newest->Set(name.first, name.second, value);
+    for (const CChange& change : Default().changes)
+        (void)newest->Set(change.section, change.key, change.value);
     Default().file = std::move(newest);
 }
 
@@ -118,10 +140,7 @@ bool CLocalRegStore::WriteString(std::string_view section, std::string_view key,
 
 bool CLocalRegStore::OverwriteString(std::string_view section, std::string_view key,
                                      std::wstring_view value) {
-    const std::string text = ConvertToUTF8(value);
-    if (!DefaultIni()->Set(section, key, text)) return false;
-    Default().changes[{std::string(section), std::string(key)}] = text;
-    return true;
+    return Change(section, key, ConvertToUTF8(value));
 }
 
 bool CLocalRegStore::WriteString(std::wstring_view section, std::wstring_view key, std::wstring_view value) {

@@ -49,6 +49,12 @@ TEST_F(SettingsTest, WithoutAFileAllDefaultsAreInForceAndAreWrittenInOrder) {
     EXPECT_EQ(File(), kDefaultFile);
 }
 
+TEST_F(SettingsTest, KeysThatAFileLacksAreWrittenInOrder) {
+    Put("");
+    EXPECT_TRUE(m_settings.WriteAll());
+    EXPECT_EQ(File(), kDefaultFile);
+}
+
 TEST_F(SettingsTest, AFileWithATokenIsTheUsersAlone) {
     using std::filesystem::perms;
     const auto readers = [&] {

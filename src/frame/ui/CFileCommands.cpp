@@ -10,8 +10,10 @@
 #include "frame/preview/ui/C3DSFileDlgI.h"
 #include "frame/save_name.h"
 #include "model/save/picture_copies.h"
+#include "script/CSceneScript.h"
 #include "session/CSceneView.h"
 #include "session/CSession.h"
+#include "session/CShowState.h"
 #include "settings/CLocalRegStore.h"
 #include "settings/CSettings.h"
 #include "widgets/CUserPrompt.h"
@@ -24,6 +26,12 @@ constexpr char kSaveEntry[] = "save_as";
 
 void TellOfFailure(const std::wstring& what, const CError& why) {
     CUserPrompt::Instance().ShowMessage(what + L"\n" + lng::Text(why));
+}
+
+/** What the view clears to. */
+CVec3 BackgroundOf(const CScriptScene* scene) {
+    if (scene && scene->background) return *scene->background;
+    return CShowState::From(CSettings::Instance()).background;
 }
 
 }  // namespace
@@ -40,10 +48,8 @@ void CFileCommands::HoldModel(int command, const std::function<void()>& work) {
 }
 
 void CFileCommands::Open() {
-    const CSettings& settings = CSettings::Instance();
-    const auto channel = [](unsigned value) { return static_cast<float>(value) / 255.0f; };
-    C3DSFileDlgI::SetBackgroundColor(channel(settings.bkColorR), channel(settings.bkColorG),
-                                     channel(settings.bkColorB));
+    const CVec3 background = BackgroundOf(m_session.ScriptScene());
+    C3DSFileDlgI::SetBackgroundColor(background.x, background.y, background.z);
     std::wstring path;
     {
         const CTurns::CHold hold(m_session.Turns());

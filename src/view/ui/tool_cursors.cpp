@@ -26,15 +26,15 @@ struct CLook {
 CLook LookOf(EToolCursor cursor) {
     switch (cursor) {
         case EToolCursor::Color:
-            return {L"cursor_color.ico", wxCURSOR_PAINT_BRUSH};
+            return {L"IDC_CR_COLOR.ico", wxCURSOR_PAINT_BRUSH};
         case EToolCursor::Shininess:
-            return {L"cursor_shininess.ico", wxCURSOR_SPRAYCAN};
+            return {L"IDC_CR_SHININESS.ico", wxCURSOR_SPRAYCAN};
         case EToolCursor::Transparency:
-            return {L"cursor_transparency.ico", wxCURSOR_MAGNIFIER};
+            return {L"IDC_CR_TRANSPARENCY.ico", wxCURSOR_MAGNIFIER};
         case EToolCursor::ReplaceNode:
-            return {L"cursor_replace.ico", wxCURSOR_HAND};
+            return {L"IDC_CR_Replace.ico", wxCURSOR_HAND};
         case EToolCursor::Filter:
-            return {L"cursor_filter.ico", wxCURSOR_QUESTION_ARROW};
+            return {L"IDC_CR_Filter.ico", wxCURSOR_QUESTION_ARROW};
         case EToolCursor::Standard:
             break;
     }

@@ -48,7 +48,7 @@ CResult<std::vector<std::byte>> BytesOf(CViewer3DSWindowHandler& view) {
     lib3ds_util::change_textures_ext(view.Get3dsFile(), "jpg");
     CResult<std::vector<std::byte>> bytes = std::vector<std::byte>();
     if (view.GetEngine().SaveAs(path.c_str()))
-        bytes = file_util_ex::ReadPlainFile(file_util_ex::ConvertToUTF8(path), kMostBytes);
+        bytes = file_util_ex::GetFileData(path, kMostBytes);
     else
         bytes = view.LastError();
     (void)file_util_ex::DeleteFileW(path);
