@@ -89,7 +89,9 @@ eval $BATCH --into $PWD/out <in >out.txt &
 exec 3>in 4<out.txt
 echo box.3ds >&3; read -r line <&4; echo "$line"
 child=$(pgrep -n -f "^[^ ]*orbivue-render.*--into $PWD/out")
-kill -STOP $child; echo box.3ds >&3; echo box.3ds >&3; sleep 0.2; kill -SEGV $child; kill -CONT $child
+kill -STOP $child; exec 5<in; echo box.3ds >&3
+while read -t 0 -u 5; do sleep 0.01; done  # until the name has been taken
+sleep 0.2; kill -SEGV $child; kill -CONT $child; echo box.3ds >&3
 read -r line <&4; echo "$line"; read -r line <&4; echo "$line"
 exec 3>&-; wait)");
     ASSERT_EQ(lines.size(), 3u) << CTestFolder::TextOf(folder / "err.txt");

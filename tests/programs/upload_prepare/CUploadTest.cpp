@@ -115,7 +115,8 @@ TEST_F(CUploadTest, CanBeCancelled) {
     CUpload run = Make();
     ASSERT_EQ(Leave(run, EState::Looking), EState::Ready);
     run.Start("My Drive", false);
-    for (int i = 0; i < 500 && run.Progress().totalFiles == 0; ++i) {
+    // rclone counts them while it lists the folder.
+    for (int i = 0; i < 500 && run.Progress().totalFiles < 2; ++i) {
         (void)run.Poll();
         std::this_thread::sleep_for(10ms);
     }
