@@ -134,6 +134,17 @@ const CSpinCase kPaths[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Paths, CTrackBallSpinTest, testing::ValuesIn(kPaths), kRowName);
 
+TEST(CTrackBallMotionTest, CannotFollowAcrossTheOutline) {
+    CTrackBallMotion ball = FromTheFront();
+    ball.Begin(200, 150);
+    EXPECT_TRUE(ball.Drag(330, 150));
+    EXPECT_FALSE(ball.Drag(390, 150));
+    EXPECT_TRUE(ball.IsMissed());
+    // The grabbed point went as far as the outline, 1 / 2.7 before the centre.
+    const CVec3d rim{std::sqrt(1 - 1 / (2.7 * 2.7)), -1 / 2.7, 0};
+    ExpectNear(Turned(ball, {0, -1, 0}), rim, 0.01);
+}
+
 // --- the orbit of the eye ---
 
 struct COrbitCase {
