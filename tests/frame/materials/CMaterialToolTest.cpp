@@ -59,4 +59,16 @@ TEST(CMaterialToolTest, ShowsTheToolOnEachBarThatHasIt) {
     EXPECT_EQ(stops, 2) << "no tool, no need to stop";
 }
 
+TEST(CMaterialToolTest, NeedsNoBars) {
+    CMaterialTool tool;
+    CPaperBar bar({kColor});
+    tool.SetToolBars(nullptr, &bar);
+    EXPECT_TRUE(tool.SetTool(EMaterialTool::Replace, kColor));
+    EXPECT_EQ(bar.pressed, std::set<int>{kColor});
+    tool.SetToolBars(nullptr, nullptr);
+    EXPECT_TRUE(tool.SetTool(EMaterialTool::Filter, kShine));
+    tool.Apply("node");
+    tool.Miss();
+}
+
 }  // namespace
