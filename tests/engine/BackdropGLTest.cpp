@@ -5,10 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/C3dsDisplayWrap.h"
-#include "engine/CPictureTest.h"
-#include "engine/gl/gl_api.h"
-#include "model/read_3ds/C3dsBytes.h"
+#include "engine/CEngineTest.h"
 
 using namespace test_scenes;
 
@@ -17,35 +14,19 @@ namespace {
 constexpr int kWidth = 320, kHeight = 240;
 
 /** What stands behind a scene, and which of its nodes are dimmed, in the engine's pictures. */
-class BackdropGLTest : public testing::Test {
+class BackdropGLTest : public CEngineTest<kWidth, kHeight> {
   protected:
     void SetUp() override {
-        m_engine.SetPreviewSize(C2DRect(0, 0, kWidth, kHeight));
-        m_engine.SetBkColors(0, 0, 1);
-        Open();
-    }
-    void TearDown() override { EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR)); }
-
-    void Open() {
-        const CBytes file = Scene(Mesh("Low", CubePoints(0, 0, -3) + CubeFaces()) +
-                                  Mesh("High", CubePoints(0, 0, 3) + CubeFaces()));
-        ASSERT_TRUE(m_engine.OpenBufferModel(reinterpret_cast<const char*>(file.data()),
-                                             static_cast<long>(file.size()), {}));
-    }
-    CImage Paint() {
-        m_engine.PaintModel();
-        return m_context.ReadPixels().Value();
+        CEngineTest::SetUp();
+        ASSERT_TRUE(Open(Tower()));
     }
     CImage Take() {
         CImage taken = m_engine.TakePicture(m_engine.SeenView(), EPictureOf::ModelAndOverlays).Value();
-        (void)m_context.MakeCurrent();
+        (void)Context().MakeCurrent();
         (void)glGetError();  // here there is no window for TakePicture to go back to
         return taken;
     }
     void Show(CImage image) { m_engine.SetBackgroundImage(std::make_shared<const CImage>(std::move(image))); }
-
-    COffscreenContext m_context = COffscreenContext::Create(kWidth, kHeight).Value();
-    C3dsDisplayWrap m_engine;
 };
 
 TEST_F(BackdropGLTest, PictureStandsBehindTheSceneExactly) {
@@ -69,7 +50,7 @@ TEST_F(BackdropGLTest, PictureStandsBehindTheSceneExactly) {
     EXPECT_TRUE(HasColor(Take(), kWidth - 1, kHeight - 1, ColorAt(picture, kWidth - 1, kHeight - 1), 0));
     EXPECT_EQ(Paint().rgba, window.rgba);
     EXPECT_EQ(ReadGlState(), before);
-    Open();
+    ASSERT_TRUE(Open(Tower()));
     EXPECT_EQ(Paint().rgba, plain.rgba) << "another scene shows the picture of the one before";
 }
 
@@ -112,7 +93,7 @@ TEST_F(BackdropGLTest, EmphasisLeavesTheOthersAGhost) {
     m_engine.SetEmphasis(std::vector<std::string>{"Low"});
     ASSERT_TRUE(m_engine.DeleteNode("High"));
     EXPECT_EQ(ColorAt(Paint(), 160, 190), before) << "nodes are confused after an edit";
-    Open();
+    ASSERT_TRUE(Open(Tower()));
     EXPECT_EQ(Paint().rgba, plain.rgba) << "another scene is dimmed";
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "engine/C3dsDisplayWrap.h"
 
-#include <gtest/gtest.h>
 #include <lib3ds/file.h>
 
 #include <array>
@@ -12,14 +11,11 @@
 #include <utility>
 #include <vector>
 
-#include "engine/CPictureTest.h"
+#include "engine/CEngineTest.h"
 #include "engine/gl/CGlCapabilities.h"
-#include "engine/gl/COffscreenContext.h"
-#include "engine/gl/gl_api.h"
 #include "files/CTestFolder.h"
 #include "files/file_util_ex.h"
 #include "model/prepare/CPreparedScene.h"
-#include "model/read_3ds/C3dsBytes.h"
 #include "picture/image_writer.h"
 
 namespace {
@@ -27,33 +23,17 @@ namespace {
 constexpr int kWidth = 200, kHeight = 150;
 constexpr CColor kBackground{0, 0, 255};
 
-/** Two cubes, one above the other. */
-CBytes Tower() {
-    return Scene(Mesh("Low", CubePoints(0, 0, -3) + CubeFaces()) +
-                 Mesh("High", CubePoints(0, 0, 3) + CubeFaces()));
+/** An overlay of the caller's. */
+void DrawWhiteCorner() {
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(0, 0, 5, 5);
+    glClearColor(1, 1, 1, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glDisable(GL_SCISSOR_TEST);
 }
 
-class C3dsDisplayWrapGLTest : public testing::Test {
+class C3dsDisplayWrapGLTest : public CEngineTest<kWidth, kHeight> {
   protected:
-    static COffscreenContext& Context() {
-        static CResult<COffscreenContext> context = COffscreenContext::Create(kWidth, kHeight);
-        return context.Value();
-    }
-    void SetUp() override {
-        (void)Context().MakeCurrent();
-        m_engine.SetPreviewSize(C2DRect(0, 0, kWidth, kHeight));
-        m_engine.SetBkColors(0, 0, 1);
-    }
-    void TearDown() override { EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR)); }
-
-    bool Open(const CBytes& file) {
-        return m_engine.OpenBufferModel(reinterpret_cast<const char*>(file.data()),
-                                        static_cast<long>(file.size()), {});
-    }
-    CImage Paint() {
-        m_engine.PaintModel();
-        return Context().ReadPixels().Value();
-    }
     /** What a viewer does on a click: all names under the pixel. */
     std::set<std::string> Pick(int x, int y) {
         std::array<GLuint, 512> hits{};
@@ -76,8 +56,6 @@ class C3dsDisplayWrapGLTest : public testing::Test {
         glMatrixMode(GL_MODELVIEW);
         glLoadIdentity();
     }
-
-    C3dsDisplayWrap m_engine;
 };
 
 TEST_F(C3dsDisplayWrapGLTest, WithoutASceneOnlyTheBackgroundIsDrawn) {
@@ -313,19 +291,12 @@ TEST_F(C3dsDisplayWrapGLTest, PicturesShowWhatTheyAreGivenAndLeaveTheWindowAlone
     ASSERT_TRUE(Open(Stage()));
     m_engine.SetOverlays({.bounds = true, .lights = true});
     const CImage window = Paint();
-    const auto drawCorner = [] {  // an overlay of the caller's
-        glEnable(GL_SCISSOR_TEST);
-        glScissor(0, 0, 5, 5);
-        glClearColor(1, 1, 1, 1);
-        glClear(GL_COLOR_BUFFER_BIT);
-        glDisable(GL_SCISSOR_TEST);
-    };
     CSeenView seen = m_engine.SeenView();
     seen.camera.SetViewSize(90, 70);
     seen.background = {0, 1, 0};
     seen.scale = {0.5, 0.5, 0.5};
     const auto take = [&](EPictureOf what) {
-        auto picture = m_engine.TakePicture(seen, what, drawCorner);
+        auto picture = m_engine.TakePicture(seen, what, DrawWhiteCorner);
         return picture ? std::move(picture).Value() : CImage{};
     };
     const CImage model = take(EPictureOf::Model), all = take(EPictureOf::ModelAndOverlays);
@@ -397,9 +368,7 @@ TEST_F(C3dsDisplayWrapGLTest, ViewingOnlyDrawsTheSameAndGivesMemoryBack) {
 /** A cube with its front so many times. */
 CBytes Fronts(std::uint16_t count) {
     CBytes faces = Words({static_cast<std::uint16_t>(2 * count)});
-    for (int i = 0; i < count; ++i) {
-        faces = faces + Words({0, 1, 5, 7, 0, 5, 4, 7});
-    }
+    for (int i = 0; i < count; ++i) faces = faces + Words({0, 1, 5, 7, 0, 5, 4, 7});
     return Scene(Mesh("Front", CubePoints() + Chunk(0x4120, faces)));
 }
 
@@ -412,14 +381,7 @@ TEST_F(C3dsDisplayWrapGLTest, ThousandsOfLayersAreDrawnCoarserInTheSameColours) 
         CSeenView seen = m_engine.SeenView();
         seen.camera.SetViewSize(640, 482);
         seen.background = {0, 1, 0};
-        const auto drawCorner = [] {
-            glEnable(GL_SCISSOR_TEST);
-            glScissor(0, 0, 5, 5);
-            glClearColor(1, 1, 1, 1);
-            glClear(GL_COLOR_BUFFER_BIT);
-            glDisable(GL_SCISSOR_TEST);
-        };
-        return m_engine.TakePicture(seen, EPictureOf::ModelAndOverlays, drawCorner).Value();
+        return m_engine.TakePicture(seen, EPictureOf::ModelAndOverlays, DrawWhiteCorner).Value();
     };
     const CImage one = take(1);
     EXPECT_EQ(m_engine.GetLastReduction(), 0);

@@ -1,21 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <gtest/gtest.h>
 #include <wx/app.h>
 #include <wx/evtloop.h>
 #include <wx/uiaction.h>
 #include <wx/weakref.h>
 
+#include <filesystem>
 #include <functional>
-#include <memory>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "engine/C3dsDisplayWrap.h"
 #include "engine/CGLCanvasI.h"
 #include "files/CTestFolder.h"
 #include "files/file_util_ex.h"
+#include "files/std_file_paths.h"
 #include "frame/ui/CAViewerFrame.h"
 #include "frame/ui/CFileCommands.h"
 #include "session/CSession.h"
@@ -23,38 +23,12 @@
 #include "settings/CSettingsGuard.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 #include "widgets/CModalDriver.h"
-#include "widgets/CUserPrompt.h"
-
-/** Answers all questions as it was told and keeps what was asked. */
-class CRecordedPrompt final : public CUserPrompt {
-  public:
-    void ShowMessage(const std::wstring& text) override { messages.push_back(text); }
-    bool AskYesNo(const std::wstring& text) override {
-        messages.push_back(text);
-        if (const auto work = std::exchange(whileAsking, nullptr)) work();
-        return answer;
-    }
-    ESaveAnswer AskSave(const std::wstring& text) override {
-        messages.push_back(text);
-        return saveAnswer;
-    }
-    void BeginBusy() override { ++busy; }
-    void EndBusy() override { --busy; }
-
-    std::vector<std::wstring> messages;
-    bool answer = false;
-    ESaveAnswer saveAnswer = ESaveAnswer::Discard;
-    std::function<void()> whileAsking;  ///< once
-    int busy = 0;
-};
+#include "widgets/CRecordedPrompt.h"
 
 /** The program's frame, shown, with settings and files of its own. */
 class CFrameWindow {
   public:
     CFrameWindow() {
-        auto recorded = std::make_unique<CRecordedPrompt>();
-        prompt = recorded.get();
-        m_promptBefore = CUserPrompt::Install(std::move(recorded));
         [[maybe_unused]] static const bool s_once = (wxInitAllImageHandlers(), true);
         CLocalRegStore::Load(file_util_ex::ConvertFromUTF8W(folder / "settings.ini"));
         ShowFrame();
@@ -62,7 +36,6 @@ class CFrameWindow {
     ~CFrameWindow() {
         if (m_frame) m_frame->Close(true);
         wxTheApp->ProcessIdle();  // windows are deleted when there is nothing else to do
-        CUserPrompt::Install(std::move(m_promptBefore));
     }
 
     /** Serves events until the condition holds; false when it never does. */
@@ -93,7 +66,7 @@ class CFrameWindow {
     bool IsEnabled(int id) const { return m_frame->StateOfCommand(id).enabled; }
 
     CTestFolder folder;
-    CRecordedPrompt* prompt;
+    CRecordedPrompt prompt;
 
   private:
     void ShowFrame() {
@@ -109,8 +82,37 @@ class CFrameWindow {
 
     CLocalRegStore::CDefaultFileGuard m_store;
     CSettingsGuard m_settings;
-    std::unique_ptr<CUserPrompt> m_promptBefore;
     wxWeakRef<CAViewerFrame> m_frame;
     wxUIActionSimulator m_hand;
     bool m_ready = false;
+};
+
+/** A test with the program's frame. */
+class CFrameTest : public testing::Test {
+  protected:
+    void SetUp() override { ASSERT_TRUE(window.IsReady()); }
+    [[nodiscard]] CAViewerFrame& Frame() { return window.Frame(); }
+    [[nodiscard]] static bool WaitFor(const std::function<bool()>& condition) {
+        return CFrameWindow::WaitFor(condition);
+    }
+    /** Where a file of the test's folder lies. */
+    [[nodiscard]] std::wstring At(const std::string& name) const {
+        return file_util_ex::ConvertFromUTF8W(window.folder / name);
+    }
+    /** A sample of the program's, copied into the test's folder. */
+    std::wstring Sample(const std::string& name, const std::string& as) {
+        std::filesystem::copy_file(std_file_paths::GetDataPath("samples/" + name), window.folder / as);
+        return At(as);
+    }
+    [[nodiscard]] bool Shows(const std::wstring& path) {
+        return WaitFor([&] { return Frame().View().GetPath() == path; });
+    }
+    [[nodiscard]] bool IsChecked(int command) { return Frame().StateOfCommand(command).checked; }
+    void RunWithDialog(int command, std::deque<CModalDriver::CStep> steps) {
+        CModalDriver driver(std::move(steps));
+        Frame().RunCommand(command);
+        EXPECT_TRUE(driver.IsDone());
+    }
+
+    CFrameWindow window;
 };

@@ -9,46 +9,19 @@
 
 #include <filesystem>
 
-#include "files/std_file_paths.h"
 #include "frame/CFrameWindow.h"
 #include "frame/command_table.h"
 #include "model/prepare/CPreparedScene.h"
 #include "session/CSessionListener.h"
-#include "widgets/ui/file_chooser.h"
+#include "widgets/file_dialog_steps.h"
+#include "widgets/windows_below.h"
 
 namespace {
 
-wxWindow* Slider(const wxWindow& parent) {
-    for (wxWindow* child : parent.GetChildren()) {
-        wxWindow* found = dynamic_cast<wxSlider*>(child) ? child : Slider(*child);
-        if (found) return found;
-    }
-    return nullptr;
-}
-
-class FrameWxTest : public testing::Test {
+class FrameWxTest : public CFrameTest {
   protected:
-    void SetUp() override { ASSERT_TRUE(window.IsReady()); }
-    /** A sample of the program's, copied into the test's folder. */
-    std::wstring Sample(const char* name, const char* as) {
-        const std::string from = std_file_paths::GetDataPath(std::string("samples/") + name);
-        std::filesystem::copy_file(from, window.folder / as);
-        return file_util_ex::ConvertFromUTF8W(window.folder / as);
-    }
-    [[nodiscard]] CAViewerFrame& Frame() { return window.Frame(); }
-    [[nodiscard]] wxString Title() { return Frame().GetTitle(); }
-    [[nodiscard]] bool Shows(const std::wstring& path) {
-        return CFrameWindow::WaitFor([&] { return Frame().View().GetPath() == path; });
-    }
-    /** Waits for a save dialog that proposes a name, and gives it another one, in the test's folder. */
-    [[nodiscard]] CModalDriver::CStep Rename(std::string proposed, std::string name) {
-        return [this, proposed = std::move(proposed), name = std::move(name)] {
-            wxFileDialog* dialog = CModalDriver::FileDialog();
-            if (!dialog || file_chooser::Name(*dialog) != proposed) return false;
-            file_chooser::SetFolder(*dialog, window.folder.Path());
-            file_chooser::SetName(*dialog, name);
-            return true;
-        };
+    [[nodiscard]] CModalDriver::CStep Rename(const std::string& proposed, const std::string& name) {
+        return file_dialog_steps::Rename(proposed, window.folder.Path(), name);
     }
     /** What the status bar says when a menu has come and gone. */
     [[nodiscard]] wxString AfterHelp() {
@@ -56,13 +29,6 @@ class FrameWxTest : public testing::Test {
         Frame().DoGiveHelp("", false);
         return Frame().GetStatusBar()->GetStatusText(0);
     }
-    void RunWithDialog(int command, std::deque<CModalDriver::CStep> steps) {
-        CModalDriver driver(std::move(steps));
-        Frame().RunCommand(command);
-        EXPECT_TRUE(driver.IsDone());
-    }
-
-    CFrameWindow window;
 };
 
 TEST_F(FrameWxTest, EveryEnabledCommandHasAHandlerAndAnItem) {
@@ -78,22 +44,22 @@ TEST_F(FrameWxTest, EveryEnabledCommandHasAHandlerAndAnItem) {
 TEST_F(FrameWxTest, OpensStepsAndDeletes) {
     const std::wstring knot = Sample("knot.3ds", "a.3ds"), chess = Sample("chess.3ds", "b.3ds");
     ASSERT_TRUE(window.Open(knot));
-    EXPECT_EQ(Title(), L"Orbivue - " + knot);
+    EXPECT_EQ(Frame().GetTitle(), L"Orbivue - " + knot);
     EXPECT_TRUE(window.IsEnabled(kCmdSaveAs) && window.IsEnabled(kCmdNextFile));
     window.Press(WXK_SPACE);
     EXPECT_TRUE(Shows(chess));
     // The chess game plays: its bar may have the focus, and goes away with it.
-    wxWindow* slider = Slider(Frame());
-    ASSERT_NE(slider, nullptr);
-    slider->SetFocus();
+    const auto sliders = WindowsBelow<wxSlider>(Frame());
+    ASSERT_FALSE(sliders.empty());
+    sliders.front()->SetFocus();
     window.Press(WXK_SPACE);
     EXPECT_TRUE(Shows(knot));
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return Frame().View().GetCanvas()->GetWindow()->HasFocus(); }));
+    EXPECT_TRUE(WaitFor([&] { return Frame().View().GetCanvas()->GetWindow()->HasFocus(); }));
 
     Frame().RunCommand(kCmdDeleteFile);
-    EXPECT_EQ(window.prompt->messages.back(), L"Are you sure do you want to delete a.3ds file?");
+    EXPECT_EQ(window.prompt.messages.back(), L"Are you sure do you want to delete a.3ds file?");
     EXPECT_TRUE(file_util_ex::DoesFileExist(knot));
-    window.prompt->answer = true;
+    window.prompt.answer = true;
     Frame().RunCommand(kCmdDeleteFile);
     EXPECT_EQ(Frame().View().GetPath(), chess);
     EXPECT_FALSE(window.IsEnabled(kCmdNextFile));
@@ -162,7 +128,7 @@ TEST_F(FrameWxTest, RemembersWhatWasChosen) {
     for (const int id : {kCmdShowBounds, kCmdShowAxis, kCmdRenderMode, kCmdLeftCamera})
         Frame().RunCommand(id);
     window.StartAgain();
-    EXPECT_TRUE(Frame().StateOfCommand(kCmdShowBounds).checked);
+    EXPECT_TRUE(IsChecked(kCmdShowBounds));
     EXPECT_TRUE(Frame().GetMenuBar()->IsChecked(WidgetIdOf(kCmdRenderMode)));
     EXPECT_TRUE(Frame().View().Shown().wire);
     ASSERT_NE(Frame().GetMenuBar()->FindItem(WidgetIdOf(kCmdFirstRecentFile)), nullptr);
@@ -177,7 +143,7 @@ TEST_F(FrameWxTest, WhatAShowChangesIsSeenAndCheckedButNotSet) {
     show.wire = show.rotate = true;
     show.background = {1, 0, 0};
     Frame().View().Show(show);
-    EXPECT_TRUE(Frame().StateOfCommand(kCmdRenderMode).checked);
+    EXPECT_TRUE(IsChecked(kCmdRenderMode));
     EXPECT_EQ(CSettings::Instance(), CSettings());
     // What the user switches turns over what is seen, and that stays.
     Frame().RunCommand(kCmdRenderMode);
@@ -207,19 +173,19 @@ TEST_F(FrameWxTest, AsksForTheFileToOpen) {
 TEST_F(FrameWxTest, FillsTheScreenAndComesBack) {
     ASSERT_TRUE(window.Open(Sample("knot.3ds", "k.3ds")));
     window.Press(WXK_F11);
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return Frame().IsFullScreen(); }));
-    EXPECT_TRUE(Frame().StateOfCommand(kCmdFullScreen).checked);
+    EXPECT_TRUE(WaitFor([&] { return Frame().IsFullScreen(); }));
+    EXPECT_TRUE(IsChecked(kCmdFullScreen));
     window.Press('B');  // a key that means nothing
     window.Press(WXK_F11);
     const auto isBack = [&] { return !Frame().IsFullScreen() && Frame().GetMenuBar()->IsShown(); };
-    EXPECT_TRUE(CFrameWindow::WaitFor(isBack));
+    EXPECT_TRUE(WaitFor(isBack));
     // The desktop has a key for it, too.
     GtkWindow* shown = GTK_WINDOW(Frame().GetHandle());
     gtk_window_fullscreen(shown);
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return Frame().StateOfCommand(kCmdFullScreen).checked; }));
+    EXPECT_TRUE(WaitFor([&] { return IsChecked(kCmdFullScreen); }));
     gtk_window_unfullscreen(shown);
-    EXPECT_TRUE(CFrameWindow::WaitFor(isBack));
-    EXPECT_FALSE(Frame().StateOfCommand(kCmdFullScreen).checked);
+    EXPECT_TRUE(WaitFor(isBack));
+    EXPECT_FALSE(IsChecked(kCmdFullScreen));
 }
 
 TEST_F(FrameWxTest, TicksTheCameraOfTheScene) {
@@ -244,31 +210,31 @@ TEST_F(FrameWxTest, ReadsAFileAgainAndKeepsTheCamera) {
     std::filesystem::remove(window.folder / "k.3ds");
     (void)Sample("chess.3ds", "k.3ds");
     window.Press(WXK_F5);
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return window.Engine().Prepared()->triangleCount != before; }));
+    EXPECT_TRUE(WaitFor([&] { return window.Engine().Prepared()->triangleCount != before; }));
     EXPECT_EQ(window.Engine().GetCameraName(), "top_cam");
     EXPECT_FLOAT_EQ(window.Engine().GetEyeZ(), eye);
     // A file that is being written leaves what is shown.
     window.folder.Add("k.3ds", "half");
     Frame().RunCommand(kCmdReload);
     EXPECT_NE(window.Engine().Prepared(), nullptr);
-    EXPECT_EQ(window.prompt->messages.size(), 1u);
+    EXPECT_EQ(window.prompt.messages.size(), 1u);
 }
 
 /** A name in which neither kind of file can be is refused, and pictures that the new place lacks are copied. */
 TEST_F(FrameWxTest, AsksForTheFileToSaveTo) {
     ASSERT_TRUE(window.Open(std_file_paths::GetDataPath(L"samples/orrery.3ds")));
     const std::size_t triangles = window.Engine().Prepared()->triangleCount;
-    window.prompt->answer = true;
+    window.prompt.answer = true;
     const auto enter = CModalDriver::Press(WXK_RETURN);
     RunWithDialog(kCmdSaveAs, {Rename("orrery.3ds", "x.obj"), enter, Rename("x.3ds", "planets.3ds"), enter});
     EXPECT_FALSE(std::filesystem::exists(window.folder / "x.obj"));
-    ASSERT_EQ(window.prompt->messages.size(), 2u);
-    EXPECT_EQ(window.prompt->messages[0],
+    ASSERT_EQ(window.prompt.messages.size(), 2u);
+    EXPECT_EQ(window.prompt.messages[0],
               L"A scene is saved as a .3ds or a .zip file, and x.obj would be neither.");
     RunWithDialog(kCmdCompressToZip, {Rename("orrery.zip", "planets"), enter});
-    EXPECT_EQ(window.prompt->messages.size(), 2u);
+    EXPECT_EQ(window.prompt.messages.size(), 2u);
     for (const char* name : {"planets.3ds", "planets.zip"}) {
-        ASSERT_TRUE(window.Open(file_util_ex::ConvertFromUTF8W(window.folder / name)));
+        ASSERT_TRUE(window.Open(At(name)));
         EXPECT_EQ(window.Engine().Prepared()->triangleCount, triangles);
         for (const CPreparedTexture& texture : window.Engine().Prepared()->textures)
             EXPECT_FALSE(texture.foundAt.empty()) << name << ": " << texture.reference;
@@ -283,29 +249,17 @@ TEST_F(FrameWxTest, ExportsGltf) {
     const auto enter = CModalDriver::Press(WXK_RETURN);
     RunWithDialog(kCmdExportGltf, {Rename("k.glb", "k.3ds"), enter, CModalDriver::Press(WXK_ESCAPE)});
     EXPECT_EQ(CTestFolder::TextOf(window.folder / "k.3ds"), model);
-    window.prompt->messages.clear();
+    window.prompt.messages.clear();
     RunWithDialog(kCmdExportGltf, {Rename("k.glb", "new.glb"), enter});
     EXPECT_TRUE(CTestFolder::TextOf(window.folder / "new.glb").starts_with("glTF"));
     EXPECT_TRUE(AfterHelp().EndsWith("new.glb."));
-    EXPECT_EQ(window.prompt->busy, 0);
+    EXPECT_EQ(window.prompt.busy, 0);
     std::filesystem::create_symlink("k.3ds", window.folder / "link.glb");
-    window.prompt->answer = true;  // yes, replace it
+    window.prompt.answer = true;  // yes, replace it
     RunWithDialog(kCmdExportGltf, {Rename("k.glb", "link.glb"), enter});
-    ASSERT_FALSE(window.prompt->messages.empty());
-    EXPECT_TRUE(window.prompt->messages.back().starts_with(L"The scene could not be exported."));
+    ASSERT_FALSE(window.prompt.messages.empty());
+    EXPECT_TRUE(window.prompt.messages.back().starts_with(L"The scene could not be exported."));
     EXPECT_EQ(CTestFolder::TextOf(window.folder / "k.3ds"), model);
-}
-
-TEST_F(FrameWxTest, SaysHowToBringAnObjectBack) {
-    ASSERT_TRUE(window.Open(Sample("knot.3ds", "k.3ds")));
-    const wxString before = Frame().GetStatusBar()->GetStatusText(3);
-    EXPECT_EQ(AfterHelp(), "");
-    Frame().Session().DeleteNode(window.Engine().Prepared()->nodes.back().name);
-    const wxString message = Frame().GetStatusBar()->GetStatusText(0);
-    EXPECT_TRUE(message.EndsWith("was removed. Ctrl+Z brings it back."));
-    EXPECT_NE(Frame().GetStatusBar()->GetStatusText(3), before);
-    EXPECT_EQ(AfterHelp(), message);
-    EXPECT_TRUE(window.IsEnabled(kCmdUndo));
 }
 
 TEST_F(FrameWxTest, OpensWhatIsDroppedAndTellsWhatWasLeftOut) {
@@ -315,36 +269,34 @@ TEST_F(FrameWxTest, OpensWhatIsDroppedAndTellsWhatWasLeftOut) {
     paths.Add(
         wxString::FromUTF8(window.folder.Add("good.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\nf 9 9 9\n")));
     EXPECT_TRUE(target->OnDropFiles(0, 0, paths));
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return window.IsEnabled(kCmdSceneNotes); }));
+    EXPECT_TRUE(WaitFor([&] { return window.IsEnabled(kCmdSceneNotes); }));
     EXPECT_EQ(window.Engine().Prepared()->triangleCount, 1u);
 }
 
 TEST_F(FrameWxTest, PlaysAndHoldsAnimations) {
     ASSERT_TRUE(window.Open(Sample("orrery.3ds", "o.3ds")));
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return window.Engine().GetFrame() > 2; }));
+    EXPECT_TRUE(WaitFor([&] { return window.Engine().GetFrame() > 2; }));
     Frame().RunCommand(kCmdPlayAnimation);
     const float held = window.Engine().GetFrame();
     Frame().RunCommand(kCmdReload);
-    EXPECT_FALSE(Frame().StateOfCommand(kCmdPlayAnimation).checked) << "reading it again leaves it held";
+    EXPECT_FALSE(IsChecked(kCmdPlayAnimation)) << "reading it again leaves it held";
     Frame().View().OnAnimationTick();
     EXPECT_EQ(window.Engine().GetFrame(), held);
     Frame().RunCommand(kCmdPlayAnimation);
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return window.Engine().GetFrame() != held; }));
+    EXPECT_TRUE(WaitFor([&] { return window.Engine().GetFrame() != held; }));
 }
 
 /** What happens while a question is open waits for its answer. */
 TEST_F(FrameWxTest, DropsAndClosingWaitForAnAnswer) {
     const std::wstring knot = Sample("knot.3ds", "a.3ds"), chess = Sample("chess.3ds", "b.3ds");
     ASSERT_TRUE(window.Open(knot));
-    window.prompt->whileAsking = [&] {
-        EXPECT_EQ(Frame().Session().OpenFileOrFolder(chess), EOpened::Waits);
-    };
+    window.prompt.whileAsking = [&] { EXPECT_EQ(Frame().Session().OpenFileOrFolder(chess), EOpened::Waits); };
     Frame().RunCommand(kCmdDeleteFile);
     EXPECT_TRUE(Shows(chess));
-    window.prompt->whileAsking = [&] { EXPECT_FALSE(Frame().Close()); };
+    window.prompt.whileAsking = [&] { EXPECT_FALSE(Frame().Close()); };
     Frame().RunCommand(kCmdDeleteFile);
     EXPECT_TRUE(window.IsThere());
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] {
+    EXPECT_TRUE(WaitFor([&] {
         wxTheApp->ProcessIdle();
         return !window.IsThere();
     }));

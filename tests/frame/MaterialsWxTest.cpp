@@ -3,42 +3,26 @@
 #include <wx/menu.h>
 #include <wx/slider.h>
 
-#include <filesystem>
-
-#include "files/std_file_paths.h"
 #include "frame/CFrameWindow.h"
 #include "frame/command_table.h"
 #include "model/prepare/CPreparedScene.h"
 #include "script/CSceneScript.h"
-#include "widgets/ui/file_chooser.h"
+#include "widgets/file_dialog_steps.h"
+#include "widgets/windows_below.h"
 
 namespace {
 
-/** The sliders below a window, in their order. */
-void Collect(const wxWindow& parent, std::vector<wxSlider*>& sliders) {
-    for (wxWindow* child : parent.GetChildren()) {
-        if (auto* slider = dynamic_cast<wxSlider*>(child)) sliders.push_back(slider);
-        Collect(*child, sliders);
-    }
-}
-
 /** The knot, one part that fills the middle of the view. */
-class MaterialsWxTest : public testing::Test {
+class MaterialsWxTest : public CFrameTest {
   protected:
     void SetUp() override {
-        ASSERT_TRUE(window.IsReady());
-        std::filesystem::copy_file(std_file_paths::GetDataPath("samples/knot.3ds"), window.folder / "k.3ds");
-        path = file_util_ex::ConvertFromUTF8W(window.folder / "k.3ds");
-        ASSERT_TRUE(window.Open(path));
+        ASSERT_NO_FATAL_FAILURE(CFrameTest::SetUp());
+        ASSERT_TRUE(window.Open(path = Sample("knot.3ds", "k.3ds")));
         canvas = Frame().View().GetCanvas()->GetWindow();
         canvas->SetFocus();
     }
-    void TearDown() override {
-        if (window.IsThere()) window.prompt->saveAnswer = ESaveAnswer::Discard;
-    }
-    [[nodiscard]] CAViewerFrame& Frame() { return window.Frame(); }
+    void TearDown() override { window.prompt.saveAnswer = ESaveAnswer::Discard; }
     [[nodiscard]] std::size_t Steps() { return Frame().Session().Edits().Done().size(); }
-    [[nodiscard]] bool IsChecked(int id) { return Frame().StateOfCommand(id).checked; }
     [[nodiscard]] wxString ItemText(int id) {
         return Frame().GetMenuBar()->FindItem(WidgetIdOf(id))->GetItemLabelText();
     }
@@ -57,7 +41,6 @@ class MaterialsWxTest : public testing::Test {
         return most;
     }
 
-    CFrameWindow window;
     std::wstring path;
     wxWindow* canvas = nullptr;
 };
@@ -87,14 +70,13 @@ TEST_F(MaterialsWxTest, APressAndASliderMakeAStepEach) {
     EXPECT_EQ(Frame().GetTitle(), L"Orbivue - " + path + L" *");
     const wxString step = ItemText(kCmdUndo);
     EXPECT_TRUE(step.StartsWith("Undo: transparency of ")) << step;
-    std::vector<wxSlider*> sliders;
-    Collect(Frame(), sliders);
+    const std::vector<wxSlider*> sliders = WindowsBelow<wxSlider>(Frame());
     ASSERT_GE(sliders.size(), 2u);
     wxSlider* slider = sliders.back();
     slider->SetFocus();
-    ASSERT_TRUE(CFrameWindow::WaitFor([&] { return slider->HasFocus(); }));
+    ASSERT_TRUE(WaitFor([&] { return slider->HasFocus(); }));
     for (int i = 0; i < 3; ++i) window.Press(WXK_RIGHT);
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return Transparency() > 0.75f; }));
+    EXPECT_TRUE(WaitFor([&] { return Transparency() > 0.75f; }));
     EXPECT_EQ(Steps(), 2u);
     Frame().RunCommand(kCmdUndo);
     Frame().RunCommand(kCmdUndo);
@@ -117,16 +99,10 @@ TEST_F(MaterialsWxTest, EnterUsesTheToolWithoutAMouse) {
 TEST_F(MaterialsWxTest, SavesIntoAScriptAndOpensItAgain) {
     Frame().RunCommand(kCmdToolTransparency);
     PressInTheMiddle();
-    CModalDriver driver({[&] {
-                             wxFileDialog* dialog = CModalDriver::FileDialog();
-                             return dialog && file_chooser::Name(*dialog) == "k.orv";
-                         },
-                         CModalDriver::Press(WXK_RETURN)});
-    Frame().RunCommand(kCmdSaveEdits);
-    EXPECT_TRUE(driver.IsDone());
+    RunWithDialog(kCmdSaveEdits, {file_dialog_steps::Proposes("k.orv"), CModalDriver::Press(WXK_RETURN)});
     EXPECT_FALSE(window.IsEnabled(kCmdSaveEdits));
     ASSERT_TRUE(ReadScript(window.folder / "k.orv"));
-    ASSERT_TRUE(window.Open(file_util_ex::ConvertFromUTF8W(window.folder / "k.orv")));
+    ASSERT_TRUE(window.Open(At("k.orv")));
     EXPECT_FLOAT_EQ(Transparency(), 0.5f);
     EXPECT_EQ(Steps(), 0u);
 }
@@ -134,17 +110,17 @@ TEST_F(MaterialsWxTest, SavesIntoAScriptAndOpensItAgain) {
 TEST_F(MaterialsWxTest, ClosingAsksOnce) {
     Frame().RunCommand(kCmdToolTransparency);
     PressInTheMiddle();
-    window.prompt->saveAnswer = ESaveAnswer::Cancel;
+    window.prompt.saveAnswer = ESaveAnswer::Cancel;
     Frame().Close();
     wxTheApp->ProcessIdle();
     ASSERT_TRUE(window.IsThere());
-    EXPECT_EQ(window.prompt->messages,
+    EXPECT_EQ(window.prompt.messages,
               std::vector<std::wstring>{L"The edits of k.3ds are not saved. Save them to a script?"});
-    window.prompt->saveAnswer = ESaveAnswer::Discard;
+    window.prompt.saveAnswer = ESaveAnswer::Discard;
     Frame().Close();
     wxTheApp->ProcessIdle();
     EXPECT_FALSE(window.IsThere());
-    EXPECT_EQ(window.prompt->messages.size(), 2u);
+    EXPECT_EQ(window.prompt.messages.size(), 2u);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <wx/menu.h>
 
-#include <algorithm>
 #include <map>
 #include <string>
 #include <vector>

@@ -20,26 +20,20 @@
 namespace {
 
 /** The program's frame with a library of its own. */
-class ModelLibraryWxTest : public testing::Test {
+class ModelLibraryWxTest : public CFrameTest {
   protected:
     void SetUp() override {
         ASSERT_EQ(setenv("XDG_DATA_HOME", (window.folder / "data").c_str(), 1), 0);
         std::filesystem::create_directory(window.folder / "data");
-        ASSERT_TRUE(window.IsReady());
+        ASSERT_NO_FATAL_FAILURE(CFrameTest::SetUp());
     }
     void TearDown() override { C3DModelsLoadApi::Close(); }
-    [[nodiscard]] CAViewerFrame& Frame() { return window.Frame(); }
-    std::wstring Sample(const char* name, const std::string& as) {
-        std::filesystem::copy_file(std_file_paths::GetDataPath(std::string("samples/") + name),
-                                   window.folder / as);
-        return file_util_ex::ConvertFromUTF8W(window.folder / as);
-    }
     [[nodiscard]] bool IsTicked(int command) {
         return Frame().GetMenuBar()->FindItem(WidgetIdOf(command))->IsChecked();
     }
     [[nodiscard]] CModelsTree& Tree() { return Frame().Browser()->Tree(); }
     [[nodiscard]] bool WaitForRest() {
-        return CFrameWindow::WaitFor([this] { return !Tree().IsBusy() && Tree().IsFilled(); });
+        return WaitFor([this] { return !Tree().IsBusy() && Tree().IsFilled(); });
     }
     [[nodiscard]] wxTreeItemId Group(const wxString& label) {
         wxTreeItemIdValue cookie;
@@ -49,8 +43,6 @@ class ModelLibraryWxTest : public testing::Test {
         return {};
     }
     [[nodiscard]] wxString Said() { return Frame().GetStatusBar()->GetStatusText(0); }
-
-    CFrameWindow window;
 };
 
 TEST_F(ModelLibraryWxTest, BrowserComesAndGoes) {
@@ -90,9 +82,9 @@ TEST_F(ModelLibraryWxTest, DownloadedModelOpensAsAnyOther) {
         ASSERT_TRUE(WaitForRest());
         EXPECT_NE(Frame().GetTitle(), "Orbivue - Knot.3ds");
     }
-    ASSERT_TRUE(CFrameWindow::WaitFor([&] { return Frame().GetTitle() == "Orbivue - Knot.3ds"; }));
+    ASSERT_TRUE(WaitFor([&] { return Frame().GetTitle() == "Orbivue - Knot.3ds"; }));
     // A model without a folder has no next one.
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return !Frame().SlideShow().IsRunning(); }));
+    EXPECT_TRUE(WaitFor([&] { return !Frame().SlideShow().IsRunning(); }));
     EXPECT_EQ(Said(), "The slideshow has stopped: there is no other model.");
     EXPECT_TRUE(window.IsEnabled(kCmdSaveAs) && window.IsEnabled(kCmdUpload));
     EXPECT_FALSE(window.IsEnabled(kCmdReload) || window.IsEnabled(kCmdNextFile));
@@ -105,15 +97,15 @@ TEST_F(ModelLibraryWxTest, UploadsOnce) {
     Frame().RunCommand(kCmdDownload);
     ASSERT_TRUE(WaitForRest());
     Frame().RunCommand(kCmdUpload);
-    EXPECT_TRUE(window.prompt->messages.empty());
+    EXPECT_TRUE(window.prompt.messages.empty());
     EXPECT_EQ(Said(), "The model was uploaded into the group Upload.");
     EXPECT_TRUE(Group("Upload(1)").IsOk());
     Frame().RunCommand(kCmdUpload);
-    EXPECT_EQ(window.prompt->messages, std::vector<std::wstring>{L"3ds file alreay exist in the server"});
+    EXPECT_EQ(window.prompt.messages, std::vector<std::wstring>{L"3ds file alreay exist in the server"});
     EXPECT_FALSE(IsTicked(kCmdUpload));
-    EXPECT_EQ(window.prompt->busy, 0);
+    EXPECT_EQ(window.prompt.busy, 0);
     Frame().RunCommand(kCmdClearCache);
-    EXPECT_EQ(window.prompt->busy, 0);
+    EXPECT_EQ(window.prompt.busy, 0);
 }
 
 TEST_F(ModelLibraryWxTest, AsksBeforeForeignPicturesTravel) {
@@ -146,7 +138,7 @@ TEST_F(ModelLibraryWxTest, AsksBeforeForeignPicturesTravel) {
 TEST_F(ModelLibraryWxTest, TellsOfAServerThatCannotBeReached) {
     CSettings::Instance().modelServer = L"http://127.0.0.1:1";
     Frame().RunCommand(kCmdDownload);
-    EXPECT_EQ(window.prompt->messages, std::vector<std::wstring>{L"Unable to connect to the server."});
+    EXPECT_EQ(window.prompt.messages, std::vector<std::wstring>{L"Unable to connect to the server."});
     EXPECT_EQ(Frame().Browser(), nullptr);
     EXPECT_FALSE(IsTicked(kCmdDownload) || Said().empty());
 }

@@ -3,56 +3,43 @@
 #include <gtk/gtk.h>
 
 #include <filesystem>
-#include <fstream>
 
-#include "files/file_util_ex.h"
-#include "files/std_file_paths.h"
 #include "frame/CFrameWindow.h"
 #include "frame/command_ids.h"
 #include "frame/slideshow/ui/CSlideShow.h"
 
 namespace {
 
-class SlideShowWxTest : public testing::Test {
+class SlideShowWxTest : public CFrameTest {
   protected:
     void SetUp() override {
-        ASSERT_TRUE(window.IsReady());
+        ASSERT_NO_FATAL_FAILURE(CFrameTest::SetUp());
         CSettings::Instance().slideShowTime = 500;
         first = Sample("knot.3ds", "a.3ds");
-        std::ofstream(window.folder / "b.3ds") << "no model";
+        window.folder.Add("b.3ds", "no model");
         last = Sample("vase.3ds", "c.3ds");
         ASSERT_TRUE(window.Open(first));
     }
-    std::wstring Sample(const char* name, const char* as) {
-        std::filesystem::copy_file(std_file_paths::GetDataPath(std::string("samples/") + name),
-                                   window.folder / as);
-        return file_util_ex::ConvertFromUTF8W(window.folder / as);
-    }
-    [[nodiscard]] CAViewerFrame& Frame() { return window.Frame(); }
     [[nodiscard]] bool Runs() { return Frame().SlideShow().IsRunning(); }
-    [[nodiscard]] bool Shows(const std::wstring& path) {
-        return CFrameWindow::WaitFor([&] { return Frame().View().GetPath() == path; });
-    }
     [[nodiscard]] bool HidesPointer() {
         GtkWidget* canvas = Frame().View().GetCanvas()->GetWindow()->GetHandle();
         GdkCursor* cursor = gdk_window_get_cursor(gtk_widget_get_window(canvas));
         return cursor != nullptr && gdk_cursor_get_cursor_type(cursor) == GDK_BLANK_CURSOR;
     }
 
-    CFrameWindow window;
     std::wstring first, last;
 };
 
 TEST_F(SlideShowWxTest, FillsTheScreenAndPassesOverWhatIsBroken) {
     Frame().RunCommand(kCmdFullScreenSlideShow);
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return Frame().IsFullScreen(); }));
+    EXPECT_TRUE(WaitFor([&] { return Frame().IsFullScreen(); }));
     EXPECT_TRUE(Shows(last));
     EXPECT_EQ(Frame().View().GetCaption(), L"c.3ds");
     EXPECT_TRUE(Shows(first));
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return HidesPointer(); }));
+    EXPECT_TRUE(WaitFor([&] { return HidesPointer(); }));
     EXPECT_FALSE(window.IsEnabled(kCmdStartSlideShow));
     window.Press(WXK_ESCAPE);
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return !Frame().IsFullScreen(); }));
+    EXPECT_TRUE(WaitFor([&] { return !Frame().IsFullScreen(); }));
     EXPECT_FALSE(Runs() || HidesPointer());
     EXPECT_TRUE(window.IsThere());
     EXPECT_TRUE(window.IsEnabled(kCmdStartSlideShow));
@@ -65,9 +52,9 @@ TEST_F(SlideShowWxTest, HandsStopIt) {
     Frame().View().OnLeftUp(20, 20);
     EXPECT_FALSE(Runs());
     Frame().RunCommand(kCmdToolColor);
-    EXPECT_TRUE(Frame().StateOfCommand(kCmdToolColor).checked);
+    EXPECT_TRUE(IsChecked(kCmdToolColor));
     Frame().RunCommand(kCmdStartSlideShow);
-    EXPECT_FALSE(Frame().StateOfCommand(kCmdToolColor).checked);
+    EXPECT_FALSE(IsChecked(kCmdToolColor));
     EXPECT_TRUE(Runs());
     Frame().RunCommand(kCmdToolColor);
     EXPECT_FALSE(Runs());
@@ -76,7 +63,7 @@ TEST_F(SlideShowWxTest, HandsStopIt) {
 TEST_F(SlideShowWxTest, DropsNoEdits) {
     Frame().RunCommand(kCmdStartSlideShow);
     ASSERT_FALSE(Frame().Session().Apply({CDeleteEdit{window.Engine().GetNodeNameById(0)}}, L"x").empty());
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return !Runs(); }));
+    EXPECT_TRUE(WaitFor([&] { return !Runs(); }));
     EXPECT_EQ(Frame().View().GetPath(), first);
     EXPECT_TRUE(Frame().Session().HasUnsavedEdits());
     Frame().Session().Undo();
@@ -85,9 +72,8 @@ TEST_F(SlideShowWxTest, DropsNoEdits) {
 TEST_F(SlideShowWxTest, SaysWhenNothingOpens) {
     Frame().RunCommand(kCmdStartSlideShow);
     std::filesystem::remove(window.folder / "a.3ds");
-    std::filesystem::copy_file(window.folder / "b.3ds", window.folder / "c.3ds",
-                               std::filesystem::copy_options::overwrite_existing);
-    EXPECT_TRUE(CFrameWindow::WaitFor([&] { return !window.prompt->messages.empty(); }));
+    window.folder.Add("c.3ds", "no model");
+    EXPECT_TRUE(WaitFor([&] { return !window.prompt.messages.empty(); }));
     EXPECT_FALSE(Runs());
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "row_name.h"
+#include "words.h"
 
 namespace {
 
@@ -16,14 +17,14 @@ CResult<CRenderOptions> Parse(const std::vector<std::string>& arguments) {
 
 struct CRefusedCase {
     const char* name;
-    std::vector<std::string> arguments;
+    const char* arguments;
     const char* message;
 };
 
 class CRenderOptionsRefused : public testing::TestWithParam<CRefusedCase> {};
 
 TEST_P(CRenderOptionsRefused, SaysWhatIsWrong) {
-    const auto parsed = Parse(GetParam().arguments);
+    const auto parsed = Parse(Words(GetParam().arguments));
     ASSERT_FALSE(parsed);
     EXPECT_EQ(parsed.Error().code, EErrorCode::BadArgument);
     EXPECT_EQ(parsed.Error().message, GetParam().message);
@@ -34,29 +35,27 @@ constexpr const char* kSizeRange = "--size each side must be from 1 to 16384 pix
 constexpr const char* kColor = "--background needs R,G,B, each from 0 to 255";
 
 const CRefusedCase kRefused[] = {
-    {"Nothing", {}, "no input file given"},
-    {"ThreeFiles", {"a", "b", "c"}, "too many files given"},
-    {"EmptyInput", {""}, "the name of the input file is empty"},
-    {"EmptyOutput", {"a", ""}, "the name of the output file is empty"},
-    {"Unknown", {"a", "--sice", "3x3"}, "unknown option '--sice'"},
-    {"NoValue", {"a", "--size"}, "--size needs a value"},
-    {"BatchWithoutFolder", {"--batch", "a"}, "--batch needs --into FOLDER"},
-    {"ValueForFlag", {"a", "--stats=1"}, "--stats takes no value"},
-    {"SizeOne", {"a", "--size", "640"}, kSizeForm},
-    {"SizeText", {"a", "--size", "640x48o"}, kSizeForm},
-    {"SizeHuge", {"a", "--size", "99999999999x1"}, kSizeForm},
-    {"SizeZero", {"a", "--size", "0x480"}, kSizeRange},
-    {"SizeNegative", {"a", "--size", "640x-1"}, kSizeRange},
-    {"SizeOver", {"a", "--size", "16385x1"}, kSizeRange},
-    {"ColorOver", {"a", "--background", "1,2,256"}, kColor},
-    {"ColorLong", {"a", "--background", "1,2,3,4"}, kColor},
-    {"FrameNan", {"a", "--frame", "nan"}, "--frame needs a number"},
-    {"Samples", {"a", "--samples", "0"}, "--samples needs a number from 1 to 32"},
-    {"Overlay",
-     {"a", "--overlay", "bounds,grid"},
-     "--overlay needs a list of bounds, cameras, lights and axes"},
-    {"TextureMode", {"a", "--texture-mode", "4"}, "--texture-mode needs a number from 0 to 3"},
-    {"Camera", {"a", "--camera="}, "--camera needs a name"},
+    {"Nothing", "", "no input file given"},
+    {"ThreeFiles", "a b c", "too many files given"},
+    {"EmptyInput", "''", "the name of the input file is empty"},
+    {"EmptyOutput", "a ''", "the name of the output file is empty"},
+    {"Unknown", "a --sice 3x3", "unknown option '--sice'"},
+    {"NoValue", "a --size", "--size needs a value"},
+    {"BatchWithoutFolder", "--batch a", "--batch needs --into FOLDER"},
+    {"ValueForFlag", "a --stats=1", "--stats takes no value"},
+    {"SizeOne", "a --size 640", kSizeForm},
+    {"SizeText", "a --size 640x48o", kSizeForm},
+    {"SizeHuge", "a --size 99999999999x1", kSizeForm},
+    {"SizeZero", "a --size 0x480", kSizeRange},
+    {"SizeNegative", "a --size 640x-1", kSizeRange},
+    {"SizeOver", "a --size 16385x1", kSizeRange},
+    {"ColorOver", "a --background 1,2,256", kColor},
+    {"ColorLong", "a --background 1,2,3,4", kColor},
+    {"FrameNan", "a --frame nan", "--frame needs a number"},
+    {"Samples", "a --samples 0", "--samples needs a number from 1 to 32"},
+    {"Overlay", "a --overlay bounds,grid", "--overlay needs a list of bounds, cameras, lights and axes"},
+    {"TextureMode", "a --texture-mode 4", "--texture-mode needs a number from 0 to 3"},
+    {"Camera", "a --camera=", "--camera needs a name"},
 };
 INSTANTIATE_TEST_SUITE_P(Arguments, CRenderOptionsRefused, testing::ValuesIn(kRefused), kRowName);
 

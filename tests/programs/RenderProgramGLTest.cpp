@@ -29,10 +29,6 @@ void AddScene(const CTestFolder& folder) {
                Scene(Material("Red") + camera + Cube("Box"), Keyframer(ObjectNode(0, "Box", 65535, moving))));
 }
 
-TEST(RenderProgramGLTest, HelpGoesToStandardOutput) {
-    EXPECT_TRUE(Render(CTestFolder(), "--help").out.starts_with("Usage: orbivue-render"));
-}
-
 TEST(RenderProgramGLTest, WritesAPictureOfTheSizeAndBackground) {
     const CTestFolder folder;
     AddScene(folder);

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <utility>
-
 #include "files/CTestFolder.h"
 #include "files/file_util_ex.h"
 #include "row_name.h"
@@ -21,22 +19,11 @@ class CRecentFileListTest : public testing::Test {
     CLocalRegStore::CDefaultFileGuard guard;
 };
 
-TEST_F(CRecentFileListTest, KeepsTheNewestInFront) {
-    CRecentFileList list;
-    for (int i = 0; i < 12; ++i) list.AddToRecentFileList(L"/m/" + std::to_wstring(i) + L".3ds");
-    list.AddToRecentFileList(L"/m/5.3ds");
-    ASSERT_EQ(list.Files().size(), CRecentFileList::kMaxFiles);
-    EXPECT_EQ(list.GetNameByIndex(0), L"/m/5.3ds");
-    EXPECT_EQ(list.GetNameByIndex(1), L"/m/11.3ds");
-    list.RemoveIndex(0);
-    EXPECT_EQ(list.GetNameByIndex(0), L"/m/11.3ds");
-}
-
-/** What is reached, by choice (c) or by a step (s), and the list then. */
+/** What is reached, by choice (c) or by a step (s), and the list then; a letter each. */
 struct CReachedFiles {
     const char* name;
-    std::vector<std::pair<char, const wchar_t*>> reached;
-    std::vector<std::wstring> files;
+    const char* reached;
+    const char* files;
 };
 
 class CRecentFilesReachedTest : public CRecentFileListTest,
@@ -44,40 +31,31 @@ class CRecentFilesReachedTest : public CRecentFileListTest,
 
 TEST_P(CRecentFilesReachedTest, KeepsWhatWasChosen) {
     CRecentFileList list;
-    for (const auto& [how, path] : GetParam().reached)
-        list.AddToRecentFileList(path, how == 's' ? EReached::ByStep : EReached::ByChoice);
-    EXPECT_EQ(list.Files(), GetParam().files);
+    for (const char* at = GetParam().reached; *at; at += 2)
+        list.AddToRecentFileList({static_cast<wchar_t>(at[1])},
+                                 *at == 's' ? EReached::ByStep : EReached::ByChoice);
+    const auto joined = [](const CRecentFileList& of) {
+        std::string text;
+        for (const std::wstring& file : of.Files()) text += file_util_ex::ConvertToUTF8(file);
+        return text;
+    };
+    EXPECT_EQ(joined(list), GetParam().files);
     // The next start of the program knows it, too, and goes on from there.
     list.SaveStdProfileSettings();
     CRecentFileList next;
     next.LoadStdProfileSettings();
-    EXPECT_EQ(next.Files(), GetParam().files);
+    EXPECT_EQ(joined(next), GetParam().files);
     for (CRecentFileList* one : {&list, &next}) one->AddToRecentFileList(L"/next", EReached::ByStep);
     EXPECT_EQ(next.Files(), list.Files());
 }
 
 const CReachedFiles kReached[] = {
-    {"StepsShareOneEntry", {{'c', L"a"}, {'s', L"b"}, {'s', L"c"}, {'s', L"d"}}, {L"d", L"a"}},
-    {"AChoiceGoesOnTop", {{'s', L"a"}, {'c', L"b"}}, {L"b", L"a"}},
-    {"TheEntryMovesToTheTop", {{'s', L"a"}, {'c', L"b"}, {'s', L"c"}}, {L"c", L"b"}},
-    {"AChosenFileStaysChosen",
-     {{'c', L"a"}, {'c', L"b"}, {'s', L"a"}, {'s', L"c"}, {'s', L"d"}},
-     {L"d", L"a", L"b"}},
-    {"ChoosingTheSteppedFileKeepsIt", {{'s', L"a"}, {'c', L"a"}, {'s', L"b"}}, {L"b", L"a"}},
-    {"OneChosenFileDropsOut",
-     {{'c', L"1"},
-      {'c', L"2"},
-      {'c', L"3"},
-      {'c', L"4"},
-      {'c', L"5"},
-      {'c', L"6"},
-      {'c', L"7"},
-      {'c', L"8"},
-      {'c', L"9"},
-      {'s', L"x"},
-      {'s', L"y"},
-      {'s', L"z"}},
-     {L"z", L"9", L"8", L"7", L"6", L"5", L"4", L"3", L"2"}},
+    {"StepsShareOneEntry", "casbscsd", "da"},
+    {"AChoiceGoesOnTop", "sacb", "ba"},
+    {"TheEntryMovesToTheTop", "sacbsc", "cb"},
+    {"AChosenFileStaysChosen", "cacbsascsd", "dab"},
+    {"ChoosingTheSteppedFileKeepsIt", "sacasb", "ba"},
+    {"OneChosenFileDropsOut", "c1c2c3c4c5c6c7c8c9sxsysz", "z98765432"},
 };
 INSTANTIATE_TEST_SUITE_P(All, CRecentFilesReachedTest, testing::ValuesIn(kReached), kRowName);
 

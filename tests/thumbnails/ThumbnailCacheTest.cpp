@@ -4,7 +4,6 @@
 #include <zlib.h>
 
 #include <filesystem>
-#include <functional>
 
 #include "files/CTestFolder.h"
 #include "files/file_util_ex.h"
@@ -36,10 +35,7 @@ class ThumbnailCacheTest : public testing::Test {
     [[nodiscard]] bool Reads() const { return cache.Read(Source(), EThumbnailSize::Normal).has_value(); }
 
     CTestFolder folder;
-    std::string model = folder.Add(
-        "m\xC3\xB6"
-        "del 1.3ds",
-        "MM");
+    std::string model = folder.Add("m\u00F6del 1.3ds", "MM");
     std::string root = folder / "cache/thumbnails";
     CThumbnailCache cache{root};
 };
@@ -80,10 +76,7 @@ TEST_F(ThumbnailCacheTest, KeepsAFailureAndItsReason) {
     ASSERT_TRUE(cache.WriteFailure(Source(), "This is not a 3D Studio file"));
     EXPECT_EQ(cache.ReadFailure(Source()), "This is not a 3D Studio file");
     EXPECT_FALSE(Reads());
-    folder.Add(
-        "m\xC3\xB6"
-        "del 1.3ds",
-        "MM now longer");
+    folder.Add("m\u00F6del 1.3ds", "MM now longer");
     EXPECT_FALSE(cache.ReadFailure(Source()));
 }
 
@@ -112,13 +105,6 @@ TEST_F(ThumbnailCacheTest, SaysThatItCannotWrite) {
     EXPECT_FALSE(cache.Write(Source(), EThumbnailSize::Normal, Picture(8)));
     EXPECT_EQ(std::distance(fs::directory_iterator(root + "/normal"), {}), 1) << "no temporary file is left";
 }
-
-/** A sound thumbnail with some texts changed, or other bytes in its place. */
-struct CEntryCase {
-    const char* name;
-    std::function<std::vector<std::byte>(const CThumbnailSource&)> bytes;
-    bool isRead = false;
-};
 
 std::vector<std::byte> Png(const CThumbnailSource& source, png_texts::CTexts more, bool own = true,
                            int side = 16) {
@@ -150,58 +136,51 @@ std::vector<std::byte> WithPackedUri(const CThumbnailSource& source, std::size_t
     return png;
 }
 
+/** A sound thumbnail, changed a little. */
+struct CEntryCase {
+    const char* name;
+    png_texts::CTexts more;
+    bool isRead = false;
+    bool hasOwn = true;  ///< the texts that it needs
+    int side = 16;
+    std::ptrdiff_t longer = 0;  ///< in bytes
+};
+
 class ThumbnailCacheEntry : public ThumbnailCacheTest, public testing::WithParamInterface<CEntryCase> {};
 
 TEST_P(ThumbnailCacheEntry, IsReadWhereItBelongsToTheFile) {
-    PutFile(GetParam().bytes(Source()));
-    EXPECT_EQ(Reads(), GetParam().isRead);
+    const CEntryCase& row = GetParam();
+    std::vector<std::byte> png = Png(Source(), row.more, row.hasOwn, row.side);
+    png.resize(png.size() + static_cast<std::size_t>(row.longer));
+    PutFile(png);
+    EXPECT_EQ(Reads(), row.isRead);
 }
 
-using CSource = CThumbnailSource;
 const CEntryCase kEntries[] = {
-    {"OfAnotherProgram",
-     [](const CSource& s) {
-         return Png(s, {{"Software", "Files"}});
-     },
-     true},
-    {"PackedAddress", [](const CSource& s) { return WithPackedUri(s, 0); }, true},
-    {"PackedBomb", [](const CSource& s) { return WithPackedUri(s, 50 << 20); }},
-    {"BehindMany",
-     [](const CSource& s) {
-         png_texts::CTexts texts(100, {"Comment", "x"});
-         texts.push_back({"Thumb::URI", s.uri});
-         texts.push_back({"Thumb::MTime", std::to_string(s.changedSec)});
-         return Png(s, texts, false);
-     }},
-    {"WithoutTexts", [](const CSource& s) { return Png(s, {}, false); }},
-    {"OtherAddress",
-     [](const CSource& s) {
-         return Png(s, {{"Thumb::URI", "file:///etc/passwd"}});
-     }},
-    {"OtherTime",
-     [](const CSource& s) {
-         return Png(s, {{"Thumb::MTime", "12"}});
-     }},
-    {"OtherSize",
-     [](const CSource& s) {
-         return Png(s, {{"Thumb::Size", "12"}});
-     }},
-    {"LargerThanItsFolder", [](const CSource& s) { return Png(s, {}, true, 129); }},
-    {"Cut",
-     [](const CSource& s) {
-         auto png = Png(s, {});
-         png.resize(png.size() - 20);
-         return png;
-     }},
-    {"HugeFile",
-     [](const CSource& s) {
-         auto png = Png(s, {});
-         png.resize(9 << 20);
-         return png;
-     }},
-    {"NoPicture", [](const CSource&) { return std::vector<std::byte>(100); }},
+    {"OfAnotherProgram", {{"Software", "Files"}}, true},
+    {"WithoutTexts", {}, false, false},
+    {"OtherAddress", {{"Thumb::URI", "file:///etc/passwd"}}},
+    {"OtherTime", {{"Thumb::MTime", "12"}}},
+    {"OtherSize", {{"Thumb::Size", "12"}}},
+    {"LargerThanItsFolder", {}, false, true, 129},
+    {"Cut", {}, false, true, 16, -20},
+    {"HugeFile", {}, false, true, 16, 9 << 20},
 };
 INSTANTIATE_TEST_SUITE_P(Entries, ThumbnailCacheEntry, testing::ValuesIn(kEntries), kRowName);
+
+TEST_F(ThumbnailCacheTest, UnpacksTextsWithinLimits) {
+    PutFile(WithPackedUri(Source(), 0));
+    EXPECT_TRUE(Reads());
+    PutFile(WithPackedUri(Source(), 50 << 20));
+    EXPECT_FALSE(Reads());
+    png_texts::CTexts many(100, {"Comment", "x"});
+    many.push_back({"Thumb::URI", Source().uri});
+    many.push_back({"Thumb::MTime", std::to_string(Source().changedSec)});
+    PutFile(Png(Source(), many, false));
+    EXPECT_FALSE(Reads());
+    PutFile(std::vector<std::byte>(100));
+    EXPECT_FALSE(Reads()) << "no picture";
+}
 
 TEST_F(ThumbnailCacheTest, OpensNeitherLinksNorPipes) {
     fs::create_directories(root + "/normal");

@@ -17,28 +17,16 @@
 #include "update/ui/CUpdateProgressDlg.h"
 #include "update/win_sparkle.h"
 #include "widgets/CModalDriver.h"
-#include "widgets/CUserPrompt.h"
+#include "widgets/CRecordedPrompt.h"
+#include "widgets/windows_below.h"
 
 namespace {
-
-class CMessages final : public CUserPrompt {
-  public:
-    explicit CMessages(std::vector<std::wstring>& messages) : m_messages(messages) {}
-    void ShowMessage(const std::wstring& text) override { m_messages.push_back(text); }
-    bool AskYesNo(const std::wstring&) override { return false; }
-    void BeginBusy() override {}
-    void EndBusy() override {}
-
-  private:
-    std::vector<std::wstring>& m_messages;
-};
 
 /** A main window with a field that has the focus, settings of its own, and the service, which asks a server of the test's. */
 class UpdateWxTest : public testing::Test {
   protected:
     UpdateWxTest() {
         for (const char* name : {"https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"}) ::unsetenv(name);
-        m_promptBefore = CUserPrompt::Install(std::make_unique<CMessages>(messages));
         CLocalRegStore::Load(file_util_ex::ConvertFromUTF8W(folder / "settings.ini"));
         field = new wxTextCtrl(frame, wxID_ANY);
         panes.SetManagedWindow(frame);
@@ -55,7 +43,6 @@ class UpdateWxTest : public testing::Test {
         wxTheApp->SetTopWindow(nullptr);
         frame->Destroy();
         wxTheApp->ProcessIdle();
-        CUserPrompt::Install(std::move(m_promptBefore));
     }
     void Start(const std::string& path, bool isAutomatic) {
         Stop();
@@ -72,13 +59,12 @@ class UpdateWxTest : public testing::Test {
         CUpdatePresenter::Set(nullptr);
         checks.reset();
     }
-    CUpdateBar* Bar() { return Find<CUpdateBar>(*frame); }
     template <class T>
     static T* Find(const wxWindow& in) {
-        for (wxWindow* child : in.GetChildren())
-            if (T* found = dynamic_cast<T*>(child)) return found;
-        return nullptr;
+        const std::vector<T*> found = WindowsBelow<T>(in);
+        return found.empty() ? nullptr : found.front();
     }
+    CUpdateBar* Bar() { return Find<CUpdateBar>(*frame); }
     /** The open dialog of a kind; null when there is none. */
     template <class T>
     static T* Dialog() {
@@ -101,14 +87,12 @@ class UpdateWxTest : public testing::Test {
     CLocalRegStore::CDefaultFileGuard store;
     CSettingsGuard settings;
     CChildProgram server{{"python3", ORBIVUE_FEED_SERVER, ORBIVUE_TEST_CERTIFICATE}};
-    std::vector<std::wstring> messages;
+    CRecordedPrompt prompt;
+    std::vector<std::wstring>& messages = prompt.messages;
     wxFrame* frame = new wxFrame(nullptr, wxID_ANY, "Main");
     wxTextCtrl* field;
     wxAuiManager panes;
     std::unique_ptr<CUpdateChecks> checks;
-
-  private:
-    std::unique_ptr<CUserPrompt> m_promptBefore;
 };
 
 TEST_F(UpdateWxTest, NewsThatNobodyAskedForWaitInABarUntilTheyAreSkipped) {

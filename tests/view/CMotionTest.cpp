@@ -12,12 +12,21 @@ namespace {
 
 struct CMotionCase {
     const char* name;
-    /** Each of: N (milliseconds pass), move, release, run, stop, and what is drawn then: whole, less,
-     * interrupted. */
-    const char* steps;
-    const char*
-        state;  ///< "moves" or "rests", when the full picture is due, and whether a quick one is to come
+    const char* steps;  ///< of Do
+    /** "moves" or "rests", when the full picture is due, and whether a quick one is to come. */
+    const char* state;
 };
+
+/** A number lets so many milliseconds pass. */
+void Do(CMotion& motion, const std::string& what, CMotion::CTime& now) {
+    if (what == "move") return motion.Moved(now);
+    if (what == "release") return motion.Released(now);
+    if (what == "run" || what == "stop") return motion.SetRunning(what == "run");
+    if (what == "whole") return motion.Drawn(EDrawn::Whole, now);
+    if (what == "less") return motion.Drawn(EDrawn::Reduced, now);
+    if (what == "interrupted") return motion.Drawn(EDrawn::Interrupted, now);
+    now += std::chrono::milliseconds(std::stoi(what));
+}
 
 class CMotionTest : public testing::TestWithParam<CMotionCase> {};
 
@@ -25,22 +34,7 @@ TEST_P(CMotionTest, KnowsWhenTheFullPictureIsDue) {
     CMotion motion;
     CMotion::CTime now{std::chrono::hours(1)};
     std::istringstream steps(GetParam().steps);
-    for (std::string what; steps >> what;) {
-        if (what == "move")
-            motion.Moved(now);
-        else if (what == "release")
-            motion.Released(now);
-        else if (what == "run" || what == "stop")
-            motion.SetRunning(what == "run");
-        else if (what == "whole")
-            motion.Drawn(EDrawn::Whole, now);
-        else if (what == "less")
-            motion.Drawn(EDrawn::Reduced, now);
-        else if (what == "interrupted")
-            motion.Drawn(EDrawn::Interrupted, now);
-        else
-            now += std::chrono::milliseconds(std::stoi(what));
-    }
+    for (std::string what; steps >> what;) Do(motion, what, now);
     const auto due = motion.DueIn(now);
     EXPECT_EQ(std::string(motion.IsMoving(now) ? "moves" : "rests") +
                   (due ? " due " + std::to_string(due->count()) : "") + (motion.IsToBeShown() ? " late" : ""),

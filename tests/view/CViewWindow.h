@@ -10,7 +10,11 @@
 #include <string>
 #include <vector>
 
+#include "engine/CGLCanvasI.h"
+#include "files/CTestFolder.h"
+#include "files/file_util_ex.h"
 #include "picture/CImage.h"
+#include "settings/CLocalRegStore.h"
 #include "view/CKeyDownListener.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 
@@ -55,3 +59,23 @@ class CViewWindow final : private CKeyDownListener {
 
 /** Two boxes, "Left" and "Right", seen apart from any of the horizontal cameras. frames > 0: Left moves. */
 void SaveTwoBoxes(const std::string& path, int frames = 0);
+
+/** A test with a view of two boxes, "boxes.3ds" in its folder, and settings of its own. */
+class CTwoBoxesTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        CLocalRegStore::Load(At("settings.ini"));
+        ASSERT_TRUE(window.IsReady());
+        SaveTwoBoxes(folder / "boxes.3ds");
+        ASSERT_TRUE(window.View().OpenModel(At("boxes.3ds").c_str()));
+    }
+    [[nodiscard]] std::wstring At(const std::string& name) const {
+        return file_util_ex::ConvertFromUTF8W(folder / name);
+    }
+    [[nodiscard]] wxWindow& Parent() { return *window.View().GetCanvas()->GetWindow()->GetParent(); }
+
+    CTestFolder folder;
+    CLocalRegStore::CDefaultFileGuard store;
+    CIdleToolState tools;
+    CViewWindow window{&tools};
+};

@@ -244,15 +244,6 @@ TEST_F(CViewWindowWxTest, KeysAndAltZoomAndTurn) {
     EXPECT_NEAR(Length(Eye()), distance / 2, distance * 0.01f);
 }
 
-TEST_F(CViewWindowWxTest, TellsItsOwnerOfKeysAndButtons) {
-    window.MoveTo(middleX, middleY);
-    for (const int key : {WXK_SPACE, WXK_BACK, WXK_ESCAPE}) window.Hand().Char(key);
-    window.Hand().MouseClick(wxMOUSE_BTN_RIGHT);
-    window.Hand().MouseClick(wxMOUSE_BTN_LEFT);
-    ASSERT_TRUE(CViewWindow::WaitFor([this] { return window.told.size() >= 5; }));
-    EXPECT_EQ(window.told, (std::vector<std::string>{"key 32", "key 8", "key 27", "right", "left"}));
-}
-
 TEST_F(CViewWindowWxTest, EndsInTheMidstOfADrag) {
     window.View().SetRotate(true);
     Drag();

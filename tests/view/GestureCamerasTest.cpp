@@ -12,7 +12,7 @@
 #include "camera/point_under.h"
 #include "model/prepare/CPreparedScene.h"
 #include "row_name.h"
-#include "view/CViewGestures.h"
+#include "view/gesture_steps.h"
 
 namespace {
 
@@ -101,25 +101,6 @@ struct CCameraCase {
 
 constexpr double kSameDepth = 0;
 
-void Do(CViewGestures& gestures, const std::string& what, int x, int y) {
-    if (what == "pan-down") gestures.PanDown(x, y);
-    if (what == "move") gestures.Move(x, y, false);
-    if (what == "pan-up") (void)gestures.PanUp();
-    if (what == "alt-wheel") gestures.WheelAt(x, y, 120);
-    if (what == "alt-wheel-back") gestures.WheelAt(x, y, -120);
-    if (what == "double") gestures.DoubleClick(x, y);
-    if (what == "box-down") gestures.LeftDown(x, y, true);
-    if (what == "box") gestures.Move(x, y, true);
-    if (what == "box-up") gestures.LeftUp(x, y);
-    if (what == "pinch-double") gestures.Pinch(x, y, 2);
-    if (what == "right") gestures.Key(EViewKey::TurnRight, x == 1);
-    if (what == "up") gestures.Key(EViewKey::TurnUp, x == 1);
-    if (what == "pan-right") gestures.Key(EViewKey::PanRight, x == 1);
-    if (what == "pan-up-key") gestures.Key(EViewKey::PanUp, x == 1);
-    if (what == "plus") gestures.Key(EViewKey::ZoomIn, x == 1);
-    if (what == "minus") gestures.Key(EViewKey::ZoomOut, x == 1);
-}
-
 class GestureCamerasTest : public testing::TestWithParam<CCameraCase> {};
 
 TEST_P(GestureCamerasTest, ShowThePointWhereTheTableSays) {
@@ -132,8 +113,8 @@ TEST_P(GestureCamerasTest, ShowThePointWhereTheTableSays) {
     std::istringstream steps(c.steps);
     for (std::string what, x, y; steps >> what >> x >> y;) {
         const bool isAtPoint = x == "@";
-        Do(gestures, what, isAtPoint ? static_cast<int>(std::lround(before.x)) : std::stoi(x),
-           isAtPoint ? static_cast<int>(std::lround(before.y)) : std::stoi(y));
+        gesture_steps::Do(gestures, what, isAtPoint ? static_cast<int>(std::lround(before.x)) : std::stoi(x),
+                          isAtPoint ? static_cast<int>(std::lround(before.y)) : std::stoi(y));
     }
     const CVec3 after = target.SeenAt(c.point);
     EXPECT_NEAR(after.x, c.isInTheMiddle ? 200 : before.x + c.dx, 1.2f);
@@ -151,11 +132,12 @@ const CSeenOptions kPlain, kTurned{.anglesDeg = {0, 0, 15}, .turnDeg = {20, 0, 3
 constexpr CVec3 kMiddle{1, 0, 0}, kOnSheet{5, 4, 3}, kOnHiddenSide{2, 3, -2};
 
 const CCameraCase kCameras[] = {
-    {"PanMovesTheMiddle", kLeft, kPlain, kMiddle, "pan-down 9 9 move 69 -21 pan-up 0 0", 60, -30},
-    {"PanOfATurnedModel", kTop, kTurned, kMiddle, "pan-down 0 0 move 10 10 move -40 80 pan-up 0 0", -40, 80},
-    {"PanUnderAnOrbitedEye", kRight, kOrbited, kMiddle, "pan-down 0 0 move 50 20 pan-up 0 0", 50, 20},
+    {"PanMovesTheMiddle", kLeft, kPlain, kMiddle, "pan-down 9 9 move-up 69 -21 pan-up 0 0", 60, -30},
+    {"PanOfATurnedModel", kTop, kTurned, kMiddle, "pan-down 0 0 move-up 10 10 move-up -40 80 pan-up 0 0", -40,
+     80},
+    {"PanUnderAnOrbitedEye", kRight, kOrbited, kMiddle, "pan-down 0 0 move-up 50 20 pan-up 0 0", 50, 20},
     {"PannedModelTurnsWhereItIs", kLeft, kTurned, kMiddle,
-     "pan-down 0 0 move 90 40 pan-up 0 0 right 0 0 up 0 0 up 0 0", 90, 40},
+     "pan-down 0 0 move-up 90 40 pan-up 0 0 right 0 0 up-key 0 0 up-key 0 0", 90, 40},
     {"WheelToThePointer", kRight, kPlain, kOnSheet, "alt-wheel @ @ alt-wheel @ @", 0, 0, false, 0.8187},
     {"WheelToThePointerFromNear", kRight, kZoomed, kOnSheet, "alt-wheel @ @", 0, 0, false, 0.9048},
     {"WheelFromThePointer", kTop, kTurned, kOnSheet, "alt-wheel-back @ @", 0, 0, false, 1.1052},
@@ -164,17 +146,17 @@ const CCameraCase kCameras[] = {
     {"DoubleClickThroughASideThatIsNotShown", kRight, kTurned, kOnSheet, "double @ @", 0, 0, true,
      kSameDepth},
     {"DoubleClickOnTheSheetInFront", kLeft, kTurned, kOnHiddenSide, "double @ @", 0, 0, true, kSameDepth},
-    {"TurnsAboutWhatWasClicked", kRight, kTurned, kOnSheet, "double @ @ right 0 0 right 0 0 up 0 0 right 0 0",
-     0, 0, true, kSameDepth},
+    {"TurnsAboutWhatWasClicked", kRight, kTurned, kOnSheet,
+     "double @ @ right 0 0 right 0 0 up-key 0 0 right 0 0", 0, 0, true, kSameDepth},
     {"DoubleClickWithAPivot", kRight, kPivoted, kOnSheet, "double @ @", 0, 0, true, kSameDepth},
     {"DoubleClickBesideTheModel", kRight, kPlain, kMiddle, "double 3 3", 0, 0},
-    {"BoxOfATurnedModel", kRight, kTurned, kMiddle, "box-down 150 100 box 250 200 box-up 0 0", 0, 0, true},
+    {"BoxOfATurnedModel", kRight, kTurned, kMiddle, "control-down 150 100 move 250 200 up 0 0", 0, 0, true},
     {"PlusAndMinus", kRight, kPlain, kMiddle, "plus 0 0 plus 0 0 minus 0 0", 0, 0, false, 0.9048},
     {"FinePlus", kRight, kPlain, kMiddle, "plus 1 0", 0, 0, false, 0.9802},
     // The front of the ball goes with the arrow: 10 degrees at 9 of 10 radii, seen from 26.
     {"RightArrow", kRight, kPlain, {10, 0, 0}, "right 0 0", 33, 0},
     {"KeysMoveTheMiddle", kRight, kTurned, kMiddle, "pan-right 0 0 pan-right 1 0 pan-up-key 0 0", 30, -25},
-    {"FineUpArrow", kRight, kPlain, {10, 0, 0}, "up 1 0", 0, -6.7f},
+    {"FineUpArrow", kRight, kPlain, {10, 0, 0}, "up-key 1 0", 0, -6.7f},
 };
 INSTANTIATE_TEST_SUITE_P(Gestures, GestureCamerasTest, testing::ValuesIn(kCameras), kRowName);
 

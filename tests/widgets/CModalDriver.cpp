@@ -9,6 +9,8 @@
 #include <wx/uiaction.h>
 #include <wx/utils.h>
 
+#include <optional>
+
 namespace {
 
 constexpr long kLimitMs = 20'000;
@@ -60,14 +62,41 @@ bool CModalDriver::WaitFor(const std::function<bool()>& condition) {
     return true;
 }
 
-wxFileDialog* CModalDriver::FileDialog() {
-    auto* dialog = current ? dynamic_cast<wxFileDialog*>(current->m_dialogs.Last()) : nullptr;
+wxDialog* CModalDriver::Dialog() {
+    wxDialog* dialog = current ? current->m_dialogs.Last() : nullptr;
     return dialog && gtk_window_is_active(GTK_WINDOW(dialog->GetHandle())) ? dialog : nullptr;
+}
+
+wxFileDialog* CModalDriver::FileDialog() {
+    return dynamic_cast<wxFileDialog*>(Dialog());
+}
+
+CModalDriver::CStep CModalDriver::With(const std::function<void(wxDialog&)>& work) {
+    return [work] {
+        if (wxDialog* dialog = Dialog()) return work(*dialog), true;
+        return false;
+    };
+}
+
+CModalDriver::CStep CModalDriver::Click(int id) {
+    return With([id](wxDialog& dialog) {
+        wxQueueEvent(dialog.FindWindow(id), new wxCommandEvent(wxEVT_BUTTON, id));
+    });
 }
 
 CModalDriver::CStep CModalDriver::Press(int key) {
     return [key] {
         wxUIActionSimulator().Char(key);
         return true;
+    };
+}
+
+CModalDriver::CStep CModalDriver::PressUntil(int key, const std::function<bool()>& condition) {
+    return [key, condition, watch = std::optional<wxStopWatch>()]() mutable {
+        if (condition()) return true;
+        if (watch && watch->Time() < kLimitMs / 10) return false;
+        watch.emplace();
+        wxUIActionSimulator().Char(key);
+        return false;
     };
 }

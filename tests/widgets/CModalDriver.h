@@ -9,6 +9,7 @@
 
 #include "widgets/ui/CModalDialogs.h"
 
+class wxDialog;
 class wxFileDialog;
 class wxTopLevelWindow;
 
@@ -29,10 +30,17 @@ class CModalDriver {
     [[nodiscard]] static bool WaitFor(const std::function<bool()>& condition);
     /** Shows a frame and waits until it is active, or it would come up over a dialog that follows. */
     static void ShowFirst(wxTopLevelWindow& frame);
-    /** The file dialog that is open and active; null when there is none. */
+    /** The modal dialog that is open and active; null when there is none. */
+    [[nodiscard]] static wxDialog* Dialog();
     [[nodiscard]] static wxFileDialog* FileDialog();
+    /** A step: works on the dialog as soon as it is active. */
+    [[nodiscard]] static CStep With(const std::function<void(wxDialog&)>& work);
+    /** A step: presses a button of the active dialog. */
+    [[nodiscard]] static CStep Click(int id);
     /** A step: presses a key, for whatever has the focus. */
     [[nodiscard]] static CStep Press(int key);
+    /** A step: the same until it has an effect, as a press can be lost while a dialog fills itself. */
+    [[nodiscard]] static CStep PressUntil(int key, const std::function<bool()>& condition);
 
   private:
     void OnTick();

@@ -4,50 +4,23 @@
 #include <wx/filedlg.h>
 #include <wx/frame.h>
 
-#include <filesystem>
-#include <memory>
-
 #include "files/CTestFolder.h"
 #include "files/file_util_ex.h"
 #include "settings/CLocalRegStore.h"
-#include "widgets/CModalDriver.h"
-#include "widgets/CUserPrompt.h"
+#include "widgets/CRecordedPrompt.h"
+#include "widgets/file_dialog_steps.h"
 #include "widgets/ui/CBXFileDialogI.h"
-#include "widgets/ui/file_chooser.h"
+
+using file_dialog_steps::Proposes;
 
 namespace {
 
 constexpr wchar_t kPictures[] = L"JPG file (*.jpg)|*.jpg|PNG file (*.png)|*.png||";
 
-/** Says No to the first question and Yes to the others. */
-class CSecondThoughts final : public CUserPrompt {
-  public:
-    explicit CSecondThoughts(int& asked) : m_asked(asked) {}
-    void ShowMessage(const std::wstring&) override {}
-    bool AskYesNo(const std::wstring&) override { return ++m_asked > 1; }
-    void BeginBusy() override {}
-    void EndBusy() override {}
-
-  private:
-    int& m_asked;
-};
-
 class CSaveDialogWxTest : public testing::Test {
   protected:
-    CSaveDialogWxTest() : before(CUserPrompt::Install(std::make_unique<CSecondThoughts>(asked))) {
-        CModalDriver::ShowFirst(*frame);
-    }
-    ~CSaveDialogWxTest() override {
-        CUserPrompt::Install(std::move(before));
-        frame->Destroy();
-    }
-    /** Waits until the dialog proposes the name. */
-    static CModalDriver::CStep Proposes(const std::string& name) {
-        return [name] {
-            wxFileDialog* dialog = CModalDriver::FileDialog();
-            return dialog && file_chooser::Name(*dialog) == name;
-        };
-    }
+    CSaveDialogWxTest() { CModalDriver::ShowFirst(*frame); }
+    ~CSaveDialogWxTest() override { frame->Destroy(); }
     static bool ChoosePng() {
         GtkFileChooser* chooser = GTK_FILE_CHOOSER(CModalDriver::FileDialog()->GetHandle());
         GSList* kinds = gtk_file_chooser_list_filters(chooser);
@@ -68,8 +41,7 @@ class CSaveDialogWxTest : public testing::Test {
     CTestFolder folder;
     std::wstring wide = file_util_ex::ConvertFromUTF8W(folder.Path());
     wxFrame* frame = new wxFrame(nullptr, wxID_ANY, "main");
-    int asked = 0;
-    std::unique_ptr<CUserPrompt> before;
+    CRecordedPrompt prompt;
 };
 
 TEST_F(CSaveDialogWxTest, RemembersTheFolderAndCompletesTheName) {
@@ -87,17 +59,20 @@ TEST_F(CSaveDialogWxTest, RemembersTheFolderAndCompletesTheName) {
                    {Proposes("y.jpg"), ChoosePng, Proposes("y.png"), CModalDriver::Press(WXK_RETURN)}),
               wide + L"/y.png");
     EXPECT_EQ(CBXFileDialogI::SetRegEntry(""), "save_img");
-    EXPECT_EQ(asked, 0);
+    EXPECT_TRUE(prompt.messages.empty());
 }
 
 TEST_F(CSaveDialogWxTest, AsksBeforeItReplacesWhatTheCompletedNameMeans) {
     folder.Add("there.jpg", "x");
-    EXPECT_EQ(
-        Save(L"there", wide,
-             {Proposes("there"), CModalDriver::Press(WXK_RETURN),
-              [this] { return asked == 1 && CModalDriver::FileDialog(); }, CModalDriver::Press(WXK_RETURN)}),
-        wide + L"/there.jpg");
-    EXPECT_EQ(asked, 2) << "a No leads back to the dialog";
+    const auto changeOnesMind = [this] {
+        return prompt.answer = prompt.messages.size() == 1 && CModalDriver::FileDialog();
+    };
+    const auto isAsked = [this] { return prompt.messages.size() == 1; };
+    EXPECT_EQ(Save(L"there", wide,
+                   {Proposes("there"), CModalDriver::PressUntil(WXK_RETURN, isAsked), changeOnesMind,
+                    CModalDriver::Press(WXK_RETURN)}),
+              wide + L"/there.jpg");
+    EXPECT_EQ(prompt.messages.size(), 2u) << "a No leads back to the dialog";
 }
 
 }  // namespace

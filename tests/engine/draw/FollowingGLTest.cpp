@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <string>
 
 #include "engine/CPictureTest.h"
 #include "engine/gl/CGlCapabilities.h"
@@ -52,12 +51,62 @@ void MakeGlass(CPreparedMaterial& material) {
     material.needsBlending = true;
 }
 
-std::function<void(CScenery, int)> With(const std::function<void(CScenery)>& other, int at) {
-    return [other, at](CScenery s, int step) {
+/** Changes something else, too, half-way: what was kept is of no use then. */
+std::function<void(CScenery, int)> RecolorThen(const std::function<void(CScenery)>& other) {
+    return [other](CScenery s, int step) {
         Recolor(s, step);
-        if (step == at) other(s);
+        if (step == 4) other(s);
     };
 }
+
+void PutInThePlaceOfAnother(CScenery s) {
+    s.scene.meshes[1] = s.scene.meshes[2];
+    s.scene.meshes[1].batches.front().material = 1;
+    s.scene.nodes[1].meshToWorld = s.scene.nodes[2].meshToWorld;
+}
+
+void CutOut(CScenery s) {
+    Edited(s).texture = s.scene.materials[4].texture;
+    Edited(s).needsBlending = true;
+}
+
+void Flatten(CScenery s) {
+    for (CPreparedVertex& vertex : s.scene.meshes[3].vertices) vertex.position[2] *= 0.5f;
+    ++s.scene.meshes[3].stamp;
+}
+
+void RecolorTheNext(CScenery s, int step) {
+    if (step < 4) return Recolor(s, step);
+    s.scene.materials[3].diffuse.x = 0.1f * static_cast<float>(step);
+}
+
+const std::vector<bool> kEditedAlone{false, false, true, false, false},
+    kOthers{true, true, false, true, true};
+const auto kMakeOthersGlass = [](CScenery s) {
+    for (const unsigned other : {1u, 3u}) MakeGlass(s.scene.materials[other]);
+};
+const auto kMove = [](CScenery s) { s.scene.nodes[3].meshToWorld = CMat4::Translation({-1, 0, 0}); };
+const auto kLight = [](CScenery s) { s.scene.lights.push_back(LightAt({0, -3, 3})); };
+
+const CRow kRows[] = {
+    {"Color", Nothing, Recolor},
+    {"FromSolidToGlassAndGone", Nothing, Fade},
+    {"GlassBeforeAndBehind", kMakeOthersGlass, Recolor},
+    {"GlassItself", [](CScenery s) { MakeGlass(Edited(s)); }, Recolor},
+    {"CutOut", CutOut, Recolor},
+    {"Lines", [](CScenery s) { Edited(s).wire = true; }, Recolor},
+    {"AllLines", [](CScenery s) { s.wire = true; }, Recolor},
+    {"OthersDimmed", [](CScenery s) { s.options.dimmed = kOthers; }, Recolor},
+    {"Dimmed", [](CScenery s) { s.options.dimmed = kEditedAlone; }, Recolor},
+    {"InThePlaceOfAnother", PutInThePlaceOfAnother, Recolor},
+    {"ThenAnother", Nothing, RecolorTheNext},
+    {"ThenAnotherMoves", Nothing, RecolorThen(kMove), 2},
+    {"ThenAnotherIsHidden", Nothing, RecolorThen([](CScenery s) { s.scene.nodes[3].visible = false; }), 2},
+    {"ThenALampIsLit", Nothing, RecolorThen(kLight), 2},
+    {"ThenAnotherMeshHasBecomeSmaller", Nothing, RecolorThen(Flatten), 2},
+    {"ThenWithoutTextures", Nothing, RecolorThen([](CScenery s) { s.options.textureRenderMode = 3; }), 2},
+    {"ThenOthersAreDimmed", Nothing, RecolorThen([](CScenery s) { s.options.dimmed = kOthers; }), 2},
+};
 
 class FollowingGLTest : public CPictureTest, public testing::WithParamInterface<CRow> {
   protected:
@@ -111,81 +160,7 @@ TEST_P(FollowingGLTest, ShowsWhatAPictureDrawnAnewShows) {
     EXPECT_EQ(whole, GetParam().whole);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, FollowingGLTest,
-    testing::Values(CRow{"Color", Nothing, Recolor}, CRow{"FromSolidToGlassAndGone", Nothing, Fade},
-                    CRow{"GlassBeforeAndBehind",
-                         [](CScenery s) {
-                             MakeGlass(s.scene.materials[1]);
-                             MakeGlass(s.scene.materials[3]);
-                         },
-                         Recolor},
-                    CRow{"GlassItself", [](CScenery s) { MakeGlass(Edited(s)); }, Recolor},
-                    CRow{"CutOut",
-                         [](CScenery s) {
-                             Edited(s).texture = s.scene.materials[4].texture;
-                             Edited(s).needsBlending = true;
-                         },
-                         Recolor},
-                    CRow{"Lines", [](CScenery s) { Edited(s).wire = true; }, Recolor},
-                    CRow{"AllLines", [](CScenery s) { s.wire = true; }, Recolor},
-                    CRow{"OthersDimmed",
-                         [](CScenery s) {
-                             s.options.dimmed = {true, true, false, true, true};
-                         },
-                         Recolor},
-                    CRow{"Dimmed",
-                         [](CScenery s) {
-                             s.options.dimmed = {false, false, true, false, false};
-                         },
-                         Recolor},
-                    CRow{"InThePlaceOfAnother",
-                         [](CScenery s) {
-                             s.scene.meshes[1] = s.scene.meshes[2];
-                             s.scene.meshes[1].batches.front().material = 1;
-                             s.scene.nodes[1].meshToWorld = s.scene.nodes[2].meshToWorld;
-                         },
-                         Recolor},
-                    CRow{"ThenAnother", Nothing,
-                         [](CScenery s, int step) {
-                             if (step < 4) return Recolor(s, step);
-                             s.scene.materials[3].diffuse.x = 0.1f * static_cast<float>(step);
-                         }},
-                    CRow{"ThenAnotherMoves", Nothing,
-                         With(
-                             [](CScenery s) {
-                                 s.scene.nodes[3].meshToWorld = CMat4::Translation({-1, 0, 0});
-                             },
-                             4),
-                         2},
-                    CRow{"ThenAnotherIsHidden", Nothing,
-                         With([](CScenery s) { s.scene.nodes[3].visible = false; }, 4), 2},
-                    CRow{"ThenALampIsLit", Nothing,
-                         With(
-                             [](CScenery s) {
-                                 s.scene.lights.push_back(LightAt({0, -3, 3}));
-                             },
-                             4),
-                         2},
-                    CRow{"ThenAnotherMeshHasBecomeSmaller", Nothing,
-                         With(
-                             [](CScenery s) {
-                                 for (CPreparedVertex& vertex : s.scene.meshes[3].vertices)
-                                     vertex.position[2] *= 0.5f;
-                                 ++s.scene.meshes[3].stamp;
-                             },
-                             4),
-                         2},
-                    CRow{"ThenWithoutTextures", Nothing,
-                         With([](CScenery s) { s.options.textureRenderMode = 3; }, 4), 2},
-                    CRow{"ThenOthersAreDimmed", Nothing,
-                         With(
-                             [](CScenery s) {
-                                 s.options.dimmed = {true, true, false, true, true};
-                             },
-                             4),
-                         2}),
-    kRowName);
+INSTANTIATE_TEST_SUITE_P(Kinds, FollowingGLTest, testing::ValuesIn(kRows), kRowName);
 
 class TurnedFollowingGLTest : public FollowingGLTest {};
 

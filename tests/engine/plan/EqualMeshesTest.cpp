@@ -46,22 +46,19 @@ TEST(EqualMeshesTest, OnlyTheFirstOfAlikeNodesIsNotRepeated) {
 }
 
 TEST(EqualMeshesTest, WhateverDiffersIsDrawn) {
-    const std::vector<bool> secondIsOther{false, false, true, true};
-    CFourAlike moved;
-    moved.scene.nodes[1].meshToWorld = CMat4::Translation({0, 0, 1e-3f});
-    EXPECT_EQ(moved.Repeated(), secondIsOther);
-    CFourAlike normal;
-    normal.scene.meshes[1].vertices[2].normal[1] = 1;
-    EXPECT_EQ(normal.Repeated(), secondIsOther);
-    CFourAlike order;
-    order.scene.meshes[1].indices16 = {1, 2, 0};
-    EXPECT_EQ(order.Repeated(), secondIsOther);
-    CFourAlike material;
-    material.scene.meshes[1].batches[0].material = 1;
-    EXPECT_EQ(material.Repeated(), secondIsOther);
-    CFourAlike mapped;
-    mapped.scene.meshes[1].texCoords.resize(3);
-    EXPECT_EQ(mapped.Repeated(), secondIsOther);
+    using CChange = void (*)(CPreparedNode&, CPreparedMesh&);
+    for (const CChange change :
+         {CChange([](auto&node, auto&) {
+              node.meshToWorld = CMat4::Translation({0, 0, 1e-3f});
+          }),
+          CChange([](auto&, auto&mesh) { mesh.vertices[2].normal[1] = 1; }),
+          CChange([](auto&, auto&mesh) { std::swap(mesh.indices16[0], mesh.indices16[1]); }),
+          CChange([](auto&, auto&mesh) { mesh.batches[0].material = 1; }),
+          CChange([](auto&, auto&mesh) { mesh.texCoords.resize(3); })}) {
+        CFourAlike four;
+        change(four.scene.nodes[1], four.scene.meshes[1]);
+        EXPECT_EQ(four.Repeated(), (std::vector<bool>{false, false, true, true}));
+    }
 }
 
 TEST(EqualMeshesTest, InstancesInOnePlaceAreAlikeAndFreedMeshesStaySo) {

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <map>
+#include <numbers>
 #include <stdexcept>
 
 namespace {
@@ -48,24 +50,10 @@ double At(const std::byte* bytes, bool normalized) {
 
 CMatrix4d MatrixOf(const std::array<double, 3>& t, const std::array<double, 4>& q,
                    const std::array<double, 3>& s) {
-    const auto [x, y, z, w] = q;
+    const CVec3d axis{q[0], q[1], q[2]};
     CMatrix4d turn;
-    turn.m = {1 - 2 * (y * y + z * z),
-              2 * (x * y + w * z),
-              2 * (x * z - w * y),
-              0,
-              2 * (x * y - w * z),
-              1 - 2 * (x * x + z * z),
-              2 * (y * z + w * x),
-              0,
-              2 * (x * z + w * y),
-              2 * (y * z - w * x),
-              1 - 2 * (x * x + y * y),
-              0,
-              0,
-              0,
-              0,
-              1};
+    if (axis != CVec3d{})
+        turn = CMatrix4d::Rotation(std::atan2(Length(axis), q[3]) * 360 / std::numbers::pi, axis);
     return CMatrix4d::Translation({t[0], t[1], t[2]}) * turn * CMatrix4d::Scale({s[0], s[1], s[2]});
 }
 

@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstddef>
-#include <map>
 #include <nlohmann/json.hpp>
 #include <span>
 #include <string>

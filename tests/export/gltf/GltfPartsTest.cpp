@@ -3,7 +3,6 @@
 
 #include <cmath>
 #include <numbers>
-#include <random>
 
 #include "engine/test_scenes.h"
 #include "export/gltf/parts/CGltfTransform.h"
@@ -68,28 +67,6 @@ std::vector<float> Times(std::size_t count) {
     std::vector<float> times;
     for (std::size_t i = 0; i < count; ++i) times.push_back(static_cast<float>(i) / 30);
     return times;
-}
-
-TEST(KeyReductionTest, StaysNearAllSamplesWithFewKeys) {
-    std::mt19937 random(5);
-    std::normal_distribution<float> step(0, 0.3F);
-    std::vector<float> values;
-    for (std::size_t i = 0; i < 300; ++i) {
-        // At rest, evenly, wildly.
-        values.push_back(i < 100 ? 1.0F : i < 200 ? static_cast<float>(i) : values.back() + step(random));
-    }
-    const std::vector<float> times = Times(values.size());
-    const std::vector<std::uint32_t> kept = key_reduction::KeptValues(times, values, 1, 0.05F);
-    EXPECT_LE(kept.size(), 106U);
-    ASSERT_EQ(kept.front(), 0U);
-    ASSERT_EQ(kept.back(), 299U);
-    for (std::size_t k = 1; k < kept.size(); ++k) {
-        for (std::uint32_t i = kept[k - 1]; i <= kept[k]; ++i) {
-            const float share =
-                static_cast<float>(i - kept[k - 1]) / static_cast<float>(kept[k] - kept[k - 1]);
-            EXPECT_NEAR(std::lerp(values[kept[k - 1]], values[kept[k]], share), values[i], 0.0501) << i;
-        }
-    }
 }
 
 TEST(KeyReductionTest, TurnsEvenlyByFewKeysThatReadersTakeTheShortWay) {

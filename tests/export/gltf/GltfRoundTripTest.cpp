@@ -5,7 +5,6 @@
 #include <lib3ds/node.h>
 
 #include <algorithm>
-#include <functional>
 #include <numbers>
 #include <tuple>
 

@@ -3,7 +3,6 @@
 #include <wx/app.h>
 #include <wx/clipbrd.h>
 #include <wx/dataobj.h>
-#include <wx/filedlg.h>
 
 #include <array>
 #include <cstdlib>
@@ -16,21 +15,10 @@
 #include "picture/decode/image_codec.h"
 #include "settings/CLocalRegStore.h"
 #include "view/CViewWindow.h"
-#include "widgets/CModalDriver.h"
-#include "widgets/CUserPrompt.h"
-#include "widgets/ui/file_chooser.h"
+#include "widgets/CRecordedPrompt.h"
+#include "widgets/file_dialog_steps.h"
 
 namespace {
-
-class CCountedPrompt final : public CUserPrompt {
-  public:
-    void ShowMessage(const std::wstring& text) override { messages.push_back(text); }
-    bool AskYesNo(const std::wstring&) override { return false; }
-    void BeginBusy() override { ++busy; }
-    void EndBusy() override { --busy; }
-    std::vector<std::wstring> messages;
-    int busy = 0;
-};
 
 /** Red, green and blue alone: a window's alpha is nobody's. */
 std::vector<std::uint8_t> Colours(const CImage& image) {
@@ -47,40 +35,19 @@ std::size_t CountApart(const std::vector<std::uint8_t>& a, const std::vector<std
 }
 
 /** A view of two boxes with all that a picture on the screen may have, but nothing that moves. */
-class ScreenshotWxTest : public testing::Test {
+class ScreenshotWxTest : public CTwoBoxesTest {
   protected:
-    void SetUp() override {
-        auto counted = std::make_unique<CCountedPrompt>();
-        prompt = counted.get();
-        m_promptBefore = CUserPrompt::Install(std::move(counted));
-        CLocalRegStore::Load(file_util_ex::ConvertFromUTF8W(folder / "settings.ini"));
-        ASSERT_TRUE(window.IsReady());
-        SaveTwoBoxes(folder / "boxes.3ds");
-        ASSERT_TRUE(window.View().OpenModel(Path("boxes.3ds").c_str()));
-    }
-    ~ScreenshotWxTest() override { CUserPrompt::Install(std::move(m_promptBefore)); }
-    [[nodiscard]] std::wstring Path(const std::string& name) const {
-        return file_util_ex::ConvertFromUTF8W(folder / name);
-    }
     [[nodiscard]] CImage Saved(const std::string& name) {
-        if (!window.View().SaveScreenshot(Path(name))) return {};
+        if (!window.View().SaveScreenshot(At(name))) return {};
         auto read = image_codec::ReadImageFile(folder / name);
         return read ? std::move(read.Value().image) : CImage{};
     }
-    /** Waits for a dialog that proposes a name, and gives it another one in the test's folder. */
-    [[nodiscard]] CModalDriver::CStep Rename(std::string proposed, std::string name) {
-        return [this, proposed = std::move(proposed), name = std::move(name)] {
-            wxFileDialog* dialog = CModalDriver::FileDialog();
-            if (!dialog || file_chooser::Name(*dialog) != proposed) return false;
-            file_chooser::SetFolder(*dialog, folder.Path());
-            file_chooser::SetName(*dialog, name);
-            return true;
-        };
+    [[nodiscard]] CModalDriver::CStep Rename(const std::string& proposed, const std::string& name) {
+        return file_dialog_steps::Rename(proposed, folder.Path(), name);
     }
     [[nodiscard]] CResult<std::wstring> Run(std::deque<CModalDriver::CStep> steps) {
         CModalDriver driver(std::move(steps));
-        wxWindow& parent = *window.View().GetCanvas()->GetWindow()->GetParent();
-        CResult<std::wstring> result = RunScreenshot(Path("boxes.3ds"), window.View(), parent);
+        CResult<std::wstring> result = RunScreenshot(At("boxes.3ds"), window.View(), Parent());
         EXPECT_TRUE(driver.IsDone());
         return result;
     }
@@ -91,14 +58,7 @@ class ScreenshotWxTest : public testing::Test {
         return {static_cast<const char*>(data.GetData()), data.GetSize()};
     }
 
-    CTestFolder folder;
-    CLocalRegStore::CDefaultFileGuard store;
-    CCountedPrompt* prompt = nullptr;
-    CIdleToolState tools;
-    CViewWindow window{&tools};
-
-  private:
-    std::unique_ptr<CUserPrompt> m_promptBefore;
+    CRecordedPrompt prompt;
 };
 
 TEST_F(ScreenshotWxTest, HoldsThePixelsOfTheWindow) {
@@ -155,7 +115,7 @@ TEST_F(ScreenshotWxTest, ACancelledDialogDoesNothing) {
     const auto result = Run({Rename("boxes.jpg", "a.png"), CModalDriver::Press(WXK_ESCAPE)});
     EXPECT_TRUE(result && result.Value().empty());
     EXPECT_EQ(folder.Count(), 1u);
-    EXPECT_EQ(prompt->busy, 0);
+    EXPECT_EQ(prompt.busy, 0);
     EXPECT_EQ(Clipboard(), "");
 }
 
@@ -164,20 +124,12 @@ TEST_F(ScreenshotWxTest, AsksAgainBeforeItWritesOverAModel) {
     const auto enter = CModalDriver::Press(WXK_RETURN);
     const auto result = Run({Rename("boxes.jpg", "new.3ds"), enter, Rename("new.jpg", "b.png"), enter});
     ASSERT_TRUE(result) << result.Error().Text();
-    EXPECT_EQ(result.Value(), Path("b.png"));
-    EXPECT_EQ(prompt->messages.size(), 1u);
-    EXPECT_EQ(prompt->busy, 0);
+    EXPECT_EQ(result.Value(), At("b.png"));
+    EXPECT_EQ(prompt.messages.size(), 1u);
+    EXPECT_EQ(prompt.busy, 0);
     EXPECT_FALSE(std::filesystem::exists(folder / "new.3ds"));
     EXPECT_EQ(CTestFolder::TextOf(folder / "boxes.3ds"), model);
     EXPECT_EQ(Clipboard(), CTestFolder::TextOf(folder / "b.png")) << "the same picture is in the clipboard";
-}
-
-TEST_F(ScreenshotWxTest, FailsWithoutAPlaceToWriteTo) {
-    std::filesystem::create_directory(folder / "a.png");
-    for (const std::wstring& path :
-         {Path("a.png"), Path("no/a.png"), std::wstring(L"/proc/a.png"), std::wstring()})
-        EXPECT_FALSE(window.View().SaveScreenshot(path));
-    EXPECT_EQ(folder.Count(), 2u);
 }
 
 }  // namespace

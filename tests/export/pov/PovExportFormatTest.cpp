@@ -64,18 +64,6 @@ TEST(PovExportFormatTest, TakesWhatTheSettingsSay) {
     EXPECT_FALSE(pov_export_format::TakesLastName(settings)) << "there is none";
 }
 
-TEST(PovSettingsTest, FieldsGoThereAndBack) {
-    const CPovSettings fields{.outputTextures = false,
-                              .useLastName = true,
-                              .radiosity = true,
-                              .previewBackground = true,
-                              .diffuse = "0.125",
-                              .selfDiffuse = "1.000"};
-    CSettings settings;
-    ASSERT_TRUE(pov_settings::FromFields(fields, settings));
-    EXPECT_EQ(pov_settings::ToFields(settings), fields);
-}
-
 TEST(PovSettingsTest, AWrongNumberStoresNothing) {
     for (const auto& [diffuse, selfDiffuse] :
          {std::pair{"", "0.5"}, {"0.5", ""}, {"0.5", "1.5"}, {"-1", "0.5"}}) {

@@ -7,7 +7,6 @@
 #include <wx/radiobut.h>
 #include <wx/textctrl.h>
 
-#include <cstdlib>
 #include <filesystem>
 
 #include "engine/C3dsDisplayWrap.h"
@@ -20,31 +19,19 @@
 #include "files/file_util_ex.h"
 #include "settings/CSettingsGuard.h"
 #include "view/CViewWindow.h"
+#include "widgets/CFakeOpener.h"
 #include "widgets/CModalDriver.h"
-#include "widgets/CUserPrompt.h"
+#include "widgets/CRecordedPrompt.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using CStep = CModalDriver::CStep;
 
-/** Keeps what would have been shown. */
-struct CMessages final : CUserPrompt {
-    explicit CMessages(std::vector<std::wstring>& list) : shown(list) {}
-    void ShowMessage(const std::wstring& text) override { shown.push_back(text); }
-    bool AskYesNo(const std::wstring&) override { return false; }
-    void BeginBusy() override {}
-    void EndBusy() override {}
-    std::vector<std::wstring>& shown;
-};
-
 /** Settings, messages and the dialog that is open. */
 class CPovWindowWxTest : public testing::Test {
   protected:
-    CPovWindowWxTest() : before(CUserPrompt::Install(std::make_unique<CMessages>(messages))) {
-        dialogs.Register();
-    }
-    ~CPovWindowWxTest() override { CUserPrompt::Install(std::move(before)); }
+    CPovWindowWxTest() { dialogs.Register(); }
 
     template <class Control>
     Control& Get(const wxString& labelOrName) {
@@ -53,21 +40,15 @@ class CPovWindowWxTest : public testing::Test {
         return dynamic_cast<Control&>(*found);
     }
     /** A step: once the dialog can be typed into. */
-    CStep When(const std::function<void()>& work) {
-        return [this, work] {
-            wxDialog* dialog = dialogs.Last();
-            if (!dialog || !gtk_window_is_active(GTK_WINDOW(dialog->GetHandle()))) return false;
-            work();
-            return true;
-        };
+    static CStep When(const std::function<void()>& work) {
+        return CModalDriver::With([work](wxDialog&) { work(); });
     }
     void Click(int id) { wxQueueEvent(dialogs.Last()->FindWindow(id), new wxCommandEvent(wxEVT_BUTTON, id)); }
     bool IsEnabled(int id) { return dialogs.Last() && dialogs.Last()->FindWindow(id)->IsEnabled(); }
 
     CSettingsGuard guard;
     CSettings& settings = CSettings::Instance();
-    std::vector<std::wstring> messages;
-    std::unique_ptr<CUserPrompt> before;
+    CRecordedPrompt prompt;
     CModalDialogs dialogs;
 };
 
@@ -117,12 +98,12 @@ TEST_F(COptionsWxTest, EnterStoresAndEscapeDoesNot) {
 TEST_F(COptionsWxTest, AWrongNumberIsToldAndLeadsBackToItsField) {
     const wxString field = "Self illumination diffuse value";
     EXPECT_EQ(Show({When([&] { Get<wxTextCtrl>(field).Clear(); }), CModalDriver::Press(WXK_RETURN),
-                    [this] { return !messages.empty(); }, When([&] {
+                    [this] { return !prompt.messages.empty(); }, When([&] {
                         EXPECT_TRUE(Get<wxTextCtrl>(field).HasFocus());
                         Click(wxID_CANCEL);
                     })}),
               wxID_CANCEL);
-    EXPECT_EQ(messages.at(0),
+    EXPECT_EQ(prompt.messages.at(0),
               L"Self illumination diffuse value:\nPlease enter a number in the range 0 \u2013 1.");
 }
 
@@ -191,29 +172,27 @@ TEST_F(CExportWxTest, WritesWhatTheViewShowsAndClosesOnlyThen) {
 }
 
 TEST_F(CExportWxTest, HandsTheFileToTheDesktopOnceOrTellsWhatIsMissing) {
-    const std::string pathBefore = getenv("PATH");
+    const CFakeOpener desktop(true);
     // A double click, as events: the second one finds the dialog on its way out.
-    const auto exportWith = [&](const std::string& opener) {
-        fs::permissions(folder.Add("xdg-open", "#!/bin/sh\n" + opener), fs::perms::owner_all);
-        setenv("PATH", folder.Path().c_str(), 1);
+    const auto exportOnce = [&] {
         Export({IsFinished(), When([&] {
                     Click(CPovExportDialog::kIdOpen);
                     Click(CPovExportDialog::kIdOpen);
                 })});
-        setenv("PATH", pathBefore.c_str(), 1);
     };
     static int asserts;
     asserts = 0;
     const wxAssertHandler_t assertsBefore = wxSetAssertHandler(
         [](const wxString&, int, const wxString&, const wxString&, const wxString&) { ++asserts; });
-    exportWith("echo \"$1\" >>'" + (folder / "opened") + "'\n");
-    EXPECT_EQ(CTestFolder::TextOf(folder / "opened"), output + "\n");
-    EXPECT_TRUE(messages.empty());
-    exportWith("exit 3\n");
+    exportOnce();
+    EXPECT_EQ(desktop.TakeOpened(), output + "\n");
+    EXPECT_TRUE(prompt.messages.empty());
+    desktop.Does("exit 3");
+    exportOnce();
     wxSetAssertHandler(assertsBefore);
     EXPECT_EQ(asserts, 0);
-    ASSERT_EQ(messages.size(), 1u);
-    EXPECT_TRUE(messages[0].starts_with(L"Unable to find POV-RAY executable."));
+    ASSERT_EQ(prompt.messages.size(), 1u);
+    EXPECT_TRUE(prompt.messages[0].starts_with(L"Unable to find POV-RAY executable."));
 }
 
 TEST_F(CExportWxTest, AsksForANameWhereThereIsNoLastOne) {

@@ -13,21 +13,6 @@ CFlags FlagsOf(const CHtmlSettings& s) {
     return {s.GetMinify(),       s.GetCombine(),    s.GetLaunchBrowser(), s.GetGzip(),
             s.GetDownloadLink(), s.GetCamerasBar(), s.GetDoubleSided()};
 }
-constexpr CFlags kDefaults{true, true, true, true, true, true, false};
-
-TEST(CHtmlSettingsTest, WithoutAFileAllButOneAreOnAndNothingIsWritten) {
-    const CTestFolder folder;
-    const CHtmlSettings settings(folder / "html_settings.ini");
-    EXPECT_EQ(FlagsOf(settings), kDefaults);
-    EXPECT_EQ(settings.GetJavaScript(), "");
-    EXPECT_EQ(folder.Count(), 0u);
-}
-
-TEST(CHtmlSettingsTest, TakesFromTheFileWhatItHas) {
-    const CTestFolder folder;
-    (void)folder.Add("h.ini", "[html]\nminify = 0\nbrowser = no\nmat_double_sided = 5\n[other]\ngzip = 0\n");
-    EXPECT_EQ(FlagsOf(CHtmlSettings(folder / "h.ini")), (CFlags{false, true, true, true, true, true, true}));
-}
 
 TEST(CHtmlSettingsTest, KeepsEveryValueAndWhatOthersHaveWritten) {
     const CTestFolder folder;

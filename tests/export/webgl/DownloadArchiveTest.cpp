@@ -71,11 +71,11 @@ TEST(DownloadArchiveTest, HoldsTheModelAsItIsShownAndIsReplaced) {
     ASSERT_TRUE(loaded);
     CScene& scene = loaded.Value().scene;
     const CTexturesOfScene known(scene.File(), scene.Textures());
+    const auto writePicture = [](std::string_view path) {
+        return file_util_ex::WriteFileAtomically(path, std::string_view("jpg"));
+    };
     download_archive::CContent content{
-        scene.File(), [&](std::string_view path) { return WriteScene(scene, path); },
-        [](std::string_view path) {
-            return file_util_ex::WriteFileAtomically(path, std::string_view("jpg"));
-        }};
+        scene.File(), [&](std::string_view path) { return WriteScene(scene, path); }, writePicture};
     for (int i = 0; i < 2; ++i) {
         ASSERT_TRUE(download_archive::Make(folder / "i.html", "m.orv", loaded.Value().prepared, content));
         std::set<std::string> names;
@@ -84,13 +84,9 @@ TEST(DownloadArchiveTest, HoldsTheModelAsItIsShownAndIsReplaced) {
         EXPECT_EQ(names, (std::set<std::string>{"m.3ds", "preview.jpg", "wood.png", "stone.png"}));
         EXPECT_EQ(folder.Count(), 3u) << "replaced";
         content.writePicture = [](std::string_view) -> CStatus { return CError{}; };
-        EXPECT_EQ(
-            download_archive::Make(folder / "i.html", "m.orv", loaded.Value().prepared, content).HasValue(),
-            true)
+        EXPECT_TRUE(download_archive::Make(folder / "i.html", "m.orv", loaded.Value().prepared, content))
             << "without a picture, too";
-        content.writePicture = [](std::string_view path) {
-            return file_util_ex::WriteFileAtomically(path, std::string_view("jpg"));
-        };
+        content.writePicture = writePicture;
     }
     const CResult<CLoadedScene> again = LoadScene(folder / "m.orv.zip");
     ASSERT_TRUE(again);

@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
-#include <gtk/gtk.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <wx/checkbox.h>
 #include <wx/dialog.h>
-#include <wx/filedlg.h>
 #include <wx/textctrl.h>
 
-#include <cstdlib>
 #include <filesystem>
 
 #include "engine/C3dsDisplayWrap.h"
@@ -16,13 +13,11 @@
 #include "export/webgl/CHtmlSettings.h"
 #include "export/webgl/ui/CHtmlSettingsDlg.h"
 #include "export/webgl/ui/html_export_command.h"
-#include "files/CTestFolder.h"
 #include "files/CZipReader.h"
 #include "files/file_util_ex.h"
-#include "settings/CLocalRegStore.h"
 #include "view/CViewWindow.h"
-#include "widgets/CModalDriver.h"
-#include "widgets/ui/file_chooser.h"
+#include "widgets/CFakeOpener.h"
+#include "widgets/file_dialog_steps.h"
 
 namespace {
 
@@ -34,28 +29,17 @@ TEST(CHtmlSettingsDlgWxTest, OkStoresAllAtOnceAndEscapeNothing) {
     CHtmlSettings settings(folder / "h.ini");
     auto* frame = new wxFrame(nullptr, wxID_ANY, "main");
     CModalDriver::ShowFirst(*frame);
-    CModalDialogs dialogs;
-    dialogs.Register();
-    const auto change = [&] {
-        wxDialog* dialog = dialogs.Last();
-        if (!dialog || !gtk_window_is_active(GTK_WINDOW(dialog->GetHandle()))) return false;
+    const CStep change = CModalDriver::With([](wxDialog& dialog) {
         for (const char* flag : {"Minify files", "Use double sided material in all cases"}) {
-            auto& box = dynamic_cast<wxCheckBox&>(*wxWindow::FindWindowByLabel(flag, dialog));
+            auto& box = dynamic_cast<wxCheckBox&>(*wxWindow::FindWindowByLabel(flag, &dialog));
             box.SetValue(!box.GetValue());
         }
         auto& text =
-            dynamic_cast<wxTextCtrl&>(*wxWindow::FindWindowByName("Additional JavaScript code", dialog));
+            dynamic_cast<wxTextCtrl&>(*wxWindow::FindWindowByName("Additional JavaScript code", &dialog));
         text.ChangeValue(wxString(L"a = '\u00e4\u20ac\U0001F600';\n// </script>"));
-        return true;
-    };
-    const auto press = [&](int id) {
-        return [&dialogs, id] {
-            wxQueueEvent(dialogs.Last()->FindWindow(id), new wxCommandEvent(wxEVT_BUTTON, id));
-            return true;
-        };
-    };
+    });
     for (const int button : {wxID_CANCEL, wxID_OK}) {
-        CModalDriver driver({change, press(button)});
+        CModalDriver driver({change, CModalDriver::Click(button)});
         EXPECT_EQ(CHtmlSettingsDlg(frame, settings).ShowModal(), button);
         EXPECT_TRUE(driver.IsDone());
         EXPECT_EQ(fs::exists(folder / "h.ini"), button == wxID_OK);
@@ -69,51 +53,29 @@ TEST(CHtmlSettingsDlgWxTest, OkStoresAllAtOnceAndEscapeNothing) {
 }
 
 /** A view with two boxes, and a desktop's opener that notes what it is given. */
-class CHtmlExportWxTest : public testing::Test {
+class CHtmlExportWxTest : public CTwoBoxesTest {
   protected:
     void SetUp() override {
-        CLocalRegStore::Load(file_util_ex::ConvertFromUTF8W(folder / "settings.ini"));
-        fs::permissions(folder.Add("xdg-open", "#!/bin/sh\necho \"$1\" >>'" + (folder / "opened") + "'\n"),
-                        fs::perms::owner_all);
-        setenv("PATH", folder.Path().c_str(), 1);
-        ASSERT_TRUE(window.IsReady());
-        SaveTwoBoxes(folder / "boxes.3ds");
-        ASSERT_TRUE(window.View().OpenModel(file_util_ex::ConvertFromUTF8W(folder / "boxes.3ds").c_str()));
+        ASSERT_NO_FATAL_FAILURE(CTwoBoxesTest::SetUp());
         fs::create_directory(folder / "out");
     }
-    ~CHtmlExportWxTest() override { setenv("PATH", m_pathBefore.c_str(), 1); }
     CResult<std::wstring> Export(std::deque<CStep> steps) {
         CModalDriver driver(std::move(steps));
-        wxWindow* parent = window.View().GetCanvas()->GetWindow()->GetParent();
-        auto result = RunHtmlExport(window.View().GetPath(), L"boxes.orv", window.View(), *parent);
+        auto result = RunHtmlExport(window.View().GetPath(), L"boxes.orv", window.View(), Parent());
         EXPECT_TRUE(driver.IsDone());
         return result;
     }
-    CStep ChooseFolder(const std::string& where) {
-        return [where] {
-            wxFileDialog* dialog = CModalDriver::FileDialog();
-            if (!dialog || file_chooser::Name(*dialog) != "index.html") return false;
-            file_chooser::SetFolder(*dialog, where);
-            return true;
-        };
-    }
-    [[nodiscard]] std::string Opened() const { return CTestFolder::TextOf(folder / "opened"); }
 
-    CTestFolder folder;
-    CLocalRegStore::CDefaultFileGuard store;
-    CIdleToolState tools;
-    CViewWindow window{&tools};
-
-  private:
-    std::string m_pathBefore = getenv("PATH");
+    const CFakeOpener opener;
+    const CStep choose = file_dialog_steps::Rename("index.html", folder / "out", "index.html");
 };
 
 TEST_F(CHtmlExportWxTest, WritesThePageItsArchiveAndOpensIt) {
     const std::string page = folder / "out/index.html";
-    const auto saved = Export({ChooseFolder(folder / "out"), CModalDriver::Press(WXK_RETURN)});
+    const auto saved = Export({choose, CModalDriver::Press(WXK_RETURN)});
     ASSERT_TRUE(saved) << saved.Error().Text();
     EXPECT_EQ(file_util_ex::ConvertToUTF8(saved.Value()), page);
-    EXPECT_EQ(Opened(), page + "\n");
+    EXPECT_EQ(opener.TakeOpened(), page + "\n");
     EXPECT_NE(CTestFolder::TextOf(page).find("./boxes.orv.zip"), std::string::npos);
     auto archive = CZipReader::Open(file_util_ex::ReadWholeFile(folder / "out/boxes.orv.zip").Value());
     ASSERT_TRUE(archive);
@@ -130,22 +92,22 @@ TEST_F(CHtmlExportWxTest, AFailureMakesNoArchiveAndOpensNothing) {
         const rlimit little{100, all.rlim_max};
         return ::setrlimit(RLIMIT_FSIZE, &little) == 0;
     };
-    const auto failed = Export({ChooseFolder(folder / "out"), fillDisk, CModalDriver::Press(WXK_RETURN)});
+    const auto failed = Export({choose, fillDisk, CModalDriver::Press(WXK_RETURN)});
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &all), 0);
     ASSERT_FALSE(failed);
     EXPECT_EQ(failed.Error().code, EErrorCode::WriteFailed);
     EXPECT_TRUE(fs::is_empty(folder / "out"));
-    EXPECT_EQ(Opened(), "");
+    EXPECT_EQ(opener.TakeOpened(), "");
 }
 
 TEST_F(CHtmlExportWxTest, CancelWritesNothing) {
-    const auto cancelled = Export({ChooseFolder(folder / "out"), CModalDriver::Press(WXK_ESCAPE)});
+    const auto cancelled = Export({choose, CModalDriver::Press(WXK_ESCAPE)});
     ASSERT_TRUE(cancelled);
     EXPECT_EQ(cancelled.Value(), L"");
     window.View().CloseModel();
     EXPECT_TRUE(Export({})) << "without a model nothing is asked";
     EXPECT_TRUE(fs::is_empty(folder / "out"));
-    EXPECT_EQ(Opened(), "");
+    EXPECT_EQ(opener.TakeOpened(), "");
 }
 
 }  // namespace

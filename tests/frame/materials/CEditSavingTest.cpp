@@ -8,42 +8,24 @@
 #include "model/edit/CEdit.h"
 #include "script/CSceneScript.h"
 #include "session/CSessionStage.h"
-#include "widgets/CUserPrompt.h"
+#include "widgets/CRecordedPrompt.h"
 
 namespace {
-
-class CRecordedAnswers final : public CUserPrompt {
-  public:
-    void ShowMessage(const std::wstring& text) override { messages.push_back(text); }
-    bool AskYesNo(const std::wstring&) override { return false; }
-    ESaveAnswer AskSave(const std::wstring& text) override {
-        messages.push_back(text);
-        return answer;
-    }
-    void BeginBusy() override {}
-    void EndBusy() override {}
-
-    std::vector<std::wstring> messages;
-    ESaveAnswer answer = ESaveAnswer::Cancel;
-};
 
 class CEditSavingTest : public testing::Test {
   protected:
     CEditSavingTest() {
-        auto recorded = std::make_unique<CRecordedAnswers>();
-        prompt = recorded.get();
-        m_before = CUserPrompt::Install(std::move(recorded));
+        prompt.saveAnswer = ESaveAnswer::Cancel;
         stage.Open(stage.Add("model.3ds"));
         stage.session.Apply({CTransparencyEdit{{"a", {}}, 0.3f}}, L"edit");
     }
-    ~CEditSavingTest() override { CUserPrompt::Install(std::move(m_before)); }
 
     [[nodiscard]] std::string Path(const char* name) const { return stage.folder / name; }
     [[nodiscard]] std::wstring Wide(const char* name) const {
         return file_util_ex::ConvertFromUTF8W(Path(name));
     }
     [[nodiscard]] bool LastMessageHas(const wchar_t* text) const {
-        return !prompt->messages.empty() && prompt->messages.back().find(text) != std::wstring::npos;
+        return !prompt.messages.empty() && prompt.messages.back().find(text) != std::wstring::npos;
     }
     /** How many edits a script holds; -1 for one that cannot be read. */
     static int EditsIn(const std::string& script) {
@@ -53,16 +35,13 @@ class CEditSavingTest : public testing::Test {
     void EditMore() { stage.session.Apply({CTransparencyEdit{{"b", {}}, 0.6f}}, L"more"); }
 
     CSessionStage stage;
-    CRecordedAnswers* prompt;
+    CRecordedPrompt prompt;
     std::wstring chosen;  ///< what the user chooses
     std::vector<std::wstring> asked;
     CEditSaving saving{stage.session, [this](const std::wstring& folder, const std::wstring& name) {
                            asked.push_back(folder + L"|" + name);
                            return chosen;
                        }};
-
-  private:
-    std::unique_ptr<CUserPrompt> m_before;
 };
 
 TEST_F(CEditSavingTest, AsksWhereOnceAndThenKnows) {
@@ -77,7 +56,7 @@ TEST_F(CEditSavingTest, AsksWhereOnceAndThenKnows) {
     EXPECT_TRUE(saving.Save());
     EXPECT_EQ(asked.size(), 2u);
     EXPECT_EQ(EditsIn(Path("model.orv")), 2);
-    EXPECT_TRUE(prompt->messages.empty());
+    EXPECT_TRUE(prompt.messages.empty());
 }
 
 TEST_F(CEditSavingTest, KeepsTheRestOfAScriptOfTheSameModelAndLeavesOthersAlone) {
@@ -156,11 +135,11 @@ TEST_F(CEditSavingTest, AModelWithoutAFileHasNoScript) {
 
 TEST_F(CEditSavingTest, AsksWhatIsToBecomeOfUnsavedEdits) {
     EXPECT_FALSE(saving.MayLose());
-    EXPECT_EQ(prompt->messages.back(), L"The edits of model.3ds are not saved. Save them to a script?");
-    prompt->answer = ESaveAnswer::Discard;
+    EXPECT_EQ(prompt.messages.back(), L"The edits of model.3ds are not saved. Save them to a script?");
+    prompt.saveAnswer = ESaveAnswer::Discard;
     EXPECT_TRUE(saving.MayLose());
     EXPECT_TRUE(stage.session.HasUnsavedEdits()) << "they go with the scene";
-    prompt->answer = ESaveAnswer::Save;
+    prompt.saveAnswer = ESaveAnswer::Save;
     EXPECT_FALSE(saving.MayLose()) << "no place was chosen";
     chosen = Wide("model.orv");
     EXPECT_TRUE(saving.MayLose());

@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <cstdlib>
-
 #include "session/CSessionStage.h"
 
 namespace {
@@ -72,16 +69,6 @@ TEST_F(CToolEditsTest, OnlyTheToolThatWasUsedFollows) {
     stage.session.DeleteNode("b");
     EXPECT_FALSE(Slide(4)) << "it is gone";
     EXPECT_EQ(stage.session.Edits().NextUndo()->what, L"deleted b");
-}
-
-TEST(ToolValuesTest, EveryPositionOfASliderIsReadBackFromOneDecimal) {
-    for (int position = 0; position <= CToolValues::kSliderMax; ++position) {
-        char text[16];
-        (void)std::snprintf(text, sizeof text, "%.1f", static_cast<double>(SliderValue(position)));
-        EXPECT_EQ(static_cast<float>(std::strtod(text, nullptr)), SliderValue(position)) << text;
-    }
-    EXPECT_EQ(SliderValue(-5), 0.0f);
-    EXPECT_EQ(SliderValue(99), 1.0f);
 }
 
 }  // namespace

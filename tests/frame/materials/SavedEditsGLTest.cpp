@@ -51,12 +51,14 @@ class CShownSample {
     C3dsDisplayWrap m_engine;
 };
 
-enum class EKind { Color, Shininess, Transparency, Replace, Move, Delete };
+/** Tools, and what has none. */
+using CKinds = std::vector<EMaterialTool>;
+constexpr EMaterialTool kMove = EMaterialTool::None, kDelete = EMaterialTool::Filter;
 
 struct CSaved {
     const char* name;
     const char* sample;
-    std::vector<EKind> kinds;
+    CKinds kinds;
     int count = 12;
 };
 
@@ -67,33 +69,17 @@ class CPlayer {
         : m_row(row), m_nodes(std::move(nodes)), m_random(static_cast<unsigned>(row.count)) {}
 
     CEdit Next() {
-        const EKind kind = m_row.kinds[Below(m_row.kinds.size())];
+        const EMaterialTool kind = m_row.kinds[Below(m_row.kinds.size())];
         const std::string& node = m_nodes[Below(std::min<std::size_t>(m_nodes.size(), 6))].name;
         CToolValues values;
         // Black is the one colour that tells nothing of what was there before.
-        if (Below(3) > 0)
-            values.color = {Byte(), Byte(), Byte()};
-        else
-            values.color = {0, 0, 0};
+        values.color = Below(3) > 0 ? CToolColor{Byte(), Byte(), Byte()} : CToolColor{};
         values.shininess = static_cast<int>(Below(11));
         values.transparency = static_cast<int>(Below(11));
         values.replacement = {Sample("vase.3ds"), ""};
-        switch (kind) {
-            case EKind::Color:
-                return *ToolEdit(EMaterialTool::Color, node, values);
-            case EKind::Shininess:
-                return *ToolEdit(EMaterialTool::Shininess, node, values);
-            case EKind::Transparency:
-                return *ToolEdit(EMaterialTool::Transparency, node, values);
-            case EKind::Replace:
-                return *ToolEdit(EMaterialTool::Replace, node, values);
-            case EKind::Move:
-                return CMoveEdit{node,
-                                 {static_cast<float>(Below(40)) / 8, static_cast<float>(Below(9)) - 4, 0}};
-            case EKind::Delete:
-                break;
-        }
-        return CDeleteEdit{node};
+        if (kind == kDelete) return CDeleteEdit{node};
+        if (kind != kMove) return *ToolEdit(kind, node, values);
+        return CMoveEdit{node, {static_cast<float>(Below(40)) / 8, static_cast<float>(Below(9)) - 4, 0}};
     }
 
   private:
@@ -134,19 +120,19 @@ TEST_P(SavedEditsGLTest, ShowTheSamePictureWhenTheyAreReadBack) {
     EXPECT_TRUE(again.Picture().rgba == picture.rgba) << CTestFolder::TextOf(script);
 }
 
-const std::vector<EKind> kMaterial{EKind::Color, EKind::Shininess, EKind::Transparency};
-const std::vector<EKind> kAll{EKind::Color,   EKind::Shininess, EKind::Transparency,
-                              EKind::Replace, EKind::Move,      EKind::Delete};
+using enum EMaterialTool;
+const CKinds kMaterial{Color, Shininess, Transparency};
+const CKinds kAll{Color, Shininess, Transparency, Replace, kMove, kDelete};
 const CSaved kSaved[] = {
-    {"ChessColor", "chess.3ds", {EKind::Color}},
-    {"ChessTransparency", "chess.3ds", {EKind::Transparency}},
+    {"ChessColor", "chess.3ds", {Color}},
+    {"ChessTransparency", "chess.3ds", {Transparency}},
     {"KnotMaterial", "knot.3ds", kMaterial, 6},
-    {"KnotShininess", "knot.3ds", {EKind::Shininess}, 3},
+    {"KnotShininess", "knot.3ds", {Shininess}, 3},
     {"MaterialsMaterial", "materials.3ds", kMaterial, 20},
     {"OrreryMaterial", "orrery.3ds", kMaterial, 21},
-    {"ChessReplace", "chess.3ds", {EKind::Replace}, 3},
-    {"MaterialsMove", "materials.3ds", {EKind::Move}, 9},
-    {"OrreryDelete", "orrery.3ds", {EKind::Delete}, 3},
+    {"ChessReplace", "chess.3ds", {Replace}, 3},
+    {"MaterialsMove", "materials.3ds", {kMove}, 9},
+    {"OrreryDelete", "orrery.3ds", {kDelete}, 3},
     {"ChessAll", "chess.3ds", kAll, 25},
     {"MaterialsAll", "materials.3ds", kAll, 26},
     {"OrreryAll", "orrery.3ds", kAll, 14},

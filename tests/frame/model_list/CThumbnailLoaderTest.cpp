@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <future>
 
 #include "files/CTestFolder.h"
 #include "files/file_util_ex.h"

@@ -38,6 +38,15 @@ class CUploadTest : public testing::Test {
         }
         return upload.State();
     }
+    /** Uploads as soon as that may be. */
+    static void Start(CUpload& upload, const std::string& drive = "My Drive", bool forAnybody = false) {
+        ASSERT_EQ(Leave(upload, EState::Looking), EState::Ready);
+        upload.Start(drive, forAnybody);
+    }
+    static void ExpectDone(CUpload& upload) {
+        EXPECT_EQ(Leave(upload, EState::Copying), EState::Linking);
+        EXPECT_EQ(Leave(upload, EState::Linking), EState::Done);
+    }
     /** A program in rclone's place. */
     void Replace(const std::string& script) {
         setup.program = folder.Add("fake", "#!/bin/sh\n" + script);
@@ -61,8 +70,7 @@ TEST_F(CUploadTest, CopiesTheFolderOnceTold) {
     run.Start("other", false);     // none of those that count
     EXPECT_EQ(run.State(), EState::Ready);
     run.Start("My Drive", true);
-    ASSERT_EQ(Leave(run, EState::Copying), EState::Linking);
-    ASSERT_EQ(Leave(run, EState::Linking), EState::Done);
+    ExpectDone(run);
     EXPECT_EQ(Uploaded("index.html"), "landing");
     EXPECT_EQ(Uploaded("model/big.bin").size(), 400'000u);
     EXPECT_EQ(run.Progress().files, 2u);
@@ -113,9 +121,9 @@ TEST_F(CUploadTest, CanBeCancelled) {
     (void)upload.Add("model/big.bin", std::string(kBytes, 'x'));
     setup.moreArguments.insert(setup.moreArguments.end(), {"--bwlimit", "500k"});
     CUpload run = Make();
-    ASSERT_EQ(Leave(run, EState::Looking), EState::Ready);
-    run.Start("My Drive", false);
-    for (int i = 0; i < 500 && run.Progress().totalFiles == 0; ++i) {
+    Start(run);
+    // rclone counts them while it lists the folder.
+    for (int i = 0; i < 500 && run.Progress().totalFiles < 2; ++i) {
         (void)run.Poll();
         std::this_thread::sleep_for(10ms);
     }
@@ -130,14 +138,12 @@ TEST_F(CUploadTest, CanBeCancelled) {
 TEST_F(CUploadTest, SaysWhatFails) {
     (void)drive.Add("Orbivue", "a file in the folder's place");
     CUpload run = Make();
-    ASSERT_EQ(Leave(run, EState::Looking), EState::Ready);
-    run.Start("My Drive", false);
+    Start(run);
     EXPECT_EQ(Leave(run, EState::Copying), EState::Failed);
     EXPECT_FALSE(run.Errors().empty());
     fs::remove(drive / "Orbivue");
     run.Start("My Drive", false);
-    EXPECT_EQ(Leave(run, EState::Copying), EState::Linking);
-    EXPECT_EQ(Leave(run, EState::Linking), EState::Done);
+    ExpectDone(run);
 }
 
 TEST_F(CUploadTest, GivesTheAddressThatTheDriveTells) {
@@ -146,10 +152,8 @@ TEST_F(CUploadTest, GivesTheAddressThatTheDriveTells) {
         "lsjson) echo '[{\"Name\":\"chess 1\",\"ID\":\"abc\"}]';; esac\n");
     for (const bool anybody : {true, false}) {
         CUpload run = Make();
-        ASSERT_EQ(Leave(run, EState::Looking), EState::Ready);
-        run.Start("d", anybody);
-        ASSERT_EQ(Leave(run, EState::Copying), EState::Linking);
-        ASSERT_EQ(Leave(run, EState::Linking), EState::Done);
+        Start(run, "d", anybody);
+        ExpectDone(run);
         EXPECT_EQ(run.IsForAnybody(), anybody);
         EXPECT_EQ(run.Address(), anybody ? "https://drive.google.com/open?id=1"
                                          : "https://drive.google.com/drive/folders/abc");
@@ -160,8 +164,7 @@ TEST_F(CUploadTest, TakesNoNameForAnOption) {
     Replace("case $1 in listremotes) echo 'd: alias';; *) for a; do echo \"$a\"; done >>'" +
             (folder / "told") + "';; esac\n");
     CUpload run = Make("--config=x `id`");
-    ASSERT_EQ(Leave(run, EState::Looking), EState::Ready);
-    run.Start("d", false);
+    Start(run, "d");
     (void)Leave(run, EState::Copying);
     const std::string told = CTestFolder::TextOf(folder / "told");
     EXPECT_NE(told.find("\n--\n" + upload.Path() + "\nd:Orbivue/--config=x `id`\n"), std::string::npos)

@@ -7,6 +7,7 @@
 
 #include "files/CTestFolder.h"
 #include "programs/upload_prepare/ui/CUploadDlg.h"
+#include "widgets/CFakeOpener.h"
 #include "widgets/CModalDriver.h"
 
 namespace fs = std::filesystem;
@@ -33,10 +34,7 @@ class UploadDlgWxTest : public testing::Test {
         return [this, state] { return dialog->Upload().State() == state; };
     }
     CModalDriver::CStep Do(const std::function<void()>& work) {
-        return [work] {
-            work();
-            return true;
-        };
+        return CModalDriver::With([work](wxDialog&) { work(); });
     }
     /** A step: gives the list of files the focus, and waits until it has it. */
     CModalDriver::CStep FilesHaveFocus() {
@@ -93,12 +91,7 @@ TEST_F(UploadDlgWxTest, TriesAgainAfterAFailure) {
 
 TEST_F(UploadDlgWxTest, OpensFolderAndDriveWhereThereIsNoRemote) {
     setup.remoteType = "drive";
-    const std::string pathBefore = getenv("PATH");
-    fs::permissions(folder.Add("xdg-open", "#!/bin/sh\necho \"$1\" >>'" + (folder / "opened") + "'\n"),
-                    fs::perms::owner_all);
-    setenv("PATH", (folder.Path() + ":" + pathBefore).c_str(), 1);
+    const CFakeOpener opener;
     Run({Is(EState::NoDrive), Do([&] { Click(CUploadDlg::kIdOpen); }), Do([&] { Click(wxID_CANCEL); })});
-    setenv("PATH", pathBefore.c_str(), 1);
-    EXPECT_EQ(CTestFolder::TextOf(folder / "opened"),
-              upload.Path() + "\nhttps://drive.google.com/drive/my-drive\n");
+    EXPECT_EQ(opener.TakeOpened(), upload.Path() + "\nhttps://drive.google.com/drive/my-drive\n");
 }
