@@ -63,6 +63,7 @@ const CNumberRow kNumbers[] = {
     {"LoopHexadecimal", "Loop=0x10", 0, 15},
     {"LoopOctal", "Loop= 010", 0, 7},
     {"LoopNegative", "Loop=-0x10", 0, 0},
+    {"LoopTwoSigns", "Loop=--5", 0, 0},
     {"LoopHuge", "Loop=99999999999999999999", 0, kMost - 1},
 };
 TEST_P(ScriptNumberTest, IsReadAsTheLibraryOfCDoes) {

@@ -21,6 +21,7 @@ TEST(Utf8TextTest, BytesAreReadAsCharacters) {
         {"a\x80-", L"a\xFFFD-"},                            // a lone tail
         {"\xE2\x82", L"\xFFFD\xFFFD"},                      // cut short
         {"\xC0\xAF", L"\xFFFD\xFFFD"},                      // overlong
+        {"\xE0\x80\xAF", L"\xFFFD\xFFFD\xFFFD"},            // overlong, of three bytes
         {"\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},            // a surrogate
         {"\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD\xFFFD"},  // too high
         {"\xE2-", L"\xFFFD-"},

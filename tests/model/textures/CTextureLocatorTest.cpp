@@ -31,6 +31,7 @@ const CCase kOnDisk[] = {
     {"SameCase", {"g/u/t/Hull.jpg", "g/u/t/hull.jpg"}, "hull.jpg", "g/u/t/hull.jpg"},
     {"OtherCase", {"g/u/t/hull.jpg"}, "HULL.JPG", "g/u/t/hull.jpg"},
     {"DosPath", {"g/u/t/hull.jpg"}, "C:\\MAPS\\HULL.JPG", "g/u/t/hull.jpg"},
+    {"HostPath", {"g/u/t/hull.jpg"}, "\\\\server\\share\\hull.jpg", "g/u/t/hull.jpg"},
     {"QuotesAndBlanks", {"g/u/t/hull.jpg"}, " \"hull.jpg\" ", "g/u/t/hull.jpg"},
     {"RelativePathFirst", {"g/u/t/hull.jpg", "g/u/t/x/hull.jpg"}, "X\\Hull.jpg", "g/u/t/x/hull.jpg"},
     {"FolderBeforeAbsolutePath", {"g/u/t/hull.jpg", "g/u/t/x/hull.jpg"}, "D:\\x\\hull.jpg", "g/u/t/hull.jpg"},

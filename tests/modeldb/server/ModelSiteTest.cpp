@@ -52,6 +52,7 @@ TEST_P(ModelSiteTest, AnswersEachAddress) {
         {"/api/groups/2/models?limit=2", R"("more":true)", 200},
         {"/api/groups/2/models?limit=3", R"("more":false)", 200},
         {"/api/groups/2/models?limit=2&after_name=c&after_key=" + KeyOf("c"), R"([["d",)", 200},
+        {"/api/groups/9/models", "not_found", 404},
         {"/api/models/" + KeyOf(kPacked), R"("name":"../../etc/passwd")", 200},
         {"/api/models/" + KeyOf("b"), R"("preview":null)", 200, EHttpMethod::Head},
         {"/api/groups", "method", 405, EHttpMethod::Delete},

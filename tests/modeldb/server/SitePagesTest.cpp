@@ -45,6 +45,7 @@ INSTANTIATE_TEST_SUITE_P(
                     CNameRow{"Controls", "a\x1B[2J\nb\x7F", "a?[2J?b?"},
                     CNameRow{"FormWord", "{{address}}", "{{address}}"},
                     CNameRow{"BadUtf8", "a\xFF\xC0\x80z", "a???z"},
+                    CNameRow{"Path", "../../x\\y", "../../x\\y"},
                     CNameRow{"LongWithoutBlank", std::string(400, 'W'), std::string(400, 'W')},
                     CNameRow{"RightToLeft", "שלום", "שלום"}),
     kRowName);

@@ -90,8 +90,8 @@ TEST_P(DamagedPictureTest, EveryPrefixAndChangedByteHasAClearOutcome) {
 }
 INSTANTIATE_TEST_SUITE_P(Seeds, DamagedPictureTest,
                          testing::Values("tga24.tga", "tga32_packed.tga", "bmp_rle4.bmp", "bmp_core.bmp",
-                                         "gif.gif", "tiff_lzw.tif", "pcx_planes.pcx", "dxt1.dds", "dxt3.dds",
-                                         "dxt5.dds", "dds24.dds", "dds_grey.dds"),
+                                         "gif.gif", "tiff_lzw.tif", "pcx_planes.pcx", "pcx1.pcx", "dxt1.dds",
+                                         "dxt3.dds", "dxt5.dds", "dds24.dds", "dds_grey.dds"),
                          [](const auto& row) {
                              std::string name = row.param;
                              return name.replace(name.find('.'), 1, "_");
@@ -179,6 +179,10 @@ const CRefusal kRefusals[] = {
     {"SgiRowsThatShareBytes", With(Seed("sgi_packed_grey.sgi"), 6, Be16(16384)), BadFormat},
     {"SgiTablesBeyondItsEnd", With(Seed("sgi_packed_grey.sgi"), 8, Be16(9999)), BadFormat},
     {"GifScreen", With(Seed("gif.gif"), 6, Le16(16384) + Le16(16384)), BadFormat},
+    {"GifOfNoWidth", With(Seed("gif.gif"), 6, Le16(0)).replace(Seed("gif.gif").find(',') + 5, 2, Le16(0)),
+     BadFormat},
+    {"GifOfNoHeight", With(Seed("gif.gif"), 8, Le16(0)).replace(Seed("gif.gif").find(',') + 7, 2, Le16(0)),
+     BadFormat},
     {"GifFrame", With(Seed("gif.gif"), Seed("gif.gif").find(',') + 5, Le32(0xFFFFFFFF)), BadFormat},
     {"TiffBig", With(kTiff, kTiff.find(Le16(256) + Le16(3)) + 8, Le32(65535)), TooLarge},
     {"TiffSamples", Tiff(Le16(277) + Le16(3) + Le32(1) + Le32(6)), Unsupported},

@@ -148,6 +148,7 @@ const CKind kPcx[] = {
     {"PlanesOfOneBit", Pcx(1, 2, "\x40x\0x\x40x\xC1\xC0x"s, kRgbColours), "ff0000ff 00ff00ff 0000ffff 000000ff"},
     {"VersionWithoutColours", Pcx(1, 4, "\x40x\0x\xC1\xC0x\xC1\xC0x\xC1\xC0x\0x\x40x\0x"s, kRgbColours, 3),
      "ff5555ff ff55ffff 0000aaff aa00aaff"},
+    {"BlackAndWhite", Pcx(1, 1, "\x40x\x80x"), "000000ff ffffffff ffffffff 000000ff"},
     {"FourBits", Pcx(4, 1, "\x01x\x2Fx"s, kRgbColours), kFour},
 };
 INSTANTIATE_TEST_SUITE_P(Pcx, PictureKindsTest, testing::ValuesIn(kPcx), kRowName);
