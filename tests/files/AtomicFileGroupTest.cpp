@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "error_code_of.h"
 #include "files/CTestFolder.h"
 
 namespace {
@@ -34,9 +35,7 @@ TEST(AtomicFileGroupTest, WhereOneFailsAllIsAsBefore) {
     folder.Add("b", old);
     CAtomicFileGroup group = Staged(folder);
     std::filesystem::create_directory(folder / "c");  // nobody can name a file so now
-    const CStatus status = group.Commit();
-    ASSERT_FALSE(status);
-    EXPECT_EQ(status.Error().code, EErrorCode::WriteFailed);
+    EXPECT_EQ(CodeOf(group.Commit()), EErrorCode::WriteFailed);
     EXPECT_FALSE(std::filesystem::exists(folder / "a"));
     EXPECT_EQ(CTestFolder::TextOf(folder / "b"), old);
     EXPECT_EQ(folder.Count(), 2u);

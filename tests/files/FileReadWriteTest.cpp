@@ -8,6 +8,7 @@
 
 #include <cstdio>
 
+#include "error_code_of.h"
 #include "files/CAtomicFile.h"
 #include "files/CTestFolder.h"
 #include "files/file_util_ex.h"
@@ -137,8 +138,7 @@ TEST(AtomicFileTest, AFailedWriteLeavesTheOldFileAndNothingElse) {
     {
         const CFileSizeLimit limit(100000);
         const CStatus written = WriteFileAtomically(path, std::string(200000, 'n'));
-        ASSERT_FALSE(written);
-        EXPECT_EQ(written.Error().code, EErrorCode::WriteFailed);
+        ASSERT_EQ(CodeOf(written), EErrorCode::WriteFailed);
         EXPECT_EQ(written.Error().where, path);
         auto file = CAtomicFile::Create(path);
         EXPECT_FALSE(file.Value().Write(std::string(200000, 'a')));

@@ -8,7 +8,6 @@
 #include <filesystem>
 
 #include "files/CTestFolder.h"
-#include "files/file_util_ex.h"
 
 namespace {
 

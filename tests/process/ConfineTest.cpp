@@ -6,7 +6,6 @@
 #include <spawn.h>
 #include <sys/mman.h>
 #include <sys/ptrace.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <limits>
 
+#include "error_code_of.h"
 #include "files/CTestFolder.h"
 #include "files/file_util_ex.h"
 #include "row_name.h"
@@ -48,26 +49,23 @@ struct CNumberRow {
 };
 class ScriptNumberTest : public testing::TestWithParam<CNumberRow> {};
 constexpr int kMost = std::numeric_limits<int>::max();
-const CNumberRow kNumbers[] = {{"HalvesAwayFromZero", "Time=1.2345", 1235},
-                               {"NearlyNothing", "Time=-0.0004", 0},
-                               {"Negative", "Time=-2.5", -2500},
-                               {"LeadingBlanksAndGarbage", "Time=\" \t3.5 seconds\"", 3500},
-                               {"NoNumber", "Time=soon", 0},
-                               {"Hexadecimal", "Time=0x1p1", 2000},
-                               {"NoCommaOfTheLocale", "Time=1,9", 1000},
-                               {"NaN", "Time=nan", 0, 0, true},
-                               {"Infinite", "Time=-inf", std::numeric_limits<int>::min(), 0, true},
-                               {"Absurd", "Time=1e300", kMost, 0, true},
-                               {"LoopZero", "Loop=0", 0, 0},
-                               {"LoopOne", "Loop=1", 0, 0},
-                               {"LoopThree", "Loop=3", 0, 2},
-                               {"LoopHexadecimal", "Loop=0x10", 0, 15},
-                               {"LoopOctal", "Loop= 010", 0, 7},
-                               {"LoopNoOctalDigit", "Loop=09", 0, 0},
-                               {"LoopNegative", "Loop=-0x10", 0, 0},
-                               {"LoopTwoSigns", "Loop=--5", 0, 0},
-                               {"LoopHuge", "Loop=99999999999999999999", 0, kMost - 1},
-                               {"LoopGarbage", "Loop=many", 0, 0}};
+const CNumberRow kNumbers[] = {
+    {"HalvesAwayFromZero", "Time=1.2345", 1235},
+    {"Negative", "Time=-2.5", -2500},
+    {"LeadingBlanksAndGarbage", "Time=\" \t3.5 seconds\"", 3500},
+    {"NoNumber", "Time=soon", 0},
+    {"Hexadecimal", "Time=0x1p1", 2000},
+    {"NaN", "Time=nan", 0, 0, true},
+    {"Infinite", "Time=-inf", std::numeric_limits<int>::min(), 0, true},
+    {"Absurd", "Time=1e300", kMost, 0, true},
+    {"LoopZero", "Loop=0", 0, 0},
+    {"LoopThree", "Loop=3", 0, 2},
+    {"LoopHexadecimal", "Loop=0x10", 0, 15},
+    {"LoopOctal", "Loop= 010", 0, 7},
+    {"LoopNegative", "Loop=-0x10", 0, 0},
+    {"LoopTwoSigns", "Loop=--5", 0, 0},
+    {"LoopHuge", "Loop=99999999999999999999", 0, kMost - 1},
+};
 TEST_P(ScriptNumberTest, IsReadAsTheLibraryOfCDoes) {
     const CScriptScene scene = CScriptBeside().SceneOf(GetParam().line);
     EXPECT_EQ(scene.timeMs, GetParam().timeMs);
@@ -126,29 +124,16 @@ TEST(ReadScriptTest, AppliesListsInTheirOrder) {
 
 // --- texts -----------------------------------------------------------------------------------------------
 
-struct CTextRow {
-    const char* name;
-    std::string bytes;
-    const wchar_t* text;
-};
-class ScriptTextTest : public testing::TestWithParam<CTextRow> {};
-const CTextRow kTexts[] = {{"Utf8",
-                            "Gr\xC3\xBC\xC3\x9F"
-                            "e",
-                            L"Gr\u00FC\u00DFe"},
-                           {"WindowsWestern",
-                            "Gr\xFC\xDF"
-                            "e aus K\xF6ln",
-                            L"Gr\u00FC\u00DFe aus K\u00F6ln"},
-                           {"DosWestern", "Caf\x82", L"Caf\u00E9"},
-                           {"WindowsCyrillic", "\xCA\xF3\xE1", L"\u041A\u0443\u0431"},
-                           {"DosCyrillic", "\x8A\xA0\xA4", L"\u041A\u0430\u0434"},
-                           {"Lines", "$\"two\\nlines\"", L"two\nlines"},
-                           {"Quoted", "\" blanks \"", L" blanks "}};
-TEST_P(ScriptTextTest, IsReadAsPeopleWroteIt) {
-    EXPECT_EQ(CScriptBeside().SceneOf("Text=" + GetParam().bytes).text, GetParam().text);
+TEST(ReadScriptTest, TextsAreReadAsPeopleWroteThem) {
+    for (const auto& [bytes, text] : {std::pair{"Gr\u00FC\u00DFe", L"Gr\u00FC\u00DFe"},
+                                      {"Gr\xFC\xDF aus K\xF6ln", L"Gr\u00FC\u00DF aus K\u00F6ln"},
+                                      {"Caf\x82", L"Caf\u00E9"},
+                                      {"\xCA\xF3\xE1", L"\u041A\u0443\u0431"},
+                                      {"\x8A\xA0\xA4", L"\u041A\u0430\u0434"},
+                                      {"$\"two\\nlines\"", L"two\nlines"},
+                                      {"\" blanks \"", L" blanks "}})
+        EXPECT_EQ(CScriptBeside().SceneOf(std::string("Text=") + bytes).text, text);
 }
-INSTANTIATE_TEST_SUITE_P(All, ScriptTextTest, testing::ValuesIn(kTexts), kRowName);
 
 TEST(ReadScriptTest, ReadsUtf16AndMarks) {
     CScriptBeside beside;
@@ -259,24 +244,17 @@ TEST(ReadScriptTest, MakesASceneOfEachSectionWithAModel) {
 
 // --- what is no script -----------------------------------------------------------------------------------
 
-struct CBadRow {
-    const char* name;
-    std::string text;
-    EErrorCode code;
-};
-class BadScriptTest : public testing::TestWithParam<CBadRow> {};
-const CBadRow kBad[] = {
-    {"Empty", "", EErrorCode::BadFormat},
-    {"Binary", std::string("MM\0\0\0\x4D[Model]\nPath=m.3ds", 24), EErrorCode::BadFormat},
-    {"NoModel", "[Model]\nText=x\n", EErrorCode::BadFormat},
-    {"TooManyLines", "[Model]\nPath=m.3ds\n" + std::string(300'000, '\n'), EErrorCode::TooLarge},
-    {"TooLarge", "[Model]\nPath=m.3ds\n" + std::string(17 << 20, ';'), EErrorCode::TooLarge}};
-TEST_P(BadScriptTest, IsRefused) {
-    const auto script = CScriptBeside().Read(GetParam().text);
-    ASSERT_FALSE(script);
-    EXPECT_EQ(script.Error().code, GetParam().code) << script.Error().Text();
+TEST(ReadScriptTest, WhatIsNoScriptIsRefused) {
+    const std::pair<std::string, EErrorCode> texts[] = {
+        {"", EErrorCode::BadFormat},
+        {std::string("MM\0\0\0\x4D[Model]\nPath=m.3ds", 24), EErrorCode::BadFormat},
+        {"[Model]\nText=x\n", EErrorCode::BadFormat},
+        {"[Model]\nPath=m.3ds\n" + std::string(300'000, '\n'), EErrorCode::TooLarge},
+        {"[Model]\nPath=m.3ds\n" + std::string(17 << 20, ';'), EErrorCode::TooLarge}};
+    for (const auto& [text, code] : texts) {
+        EXPECT_EQ(CodeOf(CScriptBeside().Read(text)), code);
+    }
 }
-INSTANTIATE_TEST_SUITE_P(All, BadScriptTest, testing::ValuesIn(kBad), kRowName);
 
 TEST(ReadScriptTest, OpensNothingThatIsNoFile) {
     CScriptBeside beside;

@@ -9,45 +9,38 @@
 #include "base/text/lng.h"
 #include "files/file_util_ex.h"
 #include "files/std_file_paths.h"
-#include "row_name.h"
 
 namespace {
 
 // --- plural forms ----------------------------------------------------------------------------------------
 
-struct CRuleRow {
-    const char* name;
-    const char* rule;
-    std::vector<std::size_t> formsOf;  ///< for 0, 1, 2, 5, 11, 21, 102
-};
-class PluralRuleTest : public testing::TestWithParam<CRuleRow> {};
-
-TEST_P(PluralRuleTest, ChoosesTheForm) {
-    const std::optional<CPluralRule> rule = CPluralRule::Read(GetParam().rule);
-    ASSERT_EQ(rule.has_value(), !GetParam().formsOf.empty());
-    std::vector<std::size_t> forms;
-    for (const std::uint64_t count : {0u, 1u, 2u, 5u, 11u, 21u, 102u})
-        if (rule) forms.push_back(rule->FormOf(count));
-    EXPECT_EQ(forms, GetParam().formsOf);
+TEST(PluralRuleTest, ChoosesTheForm) {
+    using CForms = std::vector<std::size_t>;  // for 0, 1, 2, 5, 11, 21, 102
+    const std::pair<const char*, CForms> rules[] = {
+        {"nplurals=2; plural=(n > 1);", {0, 0, 1, 1, 1, 1, 1}},                                 // French
+        {" nplurals=3; plural=(n==1) ? 0 : (n>=2 && n<=4) ? 1 : 2;\n", {2, 0, 1, 2, 2, 2, 2}},  // Czech
+        {"nplurals=3; plural=(n%10==1 && n%100!=11 ? 0 : n%10>=2 && n%10<=4 && (n%100<12 || n%100>14) ? 1 : "
+         "2);",
+         {2, 0, 1, 2, 2, 0, 1}},  // Russian
+        {"nplurals=6; plural=(n==0 ? 0 : n==1 ? 1 : n==2 ? 2 : n%100>=3 && n%100<=10 ? 3 : n%100>=11 ? 4 : "
+         "5);",
+         {0, 1, 2, 3, 4, 4, 5}},                           // Arabic
+        {"nplurals=2; plural=n;", {0, 1, 0, 0, 0, 0, 0}},  // a form beyond the last
+        {"nplurals=2; plural=1/(n-n);", {0, 0, 0, 0, 0, 0, 0}},
+        {"nplurals=4; plural=3-1-!n;", {1, 2, 2, 2, 2, 2, 2}},  // "!" right of "-"
+        {"nplurals=2; plural=(n >", {}},
+        {"nplurals=0; plural=0;", {}},
+        {"nplurals=2; plural=system(n);", {}},
+    };
+    for (const auto& [text, expected] : rules) {
+        const std::optional<CPluralRule> rule = CPluralRule::Read(text);
+        ASSERT_EQ(rule.has_value(), !expected.empty()) << text;
+        CForms forms;
+        for (const std::uint64_t count : {0u, 1u, 2u, 5u, 11u, 21u, 102u})
+            if (rule) forms.push_back(rule->FormOf(count));
+        EXPECT_EQ(forms, expected) << text;
+    }
 }
-
-const CRuleRow kRules[] = {
-    {"French", "nplurals=2; plural=(n > 1);", {0, 0, 1, 1, 1, 1, 1}},
-    {"Czech", " nplurals=3; plural=(n==1) ? 0 : (n>=2 && n<=4) ? 1 : 2;\n", {2, 0, 1, 2, 2, 2, 2}},
-    {"Russian",
-     "nplurals=3; plural=(n%10==1 && n%100!=11 ? 0 : n%10>=2 && n%10<=4 && (n%100<12 || n%100>14) ? 1 : 2);",
-     {2, 0, 1, 2, 2, 0, 1}},
-    {"Arabic",
-     "nplurals=6; plural=(n==0 ? 0 : n==1 ? 1 : n==2 ? 2 : n%100>=3 && n%100<=10 ? 3 : n%100>=11 ? 4 : 5);",
-     {0, 1, 2, 3, 4, 4, 5}},
-    {"FormBeyondTheLast", "nplurals=2; plural=n;", {0, 1, 0, 0, 0, 0, 0}},
-    {"DivisionByZero", "nplurals=2; plural=1/(n-n);", {0, 0, 0, 0, 0, 0, 0}},
-    {"NotRightOfMinus", "nplurals=4; plural=3-1-!n;", {1, 2, 2, 2, 2, 2, 2}},
-    {"CutShort", "nplurals=2; plural=(n >", {}},
-    {"NoForms", "nplurals=0; plural=0;", {}},
-    {"Words", "nplurals=2; plural=system(n);", {}},
-};
-INSTANTIATE_TEST_SUITE_P(Rows, PluralRuleTest, testing::ValuesIn(kRules), kRowName);
 
 TEST(PluralRuleTest, DeepRulesEnd) {
     EXPECT_FALSE(CPluralRule::Read("nplurals=2; plural=" + std::string(900, '(') + "n"));
@@ -79,34 +72,21 @@ TEST(CatalogueTest, NoDamageDoesHarm) {
 
 // --- the language of the environment ---------------------------------------------------------------------
 
-struct CEnvironmentRow {
-    const char* name;
-    const char* list;  ///< LANGUAGE
-    const char* all;   ///< LC_ALL
-    const char* lang;  ///< LANG
-    std::string_view wanted;
-};
-class DesktopLanguageTest : public testing::TestWithParam<CEnvironmentRow> {};
-
-TEST_P(DesktopLanguageTest, IsTheFirstThatIsInstalled) {
-    const auto& [name, list, all, lang, wanted] = GetParam();
+TEST(DesktopLanguageTest, IsTheFirstThatIsInstalled) {
     ::unsetenv("LC_MESSAGES");
-    ::setenv("LANGUAGE", list, 1);
-    ::setenv("LC_ALL", all, 1);
-    ::setenv("LANG", lang, 1);
-    EXPECT_EQ(file_util_ex::ConvertToUTF8(lng::DesktopLanguage()), wanted);
+    for (const auto& [list, all, lang, wanted] : {std::tuple{"", "", "", "en"},
+                                                  {"", "", "de_AT.UTF-8", "de"},
+                                                  {"", "C.UTF-8", "de_DE.UTF-8", "en"},
+                                                  {"xx:de", "", "en_US.UTF-8", "de"},
+                                                  {"en_GB:de", "", "de_DE.UTF-8", "en"},
+                                                  {"de", "C", "de_DE.UTF-8", "en"},
+                                                  {"xx:../de", "", "de_DE.UTF-8", "en"}}) {
+        ::setenv("LANGUAGE", list, 1);
+        ::setenv("LC_ALL", all, 1);
+        ::setenv("LANG", lang, 1);
+        EXPECT_EQ(file_util_ex::ConvertToUTF8(lng::DesktopLanguage()), wanted) << list << all << lang;
+    }
 }
-
-const CEnvironmentRow kEnvironments[] = {
-    {"Nothing", "", "", "", "en"},
-    {"Locale", "", "", "de_AT.UTF-8", "de"},
-    {"AllCountsMore", "", "C.UTF-8", "de_DE.UTF-8", "en"},
-    {"ListCountsMore", "xx:de", "", "en_US.UTF-8", "de"},
-    {"EnglishFirst", "en_GB:de", "", "de_DE.UTF-8", "en"},
-    {"PlainLocale", "de", "C", "de_DE.UTF-8", "en"},
-    {"NoneInstalled", "xx:../de", "", "de_DE.UTF-8", "en"},
-};
-INSTANTIATE_TEST_SUITE_P(Rows, DesktopLanguageTest, testing::ValuesIn(kEnvironments), kRowName);
 
 TEST(DesktopLanguageTest, StandsInForItsKin) {
     const std::vector<std::wstring> installed = {L"de", L"en", L"pt_BR", L"zh_CN"};

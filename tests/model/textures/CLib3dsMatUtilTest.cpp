@@ -31,22 +31,7 @@ CLib3dsFilePtr SceneWithMaps() {
     return file;
 }
 
-TEST(CLib3dsMatUtilTest, GetsEachPictureOnceFromDisk) {
-    const CTestFolder folder;
-    (void)folder.Add("skin.jpg", "skin bytes");
-    std::filesystem::create_directory(folder / "textures");
-    (void)folder.Add("textures/sky.tga", "sky bytes");
-    const CLib3dsFilePtr file = SceneWithMaps();
-    CImageDataTextVec textures;
-    CLib3dsMatUtil::GetMatTextures(file.get(), textures, CTextureLocator::BesideModel(folder / "a.3ds"));
-    ASSERT_EQ(textures.size(), 2u);
-    EXPECT_EQ(textures[0].name, "SKIN.JPG");
-    EXPECT_EQ(CTestFolder::TextOf(textures[0].data), "skin bytes");
-    EXPECT_EQ(textures[1].name, "SKY.tga");
-    EXPECT_EQ(CTestFolder::TextOf(textures[1].data), "sky bytes");
-}
-
-TEST(CLib3dsMatUtilTest, ListsWhatTravelsByThePictureFound) {
+TEST(CLib3dsMatUtilTest, ListsAndGetsWhatTravelsByThePictureFound) {
     const CTestFolder folder;
     std::filesystem::create_directories(folder / "car/red");
     std::filesystem::create_directories(folder / "maps");
@@ -74,6 +59,7 @@ TEST(CLib3dsMatUtilTest, ListsWhatTravelsByThePictureFound) {
     CLib3dsMatUtil::GetMatTextures(file.get(), textures, locator);
     ASSERT_EQ(textures.size(), 3u);
     EXPECT_EQ(textures[1].name, "RED/SKIN.jpg");
+    EXPECT_EQ(CTestFolder::TextOf(textures[1].data), "car/red/skin.jpg");
 }
 
 TEST(CLib3dsMatUtilTest, KnowsTheSceneAsLongAsSomebodyHoldsItsTextures) {

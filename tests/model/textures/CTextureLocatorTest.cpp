@@ -37,7 +37,6 @@ const CCase kOnDisk[] = {
     {"FolderBeforeAbsolutePath", {"g/u/t/hull.jpg", "g/u/t/x/hull.jpg"}, "D:\\x\\hull.jpg", "g/u/t/hull.jpg"},
     {"EndOfAbsolutePath", {"g/u/t/a/b/c/hull.jpg"}, "D:\\work\\A\\B\\C\\hull.jpg", "g/u/t/a/b/c/hull.jpg"},
     {"UsualSubFolderFirst", {"g/u/t/a/hull.jpg", "g/u/t/Tex/hull.jpg"}, "hull.jpg", "g/u/t/Tex/hull.jpg"},
-    {"AnySubFolder", {"g/u/t/red army/hull.jpg"}, "hull.jpg", "g/u/t/red army/hull.jpg"},
     {"NearerSubFolder", {"g/u/t/a/b/hull.jpg", "g/u/t/z/hull.jpg"}, "hull.jpg", "g/u/t/z/hull.jpg"},
     {"SubFoldersTwoDeepOnly", {"g/u/t/a/b/c/hull.jpg"}, "hull.jpg", ""},
     {"SisterFolder", {"g/u/MAPS/hull.jpg", "g/u/hull.jpg"}, "hull.jpg", "g/u/MAPS/hull.jpg"},
@@ -63,7 +62,6 @@ const CCase kOnDisk[] = {
     {"Dos437", {"g/u/t/gr\xC3\xBCn.jpg"}, "GR\x9AN.JPG", "g/u/t/gr\xC3\xBCn.jpg"},
     {"BytesOnDisk", {"g/u/t/gr\xFCn.jpg"}, "GR\xFCN.JPG", "g/u/t/gr\xFCn.jpg"},
     {"EmptyReference", {"g/u/t/hull.jpg"}, "", ""},
-    {"OnlySlashes", {"g/u/t/hull.jpg"}, "\\\\//..\\", ""},
     {"EndsAtZero", {"g/u/t/hull.jpg"}, std::string("hull.jpg\0junk", 13), "g/u/t/hull.jpg"},
 };
 
@@ -126,7 +124,6 @@ const CCase kInMemory[] = {
     {"ShortestPathElse", {"deep/a/hull.jpg", "a/hull.jpg"}, "hull.jpg", "a/hull.jpg"},
     {"OtherFormat", {"hull.dds"}, "hull.jpg", "hull.dds"},
     {"EmptyName", {""}, "hull.jpg", ""},
-    {"NotThere", {"gun.jpg"}, "hull.jpg", ""},
 };
 
 class InMemory : public testing::TestWithParam<CCase> {};

@@ -3,23 +3,13 @@
 
 #include <string>
 
+#include "bytes_of.h"
 #include "files/CTestFolder.h"
 #include "modeldb/bytes/CBlobHash.h"
 #include "modeldb/bytes/calc_crc.h"
 #include "row_name.h"
 
 namespace {
-
-std::span<const std::byte> BytesOf(std::string_view text) {
-    return std::as_bytes(std::span(text));
-}
-
-std::string Noise(std::size_t size) {
-    std::string noise(size, '\0');
-    for (std::uint64_t seed = 1; char& c : noise)
-        c = static_cast<char>((seed = seed * 6364136223846793005ULL + 1442695040888963407ULL) >> 56);
-    return noise;
-}
 
 struct CPacked {
     EBlobCodec codec = EBlobCodec::Plain;
@@ -50,17 +40,16 @@ struct CContentRow {
     EBlobCodec codec;
 };
 class PackBytesTest : public testing::TestWithParam<CContentRow> {};
-INSTANTIATE_TEST_SUITE_P(
-    , PackBytesTest,
-    testing::Values(CContentRow{"Empty", "", EBlobCodec::Plain},
-                    CContentRow{"OneByte", "x", EBlobCodec::Plain},
-                    CContentRow{"Even", std::string(3'000'000, 'e'), EBlobCodec::Zstd},
-                    CContentRow{"Noise", Noise(300'000), EBlobCodec::Plain},
-                    CContentRow{"NoiseBehindText", std::string(90'000, 't') + Noise(300'000),
-                                EBlobCodec::Zstd},
-                    CContentRow{"Jpeg", "\xFF\xD8\xFF" + std::string(90'000, 'j'), EBlobCodec::Plain},
-                    CContentRow{"ExactlyTheTrial", std::string(64 << 10, 'k'), EBlobCodec::Zstd}),
-    kRowName);
+const CContentRow kContents[] = {
+    {"Empty", "", EBlobCodec::Plain},
+    {"OneByte", "x", EBlobCodec::Plain},
+    {"Even", std::string(3'000'000, 'e'), EBlobCodec::Zstd},
+    {"Noise", NoiseOf(300'000), EBlobCodec::Plain},
+    {"NoiseBehindText", std::string(90'000, 't') + NoiseOf(300'000), EBlobCodec::Zstd},
+    {"Jpeg", "\xFF\xD8\xFF" + std::string(90'000, 'j'), EBlobCodec::Plain},
+    {"ExactlyTheTrial", std::string(64 << 10, 'k'), EBlobCodec::Zstd},
+};
+INSTANTIATE_TEST_SUITE_P(, PackBytesTest, testing::ValuesIn(kContents), kRowName);
 
 TEST_P(PackBytesTest, ComesOutAsItWentInWhateverThePieces) {
     const std::string& content = GetParam().content;
@@ -76,7 +65,7 @@ TEST_P(PackBytesTest, ComesOutAsItWentInWhateverThePieces) {
 }
 
 TEST(PackedBytesTest, DamageIsSeenOrChangesWhatAHashSees) {
-    const std::string content = std::string(5000, 'a') + Noise(3000);
+    const std::string content = std::string(5000, 'a') + NoiseOf(3000);
     const CPacked packed = Pack(content, 1000);
     for (std::size_t i = 0; i < packed.kept.size(); i += 7) {
         CPacked damaged = packed;

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "CScriptedServer.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <poll.h>
-#include <sys/socket.h>
 
 #include <array>
-#include <stdexcept>
+
+#include "loopback.h"
 
 using namespace std::chrono_literals;
 
@@ -19,12 +17,7 @@ std::string CScriptedRequest::Header(std::string_view name) const {
 }
 
 bool CScriptedPeer::Send(std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t sent = ::send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-        if (sent <= 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(sent));
-    }
-    return true;
+    return loopback::SendAll(m_socket, bytes);
 }
 
 bool CScriptedPeer::Answer(int status, std::string_view body, std::string_view headers) {
@@ -41,24 +34,12 @@ bool CScriptedPeer::Wait(std::chrono::milliseconds time) {
     return !m_isEnding;
 }
 
-CScriptedServer::CScriptedServer(CHandler handler, int port, bool wantsBody)
+CScriptedServer::CScriptedServer(CHandler handler, bool wantsBody)
     : m_handler(std::move(handler)),
       m_wantsBody(wantsBody),
-      m_listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    const int on = 1;
-    (void)::setsockopt(m_listener.Get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<std::uint16_t>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof(address);
-    auto* general = reinterpret_cast<sockaddr*>(&address);
-    if (::bind(m_listener.Get(), general, size) != 0 || ::listen(m_listener.Get(), 64) != 0 ||
-        ::getsockname(m_listener.Get(), general, &size) != 0)
-        throw std::runtime_error("no port to listen on");
-    m_port = ntohs(address.sin_port);
-    m_accepting = std::thread([this] { Accept(); });
-}
+      m_listener(loopback::Socket()),
+      m_port(loopback::Listen(m_listener)),
+      m_accepting([this] { Accept(); }) {}
 
 CScriptedServer::~CScriptedServer() {
     m_isEnding = true;

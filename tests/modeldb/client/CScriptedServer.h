@@ -47,8 +47,8 @@ class CScriptedServer {
   public:
     using CHandler = std::function<bool(const CScriptedRequest&, CScriptedPeer&)>;
 
-    /** port 0: a free one. wantsBody: reads the bodies of requests, too. */
-    explicit CScriptedServer(CHandler handler, int port = 0, bool wantsBody = true);
+    /** wantsBody: reads the bodies of requests, too. */
+    explicit CScriptedServer(CHandler handler, bool wantsBody = true);
     CScriptedServer(const CScriptedServer&) = delete;
     CScriptedServer& operator=(const CScriptedServer&) = delete;
     ~CScriptedServer();
@@ -66,7 +66,7 @@ class CScriptedServer {
     CHandler m_handler;
     bool m_wantsBody;
     CFileDescriptor m_listener;
-    int m_port = 0;
+    int m_port;
     std::atomic<bool> m_isEnding = false;
     std::atomic<int> m_connections = 0;
     mutable std::mutex m_mutex;

@@ -1,25 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include "files/CTestFolder.h"
+#include "../store/CTestStore.h"
 #include "modeldb/client/cache/CModelCache.h"
 
 namespace {
 
-std::span<const std::byte> BytesOf(std::string_view text) {
-    return std::as_bytes(std::span(text));
-}
-
 CStoredBlob PlainBlob(std::string_view text) {
     return {CBlobHash::Of(BytesOf(text)), text.size(), text.size(), EBlobCodec::Plain};
-}
-
-/** Nothing, or why not. */
-std::string Complaint(const CStatus& status) {
-    return status ? "" : status.Error().message;
 }
 
 class ModelCacheTest : public testing::Test {

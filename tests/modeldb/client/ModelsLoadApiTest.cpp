@@ -62,6 +62,16 @@ class ModelsLoadApiTest : public testing::Test {
         return CApi::UploadModel(name, "Upload", data, textures, progress);
     }
 
+    /** What a download gives. */
+    struct CDownload {
+        bool Of(std::uint32_t id, CBlobProgress* progress = nullptr) {
+            return CApi::DownloadModel(id, name, group, data, textures, progress);
+        }
+        std::string name = "old", group = "old";
+        CBlobData data{new unsigned char[3], 3};
+        CImageDataTextVec textures{1};
+    };
+
     CTestFolder m_folder;
     std::string m_store = m_folder / "served.sqlite", m_token;
     std::unique_ptr<CChildProgram> m_server;
@@ -91,9 +101,7 @@ INSTANTIATE_TEST_SUITE_P(, EachLibraryTest,
                          kRowName);
 
 TEST_P(EachLibraryTest, WhatIsUploadedIsListedFoundAndDownloaded) {
-    EXPECT_TRUE(CApi::CheckVersion("1.5"));
-    EXPECT_FALSE(CApi::CheckVersion("1.4"));
-    EXPECT_EQ(CApi::LastError(), "");
+    EXPECT_TRUE(CApi::CheckVersion("1.5") && !CApi::CheckVersion("1.4"));
     EXPECT_FALSE(ModelExistsOnServer(m_id));
     CCountingProgress sent;
     ASSERT_TRUE(Upload("Stuhl ü", m_file, &sent)) << CApi::LastError();
@@ -141,14 +149,12 @@ TEST_P(EachLibraryTest, ACancelledOrFailedCallLeavesNothing) {
     EXPECT_EQ(progress.steps, 2);
     EXPECT_NE(CApi::LastError().find("cancelled"), std::string::npos) << CApi::LastError();
     EXPECT_FALSE(ModelExistsOnServer(m_id));
-    std::string name = "old", group = "old";
-    CBlobData data(new unsigned char[3], 3);
-    CImageDataTextVec textures(1);
-    EXPECT_FALSE(CApi::DownloadModel(m_id, name, group, data, textures, nullptr));
+    CDownload got;
+    EXPECT_FALSE(got.Of(m_id));
     EXPECT_FALSE(CApi::LastError().empty());
-    EXPECT_EQ(name + group, "oldold");
-    EXPECT_EQ(data.size, 3U);
-    EXPECT_EQ(textures.size(), 1U);
+    EXPECT_EQ(got.name + got.group, "oldold");
+    EXPECT_EQ(got.data.size, 3U);
+    EXPECT_EQ(got.textures.size(), 1U);
 }
 
 TEST_P(EachLibraryTest, CallsOfSeveralThreadsDoNotDisturbEachOther) {
@@ -156,11 +162,8 @@ TEST_P(EachLibraryTest, CallsOfSeveralThreadsDoNotDisturbEachOther) {
     const auto download = [&] {
         bool good = true;
         for (int i = 0; i < 5; ++i) {
-            std::string name, group;
-            CBlobData data;
-            CImageDataTextVec textures;
-            good = CApi::DownloadModel(m_id, name, group, data, textures, nullptr) &&
-                   data.size == m_file.size() && good;
+            CDownload got;
+            good = got.Of(m_id) && got.data.size == m_file.size() && good;
             CApi::ClearCache();
         }
         return good;

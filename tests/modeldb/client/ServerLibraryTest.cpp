@@ -4,8 +4,8 @@
 
 #include "CCountingProgress.h"
 #include "CScriptedServer.h"
+#include "bytes_of.h"
 #include "files/CTestFolder.h"
-#include "modeldb/bytes/calc_crc.h"
 #include "modeldb/client/CServerLibrary.h"
 #include "modeldb/client/download_model.h"
 #include "modeldb/protocol/wire_errors.h"
@@ -16,21 +16,6 @@
 using namespace std::chrono_literals;
 
 namespace {
-
-std::span<const std::byte> BytesOf(std::string_view text) {
-    return std::as_bytes(std::span(text));
-}
-
-/** Bytes that no packer makes smaller. */
-std::string Noise(std::size_t size) {
-    std::string noise(size, '\0');
-    std::uint64_t seed = 1;
-    for (char& c : noise) {
-        seed = seed * 6364136223846793005ULL + 1442695040888963407ULL;
-        c = static_cast<char>(seed >> 56);
-    }
-    return noise;
-}
 
 /** A server's one model, and how a server that behaves well answers for it. */
 class CServedModel {
@@ -102,7 +87,7 @@ class ServerLibraryTest : public testing::Test {
 };
 
 TEST_F(ServerLibraryTest, ADownloadGoesOnWhereItEnded) {
-    const std::string file = Noise(300'000);
+    const std::string file = NoiseOf(300'000);
     const std::uint32_t key = Add(file);
     std::atomic<bool> isCut = true;
     Serve([&](const auto& request, auto& peer) {
@@ -125,49 +110,40 @@ TEST_F(ServerLibraryTest, ADownloadGoesOnWhereItEnded) {
 
 struct CResumeRow {
     std::string name;
-    CScriptedServer::CHandler answer;  ///< to the request for the rest
-    std::string outcome = {};          ///< empty: the file
+    int status;  ///< with the rest, the answer to the request for the bytes from 100 on
+    std::string body, range = {};
+    std::string outcome = {};  ///< empty: the file
 };
 
-std::string ThreeHundred() {
-    static const std::string kFile = Noise(300);
-    return kFile;
-}
+const std::string kFile = NoiseOf(300);
 
 const CResumeRow kResumes[] = {
-    {"AllOfItAgain", [](auto&, auto& peer) { return peer.Answer(200, ThreeHundred()); }},
-    {"OtherPartThanAsked",
-     [](auto&, auto& peer) {
-         return peer.Answer(206, ThreeHundred().substr(90), "Content-Range: bytes 90-299/300\r\n");
-     }},
-    {"PartOfALongerFile",
-     [](auto&, auto& peer) {
-         return peer.Answer(206, ThreeHundred().substr(100), "Content-Range: bytes 100-299/301\r\n");
-     }},
-    {"PartWithoutItsPlace", [](auto&, auto& peer) { return peer.Answer(206, ThreeHundred().substr(100)); }},
-    {"OtherBytes",
-     [](auto&, auto& peer) {
-         return peer.Answer(206, std::string(200, 'x'), "Content-Range: bytes 100-299/300\r\n");
-     }},
-    {"NoSuchPart", [](auto&, auto& peer) { return peer.Answer(416, ""); }},
-    {"NothingToo", [](auto&, auto& peer) { return peer.Answer(204, ""); }},
-    {"Busy", [](auto&, auto& peer) { return peer.Answer(503, "<html>busy</html>"); },
-     "the server is busy; try again later"},
+    {"AllOfItAgain", 200, kFile},
+    {"OtherPartThanAsked", 206, kFile.substr(90), "90-299/300"},
+    {"PartOfALongerFile", 206, kFile.substr(100), "100-299/301"},
+    {"PartWithoutItsPlace", 206, kFile.substr(100)},
+    {"OtherBytes", 206, std::string(200, 'x'), "100-299/300"},
+    {"NoSuchPart", 416, ""},
+    {"NothingToo", 204, ""},
+    {"Busy", 503, "<html>busy</html>", "", "the server is busy; try again later"},
 };
 
 class ResumeTest : public ServerLibraryTest, public testing::WithParamInterface<CResumeRow> {};
 INSTANTIATE_TEST_SUITE_P(, ResumeTest, testing::ValuesIn(kResumes), kRowName);
 
 TEST_P(ResumeTest, EndsWithTheRightBytesOrNone) {
-    const std::uint32_t key = Add(ThreeHundred());
+    const std::uint32_t key = Add(kFile);
+    const CResumeRow& row = GetParam();
     Serve([&](const auto& request, auto& peer) {
         if (!request.target.starts_with("/b/")) return false;
-        if (!request.Header("Range").empty()) return GetParam().answer(request, peer);
+        if (!request.Header("Range").empty())
+            return peer.Answer(row.status, row.body,
+                               row.range.empty() ? "" : "Content-Range: bytes " + row.range + "\r\n");
         return m_server->Requests().size() == 2 &&
-               peer.Send("HTTP/1.1 200 OK\r\nContent-Length: 300\r\n\r\n" + ThreeHundred().substr(0, 100));
+               peer.Send("HTTP/1.1 200 OK\r\nContent-Length: 300\r\n\r\n" + kFile.substr(0, 100));
     });
     EXPECT_EQ(Download(key), "the connection to the server was lost");
-    EXPECT_EQ(Download(key), GetParam().outcome.empty() ? ThreeHundred() : GetParam().outcome);
+    EXPECT_EQ(Download(key), row.outcome.empty() ? kFile : row.outcome);
 }
 
 /** What a server may tell of a model. */
@@ -184,16 +160,10 @@ const CLieRow kLies[] = {
      "the model is too large"},
     {"ManyLargeTextures",
      [](CModelRecord& model) {
-         CStoredBlob blob = model.file;
-         blob.size = blob.stored = 100 << 20;
-         model.textures.assign(6, {"../../.bashrc", blob});
+         model.textures.assign(6, {"../../.bashrc", {{}, 100 << 20, 100 << 20, EBlobCodec::Plain}});
      },
      "the model is too large"},
-    {"PackedLargerThanItIs",
-     [](CModelRecord& model) {
-         model.file.codec = EBlobCodec::Zstd;
-         model.file.stored = 1 << 20;
-     },
+    {"PackedLargerThanItIs", [](CModelRecord& model) { model.file.stored = 1 << 20; },
      "what is told of the model's bytes cannot be true"},
     {"UnpacksToMoreThanTold", [](CModelRecord& model) { model.file.size -= 1; }, ""},
     {"NothingInIt", [](CModelRecord& model) { model.file.size = model.file.stored = 0; }, ""},

@@ -41,10 +41,18 @@ CTransferRequest Get(const std::string& url, std::uint64_t mostBytes = 1000, CMs
     return request;
 }
 
-std::string Outcome(const CResult<CTransferAnswer>& answer) {
-    if (!answer) return answer.Error().message;
-    return std::to_string(answer.Value().head.status);
-}
+/** A request, and what became of it. */
+struct CRun {
+    /** The status, or why there is none. */
+    std::string Of(CTransferPool& pool, const CTransferRequest& request) {
+        const auto answer = pool.Run(request, watcher, isLost);
+        if (answer) errorBody = answer.Value().errorBody;
+        return answer ? std::to_string(answer.Value().head.status) : answer.Error().message;
+    }
+    CTestWatcher watcher;
+    std::string errorBody;
+    bool isLost = false;
+};
 
 struct CBadServerRow {
     std::string name;
@@ -53,64 +61,43 @@ struct CBadServerRow {
     bool isLost = false;
 };
 
-bool SendForEver(CScriptedPeer& peer, std::string_view piece, CMs pause = 0ms) {
-    while (peer.Send(piece) && (pause == 0ms || peer.Wait(pause))) {
-    }
-    return false;
+/** Sends this, and stalls. */
+CScriptedServer::CHandler Stalls(const std::string& first) {
+    return [first](auto&, auto& peer) { return peer.Send(first), peer.Stall(), false; };
+}
+/** Sends this, and ends. */
+CScriptedServer::CHandler Ends(const std::string& first) {
+    return [first](auto&, auto& peer) { return peer.Send(first), false; };
+}
+/** Sends this, and something else for ever. */
+CScriptedServer::CHandler Repeats(const std::string& first, const std::string& piece, CMs pause = 0ms) {
+    return [=](auto&, auto& peer) {
+        peer.Send(first);
+        while (peer.Send(piece) && (pause == 0ms || peer.Wait(pause))) {
+        }
+        return false;
+    };
 }
 
-const char* const kOk = "HTTP/1.1 200 OK\r\n";
+const std::string kOk = "HTTP/1.1 200 OK\r\n", kChunked = "Transfer-Encoding: chunked\r\n\r\n",
+                  kSlow = "the server takes too long to answer",
+                  kTooMuch = "the server sends more than was expected",
+                  kCut = "the connection to the server was lost";
+constexpr bool kIsLost = true;
 
 const CBadServerRow kBadServers[] = {
-    {"SilentAtOnce", [](auto&, auto& peer) { return peer.Stall(), false; },
-     "the server takes too long to answer", true},
-    {"SilentInTheBody",
-     [](auto&, auto& peer) {
-         peer.Send(std::string(kOk) + "Content-Length: 100\r\n\r\nabc");
-         return peer.Stall(), false;
-     },
-     "the server takes too long to answer", true},
-    {"AByteNowAndThen",
-     [](auto&, auto& peer) {
-         peer.Send(std::string(kOk) + "Content-Length: 900\r\n\r\n");
-         return SendForEver(peer, "x", 100ms);
-     },
-     "the server takes too long to answer", true},
-    {"EndlessBody",
-     [](auto&, auto& peer) {
-         peer.Send(std::string(kOk) + "Transfer-Encoding: chunked\r\n\r\n");
-         return SendForEver(peer, "5\r\nabcde\r\n");
-     },
-     "the server sends more than was expected"},
-    {"LongerThanAllowed",
-     [](auto&, auto& peer) {
-         peer.Send(std::string(kOk) + "Content-Length: 1001\r\n\r\n");
-         return peer.Stall(), false;
-     },
-     "the server sends more than was expected"},
-    {"HeadersWithoutEnd",
-     [](auto&, auto& peer) {
-         peer.Send(kOk);
-         return SendForEver(peer, "X-Header: " + std::string(1000, 'x') + "\r\n");
-     },
-     "the server sends more than was expected"},
-    {"InterimAnswersWithoutEnd",
-     [](auto&, auto& peer) { return SendForEver(peer, "HTTP/1.1 103 Hints\r\nLink: x\r\n\r\n"); },
-     "the server sends more than was expected"},
-    {"NoHttp", [](auto&, auto& peer) { return peer.Send("220 mail.example.com ready\r\n\r\n"), false; },
-     "the server does not answer as one of models does"},
-    {"CutInTheBody",
-     [](auto&, auto& peer) { return peer.Send(std::string(kOk) + "Content-Length: 100\r\n\r\nabc"), false; },
-     "the connection to the server was lost", true},
-    {"CutAtOnce", [](auto&, auto&) { return false; }, "the connection to the server was lost", true},
-    {"ElsewhereIsNotFollowed", [](auto&, auto& peer) { return peer.Answer(302, "", "Location: /other\r\n"); },
-     "302"},
-    {"RefusalWithEndlessReason",
-     [](auto&, auto& peer) {
-         peer.Send("HTTP/1.1 500 No\r\nTransfer-Encoding: chunked\r\n\r\n");
-         return SendForEver(peer, "5\r\nabcde\r\n");
-     },
-     "500"},
+    {"SilentAtOnce", Stalls(""), kSlow, kIsLost},
+    {"SilentInTheBody", Stalls(kOk + "Content-Length: 100\r\n\r\nabc"), kSlow, kIsLost},
+    {"AByteNowAndThen", Repeats(kOk + "Content-Length: 900\r\n\r\n", "x", 100ms), kSlow, kIsLost},
+    {"EndlessBody", Repeats(kOk + kChunked, "5\r\nabcde\r\n"), kTooMuch},
+    {"LongerThanAllowed", Stalls(kOk + "Content-Length: 1001\r\n\r\n"), kTooMuch},
+    {"HeadersWithoutEnd", Repeats(kOk, "X-Header: " + std::string(1000, 'x') + "\r\n"), kTooMuch},
+    {"InterimAnswersWithoutEnd", Repeats("", "HTTP/1.1 103 Hints\r\nLink: x\r\n\r\n"), kTooMuch},
+    {"NoHttp", Ends("220 mail ready\r\n\r\n"), "the server does not answer as one of models does"},
+    {"CutInTheBody", Ends(kOk + "Content-Length: 100\r\n\r\nabc"), kCut, kIsLost},
+    {"CutAtOnce", Ends(""), kCut, kIsLost},
+    {"ElsewhereIsNotFollowed", Ends("HTTP/1.1 302 No\r\nContent-Length: 0\r\nLocation: /a\r\n\r\n"), "302"},
+    {"RefusalWithEndlessReason", Repeats("HTTP/1.1 500 No\r\n" + kChunked, "5\r\nabcde\r\n"), "500"},
 };
 
 class BadServerTest : public testing::TestWithParam<CBadServerRow> {};
@@ -119,39 +106,34 @@ INSTANTIATE_TEST_SUITE_P(Transfer, BadServerTest, testing::ValuesIn(kBadServers)
 TEST_P(BadServerTest, EndsSoonAndSaysWhy) {
     CScriptedServer server(GetParam().handler);
     CTransferPool pool(kQuick);
-    CTestWatcher watcher;
-    bool isLost = false;
+    CRun run;
     const auto start = std::chrono::steady_clock::now();
-    const auto answer = pool.Run(Get(server.Address() + "/"), watcher, isLost);
+    EXPECT_EQ(run.Of(pool, Get(server.Address() + "/")), GetParam().outcome);
     EXPECT_LT(std::chrono::steady_clock::now() - start, 6s);
-    EXPECT_EQ(Outcome(answer), GetParam().outcome);
-    EXPECT_EQ(isLost, GetParam().isLost);
-    EXPECT_LE(watcher.body.size(), 1000U);
+    EXPECT_EQ(run.isLost, GetParam().isLost);
+    EXPECT_LE(run.watcher.body.size(), 1000U);
     EXPECT_EQ(server.Requests().size(), 1U);
 }
 
 TEST(TransferTest, CallsAreCancelledInAStall) {
-    CScriptedServer server([](auto&, auto& peer) { return peer.Stall(), false; });
+    CScriptedServer server(Stalls(""));
     CTransferPool pool(CTransferTimes{});
     std::vector<CMs> waits;
     for (const CMs pause : {130ms, 270ms, 410ms, 550ms, 690ms}) {
-        CTestWatcher watcher;
-        bool isLost = false;
-        auto running = std::async(std::launch::async,
-                                  [&] { return pool.Run(Get(server.Address(), 10, 60s), watcher, isLost); });
+        CRun run;
+        auto running =
+            std::async(std::launch::async, [&] { return run.Of(pool, Get(server.Address(), 10, 60s)); });
         std::this_thread::sleep_for(pause);
         const auto start = std::chrono::steady_clock::now();
-        watcher.isCancelled = true;
+        run.watcher.isCancelled = true;
         if (waits.size() == 4) pool.Stop();
-        EXPECT_EQ(Outcome(running.get()), "cancelled");
+        EXPECT_EQ(running.get(), "cancelled");
         waits.push_back(std::chrono::duration_cast<CMs>(std::chrono::steady_clock::now() - start));
-        EXPECT_FALSE(isLost);
+        EXPECT_FALSE(run.isLost);
     }
     std::ranges::sort(waits);
     EXPECT_LT(waits[3], 300ms) << "but for one, as others may use the machine";
-    CTestWatcher watcher;
-    bool isLost = false;
-    EXPECT_EQ(Outcome(pool.Run(Get(server.Address()), watcher, isLost)), "cancelled") << "stopped for good";
+    EXPECT_EQ(CRun().Of(pool, Get(server.Address())), "cancelled") << "stopped for good";
 }
 
 TEST(TransferTest, AConnectionServesManyRequestsAndIsReplacedWhenItIsClosed) {
@@ -159,10 +141,9 @@ TEST(TransferTest, AConnectionServesManyRequestsAndIsReplacedWhenItIsClosed) {
     CScriptedServer server([&](auto&, auto& peer) { return peer.Answer(200, "body") && ++count != 3; });
     CTransferPool pool(kQuick);
     for (int i = 0; i < 6; ++i) {
-        CTestWatcher watcher;
-        bool isLost = false;
-        EXPECT_EQ(Outcome(pool.Run(Get(server.Address()), watcher, isLost)), "200");
-        EXPECT_EQ(watcher.body, "body");
+        CRun run;
+        EXPECT_EQ(run.Of(pool, Get(server.Address())), "200");
+        EXPECT_EQ(run.watcher.body, "body");
         if (i == 2) std::this_thread::sleep_for(50ms);  // until the end of the connection has come
     }
     EXPECT_EQ(server.Connections(), 2);
@@ -174,27 +155,23 @@ class CZeros final : public CByteSource {
 };
 
 TEST(TransferTest, ARefusedUploadIsNotSent) {
-    CScriptedServer server([](auto&, auto& peer) { return peer.Answer(413, "too much"), false; }, 0, false);
+    CScriptedServer server([](auto&, auto& peer) { return peer.Answer(413, "too much"), false; }, false);
     CTransferPool pool(kQuick);
-    CTestWatcher watcher;
+    CRun run;
     CZeros zeros;
     CTransferRequest request = Get(server.Address());
     request.method = ETransferMethod::Post;
     request.body = {&zeros, 10 << 20, {}};
-    bool isLost = false;
-    const auto answer = pool.Run(request, watcher, isLost);
-    ASSERT_EQ(Outcome(answer), "413");
-    EXPECT_EQ(answer.Value().errorBody, "too much");
-    EXPECT_EQ(watcher.sent, 0U);
+    EXPECT_EQ(run.Of(pool, request), "413");
+    EXPECT_EQ(run.errorBody, "too much");
+    EXPECT_EQ(run.watcher.sent, 0U);
 }
 
 TEST(TransferTest, ThisMachineNeedsNoProxy) {
     ::setenv("http_proxy", "http://127.0.0.1:1", 1);
     CScriptedServer server([](auto&, auto& peer) { return peer.Answer(200, ""); });
     CTransferPool pool(kQuick);
-    CTestWatcher watcher;
-    bool isLost = false;
-    EXPECT_EQ(Outcome(pool.Run(Get(server.Address()), watcher, isLost)), "200");
+    EXPECT_EQ(CRun().Of(pool, Get(server.Address())), "200");
     ::unsetenv("http_proxy");
 }
 
@@ -202,20 +179,16 @@ TEST(TransferTest, ACertificateThatNobodyVouchesForIsRefused) {
     const std::string folder = ORBIVUE_CLIENT_TESTS;
     const CChildProgram server({"python3", folder + "/https_server.py", folder + "/untrusted.pem"});
     CTransferPool pool(CTransferTimes{});
-    CTestWatcher watcher;
-    bool isLost = false;
-    EXPECT_EQ(Outcome(pool.Run(Get(server.Address("https")), watcher, isLost)),
-              "the server's certificate is not trusted");
-    EXPECT_EQ(watcher.body, "");
+    CRun run;
+    EXPECT_EQ(run.Of(pool, Get(server.Address("https"))), "the server's certificate is not trusted");
+    EXPECT_EQ(run.watcher.body, "");
 }
 
 TEST(TransferTest, NothingButHttpIsSpoken) {
     CTransferPool pool(kQuick);
-    CTestWatcher watcher;
-    bool isLost = false;
-    EXPECT_EQ(Outcome(pool.Run(Get("file:///etc/passwd"), watcher, isLost)),
-              "the server does not answer as one of models does");
-    EXPECT_EQ(watcher.body, "");
+    CRun run;
+    EXPECT_EQ(run.Of(pool, Get("file:///etc/passwd")), "the server does not answer as one of models does");
+    EXPECT_EQ(run.watcher.body, "");
 }
 
 }  // namespace

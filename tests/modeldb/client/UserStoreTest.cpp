@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The user's own store, made when it is missing.
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <chrono>
 #include <thread>
 
-#include "files/CTestFolder.h"
+#include "../store/CTestStore.h"
+#include "child_process.h"
 #include "files/std_file_paths.h"
 #include "modeldb/client/make_user_store.h"
-#include "modeldb/store/CModelStore.h"
 
 namespace {
 
@@ -22,19 +18,13 @@ class UserStoreTest : public testing::Test {
         return std::move(CModelStore::Open(CStoreAddress::Parse(m_path), EStoreUse::Write)).Value();
     }
     [[nodiscard]] std::uint64_t Count() const {
-        const CCheckReport report = std::move(Open().Check(CModelStore::ECheck::Full)).Value();
-        EXPECT_EQ(report.faultCount, 0U);
-        return report.models;
+        CModelStore store = Open();
+        EXPECT_EQ(FaultOf(store), "");
+        return store.Check(CModelStore::ECheck::Quick).Value().models;
     }
     /** A process that makes the store. */
-    [[nodiscard]] pid_t Start() const {
-        const pid_t pid = ::fork();
-        if (pid == 0) ::_exit(Make() ? 0 : 1);
-        return pid;
-    }
-    static bool EndedWell(pid_t pid) {
-        int status = 0;
-        return ::waitpid(pid, &status, 0) == pid && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    [[nodiscard]] CChildProcess Start() const {
+        return CChildProcess([this] { return Make(); });
     }
 
     CTestFolder m_folder;
@@ -43,9 +33,9 @@ class UserStoreTest : public testing::Test {
 };
 
 TEST_F(UserStoreTest, ProcessesThatStartAtOnceFillItOnce) {
-    std::vector<pid_t> pids;
-    for (int i = 0; i < 4; ++i) pids.push_back(Start());
-    for (const pid_t pid : pids) EXPECT_TRUE(EndedWell(pid));
+    std::vector<CChildProcess> makers;
+    for (int i = 0; i < 4; ++i) makers.push_back(Start());
+    for (CChildProcess& maker : makers) EXPECT_TRUE(maker.EndsWell());
     EXPECT_EQ(Count(), 5U);
     EXPECT_EQ(Open().Groups().Value().size(), 3U);
 }
@@ -64,10 +54,9 @@ TEST_F(UserStoreTest, WhatTheUserRemovedStaysAway) {
 
 TEST_F(UserStoreTest, AKilledProcessLeavesNothingHalf) {
     for (int ms = 1; ms < 400 && !std::filesystem::exists(m_path); ms += 20) {
-        const pid_t pid = Start();
+        CChildProcess maker = Start();
         std::this_thread::sleep_for(std::chrono::milliseconds(ms));
-        ::kill(pid, SIGKILL);
-        ::waitpid(pid, nullptr, 0);
+        maker.Kill();
         EXPECT_TRUE(!std::filesystem::exists(m_path) || Count() == 5);
     }
     EXPECT_TRUE(Make());

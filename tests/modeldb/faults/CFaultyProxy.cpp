@@ -1,34 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "CFaultyProxy.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <poll.h>
-#include <sys/socket.h>
 
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <span>
+
+#include "loopback.h"
 
 namespace {
-
-sockaddr_in Loopback(int port) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<std::uint16_t>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
-}
-
-bool SendAll(int socket, std::span<const char> bytes) {
-    while (!bytes.empty()) {
-        const ssize_t sent = ::send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-        if (sent <= 0) return false;
-        bytes = bytes.subspan(static_cast<std::size_t>(sent));
-    }
-    return true;
-}
 
 /** Closed, it ends with RST. */
 void EndHard(int socket) {
@@ -51,38 +32,33 @@ struct CFaultyProxy::CLine {
         const int from = answer ? server.Get() : client.Get(), to = answer ? client.Get() : server.Get();
         const ssize_t got = ::recv(from, room.data(), room.size(), 0);
         if (got <= 0) return false;
-        std::span<char> piece(room.data(), static_cast<std::size_t>(got));
+        std::string piece(room.data(), static_cast<std::size_t>(got));
         const std::size_t first = passed[answer ? 1 : 0];
         passed[answer ? 1 : 0] += piece.size();
         const bool isHere = answer == fault.inAnswer && fault.at < first + piece.size();
         if (fault.kind == CFault::EKind::Slow) std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        return SendAll(to, isHere ? Spoiled(piece, std::max(fault.at, first) - first) : piece) &&
-               !(isHere && Ends());
+        if (isHere) Spoil(piece, std::max(fault.at, first) - first);
+        return loopback::SendAll(to, piece) && !(isHere && Ends());
     }
     [[nodiscard]] bool Ends() const {
         return fault.kind == CFault::EKind::Cut || fault.kind == CFault::EKind::Reset;
     }
-    /** What arrives of a piece when something happens to it at a place. */
-    std::span<char> Spoiled(std::span<char> piece, std::size_t at) {
+    /** Makes of a piece what arrives when something happens to it at a place. */
+    void Spoil(std::string& piece, std::size_t at) {
         if (fault.kind == CFault::EKind::Corrupt && fault.at != SIZE_MAX) {
             piece[at] = static_cast<char>(piece[at] ^ 0x15);
             fault.at = SIZE_MAX;
         }
         isStalled = isStalled || fault.kind == CFault::EKind::Stall;
-        return isStalled || Ends() ? piece.first(at) : piece;
+        if (isStalled || Ends()) piece.resize(at);
     }
 };
 
 CFaultyProxy::CFaultyProxy(int serverPort)
-    : m_serverPort(serverPort), m_listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    sockaddr_in address = Loopback(0);
-    socklen_t size = sizeof(address);
-    if (::bind(m_listener.Get(), reinterpret_cast<sockaddr*>(&address), size) == 0 &&
-        ::listen(m_listener.Get(), 64) == 0 &&
-        ::getsockname(m_listener.Get(), reinterpret_cast<sockaddr*>(&address), &size) == 0)
-        m_port = ntohs(address.sin_port);
-    m_thread = std::thread([this] { Accept(); });
-}
+    : m_serverPort(serverPort),
+      m_listener(loopback::Socket()),
+      m_port(loopback::Listen(m_listener)),
+      m_thread([this] { Accept(); }) {}
 
 CFaultyProxy::~CFaultyProxy() {
     m_ends = true;
@@ -115,13 +91,10 @@ void CFaultyProxy::Accept() {
         auto line = std::make_unique<CLine>();
         line->client = CFileDescriptor(::accept4(m_listener.Get(), nullptr, nullptr, SOCK_CLOEXEC));
         if (!line->client.IsOpen()) continue;
-        line->server = CFileDescriptor(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-        const sockaddr_in address = Loopback(m_serverPort);
+        line->server = loopback::Socket();
         const std::lock_guard lock(m_mutex);
         line->fault = m_fault;
-        if (m_fault.kind == CFault::EKind::Refuse ||
-            ::connect(line->server.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0)
-            continue;
+        if (m_fault.kind == CFault::EKind::Refuse || !loopback::Connect(line->server, m_serverPort)) continue;
         m_lines.push_back(std::move(line));
         m_lines.back()->thread = std::thread([&running = *m_lines.back()] { Serve(running); });
     }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <atomic>
-#include <cstdint>
 #include <list>
 #include <memory>
 #include <mutex>
@@ -44,8 +43,9 @@ class CFaultyProxy {
     void CutAll();
     static void Serve(CLine& line);
 
-    int m_serverPort, m_port = 0;
+    int m_serverPort;
     CFileDescriptor m_listener;
+    int m_port;
     std::mutex m_mutex;
     CFault m_fault;  ///< guarded, with the next
     std::list<std::unique_ptr<CLine>> m_lines;

@@ -26,14 +26,12 @@ std::vector<CVictimRow> Rows() {
 }
 
 /** Uploads until a call fails, and tells the key of each model that the server took. */
-bool UploadForEver(const CServedStore& served, std::uint64_t series, int acknowledged) {
+bool UploadForEver(const CServedStore& served, std::uint64_t series, const CPipe& acknowledged) {
     C3DModelsLoadApi::SetToken(served.token);
     if (!C3DModelsLoadApi::Open(served.Address())) return false;
     for (std::uint64_t n = 0;; ++n) {
         const made_models::CMade made = made_models::Make(series, n);
-        if (!made.Upload()) return false;
-        const std::uint32_t key = made.Key();
-        if (::write(acknowledged, &key, sizeof(key)) != sizeof(key)) return false;
+        if (!made.Upload() || !acknowledged.Tell(made.Key())) return false;
     }
 }
 
@@ -41,11 +39,9 @@ class KillTest : public testing::TestWithParam<CVictimRow> {
   protected:
     /** One upload after the other, ended at a random moment. */
     void RunAndKill(std::uint64_t series) {
-        int ends[2] = {-1, -1};
-        ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
-        CFileDescriptor read(ends[0]), write(ends[1]);
-        CChild client([&] { return UploadForEver(*m_served, series, write.Get()); });
-        (void)write.Close();
+        CPipe told;
+        CChildProcess client([&] { return UploadForEver(*m_served, series, told); });
+        (void)told.write.Close();
         std::this_thread::sleep_for(
             std::chrono::milliseconds(std::uniform_int_distribution<>(20, 500)(m_random)));
         if (GetParam().victim == EVictim::Server)
@@ -53,20 +49,12 @@ class KillTest : public testing::TestWithParam<CVictimRow> {
         else
             EXPECT_TRUE(client.Kill()) << "the client ended by itself";
         // Those that a server acknowledged just before it was killed are still told.
-        for (std::uint32_t key = 0; ::read(read.Get(), &key, sizeof(key)) == sizeof(key); ++m_count)
-            m_acknowledged.insert(key);
+        for (std::uint32_t key = 0; told.Hear(key); ++m_count) m_acknowledged.insert(key);
     }
     void Renew() {
         m_served = std::make_unique<CServedStore>(GetParam().engine);
         m_acknowledged.clear();
         m_served->Start();
-    }
-    void ExpectAllThere() {
-        CModelStore store = m_served->Open();
-        std::size_t lost = 0;
-        for (const std::uint32_t key : m_acknowledged) lost += store.HasModel(key).Value() ? 0u : 1u;
-        EXPECT_EQ(lost, 0u) << "of " << m_acknowledged.size();
-        ExpectSound(store);
     }
 
     std::mt19937 m_random{20};  // NOLINT(cert-msc51-cpp): the moments are random anyhow
@@ -82,7 +70,8 @@ TEST_P(KillTest, LosesNothingThatWasAcknowledged) {
     for (int i = 0; i < kills && !HasFailure(); ++i) {
         if (i % 20 == 0) Renew();
         RunAndKill(static_cast<std::uint64_t>(i));
-        ExpectAllThere();
+        CModelStore store = m_served->Open();
+        EXPECT_EQ(LostOf(store, m_acknowledged), 0u) << "of " << m_acknowledged.size();
         if (GetParam().victim == EVictim::Server) m_served->Start();
     }
     EXPECT_GT(m_count, 0u);

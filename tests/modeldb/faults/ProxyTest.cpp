@@ -97,11 +97,8 @@ TEST_F(ProxyTest, FaultsEndACallAndNothingElse) {
     }
     EXPECT_GT(m_acknowledged, 5u);
     CModelStore store = m_served.Open();
-    ExpectSound(store);
-    const std::vector<CGroupRecord> groups = store.Groups().Value();
-    std::uint64_t count = 0;
-    for (const CGroupRecord& group : groups) count += group.modelCount;
-    EXPECT_GE(count, m_acknowledged + m_models.size());
+    EXPECT_EQ(FaultOf(store), "");
+    EXPECT_GE(store.Check(CModelStore::ECheck::Quick).Value().models, m_acknowledged + m_models.size());
 }
 
 // The silence that a client bears is 30 s.

@@ -15,14 +15,7 @@ import sys
 import time
 
 import served
-
-faults = []
-
-
-def expect(holds, text):
-    if not holds:
-        faults.append(text)
-
+from served import expect
 
 def free_port():
     with socket.socket() as asked:
@@ -151,7 +144,7 @@ def main():
     program, lister, configuration = sys.argv[1:]
     if not shutil.which("nginx") or not shutil.which("openssl"):
         print("nginx or openssl is not installed (Debian: nginx-light, openssl)")
-        return 77
+        sys.exit(77)
     store = served.Store(program)
     folders = [os.path.join(store.folder, name) for name in ("nginx1", "nginx2")]
     for folder in folders:
@@ -171,8 +164,7 @@ def main():
         store.check()
     finally:
         store.remove()
-    print("\n".join(faults) or "all as it should be")
-    return 1 if faults else 0
 
 
-sys.exit(main())
+main()
+served.tell()

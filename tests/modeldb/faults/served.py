@@ -9,8 +9,23 @@ import shutil
 import signal
 import struct
 import subprocess
+import sys
 import tempfile
 import zlib
+
+faults = []
+
+
+def expect(holds, text):
+    if not holds:
+        faults.append(text)
+
+
+def tell():
+    """Ends the program with all that did not hold."""
+    print("\n".join(faults) or "all as it should be")
+    sys.exit(1 if faults else 0)
+
 
 UPLOAD_TYPE = "application/vnd.orbivue.model"
 
@@ -30,22 +45,13 @@ def model_file(text, padding=b""):
 
 
 def model_with_key_of(file, text):
-    """Another file with the same key: a CRC is linear, so 32 bits of padding are solved for."""
-    make = lambda bits: zlib.crc32(model_file(text, struct.pack("<I", bits)))
-    base, rows = make(0), []
-    for bit in range(32):
-        rows.append((make(1 << bit) ^ base, 1 << bit))
-    wanted, bits, basis = zlib.crc32(file) ^ base, 0, {}
-    for value, mask in rows:
-        for high in sorted(basis, reverse=True):
-            if value >> high & 1:
-                value, mask = value ^ basis[high][0], mask ^ basis[high][1]
-        if value:
-            basis[value.bit_length() - 1] = (value, mask)
-    for high in sorted(basis, reverse=True):
-        if wanted >> high & 1:
-            wanted, bits = wanted ^ basis[high][0], bits ^ basis[high][1]
-    result = model_file(text, struct.pack("<I", bits))
+    """Another file with the same key: a CRC is followed backwards for the last four bytes, which are padding."""
+    table = [zlib.crc32(bytes([i ^ 0xFF])) ^ 0xFF000000 for i in range(256)]
+    before = {entry >> 24: (entry << 8 ^ i) & 0xFFFFFFFF for i, entry in enumerate(table)}
+    prefix, state = model_file(text, bytes(4))[:-4], zlib.crc32(file) ^ 0xFFFFFFFF
+    for _ in range(4):
+        state = (state << 8 & 0xFFFFFFFF) ^ before[state >> 24]
+    result = prefix + struct.pack("<I", state ^ zlib.crc32(prefix) ^ 0xFFFFFFFF)
     assert zlib.crc32(result) == zlib.crc32(file) and result != file
     return result
 

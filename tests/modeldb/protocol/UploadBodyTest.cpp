@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <functional>
 
+#include "error_code_of.h"
 #include "modeldb/protocol/CUploadBodyReader.h"
 #include "modeldb/protocol/CUploadBodySource.h"
 #include "modeldb/protocol/wire_limits.h"
@@ -100,9 +101,7 @@ TEST(UploadBodyTest, EveryBeginningIsRefused) {
         const CBytes cut(body.begin(), body.begin() + static_cast<std::ptrdiff_t>(size));
         for (const std::uint64_t announced : {size, body.size()}) {
             CKeeper keeper;
-            const CStatus read = Read(cut, keeper, 16, announced);
-            ASSERT_FALSE(read) << size;
-            EXPECT_EQ(read.Error().code, EErrorCode::BadFormat);
+            EXPECT_EQ(CodeOf(Read(cut, keeper, 16, announced)), EErrorCode::BadFormat) << size;
         }
     }
 }
@@ -128,25 +127,23 @@ class UploadFaultTest : public testing::TestWithParam<CFaultRow> {};
 void SetLength(CBytes& body, std::uint32_t length) {
     for (std::size_t i = 0; i < 4; ++i) body[5 + i] = static_cast<std::byte>(length >> (8 * i));
 }
-INSTANTIATE_TEST_SUITE_P(
-    , UploadFaultTest,
-    testing::Values(
-        CFaultRow{"BytesBehind", [](CBytes& body) { body.push_back({}); }},
-        CFaultRow{"OtherMark", [](CBytes& body) { body[0] = std::byte{'M'}; }},
-        CFaultRow{"OtherForm", [](CBytes& body) { body[4] = std::byte{2}; }},
-        CFaultRow{"NoHead", [](CBytes& body) { SetLength(body, 0); }},
-        CFaultRow{"HugeHead", [](CBytes& body) { SetLength(body, UINT32_MAX); }, EErrorCode::TooLarge},
-        CFaultRow{"OtherByteOfTheFile", [](CBytes& body) { body[body.size() - 10] ^= std::byte{1}; }},
-        CFaultRow{"OtherByteOfATexture", [](CBytes& body) { body.back() ^= std::byte{1}; }}),
-    kRowName);
+const CFaultRow kUploadFaultTestRows[] = {
+    {"BytesBehind", [](CBytes& body) { body.push_back({}); }},
+    {"OtherMark", [](CBytes& body) { body[0] = std::byte{'M'}; }},
+    {"OtherForm", [](CBytes& body) { body[4] = std::byte{2}; }},
+    {"NoHead", [](CBytes& body) { SetLength(body, 0); }},
+    {"HugeHead", [](CBytes& body) { SetLength(body, UINT32_MAX); }, EErrorCode::TooLarge},
+    {"OtherByteOfTheFile", [](CBytes& body) { body[body.size() - 10] ^= std::byte{1}; }},
+    {"OtherByteOfATexture", [](CBytes& body) { body.back() ^= std::byte{1}; }},
+};
+INSTANTIATE_TEST_SUITE_P(, UploadFaultTest, testing::ValuesIn(kUploadFaultTestRows), kRowName);
 
 TEST_P(UploadFaultTest, IsFound) {
     CBytes body = Body();
     GetParam().spoil(body);
     CKeeper keeper;
     const CStatus read = Read(body, keeper, 8, body.size());
-    ASSERT_FALSE(read);
-    EXPECT_EQ(read.Error().code, GetParam().code) << read.Error().Text();
+    ASSERT_EQ(CodeOf(read), GetParam().code);
 }
 
 TEST(UploadBodyTest, TheTakersFailureEndsIt) {
@@ -154,28 +151,21 @@ TEST(UploadBodyTest, TheTakersFailureEndsIt) {
     for (const char* moment : {"head", "part 0", "end 0", "part 1", "end 3"}) {
         CKeeper keeper;
         keeper.failAt = moment;
-        const CStatus read = Read(body, keeper, 8, body.size());
-        ASSERT_FALSE(read) << moment;
-        EXPECT_EQ(read.Error().code, EErrorCode::NoSpace) << moment;
+        EXPECT_EQ(CodeOf(Read(body, keeper, 8, body.size())), EErrorCode::NoSpace) << moment;
     }
 }
 
 TEST(UploadBodyTest, WhatNoServerWouldTakeIsNotSent) {
-    const auto code = [](const CUploadHead& texts, std::span<const CUploadBodySource::CPicture> pictures) {
-        const auto made = CUploadBodySource::Make(texts, kFile, pictures);
-        return made ? std::nullopt : std::optional(made.Error().code);
+    using CPictures = std::vector<CUploadBodySource::CPicture>;
+    const auto code = [](const std::string& name, const CPictures& pictures) {
+        return CodeOf(CUploadBodySource::Make(TextsOf(name), kFile, pictures));
     };
-    EXPECT_EQ(code(TextsOf(""), {}), EErrorCode::BadArgument);
-    EXPECT_EQ(code(TextsOf("\xff"), {}), EErrorCode::BadArgument);
-    EXPECT_EQ(code(TextsOf(std::string("a\0b", 3)), {}), EErrorCode::BadArgument);
-    EXPECT_EQ(code(TextsOf(std::string(401, 'a')), {}), EErrorCode::BadArgument);
-    EXPECT_EQ(code(TextsOf("a"), std::vector<CUploadBodySource::CPicture>(1, {"", {}})),
-              EErrorCode::BadArgument);
-    EXPECT_EQ(code(TextsOf("a"), std::vector<CUploadBodySource::CPicture>(2001, {"t", {}})),
-              EErrorCode::TooLarge);
-    EXPECT_EQ(
-        code(TextsOf("a"), std::vector<CUploadBodySource::CPicture>(2000, {std::string(400, '\x01'), {}})),
-        EErrorCode::TooLarge);
+    for (const std::string& name :
+         {std::string(), std::string("\xff"), std::string("a\0b", 3), std::string(401, 'a')})
+        EXPECT_EQ(code(name, {}), EErrorCode::BadArgument) << name;
+    EXPECT_EQ(code("a", CPictures(1, {"", {}})), EErrorCode::BadArgument);
+    EXPECT_EQ(code("a", CPictures(2001, {"t", {}})), EErrorCode::TooLarge);
+    EXPECT_EQ(code("a", CPictures(2000, {std::string(400, '\x01'), {}})), EErrorCode::TooLarge);
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <sys/stat.h>
 
 #include "files/CTestFolder.h"
 #include "modeldb/server/cache/CHotFolder.h"

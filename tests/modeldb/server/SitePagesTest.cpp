@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "modeldb/server/site/site_pages.h"
 
-#include <algorithm>
+#include <pugixml.hpp>
 
 #include "../store/CTestStore.h"
 #include "modeldb/bytes/calc_crc.h"
@@ -11,45 +11,24 @@
 
 namespace {
 
-std::string WithoutQuoted(std::string_view tag) {
-    std::string words;
-    bool isQuoted = false;
-    for (const char c : tag) {
-        isQuoted = isQuoted != (c == '"');
-        if (!isQuoted) words += c;
-    }
-    return words;
-}
-
-/** The first place where a page is no well-formed XML, or has markup that is not ours; empty where there is none. */
-std::string FaultOf(std::string_view page) {
-    std::vector<std::string> open;
-    const std::string_view whole = page;
-    page.remove_prefix(page.find('\n') + 1);  // the document's type
-    while (!page.empty()) {
-        const std::size_t begin = std::min(page.find_first_of("<>"), page.size());
-        page.remove_prefix(begin);
-        if (page.empty()) break;
-        const std::size_t end = page.find('>');
-        if (page.front() == '>' || end == page.npos) return "a lone bracket";
-        std::string_view tag = page.substr(1, end - 1);
-        page.remove_prefix(end + 1);
-        if (std::ranges::count(tag, '"') % 2 != 0 || tag.find('<') != tag.npos)
-            return "a broken tag: " + std::string(tag);
-        const std::string name(tag.substr(0, tag.find(' ')));
-        const std::string words = WithoutQuoted(tag);
-        if (name == "script" || words.find(" on") != words.npos || words.find(" style") != words.npos)
-            return "foreign markup: " + std::string(tag);
-        if (tag.ends_with('/')) continue;
-        if (!name.starts_with('/')) {
-            open.push_back(name);
-        } else if (open.empty() || open.back() != name.substr(1)) {
-            return "closed but not open: " + name;
-        } else {
-            open.pop_back();
+/** What of a page is no well-formed XML, or no markup of ours; empty where all is. */
+std::string FaultOf(const std::string& page) {
+    struct CForeignMarkup final : pugi::xml_tree_walker {
+        bool for_each(pugi::xml_node& node) override {
+            if (std::string_view(node.name()) == "script") found = "a script";
+            for (const pugi::xml_attribute attribute : node.attributes()) {
+                const std::string_view name = attribute.name();
+                if (name.starts_with("on") || name == "style") found = name;
+            }
+            return found.empty();
         }
-    }
-    return open.empty() && whole.ends_with("</html>\n") ? "" : "something stays open";
+        std::string found;
+    } foreign;
+    pugi::xml_document document;
+    const pugi::xml_parse_result read = document.load_buffer(page.data(), page.size());
+    if (!read) return read.description();
+    document.traverse(foreign);
+    return page.ends_with("</html>\n") ? foreign.found : "something stays open";
 }
 
 const CPageFrame kFrame{"/base", "A \"site\" & more"};
@@ -62,7 +41,6 @@ INSTANTIATE_TEST_SUITE_P(
     , NamesTest,
     testing::Values(CNameRow{"Markup", "<script>x</script>", "&lt;script&gt;x&lt;/script&gt;"},
                     CNameRow{"Quotes", R"(a" onload="b' c)", "a&quot; onload=&quot;b&#39; c"},
-                    CNameRow{"Entity", "&lt;&#0;", "&amp;lt;&amp;#0;"},
                     CNameRow{"DirectionOverride", "a\xE2\x80\xAEgpj.exe", "a?gpj.exe"},
                     CNameRow{"Controls", "a\x1B[2J\nb\x7F", "a?[2J?b?"},
                     CNameRow{"FormWord", "{{address}}", "{{address}}"},
@@ -160,24 +138,16 @@ TEST_F(SiteTest, WalksAGroupPageByPage) {
     EXPECT_NE(Page("/search", "text=a%2Bb+11").find("100 models"), std::string::npos);
 }
 
-struct CPathRow {
-    std::string name, path, query;
-    int status;
-};
-class SitePathTest : public SiteTest, public testing::WithParamInterface<CPathRow> {};
-INSTANTIATE_TEST_SUITE_P(, SitePathTest,
-                         testing::Values(CPathRow{"Front", "/", "", 200},
-                                         CPathRow{"NoGroup", "/g/99", "", 404},
-                                         CPathRow{"NoModel", "/m/00000000", "", 404},
-                                         CPathRow{"NoView", "/m/00000000/view", "", 404},
-                                         CPathRow{"NoFile", "/site/passwd", "", 404},
-                                         CPathRow{"EmptySearch", "/search", "", 200},
-                                         CPathRow{"WrongQuery", "/search", "text=%zz", 400},
-                                         CPathRow{"NoPage", "/api/groups", "", 404}),
-                         kRowName);
-
-TEST_P(SitePathTest, HasItsStatus) {
-    EXPECT_EQ(FaultOf(Page(GetParam().path, GetParam().query, GetParam().status)), "");
+TEST_F(SiteTest, EachPathHasItsStatus) {
+    for (const auto& [path, query, status] : {std::tuple{"/", "", 200},
+                                              {"/g/99", "", 404},
+                                              {"/m/00000000", "", 404},
+                                              {"/m/00000000/view", "", 404},
+                                              {"/site/passwd", "", 404},
+                                              {"/search", "", 200},
+                                              {"/search", "text=%zz", 400},
+                                              {"/api/groups", "", 404}})
+        EXPECT_EQ(FaultOf(Page(path, query, status)), "") << path << query;
 }
 
 TEST_F(SiteTest, HoldsAStrangersViewInAnOriginOfItsOwn) {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "../../model/read_3ds/C3dsBytes.h"
 #include "CTestServer.h"
-#include "modeldb/bytes/calc_crc.h"
 
 namespace {
 

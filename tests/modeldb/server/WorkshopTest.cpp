@@ -40,13 +40,13 @@ std::string ContentOf(const CMadePage& page) {
     return text;
 }
 
-/** What "refused: " or an error's code says; empty for a sound model. */
-std::string Outcome(const CResult<CInspected>& result) {
-    if (!result) return "error " + std::to_string(static_cast<int>(result.Error().code));
-    return result.Value().sound ? "" : "refused: " + result.Value().reason;
-}
 std::string ErrorOf(EErrorCode code) {
     return "error " + std::to_string(static_cast<int>(code));
+}
+/** What "refused: " or an error's code says; empty for a sound model. */
+std::string Outcome(const CResult<CInspected>& result) {
+    if (!result) return ErrorOf(result.Error().code);
+    return result.Value().sound ? "" : "refused: " + result.Value().reason;
 }
 
 /** As a transfer that broke off leaves it: the viewer reads what is there. */
@@ -99,29 +99,27 @@ class WorkerTest : public testing::TestWithParam<CProgramRow> {
 };
 const std::string kEnds = "refused: reading it ends the reading process";
 const std::string kSlow = "refused: reading it takes too long";
-INSTANTIATE_TEST_SUITE_P(
-    , WorkerTest,
-    testing::Values(
-        CProgramRow{"Hangs", "exec sleep 60", kSlow, ErrorOf(EErrorCode::TooLarge)},
-        CProgramRow{"HangsWithItsAnswerClosed", "printf d; exec sleep 60 >&-", kSlow,
-                    ErrorOf(EErrorCode::TooLarge)},
-        CProgramRow{"SaysNothing", "exit 0", kEnds, ErrorOf(EErrorCode::BadFormat)},
-        CProgramRow{"Fails", "printf d; exit 3", kEnds, ErrorOf(EErrorCode::BadFormat)},
-        CProgramRow{"Crashes", "kill -SEGV $$", kEnds, ErrorOf(EErrorCode::BadFormat)},
-        CProgramRow{"IsKilledByTheSystem", "kill -KILL $$", ErrorOf(EErrorCode::Busy),
-                    ErrorOf(EErrorCode::Busy)},
-        CProgramRow{"UsesTheProcessorUp", "kill -XCPU $$", kSlow, ErrorOf(EErrorCode::TooLarge)},
-        CProgramRow{"NeverStopsTalking", "exec cat /dev/zero", kEnds, ErrorOf(EErrorCode::BadFormat)},
-        CProgramRow{"TalksNonsense", "printf dxx", kEnds, ErrorOf(EErrorCode::BadFormat)},
-        CProgramRow{"RefusesWithControls", R"(printf 'r\033[2Jno\n')", "refused: ?[2Jno?",
-                    ErrorOf(EErrorCode::BadFormat)},
-        CProgramRow{"LacksSomething", "printf fmemory", ErrorOf(EErrorCode::Busy), ErrorOf(EErrorCode::Busy)},
-        // Nothing of ours but what it needs.
-        CProgramRow{"HasFourFilesAndNoSecret",
-                    "printf r$ORBIVUE_TEST_SECRET; for n in 0 1 2 3 4 5 6 7 8 9; do "
-                    "[ ! -e /proc/$$/fd/$n ] || printf $n; done",
-                    "refused: 0123", ErrorOf(EErrorCode::BadFormat)}),
-    kRowName);
+const std::string kBad = ErrorOf(EErrorCode::BadFormat), kLarge = ErrorOf(EErrorCode::TooLarge),
+                  kBusy = ErrorOf(EErrorCode::Busy);
+const CProgramRow kWorkerTestRows[] = {
+    {"Hangs", "exec sleep 60", kSlow, kLarge},
+    {"HangsWithItsAnswerClosed", "printf d; exec sleep 60 >&-", kSlow, kLarge},
+    {"SaysNothing", "exit 0", kEnds, kBad},
+    {"Fails", "printf d; exit 3", kEnds, kBad},
+    {"Crashes", "kill -SEGV $$", kEnds, kBad},
+    {"IsKilledByTheSystem", "kill -KILL $$", kBusy, kBusy},
+    {"UsesTheProcessorUp", "kill -XCPU $$", kSlow, kLarge},
+    {"NeverStopsTalking", "exec cat /dev/zero", kEnds, kBad},
+    {"TalksNonsense", "printf dxx", kEnds, kBad},
+    {"RefusesWithControls", R"(printf 'r\033[2Jno\n')", "refused: ?[2Jno?", kBad},
+    {"LacksSomething", "printf fmemory", kBusy, kBusy},
+    // Nothing of ours but what it needs.
+    {"HasFourFilesAndNoSecret",
+     "printf r$ORBIVUE_TEST_SECRET; for n in 0 1 2 3 4 5 6 7 8 9; do "
+     "[ ! -e /proc/$$/fd/$n ] || printf $n; done",
+     "refused: 0123", kBad},
+};
+INSTANTIATE_TEST_SUITE_P(, WorkerTest, testing::ValuesIn(kWorkerTestRows), kRowName);
 
 TEST_P(WorkerTest, IsNotBelieved) {
     ASSERT_EQ(::setenv("ORBIVUE_TEST_SECRET", "secret", 1), 0);

@@ -4,12 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <unistd.h>
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "bytes_of.h"
 #include "files/CTestFolder.h"
 #include "modeldb/database/CPostgresDatabase.h"
 #include "modeldb/database/CSqliteDatabase.h"
@@ -56,6 +59,13 @@ class CTestPlace {
         EXPECT_TRUE(store) << (store ? "" : store.Error().Text());
         return std::move(store).Value();
     }
+    /** The tables themselves. */
+    [[nodiscard]] std::unique_ptr<CDatabase> Raw(CDatabase::EAccess access) const {
+        auto database = m_name.empty() ? CSqliteDatabase::Open(m_address.text, access)
+                                       : CPostgresDatabase::Open(m_address, access);
+        EXPECT_TRUE(database) << database.Error().Text();
+        return std::move(database).Value();
+    }
     /** Has the server do something that no store does. */
     void Server(const std::string& sql) const {
         auto server =
@@ -71,10 +81,6 @@ class CTestPlace {
     CStoreAddress m_address;
     std::string m_server, m_name;
 };
-
-inline std::span<const std::byte> BytesOf(std::string_view text) {
-    return std::as_bytes(std::span(text));
-}
 
 inline CNewBlob BlobOf(CModelStore* store, std::string_view text) {
     CResult<CNewBlob> blob = CBlobWriter::Write(store, BytesOf(text));
@@ -99,17 +105,21 @@ inline std::string ContentOf(CModelStore& store, const CBlobHash& hash) {
     return CTestFolder::TextOf(sink.bytes);
 }
 
-/** Nothing, or the code and message of a failure. */
+/** Nothing, or the message of a failure. */
 inline std::string Complaint(const CStatus& status) {
     return status ? "" : status.Error().message;
 }
 
-/** Bytes that no packer makes smaller: always the same for the same seed. */
-inline std::string NoiseOf(std::size_t size, std::uint64_t seed) {
-    std::string noise(size, '\0');
-    for (char& c : noise) {
-        seed = seed * 6364136223846793005ULL + 1442695040888963407ULL;
-        c = static_cast<char>(seed >> 56);
-    }
-    return noise;
+/** The first thing that is wrong with a store; nothing where all is sound. */
+inline std::string FaultOf(CModelStore& store) {
+    const CResult<CCheckReport> report = store.Check(CModelStore::ECheck::Full);
+    if (!report) return report.Error().Text();
+    return report.Value().faultCount == 0 ? "" : report.Value().faults.front();
+}
+
+/** How many of these models a store lacks; nothing else may be wrong with it either. */
+inline std::size_t LostOf(CModelStore& store, const std::set<std::uint32_t>& keys) {
+    EXPECT_EQ(FaultOf(store), "");
+    const auto isLost = [&](std::uint32_t key) { return !store.HasModel(key).Value(); };
+    return static_cast<std::size_t>(std::ranges::count_if(keys, isLost));
 }

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "CTestStore.h"
+#include "error_code_of.h"
 #include "modeldb/bytes/calc_crc.h"
 
 namespace {
@@ -18,11 +19,6 @@ class ModelStoreTest : public testing::TestWithParam<CEngineRow> {
         const CResult<CAddedModel> added = store.AddModel(std::move(model));
         EXPECT_TRUE(added) << added.Error().Text();
         return added.Value().how;
-    }
-    std::string FaultsOf(CModelStore::ECheck check = CModelStore::ECheck::Full) {
-        const CResult<CCheckReport> report = store.Check(check);
-        if (!report) return report.Error().Text();
-        return report.Value().faultCount == 0 ? "" : report.Value().faults.front();
     }
     std::uint64_t BlobCount() { return store.Check(CModelStore::ECheck::Quick).Value().blobs; }
 };
@@ -41,8 +37,7 @@ TEST_P(ModelStoreTest, GivesBackAllThatAModelHas) {
     const CResult<CModelRecord> found = other.Model(key);
     ASSERT_TRUE(found) << found.Error().Text();
     const CModelRecord& record = found.Value();
-    EXPECT_EQ(record.group + "/" + record.name + "/" + record.code + "/" + record.note,
-              "Cars/chair/chair/Upload");
+    EXPECT_EQ(record.name + "/" + record.code + "/" + record.note, "chair/chair/Upload");
     EXPECT_EQ(ContentOf(other, record.file.hash), std::string(300'000, 'x') + "end");
     EXPECT_EQ(record.file.codec, EBlobCodec::Zstd);
     EXPECT_EQ(ContentOf(other, record.preview->hash), "\x89PNG preview");
@@ -51,7 +46,7 @@ TEST_P(ModelStoreTest, GivesBackAllThatAModelHas) {
     EXPECT_EQ(record.textures[0].blob.codec, EBlobCodec::Plain);
     EXPECT_EQ(ContentOf(other, record.textures[1].blob.hash), "");
     EXPECT_EQ(other.GroupOf(key).Value(), "Cars");
-    EXPECT_EQ(FaultsOf(), "");
+    EXPECT_EQ(FaultOf(store), "");
 }
 
 TEST_P(ModelStoreTest, CountsModelsAndMovesTheVersionWithEachChange) {
@@ -70,7 +65,7 @@ TEST_P(ModelStoreTest, CountsModelsAndMovesTheVersionWithEachChange) {
     EXPECT_TRUE(store.RemoveModel(CalcCrc(BytesOf("1"))));
     EXPECT_GT(store.Group("b").Value().version, between);
     EXPECT_EQ(store.Group("b").Value().modelCount, 1u);
-    EXPECT_EQ(FaultsOf(), "");
+    EXPECT_EQ(FaultOf(store), "");
 }
 
 TEST_P(ModelStoreTest, TakesTheSameFileTwiceAndRefusesAnotherOneOfItsKey) {
@@ -79,9 +74,7 @@ TEST_P(ModelStoreTest, TakesTheSameFileTwiceAndRefusesAnotherOneOfItsKey) {
     ASSERT_EQ(CalcCrc(BytesOf(plumless)), CalcCrc(BytesOf(buckeroo)));
     EXPECT_EQ(Add(ModelOf("a", "first", plumless)), EAdded::Added);
     EXPECT_EQ(Add(ModelOf("b", "again", plumless)), EAdded::SameIsThere);
-    const CResult<CAddedModel> other = store.AddModel(ModelOf("a", "other", buckeroo));
-    ASSERT_FALSE(other);
-    EXPECT_EQ(other.Error().code, EErrorCode::Exists);
+    EXPECT_EQ(CodeOf(store.AddModel(ModelOf("a", "other", buckeroo))), EErrorCode::Exists);
     EXPECT_EQ(store.Model(CalcCrc(BytesOf(plumless))).Value().name, "first");
     EXPECT_EQ(BlobCount(), 1u);
     EXPECT_EQ(store.Groups().Value().size(), 1u);
@@ -116,7 +109,7 @@ TEST_P(ModelStoreTest, KeepsEqualBytesOnceAndRemovesThemWithTheLastThatHasThem) 
     EXPECT_TRUE(store.RemoveModel(CalcCrc(BytesOf("two"))));
     EXPECT_EQ(BlobCount(), 0u);
     EXPECT_EQ(store.RemoveModel(CalcCrc(BytesOf("two"))).Error().code, EErrorCode::NotFound);
-    EXPECT_EQ(FaultsOf(), "");
+    EXPECT_EQ(FaultOf(store), "");
 }
 
 TEST_P(ModelStoreTest, StagesLargeBytesAndGivesAnyPartOfThem) {
@@ -156,16 +149,12 @@ TEST_P(ModelStoreTest, LeavesNoStagedBytesOfWhatIsRefusedDroppedOrThereAlready) 
         CBlobWriter writer(&store);
         EXPECT_TRUE(writer.Take(BytesOf(NoiseOf(2 * CBlobWriter::kHeldBytes, 3))));
     }
-    const auto rows = [&](const char* table) {
-        const auto database = GetParam().isPostgres
-                                  ? CPostgresDatabase::Open(place.Address(), CDatabase::EAccess::Read)
-                                  : CSqliteDatabase::Open(place.Address().text, CDatabase::EAccess::Read);
+    const auto rows = [database = place.Raw(CDatabase::EAccess::Read)](const std::string& table) {
         std::int64_t count = 0;
-        EXPECT_TRUE(database.Value()->Run(std::string("SELECT count(*) FROM ") + table, {},
-                                          [&](const CDbRow& row) -> CStatus {
-                                              count = row.Int(0);
-                                              return CDone{};
-                                          }));
+        EXPECT_TRUE(database->Run("SELECT count(*) FROM " + table, {}, [&](const CDbRow& row) -> CStatus {
+            count = row.Int(0);
+            return CDone{};
+        }));
         return count;
     };
     EXPECT_EQ(rows("blobs"), 1);
@@ -217,12 +206,9 @@ TEST_P(StoreNameTest, IsTextAndNothingElse) {
     EXPECT_EQ(found.name, row.text);
     EXPECT_EQ(found.textures.at(0).name, row.text);
     EXPECT_EQ(store.Group(row.text).Value().modelCount, 1u);
-    const auto search = store.Search(row.text, 0, 10);
-    ASSERT_TRUE(search) << search.Error().Text();
-    ASSERT_EQ(search.Value().size(), 1u);
-    EXPECT_EQ(search.Value()[0].key, found.key);
+    EXPECT_EQ(store.Search(row.text, 0, 10).Value().at(0).key, found.key);
     EXPECT_TRUE(store.CreateToken(row.text.substr(0, row.text.size() > 100 ? 0 : row.text.npos) + "t", {}));
-    EXPECT_EQ(store.Check(CModelStore::ECheck::Full).Value().faultCount, 0u);
+    EXPECT_EQ(FaultOf(store), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -230,16 +216,13 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Combine(
         testing::ValuesIn(Engines()),
         testing::Values(
-            CNameRow{"Quote", "'; DROP TABLE models; --"}, CNameRow{"DoubleQuote", "a\"b\" OR \"c"},
-            CNameRow{"Pattern", "100%_!"}, CNameRow{"PatternAlone", "%"},
-            CNameRow{"Parameter", "$1 ?2 :x @y"}, CNameRow{"SearchSyntax", "name:x* NEAR(a b) AND NOT ^"},
-            CNameRow{"Path", "../../etc/passwd"}, CNameRow{"BackslashPath", "C:\\x\\..\\y\\"},
-            CNameRow{"LineEnds", "a\r\nb\tc\x1b[31m"}, CNameRow{"Longest", std::string(200, 'n')},
-            CNameRow{"Emoji", "\xF0\x9F\xAA\x91 chair"}, CNameRow{"CaseBeyondAscii", "\xC3\x84PFEL \xD0\x96"},
-            CNameRow{"Blanks", "  "}, CNameRow{"Empty", "", false},
+            CNameRow{"Quotes", "'; DROP TABLE models; -- \"b\" OR \"c"}, CNameRow{"PatternAlone", "%"},
+            CNameRow{"Parameter", "$1 ?2 :x @y 100%_!"}, CNameRow{"SearchSyntax", "name:x* NEAR(a b) NOT ^"},
+            CNameRow{"Path", "../../etc/passwd C:\\x\\"}, CNameRow{"LineEnds", "a\r\nb\tc\x1b[31m"},
+            CNameRow{"Longest", std::string(200, 'n')}, CNameRow{"Blanks", "  "},
+            CNameRow{"BeyondAscii", "\xC3\x84PFEL \xD0\x96 \xF0\x9F\xAA\x91"}, CNameRow{"Empty", "", false},
             CNameRow{"TooLong", std::string(201, 'n'), false},
-            CNameRow{"Zero", std::string("a\0b", 3), false}, CNameRow{"HalfACharacter", "a\xC3", false},
-            CNameRow{"Surrogate", "\xED\xA0\x80", false}, CNameRow{"Overlong", "\xC0\xAF", false})),
+            CNameRow{"Zero", std::string("a\0b", 3), false}, CNameRow{"HalfACharacter", "a\xC3", false})),
     [](const auto& row) { return std::get<0>(row.param).name + std::get<1>(row.param).name; });
 
 TEST_P(ModelStoreTest, SearchesPartsOfNamesWhateverTheirCase) {
@@ -331,8 +314,7 @@ TEST_P(ModelStoreTest, ABackupHoldsAllAndFillsAStoreOfEitherEngine) {
     EXPECT_EQ(copy.AddModel(ModelOf("New", "y", "y")).Value().how, EAdded::Added)
         << "its numbers are new ones";
     EXPECT_TRUE(copy.CreateToken("berta", {}));
-    const CResult<CCheckReport> report = copy.Check(CModelStore::ECheck::Full);
-    EXPECT_EQ(report.Value().faultCount, 0u) << report.Value().faults.front();
+    EXPECT_EQ(FaultOf(copy), "");
 }
 
 }  // namespace

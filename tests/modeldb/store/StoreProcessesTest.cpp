@@ -1,34 +1,16 @@
 // SPDX-License-Identifier: MIT
 // What other processes do to a store, and what ends them.
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <chrono>
-#include <functional>
 #include <random>
-#include <set>
 #include <thread>
 
 #include "CTestStore.h"
-#include "modeldb/bytes/calc_crc.h"
+#include "child_process.h"
 
 namespace {
 
 class StoreProcessesTest : public testing::TestWithParam<CEngineRow> {};
 INSTANTIATE_TEST_SUITE_P(, StoreProcessesTest, testing::ValuesIn(Engines()), kRowName);
-
-/** A process that runs work; it ends with 0 when that was done. */
-pid_t Start(const std::function<bool()>& work) {
-    const pid_t pid = ::fork();
-    if (pid == 0) ::_exit(work() ? 0 : 1);
-    return pid;
-}
-
-bool EndedWell(pid_t pid) {
-    int status = 0;
-    return ::waitpid(pid, &status, 0) == pid && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
 
 /** The n-th model of a series: most small, some with textures that others have, and some so large that they are staged. */
 CNewModel Made(CModelStore& store, std::uint64_t series, std::uint64_t n) {
@@ -41,7 +23,7 @@ CNewModel Made(CModelStore& store, std::uint64_t series, std::uint64_t n) {
 }
 
 /** Adds models until it is killed, one at a time and in batches, and tells the key of each that the store took. */
-bool AddForEver(const CStoreAddress& address, std::uint64_t series, int acknowledged) {
+bool AddForEver(const CStoreAddress& address, std::uint64_t series, const CPipe& acknowledged) {
     CResult<CModelStore> store = CModelStore::Open(address, EStoreUse::Write);
     for (std::uint64_t n = 0; store; ++n) {
         std::vector<CNewModel> batch;
@@ -49,23 +31,10 @@ bool AddForEver(const CStoreAddress& address, std::uint64_t series, int acknowle
             batch.push_back(Made(store.Value(), series, n * 8 + i));
         const auto results = store.Value().AddModels(batch);
         if (!results) return false;
-        for (const auto& result : results.Value()) {
-            if (!result) return false;
-            const std::uint32_t key = result.Value().key;
-            if (::write(acknowledged, &key, sizeof(key)) != sizeof(key)) return false;
-        }
+        for (const auto& result : results.Value())
+            if (!result || !acknowledged.Tell(result.Value().key)) return false;
     }
     return false;
-}
-
-/** How many of the acknowledged keys the store lacks; nothing else may be wrong with it either. */
-std::size_t LostOf(CModelStore& store, const std::set<std::uint32_t>& acknowledged) {
-    std::size_t lost = 0;
-    for (const std::uint32_t key : acknowledged) lost += store.HasModel(key).Value() ? 0u : 1u;
-    const CResult<CCheckReport> report = store.Check(CModelStore::ECheck::Full);
-    EXPECT_TRUE(report) << report.Error().Text();
-    EXPECT_EQ(report.Value().faultCount, 0u) << report.Value().faults.front();
-    return lost;
 }
 
 TEST_P(StoreProcessesTest, KillingAWriterLosesNoAcknowledgedModelAndLeavesNoHalfOne) {
@@ -81,55 +50,44 @@ TEST_P(StoreProcessesTest, KillingAWriterLosesNoAcknowledgedModelAndLeavesNoHalf
             (void)place->Open();
             acknowledged.clear();
         }
-        int ends[2] = {};
-        ASSERT_EQ(::pipe(ends), 0);
-        const pid_t writer =
-            Start([&] { return AddForEver(place->Address(), static_cast<std::uint64_t>(i), ends[1]); });
-        ::close(ends[1]);
+        CPipe told;
+        CChildProcess writer(
+            [&] { return AddForEver(place->Address(), static_cast<std::uint64_t>(i), told); });
+        (void)told.write.Close();
         std::this_thread::sleep_for(
             std::chrono::milliseconds(std::uniform_int_distribution<>(10, 250)(random)));
-        ASSERT_EQ(::kill(writer, SIGKILL), 0);
-        int status = 0;
-        ASSERT_EQ(::waitpid(writer, &status, 0), writer);
-        EXPECT_TRUE(WIFSIGNALED(status)) << "it ended by itself";
-        for (std::uint32_t key = 0; ::read(ends[0], &key, sizeof(key)) == sizeof(key); ++acknowledgedAtAll)
-            acknowledged.insert(key);
-        ::close(ends[0]);
+        EXPECT_TRUE(writer.Kill()) << "it ended by itself";
+        for (std::uint32_t key = 0; told.Hear(key); ++acknowledgedAtAll) acknowledged.insert(key);
         CModelStore store = place->Open(EStoreUse::Write);
         ASSERT_EQ(LostOf(store, acknowledged), 0u) << "of " << acknowledged.size() << " at kill " << i;
     }
     EXPECT_GT(acknowledgedAtAll, 0u);
-    RecordProperty("acknowledged", std::to_string(acknowledgedAtAll));
     std::printf("%d kills, %zu models acknowledged, none lost\n", kills, acknowledgedAtAll);
 }
 
 /** A process that began before anybody here opened a store, and so shares nothing with this one. */
 class CStranger {
   public:
-    explicit CStranger(const CStoreAddress& address) {
-        EXPECT_EQ(::pipe(m_ends), 0);
-        m_pid = Start([&] {
-            std::uint32_t key = 0;
-            if (::read(m_ends[0], &key, sizeof(key)) != sizeof(key)) return false;
-            CResult<CModelStore> store = CModelStore::Open(address, EStoreUse::Write);
-            return store && store.Value().HasModel(key).Value();
-        });
-    }
+    explicit CStranger(const CStoreAddress& address)
+        : m_process([&] {
+              std::uint32_t key = 0;
+              if (!m_asked.Hear(key)) return false;
+              CResult<CModelStore> store = CModelStore::Open(address, EStoreUse::Write);
+              return store && store.Value().HasModel(key).Value();
+          }) {}
     /** Opens the store, looks, closes it and ends. */
-    bool Sees(std::uint32_t key) const {
-        return ::write(m_ends[1], &key, sizeof(key)) == sizeof(key) && EndedWell(m_pid);
-    }
+    bool Sees(std::uint32_t key) { return m_asked.Tell(key) && m_process.EndsWell(); }
 
   private:
-    int m_ends[2] = {};
-    pid_t m_pid = -1;
+    CPipe m_asked;
+    CChildProcess m_process;
 };
 
 // A process with several connections, as a server is one, loses none of its locks when it opens a further one: otherwise
 // another process that ends would take the log with it.
 TEST_P(StoreProcessesTest, WhoeverComesAndGoesTakesNothingFromTheOthers) {
     const CTestPlace place(GetParam());
-    const CStranger strangers[] = {CStranger(place.Address()), CStranger(place.Address())};
+    CStranger strangers[] = {CStranger(place.Address()), CStranger(place.Address())};
     CModelStore first = place.Open();
     const auto add = [&](const char* text) { return first.AddModel(ModelOf("g", text, text)).Value().key; };
     const std::uint32_t one = add("one");
@@ -169,27 +127,26 @@ TEST_P(StoreProcessesTest, SeveralWritersAtOnceAddAllThatTheyHave) {
             if (!store.Value().AddModel(Made(store.Value(), n < kShared ? 99 : series, n))) return false;
         return store.HasValue();
     };
-    std::vector<pid_t> writers;
+    std::vector<CChildProcess> writers;
     for (std::uint64_t series = 0; series < kWriters; ++series)
-        writers.push_back(Start([&] { return write(series); }));
-    for (const pid_t writer : writers) EXPECT_TRUE(EndedWell(writer));
+        writers.emplace_back([&] { return write(series); });
+    for (CChildProcess& writer : writers) EXPECT_TRUE(writer.EndsWell());
     CModelStore store = place.Open(EStoreUse::Read);
-    const CCheckReport report = store.Check(CModelStore::ECheck::Full).Value();
-    EXPECT_EQ(report.models, kShared + kWriters * (kModels - kShared));
-    EXPECT_EQ(report.faultCount, 0u) << report.faults.front();
+    EXPECT_EQ(store.Check(CModelStore::ECheck::Quick).Value().models,
+              kShared + kWriters * (kModels - kShared));
+    EXPECT_EQ(FaultOf(store), "");
 }
 
 TEST_P(StoreProcessesTest, ABackupOfAStoreInUseIsWhole) {
     const CTestPlace place(GetParam());
     (void)place.Open();
-    int ends[2] = {};
-    ASSERT_EQ(::pipe(ends), 0);
-    const pid_t writer = Start([&] { return AddForEver(place.Address(), 7, ends[1]); });
-    ::close(ends[1]);
+    CPipe told;
+    const CChildProcess writer([&] { return AddForEver(place.Address(), 7, told); });
+    (void)told.write.Close();
     CModelStore store = place.Open(EStoreUse::Read);
     for (int i = 0; i < 4; ++i) {
         std::uint32_t key = 0;
-        ASSERT_EQ(::read(ends[0], &key, sizeof(key)), static_cast<ssize_t>(sizeof(key)));
+        ASSERT_TRUE(told.Hear(key));
         const std::string path = place.folder / ("backup" + std::to_string(i));
         const CStatus done = store.Backup(path);
         ASSERT_TRUE(done) << done.Error().Text();
@@ -197,9 +154,6 @@ TEST_P(StoreProcessesTest, ABackupOfAStoreInUseIsWhole) {
         ASSERT_TRUE(backup) << backup.Error().Text();
         EXPECT_EQ(LostOf(backup.Value(), {key}), 0u);
     }
-    (void)::kill(writer, SIGKILL);
-    (void)EndedWell(writer);
-    ::close(ends[0]);
 }
 
 }  // namespace

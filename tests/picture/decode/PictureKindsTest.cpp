@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include "files/CTestFolder.h"
+#include <sstream>
+
 #include "picture/decode/picture_bytes.h"
 #include "row_name.h"
 
@@ -94,7 +95,6 @@ const CKind kBmp[] = {
     {"FromBelow", Bmp(24, 0, "", "\xFF\0\0\0\0\0xx\0\0\xFF\0\xFF\0"s), kFour},
     {"FromAbove", Bmp(24, 0, "", "\0\0\xFF\0\xFF\0xx\xFF\0\0\0\0\0"s, 0, 2, 0xFFFFFFFE), kFour},
     {"IndicesBeyondThePalette", Bmp(8, 0, kColours, "\2\xFFxx\0\1"s), kFour},
-    {"PaletteSaidToBeLonger", Bmp(8, 0, kColours, "\2\xFFxx\0\1"s, 9999), kFour},
     {"FourBits", Bmp(4, 0, kColours, "\x2Fxxx\x01"s), kFour},
     {"TwoBits", Bmp(2, 0, kColours, "\xB0xxx\x10"s), kFour},
     {"OneBit", Bmp(1, 0, kColours, "\x80xxx\x40"s), "ff0000ff 00ff00ff 00ff00ff ff0000ff"},
@@ -204,46 +204,26 @@ TEST(PictureKindsTest, AlphaOfEdgesAloneIsNoneButHolesAre) {
 
 // The fuzzers' seeds: one picture, written by another program in many kinds.
 TEST(PictureKindsTest, KindsOfOnePictureAreAlike) {
-    const auto pixelsOf = [](std::string_view name) {
-        const auto decoded = image_codec::ReadImageFile(ORBIVUE_PICTURE_SEEDS + std::string(name));
-        return decoded ? Hex(decoded.Value().image) : decoded.Error().Text();
+    const auto pixelsOf = [](const std::string& name) {
+        const auto decoded = Decode(Seed(name), name);
+        return decoded ? Hex(decoded.Value()) : decoded.Error().Text();
     };
-    const auto areAlike = [&](std::initializer_list<const char*> names) {
-        const std::string pixels = pixelsOf(*names.begin());
-        EXPECT_GT(pixels.size(), 300U) << pixels;
-        for (const char* name : names) EXPECT_EQ(pixelsOf(name), pixels) << name;
-    };
-    areAlike({"png24.png",
-              "bmp24.bmp",
-              "bmp4.bmp",
-              "bmp8.bmp",
-              "bmp_rle8.bmp",
-              "dds24.dds",
-              "gif.gif",
-              "gif_interlaced.gif",
-              "pcx24.pcx",
-              "pcx8.pcx",
-              "png32_interlaced.png",
-              "png48.png",
-              "png_palette.png",
-              "sgi16.sgi",
-              "sgi24.sgi",
-              "tga24.tga",
-              "tga_map.tga",
-              "tiff.tif",
-              "tiff16.tif",
-              "tiff_big_endian.tif",
-              "tiff_bits.tif",
-              "tiff_lzw.tif",
-              "tiff_palette.tif",
-              "tiff_planes.tif",
-              "tiff_tiles.tif",
-              "tiff_zip.tif"});
-    areAlike({"png1.png", "bmp1.bmp", "pcx1.pcx", "tiff_fax.tif", "tiff_fax3.tif"});
-    areAlike({"bmp32.bmp", "tga32_packed.tga", "tiff_alpha.tif"});
-    areAlike({"png_grey.png", "tga8.tga"});
-    areAlike({"jpeg_444.jpg", "jpeg_progressive.jpg"});
-    areAlike({"sgi_packed_alpha.sgi", "sgi_packed_rgba.sgi"});
+    for (const std::string names :
+         {"png24.png bmp24.bmp bmp4.bmp bmp8.bmp bmp_rle8.bmp dds24.dds gif.gif gif_interlaced.gif pcx24.pcx "
+          "pcx8.pcx png32_interlaced.png png48.png png_palette.png sgi16.sgi sgi24.sgi tga24.tga tga_map.tga "
+          "tiff.tif tiff16.tif tiff_big_endian.tif tiff_bits.tif tiff_lzw.tif tiff_palette.tif "
+          "tiff_planes.tif tiff_tiles.tif tiff_zip.tif",
+          "png1.png bmp1.bmp pcx1.pcx tiff_fax.tif tiff_fax3.tif",
+          "bmp32.bmp tga32_packed.tga tiff_alpha.tif", "png_grey.png tga8.tga",
+          "jpeg_444.jpg jpeg_progressive.jpg", "sgi_packed_alpha.sgi sgi_packed_rgba.sgi"}) {
+        std::istringstream rest(names);
+        std::string name, pixels;
+        while (rest >> name) {
+            if (pixels.empty()) pixels = pixelsOf(name);
+            EXPECT_GT(pixels.size(), 300U) << pixels;
+            EXPECT_EQ(pixelsOf(name), pixels) << name;
+        }
+    }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "files/CTestFolder.h"
 #include "picture/decode/image_codec.h"
 
 inline std::string Le16(unsigned value) {
@@ -37,4 +38,13 @@ inline std::string Hex(const CImage& image) {
         (text += kDigits[image.rgba[i] >> 4]) += kDigits[image.rgba[i] & 15];
     }
     return text;
+}
+
+/** One of the fuzzers' seeds. */
+inline std::string Seed(const std::string& name) {
+    return CTestFolder::TextOf(ORBIVUE_PICTURE_SEEDS + name);
+}
+/** Bytes with other ones in a place. */
+inline std::string With(std::string bytes, std::size_t at, std::string_view part) {
+    return bytes.replace(at, part.size(), part);
 }

@@ -57,16 +57,14 @@ TEST_P(HttpSlowTest, IsCutInTime) {
     EXPECT_LE(time, GetParam().latest * (kSanitized ? 4 : 1));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Clients, HttpSlowTest,
-    testing::Values(CSlowRow{"Silent", "", "", 0, 900ms, 3s},
-                    CSlowRow{"HeadStops", "GET /a HTT", "", 408, 900ms, 3s},
-                    CSlowRow{"HeadDrips", "GET /", "a", 408, 900ms, 3s},
-                    CSlowRow{"BodyStops", "POST /a HTTP/1.1\r\nHost: a\r\nContent-Length: 99\r\n\r\nb", "",
-                             408, 400ms, 3s},
-                    CSlowRow{"BodyDrips", "POST /a HTTP/1.1\r\nHost: a\r\nContent-Length: 99\r\n\r\n", "b",
-                             408, 900ms, 3s}),
-    kRowName);
+const CSlowRow kHttpSlowTestRows[] = {
+    {"Silent", "", "", 0, 900ms, 3s},
+    {"HeadStops", "GET /a HTT", "", 408, 900ms, 3s},
+    {"HeadDrips", "GET /", "a", 408, 900ms, 3s},
+    {"BodyStops", "POST /a HTTP/1.1\r\nHost: a\r\nContent-Length: 99\r\n\r\nb", "", 408, 400ms, 3s},
+    {"BodyDrips", "POST /a HTTP/1.1\r\nHost: a\r\nContent-Length: 99\r\n\r\n", "b", 408, 900ms, 3s},
+};
+INSTANTIATE_TEST_SUITE_P(Clients, HttpSlowTest, testing::ValuesIn(kHttpSlowTestRows), kRowName);
 
 TEST(HttpLimitsTest, IdleConnectionsAreClosed) {
     CHttpTestServer test(HastyOptions());
@@ -101,9 +99,7 @@ TEST(HttpLimitsTest, WhoReadsSlowlyButSteadilyGetsAll) {
 }
 
 TEST(HttpLimitsTest, TooManyConnectionsAreToldToComeAgain) {
-    CHttpServerOptions options;
-    options.connections = 3;
-    CHttpTestServer test(options);
+    CHttpTestServer test({.connections = 3});
     std::vector<CRawClient> clients;
     for (int i = 0; i < 3; ++i) {
         clients.emplace_back(test.server->Port());
@@ -119,12 +115,8 @@ TEST(HttpLimitsTest, TooManyConnectionsAreToldToComeAgain) {
 }
 
 TEST(HttpLimitsTest, OnePeerMayHaveSoManyConnectionsAndRequests) {
-    CHttpServerOptions options;
-    options.limitLoopback = true;
-    options.peerConnections = 2;
-    options.peerRequestsPerSecond = 1;
-    options.peerBurst = 3;
-    CHttpTestServer test(options);
+    CHttpTestServer test(
+        {.peerConnections = 2, .peerRequestsPerSecond = 1, .peerBurst = 3, .limitLoopback = true});
     CRawClient first(test.server->Port()), second(test.server->Port());
     for (const int status : {200, 200, 200, 429}) EXPECT_EQ(StatusOf(first.Ask(Get("/a"))), status);
     const std::string refused = second.Ask(Get("/a"));
@@ -138,11 +130,7 @@ TEST(HttpLimitsTest, OnePeerMayHaveSoManyConnectionsAndRequests) {
 }
 
 TEST(HttpLimitsTest, BehindATrustedProxyEachClientIsLimitedForItself) {
-    CHttpServerOptions options;
-    options.trustedProxies = {"127.0.0.1"};
-    options.peerRequestsPerSecond = 0.001;
-    options.peerBurst = 1;
-    CHttpTestServer test(options);
+    CHttpTestServer test({.trustedProxies = {"127.0.0.1"}, .peerRequestsPerSecond = 0.001, .peerBurst = 1});
     CRawClient proxy(test.server->Port());
     const auto ask = [&](const char* forwarded) {
         return proxy.Ask("GET /peer HTTP/1.1\r\nHost: a\r\nX-Forwarded-For: " + std::string(forwarded) +
@@ -155,9 +143,7 @@ TEST(HttpLimitsTest, BehindATrustedProxyEachClientIsLimitedForItself) {
 }
 
 TEST(HttpLimitsTest, RequestsThatWaitForTheSiteAreCounted) {
-    CHttpServerOptions options;
-    options.waitingRequests = 1;
-    CHttpTestServer test(options);
+    CHttpTestServer test({.waitingRequests = 1});
     CRawClient first(test.server->Port()), second(test.server->Port());
     first.Send(Get("/hold"));
     ASSERT_TRUE(WaitFor([&] { return test.site.HeldCount() == 1; }));
@@ -179,9 +165,7 @@ TEST(HttpLimitsTest, ASiteThatNeverAnswersIsNotWaitedForForEver) {
 }
 
 TEST(HttpLimitsTest, BodiesTogetherHaveSoMuchRoom) {
-    CHttpServerOptions options;
-    options.spoolBytes = 100'000;
-    CHttpTestServer test(options);
+    CHttpTestServer test({.spoolBytes = 100'000});
     CRawClient first(test.server->Port()), second(test.server->Port());
     first.Send(Post("/hold", std::string(60'000, 'a')));
     ASSERT_TRUE(WaitFor([&] { return test.site.HeldCount() == 1; }));

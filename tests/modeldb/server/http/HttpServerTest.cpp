@@ -4,9 +4,9 @@
 #include <thread>
 
 #include "CHttpTestSite.h"
+#include "error_code_of.h"
 #include "modeldb/server/http/http_text.h"
 #include "raw_client.h"
-#include "row_name.h"
 #include "sanitized.h"
 
 namespace {
@@ -104,11 +104,8 @@ TEST(HttpServerTest, HoldsOnePortForBothFamilies) {
     ASSERT_TRUE(server);
     const auto second =
         CHttpServer::Start({.addresses = {"127.0.0.1"}, .port = server.Value()->Port()}, site);
-    ASSERT_FALSE(second);
-    EXPECT_EQ(second.Error().code, EErrorCode::Exists);
-    const auto named = CHttpServer::Start({.addresses = {"localhost"}}, site);
-    ASSERT_FALSE(named);
-    EXPECT_EQ(named.Error().code, EErrorCode::BadArgument);
+    EXPECT_EQ(CodeOf(second), EErrorCode::Exists);
+    EXPECT_EQ(CodeOf(CHttpServer::Start({.addresses = {"localhost"}}, site)), EErrorCode::BadArgument);
 }
 
 TEST(HttpServerTest, LogsEachRequestInOneLineWithoutSecrets) {

@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <poll.h>
-#include <sys/socket.h>
 
 #include <array>
 #include <chrono>
@@ -12,33 +9,21 @@
 #include <string>
 #include <string_view>
 
-#include "files/CFileDescriptor.h"
+#include "loopback.h"
 
 /** A client that sends bytes as they are. It waits ten seconds at most, and shows what came until then. */
 class CRawClient {
   public:
-    explicit CRawClient(int port, int receiveBuffer = 0)
-        : m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    explicit CRawClient(int port, int receiveBuffer = 0) : m_socket(loopback::Socket()) {
         if (receiveBuffer > 0) {
             ::setsockopt(m_socket.Get(), SOL_SOCKET, SO_RCVBUF, &receiveBuffer, sizeof receiveBuffer);
         }
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(static_cast<std::uint16_t>(port));
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        m_connected = ::connect(m_socket.Get(), reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+        m_connected = loopback::Connect(m_socket, port);
     }
 
     [[nodiscard]] bool IsConnected() const { return m_connected; }
     /** False when the server has closed. */
-    bool Send(std::string_view bytes) {
-        while (!bytes.empty()) {
-            const ssize_t count = ::send(m_socket.Get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
-            if (count <= 0) return false;
-            bytes.remove_prefix(static_cast<std::size_t>(count));
-        }
-        return true;
-    }
+    bool Send(std::string_view bytes) { return loopback::SendAll(m_socket.Get(), bytes); }
     /** Everything until the server closes; "<reset>" at the end for a connection that was cut, "<waiting>" for none. */
     std::string ReadAll(std::chrono::milliseconds most = std::chrono::seconds(10)) {
         std::string all = std::exchange(m_read, {});
