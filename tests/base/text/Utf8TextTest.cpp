@@ -50,12 +50,13 @@ TEST(ShownNameTest, ANameKeepsToOneLineAndShowsHowItEnds) {
               L"b\xFFFD"
               L"c\xFFFD"
               L"d\xFFFD");
-    EXPECT_EQ(lng::Text("\"%s\" goes",
-                        L"a\x202E"
-                        L"b"),
-              L"\"a\xFFFD"
-              L"b\" goes");
     EXPECT_EQ(file_util_ex::ShownName(L"نموذج \x200F.3ds"), L"نموذج \x200F.3ds");
+}
+
+TEST(ShownNameTest, AValueDoesNotReachBeyondItsPlaceInASentence) {
+    const auto sentence = [](std::wstring_view value) { return lng::Text("(%s)", value); };
+    EXPECT_EQ(sentence(L"a\u202Eb\u2067c\nd\u2029"), L"(a\uFFFDb\uFFFDc\uFFFDd\uFFFD)");
+    EXPECT_EQ(sentence(L"\u2068a\u2069, \u2069b\u2068"), L"(\u2068a\u2069, \uFFFDb\uFFFD)");
 }
 
 TEST(Utf8TextTest, WideTextBecomesUtf8WithNothingMalformed) {
