@@ -39,7 +39,9 @@ constexpr CRange kRanges[] = {
     {0xFFFE, 0xFFFF, EKind::None},
     {0x1BCA0, 0x1BCA3, EKind::Unseen},
     {0x1D173, 0x1D17A, EKind::Unseen},
-    {0xE0000, 0xE0FFF, EKind::Unseen},  // tags, and what the standard keeps for their like
+    {0xE0000, 0xE00FF, EKind::Unseen},  // tags, and what the standard keeps for their like
+    {0xE0100, 0xE01EF, EKind::Plain},   // variation selectors, which choose a character's form
+    {0xE01F0, 0xE0FFF, EKind::Unseen},
     {0x110000, 0xFFFFFFFF, EKind::None},
 };
 static_assert(std::ranges::is_sorted(kRanges, {}, &CRange::first));

@@ -7,13 +7,13 @@
 namespace character_kind {
 
 enum class EKind {
-    Plain,  ///< is shown, or joins or parts what is (U+200C, U+200D, marks and variation selectors of the first plane)
+    Plain,    ///< is shown, or joins or parts what is (U+200C, U+200D, marks and variation selectors)
     LineEnd,  ///< ends a line: LF, CR, NEL, U+2028, U+2029
     Control,  ///< Cc otherwise, for instance what begins a terminal's commands
     Direction,  ///< embeds, overrides or isolates the text behind it, up to the end of the line: UAX #9, 2.1 to 2.5
     DirectionMark,  ///< like an unseen letter, turns only neutral characters beside it: UAX #9, 2.6
-    Unseen,         ///< Cf otherwise, of those that nothing is seen of, and the unseen characters of plane 14
-    None,           ///< no character: a surrogate, a noncharacter, or beyond U+10FFFF
+    Unseen,  ///< Cf otherwise, of those that nothing is seen of, and what plane 14 keeps for more of them
+    None,    ///< no character: a surrogate, a noncharacter, or beyond U+10FFFF
 };
 
 [[nodiscard]] EKind Of(char32_t character);
