@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "files/file_util_ex.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -72,6 +73,12 @@ bool Mkdir(std::string_view path) {
     std::error_code error;
     fs::create_directories(fs::path(path), error);
     return DoesFolderExist(path);
+}
+
+bool MkdirPrivate(std::string_view path) {
+    constexpr mode_t kOwner = 0700;
+    (void)Mkdir(GetFilePath(path));  // a failure shows in the next line
+    return ::mkdir(std::string(path).c_str(), kOwner) == 0 || DoesFolderExist(path);
 }
 
 bool Rmdir(std::string_view path) {

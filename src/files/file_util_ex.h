@@ -33,6 +33,8 @@ bool DeleteFileW(std::wstring_view path);
 /** Makes the folder and those above it. True also when it is there already. */
 [[nodiscard]] bool Mkdir(std::string_view path);
 [[nodiscard]] bool Mkdir(std::wstring_view path);
+/** The same for a folder that is nobody else's: where it is made, only its user may look into it (0700). */
+[[nodiscard]] bool MkdirPrivate(std::string_view path);
 /** Deletes a folder with all that is in it, following no link. False for anything but a
  * folder, and for "/". */
 bool Rmdir(std::string_view path);

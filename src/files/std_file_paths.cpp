@@ -2,7 +2,6 @@
 #include "files/std_file_paths.h"
 
 #include <pwd.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -61,11 +60,9 @@ std::string BaseFolder(const char* variable, std::string_view underHome) {
 }
 
 std::string OwnFolder(const char* variable, std::string_view underHome) {
-    const std::string base = BaseFolder(variable, underHome);
-    std::string folder = MakePath(base, FolderName());
+    std::string folder = MakePath(BaseFolder(variable, underHome), FolderName());
     // When this fails, so does whatever uses the path, and that is where the error can be reported.
-    (void)file_util_ex::Mkdir(base);
-    (void)::mkdir(folder.c_str(), 0700);
+    (void)file_util_ex::MkdirPrivate(folder);
     return folder;
 }
 
@@ -136,7 +133,7 @@ void SetAppName(std::string_view name) {
 }
 
 std::string GetIniFilePath(std::string_view fileName) {
-    return MakePath(OwnFolder("XDG_CONFIG_HOME", ".config"), fileName);
+    return MakePath(MakePath(BaseFolder("XDG_CONFIG_HOME", ".config"), FolderName()), fileName);
 }
 
 std::string GetCacheFolderPath() {

@@ -14,8 +14,8 @@ namespace std_file_paths {
 void SetAppName(std::string_view name);
 void SetAppName(std::wstring_view name);
 
-/** The file's path in the settings folder ($XDG_CONFIG_HOME or ~/.config), which is made
- * (0700) when missing. */
+/** The file's path in the settings folder ($XDG_CONFIG_HOME or ~/.config), which is not made: CIniFile::Save does it, so that what
+ * only reads settings leaves nothing behind. */
 [[nodiscard]] std::string GetIniFilePath(std::string_view fileName);
 [[nodiscard]] std::wstring GetIniFilePath(std::wstring_view fileName);
 /** The folder for what can be made again ($XDG_CACHE_HOME or ~/.cache), made (0700) when missing. */

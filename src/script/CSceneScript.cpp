@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "base/text/ascii_text.h"
+#include "base/text/character_kind.h"
 #include "base/text/lng.h"
 #include "base/text/number_text.h"
 #include "base/text/utf8_text.h"
@@ -169,7 +170,9 @@ void ReadText(CReading& r) {
     if (cut.size() < value->text.size() && value->text.size() > mostBytes)
         r.NotUsed(lng::Mark("A text of the script is cut"));
     r.scene.*text = file_util_ex::ConvertFromUTF8W(cut);
-    std::erase_if(r.scene.*text, [](wchar_t c) { return (c < L' ' && c != L'\n') || c == 0x7F; });
+    std::erase_if(r.scene.*text, [](wchar_t c) {
+        return c == L'\r' || character_kind::Of(c) == character_kind::EKind::Control;
+    });
 }
 
 /** All lists at once, as they are applied in an order of their own. */

@@ -162,6 +162,7 @@ std::string CIniFile::Text() const {
 }
 
 CStatus CIniFile::Save(std::string_view path) const {
+    (void)file_util_ex::MkdirPrivate(file_util_ex::GetFilePath(path));  // a failure shows in the next line
     return file_util_ex::WriteFileAtomically(path, Text());
 }
 

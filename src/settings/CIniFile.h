@@ -31,7 +31,7 @@ class CIniFile {
     [[nodiscard]] CStatus Load(std::string_view path);
     /** The content as Parse reads it, in the order in which it was read or first set. */
     [[nodiscard]] std::string Text() const;
-    /** Replaces the file in one step. */
+    /** Replaces the file in one step. Its folder is made (0700) when missing. */
     [[nodiscard]] CStatus Save(std::string_view path) const;
 
     [[nodiscard]] std::optional<std::string> Get(std::string_view section, std::string_view key) const;

@@ -99,7 +99,9 @@ void CLocalRegStore::TakeOverOthers() {
 bool CLocalRegStore::Save() {
     const std::string& path = Default().path;
     if (path.empty()) return false;
-    const CFolderLock lock(file_util_ex::GetFilePath(path));
+    const std::string folder = file_util_ex::GetFilePath(path);
+    (void)file_util_ex::MkdirPrivate(folder);  // a failure shows when the file is written
+    const CFolderLock lock(folder);
     TakeOverOthers();
     if (!DefaultIni()->Save(path)) return false;
     Default().changes.clear();

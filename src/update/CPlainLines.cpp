@@ -3,19 +3,14 @@
 
 #include <algorithm>
 
+#include "base/text/character_kind.h"
+
 namespace {
 
 bool IsBlank(wchar_t c) {
-    return c == L' ' || c == L'\t' || c == L'\n' || c == L'\r' || c == 0xA0 || c == 0x2028 || c == 0x2029;
-}
-
-/** Control characters, those that change the direction of writing, and those that are seen nowhere. */
-bool IsUnwanted(wchar_t c) {
-    const auto code = static_cast<char32_t>(c);
-    return code < 0x20 || (code >= 0x7F && code < 0xA0) || (code >= 0x202A && code <= 0x202E) ||
-           (code >= 0x2060 && code <= 0x206F) || code == 0xFEFF || code == 0x061C || code == 0x200B ||
-           code == 0x200E || code == 0x200F || (code >= 0xFFF9 && code <= 0xFFFB) ||
-           (code >= 0xD800 && code <= 0xDFFF) || (code >= 0xE0000 && code <= 0xE0FFF) || code > 0x10FFFF;
+    constexpr wchar_t kNoBreakSpace = 0xA0;
+    return c == L' ' || c == L'\t' || c == kNoBreakSpace ||
+           character_kind::Of(c) == character_kind::EKind::LineEnd;
 }
 
 constexpr std::size_t kMostOfWord = 200, kMostOfLine = 2000;
@@ -40,7 +35,7 @@ void CPlainLines::AddCharacter(wchar_t c) {
         m_blank = true;
         return;
     }
-    if (IsUnwanted(c)) return;
+    if (character_kind::Of(c) != character_kind::EKind::Plain) return;
     const bool begins = m_text.empty() || m_isAfterBullet;
     for (; m_lineEnds > 0; --m_lineEnds)
         if (!begins) {

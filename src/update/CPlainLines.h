@@ -10,7 +10,7 @@ class CPlainLines {
   public:
     explicit CPlainLines(std::size_t mostCharacters) : m_most(mostCharacters) {}
 
-    /** A blank or a tab is a blank; a control character and one that changes the direction of writing is nothing. */
+    /** A blank, a tab and a line end is a blank; any other character that is not plain (character_kind) is nothing. */
     void AddCharacter(wchar_t c);
     /** Begins a new line, behind so many line ends. */
     void EndLine(int lineEnds);

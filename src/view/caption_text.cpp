@@ -7,6 +7,8 @@
 #include <span>
 #include <utility>
 
+#include "base/text/character_kind.h"
+
 namespace {
 
 constexpr std::size_t kMostCharacters = 700;
@@ -25,34 +27,30 @@ bool IsIn(std::span<const CRange> ranges, wchar_t character) {
 
 /** Takes no place of its own: stands on the character before, joins it or chooses its form. */
 bool IsMark(wchar_t c) {
-    constexpr CRange kMarks[] = {{0x300, 0x36F},   {0x483, 0x489},    {0x591, 0x5BD},   {0x610, 0x61A},
-                                 {0x64B, 0x65F},   {0x1AB0, 0x1AFF},  {0x1DC0, 0x1DFF}, {0x200B, 0x200F},
-                                 {0x2060, 0x2064}, {0x20D0, 0x20FF},  {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F},
-                                 {0xFEFF, 0xFEFF}, {0xE0100, 0xE01EF}};
+    constexpr CRange kMarks[] = {{0x300, 0x36F},   {0x483, 0x489},   {0x591, 0x5BD},   {0x610, 0x61A},
+                                 {0x64B, 0x65F},   {0x1AB0, 0x1AFF}, {0x1DC0, 0x1DFF}, {0x200C, 0x200F},
+                                 {0x20D0, 0x20FF}, {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F}, {0xE0100, 0xE01EF}};
     return IsIn(kMarks, c);
-}
-
-bool TurnsDirection(wchar_t c) {
-    constexpr CRange kTurns[] = {{0x202A, 0x202E}, {0x2066, 0x2069}, {0x206A, 0x206F}};
-    return IsIn(kTurns, c);
-}
-
-bool IsNoCharacter(wchar_t c) {
-    constexpr CRange kNone[] = {{0xD800, 0xDFFF}, {0xFFFE, 0xFFFF}, {0x110000, 0xFFFFFFFF}};
-    return IsIn(kNone, c);
-}
-
-bool IsControl(wchar_t c) {
-    constexpr CRange kControls[] = {{0, 0x1F}, {0x7F, 0x9F}, {0xE0000, 0xE007F}};
-    return IsIn(kControls, c);
 }
 
 /** The character that is shown in place of another; 0 for none. */
 wchar_t Shown(wchar_t c) {
-    if (c == L'\n' || c == L'\r' || c == L'\x85' || c == L'\x2028' || c == L'\x2029') return L'\n';
-    if (IsControl(c)) return L' ';
-    if (TurnsDirection(c)) return 0;
-    return IsNoCharacter(c) ? kUnknown : c;
+    using enum character_kind::EKind;
+    switch (character_kind::Of(c)) {
+        case LineEnd:
+            return L'\n';
+        case Control:
+            return L' ';
+        case Direction:
+        case Unseen:
+            return 0;
+        case None:
+            return kUnknown;
+        case DirectionMark:
+        case Plain:
+            break;
+    }
+    return c;
 }
 
 /** A blank before or after a line's end goes; three line ends in a row become two. */

@@ -10,6 +10,7 @@ import re
 import shutil
 import subprocess
 import sys
+import tempfile
 import xml.etree.ElementTree as ElementTree
 from pathlib import Path
 
@@ -34,9 +35,12 @@ def compare(what, found, wanted):
     require(found == wanted, f"{what}: missing {sorted(wanted - found)}, too many {sorted(found - wanted)}")
 
 
-def run(*command, **options):
-    environment = dict(os.environ, LC_ALL="C.UTF-8", LANGUAGE="en", HOME="/nonexistent")
-    environment.pop("DISPLAY", None)
+def run(*command, home=None, **options):
+    environment = dict(os.environ, LC_ALL="C.UTF-8", LANGUAGE="en")
+    if home:
+        environment.update(HOME=home, TMPDIR=home)
+    for name in ("DISPLAY", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"):
+        environment.pop(name, None)
     result = subprocess.run([str(part) for part in command], capture_output=True, text=True, stdin=subprocess.DEVNULL,
                             timeout=60, check=False, env=environment, **options)
     require(result.returncode == 0, f"{command[0]} ended with {result.returncode}: {result.stderr}")
@@ -51,10 +55,19 @@ def lines_to_complete(program):
     return [f"{program} --"] + [f"{program} {command} --" for command in commands]
 
 
+def printed_by(program, option):
+    """What a program says of itself, which leaves nothing behind."""
+    with tempfile.TemporaryDirectory() as home:
+        text = run(program, option, home=home)
+        require(not os.listdir(home), f"{program} {option} leaves {os.listdir(home)} in the home folder")
+    return text
+
+
 def options_in(text):
     return set(re.findall(r"(?<![\w-])--([a-z][a-z-]+)", text))
 
 
+# Each gives what is offered for each line, or, without the shell, all that its file says.
 def offered_by_bash(folder, program):
     script = """source /usr/share/bash-completion/bash_completion; source "$1"; shift; compopt() { :; }
         for COMP_LINE; do
@@ -62,31 +75,36 @@ def offered_by_bash(folder, program):
             function=$(complete -p "${COMP_WORDS[0]}"); function=${function#*-F }
             ${function%% *} "${COMP_WORDS[0]}" -- "${COMP_WORDS[COMP_CWORD - 1]}"; echo "${COMPREPLY[@]}"
         done"""
-    return run("bash", "-c", script, "bash", folder / "bash" / program, *lines_to_complete(program))
+    return run("bash", "-c", script, "bash", folder / "bash" / program, *lines_to_complete(program)).splitlines()
 
 
 def offered_by_zsh(folder, program):
     if not shutil.which("zsh"):
-        return (folder / f"zsh/_{program}").read_text()
-    return "".join(line.split(": ", 1)[-1] for line in run(
-        Path(__file__).parent / "complete.zsh", folder / "zsh", *lines_to_complete(program)).splitlines(True))
+        return [(folder / f"zsh/_{program}").read_text()]
+    return [line.split(": ", 1)[-1] for line in run(
+        Path(__file__).parent / "complete.zsh", folder / "zsh", *lines_to_complete(program)).splitlines()]
 
 
 def offered_by_fish(folder, program):
     file = folder / f"fish/{program}.fish"
     if not shutil.which("fish"):
-        return re.sub(r"^(complete .*) -l ([a-z-]+)", r"\1 --\2", file.read_text(), flags=re.M)
-    script = "source $argv[1]; for line in $argv[2..]; complete -C $line | cut -f 1; end"
-    return run("fish", "--no-config", "-c", script, "--", file, *lines_to_complete(program))
+        return [re.sub(r" -l ([a-z-]+) -", r" --\1 -", file.read_text())]
+    script = "source $argv[1]; for line in $argv[2..]; complete -C $line | cut -f 1 | string join ' '; end"
+    return run("fish", "--no-config", "-c", script, "--", file, *lines_to_complete(program)).splitlines()
 
 
 def check_completions(source, build):
     for program in PROGRAMS:
-        summary = options_in(run(build / "bin" / program, "--help")) | HIDDEN.get(program, set())
+        require(re.search(r" \d+\.\d+", printed_by(build / "bin" / program, "--version")), f"{program} --version tells none")
+        summary = options_in(printed_by(build / "bin" / program, "--help")) | HIDDEN.get(program, set())
         require(len(summary) > 2, f"{program} --help tells no options")
-        for offered_by in (offered_by_bash, offered_by_zsh, offered_by_fish):
-            text = offered_by(source / "packaging/completions", program)
-            compare(f"{offered_by.__name__} for {program}", options_in(text), summary)
+        by_bash = offered_by_bash(source / "packaging/completions", program)
+        compare(f"bash for {program}", options_in(" ".join(by_bash)), summary)
+        for offered_by in (offered_by_zsh, offered_by_fish):
+            texts = offered_by(source / "packaging/completions", program)
+            compare(f"{offered_by.__name__} for {program}", options_in(" ".join(texts)), summary)
+            for line, text, in_bash in zip(lines_to_complete(program), texts if len(texts) > 1 else [], by_bash):
+                compare(f"{offered_by.__name__}, beside bash, for {line}", options_in(text), options_in(in_bash))
         page = (source / f"docs/{program}.1").read_text().replace("\\-", "-")
         compare(f"the page of {program}", options_in(page) - TOOLKIT.get(program, set()), summary)
 
@@ -128,7 +146,9 @@ def check_languages(source, _build):
 
 def main():
     checks = {"completions": check_completions, "control": check_control, "languages": check_languages}
-    checks[sys.argv[1]](Path(sys.argv[2]), Path(sys.argv[3]))
+    with tempfile.TemporaryDirectory() as home:
+        os.environ["HOME"] = home
+        checks[sys.argv[1]](Path(sys.argv[2]), Path(sys.argv[3]))
     sys.exit("\n".join(problems) or 0)
 
 

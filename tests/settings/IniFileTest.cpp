@@ -99,16 +99,18 @@ TEST(LocalRegStoreTest, NumbersAreWhatTheTextBeginsWithOrTheDefault) {
 TEST(LocalRegStoreTest, DefaultFileAndExplicitFilesRoundTrip) {
     const CTestFolder folder;
     const CLocalRegStore::CDefaultFileGuard guard;
-    const std::wstring path = file_util_ex::ConvertFromUTF8W(folder / "s\xC3\xA9.ini");
+    const std::string bytes = folder / "made/s\xC3\xA9.ini";
+    const std::wstring path = file_util_ex::ConvertFromUTF8W(bytes);
     EXPECT_FALSE(CLocalRegStore::Save()) << "no file is loaded yet";
     EXPECT_FALSE(CLocalRegStore::Load(path));
-    EXPECT_EQ(CLocalRegStore::LoadIniFile(folder / "s\xC3\xA9.ini"), nullptr);
+    EXPECT_EQ(CLocalRegStore::LoadIniFile(bytes), nullptr);
     EXPECT_EQ(CLocalRegStore::GetString("3dsFileDialog", "Path", L"none"), L"none");
     EXPECT_TRUE(CLocalRegStore::WriteString("3dsFileDialog", "Path", L"/m/Modèles; 3D "));
     EXPECT_TRUE(CLocalRegStore::WriteInt(L"Settings", L"Wire", -1));
     ASSERT_TRUE(CLocalRegStore::Save());
+    EXPECT_EQ(std::filesystem::status(folder / "made").permissions(), std::filesystem::perms(0700));
 
-    const CIniFilePtr ini(CLocalRegStore::LoadIniFile(folder / "s\xC3\xA9.ini"));
+    const CIniFilePtr ini(CLocalRegStore::LoadIniFile(bytes));
     ASSERT_NE(ini, nullptr);
     EXPECT_EQ(CLocalRegStore::GetString(ini.get(), L"3dsFileDialog", L"Path", L""), L"/m/Modèles; 3D ");
     EXPECT_EQ(CLocalRegStore::GetInt(ini.get(), "settings", "wire", 0), -1);

@@ -33,7 +33,7 @@ const CRow kRows[] = {
     {"DirectionAndControls",
      "a\u202Eb\u2066c\u200Fd\x01"
      "e\x7F\u0085f\uFEFFg\U000E0041",
-     L"abcdefg"},
+     L"abcde fg"},
     {"BrokenUtf8", "a\xC3(\xFF", L"a\uFFFD(\uFFFD"},
 };
 INSTANTIATE_TEST_SUITE_P(Texts, PlainNotesTest, testing::ValuesIn(kRows), kRowName);

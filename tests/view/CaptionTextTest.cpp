@@ -28,7 +28,7 @@ const CTextCase kTexts[] = {
                   L"d",
                   10),
      L"a b [2Jc d"},
-    {"DirectionIsNotTurned", L"evil\x202Egnp.exe\x2066", L"evilgnp.exe"},
+    {"DirectionIsNotTurned", L"evil\x202Egnp.exe\x2066\xE0041", L"evilgnp.exe"},
     {"HebrewStays", L"\x05E9\x05DC\x05D5\x05DD", L"\x05E9\x05DC\x05D5\x05DD"},
     {"MarksDoNotPileUp", L"a" + std::wstring(5000, L'\x0301') + L"b\x0301",
      L"a\x0301\x0301\x0301\x0301"

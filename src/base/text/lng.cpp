@@ -6,7 +6,9 @@
 #include <mutex>
 #include <string>
 #include <utility>
+#include <vector>
 
+#include "base/text/character_kind.h"
 #include "base/text/number_text.h"
 #include "base/text/utf8_text.h"
 
@@ -47,12 +49,23 @@ std::wstring Filled(std::wstring text, std::initializer_list<std::wstring_view> 
     return text;
 }
 
-/** Isolated, and without the marks by which a name turns round what stands behind them. */
-std::wstring Foreign(std::wstring_view value) {
-    std::wstring shown(value);
-    std::ranges::replace_if(
-        shown, [](wchar_t c) { return c >= 0x202A && c <= 0x202E; }, wchar_t{0xFFFD});
-    return Isolated(shown);
+constexpr wchar_t kRightToLeftMark = 0x200F, kFirstStrongIsolate = 0x2068, kPopDirectionalIsolate = 0x2069,
+                  kReplacement = 0xFFFD;
+
+/** A value of a sentence without what reaches beyond it. What was isolated inside of it, as in a sentence of ours, stays so. */
+std::wstring KeptToItself(std::wstring_view value) {
+    std::wstring kept(value);
+    std::vector<std::size_t> open;
+    for (std::size_t i = 0; i < kept.size(); ++i) {
+        if (kept[i] == kFirstStrongIsolate)
+            open.push_back(i);
+        else if (kept[i] == kPopDirectionalIsolate && !open.empty())
+            open.pop_back();
+        else if (character_kind::ReachesBeyondItself(kept[i]))
+            kept[i] = kReplacement;
+    }
+    for (const std::size_t i : open) kept[i] = kReplacement;
+    return kept;
 }
 
 std::wstring Form(const char* one, const char* many, std::uint64_t count) {
@@ -71,7 +84,7 @@ std::wstring Text(const char* englishText) {
 }
 
 std::wstring Text(const char* englishText, std::wstring_view value) {
-    return Filled(Text(englishText), {Foreign(value)});
+    return Filled(Text(englishText), {Isolated(value)});
 }
 
 std::wstring TextN(const char* one, const char* many, std::uint64_t count) {
@@ -79,7 +92,7 @@ std::wstring TextN(const char* one, const char* many, std::uint64_t count) {
 }
 
 std::wstring TextN(const char* one, const char* many, std::uint64_t count, std::wstring_view second) {
-    return Filled(Form(one, many, count), {Number(count), Foreign(second)});
+    return Filled(Form(one, many, count), {Number(count), Isolated(second)});
 }
 
 std::string TextUtf8(const char* englishText, std::initializer_list<std::string_view> values) {
@@ -103,9 +116,7 @@ std::wstring Text(const CError& error) {
     // A library's text may be in any encoding, and the empty text would yield the catalogue's header.
     const std::string sound = file_util_ex::ConvertToUTF8(ConvertFromUTF8(error.message));
     const std::wstring message = sound.empty() ? std::wstring() : Text(sound.c_str());
-    return error.where.empty()
-               ? message
-               : Isolated(file_util_ex::ShownName(ConvertFromUTF8(error.where))) + L": " + message;
+    return error.where.empty() ? message : Isolated(ConvertFromUTF8(error.where)) + L": " + message;
 }
 
 bool IsRightToLeft() {
@@ -115,12 +126,10 @@ bool IsRightToLeft() {
 }
 
 std::wstring Isolated(std::wstring_view foreign) {
+    const std::wstring kept = KeptToItself(foreign);
+    if (!IsRightToLeft()) return kept;
     // The mark before it is for what looks at a line's first letter alone, isolated or not, to find the line's direction.
-    constexpr wchar_t kRightToLeftMark = 0x200F, kFirstStrongIsolate = 0x2068,
-                      kPopDirectionalIsolate = 0x2069;
-    if (!IsRightToLeft()) return std::wstring(foreign);
-    return std::wstring{kRightToLeftMark, kFirstStrongIsolate} + std::wstring(foreign) +
-           kPopDirectionalIsolate;
+    return std::wstring{kRightToLeftMark, kFirstStrongIsolate} + kept + kPopDirectionalIsolate;
 }
 
 std::wstring Number(std::uint64_t number) {

@@ -37,7 +37,7 @@ namespace lng {
 [[nodiscard]] CLanguageDomain& Domain();
 /** DoGetResourceString in the program's domain. */
 [[nodiscard]] std::wstring Text(const char* englishText);
-/** Text with its first "%s" replaced. */
+/** Text with its first "%s" replaced by a value, Isolated. */
 [[nodiscard]] std::wstring Text(const char* englishText, std::wstring_view value);
 /** For a terminal: Text in UTF-8 with its "%s" replaced one after the other. */
 [[nodiscard]] std::string TextUtf8(const char* englishText,
@@ -58,8 +58,9 @@ namespace lng {
 }
 /** True where the current language is written from right to left. */
 [[nodiscard]] bool IsRightToLeft();
-/** A file name, path or other text of unknown direction, so marked that it keeps its order inside a sentence that runs from
- * right to left (U+2068 before and U+2069 after); in other languages as it is. */
+/** A file name, path or other text of unknown direction, made safe to stand inside a sentence: each character that reaches beyond
+ * itself (character_kind) becomes U+FFFD, save for isolates (U+2068) that end inside of it. In a language that runs from right to
+ * left it is isolated, too, so that it keeps its order. */
 [[nodiscard]] std::wstring Isolated(std::wstring_view foreign);
 /** A whole number with the current language's separator between its thousands. */
 [[nodiscard]] std::wstring Number(std::uint64_t number);

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 
+#include "base/text/character_kind.h"
+
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
@@ -71,23 +73,12 @@ std::string_view Cut(std::string_view text, std::size_t maxBytes) {
     return text.substr(0, maxBytes);  // no UTF-8
 }
 
-namespace {
-
-/** What a terminal obeys, and what turns round the text behind it. */
-bool IsObeyed(char32_t c) {
-    const bool isControl = c < 0x20 || (c >= 0x7F && c < 0xA0);
-    const bool isOverride = (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
-    return isControl || isOverride;
-}
-
-}  // namespace
-
 std::string Printable(std::string_view text, char replacement) {
     std::string result;
     while (!text.empty()) {
         const auto first = First(text);
         const std::size_t length = first ? first->length : 1;
-        if (first && !IsObeyed(first->code))
+        if (first && !character_kind::ReachesBeyondItself(first->code))
             result += text.substr(0, length);
         else
             result += replacement;
@@ -148,11 +139,8 @@ std::wstring ShownText(std::wstring text) {
 }
 
 std::wstring ShownName(std::wstring name) {
-    const auto isObeyed = [](wchar_t c) {
-        const auto code = static_cast<char32_t>(c);
-        return utf8_text::IsObeyed(code) || code == 0x2028 || code == 0x2029;
-    };
-    std::ranges::replace_if(name, isObeyed, static_cast<wchar_t>(kReplacement));
+    std::ranges::replace_if(name, character_kind::ReachesBeyondItself<wchar_t>,
+                            static_cast<wchar_t>(kReplacement));
     return ShownText(std::move(name));
 }
 

@@ -21,8 +21,8 @@ void Append(std::string& out, char32_t character);
 [[nodiscard]] std::optional<std::u32string> Decode(std::string_view text);
 /** The longest beginning of the text that takes at most maxBytes and does not end inside a character. */
 [[nodiscard]] std::string_view Cut(std::string_view text, std::size_t maxBytes);
-/** The text with replacement for each control character (C0, DEL, C1, those that change the direction of
- * writing) and each byte of no well-formed sequence: for a terminal, or one line of a list. */
+/** The text with replacement for each character that reaches beyond itself (character_kind) and each byte of no
+ * well-formed sequence: for a terminal, or one line of a list. */
 [[nodiscard]] std::string Printable(std::string_view text, char replacement);
 
 }  // namespace utf8_text
@@ -42,8 +42,8 @@ namespace file_util_ex {
 /** A path, or a text that holds one, in the form that people see: each such surrogate, which the toolkit
  * cannot show, becomes U+FFFD. */
 [[nodiscard]] std::wstring ShownText(std::wstring text);
-/** ShownText for a name that strangers chose, in one line: control characters, line ends and those that change the direction of
- * writing become U+FFFD, too, so that "model\u202Efdp.3ds" shows how it really ends. */
+/** ShownText for a name that strangers chose, in one line: each character that reaches beyond itself (character_kind) becomes
+ * U+FFFD, too, so that "model\u202Efdp.3ds" shows how it really ends. */
 [[nodiscard]] std::wstring ShownName(std::wstring name);
 
 }  // namespace file_util_ex

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/text/ascii_text.h"
+#include "base/text/character_kind.h"
 #include "base/text/lng.h"
 #include "base/text/number_text.h"
 #include "files/file_util_ex.h"
@@ -90,7 +91,10 @@ std::wstring ProblemText(std::string_view errors, std::string_view path) {
     const std::string_view where = line.substr(0, colon == std::string_view::npos ? 0 : colon);
     const std::string_view message = where.empty() ? line : line.substr(colon + 2);
     std::wstring reason = lng::Text(CError{{}, std::string(message), std::string(where)});
-    std::erase_if(reason, [](wchar_t c) { return c < L' ' || c == 0x7F; });
+    std::erase_if(reason, [](wchar_t c) {
+        using enum character_kind::EKind;  // not of a direction: the reason may have isolates of ours
+        return character_kind::Of(c) == Control || character_kind::Of(c) == LineEnd;
+    });
     if (reason.size() > kMaxProblemLetters) reason = reason.substr(0, kMaxProblemLetters) + L"\u2026";
     return reason;
 }

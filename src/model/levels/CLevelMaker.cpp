@@ -1,24 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "model/levels/CLevelMaker.h"
 
-#include <sys/resource.h>
-#include <unistd.h>
-
 #include <exception>
 #include <utility>
 
+#include "base/jobs/thread_priority.h"
 #include "model/levels/make_levels.h"
-
-namespace {
-
-/** For Linux a thread has a priority of its own; elsewhere the call may fail, and the thread is as any other. */
-void LowerPriorityOfThisThread() {
-    // Not the lowest: beside a machine's other work that would never end. It is paused while a hand moves the model.
-    constexpr int kLow = 10;
-    (void)::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), kLow);
-}
-
-}  // namespace
 
 CLevelMaker::~CLevelMaker() {
     {

@@ -81,10 +81,10 @@ std::string C3DModelsLoadApi::LastError() {
     const std::optional<CError> error = Connection().LastError();
     if (!error) return {};
     // The reason first: a bar that has no room for all of it shows the beginning.
-    std::wstring sentence = lng::Text(CError{error->code, error->message, {}});
+    const std::string message = utf8_text::Printable(error->message, ' ');
+    std::wstring sentence = lng::Text(CError{error->code, message, {}});
     if (!error->where.empty()) sentence += L" (" + lng::Isolated(lng::ConvertFromUTF8(error->where)) + L")";
-    const std::string text = file_util_ex::ConvertToUTF8(sentence);
-    return std::string(utf8_text::Cut(utf8_text::Printable(text, ' '), kMostErrorText));
+    return std::string(utf8_text::Cut(file_util_ex::ConvertToUTF8(sentence), kMostErrorText));
 }
 
 void C3DModelsLoadApi::GetGroups(std::vector<std::string>& names, CBlobProgress* progress) {

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <thread>
@@ -78,7 +79,8 @@ void AddPreview(const std::string& path, CNewModel& model) {
     if (blob) model.preview = std::move(blob).Value();
 }
 
-CStatus AddSamples(CModelStore& store, const std::string& folder) {
+/** How many samples were there. */
+CResult<std::size_t> AddSamples(CModelStore& store, const std::string& folder) {
     const std::string previews = file_util_ex::MakePath(file_util_ex::GetFilePath(folder), "previews");
     std::vector<CNewModel> models;
     for (const CSample& sample : kSamples) {
@@ -90,11 +92,12 @@ CStatus AddSamples(CModelStore& store, const std::string& folder) {
         models.push_back(std::move(model).Value());
     }
     const auto added = store.AddModels(models);
-    return added ? CStatus(CDone{}) : CStatus(added.Error());
+    if (!added) return added.Error();
+    return models.size();
 }
 
-/** A complete store in a file of its own. */
-CStatus Fill(const std::string& path, const std::string& samplesFolder) {
+/** A complete store in a file of its own, and how many samples it has. */
+CResult<std::size_t> Fill(const std::string& path, const std::string& samplesFolder) {
     DeleteStore(path);  // of one who was killed
     CResult<CModelStore> store = CModelStore::Open(CStoreAddress::Parse(path), EStoreUse::Create);
     if (!store) return store.Error();
@@ -111,16 +114,51 @@ CStatus Publish(const std::string& from, const std::string& path, const CFileDes
     return CDone{};
 }
 
+/** The file that says that a store has never been filled. */
+std::string MarkOf(const std::string& path) {
+    return path + "-unfilled";
+}
+
+/** Sets or deletes the mark of a store that is not there yet. */
+CStatus Mark(const std::string& path, bool isUnfilled) {
+    const std::string mark = MarkOf(path);
+    (void)::unlink(mark.c_str());
+    if (!isUnfilled) return CDone{};
+    const CFileDescriptor made(::open(mark.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    return made.IsOpen() ? CStatus(CDone{}) : CStatus(SystemFailure(mark));
+}
+
+bool HasSamples(const std::string& folder) {
+    return std::ranges::any_of(kSamples, [&folder](const CSample& sample) {
+        return IsThere(file_util_ex::MakePath(folder, std::string(sample.file) + ".3ds"));
+    });
+}
+
+/** Fills a store that never was. The mark goes last: who is killed before adds nothing twice, as the store knows the files. */
+void FillLater(const std::string& path, const std::string& samplesFolder) {
+    if (!IsThere(MarkOf(path)) || !HasSamples(samplesFolder)) return;
+    const CResult<CFileDescriptor> folder = LockFolder(file_util_ex::GetFilePath(path));
+    if (!folder || !IsThere(MarkOf(path))) return;
+    CResult<CModelStore> store = CModelStore::Open(CStoreAddress::Parse(path), EStoreUse::Write);
+    if (!store) return;
+    const CResult<std::size_t> added = AddSamples(store.Value(), samplesFolder);
+    if (added && added.Value() > 0) (void)::unlink(MarkOf(path).c_str());
+}
+
 }  // namespace
 
 CStatus MakeUserStore(const std::string& path, const std::string& samplesFolder) {
-    if (IsThere(path)) return CDone{};
+    if (IsThere(path)) {
+        FillLater(path, samplesFolder);
+        return CDone{};
+    }
     const CResult<CFileDescriptor> folder = LockFolder(file_util_ex::GetFilePath(path));
     if (!folder) return folder.Error();
     if (IsThere(path)) return CDone{};
     DeleteLogs(path);
     const std::string unfinished = path + ".new";
-    CStatus made = Fill(unfinished, samplesFolder);
+    const CResult<std::size_t> samples = Fill(unfinished, samplesFolder);
+    CStatus made = samples ? Mark(path, samples.Value() == 0) : CStatus(samples.Error());
     if (made) made = Publish(unfinished, path, folder.Value());
     DeleteStore(unfinished);
     return made;

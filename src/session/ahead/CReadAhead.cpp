@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "session/ahead/CReadAhead.h"
 
-#include <sys/resource.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <exception>
@@ -11,16 +8,7 @@
 #include <system_error>
 #include <utility>
 
-namespace {
-
-/** For Linux a thread has a priority of its own; elsewhere the call may fail, and the thread is as any other. Above that of
- * the levels of detail, as somebody may soon wait for it. */
-void LowerPriorityOfThisThread() {
-    constexpr int kLow = 10;
-    (void)::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), kLow);
-}
-
-}  // namespace
+#include "base/jobs/thread_priority.h"
 
 CReadAhead::CReadAhead(CModelFinder modelOf, std::uint64_t mostBytes)
     : m_modelOf(std::move(modelOf)), m_mostBytes(mostBytes) {}

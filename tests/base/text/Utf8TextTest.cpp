@@ -38,8 +38,13 @@ TEST(Utf8TextTest, BytesAreReadAsCharacters) {
 TEST(ShownNameTest, ANameKeepsToOneLineAndShowsHowItEnds) {
     EXPECT_EQ(file_util_ex::ShownName(L"a\u202Efdp.3ds"), L"a\uFFFDfdp.3ds");
     EXPECT_EQ(file_util_ex::ShownName(L"a\nb\tc\u2069d\u2028"), L"a\uFFFDb\uFFFDc\uFFFDd\uFFFD");
-    EXPECT_EQ(lng::Text("\"%s\" goes", L"a\u202Eb"), L"\"a\uFFFDb\" goes");
     EXPECT_EQ(file_util_ex::ShownName(L"نموذج \x200F.3ds"), L"نموذج \x200F.3ds");
+}
+
+TEST(ShownNameTest, AValueDoesNotReachBeyondItsPlaceInASentence) {
+    const auto sentence = [](std::wstring_view value) { return lng::Text("(%s)", value); };
+    EXPECT_EQ(sentence(L"a\u202Eb\u2067c\nd\u2029"), L"(a\uFFFDb\uFFFDc\uFFFDd\uFFFD)");
+    EXPECT_EQ(sentence(L"\u2068a\u2069, \u2069b\u2068"), L"(\u2068a\u2069, \uFFFDb\uFFFD)");
 }
 
 TEST(Utf8TextTest, WideTextBecomesUtf8WithNothingMalformed) {

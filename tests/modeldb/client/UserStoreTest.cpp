@@ -79,9 +79,20 @@ TEST_F(UserStoreTest, ALogOfADeletedStoreIsNotTakenForThisOnes) {
     EXPECT_TRUE(Open().Tokens().Value().empty());
 }
 
-TEST_F(UserStoreTest, WithoutSamplesItIsEmpty) {
-    ASSERT_TRUE(MakeUserStore(m_path, m_folder / "none"));
+TEST_F(UserStoreTest, SamplesThatComeLaterFillItOnce) {
+    for (int i = 0; i < 2; ++i) ASSERT_TRUE(MakeUserStore(m_path, m_folder / "none"));
     EXPECT_EQ(Count(), 0U);
+    std::vector<pid_t> pids;
+    for (int i = 0; i < 4; ++i) pids.push_back(Start());
+    for (const pid_t pid : pids) EXPECT_TRUE(EndedWell(pid));
+    EXPECT_EQ(Count(), 5U);
+    ASSERT_TRUE(Open().RemoveModel(Open().Search("chess", 0, 10).Value().at(0).key));
+    ASSERT_TRUE(Make());
+    EXPECT_EQ(Count(), 4U);
+    // Another one in its place, which has them from its beginning.
+    std::filesystem::remove(m_path);
+    ASSERT_TRUE(Make());
+    EXPECT_EQ(Count(), 5U);
 }
 
 }  // namespace
