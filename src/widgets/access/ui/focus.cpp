@@ -14,6 +14,17 @@ void LetTakeFocus(wxWindow& window) {
     gtk_widget_set_can_focus(FocusWidgetOf(window), TRUE);
 }
 
+void TellFocusAgain(wxWindow& topLevel) {
+    GtkWidget* window = gtk_widget_get_toplevel(topLevel.GetHandle());
+    if (!GTK_IS_WINDOW(window) || !gtk_window_has_toplevel_focus(GTK_WINDOW(window))) return;
+    // Only those hear this signal who follow the focus for readers.
+    GdkEvent* event = gdk_event_new(GDK_FOCUS_CHANGE);
+    event->focus_change.window = GDK_WINDOW(g_object_ref(gtk_widget_get_window(window)));
+    event->focus_change.in = TRUE;
+    g_signal_emit_by_name(window, "event-after", event);
+    gdk_event_free(event);
+}
+
 void KeepFocusOff(wxWindow& window) {
     gtk_widget_set_can_focus(FocusWidgetOf(window), FALSE);
 }

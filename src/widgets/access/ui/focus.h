@@ -7,5 +7,8 @@ class wxWindow;
 void KeepFocusOnClick(wxWindow& button);
 /** Lets a window that is drawn take the keyboard though the toolkit thinks that its children would. */
 void LetTakeFocus(wxWindow& window);
+/** Tells screen readers where the keyboard is in the active window. After a menu's command that was chosen without opening the menu
+ * the toolkit tells them that it is nowhere. */
+void TellFocusAgain(wxWindow& topLevel);
 /** Keeps Tab from a window that is drawn, for which its AcceptsFocus is not asked. */
 void KeepFocusOff(wxWindow& window);
