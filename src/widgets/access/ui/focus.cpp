@@ -25,6 +25,15 @@ void TellFocusAgain(wxWindow& topLevel) {
     gdk_event_free(event);
 }
 
+void TellValues(wxWindow& slider, bool tells) {
+    static constexpr char kFrozen[] = "orbivue-frozen";
+    GObject* object = G_OBJECT(gtk_widget_get_accessible(FocusWidgetOf(slider)));
+    const bool isFrozen = g_object_get_data(object, kFrozen) != nullptr;
+    if (isFrozen != tells) return;
+    g_object_set_data(object, kFrozen, tells ? nullptr : object);
+    tells ? g_object_thaw_notify(object) : g_object_freeze_notify(object);
+}
+
 void KeepFocusOff(wxWindow& window) {
     gtk_widget_set_can_focus(FocusWidgetOf(window), FALSE);
 }

@@ -10,5 +10,8 @@ void LetTakeFocus(wxWindow& window);
 /** Tells screen readers where the keyboard is in the active window. After a menu's command that was chosen without opening the menu
  * the toolkit tells them that it is nowhere. */
 void TellFocusAgain(wxWindow& topLevel);
+/** Whether screen readers hear of each value that a slider takes. One that moves by itself floods them, so that they say nothing
+ * of anything else. */
+void TellValues(wxWindow& slider, bool tells);
 /** Keeps Tab from a window that is drawn, for which its AcceptsFocus is not asked. */
 void KeepFocusOff(wxWindow& window);
