@@ -71,15 +71,24 @@ wxSizer* CConfirmPage::MakeHead(const CUploadContent& content, const std::string
 }
 
 void CConfirmPage::AddFiles(wxSizer& column, const CUploadContent& content) {
-    auto* list = new wxListView(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(520, 140)),
-                                wxLC_REPORT | wxLC_SINGLE_SEL);
+    auto* list =
+        new wxListView(this, wxID_ANY, wxDefaultPosition,
+                       wxSize(page_parts::TextWidth(*this), std::max(FromDIP(140), 8 * GetCharHeight())),
+                       wxLC_REPORT | wxLC_SINGLE_SEL);
     SetAccessibleName(*list, lng::Text("Files to upload"));
-    list->AppendColumn(lng::Text("File"), wxLIST_FORMAT_LEFT, FromDIP(380));
-    list->AppendColumn(lng::Text("Size"), wxLIST_FORMAT_RIGHT, FromDIP(100));
+    list->AppendColumn(lng::Text("File"));
+    list->AppendColumn(lng::Text("Size"), wxLIST_FORMAT_RIGHT);
     for (const CUploadContent::CFile& file : content.files) {
         const long row = list->InsertItem(list->GetItemCount(), Shown(file.name));
         list->SetItem(row, 1, upload_sentences::Size(file.bytes));
     }
+    // The sizes have the room that they need in letters of any size, the names have the rest.
+    list->SetColumnWidth(1, wxLIST_AUTOSIZE_USEHEADER);
+    list->Bind(wxEVT_SIZE, [list](wxSizeEvent& event) {
+        list->SetColumnWidth(0,
+                             std::max(list->GetClientSize().x - list->GetColumnWidth(1), list->FromDIP(80)));
+        event.Skip();
+    });
     column.Add(list, wxSizerFlags(1).Expand().Border(wxBOTTOM, FromDIP(8)));
 }
 
@@ -90,7 +99,9 @@ void CConfirmPage::AddOutside(wxSizer& column, const CUploadContent& content) {
     text->SetFont(text->GetFont().Bold());
     page_parts::ShowText(*text, sentence);
     if (!content.outside) return;
-    auto* list = new wxListBox(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(520, 80)));
+    auto* list =
+        new wxListBox(this, wxID_ANY, wxDefaultPosition,
+                      wxSize(page_parts::TextWidth(*this), std::max(FromDIP(80), 4 * GetCharHeight())));
     SetAccessibleName(*list, lng::Text("Pictures from outside the model's folder"));
     for (const std::string& path : *content.outside) list->Append(Shown(path));
     column.Add(list, wxSizerFlags().Expand().Border(wxBOTTOM, FromDIP(8)));
