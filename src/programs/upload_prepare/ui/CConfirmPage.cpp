@@ -5,7 +5,6 @@
 #include <wx/choice.h>
 #include <wx/image.h>
 #include <wx/listbox.h>
-#include <wx/listctrl.h>
 #include <wx/log.h>
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
@@ -17,6 +16,7 @@
 #include "files/file_util_ex.h"
 #include "programs/upload_prepare/CUpload.h"
 #include "programs/upload_prepare/remembered_remote.h"
+#include "programs/upload_prepare/ui/CUploadFileList.h"
 #include "programs/upload_prepare/ui/page_parts.h"
 #include "programs/upload_prepare/upload_sentences.h"
 #include "programs/upload_prepare/upload_texts.h"
@@ -46,7 +46,7 @@ CConfirmPage::CConfirmPage(wxWindow* parent, const CUploadContent& content, cons
     : wxPanel(parent) {
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(MakeHead(content, modelName), wxSizerFlags().Border(wxBOTTOM, FromDIP(8)));
-    AddFiles(*column, content);
+    column->Add(new CUploadFileList(this, content), wxSizerFlags(1).Expand().Border(wxBOTTOM, FromDIP(8)));
     AddOutside(*column, content);
     column->Add(MakeTarget(), wxSizerFlags().Expand().Border(wxBOTTOM, FromDIP(8)));
     m_link = new wxCheckBox(this, wxID_ANY, lng::Text("Make a link with which anybody can open the folder"));
@@ -68,28 +68,6 @@ wxSizer* CConfirmPage::MakeHead(const CUploadContent& content, const std::string
     texts->Add(new wxStaticText(this, wxID_ANY, upload_sentences::Sum(content)));
     row->Add(texts, wxSizerFlags(1).CenterVertical());
     return row;
-}
-
-void CConfirmPage::AddFiles(wxSizer& column, const CUploadContent& content) {
-    auto* list =
-        new wxListView(this, wxID_ANY, wxDefaultPosition,
-                       wxSize(page_parts::TextWidth(*this), std::max(FromDIP(140), 8 * GetCharHeight())),
-                       wxLC_REPORT | wxLC_SINGLE_SEL);
-    SetAccessibleName(*list, lng::Text("Files to upload"));
-    list->AppendColumn(lng::Text("File"));
-    list->AppendColumn(lng::Text("Size"), wxLIST_FORMAT_RIGHT);
-    for (const CUploadContent::CFile& file : content.files) {
-        const long row = list->InsertItem(list->GetItemCount(), Shown(file.name));
-        list->SetItem(row, 1, upload_sentences::Size(file.bytes));
-    }
-    // The sizes have the room that they need in letters of any size, the names have the rest.
-    list->SetColumnWidth(1, wxLIST_AUTOSIZE_USEHEADER);
-    list->Bind(wxEVT_SIZE, [list](wxSizeEvent& event) {
-        list->SetColumnWidth(0,
-                             std::max(list->GetClientSize().x - list->GetColumnWidth(1), list->FromDIP(80)));
-        event.Skip();
-    });
-    column.Add(list, wxSizerFlags(1).Expand().Border(wxBOTTOM, FromDIP(8)));
 }
 
 void CConfirmPage::AddOutside(wxSizer& column, const CUploadContent& content) {
