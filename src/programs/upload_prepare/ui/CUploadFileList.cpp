@@ -10,20 +10,19 @@
 #include "widgets/ui/accessible_name.h"
 
 CUploadFileList::CUploadFileList(wxWindow* parent, const CUploadContent& content)
-    : wxListView(parent, wxID_ANY, wxDefaultPosition,
-                 wxSize(page_parts::TextWidth(*parent),
-                        std::max(parent->FromDIP(140), 8 * parent->GetCharHeight())),
-                 wxLC_REPORT | wxLC_SINGLE_SEL),
+    : wxListView(
+          parent, wxID_ANY, wxDefaultPosition,
+          wxSize(page_parts::TextWidth(*parent), std::max(parent->FromDIP(140), 8 * parent->GetCharHeight())),
+          wxLC_REPORT | wxLC_SINGLE_SEL),
       m_rows(GetChildren().front()),  // in which the toolkit draws them
-      m_access(
-          *m_rows, EAccessibleRole::List,
-          {[this] { return static_cast<std::size_t>(GetItemCount()); },
-           [this](std::size_t number) { return Described(number); },
-           [this] {
-               const long row = GetFocusedItem();
-               return row < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(row));
-           },
-           nullptr}) {
+      m_access(*m_rows, EAccessibleRole::List,
+               {[this] { return static_cast<std::size_t>(GetItemCount()); },
+                [this](std::size_t number) { return Described(number); },
+                [this] {
+                    const long row = GetFocusedItem();
+                    return row < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(row));
+                },
+                nullptr}) {
     const std::wstring name = lng::Text("Files to upload");
     SetAccessibleName(*this, name);
     SetAccessibleName(*m_rows, name);
@@ -34,16 +33,23 @@ CUploadFileList::CUploadFileList(wxWindow* parent, const CUploadContent& content
         SetItem(row, 1, upload_sentences::Size(file.bytes));
     }
     SetColumnWidth(1, wxLIST_AUTOSIZE_USEHEADER);
-    const auto tell = [this](wxListEvent& event) {
-        m_access.Changed();
-        event.Skip();
-    };
-    Bind(wxEVT_LIST_ITEM_SELECTED, tell);
-    Bind(wxEVT_LIST_ITEM_FOCUSED, tell);
+    Bind(wxEVT_LIST_ITEM_SELECTED, &CUploadFileList::OnItem, this);
+    Bind(wxEVT_LIST_ITEM_FOCUSED, &CUploadFileList::OnItem, this);
     Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
         FitColumns();
         event.Skip();
     });
+}
+
+/** The toolkit reports on items still while it deletes them. */
+CUploadFileList::~CUploadFileList() {
+    Unbind(wxEVT_LIST_ITEM_SELECTED, &CUploadFileList::OnItem, this);
+    Unbind(wxEVT_LIST_ITEM_FOCUSED, &CUploadFileList::OnItem, this);
+}
+
+void CUploadFileList::OnItem(wxListEvent& event) {
+    m_access.Changed();
+    event.Skip();
 }
 
 CDrawnItem CUploadFileList::Described(std::size_t number) const {

@@ -10,9 +10,13 @@
 class CUploadFileList final : public wxListView {
   public:
     CUploadFileList(wxWindow* parent, const CUploadContent& content);
+    CUploadFileList(const CUploadFileList&) = delete;
+    CUploadFileList& operator=(const CUploadFileList&) = delete;
+    ~CUploadFileList() override;
 
   private:
     [[nodiscard]] CDrawnItem Described(std::size_t number) const;
+    void OnItem(wxListEvent& event);
     void FitColumns();
 
     wxWindow* m_rows;
