@@ -15,8 +15,10 @@ void LetTakeFocus(wxWindow& window) {
 }
 
 void TellFocusAgain(wxWindow& topLevel) {
-    GtkWidget* window = gtk_widget_get_toplevel(topLevel.GetHandle());
-    if (!GTK_IS_WINDOW(window) || !gtk_window_has_toplevel_focus(GTK_WINDOW(window))) return;
+    for (const wxWindow* other : wxTopLevelWindows)
+        if (other != &topLevel && gtk_window_is_active(GTK_WINDOW(other->GetHandle()))) return;
+    GtkWidget* window = topLevel.GetHandle();
+    if (!gtk_widget_get_window(window)) return;
     // Only those hear this signal who follow the focus for readers.
     GdkEvent* event = gdk_event_new(GDK_FOCUS_CHANGE);
     event->focus_change.window = GDK_WINDOW(g_object_ref(gtk_widget_get_window(window)));
