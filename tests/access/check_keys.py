@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""check_keys.py PROGRAM SAMPLES   uses the program by keys alone, and looks where a screen reader finds the keyboard's focus."""
+"""check_keys.py PROGRAM SAMPLES [WINDOWS]   uses the program by keys alone, and looks where a screen reader finds the keyboard's focus."""
 import sys
 
 from reader import Missing, Program, children, has, until
@@ -127,7 +127,7 @@ def open_context_menu(program):
 
 
 def main():
-    binary, samples = sys.argv[1:]
+    binary, samples = sys.argv[1:3]
     with Program(binary, [f"{samples}/{name}.3ds" for name in ("orrery", "knot")]) as program:
         program.expect_focus("the view", VIEW)
         program.press("ctrl+p")  # an animation takes the machine

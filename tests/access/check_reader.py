@@ -1,10 +1,10 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""check_reader.py PROGRAM SAMPLES   goes through the program as a screen reader does: every control of the main window and of each
+"""check_reader.py PROGRAM SAMPLES WINDOWS   goes through the program as a screen reader does: every control of the main window and of each
 dialog must have a name and a role that fits; then it uses some of them by their actions alone."""
 import sys
 
-from reader import Missing, Program, children, has, is_no_menu, labelled, until, walk
+from reader import HeldWindow, Missing, Program, children, has, is_no_menu, labelled, until, walk
 
 # Menu, command, title of its window, and the button that closes it. Without a title: the window that comes.
 WINDOWS = [
@@ -23,6 +23,12 @@ WINDOWS = [
     ("Help", "Keyboard shortcuts", "Keyboard shortcuts", "Close"),
     ("Help", "Check for updates...", "", "OK"),
     ("Help", "About ...", "About Orbivue", "OK"),
+]
+
+# Windows that the program opens by itself, or after an answer from a server: name, title, and the button that closes it.
+HELD = [
+    ("update-news", "New version", "Remind me later"),
+    ("update-progress", "Check for updates", "Cancel"),
 ]
 
 # What a reader needs no name of: frames of other things, pictures of theirs, texts, which are their own names.
@@ -49,21 +55,37 @@ def complaints(window):
     return found
 
 
+def check_window(program, title, closer):
+    window = program.window(title)
+    name = window.name
+    wrong = complaints(window)
+    if window.getRoleName() not in ("dialog", "alert", "file chooser"):
+        wrong.append(f"'{name}' is a {window.getRoleName()}")
+    if not name:
+        wrong.append(f"the window that '{closer}' closes has no name")
+    program.act(program.get("push button", closer, window))
+    program.expect_closed(name)
+    return wrong
+
+
 def check_windows(program):
     wrong = complaints(program.frame)
     for menu, command, title, closer in WINDOWS:
         program.choose(menu, command)
-        window = program.window(title)
-        name = window.name
-        if window.getRoleName() not in ("dialog", "alert", "file chooser"):
-            wrong.append(f"'{window.name}' is a {window.getRoleName()}")
-        if not name:
-            wrong.append(f"{command}: the window has no name")
-        wrong += complaints(window)
-        program.act(program.get("push button", closer, window))
-        program.expect_closed(name)
+        wrong += check_window(program, title, closer)
         if program.find() is None:
             wrong.append(f"the program vanished with '{title}'")
+    return wrong
+
+
+def check_full_screen(program):
+    program.choose("View", "Full-screen slideshow")
+    bar = next(n for n in walk(program.frame, is_no_menu) if n.getRoleName() == "menu bar")
+    until("the full screen", lambda: not has(bar, "SHOWING"))
+    program.expect_focus("the view", lambda node: node.getRoleName() == "canvas")
+    wrong = complaints(program.frame)
+    program.press("Escape")
+    until("the menus again", lambda: has(bar, "SHOWING"))
     return wrong
 
 
@@ -79,6 +101,19 @@ def use_by_actions(program):
         program.expect_closed("POV-Ray")
         if expected == was:
             raise Missing("the setting that was made")
+    # What a wrong number leads to: the reader has its answer at once, and sees the window.
+    program.choose("Export", "POV-Ray output settings")
+    dialog = program.window("POV-Ray")
+    program.get("text", "", dialog).queryEditableText().setTextContents("7")
+    program.act(program.get("push button", "OK", dialog))
+    alert = until("a sentence about the number", lambda: next(n for n in children(program.node) if n.getRoleName() == "alert"))
+    program.act(program.get("push button", "OK", alert))
+    program.act(program.get("push button", "Cancel", dialog))
+    program.expect_closed("POV-Ray")
+    # A command that opens nothing: the keyboard stays.
+    program.expect_focus("the view", lambda node: node.getRoleName() == "canvas")
+    program.choose("View", "Show Bounding Box")
+    program.expect_focus("the view", lambda node: node.getRoleName() == "canvas")
     # A tool, in the bar and in the menu.
     tool = program.get("toggle button", "Show Axis")
     program.act(tool)
@@ -102,12 +137,16 @@ def use_by_actions(program):
 
 
 def main():
-    binary, samples = sys.argv[1:]
+    binary, samples, windows = sys.argv[1:]
     # A model without its pictures has notes.
     with Program(binary, [f"{samples}/{name}.3ds" for name in ("materials", "knot")]) as program:
         wrong = check_windows(program)
+        wrong += check_full_screen(program)
         use_by_actions(program)
         wrong += complaints(program.frame)
+    for name, title, closer in HELD:
+        with HeldWindow(windows, name) as held:
+            wrong += check_window(held, title, closer)
     for text in dict.fromkeys(wrong):
         print(text)
     return 1 if wrong else 0

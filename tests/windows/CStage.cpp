@@ -122,6 +122,7 @@ void CStage::OnTick() {
     if (m_isInTick || !IsOnScreen(window)) return;
     m_isInTick = true;
     if (!m_awaited.empty()) Visit(std::exchange(m_awaited, {}), menu ? m_frame.GetHandle() : window, dialog);
+    while (m_options.holds && dialog && IsOnScreen(window)) Wait(kPeriodMs);
     if (dialog && dialog == m_dialogs.Last())
         Dismiss(*dialog);
     else if (menu)

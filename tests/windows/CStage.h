@@ -19,6 +19,7 @@ class CStage {
     struct COptions {
         std::string folder;              ///< where pictures go; empty: none is taken
         std::vector<std::string> names;  ///< of the windows that are wanted; none: all
+        bool holds = false;              ///< modal dialogs stay until somebody closes them
     };
     CStage(CAViewerFrame& frame, COptions options);
     CStage(const CStage&) = delete;

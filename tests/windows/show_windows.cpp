@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// orbivue-windows LANGUAGE [--pictures FOLDER] [NAME...]: see Usage below.
+// orbivue-windows LANGUAGE [--pictures FOLDER] [--hold] [NAME...]: see Usage below.
 #include <wx/app.h>
 #include <wx/evtloop.h>
 #include <wx/image.h>
@@ -22,6 +22,7 @@
 #include "settings/choose_language.h"
 #include "widgets/CUserPrompt.h"
 #include "widgets/access/ui/CDialogAccess.h"
+#include "widgets/access/ui/toolkit_access.h"
 #include "widgets/tools/ui/layout_direction.h"
 #include "widgets/ui/CWxUserPrompt.h"
 #include "windows/CStage.h"
@@ -32,9 +33,10 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr char kUsage[] =
-    "orbivue-windows LANGUAGE [--pictures FOLDER] [NAME...]\n"
+    "orbivue-windows LANGUAGE [--pictures FOLDER] [--hold] [NAME...]\n"
     "Opens each window of the program, or those named, in a language, and lists what cannot be read whole.\n"
-    "--pictures: saves what the screen shows of each, FOLDER/NAME.png. Ends with 1 where something is cut.\n";
+    "--pictures: saves what the screen shows of each, FOLDER/NAME.png. Ends with 1 where something is cut.\n"
+    "--hold: modal dialogs stay open until somebody closes them.\n";
 
 class CWindowsApp final : public wxApp {
   public:
@@ -49,6 +51,7 @@ void Speak(const char* language) {
     CSettings::Instance().language = file_util_ex::ConvertFromUTF8W(language);
     lng::SetLanguage(CSettings::Instance().language);
     SetToolkitDirection();
+    MakeToolkitAccessible();
 }
 
 CStage::COptions ReadOptions(int argc, char** argv) {
@@ -56,6 +59,8 @@ CStage::COptions ReadOptions(int argc, char** argv) {
     for (int i = 2; i < argc; ++i) {
         if (std::string_view(argv[i]) == "--pictures" && i + 1 < argc)
             options.folder = argv[++i];
+        else if (std::string_view(argv[i]) == "--hold")
+            options.holds = true;
         else
             options.names.emplace_back(argv[i]);
     }

@@ -86,7 +86,9 @@ void ShowUpdates(CStage& stage) {
     const CAppcastItem item{
         "2.1", L"2.1", {}, {""}, "https://orbivue.example/", L"• One thing\n• Another thing"};
     const CUpdateOutcome outcome{EUpdateOutcome::News, item, {}};
-    stage.Show("update-news", new CUpdateNewsDlg(&stage.Frame(), SentenceOf(outcome, L"1.9.5", false), item));
+    stage.Modal("update-news", [&] {
+        CUpdateNewsDlg(&stage.Frame(), SentenceOf(outcome, L"1.9.5", false), item).ShowModal();
+    });
     stage.Modal("update-progress", [&] {
         CUpdateProgressDlg(&stage.Frame(), [](CJobProgress& progress) {
             while (!progress.IsCancelled()) wxMilliSleep(5);

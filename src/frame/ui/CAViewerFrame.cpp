@@ -42,6 +42,7 @@
 #include "settings/CSettings.h"
 #include "view/ui/CViewer3DSWindowHandler.h"
 #include "view/ui/text_picture.h"
+#include "widgets/access/ui/focus.h"
 #include "widgets/ui/wx_window_state.h"
 
 namespace {
@@ -109,7 +110,10 @@ bool CAViewerFrame::HasView() const {
 void CAViewerFrame::BindEvents() {
     // Later, because a screen reader that chooses a command waits until it has been taken, and would not see its dialog.
     Bind(wxEVT_MENU, [this](wxCommandEvent& event) {
-        CallAfter([this, id = CommandOfWidgetId(event.GetId())] { RunCommand(id); });
+        CallAfter([this, id = CommandOfWidgetId(event.GetId())] {
+            RunCommand(id);
+            if (!m_closed) TellFocusAgain(*this);
+        });
     });
     Bind(wxEVT_CLOSE_WINDOW, &CAViewerFrame::OnClose, this);
     Bind(wxEVT_DPI_CHANGED, [this](wxDPIChangedEvent& event) {

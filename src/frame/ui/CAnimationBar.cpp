@@ -52,6 +52,7 @@ void CAnimationBar::ShowFrame(int frame) {
 
 void CAnimationBar::ShowPlaying(bool playing) {
     m_playing = playing;
+    TellValues(*m_slider, !playing);
     const wxString label = playing ? lng::Text("Pause") : lng::Text("Play");
     m_play->SetBitmap(LoadIcon(playing ? "pause.ico" : "play.ico"));
     m_play->SetToolTip(label);

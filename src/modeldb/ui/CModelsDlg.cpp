@@ -8,7 +8,7 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
-#include <cmath>
+#include <utility>
 
 #include "base/text/lng.h"
 #include "base/text/utf8_text.h"
@@ -196,7 +196,12 @@ void CModelsDlg::DisableCancel() {
 
 void CModelsDlg::OnTransferEnded(const std::wstring& reason) {
     const bool isComplete = static_cast<int>(m_gauge->Percent()) == 100;
-    if (!isComplete || !reason.empty()) m_status->SetLabel(lng::Text("Status:"));
+    const bool hasModel = std::exchange(m_isForModel, false) && isComplete && reason.empty();
+    // What has come of a list is in the tree; that a model has come is told beside its name.
+    if (!hasModel) {
+        m_status->SetLabel(lng::Text("Status:"));
+        m_gauge->SetValue(0);
+    }
     DisableCancel();
     if (!reason.empty()) m_host.TellOfTransfer(lng::Text("The download failed:") + L" " + reason);
 }
@@ -215,6 +220,7 @@ void CModelsDlg::OnProgressStep() {
 }
 
 void CModelsDlg::SetFileName(const std::wstring& name) {
+    m_isForModel = true;
     const std::wstring shown = file_util_ex::ShownName(name);
     m_fileName->SetLabelText(lng::Text("File name: %s", shown));
 }

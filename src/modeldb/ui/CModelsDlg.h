@@ -77,6 +77,7 @@ class CModelsDlg final : public wxPanel, public CBlobProgress, public CSetFileNa
     CProgCtrl* m_gauge = nullptr;
     wxStaticText* m_status = nullptr;
     wxButton* m_cancel = nullptr;
+    bool m_isForModel = false;  ///< what is transferred, or else a list
 
     std::unique_ptr<CModelSearch> m_search;
     std::unique_ptr<CFoundData> m_answer;  ///< of the library, to the text that is searched for now

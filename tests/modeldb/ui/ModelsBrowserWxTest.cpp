@@ -118,6 +118,7 @@ TEST_F(ModelsBrowserWxTest, ExpandsAndDownloads) {
     ASSERT_TRUE(knot.IsOk());
     EXPECT_EQ(Tree().GetChildrenCount(other), 0U);
     EXPECT_FALSE(Tree().DataOf(other)->loaded);
+    EXPECT_TRUE(Says("Status:"));
     Tree().SelectItem(group);
     EXPECT_FALSE(Tree().IsBusy());
     Tree().SelectItem(knot);

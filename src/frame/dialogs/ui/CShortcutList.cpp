@@ -28,8 +28,8 @@ std::string Accelerator(const std::string& key) {
     return text;
 }
 
-/** The key's name in the language of the program, as the menus show it. */
-std::wstring KeyName(const std::string& accelerator) {
+/** GTK's name of a key in the language of the program. */
+std::wstring ToolkitName(const std::string& accelerator) {
     guint key = 0;
     GdkModifierType modifiers{};
     gtk_accelerator_parse(accelerator.c_str(), &key, &modifiers);
@@ -37,6 +37,21 @@ std::wstring KeyName(const std::string& accelerator) {
     std::wstring name = lng::ConvertFromUTF8(label);
     g_free(label);
     return name;
+}
+
+/** GTK's name, unless it misleads: its German one of this key is what users know as Delete. */
+std::wstring KeyName(std::wstring toolkitName) {
+    if (toolkitName == ToolkitName("BackSpace")) return lng::TextIn("key", "Backspace");
+    std::ranges::replace(toolkitName, L'_', L' ');  // some languages have "Page_Up"
+    return toolkitName;
+}
+
+/** All labels in a widget that shows keys. */
+void NameKeys(GtkWidget* widget, gpointer) {
+    if (GTK_IS_CONTAINER(widget)) gtk_container_foreach(GTK_CONTAINER(widget), NameKeys, nullptr);
+    if (!GTK_IS_LABEL(widget)) return;
+    const std::wstring name = KeyName(lng::ConvertFromUTF8(gtk_label_get_text(GTK_LABEL(widget))));
+    gtk_label_set_text(GTK_LABEL(widget), file_util_ex::ConvertToUTF8(name).c_str());
 }
 
 }  // namespace
@@ -80,6 +95,7 @@ void CShortcutList::Wrap() {
 /** The keys drawn as such. The toolkit asks for the size before the parts are visible, and would get none. */
 wxWindow* CShortcutList::MakeKeys(const std::string& accelerators) {
     GtkWidget* label = gtk_shortcut_label_new(accelerators.c_str());
+    NameKeys(label, nullptr);
     gtk_widget_show_all(label);
     auto* keys = new wxNativeWindow(this, wxID_ANY, label);
     GtkRequisition size;
@@ -100,7 +116,7 @@ CShortcutList::CRow CShortcutList::MakeRow(const CShortcut& shortcut) {
         std::string accelerators;
         for (const std::string& key : shortcut.keys) {
             const std::string accelerator = Accelerator(key);
-            sought += L" " + KeyName(accelerator);
+            sought += L" " + KeyName(ToolkitName(accelerator));
             accelerators += (accelerators.empty() ? "" : " ") + accelerator;
         }
         row.keys = MakeKeys(accelerators);

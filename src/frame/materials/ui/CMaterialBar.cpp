@@ -18,6 +18,13 @@ namespace {
 
 constexpr int kSlideEndMs = 800;
 
+/** Stands behind its slider. The toolkit would take it for the label of what follows. */
+class CValueText final : public wxStaticText {
+  public:
+    using wxStaticText::wxStaticText;
+    [[nodiscard]] bool GTKWidgetNeedsMnemonic() const override { return false; }
+};
+
 }  // namespace
 
 CMaterialBar::CMaterialBar(wxWindow* parent, wxColorPopupListener* listener, CActions actions)
@@ -66,7 +73,7 @@ void CMaterialBar::AddCommand(int id) {
 CMaterialBar::CSlider CMaterialBar::AddSlider(EMaterialTool which, const std::wstring& name) {
     const CSlider made{new wxSlider(this, wxID_ANY, 0, 0, CToolValues::kSliderMax, wxDefaultPosition,
                                     FromDIP(wxSize(110, -1))),
-                       new wxStaticText(this, wxID_ANY, SliderText(CToolValues::kSliderMax))};
+                       new CValueText(this, wxID_ANY, SliderText(CToolValues::kSliderMax))};
     made.text->SetMinSize(made.text->GetBestSize());
     SetAccessibleName(*made.slider, name);
     made.slider->SetToolTip(name);

@@ -10,6 +10,7 @@
 
 #include "base/text/lng.h"
 #include "frame/materials/ui/wxColorPopupListener.h"
+#include "widgets/tools/ui/tool_bar_art.h"
 #include "widgets/ui/accessible_name.h"
 
 namespace {
@@ -145,6 +146,7 @@ void wxColourPopup::PaintComboControl(wxDC& dc, const wxRect& rect) {
     dc.SetBrush(m_color);
     dc.SetPen(wxPen(wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT)));
     dc.DrawRectangle(inner);
+    if (GetComboCtrl()->HasFocus()) DrawFocusFrame(dc, *GetComboCtrl(), rect);
 }
 
 void wxColourPopup::Paint() {

@@ -207,6 +207,9 @@ bool CModelStrip::MoveByKey(int keyCode) {
         case WXK_END:
             by = all;
             break;
+        case WXK_UP:
+        case WXK_DOWN:
+            return true;  // the toolkit would take the focus elsewhere
         default:
             return false;
     }

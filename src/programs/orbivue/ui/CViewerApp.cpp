@@ -29,6 +29,7 @@
 #include "settings/choose_language.h"
 #include "update/ui/updates.h"
 #include "widgets/CUserPrompt.h"
+#include "widgets/access/ui/toolkit_access.h"
 #include "widgets/tools/ui/layout_direction.h"
 #include "widgets/ui/CWxUserPrompt.h"
 #include "widgets/ui/end_signals.h"
@@ -131,6 +132,7 @@ bool CViewerApp::Initialize(int& argc, wxChar** argv) {
     const wxLogNull quiet;  // the toolkit's own message does not say what to do
     if (wxApp::Initialize(argc, argv)) {
         SetToolkitDirection();
+        MakeToolkitAccessible();
         return true;
     }
     Complain(

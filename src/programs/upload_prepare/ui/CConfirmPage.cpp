@@ -5,7 +5,6 @@
 #include <wx/choice.h>
 #include <wx/image.h>
 #include <wx/listbox.h>
-#include <wx/listctrl.h>
 #include <wx/log.h>
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
@@ -17,6 +16,7 @@
 #include "files/file_util_ex.h"
 #include "programs/upload_prepare/CUpload.h"
 #include "programs/upload_prepare/remembered_remote.h"
+#include "programs/upload_prepare/ui/CUploadFileList.h"
 #include "programs/upload_prepare/ui/page_parts.h"
 #include "programs/upload_prepare/upload_sentences.h"
 #include "programs/upload_prepare/upload_texts.h"
@@ -46,7 +46,7 @@ CConfirmPage::CConfirmPage(wxWindow* parent, const CUploadContent& content, cons
     : wxPanel(parent) {
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(MakeHead(content, modelName), wxSizerFlags().Border(wxBOTTOM, FromDIP(8)));
-    AddFiles(*column, content);
+    column->Add(new CUploadFileList(this, content), wxSizerFlags(1).Expand().Border(wxBOTTOM, FromDIP(8)));
     AddOutside(*column, content);
     column->Add(MakeTarget(), wxSizerFlags().Expand().Border(wxBOTTOM, FromDIP(8)));
     m_link = new wxCheckBox(this, wxID_ANY, lng::Text("Make a link with which anybody can open the folder"));
@@ -70,19 +70,6 @@ wxSizer* CConfirmPage::MakeHead(const CUploadContent& content, const std::string
     return row;
 }
 
-void CConfirmPage::AddFiles(wxSizer& column, const CUploadContent& content) {
-    auto* list = new wxListView(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(520, 140)),
-                                wxLC_REPORT | wxLC_SINGLE_SEL);
-    SetAccessibleName(*list, lng::Text("Files to upload"));
-    list->AppendColumn(lng::Text("File"), wxLIST_FORMAT_LEFT, FromDIP(380));
-    list->AppendColumn(lng::Text("Size"), wxLIST_FORMAT_RIGHT, FromDIP(100));
-    for (const CUploadContent::CFile& file : content.files) {
-        const long row = list->InsertItem(list->GetItemCount(), Shown(file.name));
-        list->SetItem(row, 1, upload_sentences::Size(file.bytes));
-    }
-    column.Add(list, wxSizerFlags(1).Expand().Border(wxBOTTOM, FromDIP(8)));
-}
-
 void CConfirmPage::AddOutside(wxSizer& column, const CUploadContent& content) {
     const std::wstring sentence = upload_sentences::Outside(content);
     if (sentence.empty()) return;
@@ -90,7 +77,9 @@ void CConfirmPage::AddOutside(wxSizer& column, const CUploadContent& content) {
     text->SetFont(text->GetFont().Bold());
     page_parts::ShowText(*text, sentence);
     if (!content.outside) return;
-    auto* list = new wxListBox(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(520, 80)));
+    auto* list =
+        new wxListBox(this, wxID_ANY, wxDefaultPosition,
+                      wxSize(page_parts::TextWidth(*this), std::max(FromDIP(80), 4 * GetCharHeight())));
     SetAccessibleName(*list, lng::Text("Pictures from outside the model's folder"));
     for (const std::string& path : *content.outside) list->Append(Shown(path));
     column.Add(list, wxSizerFlags().Expand().Border(wxBOTTOM, FromDIP(8)));

@@ -26,7 +26,6 @@ class CConfirmPage final : public wxPanel {
 
   private:
     [[nodiscard]] wxSizer* MakeHead(const CUploadContent& content, const std::string& modelName);
-    void AddFiles(wxSizer& column, const CUploadContent& content);
     void AddOutside(wxSizer& column, const CUploadContent& content);
     [[nodiscard]] wxSizer* MakeTarget();
 

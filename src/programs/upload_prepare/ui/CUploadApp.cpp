@@ -23,6 +23,7 @@
 #include "settings/choose_language.h"
 #include "widgets/CUserPrompt.h"
 #include "widgets/access/ui/CDialogAccess.h"
+#include "widgets/access/ui/toolkit_access.h"
 #include "widgets/tools/ui/layout_direction.h"
 #include "widgets/ui/CWxUserPrompt.h"
 
@@ -48,6 +49,7 @@ class CUploadApp final : public wxApp {
         lng::SetLanguage(CSettings::Instance().language);
         if (!wxApp::Initialize(argc, argv)) return false;
         SetToolkitDirection();
+        MakeToolkitAccessible();
         return true;
     }
     [[nodiscard]] wxLayoutDirection GetLayoutDirection() const override { return LayoutDirection(); }

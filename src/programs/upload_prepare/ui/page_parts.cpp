@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "programs/upload_prepare/ui/page_parts.h"
 
+#include <wx/gdicmn.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
+
+#include <algorithm>
 
 #include "base/text/lng.h"
 #include "base/text/utf8_text.h"
@@ -13,8 +16,9 @@
 namespace page_parts {
 
 int TextWidth(const wxWindow& window) {
-    constexpr int kWidth = 520;
-    return window.FromDIP(kWidth);
+    constexpr int kWidth = 520, kChars = 64;  // which large letters need
+    const int most = wxGetClientDisplayRect().width * 8 / 10;
+    return std::min(std::max(window.FromDIP(kWidth), kChars * window.GetCharWidth()), most);
 }
 
 wxStaticText* AddText(wxWindow* page, wxSizer& column, const std::wstring& text) {

@@ -51,8 +51,20 @@ void TellFocus(CToldItems& told) {
     atk_object_notify_state_change(object, ATK_STATE_FOCUSED, TRUE);
 }
 
+gboolean TellAgain(gpointer item) {
+    AtkStateSet* states = atk_object_ref_state_set(ATK_OBJECT(item));
+    if (atk_state_set_contains_state(states, ATK_STATE_FOCUSED))
+        atk_object_notify_state_change(ATK_OBJECT(item), ATK_STATE_FOCUSED, TRUE);
+    g_object_unref(states);
+    return G_SOURCE_REMOVE;
+}
+
+/** Once more when the toolkit has told, when idle, that the window itself has it: readers believe what they hear last. */
 void OnFocus(GtkWidget*, GParamSpec*, CToldItems* told) {
     TellFocus(*told);
+    const CKey item = told->HasFocus() ? told->items->Current() : CDrawnItems::kNone;
+    if (item != CDrawnItems::kNone)
+        g_idle_add_full(G_PRIORITY_LOW, TellAgain, g_object_ref(told->ObjectOf(item)), g_object_unref);
 }
 
 /** Readers that keep the children of a window with few of them learn of each. */

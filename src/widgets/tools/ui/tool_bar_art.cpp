@@ -8,14 +8,6 @@
 
 namespace {
 
-/** Around the tool that the keys act on, in a colour that stands out in every theme. */
-void DrawFocus(wxDC& dc, const wxWindow& bar, wxRect place) {
-    const int width = bar.FromDIP(2);
-    dc.SetPen(wxPen(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNTEXT), width));
-    dc.SetBrush(*wxTRANSPARENT_BRUSH);
-    dc.DrawRoundedRectangle(place.Deflate(width / 2), bar.FromDIP(3));
-}
-
 /** The standard art, except that it marks the tool that keys act on, and for the menu of the tools that do not fit: it
  * disables items and shows ticked toggles as the toolbar does. */
 class CToolBarArt final : public wxAuiDefaultToolBarArt {
@@ -36,13 +28,13 @@ class CToolBarArt final : public wxAuiDefaultToolBarArt {
         else
             wxAuiDefaultToolBarArt::DrawButton(dc, bar, tool, place);
         const CToolBarKeys* keys = CToolBarKeys::Of(*bar);
-        if (keys && keys->IsCurrent(tool.GetId())) DrawFocus(dc, *bar, place);
+        if (keys && keys->IsCurrent(tool.GetId())) DrawFocusFrame(dc, *bar, place);
     }
 
     void DrawOverflowButton(wxDC& dc, wxWindow* bar, const wxRect& place, int state) override {
         wxAuiDefaultToolBarArt::DrawOverflowButton(dc, bar, place, state);
         const CToolBarKeys* keys = CToolBarKeys::Of(*bar);
-        if (keys && keys->IsArrowCurrent()) DrawFocus(dc, *bar, place);
+        if (keys && keys->IsArrowCurrent()) DrawFocusFrame(dc, *bar, place);
     }
 
   private:
@@ -86,6 +78,14 @@ class CToolBarArt final : public wxAuiDefaultToolBarArt {
 };
 
 }  // namespace
+
+/** In a colour that stands out in every theme. */
+void DrawFocusFrame(wxDC& dc, const wxWindow& window, const wxRect& place) {
+    const int width = window.FromDIP(2);
+    dc.SetPen(wxPen(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNTEXT), width));
+    dc.SetBrush(*wxTRANSPARENT_BRUSH);
+    dc.DrawRoundedRectangle(wxRect(place).Deflate(width / 2), window.FromDIP(3));
+}
 
 wxAuiToolBarArt* MakeToolBarArt() {
     return new CToolBarArt;
