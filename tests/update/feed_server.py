@@ -13,6 +13,7 @@ FEED = b"""<?xml version="1.0"?><rss xmlns:sparkle="https://orbivue.example/spar
 if len(sys.argv) > 2:
     with open(sys.argv[2], "rb") as file:
         FEED = file.read()
+BOMB = gzip.compress(bytes(50_000_000), 1)  # packed before anybody waits for it
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
@@ -42,7 +43,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
             "/endless": lambda: self.send_forever(b" " * 65536, 0),
             "/drip": lambda: self.send_forever(b" ", 0.02),
             "/silent": lambda: time.sleep(30),
-            "/bomb": lambda: self.answer(gzip.compress(bytes(50_000_000)), Content_Encoding="gzip"),
+            "/bomb": lambda: self.answer(BOMB, Content_Encoding="gzip"),
             "/cut": lambda: self.answer(FEED, Content_Length=len(FEED) + 1),
         }
         try:
