@@ -82,9 +82,9 @@ TEST_F(UserStoreTest, ALogOfADeletedStoreIsNotTakenForThisOnes) {
 TEST_F(UserStoreTest, SamplesThatComeLaterFillItOnce) {
     for (int i = 0; i < 2; ++i) ASSERT_TRUE(MakeUserStore(m_path, m_folder / "none"));
     EXPECT_EQ(Count(), 0U);
-    std::vector<pid_t> pids;
-    for (int i = 0; i < 4; ++i) pids.push_back(Start());
-    for (const pid_t pid : pids) EXPECT_TRUE(EndedWell(pid));
+    std::vector<CChildProcess> makers;
+    for (int i = 0; i < 4; ++i) makers.push_back(Start());
+    for (CChildProcess& maker : makers) EXPECT_TRUE(maker.EndsWell());
     EXPECT_EQ(Count(), 5U);
     ASSERT_TRUE(Open().RemoveModel(Open().Search("chess", 0, 10).Value().at(0).key));
     ASSERT_TRUE(Make());
