@@ -20,7 +20,7 @@ MODELDB_COMMANDS = "import export remove list check backup restore upgrade token
 HIDDEN = {"Orbivue": {"version"}}
 TOOLKIT = {"Orbivue": {"display"}}
 # Compilers and libraries for tests; what debhelper brings; this is built for distributions without it.
-ONLY_IN_SETUP = {"g++", "ccache", "libgtest-dev", "libbenchmark-dev"}
+ONLY_IN_SETUP = {"g++", "ccache", "lld", "libgtest-dev", "libbenchmark-dev"}
 ONLY_IN_CONTROL = {"debhelper-compat", "dh-sequence-installsysusers"}
 
 problems = []

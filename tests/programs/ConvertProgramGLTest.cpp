@@ -100,7 +100,7 @@ const CConvertCase kCases[] = {
     {"ManyWithABadOne", "--to glb --folder out/deep box.3ds broken.3ds none.3ds tri.obj",
      "out/deep/box.glb out/deep/tri.glb", 1, "broken.3ds: |none.3ds: |not converted: 2 of 4 files"},
     {"OneNameTwice", "--to jpg --size 8x8 --folder out box.3ds ./box.3ds", "out/box.jpg", 1,
-     "./box.3ds: out/box.jpg is made of box.3ds already"},
+     "./box.3ds: out/box.jpg is written from box.3ds already"},
     {"KeepsWhatIsThere", "--to glb --folder . box.3ds old.3ds", "box.glb", 1, "old.glb exists already"},
     {"OverAPictureOfTheModel", "box.3ds skin.png", "", 1, "skin.png: is a file of the model"},
     {"OverTheModelOfAScript", "show.orv box.3ds", "", 1, "box.3ds: is a file of the model"},
