@@ -409,7 +409,7 @@ TEST_F(C3dsDisplayWrapGLTest, MovingPicturesThatTakeTooLongAreSmaller) {
     double now = 0;
     m_engine.SetFrameClock([&now] { return now += 50; });
     m_engine.SetMoving(true);
-    for (int frame = 0; frame < 3; ++frame) {
+    for (int frame = 0; frame < 2; ++frame) {
         EXPECT_EQ(m_engine.GetLastReduction(), 0) << frame;
         (void)Paint();
     }

@@ -14,5 +14,5 @@ class CMovingReduction {
 
   private:
     int m_divisor = 1;
-    int m_late = 0, m_early = 0;  ///< frames one after another
+    int m_early = 0;  ///< frames one after another that took little time
 };

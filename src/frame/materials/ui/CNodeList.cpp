@@ -13,6 +13,7 @@
 #include "base/text/lng.h"
 #include "base/text/utf8_text.h"
 #include "files/file_util_ex.h"
+#include "widgets/tools/ui/layout_direction.h"
 #include "widgets/ui/accessible_name.h"
 
 namespace {
@@ -108,7 +109,8 @@ void CNodeList::OnDrawItem(wxDC& dc, const wxRect& rect, std::size_t row) const 
     const int margin = FromDIP(kMargin), side = FromDIP(kSide);
     const auto picture = m_pictures.find(choice.node);
     if (picture != m_pictures.end() && picture->second.IsOk())
-        dc.DrawBitmap(picture->second, rect.x + margin, rect.y + margin, true);
+        dc.DrawBitmap(picture->second, PlaceOfBitmap(dc, picture->second, rect.x + margin), rect.y + margin,
+                      true);
     const bool isSelected = IsSelected(row);
     dc.SetTextForeground(wxSystemSettings::GetColour(isSelected ? wxSYS_COLOUR_LISTBOXHIGHLIGHTTEXT
                                                                 : wxSYS_COLOUR_LISTBOXTEXT));

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/tools/ui/layout_direction.h"
 
+#include <wx/bitmap.h>
+#include <wx/dc.h>
 #include <wx/eventfilter.h>
 #include <wx/stattext.h>
 
@@ -41,4 +43,9 @@ void SetToolkitDirection() {
     gtk_widget_set_default_direction(lng::IsRightToLeft() ? GTK_TEXT_DIR_RTL : GTK_TEXT_DIR_LTR);
     if (lng::IsRightToLeft()) static CLabelAlignment alignment;
 #endif
+}
+
+int PlaceOfBitmap(const wxDC& dc, const wxBitmap& bitmap, int left) {
+    if (dc.GetLayoutDirection() != wxLayout_RightToLeft) return left;
+    return left - (bitmap.GetWidth() - static_cast<int>(bitmap.GetLogicalWidth()));
 }

@@ -5,6 +5,7 @@
 #include <wx/settings.h>
 
 #include "widgets/tools/ui/CToolBarKeys.h"
+#include "widgets/tools/ui/layout_direction.h"
 
 namespace {
 
@@ -38,11 +39,8 @@ class CToolBarArt final : public wxAuiDefaultToolBarArt {
     }
 
   private:
-    /** Where x grows to the left, the toolkit (3.2) places a bitmap by its physical width, which is the double one on a scaled
-     * display. */
     static bool IsMisplaced(const wxDC& dc, const wxBitmap& icon) {
-        return dc.GetLayoutDirection() == wxLayout_RightToLeft && icon.IsOk() &&
-               icon.GetWidth() != static_cast<int>(icon.GetLogicalWidth());
+        return icon.IsOk() && PlaceOfBitmap(dc, icon, 0) != 0;
     }
     /** The button without its icon, and the icon in its middle. */
     void DrawMirrored(wxDC& dc, wxWindow* bar, const wxAuiToolBarItem& tool, const wxRect& place,
@@ -54,7 +52,7 @@ class CToolBarArt final : public wxAuiDefaultToolBarArt {
         const wxSize size(static_cast<int>(icon.GetLogicalWidth()),
                           static_cast<int>(icon.GetLogicalHeight()));
         const wxRect middle = wxRect(size).CenterIn(place);
-        dc.DrawBitmap(icon, middle.x - (icon.GetWidth() - size.x), middle.y, true);
+        dc.DrawBitmap(icon, PlaceOfBitmap(dc, icon, middle.x), middle.y, true);
     }
     static void Append(wxMenu& menu, const wxAuiToolBarItem& tool) {
         if (tool.GetKind() == wxITEM_SEPARATOR) {
