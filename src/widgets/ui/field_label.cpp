@@ -2,6 +2,7 @@
 #include "widgets/ui/field_label.h"
 
 #include <gtk/gtk.h>
+#include <wx/fontutil.h>
 #include <wx/stattext.h>
 
 #include <string>
@@ -20,6 +21,10 @@ void SetLabelFor(wxStaticText& label, wxWindow& field) {
 void WrapText(wxStaticText& label, int width) {
     const std::string text = label.GetLabelText().utf8_string();
     PangoLayout* layout = gtk_widget_create_pango_layout(label.GetHandle(), text.c_str());
+    // The widget's style may not know of the font yet.
+    const wxFont font = label.GetFont();
+    if (const wxNativeFontInfo* info = font.GetNativeFontInfo())
+        pango_layout_set_font_description(layout, info->description);
     pango_layout_set_width(layout, width * PANGO_SCALE);
     pango_layout_set_wrap(layout, PANGO_WRAP_WORD_CHAR);
     std::string lines;

@@ -39,7 +39,7 @@ wxStaticText* AddHeading(wxWindow* page, wxSizer& column, const std::wstring& te
 
 void ShowText(wxStaticText& text, const std::wstring& value) {
     text.SetLabelText(value);
-    WrapText(text, TextWidth(text));
+    WrapText(text, TextWidth(*text.GetParent()));  // not of the label, whose letters may be wider
     text.Show(!value.empty());
 }
 
