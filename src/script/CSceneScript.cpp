@@ -243,7 +243,7 @@ CScriptScene ReadScene(const std::string& name, const CScriptSection& section, C
 /** Loads a script and visits its sections in their order, until one answers false. */
 template <class Visit>
 CStatus ForEachSection(CScriptLoader& loader, std::string_view path, Visit visit) {
-    const CStatus loaded = loader.Load(path);
+    CStatus loaded = loader.Load(path);
     if (!loaded) return loaded;
     for (const std::string& name : loader.Script().ini.Sections())
         if (name.size() <= kMostNameBytes && !visit(name, loader.Section(name))) break;
@@ -299,6 +299,7 @@ CResult<std::string> FirstModelOf(std::string_view path) {
 
 std::vector<std::string_view> ScriptKeys() {
     std::vector<std::string_view> keys;
+    keys.reserve(std::size(kRows));
     for (const CRow& row : kRows) keys.push_back(row.key);
     return keys;
 }

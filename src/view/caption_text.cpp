@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <span>
 #include <utility>
 
@@ -16,11 +15,11 @@ constexpr int kMostMarks = 4;  ///< on one letter
 constexpr wchar_t kDots = L'\x2026', kUnknown = L'\xFFFD';
 
 struct CRange {
-    std::uint32_t first, last;
+    char32_t first, last;
 };
 
 bool IsIn(std::span<const CRange> ranges, wchar_t character) {
-    const auto code = static_cast<std::uint32_t>(character);
+    const auto code = static_cast<char32_t>(character);
     return std::any_of(ranges.begin(), ranges.end(),
                        [code](const CRange& range) { return code >= range.first && code <= range.last; });
 }

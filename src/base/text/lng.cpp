@@ -126,7 +126,7 @@ bool IsRightToLeft() {
 }
 
 std::wstring Isolated(std::wstring_view foreign) {
-    const std::wstring kept = KeptToItself(foreign);
+    std::wstring kept = KeptToItself(foreign);
     if (!IsRightToLeft()) return kept;
     // The mark before it is for what looks at a line's first letter alone, isolated or not, to find the line's direction.
     return std::wstring{kRightToLeftMark, kFirstStrongIsolate} + kept + kPopDirectionalIsolate;

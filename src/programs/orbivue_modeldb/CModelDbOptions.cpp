@@ -250,6 +250,7 @@ COutcome TakeOption(CParsing& parsing, int got, const std::string& word) {
 
 CResult<CParsing> ParseWords(std::vector<std::string>& words) {
     std::vector<char*> argv;
+    argv.reserve(words.size() + 1);
     for (std::string& word : words) argv.push_back(word.data());
     argv.push_back(nullptr);
     static const auto kLong = LongOptions();

@@ -301,7 +301,7 @@ void wxColourPopup::TellReaders() {
     m_access = std::make_unique<CAccessibleRows>(
         *GetComboCtrl(), EAccessibleRole::ComboBox,
         CAccessibleRows::CSource{
-            [] { return static_cast<std::size_t>(kColumns * kRows); },
+            [] { return static_cast<std::size_t>(kColumns) * kRows; },
             [this](std::size_t index) { return Described(index); }, nullptr,
             [this](std::size_t index) { Choose(PaletteColor(static_cast<int>(index))); }});
     NameCombo();

@@ -10,7 +10,7 @@
 
 class CPreviewFetcher;
 class wxWindow;
-struct _GtkTooltip;
+struct _GtkTooltip;  // NOLINT(bugprone-reserved-identifier): the toolkit's name
 struct _GtkWidget;
 
 /** Shows a tooltip with name and picture for the model under the pointer. */
