@@ -44,6 +44,7 @@ CUpdateBar::CUpdateBar(wxTopLevelWindow& window, const std::wstring& version, CA
     atk_object_set_role(gtk_widget_get_accessible(GetHandle()), ATK_ROLE_INFO_BAR);
     AddPane();
     m_window.Bind(wxEVT_SIZE, &CUpdateBar::OnWindowSize, this);
+    CallAfter([this] { FitButtons(); });
 }
 
 CUpdateBar::~CUpdateBar() {
@@ -80,7 +81,13 @@ void CUpdateBar::OnWindowSize(wxSizeEvent& event) {
     CallAfter([this] { FollowWindow(); });
 }
 
+void CUpdateBar::FitButtons() {
+    for (wxWindow* child : GetChildren()) child->InvalidateBestSize();
+    Layout();
+}
+
 void CUpdateBar::FollowWindow() {
+    FitButtons();
     wxAuiManager* manager = wxAuiManager::GetManager(&m_window);
     if (manager == nullptr) return;
     wxAuiPaneInfo& pane = manager->GetPane(this);

@@ -25,6 +25,8 @@ class CUpdateBar final : public wxPanel {
   private:
     void AddButton(wxSizer& row, const std::wstring& label, const std::function<void()>& press);
     void AddPane();
+    /** Gives them the room that they want now: before they know the theme it may be less. */
+    void FitButtons();
     /** Hides or shows the bar as the window fills the screen, or does so no longer. */
     void FollowWindow();
     void OnWindowSize(wxSizeEvent& event);
