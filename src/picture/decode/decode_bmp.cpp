@@ -162,8 +162,12 @@ class CRunReader {
     }
 
   private:
+    /** Spends no time on what lies beside the picture, where a file may have any number of runs. */
     void SetRun(std::uint32_t count, std::uint32_t value) {
-        for (std::uint32_t i = 0; i < count; ++i) m_canvas.Set(m_x++, m_y, Part(value, i));
+        const std::size_t seen =
+            std::min<std::size_t>(count, m_canvas.Width() - std::min(m_x, m_canvas.Width()));
+        for (std::uint32_t i = 0; i < seen; ++i) m_canvas.Set(m_x + i, m_y, Part(value, i));
+        m_x += count;
     }
     void SetLiterals(std::uint32_t count) {
         std::uint32_t value = 0;

@@ -41,11 +41,14 @@ toff_t Seek(thandle_t file, toff_t offset, int whence) {
     return source.at;
 }
 
+/** Takes no block of memory over maxBytes, but the few that libtiff needs itself and what is as long as the file. */
 CTiff Open(CTiffBytes& source, std::uint64_t maxBytes) {
+    constexpr std::uint64_t kItsOwn = 64 << 10;
+    const std::uint64_t maxBlock = std::max({maxBytes, kItsOwn, std::uint64_t{source.bytes.size()}});
     const std::unique_ptr<TIFFOpenOptions, CTiffDeleter> options(TIFFOpenOptionsAlloc());
     if (!options) return nullptr;
     const TIFFErrorHandlerExtR quiet = [](TIFF*, void*, const char*, const char*, va_list) { return 1; };
-    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), static_cast<tmsize_t>(maxBytes));
+    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), static_cast<tmsize_t>(maxBlock));
     TIFFOpenOptionsSetErrorHandlerExtR(options.get(), quiet, nullptr);
     TIFFOpenOptionsSetWarningHandlerExtR(options.get(), quiet, nullptr);
     const auto write = [](thandle_t, void*, tmsize_t) { return tmsize_t{0}; };
@@ -74,6 +77,18 @@ bool IsReadCompression(std::uint16_t compression) {
                                        COMPRESSION_CCITTFAX4, COMPRESSION_LZW,      COMPRESSION_ADOBE_DEFLATE,
                                        COMPRESSION_PACKBITS,  COMPRESSION_DEFLATE};
     return std::ranges::find(kRead, compression) != std::end(kRead);
+}
+
+/** Strips and tiles may share bytes: each of thousands all of the file, which libtiff would go through as often. Some
+ * writers say that they are longer than they are, by as much as they were packed. */
+CStatus CheckPacked(TIFF* tiff, std::uint64_t fileBytes) {
+    constexpr std::uint64_t kMostTimes = 16;
+    const std::uint64_t most = std::min(kMostTimes * fileBytes, 2 * image_codec::kMaxFileBytes);
+    const std::uint32_t count = TIFFIsTiled(tiff) == 0 ? TIFFNumberOfStrips(tiff) : TIFFNumberOfTiles(tiff);
+    std::uint64_t total = 0;
+    for (std::uint32_t i = 0; i < count && total <= most; ++i)
+        total += std::min(TIFFGetStrileByteCount(tiff, i), fileBytes);
+    return total > most ? CStatus(HeaderIsDamaged()) : CDone{};
 }
 
 /** What unpacking takes in memory, and in all. */
@@ -160,6 +175,7 @@ CDecoded DecodeTiff(CBytes bytes, const CPictureClaim& claim, const CDecodeLimit
     if (!tiff) return HeaderIsDamaged();
     if (CStatus isRead = CheckKind(tiff.get(), claim); !isRead) return isRead.Error();
     if (CStatus fits = CheckUnpacked(tiff.get(), claim, maxBytes); !fits) return fits.Error();
+    if (CStatus isBounded = CheckPacked(tiff.get(), bytes.size()); !isBounded) return isBounded.Error();
     return DecodeWhole(claim, limits,
                        [&](std::span<std::uint8_t> rgba) { return ReadPixels(tiff.get(), claim, rgba); });
 }

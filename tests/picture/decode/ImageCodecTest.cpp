@@ -137,6 +137,19 @@ std::string TiffOfManyValues() {
     for (unsigned i = 0; i < 100; ++i) bytes += Le16(40000 + i) + Le16(1) + Le32(1200) + Le32(8);
     return bytes + Le32(0);
 }
+/** Rows of eight pixels, a strip each, and all of them the same bytes. */
+std::string TiffOfSharedStrips(unsigned rows) {
+    const auto value = [](unsigned tag, unsigned count, unsigned what) {
+        return Le16(tag) + Le16(4) + Le32(count) + Le32(what);
+    };
+    const unsigned offsets = 8 + 2 + 9 * 12 + 4, counts = offsets + 4 * rows, data = counts + 4 * rows;
+    std::string bytes = "II*\0"s + Le32(8) + Le16(9) + value(256, 1, 8) + value(257, 1, rows) +
+                        value(258, 1, 8) + value(259, 1, 1) + value(262, 1, 1) + value(273, rows, offsets) +
+                        value(277, 1, 1) + value(278, 1, 1) + value(279, rows, counts) + Le32(0);
+    for (unsigned i = 0; i < rows; ++i) bytes += Le32(data);
+    for (unsigned i = 0; i < rows; ++i) bytes += Le32(1000);
+    return bytes + std::string(1000, 'x');
+}
 std::string JpegOfManyScans() {
     std::string bytes = Seed("jpeg_progressive.jpg");
     for (int i = 0; i < 101; ++i) bytes += "\xFF\xDA";
@@ -189,8 +202,28 @@ const CRefusal kRefusals[] = {
     {"BigTiff", With(kTiff, 0, "II+\0"s), Unsupported},
     {"TiffValueOutside", Tiff(Le16(40000) + Le16(2) + Le32(5) + Le32(0xFFFFFFF0)), BadFormat},
     {"TiffValuesThatShareBytes", TiffOfManyValues(), BadFormat},
+    {"TiffStripsThatShareBytes", TiffOfSharedStrips(300), BadFormat},
 };
 INSTANTIATE_TEST_SUITE_P(Refusals, ImageRefusalTest, testing::ValuesIn(kRefusals), kRowName);
+
+TEST(ImageCodecTest, StripsOfATiffMaySayThatTheyAreLongerThanTheyAre) {
+    const CResult<CImage> image = Decode(TiffOfSharedStrips(10));
+    ASSERT_TRUE(image) << image.Error().Text();
+    EXPECT_EQ(image.Value().rgba.size(), 8U * 10 * 4);
+}
+
+TEST(ImageCodecTest, RunsBesideABitmapAreNotSeen) {
+    // Its first line from below, with runs that reach past its end and begin behind it, then the second.
+    const std::string runs = "\2\1\6\2\xFF\1\0\0\4\2\0\1"s;
+    const std::string head = "BM" + Le32(0) + Le32(0) + Le32(66) + Le32(40) + Le32(4) + Le32(2) + Le16(1) +
+                             Le16(8) + Le32(1) + Le32(0) + Le32(0) + Le32(0) + Le32(3) + Le32(0);
+    const std::string colours = Le32(0) + Le32(0xFF0000) + Le32(0xFF);
+    const CResult<CImage> image = Decode(head + colours + runs);
+    ASSERT_TRUE(image) << image.Error().Text();
+    const std::string blue = "0000ffff", red = "ff0000ff";
+    EXPECT_EQ(Hex(image.Value()),
+              blue + " " + blue + " " + blue + " " + blue + " " + red + " " + red + " " + blue + " " + blue);
+}
 
 TEST(ImageCodecTest, ErrorsOfFilesNameThem) {
     const CTestFolder folder;
