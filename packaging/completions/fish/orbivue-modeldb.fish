@@ -30,6 +30,7 @@ $import -l verbose -d 'name each model that is in the store'
 $always -n '__fish_seen_subcommand_from export' -l into -x -a '(__fish_complete_directories)' -d 'where the files go'
 $always -n '__fish_seen_subcommand_from list' -l json -d 'print JSON'
 $always -n '__fish_seen_subcommand_from check' -l full -d 'compare all bytes with their hashes'
+$always -n '__fish_seen_subcommand_from restore' -l forget-tokens -d "leave out the backup's tokens"
 
 # The tokens have a list, too.
 set -l list $always -n '__fish_seen_subcommand_from list; and not __fish_seen_subcommand_from token'

@@ -16,6 +16,7 @@
 namespace {
 
 constexpr int kBusyMs = 5000;
+constexpr int kMostBytes = 1 << 20;  ///< of one value or row; a store has none above 300 KB
 
 class CSqliteRow final : public CDbRow {
   public:
@@ -92,11 +93,15 @@ CResult<std::unique_ptr<CDatabase>> CSqliteDatabase::Open(const std::string& pat
         return CError{EErrorCode::WriteFailed, SystemErrorText(errno), path};
     std::unique_ptr<CSqliteDatabase> database(new CSqliteDatabase(path, std::move(handle)));
     (void)sqlite3_busy_timeout(raw, kBusyMs);
+    // The file may be a stranger's: https://www.sqlite.org/security.html. TRUSTED_SCHEMA stays on: without it the triggers of a
+    // store cannot fill its search index by SQLite 3.40; CheckSchema lets no others run.
     (void)sqlite3_db_config(raw, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    (void)sqlite3_limit(raw, SQLITE_LIMIT_LENGTH, kMostBytes);
     // The page size counts for a new file alone, and only before anything else is asked.
     if (CStatus set =
             database->RunScript("PRAGMA page_size=8192; PRAGMA synchronous=FULL; PRAGMA foreign_keys=ON;"
-                                "PRAGMA cache_size=-8192; PRAGMA journal_size_limit=67108864;");
+                                "PRAGMA cache_size=-8192; PRAGMA journal_size_limit=67108864;"
+                                "PRAGMA cell_size_check=ON; PRAGMA mmap_size=0");
         !set)
         return set.Error();
     return std::unique_ptr<CDatabase>(std::move(database));

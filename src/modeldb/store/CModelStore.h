@@ -133,8 +133,11 @@ class CModelStore {
     /** Copies the store into a new SQLite file, in one step, while others use the store; what they change meanwhile is not
      * in it. Exists: something has the name. */
     [[nodiscard]] CStatus Backup(const std::string& path);
+    /** Whether a restored store knows the tokens of its backup. Whoever made the backup may know their secrets. */
+    enum class ETokens { Keep, Forget };
     /** Fills a store from a backup. path: the backup. Exists: there is a store that holds something. */
-    [[nodiscard]] static CStatus Restore(const std::string& path, const CStoreAddress& address);
+    [[nodiscard]] static CStatus Restore(const std::string& path, const CStoreAddress& address,
+                                         ETokens tokens = ETokens::Keep);
 
   private:
     friend class CBlobWriter;

@@ -33,19 +33,25 @@ CResult<CHashPage> HashesBehind(CDatabase& database, std::int64_t id) {
     });
 }
 
+using ETokens = CModelStore::ETokens;
+
 /** A SQLite file's copy that stands alone, brought up to date where it is older. */
-CStatus CopySqlite(CSqliteDatabase& from, const std::string& path) {
+CStatus CopySqlite(CSqliteDatabase& from, const std::string& path, ETokens tokens) {
     if (CStatus copied = from.CopyTo(path); !copied) return copied;
     CResult<std::unique_ptr<CDatabase>> copy = CSqliteDatabase::Open(path, CDatabase::EAccess::Write);
     if (!copy) return copy.Error();
     if (CStatus upgraded = UpgradeStore(*copy.Value()); !upgraded) return upgraded;
-    return copy.Value()->Change([&] { return RaiseVersions(*copy.Value()); });
+    return copy.Value()->Change([&]() -> CStatus {
+        if (tokens == ETokens::Forget)
+            if (const auto gone = copy.Value()->Run("DELETE FROM tokens", {}); !gone) return gone.Error();
+        return RaiseVersions(*copy.Value());
+    });
 }
 
-CStatus RestoreFile(CSqliteDatabase& backup, const std::string& path) {
+CStatus RestoreFile(CSqliteDatabase& backup, const std::string& path, ETokens tokens) {
     CResult<CNewSqliteFile> file = CNewSqliteFile::Create(path);
     if (!file) return file.Error();
-    if (CStatus copied = CopySqlite(backup, file.Value().TempPath()); !copied) return copied;
+    if (CStatus copied = CopySqlite(backup, file.Value().TempPath(), tokens); !copied) return copied;
     return file.Value().Commit();
 }
 
@@ -64,8 +70,9 @@ CStatus FillStore(CDatabase& from, CDatabase& to) {
 
 CStatus CheckBackup(CDatabase& backup) {
     CCheckReport report;
-    CStatus checked = backup.Look([&] {
+    CStatus checked = backup.Look([&]() -> CStatus {
         report = {};
+        if (CStatus known = CheckSchema(backup); !known) return known;
         return CheckTables(backup, false, report);
     });
     if (!checked || report.faultCount == 0) return checked;
@@ -118,7 +125,7 @@ CStatus CModelStore::Backup(const std::string& path) {
     return file.Value().Commit();
 }
 
-CStatus CModelStore::Restore(const std::string& path, const CStoreAddress& address) {
+CStatus CModelStore::Restore(const std::string& path, const CStoreAddress& address, ETokens tokens) {
     CResult<std::unique_ptr<CDatabase>> opened = CSqliteDatabase::Open(path, CDatabase::EAccess::Read);
     if (!opened) return opened.Error();
     // An SQLite path was given.
@@ -129,16 +136,17 @@ CStatus CModelStore::Restore(const std::string& path, const CStoreAddress& addre
         return CError{EErrorCode::BadFormat, lng::Mark("the file is no model store"), path};
     if (version.Value() > kStoreVersion) return UpgradeStore(backup);  // which tells what is wrong
     if (CStatus sound = CheckBackup(backup); !sound) return sound;
-    if (address.kind == CStoreAddress::EKind::File) return RestoreFile(backup, address.text);
+    if (address.kind == CStoreAddress::EKind::File) return RestoreFile(backup, address.text, tokens);
 
     CResult<CModelStore> target = Open(address, EStoreUse::Create);
     if (!target) return target.Error();
-    if (version.Value() == kStoreVersion) return FillStore(backup, *target.Value().m_database);
-    CResult<CNewSqliteFile> newer = CNewSqliteFile::Create(path + ".upgraded");
-    if (!newer) return newer.Error();
-    if (CStatus copied = CopySqlite(backup, newer.Value().TempPath()); !copied) return copied;
+    if (version.Value() == kStoreVersion && tokens == ETokens::Keep)
+        return FillStore(backup, *target.Value().m_database);
+    CResult<CNewSqliteFile> changed = CNewSqliteFile::Create(path + ".changed");
+    if (!changed) return changed.Error();
+    if (CStatus copied = CopySqlite(backup, changed.Value().TempPath(), tokens); !copied) return copied;
     const CResult<std::unique_ptr<CDatabase>> again =
-        CSqliteDatabase::Open(newer.Value().TempPath(), CDatabase::EAccess::Read);
+        CSqliteDatabase::Open(changed.Value().TempPath(), CDatabase::EAccess::Read);
     if (!again) return again.Error();
     return FillStore(*again.Value(), *target.Value().m_database);
 }

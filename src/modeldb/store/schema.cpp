@@ -88,6 +88,18 @@ CREATE TRIGGER model_not_found AFTER DELETE ON models BEGIN
 INSERT INTO model_search(model_search) VALUES('rebuild');
 )";
 
+// What SQLite adds by itself: for the search index, for numbers that never come again, for its planner.
+constexpr std::string_view kMadeBySqlite = R"(
+CREATE TABLE 'model_search_data'(id INTEGER PRIMARY KEY, block BLOB);
+CREATE TABLE 'model_search_idx'(segid, term, pgno, PRIMARY KEY(segid, term)) WITHOUT ROWID;
+CREATE TABLE 'model_search_docsize'(id INTEGER PRIMARY KEY, sz BLOB);
+CREATE TABLE 'model_search_config'(k PRIMARY KEY, v) WITHOUT ROWID;
+CREATE TABLE sqlite_sequence(name,seq);
+CREATE TABLE sqlite_stat1(tbl,idx,stat);
+CREATE TABLE sqlite_stat4(tbl,idx,neq,nlt,ndlt,sample);
+)";
+constexpr std::string_view kFoldedColumn = "folded {TEXT} NOT NULL DEFAULT ''";
+
 std::string InWordsOf(EEngine engine, std::string_view text) {
     std::string result(text);
     for (const CWord& word : kWords) {
@@ -129,8 +141,8 @@ CStatus FoldNames(CDatabase& database) {
 }
 
 CStatus MakeSearchable(CDatabase& database) {
-    const std::string column = "ALTER TABLE models ADD COLUMN folded {TEXT} NOT NULL DEFAULT ''";
-    if (CStatus added = database.RunScript(InWordsOf(database.Engine(), column)); !added) return added;
+    const std::string column = InWordsOf(database.Engine(), kFoldedColumn);
+    if (CStatus added = database.RunScript("ALTER TABLE models ADD COLUMN " + column); !added) return added;
     if (CStatus folded = FoldNames(database); !folded) return folded;
     // A database that cannot make the index searches all names, one by one.
     if (CStatus marked = database.RunScript("SAVEPOINT before_index"); !marked) return marked;
@@ -147,6 +159,21 @@ CStatus MakeSearchable(CDatabase& database) {
 }
 
 constexpr std::array<CStatus (*)(CDatabase&), kStoreVersion> kSteps{MakeTables, MakeSearchable};
+
+/** All statements that an SQLite store of whatever form may have in its list of tables; those that a later form drops must
+ * stay among them. */
+std::string StatementsOfStores() {
+    std::string all = InWordsOf(EEngine::Sqlite, kTables);
+    for (const std::string_view more : {kCountersInSqlite, kSearchInSqlite, kMadeBySqlite}) all += more;
+    return all;
+}
+
+/** sql: as SQLite keeps it, letter by letter as it was given, with columns that were added behind the others. */
+bool IsOfStores(std::string sql, std::string_view statements) {
+    const std::string added = ", " + InWordsOf(EEngine::Sqlite, kFoldedColumn);
+    if (const std::size_t at = sql.find(added); at != sql.npos) sql.erase(at, added.size());
+    return statements.find(sql) != statements.npos;
+}
 
 CStatus NoteVersion(CDatabase& database, int version) {
     const std::string number = std::to_string(version);
@@ -195,15 +222,29 @@ CStatus UpgradeStore(CDatabase& database, int to) {
         const CResult<int> version = StoreVersionOf(database);
         if (!version) return version.Error();
         now = version.Value();
-        return CDone{};
+        if (now > kStoreVersion)
+            return CError{EErrorCode::Unsupported,
+                          lng::Mark("the model store was written by a newer version of the program"),
+                          database.Place()};
+        return CheckSchema(database);
     });
     if (!read) return read;
-    if (now > kStoreVersion)
-        return CError{EErrorCode::Unsupported,
-                      lng::Mark("the model store was written by a newer version of the program"),
-                      database.Place()};
     for (int version = now + 1; version <= to; ++version)
         if (CStatus gone = GoTo(database, version); !gone) return gone;
+    return CDone{};
+}
+
+CStatus CheckSchema(CDatabase& database) {
+    if (database.Engine() != EEngine::Sqlite) return CDone{};
+    const std::string statements = StatementsOfStores();
+    const auto read = database.Run(
+        "SELECT sql FROM sqlite_schema WHERE sql IS NOT NULL", {}, [&](const CDbRow& row) -> CStatus {
+            if (IsOfStores(std::string(row.Text(0)), statements)) return CDone{};
+            return CError{EErrorCode::BadFormat,
+                          lng::Mark("the model store holds tables or views of another program"),
+                          database.Place()};
+        });
+    if (!read) return read.Error();
     return CDone{};
 }
 

@@ -15,5 +15,8 @@ constexpr int kStoreVersion = 2;
 [[nodiscard]] CResult<int> StoreVersionOf(CDatabase& database);
 /** Makes the tables, or brings them up to date. Unsupported: they are newer than this program. `to`: for tests. */
 [[nodiscard]] CStatus UpgradeStore(CDatabase& database, int to = kStoreVersion);
+/** BadFormat where an SQLite file has anything but what a store has: whoever made the file could let a view, a trigger, a computed
+ * column or an index of expressions go on for ever. To be called before any table is asked. */
+[[nodiscard]] CStatus CheckSchema(CDatabase& database);
 /** True where names are found by an index of SQLite's, which takes texts of three characters or more. */
 [[nodiscard]] CResult<bool> HasTrigramTable(CDatabase& database);

@@ -37,7 +37,7 @@ constexpr std::array<CCommandEntry, 12> kCommands{{
     {ECommand::Check, "check", "", "", "f", 0, 0, lng::Mark("looks for damage")},
     {ECommand::Backup, "backup", "", "FILE", "", 1, 1,
      lng::Mark("copies the store into one new file, also while it is used")},
-    {ECommand::Restore, "restore", "", "FILE", "", 1, 1,
+    {ECommand::Restore, "restore", "", "FILE", "F", 1, 1,
      lng::Mark("makes a store from a backup; the store must not exist, or be empty")},
     {ECommand::Upgrade, "upgrade", "", "", "", 0, 0,
      lng::Mark("brings a store of an older version up to date")},
@@ -115,7 +115,7 @@ struct COptionEntry {
     const char* help;
 };
 
-constexpr std::array<COptionEntry, 25> kOptions{{
+constexpr std::array<COptionEntry, 26> kOptions{{
     {'S', "store", "PLACE", Set<&CModelDbOptions::store>,
      lng::Mark("a file, or postgresql://...; else the user's own store")},
     {'g', "group", "NAME", Set<&CModelDbOptions::group>, lng::Mark("the group")},
@@ -129,6 +129,8 @@ constexpr std::array<COptionEntry, 25> kOptions{{
      lng::Mark("names each model that was added, or was there already")},
     {'p', "previews", "", Set<&CModelDbOptions::previews>,
      lng::Mark("draws a preview of each model that is added")},
+    {'F', "forget-tokens", "", Set<&CModelDbOptions::forgetsTokens>,
+     lng::Mark("leaves out the tokens of a backup that is not your own")},
     {'l', "listen", "ADDRESS:PORT", SetServe<serve_options::SetListen>,
      lng::Mark("where serve listens (127.0.0.1:8095,[::1]:8095)")},
     {'P', "private", "", SetServeFlag<&CServeOptions::isPrivate>,

@@ -32,7 +32,7 @@ struct CModelDbOptions {
     std::string store;  ///< a path or an address; empty: the user's own store
     std::string group, search, into;
     std::uint32_t rights = 0;  ///< of a new token, see EStoreRight
-    bool json = false, full = false, verbose = false, previews = false;
+    bool json = false, full = false, verbose = false, previews = false, forgetsTokens = false;
     CServeOptions serve;
     std::vector<std::string> arguments;  ///< paths, keys or names: as many as the command takes
 };

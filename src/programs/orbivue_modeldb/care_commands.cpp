@@ -43,7 +43,9 @@ int model_commands::Backup(const CModelDbOptions& options) {
 }
 
 int model_commands::Restore(const CModelDbOptions& options) {
-    const CStatus done = CModelStore::Restore(options.arguments[0], StoreOf(options));
+    using enum CModelStore::ETokens;
+    const CStatus done =
+        CModelStore::Restore(options.arguments[0], StoreOf(options), options.forgetsTokens ? Forget : Keep);
     return done ? kDone : Complain(done.Error(), kStoreFails);
 }
 

@@ -2,6 +2,7 @@
 #include "modeldb/store/CModelStore.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <limits>
 
 #include "CTestStore.h"
@@ -315,6 +316,14 @@ TEST_P(ModelStoreTest, ABackupHoldsAllAndFillsAStoreOfEitherEngine) {
         << "its numbers are new ones";
     EXPECT_TRUE(copy.CreateToken("berta", {}));
     EXPECT_EQ(FaultOf(copy), "");
+
+    const CTestPlace third(GetParam());
+    ASSERT_EQ(Complaint(CModelStore::Restore(backup, third.Address(), CModelStore::ETokens::Forget)), "");
+    CModelStore tokenless = third.Open(EStoreUse::Read);
+    EXPECT_TRUE(tokenless.Tokens().Value().empty());
+    EXPECT_EQ(ContentOf(tokenless, record.file.hash).size(), 700'000u);
+    for (const auto& left : std::filesystem::directory_iterator(place.folder / ""))
+        EXPECT_FALSE(left.path().filename().string().starts_with("backup.sqlite.")) << left;
 }
 
 }  // namespace

@@ -157,6 +157,35 @@ TEST_P(StoreFileTest, WhatIsNoStoreStaysAsItIs) {
     EXPECT_EQ(folder.Count(), 1u);
 }
 
+/** A stranger's file, whose tables could be views that never end. */
+TEST(SqliteFaultsTest, NothingRunsThatIsNotAStoresOwn) {
+    const std::string endless =
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i FROM n) SELECT count(*) FROM n";
+    const std::pair<std::string, bool> kinds[] = {
+        {"ANALYZE", true},
+        {"CREATE TABLE own(x, y AS (replace(x, 'a', hex(zeroblob(9999)))))", false},
+        {"CREATE INDEX i ON models(hex(zeroblob(length(name) * 9999)))", false},
+        {"CREATE VIEW v AS " + endless, false},
+        {"ALTER TABLE tokens RENAME TO t; CREATE VIEW tokens AS " + endless, false},
+        {"CREATE TRIGGER t AFTER INSERT ON blobs BEGIN DELETE FROM models; END", false},
+        {"DROP TRIGGER model_added; CREATE TRIGGER model_added AFTER INSERT ON models BEGIN " + endless +
+             "; END",
+         false},
+        {"CREATE VIRTUAL TABLE v USING fts5(x)", false},
+    };
+    for (const auto& [sql, isStore] : kinds) {
+        const CTestPlace place(CEngineRow{"Sqlite", false});
+        (void)place.Open().AddModel(ModelOf("g", "n", "abc"));
+        ASSERT_EQ(Complaint(place.Raw(CDatabase::EAccess::Write)->RunScript(sql)), "") << sql;
+        const std::string message = isStore ? "" : "the model store holds tables or views of another program";
+        for (const EStoreUse use : {EStoreUse::Read, EStoreUse::Write, EStoreUse::Create})
+            EXPECT_EQ(OpenError(place.Address(), use), message) << sql;
+        const CStoreAddress other = CStoreAddress::Parse(place.folder / "restored.sqlite");
+        EXPECT_EQ(Complaint(CModelStore::Restore(place.Address().text, other)), message) << sql;
+        EXPECT_EQ(std::filesystem::exists(other.text), isStore) << sql;
+    }
+}
+
 TEST(SqliteFaultsTest, AFullDiskEndsNoMoreThanTheCall) {
     const CTestPlace place(CEngineRow{"Sqlite", false});
     auto raw = place.Raw(CDatabase::EAccess::Create);
