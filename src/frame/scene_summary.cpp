@@ -13,7 +13,8 @@ namespace {
 std::wstring TextOf(const CSceneNote& note) {
     std::wstring text = lng::Text(note.what);
     if (!note.subject.empty())
-        text += L": " + lng::Isolated(file_util_ex::ShownName(lng::ConvertFromUTF8(note.subject)));
+        text =
+            lng::Labelled(text, lng::Isolated(file_util_ex::ShownName(lng::ConvertFromUTF8(note.subject))));
     if (!note.reason.empty()) text += L" (" + lng::Text(CError{{}, note.reason, {}}) + L")";
     if (note.times > 1) text += L" " + lng::TextN("(%s time)", "(%s times)", note.times);
     return text;

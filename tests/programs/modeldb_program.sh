@@ -56,7 +56,7 @@ expect 0 "^anna" "$program" token list --store r.sqlite
 expect 2 "" "$program" restore b.sqlite --store r.sqlite
 expect 0 "" "$program" restore b.sqlite --store of_others.sqlite --forget-tokens
 expect 0 "^$" "$program" token list --store of_others.sqlite
-expect 0 "^orbivue_2_" "$program" token create berta --store of_others.sqlite
+expect 0 "^orbivue_" "$program" token create berta --store of_others.sqlite
 expect 0 "^1 removed" db remove "$key"
 expect 3 "$key: there is no such model" db remove "$key"
 expect 0 "^$((count - 1)) removed" db remove --group "My samples"

@@ -22,6 +22,8 @@ TEST(LanguageWxTest, ErrorsAndNumbersAreToldInTheLanguageInForce) {
               L"a.jpg: Bogus \uFFFD marker");
     EXPECT_EQ(lng::Text(CError{EErrorCode::BadFormat, "", "a.jpg"}), L"a.jpg: ");
     EXPECT_EQ(lng::Number(1'234'567), L"1.234.567");
+    lng::SetLanguage(L"fr");
+    EXPECT_EQ(lng::Text(CError{EErrorCode::BadFormat, "%s of %d", "100%s"}), L"100%s\u00A0: %s of %d");
     lng::SetLanguage(L"en");
     EXPECT_EQ(lng::Number(1'234'567), L"1,234,567");
 }

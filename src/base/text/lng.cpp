@@ -112,11 +112,15 @@ std::wstring TextIn(const char* context, const char* englishText) {
     return ConvertFromUTF8(Loaded(Domain()).texts.Find(key).value_or(englishText));
 }
 
+std::wstring Labelled(std::wstring_view name, std::wstring_view text) {
+    return Filled(Text("%s: %s"), {name, text});
+}
+
 std::wstring Text(const CError& error) {
     // A library's text may be in any encoding, and the empty text would yield the catalogue's header.
     const std::string sound = file_util_ex::ConvertToUTF8(ConvertFromUTF8(error.message));
     const std::wstring message = sound.empty() ? std::wstring() : Text(sound.c_str());
-    return error.where.empty() ? message : Isolated(ConvertFromUTF8(error.where)) + L": " + message;
+    return error.where.empty() ? message : Labelled(Isolated(ConvertFromUTF8(error.where)), message);
 }
 
 bool IsRightToLeft() {

@@ -42,6 +42,8 @@ namespace lng {
 /** For a terminal: Text in UTF-8 with its "%s" replaced one after the other. */
 [[nodiscard]] std::string TextUtf8(const char* englishText,
                                    std::initializer_list<std::string_view> values = {});
+/** A name and what is told of it, "knot.3ds: no such file", with the language's colon. */
+[[nodiscard]] std::wstring Labelled(std::wstring_view name, std::wstring_view text);
 /** An error as people see it, "where: message". The message is translated if it is one of our literals. */
 [[nodiscard]] std::wstring Text(const CError& error);
 /** The form of a text that goes with a count; its first "%s" becomes Number(count). one and many are the English forms

@@ -95,17 +95,20 @@ std::wstring ToolStepName(EMaterialTool tool, const std::string& node) {
     return text ? lng::Text(text, Name(node)) : std::wstring();
 }
 
+std::wstring AboutNode(const std::string& node, std::wstring_view text) {
+    return lng::Labelled(lng::Isolated(Name(node)), text);
+}
+
 std::wstring ToolMessage(EMaterialTool tool, const std::string& node, const CToolValues& values) {
-    const std::wstring name = lng::Isolated(Name(node)) + L": ";
     switch (tool) {
         case EMaterialTool::Color:
-            return name + lng::Text("colour %s", HexOf(values.color));
+            return AboutNode(node, lng::Text("colour %s", HexOf(values.color)));
         case EMaterialTool::Shininess:
-            return name + lng::Text("shininess %s", SliderText(values.shininess));
+            return AboutNode(node, lng::Text("shininess %s", SliderText(values.shininess)));
         case EMaterialTool::Transparency:
-            return name + lng::Text("transparency %s", SliderText(values.transparency));
+            return AboutNode(node, lng::Text("transparency %s", SliderText(values.transparency)));
         case EMaterialTool::Replace:
-            return name + lng::Text("replaced by %s", Name(values.replacement.node));
+            return AboutNode(node, lng::Text("replaced by %s", Name(values.replacement.node)));
         case EMaterialTool::None:
         case EMaterialTool::Filter:
             break;

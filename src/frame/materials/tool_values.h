@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "base/math/CVec.h"
 #include "model/edit/CEdit.h"
@@ -50,6 +51,8 @@ struct CToolValues {
                                             const CToolValues& values);
 /** The name of that step in the menu, translated: "colour of Box01". */
 [[nodiscard]] std::wstring ToolStepName(EMaterialTool tool, const std::string& node);
+/** What the status bar says of a node: "Box01: ", then the text. */
+[[nodiscard]] std::wstring AboutNode(const std::string& node, std::wstring_view text);
 /** What the status bar says of it, translated: "Box01: colour #DC7F1E" */
 [[nodiscard]] std::wstring ToolMessage(EMaterialTool tool, const std::string& node,
                                        const CToolValues& values);

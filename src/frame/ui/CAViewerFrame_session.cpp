@@ -177,7 +177,7 @@ void CAViewerFrame::NameView(const CSceneSummary& summary) {
     const bool isEmpty = !m_view->GetEngine().Prepared();
     const std::wstring name =
         isEmpty ? m_hint : file_util_ex::ShownName(file_util_ex::GetFileName(m_session->Document().path));
-    SetAccessibleName(canvas, lng::Text("3D view") + L": " + name);
+    SetAccessibleName(canvas, lng::Labelled(lng::Text("3D view"), name));
     SetAccessibleDescription(canvas, isEmpty ? std::wstring() : summary.triangles + L", " + summary.objects);
 }
 

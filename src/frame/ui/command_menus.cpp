@@ -122,7 +122,9 @@ void ShowStepNames(wxMenuBar& bar, const std::wstring& undo, const std::wstring&
         if (name.size() > kLongest) name = name.substr(0, kLongest - 1) + L'\u2026';
         const wxString text = lng::Text(FindCommand(id)->text);
         wxString shown = text.BeforeFirst('\t');
-        if (!name.empty()) shown += ": " + wxControl::EscapeMnemonics(file_util_ex::ShownName(name));
+        if (!name.empty())
+            shown = lng::Labelled(shown.ToStdWstring(),
+                                  wxControl::EscapeMnemonics(file_util_ex::ShownName(name)).ToStdWstring());
         shown += "\t" + text.AfterFirst('\t');
         wxMenuItem* item = bar.FindItem(WidgetIdOf(id));
         if (item->GetItemLabel() != shown) item->SetItemLabel(shown);

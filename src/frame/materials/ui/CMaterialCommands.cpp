@@ -95,8 +95,7 @@ void CMaterialCommands::Apply(const std::string& node) {
     if (used)
         m_host.showMessage(ToolMessage(m_tool.Kind(), node, m_tool.Values()));
     else
-        m_host.showMessage(lng::Isolated(file_util_ex::ShownName(lng::ConvertFromUTF8(node))) + L": " +
-                           lng::Text(used.Error()));
+        m_host.showMessage(AboutNode(node, lng::Text(used.Error())));
 }
 
 bool CMaterialCommands::ApplyAgain() {
@@ -168,11 +167,10 @@ void CMaterialCommands::ShowFilter(const std::string& node) {
     m_filtered = node;
     m_view.GetEngine().SetEmphasis(share.nodes);
     m_view.Redraw();
-    const std::wstring name = lng::Isolated(file_util_ex::ShownName(lng::ConvertFromUTF8(node))) + L": ";
-    m_host.showMessage(name + (share.nodes.size() < 2
-                                   ? lng::Text("no other part has its material")
-                                   : lng::TextN("its material is on %s part", "its material is on %s parts",
-                                                share.nodes.size())));
+    m_host.showMessage(AboutNode(node, share.nodes.size() < 2
+                                           ? lng::Text("no other part has its material")
+                                           : lng::TextN("its material is on %s part",
+                                                        "its material is on %s parts", share.nodes.size())));
 }
 
 void CMaterialCommands::EndFilter() {

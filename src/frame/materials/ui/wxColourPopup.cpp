@@ -309,7 +309,7 @@ void wxColourPopup::TellReaders() {
 
 void wxColourPopup::NameCombo() {
     if (!m_access) return;
-    SetAccessibleName(*GetComboCtrl(), lng::Text("Colour") + L": " + GetStringValue().ToStdWstring());
+    SetAccessibleName(*GetComboCtrl(), lng::Labelled(lng::Text("Colour"), GetStringValue().ToStdWstring()));
     m_access->Changed();
 }
 
