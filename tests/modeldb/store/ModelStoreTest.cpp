@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <limits>
 
 #include "CTestStore.h"
@@ -164,6 +165,7 @@ TEST_P(ModelStoreTest, LeavesNoStagedBytesOfWhatIsRefusedDroppedOrThereAlready) 
 
 TEST_P(ModelStoreTest, PagesGoOnBehindAnyPlaceAndSplitNoEqualNames) {
     std::vector<CNewModel> batch;
+    batch.reserve(25);
     for (int i = 0; i < 25; ++i)
         batch.push_back(ModelOf("g", i % 2 ? "same" : "same as well", std::to_string(i)));
     ASSERT_TRUE(store.AddModels(batch));
@@ -235,7 +237,7 @@ TEST_P(ModelStoreTest, SearchesPartsOfNamesWhateverTheirCase) {
     const auto found = [&](std::string_view text, std::int64_t group) {
         std::vector<std::string> names;
         const std::vector<CFoundModel> models = store.Search(text, group, 10).Value();
-        for (const CFoundModel& model : models) names.push_back(model.name);
+        std::ranges::transform(models, std::back_inserter(names), &CFoundModel::name);
         std::ranges::sort(names);
         return names;
     };

@@ -52,6 +52,7 @@ TEST_P(StoreFaultsTest, AStoreOfVersion1BecomesOneOfToday) {
     Script(sql);
     EXPECT_TRUE(OpenError(EStoreUse::Read).starts_with("the model store was written by an older version"));
     std::vector<std::jthread> openers;
+    openers.reserve(4);
     for (int i = 0; i < 4; ++i) openers.emplace_back([&] { EXPECT_EQ(OpenError(EStoreUse::Write), ""); });
     openers.clear();
 
